@@ -1,0 +1,112 @@
+#include "base/number_pattern.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+
+namespace graphize {
+
+namespace {
+
+/// A pattern taken apart: how many digits must and may stand at each place.
+struct Places {
+  int Integer = 0;          // '#' and '0' before the point
+  int IntegerMust = 0;      // the places from the first '0' on
+  int Fraction = 0;         // '0' and '#' after the point
+  int FractionMust = 0;     // the places up to the last '0'
+  bool Point = false;
+  bool Exponent = false;
+  int ExponentMust = 0;     // digits of the exponent that always print
+};
+
+Places TakeApart(std::string_view pattern) {
+  Places places;
+  std::size_t at = 0;
+  for (; at < pattern.size() && (pattern[at] == '#' || pattern[at] == '0'); ++at) {
+    ++places.Integer;
+    if (pattern[at] == '0' || places.IntegerMust > 0) ++places.IntegerMust;
+  }
+  if (at < pattern.size() && pattern[at] == '.') {
+    places.Point = true;
+    for (++at; at < pattern.size() && (pattern[at] == '#' || pattern[at] == '0'); ++at) {
+      ++places.Fraction;
+      if (pattern[at] == '0') places.FractionMust = places.Fraction;
+    }
+  }
+  if (at + 1 < pattern.size() && pattern[at] == 'E' && pattern[at + 1] == '+') {
+    places.Exponent = true;
+    bool must = false;
+    for (at += 2; at < pattern.size() && (pattern[at] == '#' || pattern[at] == '0'); ++at) {
+      must = must || pattern[at] == '0';
+      if (must) ++places.ExponentMust;
+    }
+  }
+  return places;
+}
+
+/// |value| with `decimals` fraction digits in fixed notation; exact, halves to even.
+std::string FixedText(double value, int decimals) {
+  std::array<char, 512> buffer;
+  const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                                          std::chars_format::fixed, decimals);
+  return std::string(buffer.data(), end);
+}
+
+/// Puts the digits of a fixed text ("12.50") into the places: pads or drops leading zeros, drops
+/// trailing zeros that need not stand.
+std::string IntoPlaces(std::string text, const Places& places) {
+  const std::size_t point = text.find('.');
+  std::string integer = text.substr(0, point);
+  std::string fraction = point == std::string::npos ? "" : text.substr(point + 1);
+  integer.erase(0, integer.find_first_not_of('0'));
+  if (static_cast<int>(integer.size()) < places.IntegerMust)
+    integer.insert(0, static_cast<std::size_t>(places.IntegerMust) - integer.size(), '0');
+  while (static_cast<int>(fraction.size()) > places.FractionMust && fraction.back() == '0')
+    fraction.pop_back();
+  return places.Point ? integer + "." + fraction : integer;
+}
+
+std::string WithExponent(double magnitude, const Places& places) {
+  // The mantissa fills the integer places; a pattern without any still shows one digit.
+  const int integerDigits = std::max(places.Integer, 1);
+  int exponent = 0;
+  std::string digits;
+  const int wanted = integerDigits + places.Fraction;
+  if (magnitude > 0) {
+    std::array<char, 512> buffer;
+    const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(),
+                                            magnitude, std::chars_format::scientific, wanted - 1);
+    const std::string text(buffer.data(), end);
+    const std::size_t e = text.find('e');
+    std::from_chars(text.data() + e + (text[e + 1] == '+' ? 2 : 1), text.data() + text.size(),
+                    exponent);
+    for (const char c : text.substr(0, e))
+      if (c != '.') digits += c;
+    exponent -= integerDigits - 1;
+  } else {
+    digits.assign(static_cast<std::size_t>(wanted), '0');
+  }
+  digits.insert(static_cast<std::size_t>(integerDigits), ".");
+  std::string exponentText = std::to_string(std::abs(exponent));
+  if (exponent == 0) exponentText.clear();
+  if (static_cast<int>(exponentText.size()) < std::max(places.ExponentMust, 1))
+    exponentText.insert(
+        0, static_cast<std::size_t>(std::max(places.ExponentMust, 1)) - exponentText.size(), '0');
+  return IntoPlaces(digits, places) + "E" + (exponent < 0 ? "-" : "+") + exponentText;
+}
+
+}  // namespace
+
+std::string FormatNumber(float value, std::string_view pattern) {
+  if (std::isnan(value)) return "NaN";
+  const bool negative = std::signbit(value);
+  if (std::isinf(value)) return negative ? "-Inf" : "Inf";
+  const Places places = TakeApart(pattern);
+  const double magnitude = std::fabs(static_cast<double>(value));
+  std::string text = places.Exponent ? WithExponent(magnitude, places)
+                                     : IntoPlaces(FixedText(magnitude, places.Fraction), places);
+  return (negative && value != 0 ? "-" : "") + text;
+}
+
+}  // namespace graphize

@@ -1,0 +1,84 @@
+#include "base/numbers.h"
+
+#include <charconv>
+#include <cmath>
+#include <limits>
+
+#include "base/run_time_error.h"
+
+namespace graphize {
+
+namespace {
+
+template <typename Integer>
+Integer RoundedHalfToEven(double value) {
+  // The default rounding mode of nearbyint is half to even.
+  const double rounded = std::nearbyint(value);
+  const bool fits = rounded >= static_cast<double>(std::numeric_limits<Integer>::min()) &&
+                    rounded <= static_cast<double>(std::numeric_limits<Integer>::max());
+  if (!fits) throw RunTimeError("Overflow");
+  return static_cast<Integer>(rounded);
+}
+
+bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+}  // namespace
+
+std::int16_t ToInt16(double value) {
+  return RoundedHalfToEven<std::int16_t>(value);
+}
+
+std::int32_t ToInt32(double value) {
+  return RoundedHalfToEven<std::int32_t>(value);
+}
+
+float ToSingle(double value) {
+  const auto single = static_cast<float>(value);
+  if (std::isinf(single)) throw RunTimeError("Overflow");
+  return single;
+}
+
+double LeadingNumber(std::string_view text) {
+  std::size_t at = text.find_first_not_of(" \t\r\n");
+  if (at == std::string_view::npos) return 0;
+  text.remove_prefix(at);
+  const bool negative = text.front() == '-';
+  if (text.front() == '-' || text.front() == '+') text.remove_prefix(1);
+  // from_chars also reads "inf" and "nan", which are words here.
+  const bool digitFirst = !text.empty() && IsDigit(text[0]);
+  const bool pointFirst = text.size() > 1 && text[0] == '.' && IsDigit(text[1]);
+  if (!digitFirst && !pointFirst) return 0;
+  double value = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (error == std::errc::result_out_of_range) {
+    // Out of range is both "too large" and "too small": the exponent's sign tells.
+    const std::string_view read(text.data(), static_cast<std::size_t>(end - text.data()));
+    const std::size_t exponent = read.find_first_of("eE");
+    const bool tiny = exponent != std::string_view::npos ? read.substr(exponent + 1).starts_with('-')
+                                                         : read.starts_with("0") || pointFirst;
+    value = tiny ? 0 : std::numeric_limits<double>::infinity();
+  }
+  return negative ? -value : value;
+}
+
+std::string ShortestText(float value) {
+  char buffer[32];
+  const auto [end, error] = std::to_chars(buffer, buffer + sizeof buffer, value);
+  return std::string(buffer, end);
+}
+
+std::string LowerCase(std::string_view text) {
+  std::string result(text);
+  for (char& c : result)
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  return result;
+}
+
+std::string TrimRight(std::string_view text) {
+  const std::size_t last = text.find_last_not_of(' ');
+  return std::string(text.substr(0, last == std::string_view::npos ? 0 : last + 1));
+}
+
+}  // namespace graphize

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace graphize {
+
+/// `value` rounded half to even. Throws RunTimeError "Overflow" when the result does not fit, which
+/// includes infinities and not-a-number.
+std::int16_t ToInt16(double value);
+std::int32_t ToInt32(double value);
+
+/// `value` in single precision; RunTimeError "Overflow" when it is too large for it.
+float ToSingle(double value);
+
+/// The number that `text` starts with, after blanks: digits, one decimal point, an exponent; 0 when
+/// there is none. "1e3" is 1000, "  -2.5 m" is -2.5, "0,5" is 0. A number too large is an infinity.
+double LeadingNumber(std::string_view text);
+
+/// The shortest decimal form that reads back as the same value: "5", "0.1", "-2.5e-07".
+std::string ShortestText(float value);
+
+/// The text with ASCII capitals made small; other bytes stay as they are.
+std::string LowerCase(std::string_view text);
+
+/// The text without blanks at its end.
+std::string TrimRight(std::string_view text);
+
+}  // namespace graphize

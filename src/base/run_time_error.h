@@ -1,0 +1,15 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace graphize {
+
+/// What ends a command: the plain words that a person is shown. Thrown by operations, caught in one
+/// place around every command (workspace/run_command.h).
+class RunTimeError : public std::runtime_error {
+ public:
+  explicit RunTimeError(const std::string& plainWords) : std::runtime_error(plainWords) {}
+};
+
+}  // namespace graphize

@@ -1,0 +1,162 @@
+#include "calibration/axis_calibration.h"
+
+#include <cmath>
+
+#include "base/number_pattern.h"
+#include "base/numbers.h"
+#include "base/run_time_error.h"
+
+namespace graphize {
+
+namespace {
+
+constexpr const char* kOriginTip =
+    "Enter the origin X,Y values in the text box and click on the plot origin";
+constexpr const char* kXAxisTip =
+    "Enter an X axis value and click on the apropriate location on the plot";
+constexpr const char* kYAxisTip =
+    "Enter a Y axis value and click on the apropriate location on the plot";
+constexpr const char* kYAxisAgainTip =
+    "Enter an Y axis value and click on the apropriate location on the plot";
+
+void CheckRow(int Index) {
+  if (Index < 0 || Index > 2) throw RunTimeError("Subscript out of range");
+}
+
+void EnableValues(AxisPanel& panel, int row, bool x, bool y) {
+  panel.Rows[row].XEnabled = x;
+  panel.Rows[row].YEnabled = y;
+}
+
+bool Refuse(AxisCalibration& calibration, int row, const Desktop& desktop, const char* text) {
+  Tell(desktop, text);
+  calibration.Defined[row] = false;
+  calibration.Armed[row] = false;
+  return false;
+}
+
+void AcceptOrigin(const AxisCalibration& calibration, AxisPanel& panel) {
+  EnableValues(panel, 1, true, false);
+  EnableValues(panel, 0, false, false);
+  panel.Tips = kXAxisTip;
+  panel.Rows[1].YText = ShortestText(calibration.ValueY[0]);
+  panel.Focus = FocusTarget::X1;
+  panel.Rows[0].ReDefineEnabled = true;
+}
+
+bool AcceptXAxis(AxisCalibration& calibration, AxisPanel& panel, const Desktop& desktop, int dx,
+                 int dy) {
+  if (dx == 0)
+    return Refuse(calibration, 1, desktop,
+                  "Origin and axis point can't be same, Please ReDefine X axis");
+  calibration.Angle = std::atan(static_cast<float>(dy) / static_cast<float>(dx));
+  // 3.14, not pi: the shown rotation is meant to be this much larger.
+  panel.Angle =
+      FormatNumber(static_cast<float>(static_cast<double>(calibration.Angle) / 3.14 * 180), "#0.0");
+  calibration.SinAngle = std::sin(calibration.Angle);
+  calibration.CosAngle = std::cos(calibration.Angle);
+  calibration.XAxisLength = static_cast<float>(dx) / calibration.CosAngle;
+  EnableValues(panel, 2, false, true);
+  panel.Rows[2].XText = ShortestText(calibration.ValueX[0]);
+  EnableValues(panel, 1, false, false);
+  panel.Tips = kYAxisTip;
+  panel.Focus = FocusTarget::Y2;
+  panel.Rows[1].ReDefineEnabled = true;
+  return true;
+}
+
+bool AcceptYAxis(AxisCalibration& calibration, AxisPanel& panel, CommandStates& commands,
+                 const Desktop& desktop, int dy) {
+  if (dy == 0)
+    return Refuse(calibration, 2, desktop,
+                  "Origin and axis point can't be identical, Please ReDefine Y axis");
+  calibration.YAxisLength = static_cast<float>(dy) / calibration.CosAngle;
+  panel.Rows[2].YEnabled = false;
+  for (AxisPanel::Row& row : panel.Rows) row.ReDefineEnabled = true;
+  panel.Tips = "To continue, click the Graphize button";
+  commands.Graphize = true;
+  commands.GridBuster = true;
+  return true;
+}
+
+}  // namespace
+
+void InitAxisDefFrame(AxisCalibration& calibration, AxisPanel& panel) {
+  for (int i = 0; i < 3; ++i) {
+    panel.Rows[i] = AxisPanel::Row{};
+    calibration.Defined[i] = false;
+    calibration.Armed[i] = false;
+  }
+  calibration.Armed[0] = true;
+  EnableValues(panel, 0, true, true);
+  calibration.ValueFormat = "#.0000E+###";
+  calibration.CurrentRow = 0;
+  calibration.FocusOriginPending = true;
+  panel.Tips = kOriginTip;
+}
+
+bool DefineAxis(AxisCalibration& calibration, AxisPanel& panel, CommandStates& commands,
+                const Desktop& desktop, int Index) {
+  CheckRow(Index);
+  if (calibration.Defined[Index]) return false;
+  AxisPanel::Row& row = panel.Rows[Index];
+  if (row.XText.empty() || row.YText.empty()) {
+    Tell(desktop, "Please enter values in the X,Y boxes and then click on the plot");
+    return false;
+  }
+  // All that can overflow comes before anything changes.
+  const std::int16_t pixelX = ToInt16(LeadingNumber(panel.LiveXPixel));
+  const std::int16_t pixelY = ToInt16(LeadingNumber(panel.LiveYPixel));
+  const float valueX = ToSingle(LeadingNumber(row.XText));
+  const float valueY = ToSingle(LeadingNumber(row.YText));
+  const int dx = Index == 0 ? 0 : ToInt16(pixelX - calibration.PixelX[0]);
+  const int dy = Index == 0 ? 0 : ToInt16(pixelY - calibration.PixelY[0]);
+
+  row.XPixel = panel.LiveXPixel;
+  row.YPixel = panel.LiveYPixel;
+  calibration.PixelX[Index] = pixelX;
+  calibration.PixelY[Index] = pixelY;
+  calibration.ValueX[Index] = valueX;
+  calibration.ValueY[Index] = valueY;
+  calibration.Defined[Index] = true;
+  calibration.Armed[Index] = false;
+  if (Index < 2) calibration.Armed[Index + 1] = true;
+
+  if (Index == 1) return AcceptXAxis(calibration, panel, desktop, dx, dy);
+  if (Index == 2) return AcceptYAxis(calibration, panel, commands, desktop, dy);
+  AcceptOrigin(calibration, panel);
+  return true;
+}
+
+void ReDefineAxis(AxisCalibration& calibration, AxisPanel& panel, CommandStates& commands,
+                  int Index) {
+  CheckRow(Index);
+  for (int i = 0; i < 3; ++i) EnableValues(panel, i, i == Index, i == Index);
+  calibration.Armed[Index] = true;
+  calibration.CurrentRow = static_cast<std::int16_t>(Index);
+  if (Index == 0) {
+    calibration.FocusOriginPending = true;
+    panel.Tips = kOriginTip;
+    panel.Focus = FocusTarget::X0;
+  } else if (Index == 1) {
+    panel.Tips = kXAxisTip;
+    panel.Focus = FocusTarget::X1;
+  } else {
+    panel.Tips = kYAxisAgainTip;
+    panel.Focus = FocusTarget::Y2;
+  }
+  for (int i = Index; i < 3; ++i) calibration.Defined[i] = false;
+  for (AxisPanel::Row& row : panel.Rows) row.ReDefineEnabled = false;
+  commands.Graphize = false;
+}
+
+void FocusArmedRow(const AxisCalibration& calibration, AxisPanel& panel) {
+  if (calibration.Armed[0] && calibration.FocusOriginPending)
+    panel.Focus = FocusTarget::X0;
+  else if (calibration.Armed[1])
+    panel.Focus = FocusTarget::X1;
+  else if (calibration.Armed[2])
+    panel.Focus = FocusTarget::Y2;
+}
+
+}  // namespace graphize

@@ -1,0 +1,94 @@
+#include "calibration/transform.h"
+
+#include <cmath>
+
+#include "base/numbers.h"
+
+namespace graphize {
+
+namespace {
+
+constexpr float kLn10 = 2.302585f;  // to these seven digits
+
+/// One axis: its values at the origin and at the axis point, its signed length in pixels.
+struct Axis {
+  bool Log;
+  float Origin, End, Length;
+
+  /// The span in the axis' own scale: values or decades.
+  float Span() const { return Log ? std::log10(End / Origin) : End - Origin; }
+};
+
+Axis XAxis(const AxisCalibration& c) {
+  return {c.XLog, c.ValueX[0], c.ValueX[1], c.XAxisLength};
+}
+
+Axis YAxis(const AxisCalibration& c) {
+  return {c.YLog, c.ValueY[0], c.ValueY[2], c.YAxisLength};
+}
+
+float ValueAt(const Axis& axis, float pixels) {
+  if (!axis.Log) return pixels / axis.Length * (axis.End - axis.Origin) + axis.Origin;
+  return std::pow(10.0f, pixels / axis.Length * axis.Span() + std::log10(axis.Origin));
+}
+
+float PixelsAt(const Axis& axis, float value) {
+  if (!axis.Log) return (value - axis.Origin) * axis.Length / (axis.End - axis.Origin);
+  return (std::log10(value) - std::log10(axis.Origin)) * axis.Length / axis.Span();
+}
+
+void SetError(const Axis& axis, float cosAngle, float value, bool percent, float& error) {
+  const float perPixel = cosAngle / axis.Length * axis.Span();
+  if (axis.Log)
+    error = percent ? perPixel * (kLn10 * 100) : perPixel * value * kLn10;
+  else if (!percent)
+    error = perPixel;
+  else if (value != 0)
+    error = perPixel / value * 100;
+}
+
+bool OriginsAllowLog(const AxisCalibration& c, const Desktop& desktop) {
+  const bool xBad = c.XLog && !(c.ValueX[0] > 0);
+  const bool yBad = c.YLog && !(c.ValueY[0] > 0);
+  if (!xBad && !yBad) return true;
+  // With two log axes the refusal is silent.
+  if (!(c.XLog && c.YLog))
+    Tell(desktop,
+         xBad ? "X origin must be positive for Log Axis" : "Y origin must be positive for Log Axis",
+         MessageIcon::Critical);
+  return false;
+}
+
+}  // namespace
+
+void Pixels2Real(const AxisCalibration& c, const Desktop& desktop, bool percent, float x, float y,
+                 Reading& reading) {
+  if (!OriginsAllowLog(c, desktop)) return;
+  const float dx = x - c.PixelX[0], dy = y - c.PixelY[0];
+  const float u = dx * c.CosAngle + dy * c.SinAngle;
+  const float v = dy * c.CosAngle - dx * c.SinAngle;
+  const Axis xAxis = XAxis(c), yAxis = YAxis(c);
+  reading.X = ValueAt(xAxis, u);
+  reading.Y = ValueAt(yAxis, v);
+  SetError(xAxis, c.CosAngle, reading.X, percent, reading.ErrorX);
+  SetError(yAxis, c.CosAngle, reading.Y, percent, reading.ErrorY);
+}
+
+PlotPosition PositionOfReal(const AxisCalibration& c, int pictureHeight, float X, float Y) {
+  const float u = PixelsAt(XAxis(c), X), v = PixelsAt(YAxis(c), Y);
+  const float column = c.CosAngle * u - c.SinAngle * v + c.PixelX[0];
+  const float rowUp = c.SinAngle * u + c.CosAngle * v + c.PixelY[0];
+  return {column, static_cast<float>(pictureHeight) - rowUp};
+}
+
+void Real2Pixels(const AxisCalibration& calibration, int pictureHeight, float X, float Y,
+                 std::int16_t& px, std::int16_t& py) {
+  const PlotPosition position = PositionOfReal(calibration, pictureHeight, X, Y);
+  const std::int16_t column = ToInt16(position.Column);
+  // Rounded as the row counts upward, then turned: halves go the same way as in the calibration.
+  const std::int16_t rowUp = ToInt16(static_cast<float>(pictureHeight) - position.Row);
+  px = column;
+  py = ToInt16(pictureHeight - rowUp);
+}
+
+}  // namespace graphize

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+
+#include "calibration/axis_calibration.h"
+#include "desktop/desktop.h"
+
+namespace graphize {
+
+/// Graph values at a position and the size of one pixel there, in graph units or in percent.
+struct Reading {
+  float X = 0, Y = 0;
+  float ErrorX = 0, ErrorY = 0;
+};
+
+/// The graph values at column x and row y (counted upward from the picture's bottom edge, may be
+/// fractional). Only for a complete calibration.
+///
+/// Linear:  X = u / XAxisLength * (Xa - Xo) + Xo, log: X = 10^(u / XAxisLength * log10(Xa / Xo) +
+/// log10(Xo)), with (u, v) the position turned into the axes; Y likewise. The errors are the
+/// derivative times one pixel. Single precision throughout.
+///
+/// A log axis whose origin is not positive is refused: `reading` keeps what it held, and a message
+/// is shown unless both axes are logarithmic. Relative errors at a value of 0 are left unchanged.
+void Pixels2Real(const AxisCalibration& calibration, const Desktop& desktop, bool percent, float x,
+                 float y, Reading& reading);
+
+/// The picture pixel (row counted downward from the top) of graph values, the inverse of
+/// Pixels2Real. Run-time error "Overflow" outside the 16-bit range or where there is no such pixel.
+void Real2Pixels(const AxisCalibration& calibration, int pictureHeight, float X, float Y,
+                 std::int16_t& px, std::int16_t& py);
+
+/// The same without rounding and without errors: not finite where there is no such pixel.
+struct PlotPosition {
+  float Column = 0, Row = 0;
+};
+PlotPosition PositionOfReal(const AxisCalibration& calibration, int pictureHeight, float X,
+                            float Y);
+
+}  // namespace graphize

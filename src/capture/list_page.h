@@ -1,0 +1,38 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+namespace graphize {
+
+inline constexpr int kPageLines = 5;
+
+/// The data list panel: five lines and a scroll bar over the point list. Lines hold 1-based point
+/// numbers, 0 for an empty line; their texts are made when they are shown (data/list_text.h).
+struct ListPage {
+  struct Line {
+    int Point = 0;
+    bool Highlighted = false;
+  };
+  std::array<Line, kPageLines> Lines;
+  int ScrollValue = 1;  // the point on the first line when the scroll bar is enabled
+  int ScrollMaximum = 1;
+  bool ScrollEnabled = false;
+  std::int16_t SelectionStart = 0;  // 1-based, inclusive; end < start is an empty selection
+  std::int16_t SelectionEnd = -1;
+  bool SelectionActive = false;  // made with a plain click
+};
+
+/// Redraws the lines from the scroll position.
+void ShowPage(ListPage& page, int listCount);
+/// The newest points, the last one on the last used line; clears the selection.
+void ShowNewest(ListPage& page, int listCount);
+/// Five empty lines and no selection.
+void ClearList(ListPage& page);
+/// A press on line i (0..4); with Shift it moves the selection's end.
+void SelectLine(ListPage& page, int listCount, int line, bool shift);
+/// The scroll bar's range for a list of this length.
+void FitScrollBar(ListPage& page, int listCount);
+void ResetSelection(ListPage& page);
+
+}  // namespace graphize

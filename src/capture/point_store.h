@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "capture/list_page.h"
+#include "desktop/command_states.h"
+#include "desktop/desktop.h"
+
+namespace graphize {
+
+/// The captured points, twice: in capture order and as the data list that is sorted, swapped,
+/// thinned and saved. Arrays are used from index 1; element 0 stays (0, 0).
+struct PointStore {
+  std::vector<float> CaptureX = std::vector<float>(501);
+  std::vector<float> CaptureY = std::vector<float>(501);
+  std::int16_t CaptureCount = 0;
+  std::vector<float> ListX = std::vector<float>(501);
+  std::vector<float> ListY = std::vector<float>(501);
+  std::int16_t ListCount = 0;
+  std::int16_t MaxPoints = 32767;
+  bool ListIsCaptured = true;  // the list's rows are captured points (not lengths, not resampled)
+
+  float CurrentX = 0, CurrentY = 0;  // graph values under the cursor
+  std::int16_t CurrentPixelX = 0, CurrentPixelY = 0;  // pixel under the cursor, row upward
+  std::int16_t LastPixelX = 0, LastPixelY = 0;        // pixel of the last appended point
+
+  ListPage Page;    // what the data list panel shows
+  int NPoints = 0;  // the number in the label npts
+};
+
+/// Appends the current point. UpdateLabel shows the new list tail and the count at once. True when
+/// the store is full: nothing was stored and a message says so.
+bool AddPoint(PointStore& store, CommandStates& commands, const Desktop& desktop,
+              bool UpdateLabel);
+/// The same for a pair of graph values.
+bool AddValuePoint(PointStore& store, CommandStates& commands, const Desktop& desktop,
+                   bool UpdateLabel, float X, float Y);
+
+/// Empties the store; with Ask only after the user's Yes. False when the user said no. The caller
+/// redraws the plot.
+bool DeleteAllData(PointStore& store, CommandStates& commands, const Desktop& desktop, bool Ask);
+
+void EnableDataCommands(CommandStates& commands, bool State);
+void EnableBlockerCommands(CommandStates& commands, bool State);
+
+/// The page at its scroll position, its newest rows, and an empty page.
+void ShowPage(PointStore& store);
+void ShowNewest(PointStore& store);
+void ClearList(PointStore& store);
+
+}  // namespace graphize

@@ -1,0 +1,25 @@
+#pragma once
+
+namespace graphize {
+
+/// Which groups of menu entries and toolbar buttons are enabled, and what is checked. The Can...
+/// functions of workspace/ read it together with the other records.
+struct CommandStates {
+  bool Data = false;        // save, copy, clear all: the store holds points
+  bool Blockers = false;    // clear blockers, toolbar "undo"
+  bool Picture = false;     // refresh, reload, axisdef, blocktest, drawerase
+  bool Graphize = false;    // toolbar "graphize"
+  bool GridBuster = false;  // toolbar "gridbuster"
+  bool Scanner = false;     // acquire, select source
+
+  bool ShowLastPoint = true;  // check mark of MNU_OPT_ShowLastPoint
+  bool Overlay = false;       // check mark of MNU_OPT_Overlay
+
+  // Looked at when their menu opens.
+  bool Paste = false;
+  bool ClearSelected = false;
+  bool Sort = false, SwapXY = false, CurveLength = false, Resample = false, Integrate = false;
+  bool ListUndo = false;  // "Graphized X Y (Undo)"
+};
+
+}  // namespace graphize

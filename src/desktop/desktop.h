@@ -1,0 +1,74 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/raster.h"
+
+namespace graphize {
+
+enum class MessageIcon { Information, Question, Exclamation, Critical };
+enum class MessageButtons { Ok, YesNo, YesNoCancel };
+enum class Answer { Ok, Yes, No, Cancel };
+
+struct Message {
+  std::string Text;
+  MessageIcon Icon = MessageIcon::Information;
+  MessageButtons Buttons = MessageButtons::Ok;
+  std::string Caption = "Graphize";
+};
+
+/// A question for a file. `Filters` is pairs of a name and its patterns, as in
+/// "BMP Files (*.bmp)|*.bmp|...", patterns separated by semicolons.
+struct FileQuestion {
+  bool ForSaving = false;  // asks before overwriting
+  std::string Title;
+  std::filesystem::path Folder;  // where to start; empty: the current folder
+  std::string FileName;          // proposal
+  std::string Filters;
+  int FilterIndex = 1;           // 1-based, preselected
+  std::string DefaultExtension;  // added to a name without one, no dot
+};
+
+/// A line of text asked of the user.
+struct TextPrompt {
+  std::string Prompt;
+  std::string Caption;
+  std::string Default;
+};
+
+/// What an operation asks of the world outside the records. Every member is always filled: the
+/// window fills them with real dialogs, a batch run with the console, a test with a script.
+struct Desktop {
+  /// Shows a message and returns the button pressed; closing the box is No, Cancel or Ok.
+  std::function<Answer(const Message&)> ShowMessage;
+  /// Empty text when the user presses Enter on an empty field or cancels.
+  std::function<std::string(const TextPrompt&)> Prompt;
+  /// The path exactly as chosen, or nothing after Cancel.
+  std::function<std::optional<std::filesystem::path>(const FileQuestion&)> ChooseFile;
+
+  std::function<bool()> ClipboardHasPicture;
+  /// The clipboard's picture; empty raster when there is none.
+  std::function<Raster()> ClipboardPicture;
+  std::function<void(const std::string&)> CopyText;
+
+  /// Renders the records and lets pending window events run once; cheap to call often. Input other
+  /// than Escape is swallowed meanwhile. Operations hold nothing into growing containers across it.
+  std::function<void()> Pump;
+  /// Whether Escape is held down now, or the window wants to close: the running operation stops.
+  std::function<bool()> EscapeHeld;
+
+  /// Moves the screen pointer by picture-view pixels; false where the system does not allow it.
+  std::function<bool(int dx, int dy)> MovePointer;
+  std::function<bool()> PointerOverPlot;
+};
+
+/// The common forms of a message.
+void Tell(const Desktop& desktop, const std::string& text,
+          MessageIcon icon = MessageIcon::Information);
+bool AskYesNo(const Desktop& desktop, const std::string& text);
+
+}  // namespace graphize

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+
+namespace graphize {
+
+/// The panels of the status bar by their keys, and the progress bar over the panel "status".
+struct StatusBar {
+  std::string Status;  // one blank when idle
+  std::string SizeX;   // "W=640"
+  std::string SizeY;   // "H=480"
+  std::string Points;  // number of points in the list after a scan
+  bool ProgressVisible = false;
+  int ProgressValue = 0;  // 0..100
+};
+
+}  // namespace graphize

@@ -1,0 +1,81 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "base/palette.h"
+#include "base/raster.h"
+
+namespace graphize {
+
+/// One pixel's value before it was drawn over.
+struct OverdrawnPixel {
+  std::uint32_t Index = 0;  // row * width + column
+  std::uint32_t Pixel = 0;
+};
+
+/// The pixels whose colour changed since the window last painted; empty when Left > Right.
+struct DirtyArea {
+  int Left = 1, Top = 1, Right = 0, Bottom = 0;  // inclusive
+
+  bool IsEmpty() const { return Left > Right; }
+  void Add(int left, int top, int right, int bottom);
+};
+
+/// The picture the user works on. Base picture and working raster share `Pixels`: marks drawn on it
+/// remember what they cover, so that clearing them, and undoing the last edit, costs what was drawn.
+///
+/// - Marks (trace and scan marks, blockers, shading) last until ClearMarks.
+/// - Edits (pen, grid removal) change the base picture; UndoEdit takes the last one back.
+///
+/// x grows to the right, y downward, both from 0.
+struct PlotImage {
+  Raster Pixels;
+  std::vector<OverdrawnPixel> Marks;     // oldest first
+  std::vector<OverdrawnPixel> LastEdit;  // oldest first
+  bool HasUndo = false;                  // an edit was begun since the picture was set
+  bool PersistentDrawing = false;        // on in the edit modes and after every new picture
+  DirtyArea Dirty;
+
+  int Width() const { return Pixels.Width(); }
+  int Height() const { return Pixels.Height(); }
+  bool IsPresent() const { return !Pixels.IsEmpty(); }
+  bool Contains(int x, int y) const {
+    return static_cast<unsigned>(x) < static_cast<unsigned>(Pixels.Width()) &&
+           static_cast<unsigned>(y) < static_cast<unsigned>(Pixels.Height());
+  }
+};
+
+/// The colour at (x, y), kNoColour outside.
+inline Colour GetPixel(const PlotImage& image, int x, int y) {
+  return image.Contains(x, y) ? ColourOfPixel(image.Pixels.Row(y)[x]) : kNoColour;
+}
+
+/// Whether (x, y) is inside and exactly black: what curve pixels are to every reader.
+inline bool IsBlack(const PlotImage& image, int x, int y) {
+  return image.Contains(x, y) && IsBlackPixel(image.Pixels.Row(y)[x]);
+}
+
+/// Marks: what is outside the picture is not drawn.
+void SetPixel(PlotImage& image, int x, int y, Colour colour);
+/// From (x1, y1) to (x2, y2), both ends included.
+void DrawLine(PlotImage& image, int x1, int y1, int x2, int y2, Colour colour);
+/// A rectangle with the corners (x1, y1) and (x2, y2), both included.
+void DrawBox(PlotImage& image, int x1, int y1, int x2, int y2, Colour colour, bool filled);
+/// A filled round dot `width` pixels across, centred on (x, y); a width below 2 is one pixel.
+void DrawDot(PlotImage& image, int x, int y, int width, Colour colour);
+
+/// The working raster becomes the base picture again.
+void ClearMarks(PlotImage& image);
+
+/// Starts an edit: clears the marks, and what follows through EditPixel is one step for UndoEdit.
+void BeginEdit(PlotImage& image);
+/// Changes the base picture. Only between BeginEdit and the next mark: marks must not be there.
+void EditPixel(PlotImage& image, int x, int y, Colour colour);
+/// The base picture as it was before the last BeginEdit; a second undo restores the same.
+void UndoEdit(PlotImage& image);
+
+/// Base picture and working raster are replaced; marks and undo are gone.
+void SetPicture(PlotImage& image, Raster picture);
+
+}  // namespace graphize
