@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+namespace graphize {
+
+/// All bytes of a regular file of at most `limit` bytes. On failure the reason, and `bytes` keeps
+/// what it held. Folders, pipes and devices are refused before anything is read from them.
+[[nodiscard]] std::error_code ReadWholeFile(const std::filesystem::path& path, std::size_t limit,
+                                            std::string& bytes);
+
+/// Puts `bytes` in the place of the file, or makes it: at any time the path holds the old or the
+/// new content whole. Written to a temporary file in the same folder, checked, then renamed; on
+/// failure the reason comes back, the old file is as it was and nothing stays behind. A symbolic
+/// link stays one, permissions are kept, and a write-protected file is refused, even to root.
+[[nodiscard]] std::error_code ReplaceWholeFile(const std::filesystem::path& path,
+                                               std::string_view bytes);
+
+}  // namespace graphize
