@@ -1,0 +1,37 @@
+#include <benchmark/benchmark.h>
+
+#include <cmath>
+#include <random>
+
+#include "data/data_file.h"
+
+namespace graphize {
+namespace {
+
+constexpr int kFull = 32767;
+
+/// A full store of random points over many magnitudes.
+PointStore FullStore() {
+  PointStore store;
+  for (auto* array : {&store.CaptureX, &store.CaptureY, &store.ListX, &store.ListY})
+    array->assign(kFull + 1, 0.0f);
+  std::mt19937 random(1);
+  std::uniform_real_distribution<float> exponent(-6, 6);
+  for (int i = 1; i <= kFull; ++i) {
+    store.CaptureX[i] = store.ListX[i] = static_cast<float>(i) * 0.001f;
+    store.CaptureY[i] = store.ListY[i] = std::pow(10.0f, exponent(random));
+  }
+  store.CaptureCount = store.ListCount = kFull;
+  return store;
+}
+
+void WriteFullDataFile(benchmark::State& state) {
+  const PointStore store = FullStore();
+  const auto path = std::filesystem::temp_directory_path() / "graphize_benchmark.dat";
+  for (auto _ : state) WriteDataFile(path, "title", store, {}, true);
+  std::filesystem::remove(path);
+}
+BENCHMARK(WriteFullDataFile)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace graphize

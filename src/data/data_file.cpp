@@ -1,0 +1,77 @@
+#include "data/data_file.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <system_error>
+
+#include "base/numbers.h"
+#include "base/run_time_error.h"
+#include "data/list_text.h"
+
+namespace graphize {
+
+namespace {
+
+constexpr const char* kLineEnd = "\r\n";
+
+/// What the last failed call left in errno, in the system's words.
+RunTimeError SystemError() {
+  // Some failures leave no number; "Success" must not come of it.
+  return RunTimeError(std::generic_category().message(errno != 0 ? errno : EIO));
+}
+
+void WriteFile(const std::filesystem::path& path, const std::string& content) {
+  errno = 0;
+  std::FILE* file = std::fopen(path.c_str(), "wb");
+  if (!file) throw SystemError();
+  // Without a buffer in between, a failure shows at the write that it belongs to.
+  std::setvbuf(file, nullptr, _IONBF, 0);
+  if (std::fwrite(content.data(), 1, content.size(), file) != content.size()) {
+    const RunTimeError error = SystemError();
+    std::fclose(file);
+    throw error;
+  }
+  if (std::fclose(file) != 0) throw SystemError();
+}
+
+bool IsLetterOrDigit(char c) {
+  return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
+/// The name without its extension: the last dot with up to four letters or digits behind it.
+std::string WithoutExtension(const std::string& name) {
+  const std::size_t dot = name.rfind('.');
+  if (dot == std::string::npos) return name;
+  const std::string extension = name.substr(dot + 1);
+  const bool plain = std::all_of(extension.begin(), extension.end(), IsLetterOrDigit);
+  return plain && extension.size() <= 4 ? name.substr(0, dot) : name;
+}
+
+}  // namespace
+
+std::string PointLines(const PointStore& store, const NumberFormats& formats, bool decimalPoint) {
+  std::string lines;
+  for (int i = 1; i <= store.ListCount; ++i) {
+    if (i > 1) lines += kLineEnd;
+    lines += PointLine(store.ListX[i], store.ListY[i], formats, decimalPoint);
+  }
+  return lines;
+}
+
+void WriteDataFile(const std::filesystem::path& path, const std::string& title,
+                   const PointStore& store, const NumberFormats& formats, bool decimalPoint) {
+  std::string content;
+  if (!title.empty()) content = title + kLineEnd;
+  if (store.ListCount > 0) content += PointLines(store, formats, decimalPoint) + kLineEnd;
+  WriteFile(path, content);
+}
+
+std::string DataFileProposal(const std::string& imageFileName) {
+  if (imageFileName.size() < 4)
+    throw RunTimeError("The picture's name \"" + imageFileName +
+                       "\" is too short to make a file name of it.");
+  return LowerCase(WithoutExtension(imageFileName)) + ".dat";
+}
+
+}  // namespace graphize

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "capture/point_store.h"
+#include "data/number_format.h"
+
+namespace graphize {
+
+/// The data list's point lines from the first row to the last, joined by CR LF: the clipboard text.
+std::string PointLines(const PointStore& store, const NumberFormats& formats, bool decimalPoint);
+
+/// Writes the data file at `path`, replacing what is there: the title unless it is empty, then the
+/// point lines, each line ending in CR LF. Every failure is a RunTimeError with the system's
+/// description; what was written until then stays in the file.
+void WriteDataFile(const std::filesystem::path& path, const std::string& title,
+                   const PointStore& store, const NumberFormats& formats, bool decimalPoint);
+
+/// The data file's name proposed for an image: "Fig3.TIF" gives "fig3.dat". A name of fewer than
+/// four characters is a RunTimeError.
+std::string DataFileProposal(const std::string& imageFileName);
+
+}  // namespace graphize

@@ -1,0 +1,130 @@
+#include "data/data_file.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <sstream>
+#include <system_error>
+
+#include "base/run_time_error.h"
+#include "support/points.h"
+#include "support/temporary_folder.h"
+
+namespace graphize {
+namespace {
+
+using test::BytesOf;
+using test::MakeStore;
+using test::RowList;
+using test::TemporaryFolder;
+
+TEST(DataFile, HoldsTheTitleAndOneLinePerRow) {
+  struct Case {
+    const char* name;
+    const char* title;
+    RowList points;
+    NumberFormats formats;
+    bool decimalPoint;
+    const char* expected;
+  };
+  const Case cases[] = {
+      {"default",
+       "run 1",
+       {{1, 2.5f}, {2, 3.75f}},
+       {},
+       true,
+       "run 1\r\n1.00000E+00\t2.50000E+00\r\n2.00000E+00\t3.75000E+00\r\n"},
+      {"no title", "", {{12.5f, 3}}, {"0.00000", "0.00000", " "}, true, "12.50000 3.00000\r\n"},
+      {"blank title", " ", {{1, -2}}, {"0.0", "0.0", ";"}, false, " \r\n1,0;-2,0\r\n"},
+      {"comma twice", "", {{1, 2}}, {"0.0", "0.0", ","}, false, "1,0,2,0\r\n"},
+      {"title alone", "Größe\tb", {}, {}, true, "Größe\tb\r\n"},
+      {"nothing", "", {}, {}, true, ""},
+  };
+  const TemporaryFolder folder;
+  const auto path = folder / "Kept Capitals.DAT";
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    const PointStore store = MakeStore(c.points);
+    WriteDataFile(path, c.title, store, c.formats, c.decimalPoint);
+    const std::string bytes = BytesOf(path);
+    EXPECT_EQ(bytes, c.expected);
+    // The clipboard has the same lines without title and last line end.
+    std::string lines = PointLines(store, c.formats, c.decimalPoint);
+    EXPECT_FALSE(lines.ends_with("\n"));
+    if (!lines.empty()) lines += "\r\n";
+    EXPECT_EQ((*c.title ? c.title + std::string("\r\n") : "") + lines, bytes);
+  }
+  EXPECT_EQ(folder.Names(), std::vector<std::string>{"Kept Capitals.DAT"});
+}
+
+TEST(DataFile, HoldsTheListNotTheCapturedPoints) {
+  PointStore store = MakeStore({{1, 1}, {2, 2}, {3, 3}});
+  store.ListX[1] = 9;
+  store.ListCount = 2;
+  EXPECT_EQ(PointLines(store, {"0.", "0.", " "}, true), "9. 1.\r\n2. 2.");
+}
+
+TEST(DataFile, AFullStoreIsWrittenWholeAndReadsBack) {
+  PointStore store;
+  store.ListCount = 32767;
+  store.ListX.resize(32768);
+  store.ListY.resize(32768);
+  for (int i = 1; i <= store.ListCount; ++i) {
+    store.ListX[i] = static_cast<float>(i) * 0.37f;
+    store.ListY[i] = -1e20f / static_cast<float>(i);
+  }
+  const TemporaryFolder folder;
+  const auto path = folder / "full.dat";
+  // Nine significant digits name a single-precision number.
+  WriteDataFile(path, "", store, {"0.00000000E+00", "0.00000000E+00", " "}, true);
+  std::istringstream lines(BytesOf(path));
+  int count = 0;
+  for (std::string x, y; lines >> x >> y;) {
+    ++count;
+    ASSERT_LE(count, store.ListCount);
+    ASSERT_EQ(std::strtof(x.c_str(), nullptr), store.ListX[count]);
+    ASSERT_EQ(std::strtof(y.c_str(), nullptr), store.ListY[count]);
+  }
+  EXPECT_EQ(count, 32767);
+}
+
+TEST(DataFile, EveryFailureIsTheSystemsDescription) {
+  const TemporaryFolder folder;
+  const std::pair<std::filesystem::path, std::errc> cases[] = {
+      {folder / "gone/a.dat", std::errc::no_such_file_or_directory},
+      {folder.Path(), std::errc::is_a_directory},
+      {folder / std::string(300, 'n'), std::errc::filename_too_long},
+      {"", std::errc::no_such_file_or_directory},
+      {"/dev/full", std::errc::no_space_on_device},
+  };
+  const PointStore store = MakeStore({{1, 2}});
+  for (const auto& [path, reason] : cases) {
+    try {
+      WriteDataFile(path, "title", store, {}, true);
+      ADD_FAILURE() << "no error for " << path;
+    } catch (const RunTimeError& error) {
+      EXPECT_EQ(error.what(), std::make_error_code(reason).message()) << path;
+    }
+  }
+  EXPECT_TRUE(folder.Names().empty());
+}
+
+TEST(DataFile, ProposesTheImagesNameWithItsOwnExtension) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"C:\\Plots\\Fig3.TIF", "c:\\plots\\fig3.dat"},
+      {"untitled.dat", "untitled.dat"},
+      {"Photo.jpeg", "photo.dat"},
+      {"a.b.webp", "a.b.dat"},
+      {"a.gz", "a.dat"},
+      {".png", ".dat"},
+      {"Scan of page 3", "scan of page 3.dat"},
+      {"ends in.", "ends in.dat"},
+      {"Fig. 2 of Müller", "fig. 2 of müller.dat"},
+  };
+  for (const auto& [image, proposal] : cases) EXPECT_EQ(DataFileProposal(image), proposal);
+  for (const char* tooShort : {"", "a", "a.b", "fig"})
+    EXPECT_THROW(DataFileProposal(tooShort), RunTimeError) << tooShort;
+}
+
+}  // namespace
+}  // namespace graphize

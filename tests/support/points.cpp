@@ -1,0 +1,40 @@
+#include "support/points.h"
+
+#include <gtest/gtest.h>
+
+#include "support/scripted_desktop.h"
+
+namespace graphize::test {
+
+namespace {
+
+RowList Rows(const std::vector<float>& xs, const std::vector<float>& ys, int count) {
+  RowList rows;
+  if (count < 0 || static_cast<int>(xs.size()) <= count || static_cast<int>(ys.size()) <= count) {
+    ADD_FAILURE() << count << " points in arrays of " << xs.size() << " and " << ys.size();
+    return rows;
+  }
+  for (int i = 1; i <= count; ++i) rows.push_back({xs[i], ys[i]});
+  return rows;
+}
+
+}  // namespace
+
+PointStore MakeStore(const RowList& points) {
+  PointStore store;
+  CommandStates commands;
+  const ScriptedDesktop desktop;
+  for (const Row& row : points) AddValuePoint(store, commands, desktop, false, row.X, row.Y);
+  ShowNewest(store);
+  return store;
+}
+
+RowList ListRows(const PointStore& store) {
+  return Rows(store.ListX, store.ListY, store.ListCount);
+}
+
+RowList CapturedRows(const PointStore& store) {
+  return Rows(store.CaptureX, store.CaptureY, store.CaptureCount);
+}
+
+}  // namespace graphize::test
