@@ -1,24 +1,30 @@
 #include "capture/point_store.h"
 
+#include <algorithm>
+#include <limits>
+
 namespace graphize {
 
 namespace {
 
 constexpr int kStep = 500;
+constexpr int kMostRows = std::numeric_limits<std::int16_t>::max();
 
 void Refill(std::vector<float>& array) {
   array.assign(kStep + 1, 0.0f);
   array.shrink_to_fit();
 }
 
-/// The upper bound that holds `captured` points, in whole steps with one step to spare.
-std::size_t SizeFor(int captured) {
-  return static_cast<std::size_t>(captured / kStep * kStep + kStep + 1);
+/// Makes room for `points` points, in whole steps with one step to spare; never shrinks.
+void Grow(std::vector<float>& array, int points) {
+  const auto size = static_cast<std::size_t>(points / kStep * kStep + kStep + 1);
+  if (array.size() < size) array.resize(size);
 }
 
 bool Append(PointStore& store, CommandStates& commands, const Desktop& desktop, bool UpdateLabel,
             float X, float Y) {
-  if (store.CaptureCount >= store.MaxPoints) {
+  // A resampled list may be longer than the captured points: it can be full on its own.
+  if (store.CaptureCount >= store.MaxPoints || store.ListCount >= kMostRows) {
     ShowNewest(store);
     Tell(desktop,
          "You reached the limit of data that can be stored.\n\r"
@@ -26,17 +32,17 @@ bool Append(PointStore& store, CommandStates& commands, const Desktop& desktop, 
          MessageIcon::Exclamation);
     return true;
   }
+  const int captured = store.CaptureCount + 1, listed = store.ListCount + 1;
+  if (captured % kStep == 0) {
+    Grow(store.CaptureX, captured);
+    Grow(store.CaptureY, captured);
+  }
+  if (listed % kStep == 0 || listed >= static_cast<int>(store.ListX.size())) {
+    Grow(store.ListX, std::max(captured, listed));
+    Grow(store.ListY, std::max(captured, listed));
+  }
   ++store.CaptureCount;
-  if (store.CaptureCount % kStep == 0) {
-    store.CaptureX.resize(SizeFor(store.CaptureCount));
-    store.CaptureY.resize(SizeFor(store.CaptureCount));
-  }
   ++store.ListCount;
-  if (store.ListCount % kStep == 0) {
-    // From the captured count, which is never the smaller one.
-    store.ListX.resize(SizeFor(store.CaptureCount));
-    store.ListY.resize(SizeFor(store.CaptureCount));
-  }
   store.CaptureX[store.CaptureCount] = X;
   store.CaptureY[store.CaptureCount] = Y;
   store.ListX[store.ListCount] = X;

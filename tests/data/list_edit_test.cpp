@@ -1,0 +1,228 @@
+#include "data/list_edit.h"
+
+#include <gtest/gtest.h>
+
+#include "support/points.h"
+#include "support/scripted_desktop.h"
+
+namespace graphize {
+namespace {
+
+using test::CapturedRows;
+using test::ListRows;
+using test::MakeStore;
+using test::RowList;
+
+/// Points (1, -1), (2, -2), ... up to (count, -count).
+RowList Numbered(int count) {
+  RowList rows;
+  for (int i = 1; i <= count; ++i) rows.push_back({static_cast<float>(i), static_cast<float>(-i)});
+  return rows;
+}
+
+std::vector<float> XsOf(const RowList& rows) {
+  std::vector<float> xs;
+  for (const auto& row : rows) xs.push_back(row.X);
+  return xs;
+}
+
+std::vector<int> Shown(const PointStore& store) {
+  std::vector<int> points;
+  for (const auto& line : store.Page.Lines) points.push_back(line.Point);
+  return points;
+}
+
+TEST(ClearSelected, RemovesTheSelectedRowsAndLeavesTheCapturedCount) {
+  struct Case {
+    const char* name;
+    int points, scroll, press, shiftPress;  // lines of the panel; -1: no press with Shift
+    std::vector<float> list, captured;
+    std::vector<int> shown;
+    int scrollMaximum;
+    bool scrollEnabled;
+  };
+  const Case cases[] = {
+      {"one row", 5, 1, 2, -1, {1, 2, 4, 5}, {1, 2, 4, 5, 5}, {1, 2, 3, 4, 0}, 1, false},
+      {"the last row", 4, 1, 3, -1, {1, 2, 3}, {1, 2, 3, 4}, {1, 2, 3, 0, 0}, 1, false},
+      {"a range, scrolled",
+       8,
+       3,
+       0,
+       2,
+       {1, 2, 6, 7, 8},
+       {1, 2, 6, 7, 8, 6, 7, 8},
+       {1, 2, 3, 4, 5},
+       1,
+       false},
+      {"still a scroll bar",
+       8,
+       2,
+       0,
+       1,
+       {1, 4, 5, 6, 7, 8},
+       {1, 4, 5, 6, 7, 8, 7, 8},
+       {2, 3, 4, 5, 6},
+       2,
+       true},
+      {"everything", 3, 1, 0, 2, {}, {1, 2, 3}, {0, 0, 0, 0, 0}, 1, false},
+      {"end before start", 5, 1, 3, 1, {1, 2, 3, 4, 5}, {1, 2, 3, 4, 5}, {1, 2, 3, 4, 5}, 1, false},
+      {"an empty line", 3, 1, 4, -1, {1, 2, 3}, {1, 2, 3}, {1, 2, 3, 0, 0}, 1, false},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    PointStore store = MakeStore(Numbered(c.points));
+    store.Page.ScrollValue = c.scroll;
+    SelectLine(store.Page, store.ListCount, c.press, false);
+    if (c.shiftPress >= 0) SelectLine(store.Page, store.ListCount, c.shiftPress, true);
+    ClearSelected(store);
+    EXPECT_EQ(XsOf(ListRows(store)), c.list);
+    EXPECT_EQ(XsOf(CapturedRows(store)), c.captured);
+    for (const auto& row : ListRows(store)) EXPECT_EQ(row.Y, -row.X);
+    for (const auto& row : CapturedRows(store)) EXPECT_EQ(row.Y, -row.X);
+    EXPECT_EQ(store.NPoints, static_cast<int>(c.list.size()));
+    EXPECT_EQ(Shown(store), c.shown);
+    EXPECT_EQ(store.Page.ScrollMaximum, c.scrollMaximum);
+    EXPECT_EQ(store.Page.ScrollEnabled, c.scrollEnabled);
+    // A second command has nothing left to act on.
+    if (c.list.size() < static_cast<std::size_t>(c.points)) {
+      EXPECT_FALSE(CanClearSelected(store));
+      ClearSelected(store);
+      EXPECT_EQ(XsOf(ListRows(store)), c.list);
+    }
+  }
+}
+
+TEST(ClearSelected, NeedsAnActiveSelectionOfCapturedPoints) {
+  const RowList rows = Numbered(6);
+  const PointStore selected = [&] {
+    PointStore store = MakeStore(rows);
+    SelectLine(store.Page, store.ListCount, 0, false);
+    return store;
+  }();
+  ASSERT_TRUE(CanClearSelected(selected));
+
+  const std::pair<const char*, void (*)(PointStore&)> spoilers[] = {
+      {"not captured", [](PointStore& store) { store.ListIsCaptured = false; }},
+      {"newest shown", [](PointStore& store) { ShowNewest(store); }},
+      {"swapped", [](PointStore& store) { SwapXY(store), SwapXY(store); }},
+      {"rebuilt", [](PointStore& store) { XY2List(store); }},
+      {"list emptied", [](PointStore& store) { store.ListCount = 0; }},
+  };
+  for (const auto& [name, spoil] : spoilers) {
+    PointStore store = selected;
+    spoil(store);
+    EXPECT_FALSE(CanClearSelected(store)) << name;
+    CommandStates commands{.ClearSelected = true};
+    UpdateEditMenu(store, commands);
+    EXPECT_FALSE(commands.ClearSelected) << name;
+    ClearSelected(store);
+    EXPECT_EQ(CapturedRows(store), rows) << name;
+  }
+  // Shift alone moves an end but selects nothing.
+  PointStore store = MakeStore(rows);
+  SelectLine(store.Page, store.ListCount, 2, true);
+  ClearSelected(store);
+  EXPECT_EQ(ListRows(store), rows);
+}
+
+TEST(SwapXY, ExchangesEveryRowOfTheListAndTwiceIsTheSame) {
+  for (const int count : {0, 1, 7, 501}) {
+    PointStore store = MakeStore(Numbered(count));
+    SwapXY(store);
+    for (const auto& row : ListRows(store)) EXPECT_EQ(row.X, -row.Y) << row.X;
+    EXPECT_EQ(store.NPoints, count);
+    EXPECT_EQ(CapturedRows(store), Numbered(count));
+    if (count > 0) {
+      EXPECT_EQ(store.ListX[1], -1);
+    }
+    SwapXY(store);
+    EXPECT_EQ(ListRows(store), Numbered(count));
+    EXPECT_EQ(store.ListX[0], 0);
+    EXPECT_EQ(store.ListY[0], 0);
+  }
+}
+
+TEST(XY2List, BringsTheCapturedPointsBackIntoTheList) {
+  PointStore store = MakeStore(Numbered(600));
+  SwapXY(store);
+  store.ListCount = 3;
+  store.ListIsCaptured = false;
+  // Arrays that have not grown with the captured points must grow now.
+  store.ListX.resize(501);
+  store.ListY.resize(501);
+  XY2List(store);
+  EXPECT_EQ(ListRows(store), Numbered(600));
+  EXPECT_TRUE(store.ListIsCaptured);
+  EXPECT_EQ(store.NPoints, 600);
+  EXPECT_EQ(store.Page.Lines[4].Point, 600);
+
+  PointStore empty;
+  empty.ListIsCaptured = false;
+  empty.ListCount = 2;
+  XY2List(empty);
+  EXPECT_EQ(empty.ListCount, 2);
+  EXPECT_FALSE(empty.ListIsCaptured);
+}
+
+TEST(DataMenu, OffersWhatTheNumberOfCapturedPointsAllows) {
+  struct Case {
+    int captured;
+    bool sort, curveLength, resample, integrate;
+  };
+  // From one to the next with the same states: curve length keeps its state at one point.
+  const Case cases[] = {{1, true, false, false, false},  {2, true, true, true, false},
+                        {1, true, true, false, false},   {3, true, true, true, true},
+                        {0, false, false, false, false}, {1, true, false, false, false}};
+  CommandStates commands;
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.captured);
+    UpdateDataMenu(MakeStore(Numbered(c.captured)), commands);
+    EXPECT_EQ(commands.Sort, c.sort);
+    EXPECT_EQ(commands.SwapXY, c.sort);
+    EXPECT_EQ(commands.ListUndo, c.sort);
+    EXPECT_EQ(commands.CurveLength, c.curveLength);
+    EXPECT_EQ(commands.Resample, c.resample);
+    EXPECT_EQ(commands.Integrate, c.integrate);
+  }
+}
+
+TEST(DataMenu, AListClearedRowByRowKeepsTheDataCommands) {
+  PointStore store = MakeStore(Numbered(2));
+  SelectLine(store.Page, store.ListCount, 0, false);
+  SelectLine(store.Page, store.ListCount, 1, true);
+  ClearSelected(store);
+  CommandStates commands;
+  UpdateDataMenu(store, commands);
+  EXPECT_EQ(store.ListCount, 0);
+  EXPECT_TRUE(commands.ListUndo);
+  XY2List(store);
+  EXPECT_EQ(ListRows(store), Numbered(2));
+}
+
+TEST(AddValuePoint, GrowsAListThatIsLongerThanTheCapturedPoints) {
+  // As after a resampling: the list is full to its last element.
+  PointStore store = MakeStore(Numbered(2));
+  CommandStates commands;
+  const test::ScriptedDesktop quiet;
+  GrowList(store, 2498);
+  store.ListCount = 2498;
+  store.ListX[2498] = 7;
+  for (const float x : {8.0f, 9.0f, 10.0f})
+    EXPECT_FALSE(AddValuePoint(store, commands, quiet, true, x, 0));
+  EXPECT_EQ(store.CaptureCount, 5);
+  const RowList rows = ListRows(store);
+  ASSERT_EQ(rows.size(), 2501u);
+  EXPECT_EQ(XsOf({rows.end() - 4, rows.end()}), (std::vector<float>{7, 8, 9, 10}));
+
+  // A list that cannot count one more row refuses like a full store.
+  GrowList(store, 32767);
+  store.ListCount = 32767;
+  test::ScriptedDesktop desktop;
+  desktop.ExpectMessage("You reached the limit of data that can be stored.");
+  EXPECT_TRUE(AddValuePoint(store, commands, desktop, true, 1, 1));
+  EXPECT_EQ(store.CaptureCount, 5);
+  EXPECT_EQ(store.ListCount, 32767);
+}
+
+}  // namespace
+}  // namespace graphize
