@@ -1,0 +1,138 @@
+#include "support/include_levels.h"
+
+#include <algorithm>
+#include <fstream>
+#include <map>
+#include <string_view>
+
+namespace graphize::test {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using Levels = std::map<std::string, int>;
+
+/// Reads the lines "| 2 | `image/` | ... |".
+Levels ReadLevels(const fs::path& readme, std::vector<std::string>& broken) {
+  Levels levels;
+  std::ifstream file(readme);
+  for (std::string line; std::getline(file, line);) {
+    const std::size_t open = line.find("| `"), close = line.find("/` |");
+    if (!line.starts_with("| ") || line.size() < 3 || open == std::string::npos ||
+        close == std::string::npos || line[2] < '0' || line[2] > '9')
+      continue;
+    const std::string folder = line.substr(open + 3, close - open - 3);
+    if (!levels.emplace(folder, std::stoi(line.substr(2))).second)
+      broken.push_back("src/README.md: two levels for " + folder + "/");
+  }
+  if (levels.empty()) broken.push_back("src/README.md: no table of levels");
+  return levels;
+}
+
+bool EndsLikeWidget(std::string stem) {
+  if (stem.ends_with("_test")) stem.resize(stem.size() - 5);
+  return stem.ends_with("_panel") || stem.ends_with("_dialog") || stem.ends_with("_view");
+}
+
+/// The folder whose rules a file keeps: its own, or widgets/ for a widget beside its logic. `path`
+/// is relative to src/ or tests/.
+std::string FolderOf(const fs::path& path) {
+  if (!path.has_parent_path()) return "";
+  const std::string folder = path.begin()->string();
+  return folder != "app" && EndsLikeWidget(path.stem().string()) ? "widgets" : folder;
+}
+
+/// "#include" with what follows, its delimiters included; empty for any other line.
+std::string_view IncludeOf(std::string_view line) {
+  const auto skip = [&](std::string_view word) {
+    const std::size_t at = line.find_first_not_of(" \t");
+    if (at == std::string_view::npos || !line.substr(at).starts_with(word)) return false;
+    line.remove_prefix(at + word.size());
+    return true;
+  };
+  if (!skip("#") || !skip("include")) return {};
+  line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
+  if (line.empty()) return {};
+  const std::size_t end = line.find(line[0] == '<' ? '>' : '"', 1);
+  return end == std::string_view::npos ? line : line.substr(0, end + 1);
+}
+
+bool IsStandard(std::string_view header) {
+  return header.find_first_not_of("abcdefghijklmnopqrstuvwxyz_") == std::string_view::npos;
+}
+
+/// A header in angle brackets: what is wrong with it here, or nothing.
+std::string CheckLibrary(const fs::path& path, bool isTest, std::string_view header) {
+  const std::string folder = FolderOf(path);
+  const bool seesQt = folder == "app" || folder == "widgets";
+  const bool isQt = header.starts_with('Q') || header.starts_with("qpa/") ||
+                    (header.starts_with('q') && header.ends_with(".h"));
+  if (isQt) return seesQt ? "" : "Qt is for app/ and widgets";
+  if (isTest) return "";
+  if (header.starts_with("Magick") || header.starts_with("magick/"))
+    return path == "image/picbuf.cpp" ? "" : "the picture library is for image/picbuf.cpp";
+  if (header.starts_with("sane/"))
+    return path == "image/scanner.cpp" ? "" : "the scanner library is for image/scanner.cpp";
+  return seesQt || IsStandard(header) ? "" : "logic has the standard library only";
+}
+
+/// A header in quotes: what is wrong with it here, or nothing.
+std::string CheckOwn(const fs::path& root, const Levels& levels, const fs::path& path, bool isTest,
+                     const fs::path& header) {
+  const bool inTests = isTest && fs::exists(root / "tests" / header);
+  if (header != header.lexically_normal() || (!inTests && !fs::exists(root / "src" / header)))
+    return "no such file: paths are written from src/ (or tests/)";
+  const std::string from = FolderOf(path), to = FolderOf(header);
+  if (to == "support" && inTests) return "";
+  if (!levels.contains(to)) return to + "/ is not in the table";
+  // What tests share stands where widgets stand: above the logic.
+  const int level = levels.at(from == "support" && isTest ? "widgets" : from);
+  if (from == to || levels.at(to) < level) return "";
+  return from + "/ does not see " + to + "/";
+}
+
+void CheckFile(const fs::path& root, const Levels& levels, const fs::path& path, bool isTest,
+               std::vector<std::string>& broken) {
+  const std::string name = (isTest ? "tests/" : "src/") + path.generic_string();
+  const std::string folder = FolderOf(path);
+  if (!levels.contains(folder) && !(isTest && folder == "support"))
+    return broken.push_back(name + ": its folder is not in the table");
+  std::ifstream file(root / name);
+  std::string line;
+  for (int number = 1; std::getline(file, line); ++number) {
+    const std::string_view include = IncludeOf(line);
+    if (include.empty()) continue;
+    std::string wrong = "neither <> nor \"\"";
+    if (include.size() > 2 && include.back() == '>')
+      wrong = CheckLibrary(path, isTest, include.substr(1, include.size() - 2));
+    else if (include.size() > 2 && include.front() == '"')
+      wrong = CheckOwn(root, levels, path, isTest, include.substr(1, include.size() - 2));
+    if (!wrong.empty())
+      broken.push_back(name + ":" + std::to_string(number) + ": " + std::string(include) + ": " +
+                       wrong);
+  }
+}
+
+}  // namespace
+
+std::vector<std::string> BrokenIncludes(const fs::path& root) {
+  std::vector<std::string> broken;
+  const Levels levels = ReadLevels(root / "src/README.md", broken);
+  for (const char* needed : {"app", "widgets"})
+    if (!levels.contains(needed))
+      broken.push_back(std::string("src/README.md: no level for ") + needed + "/");
+  if (!broken.empty()) return broken;
+  for (const bool isTest : {false, true}) {
+    const fs::path base = root / (isTest ? "tests" : "src");
+    for (const auto& entry : fs::recursive_directory_iterator(base)) {
+      const std::string extension = entry.path().extension().string();
+      if (extension == ".h" || extension == ".cpp")
+        CheckFile(root, levels, entry.path().lexically_relative(base), isTest, broken);
+    }
+  }
+  std::sort(broken.begin(), broken.end());
+  return broken;
+}
+
+}  // namespace graphize::test
