@@ -47,23 +47,21 @@ void SetError(const Axis& axis, float cosAngle, float value, bool percent, float
     error = perPixel / value * 100;
 }
 
-bool OriginsAllowLog(const AxisCalibration& c, const Desktop& desktop) {
-  const bool xBad = c.XLog && !(c.ValueX[0] > 0);
-  const bool yBad = c.YLog && !(c.ValueY[0] > 0);
-  if (!xBad && !yBad) return true;
-  // With two log axes the refusal is silent.
-  if (!(c.XLog && c.YLog))
-    Tell(desktop,
-         xBad ? "X origin must be positive for Log Axis" : "Y origin must be positive for Log Axis",
-         MessageIcon::Critical);
-  return false;
-}
-
 }  // namespace
+
+const char* LogOriginFault(const AxisCalibration& c) {
+  if (c.XLog && !(c.ValueX[0] > 0)) return "X origin must be positive for Log Axis";
+  if (c.YLog && !(c.ValueY[0] > 0)) return "Y origin must be positive for Log Axis";
+  return nullptr;
+}
 
 void Pixels2Real(const AxisCalibration& c, const Desktop& desktop, bool percent, float x, float y,
                  Reading& reading) {
-  if (!OriginsAllowLog(c, desktop)) return;
+  if (const char* fault = LogOriginFault(c)) {
+    // With two log axes the refusal is silent.
+    if (!(c.XLog && c.YLog)) Tell(desktop, fault, MessageIcon::Critical);
+    return;
+  }
   const float dx = x - c.PixelX[0], dy = y - c.PixelY[0];
   const float u = dx * c.CosAngle + dy * c.SinAngle;
   const float v = dy * c.CosAngle - dx * c.SinAngle;

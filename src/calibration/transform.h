@@ -25,6 +25,10 @@ struct Reading {
 void Pixels2Real(const AxisCalibration& calibration, const Desktop& desktop, bool percent, float x,
                  float y, Reading& reading);
 
+/// What is wrong with the log axes in plain words, nullptr when nothing is: Pixels2Real refuses
+/// then. Long operations ask it once at their start instead of being told at every position.
+const char* LogOriginFault(const AxisCalibration& calibration);
+
 /// The picture pixel (row counted downward from the top) of graph values, the inverse of
 /// Pixels2Real. Run-time error "Overflow" outside the 16-bit range or where there is no such pixel.
 void Real2Pixels(const AxisCalibration& calibration, int pictureHeight, float X, float Y,

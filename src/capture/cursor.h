@@ -13,14 +13,20 @@ struct ReadOut {
   std::string XValue, YValue;  // graph values
   std::string XPOS, YPos;      // pixel or error
   float ErrorX = 0, ErrorY = 0;
-  bool ShowError = false;  // OPT_Error chosen; else OPT_Pixel
-  bool Percent = false;    // OPT_Pct
+  bool ShowError = false;    // OPT_Error chosen; else OPT_Pixel
+  bool Percent = false;      // OPT_Pct
   int PlotX = 0, PlotY = 0;  // picture pixel under the cursor, row downward: where the zoom looks
 };
 
-/// Reads the picture position (x, y) (row downward from the top): live pixel labels, graph values
-/// and resolution, the store's current point. Used by the mouse and by the tracers, which move the
-/// cursor along the curve.
+/// Moves the cursor to the picture position (x, y) (row downward from the top): the store's current
+/// point, graph values and resolution, but none of the texts. For tracers, which visit far more
+/// positions than are ever shown.
+void MoveCursor(ReadOut& readOut, PointStore& store, const AxisCalibration& calibration,
+                const Desktop& desktop, int pictureHeight, float x, float y);
+/// Writes the texts of the position where the cursor is: live pixel labels and read-out.
+void ShowCursor(ReadOut& readOut, AxisPanel& panel, const PointStore& store,
+                const AxisCalibration& calibration);
+/// Both: what a move of the mouse does.
 void ReadCursor(ReadOut& readOut, AxisPanel& panel, PointStore& store,
                 const AxisCalibration& calibration, const Desktop& desktop, int pictureHeight,
                 float x, float y);

@@ -1,0 +1,30 @@
+#include "extraction/extraction_context.h"
+
+#include "calibration/transform.h"
+
+namespace graphize {
+
+bool HasValues(const ExtractionContext& context) {
+  if (!context.Calibration.IsComplete()) return true;  // values are not asked for
+  const char* fault = LogOriginFault(context.Calibration);
+  if (fault) Tell(context.Verbs, fault, MessageIcon::Critical);
+  return !fault;
+}
+
+void MoveCursor(const ExtractionContext& context, float x, float y) {
+  MoveCursor(context.Cursor, context.Store, context.Calibration, context.Verbs,
+             context.Image.Height(), x, y);
+}
+
+void PumpProgress(const ExtractionContext& context) {
+  ShowCursor(context.Cursor, context.Panel, context.Store, context.Calibration);
+  context.Store.NPoints = context.Store.ListCount;
+  context.Verbs.Pump();
+}
+
+void ShowResult(const ExtractionContext& context) {
+  ShowCursor(context.Cursor, context.Panel, context.Store, context.Calibration);
+  if (context.Adds()) ShowNewest(context.Store);
+}
+
+}  // namespace graphize

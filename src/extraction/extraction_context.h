@@ -1,0 +1,44 @@
+#pragma once
+
+#include "calibration/axis_calibration.h"
+#include "capture/cursor.h"
+#include "capture/point_store.h"
+#include "desktop/command_states.h"
+#include "desktop/desktop.h"
+#include "desktop/status_bar.h"
+#include "extraction/tracer_control.h"
+#include "image/plot_image.h"
+#include "image/viewport.h"
+#include "settings/settings.h"
+
+namespace graphize {
+
+/// The records that the tracers and the scan read and change.
+struct ExtractionContext {
+  PlotImage& Image;
+  Viewport& View;
+  ReadOut& Cursor;
+  AxisPanel& Panel;
+  PointStore& Store;
+  CommandStates& Commands;
+  StatusBar& Status;
+  TracerControl& Control;
+  const AxisCalibration& Calibration;
+  const Settings& Options;
+  const Desktop& Verbs;
+  bool CapturePressed = false;  // the toolbar's "graphize": what is found is also captured
+
+  /// Points are worth capturing only when they have values.
+  bool Adds() const { return CapturePressed && Calibration.IsComplete(); }
+};
+
+/// False, after one message, when positions cannot be turned into values.
+bool HasValues(const ExtractionContext& context);
+/// Moves the cursor, without its texts, to a picture position (row downward).
+void MoveCursor(const ExtractionContext& context, float x, float y);
+/// Shows where the operation is, cursor and count, and lets pending events run.
+void PumpProgress(const ExtractionContext& context);
+/// The end of an operation: read-out and data list show the newest.
+void ShowResult(const ExtractionContext& context);
+
+}  // namespace graphize

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace graphize {
+
+/// The frame "Tracer Control" of the side panel.
+struct TracerControl {
+  struct CheckBox {
+    std::string Caption;
+    bool Checked = false;
+  };
+  std::string Xrange = "2";  // "X increment", pixels
+  std::string Yrange = "3";  // "Y increment", pixels
+  bool IncrementsEnabled = true;
+  CheckBox Center{"Center", true};      // CHK_Center
+  CheckBox Above{"Edge Above", false};  // CHK_Above
+  CheckBox Below{"Edge Below", false};  // CHK_Below
+};
+
+/// Captions and increments for the trace type of the settings: 0 edges, 1 smooth, 2 scan.
+void SetTraceType(TracerControl& control, int trace);
+
+/// The number that the text of an increment box starts with, rounded; 0 when there is none.
+/// Run-time error "Overflow" beyond 16 bits.
+std::int16_t IncrementOf(const std::string& text);
+
+}  // namespace graphize

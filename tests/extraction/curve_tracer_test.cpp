@@ -1,0 +1,411 @@
+#include "extraction/curve_tracer.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "base/run_time_error.h"
+#include "extraction/smooth_tracer.h"
+#include "support/extraction_records.h"
+#include "support/scripted_desktop.h"
+
+namespace graphize {
+namespace {
+
+using test::ExtractionRecords;
+using test::ScriptedDesktop;
+using Rows = std::vector<std::string>;
+using Tracer = void (*)(const ExtractionContext&, float, float);
+
+constexpr Tracer kTracers[] = {TraceNew, TraceSmooth};
+
+struct TraceCase {
+  const char* Name;
+  Rows Picture;
+  float X, Y;
+  const char* XIncrement;
+  const char* YIncrement;
+  const char* Expected;  // centres, or with Edges centre, below and above
+  bool Edges = false;
+};
+
+void ExpectTraces(Tracer tracer, const std::vector<TraceCase>& cases) {
+  for (const TraceCase& c : cases) {
+    const ScriptedDesktop desktop;
+    ExtractionRecords records(c.Picture);
+    records.Control.Xrange = c.XIncrement;
+    records.Control.Yrange = c.YIncrement;
+    records.Check(true, c.Edges, c.Edges);
+    tracer(records.With(desktop), c.X, c.Y);
+    EXPECT_EQ(records.Captured(), c.Expected) << c.Name;
+  }
+}
+
+/// A curve in a picture of 300 x 120: the rows of `shape` below `top`, drawn so that columns join.
+Raster DrawCurve(double (*shape)(double), int thickness, int width = 300, int height = 120) {
+  Raster raster = Raster::Filled(width, height, kWhitePixel);
+  for (int x = 0; x < width; ++x) {
+    const auto a = static_cast<int>(shape(x)), b = static_cast<int>(shape(x + 1));
+    for (int y = std::min(a, b); y < std::max(a, b) + thickness; ++y)
+      if (y >= 0 && y < height) raster.Row(y)[x] = kBlackPixel;
+  }
+  return raster;
+}
+
+ExtractionRecords CurveRecords(double (*shape)(double), int thickness) {
+  PlotImage image;
+  SetPicture(image, DrawCurve(shape, thickness));
+  return ExtractionRecords(std::move(image));
+}
+
+double Wave(double x) {
+  return 60 + 40 * std::sin(x / 15);
+}
+
+TEST(CurveTracer, FollowsStrokesColumnByColumn) {
+  ExpectTraces(
+      TraceNew,
+      {
+          // The last column of a curve has no continuation and is not emitted.
+          {"thin line, edges beside it",
+           {".....", ".....", ".....", "#####", "....."},
+           0,
+           3,
+           "2",
+           "3",
+           "0,3 0,4 0,2 1,3 1,4 1,2 2,3 2,4 2,2 3,3 3,4 3,2",
+           true},
+          {"thick line from its edge",
+           {"....", "....", "####", "####", "####", "####", "...."},
+           0,
+           5,
+           "2",
+           "3",
+           "0,3.5 0,6 0,1 1,3.5 1,6 1,1 2,3.5 2,6 2,1",
+           true},
+          {"diagonal up and down",
+           {".......", ".......", "...#...", "..#.#..", ".#...#.", "#.....#", "......."},
+           0,
+           5,
+           "2",
+           "3",
+           "0,5 1,4 2,3 3,2 4,3 5,4"},
+          {"steep stretch is one column's run",
+           {"....", "....", "..##", "..#.", "..#.", "..#.", "###.", "...."},
+           0,
+           6,
+           "2",
+           "3",
+           "0,6 1,6 2,4"},
+          {"gap of Y increment rows within a column",
+           {".....", ".....", "#####", ".....", ".....", "#####", "....."},
+           0,
+           2,
+           "2",
+           "2",
+           "0,3.5 1,3.5 2,3.5 3,3.5"},
+          {"one more row is another stroke",
+           {".....", ".....", "#####", ".....", ".....", "#####", "....."},
+           0,
+           2,
+           "2",
+           "1",
+           "0,2 1,2 2,2 3,2"},
+          {"dark grey is no curve", {"....", "....", "##oo", "...."}, 0, 2, "2", "3", "0,2"},
+      });
+}
+
+TEST(CurveTracer, BridgesBreaksShorterThanTheXIncrement) {
+  const Rows broken = {"........", "........", "###..###", "........"};
+  ExpectTraces(TraceNew,
+               {
+                   {"two columns, increment 3", broken, 0, 2, "3", "3", "0,2 1,2 5,2 6,2"},
+                   {"two columns, increment 2", broken, 0, 2, "2", "3", "0,2 1,2"},
+                   {"increment 0", broken, 0, 2, "0", "3", "0,2 1,2"},
+                   {"negative increments", broken, 0, 2, "-7", "-7", "0,2 1,2"},
+                   {"empty increments", broken, 0, 2, "", "", "0,2 1,2"},
+                   {"huge increments", broken, 0, 2, "32767", "32767", "0,2 1,2 5,2 6,2"},
+                   {"resumes outside the run",
+                    {"........", "........", "###.....", "........", ".....###", "........"},
+                    0,
+                    2,
+                    "5",
+                    "0",
+                    "0,2 1,2"},
+                   {"start on white, curve within reach of the start row",
+                    {"........", "........", "..######"},
+                    0,
+                    2,
+                    "2",
+                    "0",
+                    "2,2 3,2 4,2 5,2 6,2"},
+                   {"start on white, out of reach",
+                    {"........", "........", "...#####"},
+                    0,
+                    2,
+                    "2",
+                    "0",
+                    ""},
+               });
+}
+
+TEST(CurveTracer, StartsWithNothingToFollowEmitNothing) {
+  const Rows line = {"....", "....", "####", "...."};
+  for (const Tracer tracer : kTracers) {
+    ExpectTraces(tracer, {
+                             {"white", line, 0, 0, "0", "0", ""},
+                             {"left of the picture", line, -20, 2, "2", "3", ""},
+                             {"right of the picture", line, 4, 2, "2", "3", ""},
+                             {"far above", line, 0, -30000, "2", "3", ""},
+                             {"far below", line, 0, 30000, "2", "3", ""},
+                             {"no picture", {}, 0, 0, "2", "3", ""},
+                         });
+  }
+  ExpectTraces(TraceNew, {{"last column", line, 3, 2, "2", "3", ""},
+                          {"one-pixel picture", {"#"}, 0, 0, "2", "3", ""}});
+  ExpectTraces(TraceSmooth, {{"last column", line, 3, 2, "2", "3", "3,2"},
+                             {"one-pixel picture", {"#"}, 0, 0, "2", "3", "0,0"}});
+}
+
+TEST(CurveTracer, PositionsAndIncrementsBeyondSixteenBitsAreToldBeforeAnythingChanges) {
+  for (const Tracer tracer : kTracers) {
+    const ScriptedDesktop desktop;
+    ExtractionRecords records({"....", "....", "####"});
+    EXPECT_THROW(tracer(records.With(desktop), 40000, 2), RunTimeError);
+    EXPECT_THROW(tracer(records.With(desktop), 0, -1e30f), RunTimeError);
+    records.Control.Yrange = "99999";
+    EXPECT_THROW(tracer(records.With(desktop), 0, 2), RunTimeError);
+    EXPECT_EQ(records.Store.CaptureCount, 0);
+    EXPECT_TRUE(records.Image.Marks.empty());
+  }
+}
+
+TEST(CurveTracer, MarksWhatItEmitsAndCapturesOnlyWithTheCaptureButton) {
+  const Rows line = {".....", ".....", ".....", "#####", "....."};
+  const struct {
+    const char* Name;
+    bool Capture, Calibrated, Checked;
+    int Captured;
+    const char* CurveRow;
+  } cases[] = {
+      {"capturing", true, true, true, 4, "????#"},
+      {"testing", false, true, true, 0, "????#"},
+      {"axes being redefined", true, false, true, 0, "????#"},
+      {"no points chosen", true, true, false, 0, "#####"},
+  };
+  for (const auto& c : cases) {
+    const ScriptedDesktop desktop;
+    ExtractionRecords records(line);
+    records.CapturePressed = c.Capture;
+    records.Calibration.Defined[2] = c.Calibrated;
+    records.Check(c.Checked, false, false);
+    TraceNew(records.With(desktop), 0, 3);
+    EXPECT_EQ(records.Store.CaptureCount, c.Captured) << c.Name;
+    EXPECT_EQ(test::Show(records.Image)[3], c.CurveRow) << c.Name;
+    EXPECT_EQ(records.Commands.Data, c.Captured > 0) << c.Name;
+    ClearMarks(records.Image);
+    EXPECT_EQ(test::Show(records.Image), line) << c.Name;
+  }
+}
+
+TEST(CurveTracer, BlackMarksDoNotHoldItUp) {
+  const ScriptedDesktop desktop;
+  ExtractionRecords records({".....", ".....", ".....", "#####", "....."});
+  records.Options.TraceColor = 0;
+  records.Check(true, true, true);
+  TraceNew(records.With(desktop), 0, 3);
+  EXPECT_EQ(records.Store.CaptureCount, 12);
+}
+
+TEST(CurveTracer, AColouredWallEndsTheTraceUnlessTheCurveIsBackWithinReach) {
+  for (const auto& [increment, last] : {std::pair{"3", 3}, {"5", 8}}) {
+    const ScriptedDesktop desktop;
+    ExtractionRecords records({"..........", "..........", "##########", ".........."});
+    DrawBox(records.Image, 5, 0, 7, 3, 0x000001, true);
+    records.Control.Xrange = increment;
+    TraceNew(records.With(desktop), 0, 2);
+    EXPECT_EQ(records.Store.CaptureX[records.Store.CaptureCount], last) << increment;
+  }
+}
+
+TEST(CurveTracer, EscapeAndAFullStoreKeepWhatWasCaptured) {
+  for (const Tracer tracer : kTracers) {
+    for (const int columns : {0, 1, 5}) {
+      ScriptedDesktop desktop;
+      desktop.EscapeAfter = columns;
+      ExtractionRecords records = CurveRecords(Wave, 2);
+      tracer(records.With(desktop), 0, 60);
+      EXPECT_EQ(records.Store.CaptureCount, columns);
+      EXPECT_EQ(records.Store.NPoints, columns);
+    }
+    for (const int capacity : {0, 1, 4, 5}) {
+      ScriptedDesktop desktop;
+      desktop.ExpectMessage("You reached the limit of data that can be stored.");
+      ExtractionRecords records = CurveRecords(Wave, 2);
+      records.Check(true, true, true);
+      records.Store.MaxPoints = static_cast<std::int16_t>(capacity);
+      tracer(records.With(desktop), 0, 60);
+      EXPECT_EQ(records.Store.CaptureCount, capacity);
+      EXPECT_EQ(records.Image.Marks.size(), static_cast<std::size_t>(capacity));
+    }
+  }
+}
+
+TEST(CurveTracer, AStoreFilledByTheLastPointIsNoComplaint) {
+  const ScriptedDesktop desktop;
+  ExtractionRecords records({"...", "...", "###"});
+  records.Store.MaxPoints = 2;
+  TraceNew(records.With(desktop), 0, 2);
+  EXPECT_EQ(records.Store.CaptureCount, 2);
+}
+
+TEST(CurveTracer, ALogOriginThatIsNotPositiveIsToldOnce) {
+  for (const Tracer tracer : kTracers) {
+    for (const bool bothLog : {false, true}) {
+      ScriptedDesktop desktop;
+      desktop.ExpectMessage("Y origin must be positive for Log Axis");
+      ExtractionRecords records = CurveRecords(Wave, 2);
+      records.Calibration.XLog = bothLog;
+      records.Calibration.ValueX[0] = 1;
+      records.Calibration.YLog = true;
+      tracer(records.With(desktop), 0, 60);
+      EXPECT_EQ(records.Store.CaptureCount, 0);
+      EXPECT_TRUE(records.Image.Marks.empty());
+    }
+  }
+}
+
+TEST(CurveTracer, ScrollsSoThatTheTraceStaysInSightWithoutChangingItsPoints) {
+  for (const Tracer tracer : kTracers) {
+    ScriptedDesktop inView;
+    ExtractionRecords whole = CurveRecords(Wave, 2);
+    tracer(whole.With(inView), 0, 60);
+    EXPECT_EQ(whole.View.X, 0);
+    ASSERT_GT(whole.Store.CaptureCount, 290);
+
+    ScriptedDesktop desktop;
+    ExtractionRecords part = CurveRecords(Wave, 2);
+    part.Options.XJump = 20;
+    part.Options.YJump = 10;
+    part.View = {.X = 0, .Y = 40, .Width = 80, .Height = 40};
+    ResetScrBars(part.View, part.Image.Width(), part.Image.Height());
+    desktop.OnPump = [&] {
+      const int x = part.Cursor.PlotX, y = part.Cursor.PlotY;
+      EXPECT_TRUE(x >= part.View.X && x < part.View.X + part.View.Width) << x;
+      EXPECT_TRUE(y >= part.View.Y - 1 && y <= part.View.Y + part.View.Height) << y;
+      EXPECT_EQ(part.Store.NPoints, part.Store.ListCount);
+      EXPECT_EQ(part.Panel.LiveXPixel, std::to_string(x));
+    };
+    tracer(part.With(desktop), 0, 60);
+    EXPECT_EQ(part.Captured(), whole.Captured());
+    EXPECT_EQ(part.View.X, part.View.MaximumX);
+    EXPECT_GT(desktop.Pumps, 10);
+  }
+}
+
+TEST(CurveTracer, TheEndShowsTheNewestPointAndItsReading) {
+  const ScriptedDesktop desktop;
+  ExtractionRecords records({"....", "....", "####", "...."});
+  TraceNew(records.With(desktop), 0, 2);
+  EXPECT_EQ(records.Cursor.XValue, "2.00000E+0");
+  EXPECT_EQ(records.Cursor.YValue, "2.00000E+0");
+  EXPECT_EQ(records.Store.Page.Lines[2].Point, 3);
+  EXPECT_EQ(records.Store.NPoints, 3);
+  EXPECT_EQ(records.Status.Status, "before");
+}
+
+TEST(CurveTracer, ColumnsStrictlyIncrease) {
+  for (const Tracer tracer : kTracers) {
+    for (const int thickness : {1, 2, 7}) {
+      const ScriptedDesktop desktop;
+      ExtractionRecords records = CurveRecords(Wave, thickness);
+      tracer(records.With(desktop), 0, 60);
+      EXPECT_GE(records.Store.CaptureCount, 299) << thickness;
+      for (int i = 2; i <= records.Store.CaptureCount; ++i)
+        ASSERT_GT(records.Store.CaptureX[i], records.Store.CaptureX[i - 1]) << thickness;
+    }
+  }
+}
+
+TEST(SmoothTracer, EmitsTheMeanRowAndTheEdgesBesideTheStroke) {
+  ExpectTraces(
+      TraceSmooth,
+      {
+          {"thick stroke, half to even",
+           {"..", "##", "##", "##", "##", ".."},
+           0,
+           1,
+           "2",
+           "3",
+           "0,2 0,5 0,0 1,2 1,5 1,0",
+           true},
+          {"mean of an uneven stroke",
+           {"....", "####", "...#", "...#", "...."},
+           0,
+           1,
+           "2",
+           "3",
+           "0,1 1,1 2,1 3,2"},
+          {"hollow stroke", {"....", "####", "....", "####"}, 0, 2, "2", "1", "0,2 1,2 2,2 3,2"},
+          {"strokes further apart than the Y increment",
+           {"....", "####", "....", "....", "####"},
+           0,
+           2,
+           "2",
+           "1",
+           "0,1 1,1 2,1 3,1"},
+          {"break of X increment columns", {"##..##", "......"}, 0, 0, "2", "3", "0,0 1,0 4,0 5,0"},
+          {"longer break", {"##...##", "......."}, 0, 0, "2", "3", "0,0 1,0"},
+          {"start near the curve", {"##", "..", "..", ".."}, 0, 3, "2", "1", "0,0 1,0"},
+          {"start too far away", {"##", "..", "..", "..", ".."}, 0, 4, "0", "1", ""},
+          {"first and last row of the picture",
+           {"###", "...", "...", "###"},
+           0,
+           3,
+           "2",
+           "1",
+           "0,3 1,3 2,3"},
+      });
+}
+
+TEST(SmoothTracer, SteepStretchesStayOnTheirStroke) {
+  ExpectTraces(TraceSmooth,
+               {
+                   {"a step of the curve itself, another stroke beside its middle",
+                    {"##.....", "..#....", "..#....", "..#....", "..#....", "..#.###", "..#....",
+                     "..#....", "..#....", "..#....", "..#....", "...####"},
+                    0,
+                    0,
+                    "2",
+                    "1",
+                    "0,0 1,0 2,6 3,11 4,11 5,11 6,11"},
+                   {"the same upward",
+                    {"...####", "..#....", "..#....", "..#....", "..#....", "..#.###", "..#....",
+                     "..#....", "..#....", "..#....", "..#....", "##....."},
+                    0,
+                    11,
+                    "2",
+                    "1",
+                    "0,11 1,11 2,6 3,0 4,0 5,0 6,0"},
+                   {"a line that crosses, another stroke at its middle",
+                    {"..#...", "..#...", "..#...", "..#...", "######", "..#...", "..#...", "..####",
+                     "..#...", "..#...", "..#...", "..#...", "..#...", "..#...", "..#..."},
+                    0,
+                    4,
+                    "2",
+                    "1",
+                    "0,4 1,4 2,7 3,4 4,4 5,4"},
+                   {"crossing strokes keep their ways",
+                    {"##.......##", "..#.....#..", "...#...#...", "....#.#....", ".....#.....",
+                     "....#.#....", "...#...#...", "..#.....#..", "##.......##"},
+                    0,
+                    0,
+                    "2",
+                    "1",
+                    "0,0 1,0 2,1 3,2 4,4 5,4 6,4 7,6 8,7 9,8 10,8"},
+               });
+}
+
+}  // namespace
+}  // namespace graphize
