@@ -4,6 +4,7 @@
 #include <random>
 
 #include "data/data_file.h"
+#include "data/sort.h"
 
 namespace graphize {
 namespace {
@@ -32,6 +33,35 @@ void WriteFullDataFile(benchmark::State& state) {
   std::filesystem::remove(path);
 }
 BENCHMARK(WriteFullDataFile)->Unit(benchmark::kMillisecond);
+
+struct Pattern {
+  const char* Name;
+  float (*ValueAt)(int row);
+};
+constexpr Pattern kPatterns[] = {
+    {"ascending", [](int i) { return static_cast<float>(i); }},
+    {"descending", [](int i) { return static_cast<float>(-i); }},
+    {"all equal", [](int) { return 1.0f; }},
+    {"five values", [](int i) { return static_cast<float>(i * 7919LL % 5); }},
+    {"random", [](int i) { return static_cast<float>(i * 48271LL % 2147483647 % 1000003); }},
+    {"saw", [](int i) { return static_cast<float>(i % 181); }},
+    {"three per column, falling", [](int i) { return static_cast<float>(-(i / 3)); }},
+};
+
+void SortFullStore(benchmark::State& state) {
+  const Pattern& pattern = kPatterns[state.range(0)];
+  state.SetLabel(pattern.Name);
+  PointStore store = FullStore();
+  for (auto _ : state) {
+    state.PauseTiming();
+    for (int i = 1; i <= kFull; ++i) store.ListX[i] = pattern.ValueAt(i);
+    state.ResumeTiming();
+    SortList(store, SortOrder::Ascending);
+  }
+}
+BENCHMARK(SortFullStore)
+    ->Unit(benchmark::kMillisecond)
+    ->DenseRange(0, static_cast<int>(std::size(kPatterns)) - 1);
 
 }  // namespace
 }  // namespace graphize

@@ -11,7 +11,7 @@
 namespace graphize::test {
 
 /// What a tracer or a scan works on, with a calibration whose graph values are the pixel column and
-/// the row counted upward. The whole picture is in view.
+/// the row counted upward, exactly: 128 pixels are a power of two. The whole picture is in view.
 struct ExtractionRecords {
   PlotImage Image;
   Viewport View;
@@ -31,11 +31,11 @@ struct ExtractionRecords {
     View.Width = Image.Width();
     View.Height = Image.Height();
     Calibration.Defined = {true, true, true};
-    Calibration.ValueX = {0, 100, 0};
-    Calibration.ValueY = {0, 0, 100};
-    Calibration.PixelX = {0, 100, 0};
-    Calibration.PixelY = {0, 0, 100};
-    Calibration.XAxisLength = Calibration.YAxisLength = 100;
+    Calibration.ValueX = {0, 128, 0};
+    Calibration.ValueY = {0, 0, 128};
+    Calibration.PixelX = {0, 128, 0};
+    Calibration.PixelY = {0, 0, 128};
+    Calibration.XAxisLength = Calibration.YAxisLength = 128;
   }
 
   ExtractionContext With(const Desktop& desktop) {
