@@ -4,6 +4,7 @@
 #include <random>
 
 #include "data/data_file.h"
+#include "data/resampling.h"
 #include "data/sort.h"
 
 namespace graphize {
@@ -62,6 +63,26 @@ void SortFullStore(benchmark::State& state) {
 BENCHMARK(SortFullStore)
     ->Unit(benchmark::kMillisecond)
     ->DenseRange(0, static_cast<int>(std::size(kPatterns)) - 1);
+
+/// A desktop that has nothing to say.
+Desktop QuietDesktop() {
+  Desktop desktop;
+  desktop.ShowMessage = [](const Message&) { return Answer::Ok; };
+  desktop.Pump = [] {};
+  desktop.EscapeHeld = [] { return false; };
+  return desktop;
+}
+
+/// A full store resampled into a full list; the argument is RefreshList.
+void ReSampleFullStore(benchmark::State& state) {
+  const Desktop desktop = QuietDesktop();
+  PointStore store = FullStore();
+  const SamplePlan plan{.Count = kFull, .MinX = 0.001f, .MaxX = 32.767f, .YLog = true};
+  for (auto _ : state)
+    if (ReSampleList(store, plan, state.range(0) != 0, desktop) != SampleEnd::Done)
+      state.SkipWithError("not done");
+}
+BENCHMARK(ReSampleFullStore)->Unit(benchmark::kMillisecond)->Arg(0)->Arg(1);
 
 }  // namespace
 }  // namespace graphize

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "support/scripted_desktop.h"
 
 namespace graphize::test {
@@ -18,7 +20,15 @@ RowList Rows(const std::vector<float>& xs, const std::vector<float>& ys, int cou
   return rows;
 }
 
+bool IsSame(float a, float b) {
+  return a == b || (std::isnan(a) && std::isnan(b));
+}
+
 }  // namespace
+
+bool operator==(const Row& a, const Row& b) {
+  return IsSame(a.X, b.X) && IsSame(a.Y, b.Y);
+}
 
 PointStore MakeStore(const RowList& points) {
   PointStore store;

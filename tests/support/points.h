@@ -9,8 +9,9 @@ namespace graphize::test {
 
 struct Row {
   float X = 0, Y = 0;
-  friend bool operator==(const Row&, const Row&) = default;
 };
+/// Equal numbers; what is not a number equals itself.
+bool operator==(const Row& a, const Row& b);
 inline void PrintTo(const Row& row, std::ostream* out) {
   *out << '(' << row.X << ", " << row.Y << ')';
 }

@@ -1,0 +1,160 @@
+#include "data/sample_form.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <vector>
+
+#include "base/number_pattern.h"
+#include "base/numbers.h"
+#include "data/resampling.h"
+
+namespace graphize {
+
+namespace {
+
+float ReadSingle(const std::string& text) {
+  const double value = LeadingNumber(text);
+  constexpr float most = std::numeric_limits<float>::max();
+  if (std::fabs(value) > most) return static_cast<float>(std::copysign(HUGE_VALF, value));
+  return static_cast<float>(value);
+}
+
+double ReadCount(const std::string& text) {
+  return std::nearbyint(LeadingNumber(text));
+}
+
+bool IsTyped(const SampleForm& form) {
+  return form.dXBox != form.StepShown && !TrimRight(form.dXBox).empty();
+}
+
+/// The boxes as they stand. Only for a count that an int holds.
+SamplePlan PlanOf(const SampleForm& form, double count) {
+  return {.Count = static_cast<int>(count),
+          .MinX = ReadSingle(form.MinXBox),
+          .MaxX = ReadSingle(form.MaxXBox),
+          .XLog = form.SampleXLog,
+          .YLog = form.SampleYLog};
+}
+
+void ShowStep(SampleForm& form) {
+  const double count = ReadCount(form.Steps);
+  form.dXBox.clear();
+  if (count >= 2 && count <= std::numeric_limits<int>::max()) {
+    const auto step = static_cast<float>(StepOf(PlanOf(form, count)));
+    if (std::isfinite(step))
+      form.dXBox = (form.SampleXLog ? "Log " : "") + FormatNumber(step, kReadingPattern);
+  }
+  form.StepShown = form.dXBox;
+}
+
+/// A count below 2, or none, is told with the text it came from and becomes 2.
+double UsableCount(double count, const std::string& entered, const Desktop& desktop) {
+  if (count >= 2) return count;
+  Tell(desktop, entered + "\r\nError in sampling parameters\r\nSetting n=2",
+       MessageIcon::Exclamation);
+  return 2;
+}
+
+void ShowCount(SampleForm& form, double count) {
+  form.Steps = FormatNumber(static_cast<float>(count), "###");
+}
+
+void TellTooMany(const Desktop& desktop) {
+  Tell(desktop, "Too many points", MessageIcon::Critical);
+}
+
+/// The number behind "Log " or without it; 0 when there is none.
+double ReadStep(const std::string& text) {
+  const std::size_t start = text.find_first_not_of(' ');
+  if (start == std::string::npos) return 0;
+  const bool log = LowerCase(text.substr(start, 3)) == "log";
+  return LeadingNumber(text.substr(log ? start + 3 : start));
+}
+
+void ShowHint(SampleForm& form, const PointStore& store) {
+  form.Hint.clear();
+  if (form.SampleXLog && !(ReadSingle(form.MinXBox) > 0 && ReadSingle(form.MaxXBox) > 0)) {
+    form.Hint = "X - Log needs a Min X and a Max X above 0.";
+    return;
+  }
+  for (int i = 2; i <= store.CaptureCount; ++i) {
+    if (store.CaptureX[i - 1] < store.CaptureX[i]) continue;
+    form.Hint = "X of captured point " + std::to_string(i) +
+                " is not greater than X of the point before: the new points may leave the curve.";
+    return;
+  }
+}
+
+/// Smallest and largest number of the points; empty texts when none is one.
+void ShowRange(const std::vector<float>& values, int count, std::string& least, std::string& most) {
+  float low = HUGE_VALF, high = -HUGE_VALF;
+  for (int i = 1; i <= count; ++i) {
+    if (!std::isfinite(values[i])) continue;
+    low = std::min(low, values[i]);
+    high = std::max(high, values[i]);
+  }
+  if (low > high) return;
+  least = FormatNumber(low, kReadingPattern);
+  most = FormatNumber(high, kReadingPattern);
+}
+
+}  // namespace
+
+std::optional<SampleForm> OpenSample(const PointStore& store, const Desktop& desktop) {
+  if (store.CaptureCount < 1) {
+    Tell(desktop, "No Points in List", MessageIcon::Exclamation);
+    return std::nullopt;
+  }
+  SampleForm form;
+  ShowRange(store.CaptureX, store.CaptureCount, form.MinXBox, form.MaxXBox);
+  ShowRange(store.CaptureY, store.CaptureCount, form.MinYBox, form.MaxYBox);
+  ShowCount(form, store.CaptureCount);
+  ShowStep(form);
+  ShowHint(form, store);
+  return form;
+}
+
+void StepsChanged(SampleForm& form, const Desktop& desktop) {
+  const double count = UsableCount(ReadCount(form.Steps), form.Steps, desktop);
+  // What cannot be met anyway stays as it was typed.
+  if (count <= std::numeric_limits<std::int16_t>::max()) ShowCount(form, count);
+  ShowStep(form);
+}
+
+void RangeChanged(SampleForm& form, const PointStore& store) {
+  if (!IsTyped(form)) ShowStep(form);
+  ShowHint(form, store);
+}
+
+bool CalculateStep(SampleForm& form, const PointStore& store, const Desktop& desktop) {
+  if (!IsTyped(form)) {
+    StepsChanged(form, desktop);
+  } else {
+    const double step = ReadStep(form.dXBox);
+    const double count = step == 0 ? 0 : std::nearbyint(CountOfStep(PlanOf(form, 2), step));
+    if (count > store.MaxPoints) {
+      TellTooMany(desktop);
+      return false;
+    }
+    ShowCount(form, UsableCount(count, form.dXBox, desktop));
+    ShowStep(form);
+  }
+  ShowHint(form, store);
+  return true;
+}
+
+bool ReSample(SampleForm& form, PointStore& store, bool RefreshList, const Desktop& desktop) {
+  if (!CalculateStep(form, store, desktop)) return false;
+  const double count = ReadCount(form.Steps);
+  if (count > store.MaxPoints) {
+    TellTooMany(desktop);
+    return false;
+  }
+  const SampleEnd end = ReSampleList(store, PlanOf(form, count), RefreshList, desktop);
+  if (end == SampleEnd::BadPoint)
+    Tell(desktop, "Error while ReSampling. Remove bad points and retry", MessageIcon::Exclamation);
+  return end == SampleEnd::Done;
+}
+
+}  // namespace graphize

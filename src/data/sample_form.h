@@ -1,0 +1,38 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "capture/point_store.h"
+#include "desktop/desktop.h"
+
+namespace graphize {
+
+/// The window Sample. The boxes hold texts as typed; they are read by the leading-number rule.
+struct SampleForm {
+  std::string MinXBox, MaxXBox;  // first and last X of the new list
+  std::string MinYBox, MaxYBox;  // of the captured points, for information
+  std::string Steps;             // n, the number of points of the new list
+  std::string dXBox;             // a number, or "Log " and the step of log10(X); empty: none
+  bool SampleXLog = false, SampleYLog = false;
+  std::string Hint;       // one line on what will not work well, or nothing
+  std::string StepShown;  // what was last written into dXBox: another text there was typed
+};
+
+/// The window as it opens. Without captured points a message instead.
+std::optional<SampleForm> OpenSample(const PointStore& store, const Desktop& desktop);
+
+/// Steps was typed: fewer than two is told and becomes 2; dXBox follows.
+void StepsChanged(SampleForm& form, const Desktop& desktop);
+/// The limits or a log switch were changed: dXBox follows unless it was typed.
+void RangeChanged(SampleForm& form, const PointStore& store);
+
+/// "Calculate dX": a typed step gives the count, else the count gives the step. False when the step
+/// asks for more points than there can be, which is told; nothing is changed then.
+bool CalculateStep(SampleForm& form, const PointStore& store, const Desktop& desktop);
+
+/// Replaces the list by the resampled points. False, after a message, when there are too many or
+/// when it ended at a point without a value; false, too, after Escape.
+bool ReSample(SampleForm& form, PointStore& store, bool RefreshList, const Desktop& desktop);
+
+}  // namespace graphize
