@@ -14,26 +14,21 @@ namespace graphize {
 
 namespace {
 
-/// Columns are searched in tiles of this many pixels, row after row: the raster is read in order of
-/// its memory, and a tile takes less than the time in which a held Escape must be seen.
-constexpr int kTileWidth = 128;
-
-struct FoundPixel {
-  std::int16_t X, Y;
-};
+/// Pixels between two looks at the Escape key and the window: some milliseconds at most.
+constexpr int kPixelsPerLook = 1 << 18;
 
 /// The columns or rows that are looked at, within the picture.
 struct GridRange {
   int First, Last, Step;
 
-  bool IsEmpty() const { return First > Last; }
+  int Count() const { return (Last - First) / Step + 1; }
 };
 
 GridRange RangeOf(std::int32_t low, std::int32_t high, int step, int size) {
   long long first = low + 2LL;
   const long long last = std::min(high - 2LL, size - 1LL);
   if (first < 0) first += (-first + step - 1) / step * step;
-  if (first > last) return {0, -1, step};
+  if (first > last) return {0, -step, step};
   return {ToInt16(static_cast<double>(first)), ToInt16(static_cast<double>(last)), step};
 }
 
@@ -69,103 +64,100 @@ class ScanStatus {
   std::string before_;
 };
 
-/// Appends the offsets of the black pixels among `count` that lie `step` apart.
-template <typename Take>
-void FindBlack(const std::uint32_t* pixels, int count, int step, Take take) {
-  int i = 0;
-  if (step == 1) {
-    // Most of a page is paper: eight pixels at once tell that there is nothing to take.
-    for (; i + 8 <= count; i += 8) {
-      unsigned black = 0;
-      for (int j = 0; j < 8; ++j) black |= static_cast<unsigned>(IsBlackPixel(pixels[i + j]));
-      if (black == 0) continue;
-      for (int j = i; j < i + 8; ++j)
-        if (IsBlackPixel(pixels[j])) take(j);
-    }
-  }
-  for (; i < count; ++i)
-    if (IsBlackPixel(pixels[static_cast<std::size_t>(i) * step])) take(i);
+/// Whether a block of neighbouring pixels has a black one.
+constexpr int kBlock = 16;
+bool AnyBlack(const std::uint32_t* pixels) {
+  unsigned black = 0;
+  for (int i = 0; i < kBlock; ++i) black |= static_cast<unsigned>(IsBlackPixel(pixels[i]));
+  return black != 0;
 }
 
-/// The search. `Found` holds the first `Wanted` black pixels in the order of a walk column by
-/// column; all of them are marked.
-class Search {
- public:
-  Search(const ExtractionContext& context, const GridRange& columns, const GridRange& rows,
-         std::size_t wanted)
-      : context_(context),
-        columns_(columns),
-        rows_(rows),
-        wanted_(wanted),
-        colour_(PaletteColour(context.Options.TraceColor)) {}
-
-  /// False when Escape ended it.
-  bool Run(ScanStatus& status) {
-    const int tileColumns = std::max(kTileWidth / columns_.Step, 1);
-    const double total = static_cast<double>(rows_.Last) * columns_.Last;
-    for (int x = columns_.First; x <= columns_.Last; x += tileColumns * columns_.Step) {
-      if (context_.Verbs.EscapeHeld()) return false;
-      if (total > 0)
-        status.Show((static_cast<double>(x - 1) * rows_.Last + rows_.First) / total * 100);
-      context_.Verbs.Pump();
-      SearchTile(x, std::min(tileColumns, (columns_.Last - x) / columns_.Step + 1));
+/// Takes the column of every black pixel of a row that the grid meets.
+template <typename Take>
+void FindBlack(const std::uint32_t* row, const GridRange& columns, Take take) {
+  int x = columns.First;
+  if (columns.Step == 1) {
+    // Most of a page is paper.
+    for (; x + kBlock - 1 <= columns.Last; x += kBlock) {
+      if (!AnyBlack(row + x)) continue;
+      for (int i = x; i < x + kBlock; ++i)
+        if (IsBlackPixel(row[i])) take(i);
     }
-    return true;
+  }
+  for (; x <= columns.Last; x += columns.Step)
+    if (IsBlackPixel(row[x])) take(x);
+}
+
+/// The positions found: the first so many in the order column by column, whatever the order in
+/// which they come.
+class FoundPositions {
+ public:
+  explicit FoundPositions(int wanted) : wanted_(wanted), limit_(wanted > 0 ? UINT32_MAX : 0) {}
+
+  void Take(int x, int y) {
+    const auto key = static_cast<std::uint32_t>(x) << 16 | static_cast<std::uint32_t>(y);
+    if (key >= limit_) return;
+    keys_.push_back(key);
+    if (keys_.size() >= 2 * wanted_ + 1000) DropLast();
+  }
+  void Sort() {
+    if (keys_.size() > wanted_) DropLast();
+    std::sort(keys_.begin(), keys_.end());
   }
 
-  std::vector<FoundPixel> Found;
+  std::size_t Count() const { return keys_.size(); }
+  int X(std::size_t i) const { return static_cast<int>(keys_[i] >> 16); }
+  int Y(std::size_t i) const { return static_cast<int>(keys_[i] & 0xffffu); }
 
  private:
-  void SearchTile(int left, int count) {
-    hits_.clear();
-    starts_.assign(static_cast<std::size_t>(count) + 1, 0);
-    PlotImage& image = context_.Image;
-    for (int y = rows_.First; y <= rows_.Last; y += rows_.Step) {
-      FindBlack(image.Pixels.Row(y) + left, count, columns_.Step, [&](int i) {
-        const int x = left + i * columns_.Step;
-        SetPixel(image, x, y, colour_);
-        if (Found.size() < wanted_) {
-          hits_.push_back({static_cast<std::int16_t>(i), static_cast<std::int16_t>(y)});
-          ++starts_[static_cast<std::size_t>(i) + 1];
-        }
-      });
-    }
-    AppendHits(left);
+  void DropLast() {
+    const auto end = keys_.begin() + static_cast<std::ptrdiff_t>(wanted_);
+    std::nth_element(keys_.begin(), end, keys_.end());
+    limit_ = *end;
+    keys_.erase(end, keys_.end());
   }
 
-  /// Sorts the tile's hits by column; within one they are in order already.
-  void AppendHits(int left) {
-    for (std::size_t i = 1; i < starts_.size(); ++i) starts_[i] += starts_[i - 1];
-    const std::size_t before = Found.size();
-    Found.resize(before + hits_.size());
-    for (const FoundPixel& hit : hits_)
-      Found[before + starts_[static_cast<std::size_t>(hit.X)]++] = {
-          static_cast<std::int16_t>(left + hit.X * columns_.Step), hit.Y};
-    if (Found.size() > wanted_) Found.resize(wanted_);
-  }
-
-  const ExtractionContext& context_;
-  const GridRange columns_, rows_;
-  const std::size_t wanted_;
-  const Colour colour_;
-  std::vector<FoundPixel> hits_;     // of one tile; X counts the tile's columns
-  std::vector<std::size_t> starts_;  // of each of its columns
+  std::size_t wanted_;
+  std::uint32_t limit_;              // what lies from here on is not wanted
+  std::vector<std::uint32_t> keys_;  // column in the upper half, row in the lower
 };
 
+/// Marks the black pixels on the grid and notes them in `found`; false when Escape ended it. The
+/// raster is read row by row, the order of its memory: column by column takes many times as long.
+bool Search(const ExtractionContext& context, const GridRange& columns, const GridRange& rows,
+            FoundPositions& found, ScanStatus& status) {
+  PlotImage& image = context.Image;
+  const Colour colour = PaletteColour(context.Options.TraceColor);
+  const int rowsPerLook = std::max(kPixelsPerLook / std::max(columns.Count(), 1), 1);
+  for (int i = 0; i < rows.Count(); ++i) {
+    if (i % rowsPerLook == 0) {
+      if (context.Verbs.EscapeHeld()) return false;
+      status.Show(100.0 * i / rows.Count());
+      context.Verbs.Pump();
+    }
+    const int y = rows.First + i * rows.Step;
+    FindBlack(image.Pixels.Row(y), columns, [&](int x) {
+      SetPixel(image, x, y, colour);
+      found.Take(x, y);
+    });
+  }
+  return true;
+}
+
 /// Captures what was found. A key still held from stopping the search does not stop this, too.
-void AddFound(const ExtractionContext& context, const std::vector<FoundPixel>& found,
-              bool escapeIsOld, ScanStatus& status) {
+void AddFound(const ExtractionContext& context, const FoundPositions& found, bool escapeIsOld,
+              ScanStatus& status) {
   PointStore& store = context.Store;
   const bool refreshList = context.Options.RefreshList != 0;
-  for (std::size_t i = 1; i <= found.size(); ++i) {
+  for (std::size_t i = 1; i <= found.Count(); ++i) {
     const bool held = context.Verbs.EscapeHeld();
     escapeIsOld = escapeIsOld && held;
     if (held && !escapeIsOld) return;
     if (i % 10 == 0) {
-      status.Show(static_cast<double>(i) / static_cast<double>(found.size()) * 100);
+      status.Show(static_cast<double>(i) / static_cast<double>(found.Count()) * 100);
       PumpProgress(context);
     }
-    MoveCursor(context, found[i - 1].X, found[i - 1].Y);
+    MoveCursor(context, static_cast<float>(found.X(i - 1)), static_cast<float>(found.Y(i - 1)));
     if (AddValuePoint(store, context.Commands, context.Verbs, refreshList, store.CurrentX,
                       store.CurrentY))
       return;
@@ -202,10 +194,11 @@ void Scan(const ExtractionContext& context, const ScanRectangle& rectangle) {
 
   ScanStatus status(context.Status);
   context.Verbs.Pump();
-  Search search(context, columns, rows, static_cast<std::size_t>(wanted));
-  const bool stopped = !columns.IsEmpty() && !rows.IsEmpty() && !search.Run(status);
+  FoundPositions found(wanted);
+  const bool stopped = !Search(context, columns, rows, found, status);
+  found.Sort();
   status.Show(100);
-  if (adds) AddFound(context, search.Found, stopped, status);
+  if (adds) AddFound(context, found, stopped, status);
   status.Show(100);
   ShowResult(context);
   context.Status.Points = FormatNumber(static_cast<float>(store.ListCount), kCountPattern);

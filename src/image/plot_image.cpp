@@ -1,8 +1,9 @@
 #include "image/plot_image.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <utility>
+
+#include "image/line_walk.h"
 
 namespace graphize {
 
@@ -13,8 +14,8 @@ void Overdraw(PlotImage& image, std::vector<OverdrawnPixel>& log, int x, int y,
               std::uint32_t pixel) {
   std::uint32_t& target = image.Pixels.Row(y)[x];
   if (target == pixel) return;
-  log.push_back({static_cast<std::uint32_t>(static_cast<std::size_t>(y) * image.Width() + x),
-                 target});
+  log.push_back(
+      {static_cast<std::uint32_t>(static_cast<std::size_t>(y) * image.Width() + x), target});
   target = pixel;
 }
 
@@ -37,13 +38,41 @@ void PutBack(PlotImage& image, std::vector<OverdrawnPixel>& log) {
 }
 
 /// Fills the part of row y from left to right that is inside.
-void MarkRun(PlotImage& image, int left, int right, int y, std::uint32_t pixel) {
+void FillRun(PlotImage& image, std::vector<OverdrawnPixel>& log, int left, int right, int y,
+             std::uint32_t pixel) {
   if (y < 0 || y >= image.Height()) return;
   left = std::max(left, 0);
   right = std::min(right, image.Width() - 1);
   if (left > right) return;
-  for (int x = left; x <= right; ++x) Overdraw(image, image.Marks, x, y, pixel);
+  for (int x = left; x <= right; ++x) Overdraw(image, log, x, y, pixel);
   image.Dirty.Add(left, y, right, y);
+}
+
+void FillBox(PlotImage& image, std::vector<OverdrawnPixel>& log, int x1, int y1, int x2, int y2,
+             Colour colour) {
+  const auto [left, right] = std::minmax(x1, x2);
+  const auto [top, bottom] = std::minmax(y1, y2);
+  for (int y = std::max(top, 0); y <= std::min(bottom, image.Height() - 1); ++y)
+    FillRun(image, log, left, right, y, PixelOfColour(colour));
+}
+
+void FillDot(PlotImage& image, std::vector<OverdrawnPixel>& log, int x, int y, int width,
+             Colour colour) {
+  // A pixel belongs to the disc when its centre does; an even width puts the disc's centre half a
+  // pixel to the upper left of (x, y)'s centre. Distances are doubled to stay whole.
+  width = std::max(width, 1);
+  const int first = -(width / 2), last = first + width - 1;
+  const long long diameter = width;
+  for (int j = first; j <= last; ++j) {
+    const long long distanceY = 2LL * j - (first + last);
+    int i = first;
+    const auto inside = [&](int column) {
+      const long long distanceX = 2LL * column - (first + last);
+      return distanceX * distanceX + distanceY * distanceY <= diameter * diameter;
+    };
+    while (i <= last && !inside(i)) ++i;
+    if (i <= last) FillRun(image, log, x + i, x + first + last - i, y + j, PixelOfColour(colour));
+  }
 }
 
 }  // namespace
@@ -66,61 +95,19 @@ void SetPixel(PlotImage& image, int x, int y, Colour colour) {
 }
 
 void DrawLine(PlotImage& image, int x1, int y1, int x2, int y2, Colour colour) {
-  // Bresenham's line; 64-bit because clipped-away ends may be far outside.
-  const long long dx = std::abs(static_cast<long long>(x2) - x1);
-  const long long dy = -std::abs(static_cast<long long>(y2) - y1);
-  const int stepX = x1 < x2 ? 1 : -1, stepY = y1 < y2 ? 1 : -1;
-  long long error = dx + dy;
-  int x = x1, y = y1;
-  while (true) {
-    SetPixel(image, x, y, colour);
-    if (x == x2 && y == y2) return;
-    const long long twice = 2 * error;
-    if (twice >= dy) {
-      error += dy;
-      x += stepX;
-    }
-    if (twice <= dx) {
-      error += dx;
-      y += stepY;
-    }
-  }
+  WalkLine(x1, y1, x2, y2, [&](int x, int y) { SetPixel(image, x, y, colour); });
 }
 
 void DrawBox(PlotImage& image, int x1, int y1, int x2, int y2, Colour colour, bool filled) {
-  const std::uint32_t pixel = PixelOfColour(colour);
-  const auto [left, right] = std::minmax(x1, x2);
-  const auto [top, bottom] = std::minmax(y1, y2);
-  if (filled) {
-    for (int y = std::max(top, 0); y <= std::min(bottom, image.Height() - 1); ++y)
-      MarkRun(image, left, right, y, pixel);
-    return;
-  }
-  MarkRun(image, left, right, top, pixel);
-  MarkRun(image, left, right, bottom, pixel);
-  for (int y = std::max(top, 0); y <= std::min(bottom, image.Height() - 1); ++y) {
-    MarkRun(image, left, left, y, pixel);
-    MarkRun(image, right, right, y, pixel);
-  }
+  if (filled) return FillBox(image, image.Marks, x1, y1, x2, y2, colour);
+  FillBox(image, image.Marks, x1, y1, x2, y1, colour);
+  FillBox(image, image.Marks, x1, y2, x2, y2, colour);
+  FillBox(image, image.Marks, x1, y1, x1, y2, colour);
+  FillBox(image, image.Marks, x2, y1, x2, y2, colour);
 }
 
 void DrawDot(PlotImage& image, int x, int y, int width, Colour colour) {
-  const std::uint32_t pixel = PixelOfColour(colour);
-  if (width < 2) return SetPixel(image, x, y, colour);
-  // A pixel belongs to the disc when its centre does; an even width puts the disc's centre half a
-  // pixel to the upper left of (x, y)'s centre. Distances are doubled to stay whole.
-  const int first = -(width / 2), last = first + width - 1;
-  const long long diameter = width;
-  for (int j = first; j <= last; ++j) {
-    const long long distanceY = 2LL * j - (first + last);
-    int i = first;
-    const auto inside = [&](int column) {
-      const long long distanceX = 2LL * column - (first + last);
-      return distanceX * distanceX + distanceY * distanceY <= diameter * diameter;
-    };
-    while (i <= last && !inside(i)) ++i;
-    if (i <= last) MarkRun(image, x + i, x + first + last - i, y + j, pixel);
-  }
+  FillDot(image, image.Marks, x, y, width, colour);
 }
 
 void ClearMarks(PlotImage& image) {
@@ -137,6 +124,14 @@ void EditPixel(PlotImage& image, int x, int y, Colour colour) {
   if (!image.Contains(x, y)) return;
   Overdraw(image, image.LastEdit, x, y, PixelOfColour(colour));
   image.Dirty.Add(x, y, x, y);
+}
+
+void EditBox(PlotImage& image, int x1, int y1, int x2, int y2, Colour colour) {
+  FillBox(image, image.LastEdit, x1, y1, x2, y2, colour);
+}
+
+void EditDot(PlotImage& image, int x, int y, int width, Colour colour) {
+  FillDot(image, image.LastEdit, x, y, width, colour);
 }
 
 void UndoEdit(PlotImage& image) {

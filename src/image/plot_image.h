@@ -23,7 +23,8 @@ struct DirtyArea {
 };
 
 /// The picture the user works on. Base picture and working raster share `Pixels`: marks drawn on it
-/// remember what they cover, so that clearing them, and undoing the last edit, costs what was drawn.
+/// remember what they cover, so that clearing them, and undoing the last edit, costs what was
+/// drawn.
 ///
 /// - Marks (trace and scan marks, blockers, shading) last until ClearMarks.
 /// - Edits (pen, grid removal) change the base picture; UndoEdit takes the last one back.
@@ -70,8 +71,12 @@ void ClearMarks(PlotImage& image);
 
 /// Starts an edit: clears the marks, and what follows through EditPixel is one step for UndoEdit.
 void BeginEdit(PlotImage& image);
-/// Changes the base picture. Only between BeginEdit and the next mark: marks must not be there.
+/// Change the base picture. Only between BeginEdit and the next mark: marks must not be there.
 void EditPixel(PlotImage& image, int x, int y, Colour colour);
+/// Filled, with the corners (x1, y1) and (x2, y2), both included.
+void EditBox(PlotImage& image, int x1, int y1, int x2, int y2, Colour colour);
+/// A dot as DrawDot draws it.
+void EditDot(PlotImage& image, int x, int y, int width, Colour colour);
 /// The base picture as it was before the last BeginEdit; a second undo restores the same.
 void UndoEdit(PlotImage& image);
 

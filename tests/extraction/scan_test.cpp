@@ -235,20 +235,40 @@ TEST(Scan, ShowsItsProgressAndPutsTheStatusBack) {
   EXPECT_EQ(records.Status.Status, "before");
 }
 
-TEST(Scan, EscapeInTheSearchKeepsWholeColumnsAndCapturesThem) {
-  for (const int questions : {0, 1, 2}) {
+TEST(Scan, EscapeInTheSearchStillCapturesWhatItMarked) {
+  Rows picture(2000, std::string(600, '.'));
+  for (std::size_t y = 0; y < picture.size(); ++y) picture[y][y * 37 % 600] = '#';
+  for (const int questions : {0, 1, 3}) {
     ScriptedDesktop desktop;
     desktop.EscapeAfter = questions;
-    ExtractionRecords records(Rows(3, std::string(600, '#')));
+    ExtractionRecords records(picture);
     records.Control.Xrange = records.Control.Yrange = "1";
-    Scan(records.With(desktop), Around(0, 0, 599, 2));
+    Scan(records.With(desktop), Around(0, 0, 599, 1999));
     const int count = records.Store.CaptureCount;
-    EXPECT_EQ(count % 3, 0);
     EXPECT_EQ(count == 0, questions == 0);
-    EXPECT_LT(count, 1800);
-    const std::string marked = std::string(static_cast<std::size_t>(count / 3), '?');
-    EXPECT_EQ(test::Show(records.Image)[2], marked + std::string(600 - marked.size(), '#'));
+    EXPECT_LT(count, 2000);
+    EXPECT_EQ(records.Image.Marks.size(), static_cast<std::size_t>(count));
+    for (int i = 1; i <= count; ++i) {
+      const auto x = static_cast<int>(records.Store.CaptureX[i]);
+      const int y = 2000 - static_cast<int>(records.Store.CaptureY[i]);
+      ASSERT_EQ(GetPixel(records.Image, x, y), MakeColour(255, 255, 0));
+      ASSERT_GE(x, records.Store.CaptureX[i - 1]);
+    }
     EXPECT_FALSE(records.Status.ProgressVisible);
+  }
+}
+
+TEST(Scan, AFullStoreHoldsTheFirstColumnsOfACrowdedPage) {
+  ScriptedDesktop desktop;
+  desktop.ExpectMessage("You reached the limit of data that can be stored.");
+  ExtractionRecords records(Rows(200, std::string(600, '#')));
+  records.Control.Xrange = records.Control.Yrange = "1";
+  records.Store.MaxPoints = 1500;
+  Scan(records.With(desktop), Around(0, 0, 599, 199));
+  ASSERT_EQ(records.Store.CaptureCount, 1500);
+  for (int i = 1; i <= 1500; ++i) {
+    ASSERT_EQ(records.Store.CaptureX[i], (i - 1) / 200);
+    ASSERT_EQ(200 - records.Store.CaptureY[i], (i - 1) % 200);
   }
 }
 

@@ -1,0 +1,190 @@
+// What following a curve and scanning a page cost beside the bare reads of their pixels.
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include "extraction/curve_tracer.h"
+#include "extraction/scan.h"
+#include "extraction/smooth_tracer.h"
+#include "support/extraction_records.h"
+#include "support/quiet_desktop.h"
+
+namespace graphize {
+namespace {
+
+using test::ExtractionRecords;
+
+constexpr int kThickness = 8;
+
+PlotImage WideCurve() {
+  Raster raster = Raster::Filled(30000, 2000, kWhitePixel);
+  const auto shape = [](int x) { return static_cast<int>(1000 + 900 * std::sin(x / 900.0)); };
+  for (int x = 0; x < raster.Width(); ++x) {
+    const int a = shape(x), b = shape(x + 1);
+    for (int y = std::min(a, b); y < std::max(a, b) + kThickness; ++y)
+      raster.Row(y)[x] = kBlackPixel;
+  }
+  PlotImage image;
+  SetPicture(image, std::move(raster));
+  return image;
+}
+
+/// A page of 35 megapixels with a black pixel in every `oneIn` on average, in short runs.
+PlotImage Page(int oneIn) {
+  Raster raster = Raster::Filled(5000, 7000, kWhitePixel);
+  unsigned state = 1;
+  for (std::size_t i = 0; i < raster.PixelCount(); ++i) {
+    state = state * 1664525u + 1013904223u;
+    if ((state >> 8) % static_cast<unsigned>(4 * oneIn) != 0) continue;
+    for (std::size_t j = i; j < std::min(i + 4, raster.PixelCount()); ++j)
+      raster.Pixels()[j] = kBlackPixel;
+  }
+  PlotImage image;
+  SetPicture(image, std::move(raster));
+  return image;
+}
+
+/// The stroke's edges per column as the tracer finds them.
+struct Edges {
+  int Above, Below;
+};
+
+std::vector<Edges> TracedEdges(ExtractionRecords& records, const Desktop& desktop) {
+  records.Check(false, true, true);
+  std::vector<Edges> edges;
+  records.Store = {};
+  records.Store.MaxPoints = 32767;
+  // Two points per column are more than a store takes: half the columns at a time.
+  for (const float start : {0.0f, 15000.0f}) {
+    records.Store = {};
+    TraceNew(records.With(desktop), start, 1000 + 900 * std::sin(start / 900));
+    ClearMarks(records.Image);
+    for (int i = 1; i + 1 <= records.Store.CaptureCount && edges.size() < 29999; i += 2)
+      edges.push_back({records.Image.Height() - static_cast<int>(records.Store.CaptureY[i + 1]),
+                       records.Image.Height() - static_cast<int>(records.Store.CaptureY[i])});
+    if (start == 0) edges.resize(15000);
+  }
+  return edges;
+}
+
+/// The reads of a trace alone: the run with its margins, and beside its ink the next column.
+void BM_BareReads(benchmark::State& state) {
+  ExtractionRecords records(WideCurve());
+  const PlotImage& image = records.Image;
+  Desktop desktop = test::QuietDesktop();
+  desktop.ShowMessage = [](const Message&) { return Answer::Ok; };
+  const std::vector<Edges> edges = TracedEdges(records, desktop);
+  const int gap = 3;
+  std::int64_t reads = 0;
+  for (auto _ : state) {
+    unsigned black = 0;
+    reads = 0;
+    for (int x = 0; x < static_cast<int>(edges.size()); ++x) {
+      const Edges& run = edges[static_cast<std::size_t>(x)];
+      for (int y = run.Above - gap; y <= run.Below + gap; ++y) {
+        ++reads;
+        if (!IsBlackPixel(image.Pixels.Row(y)[x])) continue;
+        reads += 2;
+        black += static_cast<unsigned>(IsBlackPixel(image.Pixels.Row(y)[x + 1]));
+        black += static_cast<unsigned>(IsBlackPixel(image.Pixels.Row(y + 1)[x + 1]));
+      }
+    }
+    benchmark::DoNotOptimize(black);
+  }
+  state.counters["columns"] = static_cast<double>(edges.size());
+  state.counters["reads"] = static_cast<double>(reads);
+}
+BENCHMARK(BM_BareReads)->Unit(benchmark::kMicrosecond);
+
+enum Kind { kFollowOnly, kMark, kCapture, kCaptureLog };
+
+void Trace(benchmark::State& state, void (*tracer)(const ExtractionContext&, float, float)) {
+  ExtractionRecords records(WideCurve());
+  const Desktop desktop = test::QuietDesktop();
+  const auto kind = static_cast<Kind>(state.range(0));
+  records.Check(kind != kFollowOnly, false, false);
+  records.CapturePressed = kind >= kCapture;
+  if (kind == kCaptureLog) {
+    records.Calibration.XLog = records.Calibration.YLog = true;
+    records.Calibration.ValueX = {1, 128, 1};
+    records.Calibration.ValueY = {1, 1, 128};
+    records.Calibration.XAxisLength = records.Calibration.YAxisLength = 16000;
+  }
+  for (auto _ : state) {
+    tracer(records.With(desktop), 0, 1000);
+    state.PauseTiming();
+    ClearMarks(records.Image);
+    records.Store = {};
+    state.ResumeTiming();
+  }
+  state.SetLabel(kind == kFollowOnly ? "no points"
+                 : kind == kMark     ? "marked"
+                 : kind == kCapture  ? "captured, linear axes"
+                                     : "captured, log axes");
+}
+void BM_TraceNew(benchmark::State& state) {
+  Trace(state, TraceNew);
+}
+void BM_TraceSmooth(benchmark::State& state) {
+  Trace(state, TraceSmooth);
+}
+BENCHMARK(BM_TraceNew)->DenseRange(kFollowOnly, kCaptureLog)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_TraceSmooth)->DenseRange(kFollowOnly, kCaptureLog)->Unit(benchmark::kMicrosecond);
+
+/// The same trace in a small view: how much the scrolling adds.
+void BM_TraceNewScrolling(benchmark::State& state) {
+  ExtractionRecords records(WideCurve());
+  const Desktop desktop = test::QuietDesktop();
+  for (auto _ : state) {
+    state.PauseTiming();
+    records.Store = {};
+    ClearMarks(records.Image);
+    records.View = {.X = 0, .Y = 600, .Width = 1200, .Height = 800};
+    ResetScrBars(records.View, records.Image.Width(), records.Image.Height());
+    state.ResumeTiming();
+    TraceNew(records.With(desktop), 0, 1000);
+  }
+}
+BENCHMARK(BM_TraceNewScrolling)->Unit(benchmark::kMicrosecond);
+
+void BM_ReadRasterOnce(benchmark::State& state) {
+  const PlotImage image = Page(static_cast<int>(state.range(0)));
+  for (auto _ : state) {
+    std::size_t black = 0;
+    const std::uint32_t* pixels = image.Pixels.Pixels();
+    for (std::size_t i = 0; i < image.Pixels.PixelCount(); ++i) black += IsBlackPixel(pixels[i]);
+    benchmark::DoNotOptimize(black);
+  }
+}
+BENCHMARK(BM_ReadRasterOnce)->Arg(10000)->Arg(20)->Unit(benchmark::kMillisecond);
+
+/// A scan in the testing mode: the capturing is bounded by the store's size.
+void BM_ScanPage(benchmark::State& state) {
+  ExtractionRecords records(Page(static_cast<int>(state.range(0))));
+  const Desktop desktop = test::QuietDesktop();
+  records.CapturePressed = state.range(1) != 0;
+  records.Control.Xrange = records.Control.Yrange = "1";
+  const ScanRectangle all{false, -2, -2, records.Image.Width() + 1, records.Image.Height() + 1};
+  for (auto _ : state) {
+    Scan(records.With(desktop), all);
+    state.PauseTiming();
+    state.counters["marked"] = static_cast<double>(records.Image.Marks.size());
+    ClearMarks(records.Image);
+    records.Store = {};
+    state.ResumeTiming();
+  }
+}
+BENCHMARK(BM_ScanPage)
+    ->ArgNames({"black_one_in", "capture"})
+    ->Args({10000, 0})
+    ->Args({10000, 1})
+    ->Args({100, 0})
+    ->Args({20, 0})
+    ->Args({2, 0})
+    ->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace graphize

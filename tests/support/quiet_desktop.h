@@ -1,0 +1,21 @@
+#pragma once
+
+#include "desktop/desktop.h"
+
+namespace graphize::test {
+
+/// A desktop where nothing happens: messages are answered with Ok, Escape is never held.
+inline Desktop QuietDesktop() {
+  return {.ShowMessage = [](const Message&) { return Answer::Ok; },
+          .Prompt = [](const TextPrompt&) { return std::string(); },
+          .ChooseFile = [](const FileQuestion&) { return std::nullopt; },
+          .ClipboardHasPicture = [] { return false; },
+          .ClipboardPicture = [] { return Raster(); },
+          .CopyText = [](const std::string&) {},
+          .Pump = [] {},
+          .EscapeHeld = [] { return false; },
+          .MovePointer = [](int, int) { return false; },
+          .PointerOverPlot = [] { return false; }};
+}
+
+}  // namespace graphize::test
