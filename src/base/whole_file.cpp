@@ -1,5 +1,6 @@
 #include "base/whole_file.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <utility>
@@ -44,7 +45,7 @@ std::error_code WriteAndClose(std::FILE* file, std::string_view bytes) {
 
 }  // namespace
 
-std::error_code ReadWholeFile(const fs::path& path, std::size_t limit, std::string& bytes) {
+std::error_code ReadFileStart(const fs::path& path, std::size_t count, std::string& bytes) {
   std::error_code failure;
   const fs::file_status status = fs::status(path, failure);
   if (!failure) failure = OnlyRegular(status);
@@ -54,17 +55,30 @@ std::error_code ReadWholeFile(const fs::path& path, std::size_t limit, std::stri
   std::FILE* file = std::fopen(path.c_str(), "rb");
   if (file == nullptr) return LastError();
   std::string content;
+  // The size is a hint only: the file may grow or shrink meanwhile.
+  std::error_code ignored;
+  const std::uintmax_t size = fs::file_size(path, ignored);
+  if (!ignored) content.reserve(static_cast<std::size_t>(std::min<std::uintmax_t>(size, count)));
   char block[16384];
-  while (content.size() <= limit) {
-    const std::size_t count = std::fread(block, 1, sizeof block, file);
-    content.append(block, count);
-    if (count < sizeof block) break;
+  while (content.size() < count) {
+    const std::size_t wanted = std::min(sizeof block, count - content.size());
+    const std::size_t got = std::fread(block, 1, wanted, file);
+    content.append(block, got);
+    if (got < wanted) break;
   }
   if (std::ferror(file) != 0) failure = LastError();
   std::fclose(file);
-  if (!failure && content.size() > limit) failure = std::make_error_code(std::errc::file_too_large);
   if (!failure) bytes = std::move(content);
   return failure;
+}
+
+std::error_code ReadWholeFile(const fs::path& path, std::size_t limit, std::string& bytes) {
+  std::string content;
+  const std::error_code failure = ReadFileStart(path, limit + 1, content);
+  if (failure) return failure;
+  if (content.size() > limit) return std::make_error_code(std::errc::file_too_large);
+  bytes = std::move(content);
+  return {};
 }
 
 std::error_code ReplaceWholeFile(const fs::path& path, std::string_view bytes) {

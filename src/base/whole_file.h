@@ -13,6 +13,10 @@ namespace graphize {
 [[nodiscard]] std::error_code ReadWholeFile(const std::filesystem::path& path, std::size_t limit,
                                             std::string& bytes);
 
+/// The same for the first `count` bytes, or all of a shorter file.
+[[nodiscard]] std::error_code ReadFileStart(const std::filesystem::path& path, std::size_t count,
+                                            std::string& bytes);
+
 /// Puts `bytes` in the place of the file, or makes it: at any time the path holds the old or the
 /// new content whole. Written to a temporary file in the same folder, checked, then renamed; on
 /// failure the reason comes back, the old file is as it was and nothing stays behind. A symbolic

@@ -114,6 +114,16 @@ void ClearMarks(PlotImage& image) {
   PutBack(image, image.Marks);
 }
 
+void HideMarks(PlotImage& image) {
+  for (auto it = image.Marks.rbegin(); it != image.Marks.rend(); ++it)
+    std::swap(image.Pixels.Pixels()[it->Index], it->Pixel);
+}
+
+void ShowMarks(PlotImage& image) {
+  for (OverdrawnPixel& mark : image.Marks)
+    std::swap(image.Pixels.Pixels()[mark.Index], mark.Pixel);
+}
+
 void BeginEdit(PlotImage& image) {
   ClearMarks(image);
   image.LastEdit.clear();

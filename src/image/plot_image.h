@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "base/palette.h"
@@ -37,6 +38,7 @@ struct PlotImage {
   bool HasUndo = false;                  // an edit was begun since the picture was set
   bool PersistentDrawing = false;        // on in the edit modes and after every new picture
   DirtyArea Dirty;
+  std::string SourceName;  // file name, or the word for a pasted or scanned picture
 
   int Width() const { return Pixels.Width(); }
   int Height() const { return Pixels.Height(); }
@@ -68,6 +70,11 @@ void DrawDot(PlotImage& image, int x, int y, int width, Colour colour);
 
 /// The working raster becomes the base picture again.
 void ClearMarks(PlotImage& image);
+
+/// The raster shows the base picture until ShowMarks puts the marks back; nothing may be drawn
+/// between the two.
+void HideMarks(PlotImage& image);
+void ShowMarks(PlotImage& image);
 
 /// Starts an edit: clears the marks, and what follows through EditPixel is one step for UndoEdit.
 void BeginEdit(PlotImage& image);

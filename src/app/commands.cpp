@@ -1,0 +1,185 @@
+#include "app/commands.h"
+
+#include "workspace/capture_commands.h"
+#include "workspace/data_commands.h"
+#include "workspace/picture_commands.h"
+#include "workspace/save_points.h"
+#include "workspace/toolbar.h"
+
+namespace graphize {
+
+namespace {
+
+using Kind = MenuEntry::Kind;
+
+constexpr MenuEntry kSeparator{.Is = Kind::Separator};
+
+bool Never(const Workspace&) {
+  return false;
+}
+
+bool HasData(const Workspace& ws) {
+  return ws.commands.Data;
+}
+
+bool CanSort(const Workspace& ws) {
+  return ws.commands.Sort;
+}
+
+const MenuEntry kMenus[] = {
+    {.Is = Kind::Menu, .Name = "MNU_File", .Caption = "&File"},
+    {.Name = "MNU_FileOpen",
+     .Caption = "&Open Image...",
+     .Key = "Ctrl+O",
+     .Tip = "Open a picture of a graph",
+     .Run = OpenImage},
+    {.Name = "MNU_FileOpenOther",
+     .Caption = "Open &Other Picture...",
+     .Key = "Ctrl+Shift+O",
+     .Tip = "Open a picture of any type that can be read",
+     .Run = OpenOtherPicture},
+    {.Name = "MNU_FileReload",
+     .Caption = "&Reload Image",
+     .Key = "F5",
+     .Tip = "Read the picture's file again; points and axes stay",
+     .Can = CanReload,
+     .Run = ReloadImage},
+    {.Name = "MNU_FILE_SaveImage",
+     .Caption = "Save &Image As...",
+     .Key = "Ctrl+Shift+S",
+     .Tip = "Write the picture to an image file",
+     .Can = CanSaveImage,
+     .Run = SaveImageAs},
+    kSeparator,
+    {.Name = "MNU_FileSave",
+     .Caption = "&Save Data...",
+     .Key = "Ctrl+S",
+     .Tip = "Write the data list to a data file",
+     .Can = CanSavePoints,
+     .Run = [](Workspace& ws, const Desktop& desktop) { SavePoints(ws, desktop); }},
+    kSeparator,
+    {.Name = "MNU_FILE_SelectSource", .Caption = "Select Sour&ce...", .Can = Never},
+    {.Name = "MNU_FILE_Aquire", .Caption = "&Aquire...", .Can = Never},
+    kSeparator,
+    {.Name = "MNU_FILE_Exit", .Caption = "E&xit", .Key = "Ctrl+Q", .Tip = "Close the program"},
+
+    {.Is = Kind::Menu, .Name = "MNU_Edit", .Caption = "&Edit"},
+    {.Name = "MNU_EDIT_CopyXY",
+     .Caption = "&Copy X,Y",
+     .Key = "Ctrl+C",
+     .Tip = "Copy the data list as text",
+     .Can = HasData,
+     .Run = CopyPoints},
+    {.Name = "MNU_EDIT_Paste",
+     .Caption = "&Paste Image",
+     .Key = "Ctrl+V",
+     .Tip = "Take the picture in the clipboard",
+     .Can = [](const Workspace& ws) { return ws.commands.Paste; },
+     .Run = PasteImage},
+    kSeparator,
+    {.Name = "MNU_EDIT_ClearSel",
+     .Caption = "Clear &Selected",
+     .Key = "Del",
+     .Tip = "Remove the selected points from the list",
+     .Can = [](const Workspace& ws) { return ws.commands.ClearSelected; },
+     .Run = [](Workspace& ws, const Desktop&) { ClearSelectedPoints(ws); }},
+    {.Name = "MNU_EDIT_Clear_Data",
+     .Caption = "Clear &all Data",
+     .Tip = "Remove all captured points",
+     .Can = HasData,
+     .Run = [](Workspace& ws, const Desktop& desktop) { ClearAllData(ws, desktop, true); }},
+    kSeparator,
+    {.Name = "MNU_EDIT_ClearLastBlocker", .Caption = "Clear &Last Blocker", .Can = Never},
+    {.Name = "MNU_EDIT_ClearBlockers", .Caption = "Clear All &Blockers", .Can = Never},
+    kSeparator,
+    {.Name = "MNU_Edit_UndoErase", .Caption = "&Undo Erase/Grids", .Key = "Ctrl+Z", .Can = Never},
+
+    {.Is = Kind::Menu, .Name = "MNU_DATA", .Caption = "&Data"},
+    {.Is = Kind::SubMenu, .Name = "MNU_DATA_SORT", .Caption = "&Sort", .Can = CanSort},
+    {.Name = "MNU_DATA_SORT_Asc",
+     .Caption = "&Ascending",
+     .Tip = "Order the list by X, smallest first",
+     .Can = CanSort,
+     .Run = [](Workspace& ws, const Desktop& d) { Sort(ws, d, SortOrder::Ascending); }},
+    {.Name = "MNU_DATA_SORT_Dec",
+     .Caption = "&Descending",
+     .Tip = "Order the list by X, largest first",
+     .Can = CanSort,
+     .Run = [](Workspace& ws, const Desktop& d) { Sort(ws, d, SortOrder::Descending); }},
+    kSeparator,
+    {.Name = "MNU_DATA_SwapXY",
+     .Caption = "S&wap X-Y",
+     .Tip = "Exchange X and Y in every row of the list",
+     .Can = [](const Workspace& ws) { return ws.commands.SwapXY; },
+     .Run = [](Workspace& ws, const Desktop&) { Swap(ws); }},
+    {.Name = "MNU_DATA_CurveLenght", .Caption = "&Curve length", .Can = Never},
+    {.Name = "MNU_DATA_integrate", .Caption = "&Integrate...", .Can = Never},
+    {.Name = "MNU_Data_Sample", .Caption = "&Resample...", .Can = Never},
+    kSeparator,
+    {.Name = "MNU_Data_XY2List",
+     .Caption = "&Graphized X Y (Undo)",
+     .Tip = "Make the list the captured points again",
+     .Can = [](const Workspace& ws) { return ws.commands.ListUndo; },
+     .Run = [](Workspace& ws, const Desktop&) { UndoList(ws); }},
+
+    {.Is = Kind::Menu, .Name = "MNU_IMAGE", .Caption = "&Image"},
+    {.Name = "MNU_IMAGE_Refresh",
+     .Caption = "&Refresh Plot",
+     .Key = "Ctrl+R",
+     .Tip = "Clear the marks on the picture",
+     .Can = [](const Workspace& ws) { return CanPress(ws, "refresh"); },
+     .Run = [](Workspace& ws, const Desktop&) { RefreshPlot(ws); }},
+    {.Name = "MNU_IMAGE_ImageTools", .Caption = "Image &Tools...", .Can = Never},
+
+    {.Is = Kind::Menu, .Name = "MNU_OPT", .Caption = "&Options"},
+    {.Is = Kind::Check,
+     .Name = "MNU_OPT_ShowLastPoint",
+     .Caption = "Show &Last Point",
+     .Tip = "Mark the last captured point in blue",
+     .Run = [](Workspace& ws, const Desktop&) { ToggleLastPoint(ws); },
+     .Checked = [](const Workspace& ws) { return ws.commands.ShowLastPoint; }},
+    {.Is = Kind::Check,
+     .Name = "MNU_OPT_Overlay",
+     .Caption = "&Overlay Data",
+     .Tip = "Draw the data list over the picture",
+     .Run = [](Workspace& ws, const Desktop&) { ToggleOverlay(ws); },
+     .Checked = [](const Workspace& ws) { return ws.commands.Overlay; }},
+    kSeparator,
+    {.Name = "MNU_OPT_Settings", .Caption = "&Settings...", .Can = Never},
+
+    {.Is = Kind::Menu, .Name = "MNU_SYS", .Caption = "&System"},
+    {.Name = "MNU_SYS_Mouse", .Caption = "&Mouse...", .Can = Never},
+
+    {.Is = Kind::Menu, .Name = "MNU_Help", .Caption = "&Help"},
+    {.Name = "MNU_Help_UsingGraphize", .Caption = "&Using Graphize", .Key = "F1", .Can = Never},
+    {.Name = "MNU_Help_About", .Caption = "&About Graphize", .Can = Never},
+};
+
+constexpr ToolButton kButtons[] = {
+    {"open", "Open Graphics"},
+    {"aquire", "Aquire from scanner"},
+    {"save", "Save Data"},
+    {"copy", "Copy Data", false, true},
+    {"paste", "Paste Graphics"},
+    {"setup", "Change Settings..."},
+    {"refresh", "Refresh Plot", false, true},
+    {"undo", "Undo Blocker"},
+    {"delete", "Delete all data"},
+    {"axisdef", "Define Axis", true, true},
+    {"graphize", "Graphize", true},
+    {"blocktest", "Auto-Trace Test/Block", true},
+    {"drawerase", "Draw/Erase", true},
+    {"gridbuster", "Grid Buster", true},
+};
+
+}  // namespace
+
+std::span<const MenuEntry> MenuEntries() {
+  return kMenus;
+}
+
+std::span<const ToolButton> ToolButtons() {
+  return kButtons;
+}
+
+}  // namespace graphize

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <span>
+
+#include "desktop/desktop.h"
+#include "workspace/workspace.h"
+
+namespace graphize {
+
+/// One entry of the menus: its control name, caption and key, whether it can be chosen now, and
+/// what it does. An entry without `Run` opens a submenu, or is not there yet and stays disabled.
+struct MenuEntry {
+  enum class Kind { Menu, SubMenu, Item, Check, Separator };
+  Kind Is = Kind::Item;
+  const char* Name = "";
+  const char* Caption = "";
+  const char* Key = "";
+  const char* Tip = "";
+  bool (*Can)(const Workspace&) = nullptr;  // absent: always
+  void (*Run)(Workspace&, const Desktop&) = nullptr;
+  bool (*Checked)(const Workspace&) = nullptr;
+};
+
+/// All menus in reading order: Menu starts a menu of the bar, SubMenu takes the items up to the
+/// next separator or menu into a submenu.
+std::span<const MenuEntry> MenuEntries();
+
+/// One button of the toolbar, in order; a mode button stays pressed.
+struct ToolButton {
+  const char* Key;
+  const char* Tip;
+  bool IsMode = false;
+  bool SeparatorBefore = false;
+};
+std::span<const ToolButton> ToolButtons();
+
+}  // namespace graphize

@@ -1,0 +1,35 @@
+#include <QApplication>
+#include <QStandardPaths>
+#include <filesystem>
+#include <system_error>
+
+#include "app/main_window.h"
+
+namespace {
+
+/// The settings file in the user's configuration folder.
+std::filesystem::path SettingsPath() {
+  const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+  return std::filesystem::path(folder.toStdString()) / "graphize" / "graphize.ini";
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  QApplication application(argc, argv);
+  QApplication::setApplicationName(QStringLiteral("Graphize"));
+  QApplication::setDesktopFileName(QStringLiteral("graphize"));
+
+  // The picture is named from where the user stands; the program itself works in its own folder.
+  std::filesystem::path picture;
+  std::error_code ignored;
+  if (QApplication::arguments().size() > 1)
+    picture = std::filesystem::absolute(QApplication::arguments().at(1).toStdString(), ignored);
+  std::filesystem::current_path(QApplication::applicationDirPath().toStdString(), ignored);
+
+  graphize::MainWindow window(SettingsPath());
+  window.Start();
+  window.show();
+  if (!picture.empty()) window.OpenWhenShown(picture);
+  return QApplication::exec();
+}

@@ -1,0 +1,239 @@
+#include "app/main_window.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QCloseEvent>
+#include <QGridLayout>
+#include <QMimeData>
+#include <QScreen>
+#include <QScrollBar>
+#include <QStackedWidget>
+#include <QTimer>
+#include <QUrl>
+#include <QWindow>
+#include <utility>
+
+#include "app/icons.h"
+#include "app/picture_area.h"
+#include "app/status_panels.h"
+#include "calibration/axis_panel.h"
+#include "capture/read_out_panel.h"
+#include "data/data_list_panel.h"
+#include "extraction/tracer_panel.h"
+#include "image/plot_view.h"
+#include "image/zoom_view.h"
+#include "widgets/show.h"
+#include "workspace/capture_commands.h"
+#include "workspace/overlay.h"
+#include "workspace/picture_commands.h"
+#include "workspace/plot_mouse.h"
+#include "workspace/run_command.h"
+#include "workspace/session.h"
+
+namespace graphize {
+
+MainWindow::MainWindow(std::filesystem::path settingsPath) {
+  setObjectName(QStringLiteral("Graphize"));
+  setWindowIcon(ProgramIcon());
+  setAcceptDrops(true);
+  ws_.settingsPath = std::move(settingsPath);
+  const QSize screen = QGuiApplication::primaryScreen()->size();
+  ws_.window.ScreenWidth = screen.width();
+  ws_.window.ScreenHeight = screen.height();
+  BuildMenus();
+  BuildToolbar();
+  BuildCentre();
+  status_ = std::make_unique<StatusPanels>(statusBar());
+  desktop_ = new QtDesktop(this, plot_, [this] { Render(); });
+  ConnectPanels();
+  qApp->installEventFilter(this);
+}
+
+MainWindow::~MainWindow() = default;
+
+void MainWindow::Start() {
+  Do(StartUp);
+}
+
+void MainWindow::OpenWhenShown(const std::filesystem::path& path) {
+  openWhenShown_ = path;
+  // After the first paint: a large picture must not delay the window.
+  QTimer::singleShot(0, this, [this] {
+    Do([this](Workspace& ws, const Desktop& desktop) {
+      OpenPicture(ws, desktop, openWhenShown_);
+    });
+  });
+}
+
+void MainWindow::Do(const Command& command, bool redraw) {
+  // An event of the picture may come while a command pumps: it is not for later.
+  if (ws_.commandRuns) return;
+  desktop_->BeginCommand();
+  RunCommand(ws_, desktop_->Verbs(), [&] { command(ws_, desktop_->Verbs()); });
+  if (redraw) plot_->update();
+  Render();
+  desktop_->EndCommand();
+  if (closeAsked_) {
+    closeAsked_ = false;
+    QTimer::singleShot(0, this, &QWidget::close);
+  }
+}
+
+void MainWindow::Note(const std::function<void(Workspace&)>& change) {
+  change(ws_);
+  Render();
+}
+
+void MainWindow::Render() {
+  RenderPicture();
+  axisPanel_->Render(ws_.axisPanel, ws_.calibration);
+  tracerPanel_->Render(ws_.tracer, ws_.blockSize);
+  readOut_->Render(ws_.readOut);
+  dataList_->Render(ws_.store, ws_.formats, ws_.settings.DecimalPoint);
+  status_->Render(ws_.status);
+  frames_->setCurrentIndex(ws_.window.AxisPanelShown ? 0 : 1);
+  RenderActions();
+  RenderFrame();
+  axisPanel_->Focus(std::exchange(ws_.axisPanel.Focus, FocusTarget::None));
+}
+
+void MainWindow::RenderPicture() {
+  const DirtyArea dirty = std::exchange(ws_.plot.Dirty, {});
+  plot_->Render(dirty);
+  pictureArea_->ShowHint(!ws_.plot.IsPresent());
+  const Viewport& view = ws_.view;
+  const auto bar = [](QScrollBar* scroll, int value, int maximum, int page) {
+    const QSignalBlocker quiet(scroll);
+    scroll->setRange(0, maximum);
+    scroll->setPageStep(std::max(page, 1));
+    scroll->setValue(value);
+    Enable(scroll, maximum > 0);
+  };
+  bar(horizontal_, view.X, view.MaximumX, view.Width);
+  bar(vertical_, view.Y, view.MaximumY, view.Height);
+  if (plot_->pos() != QPoint(-view.X, -view.Y)) plot_->move(-view.X, -view.Y);
+  zoom_->Render(ws_.settings.Zoom == 1 && ws_.plot.IsPresent(), ws_.readOut.PlotX,
+                ws_.readOut.PlotY, ws_.zoom.Factor, !dirty.IsEmpty());
+}
+
+void MainWindow::RenderFrame() {
+  const QString caption = ToQString(ws_.window.Caption);
+  if (windowTitle() != caption) setWindowTitle(caption);
+  if (hourglassShown_ != ws_.window.Hourglass) {
+    hourglassShown_ = ws_.window.Hourglass;
+    if (hourglassShown_)
+      QApplication::setOverrideCursor(Qt::WaitCursor);
+    else
+      QApplication::restoreOverrideCursor();
+  }
+  if (std::exchange(ws_.window.PlacementAsked, false)) {
+    const WindowPlacement place = ws_.window.Placement;
+    placing_ = true;
+    setWindowState(Qt::WindowNoState);
+    setGeometry(place.Left / kTwipsPerPixel, place.Top / kTwipsPerPixel,
+                place.Width / kTwipsPerPixel, place.Height / kTwipsPerPixel);
+    if (place.State == WindowState::Minimised) setWindowState(Qt::WindowMinimized);
+    if (place.State == WindowState::Maximised) setWindowState(Qt::WindowMaximized);
+    placing_ = false;
+  }
+}
+
+void MainWindow::NotePlacement() {
+  if (placing_ || !isVisible()) return;
+  WindowPlacement& place = ws_.window.Placement;
+  place.State = isMinimized()   ? WindowState::Minimised
+                : isMaximized() ? WindowState::Maximised
+                                : WindowState::Normal;
+  place.Left = x() * kTwipsPerPixel;
+  place.Top = y() * kTwipsPerPixel;
+  place.Width = width() * kTwipsPerPixel;
+  place.Height = height() * kTwipsPerPixel;
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  if (ws_.commandRuns) {
+    // The command ends first; then the window asks as usual.
+    closeAsked_ = desktop_->IsPumping();
+    desktop_->AskToStop();
+    event->ignore();
+    return;
+  }
+  bool mayClose = false;
+  Do([&](Workspace& ws, const Desktop& desktop) { mayClose = MayClose(ws, desktop); });
+  event->setAccepted(mayClose);
+  if (mayClose) QApplication::closeAllWindows();
+}
+
+void MainWindow::resizeEvent(QResizeEvent* event) {
+  QMainWindow::resizeEvent(event);
+  NotePlacement();
+}
+
+void MainWindow::moveEvent(QMoveEvent* event) {
+  QMainWindow::moveEvent(event);
+  NotePlacement();
+}
+
+void MainWindow::changeEvent(QEvent* event) {
+  QMainWindow::changeEvent(event);
+  if (event->type() == QEvent::WindowStateChange) NotePlacement();
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+  const QList<QUrl> urls = event->mimeData()->urls();
+  if (urls.size() == 1 && urls.constFirst().isLocalFile()) event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent* event) {
+  const QString file = event->mimeData()->urls().constFirst().toLocalFile();
+  event->acceptProposedAction();
+  // After the drop is done with: the questions of opening would hold its source up.
+  OpenWhenShown(file.toStdString());
+}
+
+bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+  // The window looks at a key before the control that has the focus.
+  if (event->type() == QEvent::KeyPress && !ws_.commandRuns &&
+      QApplication::activeModalWidget() == nullptr &&
+      QApplication::activePopupWidget() == nullptr) {
+    const auto* widget = qobject_cast<QWidget*>(watched);
+    if (watched == windowHandle() || (widget != nullptr && widget->window() == this))
+      return TakeKey(static_cast<QKeyEvent*>(event));
+  }
+  return QMainWindow::eventFilter(watched, event);
+}
+
+bool MainWindow::TakeKey(QKeyEvent* key) {
+  static constexpr std::pair<int, PointerKey> kKeys[] = {
+      {Qt::Key_PageUp, PointerKey::PageUp}, {Qt::Key_PageDown, PointerKey::PageDown},
+      {Qt::Key_End, PointerKey::End},       {Qt::Key_Home, PointerKey::Home},
+      {Qt::Key_Left, PointerKey::Left},     {Qt::Key_Up, PointerKey::Up},
+      {Qt::Key_Right, PointerKey::Right},   {Qt::Key_Down, PointerKey::Down},
+  };
+  const Qt::KeyboardModifiers held = key->modifiers() & ~Qt::KeypadModifier;
+  for (const auto& [code, pointerKey] : kKeys) {
+    if (key->key() != code) continue;
+    const int shift = (held.testFlag(Qt::ShiftModifier) ? kShiftKey : 0) |
+                      (held.testFlag(Qt::ControlModifier) ? kCtrlKey : 0) |
+                      (held.testFlag(Qt::AltModifier) ? 4 : 0);
+    bool moved = false;
+    Do([&](Workspace& ws, const Desktop& desktop) {
+      moved = MovePointerByKey(ws, desktop, pointerKey, shift);
+    }, false);
+    return moved;
+  }
+  if (key->text() == QLatin1String(">") || key->text() == QLatin1String("<")) {
+    const int step = key->text() == QLatin1String(">") ? 1 : -1;
+    Do([step](Workspace& ws, const Desktop&) { StepZoom(ws, step); }, false);
+    return true;
+  }
+  if ((key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) &&
+      desktop_->Verbs().PointerOverPlot()) {
+    plot_->CatchUpWithPointer();
+    Do(Plot_Click);
+    return true;
+  }
+  return false;
+}
+
+}  // namespace graphize

@@ -1,0 +1,95 @@
+#pragma once
+
+#include <QMainWindow>
+#include <functional>
+#include <vector>
+
+#include "app/commands.h"
+#include "app/qt_desktop.h"
+#include "workspace/workspace.h"
+
+class QAction;
+class QMenu;
+class QScrollBar;
+class QStackedWidget;
+
+namespace graphize {
+
+class AxisPanelWidget;
+class DataListPanel;
+class PictureArea;
+class PlotView;
+class ReadOutPanel;
+class StatusPanels;
+class TracerPanel;
+class ZoomView;
+
+/// The main window `Graphize`: owns the records, turns events into commands and renders the records
+/// after each.
+class MainWindow : public QMainWindow {
+  Q_OBJECT
+ public:
+  explicit MainWindow(std::filesystem::path settingsPath);
+  ~MainWindow() override;
+
+  /// Reads the settings and takes the window's place over; before the window is shown.
+  void Start();
+  /// Opens a picture once the window is on the screen.
+  void OpenWhenShown(const std::filesystem::path& path);
+
+  const Workspace& State() const { return ws_; }
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void moveEvent(QMoveEvent* event) override;
+  void changeEvent(QEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  using Command = std::function<void(Workspace&, const Desktop&)>;
+
+  void BuildMenus();
+  void BuildToolbar();
+  void BuildCentre();
+  QWidget* BuildSidePanel();
+  QAction* MakeAction(const MenuEntry& entry);
+  void ConnectPanels();
+
+  /// Runs a command and shows what it has done; `redraw` repaints the visible picture, too.
+  void Do(const Command& command, bool redraw = true);
+  /// Changes a record from an event that may come while a command runs.
+  void Note(const std::function<void(Workspace&)>& change);
+  void Render();
+  void RenderActions();
+  void RenderPicture();
+  void RenderFrame();
+  bool TakeKey(QKeyEvent* key);
+  void NotePlacement();
+
+  Workspace ws_;
+  std::vector<std::pair<QAction*, const MenuEntry*>> menuActions_;
+  std::vector<QAction*> toolActions_;  // in the order of ToolButtons()
+
+  PictureArea* pictureArea_ = nullptr;
+  PlotView* plot_ = nullptr;
+  ZoomView* zoom_ = nullptr;
+  QScrollBar* horizontal_ = nullptr;
+  QScrollBar* vertical_ = nullptr;
+  QStackedWidget* frames_ = nullptr;
+  AxisPanelWidget* axisPanel_ = nullptr;
+  TracerPanel* tracerPanel_ = nullptr;
+  ReadOutPanel* readOut_ = nullptr;
+  DataListPanel* dataList_ = nullptr;
+  std::unique_ptr<StatusPanels> status_;
+  QtDesktop* desktop_ = nullptr;
+
+  std::filesystem::path openWhenShown_;
+  bool hourglassShown_ = false;
+  bool closeAsked_ = false;
+  bool placing_ = false;
+};
+
+}  // namespace graphize

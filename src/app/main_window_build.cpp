@@ -1,0 +1,268 @@
+// The main window's making: menus, toolbar, panels and what their events call.
+
+#include <QAction>
+#include <QActionGroup>
+#include <QApplication>
+#include <QClipboard>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QMenuBar>
+#include <QScrollBar>
+#include <QStackedWidget>
+#include <QToolBar>
+#include <QVBoxLayout>
+
+#include "app/icons.h"
+#include "app/main_window.h"
+#include "app/picture_area.h"
+#include "app/status_panels.h"
+#include "calibration/axis_panel.h"
+#include "capture/read_out_panel.h"
+#include "data/data_list_panel.h"
+#include "extraction/tracer_panel.h"
+#include "image/plot_view.h"
+#include "image/zoom_view.h"
+#include "widgets/show.h"
+#include "workspace/capture_commands.h"
+#include "workspace/data_commands.h"
+#include "workspace/extraction_commands.h"
+#include "workspace/overlay.h"
+#include "workspace/plot_mouse.h"
+#include "workspace/toolbar.h"
+#include "workspace/view_commands.h"
+
+namespace graphize {
+
+QAction* MainWindow::MakeAction(const MenuEntry& entry) {
+  auto* action = new QAction(QLatin1String(entry.Caption), this);
+  action->setObjectName(QLatin1String(entry.Name));
+  action->setStatusTip({});
+  action->setToolTip(QLatin1String(entry.Tip));
+  action->setShortcut(QKeySequence(QLatin1String(entry.Key)));
+  action->setCheckable(entry.Checked != nullptr);
+  if (entry.Run != nullptr)
+    connect(action, &QAction::triggered, this, [this, &entry] { Do(entry.Run); });
+  menuActions_.emplace_back(action, &entry);
+  return action;
+}
+
+void MainWindow::BuildMenus() {
+  QMenu* menu = nullptr;
+  QMenu* subMenu = nullptr;
+  for (const MenuEntry& entry : MenuEntries()) {
+    QMenu* target = subMenu != nullptr ? subMenu : menu;
+    switch (entry.Is) {
+      case MenuEntry::Kind::Menu:
+        subMenu = nullptr;
+        menu = menuBar()->addMenu(QLatin1String(entry.Caption));
+        menu->setObjectName(QLatin1String(entry.Name));
+        menu->setToolTipsVisible(true);
+        break;
+      case MenuEntry::Kind::SubMenu:
+        subMenu = menu->addMenu(QLatin1String(entry.Caption));
+        subMenu->menuAction()->setObjectName(QLatin1String(entry.Name));
+        menuActions_.emplace_back(subMenu->menuAction(), &entry);
+        break;
+      case MenuEntry::Kind::Separator:
+        if (subMenu == nullptr) menu->addSeparator();
+        subMenu = nullptr;
+        if (target != menu) menu->addSeparator();
+        break;
+      case MenuEntry::Kind::Item:
+      case MenuEntry::Kind::Check:
+        target->addAction(MakeAction(entry));
+        break;
+    }
+  }
+  connect(findChild<QAction*>(QStringLiteral("MNU_FILE_Exit")), &QAction::triggered, this,
+          &QWidget::close);
+  connect(findChild<QMenu*>(QStringLiteral("MNU_Edit")), &QMenu::aboutToShow, this,
+          [this] { Do(OpenEditMenu, false); });
+  connect(findChild<QMenu*>(QStringLiteral("MNU_DATA")), &QMenu::aboutToShow, this,
+          [this] { Do([](Workspace& ws, const Desktop&) { OpenDataMenu(ws); }, false); });
+  // Ctrl+V works without the menu having been opened: the clipboard tells when it changes.
+  connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this,
+          [this] { Do(OpenEditMenu, false); });
+}
+
+void MainWindow::BuildToolbar() {
+  auto* bar = addToolBar(tr("Toolbar"));
+  bar->setObjectName(QStringLiteral("Toolbar1"));
+  bar->setMovable(false);
+  bar->setIconSize(QSize(24, 24));
+  setContextMenuPolicy(Qt::NoContextMenu);  // there is nothing to hide
+  for (const ToolButton& button : ToolButtons()) {
+    if (button.SeparatorBefore) bar->addSeparator();
+    QAction* action = bar->addAction(ToolIcon(button.Key), QLatin1String(button.Tip));
+    action->setObjectName(QLatin1String(button.Key));
+    action->setToolTip(QLatin1String(button.Tip));
+    action->setCheckable(button.IsMode);
+    connect(action, &QAction::triggered, this, [this, &button] {
+      Do([&button](Workspace& ws, const Desktop& desktop) {
+        Toolbar_ButtonClick(ws, desktop, button.Key);
+      });
+    });
+    toolActions_.push_back(action);
+  }
+}
+
+void MainWindow::BuildCentre() {
+  auto* centre = new QWidget;
+  auto* grid = new QGridLayout(centre);
+  grid->setContentsMargins(4, 4, 4, 0);
+  grid->setSpacing(0);
+
+  grid->addWidget(BuildSidePanel(), 0, 0, 2, 1);
+  grid->setColumnMinimumWidth(1, 4);
+
+  pictureArea_ = new PictureArea;
+  plot_ = new PlotView(
+      ws_.plot,
+      [this](const PlotOverlay::Rectangle& area) { return Plot_Paint(ws_, area); },
+      pictureArea_);
+  zoom_ = new ZoomView(ws_.plot, ZoomWindow::kMinimum, ZoomWindow::kMaximum, pictureArea_);
+  horizontal_ = Named(new QScrollBar(Qt::Horizontal), "HPScroll", tr("Scroll the picture across"));
+  vertical_ = Named(new QScrollBar(Qt::Vertical), "VpScroll", tr("Scroll the picture down"));
+  for (QScrollBar* bar : {horizontal_, vertical_}) bar->setSingleStep(20);
+  grid->addWidget(pictureArea_, 0, 2);
+  grid->addWidget(vertical_, 0, 3);
+  grid->addWidget(horizontal_, 1, 2);
+  grid->setColumnStretch(2, 1);
+  grid->setRowStretch(0, 1);
+  setCentralWidget(centre);
+}
+
+QWidget* MainWindow::BuildSidePanel() {
+  auto* side = new QWidget;
+  auto* column = new QVBoxLayout(side);
+  column->setContentsMargins(0, 0, 0, 4);
+
+  readOut_ = new ReadOutPanel;
+  column->addWidget(readOut_);
+
+  frames_ = new QStackedWidget;
+  axisPanel_ = new AxisPanelWidget;
+  frames_->addWidget(axisPanel_);
+  tracerPanel_ = new TracerPanel(Workspace::kLargestBlock);
+  frames_->addWidget(tracerPanel_);
+  column->addWidget(frames_);
+
+  dataList_ = new DataListPanel;
+  column->addWidget(dataList_);
+  column->addStretch();
+  side->setFixedWidth(std::max(side->sizeHint().width(), 270));
+  return side;
+}
+
+void MainWindow::ConnectPanels() {
+  connect(plot_, &PlotView::Moved, this, [this](int button, int shift, float x, float y) {
+    Do([=](Workspace& ws, const Desktop& d) { Plot_MouseMove(ws, d, button, shift, x, y); }, false);
+  });
+  connect(plot_, &PlotView::Pressed, this, [this](int button, int shift, float x, float y) {
+    Do([=](Workspace& ws, const Desktop& d) { Plot_MouseDown(ws, d, button, shift, x, y); });
+  });
+  connect(plot_, &PlotView::Released, this, [this](int button, int shift, float x, float y) {
+    Do([=](Workspace& ws, const Desktop& d) { Plot_MouseUp(ws, d, button, shift, x, y); });
+  });
+  connect(plot_, &PlotView::Clicked, this, [this] { Do(Plot_Click); });
+
+  connect(horizontal_, &QScrollBar::valueChanged, this, [this](int value) {
+    Do([=](Workspace& ws, const Desktop&) { ScrollTo(ws.view, value, ws.view.Y); }, false);
+  });
+  connect(vertical_, &QScrollBar::valueChanged, this, [this](int value) {
+    Do([=](Workspace& ws, const Desktop&) { ScrollTo(ws.view, ws.view.X, value); }, false);
+  });
+  connect(pictureArea_, &PictureArea::Wheeled, this, [this](int dx, int dy) {
+    Do([=](Workspace& ws, const Desktop&) {
+      ScrollTo(ws.view, ws.view.X + dx, ws.view.Y + dy);
+    }, false);
+    plot_->CatchUpWithPointer();
+  });
+  connect(pictureArea_, &PictureArea::Resized, this, [this](int width, int height) {
+    Note([=](Workspace& ws) { ResizeView(ws, width, height); });
+    zoom_->StayInside();
+  });
+  connect(zoom_, &ZoomView::FactorChosen, this, [this](int factor) {
+    Do([=](Workspace& ws, const Desktop&) { ws.zoom.Factor = factor; }, false);
+  });
+
+  connect(axisPanel_, &AxisPanelWidget::ReDefinePressed, this, [this](int row) {
+    Do([=](Workspace& ws, const Desktop&) {
+      ReDefineAxis(ws.calibration, ws.axisPanel, ws.commands, row);
+    });
+  });
+  connect(axisPanel_, &AxisPanelWidget::XTyped, this, [this](int row, const std::string& text) {
+    Do([&](Workspace& ws, const Desktop&) { ws.axisPanel.Rows[row].XText = text; }, false);
+  });
+  connect(axisPanel_, &AxisPanelWidget::YTyped, this, [this](int row, const std::string& text) {
+    Do([&](Workspace& ws, const Desktop&) { ws.axisPanel.Rows[row].YText = text; }, false);
+  });
+  connect(axisPanel_, &AxisPanelWidget::XLogSwitched, this, [this](bool on) {
+    Do([=](Workspace& ws, const Desktop&) { ws.calibration.XLog = on; });
+  });
+  connect(axisPanel_, &AxisPanelWidget::YLogSwitched, this, [this](bool on) {
+    Do([=](Workspace& ws, const Desktop&) { ws.calibration.YLog = on; });
+  });
+  connect(axisPanel_, &AxisPanelWidget::OriginYFocused, this, [this] {
+    // Comes while the focus is set by a command's rendering, too.
+    ws_.calibration.FocusOriginPending = false;
+  });
+
+  connect(readOut_, &ReadOutPanel::PixelChosen, this, [this] {
+    Do([](Workspace& ws, const Desktop&) { ChoosePixelDisplay(ws); }, false);
+  });
+  connect(readOut_, &ReadOutPanel::ErrorChosen, this, [this] {
+    Do([](Workspace& ws, const Desktop&) { ChooseErrorDisplay(ws); }, false);
+  });
+  connect(readOut_, &ReadOutPanel::PercentSwitched, this, [this](bool on) {
+    Do([=](Workspace& ws, const Desktop&) { ws.readOut.Percent = on; }, false);
+  });
+
+  const auto change = [this](auto setter) {
+    return [this, setter](auto value) {
+      Do([&](Workspace& ws, const Desktop&) { setter(ws, value); }, false);
+    };
+  };
+  connect(tracerPanel_, &TracerPanel::XIncrementTyped, this,
+          change([](Workspace& ws, const std::string& text) { ws.tracer.Xrange = text; }));
+  connect(tracerPanel_, &TracerPanel::YIncrementTyped, this,
+          change([](Workspace& ws, const std::string& text) { ws.tracer.Yrange = text; }));
+  connect(tracerPanel_, &TracerPanel::XIncrementStepped, this,
+          change([](Workspace& ws, int step) { StepIncrement(ws.tracer.Xrange, step); }));
+  connect(tracerPanel_, &TracerPanel::YIncrementStepped, this,
+          change([](Workspace& ws, int step) { StepIncrement(ws.tracer.Yrange, step); }));
+  connect(tracerPanel_, &TracerPanel::CenterSwitched, this,
+          change([](Workspace& ws, bool on) { ws.tracer.Center.Checked = on; }));
+  connect(tracerPanel_, &TracerPanel::AboveSwitched, this,
+          change([](Workspace& ws, bool on) { ws.tracer.Above.Checked = on; }));
+  connect(tracerPanel_, &TracerPanel::BelowSwitched, this,
+          change([](Workspace& ws, bool on) { ws.tracer.Below.Checked = on; }));
+  connect(tracerPanel_, &TracerPanel::BlockSizeChosen, this,
+          change([](Workspace& ws, int size) { ws.blockSize = size; }));
+
+  connect(dataList_, &DataListPanel::LinePressed, this, [this](int line, bool shift) {
+    Do([=](Workspace& ws, const Desktop& desktop) {
+      PressListLine(ws, line, shift);
+      OpenEditMenu(ws, desktop);
+    }, false);
+  });
+  connect(dataList_, &DataListPanel::Scrolled, this, [this](int value) {
+    Do([=](Workspace& ws, const Desktop&) { ScrollList(ws, value); }, false);
+  });
+}
+
+void MainWindow::RenderActions() {
+  for (const auto& [action, entry] : menuActions_) {
+    const bool can = entry->Can == nullptr || entry->Can(ws_);
+    if (action->isEnabled() != can) action->setEnabled(can);
+    if (entry->Checked != nullptr) action->setChecked(entry->Checked(ws_));
+  }
+  const auto buttons = ToolButtons();
+  for (std::size_t i = 0; i < buttons.size(); ++i) {
+    const bool can = CanPress(ws_, buttons[i].Key);
+    if (toolActions_[i]->isEnabled() != can) toolActions_[i]->setEnabled(can);
+    if (buttons[i].IsMode) toolActions_[i]->setChecked(IsPressed(ws_, buttons[i].Key));
+  }
+}
+
+}  // namespace graphize

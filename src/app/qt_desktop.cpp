@@ -1,0 +1,227 @@
+#include "app/qt_desktop.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QCursor>
+#include <QFileDialog>
+#include <QInputDialog>
+#include <QKeyEvent>
+#include <QMessageBox>
+#include <QMimeData>
+#include <cstring>
+
+#include "widgets/show.h"
+
+namespace graphize {
+
+namespace {
+
+constexpr qint64 kPumpEvery = 30;    // ms: often enough to look live, cheap enough for a tracer
+constexpr qint64 kLongCommand = 250;  // ms: input that comes later is meant for the window as it was
+
+QMessageBox::Icon IconOf(MessageIcon icon) {
+  switch (icon) {
+    case MessageIcon::Information: return QMessageBox::Information;
+    case MessageIcon::Question: return QMessageBox::Question;
+    case MessageIcon::Exclamation: return QMessageBox::Warning;
+    case MessageIcon::Critical: return QMessageBox::Critical;
+  }
+  return QMessageBox::NoIcon;
+}
+
+QMessageBox::StandardButtons ButtonsOf(MessageButtons buttons) {
+  switch (buttons) {
+    case MessageButtons::Ok: return QMessageBox::Ok;
+    case MessageButtons::YesNo: return QMessageBox::Yes | QMessageBox::No;
+    case MessageButtons::YesNoCancel:
+      return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
+  }
+  return QMessageBox::Ok;
+}
+
+Answer AnswerOf(int button) {
+  switch (button) {
+    case QMessageBox::Yes: return Answer::Yes;
+    case QMessageBox::No: return Answer::No;
+    case QMessageBox::Cancel: return Answer::Cancel;
+    default: return Answer::Ok;
+  }
+}
+
+/// "BMP Files (*.bmp)|*.bmp|..." as the file dialog's list of filters.
+QStringList FiltersOf(const std::string& filters) {
+  QStringList result;
+  const QStringList parts = ToQString(filters).split(u'|');
+  for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
+    QString name = parts[i];
+    if (const qsizetype bracket = name.indexOf(QLatin1String(" (")); bracket >= 0)
+      name.truncate(bracket);
+    QString patterns = parts[i + 1];
+    result << name + QLatin1String(" (") + patterns.replace(u';', u' ') + u')';
+  }
+  return result;
+}
+
+bool IsInput(QEvent::Type type) {
+  switch (type) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::MouseMove:
+    case QEvent::Wheel:
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+    case QEvent::Shortcut:
+    case QEvent::ShortcutOverride:
+    case QEvent::ContextMenu:
+    case QEvent::TabletPress:
+    case QEvent::TabletRelease:
+    case QEvent::TabletMove:
+    case QEvent::TouchBegin:
+    case QEvent::TouchUpdate:
+    case QEvent::TouchEnd:
+    case QEvent::DragEnter:
+    case QEvent::DragMove:
+    case QEvent::Drop:
+      return true;
+    default:
+      return false;
+  }
+}
+
+Raster ClipboardRaster() {
+  const QImage image = QGuiApplication::clipboard()->image().convertToFormat(QImage::Format_RGB32);
+  if (image.isNull()) return {};
+  Raster raster(image.width(), image.height());
+  for (int y = 0; y < raster.Height(); ++y)
+    std::memcpy(raster.Row(y), image.constScanLine(y), sizeof(std::uint32_t) * raster.Width());
+  return raster;
+}
+
+bool ClipboardHasPicture() {
+  const QMimeData* data = QGuiApplication::clipboard()->mimeData();
+  return data != nullptr && data->hasImage();
+}
+
+}  // namespace
+
+QtDesktop::QtDesktop(QWidget* window, QWidget* plot, std::function<void()> render)
+    : QObject(window), window_(window), plot_(plot), render_(std::move(render)), escape_(this) {
+  desktop_.ShowMessage = [this](const Message& message) { return ShowMessage(message); };
+  desktop_.Prompt = [this](const TextPrompt& prompt) { return Prompt(prompt); };
+  desktop_.ChooseFile = [this](const FileQuestion& question) { return ChooseFile(question); };
+  desktop_.ClipboardHasPicture = ClipboardHasPicture;
+  desktop_.ClipboardPicture = ClipboardRaster;
+  desktop_.CopyText = [](const std::string& text) {
+    QGuiApplication::clipboard()->setText(ToQString(text));
+  };
+  desktop_.Pump = [this] { Pump(false); };
+  desktop_.EscapeHeld = [this] {
+    const bool held = escape_.IsHeld();
+    swallowEscape_ = swallowEscape_ || held;
+    return stopAsked_ || held;
+  };
+  desktop_.MovePointer = [this](int dx, int dy) { return MovePointer(dx, dy); };
+  desktop_.PointerOverPlot = [this] {
+    return plot_->isVisible() && QApplication::widgetAt(QCursor::pos()) == plot_;
+  };
+  qApp->installEventFilter(this);
+}
+
+void QtDesktop::BeginCommand() {
+  stopAsked_ = false;
+  pumped_ = false;
+  escape_.Forget();
+  sinceBegin_.start();
+  sincePump_.start();
+}
+
+void QtDesktop::EndCommand() {
+  if (pumped_ && sinceBegin_.elapsed() > kLongCommand) Pump(true);
+}
+
+void QtDesktop::Pump(bool always) {
+  if (!always && sincePump_.isValid() && sincePump_.elapsed() < kPumpEvery && pumped_) return;
+  if (pumping_) return;
+  pumped_ = true;
+  pumping_ = true;
+  render_();
+  QApplication::processEvents();
+  pumping_ = false;
+  sincePump_.start();
+}
+
+bool QtDesktop::eventFilter(QObject*, QEvent* event) {
+  if (!pumping_ && !swallowEscape_) return false;
+  const QEvent::Type type = event->type();
+  const bool isKey = type == QEvent::KeyPress || type == QEvent::KeyRelease ||
+                     type == QEvent::ShortcutOverride;
+  if (isKey && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
+    if (pumping_) {
+      if (!static_cast<QKeyEvent*>(event)->isAutoRepeat())
+        escape_.Remember(type != QEvent::KeyRelease);
+      return true;
+    }
+    // The key that stopped a command does not also close the box that opens next: its repeats and
+    // its release are dropped, and the next press counts again.
+    escape_.Forget();
+    if (type != QEvent::KeyRelease && escape_.IsHeld()) return true;
+    swallowEscape_ = false;
+    return type == QEvent::KeyRelease;
+  }
+  return pumping_ && IsInput(type);
+}
+
+Answer QtDesktop::ShowMessage(const Message& message) {
+  render_();
+  QMessageBox box(IconOf(message.Icon), ToQString(message.Caption), ToQString(message.Text),
+                  ButtonsOf(message.Buttons), window_);
+  box.setObjectName(QStringLiteral("MessageBox"));
+  box.setTextFormat(Qt::PlainText);
+  box.setTextInteractionFlags(Qt::TextSelectableByMouse);
+  if (message.Buttons == MessageButtons::YesNo) box.setEscapeButton(QMessageBox::No);
+  // A busy pointer over a question would say "wait" where an answer is awaited.
+  const bool busy = QApplication::overrideCursor() != nullptr;
+  if (busy) QApplication::setOverrideCursor(Qt::ArrowCursor);
+  const int button = box.exec();
+  if (busy) QApplication::restoreOverrideCursor();
+  return AnswerOf(button);
+}
+
+std::string QtDesktop::Prompt(const TextPrompt& prompt) {
+  render_();
+  QInputDialog dialog(window_);
+  dialog.setObjectName(QStringLiteral("TextPrompt"));
+  dialog.setInputMode(QInputDialog::TextInput);
+  dialog.setWindowTitle(ToQString(prompt.Caption));
+  dialog.setLabelText(ToQString(prompt.Prompt));
+  dialog.setTextValue(ToQString(prompt.Default));
+  dialog.resize(360, dialog.sizeHint().height());
+  return dialog.exec() == QDialog::Accepted ? dialog.textValue().toStdString() : std::string();
+}
+
+std::optional<std::filesystem::path> QtDesktop::ChooseFile(const FileQuestion& question) {
+  render_();
+  QFileDialog dialog(window_, ToQString(question.Title));
+  dialog.setObjectName(QStringLiteral("FileDialog"));
+  dialog.setAcceptMode(question.ForSaving ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+  dialog.setFileMode(question.ForSaving ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+  const QStringList filters = FiltersOf(question.Filters);
+  dialog.setNameFilters(filters);
+  if (question.FilterIndex >= 1 && question.FilterIndex <= filters.size())
+    dialog.selectNameFilter(filters[question.FilterIndex - 1]);
+  if (!question.DefaultExtension.empty())
+    dialog.setDefaultSuffix(ToQString(question.DefaultExtension).toLower());
+  if (!question.Folder.empty()) dialog.setDirectory(ToQString(question.Folder.string()));
+  if (!question.FileName.empty()) dialog.selectFile(ToQString(question.FileName));
+  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
+  return std::filesystem::path(dialog.selectedFiles().constFirst().toStdString());
+}
+
+bool QtDesktop::MovePointer(int dx, int dy) {
+  if (QGuiApplication::platformName().startsWith(QLatin1String("wayland"))) return false;
+  QCursor::setPos(QCursor::pos() + QPoint(dx, dy));
+  return true;
+}
+
+}  // namespace graphize

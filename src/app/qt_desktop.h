@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <functional>
+
+#include "app/held_escape.h"
+#include "desktop/desktop.h"
+
+class QWidget;
+
+namespace graphize {
+
+/// The verbs of Desktop with real dialogs, clipboard, pointer and keys. While events are pumped
+/// inside a command, input is swallowed: it would otherwise be delivered after it.
+class QtDesktop : public QObject {
+ public:
+  /// `render` shows the records before events are let run.
+  QtDesktop(QWidget* window, QWidget* plot, std::function<void()> render);
+
+  const Desktop& Verbs() const { return desktop_; }
+
+  /// Around every command: Escape and close requests are those of this command.
+  void BeginCommand();
+  /// Drops input that came while a long command ran.
+  void EndCommand();
+  bool IsPumping() const { return pumping_; }
+  void AskToStop() { stopAsked_ = true; }
+
+ private:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  void Pump(bool always);
+
+  Answer ShowMessage(const Message& message);
+  std::string Prompt(const TextPrompt& prompt);
+  std::optional<std::filesystem::path> ChooseFile(const FileQuestion& question);
+  bool MovePointer(int dx, int dy);
+
+  QWidget* window_;
+  QWidget* plot_;
+  std::function<void()> render_;
+  Desktop desktop_;
+  HeldEscape escape_;
+  QElapsedTimer sincePump_;
+  QElapsedTimer sinceBegin_;
+  bool pumping_ = false;
+  bool pumped_ = false;
+  bool stopAsked_ = false;
+  bool swallowEscape_ = false;  // until the key that stopped a command is up
+};
+
+}  // namespace graphize

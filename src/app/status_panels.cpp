@@ -1,0 +1,47 @@
+#include "app/status_panels.h"
+
+#include <QLabel>
+#include <QProgressBar>
+#include <QStatusBar>
+
+#include "widgets/show.h"
+
+namespace graphize {
+
+namespace {
+
+QLabel* Panel(QStatusBar* bar, const char* key, const QString& accessibleName, int stretch,
+              const QString& widest) {
+  auto* label = Named(new QLabel, key, accessibleName);
+  label->setFrameStyle(QFrame::Panel | QFrame::Sunken);
+  label->setMinimumWidth(label->fontMetrics().horizontalAdvance(widest) + 12);
+  bar->addWidget(label, stretch);
+  return label;
+}
+
+}  // namespace
+
+StatusPanels::StatusPanels(QStatusBar* bar)
+    : status_(Panel(bar, "status", QObject::tr("Status"), 1, {})),
+      points_(Panel(bar, "points", QObject::tr("Number of points"), 0, QStringLiteral("32767"))),
+      sizeX_(Panel(bar, "sizex", QObject::tr("Picture width"), 0, QStringLiteral("W=32767"))),
+      sizeY_(Panel(bar, "sizey", QObject::tr("Picture height"), 0, QStringLiteral("H=32767"))),
+      progress_(Named(new QProgressBar(status_), "ProgressBar1", QObject::tr("Progress"))) {
+  // A long text must not widen the window.
+  status_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  progress_->setRange(0, 100);
+  progress_->hide();
+}
+
+void StatusPanels::Render(const StatusBar& status) {
+  Show(status_, status.Status);
+  Show(points_, status.Points);
+  Show(sizeX_, status.SizeX);
+  Show(sizeY_, status.SizeY);
+  progress_->setVisible(status.ProgressVisible);
+  if (!status.ProgressVisible) return;
+  progress_->setGeometry(status_->rect());
+  progress_->setValue(status.ProgressValue);
+}
+
+}  // namespace graphize

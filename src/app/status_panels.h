@@ -1,0 +1,25 @@
+#pragma once
+
+#include "desktop/status_bar.h"
+
+class QLabel;
+class QProgressBar;
+class QStatusBar;
+
+namespace graphize {
+
+/// The status bar's keyed panels and the progress bar that covers the panel "status".
+class StatusPanels {
+ public:
+  explicit StatusPanels(QStatusBar* bar);
+  void Render(const StatusBar& status);
+
+ private:
+  QLabel* status_;
+  QLabel* points_;
+  QLabel* sizeX_;
+  QLabel* sizeY_;
+  QProgressBar* progress_;
+};
+
+}  // namespace graphize

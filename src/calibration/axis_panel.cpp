@@ -1,0 +1,168 @@
+#include "calibration/axis_panel.h"
+
+#include <QCheckBox>
+#include <QFocusEvent>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "widgets/show.h"
+
+namespace graphize {
+
+namespace {
+
+/// A value box: its whole text is selected when it gets the focus.
+class ValueBox : public QLineEdit {
+ public:
+  using QLineEdit::QLineEdit;
+  std::function<void()> OnFocus;
+
+ protected:
+  void focusInEvent(QFocusEvent* event) override {
+    QLineEdit::focusInEvent(event);
+    selectAll();
+    if (OnFocus) OnFocus();
+  }
+};
+
+QLabel* Heading(const QString& text) {
+  auto* label = new QLabel(text);
+  label->setAlignment(Qt::AlignCenter);
+  return label;
+}
+
+QLabel* PixelLabel(const QString& objectName, const QString& accessibleName) {
+  auto* label = new QLabel;
+  label->setObjectName(objectName);
+  label->setAccessibleName(accessibleName);
+  label->setAlignment(Qt::AlignCenter);
+  label->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
+  label->setMinimumWidth(label->fontMetrics().horizontalAdvance(QStringLiteral(" 00000 ")));
+  return label;
+}
+
+}  // namespace
+
+AxisPanelWidget::AxisPanelWidget(QWidget* parent) : QGroupBox(tr("Axis Definitions"), parent) {
+  setObjectName(QStringLiteral("FRM_AxisDef"));
+  auto* column = new QVBoxLayout(this);
+
+  tips_ = Named(new QLabel, "LBL_Tips", tr("Instruction"));
+  tips_->setWordWrap(true);
+  tips_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+  // Room for the longest instruction: the boxes below never jump.
+  tips_->setMinimumHeight(3 * tips_->fontMetrics().lineSpacing());
+  column->addWidget(tips_);
+
+  auto* grid = new QGridLayout;
+  grid->setHorizontalSpacing(6);
+  grid->addWidget(Heading(tr("X-Pixel")), 0, 1);
+  grid->addWidget(Heading(tr("Y-Pixel")), 0, 2);
+  grid->addWidget(Heading(tr("X")), 1, 1);
+  grid->addWidget(Heading(tr("Y")), 1, 2);
+  const std::array<QString, 3> captions = {tr("Origin:"), tr("X Axis:"), tr("Y Axis:")};
+  for (int i = 0; i < 3; ++i) rows_[i] = MakeRow(i, captions[i], grid);
+  column->addLayout(grid);
+
+  auto* live = new QHBoxLayout;
+  live->addWidget(new QLabel(tr("Mouse:")));
+  liveX_ = PixelLabel(QStringLiteral("LBL_XRTPixel"), tr("Pixel column under the mouse"));
+  liveY_ = PixelLabel(QStringLiteral("LBL_YRTPixel"), tr("Pixel row under the mouse"));
+  live->addWidget(liveX_);
+  live->addWidget(liveY_);
+  live->addStretch();
+  column->addLayout(live);
+
+  auto* switches = new QHBoxLayout;
+  xLog_ = Named(new QCheckBox(tr("X Log")), "CHK_XLog", tr("Logarithmic X axis"));
+  xLog_->setToolTip(tr("Log X axis"));
+  yLog_ = Named(new QCheckBox(tr("Y Log")), "CHK_Ylog", tr("Logarithmic Y axis"));
+  yLog_->setToolTip(tr("Log Y Axis"));
+  switches->addWidget(xLog_);
+  switches->addWidget(yLog_);
+  switches->addStretch();
+  switches->addWidget(new QLabel(tr("Rotation:")));
+  angle_ = Named(new QLabel, "LBL_Angle", tr("Rotation in degrees"));
+  angle_->setMinimumWidth(angle_->fontMetrics().horizontalAdvance(QStringLiteral("-00.0")));
+  switches->addWidget(angle_);
+  column->addLayout(switches);
+
+  connect(xLog_, &QCheckBox::clicked, this, &AxisPanelWidget::XLogSwitched);
+  connect(yLog_, &QCheckBox::clicked, this, &AxisPanelWidget::YLogSwitched);
+}
+
+AxisPanelWidget::Row AxisPanelWidget::MakeRow(int row, const QString& caption, QGridLayout* grid) {
+  static constexpr std::array<const char*, 3> kXTips = {"X origin", "X Axis", "X origin"};
+  static constexpr std::array<const char*, 3> kYTips = {"Y origin", "Y origin", "Y axis"};
+  const QString plain = caption.chopped(1);
+  Row r{};
+  r.XPixel = PixelLabel(MemberName("LBL_Xpixel", row), tr("%1, pixel column").arg(plain));
+  r.YPixel = PixelLabel(MemberName("LBL_Ypixel", row), tr("%1, pixel row").arg(plain));
+
+  const auto makeBox = [&](const char* array, const char* tip, const QString& accessibleName) {
+    auto* box = new ValueBox;
+    box->setObjectName(MemberName(array, row));
+    box->setToolTip(tr(tip));
+    box->setAccessibleName(accessibleName);
+    box->setMinimumWidth(60);
+    return box;
+  };
+  ValueBox* x = makeBox("TXT_XPos", kXTips[row], tr("%1, X value").arg(plain));
+  ValueBox* y = makeBox("TXT_YPos", kYTips[row], tr("%1, Y value").arg(plain));
+  r.X = x;
+  r.Y = y;
+  connect(x, &QLineEdit::textEdited, this,
+          [this, row](const QString& text) { emit XTyped(row, text.toStdString()); });
+  connect(y, &QLineEdit::textEdited, this,
+          [this, row](const QString& text) { emit YTyped(row, text.toStdString()); });
+  if (row == 0) y->OnFocus = [this] { emit OriginYFocused(); };
+
+  r.ReDefine = new QPushButton(tr("Redefine"));
+  r.ReDefine->setObjectName(MemberName("CMD_ReDefine", row));
+  r.ReDefine->setAccessibleName(tr("Redefine %1").arg(plain));
+  r.ReDefine->setToolTip(tr("Click this point on the plot again"));
+  connect(r.ReDefine, &QPushButton::clicked, this, [this, row] { emit ReDefinePressed(row); });
+
+  // Two lines a row: where it is on the picture, what it means on the graph.
+  const int line = 2 + 2 * row;
+  grid->addWidget(new QLabel(caption), line, 0);
+  grid->addWidget(r.XPixel, line, 1);
+  grid->addWidget(r.YPixel, line, 2);
+  grid->addWidget(r.ReDefine, line + 1, 0);
+  grid->addWidget(r.X, line + 1, 1);
+  grid->addWidget(r.Y, line + 1, 2);
+  return r;
+}
+
+void AxisPanelWidget::Render(const AxisPanel& panel, const AxisCalibration& calibration) {
+  for (std::size_t i = 0; i < rows_.size(); ++i) {
+    const AxisPanel::Row& from = panel.Rows[i];
+    Show(rows_[i].XPixel, from.XPixel);
+    Show(rows_[i].YPixel, from.YPixel);
+    Show(rows_[i].X, from.XText);
+    Show(rows_[i].Y, from.YText);
+    Enable(rows_[i].X, from.XEnabled);
+    Enable(rows_[i].Y, from.YEnabled);
+    Enable(rows_[i].ReDefine, from.ReDefineEnabled);
+  }
+  Show(tips_, panel.Tips);
+  Show(angle_, panel.Angle);
+  Show(liveX_, panel.LiveXPixel);
+  Show(liveY_, panel.LiveYPixel);
+  xLog_->setChecked(calibration.XLog);
+  yLog_->setChecked(calibration.YLog);
+}
+
+void AxisPanelWidget::Focus(FocusTarget target) {
+  if (target == FocusTarget::None) return;
+  const int member = static_cast<int>(target) - 1;
+  const Row& row = rows_[static_cast<std::size_t>(member / 2)];
+  QLineEdit* box = member % 2 == 0 ? row.X : row.Y;
+  if (box->isEnabled() && !box->hasFocus()) box->setFocus(Qt::OtherFocusReason);
+}
+
+}  // namespace graphize

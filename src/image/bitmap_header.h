@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace graphize {
+
+inline constexpr std::size_t kBmpFileHeaderSize = 14;
+
+/// What the head of a bitmap says, be it a BMP file or a bare DIB, which starts with the info
+/// header at once. Sizes are in bytes, offsets count from the start of the file.
+struct BitmapHeader {
+  std::size_t InfoOffset = 0;  // 14 in a BMP file, 0 in a bare DIB
+  std::size_t InfoSize = 0;    // 12 in the oldest kind, 40 to 124 in the others
+  std::size_t PixelOffset = 0;
+  std::int64_t Width = 0;
+  std::int64_t Height = 0;  // negative: top row first
+  int Bits = 0;             // per pixel
+  std::uint32_t Compression = 0;
+};
+
+/// Nothing when `head` (the file's first bytes, 64 are enough) does not start a bitmap.
+std::optional<BitmapHeader> ReadBitmapHeader(std::string_view head);
+
+/// Makes what every decoder reads of the bitmap `file`: a BMP file, its bottom row first. The
+/// picture is upside down then if its height was negative.
+void MakePlainBmp(const BitmapHeader& bitmap, std::string& file);
+
+/// How many rows make up about `bandBytes` when the bitmap `file` can be cut into bands and is
+/// larger than one, else 0.
+std::int64_t BitmapBandRows(const BitmapHeader& bitmap, std::string_view file,
+                            std::size_t bandBytes);
+
+/// `count` rows from row `first` on, in the file's order, as a plain BMP of its own. Only where
+/// BitmapBandRows says that it can be cut.
+std::string BitmapBand(const BitmapHeader& bitmap, std::string_view file, std::int64_t first,
+                       std::int64_t count);
+
+}  // namespace graphize

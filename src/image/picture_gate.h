@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace graphize {
+
+/// The types of picture files that are opened. A DIB is a bitmap without its file header.
+enum class PictureType { None, Tif, Tga, Bmp, Gif, Dib, Pcx, Jpg, Png, WebP };
+
+/// Width and height of a picture that can be opened, in pixels: positions are 16-bit numbers.
+inline constexpr std::int64_t kMaxPictureSide = 32767;
+inline constexpr std::int64_t kMaxPicturePixels = 160'000'000;
+
+/// Bytes of a file's start that are enough to know its type.
+inline constexpr std::size_t kGateHeadSize = 4096;
+
+/// What the gate found out about a file.
+struct GateVerdict {
+  PictureType Type = PictureType::None;
+  /// Where the type has them at a fixed place; 0 when only a decoder can tell.
+  std::int64_t Width = 0;
+  std::int64_t Height = 0;
+  bool Mirrored = false;  // rows are stored from right to left
+  std::string Refusal;    // why the file is not opened, a sentence in plain words; else empty
+};
+
+/// Looks at a file before any decoder does. The content decides; only for TGA, which has no mark of
+/// its own, the extension of `fileName` makes an unusual header believable. `head` is the file's
+/// first kGateHeadSize bytes or all of a shorter one.
+GateVerdict InspectPicture(std::string_view fileName, std::string_view head);
+
+/// The bytes of a picture file that passes the gate, at most 2 GiB; of others only the start is
+/// read. Throws RunTimeError with the refusal or the system's reason alone.
+std::string ReadPictureFile(const std::filesystem::path& path, GateVerdict& verdict);
+
+/// Why a picture of this size is not opened, a sentence in plain words; empty when it is.
+std::string SizeRefusal(std::int64_t width, std::int64_t height);
+
+/// The limits in a sentence.
+std::string SizeRule();
+
+}  // namespace graphize

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <future>
+#include <new>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+#include "base/run_time_error.h"
+
+namespace graphize {
+
+/// Told how far the work is, 0 to 100 percent, every few hundredths of a second on the caller's own
+/// thread, where it may pump; returns false to stop the work.
+using PictureProgress = std::function<bool(int percent)>;
+
+/// A piece of work on a picture that shows how far it is, and that the caller can stop.
+struct PictureOperation {
+  std::atomic<int> Percent = 0;
+  std::atomic<bool> Stopped = false;
+  /// The stretch of the whole work, within 0 to 1, that Advance moves in now.
+  double From = 0, To = 1;
+
+  /// `part` of the present stretch is done, from 0 to 1. Never goes back: some coders pass twice.
+  void Advance(double part) {
+    const double whole = From + (To - From) * std::clamp(part, 0.0, 1.0);
+    const int percent = static_cast<int>(100 * whole);
+    if (percent > Percent) Percent = percent;
+  }
+};
+
+/// Runs `work(PictureOperation&)` on a thread beside and calls `progress` here meanwhile, because
+/// some coders say nothing for seconds. Until the work has heard that it is to stop, `progress`
+/// goes on being called. Without a progress the work runs here.
+template <class Work>
+auto RunBeside(const PictureProgress& progress, const Work& work) {
+  PictureOperation operation;
+  if (!progress) return work(operation);
+  auto result = std::async(std::launch::async, [&] { return work(operation); });
+  struct StopOnThrow {  // the future waits for its thread
+    PictureOperation& Running;
+    ~StopOnThrow() { Running.Stopped = true; }
+  } stop{operation};
+  while (result.wait_for(std::chrono::milliseconds(15)) != std::future_status::ready)
+    if (!progress(operation.Percent)) operation.Stopped = true;
+  return result.get();
+}
+
+/// Runs `work`; its errors get `lead` and the file's name in front of their reason.
+template <class Work>
+auto NamingTheFile(std::string_view lead, const std::filesystem::path& path, const Work& work) {
+  const auto error = [&](const char* reason) {
+    return RunTimeError(std::string(lead) + " \"" + path.filename().string() + "\".\r\n" + reason);
+  };
+  try {
+    return work();
+  } catch (const RunTimeError& reason) {
+    throw error(reason.what());
+  } catch (const std::bad_alloc&) {
+    throw error("There is not enough memory.");
+  }
+}
+
+/// What the system gives as its reason, when it gives one.
+inline void ThrowSystemError(const std::error_code& failure) {
+  if (failure) throw RunTimeError(failure.message() + ".");
+}
+
+}  // namespace graphize

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "base/palette.h"
+
+namespace graphize {
+
+/// What is painted above the raster and is never in it. Picture pixels, row downward.
+struct PlotOverlay {
+  struct Point {
+    int X = 0, Y = 0;
+  };
+  struct Rectangle {
+    int Left = 0, Top = 0, Right = 0, Bottom = 0;
+  };
+  std::vector<Point> DataPoints;
+  Colour DataColour = kBlack;
+  std::optional<Point> LastPoint;
+  Colour LastColour = kBlack;
+  std::optional<Rectangle> RubberBand;
+};
+
+/// How far the marks of a data point and of the last point reach from their pixel.
+inline constexpr int kDataPointReach = 2;
+inline constexpr int kLastPointReach = 6;
+
+}  // namespace graphize

@@ -1,0 +1,133 @@
+#include "image/plot_view.h"
+
+#include <QCursor>
+#include <QImage>
+#include <QMouseEvent>
+#include <QPaintEvent>
+#include <QPainter>
+
+namespace graphize {
+
+namespace {
+
+int ButtonsOf(Qt::MouseButtons buttons) {
+  return (buttons.testFlag(Qt::LeftButton) ? 1 : 0) | (buttons.testFlag(Qt::RightButton) ? 2 : 0) |
+         (buttons.testFlag(Qt::MiddleButton) ? 4 : 0);
+}
+
+int ShiftOf(Qt::KeyboardModifiers modifiers) {
+  return (modifiers.testFlag(Qt::ShiftModifier) ? 1 : 0) |
+         (modifiers.testFlag(Qt::ControlModifier) ? 2 : 0) |
+         (modifiers.testFlag(Qt::AltModifier) ? 4 : 0);
+}
+
+QColor ToQColor(Colour colour) {
+  return QColor::fromRgb(PixelOfColour(colour));
+}
+
+void PaintDataPoints(QPainter& painter, const PlotOverlay& overlay) {
+  QList<QLine> strokes;
+  strokes.reserve(static_cast<qsizetype>(2 * overlay.DataPoints.size()));
+  for (const auto& [x, y] : overlay.DataPoints) {
+    strokes << QLine(x - kDataPointReach, y, x + kDataPointReach, y)
+            << QLine(x, y - kDataPointReach, x, y + kDataPointReach);
+  }
+  painter.setPen(QPen(ToQColor(overlay.DataColour), 1));
+  painter.drawLines(strokes);
+}
+
+/// A cross that leaves its pixel and the ink around it free.
+void PaintLastPoint(QPainter& painter, const PlotOverlay& overlay) {
+  constexpr int kGap = 2;
+  const auto [x, y] = *overlay.LastPoint;
+  painter.setPen(QPen(ToQColor(overlay.LastColour), 1));
+  painter.drawLines(QList<QLine>{{x - kLastPointReach, y, x - kGap, y},
+                                 {x + kGap, y, x + kLastPointReach, y},
+                                 {x, y - kLastPointReach, x, y - kGap},
+                                 {x, y + kGap, x, y + kLastPointReach}});
+}
+
+void PaintRubberBand(QPainter& painter, const PlotOverlay::Rectangle& band) {
+  QPen pen(Qt::black, 1, Qt::CustomDashLine);
+  pen.setDashPattern({1, 1});
+  pen.setCapStyle(Qt::FlatCap);
+  painter.setPen(pen);
+  painter.setBrush(Qt::NoBrush);
+  painter.drawRect(QRect(QPoint(band.Left, band.Top), QPoint(band.Right - 1, band.Bottom - 1)));
+}
+
+}  // namespace
+
+QImage AsImage(const Raster& raster) {
+  return QImage(reinterpret_cast<const uchar*>(raster.Pixels()), raster.Width(), raster.Height(),
+                qsizetype{4} * raster.Width(), QImage::Format_RGB32);
+}
+
+PlotView::PlotView(const PlotImage& image, OverlayIn overlayIn, QWidget* parent)
+    : QWidget(parent), image_(image), overlayIn_(std::move(overlayIn)) {
+  setObjectName(QStringLiteral("Plot"));
+  setAccessibleName(tr("Picture of the graph"));
+  setMouseTracking(true);
+  setAttribute(Qt::WA_OpaquePaintEvent);
+  setCursor(Qt::CrossCursor);
+  resize(0, 0);
+}
+
+void PlotView::Render(const DirtyArea& dirty) {
+  const QSize size(image_.Width(), image_.Height());
+  if (this->size() != size) {
+    resize(size);
+    setVisible(!size.isEmpty());
+  }
+  if (!dirty.IsEmpty()) update(QRect(QPoint(dirty.Left, dirty.Top), QPoint(dirty.Right, dirty.Bottom)));
+}
+
+void PlotView::paintEvent(QPaintEvent* event) {
+  if (!image_.IsPresent()) return;
+  QPainter painter(this);
+  const QImage picture = AsImage(image_.Pixels);
+  const QRect area = event->rect() & picture.rect();
+  painter.drawImage(area, picture, area);
+  const PlotOverlay overlay =
+      overlayIn_({area.left(), area.top(), area.right(), area.bottom()});
+  if (!overlay.DataPoints.empty()) PaintDataPoints(painter, overlay);
+  if (overlay.LastPoint) PaintLastPoint(painter, overlay);
+  if (overlay.RubberBand) PaintRubberBand(painter, *overlay.RubberBand);
+}
+
+void PlotView::TellMove(QPoint position, int button, int shift) {
+  lastMove_ = position;
+  emit Moved(button, shift, static_cast<float>(position.x()), static_cast<float>(position.y()));
+}
+
+void PlotView::CatchUpWithPointer() {
+  const QPoint position = mapFromGlobal(QCursor::pos());
+  if (rect().contains(position) && lastMove_ != position) TellMove(position, 0, 0);
+}
+
+void PlotView::mouseMoveEvent(QMouseEvent* event) {
+  TellMove(event->position().toPoint(), ButtonsOf(event->buttons()), ShiftOf(event->modifiers()));
+}
+
+void PlotView::mousePressEvent(QMouseEvent* event) {
+  const QPoint position = event->position().toPoint();
+  const int button = ButtonsOf(event->button()), shift = ShiftOf(event->modifiers());
+  // A press acts on what the move before it has read: there always is one.
+  if (lastMove_ != position) TellMove(position, 0, shift);
+  if (event->button() == Qt::LeftButton) leftPressedHere_ = true;
+  emit Pressed(button, shift, static_cast<float>(position.x()), static_cast<float>(position.y()));
+}
+
+void PlotView::mouseReleaseEvent(QMouseEvent* event) {
+  const QPoint position = event->position().toPoint();
+  emit Released(ButtonsOf(event->button()), ShiftOf(event->modifiers()),
+                static_cast<float>(position.x()), static_cast<float>(position.y()));
+  if (event->button() != Qt::LeftButton) return;
+  if (std::exchange(leftPressedHere_, false) && rect().contains(position)) emit Clicked();
+}
+
+void PlotView::mouseDoubleClickEvent(QMouseEvent* event) {
+  mousePressEvent(event);  // two quick clicks are two clicks
+}
+
+}  // namespace graphize

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "base/raster.h"
+
+namespace graphize {
+
+/// The picture turned upright. `orientation` is how its rows and columns lie, 1 to 8 as cameras and
+/// scanners write it (TIFF 6.0, tag 274): 1 upright, 2 mirrored, 3 upside down, 6 and 8 on its
+/// side...; any other value counts as 1.
+Raster Upright(Raster picture, int orientation);
+
+}  // namespace graphize

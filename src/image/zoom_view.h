@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QFrame>
+
+#include "image/plot_image.h"
+
+class QSlider;
+
+namespace graphize {
+
+/// The zoom window: whole enlarged pixels around the cursor, its factor slider beneath. It floats
+/// over the picture and is moved by dragging.
+class ZoomView : public QFrame {
+  Q_OBJECT
+ public:
+  ZoomView(const PlotImage& image, int minimumFactor, int maximumFactor, QWidget* parent);
+
+  /// Shows the pixels around (x, y), row downward, each `factor` logical pixels wide.
+  void Render(bool shown, int x, int y, int factor, bool pictureChanged);
+  /// Keeps the window within its parent, in the corner it was put to.
+  void StayInside();
+
+ signals:
+  void FactorChosen(int factor);
+
+ private:
+  class Picture;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+  Picture* picture_;
+  QSlider* slider_;
+  QPoint grabbed_;
+  bool moved_ = false;
+};
+
+}  // namespace graphize

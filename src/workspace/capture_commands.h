@@ -1,0 +1,28 @@
+#pragma once
+
+#include "desktop/desktop.h"
+#include "workspace/workspace.h"
+
+namespace graphize {
+
+/// The read-out shows errors with "±" marks, or pixels.
+void ChooseErrorDisplay(Workspace& ws);
+void ChoosePixelDisplay(Workspace& ws);
+
+/// Empties the store, with a question when Ask is set, and redraws the plot.
+void ClearAllData(Workspace& ws, const Desktop& desktop, bool Ask);
+/// Removes the selected rows of the data list.
+void ClearSelectedPoints(Workspace& ws);
+
+/// Looks at what the Edit menu may offer when it opens.
+void OpenEditMenu(Workspace& ws, const Desktop& desktop);
+
+/// The data list panel: its scroll bar was moved to `value`; a line was pressed.
+void ScrollList(Workspace& ws, int value);
+void PressListLine(Workspace& ws, int line, bool shift);
+
+/// The two check marks of the Options menu.
+void ToggleLastPoint(Workspace& ws);
+void ToggleOverlay(Workspace& ws);
+
+}  // namespace graphize

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+
+#include "desktop/desktop.h"
+#include "extraction/extraction_context.h"
+#include "workspace/workspace.h"
+
+namespace graphize {
+
+/// The records that tracers and scan work on.
+ExtractionContext ExtractionOf(Workspace& ws, const Desktop& desktop);
+
+/// Whether a right press starts an extraction: a picture, an axis, and a mode for it.
+bool CanExtract(const Workspace& ws);
+/// Runs the tracer of the settings from a picture position (row downward).
+void Trace(Workspace& ws, const Desktop& desktop, float x, float y);
+/// Scans the rectangle that was dragged, when it is one to scan; the rubber band goes.
+void FinishScanRectangle(Workspace& ws, const Desktop& desktop);
+
+/// The text of an increment box, stepped by its arrows: whole numbers from 0.
+void StepIncrement(std::string& text, int step);
+
+}  // namespace graphize

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <array>
+#include <string_view>
+
+namespace graphize {
+
+/// The pressed mode button of the toolbar, or none: what the mouse does on the picture.
+enum class Mode { None, AxisDef, Graphize, BlockTest, DrawErase, GridBuster };
+
+inline constexpr std::array<Mode, 5> kModes = {Mode::AxisDef, Mode::Graphize, Mode::BlockTest,
+                                               Mode::DrawErase, Mode::GridBuster};
+
+/// The toolbar key of a mode; empty for none.
+constexpr std::string_view ModeKey(Mode mode) {
+  switch (mode) {
+    case Mode::AxisDef: return "axisdef";
+    case Mode::Graphize: return "graphize";
+    case Mode::BlockTest: return "blocktest";
+    case Mode::DrawErase: return "drawerase";
+    case Mode::GridBuster: return "gridbuster";
+    case Mode::None: break;
+  }
+  return "";
+}
+
+constexpr Mode ModeOfKey(std::string_view key) {
+  for (const Mode mode : kModes)
+    if (ModeKey(mode) == key) return mode;
+  return Mode::None;
+}
+
+}  // namespace graphize

@@ -1,0 +1,228 @@
+#include "workspace/picture_commands.h"
+
+#include <optional>
+#include <utility>
+
+#include "base/numbers.h"
+#include "base/run_time_error.h"
+#include "image/file_format.h"
+#include "image/picbuf.h"
+#include "image/picture_gate.h"
+#include "workspace/capture_commands.h"
+#include "workspace/toolbar.h"
+
+namespace graphize {
+
+namespace {
+
+constexpr const char* kOpenFilters =
+    "All Images|*.bmp;*.pcx;*.tif;*.tga;*.gif;*.jpg|BMP Files (*.bmp)|*.bmp|PCX Files (*.pcx)|"
+    "*.pcx|TIFF Files (*.tif)|*.tif|GIF Files (*.gif)|*.gif|TARGA Files (*.tga)|*.tga|JPEG Files "
+    "(*.jpg)|*.jpg";
+constexpr const char* kOtherFilters =
+    "All Pictures|*.png;*.webp;*.bmp;*.dib;*.pcx;*.tif;*.tiff;*.tga;*.gif;*.jpg;*.jpeg|PNG Files "
+    "(*.png)|*.png|WebP Files (*.webp)|*.webp|DIB Files (*.dib)|*.dib|All Files|*";
+constexpr const char* kSaveFilters =
+    "TIFF Files (*.tif)|*.tif|TARGA Files (*.tga)|*.tga|BMP Files (*.bmp)|*.bmp|GIF Files "
+    "(*.gif)|*.gif|DIB Files (*.dib)|*.dib|PCX Files (*.pcx)|*.pcx|JPEG Files (*.jpg)|*.jpg|";
+constexpr const char* kLoading = "GRAPHIZE is Loading the File";
+
+/// Decodes the file with progress in the status bar. Nothing after a message (a file that cannot be
+/// read) or Escape.
+std::optional<Raster> Decode(Workspace& ws, const Desktop& desktop,
+                             const std::filesystem::path& path) {
+  ws.window.Caption = kLoading;
+  ws.window.Hourglass = true;
+  desktop.Pump();
+  std::optional<Raster> picture;
+  std::string message;
+  try {
+    std::optional<LoadedPicture> loaded = LoadPicture(path, [&](int percent) {
+      ws.status.ProgressVisible = true;
+      ws.status.ProgressValue = percent;
+      desktop.Pump();
+      return !desktop.EscapeHeld();
+    });
+    if (loaded) {
+      message = loaded->Warning;
+      picture = std::move(loaded->Picture);
+    }
+  } catch (const RunTimeError& error) {
+    message = error.what();
+  }
+  ws.status.ProgressVisible = false;
+  ws.window.Hourglass = false;
+  if (!picture) {
+    ws.status.Status = " ";
+    ShowPictureCaption(ws);
+  }
+  if (!message.empty()) Tell(desktop, message, MessageIcon::Exclamation);
+  return picture;
+}
+
+/// Steps 1 and 2 of opening: what happens before the user has chosen.
+void OfferReset(Workspace& ws, const Desktop& desktop) {
+  if (ws.calibration.AnyDefined() &&
+      AskYesNo(desktop, "Clear data and reset axis definisions ?"))
+    Reset(ws, desktop);
+  ReleaseButtons(ws);
+}
+
+void OpenChosen(Workspace& ws, const Desktop& desktop, const std::filesystem::path& path) {
+  ws.status.Status = "Loading File ...";
+  std::optional<Raster> picture = Decode(ws, desktop, path);
+  if (!picture) return;
+  ws.picture = {.Name = LowerCase(path.filename().string()),
+                .Path = LowerCase(path.string()),
+                .ChosenPath = path,
+                .Folder = path.parent_path(),
+                .FromFile = true,
+                .WithoutFile = false};
+  LoadImage(ws, desktop, std::move(*picture), ws.picture.Name);
+  ws.status.Status = " ";
+}
+
+void AskAndOpen(Workspace& ws, const Desktop& desktop, const char* title, const char* filters) {
+  OfferReset(ws, desktop);
+  const auto path = desktop.ChooseFile({.Title = title,
+                                        .Folder = ws.picture.Folder,
+                                        .Filters = filters});
+  if (path) OpenChosen(ws, desktop, *path);
+}
+
+}  // namespace
+
+void OpenImage(Workspace& ws, const Desktop& desktop) {
+  AskAndOpen(ws, desktop, "Open Image File", kOpenFilters);
+}
+
+void OpenOtherPicture(Workspace& ws, const Desktop& desktop) {
+  AskAndOpen(ws, desktop, "Open Other Picture", kOtherFilters);
+}
+
+void OpenPicture(Workspace& ws, const Desktop& desktop, const std::filesystem::path& path) {
+  OfferReset(ws, desktop);
+  OpenChosen(ws, desktop, path);
+}
+
+bool CanReload(const Workspace& ws) {
+  return ws.commands.Picture && ws.picture.FromFile && !ws.picture.ChosenPath.empty();
+}
+
+void ReloadImage(Workspace& ws, const Desktop& desktop) {
+  if (!ws.picture.FromFile || ws.picture.ChosenPath.empty()) return;
+  std::optional<Raster> picture = Decode(ws, desktop, ws.picture.ChosenPath);
+  if (!picture) return;
+  SetPicture(ws.plot, std::move(*picture));
+  ws.window.Caption = "GRAPHIZE is Resizing ....";
+  ws.view.X = ws.view.Y = 0;
+  ResetScrBars(ws.view, ws.plot.Width(), ws.plot.Height());
+  ShowPictureSize(ws);
+  ShowPictureCaption(ws);
+}
+
+void PasteImage(Workspace& ws, const Desktop& desktop) {
+  if (!desktop.ClipboardHasPicture()) {
+    Tell(desktop, "No Bitmap in Clipboard");
+  } else {
+    if (ws.calibration.AnyDefined() && AskYesNo(desktop, "Reset Axis Definisions ?"))
+      Reset(ws, desktop);
+    ReleaseButtons(ws);
+    ws.status.Status = "Copying ClipBorad ...";
+    ws.window.Caption = "GRAPHIZE is Copying ClipBorad";
+    ws.window.Hourglass = true;
+    desktop.Pump();
+    Raster picture = desktop.ClipboardPicture();
+    if (const std::string refusal = SizeRefusal(picture.Width(), picture.Height());
+        !refusal.empty())
+      throw RunTimeError("The picture in the clipboard " + refusal);
+    LoadImage(ws, desktop, std::move(picture), "Pasted Plot");
+    ws.picture = {.Name = "untitled.dat",
+                  .Path = "",
+                  .ChosenPath = {},
+                  .Folder = ws.picture.Folder,
+                  .FromFile = false,
+                  .WithoutFile = true};
+  }
+  ws.status.Status = " ";
+  ws.window.Hourglass = false;
+}
+
+bool CanSaveImage(const Workspace& ws) {
+  return ws.plot.IsPresent();
+}
+
+void SaveImageAs(Workspace& ws, const Desktop& desktop) {
+  std::int16_t format = 0, option = 0;
+  GetFileFormat(ws.picture.Name, format, option);
+  const bool untitled = ws.picture.WithoutFile;
+  const auto path = desktop.ChooseFile(
+      {.ForSaving = true,
+       .Title = "Save Image File",
+       .Folder = ws.picture.Folder,
+       .FileName = untitled ? "untitled.tif" : ws.picture.Name,
+       .Filters = kSaveFilters,
+       .FilterIndex = untitled || format == 0 ? 1 : format});
+  if (!path) return;
+  const std::string lowerPath = LowerCase(path->string());
+  GetFileFormat(lowerPath, format, option);
+  ws.status.Status = "Saving Image to: " + lowerPath;
+  ws.window.Hourglass = true;
+  desktop.Pump();
+  HideMarks(ws.plot);
+  try {
+    SavePicture(*path, format, option, ws.plot.Pixels);
+    ws.status.Status = "Image was successfully saved";
+  } catch (const RunTimeError& error) {
+    ws.status.Status = " ";
+    Tell(desktop, error.what(), MessageIcon::Critical);
+  }
+  ShowMarks(ws.plot);
+  ws.window.Hourglass = false;
+}
+
+void Reset(Workspace& ws, const Desktop& desktop) {
+  ClearAllData(ws, desktop, false);
+  InitAxisDefFrame(ws.calibration, ws.axisPanel);
+  ChoosePixelDisplay(ws);
+  ws.commands.Picture = false;
+  ws.commands.Graphize = false;
+  ws.commands.GridBuster = false;
+  ReleaseButtons(ws);
+  ws.readOut.XValue.clear();
+  ws.readOut.YValue.clear();
+  ws.picture.FromFile = true;
+  ws.picture.WithoutFile = false;
+  ShowFrame(ws, "Graphize");
+}
+
+void LoadImage(Workspace& ws, const Desktop& desktop, Raster picture,
+               const std::string& sourceName) {
+  ws.plot.PersistentDrawing = false;
+  ClearMarks(ws.plot);
+  desktop.Pump();
+  SetPicture(ws.plot, std::move(picture));
+  ws.window.Caption = "GRAPHIZE is Resizing ....";
+  ws.view.X = ws.view.Y = 0;
+  ResetScrBars(ws.view, ws.plot.Width(), ws.plot.Height());
+  ws.plot.PersistentDrawing = true;
+  ws.plot.SourceName = sourceName;
+  ShowPictureSize(ws);
+  ShowPictureCaption(ws);
+  ws.commands.Picture = true;
+}
+
+void ShowPictureSize(Workspace& ws) {
+  ws.status.SizeX = "W=" + std::to_string(ws.plot.Width());
+  ws.status.SizeY = "H=" + std::to_string(ws.plot.Height());
+}
+
+void ShowPictureCaption(Workspace& ws) {
+  ws.window.Caption = kTitle;
+  if (!ws.plot.IsPresent()) return;
+  ws.window.Caption += " - " + TrimRight(ws.plot.SourceName) + " (" +
+                       std::to_string(ws.plot.Width()) + "x" + std::to_string(ws.plot.Height()) +
+                       ")";
+}
+
+}  // namespace graphize

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "desktop/desktop.h"
+#include "workspace/workspace.h"
+
+namespace graphize {
+
+/// Asks for a picture of the seven types and opens it.
+void OpenImage(Workspace& ws, const Desktop& desktop);
+/// The same with a list of every type that can be read.
+void OpenOtherPicture(Workspace& ws, const Desktop& desktop);
+/// Opens `path` through the same steps without asking for a file. A file that cannot be read gives
+/// one message; picture, points and calibration stay.
+void OpenPicture(Workspace& ws, const Desktop& desktop, const std::filesystem::path& path);
+
+/// Reads the current file again: points, blockers, calibration and mode stay.
+void ReloadImage(Workspace& ws, const Desktop& desktop);
+bool CanReload(const Workspace& ws);
+
+void PasteImage(Workspace& ws, const Desktop& desktop);
+
+/// Writes the base picture in one of the seven formats.
+void SaveImageAs(Workspace& ws, const Desktop& desktop);
+bool CanSaveImage(const Workspace& ws);
+
+/// Points, blockers, calibration and mode as at the start.
+void Reset(Workspace& ws, const Desktop& desktop);
+
+/// Copies a decoded picture into the plot: the common tail of opening, pasting and scanning.
+void LoadImage(Workspace& ws, const Desktop& desktop, Raster picture,
+               const std::string& sourceName);
+
+/// Title, source name and size in the caption, and the size panels.
+void ShowPictureCaption(Workspace& ws);
+void ShowPictureSize(Workspace& ws);
+
+}  // namespace graphize

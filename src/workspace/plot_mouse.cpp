@@ -1,0 +1,72 @@
+#include "workspace/plot_mouse.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "base/numbers.h"
+#include "capture/snap.h"
+#include "workspace/extraction_commands.h"
+
+namespace graphize {
+
+void Plot_MouseMove(Workspace& ws, const Desktop& desktop, int /*Button*/, int /*Shift*/, float X,
+                    float Y) {
+  if (!ws.mouse.TraceRunning) ws.status.Status = " ";
+  ReadCursor(ws.readOut, ws.axisPanel, ws.store, ws.calibration, desktop, ws.plot.Height(), X, Y);
+  if (ws.scanRectangle.Active) MoveScanCorner(ws.scanRectangle, X, Y);
+  if (ws.mode == Mode::AxisDef) FocusArmedRow(ws.calibration, ws.axisPanel);
+}
+
+void Plot_MouseDown(Workspace& ws, const Desktop& desktop, int Button, int /*Shift*/, float X,
+                    float Y) {
+  if (Button == kRightButton && CanExtract(ws)) {
+    if (ws.settings.Trace == 2) {
+      ws.mouse.SuppressNextClick = true;
+      StartScanRectangle(ws.scanRectangle, X, Y);
+    } else {
+      Trace(ws, desktop, X, Y);
+    }
+  }
+  ws.mouse.DownPixelX = ToInt16(X);
+  ws.mouse.DownPixelY = ToInt16(Y);
+  if (ws.mode != Mode::Graphize || Button != kLeftButton) return;
+  const auto snapped =
+      SnapToXY(ws.plot, X, Y, ws.settings.SnapMode, ws.settings.SnapDistance);
+  if (snapped) Plot_MouseMove(ws, desktop, 0, 0, snapped->X, snapped->Y);
+}
+
+void Plot_MouseUp(Workspace& ws, const Desktop& desktop, int Button, int /*Shift*/, float /*X*/,
+                  float /*Y*/) {
+  if (Button == kRightButton && ws.scanRectangle.Active) FinishScanRectangle(ws, desktop);
+}
+
+void Plot_Click(Workspace& ws, const Desktop& desktop) {
+  if (ws.mouse.TraceRunning) return;
+  if (std::exchange(ws.mouse.SuppressNextClick, false)) return;
+  if (ws.mode == Mode::AxisDef) {
+    AxisCalibration& calibration = ws.calibration;
+    const bool ok = DefineAxis(calibration, ws.axisPanel, ws.commands, desktop,
+                               calibration.CurrentRow);
+    if (ok && calibration.CurrentRow < 2) ++calibration.CurrentRow;
+  } else if (ws.mode == Mode::Graphize) {
+    AddPoint(ws.store, ws.commands, desktop, true);
+  }
+}
+
+bool MovePointerByKey(Workspace& ws, const Desktop& desktop, PointerKey key, int Shift) {
+  static constexpr std::array<std::pair<int, int>, 8> kMoves = {
+      {{1, -1}, {1, 1}, {-1, 1}, {-1, -1}, {-1, 0}, {0, -1}, {1, 0}, {0, 1}}};
+  if (!desktop.PointerOverPlot()) return false;
+  const int step = Shift == kCtrlKey ? 10 : 1;
+  const auto [x, y] = kMoves[static_cast<std::size_t>(key)];
+  if (!desktop.MovePointer(x * step, y * step))
+    ws.status.Status = "This desktop does not let programs move the pointer";
+  return true;
+}
+
+void StepZoom(Workspace& ws, int step) {
+  ws.zoom.Factor = std::clamp(ws.zoom.Factor + step, ZoomWindow::kMinimum, ZoomWindow::kMaximum);
+}
+
+}  // namespace graphize

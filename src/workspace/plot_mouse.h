@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+
+#include "desktop/desktop.h"
+#include "workspace/workspace.h"
+
+namespace graphize {
+
+inline constexpr int kLeftButton = 1, kRightButton = 2;
+inline constexpr int kShiftKey = 1, kCtrlKey = 2;
+
+/// The mouse over the picture; X and Y in picture pixels, row downward from the top.
+void Plot_MouseMove(Workspace& ws, const Desktop& desktop, int Button, int Shift, float X, float Y);
+void Plot_MouseDown(Workspace& ws, const Desktop& desktop, int Button, int Shift, float X, float Y);
+void Plot_MouseUp(Workspace& ws, const Desktop& desktop, int Button, int Shift, float X, float Y);
+/// A left button released over the plot that was pressed there, or Enter: acts on the position that
+/// the last move or the snapping has left.
+void Plot_Click(Workspace& ws, const Desktop& desktop);
+
+/// A key pressed while the pointer is over the plot; true when it moved the pointer. Unless Ctrl
+/// alone is held (ten pixels), the step is one pixel.
+enum class PointerKey { PageUp, PageDown, End, Home, Left, Up, Right, Down };
+bool MovePointerByKey(Workspace& ws, const Desktop& desktop, PointerKey key, int Shift);
+
+/// The keys ">" and "<": the zoom factor one step up or down, held at the ends.
+void StepZoom(Workspace& ws, int step);
+
+}  // namespace graphize

@@ -1,0 +1,43 @@
+#include "workspace/run_command.h"
+
+#include <new>
+
+#include "base/run_time_error.h"
+#include "workspace/picture_commands.h"
+
+namespace graphize {
+
+namespace {
+
+void PutBackAfterError(Workspace& ws) {
+  ws.window.Hourglass = false;
+  ws.mouse.TraceRunning = false;
+  ws.status.ProgressVisible = false;
+  ws.status.Status = " ";
+  ShowPictureCaption(ws);
+}
+
+}  // namespace
+
+bool RunCommand(Workspace& ws, const Desktop& desktop, const std::function<void()>& command) {
+  if (ws.commandRuns) return false;
+  ws.commandRuns = true;
+  std::string error;
+  try {
+    command();
+  } catch (const RunTimeError& e) {
+    error = e.what();
+  } catch (const std::bad_alloc&) {
+    error = "Out of memory";
+  } catch (const std::exception& e) {
+    error = std::string("Unexpected error: ") + e.what();
+  }
+  if (!error.empty()) {
+    PutBackAfterError(ws);
+    Tell(desktop, error, MessageIcon::Critical);
+  }
+  ws.commandRuns = false;
+  return error.empty();
+}
+
+}  // namespace graphize

@@ -1,0 +1,82 @@
+#include "workspace/toolbar.h"
+
+#include "base/numbers.h"
+#include "workspace/capture_commands.h"
+#include "workspace/picture_commands.h"
+#include "workspace/save_points.h"
+
+namespace graphize {
+
+namespace {
+
+/// Leaves persistent drawing: capture and trace marks are overlays again.
+void LeaveEdit(Workspace& ws) {
+  if (!ws.plot.PersistentDrawing) return;
+  ws.plot.PersistentDrawing = false;
+}
+
+void EnterEditMode(Workspace& ws, std::string_view key) {
+  ShowFrame(ws, "graphize");
+  ClearMarks(ws.plot);
+  ws.plot.PersistentDrawing = true;
+  if (key == "gridbuster")
+    ws.status.Status = "Click LEFT for X and RIGHT for Y grid lines, SHIFT click for Auto mode";
+}
+
+void EnterMode(Workspace& ws, std::string_view key) {
+  ws.mode = ModeOfKey(key);
+  if (ws.mode == Mode::DrawErase || ws.mode == Mode::GridBuster) return EnterEditMode(ws, key);
+  LeaveEdit(ws);
+  ShowFrame(ws, key);
+  if (ws.mode == Mode::Graphize) ChooseErrorDisplay(ws);
+  if (ws.mode == Mode::AxisDef) {
+    // A definition that was begun goes on: only an empty one is started.
+    if (!ws.calibration.AnyDefined()) InitAxisDefFrame(ws.calibration, ws.axisPanel);
+    FocusArmedRow(ws.calibration, ws.axisPanel);
+  }
+}
+
+}  // namespace
+
+bool CanPress(const Workspace& ws, std::string_view key) {
+  const CommandStates& can = ws.commands;
+  if (key == "open" || key == "paste") return true;
+  if (key == "save" || key == "copy" || key == "delete") return can.Data;
+  if (key == "refresh" || key == "axisdef") return can.Picture;
+  if (key == "graphize") return can.Graphize;
+  return false;
+}
+
+bool IsPressed(const Workspace& ws, std::string_view key) {
+  return ws.mode != Mode::None && ModeKey(ws.mode) == key;
+}
+
+void Toolbar_ButtonClick(Workspace& ws, const Desktop& desktop, std::string_view key) {
+  if (key == "open") return OpenImage(ws, desktop);
+  if (key == "save") return SavePoints(ws, desktop), void();
+  if (key == "copy") return CopyPoints(ws, desktop);
+  if (key == "paste") return PasteImage(ws, desktop);
+  if (key == "refresh") return RefreshPlot(ws);
+  if (key == "delete") {
+    LeaveEdit(ws);
+    return ClearAllData(ws, desktop, true);
+  }
+  if (ModeOfKey(key) != Mode::None) EnterMode(ws, key);
+}
+
+void ReleaseButtons(Workspace& ws) {
+  ws.mode = Mode::None;
+}
+
+void ShowFrame(Workspace& ws, std::string_view key) {
+  ws.window.AxisPanelShown = LowerCase(key) == "axisdef";
+}
+
+void RefreshPlot(Workspace& ws) {
+  if (IsPressed(ws, "drawerase") && IsPressed(ws, "gridbuster")) return;
+  ClearMarks(ws.plot);
+  // Overlay and last-point marker are painted above the raster: the whole view shows them anew.
+  ws.plot.Dirty = {0, 0, ws.plot.Width() - 1, ws.plot.Height() - 1};
+}
+
+}  // namespace graphize

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string_view>
+
+#include "desktop/desktop.h"
+#include "workspace/workspace.h"
+
+namespace graphize {
+
+/// A click on the toolbar button `key`; keys are compared exactly, an unknown one does nothing.
+void Toolbar_ButtonClick(Workspace& ws, const Desktop& desktop, std::string_view key);
+
+/// Whether the button is enabled, and whether it is pressed.
+bool CanPress(const Workspace& ws, std::string_view key);
+bool IsPressed(const Workspace& ws, std::string_view key);
+
+/// The five mode buttons come up.
+void ReleaseButtons(Workspace& ws);
+
+/// The side panel of a mode: the axis panel for "axisdef" in any letter case.
+void ShowFrame(Workspace& ws, std::string_view key);
+
+/// Clears the marks and draws what is stored again.
+void RefreshPlot(Workspace& ws);
+
+}  // namespace graphize

@@ -1,0 +1,91 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+
+#include "calibration/axis_calibration.h"
+#include "capture/cursor.h"
+#include "capture/point_store.h"
+#include "data/number_format.h"
+#include "desktop/command_states.h"
+#include "desktop/status_bar.h"
+#include "extraction/scan.h"
+#include "extraction/tracer_control.h"
+#include "image/plot_image.h"
+#include "image/viewport.h"
+#include "settings/settings.h"
+#include "settings/window_placement.h"
+#include "workspace/mode.h"
+
+namespace graphize {
+
+inline constexpr const char* kTitle = "Graphize";
+
+/// Where the picture came from. Names and paths that are shown or proposed are in lower case;
+/// `ChosenPath` is the file as the user chose it, and the one that is read.
+struct PictureSource {
+  std::string Name;  // "plot1.bmp", "untitled.dat" after a paste or a scan
+  std::string Path;  // the whole path, lower case
+  std::filesystem::path ChosenPath;
+  std::filesystem::path Folder;  // where file dialogs start
+  bool FromFile = true;  // reload acts only on these
+  bool WithoutFile = false;
+};
+
+/// What the mouse has done on the picture.
+struct PlotMouse {
+  std::int16_t DownPixelX = 0, DownPixelY = 0;  // of the last press, row downward
+  bool SuppressNextClick = false;
+  bool TraceRunning = false;
+};
+
+/// The frame of the main window.
+struct WindowFrame {
+  std::string Caption = kTitle;
+  bool Hourglass = false;
+  bool AxisPanelShown = false;  // else the panel of the capture modes
+  int ScreenWidth = 0, ScreenHeight = 0;  // pixels
+  WindowPlacement Placement;    // in force
+  bool PlacementAsked = false;  // the window is to take `Placement` over, once
+};
+
+/// The zoom window over the picture.
+struct ZoomWindow {
+  int Factor = 4;  // screen pixels per picture pixel: the slider `zoomer`
+  static constexpr int kMinimum = 2, kMaximum = 16;
+};
+
+/// All state of the program. Owned by value by the main window, a batch run or a test.
+struct Workspace {
+  Settings settings;
+  NumberFormats formats;
+  std::filesystem::path settingsPath;
+
+  PlotImage plot;
+  Viewport view;
+  PictureSource picture;
+
+  AxisCalibration calibration;
+  AxisPanel axisPanel;
+
+  PointStore store;
+  ReadOut readOut;
+  std::string dataFileName;  // path of the last data file, lower case
+
+  TracerControl tracer;
+  ScanRectangle scanRectangle;
+  int blockSize = 4;  // slider `BlockSize`, pixels
+  static constexpr int kLargestBlock = 50;
+
+  Mode mode = Mode::None;
+  PlotMouse mouse;
+  CommandStates commands;
+  StatusBar status;
+  WindowFrame window;
+  ZoomWindow zoom;
+
+  bool commandRuns = false;  // commands never nest
+};
+
+}  // namespace graphize

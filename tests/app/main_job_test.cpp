@@ -1,0 +1,174 @@
+// The main job with the real window: open, calibrate, capture, save.
+
+#include <QAction>
+#include <fstream>
+#include <sstream>
+
+#include "app/window_driver.h"
+
+namespace graphize::test {
+namespace {
+
+const std::filesystem::path kSamples = SAMPLES_DIR;
+
+struct Point {
+  double X = 0, Y = 0;
+};
+
+/// The numbers of a delimited text file, below `headLines` lines of text.
+std::vector<Point> ReadPoints(const std::filesystem::path& path, char delimiter, int headLines) {
+  std::ifstream file(path);
+  std::string line;
+  std::vector<Point> points;
+  while (std::getline(file, line)) {
+    if (headLines-- > 0) continue;
+    const std::size_t at = line.find(delimiter);
+    points.push_back({std::stod(line.substr(0, at)), std::stod(line.substr(at + 1))});
+  }
+  return points;
+}
+
+/// The true curve's Y at X, between two known points.
+double TrueY(const std::vector<Point>& curve, double x) {
+  for (std::size_t i = 1; i < curve.size(); ++i)
+    if (curve[i].X >= x)
+      return curve[i - 1].Y + (x - curve[i - 1].X) / (curve[i].X - curve[i - 1].X) *
+                                  (curve[i].Y - curve[i - 1].Y);
+  return curve.back().Y;
+}
+
+class MainJob : public WindowTest {
+ protected:
+  void OpenSample(const char* name) {
+    OnFileDialog(kSamples / name);
+    ClickTool("open");
+    Until([this] { return State().plot.IsPresent(); }, "the picture is open");
+    Settle();
+  }
+
+  void CalibratePendulum() {
+    ClickTool("axisdef");
+    TypeInto("TXT_XPos_0", "0");
+    TypeInto("TXT_YPos_0", "-1");
+    ClickPlot(70, 430);
+    TypeInto("TXT_XPos_1", "12");
+    ClickPlot(610, 430);
+    TypeInto("TXT_YPos_2", "1");
+    ClickPlot(70, 40);
+    ASSERT_TRUE(State().calibration.IsComplete());
+    ClickTool("graphize");
+  }
+};
+
+TEST_F(MainJob, OpenCalibrateCaptureAndSaveAgreesWithTheTrueData) {
+  std::ofstream(SettingsFile()) << "[Snaps]\nSnapMode=2\nSnapDistance=6\n";
+  Start();
+  EXPECT_EQ(Window().windowTitle(), "Graphize");
+  EXPECT_FALSE(IsEnabled("axisdef") || IsEnabled("graphize") || IsEnabled("save"));
+  OpenSample("pendulum.bmp");
+  EXPECT_EQ(Window().windowTitle(), "Graphize - pendulum.bmp (640x480)");
+  EXPECT_EQ(TextOf("sizex"), "W=640");
+  EXPECT_FALSE(IsEnabled("graphize"));
+  CalibratePendulum();
+  EXPECT_TRUE(IsEnabled("graphize"));
+
+  // Columns and the row of the curve there, a few pixels off: the snapping finds the ink.
+  const auto truth = ReadPoints(kSamples / "pendulum.csv", ',', 1);
+  const auto rowAt = [&](int column) {
+    return 430 - 195 * (TrueY(truth, (column - 70) * 12.0 / 540) + 1);
+  };
+  for (const int column : {120, 240, 333, 481, 560})
+    ClickPlot(column, static_cast<int>(rowAt(column)) + (column % 2 == 0 ? 3 : -3));
+  EXPECT_EQ(State().store.CaptureCount, 5);
+  EXPECT_EQ(TextOf("npts"), "5");
+  EXPECT_FALSE(ValueOf("TXT_Line_4").isEmpty());
+  EXPECT_TRUE(Find<QLabel>("pmX")->isVisible()) << "capturing shows the error";
+
+  OnPrompt("measured by hand");
+  OnFileDialog(Folder() / "Result.dat");
+  ClickTool("save");
+  Until([this] { return exists(Folder() / "Result.dat"); }, "the file is written");
+  Settle();
+  const auto saved = ReadPoints(Folder() / "Result.dat", '\t', 1);
+  ASSERT_EQ(saved.size(), 5u);
+  const double errorX = 12.0 / 540, errorY = 2.0 / 390;
+  for (const Point& point : saved) {
+    // One pixel in Y, and what the slope makes of one pixel in X.
+    const double slope = std::abs(TrueY(truth, point.X + errorX) - TrueY(truth, point.X - errorX)) / 2;
+    EXPECT_NEAR(point.Y, TrueY(truth, point.X), errorY + slope) << point.X;
+  }
+  std::ifstream file(Folder() / "Result.dat");
+  std::string title;
+  std::getline(file, title);
+  EXPECT_EQ(title, "measured by hand\r");
+
+  OnMessage("Do you want to save graphized points ?", QMessageBox::Cancel);
+  ChooseMenu("MNU_FILE_Exit");
+  EXPECT_TRUE(Window().isVisible());
+  OnMessage("Do you want to save graphized points ?", QMessageBox::No);
+  ChooseMenu("MNU_FILE_Exit");
+  EXPECT_FALSE(Window().isVisible());
+}
+
+TEST_F(MainJob, TheKeyboardMovesThePointerAndEnterCaptures) {
+  Start();
+  OpenSample("pendulum.bmp");
+  CalibratePendulum();
+  MoveOverPlot(300, 200);
+  const auto key = [this](const char* name) {
+    Xdo({QStringLiteral("key"), QString::fromLatin1(name)});
+  };
+  struct Case {
+    const char* key;
+    int x, y;
+  };
+  int x = 300, y = 200;
+  for (const auto& [name, dx, dy] :
+       {Case{"Right", 1, 0}, Case{"ctrl+Right", 10, 0}, Case{"shift+Right", 1, 0},
+        Case{"Left", -1, 0}, Case{"Up", 0, -1}, Case{"ctrl+Down", 0, 10}, Case{"Prior", 1, -1},
+        Case{"Next", 1, 1}, Case{"End", -1, 1}, Case{"Home", -1, -1}}) {
+    key(name);
+    x += dx;
+    y += dy;
+    EXPECT_EQ(State().readOut.PlotX, x) << name;
+    EXPECT_EQ(State().readOut.PlotY, y) << name;
+  }
+  key("Return");
+  EXPECT_EQ(State().store.CaptureCount, 1);
+  EXPECT_EQ(State().store.LastPixelX, x);
+  const int factor = State().zoom.Factor;
+  key("greater");
+  EXPECT_EQ(State().zoom.Factor, factor + 1);
+  key("less");
+  key("less");
+  EXPECT_EQ(State().zoom.Factor, factor - 1);
+
+  // Off the picture the keys are the controls' own.
+  ClickControl(Find<QLineEdit>("XValue"));
+  key("Right");
+  EXPECT_EQ(State().readOut.PlotX, x);
+}
+
+TEST_F(MainJob, TheListSelectsAndClears) {
+  Start();
+  OpenSample("pendulum.bmp");
+  CalibratePendulum();
+  for (int i = 0; i < 7; ++i) ClickPlot(200 + 20 * i, 200);
+  EXPECT_EQ(State().store.Page.ScrollMaximum, 3);
+  ClickControl(Find<QLineEdit>("TXT_Line_0"));
+  Xdo({QStringLiteral("keydown"), QStringLiteral("shift")});
+  ClickControl(Find<QLineEdit>("TXT_Line_1"));
+  Xdo({QStringLiteral("keyup"), QStringLiteral("shift")});
+  EXPECT_EQ(State().store.Page.SelectionStart, 3);
+  EXPECT_EQ(State().store.Page.SelectionEnd, 4);
+  ChooseMenu("MNU_EDIT_ClearSel");
+  EXPECT_EQ(State().store.ListCount, 5);
+  EXPECT_EQ(TextOf("npts"), "5");
+  OnMessage("Delete all graphized X,Y data ?", QMessageBox::Yes);
+  ClickTool("delete");
+  EXPECT_EQ(State().store.ListCount, 0);
+  EXPECT_FALSE(IsEnabled("delete") || IsEnabled("MNU_FileSave"));
+}
+
+}  // namespace
+}  // namespace graphize::test

@@ -1,0 +1,183 @@
+#include "app/window_driver.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QMenu>
+#include <QMenuBar>
+#include <QProcess>
+#include <QThread>
+#include <QTimer>
+#include <QToolBar>
+#include <QWindow>
+
+namespace graphize::test {
+
+namespace {
+
+constexpr int kNeverComes = 30000;  // ms; only a broken program waits that long
+
+QStringList Words(const char* words) {
+  return QString::fromLatin1(words).split(u' ');
+}
+
+QStringList MoveTo(QPoint global) {
+  return {QStringLiteral("mousemove"), QString::number(global.x()), QString::number(global.y())};
+}
+
+QStringList ClickAt(QPoint global, int button = 1) {
+  return MoveTo(global) + QStringList{QStringLiteral("click"), QString::number(button)};
+}
+
+void StartXdo(const QStringList& arguments) {
+  QProcess::startDetached(QStringLiteral("xdotool"), arguments);
+}
+
+/// Types into a dialog's line of text and presses Return until the dialog is gone: a list of
+/// completions takes the first one when it is up by then.
+void TypeAndReturn(QWidget* dialog, const QString& text) {
+  StartXdo(Words("key ctrl+a type --delay 2 --") + QStringList{text});
+  auto* timer = new QTimer(dialog);
+  QObject::connect(timer, &QTimer::timeout, dialog, [] { StartXdo(Words("key Return")); });
+  timer->start(500);
+}
+
+/// The menu that shows `action`.
+QMenu* MenuWith(const QAction* action) {
+  for (QObject* owner : action->associatedObjects())
+    if (auto* menu = qobject_cast<QMenu*>(owner)) return menu;
+  return nullptr;
+}
+
+}  // namespace
+
+WindowTest::~WindowTest() {
+  EXPECT_TRUE(modalScript_.empty()) << modalScript_.size() << " modal windows never came";
+}
+
+void WindowTest::Start() {
+  window_ = std::make_unique<MainWindow>(SettingsFile());
+  auto* timer = new QTimer(window_.get());
+  QObject::connect(timer, &QTimer::timeout, window_.get(), [this] { ServeModal(); });
+  timer->start(20);
+  window_->Start();
+  window_->show();
+  Until([this] { return window_->isActiveWindow() && window_->windowHandle()->isExposed(); },
+        "the window is shown");
+  Settle();
+}
+
+bool WindowTest::IsEnabled(const char* action) const {
+  return Find<QAction>(action)->isEnabled();
+}
+
+void WindowTest::Until(const std::function<bool()>& condition, const char* what) {
+  QElapsedTimer timer;
+  timer.start();
+  while (!condition()) {
+    if (timer.elapsed() > kNeverComes) {
+      ADD_FAILURE() << "waited in vain: " << what;
+      return;
+    }
+    QApplication::processEvents();
+    QThread::msleep(2);
+  }
+}
+
+void WindowTest::Settle() {
+  QElapsedTimer timer;
+  timer.start();
+  while (timer.elapsed() < 60) {
+    QApplication::processEvents();
+    QThread::msleep(2);
+  }
+}
+
+void WindowTest::Xdo(const QStringList& arguments) {
+  QProcess xdotool;
+  xdotool.start(QStringLiteral("xdotool"), arguments);
+  Until([&] { return xdotool.state() == QProcess::NotRunning; }, "xdotool ends");
+  Settle();
+}
+
+void WindowTest::MoveOverPlot(int x, int y) {
+  Xdo(MoveTo(Find<QWidget>("Plot")->mapToGlobal(QPoint(x, y))));
+}
+
+void WindowTest::ClickPlot(int x, int y, int button) {
+  MoveOverPlot(x, y);
+  Xdo({QStringLiteral("click"), QString::number(button)});
+}
+
+void WindowTest::ClickControl(QWidget* control, int button) {
+  Xdo(ClickAt(control->mapToGlobal(control->rect().center()), button));
+}
+
+void WindowTest::ClickTool(const char* key) {
+  ClickControl(Find<QToolBar>("Toolbar1")->widgetForAction(Find<QAction>(key)));
+}
+
+void WindowTest::TypeInto(const char* box, const QString& text) {
+  ClickControl(Find<QLineEdit>(box));
+  Xdo(Words("key ctrl+a"));
+  Xdo(Words("type --") + QStringList{text});
+}
+
+void WindowTest::ChooseMenu(const char* name) {
+  QList<QAction*> path = {Find<QAction>(name)};
+  while (QMenu* menu = MenuWith(path.first())) path.prepend(menu->menuAction());
+  QMenuBar* bar = Window().menuBar();
+  Xdo(ClickAt(bar->mapToGlobal(bar->actionGeometry(path.first()).center())));
+  for (qsizetype i = 1; i < path.size(); ++i) {
+    QMenu* menu = path[i - 1]->menu();
+    Until([&] { return menu->isVisible(); }, "the menu opens");
+    Xdo(ClickAt(menu->mapToGlobal(menu->actionGeometry(path[i]).center())));
+  }
+}
+
+void WindowTest::ServeModal() {
+  QWidget* modal = QApplication::activeModalWidget();
+  if (modal == nullptr) served_ = nullptr;
+  if (modal == nullptr || modal == served_ || !modal->isActiveWindow()) return;
+  served_ = modal;
+  if (modalScript_.empty()) {
+    const auto* box = qobject_cast<QMessageBox*>(modal);
+    ADD_FAILURE() << "unexpected window: " << modal->windowTitle().toStdString() << ": "
+                  << (box != nullptr ? box->text().toStdString() : "");
+    modal->close();
+    return;
+  }
+  const auto serve = modalScript_.front();
+  modalScript_.pop_front();
+  serve(modal);
+}
+
+void WindowTest::OnMessage(const QString& text, QMessageBox::StandardButton button) {
+  modalScript_.emplace_back([text, button](QWidget* modal) {
+    auto* box = qobject_cast<QMessageBox*>(modal);
+    ASSERT_NE(box, nullptr) << modal->windowTitle().toStdString();
+    EXPECT_TRUE(box->text().contains(text)) << box->text().toStdString();
+    QAbstractButton* wanted = box->button(button);
+    ASSERT_NE(wanted, nullptr);
+    StartXdo(ClickAt(wanted->mapToGlobal(wanted->rect().center())));
+  });
+}
+
+void WindowTest::OnPrompt(const QString& answer) {
+  modalScript_.emplace_back([answer](QWidget* dialog) { TypeAndReturn(dialog, answer); });
+}
+
+void WindowTest::OnFileDialog(const std::filesystem::path& path) {
+  modalScript_.emplace_back([path](QWidget* dialog) {
+    TypeAndReturn(dialog, QString::fromStdString(path.string()));
+  });
+}
+
+}  // namespace graphize::test
+
+int main(int argc, char** argv) {
+  QApplication application(argc, argv);
+  ::testing::InitGoogleTest(&argc, argv);
+  return RUN_ALL_TESTS();
+}

@@ -1,0 +1,51 @@
+#include "base/number_pattern.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace graphize {
+namespace {
+
+TEST(NumberPattern, ValuesByPatterns) {
+  struct Case {
+    float value;
+    const char* pattern;
+    const char* expected;
+  };
+  const Case cases[] = {
+      {0, "0.00000E+00", "0.00000E+00"},
+      {1234.5f, "0.00000E+00", "1.23450E+03"},
+      {-0.000125f, "0.00000E+00", "-1.25000E-04"},
+      {9.999999f, "0.00E+00", "1.00E+01"},
+      {1e-40f, "0.00E+00", "1.00E-40"},
+      {3.4e38f, "0.0E+00", "3.4E+38"},
+      {12.5f, "#.00000E+###", "1.25000E+1"},
+      {0.03125f, "#.00000E+###", "3.12500E-2"},
+      {0, "#.00000E+###", ".00000E+0"},
+      {1, "#.00000E+###", "1.00000E+0"},
+      {12.34567f, "0.000", "12.346"},
+      {-0.0004f, "0.000", "-0.000"},
+      {-0.0f, "0.000", "0.000"},
+      {2.6f, "0.", "3."},
+      {1234.5678f, "##0.00", "1234.57"},
+      {0.5f, "##0.00", "0.50"},
+      {5.71f, "#0.0", "5.7"},
+      {0.5f, "###.##", ".5"},
+      {0, "###.##", "."},
+      {17, "###0", "17"},
+      {0, "###0", "0"},
+      {1234, "##0.0E+0", "123.4E+1"},
+      {0.999f, "##0.0E+00", "999.0E-03"},
+  };
+  for (const Case& c : cases)
+    EXPECT_EQ(FormatNumber(c.value, c.pattern), c.expected) << c.value << " by " << c.pattern;
+}
+
+TEST(NumberPattern, WhatIsNoNumberSaysSo) {
+  EXPECT_EQ(FormatNumber(NAN, "0.0"), "NaN");
+  EXPECT_EQ(FormatNumber(-INFINITY, "0.0E+00"), "-Inf");
+}
+
+}  // namespace
+}  // namespace graphize

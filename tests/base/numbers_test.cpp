@@ -1,0 +1,47 @@
+#include "base/numbers.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "base/run_time_error.h"
+
+namespace graphize {
+namespace {
+
+TEST(Numbers, RoundHalfToEvenIntoSixteenBits) {
+  const std::pair<double, int> cases[] = {{0.5, 0},         {1.5, 2},         {2.5, 2},
+                                          {-0.5, 0},        {-1.5, -2},       {32767.4, 32767},
+                                          {-32768.5, -32768}};
+  for (const auto& [value, expected] : cases) EXPECT_EQ(ToInt16(value), expected) << value;
+  for (const double value : {32767.5, -32769.0, 1e300, std::nan(""), double{INFINITY}})
+    EXPECT_THROW(ToInt16(value), RunTimeError) << value;
+  EXPECT_THROW(ToInt32(2147483647.5), RunTimeError);
+  EXPECT_THROW(ToSingle(1e39), RunTimeError);
+}
+
+TEST(Numbers, TextReadsByItsLeadingNumber) {
+  const std::pair<const char*, double> cases[] = {
+      {"1e3", 1000}, {"  -2.5 m", -2.5}, {"0,5", 0},    {"", 0},       {"abc", 0},
+      {"+7", 7},     {".5", 0.5},        {"5.", 5},     {"1e", 1},     {"-", 0},
+      {"inf", 0},    {"nan", 0},         {"- 3", 0},    {"1 2", 1},    {"\t12\r\n", 12},
+      {"0x10", 0},   {"1e-400", 0},      {"--1", 0},    {"1.2.3", 1.2}};
+  for (const auto& [text, expected] : cases) EXPECT_EQ(LeadingNumber(text), expected) << text;
+  EXPECT_TRUE(std::isinf(LeadingNumber("1e999")));
+  EXPECT_LT(LeadingNumber("-1e999"), 0);
+}
+
+TEST(Numbers, ShortestTextReadsBackAsTheSameValue) {
+  for (const float value : {0.0f, 0.1f, -2.5e-7f, 1950.0f, 3.4e38f, 1.0f / 3.0f})
+    EXPECT_EQ(static_cast<float>(LeadingNumber(ShortestText(value))), value);
+  EXPECT_EQ(ShortestText(300), "300");
+}
+
+TEST(Numbers, CaseAndBlanks) {
+  EXPECT_EQ(LowerCase("Fig3.TIF \xc3\x84"), "fig3.tif \xc3\x84");
+  EXPECT_EQ(TrimRight(" a b  "), " a b");
+  EXPECT_EQ(TrimRight("   "), "");
+}
+
+}  // namespace
+}  // namespace graphize

@@ -1,0 +1,73 @@
+#include "capture/cursor.h"
+
+#include <gtest/gtest.h>
+
+#include "capture/snap.h"
+#include "support/ascii_picture.h"
+#include "support/calibrated.h"
+#include "support/scripted_desktop.h"
+
+namespace graphize {
+namespace {
+
+TEST(Cursor, ReadsPixelsUpwardAndValuesOnceCalibrated) {
+  test::ScriptedDesktop desktop;
+  ReadOut readOut;
+  AxisPanel panel;
+  PointStore store;
+  ReadCursor(readOut, panel, store, AxisCalibration{}, desktop, 480, 12.5f, 79.5f);
+  EXPECT_EQ(panel.LiveXPixel, "12");
+  EXPECT_EQ(panel.LiveYPixel, "400");
+  EXPECT_EQ(readOut.XValue, "");
+  EXPECT_EQ(readOut.YPos, "400");
+
+  const AxisCalibration c =
+      test::Calibrate({{{100, 100, "0", "0"}, {500, 100, "10", "0"}, {100, 500, "0", "100"}}});
+  ReadCursor(readOut, panel, store, c, desktop, 480, 300, 180);
+  EXPECT_EQ(readOut.XValue, "5.00000E+0");
+  EXPECT_EQ(store.CurrentY, 50);
+  readOut.ShowError = true;
+  ReadCursor(readOut, panel, store, c, desktop, 480, 300, 180);
+  EXPECT_EQ(readOut.XPOS, "2.50000E-2");
+  readOut.Percent = true;
+  ReadCursor(readOut, panel, store, c, desktop, 480, 300, 180);
+  EXPECT_EQ(readOut.XPOS, ".5%");
+  ReadCursor(readOut, panel, store, c, desktop, 480, 100, 180);
+  EXPECT_EQ(readOut.XPOS, ".5%") << "at X = 0 the last relative error stays";
+}
+
+TEST(Snap, GoesToTheCentreOfTheInk) {
+  // Rows 2 to 4 are a horizontal line three pixels thick; a dot stands at (1, 7).
+  const PlotImage image = test::MakePlotImage({"......", "......", "######", "######", "######",
+                                               "......", "......", ".#....", "......"});
+  struct Case {
+    const char* name;
+    float x, y;
+    std::int16_t mode, distance;
+    std::optional<std::pair<float, float>> expected;
+  };
+  const Case cases[] = {
+      {"no snap", 3, 3, 0, 5, std::nullopt},
+      {"a mode there is not", 3, 3, 4, 5, std::nullopt},
+      {"to Y over a thick line", 3, 0, 2, 5, std::pair{3.0f, 3.0f}},
+      {"to X off the ink", 3, 0, 1, 5, std::nullopt},
+      {"to X onto the dot", 4, 7, 1, 3, std::pair{1.0f, 7.0f}},
+      {"to X, the dot out of reach", 5, 7, 1, 3, std::nullopt},
+      {"distance 0 on ink", 1, 7, 1, 0, std::pair{1.0f, 7.0f}},
+      {"centre without ink", 5, 8, 3, 1, std::pair{5.0f, 8.0f}},
+      {"centre of line and dot", 1, 7, 3, 1, std::pair{1.0f, 7.0f}},
+      {"at the border", 0, 8, 3, 2, std::pair{1.0f, 7.0f}},
+      {"between rows 3 and 4: the upper one", 5, 4, 2, 1, std::pair{5.0f, 3.0f}},
+      {"a reach beyond any picture", 5, 8, 2, 32767, std::pair{5.0f, 3.0f}},
+  };
+  for (const Case& c : cases) {
+    const auto snapped = SnapToXY(image, c.x, c.y, c.mode, c.distance);
+    ASSERT_EQ(snapped.has_value(), c.expected.has_value()) << c.name;
+    if (!snapped) continue;
+    EXPECT_EQ(snapped->X, c.expected->first) << c.name;
+    EXPECT_EQ(snapped->Y, c.expected->second) << c.name;
+  }
+}
+
+}  // namespace
+}  // namespace graphize
