@@ -408,14 +408,15 @@ TEST(CurveTracer, ARunTallerThanTheViewDoesNotScrollItUpAndDown) {
   for (const Tracer tracer : kTracers) {
     const ScriptedDesktop desktop;
     PlotImage image;
-    SetPicture(image, Raster::Filled(40, 400, kBlackPixel));
+    SetPicture(image, Raster::Filled(40, 500, kWhitePixel));
+    for (int y = 100; y < 400; ++y) std::fill_n(image.Pixels.Row(y), 40, kBlackPixel);
     ExtractionRecords records(std::move(image));
     records.View = {.X = 0, .Y = 100, .Width = 40, .Height = 100};
-    ResetScrBars(records.View, 40, 400);
+    ResetScrBars(records.View, 40, 500);
     tracer(records.With(desktop), 0, 150);
     EXPECT_GE(records.Store.CaptureCount, 39);
     EXPECT_EQ(desktop.Pumps, 1);
-    EXPECT_EQ(records.View.Y, 300);
+    EXPECT_EQ(records.View.Y, 350);
   }
 }
 
@@ -472,6 +473,35 @@ TEST(SmoothTracer, EmitsTheMeanRowAndTheEdgesBesideTheStroke) {
            "0,1 1,1 2,1 3,1"},
           {"break of X increment columns", {"##..##", "......"}, 0, 0, "2", "3", "0,0 1,0 4,0 5,0"},
           {"longer break", {"##...##", "......."}, 0, 0, "2", "3", "0,0 1,0"},
+          {"no break within the increment", {"##.#"}, 0, 0, "0", "3", "0,0 1,0"},
+          {"negative increments, like 0",
+           {"###", "###", "###", "...", "###"},
+           0,
+           1,
+           "-7",
+           "-7",
+           "0,1 1,1 2,1"},
+          {"narrows to its lower edge and widens again",
+           {"#..", "#..", "#..", "#..", "#.#", "##."},
+           0,
+           2,
+           "0",
+           "0",
+           "0,2 1,5 2,4"},
+          {"narrows to its upper edge",
+           {"##.", "#.#", "#..", "#..", "#..", "#.."},
+           0,
+           2,
+           "0",
+           "0",
+           "0,2 1,0 2,1"},
+          {"behind a break only rows near the mean count",
+           {"#..", "#..", "#..", "#..", "#..", "#.#"},
+           0,
+           2,
+           "2",
+           "0",
+           "0,2"},
           {"start near the curve", {"##", "..", "..", ".."}, 0, 3, "2", "1", "0,0 1,0"},
           {"start too far away", {"##", "..", "..", "..", ".."}, 0, 4, "0", "1", ""},
           {"first and last row of the picture",
