@@ -88,8 +88,8 @@ void FindBlack(const std::uint32_t* row, const GridRange& columns, Take take) {
     if (IsBlackPixel(row[x])) take(x);
 }
 
-/// The positions found: the first so many in the order column by column, whatever the order in
-/// which they come.
+/// The positions found, whatever the order in which they come: at least the first so many in the
+/// order column by column.
 class FoundPositions {
  public:
   explicit FoundPositions(int wanted) : wanted_(wanted), limit_(wanted > 0 ? UINT32_MAX : 0) {}
@@ -100,10 +100,7 @@ class FoundPositions {
     keys_.push_back(key);
     if (keys_.size() >= 2 * wanted_ + 1000) DropLast();
   }
-  void Sort() {
-    if (keys_.size() > wanted_) DropLast();
-    std::sort(keys_.begin(), keys_.end());
-  }
+  void Sort() { std::sort(keys_.begin(), keys_.end()); }
 
   std::size_t Count() const { return keys_.size(); }
   int X(std::size_t i) const { return static_cast<int>(keys_[i] >> 16); }

@@ -103,7 +103,7 @@ void TraceSmooth(const ExtractionContext& context, float x, float y) {
     if (row == kNone) continue;
     const Stroke stroke = CollectStroke(ink, lastRow, row, trace.YIncrement);
     ScrollToColumn(trace, column);
-    ScrollToRows(trace, stroke.Top, stroke.Bottom);
+    ScrollToRows(trace, stroke.Top - 1, stroke.Bottom + 1);
     if (!EmitPoints(trace,
                     {column, static_cast<float>(stroke.Mean), stroke.Bottom + 1, stroke.Top - 1}))
       break;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <random>
 
 #include "base/run_time_error.h"
 #include "extraction/smooth_tracer.h"
@@ -116,6 +117,93 @@ TEST(CurveTracer, FollowsStrokesColumnByColumn) {
       });
 }
 
+/// The trace step by step as it is described, one pixel after the other.
+std::string TracePlainly(const PlotImage& image, int x, int top, int xIncrement, int yIncrement) {
+  std::string text;
+  const auto add = [&](int column, double row) {
+    text += (text.empty() ? "" : " ") + std::to_string(column) + "," +
+            ShortestText(static_cast<float>(row));
+  };
+  int bottom = top;
+  while (x < image.Width()) {
+    const int limit = x + xIncrement;
+    int nextTop = -1, nextBottom = -1;
+    while (true) {
+      for (int y = top; y <= bottom; ++y) {
+        if (!IsBlack(image, x, y)) continue;
+        if (IsBlack(image, x + 1, y))
+          nextTop = nextBottom = y;
+        else if (IsBlack(image, x + 1, y - 1))
+          nextTop = nextBottom = y - 1;
+        else if (IsBlack(image, x + 1, y + 1))
+          nextTop = nextBottom = y + 1;
+      }
+      const auto walk = [&](int& edge, int& next, int way, auto mayGoOn) {
+        int gap = 0;
+        while (true) {
+          if (IsBlack(image, x, edge)) {
+            if (IsBlack(image, x + 1, edge)) next = edge;
+            if (IsBlack(image, x + 1, edge + way)) next = edge + way;
+            gap = 0;
+          } else {
+            ++gap;
+          }
+          edge += way;
+          if (gap > yIncrement || !mayGoOn(edge)) break;
+        }
+        edge -= way * gap;
+      };
+      walk(bottom, nextBottom, 1, [&](int row) { return row <= image.Height() - 1; });
+      walk(top, nextTop, -1, [](int row) { return row >= 2; });
+      if (nextTop != -1 || nextBottom != -1) break;
+      if (++x > limit) return text;
+    }
+    if (nextTop == -1) nextTop = nextBottom;
+    if (nextBottom == -1) nextBottom = nextTop;
+    add(x, (top + bottom) / 2.0);
+    add(x, bottom);
+    add(x, top);
+    top = nextTop;
+    bottom = nextBottom;
+    ++x;
+  }
+  return text;
+}
+
+TEST(CurveTracer, FindsWhatAPlainTraceFinds) {
+  std::mt19937 random(11);
+  const auto pick = [&](int low, int high) {
+    return low + static_cast<int>(random() % static_cast<unsigned>(high - low + 1));
+  };
+  std::size_t points = 0;
+  for (int round = 0; round < 400; ++round) {
+    // Strokes that wander, fork, break off and run along the borders.
+    Rows rows(static_cast<std::size_t>(pick(1, 16)), std::string(60, '.'));
+    const int height = static_cast<int>(rows.size());
+    for (int stroke = 0; stroke < 3; ++stroke) {
+      int y = pick(0, height - 1);
+      for (std::size_t x = 0; x < 60; ++x) {
+        const int last = y;
+        y = std::clamp(y + pick(-2, 2), 0, height - 1);
+        if (pick(0, 11) == 0) continue;
+        for (int i = std::min(last, y); i <= std::min(std::max(last, y) + stroke, height - 1); ++i)
+          rows[static_cast<std::size_t>(i)][x] = '#';
+      }
+    }
+    const int start = pick(-1, height), xIncrement = pick(0, 4), yIncrement = pick(0, 3);
+    const ScriptedDesktop desktop;
+    ExtractionRecords records(rows);
+    const std::string expected = TracePlainly(records.Image, 0, start, xIncrement, yIncrement);
+    records.Control.Xrange = std::to_string(xIncrement);
+    records.Control.Yrange = std::to_string(yIncrement);
+    records.Check(true, true, true);
+    TraceNew(records.With(desktop), 0, static_cast<float>(start));
+    ASSERT_EQ(records.Captured(), expected) << round;
+    points += static_cast<std::size_t>(records.Store.CaptureCount);
+  }
+  EXPECT_GT(points, 10000u);
+}
+
 TEST(CurveTracer, BridgesBreaksShorterThanTheXIncrement) {
   const Rows broken = {"........", "........", "###..###", "........"};
   ExpectTraces(TraceNew,
@@ -123,7 +211,13 @@ TEST(CurveTracer, BridgesBreaksShorterThanTheXIncrement) {
                    {"two columns, increment 3", broken, 0, 2, "3", "3", "0,2 1,2 5,2 6,2"},
                    {"two columns, increment 2", broken, 0, 2, "2", "3", "0,2 1,2"},
                    {"increment 0", broken, 0, 2, "0", "3", "0,2 1,2"},
-                   {"negative increments", broken, 0, 2, "-7", "-7", "0,2 1,2"},
+                   {"negative increments, like 0",
+                    {"...", "...", "###", "###", "###", "...", "###"},
+                    0,
+                    2,
+                    "-7",
+                    "-7",
+                    "0,3 1,3"},
                    {"empty increments", broken, 0, 2, "", "", "0,2 1,2"},
                    {"huge increments", broken, 0, 2, "32767", "32767", "0,2 1,2 5,2 6,2"},
                    {"resumes outside the run",
@@ -297,10 +391,32 @@ TEST(CurveTracer, ScrollsSoThatTheTraceStaysInSightWithoutChangingItsPoints) {
       EXPECT_EQ(part.Store.NPoints, part.Store.ListCount);
       EXPECT_EQ(part.Panel.LiveXPixel, std::to_string(x));
     };
-    tracer(part.With(desktop), 0, 60);
+    Desktop verbs = desktop.Verbs();
+    verbs.EscapeHeld = [&] {
+      const int margin = part.View.X + part.View.Width - part.Cursor.PlotX;
+      EXPECT_TRUE(part.View.X == part.View.MaximumX || margin >= 9) << part.Cursor.PlotX;
+      return false;
+    };
+    tracer(part.With(verbs), 0, 60);
     EXPECT_EQ(part.Captured(), whole.Captured());
     EXPECT_EQ(part.View.X, part.View.MaximumX);
     EXPECT_GT(desktop.Pumps, 10);
+  }
+}
+
+TEST(CurveTracer, ARunTallerThanTheViewDoesNotScrollItUpAndDown) {
+  for (const Tracer tracer : kTracers) {
+    const ScriptedDesktop desktop;
+    PlotImage image;
+    SetPicture(image, Raster::Filled(40, 500, kWhitePixel));
+    for (int y = 100; y < 400; ++y) std::fill_n(image.Pixels.Row(y), 40, kBlackPixel);
+    ExtractionRecords records(std::move(image));
+    records.View = {.X = 0, .Y = 100, .Width = 40, .Height = 100};
+    ResetScrBars(records.View, 40, 500);
+    tracer(records.With(desktop), 0, 150);
+    EXPECT_GE(records.Store.CaptureCount, 39);
+    EXPECT_EQ(desktop.Pumps, 1);
+    EXPECT_EQ(records.View.Y, 350);
   }
 }
 
@@ -357,6 +473,35 @@ TEST(SmoothTracer, EmitsTheMeanRowAndTheEdgesBesideTheStroke) {
            "0,1 1,1 2,1 3,1"},
           {"break of X increment columns", {"##..##", "......"}, 0, 0, "2", "3", "0,0 1,0 4,0 5,0"},
           {"longer break", {"##...##", "......."}, 0, 0, "2", "3", "0,0 1,0"},
+          {"no break within the increment", {"##.#"}, 0, 0, "0", "3", "0,0 1,0"},
+          {"negative increments, like 0",
+           {"###", "###", "###", "...", "###"},
+           0,
+           1,
+           "-7",
+           "-7",
+           "0,1 1,1 2,1"},
+          {"narrows to its lower edge and widens again",
+           {"#..", "#..", "#..", "#..", "#.#", "##."},
+           0,
+           2,
+           "0",
+           "0",
+           "0,2 1,5 2,4"},
+          {"narrows to its upper edge",
+           {"##.", "#.#", "#..", "#..", "#..", "#.."},
+           0,
+           2,
+           "0",
+           "0",
+           "0,2 1,0 2,1"},
+          {"behind a break only rows near the mean count",
+           {"#..", "#..", "#..", "#..", "#..", "#.#"},
+           0,
+           2,
+           "2",
+           "0",
+           "0,2"},
           {"start near the curve", {"##", "..", "..", ".."}, 0, 3, "2", "1", "0,0 1,0"},
           {"start too far away", {"##", "..", "..", "..", ".."}, 0, 4, "0", "1", ""},
           {"first and last row of the picture",
@@ -373,7 +518,7 @@ TEST(SmoothTracer, SteepStretchesStayOnTheirStroke) {
   ExpectTraces(TraceSmooth,
                {
                    {"a step of the curve itself, another stroke beside its middle",
-                    {"##.....", "..#....", "..#....", "..#....", "..#....", "..#.###", "..#....",
+                    {"##.....", "..#....", "..#....", "..#....", "..#....", "..#####", "..#....",
                      "..#....", "..#....", "..#....", "..#....", "...####"},
                     0,
                     0,
@@ -381,7 +526,7 @@ TEST(SmoothTracer, SteepStretchesStayOnTheirStroke) {
                     "1",
                     "0,0 1,0 2,6 3,11 4,11 5,11 6,11"},
                    {"the same upward",
-                    {"...####", "..#....", "..#....", "..#....", "..#....", "..#.###", "..#....",
+                    {"...####", "..#....", "..#....", "..#....", "..#....", "..#####", "..#....",
                      "..#....", "..#....", "..#....", "..#....", "##....."},
                     0,
                     11,
@@ -404,6 +549,14 @@ TEST(SmoothTracer, SteepStretchesStayOnTheirStroke) {
                     "2",
                     "1",
                     "0,0 1,0 2,1 3,2 4,4 5,4 6,4 7,6 8,7 9,8 10,8"},
+                   {"and so does the other",
+                    {"##.......##", "..#.....#..", "...#...#...", "....#.#....", ".....#.....",
+                     "....#.#....", "...#...#...", "..#.....#..", "##.......##"},
+                    0,
+                    8,
+                    "2",
+                    "1",
+                    "0,8 1,8 2,7 3,6 4,4 5,4 6,4 7,2 8,1 9,0 10,0"},
                });
 }
 

@@ -100,19 +100,20 @@ TEST(Pen, WithoutAPressNothingHappens) {
   EXPECT_FALSE(pen.Down);
 }
 
-TEST(Pen, MarksMadeDuringADragDoNotSpoilThePicture) {
-  PlotImage image = MakePlotImage({"####", "####", "####"});
-  Pen pen;
-  SetPixel(image, 3, 0, kWhite);
-  PressPen(pen, image, PenTool::Erase, 0, 1, 0);
-  SetPixel(image, 1, 1, MakeColour(128, 0, 0));
-  DragPen(pen, image, 1, 1);
-  SetPixel(image, 1, 1, MakeColour(128, 0, 0));
-  ReleasePen(pen, image);
-  ClearMarks(image);
-  EXPECT_EQ(Show(image), Rows(3, "...#"));
-  UndoEdit(image);
-  EXPECT_EQ(Show(image), Rows(3, "####"));
+TEST(Pen, MarksMadeDuringAPressDoNotSpoilThePicture) {
+  for (const bool drags : {false, true}) {
+    PlotImage image = MakePlotImage({"####", "####", "####"});
+    Pen pen;
+    SetPixel(image, 3, 0, kWhite);
+    PressPen(pen, image, PenTool::Erase, 0, 1, 0);
+    SetPixel(image, 1, 1, MakeColour(128, 0, 0));
+    if (drags) DragPen(pen, image, 0, 1);
+    ReleasePen(pen, image);
+    ClearMarks(image);
+    EXPECT_EQ(Show(image), Rows(3, "..##")) << drags;
+    UndoEdit(image);
+    EXPECT_EQ(Show(image), Rows(3, "####")) << drags;
+  }
 }
 
 TEST(Pen, TheNextPressIsTheNextStep) {

@@ -258,6 +258,20 @@ TEST(Scan, EscapeInTheSearchStillCapturesWhatItMarked) {
   }
 }
 
+TEST(Scan, EscapeReleasedAndHeldAnewEndsTheCapturing) {
+  Rows picture(2000, std::string(600, '.'));
+  for (std::string& row : picture) row[0] = '#';
+  const ScriptedDesktop desktop;
+  ExtractionRecords records(picture);
+  records.Control.Xrange = records.Control.Yrange = "1";
+  Desktop verbs = desktop.Verbs();
+  const std::string held = ".###..#";  // the search stops at the second question
+  std::size_t question = 0;
+  verbs.EscapeHeld = [&] { return held.at(question++) == '#'; };
+  Scan(records.With(verbs), Around(0, 0, 599, 1999));
+  EXPECT_EQ(records.Store.CaptureCount, 4);
+}
+
 TEST(Scan, AFullStoreHoldsTheFirstColumnsOfACrowdedPage) {
   ScriptedDesktop desktop;
   desktop.ExpectMessage("You reached the limit of data that can be stored.");
