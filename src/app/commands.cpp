@@ -2,6 +2,7 @@
 
 #include "workspace/capture_commands.h"
 #include "workspace/data_commands.h"
+#include "workspace/extraction_commands.h"
 #include "workspace/picture_commands.h"
 #include "workspace/save_points.h"
 #include "workspace/toolbar.h"
@@ -89,10 +90,23 @@ const MenuEntry kMenus[] = {
      .Can = HasData,
      .Run = [](Workspace& ws, const Desktop& desktop) { ClearAllData(ws, desktop, true); }},
     kSeparator,
-    {.Name = "MNU_EDIT_ClearLastBlocker", .Caption = "Clear &Last Blocker", .Can = Never},
-    {.Name = "MNU_EDIT_ClearBlockers", .Caption = "Clear All &Blockers", .Can = Never},
+    {.Name = "MNU_EDIT_ClearLastBlocker",
+     .Caption = "Clear &Last Blocker",
+     .Tip = "Take the last blocker back",
+     .Can = CanRemoveBlockers,
+     .Run = [](Workspace& ws, const Desktop&) { RemoveLastBlocker(ws); }},
+    {.Name = "MNU_EDIT_ClearBlockers",
+     .Caption = "Clear All &Blockers",
+     .Tip = "Take all blockers back",
+     .Can = CanRemoveBlockers,
+     .Run = [](Workspace& ws, const Desktop&) { RemoveAllBlockers(ws); }},
     kSeparator,
-    {.Name = "MNU_Edit_UndoErase", .Caption = "&Undo Erase/Grids", .Key = "Ctrl+Z", .Can = Never},
+    {.Name = "MNU_Edit_UndoErase",
+     .Caption = "&Undo Erase/Grids",
+     .Key = "Ctrl+Z",
+     .Tip = "The picture as it was before the last erasure or grid removal",
+     .Can = CanUndoErase,
+     .Run = [](Workspace& ws, const Desktop&) { UndoErase(ws); }},
 
     {.Is = Kind::Menu, .Name = "MNU_DATA", .Caption = "&Data"},
     {.Is = Kind::SubMenu, .Name = "MNU_DATA_SORT", .Caption = "&Sort", .Can = CanSort},

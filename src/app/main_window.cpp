@@ -40,6 +40,10 @@ MainWindow::MainWindow(std::filesystem::path settingsPath) {
   const QSize screen = QGuiApplication::primaryScreen()->size();
   ws_.window.ScreenWidth = screen.width();
   ws_.window.ScreenHeight = screen.height();
+  ws_.window.Placement = {.Top = screen.height() * kTwipsPerPixel / 20,
+                          .Left = screen.width() * kTwipsPerPixel / 20,
+                          .Width = screen.width() * kTwipsPerPixel * 9 / 10,
+                          .Height = screen.height() * kTwipsPerPixel * 9 / 10};
   BuildMenus();
   BuildToolbar();
   BuildCentre();

@@ -19,11 +19,14 @@ struct PlotOverlay {
   Colour DataColour = kBlack;
   std::optional<Point> LastPoint;
   Colour LastColour = kBlack;
+  std::vector<Point> AxisPoints;
+  Colour AxisColour = kBlack;
   std::optional<Rectangle> RubberBand;
 };
 
-/// How far the marks of a data point and of the last point reach from their pixel.
+/// How far the marks of a data point, the last point and an axis point reach from their pixel.
 inline constexpr int kDataPointReach = 2;
 inline constexpr int kLastPointReach = 6;
+inline constexpr int kAxisPointReach = 9;
 
 }  // namespace graphize

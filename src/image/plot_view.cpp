@@ -37,14 +37,14 @@ void PaintDataPoints(QPainter& painter, const PlotOverlay& overlay) {
 }
 
 /// A cross that leaves its pixel and the ink around it free.
-void PaintLastPoint(QPainter& painter, const PlotOverlay& overlay) {
+void PaintCross(QPainter& painter, const PlotOverlay::Point& at, int reach, Colour colour) {
   constexpr int kGap = 2;
-  const auto [x, y] = *overlay.LastPoint;
-  painter.setPen(QPen(ToQColor(overlay.LastColour), 1));
-  painter.drawLines(QList<QLine>{{x - kLastPointReach, y, x - kGap, y},
-                                 {x + kGap, y, x + kLastPointReach, y},
-                                 {x, y - kLastPointReach, x, y - kGap},
-                                 {x, y + kGap, x, y + kLastPointReach}});
+  const auto [x, y] = at;
+  painter.setPen(QPen(ToQColor(colour), 1));
+  painter.drawLines(QList<QLine>{{x - reach, y, x - kGap, y},
+                                 {x + kGap, y, x + reach, y},
+                                 {x, y - reach, x, y - kGap},
+                                 {x, y + kGap, x, y + reach}});
 }
 
 void PaintRubberBand(QPainter& painter, const PlotOverlay::Rectangle& band) {
@@ -91,7 +91,10 @@ void PlotView::paintEvent(QPaintEvent* event) {
   const PlotOverlay overlay =
       overlayIn_({area.left(), area.top(), area.right(), area.bottom()});
   if (!overlay.DataPoints.empty()) PaintDataPoints(painter, overlay);
-  if (overlay.LastPoint) PaintLastPoint(painter, overlay);
+  if (overlay.LastPoint)
+    PaintCross(painter, *overlay.LastPoint, kLastPointReach, overlay.LastColour);
+  for (const PlotOverlay::Point& point : overlay.AxisPoints)
+    PaintCross(painter, point, kAxisPointReach, overlay.AxisColour);
   if (overlay.RubberBand) PaintRubberBand(painter, *overlay.RubberBand);
 }
 

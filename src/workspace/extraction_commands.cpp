@@ -1,10 +1,12 @@
 #include "workspace/extraction_commands.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/numbers.h"
 #include "extraction/curve_tracer.h"
 #include "extraction/smooth_tracer.h"
+#include "image/black_white.h"
 
 namespace graphize {
 
@@ -45,6 +47,49 @@ void FinishScanRectangle(Workspace& ws, const Desktop& desktop) {
   ws.mouse.TraceRunning = true;
   Scan(ExtractionOf(ws, desktop), rectangle);
   ws.mouse.TraceRunning = false;
+}
+
+void PlaceBlocker(Workspace& ws) {
+  if (!std::exchange(ws.mouse.Painting, false)) return;
+  const PointStore& at = ws.store;
+  PaintBlocker(ws.blockers, ws.plot, ws.commands, ws.settings, at.CurrentPixelX,
+               ToInt16(ws.plot.Height() - at.CurrentPixelY), ws.blockSize);
+}
+
+bool CanRemoveBlockers(const Workspace& ws) {
+  return ws.commands.Blockers;
+}
+
+void RemoveLastBlocker(Workspace& ws) {
+  ClearLastBlocker(ws.blockers, ws.plot, ws.commands, ws.settings);
+}
+
+void RemoveAllBlockers(Workspace& ws) {
+  ClearBlockers(ws.blockers, ws.plot, ws.commands);
+}
+
+bool CanUndoErase(const Workspace& ws) {
+  return ws.plot.HasUndo;
+}
+
+void UndoErase(Workspace& ws) {
+  UndoEdit(ws.plot);
+  ws.plot.PersistentDrawing = true;
+  // The edit modes show the picture alone; everywhere else a blocker must go on fencing.
+  if (ws.mode != Mode::DrawErase && ws.mode != Mode::GridBuster)
+    RedrawBlockers(ws.blockers, ws.plot, ws.settings);
+}
+
+void OfferBlackAndWhite(Workspace& ws, const Desktop& desktop, Raster& picture) {
+  if (IsBlackAndWhite(picture)) return;
+  const bool reduce = AskYesNo(desktop,
+                               "Image is not Black & White !\r\nAuto-Trace works best on BW "
+                               "images\r\n\r\nDo you want to reduce colors to BW ?");
+  desktop.Pump();
+  if (!reduce) return;
+  ws.status.Status = "Reducing color depth...";
+  desktop.Pump();
+  ReduceToBlackAndWhite(picture);
 }
 
 void StepIncrement(std::string& text, int step) {

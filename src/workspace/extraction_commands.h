@@ -18,6 +18,19 @@ void Trace(Workspace& ws, const Desktop& desktop, float x, float y);
 /// Scans the rectangle that was dragged, when it is one to scan; the rubber band goes.
 void FinishScanRectangle(Workspace& ws, const Desktop& desktop);
 
+/// The left button's click in blocker mode: one blocker at the cursor.
+void PlaceBlocker(Workspace& ws);
+void RemoveLastBlocker(Workspace& ws);
+void RemoveAllBlockers(Workspace& ws);
+bool CanRemoveBlockers(const Workspace& ws);
+
+/// The picture as it was before the last erasure, drawing or grid removal.
+void UndoErase(Workspace& ws);
+bool CanUndoErase(const Workspace& ws);
+
+/// Offers the reduction to black and white of a picture that has other colours: before it is shown.
+void OfferBlackAndWhite(Workspace& ws, const Desktop& desktop, Raster& picture);
+
 /// The text of an increment box, stepped by its arrows: whole numbers from 0.
 void StepIncrement(std::string& text, int step);
 

@@ -22,6 +22,13 @@ PlotOverlay Plot_Paint(const Workspace& ws, const PlotOverlay::Rectangle& area) 
   if (const ScanRectangle& band = ws.scanRectangle; band.Active)
     overlay.RubberBand = {std::min(band.Left, band.Right), std::min(band.Top, band.Bottom),
                           std::max(band.Left, band.Right), std::max(band.Top, band.Bottom)};
+  if (ws.mode == Mode::AxisDef) {
+    overlay.AxisColour = PaletteColour(2);
+    for (int row = 0; row < 3; ++row)
+      if (ws.calibration.Defined[row])
+        overlay.AxisPoints.push_back(
+            {ws.calibration.PixelX[row], ws.plot.Height() - ws.calibration.PixelY[row]});
+  }
   if (ws.store.CaptureCount == 0) return overlay;
   if (ws.commands.Overlay && ws.calibration.IsComplete()) {
     overlay.DataColour = PaletteColour(ws.settings.TraceColor);

@@ -6,7 +6,8 @@
 namespace graphize {
 
 /// What the plot shows above its raster within `area`: the data list's points when the overlay is
-/// on, the last captured point when its marker is on.
+/// on, the last captured point when its marker is on, the reference points while axes are defined,
+/// the rubber band of a scan.
 PlotOverlay Plot_Paint(const Workspace& ws, const PlotOverlay::Rectangle& area);
 
 }  // namespace graphize

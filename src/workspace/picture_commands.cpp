@@ -9,6 +9,7 @@
 #include "image/picbuf.h"
 #include "image/picture_gate.h"
 #include "workspace/capture_commands.h"
+#include "workspace/extraction_commands.h"
 #include "workspace/toolbar.h"
 
 namespace graphize {
@@ -57,6 +58,7 @@ std::optional<Raster> Decode(Workspace& ws, const Desktop& desktop,
     ShowPictureCaption(ws);
   }
   if (!message.empty()) Tell(desktop, message, MessageIcon::Exclamation);
+  if (picture) OfferBlackAndWhite(ws, desktop, *picture);
   return picture;
 }
 
@@ -117,8 +119,10 @@ void ReloadImage(Workspace& ws, const Desktop& desktop) {
   ws.window.Caption = "GRAPHIZE is Resizing ....";
   ws.view.X = ws.view.Y = 0;
   ResetScrBars(ws.view, ws.plot.Width(), ws.plot.Height());
+  RedrawBlockers(ws.blockers, ws.plot, ws.settings);
   ShowPictureSize(ws);
   ShowPictureCaption(ws);
+  ws.status.Status = " ";
 }
 
 void PasteImage(Workspace& ws, const Desktop& desktop) {
@@ -183,6 +187,7 @@ void SaveImageAs(Workspace& ws, const Desktop& desktop) {
 
 void Reset(Workspace& ws, const Desktop& desktop) {
   ClearAllData(ws, desktop, false);
+  RemoveAllBlockers(ws);
   InitAxisDefFrame(ws.calibration, ws.axisPanel);
   ChoosePixelDisplay(ws);
   ws.commands.Picture = false;
@@ -205,6 +210,7 @@ void LoadImage(Workspace& ws, const Desktop& desktop, Raster picture,
   ws.window.Caption = "GRAPHIZE is Resizing ....";
   ws.view.X = ws.view.Y = 0;
   ResetScrBars(ws.view, ws.plot.Width(), ws.plot.Height());
+  RedrawBlockers(ws.blockers, ws.plot, ws.settings);
   ws.plot.PersistentDrawing = true;
   ws.plot.SourceName = sourceName;
   ShowPictureSize(ws);

@@ -15,6 +15,7 @@ void Plot_MouseMove(Workspace& ws, const Desktop& desktop, int /*Button*/, int /
   if (!ws.mouse.TraceRunning) ws.status.Status = " ";
   ReadCursor(ws.readOut, ws.axisPanel, ws.store, ws.calibration, desktop, ws.plot.Height(), X, Y);
   if (ws.scanRectangle.Active) MoveScanCorner(ws.scanRectangle, X, Y);
+  DragPen(ws.pen, ws.plot, X, Y);
   if (ws.mode == Mode::AxisDef) FocusArmedRow(ws.calibration, ws.axisPanel);
 }
 
@@ -28,6 +29,11 @@ void Plot_MouseDown(Workspace& ws, const Desktop& desktop, int Button, int /*Shi
       Trace(ws, desktop, X, Y);
     }
   }
+  if (ws.mode == Mode::BlockTest && Button == kLeftButton) ws.mouse.Painting = true;
+  if (ws.mode == Mode::DrawErase && ws.plot.IsPresent() &&
+      (Button == kLeftButton || Button == kRightButton))
+    PressPen(ws.pen, ws.plot, Button == kLeftButton ? PenTool::Draw : PenTool::Erase, X, Y,
+             ws.blockSize);
   ws.mouse.DownPixelX = ToInt16(X);
   ws.mouse.DownPixelY = ToInt16(Y);
   if (ws.mode != Mode::Graphize || Button != kLeftButton) return;
@@ -39,6 +45,8 @@ void Plot_MouseDown(Workspace& ws, const Desktop& desktop, int Button, int /*Shi
 void Plot_MouseUp(Workspace& ws, const Desktop& desktop, int Button, int /*Shift*/, float /*X*/,
                   float /*Y*/) {
   if (Button == kRightButton && ws.scanRectangle.Active) FinishScanRectangle(ws, desktop);
+  if (ws.pen.Down && Button == (ws.pen.Tool == PenTool::Draw ? kLeftButton : kRightButton))
+    ReleasePen(ws.pen, ws.plot);
 }
 
 void Plot_Click(Workspace& ws, const Desktop& desktop) {
@@ -51,6 +59,8 @@ void Plot_Click(Workspace& ws, const Desktop& desktop) {
     if (ok && calibration.CurrentRow < 2) ++calibration.CurrentRow;
   } else if (ws.mode == Mode::Graphize) {
     AddPoint(ws.store, ws.commands, desktop, true);
+  } else if (ws.mode == Mode::BlockTest) {
+    PlaceBlocker(ws);
   }
 }
 

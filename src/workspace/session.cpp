@@ -15,12 +15,10 @@ namespace graphize {
 
 namespace {
 
-/// What was wrong with the settings, in one message; nothing when all was well.
-void TellNotes(const Desktop& desktop, const std::vector<std::string>& notes) {
-  if (notes.empty()) return;
+std::string Joined(const std::vector<std::string>& notes, const char* separator) {
   std::string text;
-  for (const std::string& note : notes) text += (text.empty() ? "" : "\r\n") + note;
-  Tell(desktop, text, MessageIcon::Exclamation);
+  for (const std::string& note : notes) text += (text.empty() ? "" : separator) + note;
+  return text;
 }
 
 /// The default place of the window; nothing, and a note, on a screen too large for one.
@@ -30,6 +28,20 @@ std::optional<WindowPlacement> PlacementFor(const WindowFrame& window) {
   } catch (const RunTimeError&) {
     return std::nullopt;
   }
+}
+
+/// A screen too large for a default place is nothing to answer a box for at every start: it is told
+/// in the status panel.
+void ReadWindowPlacement(Workspace& ws, const SettingsFile& file,
+                         std::vector<std::string>& notes) {
+  const std::optional<WindowPlacement> defaults = PlacementFor(ws.window);
+  std::vector<std::string> placementNotes;
+  ReadPlacement(file, defaults, ws.window.Placement, placementNotes);
+  ws.window.PlacementAsked = true;
+  if (defaults)
+    notes.insert(notes.end(), placementNotes.begin(), placementNotes.end());
+  else
+    ws.status.Status = Joined(placementNotes, " ");
 }
 
 /// Patterns and list follow the settings. Settings that make no pattern leave the last ones.
@@ -45,8 +57,8 @@ void ApplyFormats(Workspace& ws, std::vector<std::string>& notes) {
 }  // namespace
 
 void StartUp(Workspace& ws, const Desktop& desktop) {
-  Get_INI(ws, desktop);
   ws.status.Status.clear();
+  Get_INI(ws, desktop);
   InitAxisDefFrame(ws.calibration, ws.axisPanel);
   ws.axisPanel.Focus = FocusTarget::None;
   ShowFrame(ws, "graphize");
@@ -71,9 +83,8 @@ void Get_INI(Workspace& ws, const Desktop& desktop) {
   ApplyFormats(ws, notes);
   SetTraceType(ws.tracer, ws.settings.Trace);
   ws.commands.ShowLastPoint = ReadLastPoint(file);
-  ReadPlacement(file, PlacementFor(ws.window), ws.window.Placement, notes);
-  ws.window.PlacementAsked = true;
-  TellNotes(desktop, notes);
+  ReadWindowPlacement(ws, file, notes);
+  if (!notes.empty()) Tell(desktop, Joined(notes, "\r\n"), MessageIcon::Exclamation);
 }
 
 void Write_INI(Workspace& ws) {

@@ -2,6 +2,7 @@
 
 #include "base/numbers.h"
 #include "workspace/capture_commands.h"
+#include "workspace/extraction_commands.h"
 #include "workspace/picture_commands.h"
 #include "workspace/save_points.h"
 
@@ -13,6 +14,7 @@ namespace {
 void LeaveEdit(Workspace& ws) {
   if (!ws.plot.PersistentDrawing) return;
   ws.plot.PersistentDrawing = false;
+  RedrawBlockers(ws.blockers, ws.plot, ws.settings);
 }
 
 void EnterEditMode(Workspace& ws, std::string_view key) {
@@ -42,7 +44,9 @@ bool CanPress(const Workspace& ws, std::string_view key) {
   const CommandStates& can = ws.commands;
   if (key == "open" || key == "paste") return true;
   if (key == "save" || key == "copy" || key == "delete") return can.Data;
-  if (key == "refresh" || key == "axisdef") return can.Picture;
+  if (key == "undo") return can.Blockers;
+  if (key == "refresh" || key == "axisdef" || key == "blocktest" || key == "drawerase")
+    return can.Picture;
   if (key == "graphize") return can.Graphize;
   return false;
 }
@@ -57,6 +61,10 @@ void Toolbar_ButtonClick(Workspace& ws, const Desktop& desktop, std::string_view
   if (key == "copy") return CopyPoints(ws, desktop);
   if (key == "paste") return PasteImage(ws, desktop);
   if (key == "refresh") return RefreshPlot(ws);
+  if (key == "undo") {
+    LeaveEdit(ws);
+    return RemoveLastBlocker(ws);
+  }
   if (key == "delete") {
     LeaveEdit(ws);
     return ClearAllData(ws, desktop, true);
@@ -75,6 +83,7 @@ void ShowFrame(Workspace& ws, std::string_view key) {
 void RefreshPlot(Workspace& ws) {
   if (IsPressed(ws, "drawerase") && IsPressed(ws, "gridbuster")) return;
   ClearMarks(ws.plot);
+  RedrawBlockers(ws.blockers, ws.plot, ws.settings);
   // Overlay and last-point marker are painted above the raster: the whole view shows them anew.
   ws.plot.Dirty = {0, 0, ws.plot.Width() - 1, ws.plot.Height() - 1};
 }

@@ -10,6 +10,8 @@
 #include "data/number_format.h"
 #include "desktop/command_states.h"
 #include "desktop/status_bar.h"
+#include "extraction/blockers.h"
+#include "extraction/pen.h"
 #include "extraction/scan.h"
 #include "extraction/tracer_control.h"
 #include "image/plot_image.h"
@@ -37,6 +39,7 @@ struct PictureSource {
 struct PlotMouse {
   std::int16_t DownPixelX = 0, DownPixelY = 0;  // of the last press, row downward
   bool SuppressNextClick = false;
+  bool Painting = false;  // a left press in blocker mode waits for its click
   bool TraceRunning = false;
 };
 
@@ -75,6 +78,8 @@ struct Workspace {
 
   TracerControl tracer;
   ScanRectangle scanRectangle;
+  BlockerList blockers;
+  Pen pen;
   int blockSize = 4;  // slider `BlockSize`, pixels
   static constexpr int kLargestBlock = 50;
 

@@ -1,0 +1,366 @@
+// Commands on the whole workspace, with a scripted desktop instead of a window.
+
+#include "workspace/workspace.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "base/numbers.h"
+#include "base/run_time_error.h"
+#include "image/picbuf.h"
+#include "support/ascii_picture.h"
+#include "support/scripted_desktop.h"
+#include "support/temporary_folder.h"
+#include "workspace/capture_commands.h"
+#include "workspace/extraction_commands.h"
+#include "workspace/overlay.h"
+#include "workspace/picture_commands.h"
+#include "workspace/plot_mouse.h"
+#include "workspace/run_command.h"
+#include "workspace/save_points.h"
+#include "workspace/session.h"
+#include "workspace/toolbar.h"
+
+namespace graphize {
+namespace {
+
+constexpr const char* kBlackAndWhite = "Do you want to reduce colors to BW ?";
+constexpr const char* kReset = "Clear data and reset axis definisions ?";
+
+class WorkspaceTest : public ::testing::Test {
+ protected:
+  WorkspaceTest() {
+    ws.settingsPath = folder.Path() / "graphize.ini";
+    ws.window.ScreenWidth = 1280;
+    ws.window.ScreenHeight = 1024;
+    StartUp(ws, desktop);
+  }
+
+  std::filesystem::path Picture(const char* name, int width = 60, int height = 50,
+                                std::uint32_t pixel = kWhitePixel) {
+    SavePicture(folder.Path() / name, 3, 0, Raster::Filled(width, height, pixel));
+    return folder.Path() / name;
+  }
+
+  void Click(float x, float y) {
+    Plot_MouseMove(ws, desktop, 0, 0, x, y);
+    Plot_MouseDown(ws, desktop, kLeftButton, 0, x, y);
+    Plot_MouseUp(ws, desktop, kLeftButton, 0, x, y);
+    Plot_Click(ws, desktop);
+  }
+
+  void Calibrate() {
+    Toolbar_ButtonClick(ws, desktop, "axisdef");
+    ws.axisPanel.Rows[0].XText = ws.axisPanel.Rows[0].YText = "0";
+    Click(5, 45);
+    ws.axisPanel.Rows[1].XText = "40";
+    Click(45, 45);
+    ws.axisPanel.Rows[2].YText = "40";
+    Click(5, 5);
+    ASSERT_TRUE(ws.calibration.IsComplete());
+  }
+
+  void OpenAndCalibrate() {
+    OpenPicture(ws, desktop, Picture("plot.bmp"));
+    Calibrate();
+    Toolbar_ButtonClick(ws, desktop, "graphize");
+  }
+
+  test::TemporaryFolder folder;
+  test::ScriptedDesktop desktop;
+  Workspace ws;
+};
+
+TEST_F(WorkspaceTest, OpeningShowsThePictureAndEnablesItsButtons) {
+  EXPECT_FALSE(CanPress(ws, "refresh") || CanReload(ws));
+  desktop.ExpectFile(Picture("Plot1.bmp"));
+  Toolbar_ButtonClick(ws, desktop, "open");
+  EXPECT_EQ(ws.window.Caption, "Graphize - plot1.bmp (60x50)");
+  EXPECT_EQ(ws.status.SizeX + ws.status.SizeY, "W=60H=50");
+  EXPECT_EQ(ws.status.Status, " ");
+  for (const char* key : {"refresh", "axisdef", "blocktest", "drawerase"})
+    EXPECT_TRUE(CanPress(ws, key)) << key;
+  EXPECT_FALSE(CanPress(ws, "graphize") || CanPress(ws, "gridbuster"));
+  EXPECT_TRUE(CanReload(ws));
+  EXPECT_EQ(desktop.FileQuestions[0].Title, "Open Image File");
+
+  desktop.ExpectFile({});
+  Toolbar_ButtonClick(ws, desktop, "open");
+  EXPECT_TRUE(ws.plot.IsPresent()) << "cancelled";
+}
+
+TEST_F(WorkspaceTest, AFileThatCannotBeReadLosesNothing) {
+  OpenAndCalibrate();
+  Click(20, 20);
+  std::ofstream(folder.Path() / "bad.bmp") << "BM";
+  const std::string caption = ws.window.Caption;
+  for (const char* name : {"bad.bmp", "absent.tif"}) {
+    desktop.ExpectMessage(kReset, Answer::No);
+    desktop.ExpectMessage(name);
+    OpenPicture(ws, desktop, folder.Path() / name);
+    EXPECT_EQ(ws.window.Caption, caption);
+    EXPECT_EQ(ws.plot.Width(), 60);
+    EXPECT_EQ(ws.store.CaptureCount, 1);
+    EXPECT_TRUE(ws.calibration.IsComplete());
+    EXPECT_FALSE(ws.window.Hourglass || ws.status.ProgressVisible);
+  }
+}
+
+TEST_F(WorkspaceTest, OpeningAgainAsksAboutTheAxes) {
+  OpenAndCalibrate();
+  Click(20, 20);
+  desktop.ExpectMessage(kReset, Answer::No);
+  OpenPicture(ws, desktop, Picture("wide.bmp", 90, 40));
+  EXPECT_EQ(ws.mode, Mode::None);
+  EXPECT_EQ(ws.store.CaptureCount, 1);
+  EXPECT_TRUE(CanPress(ws, "graphize")) << "the old axes apply";
+
+  desktop.ExpectMessage(kReset, Answer::Yes);
+  OpenPicture(ws, desktop, Picture("plot.bmp"));
+  EXPECT_EQ(ws.store.CaptureCount, 0);
+  EXPECT_FALSE(ws.calibration.AnyDefined() || CanPress(ws, "graphize"));
+  EXPECT_TRUE(CanPress(ws, "axisdef"));
+  EXPECT_FALSE(ws.readOut.ShowError);
+}
+
+TEST_F(WorkspaceTest, OtherColoursAreOfferedToBeReduced) {
+  const auto grey = Picture("grey.bmp", 20, 20, 0xff404040u);
+  desktop.ExpectMessage(kBlackAndWhite, Answer::No);
+  OpenPicture(ws, desktop, grey);
+  EXPECT_EQ(GetPixel(ws.plot, 3, 3), MakeColour(0x40, 0x40, 0x40));
+  desktop.ExpectMessage(kBlackAndWhite, Answer::Yes);
+  ReloadImage(ws, desktop);
+  EXPECT_TRUE(IsBlack(ws.plot, 3, 3));
+  EXPECT_EQ(desktop.Messages[0].Text,
+            "Image is not Black & White !\r\nAuto-Trace works best on BW images\r\n\r\nDo you want "
+            "to reduce colors to BW ?");
+}
+
+TEST_F(WorkspaceTest, PasteTakesTheClipboardsPicture) {
+  desktop.ExpectMessage("No Bitmap in Clipboard");
+  PasteImage(ws, desktop);
+  EXPECT_FALSE(ws.plot.IsPresent());
+  desktop.Clipboard = Raster::Filled(30, 20, kWhitePixel);
+  PasteImage(ws, desktop);
+  EXPECT_EQ(ws.window.Caption, "Graphize - Pasted Plot (30x20)");
+  EXPECT_FALSE(CanReload(ws));
+  ReloadImage(ws, desktop);
+
+  desktop.ExpectFile(folder.Path() / "Mine.TIF");
+  SaveImageAs(ws, desktop);
+  EXPECT_EQ(desktop.FileQuestions[0].FileName, "untitled.tif");
+  EXPECT_EQ(desktop.FileQuestions[0].FilterIndex, 1);
+  EXPECT_EQ(ws.status.Status, "Image was successfully saved");
+  EXPECT_EQ(LoadPicture(folder.Path() / "Mine.TIF")->Picture.Width(), 30);
+
+  Calibrate();
+  desktop.ExpectMessage("Reset Axis Definisions ?", Answer::No);
+  PasteImage(ws, desktop);
+  EXPECT_TRUE(ws.calibration.IsComplete());
+  Toolbar_ButtonClick(ws, desktop, "graphize");
+  Click(3, 3);
+  desktop.ExpectPrompt("");
+  desktop.ExpectFile({});
+  EXPECT_FALSE(SavePoints(ws, desktop));
+  EXPECT_EQ(desktop.FileQuestions.back().FileName, "untitled.dat");
+}
+
+TEST_F(WorkspaceTest, SavedPicturesHoldTheBasePicture) {
+  OpenAndCalibrate();
+  SetPixel(ws.plot, 10, 10, kBlack);
+  desktop.ExpectFile(folder.Path() / "out.bmp");
+  SaveImageAs(ws, desktop);
+  EXPECT_EQ(desktop.FileQuestions[0].FileName, "plot.bmp");
+  EXPECT_EQ(desktop.FileQuestions[0].FilterIndex, 3);
+  EXPECT_FALSE(IsBlackPixel(LoadPicture(folder.Path() / "out.bmp")->Picture.Row(10)[10]));
+  EXPECT_TRUE(IsBlack(ws.plot, 10, 10)) << "the mark is back";
+
+  desktop.ExpectFile(folder.Path() / "vanished" / "out.tif");
+  desktop.ExpectMessage("out.tif");
+  SaveImageAs(ws, desktop);
+}
+
+TEST_F(WorkspaceTest, ModeButtonsAreExclusiveAndShowTheirPanel) {
+  OpenAndCalibrate();
+  EXPECT_TRUE(ws.readOut.ShowError);
+  for (const char* key : {"axisdef", "graphize", "blocktest", "drawerase", "gridbuster"}) {
+    Toolbar_ButtonClick(ws, desktop, key);
+    for (const Mode mode : kModes) EXPECT_EQ(IsPressed(ws, ModeKey(mode)), ModeKey(mode) == key);
+    EXPECT_EQ(ws.window.AxisPanelShown, std::string_view(key) == "axisdef") << key;
+    EXPECT_TRUE(ws.calibration.IsComplete()) << "showing the axes keeps them";
+  }
+  EXPECT_EQ(ws.status.Status,
+            "Click LEFT for X and RIGHT for Y grid lines, SHIFT click for Auto mode");
+  Toolbar_ButtonClick(ws, desktop, "AXISDEF");
+  EXPECT_TRUE(IsPressed(ws, "gridbuster")) << "keys are compared exactly";
+  ReleaseButtons(ws);
+  for (const Mode mode : kModes) EXPECT_FALSE(IsPressed(ws, ModeKey(mode)));
+}
+
+TEST_F(WorkspaceTest, ClicksCaptureWhatTheReadOutShows) {
+  OpenAndCalibrate();
+  Click(25, 25);
+  EXPECT_EQ(ws.store.ListX[1], 20);
+  EXPECT_EQ(ws.store.ListY[1], 20);
+  Plot_MouseDown(ws, desktop, kRightButton, 0, 30, 30);
+  Plot_MouseUp(ws, desktop, kRightButton, 0, 30, 30);
+  EXPECT_EQ(ws.store.CaptureCount, 1) << "a right press never captures by itself";
+  ws.mouse.SuppressNextClick = true;
+  Click(26, 26);
+  EXPECT_EQ(ws.store.CaptureCount, 1) << "swallowed once";
+  Click(26, 26);
+  EXPECT_EQ(ws.store.CaptureCount, 2);
+
+  SetPixel(ws.plot, 31, 30, kBlack);
+  ws.settings.SnapMode = 3;
+  ws.settings.SnapDistance = 3;
+  Click(29, 29);
+  EXPECT_EQ(ws.store.ListX[3], 26);
+  EXPECT_EQ(ws.store.ListY[3], 15);
+}
+
+TEST_F(WorkspaceTest, ARefusedRowIsRetriedByTheNextClick) {
+  OpenPicture(ws, desktop, Picture("plot.bmp"));
+  Toolbar_ButtonClick(ws, desktop, "axisdef");
+  desktop.ExpectMessage("Please enter values");
+  Click(5, 45);
+  EXPECT_EQ(ws.calibration.CurrentRow, 0);
+  Calibrate();
+}
+
+TEST_F(WorkspaceTest, TheOverlayIsAboveTheRasterAndSkipsWhatIsOutside) {
+  OpenAndCalibrate();
+  Click(25, 25);
+  Click(35, 15);
+  ws.store.ListX[2] = 1e30f;
+  ToggleOverlay(ws);
+  const PlotOverlay all = Plot_Paint(ws, {0, 0, 59, 49});
+  ASSERT_EQ(all.DataPoints.size(), 1u);
+  EXPECT_EQ(all.DataPoints[0].X, 25);
+  EXPECT_EQ(all.DataPoints[0].Y, 25);
+  ASSERT_TRUE(all.LastPoint);
+  EXPECT_EQ(all.LastPoint->Y, 15);
+  EXPECT_TRUE(Plot_Paint(ws, {40, 30, 59, 49}).DataPoints.empty());
+  ToggleLastPoint(ws);
+  EXPECT_FALSE(Plot_Paint(ws, {0, 0, 59, 49}).LastPoint);
+  EXPECT_TRUE(ws.plot.Marks.empty());
+}
+
+TEST_F(WorkspaceTest, BlockersAndPenWorkThroughTheMouse) {
+  OpenAndCalibrate();
+  ws.blockSize = 3;
+  Toolbar_ButtonClick(ws, desktop, "blocktest");
+  Click(20, 30);
+  EXPECT_EQ(GetPixel(ws.plot, 20, 30), PaletteColour(ws.settings.BlockColor));
+  EXPECT_TRUE(CanPress(ws, "undo"));
+  Plot_Click(ws, desktop);
+  EXPECT_EQ(ws.blockers.Count, 1) << "a click without a press paints nothing";
+
+  Toolbar_ButtonClick(ws, desktop, "drawerase");
+  EXPECT_EQ(GetPixel(ws.plot, 20, 30), kWhite) << "the edit modes show the picture alone";
+  Plot_MouseDown(ws, desktop, kLeftButton, 0, 10, 10);
+  Plot_MouseMove(ws, desktop, kLeftButton, 0, 30, 10);
+  Plot_MouseUp(ws, desktop, kLeftButton, 0, 30, 10);
+  EXPECT_TRUE(IsBlack(ws.plot, 20, 10));
+  Toolbar_ButtonClick(ws, desktop, "graphize");
+  EXPECT_EQ(GetPixel(ws.plot, 20, 30), PaletteColour(ws.settings.BlockColor));
+  EXPECT_TRUE(IsBlack(ws.plot, 20, 10)) << "drawn into the picture";
+  UndoErase(ws);
+  EXPECT_FALSE(IsBlack(ws.plot, 20, 10));
+  EXPECT_EQ(GetPixel(ws.plot, 20, 30), PaletteColour(ws.settings.BlockColor));
+  Toolbar_ButtonClick(ws, desktop, "undo");
+  EXPECT_EQ(ws.blockers.Count, 0);
+  EXPECT_EQ(GetPixel(ws.plot, 20, 30), kWhite);
+}
+
+TEST_F(WorkspaceTest, TheKeyboardMovesThePointerOnlyOverThePlot) {
+  EXPECT_FALSE(MovePointerByKey(ws, desktop, PointerKey::Right, 0));
+  desktop.PointerOver = true;
+  struct Case {
+    PointerKey key;
+    int shift, x, y;
+  };
+  for (const Case& c :
+       {Case{PointerKey::PageUp, 0, 1, -1}, Case{PointerKey::PageDown, 0, 1, 1},
+        Case{PointerKey::End, 0, -1, 1}, Case{PointerKey::Home, 0, -1, -1},
+        Case{PointerKey::Right, kCtrlKey, 10, 0}, Case{PointerKey::Right, kShiftKey, 1, 0},
+        Case{PointerKey::Up, kShiftKey | kCtrlKey, 0, -1}}) {
+    desktop.PointerX = desktop.PointerY = 0;
+    EXPECT_TRUE(MovePointerByKey(ws, desktop, c.key, c.shift));
+    EXPECT_EQ(desktop.PointerX, c.x);
+    EXPECT_EQ(desktop.PointerY, c.y);
+  }
+  for (int i = 0; i < 30; ++i) StepZoom(ws, 1);
+  EXPECT_EQ(ws.zoom.Factor, ZoomWindow::kMaximum);
+}
+
+TEST_F(WorkspaceTest, ClosingAsksAboutPointsOnce) {
+  EXPECT_TRUE(MayClose(ws, desktop));
+  OpenAndCalibrate();
+  Click(20, 20);
+  for (const auto& [answer, closes] : {std::pair{Answer::Cancel, false}, {Answer::No, true}}) {
+    desktop.ExpectMessage("Do you want to save graphized points ?", answer);
+    EXPECT_EQ(MayClose(ws, desktop), closes);
+  }
+  desktop.ExpectMessage("Do you want to save graphized points ?", Answer::Yes);
+  desktop.ExpectPrompt("run 1");
+  desktop.ExpectFile(folder.Path() / "Out.dat");
+  EXPECT_TRUE(MayClose(ws, desktop));
+  std::ifstream file(folder.Path() / "Out.dat", std::ios::binary);
+  const std::string text(std::istreambuf_iterator<char>(file), {});
+  EXPECT_EQ(text, "run 1\r\n1.50000E+01\t2.50000E+01\r\n");
+  EXPECT_EQ(ws.dataFileName, LowerCase((folder.Path() / "Out.dat").string()));
+
+  desktop.ExpectMessage("Do you want to save graphized points ?", Answer::Yes);
+  desktop.ExpectPrompt("");
+  desktop.ExpectFile(folder.Path() / "no" / "out.dat");
+  desktop.ExpectMessage("Error while saving. \r\n");
+  EXPECT_FALSE(MayClose(ws, desktop)) << "what could not be saved is not thrown away";
+}
+
+TEST_F(WorkspaceTest, SettingsComeFromTheFileAndGoBackToIt) {
+  std::ofstream(ws.settingsPath) << "[options]\nrefreshlist=1\nOverlayData=1\nTrace=2\nMine=7\n"
+                                    "[Data Format]\nXExp=0\nXDecimals=2\n";
+  ws.settings.SnapDistance = 25;
+  Get_INI(ws, desktop);
+  EXPECT_EQ(ws.settings.RefreshList, -1);
+  EXPECT_FALSE(ws.commands.Overlay);
+  EXPECT_EQ(ws.formats.X, "0.00");
+  EXPECT_EQ(ws.tracer.Yrange, "2");
+  EXPECT_EQ(ws.window.Placement.State, WindowState::Maximised);
+  EXPECT_EQ(ws.window.Placement.Width, 17280);
+  ws.commands.Overlay = true;
+  Write_INI(ws);
+  std::ifstream file(ws.settingsPath);
+  const std::string text(std::istreambuf_iterator<char>(file), {});
+  for (const char* line : {"refreshlist=-1\n", "OverlayData=1\n", "Mine=7\n", "SnapDistance=10\n"})
+    EXPECT_NE(text.find(line), std::string::npos) << line << text;
+
+  ws.settings.SnapDistance = 25;
+  DefaultSettings(ws);
+  EXPECT_EQ(ws.settings.SnapDistance, 25);
+  EXPECT_EQ(ws.settings.XDecimals, 5);
+  EXPECT_EQ(ws.formats.X, "0.00000E+00");
+
+  std::ofstream(ws.settingsPath) << "[Data Format]\nXDigits=0\n[Options]\nXJump=99999\n";
+  desktop.ExpectMessage("XDigits");
+  Get_INI(ws, desktop);
+  EXPECT_EQ(ws.settings.XJump, 50);
+  EXPECT_EQ(ws.formats.X, "0.00000E+00") << "the last patterns stay";
+}
+
+TEST_F(WorkspaceTest, OnePlaceEndsEveryCommand) {
+  desktop.ExpectMessage("Overflow");
+  EXPECT_FALSE(RunCommand(ws, desktop, [&] {
+    ws.window.Hourglass = ws.mouse.TraceRunning = true;
+    EXPECT_FALSE(RunCommand(ws, desktop, [] { FAIL() << "nested"; }));
+    throw RunTimeError("Overflow");
+  }));
+  EXPECT_FALSE(ws.window.Hourglass || ws.mouse.TraceRunning || ws.commandRuns);
+  EXPECT_EQ(desktop.Messages[0].Icon, MessageIcon::Critical);
+  EXPECT_TRUE(RunCommand(ws, desktop, [] {}));
+}
+
+}  // namespace
+}  // namespace graphize
