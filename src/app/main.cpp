@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "app/fonts.h"
 #include "app/main_window.h"
 
 namespace {
@@ -16,6 +17,7 @@ std::filesystem::path SettingsPath() {
 }  // namespace
 
 int main(int argc, char** argv) {
+  const std::jthread fonts = graphize::ReadFonts();
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("Graphize"));
   QApplication::setDesktopFileName(QStringLiteral("graphize"));

@@ -74,6 +74,8 @@ std::string CheckLibrary(const fs::path& path, bool isTest, std::string_view hea
     return path == "image/picbuf.cpp" ? "" : "the picture library is for image/picbuf.cpp";
   if (header.starts_with("sane/"))
     return path == "image/scanner.cpp" ? "" : "the scanner library is for image/scanner.cpp";
+  if (header == "dlfcn.h")
+    return path == "image/picbuf_loader.cpp" ? "" : "modules are for image/picbuf_loader.cpp";
   return seesQt || IsStandard(header) ? "" : "logic has the standard library only";
 }
 

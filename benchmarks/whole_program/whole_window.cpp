@@ -1,0 +1,97 @@
+// whole_window               ends after the first paint of Graphize's window
+// whole_window PICTURE       opens the picture, prints the process's memory, and times moves of the
+//                            mouse and scrolling on it
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QMouseEvent>
+#include <QScrollBar>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <cstdio>
+#include <fstream>
+#include <string>
+
+#include "app/fonts.h"
+#include "app/main_window.h"
+
+namespace {
+
+class AfterFirstPaint : public QObject {
+ public:
+  std::function<void()> Then;
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() == QEvent::Paint && watched->objectName() == QLatin1String("Graphize")) {
+      watched->removeEventFilter(this);
+      QTimer::singleShot(0, qApp, Then);
+    }
+    return false;
+  }
+};
+
+/// A line of /proc/self/status in kilobytes.
+double Kilobytes(const std::string& name) {
+  std::ifstream status("/proc/self/status");
+  for (std::string word; status >> word;) {
+    double value = 0;
+    if (word == name + ":" && status >> value) return value;
+  }
+  return 0;
+}
+
+/// Microseconds that one event and the painting it causes take.
+template <typename Step>
+double MicrosecondsEach(int count, const Step& step) {
+  QElapsedTimer timer;
+  timer.start();
+  for (int i = 0; i < count; ++i) {
+    step(i);
+    QApplication::processEvents();
+  }
+  return static_cast<double>(timer.nsecsElapsed()) / 1000 / count;
+}
+
+void Measure(graphize::MainWindow& window, double before) {
+  const graphize::PlotImage& plot = window.State().plot;
+  const double raster = 4.0 * static_cast<double>(plot.Pixels.PixelCount()) / 1024;
+  std::printf("%d x %d\n", plot.Width(), plot.Height());
+  std::printf("memory over the empty program's, in rasters: open %.2f, peak %.2f\n",
+              (Kilobytes("VmRSS") - before) / raster, (Kilobytes("VmHWM") - before) / raster);
+  auto* view = window.findChild<QWidget*>(QStringLiteral("Plot"));
+  std::printf("mouse move %.1f us\n", MicrosecondsEach(2000, [&](int i) {
+                const QPointF at(100 + i % 200, 100 + i % 150);
+                QMouseEvent move(QEvent::MouseMove, at, view->mapToGlobal(at), Qt::NoButton,
+                                 Qt::NoButton, Qt::NoModifier);
+                QApplication::sendEvent(view, &move);
+              }));
+  auto* scroll = window.findChild<QScrollBar*>(QStringLiteral("VpScroll"));
+  std::printf("scroll step %.1f us\n",
+              MicrosecondsEach(200, [&](int i) { scroll->setValue(scroll->maximum() * i / 200); }));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const std::jthread fonts = graphize::ReadFonts();
+  QApplication application(argc, argv);
+  QTemporaryDir folder;
+  graphize::MainWindow window(folder.filePath(QStringLiteral("graphize.ini")).toStdString());
+  AfterFirstPaint first;
+  window.installEventFilter(&first);
+  first.Then = [&] {
+    if (argc < 2) return QApplication::quit();
+    const double before = Kilobytes("VmRSS");
+    window.OpenWhenShown(argv[1]);
+    auto* poll = new QTimer(&window);
+    QObject::connect(poll, &QTimer::timeout, &window, [&window, before, poll] {
+      if (!window.State().plot.IsPresent() || window.State().commandRuns) return;
+      poll->stop();
+      Measure(window, before);
+      QApplication::quit();
+    });
+    poll->start(20);
+  };
+  window.Start();
+  window.show();
+  return QApplication::exec();
+}
