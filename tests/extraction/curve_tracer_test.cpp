@@ -10,58 +10,29 @@
 #include "extraction/smooth_tracer.h"
 #include "support/extraction_records.h"
 #include "support/scripted_desktop.h"
+#include "support/trace_cases.h"
 
 namespace graphize {
 namespace {
 
+using test::ExpectTraces;
 using test::ExtractionRecords;
 using test::ScriptedDesktop;
+using test::Tracer;
 using Rows = std::vector<std::string>;
-using Tracer = void (*)(const ExtractionContext&, float, float);
-
 constexpr Tracer kTracers[] = {TraceNew, TraceSmooth};
 
-struct TraceCase {
-  const char* Name;
-  Rows Picture;
-  float X, Y;
-  const char* XIncrement;
-  const char* YIncrement;
-  const char* Expected;  // centres, or with Edges centre, below and above
-  bool Edges = false;
-};
-
-void ExpectTraces(Tracer tracer, const std::vector<TraceCase>& cases) {
-  for (const TraceCase& c : cases) {
-    const ScriptedDesktop desktop;
-    ExtractionRecords records(c.Picture);
-    records.Control.Xrange = c.XIncrement;
-    records.Control.Yrange = c.YIncrement;
-    records.Check(true, c.Edges, c.Edges);
-    tracer(records.With(desktop), c.X, c.Y);
-    EXPECT_EQ(records.Captured(), c.Expected) << c.Name;
+/// A wave around row 60 in a picture of 300 x 120, drawn so that columns join.
+ExtractionRecords WaveRecords(int thickness) {
+  const auto row = [](int x) { return static_cast<int>(60 + 40 * std::sin(x / 15.0)); };
+  Raster raster = Raster::Filled(300, 120, kWhitePixel);
+  for (int x = 0; x < raster.Width(); ++x) {
+    const std::pair<int, int> ends = std::minmax({row(x), row(x + 1)});
+    for (int y = ends.first; y < ends.second + thickness; ++y) raster.Row(y)[x] = kBlackPixel;
   }
-}
-
-/// A curve in a picture of 300 x 120: the rows of `shape` below `top`, drawn so that columns join.
-Raster DrawCurve(double (*shape)(double), int thickness, int width = 300, int height = 120) {
-  Raster raster = Raster::Filled(width, height, kWhitePixel);
-  for (int x = 0; x < width; ++x) {
-    const auto a = static_cast<int>(shape(x)), b = static_cast<int>(shape(x + 1));
-    for (int y = std::min(a, b); y < std::max(a, b) + thickness; ++y)
-      if (y >= 0 && y < height) raster.Row(y)[x] = kBlackPixel;
-  }
-  return raster;
-}
-
-ExtractionRecords CurveRecords(double (*shape)(double), int thickness) {
   PlotImage image;
-  SetPicture(image, DrawCurve(shape, thickness));
+  SetPicture(image, std::move(raster));
   return ExtractionRecords(std::move(image));
-}
-
-double Wave(double x) {
-  return 60 + 40 * std::sin(x / 15);
 }
 
 TEST(CurveTracer, FollowsStrokesColumnByColumn) {
@@ -328,7 +299,7 @@ TEST(CurveTracer, EscapeAndAFullStoreKeepWhatWasCaptured) {
     for (const int columns : {0, 1, 5}) {
       ScriptedDesktop desktop;
       desktop.EscapeAfter = columns;
-      ExtractionRecords records = CurveRecords(Wave, 2);
+      ExtractionRecords records = WaveRecords(2);
       tracer(records.With(desktop), 0, 60);
       EXPECT_EQ(records.Store.CaptureCount, columns);
       EXPECT_EQ(records.Store.NPoints, columns);
@@ -336,7 +307,7 @@ TEST(CurveTracer, EscapeAndAFullStoreKeepWhatWasCaptured) {
     for (const int capacity : {0, 1, 4, 5}) {
       ScriptedDesktop desktop;
       desktop.ExpectMessage("You reached the limit of data that can be stored.");
-      ExtractionRecords records = CurveRecords(Wave, 2);
+      ExtractionRecords records = WaveRecords(2);
       records.Check(true, true, true);
       records.Store.MaxPoints = static_cast<std::int16_t>(capacity);
       tracer(records.With(desktop), 0, 60);
@@ -359,7 +330,7 @@ TEST(CurveTracer, ALogOriginThatIsNotPositiveIsToldOnce) {
     for (const bool bothLog : {false, true}) {
       ScriptedDesktop desktop;
       desktop.ExpectMessage("Y origin must be positive for Log Axis");
-      ExtractionRecords records = CurveRecords(Wave, 2);
+      ExtractionRecords records = WaveRecords(2);
       records.Calibration.XLog = bothLog;
       records.Calibration.ValueX[0] = 1;
       records.Calibration.YLog = true;
@@ -373,13 +344,13 @@ TEST(CurveTracer, ALogOriginThatIsNotPositiveIsToldOnce) {
 TEST(CurveTracer, ScrollsSoThatTheTraceStaysInSightWithoutChangingItsPoints) {
   for (const Tracer tracer : kTracers) {
     ScriptedDesktop inView;
-    ExtractionRecords whole = CurveRecords(Wave, 2);
+    ExtractionRecords whole = WaveRecords(2);
     tracer(whole.With(inView), 0, 60);
     EXPECT_EQ(whole.View.X, 0);
     ASSERT_GT(whole.Store.CaptureCount, 290);
 
     ScriptedDesktop desktop;
-    ExtractionRecords part = CurveRecords(Wave, 2);
+    ExtractionRecords part = WaveRecords(2);
     part.Options.XJump = 20;
     part.Options.YJump = 10;
     part.View = {.X = 0, .Y = 40, .Width = 80, .Height = 40};
@@ -435,129 +406,13 @@ TEST(CurveTracer, ColumnsStrictlyIncrease) {
   for (const Tracer tracer : kTracers) {
     for (const int thickness : {1, 2, 7}) {
       const ScriptedDesktop desktop;
-      ExtractionRecords records = CurveRecords(Wave, thickness);
+      ExtractionRecords records = WaveRecords(thickness);
       tracer(records.With(desktop), 0, 60);
       EXPECT_GE(records.Store.CaptureCount, 299) << thickness;
       for (int i = 2; i <= records.Store.CaptureCount; ++i)
         ASSERT_GT(records.Store.CaptureX[i], records.Store.CaptureX[i - 1]) << thickness;
     }
   }
-}
-
-TEST(SmoothTracer, EmitsTheMeanRowAndTheEdgesBesideTheStroke) {
-  ExpectTraces(
-      TraceSmooth,
-      {
-          {"thick stroke, half to even",
-           {"..", "##", "##", "##", "##", ".."},
-           0,
-           1,
-           "2",
-           "3",
-           "0,2 0,5 0,0 1,2 1,5 1,0",
-           true},
-          {"mean of an uneven stroke",
-           {"....", "####", "...#", "...#", "...."},
-           0,
-           1,
-           "2",
-           "3",
-           "0,1 1,1 2,1 3,2"},
-          {"hollow stroke", {"....", "####", "....", "####"}, 0, 2, "2", "1", "0,2 1,2 2,2 3,2"},
-          {"strokes further apart than the Y increment",
-           {"....", "####", "....", "....", "####"},
-           0,
-           2,
-           "2",
-           "1",
-           "0,1 1,1 2,1 3,1"},
-          {"break of X increment columns", {"##..##", "......"}, 0, 0, "2", "3", "0,0 1,0 4,0 5,0"},
-          {"longer break", {"##...##", "......."}, 0, 0, "2", "3", "0,0 1,0"},
-          {"no break within the increment", {"##.#"}, 0, 0, "0", "3", "0,0 1,0"},
-          {"negative increments, like 0",
-           {"###", "###", "###", "...", "###"},
-           0,
-           1,
-           "-7",
-           "-7",
-           "0,1 1,1 2,1"},
-          {"narrows to its lower edge and widens again",
-           {"#..", "#..", "#..", "#..", "#.#", "##."},
-           0,
-           2,
-           "0",
-           "0",
-           "0,2 1,5 2,4"},
-          {"narrows to its upper edge",
-           {"##.", "#.#", "#..", "#..", "#..", "#.."},
-           0,
-           2,
-           "0",
-           "0",
-           "0,2 1,0 2,1"},
-          {"behind a break only rows near the mean count",
-           {"#..", "#..", "#..", "#..", "#..", "#.#"},
-           0,
-           2,
-           "2",
-           "0",
-           "0,2"},
-          {"start near the curve", {"##", "..", "..", ".."}, 0, 3, "2", "1", "0,0 1,0"},
-          {"start too far away", {"##", "..", "..", "..", ".."}, 0, 4, "0", "1", ""},
-          {"first and last row of the picture",
-           {"###", "...", "...", "###"},
-           0,
-           3,
-           "2",
-           "1",
-           "0,3 1,3 2,3"},
-      });
-}
-
-TEST(SmoothTracer, SteepStretchesStayOnTheirStroke) {
-  ExpectTraces(TraceSmooth,
-               {
-                   {"a step of the curve itself, another stroke beside its middle",
-                    {"##.....", "..#....", "..#....", "..#....", "..#....", "..#####", "..#....",
-                     "..#....", "..#....", "..#....", "..#....", "...####"},
-                    0,
-                    0,
-                    "2",
-                    "1",
-                    "0,0 1,0 2,6 3,11 4,11 5,11 6,11"},
-                   {"the same upward",
-                    {"...####", "..#....", "..#....", "..#....", "..#....", "..#####", "..#....",
-                     "..#....", "..#....", "..#....", "..#....", "##....."},
-                    0,
-                    11,
-                    "2",
-                    "1",
-                    "0,11 1,11 2,6 3,0 4,0 5,0 6,0"},
-                   {"a line that crosses, another stroke at its middle",
-                    {"..#...", "..#...", "..#...", "..#...", "######", "..#...", "..#...", "..####",
-                     "..#...", "..#...", "..#...", "..#...", "..#...", "..#...", "..#..."},
-                    0,
-                    4,
-                    "2",
-                    "1",
-                    "0,4 1,4 2,7 3,4 4,4 5,4"},
-                   {"crossing strokes keep their ways",
-                    {"##.......##", "..#.....#..", "...#...#...", "....#.#....", ".....#.....",
-                     "....#.#....", "...#...#...", "..#.....#..", "##.......##"},
-                    0,
-                    0,
-                    "2",
-                    "1",
-                    "0,0 1,0 2,1 3,2 4,4 5,4 6,4 7,6 8,7 9,8 10,8"},
-                   {"and so does the other",
-                    {"##.......##", "..#.....#..", "...#...#...", "....#.#....", ".....#.....",
-                     "....#.#....", "...#...#...", "..#.....#..", "##.......##"},
-                    0,
-                    8,
-                    "2",
-                    "1",
-                    "0,8 1,8 2,7 3,6 4,4 5,4 6,4 7,2 8,1 9,0 10,0"},
-               });
 }
 
 }  // namespace
