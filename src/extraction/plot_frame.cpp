@@ -1,0 +1,125 @@
+#include "extraction/plot_frame.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+#include "extraction/grid_evidence.h"
+
+namespace graphize {
+
+namespace {
+
+/// How far tick marks may stand out of the frame.
+int LongestTick(const PlotPlace& place) {
+  return std::max(15, place.Columns.Length() / 25);
+}
+
+/// From how many rows on an upright stroke is a frame or axis line.
+int ShortestFrame(const PlotPlace& place) {
+  return std::max(30, place.Rows.Length() * 15 / 100);
+}
+
+int RowOf(const GridLine& line, int column) {
+  return static_cast<int>(std::lround(line.RowAt(column)));
+}
+
+/// The outermost upright line within a tick's length of the line's end; `step` points outward.
+std::optional<int> FrameAtEnd(const BitMap& map, const PlotPlace& place, const GridLine& line,
+                              int end, int step) {
+  const int shortest = ShortestFrame(place);
+  const int half = line.Thickness / 2 + 1;
+  for (int inward = 0; inward <= LongestTick(place); ++inward) {
+    const int column = end - step * inward;
+    if (!line.Columns.Contains(column)) break;
+    const int row = RowOf(line, column);
+    if (UprightReach(map, column, row - half, -1, shortest) +
+            UprightReach(map, column, row + half, 1, shortest) >=
+        shortest)
+      return column;
+  }
+  return std::nullopt;
+}
+
+/// Drops what of the line lies outside `columns`.
+void Clip(Span columns, GridLine& line) {
+  for (Span& piece : line.Pieces)
+    piece = {std::max(piece.First, columns.First), std::min(piece.Last, columns.Last)};
+  std::erase_if(line.Pieces, [](const Span& piece) { return piece.Length() < 1; });
+  if (!line.Pieces.empty())
+    line.Columns = {line.Pieces.front().First, line.Pieces.back().Last};
+  else
+    line.Columns = {};
+}
+
+/// Where most of the lines end, for those that found no frame themselves.
+std::optional<int> Consensus(std::vector<int> ends, std::size_t lines) {
+  if (ends.empty() || 2 * ends.size() < lines) return std::nullopt;
+  std::nth_element(ends.begin(), ends.begin() + static_cast<std::ptrdiff_t>(ends.size() / 2),
+                   ends.end());
+  return ends[ends.size() / 2];
+}
+
+/// Whether an upright line meets the line's end `column` and stops there on the outer side.
+bool IsCorner(const BitMap& map, const PlotPlace& place, const GridLine& line, int column,
+              int inward) {
+  const int shortest = ShortestFrame(place);
+  const int half = line.Thickness / 2 + 1;
+  for (int aside = -2; aside <= 2; ++aside) {
+    const int row = RowOf(line, std::clamp(column + aside, line.Columns.First, line.Columns.Last));
+    if (UprightReach(map, column + aside, row + inward * half, inward, shortest) < shortest)
+      continue;
+    if (UprightReach(map, column + aside, row - inward * half, -inward, shortest) <=
+        LongestTick(place))
+      return true;
+  }
+  return false;
+}
+
+bool IsFrameSide(const BitMap& map, const PlotPlace& place, const GridLine& line, int inward) {
+  return line.Coverage >= 0.9 && IsCorner(map, place, line, line.Columns.First, inward) &&
+         IsCorner(map, place, line, line.Columns.Last, inward);
+}
+
+}  // namespace
+
+void EndAtFrame(const BitMap& map, const PlotPlace& place, std::vector<GridLine>& lines) {
+  std::vector<int> firsts, lasts;
+  for (GridLine& line : lines) {
+    Span columns = line.Columns;
+    if (const auto first = FrameAtEnd(map, place, line, line.Columns.First, -1)) {
+      columns.First = *first;
+      firsts.push_back(*first);
+    }
+    if (const auto last = FrameAtEnd(map, place, line, line.Columns.Last, 1)) {
+      columns.Last = *last;
+      lasts.push_back(*last);
+    }
+    Clip(columns, line);
+  }
+  const auto first = Consensus(firsts, lines.size()), last = Consensus(lasts, lines.size());
+  const int tick = LongestTick(place);
+  for (GridLine& line : lines) {
+    Span columns = line.Columns;
+    if (first && columns.First >= *first - tick) columns.First = std::max(columns.First, *first);
+    if (last && columns.Last <= *last + tick) columns.Last = std::min(columns.Last, *last);
+    Clip(columns, line);
+  }
+  std::erase_if(lines, [](const GridLine& line) { return line.Pieces.empty(); });
+}
+
+std::vector<bool> FindFrame(const BitMap& map, const PlotPlace& place,
+                            const std::vector<GridLine>& lines) {
+  std::vector<bool> frame(lines.size(), false);
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    const GridLine& line = lines[i];
+    const double distance = std::abs(line.RowAt(place.OriginColumn) - place.OriginRow);
+    if (line.Coverage >= 0.9 && distance <= 2.5 + 0.5 * line.Thickness) frame[i] = true;
+  }
+  if (lines.empty()) return frame;
+  if (IsFrameSide(map, place, lines.front(), 1)) frame.front() = true;
+  if (IsFrameSide(map, place, lines.back(), -1)) frame.back() = true;
+  return frame;
+}
+
+}  // namespace graphize
