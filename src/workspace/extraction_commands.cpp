@@ -68,6 +68,14 @@ void RemoveAllBlockers(Workspace& ws) {
   ClearBlockers(ws.blockers, ws.plot, ws.commands);
 }
 
+void BustGrid(Workspace& ws, const Desktop& desktop, GridDirection direction, bool all, float x,
+              float y) {
+  ws.window.Hourglass = true;
+  RemoveGridLines(ws.plot, ws.calibration, desktop, ws.status, direction, all, ToInt16(x),
+                  ToInt16(y));
+  ws.window.Hourglass = false;
+}
+
 bool CanUndoErase(const Workspace& ws) {
   return ws.plot.HasUndo;
 }

@@ -4,6 +4,7 @@
 
 #include "desktop/desktop.h"
 #include "extraction/extraction_context.h"
+#include "extraction/grid_lines.h"
 #include "workspace/workspace.h"
 
 namespace graphize {
@@ -23,6 +24,11 @@ void PlaceBlocker(Workspace& ws);
 void RemoveLastBlocker(Workspace& ws);
 void RemoveAllBlockers(Workspace& ws);
 bool CanRemoveBlockers(const Workspace& ws);
+
+/// A press in grid mode at a picture position: removes the grid line of that direction nearest to
+/// it, or all of that direction.
+void BustGrid(Workspace& ws, const Desktop& desktop, GridDirection direction, bool all, float x,
+              float y);
 
 /// The picture as it was before the last erasure, drawing or grid removal.
 void UndoErase(Workspace& ws);

@@ -19,8 +19,14 @@ void Plot_MouseMove(Workspace& ws, const Desktop& desktop, int /*Button*/, int /
   if (ws.mode == Mode::AxisDef) FocusArmedRow(ws.calibration, ws.axisPanel);
 }
 
-void Plot_MouseDown(Workspace& ws, const Desktop& desktop, int Button, int /*Shift*/, float X,
+void Plot_MouseDown(Workspace& ws, const Desktop& desktop, int Button, int Shift, float X,
                     float Y) {
+  if (ws.mode == Mode::GridBuster) {
+    if (Button == kLeftButton || Button == kRightButton)
+      BustGrid(ws, desktop, Button == kLeftButton ? GridDirection::X : GridDirection::Y,
+               (Shift & kShiftKey) != 0, X, Y);
+    return;
+  }
   if (Button == kRightButton && CanExtract(ws)) {
     if (ws.settings.Trace == 2) {
       ws.mouse.SuppressNextClick = true;

@@ -48,6 +48,7 @@ bool CanPress(const Workspace& ws, std::string_view key) {
   if (key == "refresh" || key == "axisdef" || key == "blocktest" || key == "drawerase")
     return can.Picture;
   if (key == "graphize") return can.Graphize;
+  if (key == "gridbuster") return can.GridBuster;
   return false;
 }
 
