@@ -6,8 +6,8 @@
 #include <QGridLayout>
 #include <QMimeData>
 #include <QScreen>
+#include <QScrollArea>
 #include <QScrollBar>
-#include <QStackedWidget>
 #include <QTimer>
 #include <QUrl>
 #include <QWindow>
@@ -95,10 +95,19 @@ void MainWindow::Render() {
   readOut_->Render(ws_.readOut);
   dataList_->Render(ws_.store, ws_.formats, ws_.settings.DecimalPoint);
   status_->Render(ws_.status);
-  frames_->setCurrentIndex(ws_.window.AxisPanelShown ? 0 : 1);
+  RenderModeFrame();
   RenderActions();
   RenderFrame();
   axisPanel_->Focus(std::exchange(ws_.axisPanel.Focus, FocusTarget::None));
+}
+
+void MainWindow::RenderModeFrame() {
+  if (axisPanel_->isHidden() != ws_.window.AxisPanelShown) return;
+  axisPanel_->setVisible(ws_.window.AxisPanelShown);
+  tracerPanel_->setVisible(!ws_.window.AxisPanelShown);
+  if (!ws_.window.AxisPanelShown) return;
+  // On a small screen the boxes to fill in now are brought into sight.
+  QTimer::singleShot(0, this, [this] { sidePanel_->ensureWidgetVisible(axisPanel_); });
 }
 
 void MainWindow::RenderPicture() {

@@ -10,8 +10,8 @@
 
 class QAction;
 class QMenu;
+class QScrollArea;
 class QScrollBar;
-class QStackedWidget;
 
 namespace graphize {
 
@@ -64,6 +64,7 @@ class MainWindow : public QMainWindow {
   void Note(const std::function<void(Workspace&)>& change);
   void Render();
   void RenderActions();
+  void RenderModeFrame();
   void RenderPicture();
   void RenderFrame();
   bool TakeKey(QKeyEvent* key);
@@ -78,7 +79,7 @@ class MainWindow : public QMainWindow {
   ZoomView* zoom_ = nullptr;
   QScrollBar* horizontal_ = nullptr;
   QScrollBar* vertical_ = nullptr;
-  QStackedWidget* frames_ = nullptr;
+  QScrollArea* sidePanel_ = nullptr;
   AxisPanelWidget* axisPanel_ = nullptr;
   TracerPanel* tracerPanel_ = nullptr;
   ReadOutPanel* readOut_ = nullptr;

@@ -7,8 +7,8 @@
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QMenuBar>
+#include <QScrollArea>
 #include <QScrollBar>
-#include <QStackedWidget>
 #include <QToolBar>
 #include <QVBoxLayout>
 
@@ -136,22 +136,28 @@ QWidget* MainWindow::BuildSidePanel() {
   auto* side = new QWidget;
   auto* column = new QVBoxLayout(side);
   column->setContentsMargins(0, 0, 0, 4);
-
   readOut_ = new ReadOutPanel;
-  column->addWidget(readOut_);
-
-  frames_ = new QStackedWidget;
-  axisPanel_ = new AxisPanelWidget;
-  frames_->addWidget(axisPanel_);
-  tracerPanel_ = new TracerPanel(Workspace::kLargestBlock);
-  frames_->addWidget(tracerPanel_);
-  column->addWidget(frames_);
-
   dataList_ = new DataListPanel;
-  column->addWidget(dataList_);
+  axisPanel_ = new AxisPanelWidget;
+  tracerPanel_ = new TracerPanel(Workspace::kLargestBlock);
+  axisPanel_->hide();
+  // The frame that changes with the mode is the last: nothing above it jumps.
+  for (QWidget* panel : std::initializer_list<QWidget*>{readOut_, dataList_, axisPanel_,
+                                                        tracerPanel_})
+    column->addWidget(panel);
   column->addStretch();
-  side->setFixedWidth(std::max(side->sizeHint().width(), 270));
-  return side;
+
+  // On a small screen the panel scrolls, and does not push the status bar out of it.
+  auto* scroll = new QScrollArea;
+  scroll->setWidget(side);
+  scroll->setWidgetResizable(true);
+  scroll->setFrameStyle(QFrame::NoFrame);
+  scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  scroll->setFocusPolicy(Qt::NoFocus);
+  const int width = std::max(axisPanel_->minimumSizeHint().width(), readOut_->sizeHint().width());
+  scroll->setFixedWidth(width + scroll->verticalScrollBar()->sizeHint().width());
+  sidePanel_ = scroll;
+  return scroll;
 }
 
 void MainWindow::ConnectPanels() {
