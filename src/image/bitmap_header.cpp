@@ -91,6 +91,9 @@ std::optional<BitmapHeader> ReadBitmapHeader(std::string_view head) {
     bitmap.Compression = DoubleWord(info, 16);
     coloursUsed = DoubleWord(info, 32);
   }
+  constexpr std::size_t kOpacityMask = 52;
+  if (bitmap.InfoSize > kOpacityMask && info.size() >= kOpacityMask + 4)
+    bitmap.HasOpacity = DoubleWord(info, kOpacityMask) != 0 && bitmap.Bits != 24;
   constexpr int kBits[] = {1, 4, 8, 16, 24, 32};
   if (planes != 1 || std::ranges::find(kBits, bitmap.Bits) == std::end(kBits)) return {};
   bitmap.PixelOffset =
@@ -104,16 +107,16 @@ void MakePlainBmp(const BitmapHeader& bitmap, std::string& file) {
 }
 
 std::int64_t BitmapBandRows(const BitmapHeader& bitmap, std::string_view file,
-                            std::size_t bandBytes) {
+                            std::int64_t bandPixels) {
   constexpr std::size_t kLargestTables = 1 << 16;
   const std::size_t rowBytes = RowBytes(bitmap);
-  const auto rows = static_cast<std::size_t>(std::abs(bitmap.Height));
-  if (rowBytes == 0 || rowBytes * rows <= bandBytes) return 0;
+  const std::int64_t rows = std::abs(bitmap.Height);
+  if (rowBytes == 0 || bitmap.Width * rows <= bandPixels) return 0;
   if (bitmap.PixelOffset < bitmap.InfoOffset + bitmap.InfoSize ||
       bitmap.PixelOffset > bitmap.InfoOffset + kLargestTables ||
-      file.size() < bitmap.PixelOffset + rowBytes * rows)
+      file.size() < bitmap.PixelOffset + rowBytes * static_cast<std::size_t>(rows))
     return 0;
-  return static_cast<std::int64_t>(std::max<std::size_t>(bandBytes / rowBytes, 1));
+  return std::max<std::int64_t>(bandPixels / bitmap.Width, 1);
 }
 
 std::string BitmapBand(const BitmapHeader& bitmap, std::string_view file, std::int64_t first,

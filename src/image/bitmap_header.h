@@ -20,6 +20,7 @@ struct BitmapHeader {
   std::int64_t Height = 0;  // negative: top row first
   int Bits = 0;             // per pixel
   std::uint32_t Compression = 0;
+  bool HasOpacity = false;  // the header gives some bits of a pixel to it
 };
 
 /// Nothing when `head` (the file's first bytes, 64 are enough) does not start a bitmap.
@@ -29,10 +30,10 @@ std::optional<BitmapHeader> ReadBitmapHeader(std::string_view head);
 /// picture is upside down then if its height was negative.
 void MakePlainBmp(const BitmapHeader& bitmap, std::string& file);
 
-/// How many rows make up about `bandBytes` when the bitmap `file` can be cut into bands and is
+/// How many rows have about `bandPixels` pixels when the bitmap `file` can be cut into bands and is
 /// larger than one, else 0.
 std::int64_t BitmapBandRows(const BitmapHeader& bitmap, std::string_view file,
-                            std::size_t bandBytes);
+                            std::int64_t bandPixels);
 
 /// `count` rows from row `first` on, in the file's order, as a plain BMP of its own. Only where
 /// BitmapBandRows says that it can be cut.

@@ -61,8 +61,7 @@ class Report {
   lib::ExceptionInfo info_{};
 };
 
-// ---- Start
-// ---------------------------------------------------------------------------------------
+// ---- Start --------------------------------------------------------------------------------------
 
 /// The operation that this thread works on. The library's own helper threads have none.
 thread_local PictureOperation* currentOperation = nullptr;
@@ -129,28 +128,12 @@ ImageInfoPtr InfoFor(const char* coder) {
   return info;
 }
 
-// ---- Loading
-// -------------------------------------------------------------------------------------
+// ---- Loading ------------------------------------------------------------------------------------
 
 const char* CoderOf(PictureType type) {
-  switch (type) {
-    case PictureType::Tif:
-      return "TIFF";
-    case PictureType::Tga:
-      return "TGA";
-    case PictureType::Gif:
-      return "GIF";
-    case PictureType::Pcx:
-      return "PCX";
-    case PictureType::Jpg:
-      return "JPEG";
-    case PictureType::Png:
-      return "PNG";
-    case PictureType::WebP:
-      return "WEBP";
-    default:
-      return "BMP";
-  }
+  static constexpr const char* kCoders[] = {"",    "TIFF", "TGA",  "BMP", "GIF",
+                                            "BMP", "PCX",  "JPEG", "PNG", "WEBP"};
+  return kCoders[static_cast<int>(type)];
 }
 
 [[noreturn]] void ThrowDecodeError(const Report& report) {
@@ -160,36 +143,39 @@ const char* CoderOf(PictureType type) {
   throw RunTimeError("The file is damaged, incomplete or of a rare kind." + report.Detail());
 }
 
-/// The size by the decoder's look at the head of the file.
+void CheckSize(const lib::Image& image) {
+  const std::string refusal =
+      SizeRefusal(static_cast<std::int64_t>(image.columns), static_cast<std::int64_t>(image.rows));
+  if (!refusal.empty()) throw RunTimeError(refusal);
+}
+
+/// The decoder's look at the head of the file, where the gate could not tell the size.
 void CheckSize(PictureType type, std::string_view bytes) {
   Report report;
   const ImageInfoPtr info = InfoFor(CoderOf(type));
   const ImagePtr image(lib::PingBlob(info.get(), bytes.data(), bytes.size(), report));
   if (image == nullptr) ThrowDecodeError(report);
-  const std::string refusal = SizeRefusal(static_cast<std::int64_t>(image->columns),
-                                          static_cast<std::int64_t>(image->rows));
-  if (!refusal.empty()) throw RunTimeError(refusal);
+  CheckSize(*image);
 }
 
-/// A decoded picture; null when the operation was stopped. Complaints of the decoder are added to
-/// `warning`, each once.
-ImagePtr Decode(PictureType type, std::string_view bytes, std::string& warning,
+/// A decoded picture; null when the operation was stopped. The decoder's first complaint becomes
+/// `warning`.
+ImagePtr Decode(const GateVerdict& verdict, std::string_view bytes, std::string& warning,
                 const PictureOperation& operation) {
-  const ImageInfoPtr info = InfoFor(CoderOf(type));
+  const ImageInfoPtr info = InfoFor(CoderOf(verdict.Type));
   info->subimage = 0;
   info->subrange = 1;
   Report report;
   ImagePtr image(lib::BlobToImage(info.get(), bytes.data(), bytes.size(), report));
   if (operation.Stopped) return nullptr;
   if (image == nullptr || report.Severity() >= lib::ErrorException) ThrowDecodeError(report);
-  const std::string refusal = SizeRefusal(static_cast<std::int64_t>(image->columns),
-                                          static_cast<std::int64_t>(image->rows));
-  if (!refusal.empty()) throw RunTimeError(refusal);
+  CheckSize(*image);
   // What a PNG decoder merely warns of are additions to the picture, such as colour profiles.
-  const bool harmless = type == PictureType::Png && report.Severity() == lib::CoderWarning;
+  const bool harmless = verdict.Type == PictureType::Png && report.Severity() == lib::CoderWarning;
   if (report.Severity() >= lib::WarningException && !harmless && warning.empty())
     warning =
         "The file is damaged or incomplete. What could be read of it is shown." + report.Detail();
+  if (verdict.Opaque) image->matte = MagickFalse;
   if (image->colorspace == lib::CMYKColorspace)
     lib::TransformColorspace(image.get(), lib::RGBColorspace);
   return image;
@@ -271,18 +257,16 @@ Raster HandOut(ImagePtr image, PictureOperation& operation) {
 
 /// A large uncompressed bitmap, decoded in bands of rows: at once the decoder would hold it three
 /// times beside the file's bytes.
-Raster LoadBands(const BitmapHeader& bitmap, std::string_view bytes, std::int64_t bandRows,
-                 std::string& warning, bool& transparent, PictureOperation& operation) {
+Raster LoadBands(const GateVerdict& verdict, const BitmapHeader& bitmap, std::string_view bytes,
+                 std::int64_t bandRows, std::string& warning, PictureOperation& operation) {
   const std::int64_t height = std::abs(bitmap.Height);
   Raster picture(static_cast<int>(bitmap.Width), static_cast<int>(height));
   for (std::int64_t first = 0; first < height && !operation.Stopped; first += bandRows) {
     const std::int64_t count = std::min(bandRows, height - first);
     operation.From = static_cast<double>(first) / static_cast<double>(height);
     operation.To = static_cast<double>(first + count) / static_cast<double>(height);
-    ImagePtr image =
-        Decode(PictureType::Bmp, BitmapBand(bitmap, bytes, first, count), warning, operation);
+    ImagePtr image = Decode(verdict, BitmapBand(bitmap, bytes, first, count), warning, operation);
     if (image == nullptr) break;
-    transparent = transparent || image->matte;
     const Raster band = HandOut(std::move(image), operation);
     if (band.Width() != picture.Width() || band.Height() != count)
       throw RunTimeError("The file is damaged.");
@@ -293,23 +277,23 @@ Raster LoadBands(const BitmapHeader& bitmap, std::string_view bytes, std::int64_
 }
 
 std::optional<LoadedPicture> Load(const std::filesystem::path& path, PictureOperation& operation) {
-  constexpr std::size_t kBandBytes = 16 << 20;
+  constexpr std::int64_t kBandPixels = 1 << 22;
   const CurrentOperation current(operation);
   GateVerdict verdict;
   std::string bytes = ReadPictureFile(path, verdict);
   if (verdict.Width == 0) CheckSize(verdict.Type, bytes);
 
   LoadedPicture loaded;
-  bool transparent = false;
+  bool transparent = !verdict.Opaque;
   const auto bitmap = ReadBitmapHeader(bytes);
   int orientation = bitmap && bitmap->Height < 0 ? 4 : verdict.Mirrored ? 2 : 1;
-  const std::int64_t bandRows = bitmap ? BitmapBandRows(*bitmap, bytes, kBandBytes) : 0;
+  const std::int64_t bandRows = bitmap ? BitmapBandRows(*bitmap, bytes, kBandPixels) : 0;
   if (bandRows > 0) {
-    loaded.Picture = LoadBands(*bitmap, bytes, bandRows, loaded.Warning, transparent, operation);
+    loaded.Picture = LoadBands(verdict, *bitmap, bytes, bandRows, loaded.Warning, operation);
   } else {
     if (bitmap) MakePlainBmp(*bitmap, bytes);
     operation.To = 0.7;
-    ImagePtr image = Decode(verdict.Type, bytes, loaded.Warning, operation);
+    ImagePtr image = Decode(verdict, bytes, loaded.Warning, operation);
     std::string().swap(bytes);
     if (image == nullptr) return {};
     transparent = image->matte != 0;
@@ -324,8 +308,7 @@ std::optional<LoadedPicture> Load(const std::filesystem::path& path, PictureOper
   return loaded;
 }
 
-// ---- Saving
-// --------------------------------------------------------------------------------------
+// ---- Saving -------------------------------------------------------------------------------------
 
 struct Encoding {
   const char* Coder;
@@ -334,24 +317,16 @@ struct Encoding {
 };
 
 Encoding EncodingOf(int format) {
-  switch (format) {
-    case kTifFormat:
-      return {"TIFF", lib::LZWCompression, true};
-    case kTgaFormat:
-      return {"TGA", lib::NoCompression, true};
-    case kBmpFormat:
-    case kDibFormat:
-      return {"BMP3", lib::NoCompression, true};
-    case kGifFormat:
-      return {"GIF", lib::LZWCompression, true};
-    case kPcxFormat:
-      return {"PCX", lib::RLECompression, true};
-    case kJpgFormat:
-      return {"JPEG", lib::JPEGCompression, false};
-    default:
-      throw RunTimeError(
-          "The name must end in one of the types tif, tga, bmp, gif, dib, pcx or jpg.");
-  }
+  static constexpr Encoding kEncodings[] = {
+      {"TIFF", lib::LZWCompression, true},   {"TGA", lib::NoCompression, true},
+      {"BMP3", lib::NoCompression, true},    {"GIF", lib::LZWCompression, true},
+      {"BMP3", lib::NoCompression, true},    {"PCX", lib::RLECompression, true},
+      {"JPEG", lib::JPEGCompression, false},
+  };
+  if (format < kTifFormat || format > kJpgFormat)
+    throw RunTimeError(
+        "The name must end in one of the types tif, tga, bmp, gif, dib, pcx or jpg.");
+  return kEncodings[format - kTifFormat];
 }
 
 /// Black and white, and greys, need no table of colours in a TIFF.

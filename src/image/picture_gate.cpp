@@ -74,14 +74,15 @@ std::uint32_t HighFirst(std::string_view bytes, std::size_t offset) {
          Byte(bytes, offset + 3);
 }
 
-/// Size and direction where the type has them at a fixed place.
-void ReadSize(std::string_view head, GateVerdict& verdict) {
+/// What stands at a fixed place of its type's header.
+void ReadHeader(std::string_view head, GateVerdict& verdict) {
   switch (verdict.Type) {
     case PictureType::Bmp:
     case PictureType::Dib: {
       const auto bitmap = ReadBitmapHeader(head);
       verdict.Width = bitmap->Width;
       verdict.Height = std::abs(bitmap->Height);
+      verdict.Opaque = !bitmap->HasOpacity;
       break;
     }
     case PictureType::Gif:
@@ -97,6 +98,7 @@ void ReadSize(std::string_view head, GateVerdict& verdict) {
       verdict.Width = Word(head, 12);
       verdict.Height = Word(head, 14);
       verdict.Mirrored = (Byte(head, 17) & 0x10) != 0;
+      verdict.Opaque = (Byte(head, 17) & 15) == 0;
       break;
     case PictureType::Png:
       if (head.size() < 24) break;
@@ -128,7 +130,7 @@ GateVerdict InspectPicture(std::string_view fileName, std::string_view head) {
                       "png, webp).";
     return verdict;
   }
-  ReadSize(head, verdict);
+  ReadHeader(head, verdict);
   if (HasFixedSize(verdict.Type)) verdict.Refusal = SizeRefusal(verdict.Width, verdict.Height);
   return verdict;
 }

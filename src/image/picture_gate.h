@@ -25,6 +25,7 @@ struct GateVerdict {
   std::int64_t Width = 0;
   std::int64_t Height = 0;
   bool Mirrored = false;  // rows are stored from right to left
+  bool Opaque = false;    // by its header, whatever a decoder makes of spare bytes
   std::string Refusal;    // why the file is not opened, a sentence in plain words; else empty
 };
 

@@ -1,0 +1,165 @@
+// Opening a page of 140 million pixels (A4 at 1200 dpi), against what the library alone needs for
+// the same file, and the two-colour reduction against the library's threshold. Both sides of a
+// ratio are measured in turns, so that other work on the machine falls on both.
+
+#include <Magick++.h>
+#include <benchmark/benchmark.h>
+
+#include <chrono>
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <string>
+
+#include "base/whole_file.h"
+#include "image/black_white.h"
+#include "image/file_format.h"
+#include "image/picbuf.h"
+
+namespace graphize {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kWidth = 9933, kHeight = 14043;
+
+/// A frame, a grid and two curves, as on a scanned sheet; `paper` and `ink` are its two colours.
+Raster DrawPage(std::uint32_t paper, std::uint32_t ink) {
+  Raster page = Raster::Filled(kWidth, kHeight, paper);
+  for (int y = 0; y < kHeight; ++y) {
+    std::uint32_t* row = page.Row(y);
+    if (y % 1200 < 6) std::fill_n(row, kWidth, ink);
+    for (int x = 0; x < kWidth; x += 1200) std::fill_n(row + x, 6, ink);
+  }
+  for (int x = 0; x < kWidth; ++x)
+    for (double phase : {0.0, 1.0}) {
+      const int middle = static_cast<int>(kHeight / 2.0 + 5000 * std::sin(x / 900.0 + phase));
+      for (int y = middle - 8; y <= middle + 8; ++y) page.Row(y)[x] = ink;
+    }
+  return page;
+}
+
+double Seconds(const auto& work) {
+  const auto start = std::chrono::steady_clock::now();
+  work();
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+/// A line of /proc/self/status in bytes.
+double StatusBytes(const std::string& key) {
+  std::ifstream status("/proc/self/status");
+  for (std::string line; std::getline(status, line);)
+    if (line.starts_with(key)) return 1024.0 * std::atof(line.c_str() + key.size());
+  return 0;
+}
+
+void ResetPeak() {
+  std::ofstream("/proc/self/clear_refs") << "5";
+}
+
+/// The page as a file of each type, in a folder that is removed at the end.
+class PageFiles {
+ public:
+  PageFiles() {
+    std::string name = (fs::temp_directory_path() / "graphize-page-XXXXXX").string();
+    folder_ = mkdtemp(name.data());
+    const Raster page = DrawPage(kWhitePixel, kBlackPixel);
+    SavePicture(folder_ / "tif", kTifFormat, 1, page);
+    SavePicture(folder_ / "jpg", kJpgFormat, 75, page);
+    Raster colours = page.Clone();
+    for (int x = 0; x < kWidth; ++x) colours.Row(0)[x] = 0xff000000u | static_cast<unsigned>(x);
+    SavePicture(folder_ / "bmp", kBmpFormat, 0, colours);
+    Magick::Image image(kWidth, kHeight, "BGRP", Magick::CharPixel, page.Pixels());
+    image.magick("PNG");
+    image.depth(8);
+    Magick::Blob png;
+    image.write(&png);
+    std::ofstream(folder_ / "png", std::ios::binary)
+        .write(static_cast<const char*>(png.data()), static_cast<std::streamsize>(png.length()));
+  }
+  ~PageFiles() { fs::remove_all(folder_); }
+  PageFiles(const PageFiles&) = delete;
+  PageFiles& operator=(const PageFiles&) = delete;
+
+  fs::path operator[](const char* type) const { return folder_ / type; }
+
+ private:
+  fs::path folder_;
+};
+
+const PageFiles& Pages() {
+  static const PageFiles pages;
+  return pages;
+}
+
+/// Bare decode and hand-out: nothing is checked, asked or kept.
+void DecodeWithLibraryAlone(const fs::path& path, const char* coder) {
+  const auto size = static_cast<std::size_t>(fs::file_size(path));
+  void* bytes = std::malloc(size);
+  std::ifstream(path, std::ios::binary)
+      .read(static_cast<char*>(bytes), static_cast<std::streamsize>(size));
+  Magick::Blob blob;
+  blob.updateNoCopy(bytes, size, Magick::Blob::MallocAllocator);
+  Magick::Image image;
+  image.read(blob, Magick::Geometry(), coder);
+  const auto pixels =
+      std::make_unique_for_overwrite<std::uint32_t[]>(std::size_t{kWidth} * kHeight);
+  image.write(0, 0, kWidth, kHeight, "BGRA", Magick::CharPixel, pixels.get());
+  benchmark::DoNotOptimize(pixels[12345]);
+}
+
+void LoadPage(benchmark::State& state, const char* type, const char* coder, bool watched) {
+  const fs::path path = Pages()[type];
+  const double raster = 4.0 * kWidth * kHeight;
+  double ours = 0, library = 0, peak = 0, settled = 0;
+  const PictureProgress watch = watched ? PictureProgress([](int) { return true; }) : nullptr;
+  for (auto _ : state) {
+    library += Seconds([&] { DecodeWithLibraryAlone(path, coder); });
+    const double before = StatusBytes("VmRSS:");
+    ResetPeak();
+    std::optional<LoadedPicture> loaded;
+    const double seconds = Seconds([&] { loaded = LoadPicture(path, watch); });
+    peak = std::max(peak, StatusBytes("VmHWM:") - before);
+    settled = std::max(settled, StatusBytes("VmRSS:") - before);
+    ours += seconds;
+    state.SetIterationTime(seconds);
+  }
+  state.counters["time/library"] = ours / library;
+  state.counters["peak/raster"] = peak / raster;
+  state.counters["settled/raster"] = settled / raster;
+}
+
+void Repeat(benchmark::internal::Benchmark* page) {
+  page->Unit(benchmark::kMillisecond)->UseManualTime()->Iterations(5);
+}
+BENCHMARK_CAPTURE(LoadPage, tif, "tif", "TIFF", false)->Apply(Repeat);
+BENCHMARK_CAPTURE(LoadPage, png, "png", "PNG", false)->Apply(Repeat);
+BENCHMARK_CAPTURE(LoadPage, jpg, "jpg", "JPEG", false)->Apply(Repeat);
+BENCHMARK_CAPTURE(LoadPage, bmp, "bmp", "BMP", false)->Apply(Repeat);
+BENCHMARK_CAPTURE(LoadPage, tif_watched, "tif", "TIFF", true)->Apply(Repeat);
+
+void CheckBlackAndWhite(benchmark::State& state) {
+  const Raster page = DrawPage(kWhitePixel, kBlackPixel);
+  for (auto _ : state) benchmark::DoNotOptimize(IsBlackAndWhite(page));
+}
+BENCHMARK(CheckBlackAndWhite)->Unit(benchmark::kMillisecond);
+
+void Reduce(benchmark::State& state) {
+  const Raster page = DrawPage(0xfff0e8d0u, 0xff203050u);
+  double ours = 0, library = 0;
+  for (auto _ : state) {
+    Raster copy = page.Clone();
+    const double seconds = Seconds([&] { ReduceToBlackAndWhite(copy); });
+    Magick::Image image(kWidth, kHeight, "BGRP", Magick::CharPixel, page.Pixels());
+    library += Seconds([&] { image.threshold(127 * 257.0); });
+    ours += seconds;
+    state.SetIterationTime(seconds);
+  }
+  state.counters["time/library"] = ours / library;
+}
+BENCHMARK(Reduce)->Apply(Repeat);
+
+}  // namespace
+}  // namespace graphize

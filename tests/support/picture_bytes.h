@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/raster.h"
+
+namespace graphize::test {
+
+/// The bytes that hexadecimal digits stand for; blanks are skipped.
+std::string FromHex(std::string_view digits);
+/// `value` as `count` bytes, lowest first.
+std::string LowFirst(std::uint32_t value, int count);
+
+/// The kinds of bitmaps: size of the info header, bits per pixel, compression (0, or 3 with colour
+/// masks), order of rows.
+struct BitmapKind {
+  std::uint32_t InfoSize = 40;
+  int Bits = 24;
+  std::uint32_t Compression = 0;
+  bool TopDown = false;
+};
+/// A bare DIB of a picture; up to 8 bits the picture is black and white.
+std::string MakeDib(const BitmapKind& kind, const Raster& picture);
+/// The same with the header that makes it a BMP file.
+std::string MakeBmp(const BitmapKind& kind, const Raster& picture);
+
+/// An uncompressed TGA of 24 or 32 bits, the latter with `opacity` as its fourth byte. Of the
+/// descriptor's bits 0x10 stores rows from right to left, 0x20 the top row first.
+std::string MakeTga(const Raster& picture, int bits, int descriptor, int opacity = 255);
+
+/// An uncompressed TIFF. `samples` are the pixels' bytes, `photometric` is 2 for RGB, 5 for CMYK.
+std::string MakeTif(int width, int height, int photometric, int orientation,
+                    const std::string& samples);
+
+/// Small files made elsewhere: three pixels clear black, half clear red, opaque 0x010203; a palette
+/// with a clear black, a grey and white; grey of 16 bits; eight pixels red and eight white in 8
+/// rows as WebP and as a CMYK JPEG.
+std::string PngWithOpacity();
+std::string PngWithClearColour();
+std::string PngOf16Bits();
+std::string WebP();
+std::string CmykJpg();
+
+/// Pixels for comparison, and a picture from them.
+std::vector<std::uint32_t> PixelsOf(const Raster& picture);
+Raster MakeRaster(int width, int height, const std::vector<std::uint32_t>& pixels);
+
+}  // namespace graphize::test
