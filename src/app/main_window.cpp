@@ -57,6 +57,12 @@ MainWindow::~MainWindow() = default;
 
 void MainWindow::Start() {
   Do(StartUp);
+  // Wide enough for every panel, now that their captions are there.
+  int width = 0;
+  for (const QWidget* panel : std::initializer_list<const QWidget*>{readOut_, dataList_,
+                                                                    axisPanel_, tracerPanel_})
+    width = std::max(width, panel->sizeHint().width());
+  sidePanel_->setFixedWidth(width + sidePanel_->verticalScrollBar()->sizeHint().width());
 }
 
 void MainWindow::OpenWhenShown(const std::filesystem::path& path) {

@@ -143,8 +143,10 @@ QWidget* MainWindow::BuildSidePanel() {
   axisPanel_->hide();
   // The frame that changes with the mode is the last: nothing above it jumps.
   for (QWidget* panel : std::initializer_list<QWidget*>{readOut_, dataList_, axisPanel_,
-                                                        tracerPanel_})
+                                                        tracerPanel_}) {
+    panel->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
     column->addWidget(panel);
+  }
   column->addStretch();
 
   // On a small screen the panel scrolls, and does not push the status bar out of it.
@@ -154,8 +156,6 @@ QWidget* MainWindow::BuildSidePanel() {
   scroll->setFrameStyle(QFrame::NoFrame);
   scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   scroll->setFocusPolicy(Qt::NoFocus);
-  const int width = std::max(axisPanel_->minimumSizeHint().width(), readOut_->sizeHint().width());
-  scroll->setFixedWidth(width + scroll->verticalScrollBar()->sizeHint().width());
   sidePanel_ = scroll;
   return scroll;
 }

@@ -70,7 +70,6 @@ TracerPanel::TracerPanel(int largestBlock, QWidget* parent)
   blockSize_->setToolTip(tr("Width of blockers and pen, size of the eraser"));
   block->addWidget(blockSize_, 1, 0, 1, 2);
   column->addLayout(block);
-  column->addStretch();
 
   connect(xRange_, &QLineEdit::textEdited, this,
           [this](const QString& text) { emit XIncrementTyped(text.toStdString()); });
