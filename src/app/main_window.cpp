@@ -57,12 +57,24 @@ MainWindow::~MainWindow() = default;
 
 void MainWindow::Start() {
   Do(StartUp);
-  // Wide enough for every panel, now that their captions are there.
+}
+
+void MainWindow::FitSidePanel() {
+  // Wide enough for every panel, whichever is shown now: known once styles and captions are set.
   int width = 0;
-  for (const QWidget* panel : std::initializer_list<const QWidget*>{readOut_, dataList_,
-                                                                    axisPanel_, tracerPanel_})
-    width = std::max(width, panel->sizeHint().width());
+  for (QWidget* panel :
+       std::initializer_list<QWidget*>{readOut_, dataList_, axisPanel_, tracerPanel_}) {
+    for (QWidget* child : panel->findChildren<QWidget*>()) child->ensurePolished();
+    panel->ensurePolished();
+    panel->layout()->invalidate();
+    width = std::max(width, panel->minimumSizeHint().width());
+  }
   sidePanel_->setFixedWidth(width + sidePanel_->verticalScrollBar()->sizeHint().width());
+}
+
+void MainWindow::showEvent(QShowEvent* event) {
+  QMainWindow::showEvent(event);
+  if (!event->spontaneous()) FitSidePanel();
 }
 
 void MainWindow::OpenWhenShown(const std::filesystem::path& path) {

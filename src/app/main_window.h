@@ -42,6 +42,7 @@ class MainWindow : public QMainWindow {
  protected:
   void closeEvent(QCloseEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
+  void showEvent(QShowEvent* event) override;
   void moveEvent(QMoveEvent* event) override;
   void changeEvent(QEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
@@ -57,6 +58,7 @@ class MainWindow : public QMainWindow {
   QWidget* BuildSidePanel();
   QAction* MakeAction(const MenuEntry& entry);
   void ConnectPanels();
+  void FitSidePanel();
 
   /// Runs a command and shows what it has done; `redraw` repaints the visible picture, too.
   void Do(const Command& command, bool redraw = true);

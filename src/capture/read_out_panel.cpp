@@ -14,10 +14,13 @@ namespace graphize {
 
 namespace {
 
+const QString kWidestValue = QStringLiteral("-0.00000E+00");
+
 QLineEdit* ValueBox(const char* name, const QString& tip) {
   auto* box = Named(new QLineEdit, name, tip);
   box->setToolTip(tip);
   box->setReadOnly(true);
+  box->setMinimumWidth(box->fontMetrics().horizontalAdvance(kWidestValue) + 16);
   box->setFocusPolicy(Qt::ClickFocus);  // for copying a number
   return box;
 }
@@ -25,7 +28,7 @@ QLineEdit* ValueBox(const char* name, const QString& tip) {
 QLabel* PositionLabel(const char* name, const QString& tip) {
   auto* label = Named(new QLabel, name, tip);
   label->setToolTip(tip);
-  label->setMinimumWidth(label->fontMetrics().horizontalAdvance(QStringLiteral("-0.00000E+00")));
+  label->setMinimumWidth(label->fontMetrics().horizontalAdvance(kWidestValue));
   return label;
 }
 
