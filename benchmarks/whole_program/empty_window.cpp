@@ -18,7 +18,6 @@ class EmptyWindow : public QMainWindow {
 int main(int argc, char** argv) {
   QApplication application(argc, argv);
   EmptyWindow window;
-  window.resize(1000, 800);
-  window.show();
+  window.showMaximized();  // as large as Graphize's: both fill and send the same pixels
   return QApplication::exec();
 }

@@ -13,7 +13,6 @@
 #include <QWindow>
 #include <utility>
 
-#include "app/icons.h"
 #include "app/picture_area.h"
 #include "app/status_panels.h"
 #include "calibration/axis_panel.h"
@@ -34,7 +33,6 @@ namespace graphize {
 
 MainWindow::MainWindow(std::filesystem::path settingsPath) {
   setObjectName(QStringLiteral("Graphize"));
-  setWindowIcon(ProgramIcon());
   setAcceptDrops(true);
   ws_.settingsPath = std::move(settingsPath);
   const QSize screen = QGuiApplication::primaryScreen()->size();
@@ -74,7 +72,11 @@ void MainWindow::FitSidePanel() {
 
 void MainWindow::showEvent(QShowEvent* event) {
   QMainWindow::showEvent(event);
-  if (!event->spontaneous()) FitSidePanel();
+  if (event->spontaneous() || shown_) return;
+  shown_ = true;
+  FitSidePanel();
+  // What the window can be seen without.
+  QTimer::singleShot(50, this, [this] { FinishStart(); });
 }
 
 void MainWindow::OpenWhenShown(const std::filesystem::path& path) {

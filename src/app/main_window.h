@@ -59,6 +59,7 @@ class MainWindow : public QMainWindow {
   QAction* MakeAction(const MenuEntry& entry);
   void ConnectPanels();
   void FitSidePanel();
+  void FinishStart();
 
   /// Runs a command and shows what it has done; `redraw` repaints the visible picture, too.
   void Do(const Command& command, bool redraw = true);
@@ -93,6 +94,7 @@ class MainWindow : public QMainWindow {
   bool hourglassShown_ = false;
   bool closeAsked_ = false;
   bool placing_ = false;
+  bool shown_ = false;
 };
 
 }  // namespace graphize

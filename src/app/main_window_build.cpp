@@ -80,9 +80,14 @@ void MainWindow::BuildMenus() {
           [this] { Do(OpenEditMenu, false); });
   connect(findChild<QMenu*>(QStringLiteral("MNU_DATA")), &QMenu::aboutToShow, this,
           [this] { Do([](Workspace& ws, const Desktop&) { OpenDataMenu(ws); }, false); });
+}
+
+void MainWindow::FinishStart() {
+  setWindowIcon(ProgramIcon());
   // Ctrl+V works without the menu having been opened: the clipboard tells when it changes.
   connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this,
           [this] { Do(OpenEditMenu, false); });
+  Do(OpenEditMenu, false);
 }
 
 void MainWindow::BuildToolbar() {

@@ -28,6 +28,16 @@ constexpr const char* kSaveFilters =
     "(*.gif)|*.gif|DIB Files (*.dib)|*.dib|PCX Files (*.pcx)|*.pcx|JPEG Files (*.jpg)|*.jpg|";
 constexpr const char* kLoading = "GRAPHIZE is Loading the File";
 
+/// Shows how far the coder is; Escape stops it.
+PictureProgress ShowProgress(Workspace& ws, const Desktop& desktop) {
+  return [&ws, &desktop](int percent) {
+    ws.status.ProgressVisible = true;
+    ws.status.ProgressValue = percent;
+    desktop.Pump();
+    return !desktop.EscapeHeld();
+  };
+}
+
 /// Decodes the file with progress in the status bar. Nothing after a message (a file that cannot be
 /// read) or Escape.
 std::optional<Raster> Decode(Workspace& ws, const Desktop& desktop,
@@ -38,12 +48,7 @@ std::optional<Raster> Decode(Workspace& ws, const Desktop& desktop,
   std::optional<Raster> picture;
   std::string message;
   try {
-    std::optional<LoadedPicture> loaded = LoadPicture(path, [&](int percent) {
-      ws.status.ProgressVisible = true;
-      ws.status.ProgressValue = percent;
-      desktop.Pump();
-      return !desktop.EscapeHeld();
-    });
+    std::optional<LoadedPicture> loaded = LoadPicture(path, ShowProgress(ws, desktop));
     if (loaded) {
       message = loaded->Warning;
       picture = std::move(loaded->Picture);
@@ -175,13 +180,15 @@ void SaveImageAs(Workspace& ws, const Desktop& desktop) {
   desktop.Pump();
   HideMarks(ws.plot);
   try {
-    SavePicture(*path, format, option, ws.plot.Pixels);
-    ws.status.Status = "Image was successfully saved";
+    const bool saved =
+        SavePicture(*path, format, option, ws.plot.Pixels, ShowProgress(ws, desktop));
+    ws.status.Status = saved ? "Image was successfully saved" : " ";
   } catch (const RunTimeError& error) {
     ws.status.Status = " ";
     Tell(desktop, error.what(), MessageIcon::Critical);
   }
   ShowMarks(ws.plot);
+  ws.status.ProgressVisible = false;
   ws.window.Hourglass = false;
 }
 
