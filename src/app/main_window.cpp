@@ -70,11 +70,26 @@ void MainWindow::FitSidePanel() {
   sidePanel_->setFixedWidth(width + sidePanel_->verticalScrollBar()->sizeHint().width());
 }
 
+void MainWindow::PlaceZoom() {
+  // Below the panels where there is room, so that nothing of the picture is covered; else in its
+  // lower right corner.
+  constexpr int kMargin = 8;
+  const QSize size = zoom_->sizeHint();
+  const QRect side = sidePanel_->geometry(), picture = pictureArea_->geometry();
+  const int panels = readOut_->sizeHint().height() + dataList_->sizeHint().height() +
+                     std::max(axisPanel_->sizeHint().height(), tracerPanel_->sizeHint().height());
+  const bool fits = panels + size.height() + 3 * kMargin <= side.height();
+  const QPoint corner = fits ? side.bottomRight() - QPoint((side.width() - size.width()) / 2, 0)
+                             : picture.bottomRight() - QPoint(kMargin, 0);
+  zoom_->SetHome(corner - QPoint(size.width(), size.height() + kMargin));
+}
+
 void MainWindow::showEvent(QShowEvent* event) {
   QMainWindow::showEvent(event);
   if (event->spontaneous() || shown_) return;
   shown_ = true;
   FitSidePanel();
+  PlaceZoom();
   // What the window can be seen without.
   QTimer::singleShot(50, this, [this] { FinishStart(); });
 }

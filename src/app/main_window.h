@@ -60,6 +60,7 @@ class MainWindow : public QMainWindow {
   void ConnectPanels();
   void FitSidePanel();
   void FinishStart();
+  void PlaceZoom();
 
   /// Runs a command and shows what it has done; `redraw` repaints the visible picture, too.
   void Do(const Command& command, bool redraw = true);

@@ -125,7 +125,7 @@ void MainWindow::BuildCentre() {
       ws_.plot,
       [this](const PlotOverlay::Rectangle& area) { return Plot_Paint(ws_, area); },
       pictureArea_);
-  zoom_ = new ZoomView(ws_.plot, ZoomWindow::kMinimum, ZoomWindow::kMaximum, pictureArea_);
+  zoom_ = new ZoomView(ws_.plot, ZoomWindow::kMinimum, ZoomWindow::kMaximum, centre);
   horizontal_ = Named(new QScrollBar(Qt::Horizontal), "HPScroll", tr("Scroll the picture across"));
   vertical_ = Named(new QScrollBar(Qt::Vertical), "VpScroll", tr("Scroll the picture down"));
   for (QScrollBar* bar : {horizontal_, vertical_}) bar->setSingleStep(20);
@@ -191,7 +191,7 @@ void MainWindow::ConnectPanels() {
   });
   connect(pictureArea_, &PictureArea::Resized, this, [this](int width, int height) {
     Note([=](Workspace& ws) { ResizeView(ws, width, height); });
-    zoom_->StayInside();
+    PlaceZoom();
   });
   connect(zoom_, &ZoomView::FactorChosen, this, [this](int factor) {
     Do([=](Workspace& ws, const Desktop&) { ws.zoom.Factor = factor; }, false);

@@ -94,9 +94,14 @@ void ZoomView::Render(bool shown, int x, int y, int factor, bool pictureChanged)
   picture_->Look(x, y, factor, pictureChanged);
 }
 
+void ZoomView::SetHome(QPoint home) {
+  home_ = home;
+  StayInside();
+}
+
 void ZoomView::StayInside() {
   const QSize room = parentWidget()->size() - sizeHint();
-  QPoint place = moved_ ? pos() : QPoint(room.width() - 8, room.height() - 8);
+  QPoint place = moved_ ? pos() : home_;
   place.setX(std::clamp(place.x(), 0, std::max(room.width(), 0)));
   place.setY(std::clamp(place.y(), 0, std::max(room.height(), 0)));
   resize(sizeHint());

@@ -9,7 +9,7 @@ class QSlider;
 namespace graphize {
 
 /// The zoom window: whole enlarged pixels around the cursor, its factor slider beneath. It floats
-/// over the picture and is moved by dragging.
+/// over its parent and is moved by dragging.
 class ZoomView : public QFrame {
   Q_OBJECT
  public:
@@ -17,8 +17,8 @@ class ZoomView : public QFrame {
 
   /// Shows the pixels around (x, y), row downward, each `factor` logical pixels wide.
   void Render(bool shown, int x, int y, int factor, bool pictureChanged);
-  /// Keeps the window within its parent, in the corner it was put to.
-  void StayInside();
+  /// Where the window stands until somebody moves it; parent's coordinates.
+  void SetHome(QPoint home);
 
  signals:
   void FactorChosen(int factor);
@@ -27,8 +27,11 @@ class ZoomView : public QFrame {
   class Picture;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
+  void StayInside();
+
   Picture* picture_;
   QSlider* slider_;
+  QPoint home_;
   QPoint grabbed_;
   bool moved_ = false;
 };
