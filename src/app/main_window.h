@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QPointer>
 #include <functional>
 #include <vector>
 
@@ -17,6 +18,7 @@ namespace graphize {
 
 class AxisPanelWidget;
 class DataListPanel;
+class FormDialog;
 class PictureArea;
 class PlotView;
 class ReadOutPanel;
@@ -57,6 +59,8 @@ class MainWindow : public QMainWindow {
   QWidget* BuildSidePanel();
   QAction* MakeAction(const MenuEntry& entry);
   void ConnectPanels();
+  FormDialog* MakeIntegrateForm();
+  FormDialog* MakeSampleForm();
 
   /// Runs a command and shows what it has done; `redraw` repaints the visible picture, too.
   void Do(const Command& command, bool redraw = true);
@@ -66,6 +70,10 @@ class MainWindow : public QMainWindow {
   void RenderActions();
   void RenderPicture();
   void RenderFrame();
+  /// Opens, shows and closes the form that the records name.
+  void RenderForm();
+  /// Whether a window that wants to close has to wait for the command that runs.
+  bool MustWaitToClose(QWidget* window);
   bool TakeKey(QKeyEvent* key);
   void NotePlacement();
 
@@ -84,11 +92,14 @@ class MainWindow : public QMainWindow {
   ReadOutPanel* readOut_ = nullptr;
   DataListPanel* dataList_ = nullptr;
   std::unique_ptr<StatusPanels> status_;
+  Form formShown_ = Form::None;
+  FormDialog* form_ = nullptr;
+  std::function<void()> renderForm_;
   QtDesktop* desktop_ = nullptr;
 
   std::filesystem::path openWhenShown_;
   bool hourglassShown_ = false;
-  bool closeAsked_ = false;
+  QPointer<QWidget> closeAfterCommand_;
   bool placing_ = false;
 };
 
