@@ -112,10 +112,8 @@ void MainWindow::Do(const Command& command, bool redraw) {
   if (redraw) plot_->update();
   Render();
   desktop_->EndCommand();
-  if (closeAsked_) {
-    closeAsked_ = false;
-    QTimer::singleShot(0, this, &QWidget::close);
-  }
+  if (QWidget* window = std::exchange(closeAfterCommand_, nullptr))
+    QTimer::singleShot(0, window, &QWidget::close);
 }
 
 void MainWindow::Note(const std::function<void(Workspace&)>& change) {
@@ -133,6 +131,7 @@ void MainWindow::Render() {
   RenderModeFrame();
   RenderActions();
   RenderFrame();
+  RenderForm();
   axisPanel_->Focus(std::exchange(ws_.axisPanel.Focus, FocusTarget::None));
 }
 
@@ -198,14 +197,16 @@ void MainWindow::NotePlacement() {
   place.Height = height() * kTwipsPerPixel;
 }
 
+bool MainWindow::MustWaitToClose(QWidget* window) {
+  if (!ws_.commandRuns && !desktop_->IsPumping()) return false;
+  // The command ends first; then the window is asked once more.
+  if (desktop_->IsPumping()) closeAfterCommand_ = window;
+  desktop_->AskToStop();
+  return true;
+}
+
 void MainWindow::closeEvent(QCloseEvent* event) {
-  if (ws_.commandRuns) {
-    // The command ends first; then the window asks as usual.
-    closeAsked_ = desktop_->IsPumping();
-    desktop_->AskToStop();
-    event->ignore();
-    return;
-  }
+  if (MustWaitToClose(this)) return event->ignore();
   bool mayClose = false;
   Do([&](Workspace& ws, const Desktop& desktop) { mayClose = MayClose(ws, desktop); });
   event->setAccepted(mayClose);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QPointer>
 #include <functional>
 #include <vector>
 
@@ -17,6 +18,7 @@ namespace graphize {
 
 class AxisPanelWidget;
 class DataListPanel;
+class FormDialog;
 class PictureArea;
 class PlotView;
 class ReadOutPanel;
@@ -61,6 +63,8 @@ class MainWindow : public QMainWindow {
   void FitSidePanel();
   void FinishStart();
   void PlaceZoom();
+  FormDialog* MakeIntegrateForm();
+  FormDialog* MakeSampleForm();
 
   /// Runs a command and shows what it has done; `redraw` repaints the visible picture, too.
   void Do(const Command& command, bool redraw = true);
@@ -71,6 +75,10 @@ class MainWindow : public QMainWindow {
   void RenderModeFrame();
   void RenderPicture();
   void RenderFrame();
+  /// Opens, shows and closes the form that the records name.
+  void RenderForm();
+  /// Whether a window that wants to close has to wait for the command that runs.
+  bool MustWaitToClose(QWidget* window);
   bool TakeKey(QKeyEvent* key);
   void NotePlacement();
 
@@ -89,11 +97,14 @@ class MainWindow : public QMainWindow {
   ReadOutPanel* readOut_ = nullptr;
   DataListPanel* dataList_ = nullptr;
   std::unique_ptr<StatusPanels> status_;
+  Form formShown_ = Form::None;
+  FormDialog* form_ = nullptr;
+  std::function<void()> renderForm_;
   QtDesktop* desktop_ = nullptr;
 
   std::filesystem::path openWhenShown_;
   bool hourglassShown_ = false;
-  bool closeAsked_ = false;
+  QPointer<QWidget> closeAfterCommand_;
   bool placing_ = false;
   bool shown_ = false;
 };

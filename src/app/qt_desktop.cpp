@@ -172,10 +172,15 @@ bool QtDesktop::eventFilter(QObject*, QEvent* event) {
   return pumping_ && IsInput(type);
 }
 
+QWidget* QtDesktop::Owner() const {
+  QWidget* form = QApplication::activeModalWidget();
+  return form != nullptr ? form : window_;
+}
+
 Answer QtDesktop::ShowMessage(const Message& message) {
   render_();
   QMessageBox box(IconOf(message.Icon), ToQString(message.Caption), ToQString(message.Text),
-                  ButtonsOf(message.Buttons), window_);
+                  ButtonsOf(message.Buttons), Owner());
   box.setObjectName(QStringLiteral("MessageBox"));
   box.setTextFormat(Qt::PlainText);
   box.setTextInteractionFlags(Qt::TextSelectableByMouse);
@@ -190,7 +195,7 @@ Answer QtDesktop::ShowMessage(const Message& message) {
 
 std::string QtDesktop::Prompt(const TextPrompt& prompt) {
   render_();
-  QInputDialog dialog(window_);
+  QInputDialog dialog(Owner());
   dialog.setObjectName(QStringLiteral("TextPrompt"));
   dialog.setInputMode(QInputDialog::TextInput);
   dialog.setWindowTitle(ToQString(prompt.Caption));
@@ -202,7 +207,7 @@ std::string QtDesktop::Prompt(const TextPrompt& prompt) {
 
 std::optional<std::filesystem::path> QtDesktop::ChooseFile(const FileQuestion& question) {
   render_();
-  QFileDialog dialog(window_, ToQString(question.Title));
+  QFileDialog dialog(Owner(), ToQString(question.Title));
   dialog.setObjectName(QStringLiteral("FileDialog"));
   dialog.setAcceptMode(question.ForSaving ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
   dialog.setFileMode(question.ForSaving ? QFileDialog::AnyFile : QFileDialog::ExistingFile);

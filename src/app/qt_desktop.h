@@ -31,6 +31,8 @@ class QtDesktop : public QObject {
   bool eventFilter(QObject* watched, QEvent* event) override;
   void Pump(bool always);
 
+  /// The window that a question stands over: the form that is open, else the main window.
+  QWidget* Owner() const;
   Answer ShowMessage(const Message& message);
   std::string Prompt(const TextPrompt& prompt);
   std::optional<std::filesystem::path> ChooseFile(const FileQuestion& question);

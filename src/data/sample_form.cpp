@@ -115,11 +115,15 @@ std::optional<SampleForm> OpenSample(const PointStore& store, const Desktop& des
   return form;
 }
 
+void StepsTyped(SampleForm& form) {
+  ShowStep(form);
+}
+
 void StepsChanged(SampleForm& form, const Desktop& desktop) {
   const double count = UsableCount(ReadCount(form.Steps), form.Steps, desktop);
   // What cannot be met anyway stays as it was typed.
   if (count <= std::numeric_limits<std::int16_t>::max()) ShowCount(form, count);
-  ShowStep(form);
+  if (!IsTyped(form)) ShowStep(form);
 }
 
 void RangeChanged(SampleForm& form, const PointStore& store) {

@@ -22,7 +22,9 @@ struct SampleForm {
 /// The window as it opens. Without captured points a message instead.
 std::optional<SampleForm> OpenSample(const PointStore& store, const Desktop& desktop);
 
-/// Steps was typed: fewer than two is told and becomes 2; dXBox follows.
+/// Steps is being typed: dXBox follows. What is no count yet is not told before StepsChanged.
+void StepsTyped(SampleForm& form);
+/// Steps is left: fewer than two is told and becomes 2; dXBox follows unless it was typed since.
 void StepsChanged(SampleForm& form, const Desktop& desktop);
 /// The limits or a log switch were changed: dXBox follows unless it was typed.
 void RangeChanged(SampleForm& form, const PointStore& store);

@@ -139,7 +139,8 @@ std::vector<int> ExchangeSortOrder(const std::vector<float>& keys, SortOrder ord
 }
 
 void SortList(PointStore& store, SortOrder order) {
-  const int count = store.CaptureCount;
+  const int count =
+      store.ListIsCaptured ? std::min(store.ListCount, store.CaptureCount) : store.CaptureCount;
   GrowList(store, count);
   const std::vector<float> xs(store.ListX.begin() + 1, store.ListX.begin() + 1 + count);
   const std::vector<float> ys(store.ListY.begin() + 1, store.ListY.begin() + 1 + count);

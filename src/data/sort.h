@@ -16,8 +16,11 @@ enum class SortOrder { Ascending, Descending };
 /// Not-a-number compares false and so keeps its place. Costs n log n.
 std::vector<int> ExchangeSortOrder(const std::vector<float>& keys, SortOrder order);
 
-/// Orders the list by X with the newest rows shown. As many rows as there are captured points take
-/// part, also where the list is shorter or longer.
+/// Orders the list by X and shows its newest rows. As many rows as there are captured points take
+/// part, also where lengths or resampled points make the list shorter or longer.
+///
+/// A list of captured points that is shorter, because selected rows were cleared, is ordered alone:
+/// behind it stand its last points a second time, and these would drive others out.
 void SortList(PointStore& store, SortOrder order);
 
 }  // namespace graphize

@@ -1,6 +1,8 @@
 #include "workspace/data_commands.h"
 
+#include "data/curve_length.h"
 #include "data/list_edit.h"
+#include "workspace/toolbar.h"
 
 namespace graphize {
 
@@ -21,6 +23,35 @@ void Swap(Workspace& ws) {
 
 void UndoList(Workspace& ws) {
   XY2List(ws.store);
+}
+
+void CurveLength(Workspace& ws, const Desktop& desktop) {
+  CurveLength(ws.store, ws.status, desktop);
+}
+
+void ShowIntegrate(Workspace& ws) {
+  ws.integrate = OpenIntegrate(ws.store);
+  ws.form = Form::Integrate;
+}
+
+void Integrate(Workspace& ws, const Desktop& desktop) {
+  RefreshPlot(ws);
+  Integrate(ws.integrate, ws.store, ws.calibration, ws.plot, desktop);
+}
+
+void ShowSample(Workspace& ws, const Desktop& desktop) {
+  const auto form = OpenSample(ws.store, desktop);
+  if (!form) return;
+  ws.sample = *form;
+  ws.form = Form::Sample;
+}
+
+void ReSample(Workspace& ws, const Desktop& desktop) {
+  ReSample(ws.sample, ws.store, ws.settings.RefreshList != 0, desktop);
+}
+
+void CloseForm(Workspace& ws) {
+  ws.form = Form::None;
 }
 
 }  // namespace graphize

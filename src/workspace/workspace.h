@@ -7,7 +7,9 @@
 #include "calibration/axis_calibration.h"
 #include "capture/cursor.h"
 #include "capture/point_store.h"
+#include "data/integration.h"
 #include "data/number_format.h"
+#include "data/sample_form.h"
 #include "desktop/command_states.h"
 #include "desktop/status_bar.h"
 #include "extraction/blockers.h"
@@ -59,6 +61,9 @@ struct ZoomWindow {
   static constexpr int kMinimum = 2, kMaximum = 16;
 };
 
+/// The modal window that is open over the main window.
+enum class Form { None, Integrate, Sample };
+
 /// All state of the program. Owned by value by the main window, a batch run or a test.
 struct Workspace {
   Settings settings;
@@ -89,6 +94,10 @@ struct Workspace {
   StatusBar status;
   WindowFrame window;
   ZoomWindow zoom;
+
+  Form form = Form::None;
+  IntegrateForm integrate;
+  SampleForm sample;
 
   bool commandRuns = false;  // commands never nest
 };

@@ -9,8 +9,6 @@
 namespace graphize::test {
 namespace {
 
-const std::filesystem::path kSamples = SAMPLES_DIR;
-
 struct Point {
   double X = 0, Y = 0;
 };
@@ -32,33 +30,12 @@ std::vector<Point> ReadPoints(const std::filesystem::path& path, char delimiter,
 double TrueY(const std::vector<Point>& curve, double x) {
   for (std::size_t i = 1; i < curve.size(); ++i)
     if (curve[i].X >= x)
-      return curve[i - 1].Y + (x - curve[i - 1].X) / (curve[i].X - curve[i - 1].X) *
-                                  (curve[i].Y - curve[i - 1].Y);
+      return curve[i - 1].Y +
+             (x - curve[i - 1].X) / (curve[i].X - curve[i - 1].X) * (curve[i].Y - curve[i - 1].Y);
   return curve.back().Y;
 }
 
-class MainJob : public WindowTest {
- protected:
-  void OpenSample(const char* name) {
-    OnFileDialog(kSamples / name);
-    ClickTool("open");
-    Until([this] { return State().plot.IsPresent(); }, "the picture is open");
-    Settle();
-  }
-
-  void CalibratePendulum() {
-    ClickTool("axisdef");
-    TypeInto("TXT_XPos_0", "0");
-    TypeInto("TXT_YPos_0", "-1");
-    ClickPlot(70, 430);
-    TypeInto("TXT_XPos_1", "12");
-    ClickPlot(610, 430);
-    TypeInto("TXT_YPos_2", "1");
-    ClickPlot(70, 40);
-    ASSERT_TRUE(State().calibration.IsComplete());
-    ClickTool("graphize");
-  }
-};
+using MainJob = WindowTest;
 
 TEST_F(MainJob, OpenCalibrateCaptureAndSaveAgreesWithTheTrueData) {
   std::ofstream(SettingsFile()) << "[Snaps]\nSnapMode=2\nSnapDistance=6\n";
@@ -94,7 +71,8 @@ TEST_F(MainJob, OpenCalibrateCaptureAndSaveAgreesWithTheTrueData) {
   const double errorX = 12.0 / 540, errorY = 2.0 / 390;
   for (const Point& point : saved) {
     // One pixel in Y, and what the slope makes of one pixel in X.
-    const double slope = std::abs(TrueY(truth, point.X + errorX) - TrueY(truth, point.X - errorX)) / 2;
+    const double slope =
+        std::abs(TrueY(truth, point.X + errorX) - TrueY(truth, point.X - errorX)) / 2;
     EXPECT_NEAR(point.Y, TrueY(truth, point.X), errorY + slope) << point.X;
   }
   std::ifstream file(Folder() / "Result.dat");

@@ -12,6 +12,8 @@
 #include <QToolBar>
 #include <QWindow>
 
+#include "widgets/form_dialog.h"
+
 namespace graphize::test {
 
 namespace {
@@ -126,8 +128,8 @@ void WindowTest::TypeInto(const char* box, const QString& text) {
 
 void WindowTest::ChooseMenu(const char* name) {
   QList<QAction*> path = {Find<QAction>(name)};
-  while (QMenu* menu = MenuWith(path.first())) path.prepend(menu->menuAction());
-  QMenuBar* bar = Window().menuBar();
+  const QMenuBar* bar = Window().menuBar();
+  while (!bar->actions().contains(path.first())) path.prepend(MenuWith(path.first())->menuAction());
   Xdo(ClickAt(bar->mapToGlobal(bar->actionGeometry(path.first()).center())));
   for (qsizetype i = 1; i < path.size(); ++i) {
     QMenu* menu = path[i - 1]->menu();
@@ -136,8 +138,41 @@ void WindowTest::ChooseMenu(const char* name) {
   }
 }
 
+void WindowTest::ChooseForm(const char* action, const char* form) {
+  ChooseMenu(action);
+  Until(
+      [&] {
+        const QWidget* open = QApplication::activeModalWidget();
+        return open != nullptr && open->objectName() == QLatin1String(form) &&
+               open->isActiveWindow();
+      },
+      form);
+  Settle();
+}
+
+void WindowTest::OpenSample(const char* name) {
+  OnFileDialog(kSamples / name);
+  ClickTool("open");
+  Until([this] { return State().plot.IsPresent(); }, "the picture is open");
+  Settle();
+}
+
+void WindowTest::CalibratePendulum() {
+  ClickTool("axisdef");
+  TypeInto("TXT_XPos_0", "0");
+  TypeInto("TXT_YPos_0", "-1");
+  ClickPlot(70, 430);
+  TypeInto("TXT_XPos_1", "12");
+  ClickPlot(610, 430);
+  TypeInto("TXT_YPos_2", "1");
+  ClickPlot(70, 40);
+  ASSERT_TRUE(State().calibration.IsComplete());
+  ClickTool("graphize");
+}
+
 void WindowTest::ServeModal() {
   QWidget* modal = QApplication::activeModalWidget();
+  if (qobject_cast<FormDialog*>(modal) != nullptr) modal = nullptr;  // no question
   if (modal == nullptr) served_ = nullptr;
   if (modal == nullptr || modal == served_ || !modal->isActiveWindow()) return;
   served_ = modal;
@@ -169,9 +204,8 @@ void WindowTest::OnPrompt(const QString& answer) {
 }
 
 void WindowTest::OnFileDialog(const std::filesystem::path& path) {
-  modalScript_.emplace_back([path](QWidget* dialog) {
-    TypeAndReturn(dialog, QString::fromStdString(path.string()));
-  });
+  modalScript_.emplace_back(
+      [path](QWidget* dialog) { TypeAndReturn(dialog, QString::fromStdString(path.string())); });
 }
 
 }  // namespace graphize::test

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -14,6 +15,8 @@
 
 namespace graphize::test {
 
+inline const std::filesystem::path kSamples = SAMPLES_DIR;
+
 /// Drives the real window with real X events, by the names of its controls.
 class WindowTest : public ::testing::Test {
  protected:
@@ -24,9 +27,13 @@ class WindowTest : public ::testing::Test {
   std::filesystem::path Folder() const { return folder_.path().toStdString(); }
   std::filesystem::path SettingsFile() const { return Folder() / "graphize.ini"; }
 
+  /// A control of the form that is open, else of the main window.
   template <typename Control>
   Control* Find(const char* name) const {
-    auto* control = window_->findChild<Control*>(QLatin1String(name));
+    Control* control = nullptr;
+    if (const QWidget* form = QApplication::activeModalWidget())
+      control = form->findChild<Control*>(QLatin1String(name));
+    if (control == nullptr) control = window_->findChild<Control*>(QLatin1String(name));
     if (control == nullptr) ADD_FAILURE() << "no control " << name;
     return control;
   }
@@ -47,8 +54,16 @@ class WindowTest : public ::testing::Test {
   void ClickTool(const char* key);
   void TypeInto(const char* box, const QString& text);
   void ChooseMenu(const char* action);
+  /// Opens a form by its menu entry; it is open until the test closes it.
+  void ChooseForm(const char* action, const char* form);
+  bool FormIsOpen() const { return QApplication::activeModalWidget() != nullptr; }
 
-  // What is to be done with the modal windows that come next, in order.
+  // The way to captured points on the pendulum's picture: X from 0 to 12 at columns 70 to 610, Y
+  // from -1 to 1 at rows 430 to 40.
+  void OpenSample(const char* name);
+  void CalibratePendulum();
+
+  // What is to be done with the questions that commands ask next, in order.
   void OnMessage(const QString& text, QMessageBox::StandardButton button);
   void OnPrompt(const QString& answer);
   void OnFileDialog(const std::filesystem::path& path);

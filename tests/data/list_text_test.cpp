@@ -18,7 +18,6 @@ TEST(ListText, ShowsATabAsTwoSpacesAndOtherDelimitersAsTheyAre) {
       {"\t", true, "12.46\t5.E+01", "12.46  5.E+01"},
       {"\t", false, "12,46\t5,E+01", "12,46  5,E+01"},
       {",", false, "12,46,5,E+01", "12,46,5,E+01"},
-      {" ", true, "12.46 5.E+01", "12.46 5.E+01"},
       {";", true, "12.46;5.E+01", "12.46;5.E+01"},
   };
   for (const Case& c : cases) {

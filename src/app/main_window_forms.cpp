@@ -1,0 +1,102 @@
+// The modal windows of the main window: which one is open, and what their events call.
+
+#include "app/main_window.h"
+#include "data/integrate_dialog.h"
+#include "data/sample_dialog.h"
+#include "workspace/data_commands.h"
+
+namespace graphize {
+
+void MainWindow::RenderForm() {
+  if (formShown_ != ws_.form) {
+    if (form_ != nullptr) {
+      form_->hide();
+      form_->deleteLater();
+    }
+    formShown_ = ws_.form;
+    switch (formShown_) {
+      case Form::None:
+        form_ = nullptr, renderForm_ = nullptr;
+        break;
+      case Form::Integrate:
+        form_ = MakeIntegrateForm();
+        break;
+      case Form::Sample:
+        form_ = MakeSampleForm();
+        break;
+    }
+    if (form_ != nullptr) {
+      renderForm_();
+      connect(form_, &FormDialog::CloseAsked, this, [this] {
+        if (!MustWaitToClose(form_)) Do([](Workspace& ws, const Desktop&) { CloseForm(ws); });
+      });
+      // Over the side panel: picture and data list stay in view.
+      form_->move(centralWidget()->mapToGlobal(QPoint(0, 0)));
+      // Not run in a loop of its own: every event of the form is a command like any other.
+      form_->open();
+    }
+  }
+  if (renderForm_) renderForm_();
+}
+
+FormDialog* MainWindow::MakeIntegrateForm() {
+  auto* dialog = new IntegrateDialog(this);
+  renderForm_ = [this, dialog] { dialog->Render(ws_.integrate); };
+  connect(dialog, &IntegrateDialog::LowLimitMoved, this, [this](int point) {
+    Do([=](Workspace& ws, const Desktop&) { MoveLowLimit(ws.integrate, ws.store, point); }, false);
+  });
+  connect(dialog, &IntegrateDialog::HighLimitMoved, this, [this](int point) {
+    Do([=](Workspace& ws, const Desktop&) { MoveHighLimit(ws.integrate, ws.store, point); }, false);
+  });
+  connect(dialog, &IntegrateDialog::IntegratePressed, this,
+          [this] { Do([](Workspace& ws, const Desktop& desktop) { Integrate(ws, desktop); }); });
+  return dialog;
+}
+
+FormDialog* MainWindow::MakeSampleForm() {
+  auto* dialog = new SampleDialog(this);
+  renderForm_ = [this, dialog] { dialog->Render(ws_.sample); };
+  /// A text or a switch of the form has changed.
+  const auto change = [this](auto setter) {
+    return [this, setter](const auto& value) {
+      Do([&](Workspace& ws, const Desktop&) { setter(ws, value); }, false);
+    };
+  };
+  connect(dialog, &SampleDialog::StepsTyped, this,
+          change([](Workspace& ws, const std::string& text) {
+            ws.sample.Steps = text;
+            StepsTyped(ws.sample);
+          }));
+  connect(dialog, &SampleDialog::StepsLeft, this, [this] {
+    // Comes while the window closes, too.
+    if (ws_.form != Form::Sample) return;
+    Do([](Workspace& ws, const Desktop& desktop) { StepsChanged(ws.sample, desktop); }, false);
+  });
+  connect(dialog, &SampleDialog::dXTyped, this,
+          change([](Workspace& ws, const std::string& text) { ws.sample.dXBox = text; }));
+  connect(dialog, &SampleDialog::MinXTyped, this,
+          change([](Workspace& ws, const std::string& text) {
+            ws.sample.MinXBox = text;
+            RangeChanged(ws.sample, ws.store);
+          }));
+  connect(dialog, &SampleDialog::MaxXTyped, this,
+          change([](Workspace& ws, const std::string& text) {
+            ws.sample.MaxXBox = text;
+            RangeChanged(ws.sample, ws.store);
+          }));
+  connect(dialog, &SampleDialog::XLogSwitched, this, change([](Workspace& ws, bool on) {
+            ws.sample.SampleXLog = on;
+            RangeChanged(ws.sample, ws.store);
+          }));
+  connect(dialog, &SampleDialog::YLogSwitched, this,
+          change([](Workspace& ws, bool on) { ws.sample.SampleYLog = on; }));
+  connect(dialog, &SampleDialog::CalculatePressed, this, [this] {
+    Do([](Workspace& ws, const Desktop& desktop) { CalculateStep(ws.sample, ws.store, desktop); },
+       false);
+  });
+  connect(dialog, &SampleDialog::ReSamplePressed, this,
+          [this] { Do([](Workspace& ws, const Desktop& desktop) { ReSample(ws, desktop); }); });
+  return dialog;
+}
+
+}  // namespace graphize

@@ -1,0 +1,25 @@
+#include "widgets/form_dialog.h"
+
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace graphize {
+
+FormDialog::FormDialog(const char* objectName, const QString& title, QWidget* parent)
+    : QDialog(parent) {
+  setObjectName(QLatin1String(objectName));
+  setWindowTitle(title);
+  new QVBoxLayout(this);
+}
+
+void FormDialog::AddButtons(std::initializer_list<QPushButton*> buttons) {
+  auto* row = new QHBoxLayout;
+  row->addStretch();
+  for (QPushButton* button : buttons) row->addWidget(button);
+  (*buttons.begin())->setDefault(true);
+  connect(*(buttons.end() - 1), &QPushButton::clicked, this, &FormDialog::CloseAsked);
+  static_cast<QVBoxLayout*>(layout())->addLayout(row);
+}
+
+}  // namespace graphize
