@@ -2,38 +2,12 @@
 
 #include <QAction>
 #include <fstream>
-#include <sstream>
 
 #include "app/window_driver.h"
+#include "support/true_data.h"
 
 namespace graphize::test {
 namespace {
-
-struct Point {
-  double X = 0, Y = 0;
-};
-
-/// The numbers of a delimited text file, below `headLines` lines of text.
-std::vector<Point> ReadPoints(const std::filesystem::path& path, char delimiter, int headLines) {
-  std::ifstream file(path);
-  std::string line;
-  std::vector<Point> points;
-  while (std::getline(file, line)) {
-    if (headLines-- > 0) continue;
-    const std::size_t at = line.find(delimiter);
-    points.push_back({std::stod(line.substr(0, at)), std::stod(line.substr(at + 1))});
-  }
-  return points;
-}
-
-/// The true curve's Y at X, between two known points.
-double TrueY(const std::vector<Point>& curve, double x) {
-  for (std::size_t i = 1; i < curve.size(); ++i)
-    if (curve[i].X >= x)
-      return curve[i - 1].Y +
-             (x - curve[i - 1].X) / (curve[i].X - curve[i - 1].X) * (curve[i].Y - curve[i - 1].Y);
-  return curve.back().Y;
-}
 
 using MainJob = WindowTest;
 
@@ -69,7 +43,7 @@ TEST_F(MainJob, OpenCalibrateCaptureAndSaveAgreesWithTheTrueData) {
   const auto saved = ReadPoints(Folder() / "Result.dat", '\t', 1);
   ASSERT_EQ(saved.size(), 5u);
   const double errorX = 12.0 / 540, errorY = 2.0 / 390;
-  for (const Point& point : saved) {
+  for (const TruePoint& point : saved) {
     // One pixel in Y, and what the slope makes of one pixel in X.
     const double slope =
         std::abs(TrueY(truth, point.X + errorX) - TrueY(truth, point.X - errorX)) / 2;

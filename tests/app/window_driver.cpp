@@ -157,17 +157,21 @@ void WindowTest::OpenSample(const char* name) {
   Settle();
 }
 
-void WindowTest::CalibratePendulum() {
+void WindowTest::Calibrate(const std::array<AxisClick, 3>& clicks) {
   ClickTool("axisdef");
-  TypeInto("TXT_XPos_0", "0");
-  TypeInto("TXT_YPos_0", "-1");
-  ClickPlot(70, 430);
-  TypeInto("TXT_XPos_1", "12");
-  ClickPlot(610, 430);
-  TypeInto("TXT_YPos_2", "1");
-  ClickPlot(70, 40);
+  TypeInto("TXT_XPos_0", clicks[0].X);
+  TypeInto("TXT_YPos_0", clicks[0].Y);
+  ClickPlot(clicks[0].Column, clicks[0].Row);
+  TypeInto("TXT_XPos_1", clicks[1].X);
+  ClickPlot(clicks[1].Column, clicks[1].Row);
+  TypeInto("TXT_YPos_2", clicks[2].Y);
+  ClickPlot(clicks[2].Column, clicks[2].Row);
   ASSERT_TRUE(State().calibration.IsComplete());
   ClickTool("graphize");
+}
+
+void WindowTest::CalibratePendulum() {
+  Calibrate({{{70, 430, "0", "-1"}, {610, 430, "12", "-1"}, {70, 40, "0", "1"}}});
 }
 
 void WindowTest::ServeModal() {

@@ -7,6 +7,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QTemporaryDir>
+#include <array>
 #include <deque>
 #include <functional>
 #include <memory>
@@ -62,6 +63,13 @@ class WindowTest : public ::testing::Test {
   // from -1 to 1 at rows 430 to 40.
   void OpenSample(const char* name);
   void CalibratePendulum();
+  /// Origin, X-axis point and Y-axis point: picture pixels, row downward, and what is typed.
+  struct AxisClick {
+    int Column, Row;
+    const char* X;
+    const char* Y;
+  };
+  void Calibrate(const std::array<AxisClick, 3>& clicks);
 
   // What is to be done with the questions that commands ask next, in order.
   void OnMessage(const QString& text, QMessageBox::StandardButton button);

@@ -1,0 +1,122 @@
+// Tracing, scanning and grid removal in the real window, compared with the samples' true data.
+
+#include <QAction>
+#include <cmath>
+#include <fstream>
+
+#include "app/window_driver.h"
+#include "support/true_data.h"
+
+namespace graphize::test {
+namespace {
+
+class Extraction : public WindowTest {
+ protected:
+  /// Pixels by which the captured points miss the curve, for a given number of units per pixel.
+  std::vector<double> Misses(const std::vector<TruePoint>& truth, double unitsPerRow) const {
+    std::vector<double> misses;
+    const PointStore& store = State().store;
+    for (int i = 1; i <= store.CaptureCount; ++i)
+      misses.push_back(std::abs(store.CaptureY[i] - TrueY(truth, store.CaptureX[i])) / unitsPerRow);
+    return misses;
+  }
+
+  void ShiftClickPlot(int x, int y, int button) {
+    Xdo({QStringLiteral("keydown"), QStringLiteral("shift")});
+    ClickPlot(x, y, button);
+    Xdo({QStringLiteral("keyup"), QStringLiteral("shift")});
+  }
+};
+
+TEST_F(Extraction, ARightClickTracesTheCurve) {
+  Start();
+  OpenSample("pendulum.bmp");
+  CalibratePendulum();
+  ClickPlot(77, 58, 3);
+  EXPECT_GT(State().store.CaptureCount, 525);
+  EXPECT_EQ(TextOf("npts"), QString::number(State().store.ListCount));
+  EXPECT_LT(Median(Misses(ReadPoints(kSamples / "pendulum.csv", ',', 1), 2.0 / 390)), 0.3);
+  EXPECT_FALSE(State().plot.Marks.empty()) << "the marks stay";
+  ClickTool("refresh");
+  EXPECT_TRUE(State().plot.Marks.empty());
+}
+
+TEST_F(Extraction, ABlockerEndsTheTrace) {
+  Start();
+  OpenSample("pendulum.bmp");
+  CalibratePendulum();
+  ClickTool("blocktest");
+  const auto truth = ReadPoints(kSamples / "pendulum.csv", ',', 1);
+  const int column = 212;  // on the second crest
+  ClickPlot(column, static_cast<int>(430 - 195 * (TrueY(truth, (column - 70) * 12.0 / 540) + 1)));
+  ClickPlot(400, 60);
+  ASSERT_EQ(State().blockers.Count, 2);
+  ClickTool("undo");
+  ASSERT_EQ(State().blockers.Count, 1);
+  ClickPlot(77, 58, 3);
+  EXPECT_EQ(State().store.CaptureCount, 0) << "in blocker mode the trace only marks";
+  ClickTool("refresh");
+  ClickTool("graphize");
+  ClickPlot(77, 58, 3);
+  const PointStore& store = State().store;
+  ASSERT_GT(store.CaptureCount, 100);
+  EXPECT_LT(store.CaptureX[store.CaptureCount], (column - 70) * 12.0 / 540);
+}
+
+TEST_F(Extraction, ADraggedRectangleIsScanned) {
+  std::ofstream(SettingsFile()) << "[Options]\nTrace=2\n";
+  Start();
+  OpenSample("groups_scatter.tga");
+  Calibrate({{{70, 430, "0", "0"}, {610, 430, "90", "0"}, {70, 40, "0", "65"}}});
+  MoveOverPlot(74, 44);
+  Xdo({QStringLiteral("mousedown"), QStringLiteral("3")});
+  MoveOverPlot(300, 200);
+  EXPECT_TRUE(State().scanRectangle.Active);
+  MoveOverPlot(606, 426);
+  Xdo({QStringLiteral("mouseup"), QStringLiteral("3")});
+  EXPECT_FALSE(State().scanRectangle.Active);
+  const PointStore& store = State().store;
+  ASSERT_GT(store.CaptureCount, 100);
+  EXPECT_EQ(TextOf("points"), QString::number(store.CaptureCount));
+
+  // Every symbol was found, and nothing but symbols: distances in pixels.
+  const auto truth = ReadPoints(kSamples / "groups_scatter.csv", ',', 1);
+  const auto distance = [&](int i, const TruePoint& symbol) {
+    return std::hypot((store.CaptureX[i] - symbol.X) * 6, (store.CaptureY[i] - symbol.Y) * 6);
+  };
+  for (const TruePoint& symbol : truth) {
+    double nearest = 1e9;
+    for (int i = 1; i <= store.CaptureCount; ++i) nearest = std::min(nearest, distance(i, symbol));
+    EXPECT_LT(nearest, 6) << symbol.X << ' ' << symbol.Y;
+  }
+  for (int i = 1; i <= store.CaptureCount; ++i) {
+    double nearest = 1e9;
+    for (const TruePoint& symbol : truth) nearest = std::min(nearest, distance(i, symbol));
+    ASSERT_LT(nearest, 8) << store.CaptureX[i] << ' ' << store.CaptureY[i];
+  }
+  ClickPlot(320, 240);
+  EXPECT_EQ(State().store.LastPixelX, 320) << "the next left click counts";
+}
+
+TEST_F(Extraction, AGridIsWipedOutAndTheTracerFollowsTheCurve) {
+  Start();
+  OpenSample("melting_grid.tif");
+  Calibrate({{{80, 460, "0", "0"}, {680, 460, "30", "0"}, {80, 40, "0", "70"}}});
+  const auto truth = ReadPoints(kSamples / "melting_grid.csv", ',', 1);
+  ClickTool("gridbuster");
+  ShiftClickPlot(333, 333, 1);
+  ShiftClickPlot(333, 333, 3);
+  ClickTool("graphize");
+  ClickPlot(86, 407, 3);
+  EXPECT_GT(State().store.CaptureCount, 0.97 * 594);
+  EXPECT_LT(Median(Misses(truth, 70.0 / 420)), 0.5);
+
+  // One undo brings the lines of the last removal back.
+  const int row = 340;  // a grid line of constant Y: 20
+  EXPECT_FALSE(IsBlack(State().plot, 450, row));
+  ChooseMenu("MNU_Edit_UndoErase");
+  EXPECT_TRUE(IsBlack(State().plot, 450, row));
+}
+
+}  // namespace
+}  // namespace graphize::test
