@@ -77,6 +77,8 @@ class MainWindow : public QMainWindow {
   void RenderFrame();
   /// Opens, shows and closes the form that the records name.
   void RenderForm();
+  /// Into the lower left corner: the data list and most of the picture stay in view.
+  void PlaceForm();
   /// Whether a window that wants to close has to wait for the command that runs.
   bool MustWaitToClose(QWidget* window);
   bool TakeKey(QKeyEvent* key);

@@ -30,13 +30,18 @@ void MainWindow::RenderForm() {
       connect(form_, &FormDialog::CloseAsked, this, [this] {
         if (!MustWaitToClose(form_)) Do([](Workspace& ws, const Desktop&) { CloseForm(ws); });
       });
-      // Over the side panel: picture and data list stay in view.
-      form_->move(centralWidget()->mapToGlobal(QPoint(0, 0)));
+      PlaceForm();
       // Not run in a loop of its own: every event of the form is a command like any other.
       form_->open();
     }
   }
   if (renderForm_) renderForm_();
+}
+
+void MainWindow::PlaceForm() {
+  const QPoint corner = centralWidget()->mapToGlobal(centralWidget()->rect().bottomLeft());
+  const int frame = frameGeometry().height() - height();
+  form_->move(corner.x(), corner.y() - form_->sizeHint().height() - frame);
 }
 
 FormDialog* MainWindow::MakeIntegrateForm() {

@@ -16,7 +16,7 @@ namespace {
 QSlider* LimitSlider(const char* name, const QString& caption, const QString& tip) {
   auto* slider = Named(new QSlider(Qt::Horizontal), name, caption);
   slider->setToolTip(tip);
-  slider->setMinimumWidth(160);
+  slider->setMinimumWidth(120);
   return slider;
 }
 
