@@ -27,9 +27,10 @@ int main(int argc, char** argv) {
   std::error_code ignored;
   if (QApplication::arguments().size() > 1)
     picture = std::filesystem::absolute(QApplication::arguments().at(1).toStdString(), ignored);
+  const std::filesystem::path startFolder = std::filesystem::current_path(ignored);
   std::filesystem::current_path(QApplication::applicationDirPath().toStdString(), ignored);
 
-  graphize::MainWindow window(SettingsPath());
+  graphize::MainWindow window(SettingsPath(), startFolder);
   window.Start();
   window.show();
   if (!picture.empty()) window.OpenWhenShown(picture);

@@ -1,7 +1,6 @@
 #include "app/main_window.h"
 
 #include <QApplication>
-#include <QClipboard>
 #include <QCloseEvent>
 #include <QGridLayout>
 #include <QMimeData>
@@ -11,6 +10,7 @@
 #include <QTimer>
 #include <QUrl>
 #include <QWindow>
+#include <algorithm>
 #include <utility>
 
 #include "app/picture_area.h"
@@ -21,6 +21,7 @@
 #include "extraction/tracer_panel.h"
 #include "image/plot_view.h"
 #include "image/zoom_view.h"
+#include "widgets/keys.h"
 #include "widgets/show.h"
 #include "workspace/capture_commands.h"
 #include "workspace/overlay.h"
@@ -31,17 +32,24 @@
 
 namespace graphize {
 
-MainWindow::MainWindow(std::filesystem::path settingsPath) {
+namespace {
+
+constexpr int kGrip = 80;  // pixels of the window that stay within reach
+
+QRect ScreenSpace() {
+  return QGuiApplication::primaryScreen()->availableVirtualGeometry();
+}
+
+}  // namespace
+
+MainWindow::MainWindow(std::filesystem::path settingsPath, std::filesystem::path startFolder) {
   setObjectName(QStringLiteral("Graphize"));
   setAcceptDrops(true);
   ws_.settingsPath = std::move(settingsPath);
+  ws_.picture.Folder = std::move(startFolder);
   const QSize screen = QGuiApplication::primaryScreen()->size();
   ws_.window.ScreenWidth = screen.width();
   ws_.window.ScreenHeight = screen.height();
-  ws_.window.Placement = {.Top = screen.height() * kTwipsPerPixel / 20,
-                          .Left = screen.width() * kTwipsPerPixel / 20,
-                          .Width = screen.width() * kTwipsPerPixel * 9 / 10,
-                          .Height = screen.height() * kTwipsPerPixel * 9 / 10};
   BuildMenus();
   BuildToolbar();
   BuildCentre();
@@ -149,15 +157,16 @@ void MainWindow::RenderPicture() {
   plot_->Render(dirty);
   pictureArea_->ShowHint(!ws_.plot.IsPresent());
   const Viewport& view = ws_.view;
-  const auto bar = [](QScrollBar* scroll, int value, int maximum, int page) {
+  const auto bar = [](QScrollBar* scroll, int value, int maximum, int page, int step) {
     const QSignalBlocker quiet(scroll);
     scroll->setRange(0, maximum);
+    scroll->setSingleStep(std::max(step, 1));
     scroll->setPageStep(std::max(page, 1));
     scroll->setValue(value);
     Enable(scroll, maximum > 0);
   };
-  bar(horizontal_, view.X, view.MaximumX, view.Width);
-  bar(vertical_, view.Y, view.MaximumY, view.Height);
+  bar(horizontal_, view.X, view.MaximumX, view.Width, ws_.settings.XJump);
+  bar(vertical_, view.Y, view.MaximumY, view.Height, ws_.settings.YJump);
   if (plot_->pos() != QPoint(-view.X, -view.Y)) plot_->move(-view.X, -view.Y);
   zoom_->Render(ws_.settings.Zoom == 1 && ws_.plot.IsPresent(), ws_.readOut.PlotX,
                 ws_.readOut.PlotY, ws_.zoom.Factor, !dirty.IsEmpty());
@@ -177,8 +186,14 @@ void MainWindow::RenderFrame() {
     const WindowPlacement place = ws_.window.Placement;
     placing_ = true;
     setWindowState(Qt::WindowNoState);
-    setGeometry(place.Left / kTwipsPerPixel, place.Top / kTwipsPerPixel,
-                place.Width / kTwipsPerPixel, place.Height / kTwipsPerPixel);
+    if (place.Width > 0 && place.Height > 0) {
+      // The place is the frame's, the size the inside's; some of it must lie on a screen.
+      const QRect screen = ScreenSpace();
+      resize(place.Width / kTwipsPerPixel, place.Height / kTwipsPerPixel);
+      move(std::clamp(place.Left / kTwipsPerPixel, screen.left() - width() + kGrip,
+                      screen.right() - kGrip),
+           std::clamp(place.Top / kTwipsPerPixel, screen.top(), screen.bottom() - kGrip));
+    }
     if (place.State == WindowState::Minimised) setWindowState(Qt::WindowMinimized);
     if (place.State == WindowState::Maximised) setWindowState(Qt::WindowMaximized);
     placing_ = false;
@@ -262,9 +277,7 @@ bool MainWindow::TakeKey(QKeyEvent* key) {
   const Qt::KeyboardModifiers held = key->modifiers() & ~Qt::KeypadModifier;
   for (const auto& [code, pointerKey] : kKeys) {
     if (key->key() != code) continue;
-    const int shift = (held.testFlag(Qt::ShiftModifier) ? kShiftKey : 0) |
-                      (held.testFlag(Qt::ControlModifier) ? kCtrlKey : 0) |
-                      (held.testFlag(Qt::AltModifier) ? 4 : 0);
+    const int shift = ShiftState(held);
     bool moved = false;
     Do([&](Workspace& ws, const Desktop& desktop) {
       moved = MovePointerByKey(ws, desktop, pointerKey, shift);
@@ -278,7 +291,8 @@ bool MainWindow::TakeKey(QKeyEvent* key) {
   }
   if ((key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) &&
       desktop_->Verbs().PointerOverPlot()) {
-    plot_->CatchUpWithPointer();
+    if (key->isAutoRepeat()) return true;  // one press, one point
+    plot_->ReadPointer();
     Do(Plot_Click);
     return true;
   }

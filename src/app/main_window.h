@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QMainWindow>
+#include <filesystem>
 #include <QPointer>
 #include <functional>
 #include <vector>
@@ -31,7 +32,8 @@ class ZoomView;
 class MainWindow : public QMainWindow {
   Q_OBJECT
  public:
-  explicit MainWindow(std::filesystem::path settingsPath);
+  /// File dialogs start in `startFolder` until a picture has been opened.
+  explicit MainWindow(std::filesystem::path settingsPath, std::filesystem::path startFolder = {});
   ~MainWindow() override;
 
   /// Reads the settings and takes the window's place over; before the window is shown.

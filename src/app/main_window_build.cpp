@@ -1,7 +1,6 @@
 // The main window's making: menus, toolbar, panels and what their events call.
 
 #include <QAction>
-#include <QActionGroup>
 #include <QApplication>
 #include <QClipboard>
 #include <QGridLayout>
@@ -85,9 +84,11 @@ void MainWindow::BuildMenus() {
 void MainWindow::FinishStart() {
   setWindowIcon(ProgramIcon());
   // Ctrl+V works without the menu having been opened: the clipboard tells when it changes.
-  connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this,
-          [this] { Do(OpenEditMenu, false); });
-  Do(OpenEditMenu, false);
+  const auto look = [this] {
+    Note([this](Workspace& ws) { OpenEditMenu(ws, desktop_->Verbs()); });
+  };
+  connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, look);
+  look();
 }
 
 void MainWindow::BuildToolbar() {
@@ -128,7 +129,6 @@ void MainWindow::BuildCentre() {
   zoom_ = new ZoomView(ws_.plot, ZoomWindow::kMinimum, ZoomWindow::kMaximum, centre);
   horizontal_ = Named(new QScrollBar(Qt::Horizontal), "HPScroll", tr("Scroll the picture across"));
   vertical_ = Named(new QScrollBar(Qt::Vertical), "VpScroll", tr("Scroll the picture down"));
-  for (QScrollBar* bar : {horizontal_, vertical_}) bar->setSingleStep(20);
   grid->addWidget(pictureArea_, 0, 2);
   grid->addWidget(vertical_, 0, 3);
   grid->addWidget(horizontal_, 1, 2);
@@ -187,7 +187,7 @@ void MainWindow::ConnectPanels() {
     Do([=](Workspace& ws, const Desktop&) {
       ScrollTo(ws.view, ws.view.X + dx, ws.view.Y + dy);
     }, false);
-    plot_->CatchUpWithPointer();
+    plot_->ReadPointer();
   });
   connect(pictureArea_, &PictureArea::Resized, this, [this](int width, int height) {
     Note([=](Workspace& ws) { ResizeView(ws, width, height); });
@@ -219,14 +219,10 @@ void MainWindow::ConnectPanels() {
     ws_.calibration.FocusOriginPending = false;
   });
 
-  connect(readOut_, &ReadOutPanel::PixelChosen, this, [this] {
-    Do([](Workspace& ws, const Desktop&) { ChoosePixelDisplay(ws); }, false);
-  });
-  connect(readOut_, &ReadOutPanel::ErrorChosen, this, [this] {
-    Do([](Workspace& ws, const Desktop&) { ChooseErrorDisplay(ws); }, false);
-  });
+  connect(readOut_, &ReadOutPanel::PixelChosen, this, [this] { Do(ChoosePixelDisplay, false); });
+  connect(readOut_, &ReadOutPanel::ErrorChosen, this, [this] { Do(ChooseErrorDisplay, false); });
   connect(readOut_, &ReadOutPanel::PercentSwitched, this, [this](bool on) {
-    Do([=](Workspace& ws, const Desktop&) { ws.readOut.Percent = on; }, false);
+    Do([=](Workspace& ws, const Desktop& d) { SwitchPercent(ws, d, on); }, false);
   });
 
   const auto change = [this](auto setter) {

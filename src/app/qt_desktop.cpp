@@ -10,6 +10,7 @@
 #include <QMimeData>
 #include <cstring>
 
+#include "image/transparency.h"
 #include "widgets/show.h"
 
 namespace graphize {
@@ -62,6 +63,16 @@ QStringList FiltersOf(const std::string& filters) {
   return result;
 }
 
+/// A name typed without an ending gets that of the chosen type.
+void FollowFilter(QFileDialog& dialog) {
+  const auto follow = [&dialog](const QString& filter) {
+    const qsizetype dot = filter.lastIndexOf(u'.');
+    dialog.setDefaultSuffix(filter.mid(dot + 1).chopped(1));
+  };
+  QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, follow);
+  follow(dialog.selectedNameFilter());
+}
+
 bool IsInput(QEvent::Type type) {
   switch (type) {
     case QEvent::MouseButtonPress:
@@ -90,11 +101,14 @@ bool IsInput(QEvent::Type type) {
 }
 
 Raster ClipboardRaster() {
-  const QImage image = QGuiApplication::clipboard()->image().convertToFormat(QImage::Format_RGB32);
+  QImage image = QGuiApplication::clipboard()->image();
   if (image.isNull()) return {};
+  const bool clear = image.hasAlphaChannel();
+  image.convertTo(clear ? QImage::Format_ARGB32 : QImage::Format_RGB32);
   Raster raster(image.width(), image.height());
   for (int y = 0; y < raster.Height(); ++y)
     std::memcpy(raster.Row(y), image.constScanLine(y), sizeof(std::uint32_t) * raster.Width());
+  if (clear) LayOnWhite(raster);
   return raster;
 }
 
@@ -185,6 +199,7 @@ Answer QtDesktop::ShowMessage(const Message& message) {
   box.setTextFormat(Qt::PlainText);
   box.setTextInteractionFlags(Qt::TextSelectableByMouse);
   if (message.Buttons == MessageButtons::YesNo) box.setEscapeButton(QMessageBox::No);
+  if (message.DefaultIsNo) box.setDefaultButton(QMessageBox::No);
   // A busy pointer over a question would say "wait" where an answer is awaited.
   const bool busy = QApplication::overrideCursor() != nullptr;
   if (busy) QApplication::setOverrideCursor(Qt::ArrowCursor);
@@ -217,8 +232,12 @@ std::optional<std::filesystem::path> QtDesktop::ChooseFile(const FileQuestion& q
     dialog.selectNameFilter(filters[question.FilterIndex - 1]);
   if (!question.DefaultExtension.empty())
     dialog.setDefaultSuffix(ToQString(question.DefaultExtension).toLower());
+  else if (question.ForSaving)
+    FollowFilter(dialog);
   if (!question.Folder.empty()) dialog.setDirectory(ToQString(question.Folder.string()));
-  if (!question.FileName.empty()) dialog.selectFile(ToQString(question.FileName));
+  // Patterns are what the filters are for here.
+  if (!question.FileName.empty() && question.FileName.find('*') == std::string::npos)
+    dialog.selectFile(ToQString(question.FileName));
   if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
   return std::filesystem::path(dialog.selectedFiles().constFirst().toStdString());
 }

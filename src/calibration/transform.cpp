@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "base/numbers.h"
+#include "base/run_time_error.h"
 
 namespace graphize {
 
@@ -66,10 +66,15 @@ void Pixels2Real(const AxisCalibration& c, const Desktop& desktop, bool percent,
   const float u = dx * c.CosAngle + dy * c.SinAngle;
   const float v = dy * c.CosAngle - dx * c.SinAngle;
   const Axis xAxis = XAxis(c), yAxis = YAxis(c);
-  reading.X = ValueAt(xAxis, u);
-  reading.Y = ValueAt(yAxis, v);
-  SetError(xAxis, c.CosAngle, reading.X, percent, reading.ErrorX);
-  SetError(yAxis, c.CosAngle, reading.Y, percent, reading.ErrorY);
+  Reading read = reading;
+  read.X = ValueAt(xAxis, u);
+  read.Y = ValueAt(yAxis, v);
+  SetError(xAxis, c.CosAngle, read.X, percent, read.ErrorX);
+  SetError(yAxis, c.CosAngle, read.Y, percent, read.ErrorY);
+  if (!std::isfinite(read.X) || !std::isfinite(read.Y) || !std::isfinite(read.ErrorX) ||
+      !std::isfinite(read.ErrorY))
+    throw RunTimeError("Overflow: these axis values give no number here, please redefine the axes");
+  reading = read;
 }
 
 PlotPosition PositionOfReal(const AxisCalibration& c, int pictureHeight, float X, float Y) {
@@ -79,14 +84,15 @@ PlotPosition PositionOfReal(const AxisCalibration& c, int pictureHeight, float X
   return {column, static_cast<float>(pictureHeight) - rowUp};
 }
 
-void Real2Pixels(const AxisCalibration& calibration, int pictureHeight, float X, float Y,
-                 std::int16_t& px, std::int16_t& py) {
+std::optional<PlotPixel> Real2Pixels(const AxisCalibration& calibration, int pictureHeight,
+                                     float X, float Y) {
   const PlotPosition position = PositionOfReal(calibration, pictureHeight, X, Y);
-  const std::int16_t column = ToInt16(position.Column);
+  const float column = std::nearbyint(position.Column);
   // Rounded as the row counts upward, then turned: halves go the same way as in the calibration.
-  const std::int16_t rowUp = ToInt16(static_cast<float>(pictureHeight) - position.Row);
-  px = column;
-  py = ToInt16(pictureHeight - rowUp);
+  const float rowUp = std::nearbyint(static_cast<float>(pictureHeight) - position.Row);
+  constexpr float kLimit = 32767;
+  if (!(std::abs(column) <= kLimit && std::abs(rowUp) <= kLimit)) return std::nullopt;
+  return PlotPixel{static_cast<int>(column), pictureHeight - static_cast<int>(rowUp)};
 }
 
 }  // namespace graphize

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <cstdint>
+#include <optional>
 
 #include "calibration/axis_calibration.h"
 #include "desktop/desktop.h"
@@ -22,6 +22,7 @@ struct Reading {
 ///
 /// A log axis whose origin is not positive is refused: `reading` keeps what it held, and a message
 /// is shown unless both axes are logarithmic. Relative errors at a value of 0 are left unchanged.
+/// Axes that give no finite value are the run-time error "Overflow".
 void Pixels2Real(const AxisCalibration& calibration, const Desktop& desktop, bool percent, float x,
                  float y, Reading& reading);
 
@@ -29,16 +30,19 @@ void Pixels2Real(const AxisCalibration& calibration, const Desktop& desktop, boo
 /// then. Long operations ask it once at their start instead of being told at every position.
 const char* LogOriginFault(const AxisCalibration& calibration);
 
-/// The picture pixel (row counted downward from the top) of graph values, the inverse of
-/// Pixels2Real. Run-time error "Overflow" outside the 16-bit range or where there is no such pixel.
-void Real2Pixels(const AxisCalibration& calibration, int pictureHeight, float X, float Y,
-                 std::int16_t& px, std::int16_t& py);
-
-/// The same without rounding and without errors: not finite where there is no such pixel.
+/// Where graph values lie on the picture, row counted downward from the top: the inverse of
+/// Pixels2Real. Not finite where there is no such place.
 struct PlotPosition {
   float Column = 0, Row = 0;
 };
 PlotPosition PositionOfReal(const AxisCalibration& calibration, int pictureHeight, float X,
                             float Y);
+
+/// The same as a picture pixel; nothing beyond the 16-bit range of pixel positions.
+struct PlotPixel {
+  int X = 0, Y = 0;
+};
+std::optional<PlotPixel> Real2Pixels(const AxisCalibration& calibration, int pictureHeight,
+                                     float X, float Y);
 
 }  // namespace graphize

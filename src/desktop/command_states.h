@@ -10,7 +10,6 @@ struct CommandStates {
   bool Picture = false;     // refresh, reload, axisdef, blocktest, drawerase
   bool Graphize = false;    // toolbar "graphize"
   bool GridBuster = false;  // toolbar "gridbuster"
-  bool Scanner = false;     // acquire, select source
 
   bool ShowLastPoint = true;  // check mark of MNU_OPT_ShowLastPoint
   bool Overlay = false;       // check mark of MNU_OPT_Overlay

@@ -19,6 +19,7 @@ struct Message {
   MessageIcon Icon = MessageIcon::Information;
   MessageButtons Buttons = MessageButtons::Ok;
   std::string Caption = "Graphize";
+  bool DefaultIsNo = false;  // of Yes and No, where Yes could lose something
 };
 
 /// A question for a file. `Filters` is pairs of a name and its patterns, as in

@@ -114,14 +114,14 @@ void ClearMarks(PlotImage& image) {
   PutBack(image, image.Marks);
 }
 
-void HideMarks(PlotImage& image) {
-  for (auto it = image.Marks.rbegin(); it != image.Marks.rend(); ++it)
-    std::swap(image.Pixels.Pixels()[it->Index], it->Pixel);
+BasePictureShown::BasePictureShown(PlotImage& image) : image_(image) {
+  for (auto it = image_.Marks.rbegin(); it != image_.Marks.rend(); ++it)
+    std::swap(image_.Pixels.Pixels()[it->Index], it->Pixel);
 }
 
-void ShowMarks(PlotImage& image) {
-  for (OverdrawnPixel& mark : image.Marks)
-    std::swap(image.Pixels.Pixels()[mark.Index], mark.Pixel);
+BasePictureShown::~BasePictureShown() {
+  for (OverdrawnPixel& mark : image_.Marks)
+    std::swap(image_.Pixels.Pixels()[mark.Index], mark.Pixel);
 }
 
 void BeginEdit(PlotImage& image) {

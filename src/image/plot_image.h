@@ -71,10 +71,17 @@ void DrawDot(PlotImage& image, int x, int y, int width, Colour colour);
 /// The working raster becomes the base picture again.
 void ClearMarks(PlotImage& image);
 
-/// The raster shows the base picture until ShowMarks puts the marks back; nothing may be drawn
-/// between the two.
-void HideMarks(PlotImage& image);
-void ShowMarks(PlotImage& image);
+/// While it lives the raster shows the base picture; nothing may be drawn meanwhile.
+class BasePictureShown {
+ public:
+  explicit BasePictureShown(PlotImage& image);
+  ~BasePictureShown();
+  BasePictureShown(const BasePictureShown&) = delete;
+  BasePictureShown& operator=(const BasePictureShown&) = delete;
+
+ private:
+  PlotImage& image_;
+};
 
 /// Starts an edit: clears the marks, and what follows through EditPixel is one step for UndoEdit.
 void BeginEdit(PlotImage& image);

@@ -5,6 +5,9 @@
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
+#include <utility>
+
+#include "widgets/keys.h"
 
 namespace graphize {
 
@@ -13,12 +16,6 @@ namespace {
 int ButtonsOf(Qt::MouseButtons buttons) {
   return (buttons.testFlag(Qt::LeftButton) ? 1 : 0) | (buttons.testFlag(Qt::RightButton) ? 2 : 0) |
          (buttons.testFlag(Qt::MiddleButton) ? 4 : 0);
-}
-
-int ShiftOf(Qt::KeyboardModifiers modifiers) {
-  return (modifiers.testFlag(Qt::ShiftModifier) ? 1 : 0) |
-         (modifiers.testFlag(Qt::ControlModifier) ? 2 : 0) |
-         (modifiers.testFlag(Qt::AltModifier) ? 4 : 0);
 }
 
 QColor ToQColor(Colour colour) {
@@ -99,31 +96,30 @@ void PlotView::paintEvent(QPaintEvent* event) {
 }
 
 void PlotView::TellMove(QPoint position, int button, int shift) {
-  lastMove_ = position;
   emit Moved(button, shift, static_cast<float>(position.x()), static_cast<float>(position.y()));
 }
 
-void PlotView::CatchUpWithPointer() {
+void PlotView::ReadPointer() {
   const QPoint position = mapFromGlobal(QCursor::pos());
-  if (rect().contains(position) && lastMove_ != position) TellMove(position, 0, 0);
+  if (rect().contains(position)) TellMove(position, 0, 0);
 }
 
 void PlotView::mouseMoveEvent(QMouseEvent* event) {
-  TellMove(event->position().toPoint(), ButtonsOf(event->buttons()), ShiftOf(event->modifiers()));
+  TellMove(event->position().toPoint(), ButtonsOf(event->buttons()), ShiftState(event->modifiers()));
 }
 
 void PlotView::mousePressEvent(QMouseEvent* event) {
   const QPoint position = event->position().toPoint();
-  const int button = ButtonsOf(event->button()), shift = ShiftOf(event->modifiers());
-  // A press acts on what the move before it has read: there always is one.
-  if (lastMove_ != position) TellMove(position, 0, shift);
+  const int button = ButtonsOf(event->button()), shift = ShiftState(event->modifiers());
+  // A press acts on what the move before it has read, with the axes as they are now.
+  TellMove(position, 0, shift);
   if (event->button() == Qt::LeftButton) leftPressedHere_ = true;
   emit Pressed(button, shift, static_cast<float>(position.x()), static_cast<float>(position.y()));
 }
 
 void PlotView::mouseReleaseEvent(QMouseEvent* event) {
   const QPoint position = event->position().toPoint();
-  emit Released(ButtonsOf(event->button()), ShiftOf(event->modifiers()),
+  emit Released(ButtonsOf(event->button()), ShiftState(event->modifiers()),
                 static_cast<float>(position.x()), static_cast<float>(position.y()));
   if (event->button() != Qt::LeftButton) return;
   if (std::exchange(leftPressedHere_, false) && rect().contains(position)) emit Clicked();

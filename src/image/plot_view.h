@@ -2,7 +2,6 @@
 
 #include <QWidget>
 #include <functional>
-#include <optional>
 
 #include "image/plot_image.h"
 #include "image/plot_overlay.h"
@@ -20,8 +19,8 @@ class PlotView : public QWidget {
 
   /// Takes the picture's size over and repaints what has changed on the raster.
   void Render(const DirtyArea& dirty);
-  /// Tells of a pointer that is elsewhere than the last move said (after scrolling, say).
-  void CatchUpWithPointer();
+  /// Tells where the pointer is, as if it had moved there: after scrolling, before Enter.
+  void ReadPointer();
 
  signals:
   void Moved(int button, int shift, float x, float y);
@@ -41,7 +40,6 @@ class PlotView : public QWidget {
 
   const PlotImage& image_;
   OverlayIn overlayIn_;
-  std::optional<QPoint> lastMove_;
   bool leftPressedHere_ = false;
 };
 

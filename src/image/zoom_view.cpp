@@ -110,20 +110,20 @@ void ZoomView::StayInside() {
 }
 
 bool ZoomView::eventFilter(QObject* watched, QEvent* event) {
-  if (watched == picture_) {
-    const auto* mouse = static_cast<QMouseEvent*>(event);
-    if (event->type() == QEvent::MouseButtonPress && mouse->button() == Qt::LeftButton) {
-      grabbed_ = mapFromGlobal(mouse->globalPosition().toPoint());
-      return true;
-    }
-    if (event->type() == QEvent::MouseMove && mouse->buttons().testFlag(Qt::LeftButton)) {
-      moved_ = true;
-      move(parentWidget()->mapFromGlobal(mouse->globalPosition().toPoint()) - grabbed_);
-      StayInside();
-      return true;
-    }
+  const bool isPress = event->type() == QEvent::MouseButtonPress;
+  if (watched != picture_ || (!isPress && event->type() != QEvent::MouseMove))
+    return QFrame::eventFilter(watched, event);
+  const auto* mouse = static_cast<QMouseEvent*>(event);
+  if (!mouse->buttons().testFlag(Qt::LeftButton)) return false;
+  const QPoint at = mouse->globalPosition().toPoint();
+  if (isPress) {
+    grabbed_ = mapFromGlobal(at);
+  } else {
+    moved_ = true;
+    move(parentWidget()->mapFromGlobal(at) - grabbed_);
+    StayInside();
   }
-  return QFrame::eventFilter(watched, event);
+  return true;
 }
 
 }  // namespace graphize

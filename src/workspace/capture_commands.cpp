@@ -7,12 +7,30 @@
 
 namespace graphize {
 
-void ChooseErrorDisplay(Workspace& ws) {
-  ws.readOut.ShowError = true;
+namespace {
+
+/// Reads the position again where the cursor is, once it has been somewhere.
+void ReadAgain(Workspace& ws, const Desktop& desktop) {
+  if (ws.axisPanel.LiveXPixel.empty() || !ws.plot.IsPresent()) return;
+  ReadCursor(ws.readOut, ws.axisPanel, ws.store, ws.calibration, desktop, ws.plot.Height(),
+             static_cast<float>(ws.readOut.PlotX), static_cast<float>(ws.readOut.PlotY));
 }
 
-void ChoosePixelDisplay(Workspace& ws) {
+}  // namespace
+
+void ChooseErrorDisplay(Workspace& ws, const Desktop& desktop) {
+  ws.readOut.ShowError = true;
+  ReadAgain(ws, desktop);
+}
+
+void ChoosePixelDisplay(Workspace& ws, const Desktop& desktop) {
   ws.readOut.ShowError = false;
+  ReadAgain(ws, desktop);
+}
+
+void SwitchPercent(Workspace& ws, const Desktop& desktop, bool on) {
+  ws.readOut.Percent = on;
+  ReadAgain(ws, desktop);
 }
 
 void ClearAllData(Workspace& ws, const Desktop& desktop, bool Ask) {

@@ -5,9 +5,10 @@
 
 namespace graphize {
 
-/// The read-out shows errors with "±" marks, or pixels.
-void ChooseErrorDisplay(Workspace& ws);
-void ChoosePixelDisplay(Workspace& ws);
+/// The read-out shows errors with "±" marks, or pixels; errors in graph units or in percent.
+void ChooseErrorDisplay(Workspace& ws, const Desktop& desktop);
+void ChoosePixelDisplay(Workspace& ws, const Desktop& desktop);
+void SwitchPercent(Workspace& ws, const Desktop& desktop, bool on);
 
 /// Empties the store, with a question when Ask is set, and redraws the plot.
 void ClearAllData(Workspace& ws, const Desktop& desktop, bool Ask);

@@ -1,17 +1,14 @@
 #include "workspace/overlay.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace graphize {
 
 namespace {
 
-bool Touches(const PlotOverlay::Rectangle& area, float column, float row, int reach) {
-  const auto r = static_cast<float>(reach);
-  return column >= static_cast<float>(area.Left) - r &&
-         column <= static_cast<float>(area.Right) + r &&
-         row >= static_cast<float>(area.Top) - r && row <= static_cast<float>(area.Bottom) + r;
+bool Touches(const PlotOverlay::Rectangle& area, const PlotPixel& pixel, int reach) {
+  return pixel.X >= area.Left - reach && pixel.X <= area.Right + reach &&
+         pixel.Y >= area.Top - reach && pixel.Y <= area.Bottom + reach;
 }
 
 }  // namespace
@@ -33,12 +30,10 @@ PlotOverlay Plot_Paint(const Workspace& ws, const PlotOverlay::Rectangle& area) 
   if (ws.commands.Overlay && ws.calibration.IsComplete()) {
     overlay.DataColour = PaletteColour(ws.settings.TraceColor);
     for (int i = 1; i <= ws.store.ListCount; ++i) {
-      // Values without a place on the picture are not finite here and touch nothing.
-      const auto [column, row] = PositionOfReal(ws.calibration, ws.plot.Height(),
-                                                ws.store.ListX[i], ws.store.ListY[i]);
-      if (!Touches(area, column, row, kDataPointReach)) continue;
-      overlay.DataPoints.push_back(
-          {static_cast<int>(std::nearbyint(column)), static_cast<int>(std::nearbyint(row))});
+      const auto pixel =
+          Real2Pixels(ws.calibration, ws.plot.Height(), ws.store.ListX[i], ws.store.ListY[i]);
+      if (pixel && Touches(area, *pixel, kDataPointReach))
+        overlay.DataPoints.push_back({pixel->X, pixel->Y});
     }
   }
   if (ws.commands.ShowLastPoint) {

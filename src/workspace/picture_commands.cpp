@@ -16,6 +16,7 @@ namespace graphize {
 
 namespace {
 
+constexpr const char* kAllImages = "*.bmp;*.pcx;*.tif;*.tga;*.gif;*.jpg";
 constexpr const char* kOpenFilters =
     "All Images|*.bmp;*.pcx;*.tif;*.tga;*.gif;*.jpg|BMP Files (*.bmp)|*.bmp|PCX Files (*.pcx)|"
     "*.pcx|TIFF Files (*.tif)|*.tif|GIF Files (*.gif)|*.gif|TARGA Files (*.tga)|*.tga|JPEG Files "
@@ -38,6 +39,16 @@ PictureProgress ShowProgress(Workspace& ws, const Desktop& desktop) {
   };
 }
 
+/// A damaged picture takes the place of a good one only when the user wants it.
+bool AcceptsDamage(const Desktop& desktop, const std::filesystem::path& path,
+                   const std::string& damage) {
+  return desktop.ShowMessage({.Text = "\"" + path.filename().string() + "\": " + damage +
+                                      "\r\n\r\nDo you want to open it all the same ?",
+                              .Icon = MessageIcon::Exclamation,
+                              .Buttons = MessageButtons::YesNo,
+                              .DefaultIsNo = true}) == Answer::Yes;
+}
+
 /// Decodes the file with progress in the status bar. Nothing after a message (a file that cannot be
 /// read) or Escape.
 std::optional<Raster> Decode(Workspace& ws, const Desktop& desktop,
@@ -49,10 +60,8 @@ std::optional<Raster> Decode(Workspace& ws, const Desktop& desktop,
   std::string message;
   try {
     std::optional<LoadedPicture> loaded = LoadPicture(path, ShowProgress(ws, desktop));
-    if (loaded) {
-      message = loaded->Warning;
+    if (loaded && (loaded->Warning.empty() || AcceptsDamage(desktop, path, loaded->Warning)))
       picture = std::move(loaded->Picture);
-    }
   } catch (const RunTimeError& error) {
     message = error.what();
   }
@@ -75,10 +84,15 @@ void OfferReset(Workspace& ws, const Desktop& desktop) {
   ReleaseButtons(ws);
 }
 
+/// After a reset the picture that stays can still be worked on.
+void KeepPictureUsable(Workspace& ws) {
+  ws.commands.Picture = ws.plot.IsPresent();
+}
+
 void OpenChosen(Workspace& ws, const Desktop& desktop, const std::filesystem::path& path) {
   ws.status.Status = "Loading File ...";
   std::optional<Raster> picture = Decode(ws, desktop, path);
-  if (!picture) return;
+  if (!picture) return KeepPictureUsable(ws);
   ws.picture = {.Name = LowerCase(path.filename().string()),
                 .Path = LowerCase(path.string()),
                 .ChosenPath = path,
@@ -89,22 +103,29 @@ void OpenChosen(Workspace& ws, const Desktop& desktop, const std::filesystem::pa
   ws.status.Status = " ";
 }
 
-void AskAndOpen(Workspace& ws, const Desktop& desktop, const char* title, const char* filters) {
+/// A name of a type that cannot be written gets the first type's ending.
+std::string ImageFileProposal(const std::string& name, std::int16_t format) {
+  return format != kNoFormat ? name : std::filesystem::path(name).stem().string() + ".tif";
+}
+
+void AskAndOpen(Workspace& ws, const Desktop& desktop, const char* title, const char* names,
+                const char* filters) {
   OfferReset(ws, desktop);
   const auto path = desktop.ChooseFile({.Title = title,
                                         .Folder = ws.picture.Folder,
+                                        .FileName = names,
                                         .Filters = filters});
-  if (path) OpenChosen(ws, desktop, *path);
+  path ? OpenChosen(ws, desktop, *path) : KeepPictureUsable(ws);
 }
 
 }  // namespace
 
 void OpenImage(Workspace& ws, const Desktop& desktop) {
-  AskAndOpen(ws, desktop, "Open Image File", kOpenFilters);
+  AskAndOpen(ws, desktop, "Open Image File", kAllImages, kOpenFilters);
 }
 
 void OpenOtherPicture(Workspace& ws, const Desktop& desktop) {
-  AskAndOpen(ws, desktop, "Open Other Picture", kOtherFilters);
+  AskAndOpen(ws, desktop, "Open Other Picture", "", kOtherFilters);
 }
 
 void OpenPicture(Workspace& ws, const Desktop& desktop, const std::filesystem::path& path) {
@@ -122,6 +143,7 @@ void ReloadImage(Workspace& ws, const Desktop& desktop) {
   if (!picture) return;
   SetPicture(ws.plot, std::move(*picture));
   ws.window.Caption = "GRAPHIZE is Resizing ....";
+  desktop.Pump();
   ws.view.X = ws.view.Y = 0;
   ResetScrBars(ws.view, ws.plot.Width(), ws.plot.Height());
   RedrawBlockers(ws.blockers, ws.plot, ws.settings);
@@ -131,9 +153,13 @@ void ReloadImage(Workspace& ws, const Desktop& desktop) {
 }
 
 void PasteImage(Workspace& ws, const Desktop& desktop) {
-  if (!desktop.ClipboardHasPicture()) {
+  Raster picture = desktop.ClipboardPicture();
+  if (picture.IsEmpty()) {
     Tell(desktop, "No Bitmap in Clipboard");
   } else {
+    if (const std::string refusal = SizeRefusal(picture.Width(), picture.Height());
+        !refusal.empty())
+      throw RunTimeError(refusal);
     if (ws.calibration.AnyDefined() && AskYesNo(desktop, "Reset Axis Definisions ?"))
       Reset(ws, desktop);
     ReleaseButtons(ws);
@@ -141,10 +167,6 @@ void PasteImage(Workspace& ws, const Desktop& desktop) {
     ws.window.Caption = "GRAPHIZE is Copying ClipBorad";
     ws.window.Hourglass = true;
     desktop.Pump();
-    Raster picture = desktop.ClipboardPicture();
-    if (const std::string refusal = SizeRefusal(picture.Width(), picture.Height());
-        !refusal.empty())
-      throw RunTimeError("The picture in the clipboard " + refusal);
     LoadImage(ws, desktop, std::move(picture), "Pasted Plot");
     ws.picture = {.Name = "untitled.dat",
                   .Path = "",
@@ -162,6 +184,7 @@ bool CanSaveImage(const Workspace& ws) {
 }
 
 void SaveImageAs(Workspace& ws, const Desktop& desktop) {
+  if (!CanSaveImage(ws)) return;
   std::int16_t format = 0, option = 0;
   GetFileFormat(ws.picture.Name, format, option);
   const bool untitled = ws.picture.WithoutFile;
@@ -169,7 +192,7 @@ void SaveImageAs(Workspace& ws, const Desktop& desktop) {
       {.ForSaving = true,
        .Title = "Save Image File",
        .Folder = ws.picture.Folder,
-       .FileName = untitled ? "untitled.tif" : ws.picture.Name,
+       .FileName = untitled ? "untitled.tif" : ImageFileProposal(ws.picture.Name, format),
        .Filters = kSaveFilters,
        .FilterIndex = untitled || format == 0 ? 1 : format});
   if (!path) return;
@@ -178,31 +201,34 @@ void SaveImageAs(Workspace& ws, const Desktop& desktop) {
   ws.status.Status = "Saving Image to: " + lowerPath;
   ws.window.Hourglass = true;
   desktop.Pump();
-  HideMarks(ws.plot);
+  std::string error;
   try {
+    const BasePictureShown base(ws.plot);
     const bool saved =
         SavePicture(*path, format, option, ws.plot.Pixels, ShowProgress(ws, desktop));
     ws.status.Status = saved ? "Image was successfully saved" : " ";
-  } catch (const RunTimeError& error) {
+  } catch (const RunTimeError& e) {
     ws.status.Status = " ";
-    Tell(desktop, error.what(), MessageIcon::Critical);
+    error = e.what();
   }
-  ShowMarks(ws.plot);
   ws.status.ProgressVisible = false;
   ws.window.Hourglass = false;
+  if (!error.empty()) Tell(desktop, error, MessageIcon::Critical);
 }
 
 void Reset(Workspace& ws, const Desktop& desktop) {
   ClearAllData(ws, desktop, false);
   RemoveAllBlockers(ws);
   InitAxisDefFrame(ws.calibration, ws.axisPanel);
-  ChoosePixelDisplay(ws);
+  ChoosePixelDisplay(ws, desktop);
   ws.commands.Picture = false;
   ws.commands.Graphize = false;
   ws.commands.GridBuster = false;
   ReleaseButtons(ws);
   ws.readOut.XValue.clear();
   ws.readOut.YValue.clear();
+  ws.readOut.XPOS.clear();
+  ws.readOut.YPos.clear();
   ws.picture.FromFile = true;
   ws.picture.WithoutFile = false;
   ShowFrame(ws, "Graphize");
@@ -215,6 +241,7 @@ void LoadImage(Workspace& ws, const Desktop& desktop, Raster picture,
   desktop.Pump();
   SetPicture(ws.plot, std::move(picture));
   ws.window.Caption = "GRAPHIZE is Resizing ....";
+  desktop.Pump();
   ws.view.X = ws.view.Y = 0;
   ResetScrBars(ws.view, ws.plot.Width(), ws.plot.Height());
   RedrawBlockers(ws.blockers, ws.plot, ws.settings);

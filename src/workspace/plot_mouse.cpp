@@ -43,9 +43,11 @@ void Plot_MouseDown(Workspace& ws, const Desktop& desktop, int Button, int Shift
   ws.mouse.DownPixelX = ToInt16(X);
   ws.mouse.DownPixelY = ToInt16(Y);
   if (ws.mode != Mode::Graphize || Button != kLeftButton) return;
+  ws.mouse.PressFailed = true;  // until it is seen not to
   const auto snapped =
       SnapToXY(ws.plot, X, Y, ws.settings.SnapMode, ws.settings.SnapDistance);
   if (snapped) Plot_MouseMove(ws, desktop, 0, 0, snapped->X, snapped->Y);
+  ws.mouse.PressFailed = false;
 }
 
 void Plot_MouseUp(Workspace& ws, const Desktop& desktop, int Button, int /*Shift*/, float /*X*/,
@@ -58,6 +60,7 @@ void Plot_MouseUp(Workspace& ws, const Desktop& desktop, int Button, int /*Shift
 void Plot_Click(Workspace& ws, const Desktop& desktop) {
   if (ws.mouse.TraceRunning) return;
   if (std::exchange(ws.mouse.SuppressNextClick, false)) return;
+  if (std::exchange(ws.mouse.PressFailed, false)) return;
   if (ws.mode == Mode::AxisDef) {
     AxisCalibration& calibration = ws.calibration;
     const bool ok = DefineAxis(calibration, ws.axisPanel, ws.commands, desktop,

@@ -12,6 +12,9 @@ namespace {
 void PutBackAfterError(Workspace& ws) {
   ws.window.Hourglass = false;
   ws.mouse.TraceRunning = false;
+  ws.mouse.Painting = false;
+  ws.scanRectangle.Active = false;
+  ws.pen.Down = false;
   ws.status.ProgressVisible = false;
   ws.status.Status = " ";
   ShowPictureCaption(ws);

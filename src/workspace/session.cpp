@@ -44,12 +44,22 @@ void ReadWindowPlacement(Workspace& ws, const SettingsFile& file,
     ws.status.Status = Joined(placementNotes, " ");
 }
 
-/// Patterns and list follow the settings. Settings that make no pattern leave the last ones.
+/// Patterns and list follow the settings. Numbers of places that make no pattern are told, and
+/// their defaults used.
 void ApplyFormats(Workspace& ws, std::vector<std::string>& notes) {
   try {
     BuildFormats(ws.settings, ws.formats);
   } catch (const RunTimeError& error) {
-    notes.push_back(error.what());
+    notes.push_back(std::string(error.what()) + " The default is used.");
+    Settings& settings = ws.settings;
+    const auto repair = [](std::int16_t& places, int least, std::int16_t byDefault) {
+      if (places < least || places > kMaxPlaces) places = byDefault;
+    };
+    repair(settings.XDigits, 1, Settings().XDigits);
+    repair(settings.YDigits, 1, Settings().YDigits);
+    repair(settings.XDecimals, 0, Settings().XDecimals);
+    repair(settings.YDecimals, 0, Settings().YDecimals);
+    BuildFormats(settings, ws.formats);
   }
   ShowPage(ws.store);
 }

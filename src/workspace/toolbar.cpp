@@ -25,12 +25,12 @@ void EnterEditMode(Workspace& ws, std::string_view key) {
     ws.status.Status = "Click LEFT for X and RIGHT for Y grid lines, SHIFT click for Auto mode";
 }
 
-void EnterMode(Workspace& ws, std::string_view key) {
+void EnterMode(Workspace& ws, const Desktop& desktop, std::string_view key) {
   ws.mode = ModeOfKey(key);
   if (ws.mode == Mode::DrawErase || ws.mode == Mode::GridBuster) return EnterEditMode(ws, key);
   LeaveEdit(ws);
   ShowFrame(ws, key);
-  if (ws.mode == Mode::Graphize) ChooseErrorDisplay(ws);
+  if (ws.mode == Mode::Graphize) ChooseErrorDisplay(ws, desktop);
   if (ws.mode == Mode::AxisDef) {
     // A definition that was begun goes on: only an empty one is started.
     if (!ws.calibration.AnyDefined()) InitAxisDefFrame(ws.calibration, ws.axisPanel);
@@ -70,7 +70,7 @@ void Toolbar_ButtonClick(Workspace& ws, const Desktop& desktop, std::string_view
     LeaveEdit(ws);
     return ClearAllData(ws, desktop, true);
   }
-  if (ModeOfKey(key) != Mode::None) EnterMode(ws, key);
+  if (ModeOfKey(key) != Mode::None) EnterMode(ws, desktop, key);
 }
 
 void ReleaseButtons(Workspace& ws) {

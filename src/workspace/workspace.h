@@ -43,6 +43,7 @@ struct PlotMouse {
   bool SuppressNextClick = false;
   bool Painting = false;  // a left press in blocker mode waits for its click
   bool TraceRunning = false;
+  bool PressFailed = false;  // the press ended in an error: its click captures nothing
 };
 
 /// The frame of the main window.

@@ -93,24 +93,29 @@ TEST(Transform, PixelsToValuesAndBack) {
     for (int column = -40; column < 700; column += 37) {
       for (int rowUp = -11; rowUp < 520; rowUp += 29) {
         const Reading r = Read(c, static_cast<float>(column), static_cast<float>(rowUp));
-        std::int16_t px = 0, py = 0;
-        Real2Pixels(c, 480, r.X, r.Y, px, py);
-        EXPECT_EQ(px, column);
-        EXPECT_EQ(480 - py, rowUp);
+        const auto pixel = Real2Pixels(c, 480, r.X, r.Y);
+        ASSERT_TRUE(pixel);
+        EXPECT_EQ(pixel->X, column);
+        EXPECT_EQ(480 - pixel->Y, rowUp);
       }
     }
   }
 }
 
-TEST(Transform, ValuesWithoutAPixelAreAnError) {
+TEST(Transform, WhatIsOutOfRangeIsNoPixelAndNoValue) {
   const AxisCalibration c = test::PixelCalibration();
-  std::int16_t px = 3, py = 4;
   for (const float value : {1e6f, -INFINITY, NAN}) {
-    EXPECT_THROW(Real2Pixels(c, 100, value, 0, px, py), RunTimeError);
-    EXPECT_THROW(Real2Pixels(c, 100, 0, value, px, py), RunTimeError);
+    EXPECT_FALSE(Real2Pixels(c, 100, value, 0));
+    EXPECT_FALSE(Real2Pixels(c, 100, 0, value));
   }
-  EXPECT_EQ(px, 3);
-  EXPECT_EQ(py, 4);
+  // A log axis whose point is not positive has no values: nothing of the reading changes.
+  const AxisCalibration bad =
+      Calibrate({{{0, 0, "1", "0"}, {10, 0, "-5", "0"}, {0, 10, "1", "9"}}}, true, false);
+  ScriptedDesktop desktop;
+  Reading reading{1, 2, 3, 4};
+  EXPECT_THROW(Pixels2Real(bad, desktop, false, 5, 5, reading), RunTimeError);
+  EXPECT_EQ(reading.X, 1);
+  EXPECT_EQ(reading.Y, 2);
 }
 
 }  // namespace
