@@ -1,5 +1,7 @@
 #include <QApplication>
 #include <QStandardPaths>
+#include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <system_error>
 
@@ -14,11 +16,20 @@ std::filesystem::path SettingsPath() {
   return std::filesystem::path(folder.toStdString()) / "graphize" / "graphize.ini";
 }
 
+/// Until the application stands: a display that cannot be opened is told in one line.
+void TellOnlyTheEnd(QtMsgType type, const QMessageLogContext&, const QString&) {
+  if (type != QtFatalMsg) return;
+  std::fputs("Graphize cannot open a window on this display.\n", stderr);
+  std::_Exit(1);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
   const std::jthread fonts = graphize::ReadFonts();
+  qInstallMessageHandler(TellOnlyTheEnd);
   QApplication application(argc, argv);
+  qInstallMessageHandler(nullptr);
   QApplication::setApplicationName(QStringLiteral("Graphize"));
   QApplication::setDesktopFileName(QStringLiteral("graphize"));
 

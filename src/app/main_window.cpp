@@ -104,17 +104,22 @@ void MainWindow::showEvent(QShowEvent* event) {
 
 void MainWindow::OpenWhenShown(const std::filesystem::path& path) {
   openWhenShown_ = path;
-  // After the first paint: a large picture must not delay the window.
-  QTimer::singleShot(0, this, [this] {
-    Do([this](Workspace& ws, const Desktop& desktop) {
-      OpenPicture(ws, desktop, openWhenShown_);
-    });
-  });
+  QTimer::singleShot(0, this, &MainWindow::OpenWaiting);
+}
+
+void MainWindow::OpenWaiting() {
+  // A picture waits for the command that runs, unlike an event: it was asked for once.
+  if (IsBusy()) return QTimer::singleShot(20, this, &MainWindow::OpenWaiting);
+  Do([this](Workspace& ws, const Desktop& desktop) { OpenPicture(ws, desktop, openWhenShown_); });
+}
+
+bool MainWindow::IsBusy() const {
+  return ws_.commandRuns || desktop_->IsPumping();
 }
 
 void MainWindow::Do(const Command& command, bool redraw) {
-  // An event of the picture may come while a command pumps: it is not for later.
-  if (ws_.commandRuns) return;
+  // An event that comes while a command pumps is not for later.
+  if (IsBusy()) return;
   desktop_->BeginCommand();
   RunCommand(ws_, desktop_->Verbs(), [&] { command(ws_, desktop_->Verbs()); });
   if (redraw) plot_->update();

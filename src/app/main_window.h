@@ -70,6 +70,8 @@ class MainWindow : public QMainWindow {
 
   /// Runs a command and shows what it has done; `redraw` repaints the visible picture, too.
   void Do(const Command& command, bool redraw = true);
+  bool IsBusy() const;
+  void OpenWaiting();
   /// Changes a record from an event that may come while a command runs.
   void Note(const std::function<void(Workspace&)>& change);
   void Render();

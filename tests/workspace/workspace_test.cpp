@@ -8,6 +8,7 @@
 
 #include "base/numbers.h"
 #include "base/run_time_error.h"
+#include "image/file_format.h"
 #include "image/picbuf.h"
 #include "support/ascii_picture.h"
 #include "support/scripted_desktop.h"
@@ -105,6 +106,44 @@ TEST_F(WorkspaceTest, AFileThatCannotBeReadLosesNothing) {
     EXPECT_TRUE(ws.calibration.IsComplete());
     EXPECT_FALSE(ws.window.Hourglass || ws.status.ProgressVisible);
   }
+}
+
+TEST_F(WorkspaceTest, ADamagedPictureIsShownOnlyWhenWanted) {
+  OpenPicture(ws, desktop, Picture("plot.bmp"));
+  SavePicture(folder.Path() / "cut.jpg", kJpgFormat, 75, Raster::Filled(400, 300, kWhitePixel));
+  std::filesystem::resize_file(folder.Path() / "cut.jpg", 900);
+  for (const auto& [answer, width] : {std::pair{Answer::No, 60}, {Answer::Yes, 400}}) {
+    desktop.ExpectMessage("\"cut.jpg\"", answer);
+    if (answer == Answer::Yes) desktop.ExpectMessage(kBlackAndWhite, Answer::No);
+    OpenPicture(ws, desktop, folder.Path() / "cut.jpg");
+    EXPECT_EQ(ws.plot.Width(), width);
+  }
+  EXPECT_TRUE(desktop.Messages[0].DefaultIsNo);
+}
+
+TEST_F(WorkspaceTest, APictureThatStaysAfterAResetCanBeWorkedOn) {
+  OpenAndCalibrate();
+  desktop.ExpectMessage(kReset, Answer::Yes);
+  desktop.ExpectFile({});
+  Toolbar_ButtonClick(ws, desktop, "open");
+  EXPECT_TRUE(CanPress(ws, "axisdef") && CanPress(ws, "refresh") && CanReload(ws));
+  EXPECT_FALSE(ws.calibration.AnyDefined() || CanPress(ws, "graphize"));
+  EXPECT_EQ(ws.readOut.XPOS, "");
+}
+
+TEST_F(WorkspaceTest, APressThatFailsCapturesNothing) {
+  OpenPicture(ws, desktop, Picture("black.bmp", 300, 300, kBlackPixel));
+  Calibrate();
+  Toolbar_ButtonClick(ws, desktop, "graphize");
+  ws.settings.SnapMode = 3;
+  ws.settings.SnapDistance = 120;  // more ink than 16 bits count
+  Plot_MouseMove(ws, desktop, 0, 0, 150, 150);
+  EXPECT_THROW(Plot_MouseDown(ws, desktop, kLeftButton, 0, 150, 150), RunTimeError);
+  Plot_Click(ws, desktop);
+  EXPECT_EQ(ws.store.CaptureCount, 0);
+  ws.settings.SnapDistance = 2;
+  Click(150, 150);
+  EXPECT_EQ(ws.store.CaptureCount, 1);
 }
 
 TEST_F(WorkspaceTest, OpeningAgainAsksAboutTheAxes) {
