@@ -94,7 +94,10 @@ FormDialog* MainWindow::MakeSampleForm() {
             RangeChanged(ws.sample, ws.store);
           }));
   connect(dialog, &SampleDialog::YLogSwitched, this,
-          change([](Workspace& ws, bool on) { ws.sample.SampleYLog = on; }));
+          change([](Workspace& ws, bool on) {
+            ws.sample.SampleYLog = on;
+            RangeChanged(ws.sample, ws.store);
+          }));
   connect(dialog, &SampleDialog::CalculatePressed, this, [this] {
     Do([](Workspace& ws, const Desktop& desktop) { CalculateStep(ws.sample, ws.store, desktop); },
        false);

@@ -40,16 +40,16 @@ float ToSingle(double value) {
   return single;
 }
 
-double LeadingNumber(std::string_view text) {
+std::optional<double> FindLeadingNumber(std::string_view text) {
   std::size_t at = text.find_first_not_of(" \t\r\n");
-  if (at == std::string_view::npos) return 0;
+  if (at == std::string_view::npos) return std::nullopt;
   text.remove_prefix(at);
   const bool negative = text.front() == '-';
   if (text.front() == '-' || text.front() == '+') text.remove_prefix(1);
   // from_chars also reads "inf" and "nan", which are words here.
   const bool digitFirst = !text.empty() && IsDigit(text[0]);
   const bool pointFirst = text.size() > 1 && text[0] == '.' && IsDigit(text[1]);
-  if (!digitFirst && !pointFirst) return 0;
+  if (!digitFirst && !pointFirst) return std::nullopt;
   double value = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
   if (error == std::errc::result_out_of_range) {
@@ -61,6 +61,10 @@ double LeadingNumber(std::string_view text) {
     value = tiny ? 0 : std::numeric_limits<double>::infinity();
   }
   return negative ? -value : value;
+}
+
+double LeadingNumber(std::string_view text) {
+  return FindLeadingNumber(text).value_or(0);
 }
 
 std::string ShortestText(float value) {

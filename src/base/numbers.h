@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -14,8 +15,11 @@ std::int32_t ToInt32(double value);
 /// `value` in single precision; RunTimeError "Overflow" when it is too large for it.
 float ToSingle(double value);
 
-/// The number that `text` starts with, after blanks: digits, one decimal point, an exponent; 0 when
-/// there is none. "1e3" is 1000, "  -2.5 m" is -2.5, "0,5" is 0. A number too large is an infinity.
+/// The number that `text` starts with, after blanks: digits, one decimal point, an exponent; nothing
+/// when there is none. "1e3" is 1000, "  -2.5 m" is -2.5, "0,5" is 0. A number too large is an
+/// infinity.
+std::optional<double> FindLeadingNumber(std::string_view text);
+/// The same with 0 for text without a number.
 double LeadingNumber(std::string_view text);
 
 /// The shortest decimal form that reads back as the same value: "5", "0.1", "-2.5e-07".

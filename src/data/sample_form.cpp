@@ -72,18 +72,44 @@ double ReadStep(const std::string& text) {
   return LeadingNumber(text.substr(log ? start + 3 : start));
 }
 
+/// The limit that is no finite number; null when both are.
+const std::string* UnusableLimit(const SampleForm& form) {
+  for (const std::string* box : {&form.MinXBox, &form.MaxXBox})
+    if (!FindLeadingNumber(*box) || !std::isfinite(ReadSingle(*box))) return box;
+  return nullptr;
+}
+
+/// The first captured point of a log axis that has no logarithm; 0 when there is none.
+int FirstWithoutLog(const std::vector<float>& values, int count) {
+  for (int i = 1; i <= count; ++i)
+    if (!(values[i] > 0)) return i;
+  return 0;
+}
+
+/// One line on what will not work well, the worst first; empty when all is well.
+std::string HintOf(const SampleForm& form, const PointStore& store) {
+  if (UnusableLimit(form)) return "Min X and Max X must be numbers.";
+  const float minX = ReadSingle(form.MinXBox), maxX = ReadSingle(form.MaxXBox);
+  if (form.SampleXLog && !(minX > 0 && maxX > 0))
+    return "X - Log needs a Min X and a Max X above 0.";
+  const auto notAbove0 = [](const char* axis, int point) {
+    return std::string(axis) + " of point " + std::to_string(point) + " is not above 0.";
+  };
+  if (form.SampleXLog)
+    if (const int i = FirstWithoutLog(store.CaptureX, store.CaptureCount))
+      return notAbove0("X - Log: X", i);
+  if (form.SampleYLog)
+    if (const int i = FirstWithoutLog(store.CaptureY, store.CaptureCount))
+      return notAbove0("Y - Log: Y", i);
+  if (minX == maxX) return "Min X equals Max X: all rows are the same.";
+  for (int i = 2; i <= store.CaptureCount; ++i)
+    if (!(store.CaptureX[i - 1] < store.CaptureX[i]))
+      return "X does not rise at captured point " + std::to_string(i) + ".";
+  return {};
+}
+
 void ShowHint(SampleForm& form, const PointStore& store) {
-  form.Hint.clear();
-  if (form.SampleXLog && !(ReadSingle(form.MinXBox) > 0 && ReadSingle(form.MaxXBox) > 0)) {
-    form.Hint = "X - Log needs a Min X and a Max X above 0.";
-    return;
-  }
-  for (int i = 2; i <= store.CaptureCount; ++i) {
-    if (store.CaptureX[i - 1] < store.CaptureX[i]) continue;
-    form.Hint = "X of captured point " + std::to_string(i) +
-                " is not greater than X of the point before: the new points may leave the curve.";
-    return;
-  }
+  form.Hint = HintOf(form, store);
 }
 
 /// Smallest and largest number of the points; empty texts when none is one.
@@ -141,14 +167,21 @@ bool CalculateStep(SampleForm& form, const PointStore& store, const Desktop& des
       TellTooMany(desktop);
       return false;
     }
+    const bool usable = count >= 2;
     ShowCount(form, UsableCount(count, form.dXBox, desktop));
     ShowStep(form);
+    ShowHint(form, store);
+    return usable;
   }
   ShowHint(form, store);
   return true;
 }
 
 bool ReSample(SampleForm& form, PointStore& store, bool RefreshList, const Desktop& desktop) {
+  if (const std::string* limit = UnusableLimit(form)) {
+    Tell(desktop, *limit + "\r\nError in sampling parameters", MessageIcon::Exclamation);
+    return false;
+  }
   if (!CalculateStep(form, store, desktop)) return false;
   const double count = ReadCount(form.Steps);
   if (count > store.MaxPoints) {

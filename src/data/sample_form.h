@@ -30,7 +30,8 @@ void StepsChanged(SampleForm& form, const Desktop& desktop);
 void RangeChanged(SampleForm& form, const PointStore& store);
 
 /// "Calculate dX": a typed step gives the count, else the count gives the step. False when the step
-/// asks for more points than there can be, which is told; nothing is changed then.
+/// cannot be used, which is told: one for more points than there can be changes nothing, one that
+/// leads nowhere becomes the step of two points.
 bool CalculateStep(SampleForm& form, const PointStore& store, const Desktop& desktop);
 
 /// Replaces the list by the resampled points. False, after a message, when there are too many or

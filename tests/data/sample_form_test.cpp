@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include <limits>
 
 #include "support/points.h"
@@ -44,11 +46,11 @@ TEST(SampleForm, OpensWithTheRangeOfTheCapturedPoints) {
 
 TEST(SampleForm, TheHintNamesThePointWhereXDoesNotRise) {
   const std::pair<RowList, const char*> cases[] = {
-      {{{0, 0}}, ""},
+      {{{3, 0}}, "Min X equals Max X"},
       {{{0, 0}, {1, 0}, {2, 0}}, ""},
-      {{{2, 0}, {1, 0}, {0, 0}}, "point 2 "},
-      {{{0, 0}, {1, 0}, {1, 5}, {0, 0}}, "point 3 "},
-      {{{0, 0}, {1, 0}, {kNaN, 5}}, "point 3 "},
+      {{{2, 0}, {1, 0}, {0, 0}}, "point 2."},
+      {{{0, 0}, {1, 0}, {1, 5}, {0, 0}}, "point 3."},
+      {{{0, 0}, {1, 0}, {kNaN, 5}}, "point 3."},
   };
   for (const auto& [points, words] : cases) {
     const SampleForm form = Opened(MakeStore(points));
@@ -63,7 +65,11 @@ TEST(SampleForm, TheHintNamesThePointWhereXDoesNotRise) {
   EXPECT_NE(form.Hint.find("above 0"), std::string::npos);
   form.MinXBox = "0.1";
   RangeChanged(form, store);
-  EXPECT_EQ(form.Hint, "");
+  EXPECT_EQ(form.Hint, "X - Log: X of point 1 is not above 0.");
+  form.SampleXLog = false;
+  form.SampleYLog = true;
+  RangeChanged(form, store);
+  EXPECT_EQ(form.Hint, "Y - Log: Y of point 1 is not above 0.");
 }
 
 TEST(SampleForm, TheCountGivesTheStep) {
@@ -150,7 +156,7 @@ TEST(SampleForm, ATypedStepGivesTheCount) {
     RangeChanged(form, store);
     ScriptedDesktop desktop;
     if (c.message) desktop.ExpectMessage(std::string(c.message) + kBadCount);
-    EXPECT_TRUE(CalculateStep(form, store, desktop));
+    EXPECT_EQ(CalculateStep(form, store, desktop), c.message == nullptr);
     EXPECT_EQ(form.Steps, c.steps);
     EXPECT_EQ(form.dXBox, c.step);
     // Now it stands there as calculated: a second press changes nothing.
@@ -209,6 +215,22 @@ TEST(SampleForm, RefusalsLeaveTheListAsItIs) {
     EXPECT_EQ(form.Steps, steps);
     EXPECT_EQ(ListRows(store), (RowList{{0, 0}, {10, 10}}));
     EXPECT_TRUE(store.ListIsCaptured);
+  }
+}
+
+TEST(SampleForm, LimitsThatAreNoNumbersAreRefused) {
+  PointStore store = MakeStore({{0, 0}, {10, 10}});
+  for (const auto& [min, max, told] : {std::tuple{"", "10", ""}, {"abc", "10", "abc"},
+                                       {"0", "1e60", "1e60"}, {"0", "-", "-"}}) {
+    SampleForm form = Opened(store);
+    form.MinXBox = min;
+    form.MaxXBox = max;
+    RangeChanged(form, store);
+    EXPECT_EQ(form.Hint, "Min X and Max X must be numbers.");
+    ScriptedDesktop desktop;
+    desktop.ExpectMessage(std::string(told) + "\r\nError in sampling parameters");
+    EXPECT_FALSE(ReSample(form, store, false, desktop));
+    EXPECT_EQ(ListRows(store), (RowList{{0, 0}, {10, 10}}));
   }
 }
 
