@@ -140,7 +140,7 @@ void MainWindow::Render() {
   tracerPanel_->Render(ws_.tracer, ws_.blockSize);
   readOut_->Render(ws_.readOut);
   dataList_->Render(ws_.store, ws_.formats, ws_.settings.DecimalPoint);
-  status_->Render(ws_.status);
+  status_->Render(ws_.status, ws_.store.NPoints);
   RenderModeFrame();
   RenderActions();
   RenderFrame();

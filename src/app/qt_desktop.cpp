@@ -171,15 +171,16 @@ bool QtDesktop::eventFilter(QObject*, QEvent* event) {
   const bool isKey = type == QEvent::KeyPress || type == QEvent::KeyRelease ||
                      type == QEvent::ShortcutOverride;
   if (isKey && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
+    const bool repeat = static_cast<QKeyEvent*>(event)->isAutoRepeat();
     if (pumping_) {
-      if (!static_cast<QKeyEvent*>(event)->isAutoRepeat())
-        escape_.Remember(type != QEvent::KeyRelease);
+      if (!repeat) escape_.Remember(type != QEvent::KeyRelease);
+      if (!repeat && type == QEvent::KeyRelease) swallowEscape_ = false;
       return true;
     }
     // The key that stopped a command does not also close the box that opens next: its repeats and
     // its release are dropped, and the next press counts again.
     escape_.Forget();
-    if (type != QEvent::KeyRelease && escape_.IsHeld()) return true;
+    if (type != QEvent::KeyRelease && repeat) return true;
     swallowEscape_ = false;
     return type == QEvent::KeyRelease;
   }

@@ -33,9 +33,9 @@ StatusPanels::StatusPanels(QStatusBar* bar)
   progress_->hide();
 }
 
-void StatusPanels::Render(const StatusBar& status) {
+void StatusPanels::Render(const StatusBar& status, int points) {
   Show(status_, status.Status);
-  Show(points_, status.Points);
+  Show(points_, std::to_string(points));
   Show(sizeX_, status.SizeX);
   Show(sizeY_, status.SizeY);
   progress_->setVisible(status.ProgressVisible);

@@ -8,11 +8,11 @@ class QStatusBar;
 
 namespace graphize {
 
-/// The status bar's keyed panels and the progress bar that covers the panel "status".
+/// The status bar's keyed panels, the number of points among them, and the progress bar that covers the panel "status".
 class StatusPanels {
  public:
   explicit StatusPanels(QStatusBar* bar);
-  void Render(const StatusBar& status);
+  void Render(const StatusBar& status, int points);
 
  private:
   QLabel* status_;

@@ -9,7 +9,6 @@ struct StatusBar {
   std::string Status;  // one blank when idle
   std::string SizeX;   // "W=640"
   std::string SizeY;   // "H=480"
-  std::string Points;  // number of points in the list after a scan
   bool ProgressVisible = false;
   int ProgressValue = 0;  // 0..100
 };

@@ -31,8 +31,8 @@ bool EmitPoint(RunningTrace& trace, int column, float row) {
 
 RunningTrace::RunningTrace(const ExtractionContext& context)
     : Context(context),
-      XIncrement(std::max<int>(IncrementOf(context.Control.Xrange), 0)),
-      YIncrement(std::max<int>(IncrementOf(context.Control.Yrange), 0)),
+      XIncrement(IncrementAtLeast(context.Control.Xrange, 0)),
+      YIncrement(IncrementAtLeast(context.Control.Yrange, 0)),
       Center(context.Control.Center.Checked),
       Below(context.Control.Below.Checked),
       Above(context.Control.Above.Checked),

@@ -32,14 +32,6 @@ GridRange RangeOf(std::int32_t low, std::int32_t high, int step, int size) {
   return {ToInt16(static_cast<double>(first)), ToInt16(static_cast<double>(last)), step};
 }
 
-/// The step in an increment box; what is no step becomes 1, also in the box.
-int StepOf(std::string& text) {
-  const int step = IncrementOf(text);
-  if (step >= 1) return step;
-  text = "1";
-  return 1;
-}
-
 /// The status panel and the progress bar during the scan; afterwards they are as before.
 class ScanStatus {
  public:
@@ -182,7 +174,7 @@ bool ReleaseScanRectangle(ScanRectangle& rectangle) {
 void Scan(const ExtractionContext& context, const ScanRectangle& rectangle) {
   if (!HasValues(context)) return;
   PointStore& store = context.Store;
-  const int stepX = StepOf(context.Control.Xrange), stepY = StepOf(context.Control.Yrange);
+  const int stepX = IncrementAtLeast(context.Control.Xrange, 1), stepY = IncrementAtLeast(context.Control.Yrange, 1);
   const GridRange columns = RangeOf(rectangle.Left, rectangle.Right, stepX, context.Image.Width());
   const GridRange rows = RangeOf(rectangle.Top, rectangle.Bottom, stepY, context.Image.Height());
   const bool adds = context.Adds();
@@ -198,7 +190,7 @@ void Scan(const ExtractionContext& context, const ScanRectangle& rectangle) {
   if (adds) AddFound(context, found, stopped, status);
   status.Show(100);
   ShowResult(context);
-  context.Status.Points = FormatNumber(static_cast<float>(store.ListCount), kCountPattern);
+  context.Store.NPoints = store.ListCount;
 }
 
 }  // namespace graphize

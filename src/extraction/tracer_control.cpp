@@ -1,6 +1,11 @@
 #include "extraction/tracer_control.h"
 
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
 #include "base/numbers.h"
+#include "base/run_time_error.h"
 
 namespace graphize {
 
@@ -21,8 +26,14 @@ void SetTraceType(TracerControl& control, int trace) {
   control.Below.Caption = "Edge Below";
 }
 
-std::int16_t IncrementOf(const std::string& text) {
-  return ToInt16(LeadingNumber(text));
+int IncrementAtLeast(std::string& text, int least) {
+  const std::optional<double> number = FindLeadingNumber(text);
+  const double rounded = std::nearbyint(number.value_or(0));
+  if (std::abs(rounded) > 32767)
+    throw RunTimeError("Overflow: an increment must be a number from 0 to 32767");
+  const int value = std::max(static_cast<int>(rounded), least);
+  if (!number || value != *number) text = std::to_string(value);
+  return value;
 }
 
 }  // namespace graphize

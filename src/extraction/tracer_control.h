@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <string>
 
 namespace graphize {
@@ -22,8 +21,8 @@ struct TracerControl {
 /// Captions and increments for the trace type of the settings: 0 edges, 1 smooth, 2 scan.
 void SetTraceType(TracerControl& control, int trace);
 
-/// The number that the text of an increment box starts with, rounded; 0 when there is none.
-/// Run-time error "Overflow" beyond 16 bits.
-std::int16_t IncrementOf(const std::string& text);
+/// The number that the text of an increment box starts with, rounded, at least `least`. The text is
+/// corrected where it says something else. Run-time error "Overflow" beyond 16 bits.
+int IncrementAtLeast(std::string& text, int least);
 
 }  // namespace graphize

@@ -1,6 +1,7 @@
 #include "image/plot_view.h"
 
 #include <QCursor>
+#include <QGuiApplication>
 #include <QImage>
 #include <QMouseEvent>
 #include <QPaintEvent>
@@ -65,6 +66,7 @@ PlotView::PlotView(const PlotImage& image, OverlayIn overlayIn, QWidget* parent)
   setObjectName(QStringLiteral("Plot"));
   setAccessibleName(tr("Picture of the graph"));
   setMouseTracking(true);
+  setFocusPolicy(Qt::ClickFocus);  // keys meant for the picture do not go on to a value box
   setAttribute(Qt::WA_OpaquePaintEvent);
   setCursor(Qt::CrossCursor);
   resize(0, 0);
@@ -101,7 +103,8 @@ void PlotView::TellMove(QPoint position, int button, int shift) {
 
 void PlotView::ReadPointer() {
   const QPoint position = mapFromGlobal(QCursor::pos());
-  if (rect().contains(position)) TellMove(position, 0, 0);
+  if (rect().contains(position))
+    TellMove(position, ButtonsOf(QGuiApplication::mouseButtons()), 0);
 }
 
 void PlotView::mouseMoveEvent(QMouseEvent* event) {
@@ -112,7 +115,7 @@ void PlotView::mousePressEvent(QMouseEvent* event) {
   const QPoint position = event->position().toPoint();
   const int button = ButtonsOf(event->button()), shift = ShiftState(event->modifiers());
   // A press acts on what the move before it has read, with the axes as they are now.
-  TellMove(position, 0, shift);
+  TellMove(position, ButtonsOf(event->buttons() & ~event->button()), shift);
   if (event->button() == Qt::LeftButton) leftPressedHere_ = true;
   emit Pressed(button, shift, static_cast<float>(position.x()), static_cast<float>(position.y()));
 }

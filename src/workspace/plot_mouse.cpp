@@ -10,8 +10,27 @@
 
 namespace graphize {
 
-void Plot_MouseMove(Workspace& ws, const Desktop& desktop, int /*Button*/, int /*Shift*/, float X,
+namespace {
+
+/// The button that a drag on the picture holds down; 0 without one.
+int DraggingButton(const Workspace& ws) {
+  if (ws.scanRectangle.Active) return kRightButton;
+  if (ws.pen.Down) return ws.pen.Tool == PenTool::Draw ? kLeftButton : kRightButton;
+  return 0;
+}
+
+}  // namespace
+
+void EndDrag(Workspace& ws) {
+  ws.scanRectangle.Active = false;
+  ws.pen.Down = false;
+  ws.mouse.Painting = false;
+  ws.mouse.SuppressNextClick = false;
+}
+
+void Plot_MouseMove(Workspace& ws, const Desktop& desktop, int Button, int /*Shift*/, float X,
                     float Y) {
+  if (const int held = DraggingButton(ws); (Button & held) != held) EndDrag(ws);
   if (!ws.mouse.TraceRunning) ws.status.Status = " ";
   ReadCursor(ws.readOut, ws.axisPanel, ws.store, ws.calibration, desktop, ws.plot.Height(), X, Y);
   if (ws.scanRectangle.Active) MoveScanCorner(ws.scanRectangle, X, Y);
@@ -53,8 +72,7 @@ void Plot_MouseDown(Workspace& ws, const Desktop& desktop, int Button, int Shift
 void Plot_MouseUp(Workspace& ws, const Desktop& desktop, int Button, int /*Shift*/, float /*X*/,
                   float /*Y*/) {
   if (Button == kRightButton && ws.scanRectangle.Active) FinishScanRectangle(ws, desktop);
-  if (ws.pen.Down && Button == (ws.pen.Tool == PenTool::Draw ? kLeftButton : kRightButton))
-    ReleasePen(ws.pen, ws.plot);
+  if (ws.pen.Down && Button == DraggingButton(ws)) ReleasePen(ws.pen, ws.plot);
 }
 
 void Plot_Click(Workspace& ws, const Desktop& desktop) {

@@ -4,6 +4,7 @@
 
 #include "base/run_time_error.h"
 #include "workspace/picture_commands.h"
+#include "workspace/plot_mouse.h"
 
 namespace graphize {
 
@@ -12,9 +13,7 @@ namespace {
 void PutBackAfterError(Workspace& ws) {
   ws.window.Hourglass = false;
   ws.mouse.TraceRunning = false;
-  ws.mouse.Painting = false;
-  ws.scanRectangle.Active = false;
-  ws.pen.Down = false;
+  EndDrag(ws);
   ws.status.ProgressVisible = false;
   ws.status.Status = " ";
   ShowPictureCaption(ws);

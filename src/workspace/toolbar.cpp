@@ -4,6 +4,7 @@
 #include "workspace/capture_commands.h"
 #include "workspace/extraction_commands.h"
 #include "workspace/picture_commands.h"
+#include "workspace/plot_mouse.h"
 #include "workspace/save_points.h"
 
 namespace graphize {
@@ -26,6 +27,7 @@ void EnterEditMode(Workspace& ws, std::string_view key) {
 }
 
 void EnterMode(Workspace& ws, const Desktop& desktop, std::string_view key) {
+  EndDrag(ws);
   ws.mode = ModeOfKey(key);
   if (ws.mode == Mode::DrawErase || ws.mode == Mode::GridBuster) return EnterEditMode(ws, key);
   LeaveEdit(ws);
@@ -74,6 +76,7 @@ void Toolbar_ButtonClick(Workspace& ws, const Desktop& desktop, std::string_view
 }
 
 void ReleaseButtons(Workspace& ws) {
+  EndDrag(ws);
   ws.mode = Mode::None;
 }
 

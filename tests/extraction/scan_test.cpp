@@ -122,7 +122,7 @@ TEST(Scan, MarksAndCapturesTheBlackPixelsOnTheGrid) {
     Scan(records.With(desktop), c.Rectangle);
     EXPECT_EQ(records.Captured(), c.Captured) << c.Name;
     EXPECT_EQ(test::Show(records.Image), c.Shown) << c.Name;
-    EXPECT_EQ(records.Status.Points, std::to_string(records.Store.CaptureCount)) << c.Name;
+    EXPECT_EQ(records.Store.NPoints, records.Store.CaptureCount) << c.Name;
     if (c.Boxes) {
       EXPECT_EQ(records.Control.Xrange + " " + records.Control.Yrange, c.Boxes) << c.Name;
     }
@@ -200,7 +200,7 @@ TEST(Scan, WithoutTheCaptureButtonItOnlyMarks) {
   Scan(records.With(desktop), Around(0, 0, 1, 1));
   EXPECT_EQ(records.Store.CaptureCount, 0);
   EXPECT_EQ(test::Show(records.Image), (Rows{"??", "??"}));
-  EXPECT_EQ(records.Status.Points, "0");
+  EXPECT_EQ(records.Store.NPoints, 0);
 }
 
 TEST(Scan, TheLastCapturedPixelAndTheEndAreShown) {

@@ -38,13 +38,24 @@ TEST(TracerControl, EachTraceTypeHasItsCaptionsAndIncrements) {
   EXPECT_EQ(start, Shown(fresh));
 }
 
-TEST(TracerControl, IncrementsAreTheLeadingNumberRoundedToSixteenBits) {
-  const std::pair<const char*, int> cases[] = {{"", 0},      {"abc", 0},       {"3 px", 3},
-                                               {"-4", -4},   {"2.5", 2},       {"3.5", 4},
-                                               {"1e2", 100}, {"32767", 32767}, {"-32768", -32768}};
-  for (const auto& [text, expected] : cases) EXPECT_EQ(IncrementOf(text), expected) << text;
-  for (const char* text : {"32768", "1e9", "1e999", "-40000"})
-    EXPECT_THROW(IncrementOf(text), RunTimeError) << text;
+TEST(TracerControl, IncrementsAreTheLeadingNumberAndTheBoxSaysSo) {
+  struct Case {
+    const char* text;
+    int least, expected;
+    const char* after;
+  };
+  const Case cases[] = {{"", 0, 0, "0"},        {"abc", 0, 0, "0"},
+                        {"3 px", 0, 3, "3 px"}, {"-4", 0, 0, "0"},
+                        {"2.5", 0, 2, "2"},     {"1e2", 0, 100, "1e2"},
+                        {"0", 1, 1, "1"},       {"-32767", 1, 1, "1"},
+                        {"", 1, 1, "1"},        {"32767", 0, 32767, "32767"}};
+  for (const Case& c : cases) {
+    std::string text = c.text;
+    EXPECT_EQ(IncrementAtLeast(text, c.least), c.expected) << c.text;
+    EXPECT_EQ(text, c.after) << c.text;
+  }
+  for (std::string text : {"32768", "1e9", "1e999", "-40000"})
+    EXPECT_THROW(IncrementAtLeast(text, 0), RunTimeError) << text;
 }
 
 }  // namespace

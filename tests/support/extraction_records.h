@@ -19,7 +19,7 @@ struct ExtractionRecords {
   AxisPanel Panel;
   PointStore Store;
   CommandStates Commands;
-  StatusBar Status{.Status = "before", .SizeX = "", .SizeY = "", .Points = ""};
+  StatusBar Status{.Status = "before"};
   TracerControl Control;
   AxisCalibration Calibration;
   Settings Options;

@@ -131,6 +131,25 @@ TEST_F(WorkspaceTest, APictureThatStaysAfterAResetCanBeWorkedOn) {
   EXPECT_EQ(ws.readOut.XPOS, "");
 }
 
+TEST_F(WorkspaceTest, ADragWhoseReleaseIsLostEnds) {
+  OpenAndCalibrate();
+  ws.settings.Trace = 2;
+  const auto startBand = [&] {
+    Plot_MouseDown(ws, desktop, kRightButton, 0, 10, 10);
+    Plot_MouseMove(ws, desktop, kRightButton, 0, 30, 30);
+    EXPECT_TRUE(ws.scanRectangle.Active);
+  };
+  startBand();
+  Plot_MouseMove(ws, desktop, 0, 0, 40, 40);
+  EXPECT_FALSE(ws.scanRectangle.Active || ws.mouse.SuppressNextClick);
+  startBand();
+  Toolbar_ButtonClick(ws, desktop, "drawerase");
+  EXPECT_FALSE(ws.scanRectangle.Active);
+  Plot_MouseDown(ws, desktop, kLeftButton, 0, 10, 10);
+  Plot_MouseMove(ws, desktop, 0, 0, 50, 10);
+  EXPECT_FALSE(ws.pen.Down || IsBlack(ws.plot, 45, 10));
+}
+
 TEST_F(WorkspaceTest, APressThatFailsCapturesNothing) {
   OpenPicture(ws, desktop, Picture("black.bmp", 300, 300, kBlackPixel));
   Calibrate();
