@@ -17,16 +17,20 @@ int Overlap(Span span, Span plot) {
 }
 
 /// The part of the plot where the line is drawn, 0..1.
-double SpannedPart(const GridLine& line, Span plot) {
+double SpannedPart(const GridLine& line) {
   int spanned = 0;
-  for (const Span& piece : line.Pieces) spanned += Overlap(piece, plot);
-  return static_cast<double>(spanned) / std::max(1, plot.Length());
+  for (const Span& piece : line.Pieces) spanned += Overlap(piece, line.Plot);
+  return static_cast<double>(spanned) / std::max(1, line.Plot.Length());
 }
 
-bool HasPattern(const GridLine& line, Span plot) {
+/// Text and symbols have breaks, too, but little of them is a line alone.
+bool HasPattern(const GridLine& line) {
+  if (line.Coverage >= 0.9) return line.CleanPart >= 0.2;
+  if (line.CleanPart < 0.7) return false;
   if (line.Coverage >= 0.5) return true;
-  // Symbols in a row are regular, too, but farther apart.
-  return line.Regularity >= 0.6 && line.Periods >= 15 && line.Periods * 1.5 >= plot.Length() / 24.0;
+  // Symbols in a row are regular as well, but farther apart.
+  return line.Regularity >= 0.6 && line.Periods >= 15 &&
+         line.Periods * 1.5 >= line.Plot.Length() / 24.0;
 }
 
 /// Whether a stroke goes on beyond the line's black column `end` towards `step` (1 right, -1 left):
@@ -52,7 +56,8 @@ struct Ends {
   int Breaks = 0, BreaksThatGoOn = 0;  // both ends of every long break
   bool LineGoesOn = false;
 };
-Ends LooseEnds(const BitMap& map, const GridLine& line, Span plot) {
+Ends LooseEnds(const BitMap& map, const GridLine& line) {
+  const Span plot = line.Plot;
   const int margin = 4 + plot.Length() / 64;
   const auto goesOn = [&](int column, int step) {
     return column >= plot.First + margin && column <= plot.Last - margin &&
@@ -75,31 +80,28 @@ Ends LooseEnds(const BitMap& map, const GridLine& line, Span plot) {
 
 }  // namespace
 
-bool IsGridLine(const BitMap& map, const GridLine& line, Span plot) {
-  if (line.Pieces.empty() || !HasPattern(line, plot)) return false;
-  if (SpannedPart(line, plot) < 0.55) return false;
-  if (line.Bend > 2.5 + 0.002 * plot.Length()) return false;
-  const Ends ends = LooseEnds(map, line, plot);
+bool IsGridLine(const BitMap& map, const GridLine& line) {
+  if (line.Pieces.empty() || !HasPattern(line)) return false;
+  if (SpannedPart(line) < 0.55) return false;
+  if (line.Bend > 2.5 + 0.002 * line.Plot.Length()) return false;
+  const Ends ends = LooseEnds(map, line);
   return !ends.LineGoesOn && 2 * ends.BreaksThatGoOn <= ends.Breaks;
 }
 
-bool IsPlausibleLine(const GridLine& line, Span plot) {
-  return !line.Pieces.empty() && SpannedPart(line, plot) >= 0.3 &&
-         (line.Coverage >= 0.25 || HasPattern(line, plot));
+bool IsPlausibleLine(const GridLine& line) {
+  return !line.Pieces.empty() && SpannedPart(line) >= 0.3 &&
+         (line.Coverage >= 0.25 || HasPattern(line));
 }
 
-int UprightReach(const BitMap& map, int column, int row, int step, int limit) {
+int UprightReach(const BlackMap& map, int column, int row, int step, int limit) {
+  constexpr int kBreak = 3;
   int reach = 0;
-  for (int at = row + step; reach < limit; at += step, ++reach) {
-    if (map.Get(column, at)) continue;
-    if (map.Get(column - 1, at))
-      --column;
-    else if (map.Get(column + 1, at))
-      ++column;
-    else
-      break;
+  for (int rows = 1; rows <= limit + kBreak && rows - reach <= kBreak + 1; ++rows) {
+    const int expected = column - static_cast<int>(std::lround(map.Slope * rows * step));
+    for (const int aside : {0, -1, 1})
+      if (map.Bits.Get(expected + aside, row + step * rows)) reach = rows;
   }
-  return reach;
+  return std::min(reach, limit);
 }
 
 }  // namespace graphize

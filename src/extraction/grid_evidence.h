@@ -1,5 +1,6 @@
 #pragma once
 
+#include "extraction/black_map.h"
 #include "extraction/grid_line.h"
 
 namespace graphize {
@@ -7,13 +8,14 @@ namespace graphize {
 /// Whether a followed line is one of the plot's grid or frame, and not a flat piece of a curve, a
 /// row of symbols or a line of text: it spans the plot (columns `plot`, or most of it when
 /// something lies over it), its breaks are a pattern, and where it ends no stroke goes on.
-bool IsGridLine(const BitMap& map, const GridLine& line, Span plot);
+bool IsGridLine(const BitMap& map, const GridLine& line);
 
 /// The same for a line that somebody pointed at: a good part of the plot is enough.
-bool IsPlausibleLine(const GridLine& line, Span plot);
+bool IsPlausibleLine(const GridLine& line);
 
 /// How far an upright stroke goes on from (column, row), which need not be black itself, upward
-/// (step -1) or downward (step 1), at most `limit` rows; it may lean by a column now and then.
-int UprightReach(const BitMap& map, int column, int row, int step, int limit);
+/// (step -1) or downward (step 1), at most `limit` rows. It leans as the lines of the other
+/// direction do and may be broken for up to three rows.
+int UprightReach(const BlackMap& map, int column, int row, int step, int limit);
 
 }  // namespace graphize

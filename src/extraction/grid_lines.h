@@ -3,7 +3,7 @@
 #include "calibration/axis_calibration.h"
 #include "desktop/desktop.h"
 #include "desktop/status_bar.h"
-#include "extraction/upright_map.h"
+#include "extraction/black_map.h"
 #include "image/plot_image.h"
 
 namespace graphize {

@@ -14,6 +14,17 @@ int MiddleOf(std::vector<int>& values) {
   return *middle;
 }
 
+/// The rows of a clean column, made good where it is thin or, for a moment, thick.
+BlackRun FullRows(const GridLine& line, int column) {
+  const BlackRun& run = line.Runs[column];
+  const int missing = line.Thickness - run.Thickness();
+  if (missing == 0 || (missing < 0 && line.Looks[column] != LineColumn::Ragged)) return run;
+  const int top = static_cast<int>(std::lround(line.RowAt(column) - 0.5 * (line.Thickness - 1)));
+  const int other = run.Top - missing;
+  const int fitting = std::clamp(top, std::min(run.Top, other), std::max(run.Top, other));
+  return {fitting, fitting + line.Thickness - 1};
+}
+
 /// The line's rows between two clean columns.
 class Bridge {
  public:
@@ -22,42 +33,51 @@ class Bridge {
       : line_(line) {
     std::vector<int> thicknesses;
     for (const auto* columns : {&left, &right})
-      for (const int x : *columns) thicknesses.push_back(line.Runs[x].Thickness());
+      for (const int x : *columns) thicknesses.push_back(FullRows(line, x).Thickness());
     thickness_ = MiddleOf(thicknesses);
-    const int leftTop = TopInPicture(left.empty() ? right : left);
-    const int rightTop = TopInPicture(right.empty() ? left : right);
+    const int leftTop = TopOf(left.empty() ? right : left);
+    const int rightTop = TopOf(right.empty() ? left : right);
     highest_ = std::min(leftTop, rightTop);
     lowest_ = std::max(leftTop, rightTop);
     oneSided_ = left.empty() || right.empty();
   }
 
-  /// A line of the picture goes from one row to the next only in between.
+  /// The line goes from one row to the next somewhere in between.
   BlackRun At(int x) const {
-    int top =
-        static_cast<int>(std::lround(line_.RowAt(x) - 0.5 * (thickness_ - 1))) - line_.Shift[x];
+    int top = static_cast<int>(std::lround(line_.RowAt(x) - 0.5 * (thickness_ - 1)));
     if (!oneSided_) top = std::clamp(top, highest_, lowest_);
-    top += line_.Shift[x];
     return {top, top + thickness_ - 1};
   }
 
  private:
-  int TopInPicture(const std::vector<int>& columns) const {
+  int TopOf(const std::vector<int>& columns) const {
     std::vector<int> tops;
-    for (const int x : columns) tops.push_back(line_.Runs[x].Top - line_.Shift[x]);
+    for (const int x : columns) tops.push_back(FullRows(line_, x).Top);
     return MiddleOf(tops);
   }
 
   const GridLine& line_;
   int thickness_ = 1;
-  int highest_ = 0, lowest_ = 0;  // tops on the picture
+  int highest_ = 0, lowest_ = 0;  // tops
   bool oneSided_ = false;
 };
 
-}  // namespace
+/// Where the line steps from one row to the next, a stroke may enter it from the side.
+void AddHull(LineBand& band) {
+  band.Hull = band.Rows;
+  for (int x = band.Columns.First; x <= band.Columns.Last; ++x) {
+    BlackRun& here = band.Hull[x - band.Columns.First];
+    for (const int neighbour : {x - 1, x + 1}) {
+      if (!band.Columns.Contains(neighbour)) continue;
+      here.Top = std::min(here.Top, band.At(neighbour).Top);
+      here.Bottom = std::max(here.Bottom, band.At(neighbour).Bottom);
+    }
+  }
+}
 
-LineBand BandOf(const GridLine& line) {
+LineBand RowsOf(const GridLine& line) {
   constexpr int kNeighbours = 5;
-  LineBand band{line.Columns, {}, line.Shift.front() != line.Shift.back()};
+  LineBand band{.Columns = line.Columns, .Rows = {}, .Hull = {}};
   std::vector<int> clean;
   for (int x = line.Columns.First; x <= line.Columns.Last; ++x)
     if (line.IsClean(x)) clean.push_back(x);
@@ -66,7 +86,7 @@ LineBand BandOf(const GridLine& line) {
   std::ptrdiff_t next = 0;  // the first clean column not left of x
   for (int x = line.Columns.First; x <= line.Columns.Last;) {
     if (next < count && clean[next] == x) {
-      band.Rows.push_back(line.Runs[x++]);
+      band.Rows.push_back(FullRows(line, x++));
       ++next;
       continue;
     }
@@ -85,6 +105,37 @@ LineBand BandOf(const GridLine& line) {
     const Bridge bridge(line, left, right);
     for (; x < end; ++x) band.Rows.push_back(bridge.At(x));
   }
+  return band;
+}
+
+}  // namespace
+
+BlackRun LineBand::RowsBeyond(BandSide side, int column, int distance) const {
+  const BlackRun& hull = Hull[column - Columns.First];
+  if (side == BandSide::Above)
+    return {hull.Top - distance, distance > 1 ? hull.Top - distance : At(column).Top - 1};
+  return {distance > 1 ? hull.Bottom + distance : At(column).Bottom + 1, hull.Bottom + distance};
+}
+
+bool IsBlackBeside(const BitMap& map, const LineBand& band, BandSide side, int column,
+                   int distance) {
+  if (!band.Columns.Contains(column)) return false;
+  const BlackRun rows = band.RowsBeyond(side, column, distance);
+  for (int y = rows.Top; y <= rows.Bottom; ++y)
+    if (map.Get(column, y)) return true;
+  return false;
+}
+
+bool IsBlackIn(const BitMap& map, const LineBand& band, int column) {
+  const BlackRun& rows = band.At(column);
+  for (int y = rows.Top; y <= rows.Bottom; ++y)
+    if (map.Get(column, y)) return true;
+  return false;
+}
+
+LineBand BandOf(const GridLine& line) {
+  LineBand band = RowsOf(line);
+  AddHull(band);
   return band;
 }
 

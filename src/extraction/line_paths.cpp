@@ -22,6 +22,7 @@ struct PathSearch {
   std::size_t At(int strip, int row) const { return static_cast<std::size_t>(strip) * Rows + row; }
 };
 
+/// The shifts of a level map make a line alternate between two rows: with `jitter` both count.
 PathSearch CountBlack(const BitMap& thin, bool jitter) {
   PathSearch search;
   search.Strips = (thin.Width() + kStripColumns - 1) / kStripColumns;
@@ -88,10 +89,10 @@ LinePath Backtrack(const PathSearch& search, int reference, int row,
 
 }  // namespace
 
-std::vector<LinePath> FindLinePaths(const BitMap& thin, bool jitter, Span plot, Span rows,
-                                    double presence, const KeepGoing& keepGoing) {
-  if (thin.Width() == 0 || thin.Height() == 0) return {};
-  PathSearch search = CountBlack(thin, jitter);
+std::vector<LinePath> FindLinePaths(const LevelMap& thin, Span plot, Span rows, double presence,
+                                    const KeepGoing& keepGoing) {
+  if (thin.Bits.Width() == 0 || thin.Bits.Height() == 0) return {};
+  PathSearch search = CountBlack(thin.Bits, thin.IsShifted());
   const int last = search.Strips - 1;
   const int reference = std::clamp((plot.First + plot.Last) / 2 / kStripColumns, 0, last);
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <optional>
+#include <utility>
 
 #include "extraction/grid_evidence.h"
 
@@ -17,7 +18,7 @@ int LongestTick(const PlotPlace& place) {
 
 /// From how many rows on an upright stroke is a frame or axis line.
 int ShortestFrame(const PlotPlace& place) {
-  return std::max(30, place.Rows.Length() * 15 / 100);
+  return std::max(30, place.Rows.Length() / 4);
 }
 
 int RowOf(const GridLine& line, int column) {
@@ -25,7 +26,7 @@ int RowOf(const GridLine& line, int column) {
 }
 
 /// The outermost upright line within a tick's length of the line's end; `step` points outward.
-std::optional<int> FrameAtEnd(const BitMap& map, const PlotPlace& place, const GridLine& line,
+std::optional<int> FrameAtEnd(const BlackMap& map, const PlotPlace& place, const GridLine& line,
                               int end, int step) {
   const int shortest = ShortestFrame(place);
   const int half = line.Thickness / 2 + 1;
@@ -61,7 +62,7 @@ std::optional<int> Consensus(std::vector<int> ends, std::size_t lines) {
 }
 
 /// Whether an upright line meets the line's end `column` and stops there on the outer side.
-bool IsCorner(const BitMap& map, const PlotPlace& place, const GridLine& line, int column,
+bool IsCorner(const BlackMap& map, const PlotPlace& place, const GridLine& line, int column,
               int inward) {
   const int shortest = ShortestFrame(place);
   const int half = line.Thickness / 2 + 1;
@@ -76,24 +77,36 @@ bool IsCorner(const BitMap& map, const PlotPlace& place, const GridLine& line, i
   return false;
 }
 
-bool IsFrameSide(const BitMap& map, const PlotPlace& place, const GridLine& line, int inward) {
-  return line.Coverage >= 0.9 && IsCorner(map, place, line, line.Columns.First, inward) &&
+constexpr double kUnbroken = 0.97;  // coverage
+
+/// A frame is solid, or a solid line that came out broken; a grid may be dashed.
+bool IsSolid(const GridLine& line) {
+  return line.Coverage >= 0.9 || (line.Coverage >= 0.5 && line.Regularity < 0.6);
+}
+
+bool IsThrough(const MapPixel& point, const GridLine& line) {
+  return std::abs(line.RowAt(point.Column) - point.Row) <= 2.5 + 0.5 * line.Thickness;
+}
+
+bool IsFrameSide(const BlackMap& map, const PlotPlace& place, const GridLine& line, int inward) {
+  return IsSolid(line) && IsCorner(map, place, line, line.Columns.First, inward) &&
          IsCorner(map, place, line, line.Columns.Last, inward);
 }
 
 }  // namespace
 
-void EndAtFrame(const BitMap& map, const PlotPlace& place, std::vector<GridLine>& lines) {
+void EndAtFrame(const BlackMap& map, const PlotPlace& place, std::vector<GridLine>& lines) {
+  // Relative to the plot: the frame of a turned plot leans.
   std::vector<int> firsts, lasts;
   for (GridLine& line : lines) {
     Span columns = line.Columns;
     if (const auto first = FrameAtEnd(map, place, line, line.Columns.First, -1)) {
       columns.First = *first;
-      firsts.push_back(*first);
+      firsts.push_back(*first - line.Plot.First);
     }
     if (const auto last = FrameAtEnd(map, place, line, line.Columns.Last, 1)) {
       columns.Last = *last;
-      lasts.push_back(*last);
+      lasts.push_back(*last - line.Plot.First);
     }
     Clip(columns, line);
   }
@@ -101,24 +114,32 @@ void EndAtFrame(const BitMap& map, const PlotPlace& place, std::vector<GridLine>
   const int tick = LongestTick(place);
   for (GridLine& line : lines) {
     Span columns = line.Columns;
-    if (first && columns.First >= *first - tick) columns.First = std::max(columns.First, *first);
-    if (last && columns.Last <= *last + tick) columns.Last = std::min(columns.Last, *last);
+    const int left = line.Plot.First;
+    if (first && columns.First >= left + *first - tick)
+      columns.First = std::max(columns.First, left + *first);
+    if (last && columns.Last <= left + *last + tick)
+      columns.Last = std::min(columns.Last, left + *last);
     Clip(columns, line);
   }
   std::erase_if(lines, [](const GridLine& line) { return line.Pieces.empty(); });
 }
 
-std::vector<bool> FindFrame(const BitMap& map, const PlotPlace& place,
+bool IsAxis(const PlotPlace& place, const GridLine& line) {
+  return IsSolid(line) && IsThrough(place.Origin, line);
+}
+
+std::vector<bool> FindFrame(const BlackMap& map, const PlotPlace& place,
                             const std::vector<GridLine>& lines) {
-  std::vector<bool> frame(lines.size(), false);
-  for (std::size_t i = 0; i < lines.size(); ++i) {
-    const GridLine& line = lines[i];
-    const double distance = std::abs(line.RowAt(place.OriginColumn) - place.OriginRow);
-    if (line.Coverage >= 0.9 && distance <= 2.5 + 0.5 * line.Thickness) frame[i] = true;
+  std::vector<bool> frame;
+  for (const GridLine& line : lines) frame.push_back(IsAxis(place, line));
+  const auto first = std::find_if(lines.begin(), lines.end(), IsSolid);
+  if (first == lines.end()) return frame;
+  const auto last = std::find_if(lines.rbegin(), lines.rend(), IsSolid).base() - 1;
+  for (const auto& [side, inward] : {std::pair{first, 1}, std::pair{last, -1}}) {
+    if (IsFrameSide(map, place, *side, inward) ||
+        (side->Coverage < kUnbroken && IsThrough(place.Across, *side)))
+      frame[static_cast<std::size_t>(side - lines.begin())] = true;
   }
-  if (lines.empty()) return frame;
-  if (IsFrameSide(map, place, lines.front(), 1)) frame.front() = true;
-  if (IsFrameSide(map, place, lines.back(), -1)) frame.back() = true;
   return frame;
 }
 

@@ -2,137 +2,210 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <cstdlib>
+#include <utility>
+
+#include "extraction/upright_strokes.h"
 
 namespace graphize {
 
 namespace {
 
 constexpr int kFollowedRows = 8;
-constexpr int kUpright = 14;  // rows: a column black so far out is crossed by an upright stroke
+constexpr int kThickest = 14;  // rows: of a stroke that runs along the line
 
-bool IsBlackAt(const BitMap& map, const LineBand& band, BandSide side, int column, int distance) {
-  return band.Columns.Contains(column) && map.Get(column, band.RowBeyond(side, column, distance));
-}
+/// The columns of a stroke in every row away from the line.
+struct FollowedStroke {
+  Span Rows[kFollowedRows + 1];  // from 1; empty where a row was left out
+  int Height = 1;
+};
 
-/// One side of a line, with the columns known in which an upright stroke leaves it.
-class Beside {
+/// Follows a stroke pixel by pixel away from the line, never back.
+class Follower {
  public:
-  Beside(const BitMap& map, const LineBand& band, BandSide side)
-      : map_(map), band_(band), side_(side) {
-    for (int x = band.Columns.First; x <= band.Columns.Last; ++x)
-      upright_.push_back(BlackBeyond(map, band, side, x, kUpright) >= kUpright ? 1 : 0);
-  }
+  Follower(const BitMap& map, const LineBand& band, BandSide side, const UprightStrokes& uprights)
+      : map_(map), band_(band), side_(side), uprights_(uprights) {}
 
-  bool IsUpright(int column) const {
-    return band_.Columns.Contains(column) && upright_[column - band_.Columns.First] != 0;
-  }
-  bool IsBlack(int column, int distance) const {
-    return IsBlackAt(map_, band_, side_, column, distance);
-  }
-
-  /// The black columns joined to `column` in row `distance`. With `flat`, upright strokes are not
-  /// part of it, but it goes on behind them.
-  Span Widen(Span columns, int distance, bool flat, int widest) const {
-    for (const int step : {-1, 1}) {
-      int& edge = step < 0 ? columns.First : columns.Last;
-      for (int x = edge + step; columns.Length() <= widest && IsBlack(x, distance); x += step)
-        if (!flat || !IsUpright(x)) edge = x;
+  /// From the columns next to the line. Upright strokes are not followed, but what goes on behind
+  /// them is.
+  FollowedStroke Run(Span columns) {
+    const int reach = 2 * columns.Length() + 40;
+    columns_ = columns;
+    window_ = {std::max(band_.Columns.First, columns.First - reach),
+               std::min(band_.Columns.Last, columns.Last + reach)};
+    seen_.assign(static_cast<std::size_t>(window_.Length()) * kOffsets, 0);
+    stroke_ = {};
+    stroke_.Rows[1] = columns;
+    for (int x = columns.First; x <= columns.Last; ++x) {
+      if (uprights_.IsPassed(x)) continue;
+      const BlackRun rows = band_.RowsBeyond(side_, x, 1);
+      for (int y = rows.Top; y <= rows.Bottom; ++y) Visit(x, y);
     }
-    return columns;
-  }
-
-  /// The columns of row `distance` that touch `inner` in the row before it. Empty where nothing
-  /// does or where the stroke meets something much wider, such as another line.
-  Span NextRow(Span inner, int distance, bool flat) const {
-    const int widest = 4 * inner.Length() + 64;
-    const int reach = band_.Sheared ? 2 : 1;
-    Span window{inner.First - reach, inner.Last + reach};
-    while (flat && IsUpright(window.First)) --window.First;
-    while (flat && IsUpright(window.Last)) ++window.Last;
-    Span next{window.Last + 1, window.First - 1};
-    for (int x = window.First; x <= window.Last; ++x) {
-      if (!IsBlack(x, distance) || (flat && IsUpright(x))) continue;
-      next.First = std::min(next.First, x);
-      next.Last = std::max(next.Last, x);
+    while (!open_.empty()) {
+      const auto [x, y] = open_.back();
+      open_.pop_back();
+      Spread(x, y);
     }
-    if (next.First > next.Last) return {};
-    next = Widen(next, distance, flat, widest);
-    return next.Length() > widest ? Span{} : next;
+    // A row that runs out of the window on both sides is something else, such as another line.
+    for (int row = 2; row <= stroke_.Height; ++row) {
+      if (stroke_.Rows[row].First > window_.First || stroke_.Rows[row].Last < window_.Last)
+        continue;
+      stroke_.Height = row - 1;
+      break;
+    }
+    while (stroke_.Height > 1 && stroke_.Rows[stroke_.Height].IsEmpty()) --stroke_.Height;
+    return stroke_;
   }
 
  private:
+  static constexpr int kOffsets = kFollowedRows + 4;  // rows from the column's own edge
+
+  int OffsetOf(int x, int y) const {
+    return side_ == BandSide::Above ? band_.At(x).Top - y : y - band_.At(x).Bottom;
+  }
+  int DistanceOf(int x, int y) const {
+    const BlackRun& hull = band_.Hull[x - band_.Columns.First];
+    return std::max(1, side_ == BandSide::Above ? hull.Top - y : y - hull.Bottom);
+  }
+
+  void Visit(int x, int y) {
+    if (!window_.Contains(x) || !map_.Get(x, y)) return;
+    const int offset = OffsetOf(x, y), distance = DistanceOf(x, y);
+    if (offset < 1 || offset >= kOffsets || distance > kFollowedRows) return;
+    if (distance == 1 && !columns_.Contains(x)) return;  // another end of its own
+    std::uint8_t& seen = seen_[static_cast<std::size_t>(x - window_.First) * kOffsets + offset];
+    if (std::exchange(seen, 1) != 0) return;
+    Span& row = stroke_.Rows[distance];
+    row = row.IsEmpty() ? Span{x, x} : Span{std::min(row.First, x), std::max(row.Last, x)};
+    stroke_.Height = std::max(stroke_.Height, distance);
+    open_.push_back({x, y});
+  }
+
+  void Spread(int x, int y) {
+    const int outward = side_ == BandSide::Above ? -1 : 1;
+    Visit(x, y + outward);
+    for (const int step : {-1, 1}) {
+      int column = x + step;
+      int hidden = 0;
+      while (uprights_.IsPassed(column)) {
+        column += step;
+        ++hidden;
+      }
+      for (int row = 0; row <= 1 + hidden; ++row) Visit(column, y + row * outward);
+    }
+  }
+
   const BitMap& map_;
   const LineBand& band_;
-  BandSide side_;
-  std::vector<std::uint8_t> upright_;
+  const BandSide side_;
+  const UprightStrokes& uprights_;
+  Span columns_, window_;
+  std::vector<std::uint8_t> seen_;
+  std::vector<std::pair<int, int>> open_;
+  FollowedStroke stroke_;
 };
 
-StrokeEnd FollowAway(const BitMap& map, const LineBand& band, BandSide side, const Beside& beside,
-                     Span columns, bool flat) {
-  StrokeEnd end{.Side = side, .Columns = columns};
-  Span rows[kFollowedRows + 1];
-  rows[1] = columns;
-  while (end.Height < kFollowedRows) {
-    const Span next = beside.NextRow(rows[end.Height], end.Height + 1, flat);
-    if (next.First > next.Last) break;
-    rows[++end.Height] = next;
-  }
-  const auto middle = [&](int row) { return 0.5 * (rows[row].First + rows[row].Last); };
-  if (end.Height >= 2) {
-    int last = std::min(end.Height, 3);
-    if (std::abs(middle(last) - middle(1)) <= 4) last = end.Height;
-    end.Lean = (middle(last) - middle(1)) / (last - 1);
-    end.Flattens = rows[1].Length() >= 1.4 * rows[2].Length() + 2;
-  }
-  if (end.IsShallow()) {
-    for (int x = columns.First; x <= columns.Last; ++x)
-      if (!beside.IsUpright(x))
-        end.Thickness = std::max(end.Thickness, BlackBeyond(map, band, side, x, kUpright));
-  }
-  return end;
-}
+/// One side of a line.
+class Side {
+ public:
+  Side(const BitMap& map, const LineBand& band, BandSide side, double slope)
+      : map_(map),
+        band_(band),
+        side_(side),
+        uprights_(map, band, side, slope),
+        follower_(map, band, side, uprights_) {}
 
-/// A flat stroke and upright ones that meet the line in the same place are ends of their own.
-void AddEnds(const BitMap& map, const LineBand& band, BandSide side, const Beside& beside,
-             Span columns, std::vector<StrokeEnd>& ends) {
-  std::vector<Span> uprights, flats;
-  for (int x = columns.First; x <= columns.Last; ++x) {
-    std::vector<Span>& parts = beside.IsUpright(x) ? uprights : flats;
-    if (!parts.empty() && parts.back().Last == x - 1)
-      parts.back().Last = x;
-    else
-      parts.push_back({x, x});
+  /// The ends in a stretch of black columns beside the line. A flat stroke and upright ones that
+  /// meet the line in the same place are ends of their own.
+  void AddEnds(Span columns, std::vector<StrokeEnd>& ends) {
+    std::vector<Span> uprights, flats;
+    for (int x = columns.First; x <= columns.Last; ++x) {
+      std::vector<Span>& parts = uprights_.IsUpright(x) ? uprights : flats;
+      if (!parts.empty() && parts.back().Last == x - 1)
+        parts.back().Last = x;
+      else
+        parts.push_back({x, x});
+    }
+    if (!flats.empty()) {
+      const StrokeEnd flat = Flat({flats.front().First, flats.back().Last});
+      // The ragged edges of an upright stroke are not a stroke of their own.
+      if (uprights.empty() || std::abs(flat.Lean) > 3 ||
+          std::any_of(flats.begin(), flats.end(),
+                      [](const Span& part) { return part.Length() >= 3; }))
+        ends.push_back(flat);
+      else
+        uprights = {columns};
+    }
+    for (const Span& upright : uprights)
+      ends.push_back(
+          {.Side = side_, .Columns = upright, .Height = kFollowedRows, .IsUpright = true});
   }
-  // The ragged edges of an upright stroke are not a stroke of their own.
-  const bool isFlat =
-      std::any_of(flats.begin(), flats.end(), [](const Span& part) { return part.Length() >= 3; });
-  if (uprights.empty() || !isFlat) {
-    ends.push_back(FollowAway(map, band, side, beside, columns, false));
-    return;
+
+ private:
+  StrokeEnd Flat(Span columns) {
+    StrokeEnd end{.Side = side_, .Columns = columns};
+    const FollowedStroke stroke = follower_.Run(columns);
+    end.Height = stroke.Height;
+    if (end.Height == 1) {
+      // A single row: it dips into the line on both sides.
+      end.LeftRun = end.RightRun = columns.Length();
+    } else {
+      int next = 2;
+      while (stroke.Rows[next].IsEmpty()) ++next;
+      const auto middle = [&](int row) {
+        return 0.5 * (stroke.Rows[row].First + stroke.Rows[row].Last);
+      };
+      int last = std::min(end.Height, std::max(next, 3));
+      while (stroke.Rows[last].IsEmpty()) ++last;
+      if (std::abs(middle(last) - middle(1)) <= 4) last = end.Height;
+      end.Lean = (middle(last) - middle(1)) / (last - 1);
+      // The line's own steps blur a step of the stroke: then its lean decides.
+      const double left = stroke.Rows[next].First - columns.First;
+      const double right = columns.Last - stroke.Rows[next].Last;
+      if (left >= 2 || (end.Lean > 0.5 && left > -2))
+        end.LeftRun = std::max(left / (next - 1), end.Lean);
+      if (right >= 2 || (end.Lean < -0.5 && right > -2))
+        end.RightRun = std::max(right / (next - 1), -end.Lean);
+      end.Flattens = std::abs(end.Lean) >= 8 && columns.Length() >= 16 &&
+                     columns.Length() >= 1.4 * stroke.Rows[next].Length() + 2;
+    }
+    if (!end.IsShallow()) return end;
+    for (int x = columns.First; x <= columns.Last; ++x)
+      if (!uprights_.IsUpright(x))
+        end.Thickness = std::max(end.Thickness, BlackBeyond(map_, band_, side_, x, kThickest));
+    return end;
   }
-  ends.push_back(
-      FollowAway(map, band, side, beside, {flats.front().First, flats.back().Last}, true));
-  for (const Span& upright : uprights)
-    ends.push_back(FollowAway(map, band, side, beside, upright, false));
-}
+
+  const BitMap& map_;
+  const LineBand& band_;
+  const BandSide side_;
+  UprightStrokes uprights_;
+  Follower follower_;
+};
 
 }  // namespace
 
 int BlackBeyond(const BitMap& map, const LineBand& band, BandSide side, int column, int limit) {
   int rows = 0;
-  while (rows < limit && IsBlackAt(map, band, side, column, rows + 1)) ++rows;
+  while (rows < limit && IsBlackBeside(map, band, side, column, rows + 1)) ++rows;
   return rows;
 }
 
-std::vector<StrokeEnd> FindStrokeEnds(const BitMap& map, const LineBand& band, BandSide side) {
+Span Between(const StrokeEnd& a, const StrokeEnd& b) {
+  return a.Columns.First <= b.Columns.First ? Span{a.Columns.Last + 1, b.Columns.First - 1}
+                                            : Span{b.Columns.Last + 1, a.Columns.First - 1};
+}
+
+std::vector<StrokeEnd> FindStrokeEnds(const BitMap& map, const LineBand& band, BandSide side,
+                                      double slope) {
   std::vector<StrokeEnd> ends;
-  const Beside beside(map, band, side);
+  Side sideOfLine(map, band, side, slope);
   for (int x = band.Columns.First; x <= band.Columns.Last; ++x) {
-    if (!IsBlackAt(map, band, side, x, 1)) continue;
+    if (!IsBlackBeside(map, band, side, x, 1)) continue;
     Span columns{x, x};
-    while (IsBlackAt(map, band, side, columns.Last + 1, 1)) ++columns.Last;
-    AddEnds(map, band, side, beside, columns, ends);
+    while (IsBlackBeside(map, band, side, columns.Last + 1, 1)) ++columns.Last;
+    sideOfLine.AddEnds(columns, ends);
     x = columns.Last;
   }
   return ends;

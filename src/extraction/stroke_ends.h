@@ -13,16 +13,26 @@ struct StrokeEnd {
   int Height = 1;     // rows it was followed away from the line
   double Lean = 0;    // columns it moves per row away from the line, next to it; positive rightward
   int Thickness = 1;  // of the stroke, upright, where it has not yet dipped into the line
-  bool Flattens = false;  // it nears the line ever more slowly
+  // By how many columns per row a shallow stroke comes nearer on its left and on its right side, to
+  // dip into the line there; 0 where it does not.
+  double LeftRun = 0, RightRun = 0;
+  bool Flattens = false;   // it nears the line ever more slowly
+  bool IsUpright = false;  // a long upright stroke, such as a line of the other direction
+
   double Middle() const { return 0.5 * (Columns.First + Columns.Last); }
-  /// A single row beside the line: the stroke dips into the line at both ends of it.
-  bool IsIsland() const { return Height == 1; }
   /// Whether it runs along the line rather than across it.
-  bool IsShallow() const { return Lean > 3 || Lean < -3; }
+  bool IsShallow() const {
+    return Lean >= 2.5 || Lean <= -2.5 || Columns.Length() > (Height == 1 ? 3 : 5 * Height);
+  }
 };
 
-/// The ends of strokes on one side, from left to right.
-std::vector<StrokeEnd> FindStrokeEnds(const BitMap& map, const LineBand& band, BandSide side);
+/// The columns between two ends; its length is negative where they overlap.
+Span Between(const StrokeEnd& a, const StrokeEnd& b);
+
+/// The ends of strokes on one side, from left to right. `slope` is the line's, in rows per column:
+/// what is upright leans by as much.
+std::vector<StrokeEnd> FindStrokeEnds(const BitMap& map, const LineBand& band, BandSide side,
+                                      double slope);
 
 /// How many rows are black beyond the band in this column without a break, at most `limit`.
 int BlackBeyond(const BitMap& map, const LineBand& band, BandSide side, int column, int limit);

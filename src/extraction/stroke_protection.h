@@ -2,17 +2,14 @@
 
 #include <vector>
 
+#include "extraction/black_map.h"
 #include "extraction/grid_line.h"
 
 namespace graphize {
 
-struct MapPixel {
-  int Column = 0, Row = 0;
-};
-
 /// The black pixels of the map that belong to the line and to nothing else. What a stroke needs
 /// that crosses the line, touches it from one side or runs within it for a while is not among
 /// them: where it went inside the line is inferred from the ends that it shows on either side.
-std::vector<MapPixel> PixelsOfLineOnly(const BitMap& map, const GridLine& line);
+std::vector<MapPixel> PixelsOfLineOnly(const BlackMap& map, const GridLine& line);
 
 }  // namespace graphize

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <vector>
+
+#include "extraction/bit_map.h"
+#include "extraction/black_map.h"
+
+namespace graphize {
+
+/// A map turned so that lines of a known slope lie along its rows and those across them along its
+/// columns. The turn is made of whole-pixel shifts, first of columns, then of rows: each bit is one
+/// of the map it was made of, but neighbours may come to lie a pixel apart.
+struct LevelMap {
+  BitMap Bits;
+  std::vector<int> ColumnShift;  // added to the row, by column before the shift
+  std::vector<int> RowShift;     // added to the column, by row after the shift
+  double Slope = 0;
+
+  bool IsShifted() const {
+    return !ColumnShift.empty() && ColumnShift.front() != ColumnShift.back();
+  }
+  /// Where a pixel of the other map has come to lie. Inside only.
+  MapPixel OfMap(MapPixel pixel) const;
+  /// The column of the other map that lies in `column` in this row; may be outside it.
+  int ColumnOfMap(int column, int row) const { return column - RowShift[row]; }
+  /// The row of the other map in which a line through `row` runs in its column `column`.
+  double RowOfMap(int column, double row) const;
+};
+
+LevelMap MakeLevelMap(const BitMap& map, double slope);
+
+}  // namespace graphize

@@ -1,0 +1,216 @@
+#include "extraction/stroke_links.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <optional>
+
+namespace graphize {
+
+namespace {
+
+/// Columns per row of the stroke where it dips into the line on its right (step 1) or left side.
+double RunOf(const StrokeEnd& end, int step) {
+  const double run = step > 0 ? end.RightRun : end.LeftRun;
+  return std::max(run > 0 ? run : std::abs(end.Lean), 0.05);
+}
+
+/// Whether the stroke may go on inside the line on its right (step 1) or left side.
+bool Dips(const StrokeEnd& end, int step) {
+  if (end.IsShallow()) return (step > 0 ? end.RightRun : end.LeftRun) > 0;
+  return end.Lean * step <= 0.5;
+}
+
+/// How much two lengths differ, as the logarithm of their ratio.
+double Unlikeness(double a, double b) {
+  return std::abs(std::log(a / b));
+}
+
+/// Too small to tell where it leads.
+bool IsSpeck(const StrokeEnd& end) {
+  return end.Height == 1 && !end.IsShallow();
+}
+
+class Linker {
+ public:
+  Linker(const BitMap& map, const LineBand& band, int thickness, const std::vector<StrokeEnd>& ends)
+      : map_(map), band_(band), thickness_(thickness), ends_(ends), linked_(ends.size()) {}
+
+  StrokeLinks Run() {
+    struct Candidate {
+      StrokeLink Link;
+      double Cost = 0;
+    };
+    std::vector<Candidate> candidates;
+    for (std::size_t i = 0; i < ends_.size(); ++i) {
+      for (std::size_t j = i + 1; j < ends_.size(); ++j) {
+        const StrokeLink link =
+            ends_[i].Columns.First <= ends_[j].Columns.First ? StrokeLink{i, j} : StrokeLink{j, i};
+        const auto cost = Cost(ends_[link.Left], ends_[link.Right]);
+        if (cost) candidates.push_back({link, *cost});
+      }
+    }
+    std::stable_sort(candidates.begin(), candidates.end(),
+                     [](const Candidate& a, const Candidate& b) { return a.Cost < b.Cost; });
+    for (const Candidate& candidate : candidates) Accept(candidate.Link);
+    for (std::size_t i = 0; i < ends_.size(); ++i) LinkLeftover(i);
+    for (std::size_t i = 0; i < ends_.size(); ++i) LinkToUpright(i);
+    links_.IsLinked.assign(ends_.size(), false);
+    for (const StrokeLink& link : links_.Links)
+      links_.IsLinked[link.Left] = links_.IsLinked[link.Right] = true;
+    return links_;
+  }
+
+ private:
+  struct Linked {
+    bool Left = false, Right = false;
+    bool Any() const { return Left || Right; }
+  };
+
+  /// How badly two ends match as one stroke; nothing: not at all.
+  std::optional<double> Cost(const StrokeEnd& left, const StrokeEnd& right) const {
+    const Span gap = Between(left, right);
+    if (gap.Length() > 0 && (IsSpeck(left) || IsSpeck(right))) return std::nullopt;
+    const auto cost =
+        left.Side == right.Side ? TouchCost(left, right, gap) : CrossingCost(left, right, gap);
+    if (!cost || !IsBlackBetween(gap)) return std::nullopt;
+    return *cost + ShallowEndsIn(gap);
+  }
+
+  std::optional<double> CrossingCost(const StrokeEnd& left, const StrokeEnd& right,
+                                     Span gap) const {
+    if (gap.Length() < 1) return 0.05 * Unlikeness(left.Columns.Length(), right.Columns.Length());
+    if (!Dips(left, 1) || !Dips(right, -1)) return std::nullopt;
+    const double leftRun = RunOf(left, 1), rightRun = RunOf(right, -1);
+    const double run = std::max(1.0, 0.5 * (leftRun + rightRun));
+    const double ratio = (right.Middle() - left.Middle() + 1) / (run * (thickness_ + 1) + 1);
+    if (ratio > 12 || ratio < 0.3) return std::nullopt;
+    if (run < 3 && ratio > 3) return std::nullopt;
+    const double turn = Unlikeness(leftRun + 1, rightRun + 1);
+    if (turn > (left.IsShallow() == right.IsShallow() ? 2.5 : 1.2)) return std::nullopt;
+    return 0.2 + Unlikeness(ratio, 1) + 0.3 * turn;
+  }
+
+  /// The stroke dips into the line between two ends on one side: by the depth of a parabola's arc.
+  std::optional<double> TouchCost(const StrokeEnd& left, const StrokeEnd& right, Span gap) const {
+    if (gap.Length() < 1) return std::nullopt;
+    if (!Dips(left, 1) || !Dips(right, -1)) return std::nullopt;
+    if (!left.IsShallow() && left.Lean >= 0) return std::nullopt;
+    if (!right.IsShallow() && right.Lean <= 0) return std::nullopt;
+    const double leftRun = RunOf(left, 1), rightRun = RunOf(right, -1);
+    const double depth = gap.Length() / (4 * std::max(leftRun, rightRun));
+    if (depth > thickness_ + 1) return std::nullopt;
+    return 0.3 + depth / (thickness_ + 1) + 0.2 * Unlikeness(leftRun, rightRun);
+  }
+
+  /// Whether the way between two ends is black in the line's rows, as a hidden stroke must be.
+  bool IsBlackBetween(Span columns) const {
+    int black = 0;
+    for (int x = columns.First; x <= columns.Last; ++x) black += IsBlackIn(map_, band_, x) ? 1 : 0;
+    return columns.Length() <= 0 || black * 10 >= columns.Length() * 8;
+  }
+
+  /// Other strokes that dip into the line on the way make it unlikely that two ends are one stroke.
+  int ShallowEndsIn(Span columns) const {
+    return static_cast<int>(std::count_if(ends_.begin(), ends_.end(), [&](const StrokeEnd& end) {
+      return end.IsShallow() && columns.Contains(end.Columns.First) &&
+             columns.Contains(end.Columns.Last);
+    }));
+  }
+
+  void Accept(const StrokeLink& link) {
+    const StrokeEnd& left = ends_[link.Left];
+    const StrokeEnd& right = ends_[link.Right];
+    Linked& ofLeft = linked_[link.Left];
+    Linked& ofRight = linked_[link.Right];
+    if (Between(left, right).Length() > 0) {
+      if (ofLeft.Right || ofRight.Left) return;
+      ofLeft.Right = ofRight.Left = true;
+    } else if (left.IsShallow() != right.IsShallow()) {
+      // An upright line that passes through a flat stroke has its own end opposite, and a flat
+      // stroke is not at its end where an upright one is.
+      Linked& ofSteep = left.IsShallow() ? ofRight : ofLeft;
+      if (ofSteep.Any()) return;
+      ofSteep = {true, true};
+    } else if (!left.IsShallow()) {
+      const Linked& ofNarrow = left.Columns.Length() < right.Columns.Length() ? ofLeft : ofRight;
+      if (Unlikeness(left.Columns.Length(), right.Columns.Length()) > std::log(4.0) &&
+          ofNarrow.Any())
+        return;
+      ofLeft = ofRight = {true, true};
+    } else {
+      // Two flat pieces side by side; either may go on on its other side.
+      ofLeft.Right = ofRight.Left = true;
+      if (left.Columns.Last >= right.Columns.Last) ofLeft.Left = ofRight.Right = true;
+      if (left.Columns.First == right.Columns.First) ofLeft.Left = ofRight.Right = true;
+    }
+    links_.Links.push_back(link);
+  }
+
+  /// Whether a stroke must go on from the end into the line on its right (step 1) or left side.
+  bool IsOpen(std::size_t i, int step) const {
+    const StrokeEnd& end = ends_[i];
+    if (!end.IsShallow()) return !linked_[i].Any();
+    return Dips(end, step) && !(step < 0 ? linked_[i].Left : linked_[i].Right);
+  }
+
+  /// An end that matched nothing well is still a part of something: rather its nearest neighbour
+  /// on the right than a gap.
+  void LinkLeftover(std::size_t i) {
+    if (!IsOpen(i, 1)) return;
+    const StrokeEnd& left = ends_[i];
+    std::optional<std::size_t> nearest;
+    for (std::size_t j = 0; j < ends_.size(); ++j) {
+      const StrokeEnd& right = ends_[j];
+      if (i == j || left.IsShallow() != right.IsShallow() || !IsOpen(j, -1)) continue;
+      if (left.Side == right.Side && !left.IsShallow()) continue;
+      const Span gap{left.Columns.Last + 1, right.Columns.First - 1};
+      if (gap.Length() < 0 || gap.Length() > LongestLeap(left, right)) continue;
+      if (nearest && ends_[*nearest].Columns.First <= right.Columns.First) continue;
+      if (IsBlackBetween(gap)) nearest = j;
+    }
+    if (!nearest) return;
+    linked_[i].Right = linked_[*nearest].Left = true;
+    links_.Links.push_back({i, *nearest});
+  }
+
+  /// An end that is still alone may go on behind an upright line: it is linked to the one ahead.
+  void LinkToUpright(std::size_t i) {
+    const StrokeEnd& end = ends_[i];
+    if (linked_[i].Any() || end.IsUpright || end.Flattens || std::abs(end.Lean) < 0.5) return;
+    const bool rightward = end.Lean < 0;
+    std::optional<std::size_t> nearest;
+    int shortest = static_cast<int>(1.5 * std::abs(end.Lean) * thickness_) + 3;
+    for (std::size_t j = 0; j < ends_.size(); ++j) {
+      if (!ends_[j].IsUpright || ends_[j].Side == end.Side) continue;
+      if ((ends_[j].Middle() > end.Middle()) != rightward) continue;
+      const Span gap = Between(end, ends_[j]);
+      if (gap.Length() < 0 || gap.Length() >= shortest || !IsBlackBetween(gap)) continue;
+      nearest = j;
+      shortest = gap.Length();
+    }
+    if (!nearest) return;
+    links_.Links.push_back(rightward ? StrokeLink{i, *nearest} : StrokeLink{*nearest, i});
+  }
+
+  int LongestLeap(const StrokeEnd& left, const StrokeEnd& right) const {
+    const double run = std::max({1.0, RunOf(left, 1), RunOf(right, -1)});
+    return static_cast<int>((left.IsShallow() ? 4 : 2) * run * (thickness_ + 1)) + 2;
+  }
+
+  const BitMap& map_;
+  const LineBand& band_;
+  const int thickness_;
+  const std::vector<StrokeEnd>& ends_;
+  std::vector<Linked> linked_;
+  StrokeLinks links_;
+};
+
+}  // namespace
+
+StrokeLinks LinkStrokeEnds(const BitMap& map, const LineBand& band, int thickness,
+                           const std::vector<StrokeEnd>& ends) {
+  return Linker(map, band, thickness, ends).Run();
+}
+
+}  // namespace graphize
