@@ -83,7 +83,10 @@ void MainWindow::PlaceZoom() {
   // lower right corner.
   constexpr int kMargin = 8;
   const QSize size = zoom_->sizeHint();
-  const QRect side = sidePanel_->geometry(), picture = pictureArea_->geometry();
+  const QRect picture = pictureArea_->geometry();
+  // As high as the picture and its scroll bar; its own geometry may still be that of before.
+  const QRect side(sidePanel_->x(), picture.y(), sidePanel_->width(),
+                   picture.height() + horizontal_->sizeHint().height());
   const int panels = readOut_->sizeHint().height() + dataList_->sizeHint().height() +
                      std::max(axisPanel_->sizeHint().height(), tracerPanel_->sizeHint().height());
   const bool fits = panels + size.height() + 3 * kMargin <= side.height();
