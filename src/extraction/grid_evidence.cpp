@@ -80,11 +80,13 @@ Ends LooseEnds(const BitMap& map, const GridLine& line) {
 
 }  // namespace
 
-bool IsGridLine(const BitMap& map, const GridLine& line) {
+bool IsGridLine(const BlackMap& map, const GridLine& line) {
   if (line.Pieces.empty() || !HasPattern(line)) return false;
   if (SpannedPart(line) < 0.55) return false;
   if (line.Bend > 2.5 + 0.002 * line.Plot.Length()) return false;
-  const Ends ends = LooseEnds(map, line);
+  constexpr double kTurn = 0.0105;  // 0.6 degrees off the calibrated angle
+  if (std::abs(line.Slope - map.Slope) > kTurn + 2.0 / line.Plot.Length()) return false;
+  const Ends ends = LooseEnds(map.Bits, line);
   return !ends.LineGoesOn && 2 * ends.BreaksThatGoOn <= ends.Breaks;
 }
 
@@ -95,11 +97,17 @@ bool IsPlausibleLine(const GridLine& line) {
 
 int UprightReach(const BlackMap& map, int column, int row, int step, int limit) {
   constexpr int kBreak = 3;
-  int reach = 0;
+  constexpr double kWander = 0.02;  // columns per row: the paper may be bent
+  int reach = 0, drift = 0;
   for (int rows = 1; rows <= limit + kBreak && rows - reach <= kBreak + 1; ++rows) {
     const int expected = column - static_cast<int>(std::lround(map.Slope * rows * step));
-    for (const int aside : {0, -1, 1})
-      if (map.Bits.Get(expected + aside, row + step * rows)) reach = rows;
+    for (const int aside : {drift, drift - 1, drift + 1}) {
+      if (std::abs(aside) > 1 + kWander * rows) continue;
+      if (!map.Bits.Get(expected + aside, row + step * rows)) continue;
+      drift = aside;
+      reach = rows;
+      break;
+    }
   }
   return std::min(reach, limit);
 }

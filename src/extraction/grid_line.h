@@ -38,6 +38,7 @@ struct GridLine {
   double Regularity = 0;           // part of its periods that are alike, 0..1; 0 when unbroken
   int Periods = 0;                 // breaks in its pieces
   double CleanPart = 0;            // part of its black columns that are clean, 0..1
+  double Slope = 0;                // rows per column
   double Bend = 0;                 // greatest distance from a straight line, pixels
 
   double RowAt(int column) const { return Centre[column]; }

@@ -30,7 +30,7 @@ class Search {
       : map_(map),
         keepGoing_(keepGoing),
         thickest_(ThickestLine(map.Bits)),
-        level_(MakeLevelMap(ThinRuns(map.Bits, thickest_), map.Slope)) {
+        level_(LevelOfThinRuns()) {
     const MapPixel origin = Reference(calibration, 0);
     const MapPixel across = Reference(calibration, direction == GridDirection::Y ? 2 : 1);
     const MapPixel alongLevel =
@@ -91,6 +91,11 @@ class Search {
   }
 
  private:
+  LevelMap LevelOfThinRuns() const {
+    const BitMap thin = ThinRuns(map_.Bits, thickest_);
+    keepGoing_();  // on a large page either takes a while
+    return MakeLevelMap(thin, map_.Slope);
+  }
   MapPixel Reference(const AxisCalibration& calibration, int i) const {
     const int height = map_.Transposed ? map_.Bits.Width() : map_.Bits.Height();
     const MapPixel pixel = map_.OfPicture(calibration.PixelX[i], height - calibration.PixelY[i]);
@@ -130,8 +135,7 @@ std::vector<GridLine> FindGridLines(const BlackMap& map, const AxisCalibration& 
     progress(static_cast<double>(i) / static_cast<double>(paths.size()));
     if (search.IsKnown(lines, paths[i])) continue;
     GridLine line = search.Follow(paths[i]);
-    if (IsGridLine(map.Bits, line) && !search.IsKnown(lines, line))
-      lines.push_back(std::move(line));
+    if (IsGridLine(map, line) && !search.IsKnown(lines, line)) lines.push_back(std::move(line));
   }
   const int column = search.Place().Origin.Column;
   std::sort(lines.begin(), lines.end(), [&](const GridLine& a, const GridLine& b) {
@@ -166,7 +170,7 @@ std::vector<GridLine> FindNearestLine(const BlackMap& map, const AxisCalibration
     const double distance =
         std::max(0.0, std::abs(line[0].RowAt(click.Column) - click.Row) - 0.5 * line[0].Thickness);
     if (distance > nearest || (distance == nearest && !best.empty())) continue;
-    if (distance > reach.Hit && !IsGridLine(map.Bits, line[0])) continue;
+    if (distance > reach.Hit && !IsGridLine(map, line[0])) continue;
     EndAtFrame(map, search.Place(), line);
     if (line.empty()) continue;
     nearest = distance;

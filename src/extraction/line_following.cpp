@@ -47,17 +47,16 @@ std::vector<float> StraightCourse(const std::vector<FitPoint>& known, int width)
   return course;
 }
 
-/// Where the line runs in every strip in which it shows its usual thickness: the mean of what lies
-/// near the median.
+/// Where the line runs in every strip of the plot in which it shows its usual thickness: the mean
+/// of what lies near the median.
 std::vector<FitPoint> RowsOfStrips(const GridLine& line, double slope, bool cleanOnly) {
   std::vector<FitPoint> known;
   std::vector<FitPoint> points;
   std::vector<double> rows;
-  const auto width = static_cast<int>(line.Runs.size());
-  for (int first = 0; first < width; first += kStripColumns) {
+  for (int first = line.Plot.First; first <= line.Plot.Last; first += kStripColumns) {
     points.clear();
     rows.clear();
-    for (int x = first; x < std::min(first + kStripColumns, width); ++x) {
+    for (int x = first; x <= std::min(first + kStripColumns - 1, line.Plot.Last); ++x) {
       const BlackRun& run = line.Runs[x];
       if (run.Thickness() != line.Thickness || (cleanOnly && !line.IsClean(x))) continue;
       points.push_back({static_cast<double>(x), run.Middle() - slope * (x - first)});
@@ -100,15 +99,14 @@ int CleanColumns(const GridLine& line) {
   return clean;
 }
 
-double BendOf(const GridLine& line) {
+void MeasureBend(GridLine& line) {
   std::vector<FitPoint> points;
   for (int x = line.Columns.First; x <= line.Columns.Last; x += kStripColumns)
     points.push_back({static_cast<double>(x), line.RowAt(x)});
   const FitLine straight = FitRobustLine(points);
-  double bend = 0;
+  line.Slope = straight.Slope;
   for (const FitPoint& point : points)
-    bend = std::max(bend, std::abs(point.Y - straight.At(point.X)));
-  return bend;
+    line.Bend = std::max(line.Bend, std::abs(point.Y - straight.At(point.X)));
 }
 
 }  // namespace
@@ -139,7 +137,7 @@ GridLine FollowLine(const BlackMap& map, const LevelMap& level, const LinePath& 
       !foundStraight || (foundBent && CleanColumns(bent) > 1.05 * CleanColumns(straight));
   GridLine line = std::move(bentIsBetter ? bent : straight);
   FindPieces(line);
-  if (!line.Pieces.empty()) line.Bend = BendOf(line);
+  if (!line.Pieces.empty()) MeasureBend(line);
   return line;
 }
 

@@ -53,6 +53,7 @@ class Linker {
     std::stable_sort(candidates.begin(), candidates.end(),
                      [](const Candidate& a, const Candidate& b) { return a.Cost < b.Cost; });
     for (const Candidate& candidate : candidates) Accept(candidate.Link);
+    CloseTurnsBeside();
     for (std::size_t i = 0; i < ends_.size(); ++i) LinkLeftover(i);
     for (std::size_t i = 0; i < ends_.size(); ++i) LinkToUpright(i);
     links_.IsLinked.assign(ends_.size(), false);
@@ -86,8 +87,10 @@ class Linker {
     const double ratio = (right.Middle() - left.Middle() + 1) / (run * (thickness_ + 1) + 1);
     if (ratio > 12 || ratio < 0.3) return std::nullopt;
     if (run < 3 && ratio > 3) return std::nullopt;
+    // At an extreme a steep stroke becomes a flat one within a few columns, elsewhere it does not.
     const double turn = Unlikeness(leftRun + 1, rightRun + 1);
-    if (turn > (left.IsShallow() == right.IsShallow() ? 2.5 : 1.2)) return std::nullopt;
+    const bool sameKind = left.IsShallow() == right.IsShallow();
+    if (turn > (sameKind ? 2.5 : 1.2) && gap.Length() > thickness_ + 1) return std::nullopt;
     return 0.2 + Unlikeness(ratio, 1) + 0.3 * turn;
   }
 
@@ -99,7 +102,7 @@ class Linker {
     if (!right.IsShallow() && right.Lean <= 0) return std::nullopt;
     const double leftRun = RunOf(left, 1), rightRun = RunOf(right, -1);
     const double depth = gap.Length() / (4 * std::max(leftRun, rightRun));
-    if (depth > thickness_ + 1) return std::nullopt;
+    if (depth > thickness_ + 1 && gap.Length() > 3 * thickness_ + 4) return std::nullopt;
     return 0.3 + depth / (thickness_ + 1) + 0.2 * Unlikeness(leftRun, rightRun);
   }
 
@@ -127,11 +130,14 @@ class Linker {
       if (ofLeft.Right || ofRight.Left) return;
       ofLeft.Right = ofRight.Left = true;
     } else if (left.IsShallow() != right.IsShallow()) {
-      // An upright line that passes through a flat stroke has its own end opposite, and a flat
-      // stroke is not at its end where an upright one is.
-      Linked& ofSteep = left.IsShallow() ? ofRight : ofLeft;
+      // An upright line that passes through a flat stroke has its own end opposite. Another steep
+      // stroke is what the flat one turns into on this side.
+      const bool leftIsSteep = right.IsShallow();
+      Linked& ofSteep = leftIsSteep ? ofLeft : ofRight;
+      Linked& ofFlat = leftIsSteep ? ofRight : ofLeft;
       if (ofSteep.Any()) return;
       ofSteep = {true, true};
+      CloseTurn(leftIsSteep ? left : right, leftIsSteep ? right : left, ofFlat);
     } else if (!left.IsShallow()) {
       const Linked& ofNarrow = left.Columns.Length() < right.Columns.Length() ? ofLeft : ofRight;
       if (Unlikeness(left.Columns.Length(), right.Columns.Length()) > std::log(4.0) &&
@@ -145,6 +151,24 @@ class Linker {
       if (left.Columns.First == right.Columns.First) ofLeft.Left = ofRight.Right = true;
     }
     links_.Links.push_back(link);
+  }
+
+  /// Where a flat end has a steep one at its edge, one is what the other turns into.
+  static void CloseTurn(const StrokeEnd& steep, const StrokeEnd& flat, Linked& ofFlat) {
+    if (steep.IsUpright && steep.Side != flat.Side) return;
+    if (steep.Columns.First <= flat.Columns.First + 1) ofFlat.Left = true;
+    if (steep.Columns.Last >= flat.Columns.Last - 1) ofFlat.Right = true;
+  }
+
+  /// The same beside the line: an upright stroke that does not go on behind the line turns flat.
+  void CloseTurnsBeside() {
+    for (std::size_t i = 0; i < ends_.size(); ++i) {
+      if (ends_[i].IsShallow() || linked_[i].Any()) continue;
+      for (std::size_t j = 0; j < ends_.size(); ++j) {
+        if (!ends_[j].IsShallow() || ends_[j].Side != ends_[i].Side) continue;
+        if (Between(ends_[i], ends_[j]).Length() == 0) CloseTurn(ends_[i], ends_[j], linked_[j]);
+      }
+    }
   }
 
   /// Whether a stroke must go on from the end into the line on its right (step 1) or left side.

@@ -1,6 +1,7 @@
 #include "extraction/stroke_protection.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <utility>
 
 #include "extraction/hidden_strokes.h"
@@ -18,6 +19,19 @@ bool IsRoughness(const BitMap& map, const LineBand& band, const StrokeEnd& end, 
   for (int x = end.Columns.First; x <= end.Columns.Last; ++x)
     if (!IsBlackIn(map, band, x)) return false;
   return true;
+}
+
+/// Whether the line is a little thicker here on both sides alike, as where a line of the other
+/// direction has gone.
+bool IsKnot(const GridLine& line, const StrokeEnd& end, const std::vector<StrokeEnd>& ends) {
+  const auto isLow = [&](const StrokeEnd& low) {
+    return low.Height == 1 && low.Columns.Length() <= line.Thickness + 4;
+  };
+  return isLow(end) && std::any_of(ends.begin(), ends.end(), [&](const StrokeEnd& other) {
+           return other.Side != end.Side && isLow(other) &&
+                  std::abs(other.Columns.First - end.Columns.First) <= 1 &&
+                  std::abs(other.Columns.Last - end.Columns.Last) <= 1;
+         });
 }
 
 /// What is black at `ends[i]`, at most `height` rows away from the band, and at no other end.
@@ -53,7 +67,7 @@ std::vector<MapPixel> PixelsOfLineOnly(const BlackMap& black, const GridLine& li
   const int height = rough ? line.Thickest - line.Thinnest : 1;
   std::vector<StrokeEnd> strokes;
   for (std::size_t i = 0; i < ends.size(); ++i) {
-    if (IsRoughness(map, band, ends[i], height, rough ? 6 : 4))
+    if (IsRoughness(map, band, ends[i], height, rough ? 6 : 4) || IsKnot(line, ends[i], ends))
       AddPixelsOf(map, band, ends, i, height, pixels);
     else
       strokes.push_back(ends[i]);
