@@ -116,6 +116,12 @@ void HiddenStrokes::KeepCrossing(const StrokeEnd& left, const StrokeEnd& right) 
 
 void HiddenStrokes::KeepTouch(const StrokeEnd& left, const StrokeEnd& right) {
   const Span gap = Between(left, right);
+  if (!left.IsShallow() && !right.IsShallow()) {
+    // The tip of a peak.
+    for (int x = left.Columns.First; x <= right.Columns.Last; ++x)
+      Keep(left.Side, x, 0, ThicknessAt(x) - 1);
+    return;
+  }
   const double run = std::max(0.1, 0.5 * (std::max(left.RightRun, std::abs(left.Lean)) +
                                           std::max(right.LeftRun, std::abs(right.Lean))));
   const int thickness = std::max(left.Thickness, right.Thickness);

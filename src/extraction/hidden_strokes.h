@@ -17,7 +17,8 @@ class HiddenStrokes {
   /// The stroke between two ends on opposite sides, `left` the one farther left: its edges go
   /// straight through the line.
   void KeepCrossing(const StrokeEnd& left, const StrokeEnd& right);
-  /// The stroke that dips into the line between two ends on one side: a parabola's arc.
+  /// The stroke that dips into the line between two ends on one side: a parabola's arc, or, between
+  /// steep ends, all of the line.
   void KeepTouch(const StrokeEnd& left, const StrokeEnd& right);
   /// What is hidden of a shallow stroke that shows only a part of its thickness.
   void KeepSunkenPart(const StrokeEnd& end);

@@ -137,7 +137,8 @@ class Linker {
       Linked& ofFlat = leftIsSteep ? ofRight : ofLeft;
       if (ofSteep.Any()) return;
       ofSteep = {true, true};
-      CloseTurn(leftIsSteep ? left : right, leftIsSteep ? right : left, ofFlat);
+      const StrokeEnd& flat = leftIsSteep ? right : left;
+      if (flat.Height == 1) CloseTurn(leftIsSteep ? left : right, flat, ofFlat);
     } else if (!left.IsShallow()) {
       const Linked& ofNarrow = left.Columns.Length() < right.Columns.Length() ? ofLeft : ofRight;
       if (Unlikeness(left.Columns.Length(), right.Columns.Length()) > std::log(4.0) &&

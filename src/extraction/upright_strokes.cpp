@@ -43,18 +43,28 @@ void UprightStrokes::Follow(int column) {
   }
   // One that steps aside at once only touches the upright stroke there.
   if (columns[2] != column && isBlack(columns[2], 1)) return;
-  upright_[column - band_.Columns.First] = 1;
-  passed_[column - band_.Columns.First] = 1;
 
-  // Where it is wider than elsewhere it is not alone.
+  // Where it is wider than elsewhere it is not alone; where it is alone it must not lean.
   Span runs[kLong + 1];
   int narrowest = kWidest;
   for (int distance = 2; distance <= kLong; ++distance) {
     runs[distance] = RunAt(columns[distance], distance);
     narrowest = std::min(narrowest, runs[distance].Length());
   }
+  const auto isAlone = [&](int distance) { return runs[distance].Length() <= narrowest + 1; };
+  int first = 2, last = kLong;
+  while (!isAlone(first)) ++first;
+  while (!isAlone(last)) --last;
+  const auto middle = [&](int distance) {
+    return 0.5 * (runs[distance].First + runs[distance].Last);
+  };
+  const double off = middle(last) - middle(first) - lean_ * (last - first);
+  if (last - first >= 5 && std::abs(off) > 0.5 + 0.1 * (last - first)) return;
+
+  upright_[column - band_.Columns.First] = 1;
+  passed_[column - band_.Columns.First] = 1;
   for (int distance = 2; distance <= kLong; ++distance) {
-    if (runs[distance].Length() > narrowest + 1) continue;
+    if (!isAlone(distance)) continue;
     for (int x = runs[distance].First; x <= runs[distance].Last; ++x)
       passed_[x - band_.Columns.First] = 1;
   }
