@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <utility>
 
 #include "extraction/hidden_strokes.h"
 #include "extraction/stroke_ends.h"
@@ -34,15 +33,14 @@ bool IsKnot(const GridLine& line, const StrokeEnd& end, const std::vector<Stroke
          });
 }
 
-/// What is black at `ends[i]`, at most `height` rows away from the band, and at no other end.
-void AddPixelsOf(const BitMap& map, const LineBand& band, const std::vector<StrokeEnd>& ends,
-                 std::size_t i, int height, std::vector<MapPixel>& pixels) {
-  const StrokeEnd& end = ends[i];
+/// What is black at `end`, at most `height` rows away from the band, and at none of `strokes`.
+void AddPixelsOf(const BitMap& map, const LineBand& band, const StrokeEnd& end,
+                 const std::vector<StrokeEnd>& strokes, int height, std::vector<MapPixel>& pixels) {
   for (int x = end.Columns.First; x <= end.Columns.Last; ++x) {
-    const auto isElsewhere = [&](const StrokeEnd& other) {
-      return &other != &end && other.Side == end.Side && other.Columns.Contains(x);
+    const auto isStroke = [&](const StrokeEnd& stroke) {
+      return &stroke != &end && stroke.Side == end.Side && stroke.Columns.Contains(x);
     };
-    if (std::any_of(ends.begin(), ends.end(), isElsewhere)) continue;
+    if (std::any_of(strokes.begin(), strokes.end(), isStroke)) continue;
     const int rows = BlackBeyond(map, band, end.Side, x, height);
     for (int row = 1; row <= rows; ++row) {
       const BlackRun beyond = band.RowsBeyond(end.Side, x, row);
@@ -50,6 +48,16 @@ void AddPixelsOf(const BitMap& map, const LineBand& band, const std::vector<Stro
         if (map.Get(x, y)) pixels.push_back({x, y});
     }
   }
+}
+
+void KeepLink(const StrokeEnd& a, const StrokeEnd& b, HiddenStrokes& hidden) {
+  const bool inOrder = a.Columns.First <= b.Columns.First;
+  const StrokeEnd& left = inOrder ? a : b;
+  const StrokeEnd& right = inOrder ? b : a;
+  if (left.Side == right.Side)
+    hidden.KeepTouch(left, right);
+  else
+    hidden.KeepCrossing(left, right);
 }
 
 }  // namespace
@@ -65,37 +73,38 @@ std::vector<MapPixel> PixelsOfLineOnly(const BlackMap& black, const GridLine& li
   // else, when it belongs to no stroke.
   const bool rough = line.Thickest > line.Thinnest;
   const int height = rough ? line.Thickest - line.Thinnest : 1;
-  std::vector<StrokeEnd> strokes;
-  for (std::size_t i = 0; i < ends.size(); ++i) {
-    if (IsRoughness(map, band, ends[i], height, rough ? 6 : 4) || IsKnot(line, ends[i], ends))
-      AddPixelsOf(map, band, ends, i, height, pixels);
-    else
-      strokes.push_back(ends[i]);
+  std::vector<StrokeEnd> strokes, bumps;
+  for (const StrokeEnd& end : ends) {
+    const bool isBump =
+        IsRoughness(map, band, end, height, rough ? 6 : 4) || IsKnot(line, end, ends);
+    (isBump ? bumps : strokes).push_back(end);
   }
-  ends = std::move(strokes);
 
   HiddenStrokes hidden(map, band);
-  const StrokeLinks links = LinkStrokeEnds(map, band, line.Thickness, ends);
-  for (const StrokeLink& link : links.Links) {
-    const StrokeEnd& left = ends[link.Left];
-    const StrokeEnd& right = ends[link.Right];
-    if (left.Side == right.Side)
-      hidden.KeepTouch(left, right);
-    else
-      hidden.KeepCrossing(left, right);
-  }
-  for (std::size_t i = 0; i < ends.size(); ++i) {
-    const StrokeEnd& end = ends[i];
+  const StrokeLinks links = LinkStrokeEnds(map, band, line.Thickness, strokes);
+  for (const StrokeLink& link : links.Links)
+    KeepLink(strokes[link.Left], strokes[link.Right], hidden);
+  for (std::size_t i = 0; i < strokes.size(); ++i) {
+    const StrokeEnd& end = strokes[i];
     if (!links.IsLinked[i] && IsRoughness(map, band, end, 2, 8)) {
-      AddPixelsOf(map, band, ends, i, 2, pixels);
+      AddPixelsOf(map, band, end, strokes, 2, pixels);
       continue;
     }
     hidden.KeepSunkenPart(end);
     if (links.IsLinked[i] || end.Height == 1) continue;
     if (!end.IsShallow()) hidden.KeepFoot(end);
-    if (end.IsShallow() && end.LeftRun > 0) hidden.KeepSinking(end, -1, ends);
-    if (end.IsShallow() && end.RightRun > 0) hidden.KeepSinking(end, 1, ends);
+    if (end.IsShallow() && end.LeftRun > 0) hidden.KeepSinking(end, -1, strokes);
+    if (end.IsShallow() && end.RightRun > 0) hidden.KeepSinking(end, 1, strokes);
+    if (end.IsShallow() || end.IsUpright) continue;
+    // The other end of a lone steep stroke may be what was taken for roughness: a peak's tip.
+    const auto tip = std::find_if(bumps.begin(), bumps.end(), [&](const StrokeEnd& bump) {
+      return bump.Side != end.Side && Between(end, bump).Length() <= 1;
+    });
+    if (tip == bumps.end()) continue;
+    KeepLink(end, *tip, hidden);
+    bumps.erase(tip);
   }
+  for (const StrokeEnd& bump : bumps) AddPixelsOf(map, band, bump, strokes, height, pixels);
 
   for (const Span& piece : line.Pieces) {
     for (int x = piece.First; x <= piece.Last; ++x) {
