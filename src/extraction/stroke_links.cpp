@@ -202,12 +202,12 @@ class Linker {
   /// An end that is still alone may go on behind an upright line: it is linked to the one ahead.
   void LinkToUpright(std::size_t i) {
     const StrokeEnd& end = ends_[i];
-    if (linked_[i].Any() || end.IsUpright || end.Flattens || std::abs(end.Lean) < 0.5) return;
+    if (linked_[i].Any() || end.IsUpright || end.Flattens || std::abs(end.Lean) < 0.25) return;
     const bool rightward = end.Lean < 0;
     std::optional<std::size_t> nearest;
     int shortest = static_cast<int>(1.5 * std::abs(end.Lean) * thickness_) + 3;
     for (std::size_t j = 0; j < ends_.size(); ++j) {
-      if (!ends_[j].IsUpright || ends_[j].Side == end.Side) continue;
+      if (!ends_[j].IsUpright) continue;
       if ((ends_[j].Middle() > end.Middle()) != rightward) continue;
       const Span gap = Between(end, ends_[j]);
       if (gap.Length() < 0 || gap.Length() >= shortest || !IsBlackBetween(gap)) continue;
