@@ -202,7 +202,7 @@ class Linker {
   /// An end that is still alone may go on behind an upright line: it is linked to the one ahead.
   void LinkToUpright(std::size_t i) {
     const StrokeEnd& end = ends_[i];
-    if (linked_[i].Any() || end.IsUpright || end.Flattens || std::abs(end.Lean) < 0.25) return;
+    if (linked_[i].Any() || end.IsUpright || end.Flattens || std::abs(end.Lean) < 0.1) return;
     const bool rightward = end.Lean < 0;
     std::optional<std::size_t> nearest;
     int shortest = static_cast<int>(1.5 * std::abs(end.Lean) * thickness_) + 3;
