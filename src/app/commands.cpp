@@ -3,6 +3,7 @@
 #include "workspace/capture_commands.h"
 #include "workspace/data_commands.h"
 #include "workspace/extraction_commands.h"
+#include "workspace/options_commands.h"
 #include "workspace/picture_commands.h"
 #include "workspace/save_points.h"
 #include "workspace/toolbar.h"
@@ -35,7 +36,7 @@ const MenuEntry kMenus[] = {
      .Tip = "Open a picture of a graph",
      .Run = OpenImage},
     {.Name = "MNU_FileOpenOther",
-     .Caption = "Open &Other Picture...",
+     .Caption = "Open O&ther Picture...",
      .Key = "Ctrl+Shift+O",
      .Tip = "Open a picture of any type that can be read",
      .Run = OpenOtherPicture},
@@ -171,7 +172,10 @@ const MenuEntry kMenus[] = {
      .Run = [](Workspace& ws, const Desktop&) { ToggleOverlay(ws); },
      .Checked = [](const Workspace& ws) { return ws.commands.Overlay; }},
     kSeparator,
-    {.Name = "MNU_OPT_Settings", .Caption = "&Settings...", .Can = Never},
+    {.Name = "MNU_OPT_Settings",
+     .Caption = "&Settings...",
+     .Tip = "Tracer, snapping, colours, cursor and number format",
+     .Run = [](Workspace& ws, const Desktop&) { ShowOptions(ws); }},
 
     {.Is = Kind::Menu, .Name = "MNU_SYS", .Caption = "&System"},
     {.Name = "MNU_SYS_Mouse", .Caption = "&Mouse...", .Can = Never},

@@ -22,6 +22,7 @@
 #include "image/plot_view.h"
 #include "image/zoom_view.h"
 #include "widgets/keys.h"
+#include "widgets/plot_cursor.h"
 #include "widgets/show.h"
 #include "workspace/capture_commands.h"
 #include "workspace/overlay.h"
@@ -176,6 +177,10 @@ void MainWindow::RenderPicture() {
   bar(horizontal_, view.X, view.MaximumX, view.Width, ws_.settings.XJump);
   bar(vertical_, view.Y, view.MaximumY, view.Height, ws_.settings.YJump);
   if (plot_->pos() != QPoint(-view.X, -view.Y)) plot_->move(-view.X, -view.Y);
+  if (cursorShown_ != ws_.settings.CursorType) {
+    cursorShown_ = ws_.settings.CursorType;
+    plot_->setCursor(PlotCursor(cursorShown_, devicePixelRatioF()));
+  }
   zoom_->Render(ws_.settings.Zoom == 1 && ws_.plot.IsPresent(), ws_.readOut.PlotX,
                 ws_.readOut.PlotY, ws_.zoom.Factor, !dirty.IsEmpty());
 }

@@ -67,6 +67,7 @@ class MainWindow : public QMainWindow {
   void PlaceZoom();
   FormDialog* MakeIntegrateForm();
   FormDialog* MakeSampleForm();
+  FormDialog* MakeOptionsForm();
 
   /// Runs a command and shows what it has done; `redraw` repaints the visible picture, too.
   void Do(const Command& command, bool redraw = true);
@@ -110,6 +111,7 @@ class MainWindow : public QMainWindow {
 
   std::filesystem::path openWhenShown_;
   bool hourglassShown_ = false;
+  int cursorShown_ = 0;
   QPointer<QWidget> closeAfterCommand_;
   bool placing_ = false;
   bool shown_ = false;

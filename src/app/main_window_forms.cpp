@@ -4,6 +4,7 @@
 #include "data/integrate_dialog.h"
 #include "data/sample_dialog.h"
 #include "workspace/data_commands.h"
+#include "workspace/forms.h"
 
 namespace graphize {
 
@@ -24,11 +25,14 @@ void MainWindow::RenderForm() {
       case Form::Sample:
         form_ = MakeSampleForm();
         break;
+      case Form::Options:
+        form_ = MakeOptionsForm();
+        break;
     }
     if (form_ != nullptr) {
       renderForm_();
       connect(form_, &FormDialog::CloseAsked, this, [this] {
-        if (!MustWaitToClose(form_)) Do([](Workspace& ws, const Desktop&) { CloseForm(ws); });
+        if (!MustWaitToClose(form_)) Do(CloseForm);
       });
       PlaceForm();
       // Not run in a loop of its own: every event of the form is a command like any other.

@@ -54,7 +54,7 @@ TracerPanel::TracerPanel(int largestBlock, QWidget* parent)
   grid->setColumnMinimumWidth(3, 8);
   auto* checks = new QVBoxLayout;
   checks->setSpacing(2);
-  for (QCheckBox* box : {above_, center_, below_}) checks->addWidget(box);
+  for (QCheckBox* box : {above_, center_, below_}) checks->addWidget(box, 0, Qt::AlignLeft);
   grid->addLayout(checks, 0, 4, 2, 1);
   grid->setColumnStretch(4, 1);
   column->addLayout(grid);

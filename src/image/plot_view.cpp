@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "widgets/keys.h"
+#include "widgets/plot_cursor.h"
 
 namespace graphize {
 
@@ -68,7 +69,7 @@ PlotView::PlotView(const PlotImage& image, OverlayIn overlayIn, QWidget* parent)
   setMouseTracking(true);
   setFocusPolicy(Qt::ClickFocus);  // keys meant for the picture do not go on to a value box
   setAttribute(Qt::WA_OpaquePaintEvent);
-  setCursor(Qt::CrossCursor);
+  setCursor(PlotCursor(0, devicePixelRatioF()));
   resize(0, 0);
 }
 

@@ -50,8 +50,4 @@ void ReSample(Workspace& ws, const Desktop& desktop) {
   ReSample(ws.sample, ws.store, ws.settings.RefreshList != 0, desktop);
 }
 
-void CloseForm(Workspace& ws) {
-  ws.form = Form::None;
-}
-
 }  // namespace graphize

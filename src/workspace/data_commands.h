@@ -27,7 +27,4 @@ void Integrate(Workspace& ws, const Desktop& desktop);
 void ShowSample(Workspace& ws, const Desktop& desktop);
 void ReSample(Workspace& ws, const Desktop& desktop);
 
-/// Closes the form that is open.
-void CloseForm(Workspace& ws);
-
 }  // namespace graphize

@@ -97,7 +97,7 @@ void Get_INI(Workspace& ws, const Desktop& desktop) {
   if (!notes.empty()) Tell(desktop, Joined(notes, "\r\n"), MessageIcon::Exclamation);
 }
 
-void Write_INI(Workspace& ws) {
+bool Write_INI(Workspace& ws) {
   SettingsFile file = ReadSettingsFile(ws.settingsPath);
   WriteSettings(file, ws.settings, ws.commands.ShowLastPoint, ws.commands.Overlay,
                 ws.window.Placement);
@@ -105,7 +105,9 @@ void Write_INI(Workspace& ws) {
     SaveSettingsFile(ws.settingsPath, file);
   } catch (const RunTimeError& error) {
     ws.status.Status = error.what();
+    return false;
   }
+  return true;
 }
 
 void DefaultSettings(Workspace& ws) {

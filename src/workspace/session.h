@@ -14,8 +14,8 @@ bool MayClose(Workspace& ws, const Desktop& desktop);
 
 /// Reads the settings file and applies it. What is wrong in the file is told, and its default used.
 void Get_INI(Workspace& ws, const Desktop& desktop);
-/// Writes the settings and the window's state. A failed write is told in the status panel.
-void Write_INI(Workspace& ws);
+/// Writes the settings and the window's state. A failed write is told in the status panel: false.
+bool Write_INI(Workspace& ws);
 /// The built-in settings; snapping and the settings file stay as they are.
 void DefaultSettings(Workspace& ws);
 

@@ -3,6 +3,7 @@
 #include "base/numbers.h"
 #include "workspace/capture_commands.h"
 #include "workspace/extraction_commands.h"
+#include "workspace/options_commands.h"
 #include "workspace/picture_commands.h"
 #include "workspace/plot_mouse.h"
 #include "workspace/save_points.h"
@@ -44,7 +45,7 @@ void EnterMode(Workspace& ws, const Desktop& desktop, std::string_view key) {
 
 bool CanPress(const Workspace& ws, std::string_view key) {
   const CommandStates& can = ws.commands;
-  if (key == "open" || key == "paste") return true;
+  if (key == "open" || key == "paste" || key == "setup") return true;
   if (key == "save" || key == "copy" || key == "delete") return can.Data;
   if (key == "undo") return can.Blockers;
   if (key == "refresh" || key == "axisdef" || key == "blocktest" || key == "drawerase")
@@ -63,6 +64,7 @@ void Toolbar_ButtonClick(Workspace& ws, const Desktop& desktop, std::string_view
   if (key == "save") return SavePoints(ws, desktop), void();
   if (key == "copy") return CopyPoints(ws, desktop);
   if (key == "paste") return PasteImage(ws, desktop);
+  if (key == "setup") return ShowOptions(ws);
   if (key == "refresh") return RefreshPlot(ws);
   if (key == "undo") {
     LeaveEdit(ws);

@@ -18,6 +18,7 @@
 #include "extraction/tracer_control.h"
 #include "image/plot_image.h"
 #include "image/viewport.h"
+#include "settings/options_form.h"
 #include "settings/settings.h"
 #include "settings/window_placement.h"
 #include "workspace/mode.h"
@@ -63,7 +64,7 @@ struct ZoomWindow {
 };
 
 /// The modal window that is open over the main window.
-enum class Form { None, Integrate, Sample };
+enum class Form { None, Integrate, Sample, Options };
 
 /// All state of the program. Owned by value by the main window, a batch run or a test.
 struct Workspace {
@@ -99,6 +100,7 @@ struct Workspace {
   Form form = Form::None;
   IntegrateForm integrate;
   SampleForm sample;
+  OptionsForm options;
 
   bool commandRuns = false;  // commands never nest
 };

@@ -1,0 +1,70 @@
+#include "workspace/options_commands.h"
+
+#include "workspace/session.h"
+
+namespace graphize {
+
+namespace {
+
+void FillFromSettings(Workspace& ws) {
+  FillOptions(ws.options, ws.settings);
+  FormatChanged(ws);
+  ColoursChanged(ws);
+}
+
+}  // namespace
+
+void ShowOptions(Workspace& ws) {
+  ws.options = {.AtOpening = ws.settings};
+  FillFromSettings(ws);
+  ws.form = Form::Options;
+}
+
+void AcceptOptions(Workspace& ws) {
+  ApplyOptions(ws);
+  ws.form = Form::None;
+}
+
+void ApplyOptions(Workspace& ws) {
+  TakeOptions(ws.options, ws.settings);
+  SetTraceType(ws.tracer, ws.settings.Trace);
+  FillFromSettings(ws);
+}
+
+void CancelOptions(Workspace& ws) {
+  PutBackOptions(ws.options, ws.settings);
+  FillFromSettings(ws);
+}
+
+void SaveOptions(Workspace& ws, const Desktop& desktop) {
+  ApplyOptions(ws);
+  if (Write_INI(ws)) LoadOptions(ws, desktop);
+}
+
+void LoadOptions(Workspace& ws, const Desktop& desktop) {
+  Get_INI(ws, desktop);
+  FillFromSettings(ws);
+}
+
+void DefaultOptions(Workspace& ws) {
+  DefaultSettings(ws);
+  FillFromSettings(ws);
+}
+
+void FormatChanged(Workspace& ws) {
+  // A point with different digits in X and Y.
+  constexpr float kX = 12.4567f, kY = 54.9876f;
+  BuildFormats(ws.settings, ws.formats);
+  ShowPage(ws.store);
+  const NumberFormats& formats = ws.formats;
+  const bool point = ws.settings.DecimalPoint;
+  ws.options.Example = FormatValue(kX, formats.X, point) +
+                       (formats.Delimiter == "\t" ? "  " : formats.Delimiter) +
+                       FormatValue(kY, formats.Y, point);
+}
+
+void ColoursChanged(Workspace& ws) {
+  RedrawBlockers(ws.blockers, ws.plot, ws.settings);
+}
+
+}  // namespace graphize

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "desktop/desktop.h"
+#include "workspace/workspace.h"
+
+namespace graphize {
+
+/// Opens the window frmOptions, filled from the settings.
+void ShowOptions(Workspace& ws);
+
+/// Its buttons. OK and Apply take every tab over; Cancel puts format, cursor and colours back.
+void AcceptOptions(Workspace& ws);
+void ApplyOptions(Workspace& ws);
+void CancelOptions(Workspace& ws);
+/// Takes every tab over, writes the settings file and reads it again; when it cannot be written,
+/// which is told, the settings stay as they are.
+void SaveOptions(Workspace& ws, const Desktop& desktop);
+void LoadOptions(Workspace& ws, const Desktop& desktop);
+void DefaultOptions(Workspace& ws);
+
+/// The number format was changed: the list and the example line follow.
+void FormatChanged(Workspace& ws);
+/// A colour was changed: the blockers on the picture follow.
+void ColoursChanged(Workspace& ws);
+
+}  // namespace graphize

@@ -1,0 +1,85 @@
+// What holds for every control of every window: it can be named, hit and reached.
+
+#include <QAbstractSlider>
+#include <QAction>
+#include <QCheckBox>
+#include <QMenu>
+#include <QMenuBar>
+#include <QRadioButton>
+#include <QTabWidget>
+#include <QToolButton>
+
+#include "app/window_driver.h"
+
+namespace graphize::test {
+namespace {
+
+class Controls : public WindowTest {
+ protected:
+  /// The letters that Alt reaches in `captions` must differ.
+  void ExpectNoClash(const QStringList& captions, const QString& where) {
+    QMap<QString, QString> taken;
+    for (const QString& caption : captions) {
+      const QString key = QKeySequence::mnemonic(caption).toString();
+      if (key.isEmpty()) continue;
+      EXPECT_FALSE(taken.contains(key))
+          << where.toStdString() << ": " << key.toStdString() << " of " << caption.toStdString()
+          << " and " << taken[key].toStdString();
+      taken[key] = caption;
+    }
+  }
+
+  void ExpectWellMade(QWidget* window) {
+    const std::string where = window->objectName().toStdString();
+    QStringList captions;
+    for (auto* control : window->findChildren<QWidget*>()) {
+      if (control->window() != window || !control->isVisible()) continue;
+      const std::string what = where + ", " + control->objectName().toStdString();
+      const auto* button = qobject_cast<QAbstractButton*>(control);
+      if (button != nullptr) captions << button->text();
+      if (qobject_cast<QCheckBox*>(control) || qobject_cast<QRadioButton*>(control)) {
+        EXPECT_LE(control->width(), control->sizeHint().width() + 2)
+            << what << ": a click in its middle misses it";
+      }
+      if (control->focusPolicy() == Qt::NoFocus || qobject_cast<QTabWidget*>(control)) continue;
+      const bool named =
+          !control->accessibleName().isEmpty() || (button != nullptr && !button->text().isEmpty());
+      EXPECT_TRUE(named) << what << " has no name for those who cannot see it";
+      EXPECT_FALSE(control->objectName().isEmpty())
+          << what << " " << control->metaObject()->className();
+    }
+    ExpectNoClash(captions, window->objectName());
+  }
+};
+
+TEST_F(Controls, MenusHaveOneLetterForEachEntry) {
+  Start();
+  QStringList bar;
+  for (QAction* menu : Window().menuBar()->actions()) {
+    bar << menu->text();
+    QStringList entries;
+    for (QAction* entry : menu->menu()->actions()) entries << entry->text();
+    ExpectNoClash(entries, menu->text());
+  }
+  ExpectNoClash(bar, QStringLiteral("menu bar"));
+}
+
+TEST_F(Controls, AreNamedHitAndReached) {
+  Start();
+  OpenSample("pendulum.bmp");
+  ExpectWellMade(&Window());
+  ClickTool("axisdef");
+  ExpectWellMade(&Window());
+  ChooseForm("MNU_OPT_Settings", "frmOptions");
+  auto* tabs = Find<QTabWidget>("Tabs");
+  for (int tab = 0; tab < tabs->count(); ++tab) {
+    tabs->setCurrentIndex(tab);
+    Settle();
+    ExpectWellMade(QApplication::activeModalWidget());
+  }
+  ClickControl(Find<QWidget>("cmdCancel"));
+  Until([this] { return !FormIsOpen(); }, "the window closes");
+}
+
+}  // namespace
+}  // namespace graphize::test
