@@ -30,7 +30,7 @@ PointStore FullStore() {
 void WriteFullDataFile(benchmark::State& state) {
   const PointStore store = FullStore();
   const auto path = std::filesystem::temp_directory_path() / "graphize_benchmark.dat";
-  for (auto _ : state) WriteDataFile(path, "title", store, {}, true);
+  for (auto _ : state) WriteDataFile(path, DataFileText("title", store, {}, true));
   std::filesystem::remove(path);
 }
 BENCHMARK(WriteFullDataFile)->Unit(benchmark::kMillisecond);

@@ -5,6 +5,7 @@
 #include "workspace/extraction_commands.h"
 #include "workspace/options_commands.h"
 #include "workspace/picture_commands.h"
+#include "workspace/recipe_file.h"
 #include "workspace/save_points.h"
 #include "workspace/toolbar.h"
 
@@ -59,6 +60,17 @@ const MenuEntry kMenus[] = {
      .Tip = "Write the data list to a data file",
      .Can = CanSavePoints,
      .Run = [](Workspace& ws, const Desktop& desktop) { SavePoints(ws, desktop); }},
+    {.Is = Kind::Check,
+     .Name = "MNU_FileSaveErrors",
+     .Caption = "Save With &Errors",
+     .Tip = "Data files get two more columns: the size of one pixel in X and in Y",
+     .Run = [](Workspace& ws, const Desktop&) { ToggleSaveErrors(ws); },
+     .Checked = [](const Workspace& ws) { return ws.commands.SaveErrors; }},
+    {.Name = "MNU_FileSaveRecipe",
+     .Caption = "Save Reci&pe...",
+     .Tip = "Write down every step, so that they can be done again",
+     .Can = CanSaveRecipe,
+     .Run = SaveRecipe},
     kSeparator,
     {.Name = "MNU_FILE_SelectSource", .Caption = "Select Sour&ce...", .Can = Never},
     {.Name = "MNU_FILE_Aquire", .Caption = "&Aquire...", .Can = Never},
@@ -155,7 +167,7 @@ const MenuEntry kMenus[] = {
      .Key = "Ctrl+R",
      .Tip = "Clear the marks on the picture",
      .Can = [](const Workspace& ws) { return CanPress(ws, "refresh"); },
-     .Run = [](Workspace& ws, const Desktop&) { RefreshPlot(ws); }},
+     .Run = [](Workspace& ws, const Desktop& d) { Toolbar_ButtonClick(ws, d, "refresh"); }},
     {.Name = "MNU_IMAGE_ImageTools", .Caption = "Image &Tools...", .Can = Never},
 
     {.Is = Kind::Menu, .Name = "MNU_OPT", .Caption = "&Options"},

@@ -1,12 +1,18 @@
+#include <unistd.h>
+
 #include <QApplication>
 #include <QStandardPaths>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <iostream>
+#include <string>
 #include <system_error>
+#include <vector>
 
 #include "app/fonts.h"
 #include "app/main_window.h"
+#include "batch/batch.h"
 
 namespace {
 
@@ -26,6 +32,11 @@ void TellOnlyTheEnd(QtMsgType type, const QMessageLogContext&, const QString&) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  // What needs no window starts without any of its libraries' work.
+  const std::vector<std::string> words(argv + 1, argv + argc);
+  if (graphize::IsBatch(words))
+    return graphize::RunBatch(words, {std::cout, std::cerr, isatty(STDERR_FILENO) == 1});
+
   const std::jthread fonts = graphize::ReadFonts();
   qInstallMessageHandler(TellOnlyTheEnd);
   QApplication application(argc, argv);

@@ -77,6 +77,13 @@ void Pixels2Real(const AxisCalibration& c, const Desktop& desktop, bool percent,
   reading = read;
 }
 
+PixelSize PixelSizeAt(const AxisCalibration& c, float X, float Y) {
+  PixelSize size;
+  SetError(XAxis(c), c.CosAngle, X, false, size.X);
+  SetError(YAxis(c), c.CosAngle, Y, false, size.Y);
+  return {std::fabs(size.X), std::fabs(size.Y)};
+}
+
 PlotPosition PositionOfReal(const AxisCalibration& c, int pictureHeight, float X, float Y) {
   const float u = PixelsAt(XAxis(c), X), v = PixelsAt(YAxis(c), Y);
   const float column = c.CosAngle * u - c.SinAngle * v + c.PixelX[0];

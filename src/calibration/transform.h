@@ -26,6 +26,13 @@ struct Reading {
 void Pixels2Real(const AxisCalibration& calibration, const Desktop& desktop, bool percent, float x,
                  float y, Reading& reading);
 
+/// The size of one pixel where the graph values are (X, Y), never negative: the errors of
+/// Pixels2Real in graph units.
+struct PixelSize {
+  float X = 0, Y = 0;
+};
+PixelSize PixelSizeAt(const AxisCalibration& calibration, float X, float Y);
+
 /// What is wrong with the log axes in plain words, nullptr when nothing is: Pixels2Real refuses
 /// then. Long operations ask it once at their start instead of being told at every position.
 const char* LogOriginFault(const AxisCalibration& calibration);

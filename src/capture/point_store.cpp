@@ -43,6 +43,7 @@ bool Append(PointStore& store, CommandStates& commands, const Desktop& desktop, 
   }
   ++store.CaptureCount;
   ++store.ListCount;
+  if (store.ListRows != PointStore::Rows::Places) store.ListRows = PointStore::Rows::Other;
   store.CaptureX[store.CaptureCount] = X;
   store.CaptureY[store.CaptureCount] = Y;
   store.ListX[store.ListCount] = X;
@@ -73,6 +74,7 @@ bool DeleteAllData(PointStore& store, CommandStates& commands, const Desktop& de
   store.ListCount = 0;
   store.NPoints = 0;
   store.ListIsCaptured = true;
+  store.ListRows = PointStore::Rows::Places;
   EnableDataCommands(commands, false);
   for (auto* array : {&store.CaptureX, &store.CaptureY, &store.ListX, &store.ListY}) Refill(*array);
   return true;

@@ -12,6 +12,10 @@ namespace graphize {
 /// The captured points, twice: in capture order and as the data list that is sorted, swapped,
 /// thinned and saved. Arrays are used from index 1; element 0 stays (0, 0).
 struct PointStore {
+  /// What the list's rows are: places in the graph, such places with X and Y exchanged, or neither
+  /// (lengths, or points added to exchanged ones).
+  enum class Rows { Places, SwappedPlaces, Other };
+
   std::vector<float> CaptureX = std::vector<float>(501);
   std::vector<float> CaptureY = std::vector<float>(501);
   std::int16_t CaptureCount = 0;
@@ -20,6 +24,7 @@ struct PointStore {
   std::int16_t ListCount = 0;
   std::int16_t MaxPoints = 32767;
   bool ListIsCaptured = true;  // the list's rows are captured points (not lengths, not resampled)
+  Rows ListRows = Rows::Places;
 
   float CurrentX = 0, CurrentY = 0;  // graph values under the cursor
   std::int16_t CurrentPixelX = 0, CurrentPixelY = 0;  // pixel under the cursor, row upward

@@ -30,6 +30,7 @@ CurveSums CurveLength(PointStore& store, StatusBar& status, const Desktop& deskt
   }
   store.ListCount = ToInt16(segments);
   store.ListIsCaptured = store.CaptureCount == 0;
+  store.ListRows = PointStore::Rows::Other;
   ShowNewest(store);
   status.Status = "Curve length calculated successfully";
 

@@ -50,21 +50,30 @@ std::string WithoutExtension(const std::string& name) {
 
 }  // namespace
 
-std::string PointLines(const PointStore& store, const NumberFormats& formats, bool decimalPoint) {
+std::string PointLines(const PointStore& store, const NumberFormats& formats, bool decimalPoint,
+                       std::span<const RowError> errors) {
   std::string lines;
   for (int i = 1; i <= store.ListCount; ++i) {
     if (i > 1) lines += kLineEnd;
     lines += PointLine(store.ListX[i], store.ListY[i], formats, decimalPoint);
+    if (errors.empty()) continue;
+    const RowError& error = errors[i - 1];
+    lines += formats.Delimiter + PointLine(error.X, error.Y, formats, decimalPoint);
   }
   return lines;
 }
 
-void WriteDataFile(const std::filesystem::path& path, const std::string& title,
-                   const PointStore& store, const NumberFormats& formats, bool decimalPoint) {
-  std::string content;
-  if (!title.empty()) content = title + kLineEnd;
-  if (store.ListCount > 0) content += PointLines(store, formats, decimalPoint) + kLineEnd;
-  WriteFile(path, content);
+std::string DataFileText(const std::string& title, const PointStore& store,
+                         const NumberFormats& formats, bool decimalPoint,
+                         std::span<const RowError> errors) {
+  std::string text;
+  if (!title.empty()) text = title + kLineEnd;
+  if (store.ListCount > 0) text += PointLines(store, formats, decimalPoint, errors) + kLineEnd;
+  return text;
+}
+
+void WriteDataFile(const std::filesystem::path& path, const std::string& text) {
+  WriteFile(path, text);
 }
 
 std::string DataFileProposal(const std::string& imageFileName) {

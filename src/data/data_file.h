@@ -1,21 +1,28 @@
 #pragma once
 
 #include <filesystem>
+#include <span>
 #include <string>
 
 #include "capture/point_store.h"
 #include "data/number_format.h"
+#include "data/row_errors.h"
 
 namespace graphize {
 
 /// The data list's point lines from the first row to the last, joined by CR LF: the clipboard text.
-std::string PointLines(const PointStore& store, const NumberFormats& formats, bool decimalPoint);
+/// `errors` has one element a row, whose two numbers stand behind the point; or none.
+std::string PointLines(const PointStore& store, const NumberFormats& formats, bool decimalPoint,
+                       std::span<const RowError> errors = {});
 
-/// Writes the data file at `path`, replacing what is there: the title unless it is empty, then the
-/// point lines, each line ending in CR LF. Every failure is a RunTimeError with the system's
-/// description; what was written until then stays in the file.
-void WriteDataFile(const std::filesystem::path& path, const std::string& title,
-                   const PointStore& store, const NumberFormats& formats, bool decimalPoint);
+/// The data file: the title unless it is empty, then the point lines, each line ending in CR LF.
+std::string DataFileText(const std::string& title, const PointStore& store,
+                         const NumberFormats& formats, bool decimalPoint,
+                         std::span<const RowError> errors = {});
+
+/// Writes the data file at `path`, replacing what is there. Every failure is a RunTimeError with
+/// the system's description; what was written until then stays in the file.
+void WriteDataFile(const std::filesystem::path& path, const std::string& text);
 
 /// The data file's name proposed for an image: "Fig3.TIF" gives "fig3.dat". A name of fewer than
 /// four characters is a RunTimeError.

@@ -25,6 +25,9 @@ void ClearSelected(PointStore& store) {
 void SwapXY(PointStore& store) {
   std::swap_ranges(store.ListX.begin() + 1, store.ListX.begin() + 1 + store.ListCount,
                    store.ListY.begin() + 1);
+  using Rows = PointStore::Rows;
+  if (store.ListRows != Rows::Other)
+    store.ListRows = store.ListRows == Rows::Places ? Rows::SwappedPlaces : Rows::Places;
   ShowNewest(store);
 }
 
@@ -37,6 +40,7 @@ void XY2List(PointStore& store) {
   std::copy_n(store.CaptureY.begin() + 1, count, store.ListY.begin() + 1);
   store.ListCount = store.CaptureCount;
   store.ListIsCaptured = true;
+  store.ListRows = PointStore::Rows::Places;
   ShowNewest(store);
 }
 

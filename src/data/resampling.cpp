@@ -77,6 +77,7 @@ SampleEnd ReSampleList(PointStore& store, const SamplePlan& plan, bool RefreshLi
   store.ListCount = 0;
   store.NPoints = 0;
   store.ListIsCaptured = false;
+  store.ListRows = PointStore::Rows::Places;
 
   const Interpolation curve(store, plan);
   const double first = Scaled(plan.MinX, plan.XLog), step = StepOf(plan);

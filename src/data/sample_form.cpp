@@ -7,7 +7,6 @@
 
 #include "base/number_pattern.h"
 #include "base/numbers.h"
-#include "data/resampling.h"
 
 namespace graphize {
 
@@ -177,21 +176,22 @@ bool CalculateStep(SampleForm& form, const PointStore& store, const Desktop& des
   return true;
 }
 
-bool ReSample(SampleForm& form, PointStore& store, bool RefreshList, const Desktop& desktop) {
+std::optional<SampleEnd> ReSample(SampleForm& form, PointStore& store, bool RefreshList,
+                                  const Desktop& desktop) {
   if (const std::string* limit = UnusableLimit(form)) {
     Tell(desktop, *limit + "\r\nError in sampling parameters", MessageIcon::Exclamation);
-    return false;
+    return std::nullopt;
   }
-  if (!CalculateStep(form, store, desktop)) return false;
+  if (!CalculateStep(form, store, desktop)) return std::nullopt;
   const double count = ReadCount(form.Steps);
   if (count > store.MaxPoints) {
     TellTooMany(desktop);
-    return false;
+    return std::nullopt;
   }
   const SampleEnd end = ReSampleList(store, PlanOf(form, count), RefreshList, desktop);
   if (end == SampleEnd::BadPoint)
     Tell(desktop, "Error while ReSampling. Remove bad points and retry", MessageIcon::Exclamation);
-  return end == SampleEnd::Done;
+  return end;
 }
 
 }  // namespace graphize

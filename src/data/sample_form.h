@@ -4,6 +4,7 @@
 #include <string>
 
 #include "capture/point_store.h"
+#include "data/resampling.h"
 #include "desktop/desktop.h"
 
 namespace graphize {
@@ -34,8 +35,9 @@ void RangeChanged(SampleForm& form, const PointStore& store);
 /// leads nowhere becomes the step of two points.
 bool CalculateStep(SampleForm& form, const PointStore& store, const Desktop& desktop);
 
-/// Replaces the list by the resampled points. False, after a message, when there are too many or
-/// when it ended at a point without a value; false, too, after Escape.
-bool ReSample(SampleForm& form, PointStore& store, bool RefreshList, const Desktop& desktop);
+/// Replaces the list by the resampled points and tells how that ended: a point without a value
+/// comes with a message. Nothing, after a message, when the boxes ask for what cannot be done.
+std::optional<SampleEnd> ReSample(SampleForm& form, PointStore& store, bool RefreshList,
+                                  const Desktop& desktop);
 
 }  // namespace graphize

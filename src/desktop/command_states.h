@@ -13,6 +13,7 @@ struct CommandStates {
 
   bool ShowLastPoint = true;  // check mark of MNU_OPT_ShowLastPoint
   bool Overlay = false;       // check mark of MNU_OPT_Overlay
+  bool SaveErrors = false;    // check mark of MNU_FileSaveErrors
 
   // Looked at when their menu opens.
   bool Paste = false;

@@ -20,7 +20,7 @@ void Stamp(const Pen& pen, PlotImage& image, int x, int y) {
 
 void PressPen(Pen& pen, PlotImage& image, PenTool tool, float x, float y, std::int32_t blockSize) {
   const std::int16_t column = ToInt16(x), row = ToInt16(y);
-  pen = {true, tool, column, row, column, row, blockSize};
+  pen = {true, tool, column, row, column, row, blockSize, {{column, row}}};
   BeginEdit(image);
   if (tool == PenTool::Draw) Stamp(pen, image, column, row);
 }
@@ -32,6 +32,7 @@ void DragPen(Pen& pen, PlotImage& image, float x, float y) {
   WalkLine(pen.LastX, pen.LastY, column, row, [&](int i, int j) { Stamp(pen, image, i, j); });
   pen.LastX = column;
   pen.LastY = row;
+  pen.Way.emplace_back(column, row);
 }
 
 void ReleasePen(Pen& pen, PlotImage& image) {

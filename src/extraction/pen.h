@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <utility>
+#include <vector>
 
 #include "image/plot_image.h"
 
@@ -15,9 +17,10 @@ enum class PenTool {
 struct Pen {
   bool Down = false;
   PenTool Tool = PenTool::Draw;
-  std::int16_t PressX = 0, PressY = 0;  // where the press began
-  std::int16_t LastX = 0, LastY = 0;    // where the drag has come
-  std::int32_t BlockSize = 0;           // the slider's value at the press
+  std::int16_t PressX = 0, PressY = 0;                     // where the press began
+  std::int16_t LastX = 0, LastY = 0;                       // where the drag has come
+  std::int32_t BlockSize = 0;                              // the slider's value at the press
+  std::vector<std::pair<std::int16_t, std::int16_t>> Way;  // from the press to where it has come
 };
 
 /// Press, drag and release on the picture (row downward, rounded half to even). They change the

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "data/list_edit.h"
+#include "workspace/plot_mouse.h"
 #include "workspace/toolbar.h"
 
 namespace graphize {
@@ -34,11 +35,18 @@ void SwitchPercent(Workspace& ws, const Desktop& desktop, bool on) {
 }
 
 void ClearAllData(Workspace& ws, const Desktop& desktop, bool Ask) {
-  if (DeleteAllData(ws.store, ws.commands, desktop, Ask)) RefreshPlot(ws);
+  EndDrag(ws);
+  if (!DeleteAllData(ws.store, ws.commands, desktop, Ask)) return;
+  RefreshPlot(ws);
+  NoteStep(ws, "clear-data");
 }
 
 void ClearSelectedPoints(Workspace& ws) {
+  const int before = ws.store.ListCount;
+  const std::string rows = std::to_string(ws.store.Page.SelectionStart) + " " +
+                           std::to_string(ws.store.Page.SelectionEnd);
   ClearSelected(ws.store);
+  if (ws.store.ListCount != before) NoteStep(ws, "clear-selected " + rows);
 }
 
 void OpenEditMenu(Workspace& ws, const Desktop& desktop) {
@@ -55,8 +63,17 @@ void PressListLine(Workspace& ws, int line, bool shift) {
   SelectLine(ws.store.Page, ws.store.ListCount, line, shift);
 }
 
+void ReDefine(Workspace& ws, int row) {
+  ReDefineAxis(ws.calibration, ws.axisPanel, ws.commands, row);
+  NoteStep(ws, "redefine " + std::to_string(row));
+}
+
 void ToggleLastPoint(Workspace& ws) {
   ws.commands.ShowLastPoint = !ws.commands.ShowLastPoint;
+}
+
+void ToggleSaveErrors(Workspace& ws) {
+  ws.commands.SaveErrors = !ws.commands.SaveErrors;
 }
 
 void ToggleOverlay(Workspace& ws) {

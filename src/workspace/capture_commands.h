@@ -23,7 +23,11 @@ void ScrollList(Workspace& ws, int value);
 void PressListLine(Workspace& ws, int line, bool shift);
 
 /// The two check marks of the Options menu.
+/// Opens a row of the axis definition, 0 to 2, and the rows after it for definition again.
+void ReDefine(Workspace& ws, int row);
+
 void ToggleLastPoint(Workspace& ws);
 void ToggleOverlay(Workspace& ws);
+void ToggleSaveErrors(Workspace& ws);
 
 }  // namespace graphize

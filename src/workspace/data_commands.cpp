@@ -1,7 +1,10 @@
 #include "workspace/data_commands.h"
 
+#include "base/numbers.h"
+#include "base/words.h"
 #include "data/curve_length.h"
 #include "data/list_edit.h"
+#include "workspace/plot_mouse.h"
 #include "workspace/toolbar.h"
 
 namespace graphize {
@@ -14,19 +17,23 @@ void Sort(Workspace& ws, const Desktop& desktop, SortOrder order) {
   ws.window.Hourglass = true;
   desktop.Pump();
   SortList(ws.store, order);
+  NoteStep(ws, order == SortOrder::Ascending ? "sort ascending" : "sort descending");
   ws.window.Hourglass = false;
 }
 
 void Swap(Workspace& ws) {
   SwapXY(ws.store);
+  NoteStep(ws, "swap");
 }
 
 void UndoList(Workspace& ws) {
   XY2List(ws.store);
+  NoteStep(ws, "undo-list");
 }
 
 void CurveLength(Workspace& ws, const Desktop& desktop) {
   CurveLength(ws.store, ws.status, desktop);
+  NoteStep(ws, "curve-length");
 }
 
 void ShowIntegrate(Workspace& ws) {
@@ -35,8 +42,13 @@ void ShowIntegrate(Workspace& ws) {
 }
 
 void Integrate(Workspace& ws, const Desktop& desktop) {
+  EndDrag(ws);
   RefreshPlot(ws);
-  Integrate(ws.integrate, ws.store, ws.calibration, ws.plot, desktop);
+  // Its shading may lie on curves that are traced later.
+  const EscapeCount escape(desktop);
+  Integrate(ws.integrate, ws.store, ws.calibration, ws.plot, escape.Verbs());
+  NoteStep(ws, "integrate " + std::to_string(ws.integrate.LowLimit) + " " +
+                   std::to_string(ws.integrate.HighLimit) + escape.StepText());
 }
 
 void ShowSample(Workspace& ws, const Desktop& desktop) {
@@ -47,7 +59,15 @@ void ShowSample(Workspace& ws, const Desktop& desktop) {
 }
 
 void ReSample(Workspace& ws, const Desktop& desktop) {
-  ReSample(ws.sample, ws.store, ws.settings.RefreshList != 0, desktop);
+  const EscapeCount escape(desktop);
+  const std::optional<SampleEnd> end =
+      ReSample(ws.sample, ws.store, ws.settings.RefreshList != 0, escape.Verbs());
+  if (!end) return;
+  const SampleForm& form = ws.sample;
+  NoteStep(ws, "resample " + AsWord(TrimRight(form.Steps)) + " " + AsWord(form.MinXBox) + " " +
+                   AsWord(form.MaxXBox) + (form.SampleXLog ? " x-log" : "") +
+                   (form.SampleYLog ? " y-log" : "") +
+                   (*end == SampleEnd::BadPoint ? " bad-point" : "") + escape.StepText());
 }
 
 }  // namespace graphize

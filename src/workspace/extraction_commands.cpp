@@ -7,6 +7,7 @@
 #include "extraction/curve_tracer.h"
 #include "extraction/smooth_tracer.h"
 #include "image/black_white.h"
+#include "workspace/plot_mouse.h"
 
 namespace graphize {
 
@@ -33,9 +34,21 @@ bool CanExtract(const Workspace& ws) {
 void Trace(Workspace& ws, const Desktop& desktop, float x, float y) {
   ws.mouse.TraceRunning = true;
   ws.window.Hourglass = true;
-  const ExtractionContext context = ExtractionOf(ws, desktop);
+  const EscapeCount escape(desktop);
+  const ExtractionContext context = ExtractionOf(ws, escape.Verbs());
   ws.settings.Trace == 1 ? TraceSmooth(context, x, y) : TraceNew(context, x, y);
+  NoteStep(ws, "trace " + PositionText(x, y) + escape.StepText());
   ws.window.Hourglass = false;
+  ws.mouse.TraceRunning = false;
+}
+
+void ScanArea(Workspace& ws, const Desktop& desktop, const ScanRectangle& area) {
+  ws.mouse.TraceRunning = true;
+  const EscapeCount escape(desktop);
+  Scan(ExtractionOf(ws, escape.Verbs()), area);
+  NoteStep(ws, "scan " + std::to_string(area.Left) + " " + std::to_string(area.Top) + " " +
+                   std::to_string(area.Right) + " " + std::to_string(area.Bottom) +
+                   escape.StepText());
   ws.mouse.TraceRunning = false;
 }
 
@@ -44,16 +57,15 @@ void FinishScanRectangle(Workspace& ws, const Desktop& desktop) {
   ws.mouse.SuppressNextClick = false;
   const ScanRectangle rectangle = ws.scanRectangle;
   if (!ReleaseScanRectangle(ws.scanRectangle)) return;
-  ws.mouse.TraceRunning = true;
-  Scan(ExtractionOf(ws, desktop), rectangle);
-  ws.mouse.TraceRunning = false;
+  ScanArea(ws, desktop, rectangle);
 }
 
 void PlaceBlocker(Workspace& ws) {
   if (!std::exchange(ws.mouse.Painting, false)) return;
   const PointStore& at = ws.store;
-  PaintBlocker(ws.blockers, ws.plot, ws.commands, ws.settings, at.CurrentPixelX,
-               ToInt16(ws.plot.Height() - at.CurrentPixelY), ws.blockSize);
+  const std::int16_t row = ToInt16(ws.plot.Height() - at.CurrentPixelY);
+  PaintBlocker(ws.blockers, ws.plot, ws.commands, ws.settings, at.CurrentPixelX, row, ws.blockSize);
+  NoteStep(ws, "block " + PositionText(at.CurrentPixelX, row) + " " + std::to_string(ws.blockSize));
 }
 
 bool CanRemoveBlockers(const Workspace& ws) {
@@ -61,18 +73,26 @@ bool CanRemoveBlockers(const Workspace& ws) {
 }
 
 void RemoveLastBlocker(Workspace& ws) {
+  EndDrag(ws);
   ClearLastBlocker(ws.blockers, ws.plot, ws.commands, ws.settings);
+  NoteStep(ws, "clear-last-blocker");
 }
 
 void RemoveAllBlockers(Workspace& ws) {
+  EndDrag(ws);
   ClearBlockers(ws.blockers, ws.plot, ws.commands);
+  NoteStep(ws, "clear-blockers");
 }
 
 void BustGrid(Workspace& ws, const Desktop& desktop, GridDirection direction, bool all, float x,
               float y) {
   ws.window.Hourglass = true;
-  RemoveGridLines(ws.plot, ws.calibration, desktop, ws.status, direction, all, ToInt16(x),
-                  ToInt16(y));
+  const EscapeCount escape(desktop);
+  const GridRemoval removal = RemoveGridLines(ws.plot, ws.calibration, escape.Verbs(), ws.status,
+                                              direction, all, ToInt16(x), ToInt16(y));
+  if (removal.Pixels > 0)
+    NoteStep(ws, std::string("grid ") + (direction == GridDirection::X ? "x " : "y ") +
+                     (all ? "all " : "one ") + PositionText(x, y) + escape.StepText());
   ws.window.Hourglass = false;
 }
 
@@ -81,23 +101,28 @@ bool CanUndoErase(const Workspace& ws) {
 }
 
 void UndoErase(Workspace& ws) {
+  EndDrag(ws);
   UndoEdit(ws.plot);
+  NoteStep(ws, "undo-edit");
   ws.plot.PersistentDrawing = true;
   // The edit modes show the picture alone; everywhere else a blocker must go on fencing.
   if (ws.mode != Mode::DrawErase && ws.mode != Mode::GridBuster)
     RedrawBlockers(ws.blockers, ws.plot, ws.settings);
 }
 
-void OfferBlackAndWhite(Workspace& ws, const Desktop& desktop, Raster& picture) {
-  if (IsBlackAndWhite(picture)) return;
-  const bool reduce = AskYesNo(desktop,
-                               "Image is not Black & White !\r\nAuto-Trace works best on BW "
-                               "images\r\n\r\nDo you want to reduce colors to BW ?");
+bool OfferBlackAndWhite(Workspace& ws, const Desktop& desktop, Raster& picture,
+                        std::optional<bool> reduce) {
+  if (IsBlackAndWhite(picture)) return false;
+  if (!reduce)
+    reduce = AskYesNo(desktop,
+                      "Image is not Black & White !\r\nAuto-Trace works best on BW "
+                      "images\r\n\r\nDo you want to reduce colors to BW ?");
   desktop.Pump();
-  if (!reduce) return;
+  if (!*reduce) return false;
   ws.status.Status = "Reducing color depth...";
   desktop.Pump();
   ReduceToBlackAndWhite(picture);
+  return true;
 }
 
 void StepIncrement(std::string& text, int step) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "desktop/desktop.h"
@@ -16,6 +17,7 @@ ExtractionContext ExtractionOf(Workspace& ws, const Desktop& desktop);
 bool CanExtract(const Workspace& ws);
 /// Runs the tracer of the settings from a picture position (row downward).
 void Trace(Workspace& ws, const Desktop& desktop, float x, float y);
+void ScanArea(Workspace& ws, const Desktop& desktop, const ScanRectangle& area);
 /// Scans the rectangle that was dragged, when it is one to scan; the rubber band goes.
 void FinishScanRectangle(Workspace& ws, const Desktop& desktop);
 
@@ -34,8 +36,10 @@ void BustGrid(Workspace& ws, const Desktop& desktop, GridDirection direction, bo
 void UndoErase(Workspace& ws);
 bool CanUndoErase(const Workspace& ws);
 
-/// Offers the reduction to black and white of a picture that has other colours: before it is shown.
-void OfferBlackAndWhite(Workspace& ws, const Desktop& desktop, Raster& picture);
+/// Offers the reduction to black and white of a picture that has other colours, before it is shown;
+/// `reduce` is the answer where it is known already. True when it was reduced.
+bool OfferBlackAndWhite(Workspace& ws, const Desktop& desktop, Raster& picture,
+                        std::optional<bool> reduce = {});
 
 /// The text of an increment box, stepped by its arrows: whole numbers from 0.
 void StepIncrement(std::string& text, int step);

@@ -10,6 +10,7 @@
 #include "image/picture_gate.h"
 #include "workspace/capture_commands.h"
 #include "workspace/extraction_commands.h"
+#include "workspace/plot_mouse.h"
 #include "workspace/toolbar.h"
 
 namespace graphize {
@@ -49,19 +50,29 @@ bool AcceptsDamage(const Desktop& desktop, const std::filesystem::path& path,
                               .DefaultIsNo = true}) == Answer::Yes;
 }
 
+/// What was read, and how: what a recipe tells of it behind "open" or "reload".
+struct Decoded {
+  Raster Picture;
+  std::string How;
+};
+
 /// Decodes the file with progress in the status bar. Nothing after a message (a file that cannot be
 /// read) or Escape.
-std::optional<Raster> Decode(Workspace& ws, const Desktop& desktop,
-                             const std::filesystem::path& path) {
+std::optional<Decoded> Decode(Workspace& ws, const Desktop& desktop,
+                              const std::filesystem::path& path, const OpenChoices& choices) {
   ws.window.Caption = kLoading;
   ws.window.Hourglass = true;
   desktop.Pump();
-  std::optional<Raster> picture;
+  std::optional<Decoded> picture;
   std::string message;
   try {
     std::optional<LoadedPicture> loaded = LoadPicture(path, ShowProgress(ws, desktop));
-    if (loaded && (loaded->Warning.empty() || AcceptsDamage(desktop, path, loaded->Warning)))
-      picture = std::move(loaded->Picture);
+    const bool damaged = loaded && !loaded->Warning.empty();
+    if (damaged && choices.AcceptDamage == false)
+      throw RunTimeError("\"" + path.filename().string() + "\": " + loaded->Warning);
+    if (loaded && (!damaged || choices.AcceptDamage ||
+                   AcceptsDamage(desktop, path, loaded->Warning)))
+      picture = {std::move(loaded->Picture), damaged ? "damaged" : ""};
   } catch (const RunTimeError& error) {
     message = error.what();
   }
@@ -72,15 +83,17 @@ std::optional<Raster> Decode(Workspace& ws, const Desktop& desktop,
     ShowPictureCaption(ws);
   }
   if (!message.empty()) Tell(desktop, message, MessageIcon::Exclamation);
-  if (picture) OfferBlackAndWhite(ws, desktop, *picture);
+  if (picture && OfferBlackAndWhite(ws, desktop, picture->Picture, choices.BlackAndWhite))
+    picture->How += std::string(picture->How.empty() ? "" : " ") + "black-and-white";
   return picture;
 }
 
 /// Steps 1 and 2 of opening: what happens before the user has chosen.
-void OfferReset(Workspace& ws, const Desktop& desktop) {
-  if (ws.calibration.AnyDefined() &&
-      AskYesNo(desktop, "Clear data and reset axis definisions ?"))
-    Reset(ws, desktop);
+void OfferReset(Workspace& ws, const Desktop& desktop, std::optional<bool> reset = {}) {
+  if (ws.calibration.AnyDefined()) {
+    if (!reset) reset = AskYesNo(desktop, "Clear data and reset axis definisions ?");
+    if (*reset) Reset(ws, desktop);
+  }
   ReleaseButtons(ws);
 }
 
@@ -89,9 +102,10 @@ void KeepPictureUsable(Workspace& ws) {
   ws.commands.Picture = ws.plot.IsPresent();
 }
 
-void OpenChosen(Workspace& ws, const Desktop& desktop, const std::filesystem::path& path) {
+void OpenChosen(Workspace& ws, const Desktop& desktop, const std::filesystem::path& path,
+                const OpenChoices& choices) {
   ws.status.Status = "Loading File ...";
-  std::optional<Raster> picture = Decode(ws, desktop, path);
+  std::optional<Decoded> picture = Decode(ws, desktop, path, choices);
   if (!picture) return KeepPictureUsable(ws);
   ws.picture = {.Name = LowerCase(path.filename().string()),
                 .Path = LowerCase(path.string()),
@@ -99,7 +113,8 @@ void OpenChosen(Workspace& ws, const Desktop& desktop, const std::filesystem::pa
                 .Folder = path.parent_path(),
                 .FromFile = true,
                 .WithoutFile = false};
-  LoadImage(ws, desktop, std::move(*picture), ws.picture.Name);
+  LoadImage(ws, desktop, std::move(picture->Picture), ws.picture.Name);
+  NoteOpened(ws, picture->How);
   ws.status.Status = " ";
 }
 
@@ -111,11 +126,9 @@ std::string ImageFileProposal(const std::string& name, std::int16_t format) {
 void AskAndOpen(Workspace& ws, const Desktop& desktop, const char* title, const char* names,
                 const char* filters) {
   OfferReset(ws, desktop);
-  const auto path = desktop.ChooseFile({.Title = title,
-                                        .Folder = ws.picture.Folder,
-                                        .FileName = names,
-                                        .Filters = filters});
-  path ? OpenChosen(ws, desktop, *path) : KeepPictureUsable(ws);
+  const auto path = desktop.ChooseFile(
+      {.Title = title, .Folder = ws.picture.Folder, .FileName = names, .Filters = filters});
+  path ? OpenChosen(ws, desktop, *path, {}) : KeepPictureUsable(ws);
 }
 
 }  // namespace
@@ -128,20 +141,22 @@ void OpenOtherPicture(Workspace& ws, const Desktop& desktop) {
   AskAndOpen(ws, desktop, "Open Other Picture", "", kOtherFilters);
 }
 
-void OpenPicture(Workspace& ws, const Desktop& desktop, const std::filesystem::path& path) {
-  OfferReset(ws, desktop);
-  OpenChosen(ws, desktop, path);
+void OpenPicture(Workspace& ws, const Desktop& desktop, const std::filesystem::path& path,
+                 const OpenChoices& choices) {
+  OfferReset(ws, desktop, choices.Reset);
+  OpenChosen(ws, desktop, path, choices);
 }
 
 bool CanReload(const Workspace& ws) {
   return ws.commands.Picture && ws.picture.FromFile && !ws.picture.ChosenPath.empty();
 }
 
-void ReloadImage(Workspace& ws, const Desktop& desktop) {
+void ReloadPicture(Workspace& ws, const Desktop& desktop, const OpenChoices& choices) {
   if (!ws.picture.FromFile || ws.picture.ChosenPath.empty()) return;
-  std::optional<Raster> picture = Decode(ws, desktop, ws.picture.ChosenPath);
+  std::optional<Decoded> picture = Decode(ws, desktop, ws.picture.ChosenPath, choices);
   if (!picture) return;
-  SetPicture(ws.plot, std::move(*picture));
+  EndDrag(ws);
+  SetPicture(ws.plot, std::move(picture->Picture));
   ws.window.Caption = "GRAPHIZE is Resizing ....";
   desktop.Pump();
   ws.view.X = ws.view.Y = 0;
@@ -150,6 +165,11 @@ void ReloadImage(Workspace& ws, const Desktop& desktop) {
   ShowPictureSize(ws);
   ShowPictureCaption(ws);
   ws.status.Status = " ";
+  NoteStep(ws, TrimRight("reload " + picture->How));
+}
+
+void ReloadImage(Workspace& ws, const Desktop& desktop) {
+  ReloadPicture(ws, desktop, {});
 }
 
 void PasteImage(Workspace& ws, const Desktop& desktop) {
@@ -174,6 +194,7 @@ void PasteImage(Workspace& ws, const Desktop& desktop) {
                   .Folder = ws.picture.Folder,
                   .FromFile = false,
                   .WithoutFile = true};
+    NoteOpened(ws, "");
   }
   ws.status.Status = " ";
   ws.window.Hourglass = false;
@@ -217,8 +238,9 @@ void SaveImageAs(Workspace& ws, const Desktop& desktop) {
 }
 
 void Reset(Workspace& ws, const Desktop& desktop) {
-  ClearAllData(ws, desktop, false);
-  RemoveAllBlockers(ws);
+  DeleteAllData(ws.store, ws.commands, desktop, false);
+  ClearBlockers(ws.blockers, ws.plot, ws.commands);
+  RefreshPlot(ws);
   InitAxisDefFrame(ws.calibration, ws.axisPanel);
   ChoosePixelDisplay(ws, desktop);
   ws.commands.Picture = false;
@@ -232,6 +254,7 @@ void Reset(Workspace& ws, const Desktop& desktop) {
   ws.picture.FromFile = true;
   ws.picture.WithoutFile = false;
   ShowFrame(ws, "Graphize");
+  NoteStep(ws, "reset");
 }
 
 void LoadImage(Workspace& ws, const Desktop& desktop, Raster picture,

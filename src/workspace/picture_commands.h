@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 
 #include "desktop/desktop.h"
@@ -12,12 +13,21 @@ namespace graphize {
 void OpenImage(Workspace& ws, const Desktop& desktop);
 /// The same with a list of every type that can be read.
 void OpenOtherPicture(Workspace& ws, const Desktop& desktop);
+/// What would be asked while a picture is opened; without a value it is asked.
+struct OpenChoices {
+  std::optional<bool> Reset;          // of points and axes, when there are some
+  std::optional<bool> AcceptDamage;   // without it a damaged picture is an error that is told
+  std::optional<bool> BlackAndWhite;  // reduced, unless it is black and white
+};
+
 /// Opens `path` through the same steps without asking for a file. A file that cannot be read gives
 /// one message; picture, points and calibration stay.
-void OpenPicture(Workspace& ws, const Desktop& desktop, const std::filesystem::path& path);
+void OpenPicture(Workspace& ws, const Desktop& desktop, const std::filesystem::path& path,
+                 const OpenChoices& choices = {});
 
 /// Reads the current file again: points, blockers, calibration and mode stay.
 void ReloadImage(Workspace& ws, const Desktop& desktop);
+void ReloadPicture(Workspace& ws, const Desktop& desktop, const OpenChoices& choices);
 bool CanReload(const Workspace& ws);
 
 void PasteImage(Workspace& ws, const Desktop& desktop);

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "base/numbers.h"
+#include "base/words.h"
 #include "capture/snap.h"
 #include "workspace/extraction_commands.h"
 
@@ -19,10 +20,27 @@ int DraggingButton(const Workspace& ws) {
   return 0;
 }
 
+void NotePen(Workspace& ws) {
+  std::string step =
+      (ws.pen.Tool == PenTool::Draw ? "draw " : "erase ") + std::to_string(ws.pen.BlockSize);
+  for (const auto& [x, y] : ws.pen.Way) step += " " + std::to_string(x) + "," + std::to_string(y);
+  NoteStep(ws, step);
+}
+
+void NoteAxis(Workspace& ws, int row) {
+  const AxisPanel::Row& typed = ws.axisPanel.Rows[row];
+  NoteStep(ws, "axis " + std::to_string(row) + " " +
+                   PositionText(static_cast<float>(ws.readOut.PlotX),
+                                static_cast<float>(ws.readOut.PlotY)) +
+                   " " + AsWord(typed.XText) + " " + AsWord(typed.YText));
+}
+
 }  // namespace
 
 void EndDrag(Workspace& ws) {
   ws.scanRectangle.Active = false;
+  // What the pen has changed by now stays.
+  if (ws.pen.Down && (ws.pen.Tool == PenTool::Draw || ws.pen.Way.size() > 1)) NotePen(ws);
   ws.pen.Down = false;
   ws.mouse.Painting = false;
   ws.mouse.SuppressNextClick = false;
@@ -63,16 +81,19 @@ void Plot_MouseDown(Workspace& ws, const Desktop& desktop, int Button, int Shift
   ws.mouse.DownPixelY = ToInt16(Y);
   if (ws.mode != Mode::Graphize || Button != kLeftButton) return;
   ws.mouse.PressFailed = true;  // until it is seen not to
-  const auto snapped =
-      SnapToXY(ws.plot, X, Y, ws.settings.SnapMode, ws.settings.SnapDistance);
+  const auto snapped = SnapToXY(ws.plot, X, Y, ws.settings.SnapMode, ws.settings.SnapDistance);
   if (snapped) Plot_MouseMove(ws, desktop, 0, 0, snapped->X, snapped->Y);
   ws.mouse.PressFailed = false;
+  ws.mouse.CapturePress = {ws.readOut.PlotX, ws.readOut.PlotY};
 }
 
 void Plot_MouseUp(Workspace& ws, const Desktop& desktop, int Button, int /*Shift*/, float /*X*/,
                   float /*Y*/) {
   if (Button == kRightButton && ws.scanRectangle.Active) FinishScanRectangle(ws, desktop);
-  if (ws.pen.Down && Button == DraggingButton(ws)) ReleasePen(ws.pen, ws.plot);
+  if (ws.pen.Down && Button == DraggingButton(ws)) {
+    ReleasePen(ws.pen, ws.plot);
+    NotePen(ws);
+  }
 }
 
 void Plot_Click(Workspace& ws, const Desktop& desktop) {
@@ -81,11 +102,18 @@ void Plot_Click(Workspace& ws, const Desktop& desktop) {
   if (std::exchange(ws.mouse.PressFailed, false)) return;
   if (ws.mode == Mode::AxisDef) {
     AxisCalibration& calibration = ws.calibration;
-    const bool ok = DefineAxis(calibration, ws.axisPanel, ws.commands, desktop,
-                               calibration.CurrentRow);
-    if (ok && calibration.CurrentRow < 2) ++calibration.CurrentRow;
+    const int row = calibration.CurrentRow;
+    if (!DefineAxis(calibration, ws.axisPanel, ws.commands, desktop, row)) return;
+    NoteAxis(ws, row);
+    if (row < 2) ++calibration.CurrentRow;
   } else if (ws.mode == Mode::Graphize) {
-    AddPoint(ws.store, ws.commands, desktop, true);
+    const auto press = std::exchange(ws.mouse.CapturePress, std::nullopt);
+    if (AddPoint(ws.store, ws.commands, desktop, true)) return;
+    // A pointer that was moved since the press captures where it is, without snapping.
+    const PlotPixel at{ws.readOut.PlotX, ws.readOut.PlotY};
+    press && press->X == at.X && press->Y == at.Y
+        ? NoteStep(ws, "capture " + PositionText(ws.mouse.DownPixelX, ws.mouse.DownPixelY))
+        : NoteStep(ws, "point " + PositionText(static_cast<float>(at.X), static_cast<float>(at.Y)));
   } else if (ws.mode == Mode::BlockTest) {
     PlaceBlocker(ws);
   }

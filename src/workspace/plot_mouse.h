@@ -14,7 +14,8 @@ inline constexpr int kShiftKey = 1, kCtrlKey = 2;
 void Plot_MouseMove(Workspace& ws, const Desktop& desktop, int Button, int Shift, float X, float Y);
 void Plot_MouseDown(Workspace& ws, const Desktop& desktop, int Button, int Shift, float X, float Y);
 void Plot_MouseUp(Workspace& ws, const Desktop& desktop, int Button, int Shift, float X, float Y);
-/// Ends what a press on the picture has begun, without finishing it: its release went elsewhere.
+/// Ends what a press on the picture has begun, without finishing it: its release went elsewhere, or
+/// a menu or key changes the picture meanwhile.
 void EndDrag(Workspace& ws);
 /// A left button released over the plot that was pressed there, or Enter: acts on the position that
 /// the last move or the snapping has left.

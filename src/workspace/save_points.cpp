@@ -2,6 +2,7 @@
 
 #include "base/numbers.h"
 #include "base/run_time_error.h"
+#include "base/words.h"
 #include "data/data_file.h"
 
 namespace graphize {
@@ -9,6 +10,20 @@ namespace graphize {
 bool CanSavePoints(const Workspace& ws) {
   return ws.commands.Data;
 }
+
+namespace {
+
+/// The two columns of pixel sizes when they are wanted; a list that has none is told.
+std::vector<RowError> ErrorColumns(const Workspace& ws, const Desktop& desktop) {
+  if (!ws.commands.SaveErrors) return {};
+  if (HasRowErrors(ws.store, ws.calibration)) return RowErrorsOf(ws.store, ws.calibration);
+  Tell(desktop,
+       "The rows of the list are no places on the picture: they are saved without errors",
+       MessageIcon::Exclamation);
+  return {};
+}
+
+}  // namespace
 
 bool SavePoints(Workspace& ws, const Desktop& desktop) {
   const std::string title = desktop.Prompt(
@@ -25,8 +40,11 @@ bool SavePoints(Workspace& ws, const Desktop& desktop) {
     ws.dataFileName = LowerCase(path->string());
     ws.window.Hourglass = true;
     desktop.Pump();
-    WriteDataFile(*path, title, ws.store, ws.formats, ws.settings.DecimalPoint);
+    WriteDataFile(*path, DataFileText(title, ws.store, ws.formats, ws.settings.DecimalPoint,
+                                      ErrorColumns(ws, desktop)));
     written = true;
+    ws.dataFileTitle = title;
+    NoteStep(ws, "save " + AsWord(title));
   } catch (const RunTimeError& error) {
     Tell(desktop, std::string("Error while saving. \r\n") + error.what(), MessageIcon::Critical);
   }

@@ -28,8 +28,8 @@ void EnterEditMode(Workspace& ws, std::string_view key) {
 }
 
 void EnterMode(Workspace& ws, const Desktop& desktop, std::string_view key) {
-  EndDrag(ws);
   ws.mode = ModeOfKey(key);
+  NoteStep(ws, "mode " + std::string(key));
   if (ws.mode == Mode::DrawErase || ws.mode == Mode::GridBuster) return EnterEditMode(ws, key);
   LeaveEdit(ws);
   ShowFrame(ws, key);
@@ -60,14 +60,18 @@ bool IsPressed(const Workspace& ws, std::string_view key) {
 }
 
 void Toolbar_ButtonClick(Workspace& ws, const Desktop& desktop, std::string_view key) {
+  EndDrag(ws);
   if (key == "open") return OpenImage(ws, desktop);
   if (key == "save") return SavePoints(ws, desktop), void();
   if (key == "copy") return CopyPoints(ws, desktop);
   if (key == "paste") return PasteImage(ws, desktop);
   if (key == "setup") return ShowOptions(ws);
-  if (key == "refresh") return RefreshPlot(ws);
+  if (key == "refresh") {
+    RefreshPlot(ws);
+    return NoteStep(ws, "refresh");
+  }
   if (key == "undo") {
-    LeaveEdit(ws);
+    LeaveEdit(ws);  // nothing that a step tells: it changes no pixel
     return RemoveLastBlocker(ws);
   }
   if (key == "delete") {
@@ -79,6 +83,7 @@ void Toolbar_ButtonClick(Workspace& ws, const Desktop& desktop, std::string_view
 
 void ReleaseButtons(Workspace& ws) {
   EndDrag(ws);
+  if (ws.mode != Mode::None) NoteStep(ws, "mode none");
   ws.mode = Mode::None;
 }
 

@@ -2,9 +2,11 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 
 #include "calibration/axis_calibration.h"
+#include "calibration/transform.h"
 #include "capture/cursor.h"
 #include "capture/point_store.h"
 #include "data/integration.h"
@@ -22,6 +24,7 @@
 #include "settings/settings.h"
 #include "settings/window_placement.h"
 #include "workspace/mode.h"
+#include "workspace/recipe.h"
 
 namespace graphize {
 
@@ -34,7 +37,7 @@ struct PictureSource {
   std::string Path;  // the whole path, lower case
   std::filesystem::path ChosenPath;
   std::filesystem::path Folder;  // where file dialogs start
-  bool FromFile = true;  // reload acts only on these
+  bool FromFile = true;          // reload acts only on these
   bool WithoutFile = false;
 };
 
@@ -44,17 +47,18 @@ struct PlotMouse {
   bool SuppressNextClick = false;
   bool Painting = false;  // a left press in blocker mode waits for its click
   bool TraceRunning = false;
-  bool PressFailed = false;  // the press ended in an error: its click captures nothing
+  bool PressFailed = false;               // the press ended in an error: its click captures nothing
+  std::optional<PlotPixel> CapturePress;  // where the last press has led, row downward
 };
 
 /// The frame of the main window.
 struct WindowFrame {
   std::string Caption = kTitle;
   bool Hourglass = false;
-  bool AxisPanelShown = false;  // else the panel of the capture modes
+  bool AxisPanelShown = false;            // else the panel of the capture modes
   int ScreenWidth = 0, ScreenHeight = 0;  // pixels
-  WindowPlacement Placement;    // in force
-  bool PlacementAsked = false;  // the window is to take `Placement` over, once
+  WindowPlacement Placement;              // in force
+  bool PlacementAsked = false;            // the window is to take `Placement` over, once
 };
 
 /// The zoom window over the picture.
@@ -81,7 +85,8 @@ struct Workspace {
 
   PointStore store;
   ReadOut readOut;
-  std::string dataFileName;  // path of the last data file, lower case
+  std::string dataFileName;   // path of the last data file, lower case
+  std::string dataFileTitle;  // and its title line
 
   TracerControl tracer;
   ScanRectangle scanRectangle;
@@ -101,6 +106,8 @@ struct Workspace {
   IntegrateForm integrate;
   SampleForm sample;
   OptionsForm options;
+
+  Recipe recipe;
 
   bool commandRuns = false;  // commands never nest
 };

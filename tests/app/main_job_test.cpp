@@ -1,9 +1,13 @@
 // The main job with the real window: open, calibrate, capture, save.
 
 #include <QAction>
+#include <QTabWidget>
 #include <fstream>
+#include <sstream>
 
 #include "app/window_driver.h"
+#include "batch/batch.h"
+#include "support/temporary_folder.h"
 #include "support/true_data.h"
 
 namespace graphize::test {
@@ -120,6 +124,40 @@ TEST_F(MainJob, TheListSelectsAndClears) {
   ClickTool("delete");
   EXPECT_EQ(State().store.ListCount, 0);
   EXPECT_FALSE(IsEnabled("delete") || IsEnabled("MNU_FileSave"));
+}
+
+TEST_F(MainJob, ASavedRecipeGivesTheSavedFileAgain) {
+  Start();
+  // A way to points with a bit of everything.
+  OpenSample("pendulum.bmp");
+  CalibratePendulum();
+  ClickPlot(76, 60);
+  ClickTool("blocktest");
+  ClickPlot(400, 235);
+  ClickTool("drawerase");
+  ClickPlot(300, 100, 3);
+  ClickTool("graphize");
+  ClickPlot(77, 58, 3);
+  ChooseMenu("MNU_DATA_SORT_Dec");
+  ChooseForm("MNU_OPT_Settings", "frmOptions");
+  Find<QTabWidget>("Tabs")->setCurrentIndex(5);
+  ClickControl(Find<QWidget>("CHK_Exp_0"));
+  ClickControl(Find<QWidget>("CHK_Delimiter_3"));
+  ClickControl(Find<QWidget>("cmdOK"));
+  Until([this] { return !FormIsOpen(); }, "the settings are closed");
+  ChooseMenu("MNU_FileSaveErrors");
+  OnPrompt("A title");
+  OnFileDialog(Folder() / "window.dat");
+  ChooseMenu("MNU_FileSave");
+  OnFileDialog(Folder() / "pendulum.recipe");
+  ChooseMenu("MNU_FileSaveRecipe");
+  ASSERT_TRUE(std::filesystem::exists(Folder() / "pendulum.recipe"));
+
+  std::ostringstream out, err;
+  EXPECT_EQ(RunBatch({"replay", Folder() / "pendulum.recipe", "-o", "-"}, {out, err}), 0)
+      << err.str();
+  EXPECT_GT(out.str().size(), 5000u);
+  EXPECT_EQ(out.str(), BytesOf(Folder() / "window.dat"));
 }
 
 }  // namespace

@@ -49,7 +49,7 @@ TEST(DataFile, HoldsTheTitleAndOneLinePerRow) {
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
     const PointStore store = MakeStore(c.points);
-    WriteDataFile(path, c.title, store, c.formats, c.decimalPoint);
+    WriteDataFile(path, DataFileText(c.title, store, c.formats, c.decimalPoint));
     const std::string bytes = BytesOf(path);
     EXPECT_EQ(bytes, c.expected);
     // The clipboard has the same lines without title and last line end.
@@ -80,7 +80,7 @@ TEST(DataFile, AFullStoreIsWrittenWholeAndReadsBack) {
   const TemporaryFolder folder;
   const auto path = folder / "full.dat";
   // Nine significant digits name a single-precision number.
-  WriteDataFile(path, "", store, {"0.00000000E+00", "0.00000000E+00", " "}, true);
+  WriteDataFile(path, DataFileText("", store, {"0.00000000E+00", "0.00000000E+00", " "}, true));
   std::istringstream lines(BytesOf(path));
   int count = 0;
   for (std::string x, y; lines >> x >> y;) {
@@ -104,7 +104,7 @@ TEST(DataFile, EveryFailureIsTheSystemsDescription) {
   const PointStore store = MakeStore({{1, 2}});
   for (const auto& [path, reason] : cases) {
     try {
-      WriteDataFile(path, "title", store, {}, true);
+      WriteDataFile(path, DataFileText("title", store, {}, true));
       ADD_FAILURE() << "no error for " << path;
     } catch (const RunTimeError& error) {
       EXPECT_EQ(error.what(), std::make_error_code(reason).message()) << path;

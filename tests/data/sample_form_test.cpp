@@ -241,13 +241,13 @@ TEST(SampleForm, ABadPointIsTold) {
   form.MinXBox = "0.5";
   ScriptedDesktop desktop;
   desktop.ExpectMessage("Error while ReSampling. Remove bad points and retry");
-  EXPECT_FALSE(ReSample(form, store, false, desktop));
+  EXPECT_EQ(ReSample(form, store, false, desktop), SampleEnd::BadPoint);
   EXPECT_EQ(store.ListCount, 0);
   form.SampleYLog = false;
-  EXPECT_TRUE(ReSample(form, store, false, desktop));
+  EXPECT_EQ(SampleEnd::Done, ReSample(form, store, false, desktop));
   // Escape is no error.
   desktop.EscapeAfter = 0;
-  EXPECT_FALSE(ReSample(form, store, false, desktop));
+  EXPECT_EQ(ReSample(form, store, false, desktop), SampleEnd::Stopped);
   EXPECT_EQ(store.ListCount, 1);
 }
 

@@ -1,0 +1,35 @@
+#include "batch/console.h"
+
+namespace graphize {
+
+std::string OneLine(const std::string& text) {
+  std::string line;
+  for (const char c : text) {
+    if (c != '\r' && c != '\n')
+      line += c;
+    else if (!line.empty() && line.back() != ' ')
+      line += ' ';
+  }
+  while (!line.empty() && line.back() == ' ') line.pop_back();
+  return line;
+}
+
+Console::Console() {
+  verbs_.ShowMessage = [this](const Message& message) {
+    const bool note =
+        message.Icon == MessageIcon::Information && message.Buttons == MessageButtons::Ok;
+    (note ? Notes : Problems).push_back(OneLine(message.Text));
+    return message.Buttons == MessageButtons::Ok ? Answer::Ok : Answer::No;
+  };
+  verbs_.Prompt = [](const TextPrompt&) { return std::string(); };
+  verbs_.ChooseFile = [](const FileQuestion&) { return std::nullopt; };
+  verbs_.ClipboardHasPicture = [] { return false; };
+  verbs_.ClipboardPicture = [] { return Raster(); };
+  verbs_.CopyText = [](const std::string&) {};
+  verbs_.Pump = [] {};
+  verbs_.EscapeHeld = [] { return false; };
+  verbs_.MovePointer = [](int, int) { return false; };
+  verbs_.PointerOverPlot = [] { return false; };
+}
+
+}  // namespace graphize

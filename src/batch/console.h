@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "desktop/desktop.h"
+
+namespace graphize {
+
+/// A desktop without a window: what operations tell is kept for the end of the run. Questions have
+/// no one to answer them, so they are problems, too; Escape is never held.
+class Console {
+ public:
+  Console();
+  Console(const Console&) = delete;
+  Console& operator=(const Console&) = delete;
+
+  const Desktop& Verbs() const { return verbs_; }
+
+  std::vector<std::string> Notes;     // information, one line each
+  std::vector<std::string> Problems;  // all else
+
+ private:
+  Desktop verbs_;
+};
+
+/// A message of several lines as one.
+std::string OneLine(const std::string& text);
+
+}  // namespace graphize

@@ -1,0 +1,342 @@
+#include "batch/digitize.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <string_view>
+
+#include "base/words.h"
+
+namespace graphize {
+
+namespace {
+
+using Takes = OptionSpec::Takes;
+
+constexpr OptionSpec kOptions[] = {
+    {"origin", 0, Takes::Value},
+    {"x-axis", 0, Takes::Value},
+    {"y-axis", 0, Takes::Value},
+    {"x-log"},
+    {"y-log"},
+    {"black-white"},
+    {"damaged"},
+    {"grid", 0, Takes::Value, true},
+    {"grid-line", 0, Takes::Value, true},
+    {"erase", 0, Takes::Value, true},
+    {"block", 0, Takes::Value, true},
+    {"point", 0, Takes::Value, true},
+    {"trace", 0, Takes::Value, true},
+    {"scan", 0, Takes::Value, true},
+    {"snap", 0, Takes::Value},
+    {"snap-distance", 0, Takes::Value},
+    {"algorithm", 0, Takes::Value},
+    {"x-increment", 0, Takes::Value},
+    {"y-increment", 0, Takes::Value},
+    {"emit", 0, Takes::Value},
+    {"sort", 0, Takes::Value, true},
+    {"swap", 0, Takes::Nothing, true},
+    {"resample", 0, Takes::Value, true},
+    {"resample-log", 0, Takes::Value},
+    {"curve-length", 0, Takes::Nothing, true},
+    {"integrate", 0, Takes::OptionalValue, true},
+    {"digits", 0, Takes::Value},
+    {"decimals", 0, Takes::Value},
+    {"exponent", 0, Takes::Value},
+    {"delimiter", 0, Takes::Value},
+    {"decimal-point", 0, Takes::Value},
+    {"title", 0, Takes::Value},
+    {"errors"},
+};
+
+std::vector<std::string> Split(const std::string& text, char separator) {
+  std::vector<std::string> parts(1);
+  for (const char c : text) {
+    if (c == separator)
+      parts.emplace_back();
+    else
+      parts.back() += c;
+  }
+  return parts;
+}
+
+[[noreturn]] void Refuse(const GivenOption& option, const std::string& expected) {
+  throw UsageError("--" + std::string(option.Spec->Long) + " \"" + option.Value +
+                   "\": " + expected);
+}
+
+/// "140,220" as the words of a step: "140 220".
+std::string Positions(const GivenOption& option, const std::string& text, std::size_t count,
+                      const char* expected) {
+  const std::vector<std::string> parts = Split(text, ',');
+  std::string words;
+  for (const std::string& part : parts) {
+    const auto number = WholeNumberText(part);
+    if (!number || *number < 0 || *number > 32766) Refuse(option, expected);
+    words += (words.empty() ? "" : " ") + part;
+  }
+  if (parts.size() != count) Refuse(option, expected);
+  return words;
+}
+
+constexpr const char* kPosition = "COLUMN,ROW in pixels is expected";
+
+class Maker {
+ public:
+  explicit Maker(const CommandLine& line) : line_(line) {}
+
+  std::vector<BatchStep> Make() {
+    Add(std::string("open") + (line_.Has("damaged") ? " damaged" : "") +
+            (line_.Has("black-white") ? " black-and-white" : ""),
+        "opening");
+    MakeSettings();
+    MakeFormat();
+    MakeAxes();
+    for (const GivenOption& option : line_.Options) MakeOnPicture(option);
+    if (!captures_) throw UsageError("nothing is captured: --point, --trace or --scan is missing");
+    for (const GivenOption& option : line_.Options) MakeOnList(option);
+    if (const GivenOption* title = line_.Find("title"))
+      Add("save " + AsWord(title->Value), title->Name());
+    return std::move(steps_);
+  }
+
+ private:
+  void Add(const std::string& text, const std::string& origin) { steps_.push_back({text, origin}); }
+
+  void Set(const char* option, const std::string& value, const std::string& origin) {
+    Add(std::string("set ") + option + " " + AsWord(value), origin);
+  }
+
+  void MakeSettings() {
+    for (const char* log : {"x-log", "y-log"})
+      if (line_.Has(log)) Set(log, "on", std::string("--") + log);
+    CopyChoice("snap", "snap", {"none", "x", "y", "center"});
+    CopyNumber("snap-distance", {"snap-distance"}, 0, 32767);
+    CopyChoice("algorithm", "tracer", {"peaks", "smooth"});
+    CopyNumber("x-increment", {"x-increment"}, 0, 32767);
+    CopyNumber("y-increment", {"y-increment"}, 0, 32767);
+    if (const GivenOption* emit = line_.Find("emit")) {
+      static constexpr std::array kPoints = {"center", "above", "below"};
+      const std::vector<std::string> wanted = Split(emit->Value, ',');
+      for (const std::string& point : wanted)
+        if (std::find(kPoints.begin(), kPoints.end(), point) == kPoints.end())
+          Refuse(*emit, "some of center,above,below are expected");
+      for (const char* point : kPoints) {
+        const bool on = std::find(wanted.begin(), wanted.end(), point) != wanted.end();
+        Set(point, on ? "on" : "off", emit->Name());
+      }
+    }
+    if (line_.Has("errors")) Set("errors", "on", "--errors");
+  }
+
+  void MakeFormat() {
+    CopyNumber("digits", {"x-digits", "y-digits"}, 1, 15);
+    CopyNumber("decimals", {"x-decimals", "y-decimals"}, 0, 15);
+    if (const GivenOption* option = line_.Find("exponent")) {
+      const std::vector<std::string> values = ForBothAxes(*option);
+      for (const std::string& value : values)
+        if (value != "on" && value != "off")
+          Refuse(*option, "on or off is expected, or one of each");
+      Set("x-exponent", values[0], option->Name());
+      Set("y-exponent", values[1], option->Name());
+    }
+    CopyChoice("delimiter", "delimiter", {"tab", "comma", "space", "semicolon"});
+    if (const GivenOption* option = line_.Find("decimal-point")) {
+      if (option->Value != "point" && option->Value != "comma")
+        Refuse(*option, "point or comma is expected");
+      Set("decimal-point", option->Value == "point" ? "on" : "off", option->Name());
+    }
+  }
+
+  void MakeAxes() {
+    Add("mode axisdef", "opening");
+    const GivenOption& origin = Needed("origin");
+    const auto [at, values] = SplitAxis(origin, 2, "COLUMN,ROW:X,Y is expected");
+    Add("axis 0 " + at + " " + values[0] + " " + values[1], origin.Name());
+    const GivenOption& x = Needed("x-axis");
+    const auto [xAt, xValues] = SplitAxis(x, 1, "COLUMN,ROW:X is expected");
+    Add("axis 1 " + xAt + " " + xValues[0] + " " + values[1], x.Name());
+    const GivenOption& y = Needed("y-axis");
+    const auto [yAt, yValues] = SplitAxis(y, 1, "COLUMN,ROW:Y is expected");
+    Add("axis 2 " + yAt + " " + values[0] + " " + yValues[0], y.Name());
+    CheckLog("x-log", {values[0], xValues[0]}, {&origin, &x});
+    CheckLog("y-log", {values[1], yValues[0]}, {&origin, &y});
+    mode_ = "axisdef";
+  }
+
+  void MakeOnPicture(const GivenOption& option) {
+    if (option.Is("grid")) {
+      const auto [lines, at] = SplitOff(option.Value);
+      if (lines != "x" && lines != "y" && lines != "both")
+        Refuse(option, "x, y or both is expected");
+      // Where nothing is: the frame stays.
+      const std::string click = at.empty() ? "-1 -1" : Positions(option, at, 2, kPosition);
+      for (const char* direction : {"x", "y"})
+        if (lines == direction || lines == "both")
+          In("gridbuster", std::string("grid ") + direction + " all " + click, option);
+    } else if (option.Is("grid-line")) {
+      const auto [line, at] = SplitOff(option.Value);
+      if (line != "x" && line != "y") Refuse(option, "x:COLUMN,ROW or y:COLUMN,ROW is expected");
+      In("gridbuster", "grid " + line + " one " + Positions(option, at, 2, kPosition), option);
+    } else if (option.Is("erase")) {
+      const auto [at, size] = Sized(option);
+      std::string comma = Positions(option, at, 2, kPosition);
+      comma[comma.find(' ')] = ',';
+      In("drawerase", "erase " + size + " " + comma, option);
+    } else if (option.Is("block")) {
+      const auto [at, size] = Sized(option);
+      In("blocktest", "block " + Positions(option, at, 2, kPosition) + " " + size, option);
+    } else if (option.Is("point")) {
+      Capture("capture " + Positions(option, option.Value, 2, kPosition), "", option);
+    } else if (option.Is("trace")) {
+      Capture("trace " + Positions(option, option.Value, 2, kPosition), "3", option);
+    } else if (option.Is("scan")) {
+      Capture("scan " + Positions(option, option.Value, 4, "LEFT,TOP,RIGHT,BOTTOM is expected"),
+              "2", option);
+    }
+  }
+
+  void MakeOnList(const GivenOption& option) {
+    if (option.Is("sort")) {
+      if (option.Value != "ascending" && option.Value != "descending")
+        Refuse(option, "ascending or descending is expected");
+      Add("sort " + option.Value, option.Name());
+    } else if (option.Is("swap")) {
+      Add("swap", option.Name());
+    } else if (option.Is("curve-length")) {
+      Add("curve-length", option.Name());
+    } else if (option.Is("resample")) {
+      AddResample(option);
+    } else if (option.Is("integrate")) {
+      std::string limits = "all";
+      if (!option.Value.empty())
+        limits = Positions(option, option.Value, 2, "LOW,HIGH is expected, numbers of points");
+      Add("integrate " + limits, option.Name());
+    }
+  }
+
+  void AddResample(const GivenOption& option) {
+    const char* expected = "COUNT or COUNT:FIRST,LAST is expected";
+    const auto [count, range] = SplitOff(option.Value);
+    if (!IntegerText(count, 2, 32767)) Refuse(option, expected);
+    std::string limits = "auto auto";
+    if (!range.empty()) {
+      const std::vector<std::string> ends = Split(range, ',');
+      if (ends.size() != 2 || !WholeNumberText(ends[0]) || !WholeNumberText(ends[1]))
+        Refuse(option, expected);
+      limits = ends[0] + " " + ends[1];
+    }
+    std::string logs;
+    if (const GivenOption* log = line_.Find("resample-log")) {
+      if (log->Value != "x" && log->Value != "y" && log->Value != "both")
+        Refuse(*log, "x, y or both is expected");
+      logs = std::string(log->Value != "y" ? " x-log" : "") + (log->Value != "x" ? " y-log" : "");
+    }
+    Add("resample " + count + " " + limits + logs, option.Name());
+  }
+
+  /// A step in the mode that it needs.
+  void In(const std::string& mode, const std::string& step, const GivenOption& option) {
+    if (mode != mode_) Add("mode " + mode, option.Name());
+    mode_ = mode;
+    Add(step, option.Name());
+  }
+
+  /// A capture; `yIncrement` is what its rows step by unless the user says.
+  void Capture(const std::string& step, const char* yIncrement, const GivenOption& option) {
+    captures_ = true;
+    if (*yIncrement != 0 && !line_.Has("y-increment"))
+      Set("y-increment", yIncrement, option.Name());
+    In("graphize", step, option);
+  }
+
+  const GivenOption& Needed(const char* name) {
+    const GivenOption* option = line_.Find(name);
+    if (option == nullptr) throw UsageError(std::string("--") + name + " is missing");
+    return *option;
+  }
+
+  /// What stands before and behind the first colon.
+  static std::pair<std::string, std::string> SplitOff(const std::string& text) {
+    const std::size_t colon = text.find(':');
+    if (colon == text.npos) return {text, ""};
+    return {text.substr(0, colon), text.substr(colon + 1)};
+  }
+
+  std::pair<std::string, std::vector<std::string>> SplitAxis(const GivenOption& option,
+                                                             std::size_t count,
+                                                             const char* expected) {
+    const auto [at, behind] = SplitOff(option.Value);
+    const std::vector<std::string> values = Split(behind, ',');
+    for (const std::string& value : values)
+      if (!WholeNumberText(value)) Refuse(option, expected);
+    if (values.size() != count) Refuse(option, expected);
+    return {Positions(option, at, 2, expected), values};
+  }
+
+  std::pair<std::string, std::string> Sized(const GivenOption& option) {
+    const auto [at, size] = SplitOff(option.Value);
+    if (size.empty()) return {at, "4"};
+    if (!IntegerText(size, 0, 1000)) Refuse(option, "COLUMN,ROW or COLUMN,ROW:SIZE is expected");
+    return {at, size};
+  }
+
+  void CheckLog(const char* log, const std::array<std::string, 2>& values,
+                const std::array<const GivenOption*, 2>& options) {
+    if (!line_.Has(log)) return;
+    for (int i = 0; i < 2; ++i)
+      if (*WholeNumberText(values[i]) <= 0)
+        Refuse(*options[i], std::string("with --") + log + " the value must be above 0");
+  }
+
+  static std::vector<std::string> ForBothAxes(const GivenOption& option) {
+    std::vector<std::string> values = Split(option.Value, ',');
+    if (values.size() == 1) values.push_back(values[0]);
+    if (values.size() != 2) Refuse(option, "one value is expected, or one for X and one for Y");
+    return values;
+  }
+
+  /// A number into one option, or one for each of two.
+  void CopyNumber(const char* name, std::initializer_list<const char*> options, int least,
+                  int most) {
+    const GivenOption* given = line_.Find(name);
+    if (given == nullptr) return;
+    const std::vector<std::string> values =
+        options.size() == 2 ? ForBothAxes(*given) : std::vector{given->Value};
+    std::size_t i = 0;
+    for (const char* option : options) {
+      if (!IntegerText(values[i], least, most))
+        Refuse(*given, "a whole number from " + std::to_string(least) + " to " +
+                           std::to_string(most) + " is expected");
+      Set(option, values[i++], given->Name());
+    }
+  }
+
+  void CopyChoice(const char* name, const char* option, std::initializer_list<const char*> values) {
+    const GivenOption* given = line_.Find(name);
+    if (given == nullptr) return;
+    std::string expected;
+    for (const char* value : values) {
+      if (given->Value == value) return Set(option, value, given->Name());
+      expected += std::string(expected.empty() ? "" : ", ") + value;
+    }
+    Refuse(*given, "one of " + expected + " is expected");
+  }
+
+  const CommandLine& line_;
+  std::vector<BatchStep> steps_;
+  std::string mode_;
+  bool captures_ = false;
+};
+
+}  // namespace
+
+std::span<const OptionSpec> DigitizeOptions() {
+  return kOptions;
+}
+
+std::vector<BatchStep> DigitizeSteps(const CommandLine& line) {
+  return Maker(line).Make();
+}
+
+}  // namespace graphize

@@ -1,0 +1,158 @@
+#include "batch/run_jobs.h"
+
+#include <algorithm>
+#include <atomic>
+#include <exception>
+#include <mutex>
+#include <new>
+#include <ostream>
+#include <set>
+#include <thread>
+
+#include "base/run_time_error.h"
+#include "base/whole_file.h"
+#include "batch/arguments.h"
+
+namespace graphize {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+const char* ExtensionOf(TableFormat format) {
+  switch (format) {
+    case TableFormat::Csv:
+      return ".csv";
+    case TableFormat::Json:
+      return ".json";
+    case TableFormat::Dat:
+      break;
+  }
+  return ".dat";
+}
+
+bool IsStandardOutput(const fs::path& path) {
+  return path == "-";
+}
+
+/// All that the workers share; what they say is said under the mutex.
+class Run {
+ public:
+  Run(const std::vector<BatchStep>& steps, const std::vector<Job>& jobs, const RunOptions& options,
+      const BatchStreams& streams)
+      : steps_(steps),
+        jobs_(jobs),
+        options_(options),
+        streams_(streams),
+        showsProgress_(streams.ErrIsTerminal && !options.Quiet && jobs.size() > 1) {}
+
+  bool Work() {
+    const unsigned cores = std::max(std::thread::hardware_concurrency(), 1u);
+    const std::size_t wanted = options_.Workers > 0 ? options_.Workers : cores;
+    {
+      std::vector<std::jthread> workers;
+      for (std::size_t i = 1; i < std::min(wanted, jobs_.size()); ++i)
+        workers.emplace_back([this] { TakeJobs(); });
+      TakeJobs();
+    }
+    if (showsProgress_) streams_.Err << "\r\x1b[K" << std::flush;
+    if (failed_ > 0 && jobs_.size() > 1)
+      streams_.Err << "graphize: " << failed_ << " of " << jobs_.size()
+                   << " pictures could not be done\n";
+    return failed_ == 0;
+  }
+
+ private:
+  void TakeJobs() {
+    for (std::size_t i = next_++; i < jobs_.size(); i = next_++) {
+      std::string error;
+      try {
+        Do(jobs_[i]);
+      } catch (const RunTimeError& e) {
+        error = e.what();
+      } catch (const std::bad_alloc&) {
+        error = "out of memory";
+      } catch (const std::exception& e) {
+        error = std::string("unexpected error: ") + e.what();
+      }
+      const std::scoped_lock lock(mutex_);
+      ++done_;
+      if (!error.empty()) {
+        ++failed_;
+        Say(jobs_[i].Name + ": " + error);
+      }
+      ShowProgress();
+    }
+  }
+
+  void Do(const Job& job) {
+    std::error_code ignored;
+    if (!options_.Force && !IsStandardOutput(job.Output) && fs::exists(job.Output, ignored))
+      throw RunTimeError("\"" + job.Output.string() + "\" exists already; see --force");
+    const JobResult result = RunJob(steps_, job.Pictures, options_.Format);
+    if (IsStandardOutput(job.Output)) {
+      const std::scoped_lock lock(mutex_);
+      streams_.Out << result.Table << std::flush;
+      if (!streams_.Out) throw RunTimeError("the standard output cannot be written");
+    } else if (const std::error_code error = ReplaceWholeFile(job.Output, result.Table)) {
+      throw RunTimeError("\"" + job.Output.string() + "\" cannot be written: " + error.message());
+    }
+    if (options_.Quiet) return;
+    const std::scoped_lock lock(mutex_);
+    for (const std::string& note : result.Notes) Say(job.Name + ": " + note);
+  }
+
+  void Say(const std::string& text) {
+    streams_.Err << (showsProgress_ ? "\r\x1b[K" : "") << "graphize: " << text << "\n";
+  }
+
+  void ShowProgress() {
+    if (!showsProgress_) return;
+    constexpr std::size_t kWidth = 30;
+    const std::size_t full = kWidth * done_ / jobs_.size();
+    streams_.Err << "\r[" << std::string(full, '#') << std::string(kWidth - full, '-') << "] "
+                 << done_ << " of " << jobs_.size() << std::flush;
+  }
+
+  const std::vector<BatchStep>& steps_;
+  const std::vector<Job>& jobs_;
+  const RunOptions& options_;
+  const BatchStreams& streams_;
+  const bool showsProgress_;
+  std::mutex mutex_;
+  std::atomic<std::size_t> next_ = 0;
+  std::size_t done_ = 0, failed_ = 0;
+};
+
+}  // namespace
+
+std::vector<Job> MakeJobs(const std::vector<fs::path>& pictures, const std::string& output,
+                          TableFormat format) {
+  std::error_code ignored;
+  const bool several = pictures.size() > 1;
+  if (several && output == "-") throw UsageError("--output -: several pictures need a folder");
+  const bool folder =
+      output != "-" && (several || output.ends_with('/') || fs::is_directory(output, ignored));
+  if (folder) {
+    fs::create_directories(output, ignored);
+    if (!fs::is_directory(output, ignored))
+      throw UsageError("--output " + output + ": there is no such folder, and none can be made");
+  }
+  std::vector<Job> jobs;
+  std::set<fs::path> outputs;
+  for (const fs::path& picture : pictures) {
+    const fs::path file =
+        folder ? fs::path(output) / picture.stem().concat(ExtensionOf(format)) : fs::path(output);
+    if (!outputs.insert(file).second)
+      throw UsageError("two pictures would be written to \"" + file.string() + "\"");
+    jobs.push_back({picture.string(), {picture}, file});
+  }
+  return jobs;
+}
+
+bool RunJobs(const std::vector<BatchStep>& steps, const std::vector<Job>& jobs,
+             const RunOptions& options, const BatchStreams& streams) {
+  return Run(steps, jobs, options, streams).Work();
+}
+
+}  // namespace graphize

@@ -1,0 +1,177 @@
+#include "workspace/recipe_file.h"
+
+#include <optional>
+#include <system_error>
+
+#include "base/checksum.h"
+#include "base/numbers.h"
+#include "base/run_time_error.h"
+#include "base/whole_file.h"
+#include "base/words.h"
+#include "image/picture_gate.h"
+
+namespace graphize {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view kFirstWords = "graphize recipe ";
+constexpr int kVersion = 1;
+constexpr int kMostPictures = 1000;
+
+/// From the recipe's folder where the picture lies there, so that both can be moved together.
+fs::path NamedFrom(const fs::path& folder, const fs::path& picture) {
+  const fs::path relative = picture.lexically_relative(folder);
+  return relative.empty() || *relative.begin() == ".." ? picture : relative;
+}
+
+std::string PictureLine(int number, const RecipePicture& picture, const fs::path& folder) {
+  std::string line = "picture " + std::to_string(number);
+  const std::string size = std::to_string(picture.Width) + "x" + std::to_string(picture.Height);
+  if (picture.Path.empty()) return line + " - " + size;
+  GateVerdict verdict;
+  const std::string bytes = ReadPictureFile(picture.Path, verdict);
+  std::error_code ignored;
+  if (bytes.size() != picture.FileSize ||
+      fs::last_write_time(picture.Path, ignored) != picture.FileTime)
+    throw RunTimeError("The picture \"" + picture.Path.string() +
+                       "\" has changed since it was opened: its recipe would lead elsewhere.");
+  return line + " " + AsWord(NamedFrom(folder, picture.Path).string()) + " " + size + " " +
+         std::to_string(bytes.size()) + " bytes crc32 " + HexText(Crc32(bytes));
+}
+
+RunTimeError LineError(int line, const std::string& problem) {
+  return RunTimeError("line " + std::to_string(line) + ": " + problem);
+}
+
+/// "640x480"
+bool ReadSize(const std::string& word, RecipeFile::Picture& picture) {
+  const std::size_t x = word.find('x');
+  if (x == std::string::npos) return false;
+  const auto width = IntegerText(word.substr(0, x), 1, 32767);
+  const auto height = IntegerText(word.substr(x + 1), 1, 32767);
+  picture.Width = width.value_or(0);
+  picture.Height = height.value_or(0);
+  return width && height;
+}
+
+/// The words of a line "picture".
+std::optional<RecipeFile::Picture> ReadPicture(const std::vector<std::string>& words, int number,
+                                               const fs::path& folder) {
+  RecipeFile::Picture picture;
+  if (words.size() < 4 || words[1] != std::to_string(number) || !ReadSize(words[3], picture))
+    return std::nullopt;
+  if (words[2] == "-") return words.size() == 4 ? std::optional(picture) : std::nullopt;
+  if (words.size() != 8 || words[5] != "bytes" || words[6] != "crc32") return std::nullopt;
+  const auto bytes = WholeNumberText(words[4]);
+  if (!bytes || *bytes < 0 || words[7].size() != 8) return std::nullopt;
+  picture.Path = folder / words[2];
+  picture.FileSize = static_cast<std::uintmax_t>(*bytes);
+  picture.Checksum = words[7];
+  return picture;
+}
+
+/// The number of the picture behind "open", which goes; -1 for another step.
+int TakePictureNumber(std::string& text, int pictures, int line) {
+  if (text != "open" && !text.starts_with("open ")) return -1;
+  const auto words = SplitWords(text);
+  const auto number =
+      words && words->size() > 1 ? IntegerText((*words)[1], 1, pictures) : std::nullopt;
+  if (!number) throw LineError(line, "\"open\" needs the number of one of the pictures above");
+  text = "open";
+  for (std::size_t i = 2; i < words->size(); ++i) text += " " + (*words)[i];
+  return *number - 1;
+}
+
+void CheckFirstLine(std::string_view line) {
+  if (!line.starts_with(kFirstWords)) throw LineError(1, "this is no recipe of this program");
+  const auto version = IntegerText(line.substr(kFirstWords.size()), 1, 1000000);
+  if (!version) throw LineError(1, "the recipe's version cannot be read");
+  if (*version > kVersion)
+    throw LineError(1, "the recipe is of version " + std::to_string(*version) +
+                           ", from a newer program; this one reads version " +
+                           std::to_string(kVersion));
+}
+
+}  // namespace
+
+bool CanSaveRecipe(const Workspace& ws) {
+  return ws.plot.IsPresent() && !ws.recipe.Pictures.empty();
+}
+
+void SaveRecipe(Workspace& ws, const Desktop& desktop) {
+  const fs::path name = fs::path(ws.picture.Name).stem();
+  auto path = desktop.ChooseFile({.ForSaving = true,
+                                  .Title = "Save Recipe As...",
+                                  .Folder = ws.picture.Folder,
+                                  .FileName = name.string() + ".recipe",
+                                  .Filters = "Recipes (*.recipe)|*.recipe",
+                                  .DefaultExtension = "recipe"});
+  if (!path) return;
+  try {
+    const std::string text = RecipeText(ws, path->parent_path());
+    if (const std::error_code error = ReplaceWholeFile(*path, text))
+      throw RunTimeError(error.message());
+  } catch (const RunTimeError& error) {
+    Tell(desktop, std::string("Error while saving. \r\n") + error.what(), MessageIcon::Critical);
+  }
+}
+
+std::string RecipeText(Workspace& ws, const fs::path& folder) {
+  NoteOptions(ws);
+  std::string text = std::string(kFirstWords) + std::to_string(kVersion) +
+                     "\n# Do the same again:  graphize replay THIS-FILE [PICTURE...] -o OUT\n"
+                     "# Positions are columns and rows of pixels, rows downward from the top.\n";
+  for (std::size_t i = 0; i < ws.recipe.Pictures.size(); ++i)
+    text += PictureLine(static_cast<int>(i) + 1, ws.recipe.Pictures[i], folder) + "\n";
+  for (const RecipeStep& step : ws.recipe.Steps) {
+    // "open", the picture's number, and what else was said of it.
+    text += step.Picture < 0 ? step.Text
+                             : "open " + std::to_string(step.Picture + 1) + step.Text.substr(4);
+    text += "\n";
+  }
+  return text + "end\n";
+}
+
+RecipeFile ReadRecipe(std::string_view text, const fs::path& folder) {
+  RecipeFile recipe;
+  bool ended = false;
+  int number = 0;
+  while (!text.empty()) {
+    const std::size_t end = text.find('\n');
+    std::string line(text.substr(0, end));
+    text.remove_prefix(end == text.npos ? text.size() : end + 1);
+    if (!line.empty() && line.back() == '\r') line.pop_back();
+    line = TrimRight(line);
+    if (++number == 1) {
+      CheckFirstLine(line);
+      continue;
+    }
+    if (line.empty() || line[0] == '#') continue;
+    if (ended) throw LineError(number, "there is more behind the line \"end\"");
+    if (line == "end") {
+      ended = true;
+      continue;
+    }
+    const auto words = SplitWords(line);
+    if (!words) throw LineError(number, "a quotation mark is missing");
+    if (words->front() != "picture") {
+      const int picture = TakePictureNumber(line, static_cast<int>(recipe.Pictures.size()), number);
+      recipe.Steps.push_back({number, line, picture});
+      continue;
+    }
+    const int next = static_cast<int>(recipe.Pictures.size()) + 1;
+    const auto picture = ReadPicture(*words, next, folder);
+    if (!picture || next > kMostPictures)
+      throw LineError(number, "this line does not describe picture " + std::to_string(next));
+    recipe.Pictures.push_back(*picture);
+  }
+  if (number == 0) throw LineError(1, "the file is empty");
+  if (!ended) throw LineError(number, "the recipe was cut off: its last line is not \"end\"");
+  if (recipe.Steps.empty() || recipe.Steps.front().Picture < 0)
+    throw LineError(number, "the recipe does not begin with opening a picture");
+  return recipe;
+}
+
+}  // namespace graphize

@@ -1,0 +1,381 @@
+#include "workspace/replay.h"
+
+#include <algorithm>
+#include <charconv>
+#include <vector>
+
+#include "base/numbers.h"
+#include "base/words.h"
+#include "data/list_edit.h"
+#include "workspace/capture_commands.h"
+#include "workspace/data_commands.h"
+#include "workspace/extraction_commands.h"
+#include "workspace/picture_commands.h"
+#include "workspace/plot_mouse.h"
+#include "workspace/recipe_options.h"
+#include "workspace/toolbar.h"
+#include "workspace/view_commands.h"
+
+namespace graphize {
+
+namespace {
+
+/// The words of a step behind its name, taken one by one; what is missing or makes no sense is
+/// remembered, and the operation is not run then.
+class Arguments {
+ public:
+  explicit Arguments(std::vector<std::string> words) : words_(std::move(words)) {}
+
+  std::string Word() {
+    if (next_ < words_.size()) return words_[next_++];
+    Fail("something is missing at the end");
+    return {};
+  }
+  /// One of `names`, as its index.
+  int Choice(std::initializer_list<const char*> names) {
+    const std::string word = Word();
+    const auto* found = std::find(names.begin(), names.end(), word);
+    if (found != names.end()) return static_cast<int>(found - names.begin());
+    return Fail("\"" + word + "\" is not known here"), 0;
+  }
+  /// The word, when it is the next one.
+  bool Has(std::string_view word) {
+    if (next_ >= words_.size() || words_[next_] != word) return false;
+    ++next_;
+    return true;
+  }
+  int Integer(int least, int most) {
+    const std::string word = Word();
+    if (const auto number = IntegerText(word, least, most)) return *number;
+    return Fail("\"" + word + "\" is no whole number from " + std::to_string(least) + " to " +
+                std::to_string(most)),
+           least;
+  }
+  float Position() {
+    const std::string word = Word();
+    const auto number = WholeNumberText(word);
+    if (number && *number > -32768 && *number < 32767) return static_cast<float>(*number);
+    return Fail("\"" + word + "\" is no position in pixels"), 0.f;
+  }
+  /// "stop N", or 0.
+  std::int64_t Stop() { return Has("stop") ? Integer(1, 2147483647) : 0; }
+  bool AtEnd() const { return next_ >= words_.size(); }
+
+  void Fail(const std::string& problem) {
+    if (problem_.empty()) problem_ = problem;
+  }
+  /// Whether all that was asked for was there, and nothing more.
+  bool Good() {
+    if (!AtEnd()) Fail("\"" + words_[next_] + "\" is too much");
+    return problem_.empty();
+  }
+  const std::string& Problem() const { return problem_; }
+
+ private:
+  std::vector<std::string> words_;
+  std::size_t next_ = 0;
+  std::string problem_;
+};
+
+/// A desktop on which Escape is held from the `stop`-th question for it on; 0 is never. With `told`
+/// the operation ended in a message, which the user has read then.
+class StoppingDesktop {
+ public:
+  StoppingDesktop(const Desktop& desktop, std::int64_t stop, bool told = false) : verbs_(desktop) {
+    if (told) verbs_.ShowMessage = [](const Message&) { return Answer::Ok; };
+    if (stop > 0) verbs_.EscapeHeld = [this, stop] { return ++asked_ >= stop; };
+  }
+  StoppingDesktop(const StoppingDesktop&) = delete;
+  StoppingDesktop& operator=(const StoppingDesktop&) = delete;
+  operator const Desktop&() const { return verbs_; }  // NOLINT: reads as the desktop it is
+
+ private:
+  Desktop verbs_;
+  std::int64_t asked_ = 0;
+};
+
+struct Context {
+  Workspace& ws;
+  const Desktop& desktop;
+  const std::filesystem::path& picture;
+};
+
+OpenChoices ReadChoices(Arguments& arguments) {
+  const bool damaged = arguments.Has("damaged");
+  const bool reduced = arguments.Has("black-and-white");
+  return {.Reset = false, .AcceptDamage = damaged, .BlackAndWhite = reduced};
+}
+
+void Open(const Context& context, Arguments& arguments) {
+  const OpenChoices choices = ReadChoices(arguments);
+  if (!arguments.Good()) return;
+  OpenPicture(context.ws, context.desktop, context.picture, choices);
+  // The whole picture is in view: nothing scrolls.
+  ResizeView(context.ws, context.ws.plot.Width(), context.ws.plot.Height());
+}
+
+void Reload(const Context& context, Arguments& arguments) {
+  const OpenChoices choices = ReadChoices(arguments);
+  if (arguments.Good()) ReloadPicture(context.ws, context.desktop, choices);
+}
+
+void Set(const Context& context, Arguments& arguments) {
+  const std::string name = arguments.Word(), value = arguments.Word();
+  if (!arguments.Good()) return;
+  const RecipeOption* option = FindRecipeOption(name);
+  if (option == nullptr) return arguments.Fail("there is no option \"" + name + "\"");
+  if (!option->Take(context.ws, value))
+    return arguments.Fail("\"" + name + "\" cannot be \"" + value + "\"");
+  BuildFormats(context.ws.settings, context.ws.formats);
+}
+
+void PressMode(const Context& context, Arguments& arguments) {
+  const std::string key = arguments.Word();
+  if (!arguments.Good()) return;
+  if (key == "none") return ReleaseButtons(context.ws);
+  if (ModeOfKey(key) == Mode::None) return arguments.Fail("there is no mode \"" + key + "\"");
+  if (!CanPress(context.ws, key))
+    return arguments.Fail("the mode \"" + key + "\" needs a picture" +
+                          (key == "graphize" || key == "gridbuster" ? " and its axes" : ""));
+  Toolbar_ButtonClick(context.ws, context.desktop, key);
+}
+
+void Axis(const Context& context, Arguments& arguments) {
+  Workspace& ws = context.ws;
+  const int row = arguments.Integer(0, 2);
+  const float x = arguments.Position(), y = arguments.Position();
+  const std::string xText = arguments.Word(), yText = arguments.Word();
+  if (!arguments.Good()) return;
+  if (ws.mode != Mode::AxisDef || ws.calibration.CurrentRow != row)
+    return arguments.Fail("this axis point is not the next one");
+  Plot_MouseMove(ws, context.desktop, 0, 0, x, y);
+  ws.axisPanel.Rows[row].XText = xText;
+  ws.axisPanel.Rows[row].YText = yText;
+  Plot_Click(ws, context.desktop);
+  if (!ws.calibration.Defined[row]) arguments.Fail("the axis point was refused");
+}
+
+void ReDefineRow(const Context& context, Arguments& arguments) {
+  const int row = arguments.Integer(0, 2);
+  if (arguments.Good()) ReDefine(context.ws, row);
+}
+
+/// Captures with the press's snapping, or exactly there.
+template <bool Snaps>
+void Capture(const Context& context, Arguments& arguments) {
+  Workspace& ws = context.ws;
+  const float x = arguments.Position(), y = arguments.Position();
+  if (!arguments.Good()) return;
+  if (ws.mode != Mode::Graphize) return arguments.Fail("points need the mode \"graphize\"");
+  Plot_MouseMove(ws, context.desktop, 0, 0, x, y);
+  if (Snaps) Plot_MouseDown(ws, context.desktop, kLeftButton, 0, x, y);
+  Plot_Click(ws, context.desktop);
+}
+
+bool MayExtract(const Context& context, Arguments& arguments) {
+  if (!arguments.Good()) return false;
+  if (CanExtract(context.ws)) return true;
+  arguments.Fail("this needs the axes and the mode \"graphize\" or \"blocktest\"");
+  return false;
+}
+
+void TraceFrom(const Context& context, Arguments& arguments) {
+  const float x = arguments.Position(), y = arguments.Position();
+  const StoppingDesktop desktop(context.desktop, arguments.Stop());
+  if (MayExtract(context, arguments)) Trace(context.ws, desktop, x, y);
+}
+
+void ScanRectangleOf(const Context& context, Arguments& arguments) {
+  ScanRectangle area;
+  for (std::int32_t* side : {&area.Left, &area.Top, &area.Right, &area.Bottom})
+    *side = arguments.Integer(-32768, 32767);
+  const StoppingDesktop desktop(context.desktop, arguments.Stop());
+  if (MayExtract(context, arguments)) ScanArea(context.ws, desktop, area);
+}
+
+void Block(const Context& context, Arguments& arguments) {
+  Workspace& ws = context.ws;
+  const float x = arguments.Position(), y = arguments.Position();
+  const int size = arguments.Integer(0, 32767);
+  if (!arguments.Good()) return;
+  PaintBlocker(ws.blockers, ws.plot, ws.commands, ws.settings, ToInt16(x), ToInt16(y), size);
+}
+
+/// The pen's whole way: size, then "x,y" for the press and each place that the drag has reached.
+template <PenTool Tool>
+void MovePen(const Context& context, Arguments& arguments) {
+  Workspace& ws = context.ws;
+  const int size = arguments.Integer(0, 32767);
+  std::vector<PlotPixel> way;
+  while (!arguments.AtEnd()) {
+    const std::string word = arguments.Word();
+    const std::size_t comma = word.find(',');
+    const auto x = IntegerText(word.substr(0, comma), -32768, 32767);
+    const auto y = IntegerText(comma == word.npos ? "" : word.substr(comma + 1), -32768, 32767);
+    if (!x || !y) return arguments.Fail("\"" + word + "\" is no position \"x,y\"");
+    way.push_back({*x, *y});
+  }
+  if (way.empty()) arguments.Fail("there is no position \"x,y\"");
+  if (!ws.plot.IsPresent()) arguments.Fail("there is no picture");
+  if (!arguments.Good()) return;
+  const auto at = [](int position) { return static_cast<float>(position); };
+  PressPen(ws.pen, ws.plot, Tool, at(way[0].X), at(way[0].Y), size);
+  for (std::size_t i = 1; i < way.size(); ++i) DragPen(ws.pen, ws.plot, at(way[i].X), at(way[i].Y));
+  ReleasePen(ws.pen, ws.plot);
+}
+
+void Grid(const Context& context, Arguments& arguments) {
+  const int direction = arguments.Choice({"x", "y"});
+  const bool all = arguments.Choice({"all", "one"}) == 0;
+  const float x = arguments.Position(), y = arguments.Position();
+  const StoppingDesktop desktop(context.desktop, arguments.Stop());
+  if (!arguments.Good()) return;
+  BustGrid(context.ws, desktop, direction == 0 ? GridDirection::X : GridDirection::Y, all, x, y);
+}
+
+void ClearRows(const Context& context, Arguments& arguments) {
+  PointStore& store = context.ws.store;
+  const int start = arguments.Integer(1, 32767), end = arguments.Integer(1, 32767);
+  if (!arguments.Good()) return;
+  store.Page.SelectionActive = true;
+  store.Page.SelectionStart = ToInt16(start);
+  store.Page.SelectionEnd = ToInt16(end);
+  if (!CanClearSelected(store) || end < start || end > store.ListCount)
+    return arguments.Fail("the list has no such rows to clear");
+  ClearSelectedPoints(context.ws);
+}
+
+bool HasPoints(const Context& context, Arguments& arguments, int count) {
+  if (!arguments.Good()) return false;
+  if (context.ws.store.CaptureCount >= count) return true;
+  arguments.Fail("there are not enough captured points");
+  return false;
+}
+
+void SortBy(const Context& context, Arguments& arguments) {
+  const bool rising = arguments.Choice({"ascending", "descending"}) == 0;
+  if (!HasPoints(context, arguments, 1)) return;
+  Sort(context.ws, context.desktop, rising ? SortOrder::Ascending : SortOrder::Descending);
+}
+
+void IntegrateBetween(const Context& context, Arguments& arguments) {
+  Workspace& ws = context.ws;
+  const bool all = arguments.Has("all");
+  const int low = all ? 1 : arguments.Integer(1, 32767);
+  const int high = all ? ws.store.CaptureCount : arguments.Integer(1, 32767);
+  const StoppingDesktop desktop(context.desktop, arguments.Stop());
+  if (!HasPoints(context, arguments, 3)) return;
+  ws.integrate = OpenIntegrate(ws.store);
+  // In this order the limits never come too near on their way.
+  MoveLowLimit(ws.integrate, ws.store, low);
+  MoveHighLimit(ws.integrate, ws.store, high);
+  if (ws.integrate.LowLimit != low || ws.integrate.HighLimit != high)
+    return arguments.Fail("the limits are not three points apart, or not among the points");
+  Integrate(ws, desktop);
+}
+
+void ReSampleTo(const Context& context, Arguments& arguments) {
+  Workspace& ws = context.ws;
+  const int count = arguments.Integer(2, 32767);
+  const std::string min = arguments.Word(), max = arguments.Word();
+  const bool xLog = arguments.Has("x-log"), yLog = arguments.Has("y-log");
+  const bool badPoint = arguments.Has("bad-point");
+  const StoppingDesktop desktop(context.desktop, arguments.Stop(), badPoint);
+  if (!HasPoints(context, arguments, 2)) return;
+  ShowSample(ws, context.desktop);
+  ws.form = Form::None;
+  SampleForm& form = ws.sample;
+  form.SampleXLog = xLog;
+  form.SampleYLog = yLog;
+  if (min != "auto") form.MinXBox = min;
+  if (max != "auto") form.MaxXBox = max;
+  form.Steps = std::to_string(count);
+  form.dXBox = form.StepShown = "";
+  ReSample(ws, desktop);
+}
+
+template <void (*Run)(Workspace&)>
+void Plain(const Context& context, Arguments& arguments) {
+  if (arguments.Good()) Run(context.ws);
+}
+
+template <void (*Run)(Workspace&)>
+void OnPoints(const Context& context, Arguments& arguments) {
+  if (HasPoints(context, arguments, 1)) Run(context.ws);
+}
+
+struct Step {
+  const char* Name;
+  void (*Run)(const Context&, Arguments&);
+};
+
+constexpr Step kSteps[] = {
+    {"open", Open},
+    {"reload", Reload},
+    {"set", Set},
+    {"mode", PressMode},
+    {"axis", Axis},
+    {"redefine", ReDefineRow},
+    {"capture", Capture<true>},
+    {"point", Capture<false>},
+    {"trace", TraceFrom},
+    {"scan", ScanRectangleOf},
+    {"block", Block},
+    {"clear-last-blocker", Plain<RemoveLastBlocker>},
+    {"clear-blockers", Plain<RemoveAllBlockers>},
+    {"draw", MovePen<PenTool::Draw>},
+    {"erase", MovePen<PenTool::Erase>},
+    {"grid", Grid},
+    {"undo-edit", Plain<UndoErase>},
+    {"refresh", Plain<RefreshPlot>},
+    {"clear-data",
+     [](const Context& context, Arguments& arguments) {
+       if (arguments.Good()) ClearAllData(context.ws, context.desktop, false);
+     }},
+    {"reset",
+     [](const Context& context, Arguments& arguments) {
+       if (arguments.Good()) Reset(context.ws, context.desktop);
+     }},
+    {"clear-selected", ClearRows},
+    {"sort", SortBy},
+    {"swap", OnPoints<Swap>},
+    {"undo-list", OnPoints<UndoList>},
+    {"curve-length",
+     [](const Context& context, Arguments& arguments) {
+       if (HasPoints(context, arguments, 2)) CurveLength(context.ws, context.desktop);
+     }},
+    {"integrate", IntegrateBetween},
+    {"resample", ReSampleTo},
+    {"save",
+     [](const Context& context, Arguments& arguments) {
+       const std::string title = arguments.Word();
+       if (arguments.Good()) context.ws.dataFileTitle = title;
+     }},
+};
+
+}  // namespace
+
+void StartReplay(Workspace& ws) {
+  BuildFormats(ws.settings, ws.formats);
+  InitAxisDefFrame(ws.calibration, ws.axisPanel);
+  ClearList(ws.store);
+}
+
+std::optional<std::string> ReplayStep(Workspace& ws, const Desktop& desktop,
+                                      const std::string& step,
+                                      const std::filesystem::path& picture) {
+  std::optional<std::vector<std::string>> words = SplitWords(step);
+  if (!words) return "a quotation mark is missing";
+  if (words->empty()) return "there is nothing to do";
+  const std::string name = words->front();
+  words->erase(words->begin());
+  const auto* found = std::find_if(std::begin(kSteps), std::end(kSteps),
+                                   [&](const Step& known) { return name == known.Name; });
+  if (found == std::end(kSteps)) return "there is no step \"" + name + "\"";
+  Arguments arguments(std::move(*words));
+  found->Run({ws, desktop, picture}, arguments);
+  if (!arguments.Problem().empty()) return arguments.Problem();
+  return std::nullopt;
+}
+
+}  // namespace graphize

@@ -1,0 +1,232 @@
+// The command line without a window: what is refused and how it is told, and the points it gives.
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "batch/batch.h"
+#include "image/picbuf.h"
+#include "support/plot_drawing.h"
+#include "support/temporary_folder.h"
+#include "support/true_data.h"
+
+namespace graphize {
+namespace {
+
+using Words = std::vector<std::string>;
+
+const std::filesystem::path kSamples =
+    std::filesystem::path(GRAPHIZE_SOURCE_DIR) / "tests" / "samples";
+
+class Batch : public ::testing::Test {
+ protected:
+  int Run(const Words& words) {
+    out.str("");
+    err.str("");
+    return RunBatch(words, {out, err});
+  }
+  std::string Pendulum() const { return (kSamples / "pendulum.bmp").string(); }
+  /// A digitize command on the pendulum with these options beside the axes.
+  Words OnPendulum(const Words& options) {
+    Words words = {"digitize", Pendulum(), "--origin", "70,430:0,-1", "--x-axis=610,430:12",
+                   "--y-axis", "70,40:1"};
+    words.insert(words.end(), options.begin(), options.end());
+    return words;
+  }
+  std::string At(const char* name) const { return (folder / name).string(); }
+
+  test::TemporaryFolder folder;
+  std::ostringstream out, err;
+};
+
+TEST_F(Batch, BadInvocationsAreToldInOneLineAndWriteNothing) {
+  test::WriteBytes(folder / "text.png", "no picture");
+  const Words axes = {"--origin", "70,430:0,-1", "--x-axis", "610,430:12", "--y-axis", "70,40:1"};
+  const auto digitize = [&](Words words, bool withAxes = true) {
+    words.insert(words.begin(), "digitize");
+    if (withAxes) words.insert(words.end(), axes.begin(), axes.end());
+    return words;
+  };
+  const std::string p = Pendulum(), o = At("out.dat");
+  const struct {
+    Words Command;
+    int Status;
+    const char* Told;
+  } cases[] = {
+      {digitize({"-o", o, "--trace", "76,58"}), 2, "a picture is missing"},
+      {digitize({p, "--trace", "76,58"}), 2, "--output is missing"},
+      {digitize({p, "-o", o}), 2, "nothing is captured: --point, --trace or --scan is missing"},
+      {digitize({p, "-o", o, "--trace", "76,58"}, false), 2, "--origin is missing"},
+      {digitize({p, "-o", o, "--trace", "76,58", "--origin", "1,1:0,0"}), 2,
+       "--origin is given twice"},
+      {digitize({p, "-o", o, "--trace", "76"}), 2,
+       "--trace \"76\": COLUMN,ROW in pixels is expected"},
+      {digitize({p, "-o", o, "--trace", "7x,8"}), 2, "--trace \"7x,8\""},
+      {digitize({p, "-o", o, "--trace"}, false), 2, "--trace needs a value"},
+      {digitize({p, "-o", o, "--tra=1"}), 2, "--trace \"1\""},
+      {digitize({p, "-o", o, "--grid", "z", "--trace", "76,58"}), 2, "x, y or both is expected"},
+      {digitize({p, "-o", o, "--nonsense"}), 2, "there is no option --nonsense"},
+      {digitize({p, "-o", o, "-z"}), 2, "there is no option -z"},
+      {digitize({p, "-o", o, "--s", "1"}), 2, "--s may mean --scan or --snap"},
+      {digitize({p, "-o", o, "--swap=1", "--trace", "76,58"}), 2, "--swap takes no value"},
+      {digitize({p, "-o", o, "--x-log", "--trace", "76,58"}), 2,
+       "--origin \"70,430:0,-1\": with --x-log the value must be above 0"},
+      {digitize({p, "-o", o, "--decimals", "16", "--trace", "76,58"}), 2,
+       "--decimals \"16\": a whole number from 0 to 15 is expected"},
+      {digitize({p, "-o", o, "--format", "xls", "--trace", "76,58"}), 2,
+       "--format \"xls\": dat, csv or json is expected"},
+      {digitize({p, p, "-o", "-", "--trace", "76,58"}), 2, "several pictures need a folder"},
+      {digitize({p, p, "-o", At("sub"), "--trace", "76,58"}), 2,
+       "two pictures would be written to"},
+      {{"digitize", p, "-o", o, "--origin", "70,430:0,-1", "--x-axis", "70,430:12", "--y-axis",
+        "70,40:1", "--trace", "76,58"},
+       1,
+       "--x-axis 70,430:12: Origin and axis point can't be same, Please ReDefine X axis"},
+      {digitize({p, "-o", o, "--trace", "700,58"}), 1, "no points were captured"},
+      {digitize({p, "-o", o, "--trace", "300,300"}), 1, "no points were captured"},
+      {digitize({At("text.png"), "-o", o, "--trace", "76,58"}), 1, "text.png"},
+      {digitize({At("none.png"), "-o", o, "--trace", "76,58"}), 1, "No such file"},
+      {digitize({p, "-o", At("no/folder.dat"), "--trace", "76,58"}), 1, "cannot be written"},
+      {digitize({p, "-o", o, "--point", "76,58", "--resample", "5"}), 1,
+       "--resample 5: there are not enough captured points"},
+      {{"replay", "-o", o}, 2, "a recipe is missing"},
+      {{"replay", At("none"), "-o", o}, 1, "No such file"},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(Run(c.Command), c.Status) << c.Told << "\n" << err.str();
+    EXPECT_NE(err.str().find(c.Told), std::string::npos) << c.Told << "\n" << err.str();
+    const std::string told = err.str();
+    EXPECT_EQ(std::count(told.begin(), told.end(), '\n'), 1) << told;
+    EXPECT_EQ(out.str(), "") << c.Told;
+    EXPECT_FALSE(std::filesystem::exists(o)) << c.Told;
+  }
+}
+
+TEST_F(Batch, ATraceAgreesWithTheTrueDataInEveryFormat) {
+  ASSERT_EQ(Run(OnPendulum({"--trace", "76,58", "-o", At("p.csv"), "--format=csv", "--errors"})), 0)
+      << err.str();
+  const auto truth = test::ReadPoints(kSamples / "pendulum.csv", ',', 1);
+  std::vector<double> errors;
+  std::istringstream csv(test::BytesOf(folder / "p.csv"));
+  std::string line;
+  std::getline(csv, line);
+  EXPECT_EQ(line, "x,y,x_error,y_error\r");
+  while (std::getline(csv, line)) {
+    double x = 0, y = 0, xError = 0, yError = 0;
+    ASSERT_EQ(std::sscanf(line.c_str(), "%lf,%lf,%lf,%lf", &x, &y, &xError, &yError), 4) << line;
+    errors.push_back(std::abs(y - test::TrueY(truth, x)) / yError);
+    EXPECT_NEAR(xError, 12.0 / 540, 1e-6);
+  }
+  ASSERT_GT(errors.size(), 500u);
+  EXPECT_LT(test::Median(errors), 1) << "pixels";
+
+  EXPECT_EQ(Run(OnPendulum({"--trace", "76,58", "-o", At("p.csv")})), 1);
+  EXPECT_NE(err.str().find("exists already"), std::string::npos);
+  ASSERT_EQ(Run(OnPendulum({"--point", "76,58", "--point", "610,430", "-o", "-", "--title=A b",
+                            "--decimals", "2,1", "--exponent", "off,on", "--delimiter", "semicolon",
+                            "--decimal-point=comma", "--errors"})),
+            0);
+  EXPECT_EQ(out.str(), "A b\r\n0,13;9,1E-01;0,02;5,1E-03\r\n12,00;-1,0E+00;0,02;5,1E-03\r\n");
+  ASSERT_EQ(Run(OnPendulum({"--point", "340,235", "--swap", "--format", "json", "-o", "-"})), 0);
+  EXPECT_NE(out.str().find("{\"x\": 0, \"y\": 6, \"x_error\": 0.0051282053, \"y_error\": 0.022"),
+            std::string::npos)
+      << out.str();
+  EXPECT_NE(out.str().find("\"x\": \"value on the y axis\""), std::string::npos);
+  ASSERT_EQ(Run(OnPendulum({"--trace", "76,58", "--resample", "3:1,2", "--curve-length",
+                            "--integrate", "--errors", "-q", "-o", "-"})),
+            0);
+  EXPECT_EQ(err.str(), "");
+}
+
+TEST_F(Batch, StepsOnThePictureAreDoneInTheirOrder) {
+  // The blocker stops the trace only when it stands before it.
+  ASSERT_EQ(Run(OnPendulum({"--trace=76,58", "-o", "-"})), 0);
+  const std::size_t whole = out.str().size();
+  ASSERT_EQ(Run(OnPendulum({"--erase=200,235:199", "--trace=76,58", "-o", "-"})), 1);
+  ASSERT_EQ(Run(OnPendulum({"--trace=76,58", "--erase=200,235:199", "-o", "-"})), 0);
+  EXPECT_EQ(out.str().size(), whole);
+  ASSERT_EQ(Run(OnPendulum({"--point=100,100", "--sort=ascending", "--point=90,100", "-o", "-"})),
+            0);
+  EXPECT_LT(out.str().find("4.44444E-01"), out.str().find("6.66667E-01"));
+}
+
+TEST_F(Batch, ManyPicturesAreDoneSideBySideAndBadOnesAreCounted) {
+  Words words = OnPendulum({"--trace", "76,58", "-o", At("out/"), "-j4"});
+  constexpr int kPictures = 12;
+  const std::string bytes = test::BytesOf(Pendulum());
+  for (int i = 0; i < kPictures; ++i) {
+    const std::string name = "p" + std::to_string(i) + ".bmp";
+    if (i != 5) test::WriteBytes(folder / name, i == 7 ? bytes.substr(0, 5000) : bytes);
+    words.insert(words.begin() + 1, At(name.c_str()));
+  }
+  EXPECT_EQ(Run(words), 1);
+  EXPECT_NE(err.str().find("graphize: 2 of 13 pictures could not be done\n"), std::string::npos)
+      << err.str();
+  EXPECT_NE(err.str().find("p5.bmp: opening: "), std::string::npos);
+  EXPECT_NE(err.str().find("p7.bmp: opening: "), std::string::npos);
+  const std::string first = test::BytesOf(folder / "out/p0.dat");
+  EXPECT_GT(first.size(), 10000u);
+  for (int i = 1; i < kPictures; ++i) {
+    const std::string name = "out/p" + std::to_string(i) + ".dat";
+    if (i == 5 || i == 7)
+      EXPECT_FALSE(std::filesystem::exists(folder / name));
+    else
+      EXPECT_EQ(test::BytesOf(folder / name), first);
+  }
+}
+
+TEST_F(Batch, RecipesThatAreCutOffEditedOrNewerAreRefusedByTheirLine) {
+  const std::string good =
+      "graphize recipe 1\npicture 1 \"" + Pendulum() +
+      "\" 640x480 38462 bytes crc32 00000000\nopen 1\nmode axisdef\naxis 0 70 430 0 -1\n"
+      "axis 1 610 430 12 -1\naxis 2 70 40 0 1\nmode graphize\ntrace 76 58\nend\n";
+  const auto with = [&](const std::string& what, const std::string& by) {
+    std::string text = good;
+    text.replace(text.find(what), what.size(), by);
+    return text;
+  };
+  const struct {
+    std::string Recipe;
+    const char* Told;
+  } cases[] = {
+      {"", "line 1: the file is empty"},
+      {"P6\n", "line 1: this is no recipe"},
+      {with("recipe 1", "recipe 2"), "line 1: the recipe is of version 2, from a newer program"},
+      {good.substr(0, good.size() - 4), "line 9: the recipe was cut off"},
+      {good.substr(0, good.find("76 58")), "line 9: the recipe was cut off"},
+      {with("640x480", "640"), "line 2: this line does not describe picture 1"},
+      {with("open 1", "open 2"), "line 3: \"open\" needs the number of one of the pictures"},
+      {with("mode axisdef", "mode sleep"), "line 4: there is no mode \"sleep\""},
+      {with("axis 0 70 430", "axis 0 seventy 430"), "line 5: \"seventy\" is no position"},
+      {with("axis 1", "axis 2"), "line 6: this axis point is not the next one"},
+      {with("axis 1 610", "axis 1 70"), "line 6: Origin and axis point can't be same"},
+      {with("trace 76 58", "trace 76"), "line 9: something is missing at the end"},
+      {with("trace 76 58", "trace 76 58 90"), "line 9: \"90\" is too much"},
+      {with("trace 76 58", "trance 76 58"), "line 9: there is no step \"trance\""},
+      {with("trace 76 58", "set speed 9"), "line 9: there is no option \"speed\""},
+      {with("trace 76 58", "set snap \"up"), "line 9: a quotation mark is missing"},
+      {with("trace 76 58", "sort ascending"), "line 9: there are not enough captured points"},
+      {with("mode graphize\n", "mode blocktest\ncapture 9 9\n"), "line 9: points need the mode"},
+      {with("end\n", "end\ntrace 1 1\n"), "line 11: there is more behind the line \"end\""},
+  };
+  for (const auto& c : cases) {
+    test::WriteBytes(folder / "a.recipe", c.Recipe);
+    EXPECT_EQ(Run({"replay", At("a.recipe"), Pendulum(), "-o", At("out.dat")}), 1) << c.Told;
+    EXPECT_NE(err.str().find(std::string("a.recipe: ") + c.Told), std::string::npos)
+        << c.Told << "\n"
+        << err.str();
+    EXPECT_FALSE(std::filesystem::exists(folder / "out.dat"));
+  }
+  test::WriteBytes(folder / "a.recipe", good);
+  EXPECT_EQ(Run({"replay", At("a.recipe"), "-o", "-"}), 1);
+  EXPECT_NE(err.str().find("is not the one that the recipe was made on (38462 bytes"),
+            std::string::npos)
+      << err.str();
+  EXPECT_EQ(Run({"replay", At("a.recipe"), Pendulum(), "-o", "-"}), 0) << err.str();
+  const std::string replayed = out.str();
+  ASSERT_EQ(Run(OnPendulum({"--trace=76,58", "-o", "-"})), 0);
+  EXPECT_EQ(out.str(), replayed);
+}
+
+}  // namespace
+}  // namespace graphize
