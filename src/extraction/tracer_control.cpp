@@ -13,6 +13,7 @@ void SetTraceType(TracerControl& control, int trace) {
   control.Center.Caption = "Y-Down";
   control.Above.Caption = "Y-Up";
   control.Below.Caption = "Repeat";
+  control.PointsEnabled = trace != 2;
   if (trace < 0 || trace > 2) return;
   control.Xrange = "2";
   if (trace == 2) {

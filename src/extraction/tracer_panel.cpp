@@ -20,10 +20,11 @@ QLineEdit* IncrementBox(const char* name, const QString& caption, const QString&
   return box;
 }
 
-void Show(QCheckBox* box, const TracerControl::CheckBox& from) {
+void Show(QCheckBox* box, const TracerControl::CheckBox& from, bool enabled) {
   const QString caption = ToQString(from.Caption);
   if (box->text() != caption) box->setText(caption);
   box->setChecked(from.Checked);
+  Enable(box, enabled);
 }
 
 }  // namespace
@@ -88,9 +89,9 @@ void TracerPanel::Render(const TracerControl& control, int blockSize) {
   graphize::Show(yRange_, control.Yrange);
   for (QWidget* widget : std::initializer_list<QWidget*>{xRange_, yRange_, xSteps_, ySteps_})
     Enable(widget, control.IncrementsEnabled);
-  Show(center_, control.Center);
-  Show(above_, control.Above);
-  Show(below_, control.Below);
+  Show(center_, control.Center, control.PointsEnabled);
+  Show(above_, control.Above, control.PointsEnabled);
+  Show(below_, control.Below, control.PointsEnabled);
   const QSignalBlocker quiet(blockSize_);
   blockSize_->setValue(blockSize);
   graphize::Show(blockSizeShown_, std::to_string(blockSize));

@@ -6,6 +6,7 @@
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QTimerEvent>
 #include <utility>
 
 #include "widgets/keys.h"
@@ -14,6 +15,8 @@
 namespace graphize {
 
 namespace {
+
+constexpr int kScrollInterval = 40;  // milliseconds
 
 int ButtonsOf(Qt::MouseButtons buttons) {
   return (buttons.testFlag(Qt::LeftButton) ? 1 : 0) | (buttons.testFlag(Qt::RightButton) ? 2 : 0) |
@@ -118,6 +121,7 @@ void PlotView::mousePressEvent(QMouseEvent* event) {
   // A press acts on what the move before it has read, with the axes as they are now.
   TellMove(position, ButtonsOf(event->buttons() & ~event->button()), shift);
   if (event->button() == Qt::LeftButton) leftPressedHere_ = true;
+  heldOutside_.start(kScrollInterval, this);
   emit Pressed(button, shift, static_cast<float>(position.x()), static_cast<float>(position.y()));
 }
 
@@ -127,6 +131,14 @@ void PlotView::mouseReleaseEvent(QMouseEvent* event) {
                 static_cast<float>(position.x()), static_cast<float>(position.y()));
   if (event->button() != Qt::LeftButton) return;
   if (std::exchange(leftPressedHere_, false) && rect().contains(position)) emit Clicked();
+}
+
+void PlotView::timerEvent(QTimerEvent* event) {
+  if (event->timerId() != heldOutside_.timerId()) return QWidget::timerEvent(event);
+  const int buttons = ButtonsOf(QGuiApplication::mouseButtons());
+  if (buttons == 0) return heldOutside_.stop();
+  const QPoint position = mapFromGlobal(QCursor::pos());
+  if (!visibleRegion().contains(position)) TellMove(position, buttons, 0);
 }
 
 void PlotView::mouseDoubleClickEvent(QMouseEvent* event) {

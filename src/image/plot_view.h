@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QBasicTimer>
 #include <QWidget>
 #include <functional>
 
@@ -34,6 +35,7 @@ class PlotView : public QWidget {
   void mousePressEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void timerEvent(QTimerEvent* event) override;
 
  private:
   void TellMove(QPoint position, int button, int shift);
@@ -41,6 +43,7 @@ class PlotView : public QWidget {
   const PlotImage& image_;
   OverlayIn overlayIn_;
   bool leftPressedHere_ = false;
+  QBasicTimer heldOutside_;  // a pointer that rests beyond the edge goes on scrolling
 };
 
 /// The raster as an image that shares its memory; valid while the raster lives.

@@ -20,6 +20,21 @@ int DraggingButton(const Workspace& ws) {
   return 0;
 }
 
+/// How far a view from `start` on, `length` wide, has to move to reach `position`: one jump at most.
+int StepTowards(int position, int start, int length, int jump) {
+  if (position < start) return std::max(position - start, -jump);
+  return std::clamp(position - (start + length - 1), 0, jump);
+}
+
+/// A drag beyond the edge of what is seen takes the view with it.
+void FollowDrag(Workspace& ws, float X, float Y) {
+  const Viewport& view = ws.view;
+  ScrollTo(ws.view,
+           view.X + StepTowards(ToInt32(X), view.X, view.Width, std::max<int>(ws.settings.XJump, 1)),
+           view.Y +
+               StepTowards(ToInt32(Y), view.Y, view.Height, std::max<int>(ws.settings.YJump, 1)));
+}
+
 void NotePen(Workspace& ws) {
   std::string step =
       (ws.pen.Tool == PenTool::Draw ? "draw " : "erase ") + std::to_string(ws.pen.BlockSize);
@@ -53,6 +68,7 @@ void Plot_MouseMove(Workspace& ws, const Desktop& desktop, int Button, int /*Shi
   ReadCursor(ws.readOut, ws.axisPanel, ws.store, ws.calibration, desktop, ws.plot.Height(), X, Y);
   if (ws.scanRectangle.Active) MoveScanCorner(ws.scanRectangle, X, Y);
   DragPen(ws.pen, ws.plot, X, Y);
+  if (DraggingButton(ws) != 0) FollowDrag(ws, X, Y);
   if (ws.mode == Mode::AxisDef) FocusArmedRow(ws.calibration, ws.axisPanel);
 }
 

@@ -30,6 +30,7 @@ TEST(TracerControl, EachTraceTypeHasItsCaptionsAndIncrements) {
     SetTraceType(control, c.Trace);
     EXPECT_EQ(Shown(control), c.Expected) << c.Trace;
     EXPECT_TRUE(control.IncrementsEnabled) << c.Trace;
+    EXPECT_EQ(control.PointsEnabled, c.Trace != 2) << c.Trace;
     EXPECT_TRUE(control.Center.Checked && control.Above.Checked) << c.Trace;
   }
   TracerControl fresh;

@@ -22,6 +22,7 @@
 #include "workspace/save_points.h"
 #include "workspace/session.h"
 #include "workspace/toolbar.h"
+#include "workspace/view_commands.h"
 
 namespace graphize {
 namespace {
@@ -129,6 +130,26 @@ TEST_F(WorkspaceTest, APictureThatStaysAfterAResetCanBeWorkedOn) {
   EXPECT_TRUE(CanPress(ws, "axisdef") && CanPress(ws, "refresh") && CanReload(ws));
   EXPECT_FALSE(ws.calibration.AnyDefined() || CanPress(ws, "graphize"));
   EXPECT_EQ(ws.readOut.XPOS, "");
+}
+
+TEST_F(WorkspaceTest, ADragBeyondTheEdgeTakesTheViewWithIt) {
+  OpenAndCalibrate();
+  ws.settings.Trace = 2;
+  ws.settings.XJump = 6;
+  ResizeView(ws, 20, 20);
+  ScrollTo(ws.view, 10, 10);
+  Plot_MouseMove(ws, desktop, 0, 0, 55, 45);
+  EXPECT_EQ(ws.view.X, 10) << "no drag";
+  Plot_MouseDown(ws, desktop, kRightButton, 0, 12, 12);
+  Plot_MouseMove(ws, desktop, kRightButton, 0, 29, 29);
+  EXPECT_EQ(ws.view.X, 10) << "still inside";
+  Plot_MouseMove(ws, desktop, kRightButton, 0, 55, 32);
+  EXPECT_EQ(ws.view.X, 16) << "one jump at most";
+  EXPECT_EQ(ws.view.Y, 13) << "not further than the pointer";
+  Plot_MouseMove(ws, desktop, kRightButton, 0, 3, -40);
+  EXPECT_EQ(ws.view.X, 10);
+  EXPECT_EQ(ws.view.Y, 0);
+  EXPECT_EQ(ws.scanRectangle.Bottom, -40);
 }
 
 TEST_F(WorkspaceTest, ADragWhoseReleaseIsLostEnds) {
