@@ -199,6 +199,14 @@ void PlotDrawing::Digits(PixelPosition at, const std::string& text, double dot) 
   }
 }
 
+void PlotDrawing::Blank(PixelPosition leftTop, PixelPosition rightBottom) {
+  const auto clamped = [](double at, int size) {
+    return std::clamp(static_cast<int>(std::lround(at)), 0, size - 1);
+  };
+  for (int y = clamped(leftTop.Y, height_); y <= clamped(rightBottom.Y, height_); ++y)
+    for (int x = clamped(leftTop.X, width_); x <= clamped(rightBottom.X, width_); ++x) At(x, y) = 0;
+}
+
 void PlotDrawing::Scan(int rounds, double grain, unsigned seed) {
   for (int round = 0; round < rounds; ++round) {
     std::vector<float> soft = darkness_;
@@ -222,6 +230,16 @@ Raster PlotDrawing::Picture() const {
   Raster raster(width_, height_);
   for (std::size_t i = 0; i < darkness_.size(); ++i)
     raster.Pixels()[i] = darkness_[i] > 0.5f ? kBlackPixel : kWhitePixel;
+  return raster;
+}
+
+Raster PlotDrawing::GreyPicture() const {
+  Raster raster(width_, height_);
+  for (std::size_t i = 0; i < darkness_.size(); ++i) {
+    const auto grey =
+        static_cast<std::uint32_t>(std::lround(255 * (1 - std::clamp(darkness_[i], 0.0f, 1.0f))));
+    raster.Pixels()[i] = 0xff000000u | grey << 16 | grey << 8 | grey;
+  }
   return raster;
 }
 

@@ -52,8 +52,13 @@ class PlotDrawing {
   /// Softens by one pixel `rounds` times and adds grain of at most `grain` in darkness.
   void Scan(int rounds, double grain, unsigned seed);
 
+  /// Whitens a box with the corners (left, top) and (right, bottom), as a label does to a curve.
+  void Blank(PixelPosition leftTop, PixelPosition rightBottom);
+
   /// Black and white.
   Raster Picture() const;
+  /// In shades of grey, as it is drawn.
+  Raster GreyPicture() const;
   /// Reference points on the origin and on the ends of both axes, rounded to pixels, with these
   /// values.
   AxisCalibration Calibration(float x0 = 0, float x1 = 1, float y0 = 0, float y1 = 1,

@@ -1,0 +1,88 @@
+// What the tracers and the scan make of plots whose data are known, as a table for
+// docs/accuracy.md; the exit status is 1 when one misses its target.
+
+#include <charconv>
+#include <cstdio>
+#include <exception>
+#include <optional>
+#include <string>
+
+#include "run.h"
+
+namespace graphize::accuracy {
+namespace {
+
+std::string Fixed(double value, int decimals) {
+  char text[400];
+  const auto end =
+      std::to_chars(text, text + sizeof text, value, std::chars_format::fixed, decimals);
+  return std::string(text, end.ptr);
+}
+
+std::string Percent(double part) {
+  return Fixed(100 * part, 1) + " %";
+}
+
+std::string TextOf(const Target& target) {
+  std::string text;
+  const auto add = [&](const std::string& part) { text += (text.empty() ? "" : ", ") + part; };
+  if (target.Median) add("median <= " + Fixed(*target.Median, 1));
+  if (target.Coverage) add("coverage >= " + Fixed(100 * *target.Coverage, 0) + " %");
+  if (target.FalsePart) add("false <= " + Fixed(100 * *target.FalsePart, 0) + " %");
+  return text.empty() ? "none" : text;
+}
+
+bool Meets(const Accuracy& accuracy, const Target& target) {
+  return (!target.Median || accuracy.Median <= *target.Median) &&
+         (!target.Coverage || accuracy.Coverage >= *target.Coverage) &&
+         (!target.FalsePart || accuracy.FalsePart <= *target.FalsePart);
+}
+
+class Table {
+ public:
+  Table() {
+    std::puts(
+        "| plot | found by | points | median | 95 % | coverage | false | target | met |\n"
+        "|---|---|---:|---:|---:|---:|---:|---|---|");
+  }
+  void Add(const std::string& plot, const char* way, const Accuracy& accuracy,
+           const Target& target) {
+    const bool judged = target.Median || target.Coverage || target.FalsePart;
+    const bool met = Meets(accuracy, target);
+    missed_ += met ? 0 : 1;
+    std::printf("| %s | %s | %d | %.2f | %.2f | %s | %s | %s | %s |\n", plot.c_str(), way,
+                accuracy.Points, accuracy.Median, accuracy.Percentile95,
+                Percent(accuracy.Coverage).c_str(), Percent(accuracy.FalsePart).c_str(),
+                TextOf(target).c_str(),
+                !judged ? "-"
+                : met   ? "yes"
+                        : "**no**");
+  }
+  int Missed() const { return missed_; }
+
+ private:
+  int missed_ = 0;
+};
+
+int Report() {
+  Table table;
+  for (const CurvePlot& plot : CurvePlots()) {
+    table.Add(plot.Name, "edges", Run(plot, Tracer::Edges), plot.EdgesGoal);
+    table.Add(plot.Name, "smooth", Run(plot, Tracer::Smooth), plot.Goal);
+  }
+  for (const ScanPlot& plot : ScanPlots()) table.Add(plot.Name, "scan", Run(plot), plot.Goal);
+  std::printf("\n%d missed.\n", table.Missed());
+  return table.Missed() == 0 ? 0 : 1;
+}
+
+}  // namespace
+}  // namespace graphize::accuracy
+
+int main() {
+  try {
+    return graphize::accuracy::Report();
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "%s\n", error.what());
+    return 2;
+  }
+}
