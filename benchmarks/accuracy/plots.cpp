@@ -43,7 +43,7 @@ double Sine(double x) {
 }
 
 double Peaks(double x) {
-  double y = -0.8;
+  double y = -0.85 + 0.02 * x;
   for (const double at : {1.3, 3.1, 5.6, 8.2})
     y += (0.5 + 0.13 * at) * std::exp(-std::pow((x - at) / 0.11, 2));
   return y;
@@ -86,7 +86,7 @@ double Record(double x) {
 /// Gain of a second-order low-pass filter.
 double LowPass(double f) {
   const double r = f / 120;
-  return 30 / std::sqrt(std::pow(1 - r * r, 2) + 0.09 * r * r);
+  return 20 / std::sqrt(std::pow(1 - r * r, 2) + 0.09 * r * r);
 }
 
 constexpr Axes kLogX{.X0 = 1, .X1 = 1e4, .Y0 = -1, .Y1 = 1, .XLog = true};
@@ -95,6 +95,10 @@ constexpr Axes kLogLog{.X0 = 1, .X1 = 1e4, .Y0 = 0.1, .Y1 = 100, .XLog = true, .
 /// v as a function of u, for what else is drawn.
 std::function<void(PlotDrawing&)> Curve(Function v, const Stroke& stroke) {
   return [=](PlotDrawing& drawing) { drawing.Curve(v, stroke, 0.02, 0.98); };
+}
+
+std::function<void(PlotDrawing&)> UprightDots() {
+  return [](PlotDrawing& drawing) { drawing.LinesAtU({0.3, 0.6}, {.Dash = 2, .Gap = 3}); };
 }
 
 std::vector<CurvePlot> CleanCurves() {
@@ -204,13 +208,16 @@ std::vector<CurvePlot> HardCurves() {
        .Line = {.Thickness = 3},
        .Softened = 1,
        .Grain = 0.35},
-      {.Name = "crossed by a steep dotted line",
+      {.Name = "crossed by dotted lines",
        .Goal = kSound,
        .Y = Decay,
-       .Others =
-           [](PlotDrawing& drawing) {
-             drawing.LinesAtU({0.3, 0.6}, {.Dash = 2, .Gap = 3});
-           }},
+       .Others = UprightDots(),
+       .EdgesGoal = kNone},
+      {.Name = "crossed by dotted lines, Y increment 1",
+       .Goal = kSound,
+       .Y = Decay,
+       .Others = UprightDots(),
+       .YIncrement = "1"},
       {.Name = "crossed by a curve",
        .Goal = kSound,
        .Y = Decay,
@@ -220,9 +227,7 @@ std::vector<CurvePlot> HardCurves() {
        .Goal = kSound,
        .Y = Decay,
        .Others = Curve(crossing, {}),
-       .BlockerAt = 0.375,
-       .XIncrement = "14",
-       .YIncrement = "6"},
+       .Blocker = test::PixelPosition{0.281, crossing(0.281)}},
       {.Name = "crossed by steep waves",
        .Goal = kSound,
        .Y = Decay,
@@ -250,7 +255,7 @@ std::vector<CurvePlot> CurvePlots() {
 
 std::vector<ScanPlot> ScanPlots() {
   return {
-      {.Name = "scatter of dots, scanned", .Symbols = 60},
+      {.Name = "scatter of dots, scanned", .Symbols = 60, .Diameter = 1.5},
       {.Name = "scatter of discs, scanned", .Symbols = 60, .Diameter = 5},
       {.Name = "scatter on a grid, scanned", .Symbols = 60, .Diameter = 5, .Grid = Grid({})},
       {.Name = "record with noise, scanned", .Y = Record},

@@ -51,10 +51,10 @@ struct CurvePlot {
   bool Grey = false;                 // handed over in shades of grey: the program reduces it
   int Softened = 0;                  // rounds, and the grain of the paper
   double Grain = 0;
-  std::function<void(PlotDrawing&)> Grid = nullptr;    // wiped before tracing
-  std::function<void(PlotDrawing&)> Others = nullptr;  // what else is drawn, and stays
-  std::optional<double> LabelAt = std::nullopt;        // u of a blank label over the curve
-  std::optional<double> BlockerAt = std::nullopt;      // u of a blocker on the curve
+  std::function<void(PlotDrawing&)> Grid = nullptr;     // wiped before tracing
+  std::function<void(PlotDrawing&)> Others = nullptr;   // what else is drawn, and stays
+  std::optional<double> LabelAt = std::nullopt;         // u of a blank label over the curve
+  std::optional<PixelPosition> Blocker = std::nullopt;  // (u, v) of one on another curve
   std::string XIncrement = "2", YIncrement = "3";
   Target EdgesGoal = Goal;
 };

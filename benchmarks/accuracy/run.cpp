@@ -1,5 +1,6 @@
 #include "run.h"
 
+#include <algorithm>
 #include <array>
 #include <random>
 
@@ -34,6 +35,12 @@ PixelPosition OnPaper(const PlotDrawing& drawing) {
   return drawing.Place(0.45, 1.06);
 }
 
+/// The curve's first place that is not in the frame.
+PixelPosition StartOf(const std::vector<PixelPosition>& course) {
+  const auto inside = [](PixelPosition at) { return at.X > kLeft + 4; };
+  return *std::find_if(course.begin(), course.end(), inside);
+}
+
 struct DrawnCurve {
   PlotDrawing Drawing;
   std::vector<PixelPosition> Course;
@@ -63,11 +70,9 @@ Accuracy Run(const CurvePlot& plot, Tracer tracer) {
   Digitizer digitizer(plot.Grey ? drawn.Drawing.GreyPicture() : drawn.Drawing.Picture());
   Calibrate(digitizer, drawn.Drawing, plot.Values);
   if (plot.Grid) digitizer.WipeGrid(OnPaper(drawn.Drawing));
-  if (plot.BlockerAt) {
-    const double v = plot.Values.VOf(plot.Y(plot.Values.XAt(*plot.BlockerAt)));
-    digitizer.PaintBlocker(drawn.Drawing.Place(*plot.BlockerAt, v), 11);
-  }
-  digitizer.Trace(tracer, drawn.Course.front(), plot.XIncrement, plot.YIncrement);
+  if (plot.Blocker)
+    digitizer.PaintBlocker(drawn.Drawing.Place(plot.Blocker->X, plot.Blocker->Y), 7);
+  digitizer.Trace(tracer, StartOf(drawn.Course), plot.XIncrement, plot.YIncrement);
   return MeasureCurve(digitizer.Points(), drawn.Course, Draw(plot, true).Drawing.Picture());
 }
 

@@ -16,8 +16,6 @@ namespace {
 
 /// Pixels between two looks at the Escape key and the window: some milliseconds at most.
 constexpr int kPixelsPerLook = 1 << 18;
-/// Columns that are read together at least: a few kilobytes of a row.
-constexpr int kStrip = 256;
 
 /// The columns or rows that are looked at, within the picture.
 struct GridRange {
@@ -82,68 +80,77 @@ void FindBlack(const std::uint32_t* row, const GridRange& columns, Take take) {
     if (IsBlackPixel(row[x])) take(x);
 }
 
-/// The positions found, in the order column by column; no more than are wanted.
+/// The positions found, whatever the order in which they come: at least the first so many in the
+/// order column by column.
 class FoundPositions {
  public:
-  explicit FoundPositions(int wanted) : wanted_(static_cast<std::size_t>(wanted)) {}
+  explicit FoundPositions(int wanted) : wanted_(wanted), limit_(wanted > 0 ? UINT32_MAX : 0) {}
 
-  bool IsFull() const { return positions_.size() >= wanted_; }
-  void Add(int x, const std::vector<std::int16_t>& rows) {
-    for (std::size_t i = 0; i < rows.size() && !IsFull(); ++i)
-      positions_.push_back({static_cast<std::int16_t>(x), rows[i]});
+  void Take(int x, int y) {
+    const auto key = static_cast<std::uint32_t>(x) << 16 | static_cast<std::uint32_t>(y);
+    if (key >= limit_) return;
+    keys_.push_back(key);
+    if (keys_.size() >= 2 * wanted_ + 1000) DropLast();
   }
+  /// Forgets what lies right of the column before `x`.
+  void DropColumnsFrom(int x) {
+    limit_ = std::min(limit_, static_cast<std::uint32_t>(x) << 16);
+    std::erase_if(keys_, [this](std::uint32_t key) { return key >= limit_; });
+  }
+  void Sort() { std::sort(keys_.begin(), keys_.end()); }
 
-  std::size_t Count() const { return positions_.size(); }
-  int X(std::size_t i) const { return positions_[i].X; }
-  int Y(std::size_t i) const { return positions_[i].Y; }
+  std::size_t Count() const { return keys_.size(); }
+  int X(std::size_t i) const { return static_cast<int>(keys_[i] >> 16); }
+  int Y(std::size_t i) const { return static_cast<int>(keys_[i] & 0xffffu); }
 
  private:
-  struct Position {
-    std::int16_t X, Y;
-  };
+  void DropLast() {
+    const auto end = keys_.begin() + static_cast<std::ptrdiff_t>(wanted_);
+    std::nth_element(keys_.begin(), end, keys_.end());
+    limit_ = *end;
+    keys_.erase(end, keys_.end());
+  }
 
   std::size_t wanted_;
-  std::vector<Position> positions_;
+  std::uint32_t limit_;              // what lies from here on is not wanted
+  std::vector<std::uint32_t> keys_;  // column in the upper half, row in the lower
 };
 
-/// The black rows of every column of one strip.
-using StripRows = std::vector<std::vector<std::int16_t>>;
-
-/// Marks the black pixels on the grid in the given columns and adds them to `found`.
-void SearchStrip(PlotImage& image, Colour colour, const GridRange& strip, const GridRange& rows,
-                 StripRows& black, FoundPositions& found) {
-  for (int i = 0; i < rows.Count(); ++i) {
-    const int y = rows.First + i * rows.Step;
-    FindBlack(image.Pixels.Row(y), strip, [&](int x) {
-      SetPixel(image, x, y, colour);
-      if (!found.IsFull())
-        black[static_cast<std::size_t>((x - strip.First) / strip.Step)].push_back(
-            static_cast<std::int16_t>(y));
-    });
-  }
-  for (int i = 0; i < strip.Count(); ++i) {
-    auto& blackRows = black[static_cast<std::size_t>(i)];
-    found.Add(strip.First + i * strip.Step, blackRows);
-    blackRows.clear();
-  }
+/// Marks the black pixels of one row on the grid and notes them in `found`.
+void SearchRow(PlotImage& image, Colour colour, const GridRange& columns, int y,
+               FoundPositions& found) {
+  FindBlack(image.Pixels.Row(y), columns, [&](int x) {
+    SetPixel(image, x, y, colour);
+    found.Take(x, y);
+  });
 }
 
-/// Marks the black pixels on the grid and notes them in `found`; false when Escape ended it: then
-/// in the first columns alone. A strip of columns is read row by row, the order of the raster's
-/// memory: column by column takes many times as long.
+/// Searches all columns; false when Escape ended it: then the first columns alone, all their rows,
+/// and of them the part that was done of the work by then. The raster is read row by row, the
+/// order of its memory: column by column takes many times as long.
 bool Search(const ExtractionContext& context, const GridRange& columns, const GridRange& rows,
             FoundPositions& found, ScanStatus& status) {
+  PlotImage& image = context.Image;
   const Colour colour = PaletteColour(context.Options.TraceColor);
-  const int columnsPerStrip = std::max(kPixelsPerLook / std::max(rows.Count(), 1), kStrip);
-  StripRows black(static_cast<std::size_t>(std::min(columnsPerStrip, columns.Count())));
-  for (int i = 0; i < columns.Count(); i += columnsPerStrip) {
-    if (context.Verbs.EscapeHeld()) return false;
-    status.Show(100.0 * i / columns.Count());
-    context.Verbs.Pump();
-    const int last = std::min(i + columnsPerStrip, columns.Count()) - 1;
-    const GridRange strip{columns.First + i * columns.Step, columns.First + last * columns.Step,
-                          columns.Step};
-    SearchStrip(context.Image, colour, strip, rows, black, found);
+  const int rowsPerLook = std::max(kPixelsPerLook / std::max(columns.Count(), 1), 1);
+  const std::size_t marksBefore = image.Marks.size();
+  for (int i = 0; i < rows.Count(); ++i) {
+    if (i % rowsPerLook == 0) {
+      if (context.Verbs.EscapeHeld()) {
+        const auto done =
+            static_cast<int>(static_cast<long long>(columns.Count()) * i / rows.Count());
+        const int end = columns.First + done * columns.Step;
+        const GridRange first{columns.First, end - columns.Step, columns.Step};
+        TakeBackMarks(image, marksBefore, end);
+        found.DropColumnsFrom(end);
+        for (; i < rows.Count(); ++i)
+          SearchRow(image, colour, first, rows.First + i * rows.Step, found);
+        return false;
+      }
+      status.Show(100.0 * i / rows.Count());
+      context.Verbs.Pump();
+    }
+    SearchRow(image, colour, columns, rows.First + i * rows.Step, found);
   }
   return true;
 }
@@ -201,6 +208,7 @@ void Scan(const ExtractionContext& context, const ScanRectangle& rectangle) {
   context.Verbs.Pump();
   FoundPositions found(wanted);
   const bool stopped = !Search(context, columns, rows, found, status);
+  found.Sort();
   status.Show(100);
   if (adds) AddFound(context, found, stopped, status);
   status.Show(100);

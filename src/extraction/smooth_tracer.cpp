@@ -3,8 +3,11 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <optional>
+#include <utility>
 
 #include "base/numbers.h"
+#include "extraction/course.h"
 #include "extraction/ink_column.h"
 #include "extraction/running_trace.h"
 
@@ -13,26 +16,36 @@ namespace graphize {
 namespace {
 
 constexpr int kNone = -1;
+/// Columns ahead in which a curve that is crossed must show itself again.
+constexpr int kLongestCrossing = 8;
 
-/// The stroke of one column.
+/// The ink of one column that is taken for the curve.
 struct Stroke {
   int Top, Bottom;  // its first and last black row
-  int Mean;         // of all its black rows
+  double Mean;      // of all its black rows
+
+  int Height() const { return Bottom - Top + 1; }
 };
 
-/// Where the curve is expected in the next column.
-struct Expectation {
-  int Row;
-  bool Downward = true;  // breaks a tie: the way the curve last went
-  int Top, Bottom;       // rows that touch the last stroke
+/// A curve on its way through the picture.
+struct FollowedCurve {
+  const PlotImage& Image;
+  int XIncrement, YIncrement;
+  int Threshold;  // rows: a greater change is a leap
+  Course Way = {};
+  Stroke Last = {};      // where it was seen last
+  bool Adjacent = true;  // in the column before
+
+  int LastRow() const { return Image.Height() - 1; }
 };
 
-/// The black row nearest to the expected one, from `top` to `bottom`.
-int NearestInk(const InkColumn& column, const Expectation& expected, int top, int bottom) {
-  const int reach = std::max(expected.Row - top, bottom - expected.Row);
+/// The black row nearest to `wanted`, from `top` to `bottom`; of two, the one ahead on its way.
+int NearestInk(const InkColumn& column, double wanted, bool downward, int top, int bottom) {
+  const int middle = static_cast<int>(std::lround(wanted));
+  const int reach = std::max(middle - top, bottom - middle);
   for (int distance = 0; distance <= reach; ++distance) {
-    const int step = expected.Downward ? distance : -distance;
-    for (const int row : {expected.Row + step, expected.Row - step})
+    const int step = downward ? distance : -distance;
+    for (const int row : {middle + step, middle - step})
       if (row >= top && row <= bottom && column[row]) return row;
   }
   return kNone;
@@ -54,33 +67,81 @@ Stroke CollectStroke(const InkColumn& column, int lastRow, int start, int yIncre
     return last;
   };
   const int bottom = walk(1), top = walk(-1);
-  return {top, bottom, ToInt32(sum / count)};
-}
-
-/// Where the curve goes on after `stroke`.
-void Expect(Expectation& expected, const Stroke& stroke, int threshold) {
-  const int change = stroke.Mean - expected.Row;
-  if (change != 0) expected.Downward = change > 0;
-  const bool crossed =
-      expected.Row - stroke.Top > threshold && stroke.Bottom - expected.Row > threshold;
-  if (std::abs(change) <= threshold)
-    expected.Row = stroke.Mean;
-  else if (!crossed)
-    expected.Row = change > 0 ? stroke.Bottom : stroke.Top;
-  expected.Top = stroke.Top - 1;
-  expected.Bottom = stroke.Bottom + 1;
+  return {top, bottom, sum / count};
 }
 
 /// A black row of the curve in this column: one that touches the last stroke, else one near the
-/// current row.
-int FindInk(const InkColumn& column, int lastRow, const Expectation& expected, bool adjacent,
-            int reach) {
-  if (adjacent) {
-    const int row = NearestInk(column, expected, expected.Top, expected.Bottom);
+/// row where it was.
+int FindInk(const FollowedCurve& curve, const InkColumn& ink, int column) {
+  const double wanted = curve.Way.RowAt(column);
+  const bool downward = curve.Way.Slope() >= 0;
+  if (curve.Adjacent) {
+    const int row = NearestInk(ink, wanted, downward, curve.Last.Top - 1, curve.Last.Bottom + 1);
     if (row != kNone) return row;
   }
-  return NearestInk(column, expected, std::max(expected.Row - reach, 0),
-                    std::min(expected.Row + reach, lastRow));
+  const int last = ToInt32(curve.Way.Row()), reach = curve.Threshold + 1;
+  return NearestInk(ink, wanted, downward, std::max(last - reach, 0),
+                    std::min(last + reach, curve.LastRow()));
+}
+
+/// The curve in `column` when it goes straight on, whatever else is black there: its ink does not
+/// end for more than the X increment, and soon it is seen on its course again, alone and no thicker
+/// than before.
+std::optional<Stroke> GoingStraightOn(const FollowedCurve& curve, int column) {
+  int missing = 0;
+  for (int ahead = 0; ahead <= kLongestCrossing; ++ahead) {
+    const InkColumn ink(curve.Image, column + ahead);
+    const double wanted = curve.Way.RowAt(column + ahead);
+    const int middle = static_cast<int>(std::lround(wanted));
+    const int row = NearestInk(ink, wanted, true, middle - 1, middle + 1);
+    if (row == kNone) {
+      if (++missing > curve.XIncrement) return std::nullopt;
+      continue;
+    }
+    missing = 0;
+    const Stroke run = CollectStroke(ink, curve.LastRow(), row, 0);
+    if (run.Height() > curve.Last.Height() + 1) continue;
+    if (run.Height() < 0.5 * std::abs(curve.Way.Slope()) ||
+        std::abs(run.Mean - wanted) > 1.5 + 0.25 * ahead)
+      return std::nullopt;
+    if (ahead == 0) return run;
+    const double here = curve.Way.RowAt(column);
+    const int shift = static_cast<int>(std::lround(here - curve.Way.Row()));
+    return Stroke{curve.Last.Top + shift, curve.Last.Bottom + shift, here};
+  }
+  return std::nullopt;
+}
+
+/// Whether ink that does not touch the curve is another's: it lies off the curve's course, on which
+/// the curve shows itself again up to column `limit`.
+bool IsAnothers(const FollowedCurve& curve, const Stroke& stroke, int column, int limit) {
+  if (std::abs(stroke.Mean - curve.Way.RowAt(column)) <= curve.YIncrement) return false;
+  for (int next = column + 1; next <= limit; ++next) {
+    const int middle = static_cast<int>(std::lround(curve.Way.RowAt(next)));
+    const InkColumn ink(curve.Image, next);
+    if (ink[middle] || ink[middle - 1] || ink[middle + 1]) return true;
+  }
+  return false;
+}
+
+/// Takes the stroke of this column over; its row is where the curve is in it.
+double Follow(FollowedCurve& curve, const Stroke& stroke, int column) {
+  curve.Adjacent = true;
+  const double change = stroke.Mean - curve.Way.Row();
+  const double deviation = stroke.Mean - curve.Way.RowAt(column);
+  const double usual = 1 + 0.25 * std::abs(curve.Way.Slope());
+  if (std::abs(deviation) > usual || stroke.Height() > curve.Last.Height() + 2 * usual) {
+    if (const auto crossed = GoingStraightOn(curve, column)) {
+      curve.Last = *crossed;
+      curve.Way.Add(column, crossed->Mean);
+      return std::abs(stroke.Mean - crossed->Mean) > curve.YIncrement ? crossed->Mean : stroke.Mean;
+    }
+  }
+  const bool isLeap = std::abs(change) > curve.Threshold && std::abs(deviation) > curve.Threshold;
+  curve.Last = stroke;
+  if (isLeap) curve.Way.Clear();
+  curve.Way.Add(column, !isLeap ? stroke.Mean : change > 0 ? stroke.Bottom : stroke.Top);
+  return stroke.Mean;
 }
 
 }  // namespace
@@ -88,26 +149,35 @@ int FindInk(const InkColumn& column, int lastRow, const Expectation& expected, b
 void TraceSmooth(const ExtractionContext& context, float x, float y) {
   if (!HasValues(context)) return;
   RunningTrace trace(context);
-  const PlotImage& image = context.Image;
-  const int lastRow = image.Height() - 1;
-  const int threshold = 2 * trace.YIncrement;
-
   const int startRow = ToInt16(y);
-  Expectation expected{.Row = startRow, .Top = startRow - 1, .Bottom = startRow + 1};
+  FollowedCurve curve{.Image = context.Image,
+                      .XIncrement = trace.XIncrement,
+                      .YIncrement = trace.YIncrement,
+                      .Threshold = 2 * trace.YIncrement};
   int limit = ToInt16(x) + trace.XIncrement;
-  bool adjacent = true;
+  curve.Way.Add(ToInt16(x) - 1, startRow);
+  curve.Last = {startRow, startRow, static_cast<double>(startRow)};
+  bool found = false;
   for (int column = ToInt16(x); column <= limit && GoesOn(trace, column); ++column) {
-    const InkColumn ink(image, column);
-    const int row = FindInk(ink, lastRow, expected, adjacent, threshold + 1);
-    adjacent = row != kNone;
+    const InkColumn ink(context.Image, column);
+    const int row = FindInk(curve, ink, column);
+    const bool touches =
+        curve.Adjacent && row >= curve.Last.Top - 1 && row <= curve.Last.Bottom + 1;
+    curve.Adjacent = false;
     if (row == kNone) continue;
-    const Stroke stroke = CollectStroke(ink, lastRow, row, trace.YIncrement);
+    const Stroke stroke = CollectStroke(ink, curve.LastRow(), row, trace.YIncrement);
+    if (found && !touches && IsAnothers(curve, stroke, column, limit)) continue;
+    if (!std::exchange(found, true)) {
+      // Where the user clicked is no part of the curve's course.
+      curve.Way.Clear();
+      curve.Way.Add(column, stroke.Mean);
+      curve.Last = stroke;
+    }
     ScrollToColumn(trace, column);
     ScrollToRows(trace, stroke.Top - 1, stroke.Bottom + 1);
-    if (!EmitPoints(trace,
-                    {column, static_cast<float>(stroke.Mean), stroke.Bottom + 1, stroke.Top - 1}))
+    const int centre = ToInt32(Follow(curve, stroke, column));
+    if (!EmitPoints(trace, {column, static_cast<float>(centre), stroke.Bottom + 1, stroke.Top - 1}))
       break;
-    Expect(expected, stroke, threshold);
     limit = column + 1 + trace.XIncrement;
   }
   ShowResult(context);

@@ -110,6 +110,18 @@ void DrawDot(PlotImage& image, int x, int y, int width, Colour colour) {
   FillDot(image, image.Marks, x, y, width, colour);
 }
 
+void TakeBackMarks(PlotImage& image, std::size_t first, int x) {
+  const auto width = static_cast<std::uint32_t>(image.Width());
+  const auto begin = image.Marks.begin() + static_cast<std::ptrdiff_t>(first);
+  const auto isLeft = [=](const OverdrawnPixel& mark) {
+    return static_cast<int>(mark.Index % width) < x;
+  };
+  const auto taken = std::stable_partition(begin, image.Marks.end(), isLeft);
+  std::vector<OverdrawnPixel> back(taken, image.Marks.end());
+  image.Marks.erase(taken, image.Marks.end());
+  PutBack(image, back);
+}
+
 void ClearMarks(PlotImage& image) {
   PutBack(image, image.Marks);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -67,6 +68,10 @@ void DrawLine(PlotImage& image, int x1, int y1, int x2, int y2, Colour colour);
 void DrawBox(PlotImage& image, int x1, int y1, int x2, int y2, Colour colour, bool filled);
 /// A filled round dot `width` pixels across, centred on (x, y); a width below 2 is one pixel.
 void DrawDot(PlotImage& image, int x, int y, int width, Colour colour);
+
+/// Takes back the marks from number `first` on, oldest first, that lie in column `x` or right of
+/// it.
+void TakeBackMarks(PlotImage& image, std::size_t first, int x);
 
 /// The working raster becomes the base picture again.
 void ClearMarks(PlotImage& image);

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <array>
+#include <cmath>
+#include <cstddef>
+
+namespace graphize {
+
+/// Where a followed curve goes by its last few columns.
+class Course {
+ public:
+  /// The curve is in `row` in this column, which is right of those before.
+  void Add(int column, double row) {
+    if (count_ == kColumns) {
+      for (std::size_t i = 1; i < kColumns; ++i) places_[i - 1] = places_[i];
+      --count_;
+    }
+    places_[count_++] = {column, row};
+  }
+  /// Forgets what was before: the curve leapt.
+  void Clear() { count_ = 0; }
+
+  double Row() const { return Last().Row; }
+  /// Rows per column, over as few columns as show it: whole rows tell little of a flat curve's.
+  double Slope() const {
+    for (std::size_t i = count_; i-- > 0;) {
+      const double rows = Row() - places_[i].Row;
+      if (i + 1 < count_ && (i == 0 || std::abs(rows) >= kEnoughRows))
+        return rows / (Last().Column - places_[i].Column);
+    }
+    return 0;
+  }
+  /// The row of a column ahead when it goes straight on.
+  double RowAt(int column) const { return Row() + Slope() * (column - Last().Column); }
+
+ private:
+  struct Place {
+    int Column = 0;
+    double Row = 0;
+  };
+  static constexpr std::size_t kColumns = 6;
+  static constexpr double kEnoughRows = 4;
+
+  const Place& Last() const { return places_[count_ - 1]; }
+
+  std::array<Place, kColumns> places_{};
+  std::size_t count_ = 0;
+};
+
+}  // namespace graphize
