@@ -68,7 +68,7 @@ int Report() {
   Table table;
   for (const CurvePlot& plot : CurvePlots()) {
     table.Add(plot.Name, "edges", Run(plot, Tracer::Edges), plot.EdgesGoal);
-    table.Add(plot.Name, "smooth", Run(plot, Tracer::Smooth), plot.Goal);
+    table.Add(plot.Name, "smooth", Run(plot, Tracer::Smooth), plot.SmoothGoal);
   }
   for (const ScanPlot& plot : ScanPlots()) table.Add(plot.Name, "scan", Run(plot), plot.Goal);
   std::printf("\n%d missed.\n", table.Missed());

@@ -15,7 +15,7 @@ inline constexpr double kNear = 2;
 struct Accuracy {
   int Points = 0;
   double Median = 0, Percentile95 = 0;  // distance from the true curve, pixels
-  double Coverage = 0;                  // part of the true curve's columns with a near point
+  double Coverage = 0;                  // part of the true curve's columns that hold a near point
   double FalsePart = 0;                 // part of the points that are not near
 };
 

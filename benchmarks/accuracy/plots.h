@@ -32,8 +32,11 @@ struct Target {
   std::optional<double> FalsePart;  // at most
 };
 
-/// Clean black curves: the edge tracer, and the smoothing one, which captures whole rows.
+/// Clean black curves.
 inline constexpr Target kClean{0.3, 0.99, 0.01};
+/// The same for the smoothing tracer: it captures whole rows, half a pixel off where the middle
+/// lies between two.
+inline constexpr Target kCleanWholeRows{0.5, 0.99, 0.01};
 /// Grids that were wiped, scans of paper, broken and noisy curves.
 inline constexpr Target kSound{std::nullopt, 0.97, 0.01};
 /// Shown, not judged: docs/accuracy.md says why.
@@ -57,6 +60,7 @@ struct CurvePlot {
   std::optional<PixelPosition> Blocker = std::nullopt;  // (u, v) of one on another curve
   std::string XIncrement = "2", YIncrement = "3";
   Target EdgesGoal = Goal;
+  Target SmoothGoal = Goal.Median ? kCleanWholeRows : Goal;
 };
 
 /// A plot that is scanned: symbols, or else the curve.
