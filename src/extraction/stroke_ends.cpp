@@ -167,8 +167,10 @@ class Side {
         end.LeftRun = std::max(left / (next - 1), end.Lean);
       if (right >= 2 || (end.Lean < -0.5 && right > -2))
         end.RightRun = std::max(right / (next - 1), -end.Lean);
-      end.Flattens = std::abs(end.Lean) >= 8 && columns.Length() >= 16 &&
-                     columns.Length() >= 1.4 * stroke.Rows[next].Length() + 2;
+      const double longer = columns.Length() - 1.4 * stroke.Rows[next].Length();
+      end.Flattens = (std::abs(end.Lean) >= 8 && columns.Length() >= 16 && longer >= 2) ||
+                     (end.Height == kFollowedRows && std::abs(end.Lean) >= 3 &&
+                      columns.Length() >= 5 && longer >= 0.5);
     }
     if (!end.IsShallow()) return end;
     for (int x = columns.First; x <= columns.Last; ++x)

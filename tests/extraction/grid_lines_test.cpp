@@ -95,7 +95,7 @@ GridRemoval Remove(Drawn& drawn, GridDirection direction, bool all = true, int x
 struct Damage {
   int Grid = 0, Left = 0, Lost = 0;
   double CoveredColumns = 1;  // part of the curve's columns still black within 2 pixels of it
-  int LongestGap = 0;         // columns of the curve in a row that are not
+  int LongestGap = 0;         // columns in a row that are not, behind the first that is
 };
 
 Damage Compare(const Drawn& drawn, const Raster& withGrid) {
@@ -123,7 +123,7 @@ Damage Compare(const Drawn& drawn, const Raster& withGrid) {
     }
     columns += shouldBe ? 1 : 0;
     covered += shouldBe && is ? 1 : 0;
-    gap = shouldBe && !is ? gap + 1 : 0;
+    gap = shouldBe && !is && covered > 0 ? gap + 1 : 0;
     damage.LongestGap = std::max(damage.LongestGap, gap);
   }
   if (columns > 0) damage.CoveredColumns = static_cast<double>(covered) / columns;
@@ -182,6 +182,7 @@ TEST(GridLines, CurvesThatMeetALineAtAnyAngleSurvive) {
       {"minimum on a line", [](double u) { return 1 / 3.0 + 1.1 * (u - 0.55) * (u - 0.55); }},
       {"saddle on a line", [](double u) { return 0.5 + 3 * std::pow(u - 0.45, 3); }},
       {"many waves", [](double u) { return 0.5 + 0.335 * std::sin(45 * u + 1); }},
+      {"begins at its peak on a line", [](double u) { return 0.5 + 0.335 * std::sin(45 * u); }},
   };
   for (const auto& [name, curve] : curves) {
     for (const double degrees : {0.0, -1.6}) {
@@ -205,6 +206,22 @@ TEST(GridLines, ACurveThatComesToRunAlongALineIsKept) {
   CheckWiped(
       {.Name = "saturation", .Curve = [](double u) { return 5 / 6.0 * (1 - std::exp(-11 * u)); }},
       1.0, 0.05, 0.05);
+}
+
+TEST(GridLines, AStepFromOneLineToAnotherIsKept) {
+  // Where it runs in the lines it may be kept a row aside.
+  for (const double thickness : {1.0, 2.0}) {
+    for (const double steepness : {60.0, 40.0}) {
+      CheckWiped({.Name = "step " + std::to_string(steepness),
+                  .Grid = {.Thickness = thickness},
+                  .Curve =
+                      [=](double u) {
+                        return 1 / 6.0 + 2 / 3.0 / (1 + std::exp(-steepness * (u - 0.47)));
+                      },
+                  .CurveThickness = thickness},
+                 1.0, 0.09, 0.09);
+    }
+  }
 }
 
 TEST(GridLines, LongLevelPiecesOfACurveAreNotLines) {
