@@ -3,10 +3,8 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <cmath>
-#include <utility>
-#include <vector>
 
+#include "bare_reads.h"
 #include "extraction/curve_tracer.h"
 #include "extraction/scan.h"
 #include "extraction/smooth_tracer.h"
@@ -17,21 +15,6 @@ namespace graphize {
 namespace {
 
 using test::ExtractionRecords;
-
-constexpr int kThickness = 8;
-
-PlotImage WideCurve() {
-  Raster raster = Raster::Filled(30000, 2000, kWhitePixel);
-  const auto shape = [](int x) { return static_cast<int>(1000 + 900 * std::sin(x / 900.0)); };
-  for (int x = 0; x < raster.Width(); ++x) {
-    const int a = shape(x), b = shape(x + 1);
-    for (int y = std::min(a, b); y < std::max(a, b) + kThickness; ++y)
-      raster.Row(y)[x] = kBlackPixel;
-  }
-  PlotImage image;
-  SetPicture(image, std::move(raster));
-  return image;
-}
 
 /// A page of 35 megapixels with a black pixel in every `oneIn` on average, in short runs.
 PlotImage Page(int oneIn) {
@@ -48,40 +31,12 @@ PlotImage Page(int oneIn) {
   return image;
 }
 
-/// The first and last black row of every column.
-std::vector<std::pair<int, int>> InkOf(const PlotImage& image) {
-  std::vector<std::pair<int, int>> ink;
-  for (int x = 0; x < image.Width(); ++x) {
-    int top = 0, bottom = image.Height() - 1;
-    while (!IsBlack(image, x, top)) ++top;
-    while (!IsBlack(image, x, bottom)) --bottom;
-    ink.emplace_back(top, bottom);
-  }
-  return ink;
-}
-
-/// The reads of a trace alone: the ink with the gap around it, and beside ink the next column.
 void BM_BareReads(benchmark::State& state) {
   const PlotImage image = WideCurve();
   const auto ink = InkOf(image);
-  const int gap = 4;
-  std::int64_t reads = 0;
-  for (auto _ : state) {
-    unsigned black = 0;
-    reads = 0;
-    for (int x = 0; x + 1 < image.Width(); ++x) {
-      const auto [top, bottom] = ink[static_cast<std::size_t>(x)];
-      for (int y = top - gap; y <= bottom + gap; ++y) {
-        ++reads;
-        if (!IsBlackPixel(image.Pixels.Row(y)[x])) continue;
-        reads += 2;
-        black += static_cast<unsigned>(IsBlackPixel(image.Pixels.Row(y)[x + 1]));
-        black += static_cast<unsigned>(IsBlackPixel(image.Pixels.Row(y + 1)[x + 1]));
-      }
-    }
-    benchmark::DoNotOptimize(black);
-  }
-  state.counters["reads"] = static_cast<double>(reads);
+  BareReads reads;
+  for (auto _ : state) benchmark::DoNotOptimize(reads = ReadBarely(image, ink));
+  state.counters["reads"] = static_cast<double>(reads.Reads);
 }
 BENCHMARK(BM_BareReads)->Unit(benchmark::kMicrosecond);
 

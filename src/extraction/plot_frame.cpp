@@ -77,6 +77,19 @@ bool IsCorner(const BlackMap& map, const PlotPlace& place, const GridLine& line,
   return false;
 }
 
+/// Whether no upright line meets the line's end `column`.
+bool IsFree(const BlackMap& map, const PlotPlace& place, const GridLine& line, int column) {
+  const int shortest = ShortestFrame(place);
+  const int half = line.Thickness / 2 + 1;
+  for (int aside = -2; aside <= 2; ++aside) {
+    const int row = RowOf(line, std::clamp(column + aside, line.Columns.First, line.Columns.Last));
+    for (const int step : {-1, 1})
+      if (UprightReach(map, column + aside, row + step * half, step, shortest) >= shortest)
+        return false;
+  }
+  return true;
+}
+
 constexpr double kUnbroken = 0.97;  // coverage
 
 /// A frame is solid, or a solid line that came out broken; a grid may be dashed.
@@ -88,9 +101,13 @@ bool IsThrough(const MapPixel& point, const GridLine& line) {
   return std::abs(line.RowAt(point.Column) - point.Row) <= 2.5 + 0.5 * line.Thickness;
 }
 
+/// A side of the frame has a corner at either end; of two axes alone, at one.
 bool IsFrameSide(const BlackMap& map, const PlotPlace& place, const GridLine& line, int inward) {
-  return IsSolid(line) && IsCorner(map, place, line, line.Columns.First, inward) &&
-         IsCorner(map, place, line, line.Columns.Last, inward);
+  if (!IsSolid(line)) return false;
+  const bool first = IsCorner(map, place, line, line.Columns.First, inward);
+  const bool last = IsCorner(map, place, line, line.Columns.Last, inward);
+  return (first && last) || (first && IsFree(map, place, line, line.Columns.Last)) ||
+         (last && IsFree(map, place, line, line.Columns.First));
 }
 
 }  // namespace

@@ -303,6 +303,21 @@ TEST(GridLines, TheFrameGoesOnlyWhenItWasClicked) {
   }
 }
 
+TEST(GridLines, TwoAxesStayAlsoWhereTheReferencePointsLieInside) {
+  for (const double degrees : {0.0, 1.5}) {
+    PlotDrawing drawing(570, 420, 60, 40, 540, 376, degrees);
+    drawing.LinesAtU(Linear(8), {});
+    drawing.LinesAtV(Linear(6), {});
+    drawing.LinesAtU({0}, {.Thickness = 2});
+    drawing.LinesAtV({0}, {.Thickness = 2});
+    Drawn drawn;
+    SetPicture(drawn.Image, drawing.Picture());
+    drawn.Calibration = PlotDrawing(570, 420, 135, 80, 450, 300, degrees).Calibration();
+    EXPECT_EQ(Remove(drawn, GridDirection::Y).Lines, 5) << degrees;
+    EXPECT_EQ(Remove(drawn, GridDirection::X).Lines, 7) << degrees;
+  }
+}
+
 TEST(GridLines, AClickRemovesTheNearestLineAlone) {
   struct Click {
     GridDirection Direction;
