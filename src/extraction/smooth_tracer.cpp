@@ -100,7 +100,7 @@ std::optional<Stroke> GoingStraightOn(const FollowedCurve& curve, int column) {
     }
     missing = 0;
     const Stroke run = CollectStroke(ink, curve.LastRow(), row, 0);
-    if (run.Height() > curve.Last.Height() + 1) continue;
+    if (run.Height() > curve.Way.Tallest()) continue;
     if (run.Height() < 0.5 * std::abs(curve.Way.Slope()) ||
         std::abs(run.Mean - wanted) > 1.5 + 0.25 * ahead)
       return std::nullopt;
@@ -129,18 +129,19 @@ double Follow(FollowedCurve& curve, const Stroke& stroke, int column) {
   curve.Adjacent = true;
   const double change = stroke.Mean - curve.Way.Row();
   const double deviation = stroke.Mean - curve.Way.RowAt(column);
-  const double usual = 1 + 0.25 * std::abs(curve.Way.Slope());
-  if (std::abs(deviation) > usual || stroke.Height() > curve.Last.Height() + 2 * usual) {
+  if (std::abs(deviation) > 1 + 0.25 * std::abs(curve.Way.Slope()) ||
+      stroke.Height() > curve.Way.Tallest()) {
     if (const auto crossed = GoingStraightOn(curve, column)) {
       curve.Last = *crossed;
-      curve.Way.Add(column, crossed->Mean);
+      curve.Way.Add(column, crossed->Mean, crossed->Height());
       return std::abs(stroke.Mean - crossed->Mean) > curve.YIncrement ? crossed->Mean : stroke.Mean;
     }
   }
   const bool isLeap = std::abs(change) > curve.Threshold && std::abs(deviation) > curve.Threshold;
   curve.Last = stroke;
   if (isLeap) curve.Way.Clear();
-  curve.Way.Add(column, !isLeap ? stroke.Mean : change > 0 ? stroke.Bottom : stroke.Top);
+  const double row = !isLeap ? stroke.Mean : change > 0 ? stroke.Bottom : stroke.Top;
+  curve.Way.Add(column, row, stroke.Height());
   return stroke.Mean;
 }
 
@@ -155,7 +156,7 @@ void TraceSmooth(const ExtractionContext& context, float x, float y) {
                       .YIncrement = trace.YIncrement,
                       .Threshold = 2 * trace.YIncrement};
   int limit = ToInt16(x) + trace.XIncrement;
-  curve.Way.Add(ToInt16(x) - 1, startRow);
+  curve.Way.Add(ToInt16(x) - 1, startRow, 1);
   curve.Last = {startRow, startRow, static_cast<double>(startRow)};
   bool found = false;
   for (int column = ToInt16(x); column <= limit && GoesOn(trace, column); ++column) {
@@ -170,7 +171,7 @@ void TraceSmooth(const ExtractionContext& context, float x, float y) {
     if (!std::exchange(found, true)) {
       // Where the user clicked is no part of the curve's course.
       curve.Way.Clear();
-      curve.Way.Add(column, stroke.Mean);
+      curve.Way.Add(column, stroke.Mean, stroke.Height());
       curve.Last = stroke;
     }
     ScrollToColumn(trace, column);

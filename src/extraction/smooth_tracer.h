@@ -8,8 +8,11 @@ namespace graphize {
 /// pixels of the stroke, rounded half to even. A column whose stroke does not touch the last one is
 /// searched up to twice the Y increment from the current row.
 ///
-/// Where the mean leaps by more than that, the stroke is steep: the trace goes on from the end that
-/// it leaped to, or, when ink only crosses the curve there, from where it was.
+/// Where more ink is black than the curve's course by the last columns explains, something else
+/// crosses it, or it turns steep itself. When its own ink goes straight on and soon stands alone
+/// again, the trace keeps its course (and captures it where the mean is off by more than the Y
+/// increment); else it goes on from the end that the stroke leaps to. Ink that does not touch the
+/// curve and lies off its course is passed over when the curve goes on within the X increment.
 void TraceSmooth(const ExtractionContext& context, float x, float y);
 
 }  // namespace graphize

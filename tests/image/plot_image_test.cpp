@@ -47,6 +47,21 @@ TEST(PlotImage, ClearMarksRestoresOverlappingMarks) {
   EXPECT_TRUE(image.Marks.empty());
 }
 
+TEST(PlotImage, NewMarksOfTheRightColumnsCanBeTakenBack) {
+  PlotImage image = MakePlotImage({"####", "####"});
+  SetPixel(image, 3, 0, MakeColour(1, 0, 0));
+  const std::size_t before = image.Marks.size();
+  DrawBox(image, 0, 0, 3, 0, MakeColour(2, 0, 0), true);
+  image.Dirty = {};
+  TakeBackMarks(image, before, 2);
+  EXPECT_EQ(GetPixel(image, 1, 0), MakeColour(2, 0, 0));
+  EXPECT_EQ(GetPixel(image, 2, 0), kBlack);
+  EXPECT_EQ(GetPixel(image, 3, 0), MakeColour(1, 0, 0));
+  EXPECT_EQ(std::pair(image.Dirty.Left, image.Dirty.Right), std::pair(2, 3));
+  ClearMarks(image);
+  EXPECT_EQ(Show(image), (std::vector<std::string>{"####", "####"}));
+}
+
 TEST(PlotImage, EditsBecomeTheBasePictureAndTheLastOneCanBeUndone) {
   const Rows before = {"###", "###"};
   PlotImage image = MakePlotImage(before);
@@ -72,15 +87,20 @@ TEST(PlotImage, ShapesHaveTheirCornersAndWidths) {
     Rows expected;
   };
   const Case cases[] = {
-      {"outline", [](PlotImage& i) { DrawBox(i, 4, 3, 1, 1, kBlack, false); },
+      {"outline",
+       [](PlotImage& i) { DrawBox(i, 4, 3, 1, 1, kBlack, false); },
        {"......", ".####.", ".#..#.", ".####.", "......"}},
-      {"dot 1", [](PlotImage& i) { DrawDot(i, 2, 2, 1, kBlack); },
+      {"dot 1",
+       [](PlotImage& i) { DrawDot(i, 2, 2, 1, kBlack); },
        {"......", "......", "..#...", "......", "......"}},
-      {"dot 3", [](PlotImage& i) { DrawDot(i, 2, 2, 3, kBlack); },
+      {"dot 3",
+       [](PlotImage& i) { DrawDot(i, 2, 2, 3, kBlack); },
        {"......", ".###..", ".###..", ".###..", "......"}},
-      {"dot 4", [](PlotImage& i) { DrawDot(i, 2, 2, 4, kBlack); },
+      {"dot 4",
+       [](PlotImage& i) { DrawDot(i, 2, 2, 4, kBlack); },
        {".##...", "####..", "####..", ".##...", "......"}},
-      {"steep line", [](PlotImage& i) { DrawLine(i, 1, 0, 2, 3, kBlack); },
+      {"steep line",
+       [](PlotImage& i) { DrawLine(i, 1, 0, 2, 3, kBlack); },
        {".#....", ".#....", "..#...", "..#...", "......"}},
   };
   for (const Case& c : cases) {
