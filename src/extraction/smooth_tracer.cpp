@@ -4,7 +4,6 @@
 #include <cmath>
 #include <cstdlib>
 #include <optional>
-#include <utility>
 
 #include "base/numbers.h"
 #include "extraction/course.h"
@@ -124,6 +123,15 @@ bool IsAnothers(const FollowedCurve& curve, const Stroke& stroke, int column, in
   return false;
 }
 
+/// Takes the first stroke over. Where the user clicked is no part of the curve's course.
+double Begin(FollowedCurve& curve, const Stroke& stroke, int column) {
+  curve.Adjacent = true;
+  curve.Last = stroke;
+  curve.Way.Clear();
+  curve.Way.Add(column, stroke.Mean, stroke.Height());
+  return stroke.Mean;
+}
+
 /// Takes the stroke of this column over; its row is where the curve is in it.
 double Follow(FollowedCurve& curve, const Stroke& stroke, int column) {
   curve.Adjacent = true;
@@ -168,15 +176,11 @@ void TraceSmooth(const ExtractionContext& context, float x, float y) {
     if (row == kNone) continue;
     const Stroke stroke = CollectStroke(ink, curve.LastRow(), row, trace.YIncrement);
     if (found && !touches && IsAnothers(curve, stroke, column, limit)) continue;
-    if (!std::exchange(found, true)) {
-      // Where the user clicked is no part of the curve's course.
-      curve.Way.Clear();
-      curve.Way.Add(column, stroke.Mean, stroke.Height());
-      curve.Last = stroke;
-    }
     ScrollToColumn(trace, column);
     ScrollToRows(trace, stroke.Top - 1, stroke.Bottom + 1);
-    const int centre = ToInt32(Follow(curve, stroke, column));
+    const int centre =
+        ToInt32(found ? Follow(curve, stroke, column) : Begin(curve, stroke, column));
+    found = true;
     if (!EmitPoints(trace, {column, static_cast<float>(centre), stroke.Bottom + 1, stroke.Top - 1}))
       break;
     limit = column + 1 + trace.XIncrement;
