@@ -3,10 +3,12 @@
 #include "workspace/capture_commands.h"
 #include "workspace/data_commands.h"
 #include "workspace/extraction_commands.h"
+#include "workspace/help_commands.h"
 #include "workspace/options_commands.h"
 #include "workspace/picture_commands.h"
 #include "workspace/recipe_file.h"
 #include "workspace/save_points.h"
+#include "workspace/system_programs.h"
 #include "workspace/toolbar.h"
 
 namespace graphize {
@@ -190,11 +192,21 @@ const MenuEntry kMenus[] = {
      .Run = [](Workspace& ws, const Desktop&) { ShowOptions(ws); }},
 
     {.Is = Kind::Menu, .Name = "MNU_SYS", .Caption = "&System"},
-    {.Name = "MNU_SYS_Mouse", .Caption = "&Mouse...", .Can = Never},
+    {.Name = "MNU_SYS_Mouse",
+     .Caption = "&Mouse...",
+     .Tip = "The desktop's settings of mouse and touchpad",
+     .Run = [](Workspace&, const Desktop& desktop) { MouseSettings(desktop); }},
 
     {.Is = Kind::Menu, .Name = "MNU_Help", .Caption = "&Help"},
-    {.Name = "MNU_Help_UsingGraphize", .Caption = "&Using Graphize", .Key = "F1", .Can = Never},
-    {.Name = "MNU_Help_About", .Caption = "&About Graphize", .Can = Never},
+    {.Name = "MNU_Help_UsingGraphize",
+     .Caption = "&Using Graphize",
+     .Key = "F1",
+     .Tip = "How it is done, step by step, and what everything is for",
+     .Run = [](Workspace& ws, const Desktop& desktop) { ShowHelp(ws, desktop); }},
+    {.Name = "MNU_Help_About",
+     .Caption = "&About Graphize",
+     .Tip = "Version and licence",
+     .Run = [](Workspace& ws, const Desktop&) { ShowAbout(ws); }},
 };
 
 constexpr ToolButton kButtons[] = {

@@ -22,6 +22,16 @@ std::filesystem::path SettingsPath() {
   return std::filesystem::path(folder.toStdString()) / "graphize" / "graphize.ini";
 }
 
+/// The help stands beside the program, as it does where the program was built, or where an
+/// installed program has what it shares between machines.
+std::filesystem::path HelpFile() {
+  const std::filesystem::path folder = QApplication::applicationDirPath().toStdString();
+  const std::filesystem::path beside = folder / "Graphize.hlp";
+  std::error_code ignored;
+  if (std::filesystem::exists(beside, ignored)) return beside;
+  return (folder / "../share/graphize/Graphize.hlp").lexically_normal();
+}
+
 /// Until the application stands: a display that cannot be opened is told in one line.
 void TellOnlyTheEnd(QtMsgType type, const QMessageLogContext&, const QString&) {
   if (type != QtFatalMsg) return;
@@ -52,7 +62,7 @@ int main(int argc, char** argv) {
   const std::filesystem::path startFolder = std::filesystem::current_path(ignored);
   std::filesystem::current_path(QApplication::applicationDirPath().toStdString(), ignored);
 
-  graphize::MainWindow window(SettingsPath(), startFolder);
+  graphize::MainWindow window(SettingsPath(), startFolder, HelpFile());
   window.Start();
   window.show();
   if (!picture.empty()) window.OpenWhenShown(picture);

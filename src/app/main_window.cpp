@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "app/help_window.h"
 #include "app/picture_area.h"
 #include "app/status_panels.h"
 #include "calibration/axis_panel.h"
@@ -43,11 +44,13 @@ QRect ScreenSpace() {
 
 }  // namespace
 
-MainWindow::MainWindow(std::filesystem::path settingsPath, std::filesystem::path startFolder) {
+MainWindow::MainWindow(std::filesystem::path settingsPath, std::filesystem::path startFolder,
+                       std::filesystem::path helpFile) {
   setObjectName(QStringLiteral("Graphize"));
   setAcceptDrops(true);
   ws_.settingsPath = std::move(settingsPath);
   ws_.picture.Folder = std::move(startFolder);
+  ws_.help.File = std::move(helpFile);
   const QSize screen = QGuiApplication::primaryScreen()->size();
   ws_.window.ScreenWidth = screen.width();
   ws_.window.ScreenHeight = screen.height();
@@ -149,6 +152,7 @@ void MainWindow::Render() {
   RenderActions();
   RenderFrame();
   RenderForm();
+  RenderHelp();
   axisPanel_->Focus(std::exchange(ws_.axisPanel.Focus, FocusTarget::None));
 }
 
@@ -292,9 +296,9 @@ bool MainWindow::TakeKey(QKeyEvent* key) {
     if (key->key() != code) continue;
     const int shift = ShiftState(held);
     bool moved = false;
-    Do([&](Workspace& ws, const Desktop& desktop) {
-      moved = MovePointerByKey(ws, desktop, pointerKey, shift);
-    }, false);
+    Do([&](Workspace& ws,
+           const Desktop& desktop) { moved = MovePointerByKey(ws, desktop, pointerKey, shift); },
+       false);
     return moved;
   }
   if (key->text() == QLatin1String(">") || key->text() == QLatin1String("<")) {

@@ -1,8 +1,8 @@
 #pragma once
 
 #include <QMainWindow>
-#include <filesystem>
 #include <QPointer>
+#include <filesystem>
 #include <functional>
 #include <vector>
 
@@ -20,6 +20,7 @@ namespace graphize {
 class AxisPanelWidget;
 class DataListPanel;
 class FormDialog;
+class HelpWindow;
 class PictureArea;
 class PlotView;
 class ReadOutPanel;
@@ -33,7 +34,8 @@ class MainWindow : public QMainWindow {
   Q_OBJECT
  public:
   /// File dialogs start in `startFolder` until a picture has been opened.
-  explicit MainWindow(std::filesystem::path settingsPath, std::filesystem::path startFolder = {});
+  explicit MainWindow(std::filesystem::path settingsPath, std::filesystem::path startFolder = {},
+                      std::filesystem::path helpFile = {});
   ~MainWindow() override;
 
   /// Reads the settings and takes the window's place over; before the window is shown.
@@ -68,6 +70,7 @@ class MainWindow : public QMainWindow {
   FormDialog* MakeIntegrateForm();
   FormDialog* MakeSampleForm();
   FormDialog* MakeOptionsForm();
+  FormDialog* MakeAboutForm();
 
   /// Runs a command and shows what it has done; `redraw` repaints the visible picture, too.
   void Do(const Command& command, bool redraw = true);
@@ -82,6 +85,7 @@ class MainWindow : public QMainWindow {
   void RenderFrame();
   /// Opens, shows and closes the form that the records name.
   void RenderForm();
+  void RenderHelp();
   /// Into the lower left corner: the data list and most of the picture stay in view.
   void PlaceForm();
   /// Whether a window that wants to close has to wait for the command that runs.
@@ -108,6 +112,7 @@ class MainWindow : public QMainWindow {
   FormDialog* form_ = nullptr;
   std::function<void()> renderForm_;
   QtDesktop* desktop_ = nullptr;
+  std::unique_ptr<HelpWindow> help_;  // made when first asked for
 
   std::filesystem::path openWhenShown_;
   bool hourglassShown_ = false;

@@ -5,6 +5,7 @@
 #include "data/sample_dialog.h"
 #include "workspace/data_commands.h"
 #include "workspace/forms.h"
+#include "workspace/help_commands.h"
 
 namespace graphize {
 
@@ -28,11 +29,20 @@ void MainWindow::RenderForm() {
       case Form::Options:
         form_ = MakeOptionsForm();
         break;
+      case Form::About:
+        form_ = MakeAboutForm();
+        break;
     }
     if (form_ != nullptr) {
       renderForm_();
       connect(form_, &FormDialog::CloseAsked, this, [this] {
         if (!MustWaitToClose(form_)) Do(CloseForm);
+      });
+      // The help has a chapter of the window's name.
+      connect(form_, &FormDialog::HelpAsked, this, [this] {
+        Do([this](Workspace& ws, const Desktop& desktop) {
+          ShowHelp(ws, desktop, form_->objectName().toStdString());
+        });
       });
       PlaceForm();
       // Not run in a loop of its own: every event of the form is a command like any other.
@@ -97,8 +107,7 @@ FormDialog* MainWindow::MakeSampleForm() {
             ws.sample.SampleXLog = on;
             RangeChanged(ws.sample, ws.store);
           }));
-  connect(dialog, &SampleDialog::YLogSwitched, this,
-          change([](Workspace& ws, bool on) {
+  connect(dialog, &SampleDialog::YLogSwitched, this, change([](Workspace& ws, bool on) {
             ws.sample.SampleYLog = on;
             RangeChanged(ws.sample, ws.store);
           }));

@@ -8,6 +8,8 @@
 #include <QKeyEvent>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QProcess>
+#include <QStandardPaths>
 #include <cstring>
 
 #include "image/transparency.h"
@@ -117,6 +119,23 @@ bool ClipboardHasPicture() {
   return data != nullptr && data->hasImage();
 }
 
+bool StartFirstThere(const std::vector<OutsideProgram>& programs) {
+  const std::string current = qEnvironmentVariable("XDG_CURRENT_DESKTOP").toStdString();
+  for (const OutsideProgram& program : InOrderFor(current, programs)) {
+    const QString path = QStandardPaths::findExecutable(ToQString(program.Name));
+    if (path.isEmpty()) continue;
+    QProcess process;
+    process.setProgram(path);
+    QStringList arguments;
+    for (const std::string& argument : program.Arguments) arguments << ToQString(argument);
+    process.setArguments(arguments);
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.setStandardErrorFile(QProcess::nullDevice());
+    if (process.startDetached()) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 QtDesktop::QtDesktop(QWidget* window, QWidget* plot, std::function<void()> render)
@@ -139,6 +158,7 @@ QtDesktop::QtDesktop(QWidget* window, QWidget* plot, std::function<void()> rende
   desktop_.PointerOverPlot = [this] {
     return plot_->isVisible() && QApplication::widgetAt(QCursor::pos()) == plot_;
   };
+  desktop_.StartProgram = StartFirstThere;
   qApp->installEventFilter(this);
 }
 

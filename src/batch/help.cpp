@@ -1,5 +1,7 @@
 #include "batch/help.h"
 
+#include "base/version.h"
+
 namespace graphize {
 
 namespace {
@@ -23,7 +25,7 @@ done (the others are), 2 when the command line cannot be understood.
 }  // namespace
 
 std::string VersionText() {
-  return "graphize " GRAPHIZE_VERSION "\n";
+  return std::string("graphize ") + ProgramVersion() + "\n";
 }
 
 std::string ProgramHelp() {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/raster.h"
+#include "desktop/outside_program.h"
 
 namespace graphize {
 
@@ -65,6 +66,10 @@ struct Desktop {
   /// Moves the screen pointer by picture-view pixels; false where the system does not allow it.
   std::function<bool(int dx, int dy)> MovePointer;
   std::function<bool()> PointerOverPlot;
+
+  /// Starts the first of these programs that is there, those of the running desktop before the
+  /// others (InOrderFor), and does not wait for it; false when none could be started.
+  std::function<bool(const std::vector<OutsideProgram>& programs)> StartProgram;
 };
 
 /// The common forms of a message.

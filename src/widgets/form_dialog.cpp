@@ -1,6 +1,7 @@
 #include "widgets/form_dialog.h"
 
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -20,6 +21,11 @@ void FormDialog::AddButtons(std::initializer_list<QPushButton*> buttons) {
   (*buttons.begin())->setDefault(true);
   connect(*(buttons.end() - 1), &QPushButton::clicked, this, &FormDialog::CloseAsked);
   static_cast<QVBoxLayout*>(layout())->addLayout(row);
+}
+
+void FormDialog::keyPressEvent(QKeyEvent* event) {
+  if (event->key() != Qt::Key_F1) return QDialog::keyPressEvent(event);
+  emit HelpAsked();
 }
 
 }  // namespace graphize

@@ -18,10 +18,13 @@ class FormDialog : public QDialog {
 
  signals:
   void CloseAsked();
+  /// F1.
+  void HelpAsked();
 
  protected:
   /// A row of buttons at the end of the window, the first one for Enter, the last one closes.
   void AddButtons(std::initializer_list<QPushButton*> buttons);
+  void keyPressEvent(QKeyEvent* event) override;
 };
 
 }  // namespace graphize

@@ -23,6 +23,8 @@
 #include "settings/options_form.h"
 #include "settings/settings.h"
 #include "settings/window_placement.h"
+#include "workspace/about_form.h"
+#include "workspace/help_request.h"
 #include "workspace/mode.h"
 #include "workspace/recipe.h"
 
@@ -68,7 +70,7 @@ struct ZoomWindow {
 };
 
 /// The modal window that is open over the main window.
-enum class Form { None, Integrate, Sample, Options };
+enum class Form { None, Integrate, Sample, Options, About };
 
 /// All state of the program. Owned by value by the main window, a batch run or a test.
 struct Workspace {
@@ -106,6 +108,9 @@ struct Workspace {
   IntegrateForm integrate;
   SampleForm sample;
   OptionsForm options;
+  AboutForm about;
+
+  HelpRequest help;
 
   Recipe recipe;
 

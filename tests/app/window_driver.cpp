@@ -59,7 +59,7 @@ WindowTest::~WindowTest() {
 }
 
 void WindowTest::Start() {
-  window_ = std::make_unique<MainWindow>(SettingsFile());
+  window_ = std::make_unique<MainWindow>(SettingsFile(), std::filesystem::path(), helpFile_);
   auto* timer = new QTimer(window_.get());
   QObject::connect(timer, &QTimer::timeout, window_.get(), [this] { ServeModal(); });
   timer->start(20);

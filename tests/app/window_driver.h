@@ -25,6 +25,8 @@ class WindowTest : public ::testing::Test {
 
   /// Makes and shows the window; its settings file is `SettingsFile()`.
   void Start();
+  /// Before Start: another help file than the one that was built.
+  void UseHelp(const std::filesystem::path& file) { helpFile_ = file; }
   std::filesystem::path Folder() const { return folder_.path().toStdString(); }
   std::filesystem::path SettingsFile() const { return Folder() / "graphize.ini"; }
 
@@ -83,6 +85,7 @@ class WindowTest : public ::testing::Test {
   void ServeModal();
 
   QTemporaryDir folder_;
+  std::filesystem::path helpFile_ = HELP_FILE;
   std::unique_ptr<MainWindow> window_;
   std::deque<std::function<void(QWidget*)>> modalScript_;
   QWidget* served_ = nullptr;

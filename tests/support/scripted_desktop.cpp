@@ -61,6 +61,14 @@ ScriptedDesktop::ScriptedDesktop() {
     return true;
   };
   desktop_.PointerOverPlot = [this] { return PointerOver; };
+  desktop_.StartProgram = [this](const std::vector<OutsideProgram>& programs) {
+    for (const OutsideProgram& program : InOrderFor(CurrentDesktop, programs)) {
+      if (!Installed.contains(program.Name)) continue;
+      Started.push_back(program);
+      return true;
+    }
+    return false;
+  };
 }
 
 ScriptedDesktop::~ScriptedDesktop() {

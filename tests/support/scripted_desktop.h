@@ -1,6 +1,7 @@
 #pragma once
 
 #include <deque>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -31,6 +32,7 @@ class ScriptedDesktop {
   std::vector<TextPrompt> Prompts;
   std::vector<FileQuestion> FileQuestions;
   std::string CopiedText;
+  std::vector<OutsideProgram> Started;
   int Pumps = 0;
 
   // What the desktop answers.
@@ -40,6 +42,8 @@ class ScriptedDesktop {
   bool PointerMoves = true;
   int PointerX = 0, PointerY = 0;  // where MovePointer has led
   std::function<void()> OnPump;
+  std::string CurrentDesktop;
+  std::set<std::string> Installed;  // outside programs
 
  private:
   Desktop desktop_;

@@ -1,0 +1,13 @@
+#include "base/version.h"
+
+namespace graphize {
+
+const char* ProgramVersion() {
+  return GRAPHIZE_VERSION;
+}
+
+const char* PictureLibraryVersion() {
+  return GRAPHIZE_PICTURE_LIBRARY_VERSION;
+}
+
+}  // namespace graphize

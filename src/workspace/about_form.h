@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+
+namespace graphize {
+
+/// The window frmAbout.
+struct AboutForm {
+  std::string Title;
+  std::string Version;
+  std::string PictureLibrary;  // name and version; the window knows its own library
+};
+
+}  // namespace graphize

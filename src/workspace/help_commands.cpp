@@ -1,0 +1,28 @@
+#include "workspace/help_commands.h"
+
+#include "base/version.h"
+#include "base/whole_file.h"
+
+namespace graphize {
+
+void ShowHelp(Workspace& ws, const Desktop& desktop, const std::string& chapter) {
+  constexpr std::size_t kLargest = 64 << 20;
+  if (const std::error_code error = ReadWholeFile(ws.help.File, kLargest, ws.help.Text)) {
+    Tell(desktop,
+         "The help file " + ws.help.File.string() + " cannot be read: " + error.message() +
+             ".\r\nInstalling Graphize again brings it back.",
+         MessageIcon::Exclamation);
+    return;
+  }
+  ws.help.Chapter = chapter;
+  ws.help.Asked = true;
+}
+
+void ShowAbout(Workspace& ws) {
+  ws.about = {.Title = kTitle,
+              .Version = std::string("Version ") + ProgramVersion(),
+              .PictureLibrary = std::string("GraphicsMagick ") + PictureLibraryVersion()};
+  ws.form = Form::About;
+}
+
+}  // namespace graphize
