@@ -163,8 +163,10 @@ void GridBuster(const Pen& d) {
   d.Lines({{5, 19, 19, 5}, {5, 5, 19, 19}});
 }
 
+/// The same as packaging/graphize.svg.
 void Program(const Pen& d) {
-  d.Fill(Qt::white);
+  d.Stroke(QColor(0xc0, 0xc0, 0xc0), 0.6);
+  d.p.setBrush(Qt::white);
   d.p.drawRoundedRect(QRectF(1, 1, 22, 22), 3, 3);
   Graphize({d.p, QColor(0x30, 0x30, 0x30)});
 }

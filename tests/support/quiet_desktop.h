@@ -15,7 +15,8 @@ inline Desktop QuietDesktop() {
           .Pump = [] {},
           .EscapeHeld = [] { return false; },
           .MovePointer = [](int, int) { return false; },
-          .PointerOverPlot = [] { return false; }};
+          .PointerOverPlot = [] { return false; },
+          .StartProgram = [](const std::vector<OutsideProgram>&) { return false; }};
 }
 
 }  // namespace graphize::test
