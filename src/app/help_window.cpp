@@ -127,6 +127,7 @@ QWidget* HelpWindow::BuildBar() {
   row->addWidget(forward);
   row->addStretch();
   row->addWidget(count_);
+  row->addSpacing(6);
   row->addWidget(search_);
   row->addWidget(previous);
   row->addWidget(next);

@@ -10,4 +10,8 @@ const char* PictureLibraryVersion() {
   return GRAPHIZE_PICTURE_LIBRARY_VERSION;
 }
 
+const char* ScannerLibraryVersion() {
+  return GRAPHIZE_SCANNER_LIBRARY_VERSION;
+}
+
 }  // namespace graphize

@@ -6,5 +6,7 @@ namespace graphize {
 const char* ProgramVersion();
 /// The picture library's version that the program was built with. Asking does not load it.
 const char* PictureLibraryVersion();
+/// The same for the scanner library; empty where the program was built without.
+const char* ScannerLibraryVersion();
 
 }  // namespace graphize

@@ -38,24 +38,26 @@ AboutDialog::AboutDialog(const QIcon& icon, QWidget* parent)
   libraries_ = Text("lblLibraries", tr("Libraries"));
 
   auto* texts = new QVBoxLayout;
+  texts->setSpacing(4);
   texts->addWidget(title_);
   texts->addWidget(version_);
-  texts->addSpacing(10);
+  texts->addSpacing(8);
   texts->addWidget(
       Text("lblDescription", tr("What it is for"), tr("Reads numbers out of pictures of graphs")));
-  texts->addSpacing(10);
+  texts->addSpacing(8);
   texts->addWidget(Text("lblLicence", tr("Licence"),
                         tr("Copyright \u00a9 2026 The Graphize authors\n"
                            "Free software under the MIT licence: use, change and share it;\n"
                            "it comes without any warranty.")));
-  texts->addSpacing(10);
+  texts->addSpacing(8);
   texts->addWidget(libraries_);
-  texts->addSpacing(14);
+  texts->addSpacing(10);
 
   auto* row = new QHBoxLayout;
   row->setSpacing(18);
   row->addWidget(picture, 0, Qt::AlignTop);
   row->addLayout(texts, 1);
+  column->setContentsMargins(16, 16, 16, 12);
   column->addLayout(row);
 
   auto* information = Named(new QPushButton(tr("&System Info...")), "cmdSysInfo");
@@ -72,7 +74,7 @@ AboutDialog::AboutDialog(const QIcon& icon, QWidget* parent)
 void AboutDialog::Render(const AboutForm& form) {
   Show(title_, form.Title);
   Show(version_, form.Version);
-  Show(libraries_, "Qt " + std::string(qVersion()) + ", " + form.PictureLibrary);
+  Show(libraries_, "Stands on Qt " + std::string(qVersion()) + ", " + form.Libraries);
 }
 
 }  // namespace graphize

@@ -8,7 +8,7 @@ namespace graphize {
 struct AboutForm {
   std::string Title;
   std::string Version;
-  std::string PictureLibrary;  // name and version; the window knows its own library
+  std::string Libraries;  // names and versions; the window knows its own library
 };
 
 }  // namespace graphize

@@ -21,7 +21,9 @@ void ShowHelp(Workspace& ws, const Desktop& desktop, const std::string& chapter)
 void ShowAbout(Workspace& ws) {
   ws.about = {.Title = kTitle,
               .Version = std::string("Version ") + ProgramVersion(),
-              .PictureLibrary = std::string("GraphicsMagick ") + PictureLibraryVersion()};
+              .Libraries = std::string("GraphicsMagick ") + PictureLibraryVersion()};
+  if (const std::string scanner = ScannerLibraryVersion(); !scanner.empty())
+    ws.about.Libraries += ", SANE " + scanner;
   ws.form = Form::About;
 }
 

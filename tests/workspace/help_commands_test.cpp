@@ -46,7 +46,7 @@ TEST(ShowAbout, TellsTheVersionsAndCloses) {
   ShowAbout(ws);
   EXPECT_EQ(ws.form, Form::About);
   EXPECT_EQ(ws.about.Title, "Graphize");
-  for (const std::string& text : {ws.about.Version, ws.about.PictureLibrary})
+  for (const std::string& text : {ws.about.Version, ws.about.Libraries})
     EXPECT_TRUE(text.find_last_of(' ') + 1 < text.size() && std::isdigit(text.back())) << text;
   CloseForm(ws, desktop);
   EXPECT_EQ(ws.form, Form::None);
