@@ -30,6 +30,7 @@ Console::Console() {
   verbs_.EscapeHeld = [] { return false; };
   verbs_.MovePointer = [](int, int) { return false; };
   verbs_.PointerOverPlot = [] { return false; };
+  verbs_.StartProgram = [](const auto&) { return false; };
 }
 
 }  // namespace graphize
