@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "batch/batch.h"
+#include "batch/digitize.h"
 #include "image/picbuf.h"
 #include "support/plot_drawing.h"
 #include "support/temporary_folder.h"
@@ -100,6 +101,17 @@ TEST_F(Batch, BadInvocationsAreToldInOneLineAndWriteNothing) {
     EXPECT_EQ(out.str(), "") << c.Told;
     EXPECT_FALSE(std::filesystem::exists(o)) << c.Told;
   }
+}
+
+TEST_F(Batch, EveryOptionIsInTheHelpTheManPageAndTheCompletion) {
+  const std::filesystem::path packaging = std::filesystem::path(GRAPHIZE_SOURCE_DIR) / "packaging";
+  ASSERT_EQ(Run({"digitize", "--help"}), 0);
+  std::string man = test::BytesOf(packaging / "graphize.1.in");
+  for (std::size_t at; (at = man.find("\\-")) != man.npos;) man.erase(at, 1);
+  const std::string completion = test::BytesOf(packaging / "graphize.bash-completion");
+  for (const OptionSpec& option : DigitizeOptions())
+    for (const std::string& text : {out.str(), man, completion})
+      EXPECT_NE(text.find(std::string("--") + option.Long), std::string::npos) << option.Long;
 }
 
 TEST_F(Batch, ATraceAgreesWithTheTrueDataInEveryFormat) {
