@@ -1,104 +1,88 @@
 #include "digitizer.h"
 
 #include <cmath>
-#include <utility>
+#include <random>
+#include <sstream>
 
+#include "base/checksum.h"
+#include "base/numbers.h"
 #include "base/run_time_error.h"
+#include "batch/batch.h"
 #include "calibration/transform.h"
-#include "support/quiet_desktop.h"
-#include "workspace/extraction_commands.h"
-#include "workspace/picture_commands.h"
-#include "workspace/plot_mouse.h"
-#include "workspace/toolbar.h"
+#include "image/picbuf.h"
 
 namespace graphize::accuracy {
 
 namespace {
 
-float Whole(double position) {
-  return static_cast<float>(std::lround(position));
+constexpr int kBmp = 3;
+
+std::string PlaceText(PixelPosition at) {
+  return std::to_string(std::lround(at.X)) + "," + std::to_string(std::lround(at.Y));
 }
 
 }  // namespace
 
-Digitizer::Digitizer(Raster picture) : desktop_(test::QuietDesktop()) {
-  desktop_.ShowMessage = [](const Message& message) {
-    if (message.Buttons != MessageButtons::YesNo) throw RunTimeError(message.Text);
-    return Answer::Yes;
-  };
-  InitAxisDefFrame(ws_.calibration, ws_.axisPanel);
-  ws_.settings.RefreshList = 0;
-  OfferBlackAndWhite(ws_, desktop_, picture);
-  LoadImage(ws_, desktop_, std::move(picture), "plot");
-  ws_.view.Width = ws_.plot.Width();
-  ws_.view.Height = ws_.plot.Height();
+Digitizer::Digitizer(const Raster& picture)
+    : file_(std::filesystem::temp_directory_path() /
+            ("graphize-accuracy-" + HexText(std::random_device()()) + ".bmp")),
+      height_(picture.Height()) {
+  SavePicture(file_, kBmp, 0, picture);
+  words_ = {"digitize", file_.string(), "--black-white", "--format", "csv", "-o", "-"};
 }
 
-void Digitizer::Press(const char* button) {
-  if (!IsPressed(ws_, button)) Toolbar_ButtonClick(ws_, desktop_, button);
+Digitizer::~Digitizer() {
+  std::error_code ignored;
+  std::filesystem::remove(file_, ignored);
+}
+
+void Digitizer::Add(const std::string& option, const std::string& value) {
+  words_.push_back("--" + option);
+  words_.push_back(value);
 }
 
 void Digitizer::Calibrate(const std::array<ReferencePoint, 3>& points, bool xLog, bool yLog) {
-  Press("axisdef");
-  ws_.calibration.XLog = xLog;
-  ws_.calibration.YLog = yLog;
-  for (std::size_t i = 0; i < points.size(); ++i) {
-    ws_.axisPanel.Rows[i].XText = points[i].X;
-    ws_.axisPanel.Rows[i].YText = points[i].Y;
-    const float x = Whole(points[i].At.X), y = Whole(points[i].At.Y);
-    Plot_MouseMove(ws_, desktop_, 0, 0, x, y);
-    Plot_MouseDown(ws_, desktop_, kLeftButton, 0, x, y);
-    Plot_MouseUp(ws_, desktop_, kLeftButton, 0, x, y);
-    Plot_Click(ws_, desktop_);
-  }
-  if (!ws_.calibration.IsComplete()) throw RunTimeError("the reference points were refused");
+  Add("origin", PlaceText(points[0].At) + ":" + points[0].X + "," + points[0].Y);
+  Add("x-axis", PlaceText(points[1].At) + ":" + points[1].X);
+  Add("y-axis", PlaceText(points[2].At) + ":" + points[2].Y);
+  if (xLog) words_.push_back("--x-log");
+  if (yLog) words_.push_back("--y-log");
 }
 
 void Digitizer::WipeGrid(PixelPosition click) {
-  Press("gridbuster");
-  for (const int button : {kLeftButton, kRightButton})
-    Plot_MouseDown(ws_, desktop_, button, kShiftKey, Whole(click.X), Whole(click.Y));
+  Add("grid", "both:" + PlaceText(click));
 }
 
 void Digitizer::PaintBlocker(PixelPosition centre, int size) {
-  Press("blocktest");
-  ws_.blockSize = size;
-  const float x = Whole(centre.X), y = Whole(centre.Y);
-  Plot_MouseMove(ws_, desktop_, 0, 0, x, y);
-  Plot_MouseDown(ws_, desktop_, kLeftButton, 0, x, y);
-  Plot_MouseUp(ws_, desktop_, kLeftButton, 0, x, y);
-  Plot_Click(ws_, desktop_);
+  Add("block", PlaceText(centre) + ":" + std::to_string(size));
 }
 
 void Digitizer::Trace(Tracer tracer, PixelPosition start, const std::string& xIncrement,
                       const std::string& yIncrement) {
-  Press("graphize");
-  ws_.settings.Trace = tracer == Tracer::Smooth ? 1 : 0;
-  SetTraceType(ws_.tracer, ws_.settings.Trace);
-  ws_.tracer.Center.Checked = true;
-  ws_.tracer.Xrange = xIncrement;
-  ws_.tracer.Yrange = yIncrement;
-  Plot_MouseDown(ws_, desktop_, kRightButton, 0, Whole(start.X), Whole(start.Y));
+  Add("algorithm", tracer == Tracer::Smooth ? "smooth" : "peaks");
+  Add("x-increment", xIncrement);
+  Add("y-increment", yIncrement);
+  Add("trace", PlaceText(start));
 }
 
 void Digitizer::Scan(PixelPosition from, PixelPosition to, const std::string& xStep,
                      const std::string& yStep) {
-  Press("graphize");
-  ws_.settings.Trace = 2;
-  SetTraceType(ws_.tracer, ws_.settings.Trace);
-  ws_.tracer.Xrange = xStep;
-  ws_.tracer.Yrange = yStep;
-  const float x = Whole(to.X), y = Whole(to.Y);
-  Plot_MouseDown(ws_, desktop_, kRightButton, 0, Whole(from.X), Whole(from.Y));
-  Plot_MouseMove(ws_, desktop_, kRightButton, 0, x, y);
-  Plot_MouseUp(ws_, desktop_, kRightButton, 0, x, y);
+  Add("x-increment", xStep);
+  Add("y-increment", yStep);
+  Add("scan", PlaceText(from) + "," + PlaceText(to));
 }
 
-std::vector<PixelPosition> Digitizer::Points() const {
+std::vector<PixelPosition> Digitizer::Points(const AxisCalibration& axes) const {
+  std::ostringstream err;
+  std::stringstream table;
+  if (RunBatch(words_, {table, err}) != 0) throw RunTimeError(err.str());
   std::vector<PixelPosition> points;
-  for (int i = 1; i <= ws_.store.CaptureCount; ++i) {
-    const PlotPosition at = PositionOfReal(ws_.calibration, ws_.plot.Height(),
-                                           ws_.store.CaptureX[i], ws_.store.CaptureY[i]);
+  std::string line;
+  std::getline(table, line);  // the header
+  while (std::getline(table, line)) {
+    const float x = ToSingle(LeadingNumber(line));
+    const float y = ToSingle(LeadingNumber(line.substr(line.find(',') + 1)));
+    const PlotPosition at = PositionOfReal(axes, height_, x, y);
     points.push_back({at.Column, at.Row});
   }
   return points;

@@ -1,18 +1,19 @@
 #pragma once
 
 #include <array>
+#include <filesystem>
 #include <string>
 #include <vector>
 
-#include "desktop/desktop.h"
+#include "base/raster.h"
+#include "calibration/axis_calibration.h"
 #include "support/plot_drawing.h"
-#include "workspace/workspace.h"
 
 namespace graphize::accuracy {
 
 using test::PixelPosition;
 
-/// One reference point: where it is clicked and the values that are typed for it.
+/// One reference point: where it is and the values that it has.
 struct ReferencePoint {
   PixelPosition At;
   std::string X, Y;
@@ -20,36 +21,36 @@ struct ReferencePoint {
 
 enum class Tracer { Edges, Smooth };
 
-/// A user at work on one picture: the commands behind the window, without the window. A message
-/// that is no question, such as a refusal, is a RunTimeError.
+/// One run of "graphize digitize" on one picture, reduced to black and white: its options are
+/// gathered, then it runs.
 class Digitizer {
  public:
-  /// Opens the picture; one in other colours is reduced to black and white.
-  explicit Digitizer(Raster picture);
+  explicit Digitizer(const Raster& picture);
+  ~Digitizer();
   Digitizer(const Digitizer&) = delete;
   Digitizer& operator=(const Digitizer&) = delete;
 
-  /// Clicks on origin, X point and Y point, to whole pixels.
+  /// Origin, X point and Y point, to whole pixels.
   void Calibrate(const std::array<ReferencePoint, 3>& points, bool xLog = false, bool yLog = false);
-  /// Shift and both buttons: all grid lines of both directions.
+  /// All grid lines of both directions, as Shift-clicks there remove them.
   void WipeGrid(PixelPosition click);
   void PaintBlocker(PixelPosition centre, int size);
-  /// A right click with "Center" checked.
+  /// With "Center".
   void Trace(Tracer tracer, PixelPosition start, const std::string& xIncrement = "2",
              const std::string& yIncrement = "3");
-  /// Drags the right button.
   void Scan(PixelPosition from, PixelPosition to, const std::string& xStep = "1",
             const std::string& yStep = "1");
 
-  /// Where the captured values lie on the picture.
-  std::vector<PixelPosition> Points() const;
-  const Workspace& State() const { return ws_; }
+  /// Runs it: where the captured values lie on the picture by these axes. What goes wrong is a
+  /// RunTimeError.
+  std::vector<PixelPosition> Points(const AxisCalibration& axes) const;
 
  private:
-  void Press(const char* button);
+  void Add(const std::string& option, const std::string& value);
 
-  Desktop desktop_;
-  Workspace ws_;
+  std::filesystem::path file_;
+  int height_;
+  std::vector<std::string> words_;
 };
 
 }  // namespace graphize::accuracy

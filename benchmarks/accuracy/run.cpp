@@ -30,6 +30,13 @@ void Calibrate(Digitizer& digitizer, const PlotDrawing& drawing, const Axes& axe
   digitizer.Calibrate(points, axes.XLog, axes.YLog);
 }
 
+/// The same axes, to read places on the picture back.
+AxisCalibration AxesOf(const PlotDrawing& drawing, const Axes& axes) {
+  const auto single = [](double value) { return static_cast<float>(value); };
+  return drawing.Calibration(single(axes.X0), single(axes.X1), single(axes.Y0), single(axes.Y1),
+                             axes.XLog, axes.YLog);
+}
+
 /// Between grid lines and away from the frame.
 PixelPosition OnPaper(const PlotDrawing& drawing) {
   return drawing.Place(0.45, 1.06);
@@ -73,7 +80,8 @@ Accuracy Run(const CurvePlot& plot, Tracer tracer) {
   if (plot.Blocker)
     digitizer.PaintBlocker(drawn.Drawing.Place(plot.Blocker->X, plot.Blocker->Y), 7);
   digitizer.Trace(tracer, StartOf(drawn.Course), plot.XIncrement, plot.YIncrement);
-  return MeasureCurve(digitizer.Points(), drawn.Course, Draw(plot, true).Drawing.Picture());
+  return MeasureCurve(digitizer.Points(AxesOf(drawn.Drawing, plot.Values)), drawn.Course,
+                      Draw(plot, true).Drawing.Picture());
 }
 
 Accuracy Run(const ScanPlot& plot) {
@@ -98,8 +106,9 @@ Accuracy Run(const ScanPlot& plot) {
   Calibrate(digitizer, drawing, axes);
   if (plot.Grid) digitizer.WipeGrid(OnPaper(drawing));
   digitizer.Scan({kLeft + 1, kTop + 1}, {kRight - 1, kBottom - 1});
-  return plot.Y ? MeasureCurve(digitizer.Points(), truth, alone.Picture())
-                : MeasureSymbols(digitizer.Points(), truth, plot.Diameter);
+  const std::vector<PixelPosition> points = digitizer.Points(AxesOf(drawing, axes));
+  return plot.Y ? MeasureCurve(points, truth, alone.Picture())
+                : MeasureSymbols(points, truth, plot.Diameter);
 }
 
 }  // namespace graphize::accuracy
