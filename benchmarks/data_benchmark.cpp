@@ -68,7 +68,7 @@ BENCHMARK(SortFullStore)
 Desktop QuietDesktop() {
   Desktop desktop;
   desktop.ShowMessage = [](const Message&) { return Answer::Ok; };
-  desktop.Pump = [] {};
+  desktop.ShowNow = desktop.Pump = [] {};
   desktop.EscapeHeld = [] { return false; };
   return desktop;
 }

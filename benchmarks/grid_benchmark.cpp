@@ -35,7 +35,7 @@ Page MakePage(int lines, double degrees, double grain) {
 
 Desktop QuietDesktop() {
   Desktop desktop;
-  desktop.Pump = [] {};
+  desktop.ShowNow = desktop.Pump = [] {};
   desktop.EscapeHeld = [] { return false; };
   desktop.ShowMessage = [](const Message&) { return Answer::Ok; };
   return desktop;

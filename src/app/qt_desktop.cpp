@@ -148,6 +148,7 @@ QtDesktop::QtDesktop(QWidget* window, QWidget* plot, std::function<void()> rende
   desktop_.CopyText = [](const std::string& text) {
     QGuiApplication::clipboard()->setText(ToQString(text));
   };
+  desktop_.ShowNow = [this] { Pump(true); };
   desktop_.Pump = [this] { Pump(false); };
   desktop_.EscapeHeld = [this] {
     const bool held = escape_.IsHeld();
@@ -175,7 +176,7 @@ void QtDesktop::EndCommand() {
 }
 
 void QtDesktop::Pump(bool always) {
-  if (!always && sincePump_.isValid() && sincePump_.elapsed() < kPumpEvery && pumped_) return;
+  if (!always && sincePump_.isValid() && sincePump_.elapsed() < kPumpEvery) return;
   if (pumping_) return;
   pumped_ = true;
   pumping_ = true;

@@ -26,7 +26,7 @@ Console::Console() {
   verbs_.ClipboardHasPicture = [] { return false; };
   verbs_.ClipboardPicture = [] { return Raster(); };
   verbs_.CopyText = [](const std::string&) {};
-  verbs_.Pump = [] {};
+  verbs_.ShowNow = verbs_.Pump = [] {};
   verbs_.EscapeHeld = [] { return false; };
   verbs_.MovePointer = [](int, int) { return false; };
   verbs_.PointerOverPlot = [] { return false; };

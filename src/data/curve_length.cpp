@@ -11,7 +11,7 @@ namespace graphize {
 
 CurveSums CurveLength(PointStore& store, StatusBar& status, const Desktop& desktop) {
   status.Status = "Converting X,Y to Curve length";
-  desktop.Pump();
+  desktop.ShowNow();
   ClearList(store);
 
   const int segments = std::max(store.CaptureCount - 1, 0);

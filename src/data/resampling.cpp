@@ -72,7 +72,7 @@ double CountOfStep(const SamplePlan& plan, double step) {
 SampleEnd ReSampleList(PointStore& store, const SamplePlan& plan, bool RefreshList,
                        const Desktop& desktop) {
   GrowList(store, plan.Count);
-  desktop.Pump();
+  desktop.ShowNow();
   ClearList(store);
   store.ListCount = 0;
   store.NPoints = 0;

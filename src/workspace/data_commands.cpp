@@ -15,7 +15,7 @@ void OpenDataMenu(Workspace& ws) {
 
 void Sort(Workspace& ws, const Desktop& desktop, SortOrder order) {
   ws.window.Hourglass = true;
-  desktop.Pump();
+  desktop.ShowNow();
   SortList(ws.store, order);
   NoteStep(ws, order == SortOrder::Ascending ? "sort ascending" : "sort descending");
   ws.window.Hourglass = false;

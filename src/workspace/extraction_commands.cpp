@@ -117,10 +117,10 @@ bool OfferBlackAndWhite(Workspace& ws, const Desktop& desktop, Raster& picture,
     reduce = AskYesNo(desktop,
                       "Image is not Black & White !\r\nAuto-Trace works best on BW "
                       "images\r\n\r\nDo you want to reduce colors to BW ?");
-  desktop.Pump();
+  desktop.ShowNow();
   if (!*reduce) return false;
   ws.status.Status = "Reducing color depth...";
-  desktop.Pump();
+  desktop.ShowNow();
   ReduceToBlackAndWhite(picture);
   return true;
 }

@@ -62,7 +62,7 @@ std::optional<Decoded> Decode(Workspace& ws, const Desktop& desktop,
                               const std::filesystem::path& path, const OpenChoices& choices) {
   ws.window.Caption = kLoading;
   ws.window.Hourglass = true;
-  desktop.Pump();
+  desktop.ShowNow();
   std::optional<Decoded> picture;
   std::string message;
   try {
@@ -158,7 +158,7 @@ void ReloadPicture(Workspace& ws, const Desktop& desktop, const OpenChoices& cho
   EndDrag(ws);
   SetPicture(ws.plot, std::move(picture->Picture));
   ws.window.Caption = "GRAPHIZE is Resizing ....";
-  desktop.Pump();
+  desktop.ShowNow();
   ws.view.X = ws.view.Y = 0;
   ResetScrBars(ws.view, ws.plot.Width(), ws.plot.Height());
   RedrawBlockers(ws.blockers, ws.plot, ws.settings);
@@ -186,7 +186,7 @@ void PasteImage(Workspace& ws, const Desktop& desktop) {
     ws.status.Status = "Copying ClipBorad ...";
     ws.window.Caption = "GRAPHIZE is Copying ClipBorad";
     ws.window.Hourglass = true;
-    desktop.Pump();
+    desktop.ShowNow();
     LoadImage(ws, desktop, std::move(picture), "Pasted Plot");
     ws.picture = {.Name = "untitled.dat",
                   .Path = "",
@@ -221,7 +221,7 @@ void SaveImageAs(Workspace& ws, const Desktop& desktop) {
   GetFileFormat(lowerPath, format, option);
   ws.status.Status = "Saving Image to: " + lowerPath;
   ws.window.Hourglass = true;
-  desktop.Pump();
+  desktop.ShowNow();
   std::string error;
   try {
     const BasePictureShown base(ws.plot);
@@ -261,10 +261,10 @@ void LoadImage(Workspace& ws, const Desktop& desktop, Raster picture,
                const std::string& sourceName) {
   ws.plot.PersistentDrawing = false;
   ClearMarks(ws.plot);
-  desktop.Pump();
+  desktop.ShowNow();
   SetPicture(ws.plot, std::move(picture));
   ws.window.Caption = "GRAPHIZE is Resizing ....";
-  desktop.Pump();
+  desktop.ShowNow();
   ws.view.X = ws.view.Y = 0;
   ResetScrBars(ws.view, ws.plot.Width(), ws.plot.Height());
   RedrawBlockers(ws.blockers, ws.plot, ws.settings);

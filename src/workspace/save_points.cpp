@@ -39,7 +39,7 @@ bool SavePoints(Workspace& ws, const Desktop& desktop) {
     if (!path) return false;
     ws.dataFileName = LowerCase(path->string());
     ws.window.Hourglass = true;
-    desktop.Pump();
+    desktop.ShowNow();
     WriteDataFile(*path, DataFileText(title, ws.store, ws.formats, ws.settings.DecimalPoint,
                                       ErrorColumns(ws, desktop)));
     written = true;

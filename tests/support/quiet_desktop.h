@@ -12,6 +12,7 @@ inline Desktop QuietDesktop() {
           .ClipboardHasPicture = [] { return false; },
           .ClipboardPicture = [] { return Raster(); },
           .CopyText = [](const std::string&) {},
+          .ShowNow = [] {},
           .Pump = [] {},
           .EscapeHeld = [] { return false; },
           .MovePointer = [](int, int) { return false; },

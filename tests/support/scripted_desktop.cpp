@@ -49,7 +49,7 @@ ScriptedDesktop::ScriptedDesktop() {
   desktop_.ClipboardHasPicture = [this] { return !Clipboard.IsEmpty(); };
   desktop_.ClipboardPicture = [this] { return Clipboard.Clone(); };
   desktop_.CopyText = [this](const std::string& text) { CopiedText = text; };
-  desktop_.Pump = [this] {
+  desktop_.ShowNow = desktop_.Pump = [this] {
     ++Pumps;
     if (OnPump) OnPump();
   };
