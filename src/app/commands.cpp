@@ -8,6 +8,7 @@
 #include "workspace/picture_commands.h"
 #include "workspace/recipe_file.h"
 #include "workspace/save_points.h"
+#include "workspace/scan_commands.h"
 #include "workspace/system_programs.h"
 #include "workspace/toolbar.h"
 
@@ -74,8 +75,16 @@ const MenuEntry kMenus[] = {
      .Can = CanSaveRecipe,
      .Run = SaveRecipe},
     kSeparator,
-    {.Name = "MNU_FILE_SelectSource", .Caption = "Select Sour&ce...", .Can = Never},
-    {.Name = "MNU_FILE_Aquire", .Caption = "&Aquire...", .Can = Never},
+    {.Name = "MNU_FILE_SelectSource",
+     .Caption = "Select Sour&ce...",
+     .Tip = "Choose the scanner",
+     .Can = CanScan,
+     .Run = SelectSource},
+    {.Name = "MNU_FILE_Aquire",
+     .Caption = "&Aquire...",
+     .Tip = "Scan a page and take it as the picture",
+     .Can = CanScan,
+     .Run = [](Workspace& ws, const Desktop& d) { Toolbar_ButtonClick(ws, d, "aquire"); }},
     kSeparator,
     {.Name = "MNU_FILE_Exit", .Caption = "E&xit", .Key = "Ctrl+Q", .Tip = "Close the program"},
 

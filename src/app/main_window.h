@@ -4,6 +4,7 @@
 #include <QPointer>
 #include <filesystem>
 #include <functional>
+#include <thread>
 #include <vector>
 
 #include "app/commands.h"
@@ -71,6 +72,10 @@ class MainWindow : public QMainWindow {
   FormDialog* MakeSampleForm();
   FormDialog* MakeOptionsForm();
   FormDialog* MakeAboutForm();
+  FormDialog* MakeSelectSourceForm();
+  FormDialog* MakeScanForm();
+  /// Finds out beside whether there is something to scan with.
+  void AskForScanner();
 
   /// Runs a command and shows what it has done; `redraw` repaints the visible picture, too.
   void Do(const Command& command, bool redraw = true);
@@ -114,6 +119,7 @@ class MainWindow : public QMainWindow {
   QtDesktop* desktop_ = nullptr;
   std::unique_ptr<HelpWindow> help_;  // made when first asked for
 
+  std::jthread scannerQuestion_;
   std::filesystem::path openWhenShown_;
   bool hourglassShown_ = false;
   int cursorShown_ = 0;

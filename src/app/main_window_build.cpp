@@ -83,6 +83,7 @@ void MainWindow::BuildMenus() {
 
 void MainWindow::FinishStart() {
   setWindowIcon(ProgramIcon());
+  AskForScanner();
   // Ctrl+V works without the menu having been opened: the clipboard tells when it changes.
   const auto look = [this] {
     Note([this](Workspace& ws) { OpenEditMenu(ws, desktop_->Verbs()); });

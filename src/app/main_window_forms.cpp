@@ -32,6 +32,12 @@ void MainWindow::RenderForm() {
       case Form::About:
         form_ = MakeAboutForm();
         break;
+      case Form::SelectSource:
+        form_ = MakeSelectSourceForm();
+        break;
+      case Form::Scan:
+        form_ = MakeScanForm();
+        break;
     }
     if (form_ != nullptr) {
       renderForm_();

@@ -13,6 +13,7 @@
 #include <cstring>
 
 #include "image/transparency.h"
+#include "widgets/form_dialog.h"
 #include "widgets/show.h"
 
 namespace graphize {
@@ -100,6 +101,19 @@ bool IsInput(QEvent::Type type) {
     default:
       return false;
   }
+}
+
+/// Whether the input is for a button that stops the command which runs.
+bool IsForStopButton(QEvent* event) {
+  const QWidget* target = nullptr;
+  if (const auto* mouse = dynamic_cast<QMouseEvent*>(event)) {
+    target = QApplication::widgetAt(mouse->globalPosition().toPoint());
+  } else if (const auto* key = dynamic_cast<QKeyEvent*>(event)) {
+    const bool presses = key->key() == Qt::Key_Space || key->key() == Qt::Key_Return ||
+                         key->key() == Qt::Key_Enter;
+    target = presses ? QApplication::focusWidget() : nullptr;
+  }
+  return target != nullptr && target->property(kStopsCommand).toBool();
 }
 
 Raster ClipboardRaster() {
@@ -205,7 +219,7 @@ bool QtDesktop::eventFilter(QObject*, QEvent* event) {
     swallowEscape_ = false;
     return type == QEvent::KeyRelease;
   }
-  return pumping_ && IsInput(type);
+  return pumping_ && IsInput(type) && !IsForStopButton(event);
 }
 
 QWidget* QtDesktop::Owner() const {

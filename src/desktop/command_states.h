@@ -10,6 +10,7 @@ struct CommandStates {
   bool Picture = false;     // refresh, reload, axisdef, blocktest, drawerase
   bool Graphize = false;    // toolbar "graphize"
   bool GridBuster = false;  // toolbar "gridbuster"
+  bool Scanner = false;     // the two scanner commands: there is something to scan with
 
   bool ShowLastPoint = true;  // check mark of MNU_OPT_ShowLastPoint
   bool Overlay = false;       // check mark of MNU_OPT_Overlay

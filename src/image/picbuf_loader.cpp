@@ -1,9 +1,7 @@
 // LoadPicture and SavePicture as the program sees them: the first call loads the module that does
 // the work. The module's own functions of these names are hidden in it.
 
-#include <dlfcn.h>
-
-#include "base/run_time_error.h"
+#include "image/module.h"
 #include "image/picbuf_module.h"
 
 namespace graphize {
@@ -11,16 +9,8 @@ namespace graphize {
 namespace {
 
 const PicbufModule& Module() {
-  static const PicbufModule* module = [] {
-    // Found next to the build's programs or, installed, by the program's own search path.
-    void* library = dlopen("graphize_picbuf.so", RTLD_NOW | RTLD_LOCAL);
-    if (library == nullptr)
-      throw RunTimeError(std::string("The program is not complete: ") + dlerror());
-    const void* symbol = dlsym(library, "GraphizePicbuf");
-    if (symbol == nullptr)
-      throw RunTimeError(std::string("The program is not complete: ") + dlerror());
-    return static_cast<const PicbufModule*>(symbol);
-  }();
+  static const auto* module =
+      static_cast<const PicbufModule*>(LoadModule("graphize_picbuf.so", "GraphizePicbuf"));
   return *module;
 }
 

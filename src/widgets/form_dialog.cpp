@@ -19,6 +19,7 @@ void FormDialog::AddButtons(std::initializer_list<QPushButton*> buttons) {
   row->addStretch();
   for (QPushButton* button : buttons) row->addWidget(button);
   (*buttons.begin())->setDefault(true);
+  (*(buttons.end() - 1))->setProperty(kStopsCommand, true);
   connect(*(buttons.end() - 1), &QPushButton::clicked, this, &FormDialog::CloseAsked);
   static_cast<QVBoxLayout*>(layout())->addLayout(row);
 }

@@ -6,6 +6,10 @@ class QPushButton;
 
 namespace graphize {
 
+/// The property of a button that stops the command which runs: it is pressed like any other while
+/// the command keeps all other input away.
+inline constexpr const char* kStopsCommand = "stopsCommand";
+
 /// A modal window that renders one form record. It never closes by itself: which window is open is
 /// in the records, too.
 class FormDialog : public QDialog {
@@ -22,7 +26,8 @@ class FormDialog : public QDialog {
   void HelpAsked();
 
  protected:
-  /// A row of buttons at the end of the window, the first one for Enter, the last one closes.
+  /// A row of buttons at the end of the window, the first one for Enter, the last one closes; like
+  /// the frame's button it stops a command that runs.
   void AddButtons(std::initializer_list<QPushButton*> buttons);
   void keyPressEvent(QKeyEvent* event) override;
 };

@@ -6,6 +6,7 @@ namespace graphize {
 
 void CloseForm(Workspace& ws, const Desktop&) {
   if (ws.form == Form::Options) CancelOptions(ws);
+  ws.scanner.Open.reset();  // open only while its window is
   ws.form = Form::None;
 }
 

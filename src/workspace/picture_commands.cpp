@@ -88,20 +88,6 @@ std::optional<Decoded> Decode(Workspace& ws, const Desktop& desktop,
   return picture;
 }
 
-/// Steps 1 and 2 of opening: what happens before the user has chosen.
-void OfferReset(Workspace& ws, const Desktop& desktop, std::optional<bool> reset = {}) {
-  if (ws.calibration.AnyDefined()) {
-    if (!reset) reset = AskYesNo(desktop, "Clear data and reset axis definisions ?");
-    if (*reset) Reset(ws, desktop);
-  }
-  ReleaseButtons(ws);
-}
-
-/// After a reset the picture that stays can still be worked on.
-void KeepPictureUsable(Workspace& ws) {
-  ws.commands.Picture = ws.plot.IsPresent();
-}
-
 void OpenChosen(Workspace& ws, const Desktop& desktop, const std::filesystem::path& path,
                 const OpenChoices& choices) {
   ws.status.Status = "Loading File ...";
@@ -235,6 +221,18 @@ void SaveImageAs(Workspace& ws, const Desktop& desktop) {
   ws.status.ProgressVisible = false;
   ws.window.Hourglass = false;
   if (!error.empty()) Tell(desktop, error, MessageIcon::Critical);
+}
+
+void OfferReset(Workspace& ws, const Desktop& desktop, std::optional<bool> reset) {
+  if (ws.calibration.AnyDefined()) {
+    if (!reset) reset = AskYesNo(desktop, "Clear data and reset axis definisions ?");
+    if (*reset) Reset(ws, desktop);
+  }
+  ReleaseButtons(ws);
+}
+
+void KeepPictureUsable(Workspace& ws) {
+  ws.commands.Picture = ws.plot.IsPresent();
 }
 
 void Reset(Workspace& ws, const Desktop& desktop) {

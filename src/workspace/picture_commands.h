@@ -36,6 +36,12 @@ void PasteImage(Workspace& ws, const Desktop& desktop);
 void SaveImageAs(Workspace& ws, const Desktop& desktop);
 bool CanSaveImage(const Workspace& ws);
 
+/// What happens before the user has chosen a new picture: the question whether to start anew where
+/// an axis has been defined, unless `reset` answers it, and the mode buttons come up.
+void OfferReset(Workspace& ws, const Desktop& desktop, std::optional<bool> reset = {});
+/// After a reset the picture that stays can still be worked on.
+void KeepPictureUsable(Workspace& ws);
+
 /// Points, blockers, calibration and mode as at the start.
 void Reset(Workspace& ws, const Desktop& desktop);
 

@@ -7,6 +7,7 @@
 
 #include "base/run_time_error.h"
 #include "extraction/tracer_control.h"
+#include "settings/scanner_source.h"
 #include "settings/settings_store.h"
 #include "workspace/save_points.h"
 #include "workspace/toolbar.h"
@@ -69,6 +70,8 @@ void ApplyFormats(Workspace& ws, std::vector<std::string>& notes) {
 void StartUp(Workspace& ws, const Desktop& desktop) {
   ws.status.Status.clear();
   Get_INI(ws, desktop);
+  // No option: what was chosen since stays when the settings are read again.
+  ws.scanner.Source = ReadScannerSource(ReadSettingsFile(ws.settingsPath));
   InitAxisDefFrame(ws.calibration, ws.axisPanel);
   ws.axisPanel.Focus = FocusTarget::None;
   ShowFrame(ws, "graphize");

@@ -7,6 +7,7 @@
 #include "workspace/picture_commands.h"
 #include "workspace/plot_mouse.h"
 #include "workspace/save_points.h"
+#include "workspace/scan_commands.h"
 
 namespace graphize {
 
@@ -48,6 +49,7 @@ bool CanPress(const Workspace& ws, std::string_view key) {
   if (key == "open" || key == "paste" || key == "setup") return true;
   if (key == "save" || key == "copy" || key == "delete") return can.Data;
   if (key == "undo") return can.Blockers;
+  if (key == "aquire") return can.Scanner;
   if (key == "refresh" || key == "axisdef" || key == "blocktest" || key == "drawerase")
     return can.Picture;
   if (key == "graphize") return can.Graphize;
@@ -77,6 +79,10 @@ void Toolbar_ButtonClick(Workspace& ws, const Desktop& desktop, std::string_view
   if (key == "delete") {
     LeaveEdit(ws);
     return ClearAllData(ws, desktop, true);
+  }
+  if (key == "aquire") {
+    LeaveEdit(ws);
+    return Aquire(ws, desktop);
   }
   if (ModeOfKey(key) != Mode::None) EnterMode(ws, desktop, key);
 }

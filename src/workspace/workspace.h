@@ -19,6 +19,8 @@
 #include "extraction/scan.h"
 #include "extraction/tracer_control.h"
 #include "image/plot_image.h"
+#include "image/scan_form.h"
+#include "image/source_form.h"
 #include "image/viewport.h"
 #include "settings/options_form.h"
 #include "settings/settings.h"
@@ -70,7 +72,16 @@ struct ZoomWindow {
 };
 
 /// The modal window that is open over the main window.
-enum class Form { None, Integrate, Sample, Options, About };
+enum class Form { None, Integrate, Sample, Options, About, SelectSource, Scan };
+
+/// The scanner that is used.
+struct Scanner {
+  std::string Source;  // chosen by the user and remembered; empty: the first that is found
+  ScanSource Known;    // a source whose name for people is known
+  std::string LastUsed;  // the source that LastSettings belong to
+  ScanSettings LastSettings;
+  OpenScanner Open;  // while the window FRM_Scan is
+};
 
 /// All state of the program. Owned by value by the main window, a batch run or a test.
 struct Workspace {
@@ -111,6 +122,9 @@ struct Workspace {
   AboutForm about;
 
   HelpRequest help;
+  SourceForm source;
+  ScanForm scan;
+  Scanner scanner;
 
   Recipe recipe;
 

@@ -212,6 +212,15 @@ void WindowTest::OnFileDialog(const std::filesystem::path& path) {
       [path](QWidget* dialog) { TypeAndReturn(dialog, QString::fromStdString(path.string())); });
 }
 
+void WindowTest::OnFileDialogProposing(const QString& name) {
+  modalScript_.emplace_back([name](QWidget* dialog) {
+    auto* box = dialog->findChild<QLineEdit*>();
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(box->text(), name);
+    StartXdo(Words("key Escape"));
+  });
+}
+
 }  // namespace graphize::test
 
 int main(int argc, char** argv) {

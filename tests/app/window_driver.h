@@ -77,6 +77,8 @@ class WindowTest : public ::testing::Test {
   void OnMessage(const QString& text, QMessageBox::StandardButton button);
   void OnPrompt(const QString& answer);
   void OnFileDialog(const std::filesystem::path& path);
+  /// Looks at the name that is proposed and cancels.
+  void OnFileDialogProposing(const QString& name);
 
   MainWindow& Window() { return *window_; }
   const Workspace& State() const { return window_->State(); }

@@ -75,7 +75,7 @@ std::string CheckLibrary(const fs::path& path, bool isTest, std::string_view hea
   if (header.starts_with("sane/"))
     return path == "image/scanner.cpp" ? "" : "the scanner library is for image/scanner.cpp";
   if (header == "dlfcn.h")
-    return path == "image/picbuf_loader.cpp" ? "" : "modules are for image/picbuf_loader.cpp";
+    return path == "image/module.cpp" ? "" : "modules are for image/module.cpp";
   return seesQt || IsStandard(header) ? "" : "logic has the standard library only";
 }
 

@@ -1,0 +1,51 @@
+// The scanner in the main window: whether there is one, and the events of its two forms.
+
+#include "app/main_window.h"
+#include "image/scan_dialog.h"
+#include "image/select_source_dialog.h"
+#include "workspace/scan_commands.h"
+
+namespace graphize {
+
+void MainWindow::AskForScanner() {
+  // An answer may take as long as a device likes: the window neither waits for it nor, when it
+  // closes, goes on asking.
+  scannerQuestion_ = std::jthread([this, source = ws_.scanner.Source](std::stop_token stop) {
+    const bool available =
+        TWAIN_IsAvailable(source, [stop](int) { return !stop.stop_requested(); }) == 1;
+    QMetaObject::invokeMethod(this, [this, available] {
+      Note([=](Workspace& ws) { ws.commands.Scanner = ws.commands.Scanner || available; });
+    });
+  });
+}
+
+FormDialog* MainWindow::MakeSelectSourceForm() {
+  auto* dialog = new SelectSourceDialog(this);
+  renderForm_ = [this, dialog] { dialog->Render(ws_.source); };
+  connect(dialog, &SelectSourceDialog::SourceSelected, this, [this](int index) {
+    Do([=](Workspace& ws, const Desktop&) { ws.source.Selected = index; }, false);
+  });
+  connect(dialog, &SelectSourceDialog::LookPressed, this, [this](bool network) {
+    Do([=](Workspace& ws, const Desktop& d) { LookForSources(ws, d, network); }, false);
+  });
+  connect(dialog, &SelectSourceDialog::SelectPressed, this, [this] { Do(ChooseSource, false); });
+  return dialog;
+}
+
+FormDialog* MainWindow::MakeScanForm() {
+  auto* dialog = new ScanDialog(this);
+  renderForm_ = [this, dialog] { dialog->Render(ws_.scan); };
+  connect(dialog, &ScanDialog::SettingsChosen, this, [this](const ScanSettings& settings) {
+    Do([&](Workspace& ws, const Desktop& d) { ChangeScan(ws, d, settings); }, false);
+  });
+  connect(dialog, &ScanDialog::ResolutionTyped, this, [this](const std::string& text) {
+    // Comes while the window closes, too.
+    if (ws_.form != Form::Scan) return;
+    Do([&](Workspace& ws, const Desktop& d) { TypeResolution(ws, d, text); }, false);
+  });
+  connect(dialog, &ScanDialog::PreviewPressed, this, [this] { Do(PreviewScan, false); });
+  connect(dialog, &ScanDialog::ScanPressed, this, [this] { Do(AcquireImage); });
+  return dialog;
+}
+
+}  // namespace graphize
