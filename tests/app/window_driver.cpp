@@ -12,6 +12,7 @@
 #include <QToolBar>
 #include <QWindow>
 
+#include "support/virtual_scanner.h"
 #include "widgets/form_dialog.h"
 
 namespace graphize::test {
@@ -224,6 +225,7 @@ void WindowTest::OnFileDialogProposing(const QString& name) {
 }  // namespace graphize::test
 
 int main(int argc, char** argv) {
+  graphize::test::HideRealScanners();
   QApplication application(argc, argv);
   ::testing::InitGoogleTest(&argc, argv);
   return RUN_ALL_TESTS();

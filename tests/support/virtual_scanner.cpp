@@ -74,6 +74,10 @@ void VirtualScanner::Configure(const std::vector<std::string>& options) {
 }
 
 void VirtualScanner::Unplug() {
+  HideRealScanners();
+}
+
+void HideRealScanners() {
   WriteBytes(ConfigurationFolder() / "dll.conf", "");
 }
 

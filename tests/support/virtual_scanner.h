@@ -24,6 +24,10 @@ class VirtualScanner {
   void Unplug();
 };
 
+/// From now on this process sees no scanner of this computer. To be called before the library is
+/// first asked where the program may ask it by itself.
+void HideRealScanners();
+
 /// The page as the scanner library's own program delivers it, 16-bit samples rounded to 8.
 /// `arguments` are its options.
 Raster ScanimagePage(const std::string& arguments = {});
