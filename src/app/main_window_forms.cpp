@@ -1,5 +1,7 @@
 // The modal windows of the main window: which one is open, and what their events call.
 
+#include <utility>
+
 #include "app/main_window.h"
 #include "data/integrate_dialog.h"
 #include "data/sample_dialog.h"
@@ -11,14 +13,15 @@ namespace graphize {
 
 void MainWindow::RenderForm() {
   if (formShown_ != ws_.form) {
-    if (form_ != nullptr) {
-      form_->hide();
-      form_->deleteLater();
-    }
+    // In this order: a control that loses the focus may run a command, which renders again.
     formShown_ = ws_.form;
+    renderForm_ = nullptr;
+    if (FormDialog* closed = std::exchange(form_, nullptr)) {
+      closed->hide();
+      closed->deleteLater();
+    }
     switch (formShown_) {
       case Form::None:
-        form_ = nullptr, renderForm_ = nullptr;
         break;
       case Form::Integrate:
         form_ = MakeIntegrateForm();

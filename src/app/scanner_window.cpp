@@ -39,8 +39,6 @@ FormDialog* MainWindow::MakeScanForm() {
     Do([&](Workspace& ws, const Desktop& d) { ChangeScan(ws, d, settings); }, false);
   });
   connect(dialog, &ScanDialog::ResolutionTyped, this, [this](const std::string& text) {
-    // Comes while the window closes, too.
-    if (ws_.form != Form::Scan) return;
     Do([&](Workspace& ws, const Desktop& d) { TypeResolution(ws, d, text); }, false);
   });
   connect(dialog, &ScanDialog::PreviewPressed, this, [this] { Do(PreviewScan, false); });

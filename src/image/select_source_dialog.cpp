@@ -86,7 +86,9 @@ void SelectSourceDialog::Render(const SourceForm& form) {
   RenderList(form);
   network_->setChecked(form.Network);
   Show(hint_, form.Hint);
+  const bool found = !form.Looking && !list_->isEnabled();
   Enable(list_, !form.Looking);
+  if (found) list_->setFocus();
   Enable(network_, !form.Looking);
   Enable(refresh_, !form.Looking);
   Enable(select_, CanChooseSource(form));

@@ -170,6 +170,7 @@ void Aquire(Workspace& ws, const Desktop& desktop) {
 }
 
 void ChangeScan(Workspace& ws, const Desktop& desktop, const ScanSettings& settings) {
+  if (ws.scanner.Open == nullptr) return;
   Acquiring(ws, desktop, [&] {
     if (auto can = SetScan(ws.scanner.Open, settings, Wait(desktop)))
       ShowAbilities(ws.scan, std::move(*can));
@@ -185,6 +186,7 @@ void TypeResolution(Workspace& ws, const Desktop& desktop, const std::string& te
 }
 
 void PreviewScan(Workspace& ws, const Desktop& desktop) {
+  if (ws.scanner.Open == nullptr) return;
   Acquiring(ws, desktop, [&] {
     ws.scan.Doing = ScanForm::Work::Preview;
     ws.scan.Percent = 0;
@@ -201,6 +203,7 @@ void PreviewScan(Workspace& ws, const Desktop& desktop) {
 }
 
 void AcquireImage(Workspace& ws, const Desktop& desktop) {
+  if (ws.scanner.Open == nullptr) return;
   Acquiring(ws, desktop, [&] {
     ws.scan.Doing = ScanForm::Work::Scan;
     ws.scan.Percent = 0;

@@ -17,7 +17,8 @@ void ChooseSource(Workspace& ws, const Desktop& desktop);
 /// Opens the scanner and the window FRM_Scan, after the question whether to start anew. The scanner
 /// is open as long as the window.
 void Aquire(Workspace& ws, const Desktop& desktop);
-/// The settings are changed: the device takes what it can of them.
+/// The settings are changed: the device takes what it can of them. Nothing happens when no scanner
+/// is open: what was being typed comes when the window closes, too.
 void ChangeScan(Workspace& ws, const Desktop& desktop, const ScanSettings& settings);
 /// The same for the resolution as typed; a text that starts with no number changes nothing.
 void TypeResolution(Workspace& ws, const Desktop& desktop, const std::string& text);

@@ -57,7 +57,6 @@ TEST_F(ScannerWindow, SelectsASourceAndAquiresThePicture) {
   EXPECT_EQ(list->topLevelItem(0)->text(1), "frontend-tester");
   ClickControl(Find<QWidget>("CMD_Refresh"));
   Until([&] { return list->isEnabled() && list->topLevelItemCount() == 2; }, "the list is new");
-  list->setFocus();
   Key("Down");
   Key("Return");
   EXPECT_FALSE(FormIsOpen());
@@ -125,6 +124,50 @@ TEST_F(ScannerWindow, TheCancelButtonWorksInTheMiddleOfAPage) {
     EXPECT_EQ(Window().windowTitle(), caption);
     EXPECT_EQ(State().scanner.Open, nullptr);
   }
+}
+
+TEST_F(ScannerWindow, WhatIsBeingTypedDoesNotOutliveTheForm) {
+  StartWithScanner();
+  for (const char* box : {"TXT_Left", "CMB_Resolution"}) {
+    ClickTool("aquire");
+    UntilForm("FRM_Scan");
+    ClickControl(Find<QWidget>(box));
+    Key("ctrl+a");
+    Xdo({QStringLiteral("type"), QStringLiteral("99")});
+    Key("Escape");
+    Until([this] { return !FormIsOpen() && !State().commandRuns; }, "the form is closed");
+    EXPECT_EQ(State().scanner.Open, nullptr);
+  }
+}
+
+TEST_F(ScannerWindow, DraggingOverTheGlassChoosesTheArea) {
+  StartWithScanner();
+  ChooseForm("MNU_FILE_Aquire", "FRM_Scan");
+  UntilForm("FRM_Scan");
+  // The glass is a square of 200 mm as wide as its place.
+  auto* glass = Find<QWidget>("PIC_Area");
+  const auto at = [&](double part) {
+    const int pixels = static_cast<int>(glass->width() * part);
+    const QPoint point = glass->mapToGlobal(QPoint(pixels, pixels));
+    return QStringList{QStringLiteral("mousemove"), QString::number(point.x()),
+                       QString::number(point.y())};
+  };
+  const auto button = [](const char* action) {
+    return QStringList{QString::fromLatin1(action), QStringLiteral("1")};
+  };
+  Xdo(at(0.75) + button("mousedown"));
+  Xdo(at(0.5));
+  Xdo(at(0.25));
+  Xdo(button("mouseup"));
+  Until([this] { return State().scan.Can.Now.Area.Left > 0; }, "the area is taken");
+  const ScanArea area = State().scan.Can.Now.Area;
+  for (const double start : {area.Left, area.Top}) EXPECT_NEAR(start, 50, 2);
+  for (const double length : {area.Width, area.Height}) EXPECT_NEAR(length, 100, 3);
+  EXPECT_EQ(Find<QDoubleSpinBox>("TXT_Left")->value(), area.Left);
+  EXPECT_EQ(Find<QDoubleSpinBox>("TXT_Height")->value(), area.Height);
+  ClickControl(Find<QWidget>("CMD_WholePage"));
+  EXPECT_EQ(State().scan.Can.Now.Area, (ScanArea{0, 0, 200, 200}));
+  Key("Escape");
 }
 
 TEST_F(ScannerWindow, AFailureIsToldOverTheForm) {
