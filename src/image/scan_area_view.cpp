@@ -25,14 +25,14 @@ QRectF ScanAreaView::Glass() const {
           size.height()};
 }
 
-QRectF ScanAreaView::OnWidget(const ScanArea& area) const {
+QRectF ScanAreaView::OnWidget(const PageArea& area) const {
   const QRectF glass = Glass();
   const double scale = glass.width() / whole_.Width;
   return {glass.left() + (area.Left - whole_.Left) * scale,
           glass.top() + (area.Top - whole_.Top) * scale, area.Width * scale, area.Height * scale};
 }
 
-ScanArea ScanAreaView::OnGlass(const QRectF& rectangle) const {
+PageArea ScanAreaView::OnGlass(const QRectF& rectangle) const {
   const QRectF glass = Glass();
   const double scale = whole_.Width / glass.width();
   return {whole_.Left + (rectangle.left() - glass.left()) * scale,
@@ -50,7 +50,7 @@ void ScanAreaView::ReadPreview(const Raster& preview) {
 
 void ScanAreaView::Render(const ScanForm& form) {
   mayDrag_ = HasArea(form.Can) && form.Doing == ScanForm::Work::None;
-  const ScanArea whole = HasArea(form.Can) ? WholeArea(form.Can) : whole_;
+  const PageArea whole = HasArea(form.Can) ? WholeArea(form.Can) : whole_;
   if (whole_ != whole || area_ != form.Can.Now.Area || previewNumber_ != form.PreviewNumber)
     update();
   whole_ = whole;

@@ -17,7 +17,7 @@ class ScanAreaView : public QWidget {
   QSize sizeHint() const override;
 
  signals:
-  void AreaDragged(const ScanArea& area);
+  void AreaDragged(const PageArea& area);
 
  private:
   void paintEvent(QPaintEvent* event) override;
@@ -27,12 +27,12 @@ class ScanAreaView : public QWidget {
 
   /// The whole glass in this widget, and the way between its pixels and the device's units.
   QRectF Glass() const;
-  QRectF OnWidget(const ScanArea& area) const;
-  ScanArea OnGlass(const QRectF& rectangle) const;
+  QRectF OnWidget(const PageArea& area) const;
+  PageArea OnGlass(const QRectF& rectangle) const;
   void ReadPreview(const Raster& preview);
 
-  ScanArea whole_{0, 0, 210, 297};
-  ScanArea area_;
+  PageArea whole_{0, 0, 210, 297};
+  PageArea area_;
   bool mayDrag_ = false;
   QPixmap preview_;
   int previewNumber_ = 0;

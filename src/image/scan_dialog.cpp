@@ -154,13 +154,13 @@ QWidget* ScanDialog::MakeArea() {
   whole->setAutoDefault(false);
   grid->addWidget(whole, 2, 0, 1, 5, Qt::AlignRight);
   // One edge at a time: the others are kept finer than their boxes show them.
-  const std::pair<QDoubleSpinBox*, double ScanArea::*> edges[] = {{left_, &ScanArea::Left},
-                                                                  {top_, &ScanArea::Top},
-                                                                  {width_, &ScanArea::Width},
-                                                                  {height_, &ScanArea::Height}};
+  const std::pair<QDoubleSpinBox*, double PageArea::*> edges[] = {{left_, &PageArea::Left},
+                                                                  {top_, &PageArea::Top},
+                                                                  {width_, &PageArea::Width},
+                                                                  {height_, &PageArea::Height}};
   for (const auto& [box, edge] : edges)
     connect(box, &QDoubleSpinBox::valueChanged, this, [this, edge = edge](double value) {
-      ScanArea area = can_.Now.Area;
+      PageArea area = can_.Now.Area;
       area.*edge = value;
       ChooseArea(area);
     });
@@ -169,7 +169,7 @@ QWidget* ScanDialog::MakeArea() {
   return frame;
 }
 
-void ScanDialog::ChooseArea(ScanArea area) {
+void ScanDialog::ChooseArea(PageArea area) {
   ScanSettings settings = can_.Now;
   settings.Area = WithinReach(area, can_);
   emit SettingsChosen(settings);
@@ -213,11 +213,11 @@ void ScanDialog::RenderChoices(const ScanForm& form) {
 
 void ScanDialog::RenderArea(const ScanForm& form) {
   const ScanAbilities& can = form.Can;
-  const ScanArea& now = can.Now.Area;
+  const PageArea& now = can.Now.Area;
   const bool shown = HasArea(can);
   if (areaFrame_->isHidden() == shown) areaFrame_->setVisible(shown);
   if (!shown) return;
-  const ScanArea whole = WholeArea(can);
+  const PageArea whole = WholeArea(can);
   for (QDoubleSpinBox* box : {left_, top_, width_, height_}) {
     const QSignalBlocker quiet(box);
     const QString unit = can.AreaInPixels ? tr(" px") : tr(" mm");

@@ -33,7 +33,7 @@ class ScanDialog : public FormDialog {
   void RenderChoices(const ScanForm& form);
   void RenderArea(const ScanForm& form);
   void RenderWork(const ScanForm& form);
-  void ChooseArea(ScanArea area);
+  void ChooseArea(PageArea area);
 
   ScanAbilities can_;
   QFormLayout* choices_;

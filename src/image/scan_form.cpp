@@ -56,13 +56,13 @@ bool HasArea(const ScanAbilities& can) {
   return can.Across.Max > can.Across.Min && can.Down.Max > can.Down.Min;
 }
 
-ScanArea WholeArea(const ScanAbilities& can) {
+PageArea WholeArea(const ScanAbilities& can) {
   return {can.Across.Min, can.Down.Min, can.Across.Max - can.Across.Min,
           can.Down.Max - can.Down.Min};
 }
 
-ScanArea WithinReach(const ScanArea& area, const ScanAbilities& can) {
-  ScanArea inside = area;
+PageArea WithinReach(const PageArea& area, const ScanAbilities& can) {
+  PageArea inside = area;
   Clip(inside.Left, inside.Width, can.Across);
   Clip(inside.Top, inside.Height, can.Down);
   return inside.Width > 0 && inside.Height > 0 ? inside : WholeArea(can);

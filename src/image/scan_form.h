@@ -33,9 +33,9 @@ bool MayTypeResolution(const ScanForm& form);
 
 bool HasArea(const ScanAbilities& can);
 /// All that the device can scan.
-ScanArea WholeArea(const ScanAbilities& can);
+PageArea WholeArea(const ScanAbilities& can);
 /// The part of `area` that the device can scan; the whole when nothing is left of it.
-ScanArea WithinReach(const ScanArea& area, const ScanAbilities& can);
+PageArea WithinReach(const PageArea& area, const ScanAbilities& can);
 
 /// A quick, coarse look at the whole glass.
 ScanSettings PreviewSettings(const ScanForm& form);

@@ -19,10 +19,10 @@ struct ScanSource {
 
 /// A rectangle of the scanner's glass, from its upper left corner, in millimetres (in pixels for
 /// the few devices that say so).
-struct ScanArea {
+struct PageArea {
   double Left = 0, Top = 0, Width = 0, Height = 0;
 
-  bool operator==(const ScanArea&) const = default;
+  bool operator==(const PageArea&) const = default;
 };
 
 /// What to scan. What is empty or 0 stays as the device has it.
@@ -31,7 +31,7 @@ struct ScanSettings {
   std::string Mode;         // "Color"
   int Depth = 0;            // bits per sample
   double Resolution = 0;    // dots per inch
-  ScanArea Area;
+  PageArea Area;
 };
 
 struct ScanRange {

@@ -160,13 +160,13 @@ TEST_F(ScannerWindow, DraggingOverTheGlassChoosesTheArea) {
   Xdo(at(0.25));
   Xdo(button("mouseup"));
   Until([this] { return State().scan.Can.Now.Area.Left > 0; }, "the area is taken");
-  const ScanArea area = State().scan.Can.Now.Area;
+  const PageArea area = State().scan.Can.Now.Area;
   for (const double start : {area.Left, area.Top}) EXPECT_NEAR(start, 50, 2);
   for (const double length : {area.Width, area.Height}) EXPECT_NEAR(length, 100, 3);
   EXPECT_EQ(Find<QDoubleSpinBox>("TXT_Left")->value(), area.Left);
   EXPECT_EQ(Find<QDoubleSpinBox>("TXT_Height")->value(), area.Height);
   ClickControl(Find<QWidget>("CMD_WholePage"));
-  EXPECT_EQ(State().scan.Can.Now.Area, (ScanArea{0, 0, 200, 200}));
+  EXPECT_EQ(State().scan.Can.Now.Area, (PageArea{0, 0, 200, 200}));
   Key("Escape");
 }
 

@@ -56,9 +56,9 @@ TEST(ScanForm, TheSizeOfThePictureToCome) {
 
 TEST(ScanForm, TheAreaStaysOnTheGlass) {
   const ScanAbilities can = Flatbed();
-  const ScanArea whole = {0, 0, 215.9, 297};
+  const PageArea whole = {0, 0, 215.9, 297};
   EXPECT_EQ(WholeArea(can), whole);
-  const std::pair<ScanArea, ScanArea> cases[] = {{{10, 20, 30, 40}, {10, 20, 30, 40}},
+  const std::pair<PageArea, PageArea> cases[] = {{{10, 20, 30, 40}, {10, 20, 30, 40}},
                                                  {{-5, -5, 20, 20}, {0, 0, 15, 15}},
                                                  {{200, 290, 50, 50}, {200, 290, 215.9 - 200, 7}},
                                                  {{300, 0, 10, 10}, whole},

@@ -96,7 +96,7 @@ TEST(Scanner, SettingsAreTheDevicesOptions) {
   EXPECT_EQ(can->Across.Max, 200);
   EXPECT_EQ(can->Now.Mode, "Color");
   EXPECT_EQ(can->Now.Resolution, 50);
-  EXPECT_EQ(can->Now.Area, (ScanArea{0, 0, 80, 100}));
+  EXPECT_EQ(can->Now.Area, (PageArea{0, 0, 80, 100}));
   EXPECT_EQ(can->Width, 157);
   EXPECT_EQ(can->Height, 196);
 
@@ -112,7 +112,7 @@ TEST(Scanner, SettingsAreTheDevicesOptions) {
   EXPECT_EQ(can->Now.Mode, "Gray");
   EXPECT_TRUE(can->Now.Depth == 8 || can->Now.Depth == 16) << can->Now.Depth;
   EXPECT_EQ(can->Now.Resolution, 1200);
-  EXPECT_EQ(can->Now.Area, (ScanArea{10, 20, 190, 30}));
+  EXPECT_EQ(can->Now.Area, (PageArea{10, 20, 190, 30}));
 
   const ScanSettings settings = {
       .Mode = "Gray", .Depth = 8, .Resolution = 77, .Area = {10, 20, 41, 53}};
@@ -166,7 +166,7 @@ TEST(Scanner, TellsWhenNobodyKnowsHowFarItIs) {
 TEST(Scanner, APictureThatIsTooLargeIsRefusedBeforeItIsScanned) {
   const VirtualScanner scanner(
       {"geometry_max 1000.0", "read-delay true", "read-status-code \"SANE_STATUS_IO_ERROR\""});
-  for (const ScanArea& area : {ScanArea{0, 0, 700, 10}, ScanArea{0, 0, 10, 700}})
+  for (const PageArea& area : {PageArea{0, 0, 700, 10}, PageArea{0, 0, 10, 700}})
     EXPECT_THROW(Acquire({.Resolution = 1200, .Area = area}), PictureTooLarge);
   EXPECT_THROW(Acquire({.Mode = "Gray", .Depth = 8, .Resolution = 1200, .Area = {0, 0, 300, 300}}),
                PictureTooLarge);
