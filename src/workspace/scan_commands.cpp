@@ -85,7 +85,7 @@ std::string SourceToOpen(Workspace& ws, const Desktop& desktop) {
 void OpenScanWindow(Workspace& ws, const Desktop& desktop) {
   ws.status.Status = "Waiting for the scanner ...";
   ws.window.Hourglass = true;
-  desktop.Pump();
+  desktop.ShowNow();
   const std::string name = SourceToOpen(ws, desktop);
   if (name.empty()) return;
   const OpenScanner scanner = OpenScanSource(name, Wait(desktop));
@@ -111,6 +111,7 @@ void TakePage(Workspace& ws, const Desktop& desktop, NativeBitmap bitmap) {
                 .Folder = ws.picture.Folder,
                 .FromFile = false,
                 .WithoutFile = true};
+  NoteOpened(ws, "");
 }
 
 }  // namespace
@@ -128,7 +129,7 @@ void SelectSource(Workspace& ws, const Desktop& desktop) {
 void LookForSources(Workspace& ws, const Desktop& desktop, bool network) {
   ws.source.Network = network;
   BeginLooking(ws.source);
-  desktop.Pump();
+  desktop.ShowNow();
   std::string error;
   try {
     auto sources = TWAIN_SelectImageSource(network, Wait(desktop));
