@@ -28,9 +28,9 @@ class MadeUpTree {
     fs::copy_file(fs::path(GRAPHIZE_SOURCE_DIR) / "src/README.md", folder_ / "src/README.md");
     for (const char* file :
          {"src/base/a.h", "src/desktop/a.h", "src/settings/a.h", "src/settings/a_dialog.h",
-          "src/image/a.h", "src/image/a_view.h", "src/calibration/a.h", "src/capture/a.h",
-          "src/data/a.h", "src/extraction/a.h", "src/workspace/a.h", "src/batch/a.h",
-          "src/widgets/a.h", "src/app/a.h", "tests/support/a.h", "tests/data/b.h"})
+          "src/image/a.h", "src/image/a_view.h", "src/image/picbuf/a.h", "src/calibration/a.h",
+          "src/capture/a.h", "src/data/a.h", "src/extraction/a.h", "src/workspace/a.h",
+          "src/batch/a.h", "src/widgets/a.h", "src/app/a.h", "tests/support/a.h", "tests/data/b.h"})
       WriteBytes(folder_ / file, "#pragma once\n");
   }
   void Write(const std::string& file, const std::string& bytes) {
@@ -54,8 +54,10 @@ TEST(IncludeLevels, AllowedIncludesPass) {
       {"src/workspace/b.cpp", "\"extraction/a.h\""},
       {"src/batch/b.cpp", "\"workspace/a.h\""},
       {"src/base/b.cpp", "<string_view>"},
-      {"src/image/picbuf.cpp", "<Magick++.h>"},
-      {"src/image/picbuf.cpp", "<magick/api.h>"},
+      {"src/image/picbuf/b.cpp", "<Magick++.h>"},
+      {"src/image/picbuf/b.h", "<magick/api.h>"},
+      {"src/image/picbuf/b.cpp", "\"image/picbuf/a.h\""},
+      {"src/image/picbuf/b.cpp", "\"image/a.h\""},
       {"src/image/scanner.cpp", "<sane/sane.h>"},
       {"src/settings/b_dialog.cpp", "\"workspace/a.h\""},
       {"src/settings/b_dialog.cpp", "\"image/a_view.h\""},
@@ -109,12 +111,14 @@ TEST(IncludeLevels, BrokenIncludesAreFound) {
       {"src/image/b.cpp", "<QImage>"},
       {"src/workspace/b.h", "<QtCore/QString>"},
       {"src/desktop/b.h", "<qglobal.h>"},
-      {"src/image/picbuf.cpp", "<QImage>"},
+      {"src/image/picbuf/b.cpp", "<QImage>"},
+      {"src/image/picbuf/b.cpp", "\"workspace/a.h\""},
+      {"src/image/b.cpp", "\"image/picbuf/a.h\""},
       {"src/image/picbuf.h", "<Magick++.h>"},
       {"src/image/picbuf_tools.cpp", "<magick/api.h>"},
       {"src/app/b.cpp", "<Magick++/Image.h>"},
       {"src/image/a_view.cpp", "<sane/sane.h>"},
-      {"src/image/picbuf.cpp", "<sane/sane.h>"},
+      {"src/image/picbuf/b.cpp", "<sane/sane.h>"},
       {"src/base/b.cpp", "<unistd.h>"},
       {"src/desktop/b.cpp", "<xcb/xcb.h>"},
       // Tests.

@@ -62,6 +62,11 @@ bool IsStandard(std::string_view header) {
   return header.find_first_not_of("abcdefghijklmnopqrstuvwxyz_") == std::string_view::npos;
 }
 
+/// The module that shuts the picture library in.
+bool IsPicbuf(const fs::path& path) {
+  return path.parent_path() == "image/picbuf";
+}
+
 /// A header in angle brackets: what is wrong with it here, or nothing.
 std::string CheckLibrary(const fs::path& path, bool isTest, std::string_view header) {
   const std::string folder = FolderOf(path);
@@ -71,7 +76,7 @@ std::string CheckLibrary(const fs::path& path, bool isTest, std::string_view hea
   if (isQt) return seesQt ? "" : "Qt is for app/ and widgets";
   if (isTest) return "";
   if (header.starts_with("Magick") || header.starts_with("magick/"))
-    return path == "image/picbuf.cpp" ? "" : "the picture library is for image/picbuf.cpp";
+    return IsPicbuf(path) ? "" : "the picture library is for image/picbuf/";
   if (header.starts_with("sane/"))
     return path == "image/scanner.cpp" ? "" : "the scanner library is for image/scanner.cpp";
   if (header == "dlfcn.h")
@@ -85,6 +90,7 @@ std::string CheckOwn(const fs::path& root, const Levels& levels, const fs::path&
   const bool inTests = isTest && fs::exists(root / "tests" / header);
   if (header != header.lexically_normal() || (!inTests && !fs::exists(root / "src" / header)))
     return "no such file: paths are written from src/ (or tests/)";
+  if (IsPicbuf(header) && !IsPicbuf(path)) return "image/picbuf/ is seen by itself alone";
   const std::string from = FolderOf(path), to = FolderOf(header);
   if (to == "support" && inTests) return "";
   if (!levels.contains(to)) return to + "/ is not in the table";

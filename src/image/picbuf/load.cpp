@@ -1,25 +1,16 @@
-#include "image/picbuf.h"
-
-#include <Magick++.h>
-
 #include <algorithm>
-#include <cerrno>
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
-#include <mutex>
-#include <new>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "base/run_time_error.h"
-#include "base/whole_file.h"
 #include "image/bitmap_header.h"
-#include "image/colour_table.h"
-#include "image/file_format.h"
+#include "image/picbuf.h"
+#include "image/picbuf/library.h"
 #include "image/picture_gate.h"
-#include "image/picture_operation.h"
 #include "image/raster_orientation.h"
 #include "image/transparency.h"
 
@@ -27,108 +18,9 @@ namespace graphize {
 
 namespace {
 
-namespace lib = MagickLib;
-
 static_assert(sizeof(lib::PixelPacket) == 8 && offsetof(lib::PixelPacket, blue) == 0 &&
                   offsetof(lib::PixelPacket, green) == 2 && offsetof(lib::PixelPacket, red) == 4,
               "the hand-out reads the library's pixels as 16-bit blue, green, red, opacity");
-
-// ---- The library's records, each freed by its own function -------------------------------------
-
-struct Freeing {
-  void operator()(lib::Image* image) const { lib::DestroyImage(image); }
-  void operator()(lib::ImageInfo* info) const { lib::DestroyImageInfo(info); }
-};
-using ImagePtr = std::unique_ptr<lib::Image, Freeing>;
-using ImageInfoPtr = std::unique_ptr<lib::ImageInfo, Freeing>;
-
-class Report {
- public:
-  Report() { lib::GetExceptionInfo(&info_); }
-  ~Report() { lib::DestroyExceptionInfo(&info_); }
-  Report(const Report&) = delete;
-  Report& operator=(const Report&) = delete;
-
-  operator lib::ExceptionInfo*() { return &info_; }  // NOLINT: reads as what it holds
-  lib::ExceptionType Severity() const { return info_.severity; }
-  /// The library's own words, as a detail in parentheses.
-  std::string Detail() const {
-    const char* words = info_.reason != nullptr ? info_.reason : info_.description;
-    return words != nullptr ? " (" + std::string(words) + ")" : std::string();
-  }
-
- private:
-  lib::ExceptionInfo info_{};
-};
-
-// ---- Start --------------------------------------------------------------------------------------
-
-/// The operation that this thread works on. The library's own helper threads have none.
-thread_local PictureOperation* currentOperation = nullptr;
-
-class CurrentOperation {
- public:
-  explicit CurrentOperation(PictureOperation& operation) { currentOperation = &operation; }
-  ~CurrentOperation() { currentOperation = nullptr; }
-  CurrentOperation(const CurrentOperation&) = delete;
-  CurrentOperation& operator=(const CurrentOperation&) = delete;
-};
-
-unsigned OnProgress(const char*, lib::magick_int64_t done, lib::magick_uint64_t all,
-                    lib::ExceptionInfo*) {
-  if (currentOperation == nullptr) return MagickPass;
-  currentOperation->Advance(static_cast<double>(done) / static_cast<double>(std::max(all, 1UL)));
-  return currentOperation->Stopped ? MagickFail : MagickPass;
-}
-
-unsigned RefuseAccess(lib::ConfirmAccessMode, const char*, lib::ExceptionInfo*) {
-  errno = EPERM;
-  return MagickFail;
-}
-
-/// Only the picture types themselves stay: what reads scripts, other files or the network goes.
-void KeepPictureTypesOnly() {
-  static constexpr std::string_view kKept[] = {"TIFF", "TIF", "JPEG", "JPG", "BMP", "BMP3",
-                                               "GIF",  "PCX", "TGA",  "PNG", "WEBP"};
-  Report report;
-  lib::MagickInfo** all = lib::GetMagickInfoArray(report);
-  std::vector<std::string> unwanted;
-  for (lib::MagickInfo** entry = all; entry != nullptr && *entry != nullptr; ++entry)
-    if (std::ranges::find(kKept, (*entry)->name) == std::end(kKept))
-      unwanted.emplace_back((*entry)->name);
-  lib::MagickFree(all);
-  for (const std::string& name : unwanted) lib::UnregisterMagickInfo(name.c_str());
-}
-
-/// Everything below stays within this process and its memory: no file is read or written by the
-/// library, no program started. Done at the first use, so that the program's start is free of it.
-void StartLibrary() {
-  static std::once_flag started;
-  std::call_once(started, [] {
-    Report report;
-    lib::InitializeMagickEx(nullptr, MAGICK_OPT_NO_SIGNAL_HANDER, report);
-    KeepPictureTypesOnly();
-    lib::MagickSetConfirmAccessHandler(RefuseAccess);
-    lib::SetMonitorHandler(OnProgress);
-    constexpr lib::magick_int64_t kGiB = 1 << 30;
-    // Room for a page enlarged to 150 %; what may be opened is the gate's to say.
-    lib::SetMagickResourceLimit(lib::PixelsResource, 320'000'000);
-    lib::SetMagickResourceLimit(lib::WidthResource, 65'535);
-    lib::SetMagickResourceLimit(lib::HeightResource, 65'535);
-    lib::SetMagickResourceLimit(lib::MemoryResource, 6 * kGiB);
-    lib::SetMagickResourceLimit(lib::MapResource, 0);
-    lib::SetMagickResourceLimit(lib::DiskResource, 0);
-    lib::SetMagickResourceLimit(lib::ReadResource, 2 * kGiB);
-  });
-}
-
-ImageInfoPtr InfoFor(const char* coder) {
-  ImageInfoPtr info(lib::CloneImageInfo(nullptr));
-  lib::MagickStrlCpy(info->magick, coder, MaxTextExtent);
-  return info;
-}
-
-// ---- Loading ------------------------------------------------------------------------------------
 
 const char* CoderOf(PictureType type) {
   static constexpr const char* kCoders[] = {"",    "TIFF", "TGA",  "BMP", "GIF",
@@ -308,100 +200,6 @@ std::optional<LoadedPicture> Load(const std::filesystem::path& path, PictureOper
   return loaded;
 }
 
-// ---- Saving -------------------------------------------------------------------------------------
-
-struct Encoding {
-  const char* Coder;
-  lib::CompressionType Compression;
-  bool HasColourTable;
-};
-
-Encoding EncodingOf(int format) {
-  static constexpr Encoding kEncodings[] = {
-      {"TIFF", lib::LZWCompression, true},   {"TGA", lib::NoCompression, true},
-      {"BMP3", lib::NoCompression, true},    {"GIF", lib::LZWCompression, true},
-      {"BMP3", lib::NoCompression, true},    {"PCX", lib::RLECompression, true},
-      {"JPEG", lib::JPEGCompression, false},
-  };
-  if (format < kTifFormat || format > kJpgFormat)
-    throw RunTimeError(
-        "The name must end in one of the types tif, tga, bmp, gif, dib, pcx or jpg.");
-  return kEncodings[format - kTifFormat];
-}
-
-/// Black and white, and greys, need no table of colours in a TIFF.
-lib::ImageType TifTypeOf(const std::vector<std::uint32_t>& colours) {
-  const auto isGrey = [](std::uint32_t pixel) { return (pixel & 0xffffffu) % 0x010101u == 0; };
-  const auto isBlackOrWhite = [](std::uint32_t p) { return p == kBlackPixel || p == kWhitePixel; };
-  if (std::ranges::all_of(colours, isBlackOrWhite)) return lib::BilevelType;
-  return std::ranges::all_of(colours, isGrey) ? lib::GrayscaleType : lib::PaletteType;
-}
-
-lib::PixelPacket PacketOf(std::uint32_t pixel) {
-  lib::PixelPacket packet{};
-  packet.red = static_cast<lib::Quantum>(257 * ((pixel >> 16) & 0xffu));
-  packet.green = static_cast<lib::Quantum>(257 * ((pixel >> 8) & 0xffu));
-  packet.blue = static_cast<lib::Quantum>(257 * (pixel & 0xffu));
-  return packet;
-}
-
-/// The library's picture of a raster, with a colour map when there is a table.
-ImagePtr TakePicture(const lib::ImageInfo& info, const Raster& picture,
-                     const std::optional<ColourTable>& table, const PictureOperation& operation) {
-  ImagePtr image(lib::AllocateImage(&info));
-  if (image == nullptr) throw std::bad_alloc();
-  image->columns = static_cast<unsigned long>(picture.Width());
-  image->rows = static_cast<unsigned long>(picture.Height());
-  image->depth = 8;
-  image->compression = info.compression;
-  lib::MagickStrlCpy(image->magick, info.magick, MaxTextExtent);
-  if (table) {
-    if (!lib::AllocateImageColormap(image.get(), table->Colours().size())) throw std::bad_alloc();
-    std::ranges::transform(table->Colours(), image->colormap, PacketOf);
-  }
-  for (int y = 0; y < picture.Height() && !operation.Stopped; ++y) {
-    lib::PixelPacket* row = lib::SetImagePixels(image.get(), 0, y, image->columns, 1);
-    if (row == nullptr) throw std::bad_alloc();
-    std::transform(picture.Row(y), picture.Row(y) + picture.Width(), row, PacketOf);
-    if (table) {
-      lib::IndexPacket* indexes = lib::AccessMutableIndexes(image.get());
-      std::transform(picture.Row(y), picture.Row(y) + picture.Width(), indexes,
-                     [&](std::uint32_t pixel) { return table->IndexOf(pixel); });
-    }
-    if (!lib::SyncImagePixels(image.get())) throw std::bad_alloc();
-  }
-  return image;
-}
-
-bool Save(const std::filesystem::path& path, int format, int option, const Raster& picture,
-          PictureOperation& operation) {
-  const Encoding encoding = EncodingOf(format);
-  if (picture.IsEmpty()) throw RunTimeError("There is no picture.");
-  const CurrentOperation current(operation);
-  const ImageInfoPtr info = InfoFor(encoding.Coder);
-  info->compression = encoding.Compression;
-  info->depth = 8;
-  info->dither = 0;  // dots beside a curve would be points
-  if (format == kJpgFormat) info->quality = static_cast<unsigned long>(std::clamp(option, 1, 100));
-  const auto table = encoding.HasColourTable ? ColourTable::Of(picture) : std::nullopt;
-  if (format == kTifFormat && table) info->type = TifTypeOf(table->Colours());
-
-  ImagePtr image = TakePicture(*info, picture, table, operation);
-  if (operation.Stopped) return false;
-  Report report;
-  std::size_t size = 0;
-  const std::unique_ptr<void, decltype(&lib::MagickFree)> blob(
-      lib::ImageToBlob(info.get(), image.get(), &size, report), lib::MagickFree);
-  if (operation.Stopped) return false;
-  if (blob == nullptr || report.Severity() >= lib::ErrorException)
-    throw RunTimeError("The picture cannot be written in this type." + report.Detail());
-  image.reset();
-  std::string_view bytes(static_cast<const char*>(blob.get()), size);
-  if (format == kDibFormat) bytes.remove_prefix(kBmpFileHeaderSize);
-  ThrowSystemError(ReplaceWholeFile(path, bytes));
-  return true;
-}
-
 }  // namespace
 
 std::optional<LoadedPicture> LoadPicture(const std::filesystem::path& path,
@@ -409,16 +207,6 @@ std::optional<LoadedPicture> LoadPicture(const std::filesystem::path& path,
   return NamingTheFile("Cannot open the picture", path, [&] {
     StartLibrary();
     return RunBeside(progress, [&](PictureOperation& operation) { return Load(path, operation); });
-  });
-}
-
-bool SavePicture(const std::filesystem::path& path, int format, int option, const Raster& picture,
-                 const PictureProgress& progress) {
-  return NamingTheFile("Cannot save the picture", path, [&] {
-    StartLibrary();
-    return RunBeside(progress, [&](PictureOperation& operation) {
-      return Save(path, format, option, picture, operation);
-    });
   });
 }
 

@@ -1,0 +1,4 @@
+#include "image/picbuf_module.h"
+
+extern "C" __attribute__((visibility("default")))
+const graphize::PicbufModule GraphizePicbuf = {graphize::LoadPicture, graphize::SavePicture};

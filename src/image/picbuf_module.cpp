@@ -1,4 +1,0 @@
-#include "image/picbuf_module.h"
-
-extern "C" __attribute__((visibility("default"))) const graphize::PicbufModule GraphizePicbuf = {
-    graphize::LoadPicture, graphize::SavePicture};
