@@ -4,6 +4,7 @@
 #include "workspace/data_commands.h"
 #include "workspace/extraction_commands.h"
 #include "workspace/help_commands.h"
+#include "workspace/image_tools_commands.h"
 #include "workspace/options_commands.h"
 #include "workspace/picture_commands.h"
 #include "workspace/recipe_file.h"
@@ -179,7 +180,11 @@ const MenuEntry kMenus[] = {
      .Tip = "Clear the marks on the picture",
      .Can = [](const Workspace& ws) { return CanPress(ws, "refresh"); },
      .Run = [](Workspace& ws, const Desktop& d) { Toolbar_ButtonClick(ws, d, "refresh"); }},
-    {.Name = "MNU_IMAGE_ImageTools", .Caption = "Image &Tools...", .Can = Never},
+    {.Name = "MNU_IMAGE_ImageTools",
+     .Caption = "Image &Tools...",
+     .Tip = "Sharpen, scale or turn the picture before points are captured",
+     .Can = CanShowImageTools,
+     .Run = [](Workspace& ws, const Desktop&) { ShowImageTools(ws); }},
 
     {.Is = Kind::Menu, .Name = "MNU_OPT", .Caption = "&Options"},
     {.Is = Kind::Check,

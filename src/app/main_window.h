@@ -71,6 +71,7 @@ class MainWindow : public QMainWindow {
   FormDialog* MakeIntegrateForm();
   FormDialog* MakeSampleForm();
   FormDialog* MakeOptionsForm();
+  FormDialog* MakeImageToolsForm();
   FormDialog* MakeAboutForm();
   FormDialog* MakeSelectSourceForm();
   FormDialog* MakeScanForm();

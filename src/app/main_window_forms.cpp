@@ -41,6 +41,9 @@ void MainWindow::RenderForm() {
       case Form::Scan:
         form_ = MakeScanForm();
         break;
+      case Form::ImageTools:
+        form_ = MakeImageToolsForm();
+        break;
     }
     if (form_ != nullptr) {
       renderForm_();

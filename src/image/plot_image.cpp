@@ -161,12 +161,13 @@ void UndoEdit(PlotImage& image) {
   PutBack(image, image.LastEdit);
 }
 
-void SetPicture(PlotImage& image, Raster picture) {
-  image.Pixels = std::move(picture);
+Raster SetPicture(PlotImage& image, Raster picture) {
+  std::swap(image.Pixels, picture);
   image.Marks = {};
   image.LastEdit = {};
   image.HasUndo = false;
   image.Dirty = {0, 0, image.Width() - 1, image.Height() - 1};
+  return picture;
 }
 
 }  // namespace graphize

@@ -99,7 +99,8 @@ void EditDot(PlotImage& image, int x, int y, int width, Colour colour);
 /// The base picture as it was before the last BeginEdit; a second undo restores the same.
 void UndoEdit(PlotImage& image);
 
-/// Base picture and working raster are replaced; marks and undo are gone.
-void SetPicture(PlotImage& image, Raster picture);
+/// Base picture and working raster are replaced; marks and undo are gone. Returns what was there:
+/// the base picture when there were no marks.
+Raster SetPicture(PlotImage& image, Raster picture);
 
 }  // namespace graphize

@@ -37,21 +37,25 @@ Walk WalkOf(int orientation, std::ptrdiff_t width, std::ptrdiff_t height) {
 
 }  // namespace
 
-Raster Upright(Raster picture, int orientation) {
-  if (orientation < 2 || orientation > 8 || picture.IsEmpty()) return picture;
-  const bool onItsSide = orientation >= 5;
+void TurnRows(const Raster& picture, int orientation, Raster& upright, int first, int end) {
   const Walk walk = WalkOf(orientation, picture.Width(), picture.Height());
-  Raster upright(onItsSide ? picture.Height() : picture.Width(),
-                 onItsSide ? picture.Width() : picture.Height());
   // In squares, or a picture on its side would miss the cache at every pixel.
   constexpr int kSquare = 32;
-  for (int top = 0; top < upright.Height(); top += kSquare)
+  for (int top = first; top < end; top += kSquare)
     for (int left = 0; left < upright.Width(); left += kSquare)
-      for (int y = top; y < std::min(top + kSquare, upright.Height()); ++y) {
+      for (int y = top; y < std::min(top + kSquare, end); ++y) {
         const std::uint32_t* row = picture.Pixels() + walk.Start + y * walk.NextRow;
         for (int x = left; x < std::min(left + kSquare, upright.Width()); ++x)
           upright.Row(y)[x] = row[x * walk.NextPixel];
       }
+}
+
+Raster Upright(Raster picture, int orientation) {
+  if (orientation < 2 || orientation > 8 || picture.IsEmpty()) return picture;
+  const bool onItsSide = orientation >= 5;
+  Raster upright(onItsSide ? picture.Height() : picture.Width(),
+                 onItsSide ? picture.Width() : picture.Height());
+  TurnRows(picture, orientation, upright, 0, upright.Height());
   return upright;
 }
 

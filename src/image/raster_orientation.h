@@ -9,4 +9,7 @@ namespace graphize {
 /// side...; any other value counts as 1.
 Raster Upright(Raster picture, int orientation);
 
+/// Makes the rows `first` to `end` - 1 of the upright picture, which has its size already.
+void TurnRows(const Raster& picture, int orientation, Raster& upright, int first, int end);
+
 }  // namespace graphize

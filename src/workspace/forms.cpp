@@ -1,11 +1,13 @@
 #include "workspace/forms.h"
 
+#include "workspace/image_tools_commands.h"
 #include "workspace/options_commands.h"
 
 namespace graphize {
 
-void CloseForm(Workspace& ws, const Desktop&) {
+void CloseForm(Workspace& ws, const Desktop& desktop) {
   if (ws.form == Form::Options) CancelOptions(ws);
+  if (ws.form == Form::ImageTools) LeaveImageTools(ws, desktop);
   ws.scanner.Open.reset();  // open only while its window is
   ws.form = Form::None;
 }

@@ -30,16 +30,6 @@ constexpr const char* kSaveFilters =
     "(*.gif)|*.gif|DIB Files (*.dib)|*.dib|PCX Files (*.pcx)|*.pcx|JPEG Files (*.jpg)|*.jpg|";
 constexpr const char* kLoading = "GRAPHIZE is Loading the File";
 
-/// Shows how far the coder is; Escape stops it.
-PictureProgress ShowProgress(Workspace& ws, const Desktop& desktop) {
-  return [&ws, &desktop](int percent) {
-    ws.status.ProgressVisible = true;
-    ws.status.ProgressValue = percent;
-    desktop.Pump();
-    return !desktop.EscapeHeld();
-  };
-}
-
 /// A damaged picture takes the place of a good one only when the user wants it.
 bool AcceptsDamage(const Desktop& desktop, const std::filesystem::path& path,
                    const std::string& damage) {
@@ -255,12 +245,12 @@ void Reset(Workspace& ws, const Desktop& desktop) {
   NoteStep(ws, "reset");
 }
 
-void LoadImage(Workspace& ws, const Desktop& desktop, Raster picture,
-               const std::string& sourceName) {
+Raster LoadImage(Workspace& ws, const Desktop& desktop, Raster picture,
+                 const std::string& sourceName) {
   ws.plot.PersistentDrawing = false;
   ClearMarks(ws.plot);
   desktop.ShowNow();
-  SetPicture(ws.plot, std::move(picture));
+  Raster replaced = SetPicture(ws.plot, std::move(picture));
   ws.window.Caption = "GRAPHIZE is Resizing ....";
   desktop.ShowNow();
   ws.view.X = ws.view.Y = 0;
@@ -271,6 +261,16 @@ void LoadImage(Workspace& ws, const Desktop& desktop, Raster picture,
   ShowPictureSize(ws);
   ShowPictureCaption(ws);
   ws.commands.Picture = true;
+  return replaced;
+}
+
+PictureProgress ShowProgress(Workspace& ws, const Desktop& desktop, int from, int to) {
+  return [&ws, &desktop, from, to](int percent) {
+    ws.status.ProgressVisible = true;
+    ws.status.ProgressValue = from + (to - from) * percent / 100;
+    desktop.Pump();
+    return !desktop.EscapeHeld();
+  };
 }
 
 void ShowPictureSize(Workspace& ws) {

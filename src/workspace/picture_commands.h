@@ -5,6 +5,7 @@
 #include <string>
 
 #include "desktop/desktop.h"
+#include "image/picture_operation.h"
 #include "workspace/workspace.h"
 
 namespace graphize {
@@ -45,9 +46,14 @@ void KeepPictureUsable(Workspace& ws);
 /// Points, blockers, calibration and mode as at the start.
 void Reset(Workspace& ws, const Desktop& desktop);
 
-/// Copies a decoded picture into the plot: the common tail of opening, pasting and scanning.
-void LoadImage(Workspace& ws, const Desktop& desktop, Raster picture,
-               const std::string& sourceName);
+/// Copies a picture into the plot: the common tail of opening, pasting, scanning and image tools.
+/// Returns the base picture that it replaces.
+Raster LoadImage(Workspace& ws, const Desktop& desktop, Raster picture,
+                 const std::string& sourceName);
+
+/// Shows how far a work on a picture is, which is the stretch `from` to `to` percent of the whole;
+/// Escape stops it.
+PictureProgress ShowProgress(Workspace& ws, const Desktop& desktop, int from = 0, int to = 100);
 
 /// Title, source name and size in the caption, and the size panels.
 void ShowPictureCaption(Workspace& ws);

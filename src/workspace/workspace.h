@@ -18,6 +18,7 @@
 #include "extraction/pen.h"
 #include "extraction/scan.h"
 #include "extraction/tracer_control.h"
+#include "image/image_tools.h"
 #include "image/plot_image.h"
 #include "image/scan_form.h"
 #include "image/source_form.h"
@@ -72,7 +73,7 @@ struct ZoomWindow {
 };
 
 /// The modal window that is open over the main window.
-enum class Form { None, Integrate, Sample, Options, About, SelectSource, Scan };
+enum class Form { None, Integrate, Sample, Options, About, SelectSource, Scan, ImageTools };
 
 /// The scanner that is used.
 struct Scanner {
@@ -120,6 +121,7 @@ struct Workspace {
   SampleForm sample;
   OptionsForm options;
   AboutForm about;
+  ImageToolsForm imageTools;
 
   HelpRequest help;
   SourceForm source;

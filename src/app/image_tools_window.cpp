@@ -1,0 +1,25 @@
+// The window FRM_ImageTools: what its events call.
+
+#include "app/main_window.h"
+#include "image/image_tools_dialog.h"
+#include "workspace/image_tools_commands.h"
+
+namespace graphize {
+
+FormDialog* MainWindow::MakeImageToolsForm() {
+  auto* dialog = new ImageToolsDialog(this);
+  renderForm_ = [this, dialog] { dialog->Render(ws_.imageTools); };
+  connect(dialog, &ImageToolsDialog::ToolChosen, this, [this](int tool) {
+    Do([=](Workspace& ws,
+           const Desktop&) { ChooseTool(ws.imageTools, static_cast<PictureTool>(tool)); },
+       false);
+  });
+  connect(dialog, &ImageToolsDialog::AmountMoved, this, [this](int amount) {
+    Do([=](Workspace& ws, const Desktop&) { SetAmount(ws.imageTools, amount); }, false);
+  });
+  connect(dialog, &ImageToolsDialog::ProcessPressed, this, [this] { Do(ProcessImage); });
+  connect(dialog, &ImageToolsDialog::UndoPressed, this, [this] { Do(UndoImageTool); });
+  return dialog;
+}
+
+}  // namespace graphize

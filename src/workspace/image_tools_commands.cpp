@@ -1,0 +1,136 @@
+#include "workspace/image_tools_commands.h"
+
+#include <string>
+#include <utility>
+
+#include "image/picture_tools.h"
+#include "workspace/picture_commands.h"
+
+namespace graphize {
+
+namespace {
+
+void ShowStep(Workspace& ws, const Desktop& desktop, const char* text) {
+  ws.status.Status = text;
+  desktop.Pump();
+}
+
+/// The form is busy and the pointer an hourglass while it lives.
+class BusyForm {
+ public:
+  explicit BusyForm(Workspace& ws) : ws_(ws) { ws_.window.Hourglass = true; }
+  ~BusyForm() {
+    ws_.imageTools.Busy = false;
+    ws_.status.ProgressVisible = false;
+    ws_.window.Hourglass = false;
+  }
+  BusyForm(const BusyForm&) = delete;
+  BusyForm& operator=(const BusyForm&) = delete;
+
+ private:
+  Workspace& ws_;
+};
+
+/// What the chosen tool makes of the picture that is shown; nothing after Escape.
+std::optional<Raster> Processed(Workspace& ws, const Desktop& desktop) {
+  const Raster& picture = ws.plot.Pixels;
+  const PictureTool tool = ws.imageTools.Tool;
+  const int amount = ws.imageTools.Amount;
+  bool stopped = false;
+  const auto progress = [&](int from, int to) -> PictureProgress {
+    return [&, show = ShowProgress(ws, desktop, from, to)](int percent) {
+      ws.imageTools.Busy = true;  // what is done at once does not make the form blink
+      stopped = !show(percent) || stopped;
+      return !stopped;
+    };
+  };
+
+  const auto palette = QueryPalette(picture, progress(0, 10));
+  if (stopped) return std::nullopt;
+  const bool scales = tool == PictureTool::Resize || tool == PictureTool::Stretch;
+  const bool raisesDepth = palette && !scales;
+  // A raster is true colour as it is: the palette alone has to be made again afterwards.
+  if (raisesDepth) ShowStep(ws, desktop, "Increasing color depth...");
+  ShowStep(ws, desktop, TextsOf(tool).Progress);
+  std::optional<Raster> result;
+  if (IsTooSmall(tool, amount, {picture.Width(), picture.Height()})) {
+    desktop.ShowMessage({.Text = "Image too small !", .Caption = std::string(kTitle) + " Error"});
+    result = picture.Clone();
+  } else {
+    result = RunTool(tool, amount, picture, palette ? &*palette : nullptr, progress(10, 80));
+  }
+  if (result && raisesDepth) {
+    ShowStep(ws, desktop, "Reducing color depth...");
+    if (!ReduceDepth(*result, progress(80, 100))) result.reset();
+  }
+  return result;
+}
+
+/// Puts a picture in the place of the one that is shown, at the same place of the view. Returns the
+/// one that was shown, without its marks.
+Raster Exchange(Workspace& ws, const Desktop& desktop, Raster picture) {
+  const Viewport view = ws.view;
+  Raster replaced = LoadImage(ws, desktop, std::move(picture), ws.plot.SourceName);
+  ScrollTo(ws.view, view.X, view.Y);
+  return replaced;
+}
+
+}  // namespace
+
+bool CanShowImageTools(const Workspace& ws) {
+  return ws.plot.IsPresent();
+}
+
+void ShowImageTools(Workspace& ws) {
+  OpenImageTools(ws.imageTools, ws.plot.Width(), ws.plot.Height());
+  ws.form = Form::ImageTools;
+}
+
+void ProcessImage(Workspace& ws, const Desktop& desktop) {
+  ImageToolsForm& form = ws.imageTools;
+  const PictureTool tool = form.Tool;
+  const std::string refusal =
+      ResultRefusal(tool, form.Amount, {ws.plot.Width(), ws.plot.Height()}, FreeMemory());
+  if (!refusal.empty()) return Tell(desktop, refusal, MessageIcon::Exclamation);
+  {
+    const BusyForm busy(ws);
+    std::optional<Raster> result;
+    {
+      const BasePictureShown base(ws.plot);
+      result = Processed(ws, desktop);
+    }
+    if (!result) {
+      ws.status.Status = " ";
+      return;
+    }
+    // The old picture itself is the undo copy: a page is never there a third time.
+    form.UndoCopy = Exchange(ws, desktop, std::move(*result));
+  }
+  if (*TextsOf(tool).Completion != '\0') ws.status.Status = TextsOf(tool).Completion;
+  if (tool == PictureTool::Rotate) form.KeptRotation = form.Amount;
+  const bool movesPixels = tool == PictureTool::Resize || tool == PictureTool::Rotate;
+  if (movesPixels && ws.calibration.AnyDefined())
+    Tell(desktop, "Redefine the axis before graphizing", MessageIcon::Exclamation);
+}
+
+bool CanUndoImageTool(const Workspace& ws) {
+  return ws.imageTools.UndoCopy.has_value();
+}
+
+void UndoImageTool(Workspace& ws, const Desktop& desktop) {
+  if (!CanUndoImageTool(ws)) return;
+  Exchange(ws, desktop, *std::exchange(ws.imageTools.UndoCopy, std::nullopt));
+  ws.status.Status = "Undo completed";
+}
+
+void LeaveImageTools(Workspace& ws, const Desktop& desktop) {
+  ImageToolsForm& form = ws.imageTools;
+  form.UndoCopy.reset();
+  const bool sizeChanged =
+      ws.plot.Width() != form.WidthAtOpening || ws.plot.Height() != form.HeightAtOpening;
+  if (sizeChanged && ws.calibration.AnyDefined())
+    Tell(desktop, "Image Size Changed, You have to redefine the axis before you graphize ");
+  ws.window.Hourglass = false;
+}
+
+}  // namespace graphize

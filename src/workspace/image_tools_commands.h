@@ -1,0 +1,23 @@
+#pragma once
+
+#include "desktop/desktop.h"
+#include "workspace/workspace.h"
+
+namespace graphize {
+
+/// Opens the window FRM_ImageTools.
+void ShowImageTools(Workspace& ws);
+bool CanShowImageTools(const Workspace& ws);
+
+/// Runs the chosen tool on the base picture; what it was before is the undo copy. Points, blockers,
+/// calibration and mode stay. Escape, or a result that would be too large, changes nothing.
+void ProcessImage(Workspace& ws, const Desktop& desktop);
+
+/// The picture is the undo copy, which is gone then.
+void UndoImageTool(Workspace& ws, const Desktop& desktop);
+bool CanUndoImageTool(const Workspace& ws);
+
+/// What closing the window does: drops the undo copy and warns when the axes no longer fit.
+void LeaveImageTools(Workspace& ws, const Desktop& desktop);
+
+}  // namespace graphize
