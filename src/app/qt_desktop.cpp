@@ -187,6 +187,13 @@ void QtDesktop::BeginCommand() {
 
 void QtDesktop::EndCommand() {
   if (pumped_ && sinceBegin_.elapsed() > kLongCommand) Pump(true);
+  TakeStopKey();
+}
+
+void QtDesktop::TakeStopKey() {
+  // The server says that the key is down before its press is read here: left in the queue, it would
+  // be for what comes next.
+  if (swallowEscape_) Pump(true);
 }
 
 void QtDesktop::Pump(bool always) {
@@ -228,6 +235,7 @@ QWidget* QtDesktop::Owner() const {
 }
 
 Answer QtDesktop::ShowMessage(const Message& message) {
+  TakeStopKey();
   render_();
   QMessageBox box(IconOf(message.Icon), ToQString(message.Caption), ToQString(message.Text),
                   ButtonsOf(message.Buttons), Owner());
@@ -245,6 +253,7 @@ Answer QtDesktop::ShowMessage(const Message& message) {
 }
 
 std::string QtDesktop::Prompt(const TextPrompt& prompt) {
+  TakeStopKey();
   render_();
   QInputDialog dialog(Owner());
   dialog.setObjectName(QStringLiteral("TextPrompt"));
@@ -257,6 +266,7 @@ std::string QtDesktop::Prompt(const TextPrompt& prompt) {
 }
 
 std::optional<std::filesystem::path> QtDesktop::ChooseFile(const FileQuestion& question) {
+  TakeStopKey();
   render_();
   QFileDialog dialog(Owner(), ToQString(question.Title));
   dialog.setObjectName(QStringLiteral("FileDialog"));

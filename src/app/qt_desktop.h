@@ -30,6 +30,8 @@ class QtDesktop : public QObject {
  private:
   bool eventFilter(QObject* watched, QEvent* event) override;
   void Pump(bool always);
+  /// Drops the press of the Escape that stopped the command, when it has not come yet.
+  void TakeStopKey();
 
   /// The window that a question stands over: the form that is open, else the main window.
   QWidget* Owner() const;
