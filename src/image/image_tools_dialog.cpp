@@ -8,7 +8,6 @@
 #include <QSlider>
 #include <QVBoxLayout>
 #include <algorithm>
-#include <utility>
 
 #include "widgets/show.h"
 
@@ -111,9 +110,7 @@ void ImageToolsDialog::RenderBusy(bool busy) {
   if (busy) focusBeforeBusy_ = focusWidget();
   for (QWidget* part : std::initializer_list<QWidget*>{tools_, amountFrame_, process_, return_})
     part->setEnabled(!busy);
-  if (QWidget* last = std::exchange(focusBeforeBusy_, busy ? focusBeforeBusy_ : nullptr);
-      last != nullptr && !busy)
-    last->setFocus();
+  if (!busy && focusBeforeBusy_ != nullptr) focusBeforeBusy_->setFocus();
 }
 
 }  // namespace graphize
