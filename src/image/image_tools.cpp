@@ -34,21 +34,21 @@ AmountKind AmountOf(PictureTool tool) {
 
 const ToolTexts& TextsOf(PictureTool tool) {
   static constexpr ToolTexts kTexts[kPictureTools] = {
-      {"Blure", "Bluring image...", "Bluring completed",
+      {"blur", "Blure", "Bluring image...", "Bluring completed",
        "Evens out grain and dots: each pixel becomes the mean of 5 x 5."},
-      {"Edge Detect", "Detecting Edges...", "Detect Edges completed",
+      {"edge-detect", "Edge Detect", "Detecting Edges...", "Detect Edges completed",
        "Shows outlines bright on black. Negate makes them dark on white."},
-      {"Negate", "Negating...", "Negate completed",
+      {"negate", "Negate", "Negating...", "Negate completed",
        "Exchanges light and dark. Only black is followed by tracers: use it for white curves."},
-      {"Sharpen", "Sharpening Image...", "Sharpening completed",
+      {"sharpen", "Sharpen", "Sharpening Image...", "Sharpening completed",
        "Makes soft edges steeper. 0 changes nothing."},
-      {"Soften", "Softening Image...", "Softening completed",
+      {"soften", "Soften", "Softening Image...", "Softening completed",
        "A gentle blur: each pixel moves towards the mean of 3 x 3. 0 changes nothing."},
-      {"Resize", "Resizing Image...", "Resize completed",
+      {"resize", "Resize", "Resizing Image...", "Resize completed",
        "Scales the picture smoothly. 100 keeps its size. Define the axes afterwards."},
-      {"Stretch", "Stretching Image...", "",
+      {"stretch", "Stretch", "Stretching Image...", "",
        "Scales the picture by repeating or leaving out pixels. Define the axes afterwards."},
-      {"Rotate", "Rotating Image...", "Rotate completed",
+      {"rotate", "Rotate", "Rotating Image...", "Rotate completed",
        "Turns the picture clockwise, on white. Steps of 90 are exact. Define the axes afterwards."},
   };
   return kTexts[static_cast<int>(tool)];

@@ -21,8 +21,9 @@ struct ImageToolsForm {
   bool Busy = false;                            // a tool runs
 };
 
-/// What is said of a tool while it runs and afterwards.
+/// What a tool is called, and what is said while it runs and afterwards.
 struct ToolTexts {
+  const char* Name;  // in recipes
   const char* Caption;
   const char* Progress;
   const char* Completion;  // empty: the progress text stays

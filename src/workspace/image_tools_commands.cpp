@@ -5,6 +5,7 @@
 
 #include "image/picture_tools.h"
 #include "workspace/picture_commands.h"
+#include "workspace/recipe.h"
 
 namespace graphize {
 
@@ -86,12 +87,15 @@ void ShowImageTools(Workspace& ws) {
   ws.form = Form::ImageTools;
 }
 
-void ProcessImage(Workspace& ws, const Desktop& desktop) {
+bool ProcessImage(Workspace& ws, const Desktop& desktop) {
   ImageToolsForm& form = ws.imageTools;
   const PictureTool tool = form.Tool;
   const std::string refusal =
       ResultRefusal(tool, form.Amount, {ws.plot.Width(), ws.plot.Height()}, FreeMemory());
-  if (!refusal.empty()) return Tell(desktop, refusal, MessageIcon::Exclamation);
+  if (!refusal.empty()) {
+    Tell(desktop, refusal, MessageIcon::Exclamation);
+    return false;
+  }
   {
     const BusyForm busy(ws);
     std::optional<Raster> result;
@@ -101,16 +105,18 @@ void ProcessImage(Workspace& ws, const Desktop& desktop) {
     }
     if (!result) {
       ws.status.Status = " ";
-      return;
+      return false;
     }
     // The old picture itself is the undo copy: a page is never there a third time.
     form.UndoCopy = Exchange(ws, desktop, std::move(*result));
   }
   if (*TextsOf(tool).Completion != '\0') ws.status.Status = TextsOf(tool).Completion;
   if (tool == PictureTool::Rotate) form.KeptRotation = form.Amount;
+  NoteStep(ws, std::string("image-tool ") + TextsOf(tool).Name + " " + std::to_string(form.Amount));
   const bool movesPixels = tool == PictureTool::Resize || tool == PictureTool::Rotate;
   if (movesPixels && ws.calibration.AnyDefined())
     Tell(desktop, "Redefine the axis before graphizing", MessageIcon::Exclamation);
+  return true;
 }
 
 bool CanUndoImageTool(const Workspace& ws) {
@@ -121,6 +127,7 @@ void UndoImageTool(Workspace& ws, const Desktop& desktop) {
   if (!CanUndoImageTool(ws)) return;
   Exchange(ws, desktop, *std::exchange(ws.imageTools.UndoCopy, std::nullopt));
   ws.status.Status = "Undo completed";
+  NoteStep(ws, "undo-image-tool");
 }
 
 void LeaveImageTools(Workspace& ws, const Desktop& desktop) {

@@ -10,8 +10,9 @@ void ShowImageTools(Workspace& ws);
 bool CanShowImageTools(const Workspace& ws);
 
 /// Runs the chosen tool on the base picture; what it was before is the undo copy. Points, blockers,
-/// calibration and mode stay. Escape, or a result that would be too large, changes nothing.
-void ProcessImage(Workspace& ws, const Desktop& desktop);
+/// calibration and mode stay. False after Escape, or when the result would be too large, which is
+/// told: then nothing has changed.
+bool ProcessImage(Workspace& ws, const Desktop& desktop);
 
 /// The picture is the undo copy, which is gone then.
 void UndoImageTool(Workspace& ws, const Desktop& desktop);

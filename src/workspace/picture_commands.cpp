@@ -251,6 +251,7 @@ Raster LoadImage(Workspace& ws, const Desktop& desktop, Raster picture,
   ClearMarks(ws.plot);
   desktop.ShowNow();
   Raster replaced = SetPicture(ws.plot, std::move(picture));
+  ws.imageTools.UndoCopy.reset();  // it was of the picture before
   ws.window.Caption = "GRAPHIZE is Resizing ....";
   desktop.ShowNow();
   ws.view.X = ws.view.Y = 0;

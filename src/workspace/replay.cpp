@@ -10,6 +10,7 @@
 #include "workspace/capture_commands.h"
 #include "workspace/data_commands.h"
 #include "workspace/extraction_commands.h"
+#include "workspace/image_tools_commands.h"
 #include "workspace/picture_commands.h"
 #include "workspace/plot_mouse.h"
 #include "workspace/recipe_options.h"
@@ -106,12 +107,16 @@ OpenChoices ReadChoices(Arguments& arguments) {
   return {.Reset = false, .AcceptDamage = damaged, .BlackAndWhite = reduced};
 }
 
+/// The whole picture is in view: nothing scrolls.
+void ShowWhole(Workspace& ws) {
+  ResizeView(ws, ws.plot.Width(), ws.plot.Height());
+}
+
 void Open(const Context& context, Arguments& arguments) {
   const OpenChoices choices = ReadChoices(arguments);
   if (!arguments.Good()) return;
   OpenPicture(context.ws, context.desktop, context.picture, choices);
-  // The whole picture is in view: nothing scrolls.
-  ResizeView(context.ws, context.ws.plot.Width(), context.ws.plot.Height());
+  ShowWhole(context.ws);
 }
 
 void Reload(const Context& context, Arguments& arguments) {
@@ -233,6 +238,36 @@ void Grid(const Context& context, Arguments& arguments) {
   BustGrid(context.ws, desktop, direction == 0 ? GridDirection::X : GridDirection::Y, all, x, y);
 }
 
+void UseImageTool(const Context& context, Arguments& arguments) {
+  Workspace& ws = context.ws;
+  const std::string name = arguments.Word();
+  const int amount = arguments.Integer(-180, 300);
+  if (!arguments.Good()) return;
+  if (!CanShowImageTools(ws)) return arguments.Fail("there is no picture");
+  int tool = 0;
+  while (tool < kPictureTools && name != TextsOf(static_cast<PictureTool>(tool)).Name) ++tool;
+  if (tool == kPictureTools) return arguments.Fail("there is no image tool \"" + name + "\"");
+  ChooseTool(ws.imageTools, static_cast<PictureTool>(tool));
+  SetAmount(ws.imageTools, amount);
+  if (ws.imageTools.Amount != amount) return arguments.Fail("the amount is out of its range");
+  // What it tells the user has read, but for its refusal.
+  std::string told;
+  Desktop desktop = context.desktop;
+  desktop.ShowMessage = [&told](const Message& message) {
+    told = message.Text;
+    return Answer::Ok;
+  };
+  if (!ProcessImage(ws, desktop)) return arguments.Fail(told);
+  ShowWhole(ws);
+}
+
+void UndoTool(const Context& context, Arguments& arguments) {
+  if (!arguments.Good()) return;
+  if (!CanUndoImageTool(context.ws)) return arguments.Fail("there is nothing to undo");
+  UndoImageTool(context.ws, context.desktop);
+  ShowWhole(context.ws);
+}
+
 void ClearRows(const Context& context, Arguments& arguments) {
   PointStore& store = context.ws.store;
   const int start = arguments.Integer(1, 32767), end = arguments.Integer(1, 32767);
@@ -327,6 +362,8 @@ constexpr Step kSteps[] = {
     {"erase", MovePen<PenTool::Erase>},
     {"grid", Grid},
     {"undo-edit", Plain<UndoErase>},
+    {"image-tool", UseImageTool},
+    {"undo-image-tool", UndoTool},
     {"refresh", Plain<RefreshPlot>},
     {"clear-data",
      [](const Context& context, Arguments& arguments) {

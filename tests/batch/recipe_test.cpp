@@ -16,6 +16,7 @@
 #include "workspace/capture_commands.h"
 #include "workspace/data_commands.h"
 #include "workspace/extraction_commands.h"
+#include "workspace/image_tools_commands.h"
 #include "workspace/options_commands.h"
 #include "workspace/picture_commands.h"
 #include "workspace/plot_mouse.h"
@@ -201,8 +202,24 @@ class User {
     });
   }
 
+  void UseImageTool() {
+    if (Chance(4)) return Do([&] { UndoImageTool(ws, desktop_); });
+    // The axes' points stay in the picture, and it does not grow without end.
+    static constexpr std::pair<PictureTool, int> kTools[] = {
+        {PictureTool::Blur, 0},      {PictureTool::EdgeDetect, 7}, {PictureTool::Negate, 0},
+        {PictureTool::Sharpen, 3},   {PictureTool::Soften, 9},     {PictureTool::Resize, 120},
+        {PictureTool::Stretch, 115}, {PictureTool::Rotate, -3},    {PictureTool::Rotate, 180}};
+    const auto& [tool, amount] = kTools[Pick(ws.plot.Width() < 300 ? 9 : 5)];
+    ChooseTool(ws.imageTools, tool);
+    SetAmount(ws.imageTools, amount);
+    Do([&] { ProcessImage(ws, desktop_); });
+  }
+
   void Rarely() {
-    switch (Pick(5)) {
+    switch (Pick(7)) {
+      case 5:
+      case 6:
+        return UseImageTool();
       case 0:
         return Key("delete");
       case 1:
