@@ -21,10 +21,6 @@ using Kind = MenuEntry::Kind;
 
 constexpr MenuEntry kSeparator{.Is = Kind::Separator};
 
-bool Never(const Workspace&) {
-  return false;
-}
-
 bool HasData(const Workspace& ws) {
   return ws.commands.Data;
 }

@@ -13,7 +13,7 @@ namespace {
 
 void ShowStep(Workspace& ws, const Desktop& desktop, const char* text) {
   ws.status.Status = text;
-  desktop.Pump();
+  desktop.ShowNow();
 }
 
 /// The form is busy and the pointer an hourglass while it lives.
