@@ -19,8 +19,9 @@ std::optional<std::vector<std::string>> SplitWords(std::string_view line) {
       continue;
     }
     for (++i; i < line.size() && line[i] != '"'; ++i) {
-      if (line[i] == '\\' && i + 1 < line.size()) ++i;
-      word += line[i];
+      const bool escaped = line[i] == '\\' && i + 1 < line.size();
+      if (escaped) ++i;
+      word += escaped && line[i] == 'n' ? '\n' : line[i];
     }
     if (i == line.size()) return std::nullopt;
     ++i;  // the closing quote
@@ -29,12 +30,12 @@ std::optional<std::vector<std::string>> SplitWords(std::string_view line) {
 }
 
 std::string AsWord(std::string_view text) {
-  if (!text.empty() && text.find_first_of(" \t\"\\#") == std::string_view::npos)
+  if (!text.empty() && text.find_first_of(" \t\r\n\"\\#") == std::string_view::npos)
     return std::string(text);
   std::string word = "\"";
   for (const char c : text) {
-    if (c == '"' || c == '\\') word += '\\';
-    word += c;
+    if (c == '"' || c == '\\' || c == '\n') word += '\\';
+    word += c == '\n' ? 'n' : c;
   }
   return word + '"';
 }

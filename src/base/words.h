@@ -7,8 +7,8 @@
 
 namespace graphize {
 
-/// The words of a line, which blanks separate. A word in double quotes may hold blanks, and \" and
-/// \\ stand for a quote and a backslash in it. Nothing when a quoted word does not end.
+/// The words of a line, which blanks separate. A word in double quotes may hold blanks, and \",
+/// \\ and \n stand for a quote, a backslash and a line's end in it. Nothing when a quoted word does not end.
 std::optional<std::vector<std::string>> SplitWords(std::string_view line);
 
 /// `text` as one word of a line: in quotes where it would not be one without.

@@ -62,7 +62,7 @@ class Reader {
   void ReadShort(const std::string& word) {
     for (std::size_t i = 1; i < word.size(); ++i) {
       const OptionSpec& spec = FindShort(specs_, word[i]);
-      if (spec.Kind != Takes::Value) {
+      if (spec.Kind == Takes::Nothing) {
         Add(spec, "");
         continue;
       }

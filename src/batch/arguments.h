@@ -14,7 +14,7 @@ struct UsageError : std::runtime_error {
 
 /// An option of a command: "--long", "-s".
 struct OptionSpec {
-  enum class Takes { Nothing, Value, OptionalValue };  // an optional value only behind '='
+  enum class Takes { Nothing, Value };
   const char* Long;
   char Short = 0;
   Takes Kind = Takes::Nothing;

@@ -1,6 +1,6 @@
 #include "batch/batch.h"
 
-#include <limits>
+#include <algorithm>
 #include <ostream>
 
 #include "base/checksum.h"
@@ -40,9 +40,9 @@ RunOptions ReadRunOptions(const CommandLine& line) {
   options.Quiet = line.Has("quiet");
   if (const GivenOption* format = line.Find("format")) {
     if (format->Value == "csv")
-      options.Format = TableFormat::Csv;
+      options.Table.Format = TableFormat::Csv;
     else if (format->Value == "json")
-      options.Format = TableFormat::Json;
+      options.Table.Format = TableFormat::Json;
     else if (format->Value != "dat")
       throw UsageError("--format \"" + format->Value + "\": dat, csv or json is expected");
   }
@@ -53,6 +53,11 @@ RunOptions ReadRunOptions(const CommandLine& line) {
     options.Workers = *number;
   }
   return options;
+}
+
+bool Print(const BatchStreams& streams, const std::string& text) {
+  streams.Out << text << std::flush;
+  return !streams.Out.fail();
 }
 
 const std::string& OutputOf(const CommandLine& line) {
@@ -70,12 +75,15 @@ std::vector<OptionSpec> WithOutput(std::span<const OptionSpec> own) {
 bool Digitize(std::span<const std::string> words, const BatchStreams& streams) {
   const std::vector<OptionSpec> specs = WithOutput(DigitizeOptions());
   const CommandLine line = ReadCommandLine(specs, words);
-  if (line.Has("help")) return streams.Out << DigitizeHelp(), true;
+  if (line.Has("help")) return Print(streams, DigitizeHelp());
   if (line.Operands.empty()) throw UsageError("a picture is missing");
   const std::vector<BatchStep> steps = DigitizeSteps(line);
   const RunOptions options = ReadRunOptions(line);
+  if (options.Table.Format != TableFormat::Dat)
+    for (const char* name : {"digits", "decimals", "exponent", "delimiter", "decimal-point"})
+      if (line.Has(name)) throw UsageError(std::string("--") + name + " is for --format dat only");
   const std::vector<fs::path> pictures(line.Operands.begin(), line.Operands.end());
-  return RunJobs(steps, MakeJobs(pictures, OutputOf(line), options.Format), options, streams);
+  return RunJobs(steps, MakeJobs(pictures, OutputOf(line), options.Table.Format), options, streams);
 }
 
 /// A recipe does the same only on the very same pictures.
@@ -99,9 +107,15 @@ void CheckPicture(const RecipeFile::Picture& picture) {
 
 std::vector<BatchStep> StepsOf(const RecipeFile& recipe, const std::string& name) {
   std::vector<BatchStep> steps;
-  for (const RecipeFile::Step& step : recipe.Steps)
-    steps.push_back(
-        {step.Text, name + ": line " + std::to_string(step.Line), std::max(step.Picture, 0)});
+  for (const RecipeFile::Step& step : recipe.Steps) {
+    BatchStep made{.Text = step.Text, .Origin = name + ": line " + std::to_string(step.Line)};
+    if (step.Picture >= 0) {
+      made.Picture = step.Picture;
+      made.Width = recipe.Pictures[step.Picture].Width;
+      made.Height = recipe.Pictures[step.Picture].Height;
+    }
+    steps.push_back(made);
+  }
   return steps;
 }
 
@@ -117,53 +131,78 @@ RecipeFile ReadRecipeFile(const std::string& name) {
 }
 
 std::vector<Job> ReplayJobs(const RecipeFile& recipe, const std::vector<fs::path>& pictures,
-                            const std::string& output, TableFormat format) {
+                            const std::string& output, TableFormat format, const fs::path& file) {
   if (!pictures.empty()) {
     if (recipe.Pictures.size() > 1)
       throw UsageError("the recipe uses " + std::to_string(recipe.Pictures.size()) +
                        " pictures: it can be done again on these only");
-    return MakeJobs(pictures, output, format);
+    return MakeJobs(pictures, output, format, {file});
   }
   Job job;
   for (const RecipeFile::Picture& picture : recipe.Pictures) {
     CheckPicture(picture);
     job.Pictures.push_back(picture.Path);
   }
-  const Job first = MakeJobs({job.Pictures.front()}, output, format).front();
+  std::vector<fs::path> inputs = job.Pictures;
+  inputs.push_back(file);
+  const Job first = MakeJobs({job.Pictures.front()}, output, format, inputs).front();
   return {{first.Name, job.Pictures, first.Output}};
 }
 
 bool Replay(std::span<const std::string> words, const BatchStreams& streams) {
   const std::vector<OptionSpec> specs = WithOutput({&kErrors, 1});
   const CommandLine line = ReadCommandLine(specs, words);
-  if (line.Has("help")) return streams.Out << ReplayHelp(), true;
+  if (line.Has("help")) return Print(streams, ReplayHelp());
   if (line.Operands.empty()) throw UsageError("a recipe is missing");
   const std::string output = OutputOf(line);
-  const RunOptions options = ReadRunOptions(line);
+  RunOptions options = ReadRunOptions(line);
+  options.Table.Errors = line.Has("errors");
   const RecipeFile recipe = ReadRecipeFile(line.Operands.front());
   const std::vector<fs::path> pictures(line.Operands.begin() + 1, line.Operands.end());
-  std::vector<BatchStep> steps = StepsOf(recipe, line.Operands.front());
-  if (line.Has("errors")) steps.push_back({"set errors on", "--errors"});
-  const std::vector<Job> jobs = ReplayJobs(recipe, pictures, output, options.Format);
+  const std::vector<BatchStep> steps = StepsOf(recipe, line.Operands.front());
+  const std::vector<Job> jobs =
+      ReplayJobs(recipe, pictures, output, options.Table.Format, line.Operands.front());
   return RunJobs(steps, jobs, options, streams);
+}
+
+/// The window's own options, which are Qt's, with one dash or two.
+bool IsWindowOption(std::string_view word) {
+  word.remove_prefix(std::min(word.find_first_not_of('-'), word.size()));
+  word = word.substr(0, word.find('='));
+  static constexpr std::string_view kNames[] = {
+      "display",       "geometry",     "platform",      "platformpluginpath",
+      "platformtheme", "plugin",       "qmljsdebugger", "qwindowgeometry",
+      "qwindowicon",   "qwindowtitle", "reverse",       "session",
+      "style",         "stylesheet",   "title",         "icon",
+      "name",          "fn",           "font"};
+  return std::find(std::begin(kNames), std::end(kNames), word) != std::end(kNames);
+}
+
+/// A word that can only have been meant as a command or option: there is no file of that name.
+bool IsUnknownCommand(const std::string& word) {
+  const auto isLetter = [](char c) { return (c >= 'a' && c <= 'z') || c == '-'; };
+  std::error_code ignored;
+  return std::all_of(word.begin(), word.end(), isLetter) && !fs::exists(word, ignored) &&
+         !(word.starts_with('-') && IsWindowOption(word));
 }
 
 }  // namespace
 
 bool IsBatch(const std::vector<std::string>& words) {
   if (words.empty()) return false;
-  for (const char* word : {"digitize", "replay", "--help", "-h", "--version"})
-    if (words[0] == word) return true;
-  return false;
+  return words[0] == "digitize" || words[0] == "replay" || IsUnknownCommand(words[0]);
 }
 
 int RunBatch(const std::vector<std::string>& words, const BatchStreams& streams) {
   const std::string& command = words[0];
   const std::span<const std::string> rest(words.begin() + 1, words.end());
   try {
-    if (command == "--version") return streams.Out << VersionText(), 0;
-    if (command == "--help" || command == "-h") return streams.Out << ProgramHelp(), 0;
-    return (command == "digitize" ? Digitize(rest, streams) : Replay(rest, streams)) ? 0 : 1;
+    if (command == "digitize") return Digitize(rest, streams) ? 0 : 1;
+    if (command == "replay") return Replay(rest, streams) ? 0 : 1;
+    const bool known = command == "--version" || command == "--help" || command == "-h";
+    if (known && !rest.empty()) throw UsageError("\"" + rest[0] + "\" is too much");
+    if (command == "--version") return Print(streams, VersionText()) ? 0 : 1;
+    if (command == "--help" || command == "-h") return Print(streams, ProgramHelp()) ? 0 : 1;
   } catch (const UsageError& error) {
     streams.Err << "graphize " << command << ": " << error.what() << "; see graphize " << command
                 << " --help\n";
@@ -172,6 +211,9 @@ int RunBatch(const std::vector<std::string>& words, const BatchStreams& streams)
     streams.Err << "graphize " << command << ": " << error.what() << "\n";
     return 1;
   }
+  streams.Err << "graphize: there is no command, option or picture \"" << command
+              << "\"; see graphize --help\n";
+  return 2;
 }
 
 }  // namespace graphize

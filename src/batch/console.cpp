@@ -16,9 +16,12 @@ std::string OneLine(const std::string& text) {
 
 Console::Console() {
   verbs_.ShowMessage = [this](const Message& message) {
+    // The list box that one message begins with is not here.
+    const std::size_t sums = message.Text.find("Total curve length");
+    const std::string text = OneLine(message.Text.substr(sums == std::string::npos ? 0 : sums));
     const bool note =
         message.Icon == MessageIcon::Information && message.Buttons == MessageButtons::Ok;
-    (note ? Notes : Problems).push_back(OneLine(message.Text));
+    (note ? Notes : Problems).push_back(text);
     return message.Buttons == MessageButtons::Ok ? Answer::Ok : Answer::No;
   };
   verbs_.Prompt = [](const TextPrompt&) { return std::string(); };

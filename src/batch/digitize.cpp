@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
+#include <limits>
 #include <optional>
 #include <string_view>
 
@@ -39,7 +41,7 @@ constexpr OptionSpec kOptions[] = {
     {"resample", 0, Takes::Value, true},
     {"resample-log", 0, Takes::Value},
     {"curve-length", 0, Takes::Nothing, true},
-    {"integrate", 0, Takes::OptionalValue, true},
+    {"integrate", 0, Takes::Value, true},
     {"digits", 0, Takes::Value},
     {"decimals", 0, Takes::Value},
     {"exponent", 0, Takes::Value},
@@ -71,15 +73,14 @@ std::string Positions(const GivenOption& option, const std::string& text, std::s
   const std::vector<std::string> parts = Split(text, ',');
   std::string words;
   for (const std::string& part : parts) {
-    const auto number = WholeNumberText(part);
-    if (!number || *number < 0 || *number > 32766) Refuse(option, expected);
+    if (!IntegerText(part, 0, 32766)) Refuse(option, expected);
     words += (words.empty() ? "" : " ") + part;
   }
   if (parts.size() != count) Refuse(option, expected);
   return words;
 }
 
-constexpr const char* kPosition = "COLUMN,ROW in pixels is expected";
+constexpr const char* kPosition = "COLUMN,ROW in whole pixels is expected";
 
 class Maker {
  public:
@@ -88,13 +89,15 @@ class Maker {
   std::vector<BatchStep> Make() {
     Add(std::string("open") + (line_.Has("damaged") ? " damaged" : "") +
             (line_.Has("black-white") ? " black-and-white" : ""),
-        "opening");
+        "");
     MakeSettings();
     MakeFormat();
     MakeAxes();
     for (const GivenOption& option : line_.Options) MakeOnPicture(option);
     if (!captures_) throw UsageError("nothing is captured: --point, --trace or --scan is missing");
     for (const GivenOption& option : line_.Options) MakeOnList(option);
+    if (line_.Has("resample-log") && !line_.Has("resample"))
+      throw UsageError("--resample-log needs --resample");
     if (const GivenOption* title = line_.Find("title"))
       Add("save " + AsWord(title->Value), title->Name());
     return std::move(steps_);
@@ -149,7 +152,7 @@ class Maker {
   }
 
   void MakeAxes() {
-    Add("mode axisdef", "opening");
+    Add("mode axisdef", "");
     const GivenOption& origin = Needed("origin");
     const auto [at, values] = SplitAxis(origin, 2, "COLUMN,ROW:X,Y is expected");
     Add("axis 0 " + at + " " + values[0] + " " + values[1], origin.Name());
@@ -158,6 +161,9 @@ class Maker {
     Add("axis 1 " + xAt + " " + xValues[0] + " " + values[1], x.Name());
     const GivenOption& y = Needed("y-axis");
     const auto [yAt, yValues] = SplitAxis(y, 1, "COLUMN,ROW:Y is expected");
+    CheckApart(x, at.substr(0, at.find(' ')) == xAt.substr(0, xAt.find(' ')), values[0],
+               xValues[0]);
+    CheckApart(y, at.substr(at.find(' ')) == yAt.substr(yAt.find(' ')), values[1], yValues[0]);
     Add("axis 2 " + yAt + " " + values[0] + " " + yValues[0], y.Name());
     CheckLog("x-log", {values[0], xValues[0]}, {&origin, &x});
     CheckLog("y-log", {values[1], yValues[0]}, {&origin, &y});
@@ -170,7 +176,7 @@ class Maker {
       if (lines != "x" && lines != "y" && lines != "both")
         Refuse(option, "x, y or both is expected");
       // Where nothing is: the frame stays.
-      const std::string click = at.empty() ? "-1 -1" : Positions(option, at, 2, kPosition);
+      const std::string click = at.empty() ? "nowhere" : Positions(option, at, 2, kPosition);
       for (const char* direction : {"x", "y"})
         if (lines == direction || lines == "both")
           In("gridbuster", std::string("grid ") + direction + " all " + click, option);
@@ -208,10 +214,11 @@ class Maker {
     } else if (option.Is("resample")) {
       AddResample(option);
     } else if (option.Is("integrate")) {
-      std::string limits = "all";
-      if (!option.Value.empty())
-        limits = Positions(option, option.Value, 2, "LOW,HIGH is expected, numbers of points");
-      Add("integrate " + limits, option.Name());
+      const bool all = option.Value == "all";
+      Add("integrate " + (all ? option.Value
+                              : Positions(option, option.Value, 2,
+                                          "all or LOW,HIGH, numbers of points, is expected")),
+          option.Name());
     }
   }
 
@@ -268,9 +275,12 @@ class Maker {
                                                              const char* expected) {
     const auto [at, behind] = SplitOff(option.Value);
     const std::vector<std::string> values = Split(behind, ',');
-    for (const std::string& value : values)
-      if (!WholeNumberText(value)) Refuse(option, expected);
     if (values.size() != count) Refuse(option, expected);
+    for (const std::string& value : values) {
+      const auto number = WholeNumberText(value);
+      if (!number || std::fabs(*number) > std::numeric_limits<float>::max())
+        Refuse(option, "\"" + value + "\" is no number of single precision");
+    }
     return {Positions(option, at, 2, expected), values};
   }
 
@@ -281,11 +291,24 @@ class Maker {
     return {at, size};
   }
 
+  /// An axis needs two places and two values.
+  void CheckApart(const GivenOption& option, bool samePlace, const std::string& origin,
+                  const std::string& value) {
+    if (samePlace)
+      Refuse(option,
+             std::string("it lies in the origin's ") + (option.Is("x-axis") ? "column" : "row"));
+    if (Single(origin) == Single(value)) Refuse(option, "it has the origin's value");
+  }
+
+  static float Single(const std::string& text) {
+    return static_cast<float>(*WholeNumberText(text));
+  }
+
   void CheckLog(const char* log, const std::array<std::string, 2>& values,
                 const std::array<const GivenOption*, 2>& options) {
     if (!line_.Has(log)) return;
     for (int i = 0; i < 2; ++i)
-      if (*WholeNumberText(values[i]) <= 0)
+      if (!(Single(values[i]) > 0))
         Refuse(*options[i], std::string("with --") + log + " the value must be above 0");
   }
 

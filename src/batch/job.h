@@ -10,19 +10,27 @@ namespace graphize {
 struct BatchStep {
   std::string Text;
   std::string Origin;
-  int Picture = 0;  // index into the job's pictures, for "open"
+  // For "open": which of the job's pictures, and the size that it had, 0 when that is not known.
+  int Picture = 0;
+  int Width = 0, Height = 0;
 };
 
 enum class TableFormat { Dat, Csv, Json };
+
+struct TableOptions {
+  TableFormat Format = TableFormat::Dat;
+  bool Errors = false;  // also where no step asks for them
+};
 
 struct JobResult {
   std::string Table;               // the file's content
   std::vector<std::string> Notes;  // what else there is to tell, such as sums
 };
 
-/// Does the steps on a workspace of its own and makes the table of its list. Throws RunTimeError
-/// that begins with the origin of the step that went wrong.
+/// Does the steps on a workspace of its own up to the last "save", or all when there is none, and
+/// makes the table of the list as it is then. Throws RunTimeError that begins with the origin of
+/// the step that went wrong.
 JobResult RunJob(const std::vector<BatchStep>& steps,
-                 const std::vector<std::filesystem::path>& pictures, TableFormat format);
+                 const std::vector<std::filesystem::path>& pictures, const TableOptions& options);
 
 }  // namespace graphize

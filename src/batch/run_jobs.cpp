@@ -89,17 +89,23 @@ class Run {
     std::error_code ignored;
     if (!options_.Force && !IsStandardOutput(job.Output) && fs::exists(job.Output, ignored))
       throw RunTimeError("\"" + job.Output.string() + "\" exists already; see --force");
-    const JobResult result = RunJob(steps_, job.Pictures, options_.Format);
+    const JobResult result = RunJob(steps_, job.Pictures, options_.Table);
     if (IsStandardOutput(job.Output)) {
       const std::scoped_lock lock(mutex_);
       streams_.Out << result.Table << std::flush;
       if (!streams_.Out) throw RunTimeError("the standard output cannot be written");
-    } else if (const std::error_code error = ReplaceWholeFile(job.Output, result.Table)) {
+    } else if (const std::error_code error = Write(job.Output, result.Table)) {
       throw RunTimeError("\"" + job.Output.string() + "\" cannot be written: " + error.message());
     }
     if (options_.Quiet) return;
     const std::scoped_lock lock(mutex_);
     for (const std::string& note : result.Notes) Say(job.Name + ": " + note);
+  }
+
+  static std::error_code Write(const fs::path& path, const std::string& text) {
+    std::error_code error;
+    if (path.has_parent_path()) fs::create_directories(path.parent_path(), error);
+    return error ? error : ReplaceWholeFile(path, text);
   }
 
   void Say(const std::string& text) {
@@ -127,17 +133,12 @@ class Run {
 }  // namespace
 
 std::vector<Job> MakeJobs(const std::vector<fs::path>& pictures, const std::string& output,
-                          TableFormat format) {
+                          TableFormat format, const std::vector<fs::path>& inputs) {
   std::error_code ignored;
   const bool several = pictures.size() > 1;
   if (several && output == "-") throw UsageError("--output -: several pictures need a folder");
   const bool folder =
       output != "-" && (several || output.ends_with('/') || fs::is_directory(output, ignored));
-  if (folder) {
-    fs::create_directories(output, ignored);
-    if (!fs::is_directory(output, ignored))
-      throw UsageError("--output " + output + ": there is no such folder, and none can be made");
-  }
   std::vector<Job> jobs;
   std::set<fs::path> outputs;
   for (const fs::path& picture : pictures) {
@@ -145,6 +146,10 @@ std::vector<Job> MakeJobs(const std::vector<fs::path>& pictures, const std::stri
         folder ? fs::path(output) / picture.stem().concat(ExtensionOf(format)) : fs::path(output);
     if (!outputs.insert(file).second)
       throw UsageError("two pictures would be written to \"" + file.string() + "\"");
+    const auto isFile = [&](const fs::path& input) { return fs::equivalent(input, file, ignored); };
+    for (const auto* files : {&pictures, &inputs})
+      if (std::any_of(files->begin(), files->end(), isFile))
+        throw UsageError("--output would replace the input \"" + file.string() + "\"");
     jobs.push_back({picture.string(), {picture}, file});
   }
   return jobs;

@@ -25,7 +25,7 @@ struct Job {
 };
 
 struct RunOptions {
-  TableFormat Format = TableFormat::Dat;
+  TableOptions Table;
   bool Force = false;  // replace files that exist
   bool Quiet = false;  // no notes and no progress
   int Workers = 0;     // 0: one for each core
@@ -33,9 +33,10 @@ struct RunOptions {
 
 /// Where the tables of `pictures` go for the operand of --output: that file, or files in that
 /// folder when it is one, ends in a slash or there are several pictures. Throws UsageError when two
-/// tables would meet.
+/// tables would meet, or one and a picture or another of `inputs`.
 std::vector<Job> MakeJobs(const std::vector<std::filesystem::path>& pictures,
-                          const std::string& output, TableFormat format);
+                          const std::string& output, TableFormat format,
+                          const std::vector<std::filesystem::path>& inputs = {});
 
 /// Runs all jobs, several at a time; one that fails does not stop the others. Errors go to Err, one
 /// line each, and are counted at the end. True when all went well. A file holds the old or the new

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -13,6 +14,9 @@ struct LoadedPicture {
   Raster Picture;
   /// What is wrong with a picture that could be opened all the same, sentences in plain words.
   std::string Warning;
+  // Of the file as it was read.
+  std::uintmax_t FileSize = 0;
+  std::uint32_t FileChecksum = 0;  // Crc32
 };
 
 /// The first picture in a file of any type that the gate admits (image/picture_gate.h), upright as

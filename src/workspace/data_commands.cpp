@@ -45,10 +45,10 @@ void Integrate(Workspace& ws, const Desktop& desktop) {
   EndDrag(ws);
   RefreshPlot(ws);
   // Its shading may lie on curves that are traced later.
-  const EscapeCount escape(desktop);
-  Integrate(ws.integrate, ws.store, ws.calibration, ws.plot, escape.Verbs());
+  const StepWatch watch(desktop);
+  Integrate(ws.integrate, ws.store, ws.calibration, ws.plot, watch.Verbs());
   NoteStep(ws, "integrate " + std::to_string(ws.integrate.LowLimit) + " " +
-                   std::to_string(ws.integrate.HighLimit) + escape.StepText());
+                   std::to_string(ws.integrate.HighLimit) + watch.StepText());
 }
 
 void ShowSample(Workspace& ws, const Desktop& desktop) {
@@ -59,15 +59,15 @@ void ShowSample(Workspace& ws, const Desktop& desktop) {
 }
 
 void ReSample(Workspace& ws, const Desktop& desktop) {
-  const EscapeCount escape(desktop);
+  const StepWatch watch(desktop);
   const std::optional<SampleEnd> end =
-      ReSample(ws.sample, ws.store, ws.settings.RefreshList != 0, escape.Verbs());
+      ReSample(ws.sample, ws.store, ws.settings.RefreshList != 0, watch.Verbs());
   if (!end) return;
   const SampleForm& form = ws.sample;
   NoteStep(ws, "resample " + AsWord(TrimRight(form.Steps)) + " " + AsWord(form.MinXBox) + " " +
                    AsWord(form.MaxXBox) + (form.SampleXLog ? " x-log" : "") +
                    (form.SampleYLog ? " y-log" : "") +
-                   (*end == SampleEnd::BadPoint ? " bad-point" : "") + escape.StepText());
+                   watch.StepText());
 }
 
 }  // namespace graphize

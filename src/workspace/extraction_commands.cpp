@@ -34,21 +34,21 @@ bool CanExtract(const Workspace& ws) {
 void Trace(Workspace& ws, const Desktop& desktop, float x, float y) {
   ws.mouse.TraceRunning = true;
   ws.window.Hourglass = true;
-  const EscapeCount escape(desktop);
-  const ExtractionContext context = ExtractionOf(ws, escape.Verbs());
+  const StepWatch watch(desktop);
+  const ExtractionContext context = ExtractionOf(ws, watch.Verbs());
   ws.settings.Trace == 1 ? TraceSmooth(context, x, y) : TraceNew(context, x, y);
-  NoteStep(ws, "trace " + PositionText(x, y) + escape.StepText());
+  NoteStep(ws, "trace " + PositionText(x, y) + watch.StepText());
   ws.window.Hourglass = false;
   ws.mouse.TraceRunning = false;
 }
 
 void ScanArea(Workspace& ws, const Desktop& desktop, const ScanRectangle& area) {
   ws.mouse.TraceRunning = true;
-  const EscapeCount escape(desktop);
-  Scan(ExtractionOf(ws, escape.Verbs()), area);
+  const StepWatch watch(desktop);
+  Scan(ExtractionOf(ws, watch.Verbs()), area);
   NoteStep(ws, "scan " + std::to_string(area.Left) + " " + std::to_string(area.Top) + " " +
                    std::to_string(area.Right) + " " + std::to_string(area.Bottom) +
-                   escape.StepText());
+                   watch.StepText());
   ws.mouse.TraceRunning = false;
 }
 
@@ -84,15 +84,22 @@ void RemoveAllBlockers(Workspace& ws) {
   NoteStep(ws, "clear-blockers");
 }
 
+void UsePen(Workspace& ws, PenTool tool, float x, float y, int size) {
+  // A toolbar button may have left it while its mode stays pressed: blockers are hidden again.
+  ws.plot.PersistentDrawing = true;
+  PressPen(ws.pen, ws.plot, tool, x, y, size);
+}
+
 void BustGrid(Workspace& ws, const Desktop& desktop, GridDirection direction, bool all, float x,
               float y) {
   ws.window.Hourglass = true;
-  const EscapeCount escape(desktop);
-  const GridRemoval removal = RemoveGridLines(ws.plot, ws.calibration, escape.Verbs(), ws.status,
+  ws.plot.PersistentDrawing = true;
+  const StepWatch watch(desktop);
+  const GridRemoval removal = RemoveGridLines(ws.plot, ws.calibration, watch.Verbs(), ws.status,
                                               direction, all, ToInt16(x), ToInt16(y));
   if (removal.Pixels > 0)
     NoteStep(ws, std::string("grid ") + (direction == GridDirection::X ? "x " : "y ") +
-                     (all ? "all " : "one ") + PositionText(x, y) + escape.StepText());
+                     (all ? "all " : "one ") + PositionText(x, y) + watch.StepText());
   ws.window.Hourglass = false;
 }
 

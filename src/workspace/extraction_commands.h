@@ -27,6 +27,9 @@ void RemoveLastBlocker(Workspace& ws);
 void RemoveAllBlockers(Workspace& ws);
 bool CanRemoveBlockers(const Workspace& ws);
 
+/// A press of the pen at a picture position.
+void UsePen(Workspace& ws, PenTool tool, float x, float y, int size);
+
 /// A press in grid mode at a picture position: removes the grid line of that direction nearest to
 /// it, or all of that direction.
 void BustGrid(Workspace& ws, const Desktop& desktop, GridDirection direction, bool all, float x,

@@ -43,6 +43,8 @@ bool AcceptsDamage(const Desktop& desktop, const std::filesystem::path& path,
 /// What was read, and how: what a recipe tells of it behind "open" or "reload".
 struct Decoded {
   Raster Picture;
+  std::uintmax_t FileSize = 0;
+  std::uint32_t FileChecksum = 0;
   std::string How;
 };
 
@@ -62,7 +64,8 @@ std::optional<Decoded> Decode(Workspace& ws, const Desktop& desktop,
       throw RunTimeError("\"" + path.filename().string() + "\": " + loaded->Warning);
     if (loaded && (!damaged || choices.AcceptDamage ||
                    AcceptsDamage(desktop, path, loaded->Warning)))
-      picture = {std::move(loaded->Picture), damaged ? "damaged" : ""};
+      picture = {std::move(loaded->Picture), loaded->FileSize, loaded->FileChecksum,
+                 damaged ? "damaged" : ""};
   } catch (const RunTimeError& error) {
     message = error.what();
   }
@@ -87,6 +90,8 @@ void OpenChosen(Workspace& ws, const Desktop& desktop, const std::filesystem::pa
                 .Path = LowerCase(path.string()),
                 .ChosenPath = path,
                 .Folder = path.parent_path(),
+                .FileSize = picture->FileSize,
+                .FileChecksum = picture->FileChecksum,
                 .FromFile = true,
                 .WithoutFile = false};
   LoadImage(ws, desktop, std::move(picture->Picture), ws.picture.Name);

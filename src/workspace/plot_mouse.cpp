@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "base/numbers.h"
-#include "base/words.h"
 #include "capture/snap.h"
 #include "workspace/extraction_commands.h"
 
@@ -42,12 +41,21 @@ void NotePen(Workspace& ws) {
   NoteStep(ws, step);
 }
 
+/// Without values under the cursor there is nothing to capture but what was read before. With two
+/// log axes the reading itself has told nothing.
+bool CanReadHere(const Workspace& ws, const Desktop& desktop) {
+  const char* fault = LogOriginFault(ws.calibration);
+  if (fault == nullptr) return true;
+  if (ws.calibration.XLog && ws.calibration.YLog) Tell(desktop, fault, MessageIcon::Critical);
+  return false;
+}
+
 void NoteAxis(Workspace& ws, int row) {
-  const AxisPanel::Row& typed = ws.axisPanel.Rows[row];
+  const AxisCalibration& axes = ws.calibration;
   NoteStep(ws, "axis " + std::to_string(row) + " " +
                    PositionText(static_cast<float>(ws.readOut.PlotX),
                                 static_cast<float>(ws.readOut.PlotY)) +
-                   " " + AsWord(typed.XText) + " " + AsWord(typed.YText));
+                   " " + ShortestText(axes.ValueX[row]) + " " + ShortestText(axes.ValueY[row]));
 }
 
 }  // namespace
@@ -91,8 +99,7 @@ void Plot_MouseDown(Workspace& ws, const Desktop& desktop, int Button, int Shift
   if (ws.mode == Mode::BlockTest && Button == kLeftButton) ws.mouse.Painting = true;
   if (ws.mode == Mode::DrawErase && ws.plot.IsPresent() &&
       (Button == kLeftButton || Button == kRightButton))
-    PressPen(ws.pen, ws.plot, Button == kLeftButton ? PenTool::Draw : PenTool::Erase, X, Y,
-             ws.blockSize);
+    UsePen(ws, Button == kLeftButton ? PenTool::Draw : PenTool::Erase, X, Y, ws.blockSize);
   ws.mouse.DownPixelX = ToInt16(X);
   ws.mouse.DownPixelY = ToInt16(Y);
   if (ws.mode != Mode::Graphize || Button != kLeftButton) return;
@@ -124,6 +131,7 @@ void Plot_Click(Workspace& ws, const Desktop& desktop) {
     if (row < 2) ++calibration.CurrentRow;
   } else if (ws.mode == Mode::Graphize) {
     const auto press = std::exchange(ws.mouse.CapturePress, std::nullopt);
+    if (!CanReadHere(ws, desktop)) return;
     if (AddPoint(ws.store, ws.commands, desktop, true)) return;
     // A pointer that was moved since the press captures where it is, without snapping.
     const PlotPixel at{ws.readOut.PlotX, ws.readOut.PlotY};

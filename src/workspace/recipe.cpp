@@ -1,6 +1,5 @@
 #include "workspace/recipe.h"
 
-#include <system_error>
 #include <utility>
 
 #include "base/numbers.h"
@@ -21,10 +20,9 @@ std::vector<std::string> ReadOptions(const Workspace& ws) {
 RecipePicture PictureOf(const Workspace& ws) {
   RecipePicture picture{.Width = ws.plot.Width(), .Height = ws.plot.Height()};
   if (!ws.picture.FromFile) return picture;
-  std::error_code ignored;  // without a size the file is told apart by its checksum
   picture.Path = ws.picture.ChosenPath;
-  picture.FileSize = std::filesystem::file_size(picture.Path, ignored);
-  picture.FileTime = std::filesystem::last_write_time(picture.Path, ignored);
+  picture.FileSize = ws.picture.FileSize;
+  picture.FileChecksum = ws.picture.FileChecksum;
   return picture;
 }
 
@@ -66,17 +64,23 @@ std::string PositionText(float x, float y) {
   return ShortestText(x) + " " + ShortestText(y);
 }
 
-EscapeCount::EscapeCount(const Desktop& desktop) : verbs_(desktop) {
+StepWatch::StepWatch(const Desktop& desktop) : verbs_(desktop) {
   verbs_.EscapeHeld = [this, held = desktop.EscapeHeld] {
     ++asked_;
-    if (!held()) return false;
-    if (stoppedAt_ == 0) stoppedAt_ = asked_;
-    return true;
+    const bool now = held();
+    if (now != (changes_.size() % 2 == 1)) changes_.push_back(asked_);
+    return now;
+  };
+  verbs_.ShowMessage = [this, show = desktop.ShowMessage](const Message& message) {
+    told_ = true;
+    return show(message);
   };
 }
 
-std::string EscapeCount::StepText() const {
-  return Stopped() ? " stop " + std::to_string(stoppedAt_) : "";
+std::string StepWatch::StepText() const {
+  std::string text = changes_.empty() ? "" : " stop";
+  for (const std::int64_t change : changes_) text += " " + std::to_string(change);
+  return text + (told_ ? " told" : "");
 }
 
 }  // namespace graphize

@@ -23,7 +23,7 @@ struct RecipePicture {
   std::filesystem::path Path;  // empty: pasted or scanned
   int Width = 0, Height = 0;   // pixels
   std::uintmax_t FileSize = 0;
-  std::filesystem::file_time_type FileTime;  // both as they were when it was opened
+  std::uint32_t FileChecksum = 0;
 };
 
 /// All that led to the points as they are now: from the opening of the picture on.
@@ -45,22 +45,24 @@ void NoteOpened(Workspace& ws, const std::string& how);
 /// A picture position in a step: "140 220".
 std::string PositionText(float x, float y);
 
-/// Counts how often an operation asks for Escape, so that a replay stops at the same place.
-class EscapeCount {
+/// Watches an operation, so that its replay goes the same way: at which of its questions Escape came
+/// to be held or let go, and whether it told the user something.
+class StepWatch {
  public:
-  explicit EscapeCount(const Desktop& desktop);
-  EscapeCount(const EscapeCount&) = delete;
-  EscapeCount& operator=(const EscapeCount&) = delete;
+  explicit StepWatch(const Desktop& desktop);
+  StepWatch(const StepWatch&) = delete;
+  StepWatch& operator=(const StepWatch&) = delete;
 
   /// To be handed to the operation.
   const Desktop& Verbs() const { return verbs_; }
-  bool Stopped() const { return stoppedAt_ > 0; }
-  /// What a step says of it: nothing, or " stop 17".
+  /// What a step says of it behind its own words: nothing, or " stop 17 23 told".
   std::string StepText() const;
 
  private:
   Desktop verbs_;
-  std::int64_t asked_ = 0, stoppedAt_ = 0;
+  std::int64_t asked_ = 0;
+  std::vector<std::int64_t> changes_;  // numbers of questions: held, let go, held ...
+  bool told_ = false;
 };
 
 }  // namespace graphize

@@ -8,7 +8,6 @@
 #include "base/run_time_error.h"
 #include "base/whole_file.h"
 #include "base/words.h"
-#include "image/picture_gate.h"
 
 namespace graphize {
 
@@ -30,15 +29,8 @@ std::string PictureLine(int number, const RecipePicture& picture, const fs::path
   std::string line = "picture " + std::to_string(number);
   const std::string size = std::to_string(picture.Width) + "x" + std::to_string(picture.Height);
   if (picture.Path.empty()) return line + " - " + size;
-  GateVerdict verdict;
-  const std::string bytes = ReadPictureFile(picture.Path, verdict);
-  std::error_code ignored;
-  if (bytes.size() != picture.FileSize ||
-      fs::last_write_time(picture.Path, ignored) != picture.FileTime)
-    throw RunTimeError("The picture \"" + picture.Path.string() +
-                       "\" has changed since it was opened: its recipe would lead elsewhere.");
   return line + " " + AsWord(NamedFrom(folder, picture.Path).string()) + " " + size + " " +
-         std::to_string(bytes.size()) + " bytes crc32 " + HexText(Crc32(bytes));
+         std::to_string(picture.FileSize) + " bytes crc32 " + HexText(picture.FileChecksum);
 }
 
 RunTimeError LineError(int line, const std::string& problem) {

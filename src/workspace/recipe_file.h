@@ -17,7 +17,7 @@ bool CanSaveRecipe(const Workspace& ws);
 
 /// The recipe as a text file: a first line with the version, a line for each picture, a line for
 /// each step, the line "end". Pictures in or below `folder`, where the file will lie, are named
-/// from there. A file that cannot be read, or has changed since it was opened, is a RunTimeError.
+/// from there.
 std::string RecipeText(Workspace& ws, const std::filesystem::path& folder);
 
 /// A recipe that was read from a file.

@@ -39,11 +39,20 @@ class Arguments {
     if (found != names.end()) return static_cast<int>(found - names.begin());
     return Fail("\"" + word + "\" is not known here"), 0;
   }
-  /// The word, when it is the next one.
+  bool IsNext(std::string_view word) const {
+    return next_ < words_.size() && words_[next_] == word;
+  }
+  /// Takes the word, when it is the next one.
   bool Has(std::string_view word) {
-    if (next_ >= words_.size() || words_[next_] != word) return false;
-    ++next_;
-    return true;
+    const bool has = IsNext(word);
+    if (has) ++next_;
+    return has;
+  }
+  /// A number, whole text or none.
+  std::string Number() {
+    const std::string word = Word();
+    if (!WholeNumberText(word)) Fail("\"" + word + "\" is no number");
+    return word;
   }
   int Integer(int least, int most) {
     const std::string word = Word();
@@ -52,14 +61,6 @@ class Arguments {
                 std::to_string(most)),
            least;
   }
-  float Position() {
-    const std::string word = Word();
-    const auto number = WholeNumberText(word);
-    if (number && *number > -32768 && *number < 32767) return static_cast<float>(*number);
-    return Fail("\"" + word + "\" is no position in pixels"), 0.f;
-  }
-  /// "stop N", or 0.
-  std::int64_t Stop() { return Has("stop") ? Integer(1, 2147483647) : 0; }
   bool AtEnd() const { return next_ >= words_.size(); }
 
   void Fail(const std::string& problem) {
@@ -78,21 +79,30 @@ class Arguments {
   std::string problem_;
 };
 
-/// A desktop on which Escape is held from the `stop`-th question for it on; 0 is never. With `told`
-/// the operation ended in a message, which the user has read then.
-class StoppingDesktop {
+/// A desktop on which an operation goes the way that a StepWatch saw: Escape is held and let go at
+/// the same questions, and what the user was told then is not told again.
+class ReplayedDesktop {
  public:
-  StoppingDesktop(const Desktop& desktop, std::int64_t stop, bool told = false) : verbs_(desktop) {
-    if (told) verbs_.ShowMessage = [](const Message&) { return Answer::Ok; };
-    if (stop > 0) verbs_.EscapeHeld = [this, stop] { return ++asked_ >= stop; };
+  ReplayedDesktop(const Desktop& desktop, Arguments& arguments) : verbs_(desktop) {
+    if (arguments.Has("stop")) {
+      while (!arguments.AtEnd() && !arguments.IsNext("told"))
+        changes_.push_back(arguments.Integer(1, 2147483647));
+      verbs_.EscapeHeld = [this] {
+        ++asked_;
+        const auto passed = std::upper_bound(changes_.begin(), changes_.end(), asked_);
+        return (passed - changes_.begin()) % 2 == 1;
+      };
+    }
+    if (arguments.Has("told")) verbs_.ShowMessage = [](const Message&) { return Answer::Ok; };
   }
-  StoppingDesktop(const StoppingDesktop&) = delete;
-  StoppingDesktop& operator=(const StoppingDesktop&) = delete;
+  ReplayedDesktop(const ReplayedDesktop&) = delete;
+  ReplayedDesktop& operator=(const ReplayedDesktop&) = delete;
   operator const Desktop&() const { return verbs_; }  // NOLINT: reads as the desktop it is
 
  private:
   Desktop verbs_;
-  std::int64_t asked_ = 0;
+  std::vector<int> changes_;
+  int asked_ = 0;
 };
 
 struct Context {
@@ -100,6 +110,21 @@ struct Context {
   const Desktop& desktop;
   const std::filesystem::path& picture;
 };
+
+/// A position on the picture: clicks lie nowhere else.
+PlotPosition PositionInside(const Context& context, Arguments& arguments) {
+  const PlotImage& plot = context.ws.plot;
+  const std::string x = arguments.Number(), y = arguments.Number();
+  const auto inside = [](const std::string& text, int size) {
+    const double at = WholeNumberText(text).value_or(0);
+    return at >= 0 && at <= size - 1;
+  };
+  if (!inside(x, plot.Width()) || !inside(y, plot.Height()))
+    arguments.Fail("the position " + x + "," + y + " lies outside of the picture (" +
+                   std::to_string(plot.Width()) + "x" + std::to_string(plot.Height()) + ")");
+  return {static_cast<float>(WholeNumberText(x).value_or(0)),
+          static_cast<float>(WholeNumberText(y).value_or(0))};
+}
 
 OpenChoices ReadChoices(Arguments& arguments) {
   const bool damaged = arguments.Has("damaged");
@@ -142,14 +167,17 @@ void PressMode(const Context& context, Arguments& arguments) {
   if (!CanPress(context.ws, key))
     return arguments.Fail("the mode \"" + key + "\" needs a picture" +
                           (key == "graphize" || key == "gridbuster" ? " and its axes" : ""));
-  Toolbar_ButtonClick(context.ws, context.desktop, key);
+  // A reading at the cursor that the axes do not allow is told at once and does no harm.
+  Desktop quiet = context.desktop;
+  quiet.ShowMessage = [](const Message&) { return Answer::Ok; };
+  Toolbar_ButtonClick(context.ws, quiet, key);
 }
 
 void Axis(const Context& context, Arguments& arguments) {
   Workspace& ws = context.ws;
   const int row = arguments.Integer(0, 2);
-  const float x = arguments.Position(), y = arguments.Position();
-  const std::string xText = arguments.Word(), yText = arguments.Word();
+  const auto [x, y] = PositionInside(context, arguments);
+  const std::string xText = arguments.Number(), yText = arguments.Number();
   if (!arguments.Good()) return;
   if (ws.mode != Mode::AxisDef || ws.calibration.CurrentRow != row)
     return arguments.Fail("this axis point is not the next one");
@@ -169,7 +197,7 @@ void ReDefineRow(const Context& context, Arguments& arguments) {
 template <bool Snaps>
 void Capture(const Context& context, Arguments& arguments) {
   Workspace& ws = context.ws;
-  const float x = arguments.Position(), y = arguments.Position();
+  const auto [x, y] = PositionInside(context, arguments);
   if (!arguments.Good()) return;
   if (ws.mode != Mode::Graphize) return arguments.Fail("points need the mode \"graphize\"");
   Plot_MouseMove(ws, context.desktop, 0, 0, x, y);
@@ -185,22 +213,26 @@ bool MayExtract(const Context& context, Arguments& arguments) {
 }
 
 void TraceFrom(const Context& context, Arguments& arguments) {
-  const float x = arguments.Position(), y = arguments.Position();
-  const StoppingDesktop desktop(context.desktop, arguments.Stop());
+  const auto [x, y] = PositionInside(context, arguments);
+  const ReplayedDesktop desktop(context.desktop, arguments);
   if (MayExtract(context, arguments)) Trace(context.ws, desktop, x, y);
 }
 
 void ScanRectangleOf(const Context& context, Arguments& arguments) {
   ScanRectangle area;
-  for (std::int32_t* side : {&area.Left, &area.Top, &area.Right, &area.Bottom})
-    *side = arguments.Integer(-32768, 32767);
-  const StoppingDesktop desktop(context.desktop, arguments.Stop());
+  const auto [left, top] = PositionInside(context, arguments);
+  area.Left = ToInt32(left);
+  area.Top = ToInt32(top);
+  // A drag may end beyond the edge.
+  area.Right = arguments.Integer(-32768, 32767);
+  area.Bottom = arguments.Integer(-32768, 32767);
+  const ReplayedDesktop desktop(context.desktop, arguments);
   if (MayExtract(context, arguments)) ScanArea(context.ws, desktop, area);
 }
 
 void Block(const Context& context, Arguments& arguments) {
   Workspace& ws = context.ws;
-  const float x = arguments.Position(), y = arguments.Position();
+  const auto [x, y] = PositionInside(context, arguments);
   const int size = arguments.Integer(0, 32767);
   if (!arguments.Good()) return;
   PaintBlocker(ws.blockers, ws.plot, ws.commands, ws.settings, ToInt16(x), ToInt16(y), size);
@@ -220,11 +252,12 @@ void MovePen(const Context& context, Arguments& arguments) {
     if (!x || !y) return arguments.Fail("\"" + word + "\" is no position \"x,y\"");
     way.push_back({*x, *y});
   }
-  if (way.empty()) arguments.Fail("there is no position \"x,y\"");
-  if (!ws.plot.IsPresent()) arguments.Fail("there is no picture");
+  if (way.empty() || way[0].X < 0 || way[0].X >= ws.plot.Width() || way[0].Y < 0 ||
+      way[0].Y >= ws.plot.Height())
+    arguments.Fail("the pen does not begin on the picture");
   if (!arguments.Good()) return;
   const auto at = [](int position) { return static_cast<float>(position); };
-  PressPen(ws.pen, ws.plot, Tool, at(way[0].X), at(way[0].Y), size);
+  UsePen(ws, Tool, at(way[0].X), at(way[0].Y), size);
   for (std::size_t i = 1; i < way.size(); ++i) DragPen(ws.pen, ws.plot, at(way[i].X), at(way[i].Y));
   ReleasePen(ws.pen, ws.plot);
 }
@@ -232,8 +265,9 @@ void MovePen(const Context& context, Arguments& arguments) {
 void Grid(const Context& context, Arguments& arguments) {
   const int direction = arguments.Choice({"x", "y"});
   const bool all = arguments.Choice({"all", "one"}) == 0;
-  const float x = arguments.Position(), y = arguments.Position();
-  const StoppingDesktop desktop(context.desktop, arguments.Stop());
+  const bool nowhere = arguments.Has("nowhere");  // where no frame is
+  const auto [x, y] = nowhere ? PlotPosition{-1, -1} : PositionInside(context, arguments);
+  const ReplayedDesktop desktop(context.desktop, arguments);
   if (!arguments.Good()) return;
   BustGrid(context.ws, desktop, direction == 0 ? GridDirection::X : GridDirection::Y, all, x, y);
 }
@@ -298,7 +332,7 @@ void IntegrateBetween(const Context& context, Arguments& arguments) {
   const bool all = arguments.Has("all");
   const int low = all ? 1 : arguments.Integer(1, 32767);
   const int high = all ? ws.store.CaptureCount : arguments.Integer(1, 32767);
-  const StoppingDesktop desktop(context.desktop, arguments.Stop());
+  const ReplayedDesktop desktop(context.desktop, arguments);
   if (!HasPoints(context, arguments, 3)) return;
   ws.integrate = OpenIntegrate(ws.store);
   // In this order the limits never come too near on their way.
@@ -314,8 +348,7 @@ void ReSampleTo(const Context& context, Arguments& arguments) {
   const int count = arguments.Integer(2, 32767);
   const std::string min = arguments.Word(), max = arguments.Word();
   const bool xLog = arguments.Has("x-log"), yLog = arguments.Has("y-log");
-  const bool badPoint = arguments.Has("bad-point");
-  const StoppingDesktop desktop(context.desktop, arguments.Stop(), badPoint);
+  const ReplayedDesktop desktop(context.desktop, arguments);
   if (!HasPoints(context, arguments, 2)) return;
   ShowSample(ws, context.desktop);
   ws.form = Form::None;
@@ -371,7 +404,9 @@ constexpr Step kSteps[] = {
      }},
     {"reset",
      [](const Context& context, Arguments& arguments) {
-       if (arguments.Good()) Reset(context.ws, context.desktop);
+       if (!arguments.Good()) return;
+       Reset(context.ws, context.desktop);
+       KeepPictureUsable(context.ws);
      }},
     {"clear-selected", ClearRows},
     {"sort", SortBy},

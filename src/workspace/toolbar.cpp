@@ -73,7 +73,7 @@ void Toolbar_ButtonClick(Workspace& ws, const Desktop& desktop, std::string_view
     return NoteStep(ws, "refresh");
   }
   if (key == "undo") {
-    LeaveEdit(ws);  // nothing that a step tells: it changes no pixel
+    LeaveEdit(ws);
     return RemoveLastBlocker(ws);
   }
   if (key == "delete") {

@@ -42,6 +42,8 @@ struct PictureSource {
   std::string Path;  // the whole path, lower case
   std::filesystem::path ChosenPath;
   std::filesystem::path Folder;  // where file dialogs start
+  std::uintmax_t FileSize = 0;   // of the file as it was read
+  std::uint32_t FileChecksum = 0;
   bool FromFile = true;          // reload acts only on these
   bool WithoutFile = false;
 };

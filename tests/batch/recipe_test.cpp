@@ -10,8 +10,10 @@
 #include "batch/job.h"
 #include "data/data_file.h"
 #include "image/picbuf.h"
+#include "support/calibrated.h"
 #include "support/plot_drawing.h"
 #include "support/quiet_desktop.h"
+#include "support/scripted_desktop.h"
 #include "support/temporary_folder.h"
 #include "workspace/capture_commands.h"
 #include "workspace/data_commands.h"
@@ -33,7 +35,8 @@ namespace {
 /// A user who does the things that lead to points, in any order, and stops some in the middle.
 class User {
  public:
-  User(unsigned seed, const std::filesystem::path& picture) : random_(seed), picture_(picture) {
+  User(unsigned seed, const std::filesystem::path& picture, const std::filesystem::path& saved)
+      : random_(seed), picture_(picture) {
     StartReplay(ws);
     desktop_ = test::QuietDesktop();
     desktop_.ShowMessage = [this](const Message& message) {
@@ -44,6 +47,9 @@ class User {
     desktop_.EscapeHeld = [this] { return escapeIn_ >= 0 && --escapeIn_ < 0; };
     desktop_.Prompt = [this](const TextPrompt&) {
       return std::string(Chance(2) ? "A \"title\" \\ of # this" : "");
+    };
+    desktop_.ChooseFile = [saved](const FileQuestion& question) {
+      return question.ForSaving ? std::optional(saved) : std::nullopt;
     };
     Do([&] { OpenPicture(ws, desktop_, picture_); });
     ResizeView(ws, 90, 80);
@@ -115,11 +121,6 @@ class User {
     }
   }
 
-  std::string Saved() {
-    Do([&] { SavePoints(ws, desktop_); });
-    return ws.dataFileTitle;
-  }
-
   Workspace ws;
 
  private:
@@ -145,7 +146,9 @@ class User {
                        y + static_cast<float>(i * drag) / 2);
       });
     if (!Chance(9)) Do([&] { Plot_MouseUp(ws, desktop_, button, 0, x, y); });
-    if (button == kLeftButton) Do([&] { Plot_Click(ws, desktop_); });
+    // A release outside of the picture is no click on it.
+    const bool inside = ws.readOut.PlotX < ws.plot.Width() && ws.readOut.PlotY < ws.plot.Height();
+    if (button == kLeftButton && inside) Do([&] { Plot_Click(ws, desktop_); });
   }
 
   void ClickWithoutPress() {
@@ -169,6 +172,7 @@ class User {
     ws.tracer.Below.Checked = Chance(3);
     ws.blockSize = Pick(9);
     ws.commands.SaveErrors = Chance(2);
+    ws.calibration.XLog = Chance(4);
     ws.calibration.YLog = Chance(3);
     Do([&] { FormatChanged(ws); });
   }
@@ -216,7 +220,14 @@ class User {
   }
 
   void Rarely() {
-    switch (Pick(7)) {
+    switch (Pick(9)) {
+      case 7:
+        return Do([&] {
+          if (CanSavePoints(ws)) SavePoints(ws, desktop_);
+        });
+      case 8:  // the question of the reset comes before the choice, which is none
+        Do([&] { OpenImage(ws, desktop_); });
+        return Calibrate();
       case 5:
       case 6:
         return UseImageTool();
@@ -239,7 +250,7 @@ class User {
     Key("axisdef");
     while (ws.calibration.CurrentRow < 2 || !ws.calibration.Defined[2]) {
       const int row = ws.calibration.CurrentRow;
-      ws.axisPanel.Rows[row].XText = row == 1 ? "10" : "1";
+      ws.axisPanel.Rows[row].XText = row == 1 ? "10" : Chance(5) ? "0" : "1";  // 0 has no logarithm
       ws.axisPanel.Rows[row].YText = row == 2 ? "1e2 " : "1";
       Do([&] {
         Plot_MouseMove(ws, desktop_, 0, 0, row == 1 ? 180.f : 20.f, row == 2 ? 10.f : 130.f);
@@ -282,23 +293,53 @@ class RecipeTest : public ::testing::Test {
   std::vector<std::filesystem::path> pictures;
 };
 
+TEST_F(RecipeTest, AFullStoreIsToldOnceAndNotAgain) {
+  Raster picture = Raster::Filled(200, 200, kBlackPixel);
+  SavePicture(folder / "black.bmp", 3, 0, picture);
+  test::ScriptedDesktop desktop;
+  Workspace ws;
+  StartReplay(ws);
+  OpenPicture(ws, desktop, folder / "black.bmp");
+  ws.calibration = test::PixelCalibration();
+  ws.commands.Graphize = true;
+  ws.recipe.Steps.push_back({"mode axisdef"});
+  for (const char* axis : {"axis 0 0 199 0 0", "axis 1 100 199 100 0", "axis 2 0 99 0 100"})
+    ws.recipe.Steps.push_back({axis});
+  Toolbar_ButtonClick(ws, desktop, "graphize");
+  ws.tracer.Xrange = ws.tracer.Yrange = "1";
+  desktop.ExpectMessage("You reached the limit of data that can be stored.");
+  ScanArea(ws, desktop, {.Left = 0, .Top = 0, .Right = 199, .Bottom = 199});
+  ASSERT_EQ(ws.store.CaptureCount, 32767);
+  EXPECT_EQ(std::ranges::count(RunJob(StepsOf(ws), pictures, {}).Table, '\n'), 32767);
+  // Told by nobody before, it is an error.
+  std::vector<BatchStep> untold = StepsOf(ws);
+  untold.back().Text.resize(untold.back().Text.find(" told"));
+  EXPECT_THROW(RunJob(untold, pictures, {}), RunTimeError);
+}
+
 TEST_F(RecipeTest, LeadsToTheSameBytesWhateverTheUserDoes) {
   int compared = 0, points = 0;
   for (unsigned seed = 1; seed <= 200; ++seed) {
-    User user(seed, folder / "plot.bmp");
+    const std::filesystem::path file = folder / "saved.dat";
+    std::filesystem::remove(file);
+    User user(seed, folder / "plot.bmp", file);
     for (int i = 0; i < 40; ++i) user.DoSomething();
     Workspace& ws = user.ws;
-    if (ws.store.ListCount == 0) continue;
+    const std::vector<BatchStep> steps = StepsOf(ws);
+    const bool isSaved = std::any_of(steps.begin(), steps.end(), [](const BatchStep& step) {
+      return step.Text.starts_with("save ");
+    });
+    if (!isSaved && ws.store.ListCount == 0) continue;
     const std::vector<RowError> errors =
         ws.commands.SaveErrors && HasRowErrors(ws.store, ws.calibration)
             ? RowErrorsOf(ws.store, ws.calibration)
             : std::vector<RowError>();
     const std::string saved =
-        DataFileText(ws.dataFileTitle, ws.store, ws.formats, ws.settings.DecimalPoint, errors);
+        isSaved ? test::BytesOf(file)
+                : DataFileText("", ws.store, ws.formats, ws.settings.DecimalPoint, errors);
     try {
-      EXPECT_EQ(RunJob(StepsOf(ws), pictures, TableFormat::Dat).Table, saved)
-          << "seed " << seed << "\n"
-          << RecipeText(ws, folder.Path());
+      EXPECT_EQ(RunJob(steps, pictures, {}).Table, saved) << "seed " << seed << "\n"
+                                                          << RecipeText(ws, folder.Path());
     } catch (const RunTimeError& error) {
       ADD_FAILURE() << "seed " << seed << ": " << error.what() << "\n"
                     << RecipeText(ws, folder.Path());
