@@ -204,8 +204,9 @@ int RunBatch(const std::vector<std::string>& words, const BatchStreams& streams)
     if (command == "--version") return Print(streams, VersionText()) ? 0 : 1;
     if (command == "--help" || command == "-h") return Print(streams, ProgramHelp()) ? 0 : 1;
   } catch (const UsageError& error) {
-    streams.Err << "graphize " << command << ": " << error.what() << "; see graphize " << command
-                << " --help\n";
+    const bool option = command.starts_with('-');
+    streams.Err << "graphize " << command << ": " << error.what() << "; see graphize "
+                << (option ? "" : command + " ") << "--help\n";
     return 2;
   } catch (const RunTimeError& error) {
     streams.Err << "graphize " << command << ": " << error.what() << "\n";
