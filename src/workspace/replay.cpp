@@ -1,7 +1,6 @@
 #include "workspace/replay.h"
 
 #include <algorithm>
-#include <charconv>
 #include <vector>
 
 #include "base/numbers.h"
@@ -14,96 +13,13 @@
 #include "workspace/picture_commands.h"
 #include "workspace/plot_mouse.h"
 #include "workspace/recipe_options.h"
+#include "workspace/step_arguments.h"
 #include "workspace/toolbar.h"
 #include "workspace/view_commands.h"
 
 namespace graphize {
 
 namespace {
-
-/// The words of a step behind its name, taken one by one; what is missing or makes no sense is
-/// remembered, and the operation is not run then.
-class Arguments {
- public:
-  explicit Arguments(std::vector<std::string> words) : words_(std::move(words)) {}
-
-  std::string Word() {
-    if (next_ < words_.size()) return words_[next_++];
-    Fail("something is missing at the end");
-    return {};
-  }
-  /// One of `names`, as its index.
-  int Choice(std::initializer_list<const char*> names) {
-    const std::string word = Word();
-    const auto* found = std::find(names.begin(), names.end(), word);
-    if (found != names.end()) return static_cast<int>(found - names.begin());
-    return Fail("\"" + word + "\" is not known here"), 0;
-  }
-  bool IsNext(std::string_view word) const {
-    return next_ < words_.size() && words_[next_] == word;
-  }
-  /// Takes the word, when it is the next one.
-  bool Has(std::string_view word) {
-    const bool has = IsNext(word);
-    if (has) ++next_;
-    return has;
-  }
-  /// A number, whole text or none.
-  std::string Number() {
-    const std::string word = Word();
-    if (!WholeNumberText(word)) Fail("\"" + word + "\" is no number");
-    return word;
-  }
-  int Integer(int least, int most) {
-    const std::string word = Word();
-    if (const auto number = IntegerText(word, least, most)) return *number;
-    return Fail("\"" + word + "\" is no whole number from " + std::to_string(least) + " to " +
-                std::to_string(most)),
-           least;
-  }
-  bool AtEnd() const { return next_ >= words_.size(); }
-
-  void Fail(const std::string& problem) {
-    if (problem_.empty()) problem_ = problem;
-  }
-  /// Whether all that was asked for was there, and nothing more.
-  bool Good() {
-    if (!AtEnd()) Fail("\"" + words_[next_] + "\" is too much");
-    return problem_.empty();
-  }
-  const std::string& Problem() const { return problem_; }
-
- private:
-  std::vector<std::string> words_;
-  std::size_t next_ = 0;
-  std::string problem_;
-};
-
-/// A desktop on which an operation goes the way that a StepWatch saw: Escape is held and let go at
-/// the same questions, and what the user was told then is not told again.
-class ReplayedDesktop {
- public:
-  ReplayedDesktop(const Desktop& desktop, Arguments& arguments) : verbs_(desktop) {
-    if (arguments.Has("stop")) {
-      while (!arguments.AtEnd() && !arguments.IsNext("told"))
-        changes_.push_back(arguments.Integer(1, 2147483647));
-      verbs_.EscapeHeld = [this] {
-        ++asked_;
-        const auto passed = std::upper_bound(changes_.begin(), changes_.end(), asked_);
-        return (passed - changes_.begin()) % 2 == 1;
-      };
-    }
-    if (arguments.Has("told")) verbs_.ShowMessage = [](const Message&) { return Answer::Ok; };
-  }
-  ReplayedDesktop(const ReplayedDesktop&) = delete;
-  ReplayedDesktop& operator=(const ReplayedDesktop&) = delete;
-  operator const Desktop&() const { return verbs_; }  // NOLINT: reads as the desktop it is
-
- private:
-  Desktop verbs_;
-  std::vector<int> changes_;
-  int asked_ = 0;
-};
 
 struct Context {
   Workspace& ws;
@@ -112,7 +28,7 @@ struct Context {
 };
 
 /// A position on the picture: clicks lie nowhere else.
-PlotPosition PositionInside(const Context& context, Arguments& arguments) {
+PlotPosition PositionInside(const Context& context, StepArguments& arguments) {
   const PlotImage& plot = context.ws.plot;
   const std::string x = arguments.Number(), y = arguments.Number();
   const auto inside = [](const std::string& text, int size) {
@@ -126,7 +42,7 @@ PlotPosition PositionInside(const Context& context, Arguments& arguments) {
           static_cast<float>(WholeNumberText(y).value_or(0))};
 }
 
-OpenChoices ReadChoices(Arguments& arguments) {
+OpenChoices ReadChoices(StepArguments& arguments) {
   const bool damaged = arguments.Has("damaged");
   const bool reduced = arguments.Has("black-and-white");
   return {.Reset = false, .AcceptDamage = damaged, .BlackAndWhite = reduced};
@@ -137,19 +53,19 @@ void ShowWhole(Workspace& ws) {
   ResizeView(ws, ws.plot.Width(), ws.plot.Height());
 }
 
-void Open(const Context& context, Arguments& arguments) {
+void Open(const Context& context, StepArguments& arguments) {
   const OpenChoices choices = ReadChoices(arguments);
   if (!arguments.Good()) return;
   OpenPicture(context.ws, context.desktop, context.picture, choices);
   ShowWhole(context.ws);
 }
 
-void Reload(const Context& context, Arguments& arguments) {
+void Reload(const Context& context, StepArguments& arguments) {
   const OpenChoices choices = ReadChoices(arguments);
   if (arguments.Good()) ReloadPicture(context.ws, context.desktop, choices);
 }
 
-void Set(const Context& context, Arguments& arguments) {
+void Set(const Context& context, StepArguments& arguments) {
   const std::string name = arguments.Word(), value = arguments.Word();
   if (!arguments.Good()) return;
   const RecipeOption* option = FindRecipeOption(name);
@@ -159,7 +75,7 @@ void Set(const Context& context, Arguments& arguments) {
   BuildFormats(context.ws.settings, context.ws.formats);
 }
 
-void PressMode(const Context& context, Arguments& arguments) {
+void PressMode(const Context& context, StepArguments& arguments) {
   const std::string key = arguments.Word();
   if (!arguments.Good()) return;
   if (key == "none") return ReleaseButtons(context.ws);
@@ -173,7 +89,7 @@ void PressMode(const Context& context, Arguments& arguments) {
   Toolbar_ButtonClick(context.ws, quiet, key);
 }
 
-void Axis(const Context& context, Arguments& arguments) {
+void Axis(const Context& context, StepArguments& arguments) {
   Workspace& ws = context.ws;
   const int row = arguments.Integer(0, 2);
   const auto [x, y] = PositionInside(context, arguments);
@@ -188,14 +104,14 @@ void Axis(const Context& context, Arguments& arguments) {
   if (!ws.calibration.Defined[row]) arguments.Fail("the axis point was refused");
 }
 
-void ReDefineRow(const Context& context, Arguments& arguments) {
+void ReDefineRow(const Context& context, StepArguments& arguments) {
   const int row = arguments.Integer(0, 2);
   if (arguments.Good()) ReDefine(context.ws, row);
 }
 
 /// Captures with the press's snapping, or exactly there.
 template <bool Snaps>
-void Capture(const Context& context, Arguments& arguments) {
+void Capture(const Context& context, StepArguments& arguments) {
   Workspace& ws = context.ws;
   const auto [x, y] = PositionInside(context, arguments);
   if (!arguments.Good()) return;
@@ -205,20 +121,20 @@ void Capture(const Context& context, Arguments& arguments) {
   Plot_Click(ws, context.desktop);
 }
 
-bool MayExtract(const Context& context, Arguments& arguments) {
+bool MayExtract(const Context& context, StepArguments& arguments) {
   if (!arguments.Good()) return false;
   if (CanExtract(context.ws)) return true;
   arguments.Fail("this needs the axes and the mode \"graphize\" or \"blocktest\"");
   return false;
 }
 
-void TraceFrom(const Context& context, Arguments& arguments) {
+void TraceFrom(const Context& context, StepArguments& arguments) {
   const auto [x, y] = PositionInside(context, arguments);
   const ReplayedDesktop desktop(context.desktop, arguments);
   if (MayExtract(context, arguments)) Trace(context.ws, desktop, x, y);
 }
 
-void ScanRectangleOf(const Context& context, Arguments& arguments) {
+void ScanRectangleOf(const Context& context, StepArguments& arguments) {
   ScanRectangle area;
   const auto [left, top] = PositionInside(context, arguments);
   area.Left = ToInt32(left);
@@ -230,7 +146,7 @@ void ScanRectangleOf(const Context& context, Arguments& arguments) {
   if (MayExtract(context, arguments)) ScanArea(context.ws, desktop, area);
 }
 
-void Block(const Context& context, Arguments& arguments) {
+void Block(const Context& context, StepArguments& arguments) {
   Workspace& ws = context.ws;
   const auto [x, y] = PositionInside(context, arguments);
   const int size = arguments.Integer(0, 32767);
@@ -240,7 +156,7 @@ void Block(const Context& context, Arguments& arguments) {
 
 /// The pen's whole way: size, then "x,y" for the press and each place that the drag has reached.
 template <PenTool Tool>
-void MovePen(const Context& context, Arguments& arguments) {
+void MovePen(const Context& context, StepArguments& arguments) {
   Workspace& ws = context.ws;
   const int size = arguments.Integer(0, 32767);
   std::vector<PlotPixel> way;
@@ -262,7 +178,7 @@ void MovePen(const Context& context, Arguments& arguments) {
   ReleasePen(ws.pen, ws.plot);
 }
 
-void Grid(const Context& context, Arguments& arguments) {
+void Grid(const Context& context, StepArguments& arguments) {
   const int direction = arguments.Choice({"x", "y"});
   const bool all = arguments.Choice({"all", "one"}) == 0;
   const bool nowhere = arguments.Has("nowhere");  // where no frame is
@@ -272,7 +188,7 @@ void Grid(const Context& context, Arguments& arguments) {
   BustGrid(context.ws, desktop, direction == 0 ? GridDirection::X : GridDirection::Y, all, x, y);
 }
 
-void UseImageTool(const Context& context, Arguments& arguments) {
+void UseImageTool(const Context& context, StepArguments& arguments) {
   Workspace& ws = context.ws;
   const std::string name = arguments.Word();
   const int amount = arguments.Integer(-180, 300);
@@ -295,14 +211,14 @@ void UseImageTool(const Context& context, Arguments& arguments) {
   ShowWhole(ws);
 }
 
-void UndoTool(const Context& context, Arguments& arguments) {
+void UndoTool(const Context& context, StepArguments& arguments) {
   if (!arguments.Good()) return;
   if (!CanUndoImageTool(context.ws)) return arguments.Fail("there is nothing to undo");
   UndoImageTool(context.ws, context.desktop);
   ShowWhole(context.ws);
 }
 
-void ClearRows(const Context& context, Arguments& arguments) {
+void ClearRows(const Context& context, StepArguments& arguments) {
   PointStore& store = context.ws.store;
   const int start = arguments.Integer(1, 32767), end = arguments.Integer(1, 32767);
   if (!arguments.Good()) return;
@@ -314,20 +230,20 @@ void ClearRows(const Context& context, Arguments& arguments) {
   ClearSelectedPoints(context.ws);
 }
 
-bool HasPoints(const Context& context, Arguments& arguments, int count) {
+bool HasPoints(const Context& context, StepArguments& arguments, int count) {
   if (!arguments.Good()) return false;
   if (context.ws.store.CaptureCount >= count) return true;
   arguments.Fail("there are not enough captured points");
   return false;
 }
 
-void SortBy(const Context& context, Arguments& arguments) {
+void SortBy(const Context& context, StepArguments& arguments) {
   const bool rising = arguments.Choice({"ascending", "descending"}) == 0;
   if (!HasPoints(context, arguments, 1)) return;
   Sort(context.ws, context.desktop, rising ? SortOrder::Ascending : SortOrder::Descending);
 }
 
-void IntegrateBetween(const Context& context, Arguments& arguments) {
+void IntegrateBetween(const Context& context, StepArguments& arguments) {
   Workspace& ws = context.ws;
   const bool all = arguments.Has("all");
   const int low = all ? 1 : arguments.Integer(1, 32767);
@@ -343,7 +259,7 @@ void IntegrateBetween(const Context& context, Arguments& arguments) {
   Integrate(ws, desktop);
 }
 
-void ReSampleTo(const Context& context, Arguments& arguments) {
+void ReSampleTo(const Context& context, StepArguments& arguments) {
   Workspace& ws = context.ws;
   const int count = arguments.Integer(2, 32767);
   const std::string min = arguments.Word(), max = arguments.Word();
@@ -363,18 +279,18 @@ void ReSampleTo(const Context& context, Arguments& arguments) {
 }
 
 template <void (*Run)(Workspace&)>
-void Plain(const Context& context, Arguments& arguments) {
+void Plain(const Context& context, StepArguments& arguments) {
   if (arguments.Good()) Run(context.ws);
 }
 
 template <void (*Run)(Workspace&)>
-void OnPoints(const Context& context, Arguments& arguments) {
+void OnPoints(const Context& context, StepArguments& arguments) {
   if (HasPoints(context, arguments, 1)) Run(context.ws);
 }
 
 struct Step {
   const char* Name;
-  void (*Run)(const Context&, Arguments&);
+  void (*Run)(const Context&, StepArguments&);
 };
 
 constexpr Step kSteps[] = {
@@ -399,11 +315,11 @@ constexpr Step kSteps[] = {
     {"undo-image-tool", UndoTool},
     {"refresh", Plain<RefreshPlot>},
     {"clear-data",
-     [](const Context& context, Arguments& arguments) {
+     [](const Context& context, StepArguments& arguments) {
        if (arguments.Good()) ClearAllData(context.ws, context.desktop, false);
      }},
     {"reset",
-     [](const Context& context, Arguments& arguments) {
+     [](const Context& context, StepArguments& arguments) {
        if (!arguments.Good()) return;
        Reset(context.ws, context.desktop);
        KeepPictureUsable(context.ws);
@@ -413,13 +329,13 @@ constexpr Step kSteps[] = {
     {"swap", OnPoints<Swap>},
     {"undo-list", OnPoints<UndoList>},
     {"curve-length",
-     [](const Context& context, Arguments& arguments) {
+     [](const Context& context, StepArguments& arguments) {
        if (HasPoints(context, arguments, 2)) CurveLength(context.ws, context.desktop);
      }},
     {"integrate", IntegrateBetween},
     {"resample", ReSampleTo},
     {"save",
-     [](const Context& context, Arguments& arguments) {
+     [](const Context& context, StepArguments& arguments) {
        const std::string title = arguments.Word();
        if (arguments.Good()) context.ws.dataFileTitle = title;
      }},
@@ -444,7 +360,7 @@ std::optional<std::string> ReplayStep(Workspace& ws, const Desktop& desktop,
   const auto* found = std::find_if(std::begin(kSteps), std::end(kSteps),
                                    [&](const Step& known) { return name == known.Name; });
   if (found == std::end(kSteps)) return "there is no step \"" + name + "\"";
-  Arguments arguments(std::move(*words));
+  StepArguments arguments(std::move(*words));
   found->Run({ws, desktop, picture}, arguments);
   if (!arguments.Problem().empty()) return arguments.Problem();
   return std::nullopt;
