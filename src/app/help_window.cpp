@@ -92,7 +92,8 @@ HelpWindow::HelpWindow() {
   column->setContentsMargins(6, 6, 6, 6);
   column->addWidget(BuildBar());
   column->addWidget(splitter, 1);
-  resize(1060, 760);
+  // On a small screen, or with large pixels, most of it.
+  resize(QSize(1060, 760).boundedTo(screen()->availableSize() * 9 / 10));
 
   connect(contents_, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* item) {
     if (item == nullptr || jumping_) return;
@@ -119,7 +120,7 @@ QWidget* HelpWindow::BuildBar() {
   search_ = Named(new QLineEdit, "Search", tr("Search the help"));
   search_->setPlaceholderText(tr("Search (Ctrl+F)"));
   search_->setClearButtonEnabled(true);
-  search_->setFixedWidth(260);
+  search_->setMaximumWidth(260);
   search_->installEventFilter(this);
   count_ = Named(new QLabel, "SearchCount", tr("Places found"));
   count_->setMinimumWidth(count_->fontMetrics().horizontalAdvance(QStringLiteral("not found 0")));

@@ -18,6 +18,7 @@ void MainWindow::RenderForm() {
     renderForm_ = nullptr;
     if (FormDialog* closed = std::exchange(form_, nullptr)) {
       closed->hide();
+      activateWindow();  // a box over the form may have gone with it, and with both the focus
       closed->deleteLater();
     }
     switch (formShown_) {

@@ -104,7 +104,8 @@ bool IsInput(QEvent::Type type) {
 }
 
 /// Whether the input is for a button that stops the command which runs.
-bool IsForStopButton(QEvent* event) {
+bool IsForStopButton(const QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::Shortcut) return watched->property(kStopsCommand).toBool();
   const QWidget* target = nullptr;
   if (const auto* mouse = dynamic_cast<QMouseEvent*>(event)) {
     target = QApplication::widgetAt(mouse->globalPosition().toPoint());
@@ -207,7 +208,7 @@ void QtDesktop::Pump(bool always) {
   sincePump_.start();
 }
 
-bool QtDesktop::eventFilter(QObject*, QEvent* event) {
+bool QtDesktop::eventFilter(QObject* watched, QEvent* event) {
   if (!pumping_ && !swallowEscape_) return false;
   const QEvent::Type type = event->type();
   const bool isKey = type == QEvent::KeyPress || type == QEvent::KeyRelease ||
@@ -226,7 +227,7 @@ bool QtDesktop::eventFilter(QObject*, QEvent* event) {
     swallowEscape_ = false;
     return type == QEvent::KeyRelease;
   }
-  return pumping_ && IsInput(type) && !IsForStopButton(event);
+  return pumping_ && IsInput(type) && !IsForStopButton(watched, event);
 }
 
 QWidget* QtDesktop::Owner() const {

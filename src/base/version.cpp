@@ -6,6 +6,10 @@ const char* ProgramVersion() {
   return GRAPHIZE_VERSION;
 }
 
+const char* ModuleStamp() {
+  return GRAPHIZE_VERSION "-" GRAPHIZE_MODULE_TYPES;
+}
+
 const char* PictureLibraryVersion() {
   return GRAPHIZE_PICTURE_LIBRARY_VERSION;
 }

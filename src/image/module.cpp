@@ -2,9 +2,11 @@
 
 #include <dlfcn.h>
 
+#include <cstring>
 #include <string>
 
 #include "base/run_time_error.h"
+#include "base/version.h"
 
 namespace graphize {
 
@@ -14,6 +16,10 @@ const void* LoadModule(const char* file, const char* symbol) {
   const void* object = library == nullptr ? nullptr : dlsym(library, symbol);
   if (object == nullptr)
     throw RunTimeError(std::string("The program is not complete: ") + dlerror());
+  const auto* stamp = static_cast<const char* const*>(dlsym(library, "GraphizeModuleStamp"));
+  if (stamp == nullptr || std::strcmp(*stamp, ModuleStamp()) != 0)
+    throw RunTimeError(
+        "The program was updated while it was open. Please save your points and start it again.");
   return object;
 }
 

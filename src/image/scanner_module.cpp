@@ -1,4 +1,8 @@
 #include "image/scanner_module.h"
+#include "base/version.h"
+
+extern "C" __attribute__((visibility("default"))) const char* const GraphizeModuleStamp =
+    graphize::ModuleStamp();
 
 extern "C" __attribute__((visibility("default"))) const graphize::ScannerModule GraphizeScanner = {
     graphize::TWAIN_IsAvailable, graphize::TWAIN_SelectImageSource, graphize::OpenScanSource,

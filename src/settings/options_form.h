@@ -21,6 +21,7 @@ struct OptionsForm {
   enum class ColourOf { Trace, Block };
   ColourOf Colour = ColourOf::Trace;  // which colour the palette picture chooses
   std::string Example;                // a point in the format as it is now
+  std::string Note;                   // why the last Save has failed; empty when it has not
 };
 
 inline constexpr int kLargestJump = 1000;         // pixels, at least 1

@@ -85,6 +85,15 @@ QIcon Swatch(int colour) {
   return picture;
 }
 
+/// A cursor as it looks over a picture, whatever the desktop's colours are.
+QPixmap OnPaper(const QPixmap& cursor) {
+  QPixmap paper(cursor.size());
+  paper.setDevicePixelRatio(cursor.devicePixelRatio());
+  paper.fill(Qt::white);
+  QPainter(&paper).drawPixmap(0, 0, cursor);
+  return paper;
+}
+
 }  // namespace
 
 SettingsDialog::SettingsDialog(QWidget* parent)
@@ -97,7 +106,13 @@ SettingsDialog::SettingsDialog(QWidget* parent)
   tabs->addTab(MakeColours(), tr("Colors"));
   tabs->addTab(MakeCursor(), tr("Cursor"));
   tabs->addTab(MakeFormat(), tr("Format"));
-  static_cast<QVBoxLayout*>(layout())->addWidget(tabs);
+  auto* column = static_cast<QVBoxLayout*>(layout());
+  column->addWidget(tabs);
+  note_ = Named(new QLabel, "LBL_Note", tr("Note"));
+  note_->setWordWrap(true);
+  note_->setTextFormat(Qt::PlainText);
+  note_->hide();
+  column->addWidget(note_);
   MakeButtons();
 }
 
@@ -201,7 +216,7 @@ QWidget* SettingsDialog::MakeCursor() {
     button->setToolTip(PlotCursorName(index));
     button->setCheckable(true);
     button->setFocusPolicy(Qt::StrongFocus);
-    button->setIcon(PlotCursorPicture(index, devicePixelRatioF()));
+    button->setIcon(OnPaper(PlotCursorPicture(index, devicePixelRatioF())));
     button->setIconSize({33, 33});
     cursors_->addButton(button, index + 1);
     pictures->addWidget(button, index / kColumns, index % kColumns);
@@ -356,6 +371,8 @@ void SettingsDialog::Render(const OptionsForm& form, const Settings& settings) {
   (settings.DecimalPoint ? point_ : comma_)->setChecked(true);
   Check(delimiter_, settings.Delimiter);
   Show(example_, form.Example);
+  Show(note_, form.Note);
+  note_->setVisible(!form.Note.empty());
 }
 
 }  // namespace graphize

@@ -78,6 +78,7 @@ class SettingsDialog : public FormDialog {
   QRadioButton* comma_;
   QButtonGroup* delimiter_;
   QLineEdit* example_;
+  QLabel* note_;
 };
 
 }  // namespace graphize

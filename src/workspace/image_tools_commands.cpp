@@ -3,6 +3,7 @@
 #include <string>
 #include <utility>
 
+#include "image/black_white.h"
 #include "image/picture_tools.h"
 #include "workspace/picture_commands.h"
 #include "workspace/recipe.h"
@@ -62,7 +63,11 @@ std::optional<Raster> Processed(Workspace& ws, const Desktop& desktop) {
   }
   if (result && raisesDepth) {
     ShowStep(ws, desktop, "Reducing color depth...");
-    if (!ReduceDepth(*result, progress(80, 100))) result.reset();
+    // Two colours stay two: the tracers follow only black.
+    if (IsBlackAndWhite(picture))
+      ReduceToBlackAndWhite(*result);
+    else if (!ReduceDepth(*result, progress(80, 100)))
+      result.reset();
   }
   return result;
 }
@@ -104,7 +109,7 @@ bool ProcessImage(Workspace& ws, const Desktop& desktop) {
       result = Processed(ws, desktop);
     }
     if (!result) {
-      ws.status.Status = " ";
+      ws.status.Status = "Stopped: the picture is as it was";
       return false;
     }
     // The old picture itself is the undo copy: a page is never there a third time.

@@ -26,6 +26,7 @@ void AcceptOptions(Workspace& ws) {
 }
 
 void ApplyOptions(Workspace& ws) {
+  ws.options.Note.clear();
   TakeOptions(ws.options, ws.settings);
   SetTraceType(ws.tracer, ws.settings.Trace);
   FillFromSettings(ws);
@@ -38,7 +39,10 @@ void CancelOptions(Workspace& ws) {
 
 void SaveOptions(Workspace& ws, const Desktop& desktop) {
   ApplyOptions(ws);
-  if (Write_INI(ws)) LoadOptions(ws, desktop);
+  if (Write_INI(ws))
+    LoadOptions(ws, desktop);
+  else
+    ws.options.Note = ws.status.Status;
 }
 
 void LoadOptions(Workspace& ws, const Desktop& desktop) {

@@ -78,7 +78,7 @@ TEST_F(Controls, AreNamedHitAndReached) {
     ExpectWellMade(QApplication::activeModalWidget());
   }
   ClickControl(Find<QWidget>("cmdCancel"));
-  Until([this] { return !FormIsOpen(); }, "the window closes");
+  UntilFormIsClosed();
 }
 
 }  // namespace

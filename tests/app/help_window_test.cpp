@@ -101,7 +101,7 @@ TEST_F(HelpTest, IsOneWindowThatStaysBesideTheOthersAndClosesWithTheProgram) {
   Xdo({"key", "Page_Down"});
   EXPECT_NE(Chapter(), "Settings") << "it can be read while the form waits";
   ClickControl(Find<QWidget>("cmdCancel"));
-  Until([this] { return !FormIsOpen(); }, "the form closes");
+  UntilFormIsClosed();
 
   EXPECT_TRUE(HelpIsUp());
   Window().close();
@@ -132,7 +132,7 @@ TEST_F(HelpTest, AboutTellsTheVersionsAndStartsTheInformation) {
   qputenv("PATH", path);
   Until([&] { return std::filesystem::exists(note); }, "the program is started");
   ClickControl(Find<QWidget>("cmdOK"));
-  Until([this] { return !FormIsOpen(); }, "the window closes");
+  UntilFormIsClosed();
 }
 
 // --- Nothing is left out of the help. ---
@@ -211,7 +211,7 @@ TEST_F(HelpTest, TellsOfEveryCommandAndControl) {
     expectControls(QApplication::activeModalWidget());
     EXPECT_TRUE(help.Anchors.contains(QLatin1String(form))) << form;
     Xdo({"key", "Escape"});
-    Until([this] { return !FormIsOpen(); }, "the form closes");
+    UntilFormIsClosed();
   }
   OnMessage("save graphized points", QMessageBox::No);
   Window().close();

@@ -144,7 +144,7 @@ TEST_F(MainJob, ASavedRecipeGivesTheSavedFileAgain) {
   ClickControl(Find<QWidget>("CHK_Exp_0"));
   ClickControl(Find<QWidget>("CHK_Delimiter_3"));
   ClickControl(Find<QWidget>("cmdOK"));
-  Until([this] { return !FormIsOpen(); }, "the settings are closed");
+  UntilFormIsClosed();
   ChooseMenu("MNU_FileSaveErrors");
   OnPrompt("A title");
   OnFileDialog(Folder() / "window.dat");

@@ -36,7 +36,7 @@ TEST_F(SettingsWindow, ChangesShowAtOnceAndAreTakenOverSavedAndCancelled) {
   Press("OPT_Comma");
   EXPECT_EQ(ValueOf("Text1"), "1,245670E+01;54,98760");
   Press("cmdCancel");
-  Until([this] { return !FormIsOpen(); }, "the window closes");
+  UntilFormIsClosed();
   EXPECT_EQ(State().formats.X, "0.00000E+00");
   EXPECT_EQ(State().settings.Delimiter, 0);
 
@@ -77,7 +77,7 @@ TEST_F(SettingsWindow, ChangesShowAtOnceAndAreTakenOverSavedAndCancelled) {
   Press("Command3");
   EXPECT_EQ(State().settings.CursorType, 3);
   Press("cmdOK");
-  Until([this] { return !FormIsOpen(); }, "the window closes");
+  UntilFormIsClosed();
   EXPECT_EQ(State().settings.Trace, 1);
   EXPECT_FALSE(Find<QWidget>("Zoom")->isVisible());
 }

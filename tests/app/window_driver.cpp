@@ -222,6 +222,12 @@ void WindowTest::OnFileDialogProposing(const QString& name) {
   });
 }
 
+void WindowTest::UntilFormIsClosed() {
+  Until([this] { return !FormIsOpen(); }, "the form closes");
+  Until([this] { return QApplication::activeWindow() == window_.get(); },
+        "the main window has the keys");
+}
+
 }  // namespace graphize::test
 
 int main(int argc, char** argv) {

@@ -59,6 +59,8 @@ class WindowTest : public ::testing::Test {
   void ChooseMenu(const char* action);
   /// Opens a form by its menu entry; it is open until the test closes it.
   void ChooseForm(const char* action, const char* form);
+  /// The form is gone, and the keys are the main window's again.
+  void UntilFormIsClosed();
   bool FormIsOpen() const { return QApplication::activeModalWidget() != nullptr; }
 
   // The way to captured points on the pendulum's picture: X from 0 to 12 at columns 70 to 610, Y

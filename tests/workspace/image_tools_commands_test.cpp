@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "image/black_white.h"
 #include "support/picture_bytes.h"
 #include "support/scripted_desktop.h"
 #include "workspace/extraction_commands.h"
@@ -198,7 +199,6 @@ TEST_F(ImageToolsCommands, RefusedAndStoppedToolsChangeNothing) {
   const auto before = PixelsOf(ws.plot.Pixels);
   const std::size_t marks = ws.plot.Marks.size();
   const auto expectNothingChanged = [&] {
-    EXPECT_EQ(ws.status.Status, " ");
     EXPECT_TRUE(PixelsOf(ws.plot.Pixels) == before);
     EXPECT_EQ(ws.plot.Marks.size(), marks);
     EXPECT_EQ(ws.plot.Width(), 12000);
@@ -213,6 +213,19 @@ TEST_F(ImageToolsCommands, RefusedAndStoppedToolsChangeNothing) {
   desktop.EscapeAfter = 0;
   Process(PictureTool::Rotate, 45);  // 75 million pixels
   expectNothingChanged();
+  EXPECT_EQ(ws.status.Status, "Stopped: the picture is as it was");
+}
+
+TEST_F(ImageToolsCommands, TwoColoursStayTwoThatTracersFollow) {
+  Raster picture = Raster::Filled(60, 40, kWhitePixel);
+  for (int x = 5; x < 55; ++x)
+    for (int y = 18; y < 21; ++y) picture.Row(y)[x] = kBlackPixel;
+  LoadImage(ws, desktop, std::move(picture), "line");
+  for (const PictureTool tool : {PictureTool::Rotate, PictureTool::Soften, PictureTool::Blur}) {
+    Process(tool, 7);
+    EXPECT_TRUE(IsBlackAndWhite(ws.plot.Pixels));
+    EXPECT_GT(std::ranges::count(PixelsOf(ws.plot.Pixels), kBlackPixel), 80);
+  }
 }
 
 }  // namespace
