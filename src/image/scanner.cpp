@@ -320,10 +320,18 @@ ScanFrame FrameOf(const SANE_Parameters& parameters) {
   return frame;
 }
 
-/// The scanner is told that it is over, however it ends: it then goes back to its rest.
+/// The scanner is told that it is over, however it ends: it then goes back to its rest. That is a job
+/// of its own, because some drivers take long over it or hang: the page, or what went wrong, is there
+/// before. A driver whose reader is only starting must not be cancelled: it may leave a lock held.
 struct ScanEnd {
   SANE_Handle Device;
-  ~ScanEnd() { sane_cancel(Device); }
+  std::chrono::steady_clock::time_point Started = std::chrono::steady_clock::now();
+  ~ScanEnd() {
+    ScannerThread().Post([device = Device, earliest = Started + 150ms] {
+      std::this_thread::sleep_until(earliest);
+      sane_cancel(device);
+    });
+  }
 };
 
 /// One pass of the scanner into the page. False when it was stopped.
