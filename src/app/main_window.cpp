@@ -167,7 +167,7 @@ void MainWindow::RenderModeFrame() {
 
 void MainWindow::RenderPicture() {
   const DirtyArea dirty = std::exchange(ws_.plot.Dirty, {});
-  plot_->Render(dirty);
+  plot_->Render(dirty, RubberBand(ws_));
   pictureArea_->ShowHint(!ws_.plot.IsPresent());
   const Viewport& view = ws_.view;
   const auto bar = [](QScrollBar* scroll, int value, int maximum, int page, int step) {

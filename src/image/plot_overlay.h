@@ -14,6 +14,8 @@ struct PlotOverlay {
   };
   struct Rectangle {
     int Left = 0, Top = 0, Right = 0, Bottom = 0;
+
+    bool operator==(const Rectangle&) const = default;
   };
   std::vector<Point> DataPoints;
   Colour DataColour = kBlack;
@@ -21,7 +23,6 @@ struct PlotOverlay {
   Colour LastColour = kBlack;
   std::vector<Point> AxisPoints;
   Colour AxisColour = kBlack;
-  std::optional<Rectangle> RubberBand;
 };
 
 /// How far the marks of a data point, the last point and an axis point reach from their pixel.

@@ -49,13 +49,19 @@ void PaintCross(QPainter& painter, const PlotOverlay::Point& at, int reach, Colo
                                  {x, y + kGap, x, y + reach}});
 }
 
-void PaintRubberBand(QPainter& painter, const PlotOverlay::Rectangle& band) {
-  QPen pen(Qt::black, 1, Qt::CustomDashLine);
-  pen.setDashPattern({1, 1});
-  pen.setCapStyle(Qt::FlatCap);
-  painter.setPen(pen);
-  painter.setBrush(Qt::NoBrush);
-  painter.drawRect(QRect(QPoint(band.Left, band.Top), QPoint(band.Right - 1, band.Bottom - 1)));
+/// The pixels of the rubber band's outline: its four sides.
+QRegion OutlineOf(const PlotOverlay::Rectangle& band) {
+  const QRect outer(QPoint(band.Left, band.Top), QPoint(band.Right, band.Bottom));
+  return QRegion(outer).subtracted(outer.adjusted(1, 1, -1, -1));
+}
+
+/// Black and white by turns, so that it shows on ink and on paper.
+void PaintRubberBand(QPainter& painter, const QRegion& visible,
+                     const PlotOverlay::Rectangle& band) {
+  for (const QRect& side : OutlineOf(band) & visible) {
+    painter.fillRect(side, Qt::white);
+    painter.fillRect(side, QBrush(Qt::black, Qt::Dense4Pattern));
+  }
 }
 
 }  // namespace
@@ -76,13 +82,20 @@ PlotView::PlotView(const PlotImage& image, OverlayIn overlayIn, QWidget* parent)
   resize(0, 0);
 }
 
-void PlotView::Render(const DirtyArea& dirty) {
+void PlotView::Render(const DirtyArea& dirty,
+                      const std::optional<PlotOverlay::Rectangle>& rubberBand) {
   const QSize size(image_.Width(), image_.Height());
   if (this->size() != size) {
     resize(size);
     setVisible(!size.isEmpty());
   }
-  if (!dirty.IsEmpty()) update(QRect(QPoint(dirty.Left, dirty.Top), QPoint(dirty.Right, dirty.Bottom)));
+  if (!dirty.IsEmpty())
+    update(QRect(QPoint(dirty.Left, dirty.Top), QPoint(dirty.Right, dirty.Bottom)));
+  if (rubberBand_ == rubberBand) return;
+  // Its old and new outline alone: what lies inside may be a whole page.
+  if (rubberBand_) update(OutlineOf(*rubberBand_));
+  if (rubberBand) update(OutlineOf(*rubberBand));
+  rubberBand_ = rubberBand;
 }
 
 void PlotView::paintEvent(QPaintEvent* event) {
@@ -90,15 +103,14 @@ void PlotView::paintEvent(QPaintEvent* event) {
   QPainter painter(this);
   const QImage picture = AsImage(image_.Pixels);
   const QRect area = event->rect() & picture.rect();
-  painter.drawImage(area, picture, area);
-  const PlotOverlay overlay =
-      overlayIn_({area.left(), area.top(), area.right(), area.bottom()});
+  for (const QRect& part : event->region() & area) painter.drawImage(part, picture, part);
+  const PlotOverlay overlay = overlayIn_({area.left(), area.top(), area.right(), area.bottom()});
   if (!overlay.DataPoints.empty()) PaintDataPoints(painter, overlay);
   if (overlay.LastPoint)
     PaintCross(painter, *overlay.LastPoint, kLastPointReach, overlay.LastColour);
   for (const PlotOverlay::Point& point : overlay.AxisPoints)
     PaintCross(painter, point, kAxisPointReach, overlay.AxisColour);
-  if (overlay.RubberBand) PaintRubberBand(painter, *overlay.RubberBand);
+  if (rubberBand_) PaintRubberBand(painter, event->region(), *rubberBand_);
 }
 
 void PlotView::TellMove(QPoint position, int button, int shift) {
@@ -107,12 +119,12 @@ void PlotView::TellMove(QPoint position, int button, int shift) {
 
 void PlotView::ReadPointer() {
   const QPoint position = mapFromGlobal(QCursor::pos());
-  if (rect().contains(position))
-    TellMove(position, ButtonsOf(QGuiApplication::mouseButtons()), 0);
+  if (rect().contains(position)) TellMove(position, ButtonsOf(QGuiApplication::mouseButtons()), 0);
 }
 
 void PlotView::mouseMoveEvent(QMouseEvent* event) {
-  TellMove(event->position().toPoint(), ButtonsOf(event->buttons()), ShiftState(event->modifiers()));
+  TellMove(event->position().toPoint(), ButtonsOf(event->buttons()),
+           ShiftState(event->modifiers()));
 }
 
 void PlotView::mousePressEvent(QMouseEvent* event) {

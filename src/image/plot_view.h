@@ -3,6 +3,7 @@
 #include <QBasicTimer>
 #include <QWidget>
 #include <functional>
+#include <optional>
 
 #include "image/plot_image.h"
 #include "image/plot_overlay.h"
@@ -18,8 +19,9 @@ class PlotView : public QWidget {
   using OverlayIn = std::function<PlotOverlay(const PlotOverlay::Rectangle& area)>;
   PlotView(const PlotImage& image, OverlayIn overlayIn, QWidget* parent);
 
-  /// Takes the picture's size over and repaints what has changed on the raster.
-  void Render(const DirtyArea& dirty);
+  /// Takes the picture's size over and repaints what has changed on the raster and of the rubber
+  /// band, which is painted above all else.
+  void Render(const DirtyArea& dirty, const std::optional<PlotOverlay::Rectangle>& rubberBand);
   /// Tells where the pointer is, as if it had moved there: after scrolling, before Enter.
   void ReadPointer();
 
@@ -42,6 +44,7 @@ class PlotView : public QWidget {
 
   const PlotImage& image_;
   OverlayIn overlayIn_;
+  std::optional<PlotOverlay::Rectangle> rubberBand_;
   bool leftPressedHere_ = false;
   QBasicTimer heldOutside_;  // a pointer that rests beyond the edge goes on scrolling
 };

@@ -13,12 +13,16 @@ bool Touches(const PlotOverlay::Rectangle& area, const PlotPixel& pixel, int rea
 
 }  // namespace
 
+std::optional<PlotOverlay::Rectangle> RubberBand(const Workspace& ws) {
+  const ScanRectangle& band = ws.scanRectangle;
+  if (!band.Active) return std::nullopt;
+  return PlotOverlay::Rectangle{std::min(band.Left, band.Right), std::min(band.Top, band.Bottom),
+                                std::max(band.Left, band.Right), std::max(band.Top, band.Bottom)};
+}
+
 PlotOverlay Plot_Paint(const Workspace& ws, const PlotOverlay::Rectangle& area) {
   PlotOverlay overlay;
   if (!ws.plot.IsPresent()) return overlay;
-  if (const ScanRectangle& band = ws.scanRectangle; band.Active)
-    overlay.RubberBand = {std::min(band.Left, band.Right), std::min(band.Top, band.Bottom),
-                          std::max(band.Left, band.Right), std::max(band.Top, band.Bottom)};
   if (ws.mode == Mode::AxisDef) {
     overlay.AxisColour = PaletteColour(2);
     for (int row = 0; row < 3; ++row)

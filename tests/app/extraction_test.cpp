@@ -1,6 +1,7 @@
 // Tracing, scanning and grid removal in the real window, compared with the samples' true data.
 
 #include <QAction>
+#include <QScreen>
 #include <cmath>
 #include <fstream>
 
@@ -19,6 +20,23 @@ class Extraction : public WindowTest {
     for (int i = 1; i <= store.CaptureCount; ++i)
       misses.push_back(std::abs(store.CaptureY[i] - TrueY(truth, store.CaptureX[i])) / unitsPerRow);
     return misses;
+  }
+
+  /// The part of a side of the scan's outline that shows: black and white pixels by turns.
+  double OutlineShown(QPoint from, QPoint to) {
+    const QPoint at = Find<QWidget>("Plot")->mapToGlobal(from);
+    const QSize size = QRect(from, to).size();
+    const QImage screen =
+        Window().screen()->grabWindow(0, at.x(), at.y(), size.width(), size.height()).toImage();
+    const int length = std::max(size.width(), size.height());
+    int turns = 0;
+    for (int i = 1; i < length; ++i) {
+      const auto value = [&](int j) {
+        return size.width() > 1 ? qGray(screen.pixel(j, 0)) : qGray(screen.pixel(0, j));
+      };
+      turns += std::abs(value(i) - value(i - 1)) == 255 ? 1 : 0;
+    }
+    return static_cast<double>(turns) / length;
   }
 
   void ShiftClickPlot(int x, int y, int button) {
@@ -72,8 +90,13 @@ TEST_F(Extraction, ADraggedRectangleIsScanned) {
   Xdo({QStringLiteral("mousedown"), QStringLiteral("3")});
   MoveOverPlot(300, 200);
   EXPECT_TRUE(State().scanRectangle.Active);
+  EXPECT_GT(OutlineShown({74, 44}, {300, 44}), 0.9);
+  EXPECT_GT(OutlineShown({300, 44}, {300, 180}), 0.9) << "but the pointer";
   MoveOverPlot(606, 426);
+  EXPECT_LT(OutlineShown({300, 44}, {300, 180}), 0.1) << "where it was before";
+  EXPECT_GT(OutlineShown({606, 44}, {606, 400}), 0.9);
   Xdo({QStringLiteral("mouseup"), QStringLiteral("3")});
+  EXPECT_LT(OutlineShown({606, 44}, {606, 400}), 0.1);
   EXPECT_FALSE(State().scanRectangle.Active);
   const PointStore& store = State().store;
   ASSERT_GT(store.CaptureCount, 100);
