@@ -70,7 +70,8 @@ void MainWindow::Start() {
 }
 
 void MainWindow::FitSidePanel() {
-  // Wide enough for every panel, whichever is shown now: known once styles and captions are set.
+  // Wide enough for every panel, whichever is shown now: known once styles are set.
+  tracerPanel_->ReserveCaptions();
   int width = 0;
   for (QWidget* panel :
        std::initializer_list<QWidget*>{readOut_, dataList_, axisPanel_, tracerPanel_}) {

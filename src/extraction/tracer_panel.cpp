@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QSlider>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "widgets/show.h"
 #include "widgets/up_down.h"
@@ -12,6 +13,8 @@
 namespace graphize {
 
 namespace {
+
+constexpr int kCheckColumn = 4;
 
 QLineEdit* IncrementBox(const char* name, const QString& caption, const QString& tip) {
   auto* box = Named(new QLineEdit, name, caption);
@@ -34,7 +37,7 @@ TracerPanel::TracerPanel(int largestBlock, QWidget* parent)
   setObjectName(QStringLiteral("FRM_Tracer"));
   auto* column = new QVBoxLayout(this);
 
-  auto* grid = new QGridLayout;
+  auto* grid = grid_ = new QGridLayout;
   grid->setHorizontalSpacing(4);
   xRange_ = IncrementBox("Xrange", tr("X increment"), tr("Columns to look ahead over a gap"));
   yRange_ = IncrementBox("Yrange", tr("Y increment"), tr("Rows to step over within a stroke"));
@@ -56,8 +59,8 @@ TracerPanel::TracerPanel(int largestBlock, QWidget* parent)
   auto* checks = new QVBoxLayout;
   checks->setSpacing(2);
   for (QCheckBox* box : {above_, center_, below_}) checks->addWidget(box, 0, Qt::AlignLeft);
-  grid->addLayout(checks, 0, 4, 2, 1);
-  grid->setColumnStretch(4, 1);
+  grid->addLayout(checks, 0, kCheckColumn, 2, 1);
+  grid->setColumnStretch(kCheckColumn, 1);
   column->addLayout(grid);
 
   auto* block = new QGridLayout;
@@ -82,6 +85,20 @@ TracerPanel::TracerPanel(int largestBlock, QWidget* parent)
   connect(above_, &QCheckBox::clicked, this, &TracerPanel::AboveSwitched);
   connect(below_, &QCheckBox::clicked, this, &TracerPanel::BelowSwitched);
   connect(blockSize_, &QSlider::valueChanged, this, &TracerPanel::BlockSizeChosen);
+}
+
+void TracerPanel::ReserveCaptions() {
+  QCheckBox box(this);
+  int width = 0;
+  for (int trace = -1; trace <= 2; ++trace) {
+    TracerControl control;
+    SetTraceType(control, trace);
+    for (const auto* check : {&control.Center, &control.Above, &control.Below}) {
+      box.setText(ToQString(check->Caption));
+      width = std::max(width, box.sizeHint().width());
+    }
+  }
+  grid_->setColumnMinimumWidth(kCheckColumn, width);
 }
 
 void TracerPanel::Render(const TracerControl& control, int blockSize) {

@@ -5,6 +5,7 @@
 #include "extraction/tracer_control.h"
 
 class QCheckBox;
+class QGridLayout;
 class QLineEdit;
 class QSlider;
 
@@ -18,6 +19,8 @@ class TracerPanel : public QGroupBox {
   Q_OBJECT
  public:
   TracerPanel(int largestBlock, QWidget* parent = nullptr);
+  /// As wide as the longest captions of any trace type; once styles are set.
+  void ReserveCaptions();
   void Render(const TracerControl& control, int blockSize);
 
  signals:
@@ -31,6 +34,7 @@ class TracerPanel : public QGroupBox {
   void BlockSizeChosen(int size);
 
  private:
+  QGridLayout* grid_;
   QLineEdit* xRange_;
   QLineEdit* yRange_;
   UpDown* xSteps_;

@@ -3,6 +3,7 @@
 #include <QPushButton>
 #include <QTabWidget>
 #include <QToolButton>
+#include <fstream>
 
 #include "app/window_driver.h"
 #include "support/temporary_folder.h"
@@ -80,6 +81,27 @@ TEST_F(SettingsWindow, ChangesShowAtOnceAndAreTakenOverSavedAndCancelled) {
   UntilFormIsClosed();
   EXPECT_EQ(State().settings.Trace, 1);
   EXPECT_FALSE(Find<QWidget>("Zoom")->isVisible());
+}
+
+TEST_F(SettingsWindow, TheSidePanelHasRoomForTheCaptionsOfEveryTraceType) {
+  std::ofstream(SettingsFile()) << "[Options]\nTrace=2\n";
+  Start();
+  const int needed = Find<QWidget>("FRM_Tracer")->minimumSizeHint().width();
+  for (const char* type : {"OPT_TraceType_0", "OPT_TraceType_2"}) {
+    ChooseForm("MNU_OPT_Settings", "frmOptions");
+    Press(type);
+    Press("cmdOK");
+    Until([this] { return !FormIsOpen(); }, "the window closes");
+    Settle();
+    EXPECT_EQ(Find<QWidget>("FRM_Tracer")->minimumSizeHint().width(), needed) << type;
+    const QWidget* viewport = Find<QWidget>("FRM_Tracer")->parentWidget()->parentWidget();
+    for (const char* name : {"CHK_Center", "CHK_Above", "CHK_Below", "BlockSize"}) {
+      const auto* control = Find<QWidget>(name);
+      EXPECT_GE(control->width(), control->sizeHint().width()) << type << ' ' << name;
+      EXPECT_LE(control->mapTo(viewport, control->rect().topRight()).x(), viewport->width())
+          << type << ' ' << name;
+    }
+  }
 }
 
 }  // namespace
