@@ -3,6 +3,7 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QStatusBar>
+#include <utility>
 
 #include "widgets/show.h"
 
@@ -21,12 +22,32 @@ QLabel* Panel(QStatusBar* bar, const char* key, const QString& accessibleName, i
 
 }  // namespace
 
+/// A progress bar that says, beside the percentage, what the panel under it says.
+class StatusPanels::Progress : public QProgressBar {
+ public:
+  using QProgressBar::QProgressBar;
+  void Say(const QString& what) {
+    if (std::exchange(what_, what) != what) update();
+  }
+  QString text() const override {
+    const QString percent = QProgressBar::text();
+    if (what_.trimmed().isEmpty()) return percent;
+    constexpr int kMargins = 16;
+    const QString gap = QStringLiteral("  ");
+    const int room = width() - fontMetrics().horizontalAdvance(gap + percent) - kMargins;
+    return fontMetrics().elidedText(what_, Qt::ElideRight, room) + gap + percent;
+  }
+
+ private:
+  QString what_;
+};
+
 StatusPanels::StatusPanels(QStatusBar* bar)
     : status_(Panel(bar, "status", QObject::tr("Status"), 1, {})),
       points_(Panel(bar, "points", QObject::tr("Number of points"), 0, QStringLiteral("32767"))),
       sizeX_(Panel(bar, "sizex", QObject::tr("Picture width"), 0, QStringLiteral("W=32767"))),
       sizeY_(Panel(bar, "sizey", QObject::tr("Picture height"), 0, QStringLiteral("H=32767"))),
-      progress_(Named(new QProgressBar(status_), "ProgressBar1", QObject::tr("Progress"))) {
+      progress_(Named(new Progress(status_), "ProgressBar1", QObject::tr("Progress"))) {
   // A long text must not widen the window.
   status_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   progress_->setRange(0, 100);
@@ -41,6 +62,7 @@ void StatusPanels::Render(const StatusBar& status, int points) {
   progress_->setVisible(status.ProgressVisible);
   if (!status.ProgressVisible) return;
   progress_->setGeometry(status_->rect());
+  progress_->Say(ToQString(status.Status));
   progress_->setValue(status.ProgressValue);
 }
 

@@ -5,10 +5,13 @@
 #include <QCheckBox>
 #include <QMenu>
 #include <QMenuBar>
+#include <QProgressBar>
 #include <QRadioButton>
+#include <QStatusBar>
 #include <QTabWidget>
 #include <QToolButton>
 
+#include "app/status_panels.h"
 #include "app/window_driver.h"
 
 namespace graphize::test {
@@ -79,6 +82,34 @@ TEST_F(Controls, AreNamedHitAndReached) {
   }
   ClickControl(Find<QWidget>("cmdCancel"));
   UntilFormIsClosed();
+}
+
+TEST_F(Controls, WhatALongOperationSaysIsReadableOnItsProgressBar) {
+  QStatusBar bar;
+  bar.resize(700, 24);
+  StatusPanels panels(&bar);
+  bar.show();
+  Settle();
+  const auto* progress = bar.findChild<QProgressBar*>(QStringLiteral("ProgressBar1"));
+  StatusBar status{
+      .Status = "Removing grid lines please wait...", .ProgressVisible = true, .ProgressValue = 42};
+  panels.Render(status, 0);
+  EXPECT_TRUE(progress->isVisible());
+  EXPECT_TRUE(progress->isTextVisible());
+  EXPECT_EQ(progress->text(), "Removing grid lines please wait...  42%");
+  EXPECT_GT(progress->width(), progress->fontMetrics().horizontalAdvance(progress->text()));
+
+  const struct {
+    std::string Status;
+    QString Start;
+  } cases[] = {{" ", "42%"}, {"100%p of %v", "100%p of %v"}, {std::string(300, 'x'), "xxx"}};
+  for (const auto& c : cases) {
+    status.Status = c.Status;
+    panels.Render(status, 0);
+    EXPECT_TRUE(progress->text().startsWith(c.Start)) << c.Status;
+    EXPECT_TRUE(progress->text().endsWith("42%")) << c.Status;
+    EXPECT_LE(progress->fontMetrics().horizontalAdvance(progress->text()), progress->width());
+  }
 }
 
 }  // namespace
