@@ -110,6 +110,7 @@ bool CanUndoErase(const Workspace& ws) {
 void UndoErase(Workspace& ws) {
   EndDrag(ws);
   UndoEdit(ws.plot);
+  ws.status.Status = "Undo completed";
   NoteStep(ws, "undo-edit");
   ws.plot.PersistentDrawing = true;
   // The edit modes show the picture alone; everywhere else a blocker must go on fencing.

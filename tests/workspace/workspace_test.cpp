@@ -345,7 +345,9 @@ TEST_F(WorkspaceTest, BlockersAndPenWorkThroughTheMouse) {
   Toolbar_ButtonClick(ws, desktop, "graphize");
   EXPECT_EQ(GetPixel(ws.plot, 20, 30), PaletteColour(ws.settings.BlockColor));
   EXPECT_TRUE(IsBlack(ws.plot, 20, 10)) << "drawn into the picture";
+  ws.status.Status = "5 Y grid lines removed";
   UndoErase(ws);
+  EXPECT_EQ(ws.status.Status, "Undo completed");
   EXPECT_FALSE(IsBlack(ws.plot, 20, 10));
   EXPECT_EQ(GetPixel(ws.plot, 20, 30), PaletteColour(ws.settings.BlockColor));
   Toolbar_ButtonClick(ws, desktop, "undo");
