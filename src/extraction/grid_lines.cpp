@@ -44,13 +44,13 @@ void Refresh(const BlackMap& map, GridLine& line) {
   MarkLooks(line);
 }
 
-std::string ResultText(const GridRemoval& removal, GridDirection direction, bool all) {
+std::string ResultText(const GridRemoval& removal, GridDirection direction) {
   const std::string name = direction == GridDirection::X ? "X grid line" : "Y grid line";
   const std::string lines =
       std::to_string(removal.Lines) + " " + name + (removal.Lines == 1 ? "" : "s") + " removed";
   if (removal.Stopped) return "Stopped: " + lines;
   if (removal.Lines > 0) return lines;
-  return all ? "No " + name + "s found" : "No " + name + " near the click";
+  return "No " + name + "s found";
 }
 
 }  // namespace
@@ -91,7 +91,7 @@ GridRemoval RemoveGridLines(PlotImage& image, const AxisCalibration& calibration
     ++removal.Lines;
   }
   removal.Stopped = progress.Stopped();
-  status.Status = ResultText(removal, direction, all);
+  status.Status = ResultText(removal, direction);
   return removal;
 }
 

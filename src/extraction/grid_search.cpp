@@ -51,6 +51,8 @@ class Search {
   GridLine Follow(const LinePath& path) const {
     return FollowLine(map_, level_, path, place_.Columns, thickest_);
   }
+  /// Where a path runs in the middle of the plot, on the level map.
+  int MiddleRow(const LinePath& path) const { return path.Rows[Strip()]; }
   bool KeepGoing() const { return keepGoing_(); }
 
   /// The axis line shows how far the plot goes beyond the reference points.
@@ -118,8 +120,8 @@ class Search {
 
 }  // namespace
 
-ClickReach ReachOfClick(const BlackMap& map) {
-  return {3 + map.Bits.Width() / 400, std::max(20, map.Bits.Height() / 20)};
+int ReachOfClick(const BlackMap& map) {
+  return 3 + map.Bits.Width() / 400;
 }
 
 std::vector<GridLine> FindGridLines(const BlackMap& map, const AxisCalibration& calibration,
@@ -144,7 +146,7 @@ std::vector<GridLine> FindGridLines(const BlackMap& map, const AxisCalibration& 
   EndAtFrame(map, search.Place(), lines);
 
   const std::vector<bool> frame = FindFrame(map, search.Place(), lines);
-  const int hit = ReachOfClick(map).Hit;
+  const int hit = ReachOfClick(map);
   bool frameClicked = false;
   std::vector<GridLine> inner;
   for (std::size_t i = 0; i < lines.size(); ++i) {
@@ -159,22 +161,32 @@ std::vector<GridLine> FindNearestLine(const BlackMap& map, const AxisCalibration
                                       GridDirection direction, MapPixel click,
                                       const KeepGoing& keepGoing) {
   Search search(map, calibration, direction, keepGoing);
-  const ClickReach reach = ReachOfClick(map);
+  const int hit = ReachOfClick(map);
   const int row = search.LevelRow(click);
+  const std::vector<LinePath> paths = search.Paths(search.AllRows(), 0.3);
   std::vector<GridLine> best;
-  double nearest = reach.Near;
-  for (const LinePath& path : search.Paths({row - reach.Near - 5, row + reach.Near + 5}, 0.3)) {
-    if (!search.KeepGoing()) return {};
-    std::vector<GridLine> line{search.Follow(path)};
-    if (!IsPlausibleLine(line[0])) continue;
-    const double distance =
-        std::max(0.0, std::abs(line[0].RowAt(click.Column) - click.Row) - 0.5 * line[0].Thickness);
-    if (distance > nearest || (distance == nearest && !best.empty())) continue;
-    if (distance > reach.Hit && !IsGridLine(map, line[0])) continue;
-    EndAtFrame(map, search.Place(), line);
-    if (line.empty()) continue;
-    nearest = distance;
-    best = std::move(line);
+  double nearest = 0;
+  // To follow a path takes its time: those near the click first, and no farther than needed. A
+  // line may lie some rows off its path's middle.
+  constexpr int kOffPath = 5;
+  int near = -1;
+  for (int far = 20; near < map.Bits.Height(); near = far, far *= 2) {
+    for (const LinePath& path : paths) {
+      const int away = std::abs(search.MiddleRow(path) - row);
+      if (away <= near || away > far) continue;
+      if (!search.KeepGoing()) return {};
+      std::vector<GridLine> line{search.Follow(path)};
+      if (!IsPlausibleLine(line[0])) continue;
+      const double distance = std::max(
+          0.0, std::abs(line[0].RowAt(click.Column) - click.Row) - 0.5 * line[0].Thickness);
+      if (!best.empty() && distance >= nearest) continue;
+      if (distance > hit && !IsGridLine(map, line[0])) continue;
+      EndAtFrame(map, search.Place(), line);
+      if (line.empty()) continue;
+      nearest = distance;
+      best = std::move(line);
+    }
+    if (!best.empty() && nearest + kOffPath <= far) break;
   }
   return best;
 }

@@ -10,12 +10,8 @@
 
 namespace graphize {
 
-/// How near a click must be to a line, in pixels.
-struct ClickReach {
-  int Hit = 4;    // to mean this line
-  int Near = 20;  // for the line to be the nearest one
-};
-ClickReach ReachOfClick(const BlackMap& map);
+/// How near a click must be to a line to mean this line, in pixels.
+int ReachOfClick(const BlackMap& map);
 
 /// All lines of the grid, from top to bottom of the map, without the axis line and the frame unless
 /// `click` hits one of them. `progress` is told the part done, 0..1. None when stopped.
@@ -24,8 +20,8 @@ std::vector<GridLine> FindGridLines(const BlackMap& map, const AxisCalibration& 
                                     const KeepGoing& keepGoing,
                                     const std::function<void(double)>& progress);
 
-/// The one line nearest to the click, none when there is none near. A line that would not pass as
-/// one of the grid by itself must have been hit.
+/// The one line nearest to the click, however far; none when there is none at all. A line that
+/// would not pass as one of the grid by itself must have been hit.
 std::vector<GridLine> FindNearestLine(const BlackMap& map, const AxisCalibration& calibration,
                                       GridDirection direction, MapPixel click,
                                       const KeepGoing& keepGoing);
