@@ -33,7 +33,7 @@ int IncrementAtLeast(std::string& text, int least) {
   if (std::abs(rounded) > 32767)
     throw RunTimeError("Overflow: an increment must be a number from 0 to 32767");
   const int value = std::max(static_cast<int>(rounded), least);
-  if (!number || value != *number) text = std::to_string(value);
+  text = std::to_string(value);
   return value;
 }
 

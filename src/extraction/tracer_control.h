@@ -22,8 +22,8 @@ struct TracerControl {
 /// Captions and increments for the trace type of the settings: 0 edges, 1 smooth, 2 scan.
 void SetTraceType(TracerControl& control, int trace);
 
-/// The number that the text of an increment box starts with, rounded, at least `least`. The text is
-/// corrected where it says something else. Run-time error "Overflow" beyond 16 bits.
+/// The number that the text of an increment box starts with, rounded, at least `least`. The text
+/// becomes just this number. Run-time error "Overflow" beyond 16 bits.
 int IncrementAtLeast(std::string& text, int least);
 
 }  // namespace graphize
