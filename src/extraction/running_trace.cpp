@@ -20,11 +20,10 @@ void Scroll(RunningTrace& trace, int x, int y) {
 
 bool EmitPoint(RunningTrace& trace, int column, float row) {
   const ExtractionContext& context = trace.Context;
-  MoveCursor(context, static_cast<float>(column), row);
-  if (trace.Adds && AddPoint(context.Store, context.Commands, context.Verbs, trace.RefreshList))
-    return false;
   SetPixel(context.Image, column, ToInt32(row), trace.MarkColour);
-  return true;
+  MoveCursor(context, static_cast<float>(column), row);
+  return !trace.Adds ||
+         !AddPoint(context.Store, context.Commands, context.Verbs, trace.RefreshList);
 }
 
 }  // namespace

@@ -312,7 +312,8 @@ TEST(CurveTracer, EscapeAndAFullStoreKeepWhatWasCaptured) {
       records.Store.MaxPoints = static_cast<std::int16_t>(capacity);
       tracer(records.With(desktop), 0, 60);
       EXPECT_EQ(records.Store.CaptureCount, capacity);
-      EXPECT_EQ(records.Image.Marks.size(), static_cast<std::size_t>(capacity));
+      EXPECT_EQ(records.Image.Marks.size(), static_cast<std::size_t>(capacity) + 1)
+          << "the point that found no room is marked, too";
     }
   }
 }
