@@ -8,7 +8,8 @@ namespace graphize {
 
 namespace {
 
-/// Columns between two looks at the window: some ten microseconds of work.
+/// Columns between two looks at the window: a small part of the time between two repaints, however
+/// tall the strokes are, and so many that looking costs nothing beside the work.
 constexpr int kColumnsPerPump = 256;
 
 void Scroll(RunningTrace& trace, int x, int y) {
@@ -22,8 +23,10 @@ bool EmitPoint(RunningTrace& trace, int column, float row) {
   const ExtractionContext& context = trace.Context;
   SetPixel(context.Image, column, ToInt32(row), trace.MarkColour);
   MoveCursor(context, static_cast<float>(column), row);
-  return !trace.Adds ||
-         !AddPoint(context.Store, context.Commands, context.Verbs, trace.RefreshList);
+  if (!trace.Adds) return true;
+  if (AddPoint(context.Store, context.Commands, context.Verbs, trace.RefreshList)) return false;
+  if (trace.RefreshList) PumpProgress(context);
+  return true;
 }
 
 }  // namespace

@@ -31,7 +31,8 @@ bool GoesOn(RunningTrace& trace, int column);
 /// Keep the trace in sight; the events pending after a scroll run.
 void ScrollToColumn(RunningTrace& trace, int column);
 void ScrollToRows(RunningTrace& trace, int top, int bottom);
-/// Marks and captures the checked points: centre, below, above. False when the store is full.
+/// Marks and captures the checked points: centre, below, above. With `RefreshList` the window may
+/// show the list after each. False when the store is full.
 bool EmitPoints(RunningTrace& trace, const ColumnPoints& points);
 
 }  // namespace graphize

@@ -172,6 +172,7 @@ void AddFound(const ExtractionContext& context, const FoundPositions& found, boo
     if (AddValuePoint(store, context.Commands, context.Verbs, refreshList, store.CurrentX,
                       store.CurrentY))
       return;
+    if (refreshList) PumpProgress(context);
   }
 }
 

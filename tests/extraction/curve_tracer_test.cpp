@@ -5,8 +5,10 @@
 #include <algorithm>
 #include <cmath>
 #include <random>
+#include <set>
 
 #include "base/run_time_error.h"
+#include "extraction/scan.h"
 #include "extraction/smooth_tracer.h"
 #include "support/extraction_records.h"
 #include "support/scripted_desktop.h"
@@ -401,6 +403,30 @@ TEST(CurveTracer, TheEndShowsTheNewestPointAndItsReading) {
   EXPECT_EQ(records.Store.Page.Lines[2].Point, 3);
   EXPECT_EQ(records.Store.NPoints, 3);
   EXPECT_EQ(records.Status.Status, "before");
+}
+
+TEST(CurveTracer, TheListFollowsEveryPointOrWaitsForTheEnd) {
+  const auto scan = [](const ExtractionContext& context, float, float) {
+    context.Control.Xrange = context.Control.Yrange = "1";
+    Scan(context, {.Active = true, .Left = -2, .Top = -2, .Right = 302, .Bottom = 130});
+  };
+  for (const Tracer tracer : {kTracers[0], kTracers[1], static_cast<Tracer>(scan)}) {
+    for (const bool refresh : {false, true}) {
+      ScriptedDesktop desktop;
+      ExtractionRecords records = WaveRecords(2);
+      records.Options.RefreshList = refresh ? -1 : 0;
+      std::set<int> shown;
+      desktop.OnPump = [&] {
+        for (const ListPage::Line& line : records.Store.Page.Lines) shown.insert(line.Point);
+      };
+      records.Store.Page.Lines[4].Point = -1;
+      tracer(records.With(desktop), 0, 60);
+      const int count = records.Store.ListCount;
+      EXPECT_GT(count, 250);
+      EXPECT_EQ(shown.count(count / 2) + shown.count(count / 2 + 1), refresh ? 2u : 0u);
+      EXPECT_EQ(records.Store.Page.Lines[4].Point, count);
+    }
+  }
 }
 
 TEST(CurveTracer, ColumnsStrictlyIncrease) {
