@@ -97,7 +97,7 @@ void TraceNew(const ExtractionContext& context, float x, float y) {
     if (!EmitPoints(trace, {column, centre, stroke.Bottom, stroke.Top})) break;
     stroke = next;
   }
-  ShowResult(context);
+  EndTrace(trace);
 }
 
 }  // namespace graphize

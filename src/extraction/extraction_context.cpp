@@ -22,6 +22,10 @@ void PumpProgress(const ExtractionContext& context) {
   context.Verbs.Pump();
 }
 
+std::string PointCount(long long points) {
+  return std::to_string(points) + (points == 1 ? " point" : " points");
+}
+
 void ShowResult(const ExtractionContext& context) {
   ShowCursor(context.Cursor, context.Panel, context.Store, context.Calibration);
   if (context.Adds()) ShowNewest(context.Store);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "calibration/axis_calibration.h"
 #include "capture/cursor.h"
 #include "capture/point_store.h"
@@ -38,6 +40,8 @@ bool HasValues(const ExtractionContext& context);
 void MoveCursor(const ExtractionContext& context, float x, float y);
 /// Shows where the operation is, cursor and count, and lets pending events run.
 void PumpProgress(const ExtractionContext& context);
+/// "1 point", "12 points".
+std::string PointCount(long long points);
 /// The end of an operation: read-out and data list show the newest.
 void ShowResult(const ExtractionContext& context);
 

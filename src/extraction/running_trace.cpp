@@ -1,6 +1,7 @@
 #include "extraction/running_trace.h"
 
 #include <algorithm>
+#include <string>
 
 #include "base/numbers.h"
 
@@ -23,10 +24,21 @@ bool EmitPoint(RunningTrace& trace, int column, float row) {
   const ExtractionContext& context = trace.Context;
   SetPixel(context.Image, column, ToInt32(row), trace.MarkColour);
   MoveCursor(context, static_cast<float>(column), row);
-  if (!trace.Adds) return true;
-  if (AddPoint(context.Store, context.Commands, context.Verbs, trace.RefreshList)) return false;
-  if (trace.RefreshList) PumpProgress(context);
+  if (trace.Adds) {
+    if (AddPoint(context.Store, context.Commands, context.Verbs, trace.RefreshList)) return false;
+    if (trace.RefreshList) PumpProgress(context);
+  }
+  ++trace.Points;
   return true;
+}
+
+std::string ResultText(const RunningTrace& trace) {
+  const std::string points = PointCount(trace.Points) + (trace.Adds ? " captured" : " marked");
+  if (trace.Stopped) return "Stopped: " + points;
+  if (trace.OnCurve == 0) return "No curve here: the tracers follow only black pixels";
+  if (!trace.Center && !trace.Above && !trace.Below)
+    return "Nothing to capture: no point of the curve is checked";
+  return points;
 }
 
 }  // namespace
@@ -45,7 +57,9 @@ RunningTrace::RunningTrace(const ExtractionContext& context)
       YJump(std::max<int>(context.Options.YJump, 1)) {}
 
 bool GoesOn(RunningTrace& trace, int column) {
-  if (column >= trace.Context.Image.Width() || trace.Context.Verbs.EscapeHeld()) return false;
+  if (column >= trace.Context.Image.Width()) return false;
+  trace.Stopped = trace.Context.Verbs.EscapeHeld();
+  if (trace.Stopped) return false;
   if (++trace.Columns % kColumnsPerPump == 0) PumpProgress(trace.Context);
   return true;
 }
@@ -69,9 +83,15 @@ void ScrollToRows(RunningTrace& trace, int top, int bottom) {
 }
 
 bool EmitPoints(RunningTrace& trace, const ColumnPoints& points) {
+  ++trace.OnCurve;
   return (!trace.Center || EmitPoint(trace, points.Column, points.Center)) &&
          (!trace.Below || EmitPoint(trace, points.Column, static_cast<float>(points.Below))) &&
          (!trace.Above || EmitPoint(trace, points.Column, static_cast<float>(points.Above)));
+}
+
+void EndTrace(const RunningTrace& trace) {
+  ShowResult(trace.Context);
+  trace.Context.Status.Status = ResultText(trace);
 }
 
 }  // namespace graphize

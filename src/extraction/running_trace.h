@@ -15,7 +15,12 @@ struct RunningTrace {
   bool Adds, RefreshList;
   Colour MarkColour;
   int XJump, YJump;  // scroll margins in pixels, at least 1
-  int Columns = 0;   // visited so far
+
+  // So far:
+  int Columns = 0;       // looked at
+  int OnCurve = 0;       // of them, those with points
+  int Points = 0;        // marked, and captured when it adds
+  bool Stopped = false;  // by Escape
 };
 
 /// The points of one column; the edges lie one row outside the ink.
@@ -34,5 +39,7 @@ void ScrollToRows(RunningTrace& trace, int top, int bottom);
 /// Marks and captures the checked points: centre, below, above. With `RefreshList` the window may
 /// show the list after each. False when the store is full.
 bool EmitPoints(RunningTrace& trace, const ColumnPoints& points);
+/// Shows the newest point, and says in the status panel what has come out.
+void EndTrace(const RunningTrace& trace);
 
 }  // namespace graphize

@@ -32,18 +32,15 @@ GridRange RangeOf(std::int32_t low, std::int32_t high, int step, int size) {
   return {ToInt16(static_cast<double>(first)), ToInt16(static_cast<double>(last)), step};
 }
 
-/// The status panel and the progress bar during the scan; afterwards they are as before.
+/// The status panel and the progress bar during the scan.
 class ScanStatus {
  public:
-  explicit ScanStatus(StatusBar& status) : status_(status), before_(status.Status) {
+  explicit ScanStatus(StatusBar& status) : status_(status) {
     status_.Status = "To stop the Scan hold down the ESC key";
     status_.ProgressValue = 0;
     status_.ProgressVisible = true;
   }
-  ~ScanStatus() {
-    status_.Status = std::move(before_);
-    status_.ProgressVisible = false;
-  }
+  ~ScanStatus() { status_.ProgressVisible = false; }
   ScanStatus(const ScanStatus&) = delete;
   ScanStatus& operator=(const ScanStatus&) = delete;
 
@@ -53,7 +50,6 @@ class ScanStatus {
 
  private:
   StatusBar& status_;
-  std::string before_;
 };
 
 /// Whether a block of neighbouring pixels has a black one.
@@ -88,6 +84,7 @@ class FoundPositions {
 
   void Take(int x, int y) {
     const auto key = static_cast<std::uint32_t>(x) << 16 | static_cast<std::uint32_t>(y);
+    any_ = true;
     if (key >= limit_) return;
     keys_.push_back(key);
     if (keys_.size() >= 2 * wanted_ + 1000) DropLast();
@@ -99,6 +96,10 @@ class FoundPositions {
   }
   void Sort() { std::sort(keys_.begin(), keys_.end()); }
 
+  /// Whether anything was found, wanted or not.
+  bool Any() const { return any_; }
+  /// Whether nothing was left out for being more than wanted.
+  bool IsComplete() const { return complete_; }
   std::size_t Count() const { return keys_.size(); }
   int X(std::size_t i) const { return static_cast<int>(keys_[i] >> 16); }
   int Y(std::size_t i) const { return static_cast<int>(keys_[i] & 0xffffu); }
@@ -108,10 +109,12 @@ class FoundPositions {
     const auto end = keys_.begin() + static_cast<std::ptrdiff_t>(wanted_);
     std::nth_element(keys_.begin(), end, keys_.end());
     limit_ = *end;
+    complete_ = false;
     keys_.erase(end, keys_.end());
   }
 
   std::size_t wanted_;
+  bool any_ = false, complete_ = true;
   std::uint32_t limit_;              // what lies from here on is not wanted
   std::vector<std::uint32_t> keys_;  // column in the upper half, row in the lower
 };
@@ -155,15 +158,20 @@ bool Search(const ExtractionContext& context, const GridRange& columns, const Gr
   return true;
 }
 
+struct Added {
+  std::size_t Count = 0;
+  bool Stopped = false;  // by Escape
+};
+
 /// Captures what was found. A key still held from stopping the search does not stop this, too.
-void AddFound(const ExtractionContext& context, const FoundPositions& found, bool escapeIsOld,
-              ScanStatus& status) {
+Added AddFound(const ExtractionContext& context, const FoundPositions& found, bool escapeIsOld,
+               ScanStatus& status) {
   PointStore& store = context.Store;
   const bool refreshList = context.Options.RefreshList != 0;
   for (std::size_t i = 1; i <= found.Count(); ++i) {
     const bool held = context.Verbs.EscapeHeld();
     escapeIsOld = escapeIsOld && held;
-    if (held && !escapeIsOld) return;
+    if (held && !escapeIsOld) return {i - 1, true};
     if (i % 10 == 0) {
       status.Show(static_cast<double>(i) / static_cast<double>(found.Count()) * 100);
       PumpProgress(context);
@@ -171,9 +179,24 @@ void AddFound(const ExtractionContext& context, const FoundPositions& found, boo
     MoveCursor(context, static_cast<float>(found.X(i - 1)), static_cast<float>(found.Y(i - 1)));
     if (AddValuePoint(store, context.Commands, context.Verbs, refreshList, store.CurrentX,
                       store.CurrentY))
-      return;
+      return {i - 1};
     if (refreshList) PumpProgress(context);
   }
+  return {found.Count()};
+}
+
+/// What the status panel says afterwards, where there is something to say that the picture and the
+/// number of points do not show.
+std::string ResultText(const std::string& before, const FoundPositions& found, bool searchStopped,
+                       const Added& added, bool adds) {
+  const auto count = static_cast<long long>(added.Count);
+  if (added.Stopped && found.IsComplete() && !searchStopped)
+    return "Stopped: " + std::to_string(added.Count) + " of " +
+           PointCount(static_cast<long long>(found.Count())) + " captured";
+  if (added.Stopped || (searchStopped && adds))
+    return "Stopped: " + PointCount(count) + " captured";
+  if (searchStopped) return "Stopped";
+  return found.Any() ? before : "No black pixels here: the scan finds nothing else";
 }
 
 }  // namespace
@@ -205,16 +228,18 @@ void Scan(const ExtractionContext& context, const ScanRectangle& rectangle) {
   // One more than there is room for: the store then says that it is full.
   const int wanted = adds ? std::max(store.MaxPoints - store.CaptureCount, 0) + 1 : 0;
 
+  const std::string before = context.Status.Status;
   ScanStatus status(context.Status);
   context.Verbs.Pump();
   FoundPositions found(wanted);
   const bool stopped = !Search(context, columns, rows, found, status);
   found.Sort();
   status.Show(100);
-  if (adds) AddFound(context, found, stopped, status);
+  const Added added = adds ? AddFound(context, found, stopped, status) : Added{};
   status.Show(100);
   ShowResult(context);
   context.Store.NPoints = store.ListCount;
+  context.Status.Status = ResultText(before, found, stopped, added, adds);
 }
 
 }  // namespace graphize

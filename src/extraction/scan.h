@@ -24,8 +24,9 @@ bool ReleaseScanRectangle(ScanRectangle& rectangle);
 /// to bottom. An increment below 1 is taken as 1, and its box is corrected.
 ///
 /// Escape ends the search, what was found by then, in the first columns, is captured; Escape anew,
-/// or a full store, ends the capturing. Increments and positions beyond 16 bits are the run-time
-/// error "Overflow".
+/// or a full store, ends the capturing. The status panel then says how many were captured, and when
+/// nothing was found; else it is as before. Increments and positions beyond 16 bits are the
+/// run-time error "Overflow".
 void Scan(const ExtractionContext& context, const ScanRectangle& rectangle);
 
 }  // namespace graphize

@@ -185,7 +185,7 @@ void TraceSmooth(const ExtractionContext& context, float x, float y) {
       break;
     limit = column + 1 + trace.XIncrement;
   }
-  ShowResult(context);
+  EndTrace(trace);
 }
 
 }  // namespace graphize

@@ -402,7 +402,37 @@ TEST(CurveTracer, TheEndShowsTheNewestPointAndItsReading) {
   EXPECT_EQ(records.Cursor.YValue, "2.00000E+0");
   EXPECT_EQ(records.Store.Page.Lines[2].Point, 3);
   EXPECT_EQ(records.Store.NPoints, 3);
-  EXPECT_EQ(records.Status.Status, "before");
+}
+
+TEST(CurveTracer, TheStatusPanelTellsWhatHasComeOut) {
+  const Rows line = {".....", ".....", ".....", "#####", "....."};
+  const struct {
+    float Row;
+    bool Capture, Checked;
+    int Room, EscapeAfter;
+    const char* Status;
+  } cases[] = {
+      {3, true, true, 100, -1, "4 points captured"},
+      {3, false, true, 100, -1, "4 points marked"},
+      {3, true, true, 100, 1, "Stopped: 1 point captured"},
+      {3, true, true, 100, 0, "Stopped: 0 points captured"},
+      {3, true, true, 2, -1, "2 points captured"},
+      {3, true, false, 100, -1, "Nothing to capture: no point of the curve is checked"},
+      {0, true, true, 100, -1, "No curve here: the tracers follow only black pixels"},
+      {0, false, false, 100, -1, "No curve here: the tracers follow only black pixels"},
+  };
+  for (const auto& c : cases) {
+    ScriptedDesktop desktop;
+    desktop.EscapeAfter = c.EscapeAfter;
+    if (c.Room < 4) desktop.ExpectMessage("You reached the limit of data that can be stored.");
+    ExtractionRecords records(line);
+    records.Control.Yrange = "1";
+    records.CapturePressed = c.Capture;
+    records.Store.MaxPoints = static_cast<std::int16_t>(c.Room);
+    records.Check(c.Checked, false, false);
+    TraceNew(records.With(desktop), 0, c.Row);
+    EXPECT_EQ(records.Status.Status, c.Status);
+  }
 }
 
 TEST(CurveTracer, TheListFollowsEveryPointOrWaitsForTheEnd) {

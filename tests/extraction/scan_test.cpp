@@ -283,6 +283,7 @@ TEST(Scan, EscapeReleasedAndHeldAnewEndsTheCapturing) {
   verbs.EscapeHeld = [&] { return held.at(question++) == '#'; };
   Scan(records.With(verbs), Around(0, 0, 599, 1999));
   EXPECT_EQ(records.Store.CaptureCount, 4);
+  EXPECT_EQ(records.Status.Status, "Stopped: 4 points captured");
 }
 
 TEST(Scan, AFullStoreHoldsTheFirstColumnsOfACrowdedPage) {
@@ -306,6 +307,7 @@ TEST(Scan, EscapeAndAFullStoreEndTheCapturing) {
   records.Control.Xrange = records.Control.Yrange = "1";
   Scan(records.With(desktop), Around(0, 0, 3, 1));
   EXPECT_EQ(records.Captured(), "0,0 0,1 1,0 1,1 2,0");
+  EXPECT_EQ(records.Status.Status, "Stopped: 5 of 8 points captured");
 
   for (const int capacity : {0, 5, 8}) {
     ScriptedDesktop asked;
@@ -316,6 +318,30 @@ TEST(Scan, EscapeAndAFullStoreEndTheCapturing) {
     Scan(full.With(asked), Around(0, 0, 3, 1));
     EXPECT_EQ(full.Store.CaptureCount, capacity);
     EXPECT_EQ(test::Show(full.Image), (Rows{"????", "????"}));
+  }
+}
+
+TEST(Scan, FindingNothingAndBeingStoppedAtOnceAreTold) {
+  const struct {
+    const char* Pixel;
+    bool Capture;
+    int EscapeAfter;
+    const char* Status;
+  } cases[] = {
+      {".", true, -1, "No black pixels here: the scan finds nothing else"},
+      {".", false, -1, "No black pixels here: the scan finds nothing else"},
+      {"#", true, -1, "before"},
+      {"#", false, -1, "before"},
+      {"#", true, 0, "Stopped: 0 points captured"},
+      {"#", false, 0, "Stopped"},
+  };
+  for (const auto& c : cases) {
+    ScriptedDesktop desktop;
+    desktop.EscapeAfter = c.EscapeAfter;
+    ExtractionRecords records({c.Pixel});
+    records.CapturePressed = c.Capture;
+    Scan(records.With(desktop), Around(0, 0, 0, 0));
+    EXPECT_EQ(records.Status.Status, c.Status) << c.Pixel << c.Capture << c.EscapeAfter;
   }
 }
 
