@@ -35,16 +35,26 @@ std::vector<Span> Dashes(const GridLine& line) {
   return dashes;
 }
 
-/// How long a break may be to count as the line's pattern: from the breaks inside the plot.
-int LongestBreak(const std::vector<Span>& dashes, Span plot) {
-  std::vector<double> breaks;
+/// How long a break may be: to count as the line's pattern, and for the line to go on behind it.
+struct BreakLimits {
+  int Pattern = 4, Piece = 4;
+};
+
+/// From the breaks inside the plot. The line goes on where one dash is missing: one whose pixels
+/// happen to lie thicker than usual looks like something else's.
+BreakLimits LongestBreaks(const std::vector<Span>& dashes, Span plot) {
+  std::vector<double> breaks, lengths;
   for (std::size_t i = 1; i < dashes.size(); ++i) {
-    if (dashes[i - 1].Last >= plot.First && dashes[i].First <= plot.Last)
+    if (dashes[i - 1].Last >= plot.First && dashes[i].First <= plot.Last) {
       breaks.push_back(dashes[i].First - dashes[i - 1].Last - 1);
+      lengths.push_back(dashes[i].Length());
+    }
   }
-  if (breaks.size() < 4) return 4;
+  if (breaks.size() < 4) return {};
   std::sort(breaks.begin(), breaks.end());
-  return std::clamp(static_cast<int>(2 * breaks[breaks.size() * 3 / 4]), 4, 64);
+  const double usual = breaks[breaks.size() * 3 / 4];
+  const int pattern = std::clamp(static_cast<int>(2 * usual), 4, 64);
+  return {pattern, pattern + static_cast<int>(std::min(Median(lengths), usual))};
 }
 
 }  // namespace
@@ -52,10 +62,9 @@ int LongestBreak(const std::vector<Span>& dashes, Span plot) {
 void FindPieces(GridLine& line) {
   const Span plot = line.Plot;
   const std::vector<Span> dashes = Dashes(line);
-  const int longest = LongestBreak(dashes, plot);
-  std::vector<double> lengths, breaks;
+  const auto [longest, longestInPiece] = LongestBreaks(dashes, plot);
   for (const Span& dash : dashes) {
-    if (!line.Pieces.empty() && dash.First - line.Pieces.back().Last - 1 <= longest)
+    if (!line.Pieces.empty() && dash.First - line.Pieces.back().Last - 1 <= longestInPiece)
       line.Pieces.back().Last = dash.Last;
     else
       line.Pieces.push_back(dash);

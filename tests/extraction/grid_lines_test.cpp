@@ -350,6 +350,42 @@ TEST(GridLines, AClickRemovesTheNearestLineAlone) {
   }
 }
 
+TEST(GridLines, DotsOfUnevenSizesGoUpToTheFrame) {
+  PlotDrawing drawing(900, 700, 100, 120, 800, 600, 3);
+  drawing.Frame({});
+  Raster picture = drawing.Picture();
+  const Positions atV = {1 / 6.0, 0.5, 5 / 6.0};
+  // Every dot is stamped at three places a third of a pixel apart: it is 2 or 3 pixels wide and
+  // high as the rounding wants it.
+  constexpr int kSteps = 2100;
+  for (const double v : atV) {
+    for (int i = 0; i <= kSteps; ++i) {
+      if (i / 3 % 6 != 0) continue;
+      const PixelPosition at = drawing.Place(static_cast<double>(i) / kSteps, v);
+      const int x = static_cast<int>(std::lround(at.X)), y = static_cast<int>(std::lround(at.Y));
+      for (const int row : {y - 1, y})
+        for (const int column : {x - 1, x}) picture.Row(row)[column] = kBlackPixel;
+    }
+  }
+  Drawn drawn{.Calibration = drawing.Calibration()};
+  SetPicture(drawn.Image, std::move(picture));
+  for (const double v : atV) {
+    const PixelPosition click = drawing.Place(0.4, v);
+    EXPECT_EQ(
+        Remove(drawn, GridDirection::Y, false, static_cast<int>(click.X), static_cast<int>(click.Y))
+            .Lines,
+        1);
+    int left = 0;
+    const PixelPosition first = drawing.Place(0, v), last = drawing.Place(1, v);
+    for (int x = static_cast<int>(first.X) + 3; x <= static_cast<int>(last.X) - 3; ++x) {
+      const double row = first.Y + (last.Y - first.Y) * (x - first.X) / (last.X - first.X);
+      for (int aside = -4; aside <= 4; ++aside)
+        left += IsBlack(drawn.Image, x, static_cast<int>(std::lround(row)) + aside) ? 1 : 0;
+    }
+    EXPECT_LE(left, 2) << v;
+  }
+}
+
 TEST(GridLines, UndoBringsEverythingBackAndASecondRunFindsNothingMore) {
   Drawn drawn = Draw({.Name = "", .Grid = {.Thickness = 2}, .Degrees = 1});
   const Raster before = drawn.Image.Pixels.Clone();
