@@ -101,6 +101,14 @@ bool IsThrough(const MapPixel& point, const GridLine& line) {
   return std::abs(line.RowAt(point.Column) - point.Row) <= 2.5 + 0.5 * line.Thickness;
 }
 
+/// Whether the line runs between the two reference points across it: where the plot goes on beyond
+/// it on both sides it is no frame, whatever is left of the sides that meet it.
+bool IsInside(const PlotPlace& place, const GridLine& line) {
+  if (IsThrough(place.Origin, line) || IsThrough(place.Across, line)) return false;
+  return (line.RowAt(place.Origin.Column) < place.Origin.Row) !=
+         (line.RowAt(place.Across.Column) < place.Across.Row);
+}
+
 /// A side of the frame has a corner at either end; of two axes alone, at one.
 bool IsFrameSide(const BlackMap& map, const PlotPlace& place, const GridLine& line, int inward) {
   if (!IsSolid(line)) return false;
@@ -153,6 +161,7 @@ std::vector<bool> FindFrame(const BlackMap& map, const PlotPlace& place,
   if (first == lines.end()) return frame;
   const auto last = std::find_if(lines.rbegin(), lines.rend(), IsSolid).base() - 1;
   for (const auto& [side, inward] : {std::pair{first, 1}, std::pair{last, -1}}) {
+    if (IsInside(place, *side)) continue;
     if (IsFrameSide(map, place, *side, inward) ||
         (side->Coverage < kUnbroken && IsThrough(place.Across, *side)))
       frame[static_cast<std::size_t>(side - lines.begin())] = true;

@@ -26,7 +26,7 @@ bool IsAxis(const PlotPlace& place, const GridLine& line);
 
 /// Which of `lines` (in order of rows) are the axis line through the origin or a side of the frame:
 /// where the upright sides end (of an upright axis alone, the one side), or, should all be broken,
-/// the outermost line through a reference point.
+/// the outermost line through a reference point. A line between the reference points is neither.
 std::vector<bool> FindFrame(const BlackMap& map, const PlotPlace& place,
                             const std::vector<GridLine>& lines);
 

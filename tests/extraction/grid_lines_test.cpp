@@ -303,6 +303,35 @@ TEST(GridLines, TheFrameGoesOnlyWhenItWasClicked) {
   }
 }
 
+TEST(GridLines, WithASideOfTheFrameGoneTheNextLineIsStillGrid) {
+  struct Grid {
+    Stroke Line;
+    int AtU, AtV;  // intervals; many: they are no longer than ticks
+  };
+  for (const Grid& grid : {Grid{{}, 8, 6}, Grid{{.Dash = 6, .Gap = 4}, 8, 6}, Grid{{}, 29, 23},
+                           Grid{{.Thickness = 2}, 29, 23}}) {
+    for (const double degrees : {0.0, 1.5}) {
+      const Scene scene{.Name = "",
+                        .Grid = grid.Line,
+                        .Curve = nullptr,
+                        .Degrees = degrees,
+                        .AtU = Linear(grid.AtU),
+                        .AtV = Linear(grid.AtV)};
+      for (const bool first : {true, false}) {
+        SCOPED_TRACE(std::to_string(grid.AtU) + ", " + std::to_string(degrees) + " degrees");
+        Drawn across = Draw(scene), upright = Draw(scene);
+        const PixelPosition corner = first ? across.TopLeft : across.BottomRight;
+        const auto column = static_cast<int>(corner.X), row = static_cast<int>(corner.Y);
+        const int inward = first ? 5 : -5;
+        EXPECT_EQ(Remove(across, GridDirection::Y, false, column + inward, row).Lines, 1);
+        EXPECT_EQ(Remove(across, GridDirection::Y).Lines, grid.AtV - 1);
+        EXPECT_EQ(Remove(upright, GridDirection::X, false, column, row + inward).Lines, 1);
+        EXPECT_EQ(Remove(upright, GridDirection::X).Lines, grid.AtU - 1);
+      }
+    }
+  }
+}
+
 TEST(GridLines, TwoAxesStayAlsoWhereTheReferencePointsLieInside) {
   for (const double degrees : {0.0, 1.5}) {
     PlotDrawing drawing(570, 420, 60, 40, 540, 376, degrees);
