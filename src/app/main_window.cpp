@@ -84,8 +84,8 @@ void MainWindow::FitSidePanel() {
 }
 
 void MainWindow::PlaceZoom() {
-  // Below the panels where there is room, so that nothing of the picture is covered; else in its
-  // lower right corner.
+  // Below the panels that are shown where there is room, so that nothing of the picture is covered;
+  // else in its lower right corner.
   constexpr int kMargin = 8;
   const QSize size = zoom_->sizeHint();
   const QRect picture = pictureArea_->geometry();
@@ -93,7 +93,8 @@ void MainWindow::PlaceZoom() {
   const QRect side(sidePanel_->x(), picture.y(), sidePanel_->width(),
                    picture.height() + horizontal_->sizeHint().height());
   const int panels = readOut_->sizeHint().height() + dataList_->sizeHint().height() +
-                     std::max(axisPanel_->sizeHint().height(), tracerPanel_->sizeHint().height());
+                     (ws_.window.AxisPanelShown ? axisPanel_->sizeHint().height()
+                                                : tracerPanel_->sizeHint().height());
   const bool fits = panels + size.height() + 3 * kMargin <= side.height();
   const QPoint corner = fits ? side.bottomRight() - QPoint((side.width() - size.width()) / 2, 0)
                              : picture.bottomRight() - QPoint(kMargin, 0);
@@ -161,6 +162,7 @@ void MainWindow::RenderModeFrame() {
   if (axisPanel_->isHidden() != ws_.window.AxisPanelShown) return;
   axisPanel_->setVisible(ws_.window.AxisPanelShown);
   tracerPanel_->setVisible(!ws_.window.AxisPanelShown);
+  PlaceZoom();
   if (!ws_.window.AxisPanelShown) return;
   // On a small screen the boxes to fill in now are brought into sight.
   QTimer::singleShot(0, this, [this] { sidePanel_->ensureWidgetVisible(axisPanel_); });

@@ -141,5 +141,34 @@ TEST_F(Extraction, AGridIsWipedOutAndTheTracerFollowsTheCurve) {
   EXPECT_TRUE(IsBlack(State().plot, 450, row));
 }
 
+TEST_F(Extraction, TheZoomWindowCoversNothingWhereThereIsRoomForIt) {
+  Start();
+  OpenSample("pendulum.bmp");
+  CalibratePendulum();
+  const auto* zoom = Find<QWidget>("FRM_Zoom");
+  const auto place = [&](const QWidget* widget) {
+    return QRect(widget->mapToGlobal(QPoint()), widget->size());
+  };
+  for (const int height : {1000, 860, 640}) {
+    Window().resize(1200, height);
+    for (const char* mode : {"graphize", "axisdef", "graphize"}) {
+      ClickTool(mode);
+      Settle();
+      ASSERT_TRUE(zoom->isVisible());
+      EXPECT_TRUE(place(&Window()).contains(place(zoom))) << height;
+      int panelsEnd = 0;
+      for (const char* panel : {"FRM_Tracer", "FRM_AxisDef"})
+        if (Find<QWidget>(panel)->isVisible()) panelsEnd = place(Find<QWidget>(panel)).bottom();
+      const bool overPicture = place(zoom).intersects(place(Find<QWidget>("Plot")->parentWidget()));
+      const int room = place(Find<QWidget>("HPScroll")).bottom() - panelsEnd;
+      EXPECT_TRUE(overPicture || place(zoom).top() > panelsEnd);
+      constexpr int kMargins = 16;
+      if (room < zoom->height() || room >= zoom->height() + kMargins) {
+        EXPECT_EQ(overPicture, room < zoom->height()) << height << ' ' << mode;
+      }
+    }
+  }
+}
+
 }  // namespace
 }  // namespace graphize::test
