@@ -191,6 +191,27 @@ std::vector<CurvePlot> CurvesOnGrids() {
   };
 }
 
+/// The reduction sees a colour's luminance alone; this is that of the blue of many plots, #1f77b4,
+/// as darkness: 1 is black, and 0.5 is the threshold.
+constexpr double kBlue = 0.61;
+
+/// Thin lines in colour, drawn antialiased: what the reduction leaves of them.
+std::vector<CurvePlot> ColouredCurves() {
+  std::vector<CurvePlot> plots;
+  for (const auto& [pixels, thickness] : {std::pair{"1 pixel", 1.0}, {"2 pixels", 2.0}}) {
+    for (const char* increment : {"2", "8"}) {
+      plots.push_back({.Name = "blue line of " + std::string(pixels) +
+                               ", antialiased, reduced, X increment " + increment,
+                       .Goal = kNone,
+                       .Y = Sine,
+                       .Line = {.Thickness = thickness, .Darkness = kBlue},
+                       .Grey = true,
+                       .XIncrement = increment});
+    }
+  }
+  return plots;
+}
+
 std::vector<CurvePlot> HardCurves() {
   const Function crossing = [](double u) { return 0.15 + 0.7 * u; };
   return {
@@ -254,7 +275,7 @@ double Axes::VOf(double y) const {
 
 std::vector<CurvePlot> CurvePlots() {
   std::vector<CurvePlot> plots = CleanCurves();
-  for (const auto& more : {CurvesOnGrids(), HardCurves()})
+  for (const auto& more : {CurvesOnGrids(), HardCurves(), ColouredCurves()})
     plots.insert(plots.end(), more.begin(), more.end());
   return plots;
 }

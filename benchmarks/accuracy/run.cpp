@@ -58,7 +58,9 @@ DrawnCurve Draw(const CurvePlot& plot, bool alone) {
   PlotDrawing& drawing = drawn.Drawing;
   if (!alone && plot.Grid) plot.Grid(drawing);
   const Function v = [&](double u) { return plot.Values.VOf(plot.Y(plot.Values.XAt(u))); };
-  drawn.Course = drawing.Curve(v, plot.Line, plot.First, plot.Last);
+  Stroke line = plot.Line;
+  if (alone) line.Darkness = 1;  // all of it is to be found, whatever its colour
+  drawn.Course = drawing.Curve(v, line, plot.First, plot.Last);
   if (plot.LabelAt) {
     const PixelPosition at = drawing.Place(*plot.LabelAt, v(*plot.LabelAt));
     drawing.Blank({at.X - 6.5, at.Y - 20}, {at.X + 6.5, at.Y + 20});

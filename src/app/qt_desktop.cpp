@@ -20,23 +20,30 @@ namespace graphize {
 
 namespace {
 
-constexpr qint64 kPumpEvery = 30;    // ms: often enough to look live, cheap enough for a tracer
-constexpr qint64 kLongCommand = 250;  // ms: input that comes later is meant for the window as it was
+constexpr qint64 kPumpEvery = 30;  // ms: often enough to look live, cheap enough for a tracer
+constexpr qint64 kLongCommand =
+    250;  // ms: input that comes later is meant for the window as it was
 
 QMessageBox::Icon IconOf(MessageIcon icon) {
   switch (icon) {
-    case MessageIcon::Information: return QMessageBox::Information;
-    case MessageIcon::Question: return QMessageBox::Question;
-    case MessageIcon::Exclamation: return QMessageBox::Warning;
-    case MessageIcon::Critical: return QMessageBox::Critical;
+    case MessageIcon::Information:
+      return QMessageBox::Information;
+    case MessageIcon::Question:
+      return QMessageBox::Question;
+    case MessageIcon::Exclamation:
+      return QMessageBox::Warning;
+    case MessageIcon::Critical:
+      return QMessageBox::Critical;
   }
   return QMessageBox::NoIcon;
 }
 
 QMessageBox::StandardButtons ButtonsOf(MessageButtons buttons) {
   switch (buttons) {
-    case MessageButtons::Ok: return QMessageBox::Ok;
-    case MessageButtons::YesNo: return QMessageBox::Yes | QMessageBox::No;
+    case MessageButtons::Ok:
+      return QMessageBox::Ok;
+    case MessageButtons::YesNo:
+      return QMessageBox::Yes | QMessageBox::No;
     case MessageButtons::YesNoCancel:
       return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
   }
@@ -45,10 +52,14 @@ QMessageBox::StandardButtons ButtonsOf(MessageButtons buttons) {
 
 Answer AnswerOf(int button) {
   switch (button) {
-    case QMessageBox::Yes: return Answer::Yes;
-    case QMessageBox::No: return Answer::No;
-    case QMessageBox::Cancel: return Answer::Cancel;
-    default: return Answer::Ok;
+    case QMessageBox::Yes:
+      return Answer::Yes;
+    case QMessageBox::No:
+      return Answer::No;
+    case QMessageBox::Cancel:
+      return Answer::Cancel;
+    default:
+      return Answer::Ok;
   }
 }
 
@@ -110,8 +121,8 @@ bool IsForStopButton(const QObject* watched, QEvent* event) {
   if (const auto* mouse = dynamic_cast<QMouseEvent*>(event)) {
     target = QApplication::widgetAt(mouse->globalPosition().toPoint());
   } else if (const auto* key = dynamic_cast<QKeyEvent*>(event)) {
-    const bool presses = key->key() == Qt::Key_Space || key->key() == Qt::Key_Return ||
-                         key->key() == Qt::Key_Enter;
+    const bool presses =
+        key->key() == Qt::Key_Space || key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter;
     target = presses ? QApplication::focusWidget() : nullptr;
   }
   return target != nullptr && target->property(kStopsCommand).toBool();
@@ -211,8 +222,8 @@ void QtDesktop::Pump(bool always) {
 bool QtDesktop::eventFilter(QObject* watched, QEvent* event) {
   if (!pumping_ && !swallowEscape_) return false;
   const QEvent::Type type = event->type();
-  const bool isKey = type == QEvent::KeyPress || type == QEvent::KeyRelease ||
-                     type == QEvent::ShortcutOverride;
+  const bool isKey =
+      type == QEvent::KeyPress || type == QEvent::KeyRelease || type == QEvent::ShortcutOverride;
   if (isKey && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
     const bool repeat = static_cast<QKeyEvent*>(event)->isAutoRepeat();
     if (pumping_) {
@@ -223,7 +234,7 @@ bool QtDesktop::eventFilter(QObject* watched, QEvent* event) {
     // The key that stopped a command does not also close the box that opens next: its repeats and
     // its release are dropped, and the next press counts again.
     escape_.Forget();
-    if (type != QEvent::KeyRelease && repeat) return true;
+    if (repeat) return true;  // presses and, between them, releases
     swallowEscape_ = false;
     return type == QEvent::KeyRelease;
   }

@@ -1,0 +1,59 @@
+// The Escape that stops a command, held down on real keys.
+
+#include <QKeyEvent>
+#include <QTimer>
+
+#include "app/window_driver.h"
+
+namespace graphize::test {
+namespace {
+
+/// Counts what the keyboard repeats while a key is held.
+class Repeats : public QObject {
+ public:
+  Repeats() { qApp->installEventFilter(this); }
+  int Count = 0;
+
+ private:
+  bool eventFilter(QObject*, QEvent* event) override {
+    const bool repeated =
+        event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->isAutoRepeat();
+    Count += repeated ? 1 : 0;
+    return false;
+  }
+};
+
+class StoppingKey : public WindowTest {};
+
+TEST_F(StoppingKey, DoesNotCloseTheBoxThatOpensWhileItIsHeld) {
+  QWidget window;
+  window.show();
+  Until([&] { return window.isActiveWindow(); }, "the window is active");
+  QtDesktop desktop(&window, &window, [] {});
+  const Repeats repeats;
+  desktop.BeginCommand();
+  Xdo({"keydown", "Escape"});
+  EXPECT_TRUE(desktop.Verbs().EscapeHeld());
+
+  bool openWhileHeld = false, openAfterwards = false;
+  const auto isOpen = [] { return QApplication::activeModalWidget() != nullptr; };
+  QTimer timer;
+  QObject::connect(&timer, &QTimer::timeout, &window, [&] {
+    if (!isOpen() || !QApplication::activeModalWidget()->isActiveWindow()) return;
+    timer.stop();
+    const int before = repeats.Count;
+    Until([&] { return !isOpen() || repeats.Count >= before + 10; }, "the key repeats");
+    openWhileHeld = isOpen();
+    Xdo({"keyup", "Escape"});
+    openAfterwards = isOpen();
+    Xdo({"key", "Escape"});
+  });
+  timer.start(20);
+  desktop.Verbs().ShowMessage({.Text = "The store is full"});
+  EXPECT_TRUE(openWhileHeld);
+  EXPECT_TRUE(openAfterwards) << "and its release";
+  EXPECT_FALSE(isOpen()) << "a press of its own closes it";
+}
+
+}  // namespace
+}  // namespace graphize::test
