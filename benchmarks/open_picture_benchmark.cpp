@@ -147,6 +147,7 @@ void CheckBlackAndWhite(benchmark::State& state) {
 BENCHMARK(CheckBlackAndWhite)->Unit(benchmark::kMillisecond);
 
 void Reduce(benchmark::State& state) {
+  Magick::InitializeMagick(nullptr);
   const Raster page = DrawPage(0xfff0e8d0u, 0xff203050u);
   double ours = 0, library = 0;
   for (auto _ : state) {

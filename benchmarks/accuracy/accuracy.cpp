@@ -2,6 +2,7 @@
 // docs/accuracy.md; the exit status is 1 when one misses its target.
 
 #include <charconv>
+#include <cmath>
 #include <cstdio>
 #include <exception>
 #include <optional>
@@ -18,6 +19,10 @@ std::string Fixed(double value, int decimals) {
   const auto end =
       std::to_chars(text, text + sizeof text, value, std::chars_format::fixed, decimals);
   return std::string(text, end.ptr);
+}
+
+std::string Pixels(double value) {
+  return std::isinf(value) ? "-" : Fixed(value, 2);
 }
 
 std::string Percent(double part) {
@@ -53,10 +58,10 @@ class Table {
     missed_ += met ? 0 : 1;
     ++rows_;
     withTarget_ += judged ? 1 : 0;
-    std::printf("| %s | %s | %d | %.2f | %.2f | %s | %s | %s | %s |\n", plot.c_str(), way,
-                accuracy.Points, accuracy.Median, accuracy.Percentile95,
-                Percent(accuracy.Coverage).c_str(), Percent(accuracy.FalsePart).c_str(),
-                TextOf(target).c_str(),
+    std::printf("| %s | %s | %d | %s | %s | %s | %s | %s | %s |\n", plot.c_str(), way,
+                accuracy.Points, Pixels(accuracy.Median).c_str(),
+                Pixels(accuracy.Percentile95).c_str(), Percent(accuracy.Coverage).c_str(),
+                Percent(accuracy.FalsePart).c_str(), TextOf(target).c_str(),
                 !judged ? "-"
                 : met   ? "yes"
                         : "**no**");

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <random>
 
 #include "base/number_pattern.h"
@@ -42,10 +43,13 @@ PixelPosition OnPaper(const PlotDrawing& drawing) {
   return drawing.Place(0.45, 1.06);
 }
 
-/// The curve's first place that is not in the frame.
-PixelPosition StartOf(const std::vector<PixelPosition>& course) {
-  const auto inside = [](PixelPosition at) { return at.X > kLeft + 4; };
-  return *std::find_if(course.begin(), course.end(), inside);
+/// The curve's first place that is black and not in the frame.
+PixelPosition StartOf(const std::vector<PixelPosition>& course, const Raster& picture) {
+  const auto isStart = [&](PixelPosition at) {
+    const std::uint32_t* row = picture.Row(static_cast<int>(std::lround(at.Y)));
+    return at.X > kLeft + 4 && IsBlackPixel(row[std::lround(at.X)]);
+  };
+  return *std::find_if(course.begin(), course.end(), isStart);
 }
 
 struct DrawnCurve {
@@ -81,7 +85,8 @@ Accuracy Run(const CurvePlot& plot, Tracer tracer) {
   if (plot.Grid) digitizer.WipeGrid(OnPaper(drawn.Drawing));
   if (plot.Blocker)
     digitizer.PaintBlocker(drawn.Drawing.Place(plot.Blocker->X, plot.Blocker->Y), 7);
-  digitizer.Trace(tracer, StartOf(drawn.Course), plot.XIncrement, plot.YIncrement);
+  digitizer.Trace(tracer, StartOf(drawn.Course, drawn.Drawing.Picture()), plot.XIncrement,
+                  plot.YIncrement);
   return MeasureCurve(digitizer.Points(AxesOf(drawn.Drawing, plot.Values)), drawn.Course,
                       Draw(plot, true).Drawing.Picture());
 }
