@@ -6,9 +6,9 @@
 namespace graphize {
 
 /// Whether a followed line is one of the plot's grid or frame, and not a flat piece of a curve, a
-/// row of symbols or a line of text: it spans the plot (columns `plot`, or most of it when
-/// something lies over it), its breaks are a pattern, it keeps to the
-/// calibrated angle, and where it ends no stroke goes on.
+/// row of symbols or a line of text: it spans the plot (its own `Plot`, or most of it when
+/// something lies over it), its breaks are a pattern, it keeps to the calibrated angle, and where
+/// it ends no stroke goes on.
 bool IsGridLine(const BlackMap& map, const GridLine& line);
 
 /// The same for a line that somebody pointed at: a good part of the plot is enough.

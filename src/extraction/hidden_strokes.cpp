@@ -9,8 +9,15 @@ namespace graphize {
 
 namespace {
 
-/// Beyond this a shape is no stroke but a blot: rows.
-constexpr int kThickestStroke = 40;
+// Chosen, like those of the ends and their links, on the plots of the tests and of the accuracy
+// report.
+constexpr int kThickestStroke = 40;  // rows: beyond this a shape is no stroke but a blot
+constexpr double kLeastMargin =
+    0.5;                           // columns to either side of a crossing's edges: their rounding
+constexpr double kLeastRun = 0.1;  // columns per row: an upright stroke's, so that arcs are finite
+// A thickness is a stroke's own, and no bump, when it lasts for so many columns and for so large a
+// part of them, one in so many.
+constexpr int kLastingColumns = 3, kLastingPart = 10;
 
 int Rounded(double value) {
   return static_cast<int>(std::lround(value));
@@ -104,7 +111,7 @@ void HiddenStrokes::KeepCrossing(const StrokeEnd& left, const StrokeEnd& right) 
   for (int x = reach.First; x <= reach.Last; ++x) {
     const int rows = ThicknessAt(x);
     // No column of the way between may be left out.
-    const double margin = std::max(0.5, 0.5 * (gap.Length() + 1) / (rows + 1));
+    const double margin = std::max(kLeastMargin, 0.5 * (gap.Length() + 1) / (rows + 1));
     for (int row = 0; row < rows; ++row) {
       const double part = (row + 1.0) / (rows + 1.0);
       const double first = left.Columns.First + part * (right.Columns.First - left.Columns.First);
@@ -122,8 +129,8 @@ void HiddenStrokes::KeepTouch(const StrokeEnd& left, const StrokeEnd& right) {
       Keep(left.Side, x, 0, ThicknessAt(x) - 1);
     return;
   }
-  const double run = std::max(0.1, 0.5 * (std::max(left.RightRun, std::abs(left.Lean)) +
-                                          std::max(right.LeftRun, std::abs(right.Lean))));
+  const double run = std::max(kLeastRun, 0.5 * (std::max(left.RightRun, std::abs(left.Lean)) +
+                                                std::max(right.LeftRun, std::abs(right.Lean))));
   const int thickness = std::max(left.Thickness, right.Thickness);
   std::vector<double> rows;
   for (int x = gap.First; x <= gap.Last; ++x) {
@@ -139,7 +146,7 @@ int HiddenStrokes::FullThickness(const StrokeEnd& end) const {
   std::vector<int> columns(kThickestStroke + 1, 0);
   for (int x = end.Columns.First; x <= end.Columns.Last; ++x)
     ++columns[BlackBeyond(map_, band_, end.Side, x, kThickestStroke)];
-  const int lasting = std::max(3, end.Columns.Length() / 10);
+  const int lasting = std::max(kLastingColumns, end.Columns.Length() / kLastingPart);
   int thickness = kThickestStroke;
   for (int shown = columns[thickness]; thickness > 1 && shown < lasting;)
     shown += columns[--thickness];

@@ -128,9 +128,24 @@ void SearchRow(PlotImage& image, Colour colour, const GridRange& columns, int y,
   });
 }
 
-/// Searches all columns; false when Escape ended it: then the first columns alone, all their rows,
-/// and of them the part that was done of the work by then. The raster is read row by row, the
-/// order of its memory: column by column takes many times as long.
+/// The black pixels of the rows before `done` have been found, in all columns. Turns that into as
+/// much work on whole columns, which is what a stopped scan has to show: takes back what lies right
+/// of them and finds what is missing in them.
+void FinishFirstColumns(PlotImage& image, Colour colour, const GridRange& columns,
+                        const GridRange& rows, int done, std::size_t marksBefore,
+                        FoundPositions& found) {
+  const auto count =
+      static_cast<int>(static_cast<long long>(columns.Count()) * done / rows.Count());
+  const int end = columns.First + count * columns.Step;
+  TakeBackMarks(image, marksBefore, end);
+  found.DropColumnsFrom(end);
+  const GridRange first{columns.First, end - columns.Step, columns.Step};
+  for (int i = done; i < rows.Count(); ++i)
+    SearchRow(image, colour, first, rows.First + i * rows.Step, found);
+}
+
+/// Searches all columns; false when Escape ended it: then the first columns alone. The raster is
+/// read row by row, the order of its memory: column by column takes many times as long.
 bool Search(const ExtractionContext& context, const GridRange& columns, const GridRange& rows,
             FoundPositions& found, ScanStatus& status) {
   PlotImage& image = context.Image;
@@ -140,14 +155,7 @@ bool Search(const ExtractionContext& context, const GridRange& columns, const Gr
   for (int i = 0; i < rows.Count(); ++i) {
     if (i % rowsPerLook == 0) {
       if (context.Verbs.EscapeHeld()) {
-        const auto done =
-            static_cast<int>(static_cast<long long>(columns.Count()) * i / rows.Count());
-        const int end = columns.First + done * columns.Step;
-        const GridRange first{columns.First, end - columns.Step, columns.Step};
-        TakeBackMarks(image, marksBefore, end);
-        found.DropColumnsFrom(end);
-        for (; i < rows.Count(); ++i)
-          SearchRow(image, colour, first, rows.First + i * rows.Step, found);
+        FinishFirstColumns(image, colour, columns, rows, i, marksBefore, found);
         return false;
       }
       status.Show(100.0 * i / rows.Count());

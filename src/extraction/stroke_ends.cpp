@@ -12,8 +12,34 @@ namespace graphize {
 
 namespace {
 
-constexpr int kFollowedRows = 8;
-constexpr int kThickest = 14;  // rows: of a stroke that runs along the line
+// Chosen on the plots of the tests and of the accuracy report, which show what a change does:
+// curves of all thicknesses that meet lines at every angle, clean, turned and grainy.
+constexpr int kFollowedRows = 8;  // enough to tell a lean of one column per row from upright
+constexpr int kThickest = 14;     // rows: of a stroke that runs along the line
+// How far aside a stroke is followed, in columns beyond twice its own: a row that is black for
+// longer is another line.
+constexpr int kFollowedAside = 40;
+// A flat stroke beside upright ones is real when it leans more than the ragged edge of an upright
+// one can, in columns per row, or has a stretch of its own, in columns.
+constexpr double kRaggedLean = 3;
+constexpr int kRaggedColumns = 3;
+// A stroke whose middle moves no more than so many columns over its first rows is steep: its lean
+// is measured over all its rows, because single pixels blur it over a few.
+constexpr int kSteepColumns = 4;
+// A side of the stroke comes nearer to the line when it recedes by so many columns from row to row,
+// more than the line's own steps do; with a lean, in columns per row, it may do as much the other
+// way.
+constexpr int kStepOfLine = 2;
+constexpr double kLeans = 0.5;
+// A stroke that flattens is longer in its first row than its next one, times so much, by some
+// columns: very flat ones by at least kVeryFlat.Longer, others, seen over all rows, by any.
+constexpr double kLonger = 1.4;
+struct FlatStroke {
+  double Lean;    // columns per row
+  int Columns;    // in the first row
+  double Longer;  // columns
+};
+constexpr FlatStroke kVeryFlat{8, 16, 2}, kFlat{3, 5, 0.5};
 
 /// The columns of a stroke in every row away from the line.
 struct FollowedStroke {
@@ -30,7 +56,7 @@ class Follower {
   /// From the columns next to the line. Upright strokes are not followed, but what goes on behind
   /// them is.
   FollowedStroke Run(Span columns) {
-    const int reach = 2 * columns.Length() + 40;
+    const int reach = 2 * columns.Length() + kFollowedAside;
     columns_ = columns;
     window_ = {std::max(band_.Columns.First, columns.First - reach),
                std::min(band_.Columns.Last, columns.Last + reach)};
@@ -130,9 +156,9 @@ class Side {
     if (!flats.empty()) {
       const StrokeEnd flat = Flat({flats.front().First, flats.back().Last});
       // The ragged edges of an upright stroke are not a stroke of their own.
-      if (uprights.empty() || std::abs(flat.Lean) > 3 ||
+      if (uprights.empty() || std::abs(flat.Lean) > kRaggedLean ||
           std::any_of(flats.begin(), flats.end(),
-                      [](const Span& part) { return part.Length() >= 3; }))
+                      [](const Span& part) { return part.Length() >= kRaggedColumns; }))
         ends.push_back(flat);
       else
         uprights = {columns};
@@ -158,19 +184,21 @@ class Side {
       };
       int last = std::min(end.Height, std::max(next, 3));
       while (stroke.Rows[last].IsEmpty()) ++last;
-      if (std::abs(middle(last) - middle(1)) <= 4) last = end.Height;
+      if (std::abs(middle(last) - middle(1)) <= kSteepColumns) last = end.Height;
       end.Lean = (middle(last) - middle(1)) / (last - 1);
       // The line's own steps blur a step of the stroke: then its lean decides.
       const double left = stroke.Rows[next].First - columns.First;
       const double right = columns.Last - stroke.Rows[next].Last;
-      if (left >= 2 || (end.Lean > 0.5 && left > -2))
+      if (left >= kStepOfLine || (end.Lean > kLeans && left > -kStepOfLine))
         end.LeftRun = std::max(left / (next - 1), end.Lean);
-      if (right >= 2 || (end.Lean < -0.5 && right > -2))
+      if (right >= kStepOfLine || (end.Lean < -kLeans && right > -kStepOfLine))
         end.RightRun = std::max(right / (next - 1), -end.Lean);
-      const double longer = columns.Length() - 1.4 * stroke.Rows[next].Length();
-      end.Flattens = (std::abs(end.Lean) >= 8 && columns.Length() >= 16 && longer >= 2) ||
-                     (end.Height == kFollowedRows && std::abs(end.Lean) >= 3 &&
-                      columns.Length() >= 5 && longer >= 0.5);
+      const double longer = columns.Length() - kLonger * stroke.Rows[next].Length();
+      const auto isLike = [&](const FlatStroke& flat) {
+        return std::abs(end.Lean) >= flat.Lean && columns.Length() >= flat.Columns &&
+               longer >= flat.Longer;
+      };
+      end.Flattens = isLike(kVeryFlat) || (end.Height == kFollowedRows && isLike(kFlat));
     }
     if (!end.IsShallow()) return end;
     for (int x = columns.First; x <= columns.Last; ++x)

@@ -20,9 +20,14 @@ struct StrokeEnd {
   bool IsUpright = false;  // a long upright stroke, such as a line of the other direction
 
   double Middle() const { return 0.5 * (Columns.First + Columns.Last); }
-  /// Whether it runs along the line rather than across it.
+  /// Whether it runs along the line rather than across it: by its lean, or because it is longer
+  /// than a stroke that crosses is thick; a single row says little, and three columns of it are a
+  /// speck.
   bool IsShallow() const {
-    return Lean >= 2.5 || Lean <= -2.5 || Columns.Length() > (Height == 1 ? 3 : 5 * Height);
+    constexpr double kShallowLean = 2.5;  // columns per row: 22 degrees off the line
+    constexpr int kSpeck = 3, kLongest = 5;
+    return Lean >= kShallowLean || Lean <= -kShallowLean ||
+           Columns.Length() > (Height == 1 ? kSpeck : kLongest * Height);
   }
 };
 

@@ -9,16 +9,56 @@ namespace graphize {
 
 namespace {
 
+// Costs are sums of unlikenesses (logarithms of ratios) with these weights: 1 is a factor of e in
+// the one length that tells most. Chosen on the plots of the tests and of the accuracy report,
+// which show what a change does to the curves there.
+
+constexpr double kLeastRun =
+    0.05;  // columns per row: an upright stroke's, so that ratios are finite
+// Columns per row by which a steep stroke may lean away from where it is to go on: single pixels of
+// its edge make it lean as much.
+constexpr double kLeansAway = 0.5;
+
+// Crossings. Ends right opposite are almost certain: only their widths decide between them.
+constexpr double kOppositeWeight = 0.05;
+constexpr double kCrossing = 0.2;  // the least cost of a crossing that is not right opposite
+constexpr double kTurnWeight = 0.3;
+// The way through the line, beside what its lean wants: a curve bends, but not as far as this.
+constexpr double kShortestWay = 0.3, kLongestWay = 12;
+// A steep stroke, below so many columns per row, has no room to bend inside the line.
+constexpr double kSteepRun = 3, kLongestSteepWay = 3;
+// How much the lean may change inside the line: between two flat or two steep ends by an extreme's
+// (a factor of 12), from steep to flat only by a little (3.3) unless they almost touch.
+constexpr double kTurnOfSameKind = 2.5, kTurnOfOtherKind = 1.2;
+
+// Touches: rarer than crossings, so they cost more to begin with.
+constexpr double kTouch = 0.3;
+constexpr double kUnevenWeight = 0.2;
+// Columns of a gap, as a line's thickness times and plus, that is bridged whatever its depth.
+constexpr int kGapThicknesses = 3, kGapColumns = 4;
+
+constexpr int kBlackTenths = 8;  // of the way between two ends: a hidden stroke, but for grain
+// Steep ends whose widths differ by more than this factor are not both the one stroke's alone.
+constexpr double kWidthFactor = 4;
+
+// What is left over is linked across as many times its run as these, and some columns of rounding.
+constexpr int kShallowLeaps = 4, kSteepLeaps = 2, kLeapColumns = 2;
+// An upright stroke may hide the other end: not of one that goes straight into the line, and as far
+// as its lean takes it through the line, half as much again for its bend.
+constexpr double kStraight = 0.1;
+constexpr double kBendOfLean = 1.5;
+constexpr int kUprightColumns = 3;
+
 /// Columns per row of the stroke where it dips into the line on its right (step 1) or left side.
 double RunOf(const StrokeEnd& end, int step) {
   const double run = step > 0 ? end.RightRun : end.LeftRun;
-  return std::max(run > 0 ? run : std::abs(end.Lean), 0.05);
+  return std::max(run > 0 ? run : std::abs(end.Lean), kLeastRun);
 }
 
 /// Whether the stroke may go on inside the line on its right (step 1) or left side.
 bool Dips(const StrokeEnd& end, int step) {
   if (end.IsShallow()) return (step > 0 ? end.RightRun : end.LeftRun) > 0;
-  return end.Lean * step <= 0.5;
+  return end.Lean * step <= kLeansAway;
 }
 
 /// How much two lengths differ, as the logarithm of their ratio.
@@ -80,18 +120,20 @@ class Linker {
 
   std::optional<double> CrossingCost(const StrokeEnd& left, const StrokeEnd& right,
                                      Span gap) const {
-    if (gap.Length() < 1) return 0.05 * Unlikeness(left.Columns.Length(), right.Columns.Length());
+    if (gap.Length() < 1)
+      return kOppositeWeight * Unlikeness(left.Columns.Length(), right.Columns.Length());
     if (!Dips(left, 1) || !Dips(right, -1)) return std::nullopt;
     const double leftRun = RunOf(left, 1), rightRun = RunOf(right, -1);
     const double run = std::max(1.0, 0.5 * (leftRun + rightRun));
     const double ratio = (right.Middle() - left.Middle() + 1) / (run * (thickness_ + 1) + 1);
-    if (ratio > 12 || ratio < 0.3) return std::nullopt;
-    if (run < 3 && ratio > 3) return std::nullopt;
+    if (ratio > kLongestWay || ratio < kShortestWay) return std::nullopt;
+    if (run < kSteepRun && ratio > kLongestSteepWay) return std::nullopt;
     // At an extreme a steep stroke becomes a flat one within a few columns, elsewhere it does not.
     const double turn = Unlikeness(leftRun + 1, rightRun + 1);
     const bool sameKind = left.IsShallow() == right.IsShallow();
-    if (turn > (sameKind ? 2.5 : 1.2) && gap.Length() > thickness_ + 1) return std::nullopt;
-    return 0.2 + Unlikeness(ratio, 1) + 0.3 * turn;
+    if (turn > (sameKind ? kTurnOfSameKind : kTurnOfOtherKind) && gap.Length() > thickness_ + 1)
+      return std::nullopt;
+    return kCrossing + Unlikeness(ratio, 1) + kTurnWeight * turn;
   }
 
   /// The stroke dips into the line between two ends on one side: by the depth of a parabola's arc.
@@ -102,15 +144,16 @@ class Linker {
     if (!right.IsShallow() && right.Lean <= 0) return std::nullopt;
     const double leftRun = RunOf(left, 1), rightRun = RunOf(right, -1);
     const double depth = gap.Length() / (4 * std::max(leftRun, rightRun));
-    if (depth > thickness_ + 1 && gap.Length() > 3 * thickness_ + 4) return std::nullopt;
-    return 0.3 + depth / (thickness_ + 1) + 0.2 * Unlikeness(leftRun, rightRun);
+    if (depth > thickness_ + 1 && gap.Length() > kGapThicknesses * thickness_ + kGapColumns)
+      return std::nullopt;
+    return kTouch + depth / (thickness_ + 1) + kUnevenWeight * Unlikeness(leftRun, rightRun);
   }
 
   /// Whether the way between two ends is black in the line's rows, as a hidden stroke must be.
   bool IsBlackBetween(Span columns) const {
     int black = 0;
     for (int x = columns.First; x <= columns.Last; ++x) black += IsBlackIn(map_, band_, x) ? 1 : 0;
-    return columns.Length() <= 0 || black * 10 >= columns.Length() * 8;
+    return columns.Length() <= 0 || black * 10 >= columns.Length() * kBlackTenths;
   }
 
   /// Other strokes that dip into the line on the way make it unlikely that two ends are one stroke.
@@ -141,7 +184,7 @@ class Linker {
       if (flat.Height == 1) CloseTurn(leftIsSteep ? left : right, flat, ofFlat);
     } else if (!left.IsShallow()) {
       const Linked& ofNarrow = left.Columns.Length() < right.Columns.Length() ? ofLeft : ofRight;
-      if (Unlikeness(left.Columns.Length(), right.Columns.Length()) > std::log(4.0) &&
+      if (Unlikeness(left.Columns.Length(), right.Columns.Length()) > std::log(kWidthFactor) &&
           ofNarrow.Any())
         return;
       ofLeft = ofRight = {true, true};
@@ -202,10 +245,11 @@ class Linker {
   /// An end that is still alone may go on behind an upright line: it is linked to the one ahead.
   void LinkToUpright(std::size_t i) {
     const StrokeEnd& end = ends_[i];
-    if (linked_[i].Any() || end.IsUpright || end.Flattens || std::abs(end.Lean) < 0.1) return;
+    if (linked_[i].Any() || end.IsUpright || end.Flattens || std::abs(end.Lean) < kStraight) return;
     const bool rightward = end.Lean < 0;
     std::optional<std::size_t> nearest;
-    int shortest = static_cast<int>(1.5 * std::abs(end.Lean) * thickness_) + 3;
+    int shortest =
+        static_cast<int>(kBendOfLean * std::abs(end.Lean) * thickness_) + kUprightColumns;
     for (std::size_t j = 0; j < ends_.size(); ++j) {
       if (!ends_[j].IsUpright) continue;
       if ((ends_[j].Middle() > end.Middle()) != rightward) continue;
@@ -220,7 +264,9 @@ class Linker {
 
   int LongestLeap(const StrokeEnd& left, const StrokeEnd& right) const {
     const double run = std::max({1.0, RunOf(left, 1), RunOf(right, -1)});
-    return static_cast<int>((left.IsShallow() ? 4 : 2) * run * (thickness_ + 1)) + 2;
+    return static_cast<int>((left.IsShallow() ? kShallowLeaps : kSteepLeaps) * run *
+                            (thickness_ + 1)) +
+           kLeapColumns;
   }
 
   const BitMap& map_;

@@ -13,7 +13,7 @@ struct TracerControl {
   std::string Xrange = "2";  // "X increment", pixels
   std::string Yrange = "3";  // "Y increment", pixels
   bool IncrementsEnabled = true;
-  bool PointsEnabled = true;  // the scan has no use for the three check boxes
+  bool PointsEnabled = true;            // the scan has no use for the three check boxes
   CheckBox Center{"Center", true};      // CHK_Center
   CheckBox Above{"Edge Above", false};  // CHK_Above
   CheckBox Below{"Edge Below", false};  // CHK_Below
