@@ -10,7 +10,7 @@ namespace graphize {
 void MainWindow::AskForScanner() {
   // An answer may take as long as a device likes: the window neither waits for it nor, when it
   // closes, goes on asking.
-  scannerQuestion_ = std::jthread([this, source = ws_.scanner.Source](std::stop_token stop) {
+  scannerQuestion_ = std::jthread([this, source = ws_.scanner.Source.Name](std::stop_token stop) {
     const bool available =
         TWAIN_IsAvailable(source, [stop](int) { return !stop.stop_requested(); }) == 1;
     QMetaObject::invokeMethod(this, [this, available] {

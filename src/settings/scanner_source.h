@@ -1,15 +1,20 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 
 #include "settings/settings_file.h"
 
 namespace graphize {
 
-/// The name of the scanner that the user has chosen; empty when none was. Names hold blanks, and
-/// what the file takes for a remark: such characters stand in it as % and two hexadecimal digits.
-std::string ReadScannerSource(const SettingsFile& file);
-void WriteScannerSource(SettingsFile& file, std::string_view name);
+/// The scanner that the user has chosen; both are empty when none was. Blanks, and what the file
+/// takes for a remark, stand in it as % and two hexadecimal digits.
+struct ScannerSource {
+  std::string Name;   // for the library
+  std::string Label;  // for people; may be empty
+
+  bool operator==(const ScannerSource&) const = default;
+};
+ScannerSource ReadScannerSource(const SettingsFile& file);
+void WriteScannerSource(SettingsFile& file, const ScannerSource& source);
 
 }  // namespace graphize

@@ -72,21 +72,20 @@ void TellSourceError(const Desktop& desktop, const std::string& description) {
                        .Caption = "Select Source Error"});
 }
 
-/// The chosen source or, when none was chosen, the first at this computer; empty after Escape.
-std::string SourceToOpen(Workspace& ws, const Desktop& desktop) {
-  if (!ws.scanner.Source.empty()) return ws.scanner.Source;
+/// The chosen source or, when none was chosen, the first at this computer; no name after Escape.
+ScannerSource SourceToOpen(const Workspace& ws, const Desktop& desktop) {
+  if (!ws.scanner.Source.Name.empty()) return ws.scanner.Source;
   const auto sources = TWAIN_SelectImageSource(false, Wait(desktop));
   if (!sources) return {};
   if (sources->empty()) throw RunTimeError(kNothingFound);
-  ws.scanner.Known = sources->front();
-  return sources->front().Name;
+  return {sources->front().Name, SourceLabel(sources->front())};
 }
 
 void OpenScanWindow(Workspace& ws, const Desktop& desktop) {
   ws.status.Status = "Waiting for the scanner ...";
   ws.window.Hourglass = true;
   desktop.ShowNow();
-  const std::string name = SourceToOpen(ws, desktop);
+  const auto [name, label] = SourceToOpen(ws, desktop);
   if (name.empty()) return;
   const OpenScanner scanner = OpenScanSource(name, Wait(desktop));
   if (scanner == nullptr) return;
@@ -95,7 +94,7 @@ void OpenScanWindow(Workspace& ws, const Desktop& desktop) {
   auto can = SetScan(scanner, again ? ws.scanner.LastSettings : ScanSettings(), Wait(desktop));
   if (!can) return;
   ws.scan = {};
-  ws.scan.Device = ws.scanner.Known.Name == name ? SourceLabel(ws.scanner.Known) : name;
+  ws.scan.Device = label.empty() ? name : label;
   ShowAbilities(ws.scan, std::move(*can));
   ws.scanner.LastUsed = name;
   ws.scanner.Open = scanner;
@@ -134,7 +133,7 @@ void LookForSources(Workspace& ws, const Desktop& desktop, bool network) {
   try {
     auto sources = TWAIN_SelectImageSource(network, Wait(desktop));
     if (sources)
-      ShowSources(ws.source, std::move(*sources), ws.scanner.Source);
+      ShowSources(ws.source, std::move(*sources), ws.scanner.Source.Name);
     else
       ShowNoSources(ws.source, "The search was stopped.");
   } catch (const RunTimeError& e) {
@@ -147,13 +146,12 @@ void LookForSources(Workspace& ws, const Desktop& desktop, bool network) {
 void ChooseSource(Workspace& ws, const Desktop& desktop) {
   if (!CanChooseSource(ws.source)) return;
   const ScanSource& chosen = ws.source.Sources[ws.source.Selected];
-  ws.scanner.Source = chosen.Name;
-  ws.scanner.Known = chosen;
+  ws.scanner.Source = {chosen.Name, SourceLabel(chosen)};
   ws.commands.Scanner = true;
   std::string error;
   try {
     SettingsFile file = ReadSettingsFile(ws.settingsPath);
-    WriteScannerSource(file, chosen.Name);
+    WriteScannerSource(file, ws.scanner.Source);
     SaveSettingsFile(ws.settingsPath, file);
   } catch (const RunTimeError& e) {
     error = e.what();

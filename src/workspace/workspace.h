@@ -24,6 +24,7 @@
 #include "image/source_form.h"
 #include "image/viewport.h"
 #include "settings/options_form.h"
+#include "settings/scanner_source.h"
 #include "settings/settings.h"
 #include "settings/window_placement.h"
 #include "workspace/about_form.h"
@@ -79,8 +80,7 @@ enum class Form { None, Integrate, Sample, Options, About, SelectSource, Scan, I
 
 /// The scanner that is used.
 struct Scanner {
-  std::string Source;  // chosen by the user and remembered; empty: the first that is found
-  ScanSource Known;    // a source whose name for people is known
+  ScannerSource Source;  // chosen by the user and remembered; without a name: the first found
   std::string LastUsed;  // the source that LastSettings belong to
   ScanSettings LastSettings;
   OpenScanner Open;  // while the window FRM_Scan is

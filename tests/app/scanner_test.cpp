@@ -62,7 +62,7 @@ TEST_F(ScannerWindow, SelectsASourceAndAquiresThePicture) {
   EXPECT_FALSE(FormIsOpen());
   std::string settings;
   std::getline(std::ifstream(SettingsFile()), settings, '\0');
-  EXPECT_EQ(settings, "[Scanner]\nSource=test:1\n");
+  EXPECT_EQ(settings, "[Scanner]\nSource=test:1\nLabel=Noname%20frontend-tester\n");
 
   ClickTool("aquire");
   UntilForm("FRM_Scan");

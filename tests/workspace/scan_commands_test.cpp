@@ -61,11 +61,13 @@ TEST_F(ScanCommands, TheChosenSourceIsRememberedAndAllElseInTheFileStays) {
   ws.source.Selected = 2;
   ChooseSource(ws, desktop);
   EXPECT_EQ(ws.form, Form::None);
-  EXPECT_EQ(test::BytesOf(ws.settingsPath),
-            "; mine\n[Options]\nZoom=0\n\n[Scanner]\nSource=test:2\n");
+  EXPECT_EQ(
+      test::BytesOf(ws.settingsPath),
+      "; mine\n[Options]\nZoom=0\n\n[Scanner]\nSource=test:2\nLabel=Noname%20frontend-tester\n");
   Workspace later;
   Start(later);
-  EXPECT_EQ(later.scanner.Source, "test:2");
+  EXPECT_EQ(later.scanner.Source.Name, "test:2");
+  EXPECT_EQ(later.scanner.Source.Label, "Noname frontend-tester");
   Aquire(ws, desktop);
   EXPECT_EQ(ws.scan.Device, "Noname frontend-tester");
   CloseForm(ws, desktop);
@@ -77,7 +79,7 @@ TEST_F(ScanCommands, TheChosenSourceIsRememberedAndAllElseInTheFileStays) {
   LookForSources(ws, desktop, true);
   EXPECT_TRUE(ws.source.Network);
   ChooseSource(ws, desktop);
-  EXPECT_EQ(ws.scanner.Source, "test:2");
+  EXPECT_EQ(ws.scanner.Source.Name, "test:2");
   EXPECT_EQ(ws.form, Form::SelectSource);
 }
 
@@ -87,7 +89,7 @@ TEST_F(ScanCommands, ASettingsFileThatCannotBeWrittenIsTold) {
   desktop.ExpectMessage("Select Source Error: The settings file");
   ChooseSource(ws, desktop);
   EXPECT_EQ(desktop.Messages.back().Caption, "Select Source Error");
-  EXPECT_EQ(ws.scanner.Source, "test:0") << "until the program ends";
+  EXPECT_EQ(ws.scanner.Source.Name, "test:0") << "until the program ends";
 }
 
 TEST_F(ScanCommands, APageBecomesThePicture) {
@@ -168,10 +170,10 @@ TEST_F(ScanCommands, AFailureIsToldAndTheOldPictureStays) {
 
 TEST_F(ScanCommands, AScannerThatIsNotThereIsTold) {
   OpenOldPicture();
-  ws.scanner.Source = "test:9";
+  ws.scanner.Source.Name = "test:9";
   desktop.ExpectMessage("Error while scanning: The scanner test:9 was not found.");
   Aquire(ws, desktop);
-  ws.scanner.Source.clear();
+  ws.scanner.Source = {};
   scanner.Unplug();
   desktop.ExpectMessage("Error while scanning: No scanner was found.");
   Aquire(ws, desktop);
