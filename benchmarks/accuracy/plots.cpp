@@ -8,21 +8,8 @@ namespace graphize::accuracy {
 
 namespace {
 
-using Positions = std::vector<double>;
-
-Positions Linear(int intervals) {
-  Positions positions;
-  for (int i = 1; i < intervals; ++i) positions.push_back(static_cast<double>(i) / intervals);
-  return positions;
-}
-
-Positions Decades(int decades) {
-  Positions positions;
-  for (int decade = 0; decade < decades; ++decade)
-    for (int k = decade == 0 ? 2 : 1; k < 10; ++k)
-      positions.push_back((decade + std::log10(k)) / decades);
-  return positions;
-}
+using test::Decades;
+using test::Linear;
 
 std::function<void(PlotDrawing&)> Grid(const Stroke& stroke) {
   return [=](PlotDrawing& drawing) {

@@ -153,6 +153,16 @@ void ReloadImage(Workspace& ws, const Desktop& desktop) {
   ReloadPicture(ws, desktop, {});
 }
 
+void BeWithoutFile(Workspace& ws) {
+  ws.picture = {.Name = "untitled.dat",
+                .Path = "",
+                .ChosenPath = {},
+                .Folder = ws.picture.Folder,
+                .FromFile = false,
+                .WithoutFile = true};
+  NoteOpened(ws, "");
+}
+
 void PasteImage(Workspace& ws, const Desktop& desktop) {
   Raster picture = desktop.ClipboardPicture();
   if (picture.IsEmpty()) {
@@ -169,13 +179,7 @@ void PasteImage(Workspace& ws, const Desktop& desktop) {
     ws.window.Hourglass = true;
     desktop.ShowNow();
     LoadImage(ws, desktop, std::move(picture), "Pasted Plot");
-    ws.picture = {.Name = "untitled.dat",
-                  .Path = "",
-                  .ChosenPath = {},
-                  .Folder = ws.picture.Folder,
-                  .FromFile = false,
-                  .WithoutFile = true};
-    NoteOpened(ws, "");
+    BeWithoutFile(ws);
   }
   ws.status.Status = " ";
   ws.window.Hourglass = false;

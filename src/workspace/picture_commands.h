@@ -31,6 +31,8 @@ void ReloadImage(Workspace& ws, const Desktop& desktop);
 void ReloadPicture(Workspace& ws, const Desktop& desktop, const OpenChoices& choices);
 bool CanReload(const Workspace& ws);
 
+/// The picture that was just loaded has come from no file.
+void BeWithoutFile(Workspace& ws);
 void PasteImage(Workspace& ws, const Desktop& desktop);
 
 /// Writes the base picture in one of the seven formats.

@@ -104,13 +104,7 @@ void OpenScanWindow(Workspace& ws, const Desktop& desktop) {
 void TakePage(Workspace& ws, const Desktop& desktop, NativeBitmap bitmap) {
   ws.window.Hourglass = true;
   LoadImage(ws, desktop, std::move(*bitmap), "Scanned Plot");
-  ws.picture = {.Name = "untitled.dat",
-                .Path = "",
-                .ChosenPath = {},
-                .Folder = ws.picture.Folder,
-                .FromFile = false,
-                .WithoutFile = true};
-  NoteOpened(ws, "");
+  BeWithoutFile(ws);
 }
 
 }  // namespace

@@ -19,21 +19,9 @@ using test::PlotDrawing;
 using test::ScriptedDesktop;
 using test::Stroke;
 using Function = std::function<double(double)>;
+using test::Decades;
+using test::Linear;
 using Positions = std::vector<double>;
-
-Positions Linear(int intervals) {
-  Positions positions;
-  for (int i = 1; i < intervals; ++i) positions.push_back(static_cast<double>(i) / intervals);
-  return positions;
-}
-
-Positions Decades(int decades) {
-  Positions positions;
-  for (int decade = 0; decade < decades; ++decade)
-    for (int k = decade == 0 ? 2 : 1; k < 10; ++k)
-      positions.push_back((decade + std::log10(k)) / decades);
-  return positions;
-}
 
 /// A plot with and without its grid lines.
 struct Scene {

@@ -62,9 +62,10 @@ bool IsStandard(std::string_view header) {
   return header.find_first_not_of("abcdefghijklmnopqrstuvwxyz_") == std::string_view::npos;
 }
 
-/// The module that shuts the picture library in.
-bool IsPicbuf(const fs::path& path) {
-  return path.parent_path() == "image/picbuf";
+/// The folder of a module that shuts a library in; empty for any other file.
+std::string ModuleOf(const fs::path& path) {
+  const std::string folder = path.parent_path().generic_string();
+  return folder == "image/picbuf" || folder == "image/scanner" ? folder : "";
 }
 
 /// A header in angle brackets: what is wrong with it here, or nothing.
@@ -76,9 +77,9 @@ std::string CheckLibrary(const fs::path& path, bool isTest, std::string_view hea
   if (isQt) return seesQt ? "" : "Qt is for app/ and widgets";
   if (isTest) return "";
   if (header.starts_with("Magick") || header.starts_with("magick/"))
-    return IsPicbuf(path) ? "" : "the picture library is for image/picbuf/";
+    return ModuleOf(path) == "image/picbuf" ? "" : "the picture library is for image/picbuf/";
   if (header.starts_with("sane/"))
-    return path == "image/scanner.cpp" ? "" : "the scanner library is for image/scanner.cpp";
+    return ModuleOf(path) == "image/scanner" ? "" : "the scanner library is for image/scanner/";
   if (header == "dlfcn.h")
     return path == "image/module.cpp" ? "" : "modules are for image/module.cpp";
   return seesQt || IsStandard(header) ? "" : "logic has the standard library only";
@@ -90,7 +91,8 @@ std::string CheckOwn(const fs::path& root, const Levels& levels, const fs::path&
   const bool inTests = isTest && fs::exists(root / "tests" / header);
   if (header != header.lexically_normal() || (!inTests && !fs::exists(root / "src" / header)))
     return "no such file: paths are written from src/ (or tests/)";
-  if (IsPicbuf(header) && !IsPicbuf(path)) return "image/picbuf/ is seen by itself alone";
+  if (const std::string module = ModuleOf(header); !module.empty() && ModuleOf(path) != module)
+    return module + "/ is seen by itself alone";
   const std::string from = FolderOf(path), to = FolderOf(header);
   if (to == "support" && inTests) return "";
   if (!levels.contains(to)) return to + "/ is not in the table";

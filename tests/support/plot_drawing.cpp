@@ -273,4 +273,18 @@ void PlotDrawing::Darken(int x, int y, double cover, double darkness) {
   here = static_cast<float>(here + cover * std::max(0.0, darkness - here));
 }
 
+std::vector<double> Linear(int intervals) {
+  std::vector<double> positions;
+  for (int i = 1; i < intervals; ++i) positions.push_back(static_cast<double>(i) / intervals);
+  return positions;
+}
+
+std::vector<double> Decades(int decades) {
+  std::vector<double> positions;
+  for (int decade = 0; decade < decades; ++decade)
+    for (int k = decade == 0 ? 2 : 1; k < 10; ++k)
+      positions.push_back((decade + std::log10(k)) / decades);
+  return positions;
+}
+
 }  // namespace graphize::test

@@ -74,4 +74,9 @@ class PlotDrawing {
   std::vector<float> darkness_;
 };
 
+/// Where the inner grid lines of an axis lie, from 0 to 1: at even intervals, or at the numbers 1
+/// to 9 of so many decades.
+std::vector<double> Linear(int intervals);
+std::vector<double> Decades(int decades);
+
 }  // namespace graphize::test

@@ -1,5 +1,5 @@
-#include "image/scanner_module.h"
 #include "base/version.h"
+#include "image/scanner_module.h"
 
 extern "C" __attribute__((visibility("default"))) const char* const GraphizeModuleStamp =
     graphize::ModuleStamp();
