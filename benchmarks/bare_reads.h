@@ -4,7 +4,7 @@
 #include <utility>
 #include <vector>
 
-#include "image/plot_image.h"
+#include "raster/plot_image.h"
 
 namespace graphize {
 

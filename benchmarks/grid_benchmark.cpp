@@ -3,7 +3,7 @@
 #include <cmath>
 #include <string>
 
-#include "extraction/grid_lines.h"
+#include "grid/grid_lines.h"
 #include "support/plot_drawing.h"
 
 namespace graphize {

@@ -12,7 +12,7 @@
 #include <string>
 #include <utility>
 
-#include "image/picture_tools.h"
+#include "image_tools/picture_tools.h"
 
 namespace graphize {
 namespace {

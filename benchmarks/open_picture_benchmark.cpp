@@ -14,9 +14,9 @@
 #include <string>
 
 #include "base/whole_file.h"
-#include "image/black_white.h"
-#include "image/file_format.h"
-#include "image/picbuf.h"
+#include "codecs/file_format.h"
+#include "codecs/picbuf.h"
+#include "raster/black_white.h"
 
 namespace graphize {
 namespace {

@@ -3,7 +3,7 @@
 #include <benchmark/benchmark.h>
 
 #include "calibration/transform.h"
-#include "image/plot_image.h"
+#include "raster/plot_image.h"
 #include "support/quiet_desktop.h"
 
 namespace graphize {

@@ -5,11 +5,11 @@
 #include <algorithm>
 
 #include "bare_reads.h"
-#include "extraction/curve_tracer.h"
-#include "extraction/scan.h"
-#include "extraction/smooth_tracer.h"
 #include "support/extraction_records.h"
 #include "support/quiet_desktop.h"
+#include "tracing/curve_tracer.h"
+#include "tracing/scan.h"
+#include "tracing/smooth_tracer.h"
 
 namespace graphize {
 namespace {

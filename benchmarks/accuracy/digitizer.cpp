@@ -9,7 +9,7 @@
 #include "base/run_time_error.h"
 #include "batch/batch.h"
 #include "calibration/transform.h"
-#include "image/picbuf.h"
+#include "codecs/picbuf.h"
 
 namespace graphize::accuracy {
 

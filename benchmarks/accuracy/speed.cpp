@@ -5,9 +5,9 @@
 #include <functional>
 
 #include "bare_reads.h"
-#include "extraction/curve_tracer.h"
 #include "support/extraction_records.h"
 #include "support/quiet_desktop.h"
+#include "tracing/curve_tracer.h"
 
 namespace graphize::accuracy {
 

@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "image/picbuf.h"
+#include "codecs/picbuf.h"
 
 int main(int argc, char** argv) {
   if (argc != 4) {

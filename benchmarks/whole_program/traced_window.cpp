@@ -14,7 +14,7 @@
 #include "app/fonts.h"
 #include "app/main_window.h"
 #include "bare_reads.h"
-#include "image/picbuf.h"
+#include "codecs/picbuf.h"
 #include "support/quiet_desktop.h"
 #include "workspace/extraction_commands.h"
 #include "workspace/replay.h"

@@ -134,8 +134,7 @@ void Graphize(const Pen& d) {
   d.Stroke(kBlue, 1.4);
   d.p.drawPath(Curve());
   d.Fill(kRed);
-  for (const qreal t : {0.05, 0.35, 0.65, 0.95})
-    d.p.drawEllipse(Curve().pointAtPercent(t), 2, 2);
+  for (const qreal t : {0.05, 0.35, 0.65, 0.95}) d.p.drawEllipse(Curve().pointAtPercent(t), 2, 2);
 }
 
 void BlockTest(const Pen& d) {
@@ -175,10 +174,12 @@ using DrawIcon = void (*)(const Pen&);
 
 DrawIcon DrawingOf(std::string_view key) {
   static constexpr std::pair<std::string_view, DrawIcon> kDrawings[] = {
-      {"open", Open},           {"aquire", Aquire},     {"save", Save},
-      {"copy", Copy},           {"paste", Paste},       {"setup", Setup},
-      {"refresh", Refresh},     {"undo", Undo},         {"delete", Delete},
-      {"axisdef", AxisDef},     {"graphize", Graphize}, {"blocktest", BlockTest},
+      {"open", Open},           {"aquire", Aquire},
+      {"save", Save},           {"copy", Copy},
+      {"paste", Paste},         {"setup", Setup},
+      {"refresh", Refresh},     {"undo", Undo},
+      {"delete", Delete},       {"axisdef", AxisDef},
+      {"graphize", Graphize},   {"blocktest", BlockTest},
       {"drawerase", DrawErase}, {"gridbuster", GridBuster},
   };
   for (const auto& [name, draw] : kDrawings)

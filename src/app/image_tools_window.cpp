@@ -1,7 +1,7 @@
 // The window FRM_ImageTools: what its events call.
 
 #include "app/main_window.h"
-#include "image/image_tools_dialog.h"
+#include "image_tools/image_tools_dialog.h"
 #include "workspace/image_tools_commands.h"
 
 namespace graphize {

@@ -19,9 +19,9 @@
 #include "calibration/axis_panel.h"
 #include "capture/read_out_panel.h"
 #include "data/data_list_panel.h"
-#include "extraction/tracer_panel.h"
-#include "image/plot_view.h"
-#include "image/zoom_view.h"
+#include "raster/plot_view.h"
+#include "raster/zoom_view.h"
+#include "tracing/tracer_panel.h"
 #include "widgets/keys.h"
 #include "widgets/plot_cursor.h"
 #include "widgets/show.h"
@@ -130,7 +130,7 @@ void MainWindow::Do(const Command& command, bool redraw) {
   // An event that comes while a command pumps is not for later.
   if (IsBusy()) return;
   desktop_->BeginCommand();
-  RunCommand(ws_, desktop_->Verbs(), [&] { command(ws_, desktop_->Verbs()); });
+  RunCommand(ws_, desktop_->Callbacks(), [&] { command(ws_, desktop_->Callbacks()); });
   if (redraw) plot_->update();
   Render();
   desktop_->EndCommand();
@@ -310,7 +310,7 @@ bool MainWindow::TakeKey(QKeyEvent* key) {
     return true;
   }
   if ((key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) &&
-      desktop_->Verbs().PointerOverPlot()) {
+      desktop_->Callbacks().PointerOverPlot()) {
     if (key->isAutoRepeat()) return true;  // one press, one point
     plot_->ReadPointer();
     Do(Plot_Click);

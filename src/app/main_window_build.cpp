@@ -18,9 +18,9 @@
 #include "calibration/axis_panel.h"
 #include "capture/read_out_panel.h"
 #include "data/data_list_panel.h"
-#include "extraction/tracer_panel.h"
-#include "image/plot_view.h"
-#include "image/zoom_view.h"
+#include "raster/plot_view.h"
+#include "raster/zoom_view.h"
+#include "tracing/tracer_panel.h"
 #include "widgets/show.h"
 #include "workspace/capture_commands.h"
 #include "workspace/data_commands.h"
@@ -86,7 +86,7 @@ void MainWindow::FinishStart() {
   AskForScanner();
   // Ctrl+V works without the menu having been opened: the clipboard tells when it changes.
   const auto look = [this] {
-    Note([this](Workspace& ws) { OpenEditMenu(ws, desktop_->Verbs()); });
+    Note([this](Workspace& ws) { OpenEditMenu(ws, desktop_->Callbacks()); });
   };
   connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, look);
   look();
@@ -124,8 +124,7 @@ void MainWindow::BuildCentre() {
 
   pictureArea_ = new PictureArea;
   plot_ = new PlotView(
-      ws_.plot,
-      [this](const PlotOverlay::Rectangle& area) { return Plot_Paint(ws_, area); },
+      ws_.plot, [this](const PlotOverlay::Rectangle& area) { return Plot_Paint(ws_, area); },
       pictureArea_);
   zoom_ = new ZoomView(ws_.plot, ZoomWindow::kMinimum, ZoomWindow::kMaximum, centre);
   horizontal_ = Named(new QScrollBar(Qt::Horizontal), "HPScroll", tr("Scroll the picture across"));
@@ -148,8 +147,8 @@ QWidget* MainWindow::BuildSidePanel() {
   tracerPanel_ = new TracerPanel(Workspace::kLargestBlock);
   axisPanel_->hide();
   // The frame that changes with the mode is the last: nothing above it jumps.
-  for (QWidget* panel : std::initializer_list<QWidget*>{readOut_, dataList_, axisPanel_,
-                                                        tracerPanel_}) {
+  for (QWidget* panel :
+       std::initializer_list<QWidget*>{readOut_, dataList_, axisPanel_, tracerPanel_}) {
     panel->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
     column->addWidget(panel);
   }
@@ -185,9 +184,8 @@ void MainWindow::ConnectPanels() {
     Do([=](Workspace& ws, const Desktop&) { ScrollTo(ws.view, ws.view.X, value); }, false);
   });
   connect(pictureArea_, &PictureArea::Wheeled, this, [this](int dx, int dy) {
-    Do([=](Workspace& ws, const Desktop&) {
-      ScrollTo(ws.view, ws.view.X + dx, ws.view.Y + dy);
-    }, false);
+    Do([=](Workspace& ws, const Desktop&) { ScrollTo(ws.view, ws.view.X + dx, ws.view.Y + dy); },
+       false);
     plot_->ReadPointer();
   });
   connect(pictureArea_, &PictureArea::Resized, this, [this](int width, int height) {
@@ -198,9 +196,8 @@ void MainWindow::ConnectPanels() {
     Do([=](Workspace& ws, const Desktop&) { ws.zoom.Factor = factor; }, false);
   });
 
-  connect(axisPanel_, &AxisPanelWidget::ReDefinePressed, this, [this](int row) {
-    Do([=](Workspace& ws, const Desktop&) { ReDefine(ws, row); });
-  });
+  connect(axisPanel_, &AxisPanelWidget::ReDefinePressed, this,
+          [this](int row) { Do([=](Workspace& ws, const Desktop&) { ReDefine(ws, row); }); });
   connect(axisPanel_, &AxisPanelWidget::XTyped, this, [this](int row, const std::string& text) {
     Do([&](Workspace& ws, const Desktop&) { ws.axisPanel.Rows[row].XText = text; }, false);
   });
@@ -247,10 +244,12 @@ void MainWindow::ConnectPanels() {
           change([](Workspace& ws, int size) { ws.blockSize = size; }));
 
   connect(dataList_, &DataListPanel::LinePressed, this, [this](int line, bool shift) {
-    Do([=](Workspace& ws, const Desktop& desktop) {
-      PressListLine(ws, line, shift);
-      OpenEditMenu(ws, desktop);
-    }, false);
+    Do(
+        [=](Workspace& ws, const Desktop& desktop) {
+          PressListLine(ws, line, shift);
+          OpenEditMenu(ws, desktop);
+        },
+        false);
   });
   connect(dataList_, &DataListPanel::Scrolled, this, [this](int value) {
     Do([=](Workspace& ws, const Desktop&) { ScrollList(ws, value); }, false);

@@ -12,7 +12,7 @@
 #include <QStandardPaths>
 #include <cstring>
 
-#include "image/transparency.h"
+#include "raster/transparency.h"
 #include "widgets/form_dialog.h"
 #include "widgets/show.h"
 
@@ -136,7 +136,7 @@ Raster ClipboardRaster() {
   Raster raster(image.width(), image.height());
   for (int y = 0; y < raster.Height(); ++y)
     std::memcpy(raster.Row(y), image.constScanLine(y), sizeof(std::uint32_t) * raster.Width());
-  if (clear) LayOnWhite(raster);
+  if (clear) Flatten(raster);
   return raster;
 }
 

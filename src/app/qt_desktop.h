@@ -11,14 +11,14 @@ class QWidget;
 
 namespace graphize {
 
-/// The verbs of Desktop with real dialogs, clipboard, pointer and keys. While events are pumped
+/// The callbacks of Desktop with real dialogs, clipboard, pointer and keys. While events are pumped
 /// inside a command, input is swallowed: it would otherwise be delivered after it.
 class QtDesktop : public QObject {
  public:
   /// `render` shows the records before events are let run.
   QtDesktop(QWidget* window, QWidget* plot, std::function<void()> render);
 
-  const Desktop& Verbs() const { return desktop_; }
+  const Desktop& Callbacks() const { return desktop_; }
 
   /// Around every command: Escape and close requests are those of this command.
   void BeginCommand();

@@ -1,8 +1,8 @@
 // The scanner in the main window: whether there is one, and the events of its two forms.
 
 #include "app/main_window.h"
-#include "image/scan_dialog.h"
-#include "image/select_source_dialog.h"
+#include "scanner/scan_dialog.h"
+#include "scanner/select_source_dialog.h"
 #include "workspace/scan_commands.h"
 
 namespace graphize {
@@ -12,7 +12,7 @@ void MainWindow::AskForScanner() {
   // closes, goes on asking.
   scannerQuestion_ = std::jthread([this, source = ws_.scanner.Source.Name](std::stop_token stop) {
     const bool available =
-        TWAIN_IsAvailable(source, [stop](int) { return !stop.stop_requested(); }) == 1;
+        ScannerIsAvailable(source, [stop](int) { return !stop.stop_requested(); }) == 1;
     QMetaObject::invokeMethod(this, [this, available] {
       Note([=](Workspace& ws) { ws.commands.Scanner = ws.commands.Scanner || available; });
     });

@@ -11,13 +11,13 @@ namespace {
 
 /// A pattern taken apart: how many digits must and may stand at each place.
 struct Places {
-  int Integer = 0;          // '#' and '0' before the point
-  int IntegerMust = 0;      // the places from the first '0' on
-  int Fraction = 0;         // '0' and '#' after the point
-  int FractionMust = 0;     // the places up to the last '0'
+  int Integer = 0;       // '#' and '0' before the point
+  int IntegerMust = 0;   // the places from the first '0' on
+  int Fraction = 0;      // '0' and '#' after the point
+  int FractionMust = 0;  // the places up to the last '0'
   bool Point = false;
   bool Exponent = false;
-  int ExponentMust = 0;     // digits of the exponent that always print
+  int ExponentMust = 0;  // digits of the exponent that always print
 };
 
 Places TakeApart(std::string_view pattern) {
@@ -75,8 +75,8 @@ std::string WithExponent(double magnitude, const Places& places) {
   const int wanted = integerDigits + places.Fraction;
   if (magnitude > 0) {
     std::array<char, 512> buffer;
-    const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(),
-                                            magnitude, std::chars_format::scientific, wanted - 1);
+    const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), magnitude,
+                                            std::chars_format::scientific, wanted - 1);
     const std::string text(buffer.data(), end);
     const std::size_t e = text.find('e');
     std::from_chars(text.data() + e + (text[e + 1] == '+' ? 2 : 1), text.data() + text.size(),

@@ -56,8 +56,9 @@ std::optional<double> FindLeadingNumber(std::string_view text) {
     // Out of range is both "too large" and "too small": the exponent's sign tells.
     const std::string_view read(text.data(), static_cast<std::size_t>(end - text.data()));
     const std::size_t exponent = read.find_first_of("eE");
-    const bool tiny = exponent != std::string_view::npos ? read.substr(exponent + 1).starts_with('-')
-                                                         : read.starts_with("0") || pointFirst;
+    const bool tiny = exponent != std::string_view::npos
+                          ? read.substr(exponent + 1).starts_with('-')
+                          : read.starts_with("0") || pointFirst;
     value = tiny ? 0 : std::numeric_limits<double>::infinity();
   }
   return negative ? -value : value;

@@ -15,9 +15,9 @@ std::int32_t ToInt32(double value);
 /// `value` in single precision; RunTimeError "Overflow" when it is too large for it.
 float ToSingle(double value);
 
-/// The number that `text` starts with, after blanks: digits, one decimal point, an exponent; nothing
-/// when there is none. "1e3" is 1000, "  -2.5 m" is -2.5, "0,5" is 0. A number too large is an
-/// infinity.
+/// The number that `text` starts with, after blanks: digits, one decimal point, an exponent;
+/// nothing when there is none. "1e3" is 1000, "  -2.5 m" is -2.5, "0,5" is 0. A number too large is
+/// an infinity.
 std::optional<double> FindLeadingNumber(std::string_view text);
 /// The same with 0 for text without a number.
 double LeadingNumber(std::string_view text);

@@ -24,8 +24,7 @@ constexpr std::uint32_t PixelOfColour(Colour colour) {
   return 0xff000000u | ((bits & 0xffu) << 16) | (bits & 0xff00u) | ((bits >> 16) & 0xffu);
 }
 constexpr Colour ColourOfPixel(std::uint32_t pixel) {
-  return static_cast<Colour>(((pixel & 0xffu) << 16) | (pixel & 0xff00u) |
-                             ((pixel >> 16) & 0xffu));
+  return static_cast<Colour>(((pixel & 0xffu) << 16) | (pixel & 0xff00u) | ((pixel >> 16) & 0xffu));
 }
 
 }  // namespace graphize

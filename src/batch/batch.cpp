@@ -5,11 +5,11 @@
 
 #include "base/checksum.h"
 #include "base/run_time_error.h"
+#include "base/tokens.h"
 #include "base/whole_file.h"
-#include "base/words.h"
 #include "batch/digitize.h"
 #include "batch/help.h"
-#include "image/picture_gate.h"
+#include "codecs/picture_probe.h"
 #include "workspace/recipe_file.h"
 
 namespace graphize {
@@ -91,7 +91,7 @@ void CheckPicture(const RecipeFile::Picture& picture) {
   const std::string name = "the recipe's picture \"" + picture.Path.string() + "\" ";
   if (picture.Path.empty())
     throw UsageError("the recipe's picture came from no file: name one behind the recipe");
-  GateVerdict verdict;
+  ProbeResult verdict;
   std::string bytes;
   try {
     bytes = ReadPictureFile(picture.Path, verdict);

@@ -15,7 +15,7 @@ std::string OneLine(const std::string& text) {
 }
 
 Console::Console() {
-  verbs_.ShowMessage = [this](const Message& message) {
+  callbacks_.ShowMessage = [this](const Message& message) {
     // The list box that one message begins with is not here.
     const std::size_t sums = message.Text.find("Total curve length");
     const std::string text = OneLine(message.Text.substr(sums == std::string::npos ? 0 : sums));
@@ -24,16 +24,16 @@ Console::Console() {
     (note ? Notes : Problems).push_back(text);
     return message.Buttons == MessageButtons::Ok ? Answer::Ok : Answer::No;
   };
-  verbs_.Prompt = [](const TextPrompt&) { return std::string(); };
-  verbs_.ChooseFile = [](const FileQuestion&) { return std::nullopt; };
-  verbs_.ClipboardHasPicture = [] { return false; };
-  verbs_.ClipboardPicture = [] { return Raster(); };
-  verbs_.CopyText = [](const std::string&) {};
-  verbs_.ShowNow = verbs_.Pump = [] {};
-  verbs_.EscapeHeld = [] { return false; };
-  verbs_.MovePointer = [](int, int) { return false; };
-  verbs_.PointerOverPlot = [] { return false; };
-  verbs_.StartProgram = [](const auto&) { return false; };
+  callbacks_.Prompt = [](const TextPrompt&) { return std::string(); };
+  callbacks_.ChooseFile = [](const FileQuestion&) { return std::nullopt; };
+  callbacks_.ClipboardHasPicture = [] { return false; };
+  callbacks_.ClipboardPicture = [] { return Raster(); };
+  callbacks_.CopyText = [](const std::string&) {};
+  callbacks_.ShowNow = callbacks_.Pump = [] {};
+  callbacks_.EscapeHeld = [] { return false; };
+  callbacks_.MovePointer = [](int, int) { return false; };
+  callbacks_.PointerOverPlot = [] { return false; };
+  callbacks_.StartProgram = [](const auto&) { return false; };
 }
 
 }  // namespace graphize

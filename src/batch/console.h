@@ -15,13 +15,13 @@ class Console {
   Console(const Console&) = delete;
   Console& operator=(const Console&) = delete;
 
-  const Desktop& Verbs() const { return verbs_; }
+  const Desktop& Callbacks() const { return callbacks_; }
 
   std::vector<std::string> Notes;     // information, one line each
   std::vector<std::string> Problems;  // all else
 
  private:
-  Desktop verbs_;
+  Desktop callbacks_;
 };
 
 /// A message of several lines as one.

@@ -7,7 +7,7 @@
 #include <optional>
 #include <string_view>
 
-#include "base/words.h"
+#include "base/tokens.h"
 
 namespace graphize {
 
@@ -99,7 +99,7 @@ class Maker {
     if (line_.Has("resample-log") && !line_.Has("resample"))
       throw UsageError("--resample-log needs --resample");
     if (const GivenOption* title = line_.Find("title"))
-      Add("save " + AsWord(title->Value), title->Name());
+      Add("save " + Quote(title->Value), title->Name());
     return std::move(steps_);
   }
 
@@ -107,7 +107,7 @@ class Maker {
   void Add(const std::string& text, const std::string& origin) { steps_.push_back({text, origin}); }
 
   void Set(const char* option, const std::string& value, const std::string& origin) {
-    Add(std::string("set ") + option + " " + AsWord(value), origin);
+    Add(std::string("set ") + option + " " + Quote(value), origin);
   }
 
   void MakeSettings() {

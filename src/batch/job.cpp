@@ -48,8 +48,8 @@ void RunStep(Workspace& ws, const BatchStep& step, const std::filesystem::path& 
   Console console;
   const int before = ws.store.CaptureCount;
   std::optional<std::string> problem;
-  RunCommand(ws, console.Verbs(),
-             [&] { problem = ReplayStep(ws, console.Verbs(), step.Text, picture); });
+  RunCommand(ws, console.Callbacks(),
+             [&] { problem = ReplayStep(ws, console.Callbacks(), step.Text, picture); });
   // What the operation itself has told says more.
   if (!console.Problems.empty())
     problem = InOurWords(ws, console.Problems.front());

@@ -44,10 +44,10 @@ struct AxisPanel {
     bool ReDefineEnabled = false;
   };
   std::array<Row, 3> Rows;
-  std::string Angle;                // LBL_Angle, degrees
-  std::string Tips;                 // LBL_Tips
-  std::string LiveXPixel;           // LBL_XRTPixel
-  std::string LiveYPixel;           // LBL_YRTPixel
+  std::string Angle;                      // LBL_Angle, degrees
+  std::string Tips;                       // LBL_Tips
+  std::string LiveXPixel;                 // LBL_XRTPixel
+  std::string LiveYPixel;                 // LBL_YRTPixel
   FocusTarget Focus = FocusTarget::None;  // asked for once; the window takes it back
 };
 

@@ -91,8 +91,8 @@ PlotPosition PositionOfReal(const AxisCalibration& c, int pictureHeight, float X
   return {column, static_cast<float>(pictureHeight) - rowUp};
 }
 
-std::optional<PlotPixel> Real2Pixels(const AxisCalibration& calibration, int pictureHeight,
-                                     float X, float Y) {
+std::optional<PlotPixel> Real2Pixels(const AxisCalibration& calibration, int pictureHeight, float X,
+                                     float Y) {
   const PlotPosition position = PositionOfReal(calibration, pictureHeight, X, Y);
   const float column = std::nearbyint(position.Column);
   // Rounded as the row counts upward, then turned: halves go the same way as in the calibration.

@@ -49,7 +49,7 @@ PlotPosition PositionOfReal(const AxisCalibration& calibration, int pictureHeigh
 struct PlotPixel {
   int X = 0, Y = 0;
 };
-std::optional<PlotPixel> Real2Pixels(const AxisCalibration& calibration, int pictureHeight,
-                                     float X, float Y);
+std::optional<PlotPixel> Real2Pixels(const AxisCalibration& calibration, int pictureHeight, float X,
+                                     float Y);
 
 }  // namespace graphize

@@ -26,7 +26,7 @@ struct PointStore {
   bool ListIsCaptured = true;  // the list's rows are captured points (not lengths, not resampled)
   Rows ListRows = Rows::Places;
 
-  float CurrentX = 0, CurrentY = 0;  // graph values under the cursor
+  float CurrentX = 0, CurrentY = 0;                   // graph values under the cursor
   std::int16_t CurrentPixelX = 0, CurrentPixelY = 0;  // pixel under the cursor, row upward
   std::int16_t LastPixelX = 0, LastPixelY = 0;        // pixel of the last appended point
 
@@ -36,8 +36,7 @@ struct PointStore {
 
 /// Appends the current point. UpdateLabel shows the new list tail and the count at once. True when
 /// the store is full: nothing was stored and a message says so.
-bool AddPoint(PointStore& store, CommandStates& commands, const Desktop& desktop,
-              bool UpdateLabel);
+bool AddPoint(PointStore& store, CommandStates& commands, const Desktop& desktop, bool UpdateLabel);
 /// The same for a pair of graph values.
 bool AddValuePoint(PointStore& store, CommandStates& commands, const Desktop& desktop,
                    bool UpdateLabel, float X, float Y);

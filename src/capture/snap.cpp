@@ -7,8 +7,8 @@
 
 namespace graphize {
 
-std::optional<SnappedPosition> SnapToXY(const PlotImage& image, float x, float y,
-                                        std::int16_t Mode, std::int16_t distance) {
+std::optional<SnappedPosition> SnapToXY(const PlotImage& image, float x, float y, std::int16_t Mode,
+                                        std::int16_t distance) {
   if (Mode < 1 || Mode > 3) return std::nullopt;
   const int reachX = Mode == 2 ? 0 : distance;
   const int reachY = Mode == 1 ? 0 : distance;

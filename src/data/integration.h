@@ -6,7 +6,7 @@
 #include "calibration/axis_calibration.h"
 #include "capture/point_store.h"
 #include "desktop/desktop.h"
-#include "image/plot_image.h"
+#include "raster/plot_image.h"
 
 namespace graphize {
 

@@ -7,9 +7,9 @@ void Tell(const Desktop& desktop, const std::string& text, MessageIcon icon) {
 }
 
 bool AskYesNo(const Desktop& desktop, const std::string& text) {
-  return desktop.ShowMessage({.Text = text,
-                              .Icon = MessageIcon::Question,
-                              .Buttons = MessageButtons::YesNo}) == Answer::Yes;
+  return desktop.ShowMessage(
+             {.Text = text, .Icon = MessageIcon::Question, .Buttons = MessageButtons::YesNo}) ==
+         Answer::Yes;
 }
 
 }  // namespace graphize

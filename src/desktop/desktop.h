@@ -58,9 +58,9 @@ struct Desktop {
   std::function<void(const std::string&)> CopyText;
 
   /// Renders the records and lets pending window events run once. Input other than Escape is
-  /// swallowed meanwhile. Operations hold nothing into growing containers across it. ShowNow does it
-  /// each time: for what is to be seen before a step that takes its time. Pump does it now and then,
-  /// so that a loop may call it at every turn and a short command pays nothing.
+  /// swallowed meanwhile. Operations hold nothing into growing containers across it. ShowNow does
+  /// it each time: for what is to be seen before a step that takes its time. Pump does it now and
+  /// then, so that a loop may call it at every turn and a short command pays nothing.
   std::function<void()> ShowNow, Pump;
   /// Whether Escape is held down now, or the window wants to close: the running operation stops.
   std::function<bool()> EscapeHeld;

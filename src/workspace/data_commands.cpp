@@ -1,7 +1,7 @@
 #include "workspace/data_commands.h"
 
 #include "base/numbers.h"
-#include "base/words.h"
+#include "base/tokens.h"
 #include "data/curve_length.h"
 #include "data/list_edit.h"
 #include "workspace/plot_mouse.h"
@@ -46,7 +46,7 @@ void Integrate(Workspace& ws, const Desktop& desktop) {
   RefreshPlot(ws);
   // Its shading may lie on curves that are traced later.
   const StepWatch watch(desktop);
-  Integrate(ws.integrate, ws.store, ws.calibration, ws.plot, watch.Verbs());
+  Integrate(ws.integrate, ws.store, ws.calibration, ws.plot, watch.Callbacks());
   NoteStep(ws, "integrate " + std::to_string(ws.integrate.LowLimit) + " " +
                    std::to_string(ws.integrate.HighLimit) + watch.StepText());
 }
@@ -61,13 +61,12 @@ void ShowSample(Workspace& ws, const Desktop& desktop) {
 void ReSample(Workspace& ws, const Desktop& desktop) {
   const StepWatch watch(desktop);
   const std::optional<SampleEnd> end =
-      ReSample(ws.sample, ws.store, ws.settings.RefreshList != 0, watch.Verbs());
+      ReSample(ws.sample, ws.store, ws.settings.RefreshList != 0, watch.Callbacks());
   if (!end) return;
   const SampleForm& form = ws.sample;
-  NoteStep(ws, "resample " + AsWord(TrimRight(form.Steps)) + " " + AsWord(form.MinXBox) + " " +
-                   AsWord(form.MaxXBox) + (form.SampleXLog ? " x-log" : "") +
-                   (form.SampleYLog ? " y-log" : "") +
-                   watch.StepText());
+  NoteStep(ws, "resample " + Quote(TrimRight(form.Steps)) + " " + Quote(form.MinXBox) + " " +
+                   Quote(form.MaxXBox) + (form.SampleXLog ? " x-log" : "") +
+                   (form.SampleYLog ? " y-log" : "") + watch.StepText());
 }
 
 }  // namespace graphize

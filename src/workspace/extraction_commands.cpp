@@ -4,9 +4,9 @@
 #include <utility>
 
 #include "base/numbers.h"
-#include "extraction/curve_tracer.h"
-#include "extraction/smooth_tracer.h"
-#include "image/black_white.h"
+#include "raster/black_white.h"
+#include "tracing/curve_tracer.h"
+#include "tracing/smooth_tracer.h"
 #include "workspace/plot_mouse.h"
 
 namespace graphize {
@@ -22,7 +22,7 @@ ExtractionContext ExtractionOf(Workspace& ws, const Desktop& desktop) {
           .Control = ws.tracer,
           .Calibration = ws.calibration,
           .Options = ws.settings,
-          .Verbs = desktop,
+          .Callbacks = desktop,
           .CapturePressed = ws.mode == Mode::Graphize};
 }
 
@@ -35,7 +35,7 @@ void Trace(Workspace& ws, const Desktop& desktop, float x, float y) {
   ws.mouse.TraceRunning = true;
   ws.window.Hourglass = true;
   const StepWatch watch(desktop);
-  const ExtractionContext context = ExtractionOf(ws, watch.Verbs());
+  const ExtractionContext context = ExtractionOf(ws, watch.Callbacks());
   ws.settings.Trace == 1 ? TraceSmooth(context, x, y) : TraceNew(context, x, y);
   NoteStep(ws, "trace " + PositionText(x, y) + watch.StepText());
   ws.window.Hourglass = false;
@@ -45,7 +45,7 @@ void Trace(Workspace& ws, const Desktop& desktop, float x, float y) {
 void ScanArea(Workspace& ws, const Desktop& desktop, const ScanRectangle& area) {
   ws.mouse.TraceRunning = true;
   const StepWatch watch(desktop);
-  Scan(ExtractionOf(ws, watch.Verbs()), area);
+  Scan(ExtractionOf(ws, watch.Callbacks()), area);
   NoteStep(ws, "scan " + std::to_string(area.Left) + " " + std::to_string(area.Top) + " " +
                    std::to_string(area.Right) + " " + std::to_string(area.Bottom) +
                    watch.StepText());
@@ -95,7 +95,7 @@ void BustGrid(Workspace& ws, const Desktop& desktop, GridDirection direction, bo
   ws.window.Hourglass = true;
   ws.plot.PersistentDrawing = true;
   const StepWatch watch(desktop);
-  const GridRemoval removal = RemoveGridLines(ws.plot, ws.calibration, watch.Verbs(), ws.status,
+  const GridRemoval removal = RemoveGridLines(ws.plot, ws.calibration, watch.Callbacks(), ws.status,
                                               direction, all, ToInt16(x), ToInt16(y));
   if (removal.Pixels > 0)
     NoteStep(ws, std::string("grid ") + (direction == GridDirection::X ? "x " : "y ") +

@@ -4,8 +4,8 @@
 #include <string>
 
 #include "desktop/desktop.h"
-#include "extraction/extraction_context.h"
-#include "extraction/grid_lines.h"
+#include "grid/grid_lines.h"
+#include "tracing/extraction_context.h"
 #include "workspace/workspace.h"
 
 namespace graphize {

@@ -3,8 +3,8 @@
 #include <string>
 #include <utility>
 
-#include "image/black_white.h"
-#include "image/picture_tools.h"
+#include "image_tools/picture_tools.h"
+#include "raster/black_white.h"
 #include "workspace/picture_commands.h"
 #include "workspace/recipe.h"
 

@@ -14,12 +14,18 @@ inline constexpr std::array<Mode, 5> kModes = {Mode::AxisDef, Mode::Graphize, Mo
 /// The toolbar key of a mode; empty for none.
 constexpr std::string_view ModeKey(Mode mode) {
   switch (mode) {
-    case Mode::AxisDef: return "axisdef";
-    case Mode::Graphize: return "graphize";
-    case Mode::BlockTest: return "blocktest";
-    case Mode::DrawErase: return "drawerase";
-    case Mode::GridBuster: return "gridbuster";
-    case Mode::None: break;
+    case Mode::AxisDef:
+      return "axisdef";
+    case Mode::Graphize:
+      return "graphize";
+    case Mode::BlockTest:
+      return "blocktest";
+    case Mode::DrawErase:
+      return "drawerase";
+    case Mode::GridBuster:
+      return "gridbuster";
+    case Mode::None:
+      break;
   }
   return "";
 }

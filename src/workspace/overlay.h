@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "image/plot_overlay.h"
+#include "raster/plot_overlay.h"
 #include "workspace/workspace.h"
 
 namespace graphize {

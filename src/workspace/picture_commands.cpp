@@ -5,9 +5,10 @@
 
 #include "base/numbers.h"
 #include "base/run_time_error.h"
-#include "image/file_format.h"
-#include "image/picbuf.h"
-#include "image/picture_gate.h"
+#include "codecs/file_format.h"
+#include "codecs/picbuf.h"
+#include "codecs/picture_probe.h"
+#include "raster/size_limits.h"
 #include "workspace/capture_commands.h"
 #include "workspace/extraction_commands.h"
 #include "workspace/plot_mouse.h"
@@ -62,8 +63,8 @@ std::optional<Decoded> Decode(Workspace& ws, const Desktop& desktop,
     const bool damaged = loaded && !loaded->Warning.empty();
     if (damaged && choices.AcceptDamage == false)
       throw RunTimeError("\"" + path.filename().string() + "\": " + loaded->Warning);
-    if (loaded && (!damaged || choices.AcceptDamage ||
-                   AcceptsDamage(desktop, path, loaded->Warning)))
+    if (loaded &&
+        (!damaged || choices.AcceptDamage || AcceptsDamage(desktop, path, loaded->Warning)))
       picture = {std::move(loaded->Picture), loaded->FileSize, loaded->FileChecksum,
                  damaged ? "damaged" : ""};
   } catch (const RunTimeError& error) {

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "desktop/desktop.h"
-#include "image/picture_operation.h"
+#include "raster/picture_operation.h"
 #include "workspace/workspace.h"
 
 namespace graphize {

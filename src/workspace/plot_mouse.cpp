@@ -19,7 +19,8 @@ int DraggingButton(const Workspace& ws) {
   return 0;
 }
 
-/// How far a view from `start` on, `length` wide, has to move to reach `position`: one jump at most.
+/// How far a view from `start` on, `length` wide, has to move to reach `position`: one jump at
+/// most.
 int StepTowards(int position, int start, int length, int jump) {
   if (position < start) return std::max(position - start, -jump);
   return std::clamp(position - (start + length - 1), 0, jump);
@@ -28,10 +29,10 @@ int StepTowards(int position, int start, int length, int jump) {
 /// A drag beyond the edge of what is seen takes the view with it.
 void FollowDrag(Workspace& ws, float X, float Y) {
   const Viewport& view = ws.view;
-  ScrollTo(ws.view,
-           view.X + StepTowards(ToInt32(X), view.X, view.Width, std::max<int>(ws.settings.XJump, 1)),
-           view.Y +
-               StepTowards(ToInt32(Y), view.Y, view.Height, std::max<int>(ws.settings.YJump, 1)));
+  ScrollTo(
+      ws.view,
+      view.X + StepTowards(ToInt32(X), view.X, view.Width, std::max<int>(ws.settings.XJump, 1)),
+      view.Y + StepTowards(ToInt32(Y), view.Y, view.Height, std::max<int>(ws.settings.YJump, 1)));
 }
 
 void NotePen(Workspace& ws) {

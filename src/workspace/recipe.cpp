@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "base/numbers.h"
-#include "base/words.h"
+#include "base/tokens.h"
 #include "workspace/recipe_options.h"
 #include "workspace/workspace.h"
 
@@ -34,7 +34,7 @@ void NoteOptions(Workspace& ws) {
   std::vector<std::string> now = ReadOptions(ws);
   for (std::size_t i = 0; i < now.size(); ++i) {
     if (now[i] == recipe.Options[i]) continue;
-    recipe.Steps.push_back({"set " + std::string(RecipeOptions()[i].Name) + " " + AsWord(now[i])});
+    recipe.Steps.push_back({"set " + std::string(RecipeOptions()[i].Name) + " " + Quote(now[i])});
   }
   recipe.Options = std::move(now);
 }
@@ -64,14 +64,14 @@ std::string PositionText(float x, float y) {
   return ShortestText(x) + " " + ShortestText(y);
 }
 
-StepWatch::StepWatch(const Desktop& desktop) : verbs_(desktop) {
-  verbs_.EscapeHeld = [this, held = desktop.EscapeHeld] {
+StepWatch::StepWatch(const Desktop& desktop) : callbacks_(desktop) {
+  callbacks_.EscapeHeld = [this, held = desktop.EscapeHeld] {
     ++asked_;
     const bool now = held();
     if (now != (changes_.size() % 2 == 1)) changes_.push_back(asked_);
     return now;
   };
-  verbs_.ShowMessage = [this, show = desktop.ShowMessage](const Message& message) {
+  callbacks_.ShowMessage = [this, show = desktop.ShowMessage](const Message& message) {
     told_ = true;
     return show(message);
   };

@@ -45,8 +45,8 @@ void NoteOpened(Workspace& ws, const std::string& how);
 /// A picture position in a step: "140 220".
 std::string PositionText(float x, float y);
 
-/// Watches an operation, so that its replay goes the same way: at which of its questions Escape came
-/// to be held or let go, and whether it told the user something.
+/// Watches an operation, so that its replay goes the same way: at which of its questions Escape
+/// came to be held or let go, and whether it told the user something.
 class StepWatch {
  public:
   explicit StepWatch(const Desktop& desktop);
@@ -54,12 +54,12 @@ class StepWatch {
   StepWatch& operator=(const StepWatch&) = delete;
 
   /// To be handed to the operation.
-  const Desktop& Verbs() const { return verbs_; }
+  const Desktop& Callbacks() const { return callbacks_; }
   /// What a step says of it behind its own words: nothing, or " stop 17 23 told".
   std::string StepText() const;
 
  private:
-  Desktop verbs_;
+  Desktop callbacks_;
   std::int64_t asked_ = 0;
   std::vector<std::int64_t> changes_;  // numbers of questions: held, let go, held ...
   bool told_ = false;

@@ -6,8 +6,8 @@
 #include "base/checksum.h"
 #include "base/numbers.h"
 #include "base/run_time_error.h"
+#include "base/tokens.h"
 #include "base/whole_file.h"
-#include "base/words.h"
 
 namespace graphize {
 
@@ -29,7 +29,7 @@ std::string PictureLine(int number, const RecipePicture& picture, const fs::path
   std::string line = "picture " + std::to_string(number);
   const std::string size = std::to_string(picture.Width) + "x" + std::to_string(picture.Height);
   if (picture.Path.empty()) return line + " - " + size;
-  return line + " " + AsWord(NamedFrom(folder, picture.Path).string()) + " " + size + " " +
+  return line + " " + Quote(NamedFrom(folder, picture.Path).string()) + " " + size + " " +
          std::to_string(picture.FileSize) + " bytes crc32 " + HexText(picture.FileChecksum);
 }
 
@@ -67,7 +67,7 @@ std::optional<RecipeFile::Picture> ReadPicture(const std::vector<std::string>& w
 /// The number of the picture behind "open", which goes; -1 for another step.
 int TakePictureNumber(std::string& text, int pictures, int line) {
   if (text != "open" && !text.starts_with("open ")) return -1;
-  const auto words = SplitWords(text);
+  const auto words = Tokenize(text);
   const auto number =
       words && words->size() > 1 ? IntegerText((*words)[1], 1, pictures) : std::nullopt;
   if (!number) throw LineError(line, "\"open\" needs the number of one of the pictures above");
@@ -146,7 +146,7 @@ RecipeFile ReadRecipe(std::string_view text, const fs::path& folder) {
       ended = true;
       continue;
     }
-    const auto words = SplitWords(line);
+    const auto words = Tokenize(line);
     if (!words) throw LineError(number, "a quotation mark is missing");
     if (words->front() != "picture") {
       const int picture = TakePictureNumber(line, static_cast<int>(recipe.Pictures.size()), number);

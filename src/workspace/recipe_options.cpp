@@ -4,7 +4,7 @@
 #include <array>
 #include <limits>
 
-#include "base/words.h"
+#include "base/tokens.h"
 #include "workspace/workspace.h"
 
 namespace graphize {

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "base/numbers.h"
-#include "base/words.h"
+#include "base/tokens.h"
 #include "data/list_edit.h"
 #include "workspace/capture_commands.h"
 #include "workspace/data_commands.h"
@@ -352,7 +352,7 @@ void StartReplay(Workspace& ws) {
 std::optional<std::string> ReplayStep(Workspace& ws, const Desktop& desktop,
                                       const std::string& step,
                                       const std::filesystem::path& picture) {
-  std::optional<std::vector<std::string>> words = SplitWords(step);
+  std::optional<std::vector<std::string>> words = Tokenize(step);
   if (!words) return "a quotation mark is missing";
   if (words->empty()) return "there is nothing to do";
   const std::string name = words->front();

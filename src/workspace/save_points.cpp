@@ -2,7 +2,7 @@
 
 #include "base/numbers.h"
 #include "base/run_time_error.h"
-#include "base/words.h"
+#include "base/tokens.h"
 #include "data/data_file.h"
 
 namespace graphize {
@@ -17,8 +17,7 @@ namespace {
 std::vector<RowError> ErrorColumns(const Workspace& ws, const Desktop& desktop) {
   if (!ws.commands.SaveErrors) return {};
   if (HasRowErrors(ws.store, ws.calibration)) return RowErrorsOf(ws.store, ws.calibration);
-  Tell(desktop,
-       "The rows of the list are no places on the picture: they are saved without errors",
+  Tell(desktop, "The rows of the list are no places on the picture: they are saved without errors",
        MessageIcon::Exclamation);
   return {};
 }
@@ -44,7 +43,7 @@ bool SavePoints(Workspace& ws, const Desktop& desktop) {
                                       ErrorColumns(ws, desktop)));
     written = true;
     ws.dataFileTitle = title;
-    NoteStep(ws, "save " + AsWord(title));
+    NoteStep(ws, "save " + Quote(title));
   } catch (const RunTimeError& error) {
     Tell(desktop, std::string("Error while saving. \r\n") + error.what(), MessageIcon::Critical);
   }

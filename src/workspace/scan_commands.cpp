@@ -75,7 +75,7 @@ void TellSourceError(const Desktop& desktop, const std::string& description) {
 /// The chosen source or, when none was chosen, the first at this computer; no name after Escape.
 ScannerSource SourceToOpen(const Workspace& ws, const Desktop& desktop) {
   if (!ws.scanner.Source.Name.empty()) return ws.scanner.Source;
-  const auto sources = TWAIN_SelectImageSource(false, Wait(desktop));
+  const auto sources = ListScanners(false, Wait(desktop));
   if (!sources) return {};
   if (sources->empty()) throw RunTimeError(kNothingFound);
   return {sources->front().Name, SourceLabel(sources->front())};
@@ -101,7 +101,7 @@ void OpenScanWindow(Workspace& ws, const Desktop& desktop) {
   ws.form = Form::Scan;
 }
 
-void TakePage(Workspace& ws, const Desktop& desktop, NativeBitmap bitmap) {
+void TakePage(Workspace& ws, const Desktop& desktop, PageRaster bitmap) {
   ws.window.Hourglass = true;
   LoadImage(ws, desktop, std::move(*bitmap), "Scanned Plot");
   BeWithoutFile(ws);
@@ -125,7 +125,7 @@ void LookForSources(Workspace& ws, const Desktop& desktop, bool network) {
   desktop.ShowNow();
   std::string error;
   try {
-    auto sources = TWAIN_SelectImageSource(network, Wait(desktop));
+    auto sources = ListScanners(network, Wait(desktop));
     if (sources)
       ShowSources(ws.source, std::move(*sources), ws.scanner.Source.Name);
     else
@@ -184,8 +184,8 @@ void PreviewScan(Workspace& ws, const Desktop& desktop) {
     ws.scan.Doing = ScanForm::Work::Preview;
     ws.scan.Percent = 0;
     const ScanSettings settings = ws.scan.Can.Now;
-    const NativeBitmap bitmap = TWAIN_AcquireNative(ws.scanner.Open, PreviewSettings(ws.scan), true,
-                                                    ShowProgress(ws.scan, desktop));
+    const PageRaster bitmap = AcquirePage(ws.scanner.Open, PreviewSettings(ws.scan), true,
+                                          ShowProgress(ws.scan, desktop));
     if (bitmap) {
       ws.scan.Preview = std::move(*bitmap);
       ++ws.scan.PreviewNumber;
@@ -201,8 +201,8 @@ void AcquireImage(Workspace& ws, const Desktop& desktop) {
     ws.scan.Doing = ScanForm::Work::Scan;
     ws.scan.Percent = 0;
     ws.scanner.LastSettings = ws.scan.Can.Now;
-    NativeBitmap bitmap = TWAIN_AcquireNative(ws.scanner.Open, ws.scan.Can.Now, false,
-                                              ShowProgress(ws.scan, desktop));
+    PageRaster bitmap =
+        AcquirePage(ws.scanner.Open, ws.scan.Can.Now, false, ShowProgress(ws.scan, desktop));
     CloseForm(ws, desktop);
     if (bitmap) TakePage(ws, desktop, std::move(bitmap));
   });

@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "base/run_time_error.h"
-#include "extraction/tracer_control.h"
 #include "settings/scanner_source.h"
 #include "settings/settings_store.h"
+#include "tracing/tracer_control.h"
 #include "workspace/save_points.h"
 #include "workspace/toolbar.h"
 
@@ -33,8 +33,7 @@ std::optional<WindowPlacement> PlacementFor(const WindowFrame& window) {
 
 /// A screen too large for a default place is nothing to answer a box for at every start: it is told
 /// in the status panel.
-void ReadWindowPlacement(Workspace& ws, const SettingsFile& file,
-                         std::vector<std::string>& notes) {
+void ReadWindowPlacement(Workspace& ws, const SettingsFile& file, std::vector<std::string>& notes) {
   const std::optional<WindowPlacement> defaults = PlacementFor(ws.window);
   std::vector<std::string> placementNotes;
   ReadPlacement(file, defaults, ws.window.Placement, placementNotes);
@@ -83,9 +82,12 @@ bool MayClose(Workspace& ws, const Desktop& desktop) {
   switch (desktop.ShowMessage({.Text = "Do you want to save graphized points ?",
                                .Icon = MessageIcon::Question,
                                .Buttons = MessageButtons::YesNoCancel})) {
-    case Answer::Yes: return SavePoints(ws, desktop);  // nothing is lost by a failed save
-    case Answer::No: return true;
-    default: return false;
+    case Answer::Yes:
+      return SavePoints(ws, desktop);  // nothing is lost by a failed save
+    case Answer::No:
+      return true;
+    default:
+      return false;
   }
 }
 

@@ -4,7 +4,7 @@
 #include <limits>
 #include <utility>
 
-#include "base/words.h"
+#include "base/tokens.h"
 
 namespace graphize {
 
@@ -58,17 +58,17 @@ bool StepArguments::Good() {
 }
 
 ReplayedDesktop::ReplayedDesktop(const Desktop& desktop, StepArguments& arguments)
-    : verbs_(desktop) {
+    : callbacks_(desktop) {
   if (arguments.Has("stop")) {
     while (!arguments.AtEnd() && !arguments.IsNext("told"))
       changes_.push_back(arguments.Integer(1, std::numeric_limits<int>::max()));
-    verbs_.EscapeHeld = [this] {
+    callbacks_.EscapeHeld = [this] {
       ++asked_;
       const auto passed = std::upper_bound(changes_.begin(), changes_.end(), asked_);
       return (passed - changes_.begin()) % 2 == 1;
     };
   }
-  if (arguments.Has("told")) verbs_.ShowMessage = [](const Message&) { return Answer::Ok; };
+  if (arguments.Has("told")) callbacks_.ShowMessage = [](const Message&) { return Answer::Ok; };
 }
 
 }  // namespace graphize

@@ -47,10 +47,10 @@ class ReplayedDesktop {
   ReplayedDesktop(const Desktop& desktop, StepArguments& arguments);
   ReplayedDesktop(const ReplayedDesktop&) = delete;
   ReplayedDesktop& operator=(const ReplayedDesktop&) = delete;
-  operator const Desktop&() const { return verbs_; }  // NOLINT: reads as the desktop it is
+  operator const Desktop&() const { return callbacks_; }  // NOLINT: reads as the desktop it is
 
  private:
-  Desktop verbs_;
+  Desktop callbacks_;
   std::vector<int> changes_;  // numbers of questions: held, let go, held ...
   int asked_ = 0;
 };

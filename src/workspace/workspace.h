@@ -14,19 +14,19 @@
 #include "data/sample_form.h"
 #include "desktop/command_states.h"
 #include "desktop/status_bar.h"
-#include "extraction/blockers.h"
-#include "extraction/pen.h"
-#include "extraction/scan.h"
-#include "extraction/tracer_control.h"
-#include "image/image_tools.h"
-#include "image/plot_image.h"
-#include "image/scan_form.h"
-#include "image/source_form.h"
-#include "image/viewport.h"
+#include "image_tools/image_tools.h"
+#include "raster/plot_image.h"
+#include "raster/viewport.h"
+#include "scanner/scan_form.h"
+#include "scanner/source_form.h"
 #include "settings/options_form.h"
 #include "settings/scanner_source.h"
 #include "settings/settings.h"
 #include "settings/window_placement.h"
+#include "tracing/blockers.h"
+#include "tracing/pen.h"
+#include "tracing/scan.h"
+#include "tracing/tracer_control.h"
 #include "workspace/about_form.h"
 #include "workspace/help_request.h"
 #include "workspace/mode.h"
@@ -45,7 +45,7 @@ struct PictureSource {
   std::filesystem::path Folder;  // where file dialogs start
   std::uintmax_t FileSize = 0;   // of the file as it was read
   std::uint32_t FileChecksum = 0;
-  bool FromFile = true;          // reload acts only on these
+  bool FromFile = true;  // reload acts only on these
   bool WithoutFile = false;
 };
 

@@ -33,7 +33,7 @@ TEST_F(StoppingKey, DoesNotCloseTheBoxThatOpensWhileItIsHeld) {
   const Repeats repeats;
   desktop.BeginCommand();
   Xdo({"keydown", "Escape"});
-  EXPECT_TRUE(desktop.Verbs().EscapeHeld());
+  EXPECT_TRUE(desktop.Callbacks().EscapeHeld());
 
   bool openWhileHeld = false, openAfterwards = false;
   const auto isOpen = [] { return QApplication::activeModalWidget() != nullptr; };
@@ -49,7 +49,7 @@ TEST_F(StoppingKey, DoesNotCloseTheBoxThatOpensWhileItIsHeld) {
     Xdo({"key", "Escape"});
   });
   timer.start(20);
-  desktop.Verbs().ShowMessage({.Text = "The store is full"});
+  desktop.Callbacks().ShowMessage({.Text = "The store is full"});
   EXPECT_TRUE(openWhileHeld);
   EXPECT_TRUE(openAfterwards) << "and its release";
   EXPECT_FALSE(isOpen()) << "a press of its own closes it";

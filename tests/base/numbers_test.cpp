@@ -10,9 +10,8 @@ namespace graphize {
 namespace {
 
 TEST(Numbers, RoundHalfToEvenIntoSixteenBits) {
-  const std::pair<double, int> cases[] = {{0.5, 0},         {1.5, 2},         {2.5, 2},
-                                          {-0.5, 0},        {-1.5, -2},       {32767.4, 32767},
-                                          {-32768.5, -32768}};
+  const std::pair<double, int> cases[] = {
+      {0.5, 0}, {1.5, 2}, {2.5, 2}, {-0.5, 0}, {-1.5, -2}, {32767.4, 32767}, {-32768.5, -32768}};
   for (const auto& [value, expected] : cases) EXPECT_EQ(ToInt16(value), expected) << value;
   for (const double value : {32767.5, -32769.0, 1e300, std::nan(""), double{INFINITY}})
     EXPECT_THROW(ToInt16(value), RunTimeError) << value;
@@ -22,10 +21,10 @@ TEST(Numbers, RoundHalfToEvenIntoSixteenBits) {
 
 TEST(Numbers, TextReadsByItsLeadingNumber) {
   const std::pair<const char*, double> cases[] = {
-      {"1e3", 1000}, {"  -2.5 m", -2.5}, {"0,5", 0},    {"", 0},       {"abc", 0},
-      {"+7", 7},     {".5", 0.5},        {"5.", 5},     {"1e", 1},     {"-", 0},
-      {"inf", 0},    {"nan", 0},         {"- 3", 0},    {"1 2", 1},    {"\t12\r\n", 12},
-      {"0x10", 0},   {"1e-400", 0},      {"--1", 0},    {"1.2.3", 1.2}};
+      {"1e3", 1000}, {"  -2.5 m", -2.5}, {"0,5", 0}, {"", 0},       {"abc", 0},
+      {"+7", 7},     {".5", 0.5},        {"5.", 5},  {"1e", 1},     {"-", 0},
+      {"inf", 0},    {"nan", 0},         {"- 3", 0}, {"1 2", 1},    {"\t12\r\n", 12},
+      {"0x10", 0},   {"1e-400", 0},      {"--1", 0}, {"1.2.3", 1.2}};
   for (const auto& [text, expected] : cases) EXPECT_EQ(LeadingNumber(text), expected) << text;
   EXPECT_TRUE(std::isinf(LeadingNumber("1e999")));
   EXPECT_LT(LeadingNumber("-1e999"), 0);

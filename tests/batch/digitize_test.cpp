@@ -6,7 +6,7 @@
 
 #include "batch/batch.h"
 #include "batch/digitize.h"
-#include "image/picbuf.h"
+#include "codecs/picbuf.h"
 #include "support/plot_drawing.h"
 #include "support/temporary_folder.h"
 #include "support/true_data.h"

@@ -8,8 +8,8 @@
 
 #include "base/run_time_error.h"
 #include "batch/job.h"
+#include "codecs/picbuf.h"
 #include "data/data_file.h"
-#include "image/picbuf.h"
 #include "support/calibrated.h"
 #include "support/plot_drawing.h"
 #include "support/quiet_desktop.h"

@@ -38,8 +38,8 @@ TEST(Cursor, ReadsPixelsUpwardAndValuesOnceCalibrated) {
 
 TEST(Snap, GoesToTheCentreOfTheInk) {
   // Rows 2 to 4 are a horizontal line three pixels thick; a dot stands at (1, 7).
-  const PlotImage image = test::MakePlotImage({"......", "......", "######", "######", "######",
-                                               "......", "......", ".#....", "......"});
+  const PlotImage image = test::MakePlotImage(
+      {"......", "......", "######", "######", "######", "......", "......", ".#....", "......"});
   struct Case {
     const char* name;
     float x, y;

@@ -96,8 +96,10 @@ TEST(ListPage, ShowsTheNewestOrThePageAtTheScrollBar) {
     int scrollMaximum;
     bool enabled;
   };
-  const Case cases[] = {{0, {0, 0, 0, 0, 0}, 1, false}, {3, {1, 2, 3, 0, 0}, 1, false},
-                        {5, {1, 2, 3, 4, 5}, 1, false}, {6, {2, 3, 4, 5, 6}, 2, true},
+  const Case cases[] = {{0, {0, 0, 0, 0, 0}, 1, false},
+                        {3, {1, 2, 3, 0, 0}, 1, false},
+                        {5, {1, 2, 3, 4, 5}, 1, false},
+                        {6, {2, 3, 4, 5, 6}, 2, true},
                         {7, {3, 4, 5, 6, 7}, 3, true}};
   for (const Case& c : cases) {
     ListPage page;

@@ -46,10 +46,8 @@ TEST(SampleForm, OpensWithTheRangeOfTheCapturedPoints) {
 
 TEST(SampleForm, TheHintNamesThePointWhereXDoesNotRise) {
   const std::pair<RowList, const char*> cases[] = {
-      {{{3, 0}}, "Min X equals Max X"},
-      {{{0, 0}, {1, 0}, {2, 0}}, ""},
-      {{{2, 0}, {1, 0}, {0, 0}}, "point 2."},
-      {{{0, 0}, {1, 0}, {1, 5}, {0, 0}}, "point 3."},
+      {{{3, 0}}, "Min X equals Max X"},          {{{0, 0}, {1, 0}, {2, 0}}, ""},
+      {{{2, 0}, {1, 0}, {0, 0}}, "point 2."},    {{{0, 0}, {1, 0}, {1, 5}, {0, 0}}, "point 3."},
       {{{0, 0}, {1, 0}, {kNaN, 5}}, "point 3."},
   };
   for (const auto& [points, words] : cases) {
@@ -220,8 +218,8 @@ TEST(SampleForm, RefusalsLeaveTheListAsItIs) {
 
 TEST(SampleForm, LimitsThatAreNoNumbersAreRefused) {
   PointStore store = MakeStore({{0, 0}, {10, 10}});
-  for (const auto& [min, max, told] : {std::tuple{"", "10", ""}, {"abc", "10", "abc"},
-                                       {"0", "1e60", "1e60"}, {"0", "-", "-"}}) {
+  for (const auto& [min, max, told] :
+       {std::tuple{"", "10", ""}, {"abc", "10", "abc"}, {"0", "1e60", "1e60"}, {"0", "-", "-"}}) {
     SampleForm form = Opened(store);
     form.MinXBox = min;
     form.MaxXBox = max;

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "base/raster.h"
-#include "image/plot_image.h"
+#include "raster/plot_image.h"
 
 namespace graphize::test {
 

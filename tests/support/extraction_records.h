@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "base/numbers.h"
-#include "extraction/extraction_context.h"
 #include "support/ascii_picture.h"
+#include "tracing/extraction_context.h"
 
 namespace graphize::test {
 

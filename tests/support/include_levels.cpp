@@ -4,6 +4,7 @@
 #include <fstream>
 #include <map>
 #include <string_view>
+#include <utility>
 
 namespace graphize::test {
 
@@ -13,7 +14,7 @@ namespace fs = std::filesystem;
 
 using Levels = std::map<std::string, int>;
 
-/// Reads the lines "| 2 | `image/` | ... |".
+/// Reads the lines "| 2 | `raster/` | ... |".
 Levels ReadLevels(const fs::path& readme, std::vector<std::string>& broken) {
   Levels levels;
   std::ifstream file(readme);
@@ -65,8 +66,16 @@ bool IsStandard(std::string_view header) {
 /// The folder of a module that shuts a library in; empty for any other file.
 std::string ModuleOf(const fs::path& path) {
   const std::string folder = path.parent_path().generic_string();
-  return folder == "image/picbuf" || folder == "image/scanner" ? folder : "";
+  return folder == "codecs/picbuf" || folder == "scanner/sane" ? folder : "";
 }
+
+/// The one file or folder that sees a library, by how its headers start.
+constexpr std::pair<std::string_view, std::string_view> kLibraries[] = {
+    {"Magick", "codecs/picbuf"},
+    {"magick/", "codecs/picbuf"},
+    {"sane/", "scanner/sane"},
+    {"dlfcn.h", "base/module.cpp"},
+};
 
 /// A header in angle brackets: what is wrong with it here, or nothing.
 std::string CheckLibrary(const fs::path& path, bool isTest, std::string_view header) {
@@ -76,12 +85,11 @@ std::string CheckLibrary(const fs::path& path, bool isTest, std::string_view hea
                     (header.starts_with('q') && header.ends_with(".h"));
   if (isQt) return seesQt ? "" : "Qt is for app/ and widgets";
   if (isTest) return "";
-  if (header.starts_with("Magick") || header.starts_with("magick/"))
-    return ModuleOf(path) == "image/picbuf" ? "" : "the picture library is for image/picbuf/";
-  if (header.starts_with("sane/"))
-    return ModuleOf(path) == "image/scanner" ? "" : "the scanner library is for image/scanner/";
-  if (header == "dlfcn.h")
-    return path == "image/module.cpp" ? "" : "modules are for image/module.cpp";
+  for (const auto& [start, place] : kLibraries)
+    if (header.starts_with(start))
+      return path == place || path.parent_path() == place
+                 ? ""
+                 : "this library is for " + std::string(place);
   return seesQt || IsStandard(header) ? "" : "logic has the standard library only";
 }
 

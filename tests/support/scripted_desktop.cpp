@@ -35,8 +35,8 @@ ScriptedDesktop::ScriptedDesktop() {
     }
     return TakeFirst(prompts_);
   };
-  desktop_.ChooseFile = [this](const FileQuestion& question)
-      -> std::optional<std::filesystem::path> {
+  desktop_.ChooseFile =
+      [this](const FileQuestion& question) -> std::optional<std::filesystem::path> {
     FileQuestions.push_back(question);
     if (files_.empty()) {
       ADD_FAILURE() << "unexpected file question: " << question.Title;

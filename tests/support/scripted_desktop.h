@@ -24,7 +24,7 @@ class ScriptedDesktop {
   /// An empty path is Cancel.
   void ExpectFile(const std::filesystem::path& path);
 
-  const Desktop& Verbs() const { return desktop_; }
+  const Desktop& Callbacks() const { return desktop_; }
   operator const Desktop&() const { return desktop_; }  // NOLINT: reads as the thing it scripts
 
   // What was asked, oldest first.
@@ -37,7 +37,7 @@ class ScriptedDesktop {
 
   // What the desktop answers.
   Raster Clipboard;
-  int EscapeAfter = -1;        // Escape is held from this many questions for it on; -1 never
+  int EscapeAfter = -1;  // Escape is held from this many questions for it on; -1 never
   bool PointerOver = false;
   bool PointerMoves = true;
   int PointerX = 0, PointerY = 0;  // where MovePointer has led

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "image/black_white.h"
+#include "raster/black_white.h"
 #include "support/picture_bytes.h"
 #include "support/scripted_desktop.h"
 #include "workspace/extraction_commands.h"

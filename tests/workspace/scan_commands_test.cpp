@@ -1,10 +1,11 @@
 // The scanner commands on the whole workspace, with a virtual scanner and without a window.
 
 #include "workspace/scan_commands.h"
+#include "raster/size_limits.h"
 
 #include <gtest/gtest.h>
 
-#include "image/picture_gate.h"
+#include "codecs/picture_probe.h"
 #include "support/calibrated.h"
 #include "support/scripted_desktop.h"
 #include "support/temporary_folder.h"

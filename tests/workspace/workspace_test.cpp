@@ -8,8 +8,8 @@
 
 #include "base/numbers.h"
 #include "base/run_time_error.h"
-#include "image/file_format.h"
-#include "image/picbuf.h"
+#include "codecs/file_format.h"
+#include "codecs/picbuf.h"
 #include "support/ascii_picture.h"
 #include "support/scripted_desktop.h"
 #include "support/temporary_folder.h"

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "base/raster.h"
+#include "raster/picture_operation.h"
+
+namespace graphize {
+
+struct LoadedPicture {
+  Raster Picture;
+  /// What is wrong with a picture that could be opened all the same, sentences in plain words.
+  std::string Warning;
+  // Of the file as it was read.
+  std::uintmax_t FileSize = 0;
+  std::uint32_t FileChecksum = 0;  // Crc32
+};
+
+/// The first picture in a file of any type that the probe admits (codecs/picture_probe.h), upright
+/// as its camera or scanner says, on white where it is transparent. Nothing when `progress` stopped
+/// it. Throws RunTimeError whose text names the file and the reason.
+///
+/// While it runs it takes up to 3 times the raster's size; afterwards the raster alone is left.
+std::optional<LoadedPicture> LoadPicture(const std::filesystem::path& path,
+                                         const PictureProgress& progress = {});
+
+/// Writes a picture by format code and option (codecs/file_format.h); at most 256 colours are
+/// stored as a table of colours where the type knows one, more are reduced to 256 for a GIF. The
+/// old file is replaced only when all has gone well. False when `progress` stopped it. Throws
+/// RunTimeError whose text names the file and the reason.
+bool SavePicture(const std::filesystem::path& path, int format, int option, const Raster& picture,
+                 const PictureProgress& progress = {});
+
+}  // namespace graphize

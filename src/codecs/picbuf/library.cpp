@@ -1,0 +1,78 @@
+#include "codecs/picbuf/library.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <mutex>
+#include <string_view>
+#include <vector>
+
+namespace graphize {
+
+namespace {
+
+/// The operation that this thread works on. The library's own helper threads have none.
+thread_local PictureOperation* currentOperation = nullptr;
+
+unsigned OnProgress(const char*, lib::magick_int64_t done, lib::magick_uint64_t all,
+                    lib::ExceptionInfo*) {
+  if (currentOperation == nullptr) return MagickPass;
+  currentOperation->Advance(static_cast<double>(done) / static_cast<double>(std::max(all, 1UL)));
+  return currentOperation->Stopped ? MagickFail : MagickPass;
+}
+
+unsigned RefuseAccess(lib::ConfirmAccessMode, const char*, lib::ExceptionInfo*) {
+  errno = EPERM;
+  return MagickFail;
+}
+
+/// Only the picture types themselves stay: what reads scripts, other files or the network goes.
+void KeepPictureTypesOnly() {
+  static constexpr std::string_view kKept[] = {"TIFF", "TIF", "JPEG", "JPG", "BMP", "BMP3",
+                                               "GIF",  "PCX", "TGA",  "PNG", "WEBP"};
+  Report report;
+  lib::MagickInfo** all = lib::GetMagickInfoArray(report);
+  std::vector<std::string> unwanted;
+  for (lib::MagickInfo** entry = all; entry != nullptr && *entry != nullptr; ++entry)
+    if (std::ranges::find(kKept, (*entry)->name) == std::end(kKept))
+      unwanted.emplace_back((*entry)->name);
+  lib::MagickFree(all);
+  for (const std::string& name : unwanted) lib::UnregisterMagickInfo(name.c_str());
+}
+
+}  // namespace
+
+CurrentOperation::CurrentOperation(PictureOperation& operation) {
+  currentOperation = &operation;
+}
+
+CurrentOperation::~CurrentOperation() {
+  currentOperation = nullptr;
+}
+
+void StartLibrary() {
+  static std::once_flag started;
+  std::call_once(started, [] {
+    Report report;
+    lib::InitializeMagickEx(nullptr, MAGICK_OPT_NO_SIGNAL_HANDER, report);
+    KeepPictureTypesOnly();
+    lib::MagickSetConfirmAccessHandler(RefuseAccess);
+    lib::SetMonitorHandler(OnProgress);
+    constexpr lib::magick_int64_t kGiB = 1 << 30;
+    // Room for a page enlarged to 150 %; what may be opened is the probe's to say.
+    lib::SetMagickResourceLimit(lib::PixelsResource, 320'000'000);
+    lib::SetMagickResourceLimit(lib::WidthResource, 65'535);
+    lib::SetMagickResourceLimit(lib::HeightResource, 65'535);
+    lib::SetMagickResourceLimit(lib::MemoryResource, 6 * kGiB);
+    lib::SetMagickResourceLimit(lib::MapResource, 0);
+    lib::SetMagickResourceLimit(lib::DiskResource, 0);
+    lib::SetMagickResourceLimit(lib::ReadResource, 2 * kGiB);
+  });
+}
+
+ImageInfoPtr InfoFor(const char* coder) {
+  ImageInfoPtr info(lib::CloneImageInfo(nullptr));
+  lib::MagickStrlCpy(info->magick, coder, MaxTextExtent);
+  return info;
+}
+
+}  // namespace graphize

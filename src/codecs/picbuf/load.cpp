@@ -1,0 +1,225 @@
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <future>
+#include <memory>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "base/checksum.h"
+#include "base/run_time_error.h"
+#include "codecs/bitmap_header.h"
+#include "codecs/picbuf.h"
+#include "codecs/picbuf/library.h"
+#include "codecs/picture_probe.h"
+#include "raster/orientation.h"
+#include "raster/size_limits.h"
+#include "raster/transparency.h"
+
+namespace graphize {
+
+namespace {
+
+static_assert(sizeof(lib::PixelPacket) == 8 && offsetof(lib::PixelPacket, blue) == 0 &&
+                  offsetof(lib::PixelPacket, green) == 2 && offsetof(lib::PixelPacket, red) == 4,
+              "the hand-out reads the library's pixels as 16-bit blue, green, red, opacity");
+
+const char* CoderOf(PictureType type) {
+  static constexpr const char* kCoders[] = {"",    "TIFF", "TGA",  "BMP", "GIF",
+                                            "BMP", "PCX",  "JPEG", "PNG", "WEBP"};
+  return kCoders[static_cast<int>(type)];
+}
+
+[[noreturn]] void ThrowDecodeError(const Report& report) {
+  const auto severity = report.Severity();
+  if (severity == lib::ResourceLimitError || severity == lib::ResourceLimitFatalError)
+    throw RunTimeError("The picture is too large, or there is not enough memory. " + SizeRule());
+  throw RunTimeError("The file is damaged, incomplete or of a rare kind." + report.Detail());
+}
+
+void CheckSize(const lib::Image& image) {
+  const std::string refusal =
+      SizeRefusal(static_cast<std::int64_t>(image.columns), static_cast<std::int64_t>(image.rows));
+  if (!refusal.empty()) throw RunTimeError(refusal);
+}
+
+/// The decoder's look at the head of the file, where the probe could not tell the size.
+void CheckSize(PictureType type, std::string_view bytes) {
+  Report report;
+  const ImageInfoPtr info = InfoFor(CoderOf(type));
+  const ImagePtr image(lib::PingBlob(info.get(), bytes.data(), bytes.size(), report));
+  if (image == nullptr) ThrowDecodeError(report);
+  CheckSize(*image);
+}
+
+/// A decoded picture; null when the operation was stopped. The decoder's first complaint becomes
+/// `warning`.
+ImagePtr Decode(const ProbeResult& verdict, std::string_view bytes, std::string& warning,
+                const PictureOperation& operation) {
+  const ImageInfoPtr info = InfoFor(CoderOf(verdict.Type));
+  info->subimage = 0;
+  info->subrange = 1;
+  Report report;
+  ImagePtr image(lib::BlobToImage(info.get(), bytes.data(), bytes.size(), report));
+  if (operation.Stopped) return nullptr;
+  if (image == nullptr || report.Severity() >= lib::ErrorException) ThrowDecodeError(report);
+  CheckSize(*image);
+  // What a PNG decoder merely warns of are additions to the picture, such as colour profiles.
+  const bool harmless = verdict.Type == PictureType::Png && report.Severity() == lib::CoderWarning;
+  if (report.Severity() >= lib::WarningException && !harmless && warning.empty())
+    warning =
+        "The file is damaged or incomplete. What could be read of it is shown." + report.Detail();
+  if (verdict.Opaque) image->matte = MagickFalse;
+  if (image->colorspace == lib::CMYKColorspace)
+    lib::TransformColorspace(image.get(), lib::RGBColorspace);
+  return image;
+}
+
+/// The 8-bit value of each 16-bit value, q / 257: for all q the same as the shifts, which the
+/// compiler turns into vector instructions.
+std::uint8_t EightBits(std::uint16_t q) {
+  return static_cast<std::uint8_t>((q - (q >> 8)) >> 8);
+}
+
+std::uint32_t PixelOf(const lib::PixelPacket& packet) {
+  return 0xff000000u | static_cast<std::uint32_t>(EightBits(packet.red)) << 16 |
+         static_cast<std::uint32_t>(EightBits(packet.green)) << 8 | EightBits(packet.blue);
+}
+
+const lib::PixelPacket* RowOf(const lib::Image& image, int y) {
+  Report report;
+  const auto* row = lib::AcquireImagePixels(&image, 0, y, image.columns, 1, report);
+  if (row == nullptr) ThrowDecodeError(report);
+  return row;
+}
+
+/// A picture with a colour map of at most 256 different colours leaves the library as one byte per
+/// pixel, because its indexes make the library's image a quarter larger. False for others.
+bool HandOutIndexes(ImagePtr& image, Raster& raster, PictureOperation& operation) {
+  if (image->storage_class != lib::PseudoClass || image->matte) return false;
+  std::vector<std::uint32_t> colours;
+  std::vector<std::uint8_t> codes(image->colors);
+  for (unsigned i = 0; i < image->colors; ++i) {
+    const std::uint32_t colour = PixelOf(image->colormap[i]);
+    // A grey map of 16 bits has neighbours that are the same in 8.
+    auto place = std::find(colours.rbegin(), colours.rend(), colour);
+    if (place == colours.rend()) {
+      if (colours.size() == 256) return false;
+      colours.push_back(colour);
+      place = colours.rbegin();
+    }
+    codes[i] = static_cast<std::uint8_t>(colours.rend() - place - 1);
+  }
+
+  const int width = static_cast<int>(image->columns), height = static_cast<int>(image->rows);
+  const auto count = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+  const auto bytes = std::make_unique_for_overwrite<std::uint8_t[]>(count);
+  std::uint8_t* byte = bytes.get();
+  for (int y = 0; y < height; ++y) {
+    RowOf(*image, y);
+    const lib::IndexPacket* indexes = lib::AccessImmutableIndexes(image.get());
+    if (indexes == nullptr) return false;
+    for (int x = 0; x < width; ++x)
+      *byte++ = indexes[x] < codes.size() ? codes[indexes[x]] : std::uint8_t{0};
+    operation.Advance(0.5 * y / height);
+  }
+  image.reset();
+  raster = Raster(width, height);
+  colours.resize(256);
+  for (std::size_t i = 0; i < count; ++i) raster.Pixels()[i] = colours[bytes[i]];
+  return true;
+}
+
+/// The library's picture as a raster whose fourth byte is opacity. The library's is gone then.
+Raster ToRaster(ImagePtr image, PictureOperation& operation) {
+  Raster raster;
+  if (HandOutIndexes(image, raster, operation)) return raster;
+  raster = Raster(static_cast<int>(image->columns), static_cast<int>(image->rows));
+  const std::uint32_t opaque = image->matte ? 0 : 0xff000000u;
+  for (int y = 0; y < raster.Height() && !operation.Stopped; ++y) {
+    const lib::PixelPacket* row = RowOf(*image, y);
+    std::uint32_t* target = raster.Row(y);
+    for (int x = 0; x < raster.Width(); ++x) {
+      // The library's fourth component is transparency.
+      const std::uint32_t clear = EightBits(row[x].opacity);
+      target[x] = (PixelOf(row[x]) & 0xffffffu) | ((255u - clear) << 24) | opaque;
+    }
+    operation.Advance(static_cast<double>(y) / raster.Height());
+  }
+  return raster;
+}
+
+/// A large uncompressed bitmap, decoded in bands of rows: at once the decoder would hold it three
+/// times beside the file's bytes.
+Raster LoadBands(const ProbeResult& verdict, const BitmapHeader& bitmap, std::string_view bytes,
+                 std::int64_t bandRows, std::string& warning, PictureOperation& operation) {
+  const std::int64_t height = std::abs(bitmap.Height);
+  Raster picture(static_cast<int>(bitmap.Width), static_cast<int>(height));
+  for (std::int64_t first = 0; first < height && !operation.Stopped; first += bandRows) {
+    const std::int64_t count = std::min(bandRows, height - first);
+    operation.From = static_cast<double>(first) / static_cast<double>(height);
+    operation.To = static_cast<double>(first + count) / static_cast<double>(height);
+    ImagePtr image = Decode(verdict, BitmapBand(bitmap, bytes, first, count), warning, operation);
+    if (image == nullptr) break;
+    const Raster band = ToRaster(std::move(image), operation);
+    if (band.Width() != picture.Width() || band.Height() != count)
+      throw RunTimeError("The file is damaged.");
+    const auto top = static_cast<int>(height - first - count);
+    std::copy_n(band.Pixels(), band.PixelCount(), picture.Row(top));
+  }
+  return picture;
+}
+
+std::optional<LoadedPicture> Load(const std::filesystem::path& path, PictureOperation& operation) {
+  constexpr std::int64_t kBandPixels = 1 << 22;
+  const CurrentOperation current(operation);
+  ProbeResult verdict;
+  std::string bytes = ReadPictureFile(path, verdict);
+  if (verdict.Width == 0) CheckSize(verdict.Type, bytes);
+
+  LoadedPicture loaded;
+  loaded.FileSize = bytes.size();
+  // Beside the decoder: large files would otherwise open a third slower.
+  std::future<std::uint32_t> checksum =
+      std::async(std::launch::async, [&bytes] { return Crc32(bytes); });
+  bool transparent = !verdict.Opaque;
+  const auto bitmap = ReadBitmapHeader(bytes);
+  int orientation = bitmap && bitmap->Height < 0 ? 4 : verdict.Mirrored ? 2 : 1;
+  const std::int64_t bandRows = bitmap ? BitmapBandRows(*bitmap, bytes, kBandPixels) : 0;
+  if (bandRows > 0) {
+    loaded.Picture = LoadBands(verdict, *bitmap, bytes, bandRows, loaded.Warning, operation);
+  } else {
+    if (bitmap) {
+      checksum.wait();
+      MakePlainBmp(*bitmap, bytes);
+    }
+    operation.To = 0.7;
+    ImagePtr image = Decode(verdict, bytes, loaded.Warning, operation);
+    checksum.wait();
+    std::string().swap(bytes);
+    if (image == nullptr) return {};
+    transparent = image->matte != 0;
+    if (orientation == 1) orientation = image->orientation;
+    operation.From = operation.To;
+    operation.To = 1;
+    loaded.Picture = ToRaster(std::move(image), operation);
+  }
+  if (operation.Stopped) return {};
+  loaded.FileChecksum = checksum.get();
+  if (transparent) Flatten(loaded.Picture);
+  loaded.Picture = ApplyOrientation(std::move(loaded.Picture), orientation);
+  return loaded;
+}
+
+}  // namespace
+
+std::optional<LoadedPicture> LoadPicture(const std::filesystem::path& path,
+                                         const PictureProgress& progress) {
+  return NamingTheFile("Cannot open the picture", path, [&] {
+    StartLibrary();
+    return RunBeside(progress, [&](PictureOperation& operation) { return Load(path, operation); });
+  });
+}
+
+}  // namespace graphize

@@ -1,0 +1,8 @@
+#include "base/version.h"
+#include "codecs/picbuf_module.h"
+
+extern "C" __attribute__((visibility("default"))) const char* const GraphizeModuleStamp =
+    graphize::ModuleStamp();
+
+extern "C" __attribute__((visibility("default")))
+const graphize::PicbufModule GraphizePicbuf = {graphize::LoadPicture, graphize::SavePicture};

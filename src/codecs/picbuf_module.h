@@ -1,0 +1,13 @@
+#pragma once
+
+#include "codecs/picbuf.h"
+
+namespace graphize {
+
+/// What the module graphize_picbuf.so offers under the name `GraphizePicbuf`.
+struct PicbufModule {
+  decltype(&LoadPicture) Load;
+  decltype(&SavePicture) Save;
+};
+
+}  // namespace graphize

@@ -1,8 +1,0 @@
-#include "base/version.h"
-#include "image/picbuf_module.h"
-
-extern "C" __attribute__((visibility("default"))) const char* const GraphizeModuleStamp =
-    graphize::ModuleStamp();
-
-extern "C" __attribute__((visibility("default")))
-const graphize::PicbufModule GraphizePicbuf = {graphize::LoadPicture, graphize::SavePicture};

@@ -1,0 +1,136 @@
+#include "image_tools/rotation.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+#include "raster/orientation.h"
+#include "raster/parallel_rows.h"
+
+namespace graphize {
+
+namespace {
+
+/// Quarter turns clockwise, 0 to 3, or -1 for an angle between them.
+int QuarterTurns(int degrees) {
+  return degrees % 90 != 0 ? -1 : ((degrees / 90) % 4 + 4) % 4;
+}
+
+double Radians(int degrees) {
+  return degrees * std::numbers::pi / 180;
+}
+
+std::optional<Raster> Turn(const Raster& picture, int quarters, PictureOperation& operation) {
+  static constexpr int kOrientations[] = {1, 6, 3, 8};
+  const bool onItsSide = quarters % 2 == 1;
+  Raster turned(onItsSide ? picture.Height() : picture.Width(),
+                onItsSide ? picture.Width() : picture.Height());
+  if (!ParallelRows(turned.Width(), turned.Height(), operation, [&](int first, int end) {
+        OrientRows(picture, kOrientations[quarters], turned, first, end);
+      }))
+    return std::nullopt;
+  return turned;
+}
+
+/// The four components of a pixel, 16 bits to each.
+std::uint64_t Spread(std::uint32_t pixel) {
+  return (pixel & 0x00ff00ffull) | (pixel & 0xff00ff00ull) << 24;
+}
+
+std::uint32_t Joined(std::uint64_t spread) {
+  return static_cast<std::uint32_t>((spread & 0x00ff00ffull) | (spread >> 24 & 0xff00ff00ull));
+}
+
+/// From a (part 0) to b (part 256), all components at once.
+std::uint64_t Mixed(std::uint64_t a, std::uint64_t b, std::uint32_t part) {
+  return ((a * (256 - part) + b * part + 0x0080008000800080ull) >> 8) & 0x00ff00ff00ff00ffull;
+}
+
+/// Reads between the pixels of a picture that lies on white. Positions count from the middle of the
+/// first pixel and have kFractionBits of fraction.
+class Sampler {
+ public:
+  static constexpr int kFractionBits = 32;
+
+  explicit Sampler(const Raster& picture) : picture_(picture) {}
+
+  std::uint32_t At(std::int64_t x, std::int64_t y) const {
+    const int column = static_cast<int>(x >> kFractionBits);
+    const int row = static_cast<int>(y >> kFractionBits);
+    if (column < -1 || row < -1 || column >= picture_.Width() || row >= picture_.Height())
+      return kWhitePixel;
+    const bool inside =
+        column >= 0 && row >= 0 && column + 1 < picture_.Width() && row + 1 < picture_.Height();
+    if (!inside)
+      return Mix(Pixel(column, row), Pixel(column + 1, row), Pixel(column, row + 1),
+                 Pixel(column + 1, row + 1), x, y);
+    const std::uint32_t* above = picture_.Row(row) + column;
+    const std::uint32_t* below = above + picture_.Width();
+    return Mix(above[0], above[1], below[0], below[1], x, y);
+  }
+
+ private:
+  std::uint32_t Pixel(int column, int row) const {
+    const bool inside = static_cast<unsigned>(column) < static_cast<unsigned>(picture_.Width()) &&
+                        static_cast<unsigned>(row) < static_cast<unsigned>(picture_.Height());
+    return inside ? picture_.Row(row)[column] : kWhitePixel;
+  }
+  static std::uint32_t Mix(std::uint32_t a, std::uint32_t b, std::uint32_t c, std::uint32_t d,
+                           std::int64_t x, std::int64_t y) {
+    if (a == b && c == d && a == c) return a;  // most of a plot is paper
+    const auto part = [](std::int64_t position) {
+      return static_cast<std::uint32_t>(position >> (kFractionBits - 8)) & 0xffu;
+    };
+    return Joined(
+        Mixed(Mixed(Spread(a), Spread(b), part(x)), Mixed(Spread(c), Spread(d), part(x)), part(y)));
+  }
+
+  const Raster& picture_;
+};
+
+}  // namespace
+
+PictureSize RotatedSize(PictureSize size, int degrees) {
+  const int quarters = QuarterTurns(degrees);
+  if (quarters >= 0) return quarters % 2 == 0 ? size : PictureSize{size.Height, size.Width};
+  const double c = std::fabs(std::cos(Radians(degrees)));
+  const double s = std::fabs(std::sin(Radians(degrees)));
+  const auto w = static_cast<double>(size.Width), h = static_cast<double>(size.Height);
+  // What rounding adds to a whole number makes no row of its own.
+  const auto whole = [](double side) { return static_cast<std::int64_t>(std::ceil(side - 1e-6)); };
+  return {whole(w * c + h * s), whole(w * s + h * c)};
+}
+
+std::optional<Raster> Rotate(const Raster& picture, int degrees, PictureOperation& operation) {
+  if (const int quarters = QuarterTurns(degrees); quarters >= 0)
+    return Turn(picture, quarters, operation);
+  const PictureSize size = RotatedSize({picture.Width(), picture.Height()}, degrees);
+  Raster turned(static_cast<int>(size.Width), static_cast<int>(size.Height));
+  const Sampler sampler(picture);
+  // Where the pixels of the result lie in the picture: turned back about the middles of both.
+  constexpr double kOne = static_cast<double>(std::int64_t{1} << Sampler::kFractionBits);
+  const double c = std::cos(Radians(degrees)), s = std::sin(Radians(degrees));
+  const double middleX = (turned.Width() - 1) / 2.0, middleY = (turned.Height() - 1) / 2.0;
+  const double pictureX = (picture.Width() - 1) / 2.0, pictureY = (picture.Height() - 1) / 2.0;
+  const std::int64_t stepX = std::llround(c * kOne), stepY = std::llround(-s * kOne);
+  // In squares, or a picture on its side would miss the cache at every pixel.
+  constexpr int kSquare = 64;
+  const auto fillSquare = [&](int left, int right, int top, int bottom) {
+    for (int y = top; y < bottom; ++y) {
+      const double dx = left - middleX, dy = y - middleY;
+      std::int64_t x1 = std::llround((dx * c + dy * s + pictureX) * kOne);
+      std::int64_t y1 = std::llround((dy * c - dx * s + pictureY) * kOne);
+      for (int x = left; x < right; ++x, x1 += stepX, y1 += stepY)
+        turned.Row(y)[x] = sampler.At(x1, y1);
+    }
+  };
+  const bool done =
+      ParallelRows(turned.Width(), turned.Height(), operation, [&](int first, int end) {
+        for (int left = 0; left < turned.Width(); left += kSquare)
+          fillSquare(left, std::min(left + kSquare, turned.Width()), first, end);
+      });
+  if (!done) return std::nullopt;
+  return turned;
+}
+
+}  // namespace graphize

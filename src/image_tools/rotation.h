@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "base/raster.h"
+#include "raster/picture_operation.h"
+
+namespace graphize {
+
+/// Width and height of a picture in pixels, before it is known whether one can be so large.
+struct PictureSize {
+  std::int64_t Width = 0, Height = 0;
+};
+
+/// The upright rectangle that holds a picture of this size turned by `degrees`.
+PictureSize RotatedSize(PictureSize size, int degrees);
+
+/// The picture turned clockwise about its middle, on white. Steps of 90 degrees move pixels and
+/// change none; other angles mix four neighbours (bilinear interpolation). Nothing when the
+/// operation was stopped.
+std::optional<Raster> Rotate(const Raster& picture, int degrees, PictureOperation& operation);
+
+}  // namespace graphize

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <algorithm>
+#include <atomic>
+#include <future>
+#include <thread>
+#include <vector>
+
+#include "raster/picture_operation.h"
+
+namespace graphize {
+
+/// Calls `work(first, end)` for bands of rows that make up 0 to `rows`, on as many threads as there
+/// are processors. The operation is told how far it is and stops between two bands, which are a few
+/// milliseconds of work. False when it was stopped.
+template <class Work>
+bool ParallelRows(int width, int rows, PictureOperation& operation, const Work& work) {
+  constexpr int kBandPixels = 1 << 18;
+  const int bandRows = std::max(kBandPixels / std::max(width, 1), 1);
+  const int bands = (rows + bandRows - 1) / bandRows;
+  std::atomic<int> taken = 0, done = 0;
+  const auto run = [&](bool reports) {
+    for (int band; !operation.Stopped && (band = taken++) < bands;) {
+      work(band * bandRows, std::min((band + 1) * bandRows, rows));
+      ++done;
+      // Only one thread: progress never goes back.
+      if (reports) operation.Advance(static_cast<double>(done) / bands);
+    }
+  };
+  std::vector<std::future<void>> helpers;
+  const int threads = std::min(static_cast<int>(std::thread::hardware_concurrency()), bands);
+  for (int i = 1; i < threads; ++i) helpers.push_back(std::async(std::launch::async, run, false));
+  run(true);
+  for (std::future<void>& helper : helpers) helper.get();
+  return !operation.Stopped;
+}
+
+}  // namespace graphize

@@ -1,0 +1,173 @@
+#include "raster/plot_image.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "raster/line_walk.h"
+
+namespace graphize {
+
+namespace {
+
+/// Writes one pixel that is inside and remembers in `log` what it covers.
+void Overdraw(PlotImage& image, std::vector<OverdrawnPixel>& log, int x, int y,
+              std::uint32_t pixel) {
+  std::uint32_t& target = image.Pixels.Row(y)[x];
+  if (target == pixel) return;
+  log.push_back(
+      {static_cast<std::uint32_t>(static_cast<std::size_t>(y) * image.Width() + x), target});
+  target = pixel;
+}
+
+/// Puts back what `log` remembers, newest first, and empties it.
+void Restore(PlotImage& image, std::vector<OverdrawnPixel>& log) {
+  if (log.empty()) return;
+  const auto width = static_cast<std::uint32_t>(image.Width());
+  int left = image.Width(), right = -1;
+  std::uint32_t first = UINT32_MAX, last = 0;
+  for (auto it = log.rbegin(); it != log.rend(); ++it) {
+    image.Pixels.Pixels()[it->Index] = it->Pixel;
+    const int x = static_cast<int>(it->Index % width);
+    left = std::min(left, x);
+    right = std::max(right, x);
+    first = std::min(first, it->Index);
+    last = std::max(last, it->Index);
+  }
+  image.Dirty.Add(left, static_cast<int>(first / width), right, static_cast<int>(last / width));
+  std::vector<OverdrawnPixel>().swap(log);
+}
+
+/// Fills the part of row y from left to right that is inside.
+void FillRun(PlotImage& image, std::vector<OverdrawnPixel>& log, int left, int right, int y,
+             std::uint32_t pixel) {
+  if (y < 0 || y >= image.Height()) return;
+  left = std::max(left, 0);
+  right = std::min(right, image.Width() - 1);
+  if (left > right) return;
+  for (int x = left; x <= right; ++x) Overdraw(image, log, x, y, pixel);
+  image.Dirty.Add(left, y, right, y);
+}
+
+void FillBox(PlotImage& image, std::vector<OverdrawnPixel>& log, int x1, int y1, int x2, int y2,
+             Colour colour) {
+  const auto [left, right] = std::minmax(x1, x2);
+  const auto [top, bottom] = std::minmax(y1, y2);
+  for (int y = std::max(top, 0); y <= std::min(bottom, image.Height() - 1); ++y)
+    FillRun(image, log, left, right, y, PixelOfColour(colour));
+}
+
+void FillDot(PlotImage& image, std::vector<OverdrawnPixel>& log, int x, int y, int width,
+             Colour colour) {
+  // A pixel belongs to the disc when its centre does; an even width puts the disc's centre half a
+  // pixel to the upper left of (x, y)'s centre. Distances are doubled to stay whole.
+  width = std::max(width, 1);
+  const int first = -(width / 2), last = first + width - 1;
+  const long long diameter = width;
+  for (int j = first; j <= last; ++j) {
+    const long long distanceY = 2LL * j - (first + last);
+    int i = first;
+    const auto inside = [&](int column) {
+      const long long distanceX = 2LL * column - (first + last);
+      return distanceX * distanceX + distanceY * distanceY <= diameter * diameter;
+    };
+    while (i <= last && !inside(i)) ++i;
+    if (i <= last) FillRun(image, log, x + i, x + first + last - i, y + j, PixelOfColour(colour));
+  }
+}
+
+}  // namespace
+
+void DirtyArea::Add(int left, int top, int right, int bottom) {
+  if (IsEmpty()) {
+    *this = {left, top, right, bottom};
+    return;
+  }
+  Left = std::min(Left, left);
+  Top = std::min(Top, top);
+  Right = std::max(Right, right);
+  Bottom = std::max(Bottom, bottom);
+}
+
+void SetPixel(PlotImage& image, int x, int y, Colour colour) {
+  if (!image.Contains(x, y)) return;
+  Overdraw(image, image.Marks, x, y, PixelOfColour(colour));
+  image.Dirty.Add(x, y, x, y);
+}
+
+void DrawLine(PlotImage& image, int x1, int y1, int x2, int y2, Colour colour) {
+  WalkLine(x1, y1, x2, y2, [&](int x, int y) { SetPixel(image, x, y, colour); });
+}
+
+void DrawBox(PlotImage& image, int x1, int y1, int x2, int y2, Colour colour, bool filled) {
+  if (filled) return FillBox(image, image.Marks, x1, y1, x2, y2, colour);
+  FillBox(image, image.Marks, x1, y1, x2, y1, colour);
+  FillBox(image, image.Marks, x1, y2, x2, y2, colour);
+  FillBox(image, image.Marks, x1, y1, x1, y2, colour);
+  FillBox(image, image.Marks, x2, y1, x2, y2, colour);
+}
+
+void DrawDot(PlotImage& image, int x, int y, int width, Colour colour) {
+  FillDot(image, image.Marks, x, y, width, colour);
+}
+
+void TakeBackMarks(PlotImage& image, std::size_t first, int x) {
+  const auto width = static_cast<std::uint32_t>(image.Width());
+  const auto begin = image.Marks.begin() + static_cast<std::ptrdiff_t>(first);
+  const auto isLeft = [=](const OverdrawnPixel& mark) {
+    return static_cast<int>(mark.Index % width) < x;
+  };
+  const auto taken = std::stable_partition(begin, image.Marks.end(), isLeft);
+  std::vector<OverdrawnPixel> back(taken, image.Marks.end());
+  image.Marks.erase(taken, image.Marks.end());
+  Restore(image, back);
+}
+
+void ClearMarks(PlotImage& image) {
+  Restore(image, image.Marks);
+}
+
+BasePictureShown::BasePictureShown(PlotImage& image) : image_(image) {
+  for (auto it = image_.Marks.rbegin(); it != image_.Marks.rend(); ++it)
+    std::swap(image_.Pixels.Pixels()[it->Index], it->Pixel);
+}
+
+BasePictureShown::~BasePictureShown() {
+  for (OverdrawnPixel& mark : image_.Marks)
+    std::swap(image_.Pixels.Pixels()[mark.Index], mark.Pixel);
+}
+
+void BeginEdit(PlotImage& image) {
+  ClearMarks(image);
+  image.LastEdit.clear();
+  image.HasUndo = true;
+}
+
+void EditPixel(PlotImage& image, int x, int y, Colour colour) {
+  if (!image.Contains(x, y)) return;
+  Overdraw(image, image.LastEdit, x, y, PixelOfColour(colour));
+  image.Dirty.Add(x, y, x, y);
+}
+
+void EditBox(PlotImage& image, int x1, int y1, int x2, int y2, Colour colour) {
+  FillBox(image, image.LastEdit, x1, y1, x2, y2, colour);
+}
+
+void EditDot(PlotImage& image, int x, int y, int width, Colour colour) {
+  FillDot(image, image.LastEdit, x, y, width, colour);
+}
+
+void UndoEdit(PlotImage& image) {
+  ClearMarks(image);
+  Restore(image, image.LastEdit);
+}
+
+Raster SetPicture(PlotImage& image, Raster picture) {
+  std::swap(image.Pixels, picture);
+  image.Marks = {};
+  image.LastEdit = {};
+  image.HasUndo = false;
+  image.Dirty = {0, 0, image.Width() - 1, image.Height() - 1};
+  return picture;
+}
+
+}  // namespace graphize

@@ -1,0 +1,160 @@
+#include "raster/plot_view.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QImage>
+#include <QMouseEvent>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QTimerEvent>
+#include <utility>
+
+#include "widgets/keys.h"
+#include "widgets/plot_cursor.h"
+
+namespace graphize {
+
+namespace {
+
+constexpr int kScrollInterval = 40;  // milliseconds
+
+int ButtonsOf(Qt::MouseButtons buttons) {
+  return (buttons.testFlag(Qt::LeftButton) ? 1 : 0) | (buttons.testFlag(Qt::RightButton) ? 2 : 0) |
+         (buttons.testFlag(Qt::MiddleButton) ? 4 : 0);
+}
+
+QColor ToQColor(Colour colour) {
+  return QColor::fromRgb(PixelOfColour(colour));
+}
+
+void PaintDataPoints(QPainter& painter, const PlotOverlay& overlay) {
+  QList<QLine> strokes;
+  strokes.reserve(static_cast<qsizetype>(2 * overlay.DataPoints.size()));
+  for (const auto& [x, y] : overlay.DataPoints) {
+    strokes << QLine(x - kDataPointReach, y, x + kDataPointReach, y)
+            << QLine(x, y - kDataPointReach, x, y + kDataPointReach);
+  }
+  painter.setPen(QPen(ToQColor(overlay.DataColour), 1));
+  painter.drawLines(strokes);
+}
+
+/// A cross that leaves its pixel and the ink around it free.
+void PaintCross(QPainter& painter, const PlotOverlay::Point& at, int reach, Colour colour) {
+  constexpr int kGap = 2;
+  const auto [x, y] = at;
+  painter.setPen(QPen(ToQColor(colour), 1));
+  painter.drawLines(QList<QLine>{{x - reach, y, x - kGap, y},
+                                 {x + kGap, y, x + reach, y},
+                                 {x, y - reach, x, y - kGap},
+                                 {x, y + kGap, x, y + reach}});
+}
+
+/// The pixels of the rubber band's outline: its four sides.
+QRegion OutlineOf(const PlotOverlay::Rectangle& band) {
+  const QRect outer(QPoint(band.Left, band.Top), QPoint(band.Right, band.Bottom));
+  return QRegion(outer).subtracted(outer.adjusted(1, 1, -1, -1));
+}
+
+/// Black and white by turns, so that it shows on ink and on paper.
+void PaintRubberBand(QPainter& painter, const QRegion& visible,
+                     const PlotOverlay::Rectangle& band) {
+  for (const QRect& side : OutlineOf(band) & visible) {
+    painter.fillRect(side, Qt::white);
+    painter.fillRect(side, QBrush(Qt::black, Qt::Dense4Pattern));
+  }
+}
+
+}  // namespace
+
+QImage AsImage(const Raster& raster) {
+  return QImage(reinterpret_cast<const uchar*>(raster.Pixels()), raster.Width(), raster.Height(),
+                qsizetype{4} * raster.Width(), QImage::Format_RGB32);
+}
+
+PlotView::PlotView(const PlotImage& image, OverlayIn overlayIn, QWidget* parent)
+    : QWidget(parent), image_(image), overlayIn_(std::move(overlayIn)) {
+  setObjectName(QStringLiteral("Plot"));
+  setAccessibleName(tr("Picture of the graph"));
+  setMouseTracking(true);
+  setFocusPolicy(Qt::ClickFocus);  // keys meant for the picture do not go on to a value box
+  setAttribute(Qt::WA_OpaquePaintEvent);
+  setCursor(PlotCursor(0, devicePixelRatioF()));
+  resize(0, 0);
+}
+
+void PlotView::Render(const DirtyArea& dirty,
+                      const std::optional<PlotOverlay::Rectangle>& rubberBand) {
+  const QSize size(image_.Width(), image_.Height());
+  if (this->size() != size) {
+    resize(size);
+    setVisible(!size.isEmpty());
+  }
+  if (!dirty.IsEmpty())
+    update(QRect(QPoint(dirty.Left, dirty.Top), QPoint(dirty.Right, dirty.Bottom)));
+  if (rubberBand_ == rubberBand) return;
+  // Its old and new outline alone: what lies inside may be a whole page.
+  if (rubberBand_) update(OutlineOf(*rubberBand_));
+  if (rubberBand) update(OutlineOf(*rubberBand));
+  rubberBand_ = rubberBand;
+}
+
+void PlotView::paintEvent(QPaintEvent* event) {
+  if (!image_.IsPresent()) return;
+  QPainter painter(this);
+  const QImage picture = AsImage(image_.Pixels);
+  const QRect area = event->rect() & picture.rect();
+  for (const QRect& part : event->region() & area) painter.drawImage(part, picture, part);
+  const PlotOverlay overlay = overlayIn_({area.left(), area.top(), area.right(), area.bottom()});
+  if (!overlay.DataPoints.empty()) PaintDataPoints(painter, overlay);
+  if (overlay.LastPoint)
+    PaintCross(painter, *overlay.LastPoint, kLastPointReach, overlay.LastColour);
+  for (const PlotOverlay::Point& point : overlay.AxisPoints)
+    PaintCross(painter, point, kAxisPointReach, overlay.AxisColour);
+  if (rubberBand_) PaintRubberBand(painter, event->region(), *rubberBand_);
+}
+
+void PlotView::TellMove(QPoint position, int button, int shift) {
+  emit Moved(button, shift, static_cast<float>(position.x()), static_cast<float>(position.y()));
+}
+
+void PlotView::ReadPointer() {
+  const QPoint position = mapFromGlobal(QCursor::pos());
+  if (rect().contains(position)) TellMove(position, ButtonsOf(QGuiApplication::mouseButtons()), 0);
+}
+
+void PlotView::mouseMoveEvent(QMouseEvent* event) {
+  TellMove(event->position().toPoint(), ButtonsOf(event->buttons()),
+           ShiftState(event->modifiers()));
+}
+
+void PlotView::mousePressEvent(QMouseEvent* event) {
+  const QPoint position = event->position().toPoint();
+  const int button = ButtonsOf(event->button()), shift = ShiftState(event->modifiers());
+  // A press acts on what the move before it has read, with the axes as they are now.
+  TellMove(position, ButtonsOf(event->buttons() & ~event->button()), shift);
+  if (event->button() == Qt::LeftButton) leftPressedHere_ = true;
+  heldOutside_.start(kScrollInterval, this);
+  emit Pressed(button, shift, static_cast<float>(position.x()), static_cast<float>(position.y()));
+}
+
+void PlotView::mouseReleaseEvent(QMouseEvent* event) {
+  const QPoint position = event->position().toPoint();
+  emit Released(ButtonsOf(event->button()), ShiftState(event->modifiers()),
+                static_cast<float>(position.x()), static_cast<float>(position.y()));
+  if (event->button() != Qt::LeftButton) return;
+  if (std::exchange(leftPressedHere_, false) && rect().contains(position)) emit Clicked();
+}
+
+void PlotView::timerEvent(QTimerEvent* event) {
+  if (event->timerId() != heldOutside_.timerId()) return QWidget::timerEvent(event);
+  const int buttons = ButtonsOf(QGuiApplication::mouseButtons());
+  if (buttons == 0) return heldOutside_.stop();
+  const QPoint position = mapFromGlobal(QCursor::pos());
+  if (!visibleRegion().contains(position)) TellMove(position, buttons, 0);
+}
+
+void PlotView::mouseDoubleClickEvent(QMouseEvent* event) {
+  mousePressEvent(event);  // two quick clicks are two clicks
+}
+
+}  // namespace graphize

@@ -1,0 +1,10 @@
+#include "base/version.h"
+#include "scanner/scanner_module.h"
+
+extern "C" __attribute__((visibility("default"))) const char* const GraphizeModuleStamp =
+    graphize::ModuleStamp();
+
+extern "C" __attribute__((visibility("default"))) const graphize::ScannerModule GraphizeScanner = {
+    graphize::ScannerIsAvailable, graphize::ListScanners,
+    graphize::OpenScanSource,     graphize::SetScan,
+    graphize::AcquirePage,        graphize::FreePage};

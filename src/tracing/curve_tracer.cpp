@@ -1,0 +1,103 @@
+#include "tracing/curve_tracer.h"
+
+#include <algorithm>
+
+#include "base/numbers.h"
+#include "tracing/ink_column.h"
+#include "tracing/running_trace.h"
+
+namespace graphize {
+
+namespace {
+
+/// Bounds of a stroke in one column.
+struct Rows {
+  int Top = -1, Bottom = -1;
+};
+
+/// Where a stroke goes on in the next column; -1 while it is not known.
+using Continuation = Rows;
+
+/// The lowest row of `next` that touches ink of `here` in the given rows, -1 when there is none.
+int LowestContinuation(const InkColumn& here, const InkColumn& next, int top, int bottom) {
+  for (int y = bottom; y >= top; --y) {
+    if (!here[y]) continue;
+    if (next[y]) return y;
+    if (next[y - 1]) return y - 1;
+    if (next[y + 1]) return y + 1;
+  }
+  return -1;
+}
+
+/// Widens `stroke` to the ink of column `here` (its bounds then lie one row outside of it) and
+/// looks where it goes on in column `next`.
+Continuation FollowInto(const InkColumn& here, const InkColumn& next, int lastRow, int yIncrement,
+                        Rows& stroke) {
+  const int across =
+      LowestContinuation(here, next, std::max(stroke.Top, 0), std::min(stroke.Bottom, lastRow));
+  Continuation found{across, across};
+
+  int row = stroke.Bottom, gap = 0;
+  do {
+    if (here[row]) {
+      if (next[row]) found.Bottom = row;
+      if (next[row + 1]) found.Bottom = row + 1;
+      gap = 0;
+    } else {
+      ++gap;
+    }
+    ++row;
+  } while (gap <= yIncrement && row <= lastRow);
+  stroke.Bottom = row - gap;
+
+  row = stroke.Top, gap = 0;
+  do {
+    if (here[row]) {
+      if (next[row]) found.Top = row;
+      if (next[row - 1]) found.Top = row - 1;
+      gap = 0;
+    } else {
+      ++gap;
+    }
+    --row;
+  } while (gap <= yIncrement && row >= 2);
+  stroke.Top = row + gap;
+
+  if (found.Top < 0) found.Top = found.Bottom;
+  if (found.Bottom < 0) found.Bottom = found.Top;
+  return found;
+}
+
+/// Moves `column` to the one from which the stroke goes on, across a break of up to X increment
+/// columns. False when the trace ends.
+bool FindContinuation(RunningTrace& trace, int& column, Rows& stroke, Continuation& next) {
+  const PlotImage& image = trace.Context.Image;
+  const int limit = column + trace.XIncrement;
+  while (true) {
+    next = FollowInto(InkColumn(image, column), InkColumn(image, column + 1), image.Height() - 1,
+                      trace.YIncrement, stroke);
+    if (next.Top >= 0) return true;
+    if (++column > limit || !GoesOn(trace, column)) return false;
+  }
+}
+
+}  // namespace
+
+void TraceNew(const ExtractionContext& context, float x, float y) {
+  if (!HasValues(context)) return;
+  RunningTrace trace(context);
+  int column = ToInt16(x);
+  Rows stroke{ToInt16(y), ToInt16(y)};
+  for (; GoesOn(trace, column); ++column) {
+    ScrollToColumn(trace, column);
+    Continuation next;
+    if (!FindContinuation(trace, column, stroke, next)) break;
+    ScrollToRows(trace, stroke.Top, stroke.Bottom);
+    const float centre = static_cast<float>(stroke.Top + stroke.Bottom) / 2;
+    if (!EmitPoints(trace, {column, centre, stroke.Bottom, stroke.Top})) break;
+    stroke = next;
+  }
+  EndTrace(trace);
+}
+
+}  // namespace graphize

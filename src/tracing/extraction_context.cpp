@@ -1,0 +1,34 @@
+#include "tracing/extraction_context.h"
+
+#include "calibration/transform.h"
+
+namespace graphize {
+
+bool HasValues(const ExtractionContext& context) {
+  if (!context.Calibration.IsComplete()) return true;  // values are not asked for
+  const char* fault = LogOriginFault(context.Calibration);
+  if (fault) Tell(context.Callbacks, fault, MessageIcon::Critical);
+  return !fault;
+}
+
+void MoveCursor(const ExtractionContext& context, float x, float y) {
+  MoveCursor(context.Cursor, context.Store, context.Calibration, context.Callbacks,
+             context.Image.Height(), x, y);
+}
+
+void PumpProgress(const ExtractionContext& context) {
+  ShowCursor(context.Cursor, context.Panel, context.Store, context.Calibration);
+  context.Store.NPoints = context.Store.ListCount;
+  context.Callbacks.Pump();
+}
+
+std::string PointCount(long long points) {
+  return std::to_string(points) + (points == 1 ? " point" : " points");
+}
+
+void ShowResult(const ExtractionContext& context) {
+  ShowCursor(context.Cursor, context.Panel, context.Store, context.Calibration);
+  if (context.Adds()) ShowNewest(context.Store);
+}
+
+}  // namespace graphize

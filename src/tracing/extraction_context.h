@@ -1,0 +1,48 @@
+#pragma once
+
+#include <string>
+
+#include "calibration/axis_calibration.h"
+#include "capture/cursor.h"
+#include "capture/point_store.h"
+#include "desktop/command_states.h"
+#include "desktop/desktop.h"
+#include "desktop/status_bar.h"
+#include "raster/plot_image.h"
+#include "raster/viewport.h"
+#include "settings/settings.h"
+#include "tracing/tracer_control.h"
+
+namespace graphize {
+
+/// The records that the tracers and the scan read and change.
+struct ExtractionContext {
+  PlotImage& Image;
+  Viewport& View;
+  ReadOut& Cursor;
+  AxisPanel& Panel;
+  PointStore& Store;
+  CommandStates& Commands;
+  StatusBar& Status;
+  TracerControl& Control;
+  const AxisCalibration& Calibration;
+  const Settings& Options;
+  const Desktop& Callbacks;
+  bool CapturePressed = false;  // the toolbar's "graphize": what is found is also captured
+
+  /// Points are worth capturing only when they have values.
+  bool Adds() const { return CapturePressed && Calibration.IsComplete(); }
+};
+
+/// False, after one message, when positions cannot be turned into values.
+bool HasValues(const ExtractionContext& context);
+/// Moves the cursor, without its texts, to a picture position (row downward).
+void MoveCursor(const ExtractionContext& context, float x, float y);
+/// Shows where the operation is, cursor and count, and lets pending events run.
+void PumpProgress(const ExtractionContext& context);
+/// "1 point", "12 points".
+std::string PointCount(long long points);
+/// The end of an operation: read-out and data list show the newest.
+void ShowResult(const ExtractionContext& context);
+
+}  // namespace graphize

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "base/palette.h"
+#include "tracing/extraction_context.h"
+
+namespace graphize {
+
+/// What all tracers share: their options, read once, and how they stop, scroll and emit points.
+struct RunningTrace {
+  explicit RunningTrace(const ExtractionContext& context);
+
+  const ExtractionContext& Context;
+  int XIncrement, YIncrement;  // at least 0
+  bool Center, Below, Above;   // which points a step emits
+  bool Adds, RefreshList;
+  Colour MarkColour;
+  int XJump, YJump;  // scroll margins in pixels, at least 1
+
+  // So far:
+  int Columns = 0;       // looked at
+  int OnCurve = 0;       // of them, those with points
+  int Points = 0;        // marked, and captured when it adds
+  bool Stopped = false;  // by Escape
+};
+
+/// The points of one column; the edges lie one row outside the ink.
+struct ColumnPoints {
+  int Column;
+  float Center;
+  int Below, Above;
+};
+
+/// Called for every column that is looked at: false at the right edge or when Escape is held. Lets
+/// the window live now and then.
+bool GoesOn(RunningTrace& trace, int column);
+/// Keep the trace in sight; the events pending after a scroll run.
+void ScrollToColumn(RunningTrace& trace, int column);
+void ScrollToRows(RunningTrace& trace, int top, int bottom);
+/// Marks and captures the checked points: centre, below, above. With `RefreshList` the window may
+/// show the list after each. False when the store is full.
+bool EmitPoints(RunningTrace& trace, const ColumnPoints& points);
+/// Shows the newest point, and says in the status panel what has come out.
+void EndTrace(const RunningTrace& trace);
+
+}  // namespace graphize

@@ -1,0 +1,253 @@
+#include "tracing/scan.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "base/number_pattern.h"
+#include "base/numbers.h"
+
+namespace graphize {
+
+namespace {
+
+/// Pixels between two looks at the Escape key and the window: some milliseconds at most.
+constexpr int kPixelsPerLook = 1 << 18;
+
+/// The columns or rows that are looked at, within the picture.
+struct GridRange {
+  int First, Last, Step;
+
+  int Count() const { return (Last - First) / Step + 1; }
+};
+
+GridRange RangeOf(std::int32_t low, std::int32_t high, int step, int size) {
+  long long first = low + 2LL;
+  const long long last = std::min(high - 2LL, size - 1LL);
+  if (first < 0) first += (-first + step - 1) / step * step;
+  if (first > last) return {0, -step, step};
+  return {ToInt16(static_cast<double>(first)), ToInt16(static_cast<double>(last)), step};
+}
+
+/// The status panel and the progress bar during the scan.
+class ScanStatus {
+ public:
+  explicit ScanStatus(StatusBar& status) : status_(status) {
+    status_.Status = "To stop the Scan hold down the ESC key";
+    status_.ProgressValue = 0;
+    status_.ProgressVisible = true;
+  }
+  ~ScanStatus() { status_.ProgressVisible = false; }
+  ScanStatus(const ScanStatus&) = delete;
+  ScanStatus& operator=(const ScanStatus&) = delete;
+
+  void Show(double percent) {
+    status_.ProgressValue = static_cast<int>(std::clamp(percent, 0.0, 100.0));
+  }
+
+ private:
+  StatusBar& status_;
+};
+
+/// Whether a block of neighbouring pixels has a black one.
+constexpr int kBlock = 16;
+bool AnyBlack(const std::uint32_t* pixels) {
+  unsigned black = 0;
+  for (int i = 0; i < kBlock; ++i) black |= static_cast<unsigned>(IsBlackPixel(pixels[i]));
+  return black != 0;
+}
+
+/// Takes the column of every black pixel of a row that the grid meets.
+template <typename Take>
+void FindBlack(const std::uint32_t* row, const GridRange& columns, Take take) {
+  int x = columns.First;
+  if (columns.Step == 1) {
+    // Most of a page is paper.
+    for (; x + kBlock - 1 <= columns.Last; x += kBlock) {
+      if (!AnyBlack(row + x)) continue;
+      for (int i = x; i < x + kBlock; ++i)
+        if (IsBlackPixel(row[i])) take(i);
+    }
+  }
+  for (; x <= columns.Last; x += columns.Step)
+    if (IsBlackPixel(row[x])) take(x);
+}
+
+/// The positions found, whatever the order in which they come: at least the first so many in the
+/// order column by column.
+class FoundPositions {
+ public:
+  explicit FoundPositions(int wanted) : wanted_(wanted), limit_(wanted > 0 ? UINT32_MAX : 0) {}
+
+  void Take(int x, int y) {
+    const auto key = static_cast<std::uint32_t>(x) << 16 | static_cast<std::uint32_t>(y);
+    any_ = true;
+    if (key >= limit_) return;
+    keys_.push_back(key);
+    if (keys_.size() >= 2 * wanted_ + 1000) DropLast();
+  }
+  /// Forgets what lies right of the column before `x`.
+  void DropColumnsFrom(int x) {
+    limit_ = std::min(limit_, static_cast<std::uint32_t>(x) << 16);
+    std::erase_if(keys_, [this](std::uint32_t key) { return key >= limit_; });
+  }
+  void Sort() { std::sort(keys_.begin(), keys_.end()); }
+
+  /// Whether anything was found, wanted or not.
+  bool Any() const { return any_; }
+  /// Whether nothing was left out for being more than wanted.
+  bool IsComplete() const { return complete_; }
+  std::size_t Count() const { return keys_.size(); }
+  int X(std::size_t i) const { return static_cast<int>(keys_[i] >> 16); }
+  int Y(std::size_t i) const { return static_cast<int>(keys_[i] & 0xffffu); }
+
+ private:
+  void DropLast() {
+    const auto end = keys_.begin() + static_cast<std::ptrdiff_t>(wanted_);
+    std::nth_element(keys_.begin(), end, keys_.end());
+    limit_ = *end;
+    complete_ = false;
+    keys_.erase(end, keys_.end());
+  }
+
+  std::size_t wanted_;
+  bool any_ = false, complete_ = true;
+  std::uint32_t limit_;              // what lies from here on is not wanted
+  std::vector<std::uint32_t> keys_;  // column in the upper half, row in the lower
+};
+
+/// Marks the black pixels of one row on the grid and notes them in `found`.
+void SearchRow(PlotImage& image, Colour colour, const GridRange& columns, int y,
+               FoundPositions& found) {
+  FindBlack(image.Pixels.Row(y), columns, [&](int x) {
+    SetPixel(image, x, y, colour);
+    found.Take(x, y);
+  });
+}
+
+/// The black pixels of the rows before `done` have been found, in all columns. Turns that into as
+/// much work on whole columns, which is what a stopped scan has to show: takes back what lies right
+/// of them and finds what is missing in them.
+void FinishFirstColumns(PlotImage& image, Colour colour, const GridRange& columns,
+                        const GridRange& rows, int done, std::size_t marksBefore,
+                        FoundPositions& found) {
+  const auto count =
+      static_cast<int>(static_cast<long long>(columns.Count()) * done / rows.Count());
+  const int end = columns.First + count * columns.Step;
+  TakeBackMarks(image, marksBefore, end);
+  found.DropColumnsFrom(end);
+  const GridRange first{columns.First, end - columns.Step, columns.Step};
+  for (int i = done; i < rows.Count(); ++i)
+    SearchRow(image, colour, first, rows.First + i * rows.Step, found);
+}
+
+/// Searches all columns; false when Escape ended it: then the first columns alone. The raster is
+/// read row by row, the order of its memory: column by column takes many times as long.
+bool Search(const ExtractionContext& context, const GridRange& columns, const GridRange& rows,
+            FoundPositions& found, ScanStatus& status) {
+  PlotImage& image = context.Image;
+  const Colour colour = PaletteColour(context.Options.TraceColor);
+  const int rowsPerLook = std::max(kPixelsPerLook / std::max(columns.Count(), 1), 1);
+  const std::size_t marksBefore = image.Marks.size();
+  for (int i = 0; i < rows.Count(); ++i) {
+    if (i % rowsPerLook == 0) {
+      if (context.Callbacks.EscapeHeld()) {
+        FinishFirstColumns(image, colour, columns, rows, i, marksBefore, found);
+        return false;
+      }
+      status.Show(100.0 * i / rows.Count());
+      context.Callbacks.Pump();
+    }
+    SearchRow(image, colour, columns, rows.First + i * rows.Step, found);
+  }
+  return true;
+}
+
+struct Added {
+  std::size_t Count = 0;
+  bool Stopped = false;  // by Escape
+};
+
+/// Captures what was found. A key still held from stopping the search does not stop this, too.
+Added AddFound(const ExtractionContext& context, const FoundPositions& found, bool escapeIsOld,
+               ScanStatus& status) {
+  PointStore& store = context.Store;
+  const bool refreshList = context.Options.RefreshList != 0;
+  for (std::size_t i = 1; i <= found.Count(); ++i) {
+    const bool held = context.Callbacks.EscapeHeld();
+    escapeIsOld = escapeIsOld && held;
+    if (held && !escapeIsOld) return {i - 1, true};
+    if (i % 10 == 0) {
+      status.Show(static_cast<double>(i) / static_cast<double>(found.Count()) * 100);
+      PumpProgress(context);
+    }
+    MoveCursor(context, static_cast<float>(found.X(i - 1)), static_cast<float>(found.Y(i - 1)));
+    if (AddValuePoint(store, context.Commands, context.Callbacks, refreshList, store.CurrentX,
+                      store.CurrentY))
+      return {i - 1};
+    if (refreshList) PumpProgress(context);
+  }
+  return {found.Count()};
+}
+
+/// What the status panel says afterwards, where there is something to say that the picture and the
+/// number of points do not show.
+std::string ResultText(const std::string& before, const FoundPositions& found, bool searchStopped,
+                       const Added& added, bool adds) {
+  const auto count = static_cast<long long>(added.Count);
+  if (added.Stopped && found.IsComplete() && !searchStopped)
+    return "Stopped: " + std::to_string(added.Count) + " of " +
+           PointCount(static_cast<long long>(found.Count())) + " captured";
+  if (added.Stopped || (searchStopped && adds))
+    return "Stopped: " + PointCount(count) + " captured";
+  if (searchStopped) return "Stopped";
+  return found.Any() ? before : "No black pixels here: the scan finds nothing else";
+}
+
+}  // namespace
+
+void StartScanRectangle(ScanRectangle& rectangle, float x, float y) {
+  const std::int32_t column = ToInt32(x), row = ToInt32(y);
+  rectangle = {true, column, row, column, row};
+}
+
+void MoveScanCorner(ScanRectangle& rectangle, float x, float y) {
+  if (!rectangle.Active) return;
+  rectangle.Right = ToInt32(x);
+  rectangle.Bottom = ToInt32(y);
+}
+
+bool ReleaseScanRectangle(ScanRectangle& rectangle) {
+  return std::exchange(rectangle.Active, false) && rectangle.Left < rectangle.Right &&
+         rectangle.Top < rectangle.Bottom;
+}
+
+void Scan(const ExtractionContext& context, const ScanRectangle& rectangle) {
+  if (!HasValues(context)) return;
+  PointStore& store = context.Store;
+  const int stepX = IncrementAtLeast(context.Control.Xrange, 1),
+            stepY = IncrementAtLeast(context.Control.Yrange, 1);
+  const GridRange columns = RangeOf(rectangle.Left, rectangle.Right, stepX, context.Image.Width());
+  const GridRange rows = RangeOf(rectangle.Top, rectangle.Bottom, stepY, context.Image.Height());
+  const bool adds = context.Adds();
+  // One more than there is room for: the store then says that it is full.
+  const int wanted = adds ? std::max(store.MaxPoints - store.CaptureCount, 0) + 1 : 0;
+
+  const std::string before = context.Status.Status;
+  ScanStatus status(context.Status);
+  context.Callbacks.Pump();
+  FoundPositions found(wanted);
+  const bool stopped = !Search(context, columns, rows, found, status);
+  found.Sort();
+  status.Show(100);
+  const Added added = adds ? AddFound(context, found, stopped, status) : Added{};
+  status.Show(100);
+  ShowResult(context);
+  context.Store.NPoints = store.ListCount;
+  context.Status.Status = ResultText(before, found, stopped, added, adds);
+}
+
+}  // namespace graphize

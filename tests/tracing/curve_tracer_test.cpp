@@ -1,0 +1,476 @@
+#include "tracing/curve_tracer.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <random>
+#include <set>
+
+#include "base/run_time_error.h"
+#include "support/extraction_records.h"
+#include "support/scripted_desktop.h"
+#include "support/trace_cases.h"
+#include "tracing/scan.h"
+#include "tracing/smooth_tracer.h"
+
+namespace graphize {
+namespace {
+
+using test::ExpectTraces;
+using test::ExtractionRecords;
+using test::ScriptedDesktop;
+using test::Tracer;
+using Rows = std::vector<std::string>;
+constexpr Tracer kTracers[] = {TraceNew, TraceSmooth};
+
+/// A wave around row 60 in a picture of 300 x 120, drawn so that columns join.
+ExtractionRecords WaveRecords(int thickness) {
+  const auto row = [](int x) { return static_cast<int>(60 + 40 * std::sin(x / 15.0)); };
+  Raster raster = Raster::Filled(300, 120, kWhitePixel);
+  for (int x = 0; x < raster.Width(); ++x) {
+    const std::pair<int, int> ends = std::minmax({row(x), row(x + 1)});
+    for (int y = ends.first; y < ends.second + thickness; ++y) raster.Row(y)[x] = kBlackPixel;
+  }
+  PlotImage image;
+  SetPicture(image, std::move(raster));
+  return ExtractionRecords(std::move(image));
+}
+
+TEST(CurveTracer, FollowsStrokesColumnByColumn) {
+  ExpectTraces(
+      TraceNew,
+      {
+          // The last column of a curve has no continuation and is not emitted.
+          {"thin line, edges beside it",
+           {".....", ".....", ".....", "#####", "....."},
+           0,
+           3,
+           "2",
+           "3",
+           "0,3 0,4 0,2 1,3 1,4 1,2 2,3 2,4 2,2 3,3 3,4 3,2",
+           true},
+          {"thick line from its edge",
+           {"....", "....", "####", "####", "####", "####", "...."},
+           0,
+           5,
+           "2",
+           "3",
+           "0,3.5 0,6 0,1 1,3.5 1,6 1,1 2,3.5 2,6 2,1",
+           true},
+          {"diagonal up and down",
+           {".......", ".......", "...#...", "..#.#..", ".#...#.", "#.....#", "......."},
+           0,
+           5,
+           "2",
+           "3",
+           "0,5 1,4 2,3 3,2 4,3 5,4"},
+          {"steep stretch is one column's run",
+           {"....", "....", "..##", "..#.", "..#.", "..#.", "###.", "...."},
+           0,
+           6,
+           "2",
+           "3",
+           "0,6 1,6 2,4"},
+          {"gap of Y increment rows within a column",
+           {".....", ".....", "#####", ".....", ".....", "#####", "....."},
+           0,
+           2,
+           "2",
+           "2",
+           "0,3.5 1,3.5 2,3.5 3,3.5"},
+          {"one more row is another stroke",
+           {".....", ".....", "#####", ".....", ".....", "#####", "....."},
+           0,
+           2,
+           "2",
+           "1",
+           "0,2 1,2 2,2 3,2"},
+          {"dark grey is no curve", {"....", "....", "##oo", "...."}, 0, 2, "2", "3", "0,2"},
+      });
+}
+
+/// The trace step by step as it is described, one pixel after the other.
+std::string TracePlainly(const PlotImage& image, int x, int top, int xIncrement, int yIncrement) {
+  std::string text;
+  const auto add = [&](int column, double row) {
+    text += (text.empty() ? "" : " ") + std::to_string(column) + "," +
+            ShortestText(static_cast<float>(row));
+  };
+  int bottom = top;
+  while (x < image.Width()) {
+    const int limit = x + xIncrement;
+    int nextTop = -1, nextBottom = -1;
+    while (true) {
+      for (int y = top; y <= bottom; ++y) {
+        if (!IsBlack(image, x, y)) continue;
+        if (IsBlack(image, x + 1, y))
+          nextTop = nextBottom = y;
+        else if (IsBlack(image, x + 1, y - 1))
+          nextTop = nextBottom = y - 1;
+        else if (IsBlack(image, x + 1, y + 1))
+          nextTop = nextBottom = y + 1;
+      }
+      const auto walk = [&](int& edge, int& next, int way, auto mayGoOn) {
+        int gap = 0;
+        while (true) {
+          if (IsBlack(image, x, edge)) {
+            if (IsBlack(image, x + 1, edge)) next = edge;
+            if (IsBlack(image, x + 1, edge + way)) next = edge + way;
+            gap = 0;
+          } else {
+            ++gap;
+          }
+          edge += way;
+          if (gap > yIncrement || !mayGoOn(edge)) break;
+        }
+        edge -= way * gap;
+      };
+      walk(bottom, nextBottom, 1, [&](int row) { return row <= image.Height() - 1; });
+      walk(top, nextTop, -1, [](int row) { return row >= 2; });
+      if (nextTop != -1 || nextBottom != -1) break;
+      if (++x > limit) return text;
+    }
+    if (nextTop == -1) nextTop = nextBottom;
+    if (nextBottom == -1) nextBottom = nextTop;
+    add(x, (top + bottom) / 2.0);
+    add(x, bottom);
+    add(x, top);
+    top = nextTop;
+    bottom = nextBottom;
+    ++x;
+  }
+  return text;
+}
+
+TEST(CurveTracer, FindsWhatAPlainTraceFinds) {
+  std::mt19937 random(11);
+  const auto pick = [&](int low, int high) {
+    return low + static_cast<int>(random() % static_cast<unsigned>(high - low + 1));
+  };
+  std::size_t points = 0;
+  for (int round = 0; round < 400; ++round) {
+    // Strokes that wander, fork, break off and run along the borders.
+    Rows rows(static_cast<std::size_t>(pick(1, 16)), std::string(60, '.'));
+    const int height = static_cast<int>(rows.size());
+    for (int stroke = 0; stroke < 3; ++stroke) {
+      int y = pick(0, height - 1);
+      for (std::size_t x = 0; x < 60; ++x) {
+        const int last = y;
+        y = std::clamp(y + pick(-2, 2), 0, height - 1);
+        if (pick(0, 11) == 0) continue;
+        for (int i = std::min(last, y); i <= std::min(std::max(last, y) + stroke, height - 1); ++i)
+          rows[static_cast<std::size_t>(i)][x] = '#';
+      }
+    }
+    const int start = pick(-1, height), xIncrement = pick(0, 4), yIncrement = pick(0, 3);
+    const ScriptedDesktop desktop;
+    ExtractionRecords records(rows);
+    const std::string expected = TracePlainly(records.Image, 0, start, xIncrement, yIncrement);
+    records.Control.Xrange = std::to_string(xIncrement);
+    records.Control.Yrange = std::to_string(yIncrement);
+    records.Check(true, true, true);
+    TraceNew(records.With(desktop), 0, static_cast<float>(start));
+    ASSERT_EQ(records.Captured(), expected) << round;
+    points += static_cast<std::size_t>(records.Store.CaptureCount);
+  }
+  EXPECT_GT(points, 10000u);
+}
+
+TEST(CurveTracer, BridgesBreaksShorterThanTheXIncrement) {
+  const Rows broken = {"........", "........", "###..###", "........"};
+  ExpectTraces(TraceNew,
+               {
+                   {"two columns, increment 3", broken, 0, 2, "3", "3", "0,2 1,2 5,2 6,2"},
+                   {"two columns, increment 2", broken, 0, 2, "2", "3", "0,2 1,2"},
+                   {"increment 0", broken, 0, 2, "0", "3", "0,2 1,2"},
+                   {"negative increments, like 0",
+                    {"...", "...", "###", "###", "###", "...", "###"},
+                    0,
+                    2,
+                    "-7",
+                    "-7",
+                    "0,3 1,3"},
+                   {"empty increments", broken, 0, 2, "", "", "0,2 1,2"},
+                   {"huge increments", broken, 0, 2, "32767", "32767", "0,2 1,2 5,2 6,2"},
+                   {"resumes outside the run",
+                    {"........", "........", "###.....", "........", ".....###", "........"},
+                    0,
+                    2,
+                    "5",
+                    "0",
+                    "0,2 1,2"},
+                   {"start on white, curve within reach of the start row",
+                    {"........", "........", "..######"},
+                    0,
+                    2,
+                    "2",
+                    "0",
+                    "2,2 3,2 4,2 5,2 6,2"},
+                   {"start on white, out of reach",
+                    {"........", "........", "...#####"},
+                    0,
+                    2,
+                    "2",
+                    "0",
+                    ""},
+               });
+}
+
+TEST(CurveTracer, StartsWithNothingToFollowEmitNothing) {
+  const Rows line = {"....", "....", "####", "...."};
+  for (const Tracer tracer : kTracers) {
+    ExpectTraces(tracer, {
+                             {"white", line, 0, 0, "0", "0", ""},
+                             {"left of the picture", line, -20, 2, "2", "3", ""},
+                             {"right of the picture", line, 4, 2, "2", "3", ""},
+                             {"far above", line, 0, -30000, "2", "3", ""},
+                             {"far below", line, 0, 30000, "2", "3", ""},
+                             {"no picture", {}, 0, 0, "2", "3", ""},
+                         });
+  }
+  ExpectTraces(TraceNew, {{"last column", line, 3, 2, "2", "3", ""},
+                          {"one-pixel picture", {"#"}, 0, 0, "2", "3", ""}});
+  ExpectTraces(TraceSmooth, {{"last column", line, 3, 2, "2", "3", "3,2"},
+                             {"one-pixel picture", {"#"}, 0, 0, "2", "3", "0,0"}});
+}
+
+TEST(CurveTracer, PositionsAndIncrementsBeyondSixteenBitsAreToldBeforeAnythingChanges) {
+  for (const Tracer tracer : kTracers) {
+    const ScriptedDesktop desktop;
+    ExtractionRecords records({"....", "....", "####"});
+    EXPECT_THROW(tracer(records.With(desktop), 40000, 2), RunTimeError);
+    EXPECT_THROW(tracer(records.With(desktop), 0, -1e30f), RunTimeError);
+    records.Control.Yrange = "99999";
+    EXPECT_THROW(tracer(records.With(desktop), 0, 2), RunTimeError);
+    EXPECT_EQ(records.Store.CaptureCount, 0);
+    EXPECT_TRUE(records.Image.Marks.empty());
+  }
+}
+
+TEST(CurveTracer, MarksWhatItEmitsAndCapturesOnlyWithTheCaptureButton) {
+  const Rows line = {".....", ".....", ".....", "#####", "....."};
+  const struct {
+    const char* Name;
+    bool Capture, Calibrated, Checked;
+    int Captured;
+    const char* CurveRow;
+  } cases[] = {
+      {"capturing", true, true, true, 4, "????#"},
+      {"testing", false, true, true, 0, "????#"},
+      {"axes being redefined", true, false, true, 0, "????#"},
+      {"no points chosen", true, true, false, 0, "#####"},
+  };
+  for (const auto& c : cases) {
+    const ScriptedDesktop desktop;
+    ExtractionRecords records(line);
+    records.CapturePressed = c.Capture;
+    records.Calibration.Defined[2] = c.Calibrated;
+    records.Check(c.Checked, false, false);
+    TraceNew(records.With(desktop), 0, 3);
+    EXPECT_EQ(records.Store.CaptureCount, c.Captured) << c.Name;
+    EXPECT_EQ(test::Show(records.Image)[3], c.CurveRow) << c.Name;
+    EXPECT_EQ(records.Commands.Data, c.Captured > 0) << c.Name;
+    ClearMarks(records.Image);
+    EXPECT_EQ(test::Show(records.Image), line) << c.Name;
+  }
+}
+
+TEST(CurveTracer, BlackMarksDoNotHoldItUp) {
+  const ScriptedDesktop desktop;
+  ExtractionRecords records({".....", ".....", ".....", "#####", "....."});
+  records.Options.TraceColor = 0;
+  records.Check(true, true, true);
+  TraceNew(records.With(desktop), 0, 3);
+  EXPECT_EQ(records.Store.CaptureCount, 12);
+}
+
+TEST(CurveTracer, AColouredWallEndsTheTraceUnlessTheCurveIsBackWithinReach) {
+  for (const auto& [increment, last] : {std::pair{"3", 3}, {"5", 8}}) {
+    const ScriptedDesktop desktop;
+    ExtractionRecords records({"..........", "..........", "##########", ".........."});
+    DrawBox(records.Image, 5, 0, 7, 3, 0x000001, true);
+    records.Control.Xrange = increment;
+    TraceNew(records.With(desktop), 0, 2);
+    EXPECT_EQ(records.Store.CaptureX[records.Store.CaptureCount], last) << increment;
+  }
+}
+
+TEST(CurveTracer, EscapeAndAFullStoreKeepWhatWasCaptured) {
+  for (const Tracer tracer : kTracers) {
+    for (const int columns : {0, 1, 5}) {
+      ScriptedDesktop desktop;
+      desktop.EscapeAfter = columns;
+      ExtractionRecords records = WaveRecords(2);
+      tracer(records.With(desktop), 0, 60);
+      EXPECT_EQ(records.Store.CaptureCount, columns);
+      EXPECT_EQ(records.Store.NPoints, columns);
+    }
+    for (const int capacity : {0, 1, 4, 5}) {
+      ScriptedDesktop desktop;
+      desktop.ExpectMessage("You reached the limit of data that can be stored.");
+      ExtractionRecords records = WaveRecords(2);
+      records.Check(true, true, true);
+      records.Store.MaxPoints = static_cast<std::int16_t>(capacity);
+      tracer(records.With(desktop), 0, 60);
+      EXPECT_EQ(records.Store.CaptureCount, capacity);
+      EXPECT_EQ(records.Image.Marks.size(), static_cast<std::size_t>(capacity) + 1)
+          << "the point that found no room is marked, too";
+    }
+  }
+}
+
+TEST(CurveTracer, AStoreFilledByTheLastPointIsNoComplaint) {
+  const ScriptedDesktop desktop;
+  ExtractionRecords records({"...", "...", "###"});
+  records.Store.MaxPoints = 2;
+  TraceNew(records.With(desktop), 0, 2);
+  EXPECT_EQ(records.Store.CaptureCount, 2);
+}
+
+TEST(CurveTracer, ALogOriginThatIsNotPositiveIsToldOnce) {
+  for (const Tracer tracer : kTracers) {
+    for (const bool bothLog : {false, true}) {
+      ScriptedDesktop desktop;
+      desktop.ExpectMessage("Y origin must be positive for Log Axis");
+      ExtractionRecords records = WaveRecords(2);
+      records.Calibration.XLog = bothLog;
+      records.Calibration.ValueX[0] = 1;
+      records.Calibration.YLog = true;
+      tracer(records.With(desktop), 0, 60);
+      EXPECT_EQ(records.Store.CaptureCount, 0);
+      EXPECT_TRUE(records.Image.Marks.empty());
+    }
+  }
+}
+
+TEST(CurveTracer, ScrollsSoThatTheTraceStaysInSightWithoutChangingItsPoints) {
+  for (const Tracer tracer : kTracers) {
+    ScriptedDesktop inView;
+    ExtractionRecords whole = WaveRecords(2);
+    tracer(whole.With(inView), 0, 60);
+    EXPECT_EQ(whole.View.X, 0);
+    ASSERT_GT(whole.Store.CaptureCount, 290);
+
+    ScriptedDesktop desktop;
+    ExtractionRecords part = WaveRecords(2);
+    part.Options.XJump = 20;
+    part.Options.YJump = 10;
+    part.View = {.X = 0, .Y = 40, .Width = 80, .Height = 40};
+    ResetScrBars(part.View, part.Image.Width(), part.Image.Height());
+    desktop.OnPump = [&] {
+      const int x = part.Cursor.PlotX, y = part.Cursor.PlotY;
+      EXPECT_TRUE(x >= part.View.X && x < part.View.X + part.View.Width) << x;
+      EXPECT_TRUE(y >= part.View.Y - 1 && y <= part.View.Y + part.View.Height) << y;
+      EXPECT_EQ(part.Store.NPoints, part.Store.ListCount);
+      EXPECT_EQ(part.Panel.LiveXPixel, std::to_string(x));
+    };
+    Desktop callbacks = desktop.Callbacks();
+    callbacks.EscapeHeld = [&] {
+      const int margin = part.View.X + part.View.Width - part.Cursor.PlotX;
+      EXPECT_TRUE(part.View.X == part.View.MaximumX || margin >= 9) << part.Cursor.PlotX;
+      return false;
+    };
+    tracer(part.With(callbacks), 0, 60);
+    EXPECT_EQ(part.Captured(), whole.Captured());
+    EXPECT_EQ(part.View.X, part.View.MaximumX);
+    EXPECT_GT(desktop.Pumps, 10);
+  }
+}
+
+TEST(CurveTracer, ARunTallerThanTheViewDoesNotScrollItUpAndDown) {
+  for (const Tracer tracer : kTracers) {
+    const ScriptedDesktop desktop;
+    PlotImage image;
+    SetPicture(image, Raster::Filled(40, 500, kWhitePixel));
+    for (int y = 100; y < 400; ++y) std::fill_n(image.Pixels.Row(y), 40, kBlackPixel);
+    ExtractionRecords records(std::move(image));
+    records.View = {.X = 0, .Y = 100, .Width = 40, .Height = 100};
+    ResetScrBars(records.View, 40, 500);
+    tracer(records.With(desktop), 0, 150);
+    EXPECT_GE(records.Store.CaptureCount, 39);
+    EXPECT_EQ(desktop.Pumps, 1);
+    EXPECT_EQ(records.View.Y, 350);
+  }
+}
+
+TEST(CurveTracer, TheEndShowsTheNewestPointAndItsReading) {
+  const ScriptedDesktop desktop;
+  ExtractionRecords records({"....", "....", "####", "...."});
+  TraceNew(records.With(desktop), 0, 2);
+  EXPECT_EQ(records.Cursor.XValue, "2.00000E+0");
+  EXPECT_EQ(records.Cursor.YValue, "2.00000E+0");
+  EXPECT_EQ(records.Store.Page.Lines[2].Point, 3);
+  EXPECT_EQ(records.Store.NPoints, 3);
+}
+
+TEST(CurveTracer, TheStatusPanelTellsWhatHasComeOut) {
+  const Rows line = {".....", ".....", ".....", "#####", "....."};
+  const struct {
+    float Row;
+    bool Capture, Checked;
+    int Room, EscapeAfter;
+    const char* Status;
+  } cases[] = {
+      {3, true, true, 100, -1, "4 points captured"},
+      {3, false, true, 100, -1, "4 points marked"},
+      {3, true, true, 100, 1, "Stopped: 1 point captured"},
+      {3, true, true, 100, 0, "Stopped: 0 points captured"},
+      {3, true, true, 2, -1, "2 points captured"},
+      {3, true, false, 100, -1, "Nothing to capture: no point of the curve is checked"},
+      {0, true, true, 100, -1, "No curve here: the tracers follow only black pixels"},
+      {0, false, false, 100, -1, "No curve here: the tracers follow only black pixels"},
+  };
+  for (const auto& c : cases) {
+    ScriptedDesktop desktop;
+    desktop.EscapeAfter = c.EscapeAfter;
+    if (c.Room < 4) desktop.ExpectMessage("You reached the limit of data that can be stored.");
+    ExtractionRecords records(line);
+    records.Control.Yrange = "1";
+    records.CapturePressed = c.Capture;
+    records.Store.MaxPoints = static_cast<std::int16_t>(c.Room);
+    records.Check(c.Checked, false, false);
+    TraceNew(records.With(desktop), 0, c.Row);
+    EXPECT_EQ(records.Status.Status, c.Status);
+  }
+}
+
+TEST(CurveTracer, TheListFollowsEveryPointOrWaitsForTheEnd) {
+  const auto scan = [](const ExtractionContext& context, float, float) {
+    context.Control.Xrange = context.Control.Yrange = "1";
+    Scan(context, {.Active = true, .Left = -2, .Top = -2, .Right = 302, .Bottom = 130});
+  };
+  for (const Tracer tracer : {kTracers[0], kTracers[1], static_cast<Tracer>(scan)}) {
+    for (const bool refresh : {false, true}) {
+      ScriptedDesktop desktop;
+      ExtractionRecords records = WaveRecords(2);
+      records.Options.RefreshList = refresh ? -1 : 0;
+      std::set<int> shown;
+      desktop.OnPump = [&] {
+        for (const ListPage::Line& line : records.Store.Page.Lines) shown.insert(line.Point);
+      };
+      records.Store.Page.Lines[4].Point = -1;
+      tracer(records.With(desktop), 0, 60);
+      const int count = records.Store.ListCount;
+      EXPECT_GT(count, 250);
+      EXPECT_EQ(shown.count(count / 2) + shown.count(count / 2 + 1), refresh ? 2u : 0u);
+      EXPECT_EQ(records.Store.Page.Lines[4].Point, count);
+    }
+  }
+}
+
+TEST(CurveTracer, ColumnsStrictlyIncrease) {
+  for (const Tracer tracer : kTracers) {
+    for (const int thickness : {1, 2, 7}) {
+      const ScriptedDesktop desktop;
+      ExtractionRecords records = WaveRecords(thickness);
+      tracer(records.With(desktop), 0, 60);
+      EXPECT_GE(records.Store.CaptureCount, 299) << thickness;
+      for (int i = 2; i <= records.Store.CaptureCount; ++i)
+        ASSERT_GT(records.Store.CaptureX[i], records.Store.CaptureX[i - 1]) << thickness;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace graphize

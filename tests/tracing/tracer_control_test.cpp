@@ -1,0 +1,63 @@
+#include "tracing/tracer_control.h"
+
+#include <gtest/gtest.h>
+
+#include "base/run_time_error.h"
+
+namespace graphize {
+namespace {
+
+std::string Shown(const TracerControl& c) {
+  return c.Center.Caption + "|" + c.Above.Caption + "|" + c.Below.Caption + "|" + c.Xrange + "|" +
+         c.Yrange;
+}
+
+TEST(TracerControl, EachTraceTypeHasItsCaptionsAndIncrements) {
+  const struct {
+    int Trace;
+    const char* Expected;
+  } cases[] = {
+      {0, "Center|Edge Above|Edge Below|2|3"}, {1, "Center|Edge Above|Edge Below|2|3"},
+      {2, "Y-Down|Y-Up|Repeat|2|2"},           {3, "Y-Down|Y-Up|Repeat|77|88"},
+      {-1, "Y-Down|Y-Up|Repeat|77|88"},
+  };
+  for (const auto& c : cases) {
+    TracerControl control;
+    control.Xrange = "77";
+    control.Yrange = "88";
+    control.IncrementsEnabled = c.Trace != 2;
+    control.Above.Checked = true;
+    SetTraceType(control, c.Trace);
+    EXPECT_EQ(Shown(control), c.Expected) << c.Trace;
+    EXPECT_TRUE(control.IncrementsEnabled) << c.Trace;
+    EXPECT_EQ(control.PointsEnabled, c.Trace != 2) << c.Trace;
+    EXPECT_TRUE(control.Center.Checked && control.Above.Checked) << c.Trace;
+  }
+  TracerControl fresh;
+  const std::string start = Shown(fresh);
+  SetTraceType(fresh, 0);
+  EXPECT_EQ(start, Shown(fresh));
+}
+
+TEST(TracerControl, IncrementsAreTheLeadingNumberAndTheBoxSaysSo) {
+  struct Case {
+    const char* text;
+    int least, expected;
+    const char* after;
+  };
+  const Case cases[] = {
+      {"", 0, 0, "0"},     {"abc", 0, 0, "0"},          {"3 px", 0, 3, "3"}, {"-4", 0, 0, "0"},
+      {"3abc", 0, 3, "3"}, {"2,5", 0, 2, "2"},          {" 07 ", 0, 7, "7"}, {"-5", 1, 1, "1"},
+      {"2.5", 0, 2, "2"},  {"1e2", 0, 100, "100"},      {"0", 1, 1, "1"},    {"-32767", 1, 1, "1"},
+      {"", 1, 1, "1"},     {"32767", 0, 32767, "32767"}};
+  for (const Case& c : cases) {
+    std::string text = c.text;
+    EXPECT_EQ(IncrementAtLeast(text, c.least), c.expected) << c.text;
+    EXPECT_EQ(text, c.after) << c.text;
+  }
+  for (std::string text : {"32768", "1e9", "1e999", "-40000"})
+    EXPECT_THROW(IncrementAtLeast(text, 0), RunTimeError) << text;
+}
+
+}  // namespace
+}  // namespace graphize
