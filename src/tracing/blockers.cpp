@@ -6,17 +6,16 @@ namespace graphize {
 
 namespace {
 
-/// A wall must not be black: that would be a curve.
-Colour BlockerColour(const Settings& settings) {
-  const Colour colour = PaletteColour(settings.BlockColor);
-  return colour == kBlack ? 0x000001 : colour;
-}
-
 void Draw(const Blocker& blocker, PlotImage& image, Colour colour) {
   DrawDot(image, blocker.X, blocker.Y, blocker.Size, colour);
 }
 
 }  // namespace
+
+Colour BlockerColour(const Settings& settings) {
+  const Colour colour = PaletteColour(settings.BlockColor);
+  return colour == kBlack ? 0x000001 : colour;
+}
 
 void PaintBlocker(BlockerList& list, PlotImage& image, CommandStates& commands,
                   const Settings& settings, std::int16_t x, std::int16_t row, std::int32_t Size) {

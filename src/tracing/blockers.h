@@ -24,6 +24,9 @@ struct BlockerList {
   std::array<Blocker, kMaxBlockers + 1> Blockers;  // entry 0 is not used
 };
 
+/// What blockers are painted in: never black, which would be a curve.
+Colour BlockerColour(const Settings& settings);
+
 /// Paints a blocker `Size` pixels wide at the picture pixel (x, row), row downward, and remembers
 /// it; the first one makes the commands that clear blockers available. A full list takes no more,
 /// silently.

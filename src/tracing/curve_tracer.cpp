@@ -85,9 +85,9 @@ bool FindContinuation(RunningTrace& trace, int& column, Rows& stroke, Continuati
 
 void TraceNew(const ExtractionContext& context, float x, float y) {
   if (!HasValues(context)) return;
-  RunningTrace trace(context);
-  int column = ToInt16(x);
-  Rows stroke{ToInt16(y), ToInt16(y)};
+  RunningTrace trace(context, x, y);
+  int column = trace.StartColumn;
+  Rows stroke{trace.StartRow, trace.StartRow};
   for (; GoesOn(trace, column); ++column) {
     ScrollToColumn(trace, column);
     Continuation next;

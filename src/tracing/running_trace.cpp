@@ -1,9 +1,11 @@
 #include "tracing/running_trace.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <string>
 
 #include "base/numbers.h"
+#include "tracing/blockers.h"
 
 namespace graphize {
 
@@ -33,8 +35,42 @@ bool EmitPoint(RunningTrace& trace, int column, float row) {
   return true;
 }
 
+/// Whether black in this column, in these rows, is or touches the curve.
+bool LiesOnTheWay(const RunningTrace& trace, int column, int row) {
+  if (column == trace.StartColumn && std::abs(row - trace.StartRow) <= 1) return true;
+  const auto next = std::upper_bound(
+      trace.Seen.begin(), trace.Seen.end(), column,
+      [](int wanted, const ColumnPoints& points) { return wanted < points.Column; });
+  const bool found = next != trace.Seen.begin();
+  const ColumnPoints start{trace.StartColumn - 1, 0, trace.StartRow, trace.StartRow};
+  const ColumnPoints& last = found ? *(next - 1) : start;
+  if (column < trace.StartColumn || column > last.Column + 1 + trace.XIncrement) return false;
+  // Behind the last column the curve is looked for; it may have changed its row.
+  const int reach = column > last.Column ? trace.YIncrement + 1 : 0;
+  return row >= last.Above - reach && row <= last.Below + reach;
+}
+
+/// Whether marks of an earlier trace or scan hide ink of the curve; blockers are meant to.
+bool MarksHideTheCurve(const RunningTrace& trace) {
+  const PlotImage& image = trace.Context.Image;
+  const auto width = static_cast<std::uint32_t>(image.Width());
+  const std::uint32_t blocker = PixelOfColour(BlockerColour(trace.Context.Options));
+  const auto hides = [&](const OverdrawnPixel& mark) {
+    return IsBlackPixel(mark.Pixel) && image.Pixels.Pixels()[mark.Index] != blocker &&
+           LiesOnTheWay(trace, static_cast<int>(mark.Index % width),
+                        static_cast<int>(mark.Index / width));
+  };
+  const auto first = image.Marks.begin();
+  return std::any_of(first, first + static_cast<std::ptrdiff_t>(trace.MarksBefore), hides);
+}
+
 std::string ResultText(const RunningTrace& trace) {
-  const std::string points = PointCount(trace.Points) + (trace.Adds ? " captured" : " marked");
+  static constexpr char kHidden[] =
+      "arks of an earlier trace cover the curve: Refresh takes them away";
+  const bool hidden = MarksHideTheCurve(trace);
+  if (hidden && trace.OnCurve == 0 && !trace.Stopped) return std::string("M") + kHidden;
+  const std::string points = PointCount(trace.Points) + (trace.Adds ? " captured" : " marked") +
+                             (hidden ? std::string("; m") + kHidden : "");
   if (trace.Stopped) return "Stopped: " + points;
   if (trace.OnCurve == 0) return "No curve here: the tracers follow only black pixels";
   if (!trace.Center && !trace.Above && !trace.Below)
@@ -44,7 +80,7 @@ std::string ResultText(const RunningTrace& trace) {
 
 }  // namespace
 
-RunningTrace::RunningTrace(const ExtractionContext& context)
+RunningTrace::RunningTrace(const ExtractionContext& context, float x, float y)
     : Context(context),
       XIncrement(IncrementAtLeast(context.Control.Xrange, 0)),
       YIncrement(IncrementAtLeast(context.Control.Yrange, 0)),
@@ -55,7 +91,10 @@ RunningTrace::RunningTrace(const ExtractionContext& context)
       RefreshList(context.Options.RefreshList != 0),
       MarkColour(PaletteColour(context.Options.TraceColor)),
       XJump(std::max<int>(context.Options.XJump, 1)),
-      YJump(std::max<int>(context.Options.YJump, 1)) {}
+      YJump(std::max<int>(context.Options.YJump, 1)),
+      StartColumn(ToInt16(x)),
+      StartRow(ToInt16(y)),
+      MarksBefore(context.Image.Marks.size()) {}
 
 bool GoesOn(RunningTrace& trace, int column) {
   if (column >= trace.Context.Image.Width()) return false;
@@ -85,6 +124,7 @@ void ScrollToRows(RunningTrace& trace, int top, int bottom) {
 
 bool EmitPoints(RunningTrace& trace, const ColumnPoints& points) {
   ++trace.OnCurve;
+  if (trace.MarksBefore > 0) trace.Seen.push_back(points);
   return (!trace.Center || EmitPoint(trace, points.Column, points.Center)) &&
          (!trace.Below || EmitPoint(trace, points.Column, static_cast<float>(points.Below))) &&
          (!trace.Above || EmitPoint(trace, points.Column, static_cast<float>(points.Above)));

@@ -1,13 +1,24 @@
 #pragma once
 
+#include <cstddef>
+#include <vector>
+
 #include "base/palette.h"
 #include "tracing/extraction_context.h"
 
 namespace graphize {
 
-/// What all tracers share: their options, read once, and how they stop, scroll and emit points.
+/// The points of one column; the edges lie one row outside the ink.
+struct ColumnPoints {
+  int Column;
+  float Center;
+  int Below, Above;
+};
+
+/// What all tracers share: where they start, their options, read once, and how they stop, scroll
+/// and emit points. Positions beyond 16 bits are the run-time error "Overflow".
 struct RunningTrace {
-  explicit RunningTrace(const ExtractionContext& context);
+  RunningTrace(const ExtractionContext& context, float x, float y);
 
   const ExtractionContext& Context;
   int XIncrement, YIncrement;  // at least 0
@@ -15,19 +26,15 @@ struct RunningTrace {
   bool Adds, RefreshList;
   Colour MarkColour;
   int XJump, YJump;  // scroll margins in pixels, at least 1
+  int StartColumn, StartRow;
+  std::size_t MarksBefore;  // of the picture's marks, those that were there
 
   // So far:
-  int Columns = 0;       // looked at
-  int OnCurve = 0;       // of them, those with points
-  int Points = 0;        // marked, and captured when it adds
-  bool Stopped = false;  // by Escape
-};
-
-/// The points of one column; the edges lie one row outside the ink.
-struct ColumnPoints {
-  int Column;
-  float Center;
-  int Below, Above;
+  int Columns = 0;                 // looked at
+  int OnCurve = 0;                 // of them, those with points
+  int Points = 0;                  // marked, and captured when it adds
+  bool Stopped = false;            // by Escape
+  std::vector<ColumnPoints> Seen;  // the columns on the curve, while there are marks to run into
 };
 
 /// Called for every column that is looked at: false at the right edge or when Escape is held. Lets
@@ -39,7 +46,8 @@ void ScrollToRows(RunningTrace& trace, int top, int bottom);
 /// Marks and captures the checked points: centre, below, above. With `RefreshList` the window may
 /// show the list after each. False when the store is full.
 bool EmitPoints(RunningTrace& trace, const ColumnPoints& points);
-/// Shows the newest point, and says in the status panel what has come out.
+/// Shows the newest point, and says in the status panel what has come out, and when marks of an
+/// earlier trace or scan hide ink where the trace started, went or ended.
 void EndTrace(const RunningTrace& trace);
 
 }  // namespace graphize

@@ -157,17 +157,17 @@ double Follow(FollowedCurve& curve, const Stroke& stroke, int column) {
 
 void TraceSmooth(const ExtractionContext& context, float x, float y) {
   if (!HasValues(context)) return;
-  RunningTrace trace(context);
-  const int startRow = ToInt16(y);
+  RunningTrace trace(context, x, y);
+  const int startRow = trace.StartRow;
   FollowedCurve curve{.Image = context.Image,
                       .XIncrement = trace.XIncrement,
                       .YIncrement = trace.YIncrement,
                       .Threshold = 2 * trace.YIncrement};
-  int limit = ToInt16(x) + trace.XIncrement;
-  curve.Way.Add(ToInt16(x) - 1, startRow, 1);
+  int limit = trace.StartColumn + trace.XIncrement;
+  curve.Way.Add(trace.StartColumn - 1, startRow, 1);
   curve.Last = {startRow, startRow, static_cast<double>(startRow)};
   bool found = false;
-  for (int column = ToInt16(x); column <= limit && GoesOn(trace, column); ++column) {
+  for (int column = trace.StartColumn; column <= limit && GoesOn(trace, column); ++column) {
     const InkColumn ink(context.Image, column);
     const int row = FindInk(curve, ink, column);
     const bool touches =

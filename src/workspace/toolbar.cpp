@@ -20,6 +20,13 @@ void LeaveEdit(Workspace& ws) {
   RedrawBlockers(ws.blockers, ws.plot, ws.settings);
 }
 
+/// The marks of tests would hide the curve from the capture that follows; blockers stay.
+void LeaveMode(Workspace& ws) {
+  if (ws.mode != Mode::BlockTest) return;
+  ClearMarks(ws.plot);
+  RedrawBlockers(ws.blockers, ws.plot, ws.settings);
+}
+
 void EnterEditMode(Workspace& ws, std::string_view key) {
   ShowFrame(ws, "graphize");
   ClearMarks(ws.plot);
@@ -29,6 +36,7 @@ void EnterEditMode(Workspace& ws, std::string_view key) {
 }
 
 void EnterMode(Workspace& ws, const Desktop& desktop, std::string_view key) {
+  if (ModeOfKey(key) != ws.mode) LeaveMode(ws);
   ws.mode = ModeOfKey(key);
   NoteStep(ws, "mode " + std::string(key));
   if (ws.mode == Mode::DrawErase || ws.mode == Mode::GridBuster) return EnterEditMode(ws, key);
@@ -90,6 +98,7 @@ void Toolbar_ButtonClick(Workspace& ws, const Desktop& desktop, std::string_view
 void ReleaseButtons(Workspace& ws) {
   EndDrag(ws);
   if (ws.mode != Mode::None) NoteStep(ws, "mode none");
+  LeaveMode(ws);
   ws.mode = Mode::None;
 }
 

@@ -73,7 +73,6 @@ TEST_F(Extraction, ABlockerEndsTheTrace) {
   ASSERT_EQ(State().blockers.Count, 1);
   ClickPlot(77, 58, 3);
   EXPECT_EQ(State().store.CaptureCount, 0) << "in blocker mode the trace only marks";
-  ClickTool("refresh");
   ClickTool("graphize");
   ClickPlot(77, 58, 3);
   const PointStore& store = State().store;

@@ -9,8 +9,10 @@
 
 #include "base/run_time_error.h"
 #include "support/extraction_records.h"
+#include "support/plot_drawing.h"
 #include "support/scripted_desktop.h"
 #include "support/trace_cases.h"
+#include "tracing/blockers.h"
 #include "tracing/scan.h"
 #include "tracing/smooth_tracer.h"
 
@@ -19,6 +21,7 @@ namespace {
 
 using test::ExpectTraces;
 using test::ExtractionRecords;
+using test::PixelPosition;
 using test::ScriptedDesktop;
 using test::Tracer;
 using Rows = std::vector<std::string>;
@@ -432,6 +435,49 @@ TEST(CurveTracer, TheStatusPanelTellsWhatHasComeOut) {
     records.Check(c.Checked, false, false);
     TraceNew(records.With(desktop), 0, c.Row);
     EXPECT_EQ(records.Status.Status, c.Status);
+  }
+}
+
+TEST(CurveTracer, MarksThatHideTheCurveAreTold) {
+  const Rows thin = {"......", "......", "......", "######", "......"},
+             thick = {"......", "......", "######", "######", "......"};
+  constexpr char kHidden[] = "arks of an earlier trace cover the curve";
+  struct Case {
+    Rows Picture;
+    std::vector<PixelPosition> Earlier;  // starts of traces
+    bool Blocker;
+    PixelPosition Start;
+    bool Told;
+  };
+  const Case cases[] = {
+      {thin, {{0, 3}}, false, {0, 3}, true},   // starts on them
+      {thin, {{3, 3}}, false, {0, 3}, true},   // ends at them
+      {thick, {{0, 3}}, false, {0, 2}, true},  // goes along beside them
+      {thick, {{0, 3}}, false, {0, 3}, true},
+      {thin, {}, false, {0, 3}, false},
+      {thin, {}, true, {0, 3}, false},
+      {thin, {{0, 3}}, false, {0, 0}, false},  // there is nothing
+      {{"######", "......", "......", "......", "......", "######"},
+       {{0, 0}},
+       false,
+       {0, 5},
+       false},
+  };
+  for (const Tracer tracer : kTracers) {
+    for (const Case& c : cases) {
+      const ScriptedDesktop desktop;
+      ExtractionRecords records(c.Picture);
+      records.Control.Yrange = "1";
+      for (const PixelPosition& at : c.Earlier)
+        tracer(records.With(desktop), static_cast<float>(at.X), static_cast<float>(at.Y));
+      BlockerList blockers;
+      if (c.Blocker)
+        PaintBlocker(blockers, records.Image, records.Commands, records.Options, 3, 3, 2);
+      records.Options.TraceColor = 12;  // chosen since
+      tracer(records.With(desktop), static_cast<float>(c.Start.X), static_cast<float>(c.Start.Y));
+      EXPECT_EQ(records.Status.Status.find(kHidden) != std::string::npos, c.Told)
+          << &c - cases << ": " << records.Status.Status;
+    }
   }
 }
 

@@ -355,6 +355,26 @@ TEST_F(WorkspaceTest, BlockersAndPenWorkThroughTheMouse) {
   EXPECT_EQ(GetPixel(ws.plot, 20, 30), kWhite);
 }
 
+TEST_F(WorkspaceTest, ATestOfATraceLeavesNothingInItsWay) {
+  Raster picture = Raster::Filled(60, 50, kWhitePixel);
+  for (int x = 8; x < 52; ++x) picture.Row(20)[x] = kBlackPixel;
+  SavePicture(folder.Path() / "line.bmp", 3, 0, picture);
+  for (const char* next : {"graphize", "axisdef", "drawerase", ""}) {
+    if (ws.plot.IsPresent()) desktop.ExpectMessage(kReset, Answer::Yes);
+    OpenPicture(ws, desktop, folder.Path() / "line.bmp");
+    Calibrate();
+    Toolbar_ButtonClick(ws, desktop, "blocktest");
+    Click(40, 20);
+    Trace(ws, desktop, 8, 20);
+    ASSERT_FALSE(IsBlack(ws.plot, 10, 20));
+    *next ? Toolbar_ButtonClick(ws, desktop, next) : ReleaseButtons(ws);
+    Toolbar_ButtonClick(ws, desktop, "graphize");
+    EXPECT_EQ(GetPixel(ws.plot, 40, 20), PaletteColour(ws.settings.BlockColor)) << next;
+    Trace(ws, desktop, 8, 20);
+    EXPECT_GT(ws.store.CaptureCount, 20) << next << ": " << ws.status.Status;
+  }
+}
+
 TEST_F(WorkspaceTest, TheKeyboardMovesThePointerOnlyOverThePlot) {
   EXPECT_FALSE(MovePointerByKey(ws, desktop, PointerKey::Right, 0));
   desktop.PointerOver = true;
