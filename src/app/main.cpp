@@ -45,7 +45,7 @@ int main(int argc, char** argv) {
   // What needs no window starts without any of its libraries' work.
   const std::vector<std::string> words(argv + 1, argv + argc);
   if (graphize::IsBatch(words))
-    return graphize::RunBatch(words, {std::cout, std::cerr, isatty(STDERR_FILENO) == 1});
+    return graphize::RunBatch(words, {std::cout, std::cerr, isatty(STDERR_FILENO) == 1, &std::cin});
 
   const std::jthread fonts = graphize::ReadFonts();
   qInstallMessageHandler(TellOnlyTheEnd);

@@ -1,92 +1,101 @@
 #include "batch/arguments.h"
 
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <map>
+#include <memory>
+#include <utility>
+#include <vector>
+
 namespace graphize {
 
 namespace {
 
-using Takes = OptionSpec::Takes;
+/// Options as manuals write them: "  -o, --output=FILE", "      --errors".
+class HelpFormatter : public CLI::Formatter {
+ public:
+  HelpFormatter() { column_width(29); }
 
-const OptionSpec& FindLong(std::span<const OptionSpec> specs, const std::string& name) {
+  std::string make_help(const CLI::App* app, std::string, CLI::AppFormatMode mode) const override {
+    return app->get_description() + "\n" + make_groups(app, mode) + app->get_footer();
+  }
+  std::string make_group(std::string name, bool isPositional,
+                         std::vector<const CLI::Option*> options) const override {
+    return CLI::Formatter::make_group(name, isPositional, options).substr(1);  // no blank line
+  }
+  std::string make_option_name(const CLI::Option* option, bool) const override {
+    const auto& letters = option->get_snames();
+    return (letters.empty() ? "    " : "-" + letters[0] + ", ") + "--" + option->get_lnames()[0];
+  }
+  std::string make_option_opts(const CLI::Option* option) const override {
+    return option->get_option_text();
+  }
+};
+
+using SpecOfOption = std::map<const CLI::Option*, const OptionSpec*>;
+
+SpecOfOption Declare(CLI::App& app, const CommandSpec& command) {
+  SpecOfOption specs;
+  app.set_help_flag();  // --help is an option like the others
+  for (const OptionSpec& spec : command.Options) {
+    const std::string name =
+        (spec.Short != 0 ? std::string("-") + spec.Short + "," : "") + "--" + spec.Long;
+    CLI::Option* option = spec.Value == nullptr ? app.add_flag(name) : app.add_option(name);
+    option->description(spec.Text)->group(spec.Group)->take_all();
+    if (spec.Value != nullptr) option->option_text(std::string("=") + spec.Value);
+    specs[option] = &spec;
+  }
+  return specs;
+}
+
+/// The option of that long name, or of one that begins so; null when there is none.
+const OptionSpec* FindLong(const CommandSpec& command, const std::string& name) {
   const OptionSpec* found = nullptr;
-  for (const OptionSpec& spec : specs) {
-    if (name == spec.Long) return spec;
-    if (!std::string_view(spec.Long).starts_with(name)) continue;
+  for (const OptionSpec& spec : command.Options) {
+    if (name == spec.Long) return &spec;
+    if (name.empty() || !std::string_view(spec.Long).starts_with(name)) continue;
     if (found != nullptr)
       throw UsageError("--" + name + " may mean --" + found->Long + " or --" + spec.Long);
     found = &spec;
   }
-  if (found == nullptr || name.empty()) throw UsageError("there is no option --" + name);
-  return *found;
+  return found;
 }
 
-const OptionSpec& FindShort(std::span<const OptionSpec> specs, char letter) {
-  for (const OptionSpec& spec : specs)
-    if (spec.Short == letter) return spec;
-  throw UsageError(std::string("there is no option -") + letter);
+bool TakesValue(const CommandSpec& command, char letter) {
+  return std::any_of(command.Options.begin(), command.Options.end(), [&](const OptionSpec& spec) {
+    return spec.Short == letter && spec.Value != nullptr;
+  });
 }
 
-class Reader {
- public:
-  Reader(std::span<const OptionSpec> specs, std::span<const std::string> words)
-      : specs_(specs), words_(words) {}
-
-  CommandLine Read() {
-    for (; next_ < words_.size(); ++next_) {
-      const std::string& word = words_[next_];
-      if (word == "--") {
-        line_.Operands.insert(line_.Operands.end(), words_.begin() + next_ + 1, words_.end());
-        break;
-      }
-      if (word.starts_with("--"))
-        ReadLong(word.substr(2));
-      else if (word.size() > 1 && word[0] == '-')
-        ReadShort(word);
-      else
-        line_.Operands.push_back(word);
+/// The words with long names in full and their values as words of their own: the library knows no
+/// shortened names, and would take the next word as the value of "--title=".
+std::vector<std::string> FullWords(const CommandSpec& command, std::span<const std::string> words) {
+  std::vector<std::string> full;
+  bool isValue = false;
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    const std::string& word = words[i];
+    const bool wasValue = std::exchange(isValue, false);
+    full.push_back(word);
+    if (wasValue) continue;
+    if (word == "--") {
+      full.insert(full.end(), words.begin() + i + 1, words.end());
+      break;
     }
-    return std::move(line_);
-  }
-
- private:
-  void ReadLong(const std::string& text) {
-    const std::size_t equals = text.find('=');
-    const OptionSpec& spec = FindLong(specs_, text.substr(0, equals));
-    if (equals != std::string::npos) {
-      if (spec.Kind == Takes::Nothing)
-        throw UsageError(std::string("--") + spec.Long + " takes no value");
-      return Add(spec, text.substr(equals + 1));
+    if (!word.starts_with("--")) {
+      isValue = word.size() == 2 && word[0] == '-' && TakesValue(command, word[1]);
+      continue;
     }
-    Add(spec, spec.Kind == Takes::Value ? NextWord(spec) : "");
+    const std::size_t equals = word.find('=');
+    const OptionSpec* spec = FindLong(command, word.substr(2, equals - 2));
+    if (spec == nullptr) throw UsageError("there is no option " + word.substr(0, equals));
+    full.back() = std::string("--") + spec->Long;
+    isValue = spec->Value != nullptr && equals == word.npos;
+    if (equals == word.npos) continue;
+    if (spec->Value == nullptr) throw UsageError(full.back() + " takes no value");
+    full.push_back(word.substr(equals + 1));
   }
-
-  void ReadShort(const std::string& word) {
-    for (std::size_t i = 1; i < word.size(); ++i) {
-      const OptionSpec& spec = FindShort(specs_, word[i]);
-      if (spec.Kind == Takes::Nothing) {
-        Add(spec, "");
-        continue;
-      }
-      return Add(spec, i + 1 < word.size() ? word.substr(i + 1) : NextWord(spec));
-    }
-  }
-
-  const std::string& NextWord(const OptionSpec& spec) {
-    if (next_ + 1 >= words_.size())
-      throw UsageError(std::string("--") + spec.Long + " needs a value");
-    return words_[++next_];
-  }
-
-  void Add(const OptionSpec& spec, const std::string& value) {
-    if (!spec.Repeatable && line_.Has(spec.Long))
-      throw UsageError(std::string("--") + spec.Long + " is given twice");
-    line_.Options.push_back({&spec, value});
-  }
-
-  std::span<const OptionSpec> specs_;
-  std::span<const std::string> words_;
-  std::size_t next_ = 0;
-  CommandLine line_;
-};
+  return full;
+}
 
 }  // namespace
 
@@ -101,8 +110,48 @@ const GivenOption* CommandLine::Find(std::string_view name) const {
   return found;
 }
 
-CommandLine ReadCommandLine(std::span<const OptionSpec> specs, std::span<const std::string> words) {
-  return Reader(specs, words).Read();
+CommandLine ReadCommandLine(const CommandSpec& command, std::span<const std::string> words) {
+  CLI::App app;
+  const SpecOfOption specs = Declare(app, command);
+  // Not a list without end: of that the library would split "[1,2]", which is a name of a picture.
+  CLI::Option* const operands = app.add_option("operands");
+  operands->expected(static_cast<int>(words.size()) + 1)->take_all();
+
+  std::vector<std::string> full = FullWords(command, words);
+  std::reverse(full.begin(), full.end());  // as the library wants them
+  try {
+    app.parse(std::move(full));
+  } catch (const CLI::ExtrasError&) {
+    throw UsageError("there is no option " + app.remaining().front());
+  } catch (const CLI::ArgumentMismatch& error) {
+    const std::string text = error.what();  // begins with the option's name
+    throw UsageError(text.substr(0, text.find(':')) + " needs a value");
+  } catch (const CLI::Error& error) {
+    throw UsageError(error.what());
+  }
+
+  CommandLine line;
+  std::map<const CLI::Option*, std::size_t> taken;
+  for (const CLI::Option* option : app.parse_order()) {
+    const std::string& value = option->results()[taken[option]++];
+    if (option == operands) {
+      line.Operands.push_back(value);
+      continue;
+    }
+    const OptionSpec& spec = *specs.at(option);
+    if (!spec.Repeatable && line.Has(spec.Long))
+      throw UsageError(std::string("--") + spec.Long + " is given twice");
+    line.Options.push_back({&spec, spec.Value != nullptr ? value : ""});
+  }
+  return line;
+}
+
+std::string HelpText(const CommandSpec& command) {
+  CLI::App app(command.Usage + "\n" + command.About);
+  app.formatter(std::make_shared<HelpFormatter>());
+  app.footer(command.Footer);
+  Declare(app, command);
+  return app.help();
 }
 
 }  // namespace graphize

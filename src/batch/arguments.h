@@ -3,6 +3,7 @@
 #include <span>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace graphize {
@@ -14,11 +15,20 @@ struct UsageError : std::runtime_error {
 
 /// An option of a command: "--long", "-s".
 struct OptionSpec {
-  enum class Takes { Nothing, Value };
   const char* Long;
   char Short = 0;
-  Takes Kind = Takes::Nothing;
+  const char* Value = nullptr;  // what it takes, as the help names it; null for a switch
+  const char* Group = "";       // heading in the help
+  const char* Text = "";        // what the help says of it; it may have several lines
   bool Repeatable = false;
+};
+
+/// A command, or the program itself, as the help shows it.
+struct CommandSpec {
+  std::string Usage;  // its first lines
+  std::string About;
+  std::vector<OptionSpec> Options;
+  std::string Footer;
 };
 
 struct GivenOption {
@@ -41,7 +51,11 @@ struct CommandLine {
 
 /// Reads a command line by the GNU habits: options and operands in any order, "--name value" and
 /// "--name=value", "-o value" and "-ovalue", short switches together, long names shortened as long
-/// as they are clear, operands alone behind "--"; "-" is an operand. Throws UsageError.
-CommandLine ReadCommandLine(std::span<const OptionSpec> specs, std::span<const std::string> words);
+/// as they are clear, operands alone behind "--"; "-" is an operand. Throws UsageError. The result
+/// points into `command`.
+CommandLine ReadCommandLine(const CommandSpec& command, std::span<const std::string> words);
+
+/// The answer to --help.
+std::string HelpText(const CommandSpec& command);
 
 }  // namespace graphize

@@ -4,11 +4,15 @@
 #include <ostream>
 
 #include "base/checksum.h"
+#include "base/numbers.h"
 #include "base/run_time_error.h"
 #include "base/tokens.h"
+#include "base/version.h"
 #include "base/whole_file.h"
+#include "batch/commands.h"
 #include "batch/digitize.h"
-#include "batch/help.h"
+#include "batch/standard_input.h"
+#include "codecs/file_format.h"
 #include "codecs/picture_probe.h"
 #include "workspace/recipe_file.h"
 
@@ -18,21 +22,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-using Takes = OptionSpec::Takes;
-
 constexpr std::size_t kLargestRecipe = 64u << 20;
-
-/// The options that both commands have.
-constexpr OptionSpec kOutputOptions[] = {
-    {"output", 'o', Takes::Value},
-    {"format", 0, Takes::Value},
-    {"force", 'f'},
-    {"jobs", 'j', Takes::Value},
-    {"quiet", 'q'},
-    {"help", 'h'},
-};
-
-constexpr OptionSpec kErrors{"errors"};
 
 RunOptions ReadRunOptions(const CommandLine& line) {
   RunOptions options;
@@ -66,24 +56,42 @@ const std::string& OutputOf(const CommandLine& line) {
   return output->Value;
 }
 
-std::vector<OptionSpec> WithOutput(std::span<const OptionSpec> own) {
-  std::vector<OptionSpec> specs(own.begin(), own.end());
-  specs.insert(specs.end(), std::begin(kOutputOptions), std::end(kOutputOptions));
-  return specs;
+/// The operand of --save-picture, a name of a type that can be written; empty without the option.
+std::string PictureOutputOf(const CommandLine& line) {
+  const GivenOption* output = line.Find("save-picture");
+  if (output == nullptr) return "";
+  std::int16_t format = 0, option = 0;
+  GetFileFormat(LowerCase(output->Value), format, option);
+  std::error_code ignored;
+  const bool folder = output->Value.ends_with('/') || line.Operands.size() > 1 ||
+                      fs::is_directory(output->Value, ignored);
+  if (output->Value.empty() || output->Value == "-" || (format == kNoFormat && !folder))
+    throw UsageError("--save-picture \"" + output->Value +
+                     "\": a name is expected that ends in .tif, .bmp or another type of picture "
+                     "that can be written");
+  return output->Value;
 }
 
 bool Digitize(std::span<const std::string> words, const BatchStreams& streams) {
-  const std::vector<OptionSpec> specs = WithOutput(DigitizeOptions());
-  const CommandLine line = ReadCommandLine(specs, words);
-  if (line.Has("help")) return Print(streams, DigitizeHelp());
+  const CommandSpec command = DigitizeSpec();
+  const CommandLine line = ReadCommandLine(command, words);
+  if (line.Has("help")) return Print(streams, HelpText(command));
   if (line.Operands.empty()) throw UsageError("a picture is missing");
   const std::vector<BatchStep> steps = DigitizeSteps(line);
-  const RunOptions options = ReadRunOptions(line);
+  RunOptions options = ReadRunOptions(line);
   if (options.Table.Format != TableFormat::Dat)
     for (const char* name : {"digits", "decimals", "exponent", "delimiter", "decimal-point"})
       if (line.Has(name)) throw UsageError(std::string("--") + name + " is for --format dat only");
+  options.Table.PointsExpected = true;
+  options.Table.PictureOnly = IsPictureOnly(line);
+  options.Table.KeepPicture = line.Has("save-picture");
   const std::vector<fs::path> pictures(line.Operands.begin(), line.Operands.end());
-  return RunJobs(steps, MakeJobs(pictures, OutputOf(line), options.Table.Format), options, streams);
+  std::vector<Job> jobs =
+      MakeJobs(pictures, {.Table = options.Table.PictureOnly ? "" : OutputOf(line),
+                          .Picture = PictureOutputOf(line),
+                          .Format = options.Table.Format});
+  const StandardInput input(jobs, streams.In);
+  return RunJobs(steps, jobs, options, streams);
 }
 
 /// A recipe does the same only on the very same pictures.
@@ -131,12 +139,12 @@ RecipeFile ReadRecipeFile(const std::string& name) {
 }
 
 std::vector<Job> ReplayJobs(const RecipeFile& recipe, const std::vector<fs::path>& pictures,
-                            const std::string& output, TableFormat format, const fs::path& file) {
+                            const OutputNames& output, const fs::path& file) {
   if (!pictures.empty()) {
     if (recipe.Pictures.size() > 1)
       throw UsageError("the recipe uses " + std::to_string(recipe.Pictures.size()) +
                        " pictures: it can be done again on these only");
-    return MakeJobs(pictures, output, format, {file});
+    return MakeJobs(pictures, output, {file});
   }
   Job job;
   for (const RecipeFile::Picture& picture : recipe.Pictures) {
@@ -145,23 +153,27 @@ std::vector<Job> ReplayJobs(const RecipeFile& recipe, const std::vector<fs::path
   }
   std::vector<fs::path> inputs = job.Pictures;
   inputs.push_back(file);
-  const Job first = MakeJobs({job.Pictures.front()}, output, format, inputs).front();
-  return {{first.Name, job.Pictures, first.Output}};
+  const Job first = MakeJobs({job.Pictures.front()}, output, inputs).front();
+  return {{first.Name, job.Pictures, first.Output, {}}};
 }
 
 bool Replay(std::span<const std::string> words, const BatchStreams& streams) {
-  const std::vector<OptionSpec> specs = WithOutput({&kErrors, 1});
-  const CommandLine line = ReadCommandLine(specs, words);
-  if (line.Has("help")) return Print(streams, ReplayHelp());
+  const CommandSpec command = ReplaySpec();
+  const CommandLine line = ReadCommandLine(command, words);
+  if (line.Has("help")) return Print(streams, HelpText(command));
   if (line.Operands.empty()) throw UsageError("a recipe is missing");
+  const std::string& name = line.Operands.front();
   const std::string output = OutputOf(line);
   RunOptions options = ReadRunOptions(line);
   options.Table.Errors = line.Has("errors");
-  const RecipeFile recipe = ReadRecipeFile(line.Operands.front());
+  const RecipeFile recipe = ReadRecipeFile(name);
   const std::vector<fs::path> pictures(line.Operands.begin() + 1, line.Operands.end());
-  const std::vector<BatchStep> steps = StepsOf(recipe, line.Operands.front());
-  const std::vector<Job> jobs =
-      ReplayJobs(recipe, pictures, output, options.Table.Format, line.Operands.front());
+  const std::vector<BatchStep> steps = StepsOf(recipe, name);
+  std::vector<Job> jobs = ReplayJobs(
+      recipe, pictures, {.Table = output, .Picture = "", .Format = options.Table.Format}, name);
+  // Without a picture the recipe's own is used, which may have led to an empty file.
+  options.Table.PointsExpected = !pictures.empty() && HadPoints(recipe);
+  const StandardInput input(jobs, streams.In);
   return RunJobs(steps, jobs, options, streams);
 }
 
@@ -201,8 +213,10 @@ int RunBatch(const std::vector<std::string>& words, const BatchStreams& streams)
     if (command == "replay") return Replay(rest, streams) ? 0 : 1;
     const bool known = command == "--version" || command == "--help" || command == "-h";
     if (known && !rest.empty()) throw UsageError("\"" + rest[0] + "\" is too much");
-    if (command == "--version") return Print(streams, VersionText()) ? 0 : 1;
-    if (command == "--help" || command == "-h") return Print(streams, ProgramHelp()) ? 0 : 1;
+    if (command == "--version")
+      return Print(streams, std::string("graphize ") + ProgramVersion() + "\n") ? 0 : 1;
+    if (command == "--help" || command == "-h")
+      return Print(streams, HelpText(ProgramSpec())) ? 0 : 1;
   } catch (const UsageError& error) {
     const bool option = command.starts_with('-');
     streams.Err << "graphize " << command << ": " << error.what() << "; see graphize "

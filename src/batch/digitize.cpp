@@ -6,50 +6,14 @@
 #include <limits>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "base/tokens.h"
+#include "image_tools/image_tools.h"
 
 namespace graphize {
 
 namespace {
-
-using Takes = OptionSpec::Takes;
-
-constexpr OptionSpec kOptions[] = {
-    {"origin", 0, Takes::Value},
-    {"x-axis", 0, Takes::Value},
-    {"y-axis", 0, Takes::Value},
-    {"x-log"},
-    {"y-log"},
-    {"black-white"},
-    {"damaged"},
-    {"grid", 0, Takes::Value, true},
-    {"grid-line", 0, Takes::Value, true},
-    {"erase", 0, Takes::Value, true},
-    {"block", 0, Takes::Value, true},
-    {"point", 0, Takes::Value, true},
-    {"trace", 0, Takes::Value, true},
-    {"scan", 0, Takes::Value, true},
-    {"snap", 0, Takes::Value},
-    {"snap-distance", 0, Takes::Value},
-    {"algorithm", 0, Takes::Value},
-    {"x-increment", 0, Takes::Value},
-    {"y-increment", 0, Takes::Value},
-    {"emit", 0, Takes::Value},
-    {"sort", 0, Takes::Value, true},
-    {"swap", 0, Takes::Nothing, true},
-    {"resample", 0, Takes::Value, true},
-    {"resample-log", 0, Takes::Value},
-    {"curve-length", 0, Takes::Nothing, true},
-    {"integrate", 0, Takes::Value, true},
-    {"digits", 0, Takes::Value},
-    {"decimals", 0, Takes::Value},
-    {"exponent", 0, Takes::Value},
-    {"delimiter", 0, Takes::Value},
-    {"decimal-point", 0, Takes::Value},
-    {"title", 0, Takes::Value},
-    {"errors"},
-};
 
 std::vector<std::string> Split(const std::string& text, char separator) {
   std::vector<std::string> parts(1);
@@ -82,19 +46,28 @@ std::string Positions(const GivenOption& option, const std::string& text, std::s
 
 constexpr const char* kPosition = "COLUMN,ROW in whole pixels is expected";
 
+bool HasAny(const CommandLine& line, std::initializer_list<const char*> names) {
+  return std::any_of(names.begin(), names.end(), [&](const char* name) { return line.Has(name); });
+}
+
+bool Captures(const CommandLine& line) {
+  return HasAny(line, {"point", "trace", "scan"});
+}
+
 class Maker {
  public:
   explicit Maker(const CommandLine& line) : line_(line) {}
 
   std::vector<BatchStep> Make() {
-    Add(std::string("open") + (line_.Has("damaged") ? " damaged" : "") +
-            (line_.Has("black-white") ? " black-and-white" : ""),
-        "");
+    Add(std::string("open") + (line_.Has("damaged") ? " damaged" : ""), "");
+    for (const GivenOption& option : line_.Options) MakeTool(option);
     MakeSettings();
     MakeFormat();
-    MakeAxes();
+    if (!IsPictureOnly(line_) || HasAny(line_, {"origin", "x-axis", "y-axis", "grid", "grid-line"}))
+      MakeAxes();
     for (const GivenOption& option : line_.Options) MakeOnPicture(option);
-    if (!captures_) throw UsageError("nothing is captured: --point, --trace or --scan is missing");
+    if (!Captures(line_) && !IsPictureOnly(line_))
+      throw UsageError("nothing is captured: --point, --trace or --scan is missing");
     for (const GivenOption& option : line_.Options) MakeOnList(option);
     if (line_.Has("resample-log") && !line_.Has("resample"))
       throw UsageError("--resample-log needs --resample");
@@ -108,6 +81,36 @@ class Maker {
 
   void Set(const char* option, const std::string& value, const std::string& origin) {
     Add(std::string("set ") + option + " " + Quote(value), origin);
+  }
+
+  /// An image tool, named as its step is, or the reduction.
+  void MakeTool(const GivenOption& option) {
+    if (option.Is("black-white") || option.Is("threshold")) return MakeReduction(option);
+    for (int i = 0; i < kPictureTools; ++i) {
+      const auto tool = static_cast<PictureTool>(i);
+      if (!option.Is(TextsOf(tool).Name)) continue;
+      ImageToolsForm form;
+      ChooseTool(form, tool);
+      const auto amount = form.AmountEnabled ? IntegerText(option.Value, form.Minimum, form.Maximum)
+                                             : std::optional(form.Amount);
+      if (!amount)
+        Refuse(option, "a whole number from " + std::to_string(form.Minimum) + " to " +
+                           std::to_string(form.Maximum) + " is expected");
+      Add(std::string("image-tool ") + TextsOf(tool).Name + " " + std::to_string(*amount),
+          option.Name());
+    }
+  }
+
+  /// --black-white and --threshold are one reduction, at the first of them.
+  void MakeReduction(const GivenOption& option) {
+    std::string limit = "127.5";
+    if (const GivenOption* threshold = line_.Find("threshold")) {
+      limit = threshold->Value;
+      const auto number = WholeNumberText(limit);
+      if (!number || !(*number > 0 && *number <= 255))
+        Refuse(*threshold, "a number above 0 and up to 255 is expected");
+    }
+    if (!std::exchange(reduced_, true)) Add("black-white " + limit, option.Name());
   }
 
   void MakeSettings() {
@@ -251,7 +254,6 @@ class Maker {
 
   /// A capture; `yIncrement` is what its rows step by unless the user says.
   void Capture(const std::string& step, const char* yIncrement, const GivenOption& option) {
-    captures_ = true;
     if (*yIncrement != 0 && !line_.Has("y-increment"))
       Set("y-increment", yIncrement, option.Name());
     In("graphize", step, option);
@@ -349,13 +351,13 @@ class Maker {
   const CommandLine& line_;
   std::vector<BatchStep> steps_;
   std::string mode_;
-  bool captures_ = false;
+  bool reduced_ = false;
 };
 
 }  // namespace
 
-std::span<const OptionSpec> DigitizeOptions() {
-  return kOptions;
+bool IsPictureOnly(const CommandLine& line) {
+  return line.Has("save-picture") && !line.Has("output") && !Captures(line);
 }
 
 std::vector<BatchStep> DigitizeSteps(const CommandLine& line) {

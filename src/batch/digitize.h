@@ -1,6 +1,5 @@
 #pragma once
 
-#include <span>
 #include <vector>
 
 #include "batch/arguments.h"
@@ -8,12 +7,13 @@
 
 namespace graphize {
 
-/// The options of "graphize digitize", without those of the output.
-std::span<const OptionSpec> DigitizeOptions();
+/// Whether the options of "graphize digitize" ask for the picture alone: --save-picture,
+/// and neither --output nor anything that captures points.
+bool IsPictureOnly(const CommandLine& line);
 
-/// The steps that these options ask for on one picture: opening and settings, the axes, then
-/// cleaning and capturing in the order given, then the list's operations in the order given. Throws
-/// UsageError that names the option.
+/// The steps that these options ask for on one picture: opening, reduction and image tools in the
+/// order given, the settings, the axes, then cleaning and capturing in the order given, then the
+/// list's operations in the order given. Throws UsageError that names the option.
 std::vector<BatchStep> DigitizeSteps(const CommandLine& line);
 
 }  // namespace graphize

@@ -2,11 +2,14 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 #include "base/run_time_error.h"
+#include "base/tokens.h"
 #include "batch/console.h"
 #include "data/data_file.h"
 #include "data/point_table.h"
+#include "raster/black_white.h"
 #include "workspace/replay.h"
 #include "workspace/run_command.h"
 
@@ -29,12 +32,43 @@ std::string InOurWords(const Workspace& ws, const std::string& problem) {
          " points; larger increments give fewer";
 }
 
-void NoteWhatCameOut(const Workspace& ws, const BatchStep& step, int before,
-                     std::vector<std::string>& notes) {
-  const auto note = [&](const std::string& text) { notes.push_back(step.Origin + ": " + text); };
+/// Why the trace or scan that has just run captured nothing.
+std::string WhyNothing(Workspace& ws, const BatchStep& step) {
+  const std::vector<std::string> words = Tokenize(step.Text).value_or(std::vector<std::string>());
+  std::string why = ws.status.Status;
+  if (why.starts_with("No curve here") && words.size() > 2)
+    why = "no ink at " + words[1] + "," + words[2] + " within the increments";
+  if (why.starts_with("No black pixels here"))
+    why = "no ink in the rectangle at the steps of the increments";
+  const BasePictureShown base(ws.plot);
+  if (!IsBlackAndWhite(ws.plot.Pixels)) {
+    why += "; the picture has other colours, and only black is ink";
+    if (step.Origin.starts_with("--")) why += ": see --black-white";
+  }
+  return why;
+}
+
+/// What a run has to tell beside the table.
+struct Told {
+  std::vector<std::string> Notes;
+  std::vector<std::string> Failed;  // captures, and why; these are among the notes, too
+
+  std::string WhyNoPoints() const {
+    std::string text;
+    for (const std::string& failure : Failed) text += (text.empty() ? "" : "; ") + failure;
+    return text;
+  }
+};
+
+void NoteWhatCameOut(Workspace& ws, const BatchStep& step, int before, Told& told) {
+  const auto note = [&](const std::string& text) {
+    told.Notes.push_back(step.Origin + ": " + text);
+  };
   const bool captures = Is(step, "trace") || Is(step, "scan");
-  if (captures && ws.mode == Mode::Graphize && ws.store.CaptureCount == before)
-    note("there is no curve or point to capture");
+  if (captures && ws.mode == Mode::Graphize && ws.store.CaptureCount == before) {
+    note(WhyNothing(ws, step));
+    told.Failed.push_back(told.Notes.back());
+  }
   if (Is(step, "integrate")) note("area = " + ws.integrate.AreaText);
   if (Is(step, "open") && step.Width > 0 &&
       (step.Width != ws.plot.Width() || step.Height != ws.plot.Height()))
@@ -44,7 +78,7 @@ void NoteWhatCameOut(const Workspace& ws, const BatchStep& step, int before,
 }
 
 void RunStep(Workspace& ws, const BatchStep& step, const std::filesystem::path& picture,
-             std::vector<std::string>& notes) {
+             Told& told) {
   Console console;
   const int before = ws.store.CaptureCount;
   std::optional<std::string> problem;
@@ -55,12 +89,15 @@ void RunStep(Workspace& ws, const BatchStep& step, const std::filesystem::path& 
     problem = InOurWords(ws, console.Problems.front());
   else if (problem && !console.Notes.empty())
     problem = console.Notes.back();
+  // Too few points for a step have a cause of their own.
+  if (problem && ws.store.CaptureCount == 0 && !told.Failed.empty())
+    *problem += "; " + told.WhyNoPoints();
   if (problem) throw StepError(step, *problem);
-  for (const std::string& note : console.Notes) notes.push_back(step.Origin + ": " + note);
-  NoteWhatCameOut(ws, step, before, notes);
+  for (const std::string& note : console.Notes) told.Notes.push_back(step.Origin + ": " + note);
+  NoteWhatCameOut(ws, step, before, told);
 }
 
-std::string MakeTable(const Workspace& ws, const TableOptions& options,
+std::string MakeTable(const Workspace& ws, const JobOptions& options,
                       std::vector<std::string>& notes) {
   const bool wanted = ws.commands.SaveErrors || options.Errors;
   std::vector<RowError> errors;
@@ -102,19 +139,28 @@ std::size_t EndOf(const std::vector<BatchStep>& steps, std::vector<std::string>&
 }  // namespace
 
 JobResult RunJob(const std::vector<BatchStep>& steps,
-                 const std::vector<std::filesystem::path>& pictures, const TableOptions& options) {
+                 const std::vector<std::filesystem::path>& pictures, const JobOptions& options) {
   Workspace ws;
   JobResult result;
+  Told told;
   StartReplay(ws);
-  const std::size_t end = EndOf(steps, result.Notes);
-  for (std::size_t i = 0; i < end; ++i)
-    RunStep(ws, steps[i], pictures[steps[i].Picture], result.Notes);
-  const bool saved = end > 0 && Is(steps[end - 1], "save");  // the window has written it, too
-  if (ws.store.ListCount == 0 && !saved)
-    throw RunTimeError(ws.store.CaptureCount > 0
-                           ? "the list is empty"
-                           : "no points were captured; tracers and scan see only black pixels");
-  result.Table = MakeTable(ws, options, result.Notes);
+  const std::size_t end = EndOf(steps, told.Notes);
+  for (std::size_t i = 0; i < end; ++i) RunStep(ws, steps[i], pictures[steps[i].Picture], told);
+  if (!options.PictureOnly) {
+    const bool saved = end > 0 && Is(steps[end - 1], "save");  // the window has written it, too
+    if (ws.store.ListCount == 0 && (options.PointsExpected || !saved)) {
+      const std::string why = told.WhyNoPoints();
+      throw RunTimeError(ws.store.CaptureCount > 0
+                             ? "the list is empty"
+                             : "no points were captured" + (why.empty() ? "" : "; " + why));
+    }
+    result.Table = MakeTable(ws, options, told.Notes);
+  }
+  if (options.KeepPicture) {
+    ClearMarks(ws.plot);
+    result.Picture = std::move(ws.plot.Pixels);
+  }
+  result.Notes = std::move(told.Notes);
   return result;
 }
 

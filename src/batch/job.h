@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "base/raster.h"
+
 namespace graphize {
 
 /// One step of workspace/replay.h, and where it comes from: "line 12" or "--trace 70,430".
@@ -17,20 +19,24 @@ struct BatchStep {
 
 enum class TableFormat { Dat, Csv, Json };
 
-struct TableOptions {
+struct JobOptions {
   TableFormat Format = TableFormat::Dat;
-  bool Errors = false;  // also where no step asks for them
+  bool Errors = false;          // also where no step asks for them
+  bool PointsExpected = false;  // a table without points is an error even where a step saves it
+  bool PictureOnly = false;     // no table
+  bool KeepPicture = false;
 };
 
 struct JobResult {
   std::string Table;               // the file's content
+  Raster Picture;                  // as the steps leave it, without marks
   std::vector<std::string> Notes;  // what else there is to tell, such as sums
 };
 
 /// Does the steps on a workspace of its own up to the last "save", or all when there is none, and
 /// makes the table of the list as it is then. Throws RunTimeError that begins with the origin of
-/// the step that went wrong.
+/// the step that went wrong, or says why there are no points.
 JobResult RunJob(const std::vector<BatchStep>& steps,
-                 const std::vector<std::filesystem::path>& pictures, const TableOptions& options);
+                 const std::vector<std::filesystem::path>& pictures, const JobOptions& options);
 
 }  // namespace graphize

@@ -6,12 +6,15 @@
 #include <mutex>
 #include <new>
 #include <ostream>
-#include <set>
 #include <thread>
 
+#include "base/numbers.h"
 #include "base/run_time_error.h"
 #include "base/whole_file.h"
 #include "batch/arguments.h"
+#include "batch/console.h"
+#include "codecs/file_format.h"
+#include "codecs/picbuf.h"
 
 namespace graphize {
 
@@ -33,6 +36,35 @@ const char* ExtensionOf(TableFormat format) {
 
 bool IsStandardOutput(const fs::path& path) {
   return path == "-";
+}
+
+/// A file for each picture by the operand `target` of an option; none without it.
+std::vector<fs::path> FilesFor(const std::string& option, const std::string& target,
+                               const char* extension, const std::vector<fs::path>& pictures,
+                               const std::vector<fs::path>& inputs) {
+  if (target.empty()) return {};
+  std::error_code ignored;
+  const bool several = pictures.size() > 1;
+  if (several && target == "-") throw UsageError(option + " -: several pictures need a folder");
+  const bool folder =
+      target != "-" && (several || target.ends_with('/') || fs::is_directory(target, ignored));
+  std::vector<fs::path> files;
+  for (const fs::path& picture : pictures) {
+    const fs::path stem = picture == "-" ? "stdin" : picture.stem();
+    const fs::path file =
+        folder ? fs::path(target) / fs::path(stem).concat(extension) : fs::path(target);
+    const auto twin = std::find(files.begin(), files.end(), file);
+    if (twin != files.end())
+      throw UsageError("two pictures would be written to \"" + file.string() + "\": \"" +
+                       pictures[twin - files.begin()].string() + "\" and \"" + picture.string() +
+                       "\"");
+    const auto isFile = [&](const fs::path& input) { return fs::equivalent(input, file, ignored); };
+    for (const auto* read : {&pictures, &inputs})
+      if (std::any_of(read->begin(), read->end(), isFile))
+        throw UsageError(option + " would replace the input \"" + file.string() + "\"");
+    files.push_back(file);
+  }
+  return files;
 }
 
 /// All that the workers share; what they say is said under the mutex.
@@ -86,20 +118,36 @@ class Run {
   }
 
   void Do(const Job& job) {
-    std::error_code ignored;
-    if (!options_.Force && !IsStandardOutput(job.Output) && fs::exists(job.Output, ignored))
-      throw RunTimeError("\"" + job.Output.string() + "\" exists already; see --force");
+    for (const fs::path& file : {job.Output, job.PictureOutput}) {
+      std::error_code ignored;
+      if (!options_.Force && !IsStandardOutput(file) && fs::exists(file, ignored))
+        throw RunTimeError("\"" + file.string() + "\" exists already; see --force");
+    }
     const JobResult result = RunJob(steps_, job.Pictures, options_.Table);
+    if (!job.PictureOutput.empty()) WritePicture(job.PictureOutput, result.Picture);
     if (IsStandardOutput(job.Output)) {
       const std::scoped_lock lock(mutex_);
       streams_.Out << result.Table << std::flush;
       if (!streams_.Out) throw RunTimeError("the standard output cannot be written");
-    } else if (const std::error_code error = Write(job.Output, result.Table)) {
-      throw RunTimeError("\"" + job.Output.string() + "\" cannot be written: " + error.message());
+    } else if (!job.Output.empty()) {
+      if (const std::error_code error = Write(job.Output, result.Table))
+        throw RunTimeError("\"" + job.Output.string() + "\" cannot be written: " + error.message());
     }
     if (options_.Quiet) return;
     const std::scoped_lock lock(mutex_);
     for (const std::string& note : result.Notes) Say(job.Name + ": " + note);
+  }
+
+  static void WritePicture(const fs::path& path, const Raster& picture) {
+    std::error_code ignored;
+    if (path.has_parent_path()) fs::create_directories(path.parent_path(), ignored);
+    std::int16_t format = 0, option = 0;
+    GetFileFormat(LowerCase(path.string()), format, option);
+    try {
+      SavePicture(path, format, option, picture);
+    } catch (const RunTimeError& error) {
+      throw RunTimeError(OneLine(error.what()));
+    }
   }
 
   static std::error_code Write(const fs::path& path, const std::string& text) {
@@ -132,25 +180,21 @@ class Run {
 
 }  // namespace
 
-std::vector<Job> MakeJobs(const std::vector<fs::path>& pictures, const std::string& output,
-                          TableFormat format, const std::vector<fs::path>& inputs) {
-  std::error_code ignored;
-  const bool several = pictures.size() > 1;
-  if (several && output == "-") throw UsageError("--output -: several pictures need a folder");
-  const bool folder =
-      output != "-" && (several || output.ends_with('/') || fs::is_directory(output, ignored));
+std::vector<Job> MakeJobs(const std::vector<fs::path>& pictures, const OutputNames& outputs,
+                          const std::vector<fs::path>& inputs) {
+  const std::vector<fs::path> tables =
+      FilesFor("--output", outputs.Table, ExtensionOf(outputs.Format), pictures, inputs);
+  const std::vector<fs::path> cleaned =
+      FilesFor("--save-picture", outputs.Picture, ".tif", pictures, inputs);
   std::vector<Job> jobs;
-  std::set<fs::path> outputs;
-  for (const fs::path& picture : pictures) {
-    const fs::path file =
-        folder ? fs::path(output) / picture.stem().concat(ExtensionOf(format)) : fs::path(output);
-    if (!outputs.insert(file).second)
-      throw UsageError("two pictures would be written to \"" + file.string() + "\"");
-    const auto isFile = [&](const fs::path& input) { return fs::equivalent(input, file, ignored); };
-    for (const auto* files : {&pictures, &inputs})
-      if (std::any_of(files->begin(), files->end(), isFile))
-        throw UsageError("--output would replace the input \"" + file.string() + "\"");
-    jobs.push_back({picture.string(), {picture}, file});
+  for (std::size_t i = 0; i < pictures.size(); ++i) {
+    const fs::path& picture = pictures[i];
+    const std::string name = picture == "-" ? "standard input" : picture.string();
+    const fs::path table = tables.empty() ? fs::path() : tables[i];
+    const fs::path clean = cleaned.empty() ? fs::path() : cleaned[i];
+    if (!clean.empty() && clean == table)
+      throw UsageError("--output and --save-picture name the same file");
+    jobs.push_back({name, {picture}, table, clean});
   }
   return jobs;
 }

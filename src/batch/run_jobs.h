@@ -14,6 +14,7 @@ struct BatchStreams {
   std::ostream& Out;
   std::ostream& Err;
   bool ErrIsTerminal = false;
+  std::istream* In = nullptr;  // the picture "-"
 };
 
 /// The same steps on one set of pictures, and where the table goes: a file, or "-" for the standard
@@ -21,21 +22,29 @@ struct BatchStreams {
 struct Job {
   std::string Name;  // of the picture, in messages
   std::vector<std::filesystem::path> Pictures;
-  std::filesystem::path Output;
+  std::filesystem::path Output;         // empty: there is no table
+  std::filesystem::path PictureOutput;  // empty: the picture is not written
 };
 
 struct RunOptions {
-  TableOptions Table;
+  JobOptions Table;
   bool Force = false;  // replace files that exist
   bool Quiet = false;  // no notes and no progress
   int Workers = 0;     // 0: one for each core
 };
 
-/// Where the tables of `pictures` go for the operand of --output: that file, or files in that
-/// folder when it is one, ends in a slash or there are several pictures. Throws UsageError when two
-/// tables would meet, or one and a picture or another of `inputs`.
+/// The operands of --output and --save-picture; empty where the option is not given.
+struct OutputNames {
+  std::string Table;
+  std::string Picture;
+  TableFormat Format = TableFormat::Dat;
+};
+
+/// Where the tables and the cleaned pictures of `pictures` go: the file that is named, or files in
+/// that folder when it is one, ends in a slash or there are several pictures. Throws UsageError
+/// when two of them would meet, or one and a picture or another of `inputs`.
 std::vector<Job> MakeJobs(const std::vector<std::filesystem::path>& pictures,
-                          const std::string& output, TableFormat format,
+                          const OutputNames& outputs,
                           const std::vector<std::filesystem::path>& inputs = {});
 
 /// Runs all jobs, several at a time; one that fails does not stop the others. Errors go to Err, one

@@ -1,6 +1,7 @@
 #include "data/point_table.h"
 
 #include <cmath>
+#include <nlohmann/json.hpp>
 
 #include "base/numbers.h"
 
@@ -13,50 +14,10 @@ std::string JsonNumber(float value) {
   return std::isfinite(value) ? ShortestText(value) : "null";
 }
 
-/// How many bytes the UTF-8 character at `i` has, by RFC 3629; 0 when there is none.
-std::size_t CharacterSize(const std::string& text, std::size_t i) {
-  const auto byte = [&](std::size_t k) {
-    return k < text.size() ? static_cast<unsigned char>(text[k]) : 0u;
-  };
-  const unsigned first = byte(i), second = byte(i + 1);
-  if (first < 0x80) return 1;
-  const std::size_t size = first < 0xc2   ? 0
-                           : first < 0xe0 ? 2
-                           : first < 0xf0 ? 3
-                           : first < 0xf5 ? 4
-                                          : 0;
-  for (std::size_t k = 1; k < size; ++k)
-    if (byte(i + k) >> 6 != 2) return 0;
-  // Overlong forms, surrogates and what lies beyond the last character.
-  if ((first == 0xe0 && second < 0xa0) || (first == 0xed && second > 0x9f) ||
-      (first == 0xf0 && second < 0x90) || (first == 0xf4 && second > 0x8f))
-    return 0;
-  return size;
-}
-
 /// File names may be any bytes, JSON is UTF-8: what is none becomes the replacement character.
 std::string JsonString(const std::string& text) {
-  std::string quoted = "\"";
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const char c = text[i];
-    const auto code = static_cast<unsigned char>(c);
-    if (const std::size_t size = CharacterSize(text, i); size != 1) {
-      quoted += size == 0 ? "\xef\xbf\xbd" : text.substr(i, size);
-      i += size == 0 ? 0 : size - 1;
-      continue;
-    }
-    if (c == '"' || c == '\\') {
-      quoted += '\\';
-      quoted += c;
-    } else if (code < 0x20) {
-      quoted += "\\u00";
-      quoted += "0123456789abcdef"[code >> 4];
-      quoted += "0123456789abcdef"[code & 15];
-    } else {
-      quoted += c;
-    }
-  }
-  return quoted + '"';
+  using Json = nlohmann::json;
+  return Json(text).dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
 /// A reference point on the picture and the value it has on the axis.

@@ -1,6 +1,7 @@
 #include "raster/black_white.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 
@@ -20,14 +21,15 @@ bool IsBlackAndWhite(const Raster& picture) {
   return true;
 }
 
-void ReduceToBlackAndWhite(Raster& picture) {
+void ReduceToBlackAndWhite(Raster& picture, double threshold) {
+  const auto limit = static_cast<std::int32_t>(std::ceil(threshold * 1000));
   std::uint32_t* const pixels = picture.Pixels();
   const std::size_t count = picture.PixelCount();
   for (std::size_t i = 0; i < count; ++i) {
     const std::uint32_t pixel = pixels[i];
     const auto luminance = static_cast<std::int32_t>(
         299 * ((pixel >> 16) & 0xffu) + 587 * ((pixel >> 8) & 0xffu) + 114 * (pixel & 0xffu));
-    pixels[i] = luminance < 127'500 ? kBlackPixel : kWhitePixel;
+    pixels[i] = luminance < limit ? kBlackPixel : kWhitePixel;
   }
 }
 

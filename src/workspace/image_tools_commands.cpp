@@ -3,6 +3,7 @@
 #include <string>
 #include <utility>
 
+#include "base/numbers.h"
 #include "image_tools/picture_tools.h"
 #include "raster/black_white.h"
 #include "workspace/picture_commands.h"
@@ -133,6 +134,14 @@ void UndoImageTool(Workspace& ws, const Desktop& desktop) {
   Exchange(ws, desktop, *std::exchange(ws.imageTools.UndoCopy, std::nullopt));
   ws.status.Status = "Undo completed";
   NoteStep(ws, "undo-image-tool");
+}
+
+void ReduceShownPicture(Workspace& ws, const Desktop& desktop, double threshold) {
+  ClearMarks(ws.plot);
+  Raster picture = SetPicture(ws.plot, Raster());
+  if (!IsBlackAndWhite(picture)) ReduceToBlackAndWhite(picture, threshold);
+  LoadImage(ws, desktop, std::move(picture), ws.plot.SourceName);
+  NoteStep(ws, "black-white " + ShortestText(ToSingle(threshold)));
 }
 
 void LeaveImageTools(Workspace& ws, const Desktop& desktop) {

@@ -18,6 +18,10 @@ bool ProcessImage(Workspace& ws, const Desktop& desktop);
 void UndoImageTool(Workspace& ws, const Desktop& desktop);
 bool CanUndoImageTool(const Workspace& ws);
 
+/// Makes the base picture black and white: black is what is darker than `threshold`
+/// (raster/black_white.h). Points, blockers, calibration and mode stay.
+void ReduceShownPicture(Workspace& ws, const Desktop& desktop, double threshold);
+
 /// What closing the window does: drops the undo copy and warns when the axes no longer fit.
 void LeaveImageTools(Workspace& ws, const Desktop& desktop);
 

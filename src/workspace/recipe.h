@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -30,6 +31,7 @@ struct RecipePicture {
 struct Recipe {
   std::vector<RecipeStep> Steps;
   std::vector<RecipePicture> Pictures;
+  std::optional<int> SavedPoints;    // rows of the last data file
   std::vector<std::string> Options;  // as the steps leave them, in the order of RecipeOptions()
 };
 

@@ -1,5 +1,6 @@
 #include "workspace/recipe_file.h"
 
+#include <algorithm>
 #include <optional>
 #include <system_error>
 
@@ -123,6 +124,7 @@ std::string RecipeText(Workspace& ws, const fs::path& folder) {
                              : "open " + std::to_string(step.Picture + 1) + step.Text.substr(4);
     text += "\n";
   }
+  text += "points " + std::to_string(ws.recipe.SavedPoints.value_or(ws.store.ListCount)) + "\n";
   return text + "end\n";
 }
 
@@ -148,6 +150,11 @@ RecipeFile ReadRecipe(std::string_view text, const fs::path& folder) {
     }
     const auto words = Tokenize(line);
     if (!words) throw LineError(number, "a quotation mark is missing");
+    if (words->front() == "points") {
+      if (words->size() == 2) recipe.Points = IntegerText((*words)[1], 0, 32767);
+      if (!recipe.Points) throw LineError(number, "this line does not tell the number of points");
+      continue;
+    }
     if (words->front() != "picture") {
       const int picture = TakePictureNumber(line, static_cast<int>(recipe.Pictures.size()), number);
       recipe.Steps.push_back({number, line, picture});
@@ -164,6 +171,14 @@ RecipeFile ReadRecipe(std::string_view text, const fs::path& folder) {
   if (recipe.Steps.empty() || recipe.Steps.front().Picture < 0)
     throw LineError(number, "the recipe does not begin with opening a picture");
   return recipe;
+}
+
+bool HadPoints(const RecipeFile& recipe) {
+  if (recipe.Points) return *recipe.Points > 0;
+  return std::any_of(recipe.Steps.begin(), recipe.Steps.end(), [](const RecipeFile::Step& step) {
+    const std::string name = step.Text.substr(0, step.Text.find(' '));
+    return name == "capture" || name == "point" || name == "trace" || name == "scan";
+  });
 }
 
 }  // namespace graphize

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,7 +17,7 @@ void SaveRecipe(Workspace& ws, const Desktop& desktop);
 bool CanSaveRecipe(const Workspace& ws);
 
 /// The recipe as a text file: a first line with the version, a line for each picture, a line for
-/// each step, the line "end". Pictures in or below `folder`, where the file will lie, are named
+/// each step, a line with the number of points that they have led to, the line "end". Pictures in or below `folder`, where the file will lie, are named
 /// from there.
 std::string RecipeText(Workspace& ws, const std::filesystem::path& folder);
 
@@ -35,7 +36,12 @@ struct RecipeFile {
   };
   std::vector<Picture> Pictures;
   std::vector<Step> Steps;
+  std::optional<int> Points;  // rows of the data file that the steps have led to
 };
+
+/// Whether the steps have led to points on the recipe's own picture; a recipe that does not tell is
+/// judged by its captures.
+bool HadPoints(const RecipeFile& recipe);
 
 /// Reads the text of a recipe that lies in `folder`. What is wrong with it, such as a version that
 /// this program does not know or an end that is missing, is a RunTimeError that begins with

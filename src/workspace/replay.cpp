@@ -211,6 +211,14 @@ void UseImageTool(const Context& context, StepArguments& arguments) {
   ShowWhole(ws);
 }
 
+void ReduceColours(const Context& context, StepArguments& arguments) {
+  const double threshold = LeadingNumber(arguments.Number());
+  if (!arguments.Good()) return;
+  if (!context.ws.plot.IsPresent()) return arguments.Fail("there is no picture");
+  ReduceShownPicture(context.ws, context.desktop, threshold);
+  ShowWhole(context.ws);
+}
+
 void UndoTool(const Context& context, StepArguments& arguments) {
   if (!arguments.Good()) return;
   if (!CanUndoImageTool(context.ws)) return arguments.Fail("there is nothing to undo");
@@ -313,6 +321,7 @@ constexpr Step kSteps[] = {
     {"undo-edit", Plain<UndoErase>},
     {"image-tool", UseImageTool},
     {"undo-image-tool", UndoTool},
+    {"black-white", ReduceColours},
     {"refresh", Plain<RefreshPlot>},
     {"clear-data",
      [](const Context& context, StepArguments& arguments) {

@@ -44,6 +44,7 @@ bool SavePoints(Workspace& ws, const Desktop& desktop) {
     written = true;
     ws.dataFileTitle = title;
     NoteStep(ws, "save " + Quote(title));
+    ws.recipe.SavedPoints = ws.store.ListCount;
   } catch (const RunTimeError& error) {
     Tell(desktop, std::string("Error while saving. \r\n") + error.what(), MessageIcon::Critical);
   }

@@ -2,11 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include <nlohmann/json.hpp>
 #include <sstream>
 
+#include "base/checksum.h"
 #include "batch/batch.h"
-#include "batch/digitize.h"
+#include "batch/commands.h"
+#include "codecs/file_format.h"
 #include "codecs/picbuf.h"
+#include "raster/black_white.h"
 #include "support/plot_drawing.h"
 #include "support/temporary_folder.h"
 #include "support/true_data.h"
@@ -24,7 +28,7 @@ class Batch : public ::testing::Test {
   int Run(const Words& words) {
     out.str("");
     err.str("");
-    return RunBatch(words, {out, err});
+    return RunBatch(words, {out, err, false, &in});
   }
   std::string Pendulum() const { return (kSamples / "pendulum.bmp").string(); }
   /// A digitize command on the pendulum with these options beside the axes.
@@ -37,6 +41,7 @@ class Batch : public ::testing::Test {
   std::string At(const char* name) const { return (folder / name).string(); }
 
   test::TemporaryFolder folder;
+  std::istringstream in;
   std::ostringstream out, err;
 };
 
@@ -48,11 +53,12 @@ TEST_F(Batch, BadInvocationsAreToldInOneLineAndWriteNothing) {
     if (withAxes) words.insert(words.end(), axes.begin(), axes.end());
     return words;
   };
-  const std::string p = Pendulum(), o = At("out.dat");
+  const std::string p = Pendulum(), o = At("out.dat"),
+                    colours = (kSamples / "temperature_colour.jpg").string();
   const struct {
     Words Command;
     int Status;
-    const char* Told;
+    std::string Told;
   } cases[] = {
       {digitize({"-o", o, "--trace", "76,58"}), 2, "a picture is missing"},
       {digitize({p, "--trace", "76,58"}), 2, "--output is missing"},
@@ -68,7 +74,7 @@ TEST_F(Batch, BadInvocationsAreToldInOneLineAndWriteNothing) {
       {digitize({p, "-o", o, "--grid", "z", "--trace", "76,58"}), 2, "x, y or both is expected"},
       {digitize({p, "-o", o, "--nonsense"}), 2, "there is no option --nonsense"},
       {digitize({p, "-o", o, "-z"}), 2, "there is no option -z"},
-      {digitize({p, "-o", o, "--s", "1"}), 2, "--s may mean --scan or --snap"},
+      {digitize({p, "-o", o, "--s", "1"}), 2, "--s may mean --soften or --sharpen"},
       {digitize({p, "-o", o, "--swap=1", "--trace", "76,58"}), 2, "--swap takes no value"},
       {digitize({p, "-o", o, "--x-log", "--trace", "76,58"}), 2,
        "--origin \"70,430:0,-1\": with --x-log the value must be above 0"},
@@ -107,7 +113,22 @@ TEST_F(Batch, BadInvocationsAreToldInOneLineAndWriteNothing) {
       {digitize({p, "-f", "-o", p, "--trace", "76,58"}), 2, "--output would replace the input"},
       {{"digitise", p}, 2, "there is no command, option or picture \"digitise\""},
       {{"--vers"}, 2, "there is no command, option or picture \"--vers\""},
-      {digitize({p, "-o", o, "--trace", "300,300"}), 1, "no points were captured"},
+      {digitize({p, "-o", o, "--trace", "300,300", "--title", "t"}), 1,
+       "no points were captured; --trace 300,300: no ink at 300,300 within the increments\n"},
+      {digitize({p, "-o", o, "--scan", "300,300,320,320", "--sort", "ascending"}), 1,
+       "--sort ascending: there are not enough captured points; --scan 300,300,320,320: no ink "
+       "in "},
+      {digitize({colours, "-o", o, "--trace", "300,300"}), 1,
+       "the picture has other colours, and only black is ink: see --black-white"},
+      {digitize({p, "-o", o, "--threshold", "0", "--trace", "76,58"}), 2, "--threshold \"0\""},
+      {digitize({p, "-o", o, "--rotate", "181", "--trace", "76,58"}), 2,
+       "--rotate \"181\": a whole number from -180 to 180 is expected"},
+      {digitize({p, "-o", o, "--trace", "76,58", "--save-picture", At("p.webp")}), 2,
+       "--save-picture \"" + At("p.webp") + "\": a name is expected"},
+      {digitize({p, "-f", "--save-picture", p}), 2, "--save-picture would replace the input"},
+      {digitize({p, "--save-picture", At("x.bmp"), "--grid", "x"}, false), 2,
+       "--origin is missing"},
+      {digitize({"-", "-", "-o", At("sub/"), "--trace", "76,58"}), 2, "two pictures would be"},
       {digitize({At("text.png"), "-o", o, "--trace", "76,58"}), 1, "text.png"},
       {digitize({At("none.png"), "-o", o, "--trace", "76,58"}), 1, "No such file"},
       {digitize({p, "-o", p + "/x.dat", "--trace", "76,58"}), 1, "cannot be written"},
@@ -138,7 +159,8 @@ TEST_F(Batch, EveryOptionIsInTheHelpTheManPageAndTheCompletion) {
       if (!goesOn(text[at + option.size()])) return true;
     return false;
   };
-  for (const OptionSpec& option : DigitizeOptions())
+  const CommandSpec command = DigitizeSpec();
+  for (const OptionSpec& option : command.Options)
     for (const std::string& text : {out.str(), man, completion})
       EXPECT_TRUE(has(text, std::string("--") + option.Long)) << option.Long;
 }
@@ -173,6 +195,13 @@ TEST_F(Batch, ATraceAgreesWithTheTrueDataInEveryFormat) {
             std::string::npos)
       << out.str();
   EXPECT_NE(out.str().find("\"x\": \"value on the y axis\""), std::string::npos);
+  ASSERT_EQ(Run(OnPendulum({"--point=9,9", "--title", "\1\"\\\xff\xc3\xa9\xed\xa0\x80", "--format",
+                            "json", "-o-"})),
+            0);
+  const nlohmann::json json = nlohmann::json::parse(out.str());
+  EXPECT_EQ(json["title"], "\1\"\\\uFFFD\u00e9\uFFFD\uFFFD\uFFFD") << "bytes that are no UTF-8";
+  EXPECT_EQ(json["axes"]["x"]["origin"],
+            nlohmann::json({{"column", 70}, {"row", 430}, {"value", 0}}));
   ASSERT_EQ(Run(OnPendulum({"--trace", "76,58", "--resample", "3:1,2", "--curve-length",
                             "--integrate=all", "--errors", "-q", "-o", "-"})),
             0);
@@ -187,11 +216,74 @@ TEST_F(Batch, StepsOnThePictureAreDoneInTheirOrder) {
   ASSERT_EQ(Run(OnPendulum({"--trace=76,58", "--erase=200,235:199", "-o", "-"})), 0);
   EXPECT_EQ(out.str().size(), whole);
   ASSERT_EQ(Run(OnPendulum({"--trace=76,58", "--trace=200,20", "-o", "-"})), 0);
-  EXPECT_NE(err.str().find("--trace 200,20: there is no curve or point to capture"),
+  EXPECT_NE(err.str().find("--trace 200,20: no ink at 200,20 within the increments"),
             std::string::npos);
   ASSERT_EQ(Run(OnPendulum({"--point=100,100", "--sort=ascending", "--point=90,100", "-o", "-"})),
             0);
   EXPECT_LT(out.str().find("4.44444E-01"), out.str().find("6.66667E-01"));
+}
+
+TEST_F(Batch, WordsAreReadByTheHabitsOfCommandLines) {
+  ASSERT_EQ(Run(OnPendulum({"--trace", "76,58", "--title=", "-o", "-"})), 0) << err.str();
+  const std::string whole = out.str();
+  test::WriteBytes(folder / "[a,b].bmp", test::BytesOf(Pendulum()));
+  const std::string odd = At("[a,b].bmp"), axes = "--origin=70,430:0,-1";
+  const std::vector<Words> same = {
+      OnPendulum({"--tra=76,58", "-o-"}),
+      OnPendulum({"-qo", "-", "-j4", "--title", "", "--trace", "76,58"}),
+      {"digitize", axes, "--trace=76,58", "--x-axis=610,430:12", "-fo", "-", "--y-a", "70,40:1",
+       "--", odd}};
+  for (const Words& words : same) {
+    EXPECT_EQ(Run(words), 0) << err.str();
+    EXPECT_EQ(out.str(), whole) << words.back();
+  }
+  // A value may look like an option, a list or a separator.
+  for (const std::string title : {"--trace=1", "[1,2]", "--", "-o", "{}"}) {
+    ASSERT_EQ(Run(OnPendulum({"--title", title, "--trace=76,58", "-o", "-"})), 0) << err.str();
+    EXPECT_TRUE(out.str().starts_with(title + "\r\n")) << title;
+  }
+}
+
+TEST_F(Batch, PicturesAreChangedFirstAndCanBeWritten) {
+  ASSERT_EQ(Run(OnPendulum({"--trace", "76,58", "-o", "-"})), 0);
+  const std::string table = out.str();
+  // Alone without axes; it comes back upside down and light on dark, through the standard input.
+  ASSERT_EQ(
+      Run({"digitize", Pendulum(), "--rotate=180", "--negate", "--save-picture", At("n.tif")}), 0)
+      << err.str();
+  in.str(test::BytesOf(folder / "n.tif"));
+  Words words = OnPendulum({"--trace", "76,58", "--neg", "--rotate", "-180", "-o", At("out/")});
+  words[1] = "-";
+  ASSERT_EQ(Run(words), 0) << err.str();
+  EXPECT_EQ(test::BytesOf(folder / "out/stdin.dat"), table);
+
+  const std::string page = (kSamples / "temperature_colour.jpg").string();
+  const auto changed = [&](Words options) {
+    options.insert(options.end(), {"-f", "--save-picture", At("c.bmp")});
+    options.insert(options.begin(), {"digitize", page});
+    EXPECT_EQ(Run(options), 0) << err.str();
+    return std::move(LoadPicture(folder / "c.bmp")->Picture);
+  };
+  Raster expected = std::move(LoadPicture(page)->Picture);
+  ReduceToBlackAndWhite(expected, 90.5);
+  const auto same = [](const Raster& a, const Raster& b) {
+    return std::equal(a.Pixels(), a.Pixels() + a.PixelCount(), b.Pixels(),
+                      b.Pixels() + b.PixelCount());
+  };
+  EXPECT_TRUE(same(changed({"--threshold", "90.5"}), expected));
+  EXPECT_FALSE(same(changed({"--black-white"}), expected));
+  const Raster after = changed({"--blur", "--threshold", "90.5"});
+  EXPECT_TRUE(IsBlackAndWhite(after));
+  EXPECT_FALSE(same(changed({"--black-white", "--blur", "--threshold", "90.5"}), after));
+
+  // The cleaned picture has no marks of the trace, and is there only when there are points.
+  ASSERT_EQ(Run(OnPendulum({"--trace=76,58", "--erase=5,5:2", "-o", At("p.dat"), "--save-picture",
+                            At("p.bmp")})),
+            0);
+  EXPECT_TRUE(IsBlackAndWhite(LoadPicture(folder / "p.bmp")->Picture));
+  EXPECT_EQ(Run(OnPendulum({"--trace=300,300", "-o", At("q.dat"), "--save-picture", At("q.bmp")})),
+            1);
+  EXPECT_FALSE(std::filesystem::exists(folder / "q.bmp"));
 }
 
 TEST_F(Batch, ManyPicturesAreDoneSideBySideAndBadOnesAreCounted) {
@@ -216,6 +308,38 @@ TEST_F(Batch, ManyPicturesAreDoneSideBySideAndBadOnesAreCounted) {
       EXPECT_FALSE(std::filesystem::exists(folder / name));
     else
       EXPECT_EQ(test::BytesOf(folder / name), first);
+  }
+}
+
+TEST_F(Batch, ARecipeThatHadPointsGivesThemOnEveryPicture) {
+  SavePicture(folder / "blank.bmp", kBmpFormat, 0, Raster::Filled(640, 480, kWhitePixel));
+  std::filesystem::copy_file(Pendulum(), folder / "good.bmp");
+  const std::string start = "graphize recipe 1\npicture 1 \"good.bmp\" 640x480 " +
+                            std::to_string(std::filesystem::file_size(Pendulum())) +
+                            " bytes crc32 " + HexText(Crc32(test::BytesOf(Pendulum()))) +
+                            "\nopen 1\nmode axisdef\naxis 0 70 430 0 -1\naxis 1 610 430 12 -1\n"
+                            "axis 2 70 40 0 1\nmode graphize\n";
+  const struct {
+    const char* Steps;
+    bool OnBlank, OnOwn;
+  } cases[] = {{"trace 76 58\nsave \"\"\npoints 525\n", false, true},
+               {"trace 76 58\nsave \"\"\n", false, true},
+               {"trace 300 300\nsave \"\"\npoints 0\n", true, true},
+               {"trace 300 300\nsave \"\"\n", false, true},
+               {"save \"\"\n", true, true},
+               {"trace 300 300\npoints 0\n", false, false}};
+  for (const auto& c : cases) {
+    test::WriteBytes(folder / "a.recipe", start + c.Steps + "end\n");
+    EXPECT_EQ(Run({"replay", At("a.recipe"), "-qo", "-"}), c.OnOwn ? 0 : 1) << c.Steps << err.str();
+    std::filesystem::remove_all(folder / "out");
+    const Words onOthers = {"replay", At("a.recipe"), At("blank.bmp"), At("good.bmp"),
+                            "-q",     "-o",           At("out/")};
+    EXPECT_EQ(Run(onOthers), c.OnBlank ? 0 : 1) << c.Steps << err.str();
+    EXPECT_EQ(std::filesystem::exists(folder / "out/blank.dat"), c.OnBlank) << c.Steps;
+    if (c.OnBlank) continue;
+    EXPECT_NE(err.str().find("blank.bmp: no points were captured; "), std::string::npos)
+        << err.str();
+    EXPECT_EQ(std::filesystem::exists(folder / "out/good.dat"), c.Steps[6] == '7') << c.Steps;
   }
 }
 
@@ -253,6 +377,7 @@ TEST_F(Batch, RecipesThatAreCutOffEditedOrNewerAreRefusedByTheirLine) {
       {with("trace 76 58", "set snap \"up"), "line 9: a quotation mark is missing"},
       {with("trace 76 58", "sort ascending"), "line 9: there are not enough captured points"},
       {with("mode graphize\n", "mode blocktest\ncapture 9 9\n"), "line 9: points need the mode"},
+      {with("end\n", "points many\nend\n"), "line 10: this line does not tell the number"},
       {with("end\n", "end\ntrace 1 1\n"), "line 11: there is more behind the line \"end\""},
   };
   for (const auto& c : cases) {

@@ -283,6 +283,7 @@ class RecipeTest : public ::testing::Test {
     const RecipeFile recipe = ReadRecipe(RecipeText(ws, folder.Path()), folder.Path());
     std::vector<BatchStep> steps;
     pictures.clear();
+    toldPoints = recipe.Points;
     for (const auto& picture : recipe.Pictures) pictures.push_back(picture.Path);
     for (const auto& step : recipe.Steps)
       steps.push_back({step.Text, "line " + std::to_string(step.Line), std::max(step.Picture, 0)});
@@ -291,6 +292,7 @@ class RecipeTest : public ::testing::Test {
 
   test::TemporaryFolder folder;
   std::vector<std::filesystem::path> pictures;
+  std::optional<int> toldPoints;
 };
 
 TEST_F(RecipeTest, AFullStoreIsToldOnceAndNotAgain) {
@@ -337,6 +339,7 @@ TEST_F(RecipeTest, LeadsToTheSameBytesWhateverTheUserDoes) {
     const std::string saved =
         isSaved ? test::BytesOf(file)
                 : DataFileText("", ws.store, ws.formats, ws.settings.DecimalPoint, errors);
+    EXPECT_EQ(toldPoints, std::ranges::count(saved, '\n') - saved.starts_with("A \"title")) << seed;
     try {
       EXPECT_EQ(RunJob(steps, pictures, {}).Table, saved) << "seed " << seed << "\n"
                                                           << RecipeText(ws, folder.Path());

@@ -75,6 +75,9 @@ constexpr std::pair<std::string_view, std::string_view> kLibraries[] = {
     {"magick/", "codecs/picbuf"},
     {"sane/", "scanner/sane"},
     {"dlfcn.h", "base/module.cpp"},
+    {"zlib.h", "base/checksum.cpp"},
+    {"nlohmann/", "data/point_table.cpp"},
+    {"CLI/", "batch/arguments.cpp"},
 };
 
 /// A header in angle brackets: what is wrong with it here, or nothing.

@@ -1,0 +1,209 @@
+#include "batch/commands.h"
+
+#include <initializer_list>
+
+namespace graphize {
+
+namespace {
+
+using Options = std::initializer_list<OptionSpec>;
+
+constexpr const char* kOutput = "Output";
+constexpr Options kOutputOptions = {
+    {"output", 'o', "FILE", kOutput,
+     "where the points go; a folder (or a name that ends\n"
+     "in a slash) for one file per picture, \"-\" for the\n"
+     "standard output"},
+    {"format", 0, "FORMAT", kOutput,
+     "dat (the program's data file), csv (RFC 4180, with\n"
+     "a header) or json (with axes, units and errors)"},
+    {"errors", 0, nullptr, kOutput, "two more columns: the size of a pixel in X and Y"},
+    {"force", 'f', nullptr, kOutput, "replace files that exist"},
+    {"jobs", 'j', "N", kOutput, "pictures in work at a time; one for each core"},
+    {"quiet", 'q', nullptr, kOutput, "no progress and no notes, errors only"},
+    {"help", 'h', nullptr, kOutput, "this text"},
+};
+
+constexpr const char* kAxes = "Axes (needed)";
+constexpr Options kAxisOptions = {
+    {"origin", 0, "COL,ROW:X,Y", kAxes, "the origin's place and its values"},
+    {"x-axis", 0, "COL,ROW:X", kAxes, "a point on the X axis and its value"},
+    {"y-axis", 0, "COL,ROW:Y", kAxes, "a point on the Y axis and its value"},
+    {"x-log", 0, nullptr, kAxes, "a logarithmic X axis"},
+    {"y-log", 0, nullptr, kAxes, "a logarithmic Y axis"},
+};
+
+constexpr const char* kTools = "Picture, changed in the order of the options";
+constexpr Options kToolOptions = {
+    {"damaged", 0, nullptr, kTools, "take what can be read of a damaged file"},
+    {"black-white", 0, nullptr, kTools, "reduce to black and white: tracers see black only"},
+    {"threshold", 0, "N", kTools,
+     "the same; black is what is darker than N, which is\n"
+     "127.5 otherwise; white is 255"},
+    {"negate", 0, nullptr, kTools, "exchange light and dark: for light curves on dark", true},
+    {"blur", 0, nullptr, kTools, "even out grain and dots", true},
+    {"soften", 0, "N", kTools, "a gentle blur, 0 to 10", true},
+    {"sharpen", 0, "N", kTools, "make soft edges steeper, 0 to 10", true},
+    {"edge-detect", 0, "N", kTools, "show outlines bright on black, 0 to 10", true},
+    {"resize", 0, "PERCENT", kTools, "scale smoothly, up to 300", true},
+    {"stretch", 0, "PERCENT", kTools, "scale by repeating or leaving out pixels, to 300", true},
+    {"rotate", 0, "DEGREES", kTools, "turn clockwise, -180 to 180", true},
+    {"save-picture", 0, "FILE", kTools,
+     "write the cleaned picture, in the type of FILE's\n"
+     "ending; for several pictures a folder. Without\n"
+     "--output it is all that is done"},
+};
+
+constexpr const char* kCleaning = "Cleaning, in the order of the options";
+constexpr Options kCleaningOptions = {
+    {"grid", 0, "x|y|both[:COL,ROW]", kCleaning,
+     "remove all grid lines of constant X or Y; with a\n"
+     "place on it the axes' frame, too",
+     true},
+    {"grid-line", 0, "x|y:COL,ROW", kCleaning, "remove the grid line nearest to the place", true},
+    {"erase", 0, "COL,ROW[:SIZE]", kCleaning, "erase a square, 2 x SIZE + 3 pixels wide (4)", true},
+    {"block", 0, "COL,ROW[:SIZE]", kCleaning, "a blocker SIZE pixels wide (4): no tracer passes",
+     true},
+};
+
+constexpr const char* kPoints = "Points, captured in the order of the options";
+constexpr Options kPointOptions = {
+    {"trace", 0, "COL,ROW", kPoints, "follow the curve from there", true},
+    {"algorithm", 0, "peaks|smooth", kPoints, "by its edges (default) or by its middle"},
+    {"emit", 0, "LIST", kPoints,
+     "what the tracer gives: center (default), above,\n"
+     "below, with commas"},
+    {"scan", 0, "LEFT,TOP,RIGHT,BOTTOM", kPoints, "all black pixels in the rectangle", true},
+    {"x-increment", 0, "N", kPoints, "columns to look ahead, or of a scan's step (2)"},
+    {"y-increment", 0, "N", kPoints, "rows to step over (3), or of a scan's step (2)"},
+    {"point", 0, "COL,ROW", kPoints, "one point", true},
+    {"snap", 0, "none|x|y|center", kPoints,
+     "move points to the middle of the black around them;\n"
+     "none is the default"},
+    {"snap-distance", 0, "N", kPoints, "pixels to look at (10)"},
+};
+
+constexpr const char* kList = "List, in the order of the options";
+constexpr Options kListOptions = {
+    {"sort", 0, "ascending|descending", kList, "by X", true},
+    {"swap", 0, nullptr, kList, "exchange X and Y", true},
+    {"resample", 0, "COUNT[:FIRST,LAST]", kList, "COUNT points at even steps of X", true},
+    {"resample-log", 0, "x|y|both", kList, "even steps of log X, interpolated log Y"},
+    {"curve-length", 0, nullptr, kList, "lengths between the points, their sums as a note", true},
+    {"integrate", 0, "all|LOW,HIGH", kList,
+     "the area under all points, or from one to another,\n"
+     "counted from 1, as a note",
+     true},
+};
+
+constexpr const char* kNumbers = "Numbers of the data file (one value, or one for X and one for Y)";
+constexpr Options kNumberOptions = {
+    {"digits", 0, "N[,N]", kNumbers, "places before the point (1)"},
+    {"decimals", 0, "N[,N]", kNumbers, "places behind it (5)"},
+    {"exponent", 0, "on|off[,on|off]", kNumbers, "scientific notation (on)"},
+    {"delimiter", 0, "tab|comma|space|semicolon", kNumbers, "between X and Y (tab)"},
+    {"decimal-point", 0, "point|comma", kNumbers, "(point)"},
+    {"title", 0, "TEXT", kNumbers, "a first line"},
+};
+
+constexpr const char* kStatus = R"(
+Errors go to standard error, and the status is 1 when a picture could not be
+done (the others are), 2 when the command line cannot be understood.
+
+)";
+
+}  // namespace
+
+CommandSpec ProgramSpec() {
+  return {.Usage = R"(Usage: graphize [PICTURE]
+       graphize digitize PICTURE... OPTIONS -o FILE
+       graphize replay RECIPE [PICTURE...] -o FILE
+)",
+          .About = R"(Reads numbers out of pictures of graphs. Without a command the window opens,
+with PICTURE in it. The commands need no window and no display:
+
+  digitize    points from pictures whose axes are told by options
+  replay      the steps of a recipe saved from the window, on the same or on
+              other pictures
+
+"graphize COMMAND --help" tells more; so does "man graphize".
+)",
+          .Options = {{"version", 0, nullptr, "Options", "the program's version"},
+                      {"help", 'h', nullptr, "Options", "this text"}},
+          .Footer = ""};
+}
+
+CommandSpec DigitizeSpec() {
+  CommandSpec spec{
+      .Usage = "Usage: graphize digitize PICTURE... OPTIONS -o FILE\n",
+      .About = R"(Reads points out of pictures that have the same axes. PICTURE may be "-", the
+standard input. Positions are columns and rows of pixels, rows counted downward
+from the top, as picture viewers show them; on a picture that image tools change
+they are those on the changed one, which --save-picture shows.
+)",
+      .Options = {},
+      .Footer = std::string(kStatus) + R"(Examples
+  A curve, followed from its left end:
+    graphize digitize plot.png --black-white --origin 70,430:0,-1 \
+      --x-axis 610,430:12 --y-axis 70,40:1 --trace 76,385 -o plot.dat
+
+  A scan of points on log axes, without the grid, as CSV on standard output:
+    graphize digitize page.tif --black-white --origin 90,600:1,0.1 \
+      --x-axis 900,600:1000 --y-axis 90,60:100 --x-log --y-log --grid both \
+      --scan 92,62,898,598 --format csv -o -
+
+  A light curve on a dark ground in a page that lies askew: first the picture
+  alone, to see where its axes are, then the curve, from one program to another:
+    graphize digitize page.jpg --negate --rotate 2 --save-picture turned.tif
+    convert page.jpg png:- | graphize digitize - --negate --rotate 2 \
+      --threshold 100 --origin 70,430:0,-1 --x-axis 610,430:12 \
+      --y-axis 70,40:1 --trace 76,385 -o - | gnuplot -p -e "plot '-'"
+
+  Single points, moved to the middle of their ink, with two more columns of the
+  size of one pixel, fixed to three decimals:
+    graphize digitize plot.png --origin 70,430:0,-1 --x-axis 610,430:12 \
+      --y-axis 70,40:1 --point 120,214 --point 240,388 --snap center \
+      --snap-distance 6 --errors --decimals 3 --exponent off -o points.dat
+
+  A curve of several that cross: a blocker on the other one, an erased label, a
+  single grid line taken out:
+    graphize digitize plot.png --black-white --origin 70,430:0,-1 \
+      --x-axis 610,430:12 --y-axis 70,40:1 --block 300,200:8 --erase 512,88:12 \
+      --grid-line y:340,235 --trace 76,385 --algorithm smooth -o curve.dat
+
+  A trace made into fifty points at even steps, with X and Y exchanged and the
+  area told:
+    graphize digitize plot.png --black-white --origin 70,430:0,-1 \
+      --x-axis 610,430:12 --y-axis 70,40:1 --trace 76,385 --sort ascending \
+      --integrate all --resample 50:0,12 --swap --title "run 7" -o even.dat
+
+  The same axes on many pictures, one file each in the folder out:
+    graphize digitize run*.png --origin 70,430:0,0 --x-axis 610,430:10 \
+      --y-axis 70,40:5 --trace 76,385 --format json -o out/
+)"};
+  for (const Options* group : {&kAxisOptions, &kToolOptions, &kCleaningOptions, &kPointOptions,
+                               &kListOptions, &kNumberOptions, &kOutputOptions})
+    spec.Options.insert(spec.Options.end(), group->begin(), group->end());
+  return spec;
+}
+
+CommandSpec ReplaySpec() {
+  return {
+      .Usage = "Usage: graphize replay RECIPE [PICTURE...] -o FILE\n",
+      .About = R"(Does the steps again that the window has saved with "Save Recipe...", up to the
+last data file that was saved. On the picture that the recipe names, which must
+not have changed, the result is that file, byte for byte. On other pictures, of
+which one may be "-", the standard input, the same axes and the same steps are
+used; one that gives no points where the recipe's picture had some is an error.
+)",
+      .Options = kOutputOptions,
+      .Footer = std::string(kStatus) + R"(Examples
+  The same points again:
+    graphize replay plot.recipe -o plot.dat
+
+  The same steps on other pictures, one file each:
+    graphize replay plot.recipe run*.png -o out/
+)"};
+}
+
+}  // namespace graphize

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <filesystem>
+#include <istream>
+#include <vector>
+
+#include "batch/run_jobs.h"
+
+namespace graphize {
+
+/// The picture "-" of the jobs: while this lives it is a file of its own, for pictures are read
+/// from files that can be looked at twice. Throws UsageError when it is asked for twice and
+/// RunTimeError when it cannot be read or kept.
+class StandardInput {
+ public:
+  StandardInput(std::vector<Job>& jobs, std::istream* in);
+  ~StandardInput();
+  StandardInput(const StandardInput&) = delete;
+  StandardInput& operator=(const StandardInput&) = delete;
+
+ private:
+  void Keep(std::istream& in);
+
+  std::filesystem::path folder_;  // empty: no picture comes from there
+};
+
+}  // namespace graphize
