@@ -1,5 +1,10 @@
 #include "base/whole_file.h"
 
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
@@ -22,25 +27,96 @@ std::error_code OnlyRegular(const fs::file_status& status) {
                                                        : std::errc::not_supported);
 }
 
-/// A new file of its own beside `target`; null with errno set when there can be none.
-std::FILE* CreateTemporary(const fs::path& target, fs::path& temporary) {
-  // Not made of the target's name, which may be as long as names can be.
-  for (int i = 0; i < 1000; ++i) {
-    temporary = target.parent_path() / (".graphize-save-" + std::to_string(i));
-    errno = 0;
-    std::FILE* file = std::fopen(temporary.c_str(), "wbx");
-    if (file != nullptr || errno != EEXIST) return file;
+class Descriptor {
+ public:
+  explicit Descriptor(int descriptor = -1) : descriptor_(descriptor) {}
+  Descriptor(Descriptor&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
+  ~Descriptor() {
+    if (IsOpen()) close(descriptor_);
   }
-  return nullptr;
+  bool IsOpen() const { return descriptor_ >= 0; }
+  int Get() const { return descriptor_; }
+
+ private:
+  int descriptor_;
+};
+
+/// Where the symbolic links at `path` lead, also when there is nothing yet.
+fs::path FollowLinks(fs::path path, std::error_code& failure) {
+  constexpr int kMostLinks = 40;  // as many as Linux follows
+  for (int i = 0; i <= kMostLinks; ++i) {
+    if (!fs::is_symlink(fs::symlink_status(path, failure))) {
+      failure.clear();  // what is not there says so when it is opened
+      return path;
+    }
+    const fs::path link = fs::read_symlink(path, failure);
+    if (failure) return path;
+    path = path.parent_path() / link;
+  }
+  failure = std::make_error_code(std::errc::too_many_symbolic_link_levels);
+  return path;
 }
 
-std::error_code WriteAndClose(std::FILE* file, std::string_view bytes) {
+/// Not made of the target's name, which may be as long as names can be.
+fs::path TemporaryName(const fs::path& target, int number) {
+  return target.parent_path() / (".graphize-save-" + std::to_string(number));
+}
+
+/// Takes away what a killed run has left at this name. A run holds a lock on its temporary file
+/// until it ends, also over the network: the user's own file that nobody locks is a leftover. Where
+/// locks are not known every file stays.
+void RemoveLeftover(const fs::path& temporary) {
+  const Descriptor file(
+      open(temporary.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+  struct stat opened = {}, named = {};
+  if (!file.IsOpen() || fstat(file.Get(), &opened) != 0 || !S_ISREG(opened.st_mode) ||
+      opened.st_nlink != 1 || opened.st_uid != geteuid())
+    return;
+  if (flock(file.Get(), LOCK_EX | LOCK_NB) != 0) return;
+  // Between opening and locking the name may have passed to another file.
+  if (lstat(temporary.c_str(), &named) == 0 && named.st_ino == opened.st_ino &&
+      named.st_dev == opened.st_dev)
+    unlink(temporary.c_str());
+}
+
+/// A new, locked file of its own beside `target`; closed with errno set when there can be none.
+Descriptor CreateTemporary(const fs::path& target, mode_t mode, fs::path& temporary) {
+  constexpr int kMostNames = 1000, kNamesCleaned = 8;
+  for (int i = 0; i < kNamesCleaned; ++i) RemoveLeftover(TemporaryName(target, i));
+  for (int i = 0; i < kMostNames; ++i) {
+    temporary = TemporaryName(target, i);
+    Descriptor file(open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
+    if (!file.IsOpen()) {
+      if (errno == EEXIST) continue;
+      return file;
+    }
+    // Another run may just be taking the file for a leftover: then it is gone after the wait.
+    while (flock(file.Get(), LOCK_EX) != 0 && errno == EINTR) continue;
+    struct stat created = {};
+    if (fstat(file.Get(), &created) != 0 || created.st_nlink > 0) return file;
+  }
+  errno = EEXIST;
+  return Descriptor();
+}
+
+std::error_code WriteToDisk(int file, std::string_view bytes) {
   errno = 0;
-  std::error_code failure;
-  if (std::fwrite(bytes.data(), 1, bytes.size(), file) != bytes.size() || std::fflush(file) != 0)
-    failure = LastError();
-  if (std::fclose(file) != 0 && !failure) failure = LastError();
-  return failure;
+  while (!bytes.empty()) {
+    const ssize_t written = write(file, bytes.data(), bytes.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) return LastError();
+    bytes.remove_prefix(static_cast<std::size_t>(written));
+  }
+  // A file system that cannot flush at all says so with EINVAL.
+  return fsync(file) == 0 || errno == EINVAL ? std::error_code() : LastError();
+}
+
+/// Makes the new name last. Where that is impossible the file is whole all the same, and after a
+/// power cut its name leads to the old or the new content.
+void FlushFolder(const fs::path& folder) {
+  const Descriptor file(
+      open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (file.IsOpen()) fsync(file.Get());
 }
 
 }  // namespace
@@ -84,7 +160,7 @@ std::error_code ReadWholeFile(const fs::path& path, std::size_t limit, std::stri
 std::error_code ReplaceWholeFile(const fs::path& path, std::string_view bytes) {
   std::error_code failure;
   // Through a link, so that it is the linked file that is replaced.
-  const fs::path target = fs::weakly_canonical(path, failure);
+  const fs::path target = FollowLinks(path, failure);
   if (failure) return failure;
   const fs::file_status old = fs::status(target, failure);
   const bool exists = fs::exists(old);
@@ -96,14 +172,20 @@ std::error_code ReplaceWholeFile(const fs::path& path, std::string_view bytes) {
   if (exists && (old.permissions() & anyWrite) == fs::perms::none)
     return std::make_error_code(std::errc::permission_denied);
 
+  const auto mode = static_cast<mode_t>(old.permissions() & fs::perms::all);
   fs::path temporary;
-  std::FILE* file = CreateTemporary(target, temporary);
-  if (file == nullptr) return LastError();
-  failure = WriteAndClose(file, bytes);
-  if (!failure && exists) fs::permissions(temporary, old.permissions(), failure);
+  const Descriptor file = CreateTemporary(target, exists ? mode : 0666, temporary);
+  if (!file.IsOpen()) return LastError();
+  // Some network shares know no permissions: what was asked for above is then all there is.
+  if (exists) static_cast<void>(fchmod(file.Get(), mode));
+  failure = WriteToDisk(file.Get(), bytes);
+  // Still locked: nobody else's file can come to have the name before it is renamed.
   if (!failure) fs::rename(temporary, target, failure);
   std::error_code ignored;
-  if (failure) fs::remove(temporary, ignored);
+  if (failure)
+    fs::remove(temporary, ignored);
+  else
+    FlushFolder(target.parent_path());
   return failure;
 }
 

@@ -18,9 +18,11 @@ namespace graphize {
                                             std::string& bytes);
 
 /// Puts `bytes` in the place of the file, or makes it: at any time the path holds the old or the
-/// new content whole. Written to a temporary file in the same folder, checked, then renamed; on
-/// failure the reason comes back, the old file is as it was and nothing stays behind. A symbolic
-/// link stays one, permissions are kept, and a write-protected file is refused, even to root.
+/// new content whole, also after a power cut. Written to a temporary file in the same folder,
+/// flushed to the disk, then renamed; on failure the reason comes back, the old file is as it was
+/// and nothing stays behind. What killed runs have left in the folder is removed. A symbolic link
+/// stays one, also where what it leads to does not exist yet; permissions are kept where the file
+/// system knows them, and a write-protected file is refused, even to root.
 [[nodiscard]] std::error_code ReplaceWholeFile(const std::filesystem::path& path,
                                                std::string_view bytes);
 

@@ -1,12 +1,11 @@
 #include "data/data_file.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstdio>
 #include <system_error>
 
 #include "base/numbers.h"
 #include "base/run_time_error.h"
+#include "base/whole_file.h"
 #include "data/list_text.h"
 
 namespace graphize {
@@ -14,26 +13,6 @@ namespace graphize {
 namespace {
 
 constexpr const char* kLineEnd = "\r\n";
-
-/// What the last failed call left in errno, in the system's words.
-RunTimeError SystemError() {
-  // Some failures leave no number; "Success" must not come of it.
-  return RunTimeError(std::generic_category().message(errno != 0 ? errno : EIO));
-}
-
-void WriteFile(const std::filesystem::path& path, const std::string& content) {
-  errno = 0;
-  std::FILE* file = std::fopen(path.c_str(), "wb");
-  if (!file) throw SystemError();
-  // Without a buffer in between, a failure shows at the write that it belongs to.
-  std::setvbuf(file, nullptr, _IONBF, 0);
-  if (std::fwrite(content.data(), 1, content.size(), file) != content.size()) {
-    const RunTimeError error = SystemError();
-    std::fclose(file);
-    throw error;
-  }
-  if (std::fclose(file) != 0) throw SystemError();
-}
 
 bool IsLetterOrDigit(char c) {
   return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
@@ -73,7 +52,8 @@ std::string DataFileText(const std::string& title, const PointStore& store,
 }
 
 void WriteDataFile(const std::filesystem::path& path, const std::string& text) {
-  WriteFile(path, text);
+  if (const std::error_code failure = ReplaceWholeFile(path, text))
+    throw RunTimeError(failure.message());
 }
 
 std::string DataFileProposal(const std::string& imageFileName) {

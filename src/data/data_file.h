@@ -20,8 +20,8 @@ std::string DataFileText(const std::string& title, const PointStore& store,
                          const NumberFormats& formats, bool decimalPoint,
                          std::span<const RowError> errors = {});
 
-/// Writes the data file at `path`, replacing what is there. Every failure is a RunTimeError with
-/// the system's description; what was written until then stays in the file.
+/// Writes the data file at `path`, replacing what is there (base/whole_file.h). Every failure is a
+/// RunTimeError with the system's description, and the old file is as it was.
 void WriteDataFile(const std::filesystem::path& path, const std::string& text);
 
 /// The data file's name proposed for an image: "Fig3.TIF" gives "fig3.dat". A name of fewer than

@@ -1,10 +1,11 @@
 #include "base/whole_file.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <signal.h>
-#include <sys/resource.h>
+#include <sys/file.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "support/temporary_folder.h"
 
@@ -13,24 +14,10 @@ namespace {
 
 namespace fs = std::filesystem;
 using test::BytesOf;
+using test::FullDisk;
 using test::TemporaryFolder;
 using test::WriteBytes;
 using testing::ElementsAre;
-
-/// While it lives no file can grow beyond `bytes`, as on a full disk.
-class FullDisk {
- public:
-  explicit FullDisk(rlim_t bytes) {
-    signal(SIGXFSZ, SIG_IGN);
-    getrlimit(RLIMIT_FSIZE, &old_);
-    const rlimit limit{bytes, old_.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &limit);
-  }
-  ~FullDisk() { setrlimit(RLIMIT_FSIZE, &old_); }
-
- private:
-  rlimit old_{};
-};
 
 TEST(WholeFile, WhatIsWrittenIsReadBack) {
   const TemporaryFolder folder;
@@ -102,14 +89,34 @@ TEST(WholeFile, LinksAndPermissionsSurvive) {
   EXPECT_TRUE(fs::is_symlink(folder / "link"));
   EXPECT_EQ(BytesOf(folder / "elsewhere/real"), "new");
   EXPECT_EQ(fs::status(folder / "elsewhere/real").permissions(), fs::perms{0640});
+
+  // A link to a link to what is not there yet, and one that leads to itself.
+  fs::create_symlink("elsewhere/next", folder / "dangling");
+  fs::create_symlink("made", folder / "elsewhere/next");
+  ASSERT_FALSE(ReplaceWholeFile(folder / "dangling", "new"));
+  EXPECT_TRUE(fs::is_symlink(folder / "dangling") && fs::is_symlink(folder / "elsewhere/next"));
+  EXPECT_EQ(BytesOf(folder / "elsewhere/made"), "new");
+  fs::create_symlink("circle", folder / "circle");
+  EXPECT_EQ(ReplaceWholeFile(folder / "circle", "new"), std::errc::too_many_symbolic_link_levels);
 }
 
-TEST(WholeFile, LeftoversOfACrashedWriteAreNeitherUsedNorHarmed) {
+TEST(WholeFile, OnlyWhatAKilledRunHasLeftIsRemoved) {
   const TemporaryFolder folder;
-  WriteBytes(folder / ".graphize-save-0", "someone's");
+  for (const char* name : {"0", "1", "3", "5", "other"})
+    WriteBytes(folder / (std::string(".graphize-save-") + name), name);
+  // Still being written, something else, in use elsewhere.
+  const int lock = open((folder / ".graphize-save-1").c_str(), O_WRONLY);
+  ASSERT_EQ(flock(lock, LOCK_EX), 0);
+  fs::create_symlink(".graphize-save-other", folder / ".graphize-save-2");
+  fs::create_hard_link(folder / ".graphize-save-3", folder / "linked");
+  fs::create_directory(folder / ".graphize-save-4");
   ASSERT_FALSE(ReplaceWholeFile(folder / "file", "new"));
-  EXPECT_EQ(BytesOf(folder / ".graphize-save-0"), "someone's");
-  EXPECT_THAT(folder.Names(), ElementsAre(".graphize-save-0", "file"));
+  close(lock);
+  EXPECT_THAT(folder.Names(),
+              ElementsAre(".graphize-save-1", ".graphize-save-2", ".graphize-save-3",
+                          ".graphize-save-4", ".graphize-save-other", "file", "linked"));
+  EXPECT_EQ(BytesOf(folder / ".graphize-save-1"), "1");
+  EXPECT_EQ(BytesOf(folder / "file"), "new");
 }
 
 TEST(WholeFile, ANameInTheCurrentFolderNeedsNoFolder) {
