@@ -4,6 +4,7 @@
 #include <random>
 
 #include "data/data_file.h"
+#include "data/list_edit.h"
 #include "data/resampling.h"
 #include "data/sort.h"
 
@@ -12,20 +13,44 @@ namespace {
 
 constexpr int kFull = 32767;
 
+/// A desktop that has nothing to say.
+Desktop QuietDesktop() {
+  Desktop desktop;
+  desktop.ShowMessage = [](const Message&) { return Answer::Ok; };
+  desktop.ShowNow = desktop.Pump = [] {};
+  desktop.EscapeHeld = [] { return false; };
+  return desktop;
+}
+
 /// A full store of random points over many magnitudes.
 PointStore FullStore() {
   PointStore store;
-  for (auto* array : {&store.CaptureX, &store.CaptureY, &store.ListX, &store.ListY})
-    array->assign(kFull + 1, 0.0f);
+  CommandStates commands;
+  const Desktop desktop = QuietDesktop();
   std::mt19937 random(1);
   std::uniform_real_distribution<float> exponent(-6, 6);
-  for (int i = 1; i <= kFull; ++i) {
-    store.CaptureX[i] = store.ListX[i] = static_cast<float>(i) * 0.001f;
-    store.CaptureY[i] = store.ListY[i] = std::pow(10.0f, exponent(random));
-  }
-  store.CaptureCount = store.ListCount = kFull;
+  for (int i = 1; i <= kFull; ++i)
+    AddValuePoint(store, commands, desktop, false, static_cast<float>(i) * 0.001f,
+                  std::pow(10.0f, exponent(random)));
   return store;
 }
+
+void CaptureFullStore(benchmark::State& state) {
+  for (auto _ : state) benchmark::DoNotOptimize(FullStore());
+}
+BENCHMARK(CaptureFullStore)->Unit(benchmark::kMillisecond);
+
+/// A row cleared from a full list, and all brought back.
+void ClearAndUndo(benchmark::State& state) {
+  PointStore store = FullStore();
+  for (auto _ : state) {
+    store.Page.ScrollValue = 1;
+    SelectLine(store.Page, store.ListCount, 0, false);
+    ClearSelected(store);
+    XY2List(store);
+  }
+}
+BENCHMARK(ClearAndUndo)->Unit(benchmark::kMicrosecond);
 
 void WriteFullDataFile(benchmark::State& state) {
   const PointStore store = FullStore();
@@ -63,15 +88,6 @@ void SortFullStore(benchmark::State& state) {
 BENCHMARK(SortFullStore)
     ->Unit(benchmark::kMillisecond)
     ->DenseRange(0, static_cast<int>(std::size(kPatterns)) - 1);
-
-/// A desktop that has nothing to say.
-Desktop QuietDesktop() {
-  Desktop desktop;
-  desktop.ShowMessage = [](const Message&) { return Answer::Ok; };
-  desktop.ShowNow = desktop.Pump = [] {};
-  desktop.EscapeHeld = [] { return false; };
-  return desktop;
-}
 
 /// A full store resampled into a full list; the argument is RefreshList.
 void ReSampleFullStore(benchmark::State& state) {

@@ -8,6 +8,7 @@ namespace graphize {
 void MoveCursor(ReadOut& readOut, PointStore& store, const AxisCalibration& calibration,
                 const Desktop& desktop, int pictureHeight, float x, float y) {
   const float rowUp = static_cast<float>(pictureHeight) - y;
+  store.CurrentPlace = {x, y};
   store.CurrentPixelX = ToInt16(x);
   store.CurrentPixelY = ToInt16(rowUp);
   readOut.PlotX = store.CurrentPixelX;

@@ -10,15 +10,17 @@ namespace {
 constexpr int kStep = 500;
 constexpr int kMostRows = std::numeric_limits<std::int16_t>::max();
 
-void Refill(std::vector<float>& array) {
-  array.assign(kStep + 1, 0.0f);
-  array.shrink_to_fit();
+template <typename... Arrays>
+void Refill(Arrays&... arrays) {
+  (arrays.assign(kStep + 1, {}), ...);
+  (arrays.shrink_to_fit(), ...);
 }
 
 /// Makes room for `points` points, in whole steps with one step to spare; never shrinks.
-void Grow(std::vector<float>& array, int points) {
+template <typename... Arrays>
+void Grow(int points, Arrays&... arrays) {
   const auto size = static_cast<std::size_t>(points / kStep * kStep + kStep + 1);
-  if (array.size() < size) array.resize(size);
+  ((arrays.size() < size ? arrays.resize(size) : void()), ...);
 }
 
 bool Append(PointStore& store, CommandStates& commands, const Desktop& desktop, bool UpdateLabel,
@@ -33,21 +35,20 @@ bool Append(PointStore& store, CommandStates& commands, const Desktop& desktop, 
     return true;
   }
   const int captured = store.CaptureCount + 1, listed = store.ListCount + 1;
-  if (captured % kStep == 0) {
-    Grow(store.CaptureX, captured);
-    Grow(store.CaptureY, captured);
-  }
-  if (listed % kStep == 0 || listed >= static_cast<int>(store.ListX.size())) {
-    Grow(store.ListX, std::max(captured, listed));
-    Grow(store.ListY, std::max(captured, listed));
-  }
+  if (captured % kStep == 0) Grow(captured, store.CaptureX, store.CaptureY, store.CaptureId);
+  if (listed % kStep == 0 || listed >= static_cast<int>(store.ListX.size()))
+    Grow(std::max(captured, listed), store.ListX, store.ListY, store.ListId);
+  const auto id = static_cast<PointId>(store.Places.size());
+  store.Places.push_back(store.CurrentPlace);
   ++store.CaptureCount;
   ++store.ListCount;
   if (store.ListRows != PointStore::Rows::Places) store.ListRows = PointStore::Rows::Other;
   store.CaptureX[store.CaptureCount] = X;
   store.CaptureY[store.CaptureCount] = Y;
+  store.CaptureId[store.CaptureCount] = id;
   store.ListX[store.ListCount] = X;
   store.ListY[store.ListCount] = Y;
+  store.ListId[store.ListCount] = id;
   store.LastPixelX = store.CurrentPixelX;
   store.LastPixelY = store.CurrentPixelY;
   if (UpdateLabel) ShowNewest(store);
@@ -76,7 +77,8 @@ bool DeleteAllData(PointStore& store, CommandStates& commands, const Desktop& de
   store.ListIsCaptured = true;
   store.ListRows = PointStore::Rows::Places;
   EnableDataCommands(commands, false);
-  for (auto* array : {&store.CaptureX, &store.CaptureY, &store.ListX, &store.ListY}) Refill(*array);
+  Refill(store.CaptureX, store.CaptureY, store.CaptureId);
+  Refill(store.ListX, store.ListY, store.ListId);
   return true;
 }
 

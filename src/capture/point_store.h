@@ -9,8 +9,19 @@
 
 namespace graphize {
 
+/// Names a captured point for good: no id is given twice, also after all points were deleted.
+/// 0 stands for a row that is no captured point (a length, a resampled one).
+using PointId = std::uint32_t;
+
+/// Where a point was captured: a picture position, row downward, between pixels where a tracer or a
+/// scan found it there.
+struct Place {
+  float Column = 0, Row = 0;
+};
+
 /// The captured points, twice: in capture order and as the data list that is sorted, swapped,
-/// thinned and saved. Arrays are used from index 1; element 0 stays (0, 0).
+/// thinned and saved. Arrays are used from index 1; element 0 stays (0, 0). The ids move as the
+/// values do.
 struct PointStore {
   /// What the list's rows are: places in the graph, such places with X and Y exchanged, or neither
   /// (lengths, or points added to exchanged ones).
@@ -18,15 +29,20 @@ struct PointStore {
 
   std::vector<float> CaptureX = std::vector<float>(501);
   std::vector<float> CaptureY = std::vector<float>(501);
+  std::vector<PointId> CaptureId = std::vector<PointId>(501);
   std::int16_t CaptureCount = 0;
   std::vector<float> ListX = std::vector<float>(501);
   std::vector<float> ListY = std::vector<float>(501);
+  std::vector<PointId> ListId = std::vector<PointId>(501);
   std::int16_t ListCount = 0;
   std::int16_t MaxPoints = 32767;
   bool ListIsCaptured = true;  // the list's rows are captured points (not lengths, not resampled)
   Rows ListRows = Rows::Places;
 
+  std::vector<Place> Places = std::vector<Place>(1);  // of each id
+
   float CurrentX = 0, CurrentY = 0;                   // graph values under the cursor
+  Place CurrentPlace;                                 // the cursor itself
   std::int16_t CurrentPixelX = 0, CurrentPixelY = 0;  // pixel under the cursor, row upward
   std::int16_t LastPixelX = 0, LastPixelY = 0;        // pixel of the last appended point
 

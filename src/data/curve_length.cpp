@@ -27,6 +27,7 @@ CurveSums CurveLength(PointStore& store, StatusBar& status, const Desktop& deskt
     sums.Length += length;
     store.ListX[i] = static_cast<float>(i);
     store.ListY[i] = length;
+    store.ListId[i] = 0;
   }
   store.ListCount = ToInt16(segments);
   store.ListIsCaptured = store.CaptureCount == 0;

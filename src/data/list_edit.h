@@ -7,8 +7,9 @@ namespace graphize {
 
 /// Rows may be deleted one by one only while they are captured points, and where some are selected.
 bool CanClearSelected(const PointStore& store);
-/// Removes the selected rows from the list, and from the captured points at the same places; the
-/// number of captured points stays, their last ones repeat. An empty selection removes nothing.
+/// Removes the selected rows from the list, and their own points from the captured ones, also after
+/// a sort; the number of captured points stays, their last ones repeat. An empty selection removes
+/// nothing.
 void ClearSelected(PointStore& store);
 
 /// Exchanges X and Y in every row of the list.

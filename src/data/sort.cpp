@@ -144,10 +144,12 @@ void SortList(PointStore& store, SortOrder order) {
   GrowList(store, count);
   const std::vector<float> xs(store.ListX.begin() + 1, store.ListX.begin() + 1 + count);
   const std::vector<float> ys(store.ListY.begin() + 1, store.ListY.begin() + 1 + count);
+  const std::vector<PointId> ids(store.ListId.begin() + 1, store.ListId.begin() + 1 + count);
   const std::vector<int> rows = ExchangeSortOrder(xs, order);
   for (int i = 0; i < count; ++i) {
     store.ListX[i + 1] = xs[rows[i]];
     store.ListY[i + 1] = ys[rows[i]];
+    store.ListId[i + 1] = ids[rows[i]];
   }
   ShowNewest(store);
 }

@@ -32,7 +32,9 @@ TEST(Cursor, ReadsPixelsUpwardAndValuesOnceCalibrated) {
   readOut.Percent = true;
   ReadCursor(readOut, panel, store, c, desktop, 480, 300, 180);
   EXPECT_EQ(readOut.XPOS, ".5%");
-  ReadCursor(readOut, panel, store, c, desktop, 480, 100, 180);
+  ReadCursor(readOut, panel, store, c, desktop, 480, 100, 179.5f);
+  EXPECT_EQ(store.CurrentPlace.Column, 100);
+  EXPECT_EQ(store.CurrentPlace.Row, 179.5f);
   EXPECT_EQ(readOut.XPOS, ".5%") << "at X = 0 the last relative error stays";
 }
 
@@ -58,6 +60,8 @@ TEST(Snap, GoesToTheCentreOfTheInk) {
       {"centre of line and dot", 1, 7, 3, 1, std::pair{1.0f, 7.0f}},
       {"at the border", 0, 8, 3, 2, std::pair{1.0f, 7.0f}},
       {"between rows 3 and 4: the upper one", 5, 4, 2, 1, std::pair{5.0f, 3.0f}},
+      {"between columns 1 and 2: the even one", 1.5f, 7, 2, 1, std::nullopt},
+      {"between columns 0 and 1: the even one", 0.5f, 7, 2, 1, std::nullopt},
       {"a reach beyond any picture", 5, 8, 2, 32767, std::pair{5.0f, 3.0f}},
   };
   for (const Case& c : cases) {

@@ -23,7 +23,9 @@ TEST(PointStore, GrowsInStepsAndKeepsWhatItHolds) {
   EXPECT_EQ(store.CaptureX.size(), 501u);
   Append(store, commands, desktop, 499);
   EXPECT_EQ(store.ListY.size(), 501u);
+  store.CurrentPlace = {7, 8.25f};
   Append(store, commands, desktop, 1);
+  EXPECT_EQ(store.Places[store.ListId[500]].Row, 8.25f);
   for (const auto* array : {&store.CaptureX, &store.CaptureY, &store.ListX, &store.ListY})
     EXPECT_EQ(array->size(), 1001u);
   for (const int i : {1, 250, 500}) {
@@ -38,6 +40,12 @@ TEST(PointStore, GrowsInStepsAndKeepsWhatItHolds) {
   EXPECT_EQ(store.ListCount, 500);
   EXPECT_GE(store.ListX.size(), 1001u);
   EXPECT_EQ(store.ListX[500], 550);
+
+  // Added to exchanged rows, points make the list neither.
+  EXPECT_EQ(store.ListRows, PointStore::Rows::Places);
+  store.ListRows = PointStore::Rows::SwappedPlaces;
+  Append(store, commands, desktop, 1);
+  EXPECT_EQ(store.ListRows, PointStore::Rows::Other);
 }
 
 TEST(PointStore, TheFirstPointEnablesTheDataCommandsAndDeletingDisablesThem) {

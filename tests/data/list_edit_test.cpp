@@ -2,6 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+
+#include "data/curve_length.h"
+#include "data/resampling.h"
+#include "data/sort.h"
 #include "support/points.h"
 #include "support/scripted_desktop.h"
 
@@ -92,6 +97,105 @@ TEST(ClearSelected, RemovesTheSelectedRowsAndLeavesTheCapturedCount) {
   }
 }
 
+TEST(ClearSelected, AfterASortTheRowsOwnPointsGoAndUndoBringsBackTheOthers) {
+  struct Case {
+    std::vector<float> captured, sorted;
+    int press, shiftPress;
+    std::vector<float> list, undone;
+  };
+  const Case cases[] = {
+      {{1, 2, 3, 4, 5}, {5, 4, 3, 2, 1}, 0, 0, {4, 3, 2, 1}, {1, 2, 3, 4, 4}},
+      {{1, 2, 3, 4, 5}, {5, 4, 3, 2, 1}, 4, 4, {5, 4, 3, 2}, {2, 3, 4, 5, 5}},
+      {{2, 5, 1, 3, 4}, {5, 4, 3, 2, 1}, 1, 2, {5, 2, 1}, {2, 5, 1, 5, 1}},
+      {{2, 5, 1, 3, 4}, {5, 4, 3, 2, 1}, 0, 3, {1}, {1, 1, 1, 1, 1}},
+      {{1, 2, 3}, {3, 2, 1}, 0, 2, {}, {1, 2, 3}},
+      // In the order of capture the last one stays where the Undo finds it.
+      {{3, 2, 1}, {3, 2, 1}, 2, 2, {3, 2}, {3, 2, 1}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(testing::PrintToString(c.list));
+    RowList rows;
+    for (const float x : c.captured) rows.push_back({x, -x});
+    PointStore store = MakeStore(rows);
+    SortList(store, SortOrder::Descending);
+    ASSERT_EQ(XsOf(ListRows(store)), c.sorted);
+    SelectLine(store.Page, store.ListCount, c.press, false);
+    SelectLine(store.Page, store.ListCount, c.shiftPress, true);
+    ClearSelected(store);
+    EXPECT_EQ(XsOf(ListRows(store)), c.list);
+    XY2List(store);
+    EXPECT_EQ(XsOf(ListRows(store)), c.undone);
+  }
+  // Of a point that two rows show only the last row's removal takes it.
+  PointStore store = MakeStore(Numbered(3));
+  for (const int line : {1, 0}) {
+    SelectLine(store.Page, store.ListCount, line, false);
+    ClearSelected(store);
+    if (line == 1) XY2List(store);  // 1, 3, 3
+    if (line == 1) SortList(store, SortOrder::Descending);
+  }
+  EXPECT_EQ(XsOf(ListRows(store)), (std::vector<float>{3, 1}));
+  EXPECT_EQ(XsOf(CapturedRows(store)), (std::vector<float>{1, 3, 3}));
+}
+
+TEST(PointId, StaysWithItsPointWhateverIsDoneWithTheList) {
+  std::mt19937 random(8);
+  const test::ScriptedDesktop quiet;
+  CommandStates commands;
+  StatusBar status;
+  PointStore store;
+  std::size_t given = 1;
+  const auto add = [&] {
+    const auto x = static_cast<float>(random() % 50), y = static_cast<float>(random() % 900) + 100;
+    store.CurrentPlace = {x, y};
+    AddValuePoint(store, commands, quiet, true, x, y);
+    ++given;
+  };
+  const std::function<void()> operations[] = {
+      add,
+      add,
+      [&] { SortList(store, SortOrder::Ascending); },
+      [&] { SortList(store, SortOrder::Descending); },
+      [&] { SwapXY(store); },
+      [&] { XY2List(store); },
+      [&] {
+        if (store.CaptureCount > 1)
+          ReSampleList(store, {static_cast<int>(2 + random() % 9), 1, 2}, false, quiet);
+      },
+      [&] {
+        test::ScriptedDesktop desktop;
+        desktop.ExpectMessage("Total curve length");
+        CurveLength(store, status, desktop);
+      },
+      [&] {
+        store.Page.ScrollValue = 1 + static_cast<int>(random() % store.Page.ScrollMaximum);
+        SelectLine(store.Page, store.ListCount, static_cast<int>(random() % 3), false);
+        SelectLine(store.Page, store.ListCount, static_cast<int>(random() % 5), true);
+        ClearSelected(store);
+      },
+      [&] {
+        if (random() % 20 == 0) DeleteAllData(store, commands, quiet, false);
+      },
+  };
+  for (int round = 0; round < 20'000; ++round) {
+    operations[random() % std::size(operations)]();
+    ASSERT_EQ(store.Places.size(), given);
+    for (int i = 1; i <= store.CaptureCount; ++i) {
+      const Place& place = store.Places[store.CaptureId[i]];
+      ASSERT_TRUE(place.Column == store.CaptureX[i] && place.Row == store.CaptureY[i]) << round;
+    }
+    for (int i = 1; i <= store.ListCount; ++i) {
+      if (store.ListId[i] == 0) continue;
+      const float x = store.ListX[i], y = store.ListY[i];
+      const Place& place = store.Places[store.ListId[i]];
+      ASSERT_TRUE((place.Column == x && place.Row == y) || (place.Column == y && place.Row == x))
+          << round;
+    }
+    if (!store.ListIsCaptured) continue;
+    for (int i = 1; i <= store.ListCount; ++i) ASSERT_NE(store.ListId[i], 0u) << round;
+  }
+}
+
 TEST(ClearSelected, NeedsAnActiveSelectionOfCapturedPoints) {
   const RowList rows = Numbered(6);
   const PointStore selected = [&] {
@@ -131,6 +235,7 @@ TEST(SwapXY, ExchangesEveryRowOfTheListAndTwiceIsTheSame) {
     SwapXY(store);
     for (const auto& row : ListRows(store)) EXPECT_EQ(row.X, -row.Y) << row.X;
     EXPECT_EQ(store.NPoints, count);
+    EXPECT_EQ(store.ListRows, PointStore::Rows::SwappedPlaces);
     EXPECT_EQ(CapturedRows(store), Numbered(count));
     if (count > 0) {
       EXPECT_EQ(store.ListX[1], -1);

@@ -34,7 +34,10 @@ PointStore MakeStore(const RowList& points) {
   PointStore store;
   CommandStates commands;
   const ScriptedDesktop desktop;
-  for (const Row& row : points) AddValuePoint(store, commands, desktop, false, row.X, row.Y);
+  for (const Row& row : points) {
+    store.CurrentPlace = {row.X, row.Y};
+    AddValuePoint(store, commands, desktop, false, row.X, row.Y);
+  }
   ShowNewest(store);
   return store;
 }

@@ -17,7 +17,8 @@ inline void PrintTo(const Row& row, std::ostream* out) {
 }
 using RowList = std::vector<Row>;
 
-/// A store that holds these points as if they had been captured one by one.
+/// A store that holds these points as if they had been captured one by one, each at the place that
+/// has its values as column and row.
 PointStore MakeStore(const RowList& points);
 
 /// The data list and the captured points of a store; a test failure when it claims more points
