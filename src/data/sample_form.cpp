@@ -85,6 +85,20 @@ int FirstWithoutLog(const std::vector<float>& values, int count) {
   return 0;
 }
 
+/// Where X neither rises nor falls as it does from the first point to the second; empty when it
+/// never stops to do so.
+std::string HintOnCourse(const PointStore& store) {
+  const std::vector<float>& xs = store.CaptureX;
+  const bool falls = store.CaptureCount >= 2 && xs[2] < xs[1];
+  for (int i = 2; i <= store.CaptureCount; ++i) {
+    if (falls ? xs[i] < xs[i - 1] : xs[i] > xs[i - 1]) continue;
+    const bool turns = falls ? xs[i] > xs[i - 1] : xs[i] < xs[i - 1];
+    return std::string(turns ? "X turns back" : "X does not change") + " at captured point " +
+           std::to_string(i) + (turns ? ": of several Y the first is taken." : ".");
+  }
+  return {};
+}
+
 /// One line on what will not work well, the worst first; empty when all is well.
 std::string HintOf(const SampleForm& form, const PointStore& store) {
   if (UnusableLimit(form)) return "Min X and Max X must be numbers.";
@@ -101,10 +115,7 @@ std::string HintOf(const SampleForm& form, const PointStore& store) {
     if (const int i = FirstWithoutLog(store.CaptureY, store.CaptureCount))
       return notAbove0("Y - Log: Y", i);
   if (minX == maxX) return "Min X equals Max X: all rows are the same.";
-  for (int i = 2; i <= store.CaptureCount; ++i)
-    if (!(store.CaptureX[i - 1] < store.CaptureX[i]))
-      return "X does not rise at captured point " + std::to_string(i) + ".";
-  return {};
+  return HintOnCourse(store);
 }
 
 void ShowHint(SampleForm& form, const PointStore& store) {

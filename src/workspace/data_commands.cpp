@@ -64,6 +64,7 @@ void ReSample(Workspace& ws, const Desktop& desktop) {
       ReSample(ws.sample, ws.store, ws.settings.RefreshList != 0, watch.Callbacks());
   if (!end) return;
   const SampleForm& form = ws.sample;
+  if (end == SampleEnd::Done && !form.Hint.empty()) ws.status.Status = "Resampled: " + form.Hint;
   NoteStep(ws, "resample " + Quote(TrimRight(form.Steps)) + " " + Quote(form.MinXBox) + " " +
                    Quote(form.MaxXBox) + (form.SampleXLog ? " x-log" : "") +
                    (form.SampleYLog ? " y-log" : "") + watch.StepText());

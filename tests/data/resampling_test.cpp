@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <random>
@@ -53,6 +54,15 @@ TEST(ReSampleList, InterpolatesAtEvenSteps) {
        {{0, 0}, {1, 5}, {1, 7}, {2, 7}},
        {3, 0, 2},
        {{0, 0}, {1, 5}, {2, 7}}},
+      {"falling, extended",
+       {{2, 4}, {1, 1}, {0, 0}},
+       {5, -1, 3},
+       {{-1, -1}, {0, 0}, {1, 1}, {2, 4}, {3, 7}}},
+      {"falling, log X", {{100, 9}, {1, 5}}, {3, 1, 100, true}, {{1, 5}, {10, 7}, {100, 9}}},
+      {"turning: the first that X lies in",
+       {{4, 1}, {2, 5}, {8, 17}, {0, 1}},
+       {5, 0, 8},
+       {{0, 1}, {2, 5}, {4, 1}, {6, 13}, {8, 17}}},
       {"a bad point that no segment uses",
        {{0, 0}, {2, 2}, {-9, 0}, {9, 0}},
        {3, 0, 2},
@@ -84,17 +94,26 @@ TEST(ReSampleList, AtTheCapturedXItReturnsTheCapturedY) {
 TEST(ReSampleList, FindsTheSegmentThatAPlainSearchFinds) {
   std::mt19937 random(6);
   for (int round = 0; round < 300; ++round) {
-    // Unordered, with repeats: the segment is the first one in order of capture that reaches x.
+    // Unordered, rising and falling, with repeats.
     RowList points(2 + random() % 12);
     for (Row& row : points)
       row = {static_cast<float>(random() % 20), static_cast<float>(random() % 100)};
+    const auto byX = [](const Row& a, const Row& b) { return a.X < b.X; };
+    if (round % 3 > 0) std::stable_sort(points.begin(), points.end(), byX);
+    if (round % 3 > 1) std::reverse(points.begin(), points.end());
     PointStore store = MakeStore(points);
     const SampleEnd end = ReSampleList(store, {40, -1.5f, 21.5f}, false, ScriptedDesktop());
     RowList expected;
     for (int k = 0; k < 40; ++k) {
       const double x = -1.5 + k * (23.0 / 39);
       std::size_t j = 0;
-      while (j + 2 < points.size() && points[j + 1].X < x) ++j;
+      const auto liesIn = [&] {
+        return std::min(points[j].X, points[j + 1].X) <= x &&
+               x <= std::max(points[j].X, points[j + 1].X);
+      };
+      while (j + 1 < points.size() && !liesIn()) ++j;
+      if (j + 1 == points.size())
+        j = std::fabs(x - points[0].X) <= std::fabs(x - points[j].X) ? 0 : j - 1;
       const double run = points[j + 1].X - points[j].X;
       if (run == 0) break;
       const double y = points[j].Y + (x - points[j].X) * (points[j + 1].Y - points[j].Y) / run;
@@ -117,6 +136,7 @@ TEST(ReSampleList, ABadPointEndsItWithTheRowsMadeUntilThen) {
   };
   const Case cases[] = {
       {"one X", {{5, 0}, {5, 10}}, {3, 0, 10}, {}},
+      {"one X, log Y", {{5, 1}, {5, 10}}, {3, 0, 10, false, true}, {}},
       {"one point", {{5, 0}}, {3, 0, 10}, {}},
       {"nothing captured", {}, {3, 0, 10}, {}},
       {"log of 0 at the start", {{1, 1}, {10, 2}}, {3, 0, 10, true}, {}},

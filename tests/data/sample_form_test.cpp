@@ -44,11 +44,14 @@ TEST(SampleForm, OpensWithTheRangeOfTheCapturedPoints) {
   EXPECT_EQ(Opened(MakeStore({{kNaN, 1}, {kInfinity, 1}})).MinXBox, "");
 }
 
-TEST(SampleForm, TheHintNamesThePointWhereXDoesNotRise) {
+TEST(SampleForm, TheHintNamesThePointWhereXGoesBack) {
   const std::pair<RowList, const char*> cases[] = {
-      {{{3, 0}}, "Min X equals Max X"},          {{{0, 0}, {1, 0}, {2, 0}}, ""},
-      {{{2, 0}, {1, 0}, {0, 0}}, "point 2."},    {{{0, 0}, {1, 0}, {1, 5}, {0, 0}}, "point 3."},
-      {{{0, 0}, {1, 0}, {kNaN, 5}}, "point 3."},
+      {{{3, 0}}, "Min X equals Max X"},
+      {{{0, 0}, {1, 0}, {2, 0}}, ""},
+      {{{2, 0}, {1, 0}, {0, 0}}, ""},
+      {{{0, 0}, {1, 0}, {1, 5}, {0, 0}}, "does not change at captured point 3."},
+      {{{0, 0}, {1, 0}, {0, 5}, {0, 0}}, "turns back at captured point 3:"},
+      {{{2, 0}, {1, 0}, {3, 5}}, "turns back at captured point 3:"},
   };
   for (const auto& [points, words] : cases) {
     const SampleForm form = Opened(MakeStore(points));
