@@ -109,4 +109,18 @@ std::string FormatNumber(float value, std::string_view pattern) {
   return (negative && value != 0 ? "-" : "") + text;
 }
 
+int MissingPlaces(float value, std::string_view pattern, double step) {
+  const Places places = TakeApart(pattern);
+  int exponent = 0;
+  if (places.Exponent) {
+    if (value == 0) return 0;  // is exact, and its neighbours have exponents of their own
+    exponent = static_cast<int>(std::floor(std::log10(std::fabs(static_cast<double>(value))))) -
+               (std::max(places.Integer, 1) - 1);
+  }
+  // A step of 0.01 in single precision is not quite 0.01.
+  constexpr double kRounding = 1e-4;
+  const double missing = exponent - places.Fraction - std::log10(step);
+  return std::max(static_cast<int>(std::ceil(missing - kRounding)), 0);
+}
+
 }  // namespace graphize

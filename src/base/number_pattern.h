@@ -23,4 +23,8 @@ inline constexpr std::string_view kCountPattern = "###0";
 /// - Infinities and not-a-number print as "Inf", "-Inf" and "NaN".
 std::string FormatNumber(float value, std::string_view pattern);
 
+/// How many fraction places more `pattern` needs so that the last digit it prints of `value` is
+/// worth no more than `step` > 0; 0 when it needs none.
+int MissingPlaces(float value, std::string_view pattern, double step);
+
 }  // namespace graphize

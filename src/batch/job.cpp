@@ -69,6 +69,7 @@ void NoteWhatCameOut(Workspace& ws, const BatchStep& step, int before, Told& tol
     note(WhyNothing(ws, step));
     told.Failed.push_back(told.Notes.back());
   }
+  if (Is(step, "resample") && !ws.sample.Hint.empty()) note(ws.sample.Hint);
   if (Is(step, "integrate")) note("area = " + ws.integrate.AreaText);
   if (Is(step, "open") && step.Width > 0 &&
       (step.Width != ws.plot.Width() || step.Height != ws.plot.Height()))
@@ -118,6 +119,8 @@ std::string MakeTable(const Workspace& ws, const JobOptions& options,
     case TableFormat::Dat:
       break;
   }
+  const std::string hidden = HiddenDigits(ws.store, ws.calibration, ws.settings, ws.formats);
+  if (!hidden.empty()) notes.push_back(hidden);
   return DataFileText(ws.dataFileTitle, ws.store, ws.formats, ws.settings.DecimalPoint, errors);
 }
 

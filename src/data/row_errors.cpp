@@ -1,5 +1,10 @@
 #include "data/row_errors.h"
 
+#include <algorithm>
+#include <cmath>
+
+#include "base/number_pattern.h"
+
 namespace graphize {
 
 bool HasRowErrors(const PointStore& store, const AxisCalibration& calibration) {
@@ -18,6 +23,31 @@ std::vector<RowError> RowErrorsOf(const PointStore& store, const AxisCalibration
     errors.push_back(swapped ? RowError{error.Y, error.X} : error);
   }
   return errors;
+}
+
+std::string HiddenDigits(const PointStore& store, const AxisCalibration& calibration,
+                         const Settings& settings, const NumberFormats& formats) {
+  if (!HasRowErrors(store, calibration)) return {};
+  int missingX = 0, missingY = 0;
+  const auto missing = [](float value, const std::string& pattern, float pixel) {
+    const double step = std::fabs(static_cast<double>(pixel));
+    return std::isfinite(value) && std::isnormal(step) ? MissingPlaces(value, pattern, step) : 0;
+  };
+  const std::vector<RowError> pixels = RowErrorsOf(store, calibration);
+  for (int i = 1; i <= store.ListCount; ++i) {
+    missingX = std::max(missingX, missing(store.ListX[i], formats.X, pixels[i - 1].X));
+    missingY = std::max(missingY, missing(store.ListY[i], formats.Y, pixels[i - 1].Y));
+  }
+  std::string needed;
+  const auto name = [&](const char* axis, int count) {
+    if (!needed.empty()) needed += " and ";
+    needed += std::to_string(count) + (count == 1 ? " decimal for " : " decimals for ") + axis;
+  };
+  if (missingX > 0) name("X", settings.XDecimals + missingX);
+  if (missingY > 0) name("Y", settings.YDecimals + missingY);
+  if (needed.empty()) return {};
+  return "The number format hides digits: neighbouring pixels may be saved as one number. " +
+         needed + " would show them.";
 }
 
 }  // namespace graphize

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "calibration/transform.h"
 #include "capture/point_store.h"
+#include "data/number_format.h"
 
 namespace graphize {
 
@@ -15,5 +17,11 @@ bool HasRowErrors(const PointStore& store, const AxisCalibration& calibration);
 
 /// One element for each row of the list, in its order. Only where HasRowErrors.
 std::vector<RowError> RowErrorsOf(const PointStore& store, const AxisCalibration& calibration);
+
+/// What a data file in these formats hides: the columns in which, somewhere in the list, the last
+/// digit is worth more than one pixel, with the decimals that would show it. Empty when there is
+/// none, or where the rows are no places on the picture.
+std::string HiddenDigits(const PointStore& store, const AxisCalibration& calibration,
+                         const Settings& settings, const NumberFormats& formats);
 
 }  // namespace graphize

@@ -22,6 +22,12 @@ std::vector<RowError> ErrorColumns(const Workspace& ws, const Desktop& desktop) 
   return {};
 }
 
+void TellHiddenDigits(const Workspace& ws, const Desktop& desktop) {
+  const std::string hidden = HiddenDigits(ws.store, ws.calibration, ws.settings, ws.formats);
+  if (!hidden.empty())
+    Tell(desktop, hidden + " Decimals are set on the tab Format of the settings.");
+}
+
 }  // namespace
 
 bool SavePoints(Workspace& ws, const Desktop& desktop) {
@@ -49,6 +55,7 @@ bool SavePoints(Workspace& ws, const Desktop& desktop) {
     Tell(desktop, std::string("Error while saving. \r\n") + error.what(), MessageIcon::Critical);
   }
   ws.window.Hourglass = false;
+  if (written) TellHiddenDigits(ws, desktop);
   return written;
 }
 

@@ -7,6 +7,29 @@
 namespace graphize {
 namespace {
 
+TEST(NumberPattern, PlacesThatAreMissing) {
+  struct Case {
+    float value;
+    const char* pattern;
+    double step;
+    int missing;
+  };
+  const Case cases[] = {
+      {2019.3f, "0.00000E+00", 0.5 / 538, 2},
+      {2019.3f, "0.00000E+00", 0.01, 0},
+      {2019.3f, "##0.000E+00", 0.01, 0},
+      {-2019.3f, "##0.0E+00", 0.01, 2},
+      {2019.3f, "0.00", 0.5 / 538, 2},
+      {-5, "0.", 0.25, 1},
+      {-5, "0.00", 0.01f, 0},
+      {1e-20f, "0.0E+00", 1e-21, 0},
+      {0, "0.00000E+00", 1e-9, 0},
+      {0, "0.000", 1e-9, 6},
+  };
+  for (const Case& c : cases)
+    EXPECT_EQ(MissingPlaces(c.value, c.pattern, c.step), c.missing) << c.value << " " << c.pattern;
+}
+
 TEST(NumberPattern, ValuesByPatterns) {
   struct Case {
     float value;

@@ -2,11 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdlib>
 #include <sstream>
 #include <system_error>
 
 #include "base/run_time_error.h"
+#include "data/list_edit.h"
+#include "support/calibrated.h"
 #include "support/points.h"
 #include "support/temporary_folder.h"
 
@@ -99,7 +102,7 @@ TEST(DataFile, EveryFailureIsTheSystemsDescription) {
       {folder.Path(), std::errc::is_a_directory},
       {folder / std::string(300, 'n'), std::errc::filename_too_long},
       {"", std::errc::no_such_file_or_directory},
-      {"/dev/full", std::errc::no_space_on_device},
+      {"/dev/full", std::errc::not_supported},
   };
   const PointStore store = MakeStore({{1, 2}});
   for (const auto& [path, reason] : cases) {
@@ -111,6 +114,45 @@ TEST(DataFile, EveryFailureIsTheSystemsDescription) {
     }
   }
   EXPECT_TRUE(folder.Names().empty());
+
+  // A disk that fills up while the file is replaced leaves the old one.
+  test::WriteBytes(folder / "old.dat", "old");
+  {
+    const test::FullDisk disk(10);
+    EXPECT_THROW(WriteDataFile(folder / "old.dat", std::string(1000, 'x')), RunTimeError);
+  }
+  EXPECT_EQ(BytesOf(folder / "old.dat"), "old");
+  EXPECT_EQ(folder.Names(), std::vector<std::string>{"old.dat"});
+}
+
+TEST(RowErrors, FollowTheColumnsAndNameWhatTheFormatHides) {
+  // 538 columns between 2019.0 and 2019.5, Y from 1 to 1000 on a log axis.
+  const AxisCalibration axes = test::Calibrate(
+      {{{10, 20, "2019", "1"}, {548, 20, "2019.5", "1"}, {10, 320, "2019", "1000"}}}, false, true);
+  PointStore store = MakeStore({{2019.25f, 10}});
+  Settings settings;
+  NumberFormats formats;
+  const auto hidden = [&] {
+    BuildFormats(settings, formats);
+    return HiddenDigits(store, axes, settings, formats);
+  };
+  const std::string sevenForX = "7 decimals for X would show them.";
+  EXPECT_TRUE(hidden().ends_with(sevenForX)) << hidden();
+  settings.YExp = false;
+  settings.YDecimals = 0;
+  EXPECT_TRUE(hidden().ends_with("7 decimals for X and 1 decimal for Y would show them."));
+
+  SwapXY(store);
+  const RowError swapped = RowErrorsOf(store, axes)[0];
+  EXPECT_FLOAT_EQ(swapped.X, 10 * std::log(10.0f) / 100);
+  EXPECT_FLOAT_EQ(swapped.Y, 0.5f / 538);
+  settings = Settings();
+  EXPECT_TRUE(hidden().ends_with("7 decimals for Y would show them.")) << hidden();
+  settings.YDecimals = 7;
+  EXPECT_EQ(hidden(), "");
+  settings = Settings();
+  store.ListRows = PointStore::Rows::Other;
+  EXPECT_EQ(hidden(), "");
 }
 
 TEST(DataFile, ProposesTheImagesNameWithItsOwnExtension) {

@@ -245,6 +245,19 @@ TEST_F(WorkspaceTest, PasteTakesTheClipboardsPicture) {
   EXPECT_EQ(desktop.FileQuestions.back().FileName, "untitled.dat");
 }
 
+TEST_F(WorkspaceTest, AFormatThatHidesPixelsIsToldOnceTheDataFileIsWritten) {
+  OpenAndCalibrate();
+  Click(30, 20);
+  ws.settings.XDecimals = 0;
+  BuildFormats(ws.settings, ws.formats);
+  desktop.ExpectPrompt("");
+  desktop.ExpectFile(folder.Path() / "few.dat");
+  desktop.ExpectMessage("1 decimal for X would show them");
+  EXPECT_TRUE(SavePoints(ws, desktop));
+  EXPECT_EQ(desktop.Messages[0].Icon, MessageIcon::Information);
+  EXPECT_EQ(test::BytesOf(folder.Path() / "few.dat"), "2.E+01\t2.50000E+01\r\n");
+}
+
 TEST_F(WorkspaceTest, SavedPicturesHoldTheBasePicture) {
   OpenAndCalibrate();
   SetPixel(ws.plot, 10, 10, kBlack);
