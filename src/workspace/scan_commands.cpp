@@ -34,7 +34,7 @@ PictureProgress ShowProgress(ScanForm& form, const Desktop& desktop) {
 }
 
 void TellScanError(const Desktop& desktop, const std::string& description, bool tooLarge) {
-  // The odd order of the line's end is what has always been shown.
+  // The line ends with LF before CR, as in the message that the point store is full.
   desktop.ShowMessage(
       {.Text = "Error while scanning: " + description +
                (tooLarge ? "\n\rTry to reduce image size or use lower dpi setting." : ""),
