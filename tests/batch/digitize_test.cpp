@@ -189,6 +189,7 @@ TEST_F(Batch, ATraceAgreesWithTheTrueDataInEveryFormat) {
                             "--decimals", "2,1", "--exponent", "off,on", "--delimiter", "semicolon",
                             "--decimal-point=comma", "--errors"})),
             0);
+  EXPECT_NE(err.str().find("3 decimals for Y would show them"), std::string::npos) << err.str();
   EXPECT_EQ(out.str(), "A b\r\n0,13;9,1E-01;0,02;5,1E-03\r\n12,00;-1,0E+00;0,02;5,1E-03\r\n");
   ASSERT_EQ(Run(OnPendulum({"--point", "340,235", "--swap", "--format", "json", "-o", "-"})), 0);
   EXPECT_NE(out.str().find("{\"x\": 0, \"y\": 6, \"x_error\": 0.0051282053, \"y_error\": 0.022"),

@@ -60,6 +60,12 @@ TEST_F(AxisCalibrationTest, ThreeClicksCompleteTheDefinition) {
   EXPECT_EQ(calibration.PixelY[2], 250);
 }
 
+TEST_F(AxisCalibrationTest, TheAngleIsShownWithTheDivisor314) {
+  ASSERT_TRUE(Define(0, 0, 0, "0", "0"));
+  ASSERT_TRUE(Define(1, 478, 477, "1"));
+  EXPECT_EQ(panel.Angle, "45.0");  // 44.94 degrees
+}
+
 TEST_F(AxisCalibrationTest, RefusalsKeepTheEarlierRows) {
   desktop.ExpectMessage("Please enter values in the X,Y boxes and then click on the plot");
   EXPECT_FALSE(Define(0, 10, 10, "0", ""));

@@ -41,6 +41,7 @@ TEST(Transform, UprightLinearPlot) {
   const AxisCalibration down =
       Calibrate({{{100, 100, "0", "0"}, {500, 100, "10", "0"}, {100, 50, "0", "100"}}});
   EXPECT_LT(Read(down, 300, 300).ErrorY, 0);
+  EXPECT_FLOAT_EQ(PixelSizeAt(down, 5, 50).Y, 2);
 }
 
 TEST(Transform, LogAxes) {
@@ -107,6 +108,11 @@ TEST(Transform, WhatIsOutOfRangeIsNoPixelAndNoValue) {
   for (const float value : {1e6f, -INFINITY, NAN}) {
     EXPECT_FALSE(Real2Pixels(c, 100, value, 0));
     EXPECT_FALSE(Real2Pixels(c, 100, 0, value));
+  }
+  for (const float edge : {32767.0f, -32767.0f}) {
+    EXPECT_TRUE(Real2Pixels(c, 100, edge, edge));
+    EXPECT_FALSE(Real2Pixels(c, 100, edge + std::copysign(1.0f, edge), 0));
+    EXPECT_FALSE(Real2Pixels(c, 100, 0, edge + std::copysign(1.0f, edge)));
   }
   // A log axis whose point is not positive has no values: nothing of the reading changes.
   const AxisCalibration bad =
