@@ -96,7 +96,8 @@ class Maker {
       if (!amount)
         Refuse(option, "a whole number from " + std::to_string(form.Minimum) + " to " +
                            std::to_string(form.Maximum) + " is expected");
-      Add(std::string("image-tool ") + TextsOf(tool).Name + " " + std::to_string(*amount),
+      Add(std::string("image-tool ") + TextsOf(tool).Name + " " + std::to_string(*amount) +
+              " strict",
           option.Name());
     }
   }

@@ -68,6 +68,9 @@ void NoteWhatCameOut(Workspace& ws, const BatchStep& step, int before, Told& tol
   if (captures && ws.mode == Mode::Graphize && ws.store.CaptureCount == before) {
     note(WhyNothing(ws, step));
     told.Failed.push_back(told.Notes.back());
+  } else if (Is(step, "trace") &&
+             ws.status.Status.find("earlier trace cover") != std::string::npos) {
+    note("marks of an earlier trace cover a part of the curve");
   }
   if (Is(step, "resample") && !ws.sample.Hint.empty()) note(ws.sample.Hint);
   if (Is(step, "integrate")) note("area = " + ws.integrate.AreaText);

@@ -6,6 +6,7 @@
 #include "base/numbers.h"
 #include "base/tokens.h"
 #include "data/list_edit.h"
+#include "image_tools/picture_tools.h"
 #include "workspace/capture_commands.h"
 #include "workspace/data_commands.h"
 #include "workspace/extraction_commands.h"
@@ -192,6 +193,8 @@ void UseImageTool(const Context& context, StepArguments& arguments) {
   Workspace& ws = context.ws;
   const std::string name = arguments.Word();
   const int amount = arguments.Integer(-180, 300);
+  // A user has seen that a picture was too small for the tool and went on with it as it was.
+  const bool strict = arguments.Has("strict");
   if (!arguments.Good()) return;
   if (!CanShowImageTools(ws)) return arguments.Fail("there is no picture");
   int tool = 0;
@@ -200,6 +203,8 @@ void UseImageTool(const Context& context, StepArguments& arguments) {
   ChooseTool(ws.imageTools, static_cast<PictureTool>(tool));
   SetAmount(ws.imageTools, amount);
   if (ws.imageTools.Amount != amount) return arguments.Fail("the amount is out of its range");
+  if (strict && IsTooSmall(ws.imageTools.Tool, amount, {ws.plot.Width(), ws.plot.Height()}))
+    return arguments.Fail("the picture is too small for that");
   // What it tells the user has read, but for its refusal.
   std::string told;
   Desktop desktop = context.desktop;

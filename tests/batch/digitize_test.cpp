@@ -123,6 +123,8 @@ TEST_F(Batch, BadInvocationsAreToldInOneLineAndWriteNothing) {
       {digitize({p, "-o", o, "--threshold", "0", "--trace", "76,58"}), 2, "--threshold \"0\""},
       {digitize({p, "-o", o, "--rotate", "181", "--trace", "76,58"}), 2,
        "--rotate \"181\": a whole number from -180 to 180 is expected"},
+      {digitize({p, "-o", o, "--resize", "0", "--trace", "76,58"}), 1,
+       "--resize 0: the picture is too small for that"},
       {digitize({p, "-o", o, "--trace", "76,58", "--save-picture", At("p.webp")}), 2,
        "--save-picture \"" + At("p.webp") + "\": a name is expected"},
       {digitize({p, "-f", "--save-picture", p}), 2, "--save-picture would replace the input"},
@@ -219,6 +221,9 @@ TEST_F(Batch, StepsOnThePictureAreDoneInTheirOrder) {
   ASSERT_EQ(Run(OnPendulum({"--trace=76,58", "--trace=200,20", "-o", "-"})), 0);
   EXPECT_NE(err.str().find("--trace 200,20: no ink at 200,20 within the increments"),
             std::string::npos);
+  ASSERT_EQ(Run(OnPendulum({"--trace=295,307", "--trace=76,58", "-o", "-"})), 0);
+  EXPECT_NE(err.str().find("--trace 76,58: marks of an earlier trace cover"), std::string::npos)
+      << err.str();
   ASSERT_EQ(Run(OnPendulum({"--point=100,100", "--sort=ascending", "--point=90,100", "-o", "-"})),
             0);
   EXPECT_LT(out.str().find("4.44444E-01"), out.str().find("6.66667E-01"));
