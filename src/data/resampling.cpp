@@ -34,19 +34,17 @@ class Interpolation {
       xs_.push_back(Scaled(store.CaptureX[i], plan.XLog));
       ys_.push_back(Scaled(store.CaptureY[i], plan.YLog));
     }
-    // The points so far reach from lowest_ to highest_, which grow along the curve whichever way X
-    // goes, so that they can be bisected. No search passes a point that is no number; only the
-    // first one lies behind it already.
-    float lowest = kInfinity, highest = -kInfinity;
+    // The reach of the points so far grows along the curve whichever way X goes, so that it can be
+    // bisected. No search passes a point that is no number; only the first one lies behind it.
+    float lowest = std::isnan(xs_.empty() ? 0 : xs_[0]) ? -kInfinity : kInfinity;
+    float highest = -kInfinity;
     for (std::size_t i = 0; i < xs_.size(); ++i) {
-      if (i == 0 && std::isnan(xs_[i])) {
-        lowest = -kInfinity;
-      } else {
-        lowest = std::isnan(xs_[i]) ? -kInfinity : std::min(lowest, xs_[i]);
-        highest = std::isnan(xs_[i]) ? kInfinity : std::max(highest, xs_[i]);
-      }
+      const bool bad = i > 0 && std::isnan(xs_[i]);
+      lowest = bad ? -kInfinity : std::min(lowest, xs_[i]);
       lowest_.push_back(lowest);
-      highest_.push_back(highest);
+      if (i == 0) continue;
+      highest = bad ? kInfinity : std::max(highest, xs_[i]);
+      highestEnd_.push_back(highest);
     }
   }
 
@@ -60,19 +58,27 @@ class Interpolation {
   }
 
  private:
-  /// The first segment that x lies in; beyond them all the nearer one at the ends.
+  bool LiesIn(std::size_t j, double x) const {
+    return std::min(xs_[j], xs_[j + 1]) <= x && x <= std::max(xs_[j], xs_[j + 1]);
+  }
+
+  /// The first segment that ends at or behind x; where x does not lie in that, because X falls
+  /// there, the first that it lies in; beyond them all the one at the nearer end.
   std::size_t SegmentOf(double x) const {
-    const auto above = std::lower_bound(highest_.begin(), highest_.end(), x) - highest_.begin();
-    const auto below =
-        std::lower_bound(lowest_.begin(), lowest_.end(), x, std::greater<>()) - lowest_.begin();
-    const auto end = static_cast<std::size_t>(std::max(above, below));
+    const auto behind = static_cast<std::size_t>(
+        std::lower_bound(highestEnd_.begin(), highestEnd_.end(), x) - highestEnd_.begin());
+    if (behind + 1 < xs_.size() && LiesIn(behind, x)) return behind;
+    const auto below = static_cast<std::size_t>(
+        std::lower_bound(lowest_.begin(), lowest_.end(), x, std::greater<>()) - lowest_.begin());
+    const std::size_t end = std::max(x <= xs_[0] ? 0 : behind + 1, below);
     if (end < xs_.size()) return end > 0 ? end - 1 : 0;
     const bool first = std::fabs(x - xs_.front()) <= std::fabs(x - xs_.back());
     return first ? 0 : xs_.size() - 2;
   }
 
   std::vector<float> xs_, ys_;
-  std::vector<float> lowest_, highest_;  // of points 0..i
+  std::vector<float> lowest_;      // of points 0 to i
+  std::vector<float> highestEnd_;  // of the ends of segments 0 to j
 };
 
 }  // namespace

@@ -94,7 +94,7 @@ std::string HintOnCourse(const PointStore& store) {
     if (falls ? xs[i] < xs[i - 1] : xs[i] > xs[i - 1]) continue;
     const bool turns = falls ? xs[i] > xs[i - 1] : xs[i] < xs[i - 1];
     return std::string(turns ? "X turns back" : "X does not change") + " at captured point " +
-           std::to_string(i) + (turns ? ": of several Y the first is taken." : ".");
+           std::to_string(i) + (turns ? ": one of several Y is taken." : ".");
   }
   return {};
 }

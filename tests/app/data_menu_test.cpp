@@ -130,7 +130,7 @@ TEST_F(DataMenu, IntegratesBetweenTheLimitsAndShadesThePicture) {
 TEST_F(DataMenu, ResamplesWhatStandsInTheBoxes) {
   CapturePoints();
   ChooseForm("MNU_Data_Sample", "Sample");
-  EXPECT_EQ(TextOf("LBL_Hint"), "X does not rise at captured point 2.");
+  EXPECT_EQ(TextOf("LBL_Hint"), "X turns back at captured point 3: one of several Y is taken.");
   EXPECT_EQ(TabOrder(),
             "Steps dXBox Command3 MinXBox MaxXBox SampleXLog MinYBox MaxYBox SampleYLog Command2 "
             "Command1 ");
