@@ -37,7 +37,7 @@ class Course {
   double Tallest() const {
     int tallest = 0;
     for (std::size_t i = 0; i < count_; ++i) tallest = std::max(tallest, places_[i].Height);
-    return tallest + 0.5 * std::abs(Slope());
+    return tallest + std::abs(Slope());
   }
 
  private:

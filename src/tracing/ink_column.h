@@ -17,6 +17,8 @@ class InkColumn {
     height_ = static_cast<unsigned>(image.Height());
   }
 
+  /// Of the picture; 0 for a column outside of it.
+  int Rows() const { return static_cast<int>(height_); }
   /// Whether the pixel in this row is exactly black.
   bool operator[](int row) const {
     const auto inside = static_cast<unsigned>(row);

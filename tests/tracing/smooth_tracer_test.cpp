@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <optional>
+#include <random>
 
 #include "support/plot_drawing.h"
 #include "support/trace_cases.h"
@@ -180,6 +183,85 @@ TEST(SmoothTracer, ACurveIsKeptWhereOthersCrossIt) {
           << c.Slope << ", " << c.Other.Thickness << (c.Other.Gap > 0 ? " dots" : "") << " across "
           << thickness;
     }
+  }
+}
+
+/// A plot in which a line is traced from its first point, and what comes out beside the truth.
+struct TracedLine {
+  test::PlotDrawing Drawing{300, 220, 20, 15, 270, 195};
+  std::vector<test::PixelPosition> Line;
+  std::optional<int> EmptyRow = std::nullopt;  // lost in the scan
+  const char* XIncrement = "2";
+
+  void ExpectFollowed(const char* name) const {
+    Raster picture = Drawing.Picture();
+    if (EmptyRow) std::fill_n(picture.Row(*EmptyRow), picture.Width(), kWhitePixel);
+    PlotImage image;
+    SetPicture(image, std::move(picture));
+    test::ExtractionRecords records(std::move(image));
+    records.Control.Xrange = XIncrement;
+    const test::ScriptedDesktop desktop;
+    const auto single = [](double at) { return static_cast<float>(std::lround(at)); };
+    TraceSmooth(records.With(desktop), single(Line.front().X), single(Line.front().Y));
+    const PointStore& store = records.Store;
+    ASSERT_GT(store.CaptureCount, 0) << name;
+    EXPECT_NEAR(store.CaptureX[store.CaptureCount], Line.back().X, 4) << name;
+    int astray = 0;
+    for (int i = 1; i <= store.CaptureCount; ++i) {
+      const auto next = std::find_if(Line.begin(), Line.end() - 1,
+                                     [&](const auto& at) { return at.X >= store.CaptureX[i]; });
+      const auto before = next == Line.begin() ? next : next - 1;
+      const auto [low, high] = std::minmax(before->Y, next->Y);
+      const double row = 220 - store.CaptureY[i];
+      if (row < low - 8 || row > high + 8) ++astray;
+    }
+    EXPECT_LE(astray, store.CaptureCount / 25) << name;
+  }
+};
+
+TEST(SmoothTracer, ALineIsFollowedToItsEndAndNoFarther) {
+  for (const int ticks : {6, -6}) {
+    for (const double v : {0.03, 0.25, 0.35, 0.62, 0.9}) {
+      TracedLine framed{.XIncrement = "8"};
+      framed.Drawing.Frame({.Thickness = 2}, 10, ticks);
+      for (int i = 0; i <= 10; ++i) framed.Drawing.Digits({275, 12.0 + 18 * i}, "50");
+      framed.Line =
+          framed.Drawing.Curve([v](double u) { return v + 0.9 * (1 - v) * (1 - u) * (1 - u); },
+                               {.Thickness = 2}, 0.05, 1);
+      framed.ExpectFollowed("into the frame");
+    }
+  }
+  for (const int kind : {0, 1, 2}) {
+    TracedLine symbols;
+    symbols.Line = {{30, 60}, {60, 150}, {90, 40}, {130, 30}, {150, 170}, {200, 100}, {220, 20}};
+    symbols.Drawing.Polyline(symbols.Line, {});
+    for (const test::PixelPosition& at : symbols.Line) {
+      if (at.X == symbols.Line.back().X) break;
+      if (kind < 2) symbols.Drawing.Disc(at, 6 + 5 * kind);
+      if (kind == 2) symbols.Drawing.Box(at, 9, {});
+    }
+    symbols.ExpectFollowed("symbols");
+  }
+  std::mt19937 random(4);
+  for (const unsigned amplitude : {20, 40, 60}) {
+    TracedLine noise;
+    for (int x = 30; x < 260; ++x)
+      noise.Line.push_back(
+          {static_cast<double>(x), 60.0 + static_cast<double>(random() % amplitude)});
+    noise.Drawing.Polyline(noise.Line, {});
+    noise.ExpectFollowed("noise");
+  }
+  for (const double waves : {8.0, 14.0}) {
+    TracedLine dashed{.XIncrement = "12"};
+    dashed.Line = dashed.Drawing.Curve([=](double u) { return 0.5 + 0.4 * std::sin(waves * u); },
+                                       {.Thickness = 2, .Dash = 9, .Gap = 7}, 0.05, 0.93);
+    dashed.ExpectFollowed("dashes");
+  }
+  TracedLine steep;
+  steep.Drawing.Polyline(steep.Line = {{30, 170}, {100, 165}, {104, 30}, {200, 25}}, {});
+  for (int row = 70; row < 105; ++row) {
+    steep.EmptyRow = row;
+    steep.ExpectFollowed("an empty row");
   }
 }
 
