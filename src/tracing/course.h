@@ -17,20 +17,14 @@ class Course {
       --count_;
     }
     places_[count_++] = {column, row, height};
+    slope_ = SlopeByPlaces();
   }
   /// Forgets what was before: the curve leapt.
   void Clear() { count_ = 0; }
 
   double Row() const { return Last().Row; }
   /// Rows per column, over as few columns as show it: whole rows tell little of a flat curve's.
-  double Slope() const {
-    for (std::size_t i = count_; i-- > 0;) {
-      const double rows = Row() - places_[i].Row;
-      if (i + 1 < count_ && (i == 0 || std::abs(rows) >= kEnoughRows))
-        return rows / (Last().Column - places_[i].Column);
-    }
-    return 0;
-  }
+  double Slope() const { return slope_; }
   /// The row of a column ahead when it goes straight on.
   double RowAt(int column) const { return Row() + Slope() * (column - Last().Column); }
   /// The greatest height that its slope explains.
@@ -50,9 +44,18 @@ class Course {
   static constexpr double kEnoughRows = 4;
 
   const Place& Last() const { return places_[count_ - 1]; }
+  double SlopeByPlaces() const {
+    for (std::size_t i = count_; i-- > 0;) {
+      const double rows = Row() - places_[i].Row;
+      if (i + 1 < count_ && (i == 0 || std::abs(rows) >= kEnoughRows))
+        return rows / (Last().Column - places_[i].Column);
+    }
+    return 0;
+  }
 
   std::array<Place, kColumns> places_{};
   std::size_t count_ = 0;
+  double slope_ = 0;
 };
 
 }  // namespace graphize

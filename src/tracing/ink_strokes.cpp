@@ -1,42 +1,6 @@
 #include "tracing/ink_strokes.h"
 
-#include <cmath>
-#include <cstdlib>
-
 namespace graphize {
-
-int NearestInk(const InkColumn& column, double wanted, bool lowerFirst, int top, int bottom) {
-  top = std::max(top, 0);
-  bottom = std::min(bottom, column.Rows() - 1);
-  const int middle = static_cast<int>(std::lround(wanted));
-  const int first = std::max({top - middle, middle - bottom, 0});
-  const int last = std::max(middle - top, bottom - middle);
-  for (int distance = first; distance <= last; ++distance) {
-    const int step = lowerFirst ? distance : -distance;
-    for (const int row : {middle + step, middle - step})
-      if (row >= top && row <= bottom && column[row]) return row;
-  }
-  return -1;
-}
-
-Stroke CollectStroke(const InkColumn& column, int start, int yIncrement) {
-  double sum = start;
-  int count = 1;
-  const auto walk = [&](int direction) {
-    int last = start;
-    for (int row = start + direction;
-         row >= 0 && row < column.Rows() && std::abs(row - last) <= yIncrement + 1;
-         row += direction) {
-      if (!column[row]) continue;
-      sum += row;
-      ++count;
-      last = row;
-    }
-    return last;
-  };
-  const int bottom = walk(1), top = walk(-1);
-  return {top, bottom, sum / count};
-}
 
 void InkFront::Advance(int column) {
   const InkColumn ink(image_, column);

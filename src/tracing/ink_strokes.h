@@ -1,6 +1,8 @@
 #pragma once
 
 #include <algorithm>
+#include <cmath>
+#include <cstdlib>
 #include <vector>
 
 #include "raster/plot_image.h"
@@ -19,10 +21,40 @@ struct Stroke {
 
 /// The black row nearest to `wanted`, from `top` to `bottom`; of two the lower one, or else the
 /// upper one. -1 when there is none.
-int NearestInk(const InkColumn& column, double wanted, bool lowerFirst, int top, int bottom);
+inline int NearestInk(const InkColumn& column, double wanted, bool lowerFirst, int top,
+                      int bottom) {
+  top = std::max(top, 0);
+  bottom = std::min(bottom, column.Rows() - 1);
+  const int middle = static_cast<int>(std::lround(wanted));
+  const int first = std::max({top - middle, middle - bottom, 0});
+  const int last = std::max(middle - top, bottom - middle);
+  for (int distance = first; distance <= last; ++distance) {
+    const int step = lowerFirst ? distance : -distance;
+    for (const int row : {middle + step, middle - step})
+      if (row >= top && row <= bottom && column[row]) return row;
+  }
+  return -1;
+}
 
 /// The ink around the black row `start`, stepping over up to `yIncrement` other rows.
-Stroke CollectStroke(const InkColumn& column, int start, int yIncrement);
+inline Stroke CollectStroke(const InkColumn& column, int start, int yIncrement) {
+  double sum = start;
+  int count = 1;
+  const auto walk = [&](int direction) {
+    int last = start;
+    for (int row = start + direction;
+         row >= 0 && row < column.Rows() && std::abs(row - last) <= yIncrement + 1;
+         row += direction) {
+      if (!column[row]) continue;
+      sum += row;
+      ++count;
+      last = row;
+    }
+    return last;
+  };
+  const int bottom = walk(1), top = walk(-1);
+  return {top, bottom, sum / count};
+}
 
 /// Calls `take` for all strokes that have ink from row `top` to row `bottom`, downward.
 template <class Take>

@@ -62,8 +62,9 @@ std::optional<Stroke> StrokeWithin(const FollowedCurve& curve, const InkColumn& 
   const Stroke nearest = CollectStroke(ink, row, curve.YIncrement);
   std::vector<Stroke> strokes;
   const auto take = [&](const Stroke& stroke) { strokes.push_back(stroke); };
-  ForEachStroke(ink, top, std::min(bottom, nearest.Top - 1), curve.YIncrement, take);
-  ForEachStroke(ink, std::max(top, nearest.Bottom + 1), bottom, curve.YIncrement, take);
+  const int apart = curve.YIncrement + 2;  // what is nearer belongs to it
+  ForEachStroke(ink, top, std::min(bottom, nearest.Top - apart), curve.YIncrement, take);
+  ForEachStroke(ink, std::max(top, nearest.Bottom + apart), bottom, curve.YIncrement, take);
   if (strokes.empty()) return nearest;
 
   const auto distance = [&](const Stroke& stroke) {
