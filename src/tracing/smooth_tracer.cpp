@@ -152,7 +152,8 @@ bool IsAnothers(const FollowedCurve& curve, const Stroke& stroke, int column, in
   const bool attached =
       missing == 1 && stroke.Top <= curve.Ink.Bottom + 1 && stroke.Bottom >= curve.Ink.Top - 1;
   constexpr int kLittle = 4;
-  if (!attached && (deviation > 1.5 || slope > 1) &&
+  constexpr int kSteep = 5;  // rows per column: such a course leads anywhere
+  if (!attached && (deviation > 1.5 || slope > kSteep) &&
       ExtentOfInk(curve.Image, stroke, column, -1, 0, 0, kGoesOn) > missing + kLittle)
     return true;
   if (deviation <= curve.YIncrement + slope) return false;
