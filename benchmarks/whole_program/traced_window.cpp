@@ -16,7 +16,7 @@
 #include "bare_reads.h"
 #include "codecs/picbuf.h"
 #include "support/quiet_desktop.h"
-#include "workspace/extraction_commands.h"
+#include "workspace/do.h"
 #include "workspace/replay.h"
 
 namespace {
@@ -79,7 +79,9 @@ int Measure(MainWindow& window) {
   Click(plot, kStart, Qt::RightButton);
   const double shown = Milliseconds(timer);
   timer.start();
-  graphize::Trace(alone, quiet, static_cast<float>(kStart.x()), static_cast<float>(kStart.y()));
+  graphize::Do(
+      alone, quiet,
+      graphize::TraceStep{static_cast<float>(kStart.x()), static_cast<float>(kStart.y()), {}});
   const double bare = Milliseconds(timer);
   const int points = window.State().store.CaptureCount;
   if (alone.store.CaptureCount != points) return std::fputs("other points\n", stderr), 1;

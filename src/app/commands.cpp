@@ -2,6 +2,7 @@
 
 #include "workspace/capture_commands.h"
 #include "workspace/data_commands.h"
+#include "workspace/do.h"
 #include "workspace/extraction_commands.h"
 #include "workspace/help_commands.h"
 #include "workspace/image_tools_commands.h"
@@ -20,6 +21,12 @@ namespace {
 using Kind = MenuEntry::Kind;
 
 constexpr MenuEntry kSeparator{.Is = Kind::Separator};
+
+/// A menu entry that asks for one step.
+template <class Asked>
+void Does(Workspace& ws, const Desktop& desktop) {
+  Do(ws, desktop, Asked{});
+}
 
 bool HasData(const Workspace& ws) {
   return ws.commands.Data;
@@ -46,7 +53,7 @@ const MenuEntry kMenus[] = {
      .Key = "F5",
      .Tip = "Read the picture's file again; points and axes stay",
      .Can = CanReload,
-     .Run = ReloadImage},
+     .Run = [](Workspace& ws, const Desktop& d) { Do(ws, d, ReloadStep{.Ask = true}); }},
     {.Name = "MNU_FILE_SaveImage",
      .Caption = "Save &Image As...",
      .Key = "Ctrl+Shift+S",
@@ -104,30 +111,30 @@ const MenuEntry kMenus[] = {
      .Key = "Del",
      .Tip = "Remove the selected points from the list",
      .Can = [](const Workspace& ws) { return ws.commands.ClearSelected; },
-     .Run = [](Workspace& ws, const Desktop&) { ClearSelectedPoints(ws); }},
+     .Run = [](Workspace& ws, const Desktop& d) { Do(ws, d, SelectedRows(ws.store)); }},
     {.Name = "MNU_EDIT_Clear_Data",
      .Caption = "Clear &all Data",
      .Tip = "Remove all captured points",
      .Can = HasData,
-     .Run = [](Workspace& ws, const Desktop& desktop) { ClearAllData(ws, desktop, true); }},
+     .Run = [](Workspace& ws, const Desktop& d) { Do(ws, d, ClearDataStep{.Ask = true}); }},
     kSeparator,
     {.Name = "MNU_EDIT_ClearLastBlocker",
      .Caption = "Clear &Last Blocker",
      .Tip = "Take the last blocker back",
      .Can = CanRemoveBlockers,
-     .Run = [](Workspace& ws, const Desktop&) { RemoveLastBlocker(ws); }},
+     .Run = Does<ClearLastBlockerStep>},
     {.Name = "MNU_EDIT_ClearBlockers",
      .Caption = "Clear All &Blockers",
      .Tip = "Take all blockers back",
      .Can = CanRemoveBlockers,
-     .Run = [](Workspace& ws, const Desktop&) { RemoveAllBlockers(ws); }},
+     .Run = Does<ClearBlockersStep>},
     kSeparator,
     {.Name = "MNU_Edit_UndoErase",
      .Caption = "&Undo Erase/Grids",
      .Key = "Ctrl+Z",
      .Tip = "The picture as it was before the last erasure or grid removal",
      .Can = CanUndoErase,
-     .Run = [](Workspace& ws, const Desktop&) { UndoErase(ws); }},
+     .Run = Does<UndoEditStep>},
 
     {.Is = Kind::Menu, .Name = "MNU_DATA", .Caption = "&Data"},
     {.Is = Kind::SubMenu, .Name = "MNU_DATA_SORT", .Caption = "&Sort", .Can = CanSort},
@@ -135,23 +142,23 @@ const MenuEntry kMenus[] = {
      .Caption = "&Ascending",
      .Tip = "Order the list by X, smallest first",
      .Can = CanSort,
-     .Run = [](Workspace& ws, const Desktop& d) { Sort(ws, d, SortOrder::Ascending); }},
+     .Run = Does<SortStep>},
     {.Name = "MNU_DATA_SORT_Dec",
      .Caption = "&Descending",
      .Tip = "Order the list by X, largest first",
      .Can = CanSort,
-     .Run = [](Workspace& ws, const Desktop& d) { Sort(ws, d, SortOrder::Descending); }},
+     .Run = [](Workspace& ws, const Desktop& d) { Do(ws, d, SortStep{SortOrder::Descending}); }},
     kSeparator,
     {.Name = "MNU_DATA_SwapXY",
      .Caption = "S&wap X-Y",
      .Tip = "Exchange X and Y in every row of the list",
      .Can = [](const Workspace& ws) { return ws.commands.SwapXY; },
-     .Run = [](Workspace& ws, const Desktop&) { Swap(ws); }},
+     .Run = Does<SwapStep>},
     {.Name = "MNU_DATA_CurveLenght",
      .Caption = "&Curve length",
      .Tip = "Make the list the lengths between the captured points",
      .Can = [](const Workspace& ws) { return ws.commands.CurveLength; },
-     .Run = CurveLength},
+     .Run = Does<CurveLengthStep>},
     {.Name = "MNU_DATA_integrate",
      .Caption = "&Integrate...",
      .Tip = "The area under the captured points",
@@ -167,7 +174,7 @@ const MenuEntry kMenus[] = {
      .Caption = "&Graphized X Y (Undo)",
      .Tip = "Make the list the captured points again",
      .Can = [](const Workspace& ws) { return ws.commands.ListUndo; },
-     .Run = [](Workspace& ws, const Desktop&) { UndoList(ws); }},
+     .Run = Does<UndoListStep>},
 
     {.Is = Kind::Menu, .Name = "MNU_IMAGE", .Caption = "&Image"},
     {.Name = "MNU_IMAGE_Refresh",

@@ -17,8 +17,9 @@ FormDialog* MainWindow::MakeImageToolsForm() {
   connect(dialog, &ImageToolsDialog::AmountMoved, this, [this](int amount) {
     Do([=](Workspace& ws, const Desktop&) { SetAmount(ws.imageTools, amount); }, false);
   });
-  connect(dialog, &ImageToolsDialog::ProcessPressed, this, [this] { Do(ProcessImage); });
-  connect(dialog, &ImageToolsDialog::UndoPressed, this, [this] { Do(UndoImageTool); });
+  connect(dialog, &ImageToolsDialog::ProcessPressed, this,
+          [this] { Do(StepOfForm(ws_.imageTools)); });
+  connect(dialog, &ImageToolsDialog::UndoPressed, this, [this] { Do(UndoImageToolStep{}); });
   return dialog;
 }
 

@@ -138,6 +138,10 @@ void MainWindow::Do(const Command& command, bool redraw) {
     QTimer::singleShot(0, window, &QWidget::close);
 }
 
+void MainWindow::Do(const Step& step) {
+  Do([&](Workspace& ws, const Desktop& desktop) { graphize::Do(ws, desktop, step); });
+}
+
 void MainWindow::Note(const std::function<void(Workspace&)>& change) {
   change(ws_);
   Render();

@@ -9,6 +9,7 @@
 
 #include "app/commands.h"
 #include "app/qt_desktop.h"
+#include "workspace/do.h"
 #include "workspace/workspace.h"
 
 class QAction;
@@ -80,6 +81,7 @@ class MainWindow : public QMainWindow {
 
   /// Runs a command and shows what it has done; `redraw` repaints the visible picture, too.
   void Do(const Command& command, bool redraw = true);
+  void Do(const Step& step);
   bool IsBusy() const;
   void OpenWaiting();
   /// Changes a record from an event that may come while a command runs.

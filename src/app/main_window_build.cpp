@@ -197,7 +197,7 @@ void MainWindow::ConnectPanels() {
   });
 
   connect(axisPanel_, &AxisPanelWidget::ReDefinePressed, this,
-          [this](int row) { Do([=](Workspace& ws, const Desktop&) { ReDefine(ws, row); }); });
+          [this](int row) { Do(RedefineStep{row}); });
   connect(axisPanel_, &AxisPanelWidget::XTyped, this, [this](int row, const std::string& text) {
     Do([&](Workspace& ws, const Desktop&) { ws.axisPanel.Rows[row].XText = text; }, false);
   });

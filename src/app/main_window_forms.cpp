@@ -80,8 +80,10 @@ FormDialog* MainWindow::MakeIntegrateForm() {
   connect(dialog, &IntegrateDialog::HighLimitMoved, this, [this](int point) {
     Do([=](Workspace& ws, const Desktop&) { MoveHighLimit(ws.integrate, ws.store, point); }, false);
   });
-  connect(dialog, &IntegrateDialog::IntegratePressed, this,
-          [this] { Do([](Workspace& ws, const Desktop& desktop) { Integrate(ws, desktop); }); });
+  connect(dialog, &IntegrateDialog::IntegratePressed, this, [this] {
+    const IntegrateForm& form = ws_.integrate;
+    Do(IntegrateStep{IntegrateStep::Limits{form.LowLimit, form.HighLimit}, {}});
+  });
   return dialog;
 }
 
@@ -128,8 +130,7 @@ FormDialog* MainWindow::MakeSampleForm() {
     Do([](Workspace& ws, const Desktop& desktop) { CalculateStep(ws.sample, ws.store, desktop); },
        false);
   });
-  connect(dialog, &SampleDialog::ReSamplePressed, this,
-          [this] { Do([](Workspace& ws, const Desktop& desktop) { ReSample(ws, desktop); }); });
+  connect(dialog, &SampleDialog::ReSamplePressed, this, [this] { Do(StepOfForm(ws_.sample)); });
   return dialog;
 }
 

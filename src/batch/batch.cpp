@@ -115,14 +115,13 @@ void CheckPicture(const RecipeFile::Picture& picture) {
 
 std::vector<BatchStep> StepsOf(const RecipeFile& recipe, const std::string& name) {
   std::vector<BatchStep> steps;
-  for (const RecipeFile::Step& step : recipe.Steps) {
-    BatchStep made{.Text = step.Text, .Origin = name + ": line " + std::to_string(step.Line)};
-    if (step.Picture >= 0) {
-      made.Picture = step.Picture;
-      made.Width = recipe.Pictures[step.Picture].Width;
-      made.Height = recipe.Pictures[step.Picture].Height;
+  for (const RecipeFile::Line& line : recipe.Steps) {
+    BatchStep made{.Do = line.Is, .Origin = name + ": line " + std::to_string(line.Number)};
+    if (const auto* open = std::get_if<OpenStep>(&line.Is)) {
+      made.Width = recipe.Pictures[open->Picture - 1].Width;
+      made.Height = recipe.Pictures[open->Picture - 1].Height;
     }
-    steps.push_back(made);
+    steps.push_back(std::move(made));
   }
   return steps;
 }

@@ -7,9 +7,11 @@
 #include <optional>
 #include <string_view>
 #include <utility>
+#include <variant>
 
 #include "base/tokens.h"
 #include "image_tools/image_tools.h"
+#include "workspace/step_text.h"
 
 namespace graphize {
 
@@ -59,7 +61,7 @@ class Maker {
   explicit Maker(const CommandLine& line) : line_(line) {}
 
   std::vector<BatchStep> Make() {
-    Add(std::string("open") + (line_.Has("damaged") ? " damaged" : ""), "");
+    Add(std::string("open 1") + (line_.Has("damaged") ? " damaged" : ""), "");
     for (const GivenOption& option : line_.Options) MakeTool(option);
     MakeSettings();
     MakeFormat();
@@ -77,7 +79,9 @@ class Maker {
   }
 
  private:
-  void Add(const std::string& text, const std::string& origin) { steps_.push_back({text, origin}); }
+  void Add(const std::string& text, const std::string& origin) {
+    steps_.push_back({std::get<Step>(ReadStep(text)), origin});
+  }
 
   void Set(const char* option, const std::string& value, const std::string& origin) {
     Add(std::string("set ") + option + " " + Quote(value), origin);

@@ -4,6 +4,7 @@
 #include <optional>
 #include <utility>
 
+#include "base/numbers.h"
 #include "base/run_time_error.h"
 #include "base/tokens.h"
 #include "batch/console.h"
@@ -16,10 +17,6 @@
 namespace graphize {
 
 namespace {
-
-bool Is(const BatchStep& step, const std::string& name) {
-  return step.Text == name || step.Text.starts_with(name + " ");
-}
 
 RunTimeError StepError(const BatchStep& step, const std::string& problem) {
   return RunTimeError(step.Origin.empty() ? problem : step.Origin + ": " + problem);
@@ -34,12 +31,10 @@ std::string InOurWords(const Workspace& ws, const std::string& problem) {
 
 /// Why the trace or scan that has just run captured nothing.
 std::string WhyNothing(Workspace& ws, const BatchStep& step) {
-  const std::vector<std::string> words = Tokenize(step.Text).value_or(std::vector<std::string>());
-  std::string why = ws.status.Status;
-  if (why.starts_with("No curve here") && words.size() > 2)
-    why = "no ink at " + words[1] + "," + words[2] + " within the increments";
-  if (why.starts_with("No black pixels here"))
-    why = "no ink in the rectangle at the steps of the increments";
+  std::string why = "no ink in the rectangle at the steps of the increments";
+  if (const auto* trace = std::get_if<TraceStep>(&step.Do))
+    why = "no ink at " + ShortestText(trace->X) + "," + ShortestText(trace->Y) +
+          " within the increments";
   const BasePictureShown base(ws.plot);
   if (!IsBlackAndWhite(ws.plot.Pixels)) {
     why += "; the picture has other colours, and only black is ink";
@@ -60,45 +55,44 @@ struct Told {
   }
 };
 
-void NoteWhatCameOut(Workspace& ws, const BatchStep& step, int before, Told& told) {
+void NoteWhatCameOut(Workspace& ws, const BatchStep& step, const Outcome& outcome, Told& told) {
   const auto note = [&](const std::string& text) {
     told.Notes.push_back(step.Origin + ": " + text);
   };
-  const bool captures = Is(step, "trace") || Is(step, "scan");
-  if (captures && ws.mode == Mode::Graphize && ws.store.CaptureCount == before) {
+  const bool captures = Is<TraceStep>(step.Do) || Is<ScanStep>(step.Do);
+  if (captures && ws.mode == Mode::Graphize && outcome.Points == 0) {
     note(WhyNothing(ws, step));
     told.Failed.push_back(told.Notes.back());
-  } else if (Is(step, "trace") &&
-             ws.status.Status.find("earlier trace cover") != std::string::npos) {
+  } else if (outcome.HiddenByMarks) {
     note("marks of an earlier trace cover a part of the curve");
   }
-  if (Is(step, "resample") && !ws.sample.Hint.empty()) note(ws.sample.Hint);
-  if (Is(step, "integrate")) note("area = " + ws.integrate.AreaText);
-  if (Is(step, "open") && step.Width > 0 &&
+  if (Is<ResampleStep>(step.Do) && !ws.sample.Hint.empty()) note(ws.sample.Hint);
+  if (outcome.Area) note("area = " + ShortestText(*outcome.Area));
+  if (Is<OpenStep>(step.Do) && step.Width > 0 &&
       (step.Width != ws.plot.Width() || step.Height != ws.plot.Height()))
     note("the picture has " + std::to_string(ws.plot.Width()) + "x" +
          std::to_string(ws.plot.Height()) + " pixels instead of " + std::to_string(step.Width) +
          "x" + std::to_string(step.Height));
 }
 
-void RunStep(Workspace& ws, const BatchStep& step, const std::filesystem::path& picture,
-             Told& told) {
+void RunStep(Workspace& ws, const BatchStep& step,
+             const std::vector<std::filesystem::path>& pictures, Told& told) {
   Console console;
-  const int before = ws.store.CaptureCount;
-  std::optional<std::string> problem;
-  RunCommand(ws, console.Callbacks(),
-             [&] { problem = ReplayStep(ws, console.Callbacks(), step.Text, picture); });
+  Step toDo = step.Do;
+  if (auto* open = std::get_if<OpenStep>(&toDo)) open->Path = pictures[open->Picture - 1];
+  const Outcome outcome = ReplayStep(ws, console.Callbacks(), toDo);
   // What the operation itself has told says more.
+  std::string problem;
   if (!console.Problems.empty())
     problem = InOurWords(ws, console.Problems.front());
-  else if (problem && !console.Notes.empty())
-    problem = console.Notes.back();
+  else if (outcome.Is == Outcome::How::Refused || outcome.Is == Outcome::How::Failed)
+    problem = console.Notes.empty() ? outcome.Reason : console.Notes.back();
   // Too few points for a step have a cause of their own.
-  if (problem && ws.store.CaptureCount == 0 && !told.Failed.empty())
-    *problem += "; " + told.WhyNoPoints();
-  if (problem) throw StepError(step, *problem);
+  if (!problem.empty() && ws.store.CaptureCount == 0 && !told.Failed.empty())
+    problem += "; " + told.WhyNoPoints();
+  if (!problem.empty()) throw StepError(step, problem);
   for (const std::string& note : console.Notes) told.Notes.push_back(step.Origin + ": " + note);
-  NoteWhatCameOut(ws, step, before, told);
+  NoteWhatCameOut(ws, step, outcome, told);
 }
 
 std::string MakeTable(const Workspace& ws, const JobOptions& options,
@@ -129,14 +123,16 @@ std::string MakeTable(const Workspace& ws, const JobOptions& options,
 
 /// One behind the last step that the table is made of.
 std::size_t EndOf(const std::vector<BatchStep>& steps, std::vector<std::string>& notes) {
-  const auto isSave = [](const BatchStep& step) { return Is(step, "save"); };
+  const auto isSave = [](const BatchStep& step) { return Is<SaveStep>(step.Do); };
   const auto saves = std::count_if(steps.begin(), steps.end(), isSave);
   if (saves == 0) return steps.size();
   if (saves > 1)
     notes.push_back("of " + std::to_string(saves) + " saved data files this is the last");
   const auto last = std::find_if(steps.rbegin(), steps.rend(), isSave);
   const auto behind = static_cast<std::size_t>(last - steps.rbegin());
-  const auto counts = [](const BatchStep& step) { return !Is(step, "set") && !Is(step, "mode"); };
+  const auto counts = [](const BatchStep& step) {
+    return !Is<SetStep>(step.Do) && !Is<ModeStep>(step.Do);
+  };
   if (std::any_of(steps.rbegin(), last, counts))
     notes.push_back("steps behind the saved data file are left out");
   return steps.size() - behind;
@@ -151,9 +147,10 @@ JobResult RunJob(const std::vector<BatchStep>& steps,
   Told told;
   StartReplay(ws);
   const std::size_t end = EndOf(steps, told.Notes);
-  for (std::size_t i = 0; i < end; ++i) RunStep(ws, steps[i], pictures[steps[i].Picture], told);
+  for (std::size_t i = 0; i < end; ++i) RunStep(ws, steps[i], pictures, told);
   if (!options.PictureOnly) {
-    const bool saved = end > 0 && Is(steps[end - 1], "save");  // the window has written it, too
+    const bool saved =
+        end > 0 && Is<SaveStep>(steps[end - 1].Do);  // the window has written it, too
     if (ws.store.ListCount == 0 && (options.PointsExpected || !saved)) {
       const std::string why = told.WhyNoPoints();
       throw RunTimeError(ws.store.CaptureCount > 0

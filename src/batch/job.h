@@ -5,16 +5,15 @@
 #include <vector>
 
 #include "base/raster.h"
+#include "workspace/step.h"
 
 namespace graphize {
 
-/// One step of workspace/replay.h, and where it comes from: "line 12" or "--trace 70,430".
+/// A step, and where it comes from: "line 12" or "--trace 70,430".
 struct BatchStep {
-  std::string Text;
+  Step Do;
   std::string Origin;
-  // For "open": which of the job's pictures, and the size that it had, 0 when that is not known.
-  int Picture = 0;
-  int Width = 0, Height = 0;
+  int Width = 0, Height = 0;  // an OpenStep's picture then, 0 when that is not known
 };
 
 enum class TableFormat { Dat, Csv, Json };

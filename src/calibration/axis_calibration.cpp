@@ -96,7 +96,7 @@ void InitAxisDefFrame(AxisCalibration& calibration, AxisPanel& panel) {
 }
 
 bool DefineAxis(AxisCalibration& calibration, AxisPanel& panel, CommandStates& commands,
-                const Desktop& desktop, int Index) {
+                const Desktop& desktop, int Index, std::int16_t pixelX, std::int16_t pixelY) {
   CheckRow(Index);
   if (calibration.Defined[Index]) return false;
   AxisPanel::Row& row = panel.Rows[Index];
@@ -105,15 +105,13 @@ bool DefineAxis(AxisCalibration& calibration, AxisPanel& panel, CommandStates& c
     return false;
   }
   // All that can overflow comes before anything changes.
-  const std::int16_t pixelX = ToInt16(LeadingNumber(panel.LiveXPixel));
-  const std::int16_t pixelY = ToInt16(LeadingNumber(panel.LiveYPixel));
   const float valueX = ToSingle(LeadingNumber(row.XText));
   const float valueY = ToSingle(LeadingNumber(row.YText));
   const int dx = Index == 0 ? 0 : ToInt16(pixelX - calibration.PixelX[0]);
   const int dy = Index == 0 ? 0 : ToInt16(pixelY - calibration.PixelY[0]);
 
-  row.XPixel = panel.LiveXPixel;
-  row.YPixel = panel.LiveYPixel;
+  row.XPixel = std::to_string(pixelX);
+  row.YPixel = std::to_string(pixelY);
   calibration.PixelX[Index] = pixelX;
   calibration.PixelY[Index] = pixelY;
   calibration.ValueX[Index] = valueX;

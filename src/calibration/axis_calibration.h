@@ -54,11 +54,11 @@ struct AxisPanel {
 /// Resets the calibration and asks for the origin. The log switches stay as they are.
 void InitAxisDefFrame(AxisCalibration& calibration, AxisPanel& panel);
 
-/// Accepts row Index from the live pixel labels and the row's text boxes; false when it is refused
-/// (already defined, empty boxes, on the origin's column or row), with a message where the user
-/// can do something about it. Index outside 0..2 and 16-bit overflow are run-time errors.
+/// Accepts row Index at a pixel (row upward) with the values in the row's text boxes; false when it
+/// is refused (already defined, empty boxes, on the origin's column or row), with a message where
+/// the user can do something about it. Index outside 0..2 and 16-bit overflow are run-time errors.
 bool DefineAxis(AxisCalibration& calibration, AxisPanel& panel, CommandStates& commands,
-                const Desktop& desktop, int Index);
+                const Desktop& desktop, int Index, std::int16_t pixelX, std::int16_t pixelY);
 
 /// Opens row Index and the rows after it for definition again.
 void ReDefineAxis(AxisCalibration& calibration, AxisPanel& panel, CommandStates& commands,

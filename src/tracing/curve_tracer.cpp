@@ -83,8 +83,8 @@ bool FindContinuation(RunningTrace& trace, int& column, Rows& stroke, Continuati
 
 }  // namespace
 
-void TraceNew(const ExtractionContext& context, float x, float y) {
-  if (!HasValues(context)) return;
+TraceEnd TraceNew(const ExtractionContext& context, float x, float y) {
+  if (!HasValues(context)) return {};
   RunningTrace trace(context, x, y);
   int column = trace.StartColumn;
   Rows stroke{trace.StartRow, trace.StartRow};
@@ -97,7 +97,7 @@ void TraceNew(const ExtractionContext& context, float x, float y) {
     if (!EmitPoints(trace, {column, centre, stroke.Bottom, stroke.Top})) break;
     stroke = next;
   }
-  EndTrace(trace);
+  return EndTrace(trace);
 }
 
 }  // namespace graphize

@@ -11,6 +11,6 @@ namespace graphize {
 /// X increment are stepped over. Ends where the curve ends, on Escape or when the store is full.
 ///
 /// Increments and positions beyond 16 bits are the run-time error "Overflow".
-void TraceNew(const ExtractionContext& context, float x, float y);
+TraceEnd TraceNew(const ExtractionContext& context, float x, float y);
 
 }  // namespace graphize

@@ -45,4 +45,9 @@ std::string PointCount(long long points);
 /// The end of an operation: read-out and data list show the newest.
 void ShowResult(const ExtractionContext& context);
 
+/// What a tracer has to tell beside its points.
+struct TraceEnd {
+  bool HiddenByMarks = false;  // marks of an earlier trace or scan cover ink of the curve
+};
+
 }  // namespace graphize

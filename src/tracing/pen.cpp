@@ -1,5 +1,7 @@
 #include "tracing/pen.h"
 
+#include <utility>
+
 #include "base/numbers.h"
 #include "raster/line_walk.h"
 
@@ -7,7 +9,9 @@ namespace graphize {
 
 namespace {
 
-void Stamp(const Pen& pen, PlotImage& image, int x, int y) {
+void Stamp(Pen& pen, PlotImage& image, int x, int y) {
+  // A press that erases nothing is no edit: the undo of the one before it stays.
+  if (!std::exchange(pen.Begun, true)) BeginEdit(image);
   if (pen.Tool == PenTool::Draw) {
     EditDot(image, x, y, pen.BlockSize, kBlack);
     return;
@@ -21,14 +25,13 @@ void Stamp(const Pen& pen, PlotImage& image, int x, int y) {
 void PressPen(Pen& pen, PlotImage& image, PenTool tool, float x, float y, std::int32_t blockSize) {
   const std::int16_t column = ToInt16(x), row = ToInt16(y);
   pen = {true, tool, column, row, column, row, blockSize, {{column, row}}};
-  BeginEdit(image);
   if (tool == PenTool::Draw) Stamp(pen, image, column, row);
 }
 
 void DragPen(Pen& pen, PlotImage& image, float x, float y) {
   if (!pen.Down) return;
   const std::int16_t column = ToInt16(x), row = ToInt16(y);
-  ClearMarks(image);  // a command by key may have drawn some meanwhile
+  if (pen.Begun) ClearMarks(image);  // a command by key may have drawn some meanwhile
   WalkLine(pen.LastX, pen.LastY, column, row, [&](int i, int j) { Stamp(pen, image, i, j); });
   pen.LastX = column;
   pen.LastY = row;
@@ -38,7 +41,7 @@ void DragPen(Pen& pen, PlotImage& image, float x, float y) {
 void ReleasePen(Pen& pen, PlotImage& image) {
   if (!pen.Down) return;
   pen.Down = false;
-  ClearMarks(image);
+  if (pen.Begun) ClearMarks(image);
   Stamp(pen, image, pen.PressX, pen.PressY);
 }
 

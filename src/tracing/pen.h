@@ -21,6 +21,7 @@ struct Pen {
   std::int16_t LastX = 0, LastY = 0;                       // where the drag has come
   std::int32_t BlockSize = 0;                              // the slider's value at the press
   std::vector<std::pair<std::int16_t, std::int16_t>> Way;  // from the press to where it has come
+  bool Begun = false;  // has changed the picture since the press
 };
 
 /// Press, drag and release on the picture (row downward, rounded half to even). They change the

@@ -64,10 +64,9 @@ bool MarksHideTheCurve(const RunningTrace& trace) {
   return std::any_of(first, first + static_cast<std::ptrdiff_t>(trace.MarksBefore), hides);
 }
 
-std::string ResultText(const RunningTrace& trace) {
+std::string ResultText(const RunningTrace& trace, bool hidden) {
   static constexpr char kHidden[] =
       "arks of an earlier trace cover the curve: Refresh takes them away";
-  const bool hidden = MarksHideTheCurve(trace);
   if (hidden && trace.OnCurve == 0 && !trace.Stopped) return std::string("M") + kHidden;
   const std::string points = PointCount(trace.Points) + (trace.Adds ? " captured" : " marked") +
                              (hidden ? std::string("; m") + kHidden : "");
@@ -130,9 +129,11 @@ bool EmitPoints(RunningTrace& trace, const ColumnPoints& points) {
          (!trace.Above || EmitPoint(trace, points.Column, static_cast<float>(points.Above)));
 }
 
-void EndTrace(const RunningTrace& trace) {
+TraceEnd EndTrace(const RunningTrace& trace) {
   ShowResult(trace.Context);
-  trace.Context.Status.Status = ResultText(trace);
+  const TraceEnd end{.HiddenByMarks = MarksHideTheCurve(trace)};
+  trace.Context.Status.Status = ResultText(trace, end.HiddenByMarks);
+  return end;
 }
 
 }  // namespace graphize

@@ -48,6 +48,6 @@ void ScrollToRows(RunningTrace& trace, int top, int bottom);
 bool EmitPoints(RunningTrace& trace, const ColumnPoints& points);
 /// Shows the newest point, and says in the status panel what has come out, and when marks of an
 /// earlier trace or scan hide ink where the trace started, went or ended.
-void EndTrace(const RunningTrace& trace);
+TraceEnd EndTrace(const RunningTrace& trace);
 
 }  // namespace graphize

@@ -209,8 +209,8 @@ double Follow(FollowedCurve& curve, const Stroke& stroke, int column) {
 
 }  // namespace
 
-void TraceSmooth(const ExtractionContext& context, float x, float y) {
-  if (!HasValues(context)) return;
+TraceEnd TraceSmooth(const ExtractionContext& context, float x, float y) {
+  if (!HasValues(context)) return {};
   RunningTrace trace(context, x, y);
   const int startRow = trace.StartRow;
   FollowedCurve curve{.Image = context.Image,
@@ -239,7 +239,7 @@ void TraceSmooth(const ExtractionContext& context, float x, float y) {
       break;
     limit = column + 1 + trace.XIncrement;
   }
-  EndTrace(trace);
+  return EndTrace(trace);
 }
 
 }  // namespace graphize

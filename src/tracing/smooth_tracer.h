@@ -17,6 +17,6 @@ namespace graphize {
 /// curve is passed over when it comes from farther left, or lies off the curve's course and the
 /// curve goes on within the X increment. The trace ends at an upright line, such as a frame, that
 /// exceeds the curve by far on both sides, or on one side with nothing behind it.
-void TraceSmooth(const ExtractionContext& context, float x, float y);
+TraceEnd TraceSmooth(const ExtractionContext& context, float x, float y);
 
 }  // namespace graphize

@@ -1,7 +1,9 @@
 #include "workspace/capture_commands.h"
 
 #include <algorithm>
+#include <utility>
 
+#include "base/numbers.h"
 #include "data/list_edit.h"
 #include "workspace/plot_mouse.h"
 #include "workspace/toolbar.h"
@@ -34,19 +36,26 @@ void SwitchPercent(Workspace& ws, const Desktop& desktop, bool on) {
   ReadAgain(ws, desktop);
 }
 
-void ClearAllData(Workspace& ws, const Desktop& desktop, bool Ask) {
-  EndDrag(ws);
-  if (!DeleteAllData(ws.store, ws.commands, desktop, Ask)) return;
+Outcome Run(Workspace& ws, const Desktop& desktop, ClearDataStep& step) {
+  if (!DeleteAllData(ws.store, ws.commands, desktop, std::exchange(step.Ask, false)))
+    return Nothing();
   RefreshPlot(ws);
-  NoteStep(ws, "clear-data");
+  return {};
 }
 
-void ClearSelectedPoints(Workspace& ws) {
-  const int before = ws.store.ListCount;
-  const std::string rows = std::to_string(ws.store.Page.SelectionStart) + " " +
-                           std::to_string(ws.store.Page.SelectionEnd);
-  ClearSelected(ws.store);
-  if (ws.store.ListCount != before) NoteStep(ws, "clear-selected " + rows);
+ClearRowsStep SelectedRows(const PointStore& store) {
+  return {store.Page.SelectionStart, store.Page.SelectionEnd};
+}
+
+Outcome Run(Workspace& ws, const Desktop&, const ClearRowsStep& step) {
+  PointStore& store = ws.store;
+  store.Page.SelectionActive = true;
+  store.Page.SelectionStart = ToInt16(step.First);
+  store.Page.SelectionEnd = ToInt16(step.Last);
+  if (!CanClearSelected(store) || step.Last < step.First || step.Last > store.ListCount)
+    return Refused("the list has no such rows to clear");
+  ClearSelected(store);
+  return {};
 }
 
 void OpenEditMenu(Workspace& ws, const Desktop& desktop) {
@@ -63,9 +72,9 @@ void PressListLine(Workspace& ws, int line, bool shift) {
   SelectLine(ws.store.Page, ws.store.ListCount, line, shift);
 }
 
-void ReDefine(Workspace& ws, int row) {
-  ReDefineAxis(ws.calibration, ws.axisPanel, ws.commands, row);
-  NoteStep(ws, "redefine " + std::to_string(row));
+Outcome Run(Workspace& ws, const Desktop&, const RedefineStep& step) {
+  ReDefineAxis(ws.calibration, ws.axisPanel, ws.commands, step.Row);
+  return {};
 }
 
 void ToggleLastPoint(Workspace& ws) {

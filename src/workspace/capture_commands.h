@@ -1,6 +1,8 @@
 #pragma once
 
 #include "desktop/desktop.h"
+#include "workspace/outcome.h"
+#include "workspace/step.h"
 #include "workspace/workspace.h"
 
 namespace graphize {
@@ -10,10 +12,11 @@ void ChooseErrorDisplay(Workspace& ws, const Desktop& desktop);
 void ChoosePixelDisplay(Workspace& ws, const Desktop& desktop);
 void SwitchPercent(Workspace& ws, const Desktop& desktop, bool on);
 
-/// Empties the store, with a question when Ask is set, and redraws the plot.
-void ClearAllData(Workspace& ws, const Desktop& desktop, bool Ask);
-/// Removes the selected rows of the data list.
-void ClearSelectedPoints(Workspace& ws);
+/// Empties the store and redraws the plot.
+Outcome Run(Workspace& ws, const Desktop& desktop, ClearDataStep& step);
+/// The selected rows of the data list, and their removal.
+ClearRowsStep SelectedRows(const PointStore& store);
+Outcome Run(Workspace& ws, const Desktop& desktop, const ClearRowsStep& step);
 
 /// Looks at what the Edit menu may offer when it opens.
 void OpenEditMenu(Workspace& ws, const Desktop& desktop);
@@ -22,9 +25,10 @@ void OpenEditMenu(Workspace& ws, const Desktop& desktop);
 void ScrollList(Workspace& ws, int value);
 void PressListLine(Workspace& ws, int line, bool shift);
 
-/// The two check marks of the Options menu.
 /// Opens a row of the axis definition, 0 to 2, and the rows after it for definition again.
-void ReDefine(Workspace& ws, int row);
+Outcome Run(Workspace& ws, const Desktop& desktop, const RedefineStep& step);
+
+/// The check marks of the Options and File menus.
 
 void ToggleLastPoint(Workspace& ws);
 void ToggleOverlay(Workspace& ws);

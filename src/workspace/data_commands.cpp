@@ -1,7 +1,9 @@
 #include "workspace/data_commands.h"
 
+#include <optional>
+#include <utility>
+
 #include "base/numbers.h"
-#include "base/tokens.h"
 #include "data/curve_length.h"
 #include "data/list_edit.h"
 #include "workspace/plot_mouse.h"
@@ -13,27 +15,40 @@ void OpenDataMenu(Workspace& ws) {
   UpdateDataMenu(ws.store, ws.commands);
 }
 
-void Sort(Workspace& ws, const Desktop& desktop, SortOrder order) {
+namespace {
+
+std::optional<Outcome> WithFewer(const Workspace& ws, int points) {
+  if (ws.store.CaptureCount >= points) return std::nullopt;
+  return Refused("there are not enough captured points");
+}
+
+}  // namespace
+
+Outcome Run(Workspace& ws, const Desktop& desktop, const SortStep& step) {
+  if (auto refused = WithFewer(ws, 1)) return *refused;
   ws.window.Hourglass = true;
   desktop.ShowNow();
-  SortList(ws.store, order);
-  NoteStep(ws, order == SortOrder::Ascending ? "sort ascending" : "sort descending");
+  SortList(ws.store, step.Order);
   ws.window.Hourglass = false;
+  return {};
 }
 
-void Swap(Workspace& ws) {
+Outcome Run(Workspace& ws, const Desktop&, const SwapStep&) {
+  if (auto refused = WithFewer(ws, 1)) return *refused;
   SwapXY(ws.store);
-  NoteStep(ws, "swap");
+  return {};
 }
 
-void UndoList(Workspace& ws) {
+Outcome Run(Workspace& ws, const Desktop&, const UndoListStep&) {
+  if (auto refused = WithFewer(ws, 1)) return *refused;
   XY2List(ws.store);
-  NoteStep(ws, "undo-list");
+  return {};
 }
 
-void CurveLength(Workspace& ws, const Desktop& desktop) {
+Outcome Run(Workspace& ws, const Desktop& desktop, const CurveLengthStep&) {
+  if (auto refused = WithFewer(ws, 1)) return *refused;
   CurveLength(ws.store, ws.status, desktop);
-  NoteStep(ws, "curve-length");
+  return {};
 }
 
 void ShowIntegrate(Workspace& ws) {
@@ -41,14 +56,22 @@ void ShowIntegrate(Workspace& ws) {
   ws.form = Form::Integrate;
 }
 
-void Integrate(Workspace& ws, const Desktop& desktop) {
-  EndDrag(ws);
+Outcome Run(Workspace& ws, const Desktop& desktop, IntegrateStep& step) {
+  if (auto refused = WithFewer(ws, 3)) return *refused;
+  const IntegrateStep::Limits limits =
+      step.Between.value_or(IntegrateStep::Limits{1, ws.store.CaptureCount});
+  if (ws.integrate.LowLimit != limits.Low || ws.integrate.HighLimit != limits.High ||
+      ws.integrate.Points != ws.store.CaptureCount) {
+    ws.integrate = OpenIntegrate(ws.store);
+    // In this order the limits never come too near on their way.
+    MoveLowLimit(ws.integrate, ws.store, limits.Low);
+    MoveHighLimit(ws.integrate, ws.store, limits.High);
+    if (ws.integrate.LowLimit != limits.Low || ws.integrate.HighLimit != limits.High)
+      return Refused("the limits are not three points apart, or not among the points");
+  }
   RefreshPlot(ws);
-  // Its shading may lie on curves that are traced later.
-  const StepWatch watch(desktop);
-  Integrate(ws.integrate, ws.store, ws.calibration, ws.plot, watch.Callbacks());
-  NoteStep(ws, "integrate " + std::to_string(ws.integrate.LowLimit) + " " +
-                   std::to_string(ws.integrate.HighLimit) + watch.StepText());
+  Integrate(ws.integrate, ws.store, ws.calibration, ws.plot, desktop);
+  return {.Area = ws.integrate.Area};
 }
 
 void ShowSample(Workspace& ws, const Desktop& desktop) {
@@ -58,16 +81,37 @@ void ShowSample(Workspace& ws, const Desktop& desktop) {
   ws.form = Form::Sample;
 }
 
-void ReSample(Workspace& ws, const Desktop& desktop) {
-  const StepWatch watch(desktop);
+ResampleStep StepOfForm(const SampleForm& form) {
+  return {.Count = TrimRight(form.Steps),
+          .Min = form.MinXBox,
+          .Max = form.MaxXBox,
+          .XLog = form.SampleXLog,
+          .YLog = form.SampleYLog};
+}
+
+Outcome Run(Workspace& ws, const Desktop& desktop, ResampleStep& step) {
+  if (auto refused = WithFewer(ws, 2)) return *refused;
+  SampleForm& form = ws.sample;
+  if (ws.form != Form::Sample) {
+    // Not asked for in the window: the boxes that are not given are as it opens.
+    const auto opened = OpenSample(ws.store, desktop);
+    if (!opened) return Refused("there are not enough captured points");
+    form = *opened;
+    form.SampleXLog = step.XLog;
+    form.SampleYLog = step.YLog;
+    if (step.Min != "auto") form.MinXBox = step.Min;
+    if (step.Max != "auto") form.MaxXBox = step.Max;
+    form.Steps = step.Count;
+    form.dXBox = form.StepShown = "";
+  }
   const std::optional<SampleEnd> end =
-      ReSample(ws.sample, ws.store, ws.settings.RefreshList != 0, watch.Callbacks());
-  if (!end) return;
-  const SampleForm& form = ws.sample;
+      ReSample(form, ws.store, ws.settings.RefreshList != 0, desktop);
+  if (!end) return Refused("the list cannot be sampled so");
   if (end == SampleEnd::Done && !form.Hint.empty()) ws.status.Status = "Resampled: " + form.Hint;
-  NoteStep(ws, "resample " + Quote(TrimRight(form.Steps)) + " " + Quote(form.MinXBox) + " " +
-                   Quote(form.MaxXBox) + (form.SampleXLog ? " x-log" : "") +
-                   (form.SampleYLog ? " y-log" : "") + watch.StepText());
+  Interruptions went = std::move(step.Went);
+  step = StepOfForm(form);
+  step.Went = std::move(went);
+  return {.Points = ws.store.ListCount};
 }
 
 }  // namespace graphize

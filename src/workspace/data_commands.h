@@ -2,6 +2,8 @@
 
 #include "data/sort.h"
 #include "desktop/desktop.h"
+#include "workspace/outcome.h"
+#include "workspace/step.h"
 #include "workspace/workspace.h"
 
 namespace graphize {
@@ -10,21 +12,22 @@ namespace graphize {
 /// would act before.
 void OpenDataMenu(Workspace& ws);
 
-/// The data list's bulk edits.
-void Sort(Workspace& ws, const Desktop& desktop, SortOrder order);
-void Swap(Workspace& ws);
-/// The list is the captured points again.
-void UndoList(Workspace& ws);
-/// The list is the lengths of the curve's segments; a message has the sums.
-void CurveLength(Workspace& ws, const Desktop& desktop);
+/// The data list's bulk edits, the list as it was captured, and the lengths of the curve's
+/// segments, of which a message has the sums. Refused with too few captured points.
+Outcome Run(Workspace& ws, const Desktop& desktop, const SortStep& step);
+Outcome Run(Workspace& ws, const Desktop& desktop, const SwapStep& step);
+Outcome Run(Workspace& ws, const Desktop& desktop, const UndoListStep& step);
+Outcome Run(Workspace& ws, const Desktop& desktop, const CurveLengthStep& step);
 
-/// Opens the window FRM_Integrate, and its button: the area between the limits, shaded on the
-/// picture in place of earlier marks.
+/// Opens the window FRM_Integrate; its button is the step: the area between the limits, shaded on
+/// the picture in place of earlier marks.
 void ShowIntegrate(Workspace& ws);
-void Integrate(Workspace& ws, const Desktop& desktop);
+Outcome Run(Workspace& ws, const Desktop& desktop, IntegrateStep& step);
 
-/// Opens the window Sample, and its button: the list is points at even steps.
+/// Opens the window Sample; its button is the step, as the boxes have it: the list is points at
+/// even steps.
 void ShowSample(Workspace& ws, const Desktop& desktop);
-void ReSample(Workspace& ws, const Desktop& desktop);
+ResampleStep StepOfForm(const SampleForm& form);
+Outcome Run(Workspace& ws, const Desktop& desktop, ResampleStep& step);
 
 }  // namespace graphize

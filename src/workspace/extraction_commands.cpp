@@ -7,6 +7,7 @@
 #include "raster/black_white.h"
 #include "tracing/curve_tracer.h"
 #include "tracing/smooth_tracer.h"
+#include "workspace/do.h"
 #include "workspace/plot_mouse.h"
 
 namespace graphize {
@@ -31,25 +32,48 @@ bool CanExtract(const Workspace& ws) {
          (ws.mode == Mode::Graphize || ws.mode == Mode::BlockTest);
 }
 
-void Trace(Workspace& ws, const Desktop& desktop, float x, float y) {
-  ws.mouse.TraceRunning = true;
-  ws.window.Hourglass = true;
-  const StepWatch watch(desktop);
-  const ExtractionContext context = ExtractionOf(ws, watch.Callbacks());
-  ws.settings.Trace == 1 ? TraceSmooth(context, x, y) : TraceNew(context, x, y);
-  NoteStep(ws, "trace " + PositionText(x, y) + watch.StepText());
-  ws.window.Hourglass = false;
-  ws.mouse.TraceRunning = false;
+std::optional<Outcome> RefusedAt(const Workspace& ws, float x, float y) {
+  const PlotImage& plot = ws.plot;
+  const auto inside = [](float at, int size) {
+    return at >= 0 && at <= static_cast<float>(size - 1);
+  };
+  if (inside(x, plot.Width()) && inside(y, plot.Height())) return std::nullopt;
+  return Refused("the position " + ShortestText(x) + "," + ShortestText(y) +
+                 " lies outside of the picture (" + std::to_string(plot.Width()) + "x" +
+                 std::to_string(plot.Height()) + ")");
 }
 
-void ScanArea(Workspace& ws, const Desktop& desktop, const ScanRectangle& area) {
+namespace {
+
+std::optional<Outcome> ExtractionRefused(const Workspace& ws, float x, float y) {
+  if (auto outside = RefusedAt(ws, x, y)) return outside;
+  if (CanExtract(ws)) return std::nullopt;
+  return Refused("this needs the axes and the mode \"graphize\" or \"blocktest\"");
+}
+
+}  // namespace
+
+Outcome Run(Workspace& ws, const Desktop& desktop, TraceStep& step) {
+  if (auto refused = ExtractionRefused(ws, step.X, step.Y)) return *refused;
+  const int before = ws.store.CaptureCount;
   ws.mouse.TraceRunning = true;
-  const StepWatch watch(desktop);
-  Scan(ExtractionOf(ws, watch.Callbacks()), area);
-  NoteStep(ws, "scan " + std::to_string(area.Left) + " " + std::to_string(area.Top) + " " +
-                   std::to_string(area.Right) + " " + std::to_string(area.Bottom) +
-                   watch.StepText());
+  ws.window.Hourglass = true;
+  const ExtractionContext context = ExtractionOf(ws, desktop);
+  const TraceEnd end = ws.settings.Trace == 1 ? TraceSmooth(context, step.X, step.Y)
+                                              : TraceNew(context, step.X, step.Y);
+  ws.window.Hourglass = false;
   ws.mouse.TraceRunning = false;
+  return {.Points = ws.store.CaptureCount - before, .HiddenByMarks = end.HiddenByMarks};
+}
+
+Outcome Run(Workspace& ws, const Desktop& desktop, ScanStep& step) {
+  const auto at = [](std::int32_t position) { return static_cast<float>(position); };
+  if (auto refused = ExtractionRefused(ws, at(step.Area.Left), at(step.Area.Top))) return *refused;
+  const int before = ws.store.CaptureCount;
+  ws.mouse.TraceRunning = true;
+  Scan(ExtractionOf(ws, desktop), step.Area);
+  ws.mouse.TraceRunning = false;
+  return {.Points = ws.store.CaptureCount - before};
 }
 
 void FinishScanRectangle(Workspace& ws, const Desktop& desktop) {
@@ -57,31 +81,35 @@ void FinishScanRectangle(Workspace& ws, const Desktop& desktop) {
   ws.mouse.SuppressNextClick = false;
   const ScanRectangle rectangle = ws.scanRectangle;
   if (!ReleaseScanRectangle(ws.scanRectangle)) return;
-  ScanArea(ws, desktop, rectangle);
+  Do(ws, desktop, ScanStep{rectangle, {}});
 }
 
-void PlaceBlocker(Workspace& ws) {
+void PlaceBlocker(Workspace& ws, const Desktop& desktop) {
   if (!std::exchange(ws.mouse.Painting, false)) return;
-  const PointStore& at = ws.store;
-  const std::int16_t row = ToInt16(ws.plot.Height() - at.CurrentPixelY);
-  PaintBlocker(ws.blockers, ws.plot, ws.commands, ws.settings, at.CurrentPixelX, row, ws.blockSize);
-  NoteStep(ws, "block " + PositionText(at.CurrentPixelX, row) + " " + std::to_string(ws.blockSize));
+  Do(ws, desktop,
+     BlockStep{static_cast<float>(ws.readOut.PlotX), static_cast<float>(ws.readOut.PlotY),
+               ws.blockSize});
+}
+
+Outcome Run(Workspace& ws, const Desktop&, const BlockStep& step) {
+  if (auto refused = RefusedAt(ws, step.X, step.Y)) return *refused;
+  PaintBlocker(ws.blockers, ws.plot, ws.commands, ws.settings, ToInt16(step.X), ToInt16(step.Y),
+               step.Size);
+  return {};
 }
 
 bool CanRemoveBlockers(const Workspace& ws) {
   return ws.commands.Blockers;
 }
 
-void RemoveLastBlocker(Workspace& ws) {
-  EndDrag(ws);
+Outcome Run(Workspace& ws, const Desktop&, const ClearLastBlockerStep&) {
   ClearLastBlocker(ws.blockers, ws.plot, ws.commands, ws.settings);
-  NoteStep(ws, "clear-last-blocker");
+  return {};
 }
 
-void RemoveAllBlockers(Workspace& ws) {
-  EndDrag(ws);
+Outcome Run(Workspace& ws, const Desktop&, const ClearBlockersStep&) {
   ClearBlockers(ws.blockers, ws.plot, ws.commands);
-  NoteStep(ws, "clear-blockers");
+  return {};
 }
 
 void UsePen(Workspace& ws, PenTool tool, float x, float y, int size) {
@@ -90,32 +118,55 @@ void UsePen(Workspace& ws, PenTool tool, float x, float y, int size) {
   PressPen(ws.pen, ws.plot, tool, x, y, size);
 }
 
-void BustGrid(Workspace& ws, const Desktop& desktop, GridDirection direction, bool all, float x,
-              float y) {
+namespace {
+
+Outcome MovePen(Workspace& ws, PenTool tool, const PenWay& pen) {
+  if (pen.Way.empty()) return Refused("the pen has no way");
+  const auto at = [](int position) { return static_cast<float>(position); };
+  const auto& [x, y] = pen.Way.front();
+  if (RefusedAt(ws, at(x), at(y))) return Refused("the pen does not begin on the picture");
+  UsePen(ws, tool, at(x), at(y), pen.Size);
+  for (std::size_t i = 1; i < pen.Way.size(); ++i)
+    DragPen(ws.pen, ws.plot, at(pen.Way[i].X), at(pen.Way[i].Y));
+  ReleasePen(ws.pen, ws.plot);
+  return {};
+}
+
+}  // namespace
+
+Outcome Run(Workspace& ws, const Desktop&, const DrawStep& step) {
+  return MovePen(ws, PenTool::Draw, step);
+}
+
+Outcome Run(Workspace& ws, const Desktop&, const EraseStep& step) {
+  return MovePen(ws, PenTool::Erase, step);
+}
+
+Outcome Run(Workspace& ws, const Desktop& desktop, GridStep& step) {
+  const auto [x, y] = step.At.value_or(PlotPosition{-1, -1});
+  if (step.At)
+    if (auto refused = RefusedAt(ws, x, y)) return *refused;
   ws.window.Hourglass = true;
   ws.plot.PersistentDrawing = true;
-  const StepWatch watch(desktop);
-  const GridRemoval removal = RemoveGridLines(ws.plot, ws.calibration, watch.Callbacks(), ws.status,
-                                              direction, all, ToInt16(x), ToInt16(y));
-  if (removal.Pixels > 0)
-    NoteStep(ws, std::string("grid ") + (direction == GridDirection::X ? "x " : "y ") +
-                     (all ? "all " : "one ") + PositionText(x, y) + watch.StepText());
+  const GridRemoval removal = RemoveGridLines(ws.plot, ws.calibration, desktop, ws.status,
+                                              step.Direction, step.All, ToInt16(x), ToInt16(y));
   ws.window.Hourglass = false;
+  return removal.Pixels > 0 ? Outcome() : Nothing("there is no grid line");
 }
 
 bool CanUndoErase(const Workspace& ws) {
   return ws.plot.HasUndo;
 }
 
-void UndoErase(Workspace& ws) {
-  EndDrag(ws);
+Outcome Run(Workspace& ws, const Desktop&, const UndoEditStep&) {
+  if (!CanUndoErase(ws)) return Nothing();
   UndoEdit(ws.plot);
   ws.status.Status = "Undo completed";
-  NoteStep(ws, "undo-edit");
   ws.plot.PersistentDrawing = true;
   // The edit modes show the picture alone; everywhere else a blocker must go on fencing.
   if (ws.mode != Mode::DrawErase && ws.mode != Mode::GridBuster)
     RedrawBlockers(ws.blockers, ws.plot, ws.settings);
+  return {};
 }
 
 bool OfferBlackAndWhite(Workspace& ws, const Desktop& desktop, Raster& picture,

@@ -6,6 +6,8 @@
 #include "desktop/desktop.h"
 #include "grid/grid_lines.h"
 #include "tracing/extraction_context.h"
+#include "workspace/outcome.h"
+#include "workspace/step.h"
 #include "workspace/workspace.h"
 
 namespace graphize {
@@ -15,28 +17,34 @@ ExtractionContext ExtractionOf(Workspace& ws, const Desktop& desktop);
 
 /// Whether a right press starts an extraction: a picture, an axis, and a mode for it.
 bool CanExtract(const Workspace& ws);
-/// Runs the tracer of the settings from a picture position (row downward).
-void Trace(Workspace& ws, const Desktop& desktop, float x, float y);
-void ScanArea(Workspace& ws, const Desktop& desktop, const ScanRectangle& area);
+/// Why nothing can be done at this picture position, which lies outside; absent where it can.
+std::optional<Outcome> RefusedAt(const Workspace& ws, float x, float y);
+
+/// Runs the tracer of the settings, or the scan. Refused unless CanExtract.
+Outcome Run(Workspace& ws, const Desktop& desktop, TraceStep& step);
+Outcome Run(Workspace& ws, const Desktop& desktop, ScanStep& step);
 /// Scans the rectangle that was dragged, when it is one to scan; the rubber band goes.
 void FinishScanRectangle(Workspace& ws, const Desktop& desktop);
 
 /// The left button's click in blocker mode: one blocker at the cursor.
-void PlaceBlocker(Workspace& ws);
-void RemoveLastBlocker(Workspace& ws);
-void RemoveAllBlockers(Workspace& ws);
+void PlaceBlocker(Workspace& ws, const Desktop& desktop);
+Outcome Run(Workspace& ws, const Desktop& desktop, const BlockStep& step);
+Outcome Run(Workspace& ws, const Desktop& desktop, const ClearLastBlockerStep& step);
+Outcome Run(Workspace& ws, const Desktop& desktop, const ClearBlockersStep& step);
 bool CanRemoveBlockers(const Workspace& ws);
 
 /// A press of the pen at a picture position.
 void UsePen(Workspace& ws, PenTool tool, float x, float y, int size);
 
-/// A press in grid mode at a picture position: removes the grid line of that direction nearest to
-/// it, or all of that direction.
-void BustGrid(Workspace& ws, const Desktop& desktop, GridDirection direction, bool all, float x,
-              float y);
+/// The pen's whole way at once.
+Outcome Run(Workspace& ws, const Desktop& desktop, const DrawStep& step);
+Outcome Run(Workspace& ws, const Desktop& desktop, const EraseStep& step);
+
+/// Removes the grid line of that direction nearest to the position, or all of that direction.
+Outcome Run(Workspace& ws, const Desktop& desktop, GridStep& step);
 
 /// The picture as it was before the last erasure, drawing or grid removal.
-void UndoErase(Workspace& ws);
+Outcome Run(Workspace& ws, const Desktop& desktop, const UndoEditStep& step);
 bool CanUndoErase(const Workspace& ws);
 
 /// Offers the reduction to black and white of a picture that has other colours, before it is shown;

@@ -7,7 +7,6 @@
 #include "image_tools/picture_tools.h"
 #include "raster/black_white.h"
 #include "workspace/picture_commands.h"
-#include "workspace/recipe.h"
 
 namespace graphize {
 
@@ -93,14 +92,24 @@ void ShowImageTools(Workspace& ws) {
   ws.form = Form::ImageTools;
 }
 
-bool ProcessImage(Workspace& ws, const Desktop& desktop) {
+ImageToolStep StepOfForm(const ImageToolsForm& form) {
+  return {.Tool = form.Tool, .Amount = form.Amount};
+}
+
+Outcome Run(Workspace& ws, const Desktop& desktop, const ImageToolStep& step) {
+  if (!CanShowImageTools(ws)) return Refused("there is no picture");
   ImageToolsForm& form = ws.imageTools;
-  const PictureTool tool = form.Tool;
+  const PictureTool tool = step.Tool;
+  ChooseTool(form, tool);
+  SetAmount(form, step.Amount);
+  if (form.Amount != step.Amount) return Refused("the amount is out of its range");
+  if (step.Strict && IsTooSmall(tool, step.Amount, {ws.plot.Width(), ws.plot.Height()}))
+    return Refused("the picture is too small for that");
   const std::string refusal =
       ResultRefusal(tool, form.Amount, {ws.plot.Width(), ws.plot.Height()}, FreeMemory());
   if (!refusal.empty()) {
     Tell(desktop, refusal, MessageIcon::Exclamation);
-    return false;
+    return Refused(refusal);
   }
   {
     const BusyForm busy(ws);
@@ -111,37 +120,37 @@ bool ProcessImage(Workspace& ws, const Desktop& desktop) {
     }
     if (!result) {
       ws.status.Status = "Stopped: the picture is as it was";
-      return false;
+      return Nothing(ws.status.Status);
     }
     // The old picture itself is the undo copy: a page is never there a third time.
     form.UndoCopy = Exchange(ws, desktop, std::move(*result));
   }
   if (*TextsOf(tool).Completion != '\0') ws.status.Status = TextsOf(tool).Completion;
   if (tool == PictureTool::Rotate) form.KeptRotation = form.Amount;
-  NoteStep(ws, std::string("image-tool ") + TextsOf(tool).Name + " " + std::to_string(form.Amount));
   const bool movesPixels = tool == PictureTool::Resize || tool == PictureTool::Rotate;
   if (movesPixels && ws.calibration.AnyDefined())
     Tell(desktop, "Redefine the axis before graphizing", MessageIcon::Exclamation);
-  return true;
+  return {};
 }
 
 bool CanUndoImageTool(const Workspace& ws) {
   return ws.imageTools.UndoCopy.has_value();
 }
 
-void UndoImageTool(Workspace& ws, const Desktop& desktop) {
-  if (!CanUndoImageTool(ws)) return;
+Outcome Run(Workspace& ws, const Desktop& desktop, const UndoImageToolStep&) {
+  if (!CanUndoImageTool(ws)) return Refused("there is nothing to undo");
   Exchange(ws, desktop, *std::exchange(ws.imageTools.UndoCopy, std::nullopt));
   ws.status.Status = "Undo completed";
-  NoteStep(ws, "undo-image-tool");
+  return {};
 }
 
-void ReduceShownPicture(Workspace& ws, const Desktop& desktop, double threshold) {
+Outcome Run(Workspace& ws, const Desktop& desktop, const BlackWhiteStep& step) {
+  if (!CanShowImageTools(ws)) return Refused("there is no picture");
   ClearMarks(ws.plot);
   Raster picture = SetPicture(ws.plot, Raster());
-  if (!IsBlackAndWhite(picture)) ReduceToBlackAndWhite(picture, threshold);
+  if (!IsBlackAndWhite(picture)) ReduceToBlackAndWhite(picture, step.Threshold);
   LoadImage(ws, desktop, std::move(picture), ws.plot.SourceName);
-  NoteStep(ws, "black-white " + ShortestText(ToSingle(threshold)));
+  return {};
 }
 
 void LeaveImageTools(Workspace& ws, const Desktop& desktop) {

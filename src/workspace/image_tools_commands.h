@@ -1,6 +1,8 @@
 #pragma once
 
 #include "desktop/desktop.h"
+#include "workspace/outcome.h"
+#include "workspace/step.h"
 #include "workspace/workspace.h"
 
 namespace graphize {
@@ -9,18 +11,20 @@ namespace graphize {
 void ShowImageTools(Workspace& ws);
 bool CanShowImageTools(const Workspace& ws);
 
-/// Runs the chosen tool on the base picture; what it was before is the undo copy. Points, blockers,
-/// calibration and mode stay. False after Escape, or when the result would be too large, which is
-/// told: then nothing has changed.
-bool ProcessImage(Workspace& ws, const Desktop& desktop);
+/// Runs a tool on the base picture; what it was before is the undo copy. Points, blockers,
+/// calibration and mode stay. Refused when the result would be too large, which is told; Nothing
+/// after Escape.
+Outcome Run(Workspace& ws, const Desktop& desktop, const ImageToolStep& step);
+/// What the window's button "Process" asks for.
+ImageToolStep StepOfForm(const ImageToolsForm& form);
 
 /// The picture is the undo copy, which is gone then.
-void UndoImageTool(Workspace& ws, const Desktop& desktop);
+Outcome Run(Workspace& ws, const Desktop& desktop, const UndoImageToolStep& step);
 bool CanUndoImageTool(const Workspace& ws);
 
 /// Makes the base picture black and white: black is what is darker than `threshold`
 /// (raster/black_white.h). Points, blockers, calibration and mode stay.
-void ReduceShownPicture(Workspace& ws, const Desktop& desktop, double threshold);
+Outcome Run(Workspace& ws, const Desktop& desktop, const BlackWhiteStep& step);
 
 /// What closing the window does: drops the undo copy and warns when the axes no longer fit.
 void LeaveImageTools(Workspace& ws, const Desktop& desktop);

@@ -1,5 +1,6 @@
 #include "workspace/picture_commands.h"
 
+#include <memory>
 #include <optional>
 #include <utility>
 
@@ -10,6 +11,7 @@
 #include "codecs/picture_probe.h"
 #include "raster/size_limits.h"
 #include "workspace/capture_commands.h"
+#include "workspace/do.h"
 #include "workspace/extraction_commands.h"
 #include "workspace/plot_mouse.h"
 #include "workspace/toolbar.h"
@@ -41,18 +43,20 @@ bool AcceptsDamage(const Desktop& desktop, const std::filesystem::path& path,
                               .DefaultIsNo = true}) == Answer::Yes;
 }
 
-/// What was read, and how: what a recipe tells of it behind "open" or "reload".
+/// What was read of a file, and what was wrong with it or done to it.
 struct Decoded {
   Raster Picture;
   std::uintmax_t FileSize = 0;
   std::uint32_t FileChecksum = 0;
-  std::string How;
+  bool Damaged = false;
+  bool BlackAndWhite = false;
 };
 
 /// Decodes the file with progress in the status bar. Nothing after a message (a file that cannot be
-/// read) or Escape.
+/// read) or Escape. Unless it is to ask, what is done to a damaged or coloured picture is given.
 std::optional<Decoded> Decode(Workspace& ws, const Desktop& desktop,
-                              const std::filesystem::path& path, const OpenChoices& choices) {
+                              const std::filesystem::path& path, bool ask, bool damaged,
+                              bool blackAndWhite) {
   ws.window.Caption = kLoading;
   ws.window.Hourglass = true;
   desktop.ShowNow();
@@ -60,13 +64,11 @@ std::optional<Decoded> Decode(Workspace& ws, const Desktop& desktop,
   std::string message;
   try {
     std::optional<LoadedPicture> loaded = LoadPicture(path, ShowProgress(ws, desktop));
-    const bool damaged = loaded && !loaded->Warning.empty();
-    if (damaged && choices.AcceptDamage == false)
+    const bool isDamaged = loaded && !loaded->Warning.empty();
+    if (isDamaged && !ask && !damaged)
       throw RunTimeError("\"" + path.filename().string() + "\": " + loaded->Warning);
-    if (loaded &&
-        (!damaged || choices.AcceptDamage || AcceptsDamage(desktop, path, loaded->Warning)))
-      picture = {std::move(loaded->Picture), loaded->FileSize, loaded->FileChecksum,
-                 damaged ? "damaged" : ""};
+    if (loaded && (!isDamaged || !ask || AcceptsDamage(desktop, path, loaded->Warning)))
+      picture = {std::move(loaded->Picture), loaded->FileSize, loaded->FileChecksum, isDamaged};
   } catch (const RunTimeError& error) {
     message = error.what();
   }
@@ -77,27 +79,28 @@ std::optional<Decoded> Decode(Workspace& ws, const Desktop& desktop,
     ShowPictureCaption(ws);
   }
   if (!message.empty()) Tell(desktop, message, MessageIcon::Exclamation);
-  if (picture && OfferBlackAndWhite(ws, desktop, picture->Picture, choices.BlackAndWhite))
-    picture->How += std::string(picture->How.empty() ? "" : " ") + "black-and-white";
+  if (picture)
+    picture->BlackAndWhite = OfferBlackAndWhite(ws, desktop, picture->Picture,
+                                                ask ? std::nullopt : std::optional(blackAndWhite));
   return picture;
 }
 
-void OpenChosen(Workspace& ws, const Desktop& desktop, const std::filesystem::path& path,
-                const OpenChoices& choices) {
-  ws.status.Status = "Loading File ...";
-  std::optional<Decoded> picture = Decode(ws, desktop, path, choices);
-  if (!picture) return KeepPictureUsable(ws);
-  ws.picture = {.Name = LowerCase(path.filename().string()),
-                .Path = LowerCase(path.string()),
-                .ChosenPath = path,
-                .Folder = path.parent_path(),
-                .FileSize = picture->FileSize,
-                .FileChecksum = picture->FileChecksum,
-                .FromFile = true,
-                .WithoutFile = false};
-  LoadImage(ws, desktop, std::move(picture->Picture), ws.picture.Name);
-  NoteOpened(ws, picture->How);
-  ws.status.Status = " ";
+RecipePicture PictureOf(const Workspace& ws) {
+  RecipePicture picture{.Width = ws.plot.Width(), .Height = ws.plot.Height()};
+  if (!ws.picture.FromFile) return picture;
+  picture.Path = ws.picture.ChosenPath;
+  picture.FileSize = ws.picture.FileSize;
+  picture.FileChecksum = ws.picture.FileChecksum;
+  return picture;
+}
+
+/// The recipe's pictures get the one that was opened. A new recipe begins unless points or axes
+/// stay.
+void BeginRecipe(Workspace& ws, OpenStep& step) {
+  const bool anew = !ws.calibration.AnyDefined() && ws.store.CaptureCount == 0;
+  if (anew) ws.recipe = {};
+  ws.recipe.Pictures.push_back(PictureOf(ws));
+  step.Picture = static_cast<int>(ws.recipe.Pictures.size());
 }
 
 /// A name of a type that cannot be written gets the first type's ending.
@@ -110,7 +113,8 @@ void AskAndOpen(Workspace& ws, const Desktop& desktop, const char* title, const 
   OfferReset(ws, desktop);
   const auto path = desktop.ChooseFile(
       {.Title = title, .Folder = ws.picture.Folder, .FileName = names, .Filters = filters});
-  path ? OpenChosen(ws, desktop, *path, {}) : KeepPictureUsable(ws);
+  if (path) Do(ws, desktop, OpenStep{.Path = *path, .Ask = true});
+  KeepPictureUsable(ws);
 }
 
 }  // namespace
@@ -123,21 +127,56 @@ void OpenOtherPicture(Workspace& ws, const Desktop& desktop) {
   AskAndOpen(ws, desktop, "Open Other Picture", "", kOtherFilters);
 }
 
-void OpenPicture(Workspace& ws, const Desktop& desktop, const std::filesystem::path& path,
-                 const OpenChoices& choices) {
-  OfferReset(ws, desktop, choices.Reset);
-  OpenChosen(ws, desktop, path, choices);
+void OpenPicture(Workspace& ws, const Desktop& desktop, const std::filesystem::path& path) {
+  OfferReset(ws, desktop);
+  Do(ws, desktop, OpenStep{.Path = path, .Ask = true});
+  KeepPictureUsable(ws);
+}
+
+Outcome Run(Workspace& ws, const Desktop& desktop, OpenStep& step) {
+  if (step.InHand != nullptr) {
+    LoadImage(ws, desktop, std::move(step.InHand->Picture), step.InHand->SourceName);
+    step.InHand.reset();
+    ws.picture = {.Name = "untitled.dat",
+                  .Path = "",
+                  .ChosenPath = {},
+                  .Folder = ws.picture.Folder,
+                  .FromFile = false,
+                  .WithoutFile = true};
+  } else {
+    ws.status.Status = "Loading File ...";
+    std::optional<Decoded> picture =
+        Decode(ws, desktop, step.Path, step.Ask, step.Damaged, step.BlackAndWhite);
+    if (!picture) return Nothing("the picture was not opened");
+    step.Damaged = picture->Damaged;
+    step.BlackAndWhite = picture->BlackAndWhite;
+    ws.picture = {.Name = LowerCase(step.Path.filename().string()),
+                  .Path = LowerCase(step.Path.string()),
+                  .ChosenPath = step.Path,
+                  .Folder = step.Path.parent_path(),
+                  .FileSize = picture->FileSize,
+                  .FileChecksum = picture->FileChecksum,
+                  .FromFile = true,
+                  .WithoutFile = false};
+    LoadImage(ws, desktop, std::move(picture->Picture), ws.picture.Name);
+    ws.status.Status = " ";
+  }
+  BeginRecipe(ws, step);
+  return {};
 }
 
 bool CanReload(const Workspace& ws) {
   return ws.commands.Picture && ws.picture.FromFile && !ws.picture.ChosenPath.empty();
 }
 
-void ReloadPicture(Workspace& ws, const Desktop& desktop, const OpenChoices& choices) {
-  if (!ws.picture.FromFile || ws.picture.ChosenPath.empty()) return;
-  std::optional<Decoded> picture = Decode(ws, desktop, ws.picture.ChosenPath, choices);
-  if (!picture) return;
-  EndDrag(ws);
+Outcome Run(Workspace& ws, const Desktop& desktop, ReloadStep& step) {
+  if (!ws.picture.FromFile || ws.picture.ChosenPath.empty())
+    return Refused("the picture has come from no file");
+  std::optional<Decoded> picture =
+      Decode(ws, desktop, ws.picture.ChosenPath, step.Ask, step.Damaged, step.BlackAndWhite);
+  if (!picture) return Nothing("the picture was not read again");
+  step.Damaged = picture->Damaged;
+  step.BlackAndWhite = picture->BlackAndWhite;
   SetPicture(ws.plot, std::move(picture->Picture));
   ws.window.Caption = "GRAPHIZE is Resizing ....";
   desktop.ShowNow();
@@ -147,21 +186,14 @@ void ReloadPicture(Workspace& ws, const Desktop& desktop, const OpenChoices& cho
   ShowPictureSize(ws);
   ShowPictureCaption(ws);
   ws.status.Status = " ";
-  NoteStep(ws, TrimRight("reload " + picture->How));
+  return {};
 }
 
-void ReloadImage(Workspace& ws, const Desktop& desktop) {
-  ReloadPicture(ws, desktop, {});
-}
-
-void BeWithoutFile(Workspace& ws) {
-  ws.picture = {.Name = "untitled.dat",
-                .Path = "",
-                .ChosenPath = {},
-                .Folder = ws.picture.Folder,
-                .FromFile = false,
-                .WithoutFile = true};
-  NoteOpened(ws, "");
+void TakeInHand(Workspace& ws, const Desktop& desktop, Raster picture, const char* sourceName) {
+  const auto inHand = std::make_shared<PictureInHand>();
+  inHand->Picture = std::move(picture);
+  inHand->SourceName = sourceName;
+  Do(ws, desktop, OpenStep{.InHand = inHand});
 }
 
 void PasteImage(Workspace& ws, const Desktop& desktop) {
@@ -173,14 +205,13 @@ void PasteImage(Workspace& ws, const Desktop& desktop) {
         !refusal.empty())
       throw RunTimeError(refusal);
     if (ws.calibration.AnyDefined() && AskYesNo(desktop, "Reset Axis Definisions ?"))
-      Reset(ws, desktop);
-    ReleaseButtons(ws);
+      Do(ws, desktop, ResetStep{});
+    ReleaseButtons(ws, desktop);
     ws.status.Status = "Copying ClipBorad ...";
     ws.window.Caption = "GRAPHIZE is Copying ClipBorad";
     ws.window.Hourglass = true;
     desktop.ShowNow();
-    LoadImage(ws, desktop, std::move(picture), "Pasted Plot");
-    BeWithoutFile(ws);
+    TakeInHand(ws, desktop, std::move(picture), "Pasted Plot");
   }
   ws.status.Status = " ";
   ws.window.Hourglass = false;
@@ -223,19 +254,17 @@ void SaveImageAs(Workspace& ws, const Desktop& desktop) {
   if (!error.empty()) Tell(desktop, error, MessageIcon::Critical);
 }
 
-void OfferReset(Workspace& ws, const Desktop& desktop, std::optional<bool> reset) {
-  if (ws.calibration.AnyDefined()) {
-    if (!reset) reset = AskYesNo(desktop, "Clear data and reset axis definisions ?");
-    if (*reset) Reset(ws, desktop);
-  }
-  ReleaseButtons(ws);
+void OfferReset(Workspace& ws, const Desktop& desktop) {
+  if (ws.calibration.AnyDefined() && AskYesNo(desktop, "Clear data and reset axis definisions ?"))
+    Do(ws, desktop, ResetStep{});
+  ReleaseButtons(ws, desktop);
 }
 
 void KeepPictureUsable(Workspace& ws) {
   ws.commands.Picture = ws.plot.IsPresent();
 }
 
-void Reset(Workspace& ws, const Desktop& desktop) {
+Outcome Run(Workspace& ws, const Desktop& desktop, const ResetStep&) {
   DeleteAllData(ws.store, ws.commands, desktop, false);
   ClearBlockers(ws.blockers, ws.plot, ws.commands);
   RefreshPlot(ws);
@@ -244,7 +273,7 @@ void Reset(Workspace& ws, const Desktop& desktop) {
   ws.commands.Picture = false;
   ws.commands.Graphize = false;
   ws.commands.GridBuster = false;
-  ReleaseButtons(ws);
+  ws.mode = Mode::None;
   ws.readOut.XValue.clear();
   ws.readOut.YValue.clear();
   ws.readOut.XPOS.clear();
@@ -252,7 +281,7 @@ void Reset(Workspace& ws, const Desktop& desktop) {
   ws.picture.FromFile = true;
   ws.picture.WithoutFile = false;
   ShowFrame(ws, "Graphize");
-  NoteStep(ws, "reset");
+  return {};
 }
 
 Raster LoadImage(Workspace& ws, const Desktop& desktop, Raster picture,

@@ -6,6 +6,8 @@
 
 #include "desktop/desktop.h"
 #include "raster/picture_operation.h"
+#include "workspace/outcome.h"
+#include "workspace/step.h"
 #include "workspace/workspace.h"
 
 namespace graphize {
@@ -14,25 +16,17 @@ namespace graphize {
 void OpenImage(Workspace& ws, const Desktop& desktop);
 /// The same with a list of every type that can be read.
 void OpenOtherPicture(Workspace& ws, const Desktop& desktop);
-/// What would be asked while a picture is opened; without a value it is asked.
-struct OpenChoices {
-  std::optional<bool> Reset;          // of points and axes, when there are some
-  std::optional<bool> AcceptDamage;   // without it a damaged picture is an error that is told
-  std::optional<bool> BlackAndWhite;  // reduced, unless it is black and white
-};
-
-/// Opens `path` through the same steps without asking for a file. A file that cannot be read gives
-/// one message; picture, points and calibration stay.
-void OpenPicture(Workspace& ws, const Desktop& desktop, const std::filesystem::path& path,
-                 const OpenChoices& choices = {});
+/// Opens `path` through the same steps without asking for a file.
+void OpenPicture(Workspace& ws, const Desktop& desktop, const std::filesystem::path& path);
+/// A file that cannot be read gives one message; picture, points and calibration stay.
+Outcome Run(Workspace& ws, const Desktop& desktop, OpenStep& step);
 
 /// Reads the current file again: points, blockers, calibration and mode stay.
-void ReloadImage(Workspace& ws, const Desktop& desktop);
-void ReloadPicture(Workspace& ws, const Desktop& desktop, const OpenChoices& choices);
+Outcome Run(Workspace& ws, const Desktop& desktop, ReloadStep& step);
 bool CanReload(const Workspace& ws);
 
-/// The picture that was just loaded has come from no file.
-void BeWithoutFile(Workspace& ws);
+/// Takes a picture that has come from no file.
+void TakeInHand(Workspace& ws, const Desktop& desktop, Raster picture, const char* sourceName);
 void PasteImage(Workspace& ws, const Desktop& desktop);
 
 /// Writes the base picture in one of the seven formats.
@@ -40,13 +34,13 @@ void SaveImageAs(Workspace& ws, const Desktop& desktop);
 bool CanSaveImage(const Workspace& ws);
 
 /// What happens before the user has chosen a new picture: the question whether to start anew where
-/// an axis has been defined, unless `reset` answers it, and the mode buttons come up.
-void OfferReset(Workspace& ws, const Desktop& desktop, std::optional<bool> reset = {});
+/// an axis has been defined, and the mode buttons come up.
+void OfferReset(Workspace& ws, const Desktop& desktop);
 /// After a reset the picture that stays can still be worked on.
 void KeepPictureUsable(Workspace& ws);
 
 /// Points, blockers, calibration and mode as at the start.
-void Reset(Workspace& ws, const Desktop& desktop);
+Outcome Run(Workspace& ws, const Desktop& desktop, const ResetStep& step);
 
 /// Copies a picture into the plot: the common tail of opening, pasting, scanning and image tools.
 /// Returns the base picture that it replaces.

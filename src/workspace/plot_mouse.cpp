@@ -6,6 +6,7 @@
 
 #include "base/numbers.h"
 #include "capture/snap.h"
+#include "workspace/do.h"
 #include "workspace/extraction_commands.h"
 
 namespace graphize {
@@ -35,13 +36,6 @@ void FollowDrag(Workspace& ws, float X, float Y) {
       view.Y + StepTowards(ToInt32(Y), view.Y, view.Height, std::max<int>(ws.settings.YJump, 1)));
 }
 
-void NotePen(Workspace& ws) {
-  std::string step =
-      (ws.pen.Tool == PenTool::Draw ? "draw " : "erase ") + std::to_string(ws.pen.BlockSize);
-  for (const auto& [x, y] : ws.pen.Way) step += " " + std::to_string(x) + "," + std::to_string(y);
-  NoteStep(ws, step);
-}
-
 /// Without values under the cursor there is nothing to capture but what was read before. With two
 /// log axes the reading itself has told nothing.
 bool CanReadHere(const Workspace& ws, const Desktop& desktop) {
@@ -51,20 +45,57 @@ bool CanReadHere(const Workspace& ws, const Desktop& desktop) {
   return false;
 }
 
-void NoteAxis(Workspace& ws, int row) {
-  const AxisCalibration& axes = ws.calibration;
-  NoteStep(ws, "axis " + std::to_string(row) + " " +
-                   PositionText(static_cast<float>(ws.readOut.PlotX),
-                                static_cast<float>(ws.readOut.PlotY)) +
-                   " " + ShortestText(axes.ValueX[row]) + " " + ShortestText(axes.ValueY[row]));
+/// Captures at the cursor.
+Outcome CaptureHere(Workspace& ws, const Desktop& desktop) {
+  if (!CanReadHere(ws, desktop)) return Refused("the axes give no values here");
+  if (AddPoint(ws.store, ws.commands, desktop, true)) return Refused("the store is full");
+  return {.Points = 1};
+}
+
+std::optional<Outcome> CaptureRefused(const Workspace& ws, float x, float y) {
+  if (ws.mode != Mode::Graphize) return Refused("points need the mode \"graphize\"");
+  return RefusedAt(ws, x, y);
+}
+
+void ReadAt(Workspace& ws, const Desktop& desktop, float x, float y) {
+  ReadCursor(ws.readOut, ws.axisPanel, ws.store, ws.calibration, desktop, ws.plot.Height(), x, y);
 }
 
 }  // namespace
 
+Outcome Run(Workspace& ws, const Desktop& desktop, const AxisStep& step) {
+  if (auto refused = RefusedAt(ws, step.X, step.Y)) return *refused;
+  if (ws.mode != Mode::AxisDef || ws.calibration.CurrentRow != step.Row)
+    return Refused("this axis point is not the next one");
+  ReadAt(ws, desktop, step.X, step.Y);
+  ws.axisPanel.Rows[step.Row].XText = step.XText;
+  ws.axisPanel.Rows[step.Row].YText = step.YText;
+  if (!DefineAxis(ws.calibration, ws.axisPanel, ws.commands, desktop, step.Row,
+                  ws.store.CurrentPixelX, ws.store.CurrentPixelY))
+    return Refused("the axis point was refused");
+  if (step.Row < 2) ++ws.calibration.CurrentRow;
+  return {};
+}
+
+Outcome Run(Workspace& ws, const Desktop& desktop, const CaptureStep& step) {
+  if (auto refused = CaptureRefused(ws, step.X, step.Y)) return *refused;
+  const auto snapped =
+      SnapToXY(ws.plot, step.X, step.Y, ws.settings.SnapMode, ws.settings.SnapDistance);
+  const SnappedPosition at = snapped.value_or(SnappedPosition{step.X, step.Y});
+  ReadAt(ws, desktop, at.X, at.Y);
+  return CaptureHere(ws, desktop);
+}
+
+Outcome Run(Workspace& ws, const Desktop& desktop, const PointStep& step) {
+  if (auto refused = CaptureRefused(ws, step.X, step.Y)) return *refused;
+  ReadAt(ws, desktop, step.X, step.Y);
+  return CaptureHere(ws, desktop);
+}
+
 void EndDrag(Workspace& ws) {
   ws.scanRectangle.Active = false;
   // What the pen has changed by now stays.
-  if (ws.pen.Down && (ws.pen.Tool == PenTool::Draw || ws.pen.Way.size() > 1)) NotePen(ws);
+  if (ws.pen.Down && ws.pen.Begun) NotePen(ws);
   ws.pen.Down = false;
   ws.mouse.Painting = false;
   ws.mouse.SuppressNextClick = false;
@@ -85,8 +116,11 @@ void Plot_MouseDown(Workspace& ws, const Desktop& desktop, int Button, int Shift
                     float Y) {
   if (ws.mode == Mode::GridBuster) {
     if (Button == kLeftButton || Button == kRightButton)
-      BustGrid(ws, desktop, Button == kLeftButton ? GridDirection::X : GridDirection::Y,
-               (Shift & kShiftKey) != 0, X, Y);
+      Do(ws, desktop,
+         GridStep{Button == kLeftButton ? GridDirection::X : GridDirection::Y,
+                  (Shift & kShiftKey) != 0,
+                  PlotPosition{X, Y},
+                  {}});
     return;
   }
   if (Button == kRightButton && CanExtract(ws)) {
@@ -94,7 +128,7 @@ void Plot_MouseDown(Workspace& ws, const Desktop& desktop, int Button, int Shift
       ws.mouse.SuppressNextClick = true;
       StartScanRectangle(ws.scanRectangle, X, Y);
     } else {
-      Trace(ws, desktop, X, Y);
+      Do(ws, desktop, TraceStep{X, Y, {}});
     }
   }
   if (ws.mode == Mode::BlockTest && Button == kLeftButton) ws.mouse.Painting = true;
@@ -124,23 +158,22 @@ void Plot_Click(Workspace& ws, const Desktop& desktop) {
   if (ws.mouse.TraceRunning) return;
   if (std::exchange(ws.mouse.SuppressNextClick, false)) return;
   if (std::exchange(ws.mouse.PressFailed, false)) return;
+  const float x = static_cast<float>(ws.readOut.PlotX), y = static_cast<float>(ws.readOut.PlotY);
   if (ws.mode == Mode::AxisDef) {
-    AxisCalibration& calibration = ws.calibration;
-    const int row = calibration.CurrentRow;
-    if (!DefineAxis(calibration, ws.axisPanel, ws.commands, desktop, row)) return;
-    NoteAxis(ws, row);
-    if (row < 2) ++calibration.CurrentRow;
+    const int row = ws.calibration.CurrentRow;
+    const AxisPanel::Row& typed = ws.axisPanel.Rows[row];
+    Do(ws, desktop, AxisStep{row, x, y, typed.XText, typed.YText});
   } else if (ws.mode == Mode::Graphize) {
     const auto press = std::exchange(ws.mouse.CapturePress, std::nullopt);
-    if (!CanReadHere(ws, desktop)) return;
-    if (AddPoint(ws.store, ws.commands, desktop, true)) return;
     // A pointer that was moved since the press captures where it is, without snapping.
-    const PlotPixel at{ws.readOut.PlotX, ws.readOut.PlotY};
-    press && press->X == at.X && press->Y == at.Y
-        ? NoteStep(ws, "capture " + PositionText(ws.mouse.DownPixelX, ws.mouse.DownPixelY))
-        : NoteStep(ws, "point " + PositionText(static_cast<float>(at.X), static_cast<float>(at.Y)));
+    if (press && press->X == ws.readOut.PlotX && press->Y == ws.readOut.PlotY)
+      Do(ws, desktop,
+         CaptureStep{static_cast<float>(ws.mouse.DownPixelX),
+                     static_cast<float>(ws.mouse.DownPixelY)});
+    else
+      Do(ws, desktop, PointStep{x, y});
   } else if (ws.mode == Mode::BlockTest) {
-    PlaceBlocker(ws);
+    PlaceBlocker(ws, desktop);
   }
 }
 

@@ -3,6 +3,8 @@
 #include <cstdint>
 
 #include "desktop/desktop.h"
+#include "workspace/outcome.h"
+#include "workspace/step.h"
 #include "workspace/workspace.h"
 
 namespace graphize {
@@ -20,6 +22,11 @@ void EndDrag(Workspace& ws);
 /// A left button released over the plot that was pressed there, or Enter: acts on the position that
 /// the last move or the snapping has left.
 void Plot_Click(Workspace& ws, const Desktop& desktop);
+
+/// An axis point, and a point: at the position as it is, or as the press's snapping leads it.
+Outcome Run(Workspace& ws, const Desktop& desktop, const AxisStep& step);
+Outcome Run(Workspace& ws, const Desktop& desktop, const CaptureStep& step);
+Outcome Run(Workspace& ws, const Desktop& desktop, const PointStep& step);
 
 /// A key pressed while the pointer is over the plot; true when it moved the pointer. Unless Ctrl
 /// alone is held (ten pixels), the step is one pixel.

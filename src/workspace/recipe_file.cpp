@@ -3,12 +3,15 @@
 #include <algorithm>
 #include <optional>
 #include <system_error>
+#include <variant>
 
 #include "base/checksum.h"
 #include "base/numbers.h"
 #include "base/run_time_error.h"
 #include "base/tokens.h"
 #include "base/whole_file.h"
+#include "workspace/do.h"
+#include "workspace/step_text.h"
 
 namespace graphize {
 
@@ -65,16 +68,13 @@ std::optional<RecipeFile::Picture> ReadPicture(const std::vector<std::string>& w
   return picture;
 }
 
-/// The number of the picture behind "open", which goes; -1 for another step.
-int TakePictureNumber(std::string& text, int pictures, int line) {
-  if (text != "open" && !text.starts_with("open ")) return -1;
-  const auto words = Tokenize(text);
-  const auto number =
-      words && words->size() > 1 ? IntegerText((*words)[1], 1, pictures) : std::nullopt;
-  if (!number) throw LineError(line, "\"open\" needs the number of one of the pictures above");
-  text = "open";
-  for (std::size_t i = 2; i < words->size(); ++i) text += " " + (*words)[i];
-  return *number - 1;
+Step ReadStepLine(const std::string& line, int pictures, int number) {
+  std::variant<Step, std::string> read = ReadStep(line);
+  if (const auto* problem = std::get_if<std::string>(&read)) throw LineError(number, *problem);
+  Step step = std::get<Step>(std::move(read));
+  if (const auto* open = std::get_if<OpenStep>(&step); open != nullptr && open->Picture > pictures)
+    throw LineError(number, "\"open\" needs the number of one of the pictures above");
+  return step;
 }
 
 void CheckFirstLine(std::string_view line) {
@@ -118,18 +118,14 @@ std::string RecipeText(Workspace& ws, const fs::path& folder) {
                      "# Positions are columns and rows of pixels, rows downward from the top.\n";
   for (std::size_t i = 0; i < ws.recipe.Pictures.size(); ++i)
     text += PictureLine(static_cast<int>(i) + 1, ws.recipe.Pictures[i], folder) + "\n";
-  for (const RecipeStep& step : ws.recipe.Steps) {
-    // "open", the picture's number, and what else was said of it.
-    text += step.Picture < 0 ? step.Text
-                             : "open " + std::to_string(step.Picture + 1) + step.Text.substr(4);
-    text += "\n";
-  }
+  for (const Step& step : ws.recipe.Steps) text += TextOf(step) + "\n";
   text += "points " + std::to_string(ws.recipe.SavedPoints.value_or(ws.store.ListCount)) + "\n";
   return text + "end\n";
 }
 
 RecipeFile ReadRecipe(std::string_view text, const fs::path& folder) {
   RecipeFile recipe;
+  const bool whole = text.substr(0, text.find_last_not_of(" \r\n") + 1).ends_with("\nend");
   bool ended = false;
   int number = 0;
   while (!text.empty()) {
@@ -156,8 +152,9 @@ RecipeFile ReadRecipe(std::string_view text, const fs::path& folder) {
       continue;
     }
     if (words->front() != "picture") {
-      const int picture = TakePictureNumber(line, static_cast<int>(recipe.Pictures.size()), number);
-      recipe.Steps.push_back({number, line, picture});
+      if (!whole && text.empty()) break;  // a part of a line
+      recipe.Steps.push_back(
+          {number, ReadStepLine(line, static_cast<int>(recipe.Pictures.size()), number)});
       continue;
     }
     const int next = static_cast<int>(recipe.Pictures.size()) + 1;
@@ -168,16 +165,16 @@ RecipeFile ReadRecipe(std::string_view text, const fs::path& folder) {
   }
   if (number == 0) throw LineError(1, "the file is empty");
   if (!ended) throw LineError(number, "the recipe was cut off: its last line is not \"end\"");
-  if (recipe.Steps.empty() || recipe.Steps.front().Picture < 0)
+  if (recipe.Steps.empty() || !Is<OpenStep>(recipe.Steps.front().Is))
     throw LineError(number, "the recipe does not begin with opening a picture");
   return recipe;
 }
 
 bool HadPoints(const RecipeFile& recipe) {
   if (recipe.Points) return *recipe.Points > 0;
-  return std::any_of(recipe.Steps.begin(), recipe.Steps.end(), [](const RecipeFile::Step& step) {
-    const std::string name = step.Text.substr(0, step.Text.find(' '));
-    return name == "capture" || name == "point" || name == "trace" || name == "scan";
+  return std::any_of(recipe.Steps.begin(), recipe.Steps.end(), [](const RecipeFile::Line& line) {
+    return Is<CaptureStep>(line.Is) || Is<PointStep>(line.Is) || Is<TraceStep>(line.Is) ||
+           Is<ScanStep>(line.Is);
   });
 }
 

@@ -17,8 +17,8 @@ void SaveRecipe(Workspace& ws, const Desktop& desktop);
 bool CanSaveRecipe(const Workspace& ws);
 
 /// The recipe as a text file: a first line with the version, a line for each picture, a line for
-/// each step, a line with the number of points that they have led to, the line "end". Pictures in or below `folder`, where the file will lie, are named
-/// from there.
+/// each step, a line with the number of points that they have led to, the line "end". Pictures in
+/// or below `folder`, where the file will lie, are named from there.
 std::string RecipeText(Workspace& ws, const std::filesystem::path& folder);
 
 /// A recipe that was read from a file.
@@ -29,13 +29,12 @@ struct RecipeFile {
     std::uintmax_t FileSize = 0;
     std::string Checksum;  // Crc32 of the file, as HexText
   };
-  struct Step {
-    int Line = 0;  // of the file, counted from 1
-    std::string Text;
-    int Picture = -1;  // for "open"
+  struct Line {
+    int Number = 0;  // in the file, counted from 1
+    Step Is;
   };
   std::vector<Picture> Pictures;
-  std::vector<Step> Steps;
+  std::vector<Line> Steps;
   std::optional<int> Points;  // rows of the data file that the steps have led to
 };
 

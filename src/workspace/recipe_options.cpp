@@ -137,10 +137,15 @@ std::span<const RecipeOption> RecipeOptions() {
   return kOptions;
 }
 
-const RecipeOption* FindRecipeOption(const std::string& name) {
-  for (const RecipeOption& option : kOptions)
-    if (name == option.Name) return &option;
-  return nullptr;
+Outcome Run(Workspace& ws, const Desktop&, const SetStep& step) {
+  for (const RecipeOption& option : kOptions) {
+    if (step.Option != option.Name) continue;
+    if (!option.Take(ws, step.Value))
+      return Refused("\"" + step.Option + "\" cannot be \"" + step.Value + "\"");
+    BuildFormats(ws.settings, ws.formats);
+    return {};
+  }
+  return Refused("there is no option \"" + step.Option + "\"");
 }
 
 }  // namespace graphize

@@ -3,6 +3,10 @@
 #include <span>
 #include <string>
 
+#include "desktop/desktop.h"
+#include "workspace/outcome.h"
+#include "workspace/step.h"
+
 namespace graphize {
 
 struct Workspace;
@@ -18,7 +22,7 @@ struct RecipeOption {
 
 std::span<const RecipeOption> RecipeOptions();
 
-/// The option of that name; null when there is none.
-const RecipeOption* FindRecipeOption(const std::string& name);
+/// Refused when there is no such option, or it cannot have this value.
+Outcome Run(Workspace& ws, const Desktop& desktop, const SetStep& step);
 
 }  // namespace graphize

@@ -1,11 +1,6 @@
 #pragma once
 
-#include <filesystem>
-#include <optional>
-#include <string>
-
-#include "desktop/desktop.h"
-#include "workspace/workspace.h"
+#include "workspace/do.h"
 
 namespace graphize {
 
@@ -13,11 +8,8 @@ namespace graphize {
 /// what a recipe's steps begin on.
 void StartReplay(Workspace& ws);
 
-/// Does one step of a recipe (workspace/recipe.h). "open" reads `picture`. Nothing when it was
-/// done, else what is wrong with it in plain words; the workspace is of no use then. Run-time
-/// errors and messages of the operations are the caller's to catch.
-std::optional<std::string> ReplayStep(Workspace& ws, const Desktop& desktop,
-                                      const std::string& step,
-                                      const std::filesystem::path& picture);
+/// Does one step of a recipe, the whole picture in view, so that nothing scrolls. What the step's
+/// own user has been told is not told again, and a step that failed then is done when it fails.
+Outcome ReplayStep(Workspace& ws, const Desktop& desktop, const Step& step);
 
 }  // namespace graphize

@@ -21,12 +21,10 @@ void PutBackAfterError(Workspace& ws) {
 
 }  // namespace
 
-bool RunCommand(Workspace& ws, const Desktop& desktop, const std::function<void()>& command) {
-  if (ws.commandRuns) return false;
-  ws.commandRuns = true;
+std::string Guarded(Workspace& ws, const Desktop& desktop, const std::function<void()>& work) {
   std::string error;
   try {
-    command();
+    work();
   } catch (const RunTimeError& e) {
     error = e.what();
   } catch (const std::bad_alloc&) {
@@ -34,12 +32,18 @@ bool RunCommand(Workspace& ws, const Desktop& desktop, const std::function<void(
   } catch (const std::exception& e) {
     error = std::string("Unexpected error: ") + e.what();
   }
-  if (!error.empty()) {
-    PutBackAfterError(ws);
-    Tell(desktop, error, MessageIcon::Critical);
-  }
+  if (error.empty()) return error;
+  PutBackAfterError(ws);
+  Tell(desktop, error, MessageIcon::Critical);
+  return error;
+}
+
+bool RunCommand(Workspace& ws, const Desktop& desktop, const std::function<void()>& command) {
+  if (ws.commandRuns) return false;
+  ws.commandRuns = true;
+  const bool done = Guarded(ws, desktop, command).empty();
   ws.commandRuns = false;
-  return error.empty();
+  return done;
 }
 
 }  // namespace graphize

@@ -2,8 +2,8 @@
 
 #include "base/numbers.h"
 #include "base/run_time_error.h"
-#include "base/tokens.h"
 #include "data/data_file.h"
+#include "workspace/do.h"
 
 namespace graphize {
 
@@ -33,30 +33,37 @@ void TellHiddenDigits(const Workspace& ws, const Desktop& desktop) {
 bool SavePoints(Workspace& ws, const Desktop& desktop) {
   const std::string title = desktop.Prompt(
       {.Prompt = "Enter file title line (press Enter to Skip)", .Caption = "File Title Line"});
-  bool written = false;
-  try {
-    const auto path = desktop.ChooseFile({.ForSaving = true,
-                                          .Title = "Save Points As...",
-                                          .Folder = ws.picture.Folder,
-                                          .FileName = DataFileProposal(ws.picture.Name),
-                                          .Filters = "Data Files (*.dat)|*.dat",
-                                          .DefaultExtension = "DAT"});
-    if (!path) return false;
-    ws.dataFileName = LowerCase(path->string());
+  const auto path = desktop.ChooseFile({.ForSaving = true,
+                                        .Title = "Save Points As...",
+                                        .Folder = ws.picture.Folder,
+                                        .FileName = DataFileProposal(ws.picture.Name),
+                                        .Filters = "Data Files (*.dat)|*.dat",
+                                        .DefaultExtension = "DAT"});
+  return path && Do(ws, desktop, SaveStep{title, *path}).IsDone();
+}
+
+Outcome Run(Workspace& ws, const Desktop& desktop, const SaveStep& step) {
+  Outcome outcome;
+  if (!step.Path.empty()) {
+    ws.dataFileName = LowerCase(step.Path.string());
     ws.window.Hourglass = true;
     desktop.ShowNow();
-    WriteDataFile(*path, DataFileText(title, ws.store, ws.formats, ws.settings.DecimalPoint,
-                                      ErrorColumns(ws, desktop)));
-    written = true;
-    ws.dataFileTitle = title;
-    NoteStep(ws, "save " + Quote(title));
-    ws.recipe.SavedPoints = ws.store.ListCount;
-  } catch (const RunTimeError& error) {
-    Tell(desktop, std::string("Error while saving. \r\n") + error.what(), MessageIcon::Critical);
+    try {
+      WriteDataFile(step.Path, DataFileText(step.Title, ws.store, ws.formats,
+                                            ws.settings.DecimalPoint, ErrorColumns(ws, desktop)));
+    } catch (const RunTimeError& error) {
+      outcome = Refused(std::string("Error while saving. \r\n") + error.what());
+      Tell(desktop, outcome.Reason, MessageIcon::Critical);
+    }
+    ws.window.Hourglass = false;
   }
-  ws.window.Hourglass = false;
-  if (written) TellHiddenDigits(ws, desktop);
-  return written;
+  if (!outcome.IsDone()) return outcome;
+  ws.dataFileTitle = step.Title;
+  if (!step.Path.empty()) {
+    ws.recipe.SavedPoints = ws.store.ListCount;
+    TellHiddenDigits(ws, desktop);
+  }
+  return outcome;
 }
 
 void CopyPoints(Workspace& ws, const Desktop& desktop) {

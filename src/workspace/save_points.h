@@ -1,6 +1,8 @@
 #pragma once
 
 #include "desktop/desktop.h"
+#include "workspace/outcome.h"
+#include "workspace/step.h"
 #include "workspace/workspace.h"
 
 namespace graphize {
@@ -9,6 +11,8 @@ namespace graphize {
 /// written: cancelled, or failed with a message.
 bool SavePoints(Workspace& ws, const Desktop& desktop);
 bool CanSavePoints(const Workspace& ws);
+/// The title is noted, and the file written where there is one.
+Outcome Run(Workspace& ws, const Desktop& desktop, const SaveStep& step);
 
 /// Puts the data list's lines on the clipboard.
 void CopyPoints(Workspace& ws, const Desktop& desktop);

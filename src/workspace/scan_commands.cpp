@@ -103,8 +103,7 @@ void OpenScanWindow(Workspace& ws, const Desktop& desktop) {
 
 void TakePage(Workspace& ws, const Desktop& desktop, PageRaster bitmap) {
   ws.window.Hourglass = true;
-  LoadImage(ws, desktop, std::move(*bitmap), "Scanned Plot");
-  BeWithoutFile(ws);
+  TakeInHand(ws, desktop, std::move(*bitmap), "Scanned Plot");
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include "base/numbers.h"
 #include "workspace/capture_commands.h"
+#include "workspace/do.h"
 #include "workspace/extraction_commands.h"
 #include "workspace/options_commands.h"
 #include "workspace/picture_commands.h"
@@ -38,7 +39,6 @@ void EnterEditMode(Workspace& ws, std::string_view key) {
 void EnterMode(Workspace& ws, const Desktop& desktop, std::string_view key) {
   if (ModeOfKey(key) != ws.mode) LeaveMode(ws);
   ws.mode = ModeOfKey(key);
-  NoteStep(ws, "mode " + std::string(key));
   if (ws.mode == Mode::DrawErase || ws.mode == Mode::GridBuster) return EnterEditMode(ws, key);
   LeaveEdit(ws);
   ShowFrame(ws, key);
@@ -76,30 +76,45 @@ void Toolbar_ButtonClick(Workspace& ws, const Desktop& desktop, std::string_view
   if (key == "copy") return CopyPoints(ws, desktop);
   if (key == "paste") return PasteImage(ws, desktop);
   if (key == "setup") return ShowOptions(ws);
-  if (key == "refresh") {
-    RefreshPlot(ws);
-    return NoteStep(ws, "refresh");
-  }
+  if (key == "refresh") return Do(ws, desktop, RefreshStep{}), void();
   if (key == "undo") {
     LeaveEdit(ws);
-    return RemoveLastBlocker(ws);
+    return Do(ws, desktop, ClearLastBlockerStep{}), void();
   }
   if (key == "delete") {
     LeaveEdit(ws);
-    return ClearAllData(ws, desktop, true);
+    return Do(ws, desktop, ClearDataStep{.Ask = true}), void();
   }
   if (key == "aquire") {
     LeaveEdit(ws);
     return Aquire(ws, desktop);
   }
-  if (ModeOfKey(key) != Mode::None) EnterMode(ws, desktop, key);
+  if (ModeOfKey(key) != Mode::None) Do(ws, desktop, ModeStep{ModeOfKey(key)});
 }
 
-void ReleaseButtons(Workspace& ws) {
+Outcome Run(Workspace& ws, const Desktop& desktop, const ModeStep& step) {
+  if (step.To == Mode::None) {
+    LeaveMode(ws);
+    ws.mode = Mode::None;
+    return {};
+  }
+  const std::string key(ModeKey(step.To));
+  if (!CanPress(ws, key))
+    return Refused(
+        "the mode \"" + key + "\" needs a picture" +
+        (step.To == Mode::Graphize || step.To == Mode::GridBuster ? " and its axes" : ""));
+  EnterMode(ws, desktop, key);
+  return {};
+}
+
+void ReleaseButtons(Workspace& ws, const Desktop& desktop) {
   EndDrag(ws);
-  if (ws.mode != Mode::None) NoteStep(ws, "mode none");
-  LeaveMode(ws);
-  ws.mode = Mode::None;
+  if (ws.mode != Mode::None) Do(ws, desktop, ModeStep{Mode::None});
+}
+
+Outcome Run(Workspace& ws, const Desktop&, const RefreshStep&) {
+  RefreshPlot(ws);
+  return {};
 }
 
 void ShowFrame(Workspace& ws, std::string_view key) {

@@ -3,6 +3,8 @@
 #include <string_view>
 
 #include "desktop/desktop.h"
+#include "workspace/outcome.h"
+#include "workspace/step.h"
 #include "workspace/workspace.h"
 
 namespace graphize {
@@ -14,13 +16,15 @@ void Toolbar_ButtonClick(Workspace& ws, const Desktop& desktop, std::string_view
 bool CanPress(const Workspace& ws, std::string_view key);
 bool IsPressed(const Workspace& ws, std::string_view key);
 
-/// The five mode buttons come up.
-void ReleaseButtons(Workspace& ws);
+/// A mode button goes down, or all five come up. Refused where the button is not enabled.
+Outcome Run(Workspace& ws, const Desktop& desktop, const ModeStep& step);
+void ReleaseButtons(Workspace& ws, const Desktop& desktop);
 
 /// The side panel of a mode: the axis panel for "axisdef" in any letter case.
 void ShowFrame(Workspace& ws, std::string_view key);
 
 /// Clears the marks and draws what is stored again.
 void RefreshPlot(Workspace& ws);
+Outcome Run(Workspace& ws, const Desktop& desktop, const RefreshStep& step);
 
 }  // namespace graphize

@@ -10,6 +10,7 @@
 #include "batch/job.h"
 #include "codecs/picbuf.h"
 #include "data/data_file.h"
+#include "data/list_edit.h"
 #include "support/calibrated.h"
 #include "support/plot_drawing.h"
 #include "support/quiet_desktop.h"
@@ -17,6 +18,7 @@
 #include "support/temporary_folder.h"
 #include "workspace/capture_commands.h"
 #include "workspace/data_commands.h"
+#include "workspace/do.h"
 #include "workspace/extraction_commands.h"
 #include "workspace/image_tools_commands.h"
 #include "workspace/options_commands.h"
@@ -87,29 +89,20 @@ class User {
         return Key("undo");
       case 13:
         return Do([&] {
-          if (CanUndoErase(ws)) UndoErase(ws);
+          if (CanUndoErase(ws)) graphize::Do(ws, desktop_, UndoEditStep{});
         });
       case 14:
         return ChangeOptions();
       case 15:
         return ChangeOptions();
       case 16:
-        return Do([&] {
-          if (ws.store.CaptureCount > 0)
-            Sort(ws, desktop_, Chance(2) ? SortOrder::Ascending : SortOrder::Descending);
-        });
+        return Do(SortStep{Chance(2) ? SortOrder::Ascending : SortOrder::Descending});
       case 17:
-        return Do([&] {
-          if (ws.store.CaptureCount > 0) Swap(ws);
-        });
+        return Do(SwapStep{});
       case 18:
-        return Do([&] {
-          if (ws.store.CaptureCount > 0) UndoList(ws);
-        });
+        return Do(UndoListStep{});
       case 19:
-        return Do([&] {
-          if (ws.store.CaptureCount > 1) CurveLength(ws, desktop_);
-        });
+        return Do(CurveLengthStep{});
       case 20:
         return ReSampleList();
       case 21:
@@ -129,6 +122,9 @@ class User {
   float X() { return static_cast<float>(Pick(ws.plot.Width())); }
   float Y() { return static_cast<float>(Pick(ws.plot.Height())); }
   void Do(const std::function<void()>& command) { RunCommand(ws, desktop_, command); }
+  void Do(const Step& step) {
+    Do([&] { graphize::Do(ws, desktop_, step); });
+  }
   void Key(const char* key) {
     Do([&] {
       if (CanPress(ws, key)) Toolbar_ButtonClick(ws, desktop_, key);
@@ -185,7 +181,7 @@ class User {
       if (Chance(2)) StepsTyped(ws.sample);
       if (Chance(3)) ws.sample.dXBox = "0.25";
       ws.sample.SampleXLog = Chance(4);
-      ReSample(ws, desktop_);
+      graphize::Do(ws, desktop_, StepOfForm(ws.sample));
     });
   }
 
@@ -194,7 +190,9 @@ class User {
       if (ws.store.CaptureCount < 3) return;
       ShowIntegrate(ws);
       MoveLowLimit(ws.integrate, ws.store, 1 + Pick(ws.store.CaptureCount));
-      Integrate(ws, desktop_);
+      graphize::Do(
+          ws, desktop_,
+          IntegrateStep{IntegrateStep::Limits{ws.integrate.LowLimit, ws.integrate.HighLimit}, {}});
     });
   }
 
@@ -202,21 +200,19 @@ class User {
     Do([&] {
       PressListLine(ws, Pick(kPageLines), false);
       PressListLine(ws, Pick(kPageLines), true);
-      ClearSelectedPoints(ws);
+      if (CanClearSelected(ws.store)) graphize::Do(ws, desktop_, SelectedRows(ws.store));
     });
   }
 
   void UseImageTool() {
-    if (Chance(4)) return Do([&] { UndoImageTool(ws, desktop_); });
+    if (Chance(4)) return Do(UndoImageToolStep{});
     // The axes' points stay in the picture, and it does not grow without end.
     static constexpr std::pair<PictureTool, int> kTools[] = {
         {PictureTool::Blur, 0},      {PictureTool::EdgeDetect, 7}, {PictureTool::Negate, 0},
         {PictureTool::Sharpen, 3},   {PictureTool::Soften, 9},     {PictureTool::Resize, 120},
         {PictureTool::Stretch, 115}, {PictureTool::Rotate, -3},    {PictureTool::Rotate, 180}};
     const auto& [tool, amount] = kTools[Pick(ws.plot.Width() < 300 ? 9 : 5)];
-    ChooseTool(ws.imageTools, tool);
-    SetAmount(ws.imageTools, amount);
-    Do([&] { ProcessImage(ws, desktop_); });
+    Do(ImageToolStep{tool, amount});
   }
 
   void Rarely() {
@@ -234,11 +230,11 @@ class User {
       case 0:
         return Key("delete");
       case 1:
-        return Do([&] { ReloadImage(ws, desktop_); });
+        return Do(ReloadStep{.Ask = true});
       case 2:
-        return Do([&] { RemoveAllBlockers(ws); });
+        return Do(ClearBlockersStep{});
       case 3:
-        Do([&] { ReDefine(ws, Pick(3)); });
+        Do(RedefineStep{Pick(3)});
         return Calibrate();
       default:
         Do([&] { OpenPicture(ws, desktop_, picture_); });
@@ -285,8 +281,8 @@ class RecipeTest : public ::testing::Test {
     pictures.clear();
     toldPoints = recipe.Points;
     for (const auto& picture : recipe.Pictures) pictures.push_back(picture.Path);
-    for (const auto& step : recipe.Steps)
-      steps.push_back({step.Text, "line " + std::to_string(step.Line), std::max(step.Picture, 0)});
+    for (const auto& line : recipe.Steps)
+      steps.push_back({line.Is, "line " + std::to_string(line.Number)});
     return steps;
   }
 
@@ -304,18 +300,19 @@ TEST_F(RecipeTest, AFullStoreIsToldOnceAndNotAgain) {
   OpenPicture(ws, desktop, folder / "black.bmp");
   ws.calibration = test::PixelCalibration();
   ws.commands.Graphize = true;
-  ws.recipe.Steps.push_back({"mode axisdef"});
-  for (const char* axis : {"axis 0 0 199 0 0", "axis 1 100 199 100 0", "axis 2 0 99 0 100"})
-    ws.recipe.Steps.push_back({axis});
+  ws.recipe.Steps.push_back(ModeStep{Mode::AxisDef});
+  ws.recipe.Steps.push_back(AxisStep{0, 0, 199, "0", "0"});
+  ws.recipe.Steps.push_back(AxisStep{1, 100, 199, "100", "0"});
+  ws.recipe.Steps.push_back(AxisStep{2, 0, 99, "0", "100"});
   Toolbar_ButtonClick(ws, desktop, "graphize");
   ws.tracer.Xrange = ws.tracer.Yrange = "1";
   desktop.ExpectMessage("You reached the limit of data that can be stored.");
-  ScanArea(ws, desktop, {.Left = 0, .Top = 0, .Right = 199, .Bottom = 199});
+  Do(ws, desktop, ScanStep{{.Left = 0, .Top = 0, .Right = 199, .Bottom = 199}, {}});
   ASSERT_EQ(ws.store.CaptureCount, 32767);
   EXPECT_EQ(std::ranges::count(RunJob(StepsOf(ws), pictures, {}).Table, '\n'), 32767);
   // Told by nobody before, it is an error.
   std::vector<BatchStep> untold = StepsOf(ws);
-  untold.back().Text.resize(untold.back().Text.find(" told"));
+  std::get<ScanStep>(untold.back().Do).Went = {};
   EXPECT_THROW(RunJob(untold, pictures, {}), RunTimeError);
 }
 
@@ -328,9 +325,8 @@ TEST_F(RecipeTest, LeadsToTheSameBytesWhateverTheUserDoes) {
     for (int i = 0; i < 40; ++i) user.DoSomething();
     Workspace& ws = user.ws;
     const std::vector<BatchStep> steps = StepsOf(ws);
-    const bool isSaved = std::any_of(steps.begin(), steps.end(), [](const BatchStep& step) {
-      return step.Text.starts_with("save ");
-    });
+    const bool isSaved = std::any_of(steps.begin(), steps.end(),
+                                     [](const BatchStep& step) { return Is<SaveStep>(step.Do); });
     if (!isSaved && ws.store.ListCount == 0) continue;
     const std::vector<RowError> errors =
         ws.commands.SaveErrors && HasRowErrors(ws.store, ws.calibration)

@@ -1,4 +1,5 @@
 #include "calibration/axis_calibration.h"
+#include "base/numbers.h"
 
 #include <gtest/gtest.h>
 
@@ -17,11 +18,9 @@ class AxisCalibrationTest : public ::testing::Test {
   AxisCalibrationTest() { InitAxisDefFrame(calibration, panel); }
 
   bool Define(int row, int x, int y, const char* X = nullptr, const char* Y = nullptr) {
-    panel.LiveXPixel = std::to_string(x);
-    panel.LiveYPixel = std::to_string(y);
     if (X != nullptr) panel.Rows[row].XText = X;
     if (Y != nullptr) panel.Rows[row].YText = Y;
-    return DefineAxis(calibration, panel, commands, desktop, row);
+    return DefineAxis(calibration, panel, commands, desktop, row, ToInt16(x), ToInt16(y));
   }
 
   AxisCalibration calibration;
@@ -93,7 +92,7 @@ TEST_F(AxisCalibrationTest, OverflowChangesNothing) {
     EXPECT_FALSE(calibration.Defined[1]);
     EXPECT_TRUE(calibration.Armed[1]);
   }
-  EXPECT_THROW(DefineAxis(calibration, panel, commands, desktop, 3), RunTimeError);
+  EXPECT_THROW(DefineAxis(calibration, panel, commands, desktop, 3, 0, 0), RunTimeError);
   EXPECT_THROW(ReDefineAxis(calibration, panel, commands, -1), RunTimeError);
 }
 

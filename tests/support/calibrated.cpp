@@ -1,4 +1,5 @@
 #include "support/calibrated.h"
+#include "base/numbers.h"
 
 #include <gtest/gtest.h>
 
@@ -15,11 +16,10 @@ AxisCalibration Calibrate(const std::array<AxisPoint, 3>& points, bool xLog, boo
   calibration.XLog = xLog;
   calibration.YLog = yLog;
   for (int row = 0; row < 3; ++row) {
-    panel.LiveXPixel = std::to_string(points[row].Column);
-    panel.LiveYPixel = std::to_string(points[row].RowUp);
     panel.Rows[row].XText = points[row].X;
     panel.Rows[row].YText = points[row].Y;
-    EXPECT_TRUE(DefineAxis(calibration, panel, commands, desktop, row));
+    EXPECT_TRUE(DefineAxis(calibration, panel, commands, desktop, row, ToInt16(points[row].Column),
+                           ToInt16(points[row].RowUp)));
   }
   return calibration;
 }

@@ -10,7 +10,7 @@
 
 namespace graphize::test {
 
-using Tracer = void (*)(const ExtractionContext&, float, float);
+using Tracer = TraceEnd (*)(const ExtractionContext&, float, float);
 
 /// A picture, where the trace starts in it, and the points it captures.
 struct TraceCase {

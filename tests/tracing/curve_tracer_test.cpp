@@ -485,6 +485,7 @@ TEST(CurveTracer, TheListFollowsEveryPointOrWaitsForTheEnd) {
   const auto scan = [](const ExtractionContext& context, float, float) {
     context.Control.Xrange = context.Control.Yrange = "1";
     Scan(context, {.Active = true, .Left = -2, .Top = -2, .Right = 302, .Bottom = 130});
+    return TraceEnd();
   };
   for (const Tracer tracer : {kTracers[0], kTracers[1], static_cast<Tracer>(scan)}) {
     for (const bool refresh : {false, true}) {

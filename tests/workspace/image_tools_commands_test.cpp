@@ -1,4 +1,5 @@
 #include "workspace/image_tools_commands.h"
+#include "workspace/do.h"
 
 #include <gtest/gtest.h>
 
@@ -41,7 +42,7 @@ class ImageToolsCommands : public ::testing::Test {
     ChooseTool(ws.imageTools, tool);
     SetAmount(ws.imageTools, amount);
     statuses.clear();
-    EXPECT_TRUE(RunCommand(ws, desktop, [this] { ProcessImage(ws, desktop); }));
+    EXPECT_TRUE(RunCommand(ws, desktop, [this] { Do(ws, desktop, StepOfForm(ws.imageTools)); }));
     EXPECT_FALSE(ws.imageTools.Busy || ws.status.ProgressVisible || ws.window.Hourglass);
     statuses.push_back(ws.status.Status);
   }
@@ -127,13 +128,13 @@ TEST_F(ImageToolsCommands, ANewSizeIsShownAndTheAxesAreWarnedOf) {
   EXPECT_EQ(GetPixel(ws.plot, 10, 5), blocker) << "blockers stay where they are";
 
   ASSERT_TRUE(CanUndoImageTool(ws));
-  UndoImageTool(ws, desktop);
+  Do(ws, desktop, UndoImageToolStep{});
   EXPECT_EQ(ws.status.Status, "Undo completed");
   EXPECT_EQ(ws.status.SizeX, "W=40");
   EXPECT_EQ(ws.window.Caption, "Graphize - plot.bmp (40x30)");
   EXPECT_EQ(PixelsOf(ws.plot.Pixels), before);
   EXPECT_FALSE(CanUndoImageTool(ws));
-  UndoImageTool(ws, desktop);
+  Do(ws, desktop, UndoImageToolStep{});
   EXPECT_EQ(PixelsOf(ws.plot.Pixels), before);
 
   ws.calibration.Defined[0] = true;
@@ -168,7 +169,7 @@ TEST_F(ImageToolsCommands, OnlyTheLastProcessingIsUndone) {
   EXPECT_FALSE(CanUndoErase(ws));
   const auto negative = PixelsOf(ws.plot.Pixels);
   Process(PictureTool::Blur, 0);
-  UndoImageTool(ws, desktop);
+  Do(ws, desktop, UndoImageToolStep{});
   EXPECT_EQ(PixelsOf(ws.plot.Pixels), negative);
   EXPECT_FALSE(CanUndoImageTool(ws));
 }

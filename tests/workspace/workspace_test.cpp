@@ -14,6 +14,7 @@
 #include "support/scripted_desktop.h"
 #include "support/temporary_folder.h"
 #include "workspace/capture_commands.h"
+#include "workspace/do.h"
 #include "workspace/extraction_commands.h"
 #include "workspace/overlay.h"
 #include "workspace/picture_commands.h"
@@ -209,7 +210,7 @@ TEST_F(WorkspaceTest, OtherColoursAreOfferedToBeReduced) {
   OpenPicture(ws, desktop, grey);
   EXPECT_EQ(GetPixel(ws.plot, 3, 3), MakeColour(0x40, 0x40, 0x40));
   desktop.ExpectMessage(kBlackAndWhite, Answer::Yes);
-  ReloadImage(ws, desktop);
+  Do(ws, desktop, ReloadStep{.Ask = true});
   EXPECT_TRUE(IsBlack(ws.plot, 3, 3));
   EXPECT_EQ(desktop.Messages[0].Text,
             "Image is not Black & White !\r\nAuto-Trace works best on BW images\r\n\r\nDo you want "
@@ -220,18 +221,18 @@ TEST_F(WorkspaceTest, PasteTakesTheClipboardsPicture) {
   desktop.ExpectMessage("No Bitmap in Clipboard");
   PasteImage(ws, desktop);
   EXPECT_FALSE(ws.plot.IsPresent());
-  desktop.Clipboard = Raster::Filled(30, 20, kWhitePixel);
+  desktop.Clipboard = Raster::Filled(60, 50, kWhitePixel);
   PasteImage(ws, desktop);
-  EXPECT_EQ(ws.window.Caption, "Graphize - Pasted Plot (30x20)");
+  EXPECT_EQ(ws.window.Caption, "Graphize - Pasted Plot (60x50)");
   EXPECT_FALSE(CanReload(ws));
-  ReloadImage(ws, desktop);
+  Do(ws, desktop, ReloadStep{.Ask = true});
 
   desktop.ExpectFile(folder.Path() / "Mine.TIF");
   SaveImageAs(ws, desktop);
   EXPECT_EQ(desktop.FileQuestions[0].FileName, "untitled.tif");
   EXPECT_EQ(desktop.FileQuestions[0].FilterIndex, 1);
   EXPECT_EQ(ws.status.Status, "Image was successfully saved");
-  EXPECT_EQ(LoadPicture(folder.Path() / "Mine.TIF")->Picture.Width(), 30);
+  EXPECT_EQ(LoadPicture(folder.Path() / "Mine.TIF")->Picture.Width(), 60);
 
   Calibrate();
   desktop.ExpectMessage("Reset Axis Definisions ?", Answer::No);
@@ -286,7 +287,7 @@ TEST_F(WorkspaceTest, ModeButtonsAreExclusiveAndShowTheirPanel) {
             "Click LEFT for X and RIGHT for Y grid lines, SHIFT click for Auto mode");
   Toolbar_ButtonClick(ws, desktop, "AXISDEF");
   EXPECT_TRUE(IsPressed(ws, "gridbuster")) << "keys are compared exactly";
-  ReleaseButtons(ws);
+  ReleaseButtons(ws, desktop);
   for (const Mode mode : kModes) EXPECT_FALSE(IsPressed(ws, ModeKey(mode)));
 }
 
@@ -359,7 +360,7 @@ TEST_F(WorkspaceTest, BlockersAndPenWorkThroughTheMouse) {
   EXPECT_EQ(GetPixel(ws.plot, 20, 30), PaletteColour(ws.settings.BlockColor));
   EXPECT_TRUE(IsBlack(ws.plot, 20, 10)) << "drawn into the picture";
   ws.status.Status = "5 Y grid lines removed";
-  UndoErase(ws);
+  Do(ws, desktop, UndoEditStep{});
   EXPECT_EQ(ws.status.Status, "Undo completed");
   EXPECT_FALSE(IsBlack(ws.plot, 20, 10));
   EXPECT_EQ(GetPixel(ws.plot, 20, 30), PaletteColour(ws.settings.BlockColor));
@@ -378,12 +379,12 @@ TEST_F(WorkspaceTest, ATestOfATraceLeavesNothingInItsWay) {
     Calibrate();
     Toolbar_ButtonClick(ws, desktop, "blocktest");
     Click(40, 20);
-    Trace(ws, desktop, 8, 20);
+    Do(ws, desktop, TraceStep{8, 20, {}});
     ASSERT_FALSE(IsBlack(ws.plot, 10, 20));
-    *next ? Toolbar_ButtonClick(ws, desktop, next) : ReleaseButtons(ws);
+    *next ? Toolbar_ButtonClick(ws, desktop, next) : ReleaseButtons(ws, desktop);
     Toolbar_ButtonClick(ws, desktop, "graphize");
     EXPECT_EQ(GetPixel(ws.plot, 40, 20), PaletteColour(ws.settings.BlockColor)) << next;
-    Trace(ws, desktop, 8, 20);
+    Do(ws, desktop, TraceStep{8, 20, {}});
     EXPECT_GT(ws.store.CaptureCount, 20) << next << ": " << ws.status.Status;
   }
 }

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <utility>
+
+namespace graphize {
+
+/// What came of a step.
+struct Outcome {
+  enum class How {
+    Done,
+    Nothing,  // there was nothing to do: no curve, no line, the user said no
+    Refused,  // it cannot be done as things are; nothing has changed
+    Stopped,  // by Escape; what was done by then stays
+    Failed,   // a run-time error ended it; what was done by then stays
+  };
+  How Is = How::Done;
+  std::string Reason;          // of all but Done, in plain words
+  int Points = 0;              // that were captured
+  std::optional<float> Area;   // of an integration
+  bool HiddenByMarks = false;  // marks of an earlier trace cover a part of the traced curve
+
+  bool IsDone() const { return Is == How::Done || Is == How::Stopped; }
+};
+
+inline Outcome Refused(std::string reason) {
+  return {.Is = Outcome::How::Refused, .Reason = std::move(reason)};
+}
+inline Outcome Nothing(std::string reason = {}) {
+  return {.Is = Outcome::How::Nothing, .Reason = std::move(reason)};
+}
+
+}  // namespace graphize

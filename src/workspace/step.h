@@ -1,0 +1,209 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "calibration/transform.h"
+#include "data/sort.h"
+#include "grid/grid_lines.h"
+#include "image_tools/picture_tools.h"
+#include "tracing/scan.h"
+#include "workspace/mode.h"
+
+namespace graphize {
+
+// Everything a person can do that leads to points, as plain records: what Do (workspace/do.h) does,
+// what a recipe writes down, what the command line asks for. Positions are picture pixels, rows
+// downward from the top; `Name` is the step's first word as text (workspace/step_text.h).
+
+/// How an operation went that asks for Escape, so that it goes the same way when it is done again.
+struct Interruptions {
+  std::vector<std::int64_t> Escape;  // numbers of questions: held, let go, held ...
+  bool Told = false;                 // it told the user something
+  bool Failed = false;               // a run-time error ended it
+
+  bool IsEmpty() const { return Escape.empty() && !Told && !Failed; }
+};
+
+/// A picture that has come from no file: pasted or scanned.
+struct PictureInHand {
+  Raster Picture;
+  std::string SourceName;  // "Pasted Plot"
+};
+
+struct OpenStep {
+  static constexpr const char* Name = "open";
+  int Picture = 1;  // number in the recipe, from 1
+  bool Damaged = false;
+  bool BlackAndWhite = false;
+  // Not part of the text:
+  std::filesystem::path Path;             // the file to read
+  std::shared_ptr<PictureInHand> InHand;  // or the picture itself, which is taken
+  bool Ask = false;  // damage and reduction are asked; the step then says what was answered
+};
+struct ReloadStep {
+  static constexpr const char* Name = "reload";
+  bool Damaged = false;
+  bool BlackAndWhite = false;
+  bool Ask = false;  // not part of the text
+};
+
+/// An option (workspace/recipe_options.h) becomes `Value`.
+struct SetStep {
+  static constexpr const char* Name = "set";
+  std::string Option, Value;
+};
+struct ModeStep {
+  static constexpr const char* Name = "mode";
+  Mode To = Mode::None;
+};
+
+/// The axis point `Row` (0 origin, 1 X axis, 2 Y axis) with the values as typed.
+struct AxisStep {
+  static constexpr const char* Name = "axis";
+  int Row = 0;
+  float X = 0, Y = 0;
+  std::string XText, YText;
+};
+struct RedefineStep {
+  static constexpr const char* Name = "redefine";
+  int Row = 0;
+};
+
+/// A point captured with the press's snapping, and one captured exactly there.
+struct CaptureStep {
+  static constexpr const char* Name = "capture";
+  float X = 0, Y = 0;
+};
+struct PointStep {
+  static constexpr const char* Name = "point";
+  float X = 0, Y = 0;
+};
+struct TraceStep {
+  static constexpr const char* Name = "trace";
+  float X = 0, Y = 0;
+  Interruptions Went;
+};
+struct ScanStep {
+  static constexpr const char* Name = "scan";
+  ScanRectangle Area;
+  Interruptions Went;
+};
+
+struct BlockStep {
+  static constexpr const char* Name = "block";
+  float X = 0, Y = 0;
+  int Size = 0;
+};
+struct ClearLastBlockerStep {
+  static constexpr const char* Name = "clear-last-blocker";
+};
+struct ClearBlockersStep {
+  static constexpr const char* Name = "clear-blockers";
+};
+
+/// The pen's whole way, from the press to the release.
+struct PenWay {
+  int Size = 0;
+  std::vector<PlotPixel> Way;
+};
+struct DrawStep : PenWay {
+  static constexpr const char* Name = "draw";
+};
+struct EraseStep : PenWay {
+  static constexpr const char* Name = "erase";
+};
+struct GridStep {
+  static constexpr const char* Name = "grid";
+  GridDirection Direction = GridDirection::X;
+  bool All = false;
+  std::optional<PlotPosition> At;  // absent: nowhere near the frame, which stays
+  Interruptions Went;
+};
+struct UndoEditStep {
+  static constexpr const char* Name = "undo-edit";
+};
+struct ImageToolStep {
+  static constexpr const char* Name = "image-tool";
+  PictureTool Tool = PictureTool::Blur;
+  int Amount = 0;
+  bool Strict = false;  // refused when the picture is too small, which a user would have seen
+};
+struct UndoImageToolStep {
+  static constexpr const char* Name = "undo-image-tool";
+};
+/// The picture that is shown, reduced to black and white.
+struct BlackWhiteStep {
+  static constexpr const char* Name = "black-white";
+  float Threshold = 127.5f;  // luminance, 0 to 255; what is darker becomes black
+};
+struct RefreshStep {
+  static constexpr const char* Name = "refresh";
+};
+
+struct ClearDataStep {
+  static constexpr const char* Name = "clear-data";
+  bool Ask = false;  // first; not part of the text
+};
+struct ResetStep {
+  static constexpr const char* Name = "reset";
+};
+/// Rows of the list, from 1.
+struct ClearRowsStep {
+  static constexpr const char* Name = "clear-selected";
+  int First = 1, Last = 1;
+};
+struct SortStep {
+  static constexpr const char* Name = "sort";
+  SortOrder Order = SortOrder::Ascending;
+};
+struct SwapStep {
+  static constexpr const char* Name = "swap";
+};
+struct UndoListStep {
+  static constexpr const char* Name = "undo-list";
+};
+struct CurveLengthStep {
+  static constexpr const char* Name = "curve-length";
+};
+/// The area between two captured points, counted from 1; without limits between the outermost.
+struct IntegrateStep {
+  static constexpr const char* Name = "integrate";
+  struct Limits {
+    int Low = 1, High = 1;
+  };
+  std::optional<Limits> Between;
+  Interruptions Went;
+};
+struct ResampleStep {
+  static constexpr const char* Name = "resample";
+  std::string Count;                       // as typed
+  std::string Min = "auto", Max = "auto";  // as typed; "auto": of the captured points
+  bool XLog = false, YLog = false;
+  Interruptions Went;
+};
+struct SaveStep {
+  static constexpr const char* Name = "save";
+  std::string Title;
+  std::filesystem::path Path;  // not part of the text; empty: nothing is written
+};
+
+using Step =
+    std::variant<OpenStep, ReloadStep, SetStep, ModeStep, AxisStep, RedefineStep, CaptureStep,
+                 PointStep, TraceStep, ScanStep, BlockStep, ClearLastBlockerStep, ClearBlockersStep,
+                 DrawStep, EraseStep, GridStep, UndoEditStep, ImageToolStep, UndoImageToolStep,
+                 BlackWhiteStep, RefreshStep, ClearDataStep, ResetStep, ClearRowsStep, SortStep,
+                 SwapStep, UndoListStep, CurveLengthStep, IntegrateStep, ResampleStep, SaveStep>;
+
+/// Whether the step is an X.
+template <class X>
+bool Is(const Step& step) {
+  return std::holds_alternative<X>(step);
+}
+
+}  // namespace graphize

@@ -1,0 +1,325 @@
+#include "workspace/step_text.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <initializer_list>
+#include <limits>
+#include <type_traits>
+#include <utility>
+
+#include "base/numbers.h"
+#include "base/tokens.h"
+#include "image_tools/image_tools.h"
+
+namespace graphize {
+
+namespace {
+
+constexpr int kMostPixels = 32767;
+
+/// Writes the fields of a step as words.
+class Writer {
+ public:
+  std::string Text;
+
+  void Word(std::string& word) { Text += " " + Quote(word); }
+  void Integer(int& number, int, int) { Text += " " + std::to_string(number); }
+  void Number(float& number) { Text += " " + ShortestText(number); }
+  void Position(float& x, float& y) {
+    Number(x);
+    Number(y);
+  }
+  void Value(std::string& text) { Word(text); }
+  template <class Choices>
+  void Choice(Choices& value, const char*,
+              std::initializer_list<std::pair<Choices, const char*>> names) {
+    for (const auto& [choice, name] : names)
+      if (choice == value) Text += std::string(" ") + name;
+  }
+  void Flag(bool& on, const char* word) {
+    if (on) Text += std::string(" ") + word;
+  }
+  template <class Record, class Fields>
+  void Optional(std::optional<Record>& record, const char* without, const Fields& fields) {
+    record ? fields(*record) : void(Text += std::string(" ") + without);
+  }
+  void Way(std::vector<PlotPixel>& way) {
+    for (const auto& [x, y] : way) Text += " " + std::to_string(x) + "," + std::to_string(y);
+  }
+  void Numbers(std::vector<std::int64_t>& numbers, const char* word) {
+    if (!numbers.empty()) Text += std::string(" ") + word;
+    for (const std::int64_t number : numbers) Text += " " + std::to_string(number);
+  }
+};
+
+/// Takes the fields from words, one by one. What is missing or makes no sense is remembered, the
+/// first of it, and something in range comes instead.
+class Reader {
+ public:
+  explicit Reader(std::vector<std::string> words) : words_(std::move(words)) {}
+
+  std::string Problem;
+
+  void Word(std::string& word) {
+    if (!AtEnd())
+      word = words_[next_++];
+    else
+      Fail("something is missing at the end");
+  }
+  void Integer(int& number, int least, int most) {
+    std::string word;
+    Word(word);
+    if (const auto read = IntegerText(word, least, most))
+      number = *read;
+    else
+      Fail("\"" + word + "\" is no whole number from " + std::to_string(least) + " to " +
+           std::to_string(most));
+  }
+  void Number(float& number) {
+    std::string word;
+    Word(word);
+    const auto read = WholeNumberText(word);
+    if (!read || std::fabs(*read) > std::numeric_limits<float>::max())
+      return Fail("\"" + word + "\" is no number");
+    number = static_cast<float>(*read);
+  }
+  void Position(float& x, float& y) {
+    Number(x);
+    Number(y);
+  }
+  /// Text that begins with a number, as typed.
+  void Value(std::string& text) {
+    Word(text);
+    if (!FindLeadingNumber(text)) Fail("\"" + text + "\" is no number");
+  }
+  template <class Choices>
+  void Choice(Choices& value, const char* what,
+              std::initializer_list<std::pair<Choices, const char*>> names) {
+    std::string word;
+    Word(word);
+    for (const auto& [choice, name] : names)
+      if (word == name) return void(value = choice);
+    Fail(std::string("there is no ") + what + " \"" + word + "\"");
+  }
+  void Flag(bool& on, const char* word) {
+    on = IsNext(word);
+    if (on) ++next_;
+  }
+  template <class Record, class Fields>
+  void Optional(std::optional<Record>& record, const char* without, const Fields& fields) {
+    bool absent = false;
+    Flag(absent, without);
+    if (absent) return record.reset();
+    record.emplace();
+    fields(*record);
+  }
+  void Way(std::vector<PlotPixel>& way) {
+    while (!AtEnd()) {
+      const std::string& word = words_[next_++];
+      const std::size_t comma = word.find(',');
+      const auto x = IntegerText(word.substr(0, comma), -kMostPixels - 1, kMostPixels);
+      const auto y = IntegerText(comma == word.npos ? "" : word.substr(comma + 1), -kMostPixels - 1,
+                                 kMostPixels);
+      if (!x || !y) return Fail("\"" + word + "\" is no position \"x,y\"");
+      way.push_back({*x, *y});
+    }
+    if (way.empty()) Fail("the pen needs a position \"x,y\"");
+  }
+  void Numbers(std::vector<std::int64_t>& numbers, const char* word) {
+    bool some = false;
+    Flag(some, word);
+    if (!some) return;
+    while (!AtEnd() && IntegerText(words_[next_], 1, std::numeric_limits<int>::max()))
+      numbers.push_back(*IntegerText(words_[next_++], 1, std::numeric_limits<int>::max()));
+    if (numbers.empty()) Fail(std::string("\"") + word + "\" needs numbers");
+  }
+
+  void Fail(const std::string& problem) {
+    if (Problem.empty()) Problem = problem;
+  }
+  void End() {
+    if (!AtEnd()) Fail("\"" + words_[next_] + "\" is too much");
+  }
+
+ private:
+  bool AtEnd() const { return next_ >= words_.size(); }
+  bool IsNext(std::string_view word) const { return !AtEnd() && words_[next_] == word; }
+  std::vector<std::string> words_;
+  std::size_t next_ = 0;
+};
+
+// The fields of each step, for writing and reading alike.
+
+template <class Io>
+void Fields(Io& io, Interruptions& went) {
+  io.Numbers(went.Escape, "stop");
+  io.Flag(went.Told, "told");
+  io.Flag(went.Failed, "failed");
+}
+
+template <class Io>
+void Fields(Io& io, OpenStep& step) {
+  io.Integer(step.Picture, 1, std::numeric_limits<int>::max());
+  io.Flag(step.Damaged, "damaged");
+  io.Flag(step.BlackAndWhite, "black-and-white");
+}
+template <class Io>
+void Fields(Io& io, ReloadStep& step) {
+  io.Flag(step.Damaged, "damaged");
+  io.Flag(step.BlackAndWhite, "black-and-white");
+}
+template <class Io>
+void Fields(Io& io, SetStep& step) {
+  io.Word(step.Option);
+  io.Word(step.Value);
+}
+template <class Io>
+void Fields(Io& io, ModeStep& step) {
+  io.template Choice<Mode>(step.To, "mode",
+                           {{Mode::None, "none"},
+                            {Mode::AxisDef, "axisdef"},
+                            {Mode::Graphize, "graphize"},
+                            {Mode::BlockTest, "blocktest"},
+                            {Mode::DrawErase, "drawerase"},
+                            {Mode::GridBuster, "gridbuster"}});
+}
+template <class Io>
+void Fields(Io& io, AxisStep& step) {
+  io.Integer(step.Row, 0, 2);
+  io.Position(step.X, step.Y);
+  io.Value(step.XText);
+  io.Value(step.YText);
+}
+template <class Io>
+void Fields(Io& io, RedefineStep& step) {
+  io.Integer(step.Row, 0, 2);
+}
+template <class Io>
+void Fields(Io& io, CaptureStep& step) {
+  io.Position(step.X, step.Y);
+}
+template <class Io>
+void Fields(Io& io, PointStep& step) {
+  io.Position(step.X, step.Y);
+}
+template <class Io>
+void Fields(Io& io, TraceStep& step) {
+  io.Position(step.X, step.Y);
+  Fields(io, step.Went);
+}
+template <class Io>
+void Fields(Io& io, ScanStep& step) {
+  // A drag may end beyond the edge.
+  for (std::int32_t* side : {&step.Area.Left, &step.Area.Top, &step.Area.Right, &step.Area.Bottom})
+    io.Integer(*side, -kMostPixels - 1, kMostPixels);
+  Fields(io, step.Went);
+}
+template <class Io>
+void Fields(Io& io, BlockStep& step) {
+  io.Position(step.X, step.Y);
+  io.Integer(step.Size, 0, kMostPixels);
+}
+template <class Io>
+void Fields(Io& io, PenWay& step) {
+  io.Integer(step.Size, 0, kMostPixels);
+  io.Way(step.Way);
+}
+template <class Io>
+void Fields(Io& io, GridStep& step) {
+  io.template Choice<GridDirection>(step.Direction, "direction",
+                                    {{GridDirection::X, "x"}, {GridDirection::Y, "y"}});
+  io.template Choice<bool>(step.All, "number of lines", {{true, "all"}, {false, "one"}});
+  io.Optional(step.At, "nowhere", [&](PlotPosition& at) { io.Position(at.Column, at.Row); });
+  Fields(io, step.Went);
+}
+template <class Io>
+void Fields(Io& io, ImageToolStep& step) {
+  static_assert(kPictureTools == 8);
+  const auto named = [](PictureTool tool) { return std::pair(tool, TextsOf(tool).Name); };
+  io.template Choice<PictureTool>(
+      step.Tool, "image tool",
+      {named(PictureTool::Blur), named(PictureTool::EdgeDetect), named(PictureTool::Negate),
+       named(PictureTool::Sharpen), named(PictureTool::Soften), named(PictureTool::Resize),
+       named(PictureTool::Stretch), named(PictureTool::Rotate)});
+  io.Integer(step.Amount, -180, 300);
+  io.Flag(step.Strict, "strict");
+}
+template <class Io>
+void Fields(Io& io, BlackWhiteStep& step) {
+  io.Number(step.Threshold);
+}
+template <class Io>
+void Fields(Io& io, ClearRowsStep& step) {
+  io.Integer(step.First, 1, kMostPixels);
+  io.Integer(step.Last, 1, kMostPixels);
+}
+template <class Io>
+void Fields(Io& io, SortStep& step) {
+  io.template Choice<SortOrder>(
+      step.Order, "order",
+      {{SortOrder::Ascending, "ascending"}, {SortOrder::Descending, "descending"}});
+}
+template <class Io>
+void Fields(Io& io, IntegrateStep& step) {
+  io.Optional(step.Between, "all", [&](IntegrateStep::Limits& limits) {
+    io.Integer(limits.Low, 1, kMostPixels);
+    io.Integer(limits.High, 1, kMostPixels);
+  });
+  Fields(io, step.Went);
+}
+template <class Io>
+void Fields(Io& io, ResampleStep& step) {
+  io.Value(step.Count);
+  io.Word(step.Min);
+  io.Word(step.Max);
+  io.Flag(step.XLog, "x-log");
+  io.Flag(step.YLog, "y-log");
+  Fields(io, step.Went);
+}
+template <class Io>
+void Fields(Io& io, SaveStep& step) {
+  io.Word(step.Title);
+}
+/// A step without any.
+template <class Io, class Record>
+requires(std::is_empty_v<Record> || std::is_same_v<Record, ClearDataStep>) void Fields(Io&,
+                                                                                       Record&) {}
+
+template <std::size_t Index = 0>
+std::variant<Step, std::string> ReadNamed(std::vector<std::string> words) {
+  if constexpr (Index == std::variant_size_v<Step>) {
+    return "there is no step \"" + words.front() + "\"";
+  } else {
+    using Record = std::variant_alternative_t<Index, Step>;
+    if (words.front() != Record::Name) return ReadNamed<Index + 1>(std::move(words));
+    words.erase(words.begin());
+    Reader reader(std::move(words));
+    Record record;
+    Fields(reader, record);
+    reader.End();
+    if (!reader.Problem.empty()) return reader.Problem;
+    return Step(std::move(record));
+  }
+}
+
+}  // namespace
+
+std::string TextOf(const Step& step) {
+  return std::visit(
+      [](auto record) {
+        Writer writer{record.Name};
+        Fields(writer, record);
+        return writer.Text;
+      },
+      step);
+}
+
+std::variant<Step, std::string> ReadStep(std::string_view line) {
+  std::optional<std::vector<std::string>> words = Tokenize(line);
+  if (!words) return std::string("a quotation mark is missing");
+  if (words->empty()) return std::string("there is nothing to do");
+  return ReadNamed(std::move(*words));
+}
+
+}  // namespace graphize
