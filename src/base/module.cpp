@@ -3,16 +3,33 @@
 #include <dlfcn.h>
 
 #include <cstring>
+#include <filesystem>
 #include <string>
+#include <system_error>
 
 #include "base/run_time_error.h"
 #include "base/version.h"
 
 namespace graphize {
 
+namespace {
+
+/// Never a bare name: that would be looked for in folders that are not the program's.
+std::filesystem::path PathOf(const char* file) {
+  std::error_code failure;
+  const auto program = std::filesystem::read_symlink("/proc/self/exe", failure);
+  if (failure) throw RunTimeError("The program is not complete: " + failure.message());
+  const std::filesystem::path folder = program.parent_path();
+  const std::filesystem::path modules = std::filesystem::path("lib/graphize/modules") / file;
+  // In the program's folder where it was built, beside it where it was installed.
+  if (std::filesystem::exists(folder / modules, failure)) return folder / modules;
+  return folder.parent_path() / modules;
+}
+
+}  // namespace
+
 const void* LoadModule(const char* file, const char* symbol) {
-  // Found next to the build's programs or, installed, by the program's own search path.
-  void* library = dlopen(file, RTLD_NOW | RTLD_LOCAL);
+  void* library = dlopen(PathOf(file).c_str(), RTLD_NOW | RTLD_LOCAL);
   const void* object = library == nullptr ? nullptr : dlsym(library, symbol);
   if (object == nullptr)
     throw RunTimeError(std::string("The program is not complete: ") + dlerror());
