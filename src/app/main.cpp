@@ -13,6 +13,7 @@
 #include "app/fonts.h"
 #include "app/main_window.h"
 #include "batch/batch.h"
+#include "scanner/scanner.h"
 
 namespace {
 
@@ -39,14 +40,7 @@ void TellOnlyTheEnd(QtMsgType type, const QMessageLogContext&, const QString&) {
   std::_Exit(1);
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-  // What needs no window starts without any of its libraries' work.
-  const std::vector<std::string> words(argv + 1, argv + argc);
-  if (graphize::IsBatch(words))
-    return graphize::RunBatch(words, {std::cout, std::cerr, isatty(STDERR_FILENO) == 1, &std::cin});
-
+int RunWindow(int argc, char** argv) {
   const std::jthread fonts = graphize::ReadFonts();
   qInstallMessageHandler(TellOnlyTheEnd);
   QApplication application(argc, argv);
@@ -67,4 +61,20 @@ int main(int argc, char** argv) {
   window.show();
   if (!picture.empty()) window.OpenWhenShown(picture);
   return QApplication::exec();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  // What needs no window starts without any of its libraries' work.
+  const std::vector<std::string> words(argv + 1, argv + argc);
+  if (graphize::IsBatch(words))
+    return graphize::RunBatch(words, {std::cout, std::cerr, isatty(STDERR_FILENO) == 1, &std::cin});
+
+  const int status = RunWindow(argc, argv);
+  if (graphize::EndScanning()) return status;
+  // The exit handlers would take a hanging driver's libraries away from under it.
+  std::cout.flush();
+  std::fflush(nullptr);
+  std::_Exit(status);
 }

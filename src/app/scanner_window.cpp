@@ -7,16 +7,33 @@
 
 namespace graphize {
 
+namespace {
+
+bool IsAnyThere(const PictureProgress& progress) {
+  try {
+    const auto sources = ListScanners(false, progress);
+    return sources && !sources->empty();
+  } catch (const RunTimeError&) {
+    return false;
+  }
+}
+
+}  // namespace
+
 void MainWindow::AskForScanner() {
   // An answer may take as long as a device likes: the window neither waits for it nor, when it
   // closes, goes on asking.
-  scannerQuestion_ = std::jthread([this, source = ws_.scanner.Source.Name](std::stop_token stop) {
-    const bool available =
-        ScannerIsAvailable(source, [stop](int) { return !stop.stop_requested(); }) == 1;
-    QMetaObject::invokeMethod(this, [this, available] {
-      Note([=](Workspace& ws) { ws.commands.Scanner = ws.commands.Scanner || available; });
-    });
-  });
+  scannerQuestion_ =
+      std::jthread([this, chosen = !ws_.scanner.Source.Name.empty()](std::stop_token stop) {
+        const auto answer = [this](bool CommandStates::*enabled) {
+          QMetaObject::invokeMethod(
+              this, [this, enabled] { Note([=](Workspace& ws) { ws.commands.*enabled = true; }); });
+        };
+        const PictureProgress goOn = [stop](int) { return !stop.stop_requested(); };
+        if (ScannerIsAvailable(goOn) != 1) return;
+        answer(&CommandStates::SelectSource);
+        if (chosen || IsAnyThere(goOn)) answer(&CommandStates::Scanner);
+      });
 }
 
 FormDialog* MainWindow::MakeSelectSourceForm() {

@@ -5,12 +5,13 @@ namespace graphize {
 /// Which groups of menu entries and toolbar buttons are enabled, and what is checked. The Can...
 /// functions of workspace/ read it together with the other records.
 struct CommandStates {
-  bool Data = false;        // save, copy, clear all: the store holds points
-  bool Blockers = false;    // clear blockers, toolbar "undo"
-  bool Picture = false;     // refresh, reload, axisdef, blocktest, drawerase
-  bool Graphize = false;    // toolbar "graphize"
-  bool GridBuster = false;  // toolbar "gridbuster"
-  bool Scanner = false;     // the two scanner commands: there is something to scan with
+  bool Data = false;          // save, copy, clear all: the store holds points
+  bool Blockers = false;      // clear blockers, toolbar "undo"
+  bool Picture = false;       // refresh, reload, axisdef, blocktest, drawerase
+  bool Graphize = false;      // toolbar "graphize"
+  bool GridBuster = false;    // toolbar "gridbuster"
+  bool SelectSource = false;  // the scanner library is there
+  bool Scanner = false;       // acquire: there is something to scan with
 
   bool ShowLastPoint = true;  // check mark of MNU_OPT_ShowLastPoint
   bool Overlay = false;       // check mark of MNU_OPT_Overlay

@@ -194,6 +194,7 @@ void ScanDialog::RenderChoices(const ScanForm& form) {
     resolution_->setEditable(MayTypeResolution(form));
     if (QLineEdit* line = resolution_->lineEdit()) {
       line->setAccessibleName(resolution_->accessibleName());
+      resolution_->setCompleter(nullptr);  // it would make 1200 of a typed 120
       connect(line, &QLineEdit::editingFinished, this,
               [this] { emit ResolutionTyped(resolution_->currentText().toStdString()); });
     }

@@ -68,6 +68,21 @@ PageArea WithinReach(const PageArea& area, const ScanAbilities& can) {
   return inside.Width > 0 && inside.Height > 0 ? inside : WholeArea(can);
 }
 
+ScanSettings FirstSettings(const ScanAbilities& can) {
+  ScanSettings settings = {.Depth = 8, .Resolution = 300};
+  for (const std::string& mode : can.Modes) {
+    std::string lower = mode;
+    for (char& c : lower) c = static_cast<char>(c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c);
+    // Some devices call black dots in a pattern grey, too.
+    const bool dots =
+        lower.find("dither") != std::string::npos || lower.find("diffusion") != std::string::npos;
+    const bool grey =
+        lower.find("gray") != std::string::npos || lower.find("grey") != std::string::npos;
+    if (grey && !dots && settings.Mode.empty()) settings.Mode = mode;
+  }
+  return settings;
+}
+
 ScanSettings PreviewSettings(const ScanForm& form) {
   ScanSettings settings = form.Can.Now;
   settings.Resolution = kPreviewResolution;

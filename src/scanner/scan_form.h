@@ -37,6 +37,10 @@ PageArea WholeArea(const ScanAbilities& can);
 /// The part of `area` that the device can scan; the whole when nothing is left of it.
 PageArea WithinReach(const PageArea& area, const ScanAbilities& can);
 
+/// What a device that was not used before is set to: 300 dots per inch in 8-bit greys, as near as
+/// it can. That is fine enough for thin lines, and all a graph of one colour needs.
+ScanSettings FirstSettings(const ScanAbilities& can);
+
 /// A quick, coarse look at the whole glass.
 ScanSettings PreviewSettings(const ScanForm& form);
 

@@ -68,9 +68,13 @@ using OpenScanner = std::shared_ptr<ScannerHandle>;
 // know; when it says stop the result is empty and no error. Other failures throw RunTimeError with
 // the reason in plain words.
 
-/// 1 when there is something to scan with: the library is there, and it finds a device at this
-/// computer, or the user has chosen one before. Else 0; never throws.
-int ScannerIsAvailable(const std::string& chosenSource, const PictureProgress& progress = {});
+/// 1 when scanners can be looked for: the library is there and starts. Else 0; never throws.
+int ScannerIsAvailable(const PictureProgress& progress = {});
+
+/// Ends the scanner's thread before the program does, because the drivers must not be torn down
+/// under it; no scanner is to be asked for anything afterwards. False when a driver hangs: only
+/// std::_Exit leaves the program safely then.
+bool EndScanning();
 
 /// The sources to choose from. Devices in the network are looked for only when asked: that takes
 /// seconds.

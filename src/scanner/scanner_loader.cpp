@@ -1,6 +1,8 @@
 // The scanner's functions as the program sees them: the first call loads the module that does the
 // work. The module's own functions of these names are hidden in it.
 
+#include <atomic>
+
 #include "base/module.h"
 #include "scanner/scanner_module.h"
 
@@ -8,17 +10,20 @@ namespace graphize {
 
 namespace {
 
+std::atomic<const ScannerModule*> loaded = nullptr;
+
 const ScannerModule& Module() {
   static const auto* module =
       static_cast<const ScannerModule*>(LoadModule("graphize_scanner.so", "GraphizeScanner"));
+  loaded = module;
   return *module;
 }
 
 }  // namespace
 
-int ScannerIsAvailable(const std::string& chosenSource, const PictureProgress& progress) {
+int ScannerIsAvailable(const PictureProgress& progress) {
   try {
-    return Module().IsAvailable(chosenSource, progress);
+    return Module().IsAvailable(progress);
   } catch (const RunTimeError&) {
     return 0;  // no scanner library on this computer
   }
@@ -44,6 +49,11 @@ PageRaster AcquirePage(const OpenScanner& scanner, const ScanSettings& settings,
 
 void FreePage(Raster* bitmap) {
   Module().Free(bitmap);
+}
+
+bool EndScanning() {
+  const ScannerModule* module = loaded;
+  return module == nullptr || module->End();
 }
 
 }  // namespace graphize

@@ -12,6 +12,7 @@ struct ScannerModule {
   decltype(&SetScan) Set;
   decltype(&AcquirePage) Acquire;
   decltype(&FreePage) Free;
+  decltype(&EndScanning) End;
 };
 
 }  // namespace graphize

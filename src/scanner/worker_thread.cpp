@@ -17,18 +17,19 @@ WorkerThread::WorkerThread() : queue_(std::make_shared<Queue>()) {
   thread_ = std::thread([queue = queue_] { RunJobs(*queue); });
 }
 
-WorkerThread::~WorkerThread() {
+bool WorkerThread::End(std::chrono::milliseconds patience) {
   std::unique_lock lock(queue_->Mutex);
   queue_->Ending = true;
   queue_->Changed.notify_all();
-  const bool ended =
-      queue_->Changed.wait_for(lock, std::chrono::seconds(2), [this] { return queue_->Ended; });
+  const bool ended = queue_->Changed.wait_for(lock, patience, [this] { return queue_->Ended; });
   lock.unlock();
-  ended ? thread_.join() : thread_.detach();
+  if (thread_.joinable()) ended ? thread_.join() : thread_.detach();
+  return ended;
 }
 
 void WorkerThread::Post(std::function<void()> job) {
   const std::lock_guard lock(queue_->Mutex);
+  if (queue_->Ended) return;
   queue_->Jobs.push_back(std::move(job));
   queue_->Changed.notify_all();
 }

@@ -17,13 +17,16 @@ namespace graphize {
 class WorkerThread {
  public:
   WorkerThread();
-  /// Runs what has come and ends. A job that hangs is left behind after two seconds: a device that
-  /// does not answer does not keep the program from ending.
-  ~WorkerThread();
+  ~WorkerThread() { End(std::chrono::seconds(2)); }
   WorkerThread(const WorkerThread&) = delete;
   WorkerThread& operator=(const WorkerThread&) = delete;
 
+  /// After the end nothing is taken any more.
   void Post(std::function<void()> job);
+
+  /// Runs what has come and ends the thread. False when a job hangs beyond `patience`: it is left
+  /// to itself then, and is a danger to whatever tears down what it works with.
+  bool End(std::chrono::milliseconds patience);
 
  private:
   struct Queue;

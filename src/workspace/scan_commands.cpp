@@ -92,6 +92,7 @@ void OpenScanWindow(Workspace& ws, const Desktop& desktop) {
   // A page is often followed by the next one of the same kind.
   const bool again = ws.scanner.LastUsed == name;
   auto can = SetScan(scanner, again ? ws.scanner.LastSettings : ScanSettings(), Wait(desktop));
+  if (can && !again) can = SetScan(scanner, FirstSettings(*can), Wait(desktop));
   if (!can) return;
   ws.scan = {};
   ws.scan.Device = label.empty() ? name : label;
@@ -107,6 +108,10 @@ void TakePage(Workspace& ws, const Desktop& desktop, PageRaster bitmap) {
 }
 
 }  // namespace
+
+bool CanSelectSource(const Workspace& ws) {
+  return ws.commands.SelectSource;
+}
 
 bool CanScan(const Workspace& ws) {
   return ws.commands.Scanner;

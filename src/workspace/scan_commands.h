@@ -5,7 +5,9 @@
 
 namespace graphize {
 
-/// Whether there is something to scan with: both scanner commands.
+/// Whether scanners can be looked for: those in the network are found by nothing else.
+bool CanSelectSource(const Workspace& ws);
+/// Whether there is something to scan with.
 bool CanScan(const Workspace& ws);
 
 /// Opens the window FRM_SelectSource, and its events: the scanners are looked for, again or in the

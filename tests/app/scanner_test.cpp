@@ -66,22 +66,23 @@ TEST_F(ScannerWindow, SelectsASourceAndAquiresThePicture) {
 
   ClickTool("aquire");
   UntilForm("FRM_Scan");
-  EXPECT_EQ(TextOf("LBL_Size"), "157 x 196 pixels");
+  EXPECT_EQ(TextOf("LBL_Size"), "944 x 1181 pixels");
+  EXPECT_EQ(State().scan.Can.Now.Mode, "Gray");
   Find<QComboBox>("CMB_Mode")->setFocus();
-  Key("Up");
-  Until([this] { return State().scan.Can.Now.Mode == "Gray"; }, "the mode is taken");
-  TypeIntoBox(Find<QComboBox>("CMB_Resolution"), QStringLiteral("127"));
+  Key("Down");
+  Until([this] { return State().scan.Can.Now.Mode == "Color"; }, "the mode is taken");
+  TypeIntoBox(Find<QComboBox>("CMB_Resolution"), QStringLiteral("120"));
   TypeIntoBox(Find<QDoubleSpinBox>("TXT_Height"), QStringLiteral("20"));
   TypeIntoBox(Find<QDoubleSpinBox>("TXT_Width"), QStringLiteral("50"));
-  EXPECT_EQ(TextOf("LBL_Size"), "250 x 100 pixels");
+  EXPECT_EQ(TextOf("LBL_Size"), "236 x 94 pixels");
   ClickControl(Find<QWidget>("CMD_Preview"));
   Until([this] { return State().scan.PreviewNumber == 1 && !State().commandRuns; }, "a preview");
   ClickControl(Find<QWidget>("CMD_Scan"));
   Until([this] { return State().plot.IsPresent() && !State().commandRuns; }, "the page is here");
   EXPECT_FALSE(FormIsOpen());
-  EXPECT_EQ(Window().windowTitle(), "Graphize - Scanned Plot (250x100)");
-  EXPECT_EQ(TextOf("sizex"), "W=250");
-  const Raster expected = ScanimagePage("-d test:1 --mode Gray --resolution 127 -x 50 -y 20");
+  EXPECT_EQ(Window().windowTitle(), "Graphize - Scanned Plot (236x94)");
+  EXPECT_EQ(TextOf("sizex"), "W=236");
+  const Raster expected = ScanimagePage("-d test:1 --mode Color --resolution 120 -x 50 -y 20");
   ASSERT_EQ(expected.PixelCount(), State().plot.Pixels.PixelCount());
   EXPECT_TRUE(std::equal(expected.Pixels(), expected.Pixels() + expected.PixelCount(),
                          State().plot.Pixels.Pixels()));
@@ -180,13 +181,13 @@ TEST_F(ScannerWindow, AFailureIsToldOverTheForm) {
   EXPECT_FALSE(State().plot.IsPresent());
 }
 
-TEST_F(ScannerWindow, WithoutAScannerItsCommandsAreDisabled) {
+TEST_F(ScannerWindow, WithoutAScannerOneInTheNetworkCanBeLookedFor) {
   scanner_.Unplug();
   Start();
-  // The answer comes on the question's own time.
+  Until([this] { return IsEnabled("MNU_FILE_SelectSource"); }, "the library is there");
+  // The second answer comes on its own time.
   for (int i = 0; i < 10; ++i) Settle();
-  for (const char* name : {"aquire", "MNU_FILE_Aquire", "MNU_FILE_SelectSource"})
-    EXPECT_FALSE(IsEnabled(name)) << name;
+  EXPECT_FALSE(IsEnabled("aquire") || IsEnabled("MNU_FILE_Aquire"));
 }
 
 TEST_F(ScannerWindow, ASourceChosenBeforeEnablesThemWithoutASearch) {

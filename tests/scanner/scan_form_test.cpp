@@ -79,6 +79,20 @@ TEST(ScanForm, APreviewIsCoarseAndWhole) {
   EXPECT_EQ(PreviewSettings(form).Area, form.Can.Now.Area);
 }
 
+TEST(ScanForm, ADeviceStartsWithGreysOfItsOwnWords) {
+  const std::pair<std::vector<std::string>, const char*> cases[] = {
+      {{"Lineart", "Gray", "Color"}, "Gray"},
+      {{"Black & White", "Gray[Error Diffusion]", "True Gray", "24bit Color"}, "True Gray"},
+      {{"Color", "Grayscale"}, "Grayscale"},
+      {{"Lineart", "Color"}, ""},
+      {{}, ""}};
+  for (const auto& [modes, grey] : cases) {
+    const ScanSettings first = FirstSettings({.Modes = modes});
+    EXPECT_EQ(first.Mode, grey);
+    EXPECT_EQ(first.Resolution, 300);
+  }
+}
+
 TEST(SourceForm, TheOneChosenBeforeIsSelected) {
   const std::vector<ScanSource> two = {{"a:0", "Vendor", "Model", "flatbed"}, {"b:1", "", "", ""}};
   struct Case {

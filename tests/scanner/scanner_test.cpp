@@ -180,13 +180,11 @@ TEST(Scanner, SourcesAreListedAndPresentOrNot) {
   EXPECT_EQ((*sources)[1].Name, "test:1");
   EXPECT_EQ((*sources)[1].Model, "frontend-tester");
   EXPECT_FALSE((*sources)[1].Vendor.empty() || (*sources)[1].Kind.empty());
-  EXPECT_EQ(ScannerIsAvailable(""), 1);
   EXPECT_THAT(ErrorOf([] { OpenScanSource("test:7", kGoOn); }), HasSubstr("test:7 was not found"));
 
   scanner.Unplug();
   EXPECT_EQ(ListScanners(true, kGoOn)->size(), 0u);
-  EXPECT_EQ(ScannerIsAvailable(""), 0);
-  EXPECT_EQ(ScannerIsAvailable("test:0"), 1) << "chosen before";
+  EXPECT_EQ(ScannerIsAvailable(), 1) << "one in the network may be";
 }
 
 }  // namespace

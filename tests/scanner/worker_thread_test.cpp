@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <future>
 #include <vector>
 
@@ -12,7 +13,6 @@ namespace {
 using namespace std::chrono_literals;
 
 const PictureProgress kGoOn = [](int) { return true; };
-const PictureProgress kStop = [](int) { return false; };
 
 TEST(WorkerThread, RunsAllJobsInOrderOnOneThreadOfItsOwn) {
   std::vector<int> order;
@@ -59,30 +59,45 @@ TEST(WorkerThread, TheCallerSeesProgressResultAndError) {
 
 TEST(WorkerThread, AStopIsWaitedForUntilPatienceEnds) {
   WorkerThread thread;
+  std::atomic<bool> began = false;
+  const PictureProgress stopOnceBegun = [&began](int) { return !began; };
   bool heard = false;
-  const auto obedient = [&heard](PictureOperation& operation) {
+  const auto obedient = [&](PictureOperation& operation) {
+    began = true;
     while (!operation.Stopped) std::this_thread::sleep_for(1ms);
     heard = true;
     return 1;
   };
-  EXPECT_EQ(RunOn(thread, kStop, 1h, obedient), std::nullopt);
+  EXPECT_EQ(RunOn(thread, stopOnceBegun, 1h, obedient), std::nullopt);
   EXPECT_TRUE(heard);
 
   // Work that does not hear is left behind. What was asked of the thread since, and given up
   // before it began, does not begin any more.
   std::promise<void> release;
-  bool began = false;
-  EXPECT_EQ(RunOn(thread, kStop, 0ms,
-                  [deaf = release.get_future().share()](PictureOperation&) {
+  began = false;
+  EXPECT_EQ(RunOn(thread, stopOnceBegun, 0ms,
+                  [&began, deaf = release.get_future().share()](PictureOperation&) {
+                    began = true;
                     deaf.wait();
                     return 1;
                   }),
             std::nullopt);
-  EXPECT_EQ(RunOn(thread, kStop, 0ms, [&began](PictureOperation&) { return began = true; }),
+  bool beganLate = false;
+  EXPECT_EQ(RunOn(thread, stopOnceBegun, 0ms,
+                  [&beganLate](PictureOperation&) { return beganLate = true; }),
             std::nullopt);
   release.set_value();
   EXPECT_EQ(RunOn(thread, kGoOn, 1h, [](PictureOperation&) { return 2; }), 2);
-  EXPECT_FALSE(began);
+  EXPECT_FALSE(beganLate);
+}
+
+TEST(WorkerThread, TheEndLeavesAJobThatHangsBehind) {
+  WorkerThread thread;
+  std::promise<void> release;
+  thread.Post([deaf = release.get_future().share()] { deaf.wait(); });
+  EXPECT_FALSE(thread.End(0ms));
+  release.set_value();
+  EXPECT_TRUE(thread.End(1h));
 }
 
 }  // namespace

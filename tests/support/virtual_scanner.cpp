@@ -9,6 +9,7 @@
 #include <memory>
 #include <sstream>
 
+#include "scanner/scanner.h"
 #include "support/temporary_folder.h"
 
 namespace graphize::test {
@@ -57,6 +58,15 @@ Raster ReadPnm(const std::string& bytes) {
     }
   return page;
 }
+
+/// The drivers are to rest before the process tears them down.
+class ScanningEnds : public testing::Environment {
+ public:
+  void TearDown() override { EndScanning(); }
+};
+
+[[maybe_unused]] const auto* const kScanningEnds =
+    testing::AddGlobalTestEnvironment(new ScanningEnds);
 
 }  // namespace
 

@@ -7,4 +7,5 @@ extern "C" __attribute__((visibility("default"))) const char* const GraphizeModu
 extern "C" __attribute__((visibility("default"))) const graphize::ScannerModule GraphizeScanner = {
     graphize::ScannerIsAvailable, graphize::ListScanners,
     graphize::OpenScanSource,     graphize::SetScan,
-    graphize::AcquirePage,        graphize::FreePage};
+    graphize::AcquirePage,        graphize::FreePage,
+    graphize::EndScanning};

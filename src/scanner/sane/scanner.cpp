@@ -19,6 +19,7 @@ using namespace std::chrono_literals;
 // that is told to stop needs a moment.
 constexpr auto kListPatience = 0ms;
 constexpr auto kDevicePatience = 3000ms;
+constexpr auto kEndPatience = 2000ms;  // the window is gone by then
 
 WorkerThread& ScannerThread() {
   static WorkerThread thread;
@@ -144,13 +145,12 @@ struct ScannerHandle {
   SANE_Handle Device = nullptr;
 };
 
-int ScannerIsAvailable(const std::string& chosenSource, const PictureProgress& progress) {
+int ScannerIsAvailable(const PictureProgress& progress) {
   try {
-    const auto available =
-        RunOn(ScannerThread(), progress, kListPatience, [chosenSource](PictureOperation&) {
-          const LibraryInUse library;
-          return chosenSource.empty() && ListSources(false).empty() ? 0 : 1;
-        });
+    const auto available = RunOn(ScannerThread(), progress, kListPatience, [](PictureOperation&) {
+      const LibraryInUse library;
+      return 1;
+    });
     return available.value_or(0);
   } catch (const RunTimeError&) {
     return 0;
@@ -193,6 +193,10 @@ PageRaster AcquirePage(const OpenScanner& scanner, const ScanSettings& settings,
 
 void FreePage(Raster* bitmap) {
   delete bitmap;
+}
+
+bool EndScanning() {
+  return ScannerThread().End(kEndPatience);
 }
 
 }  // namespace graphize
