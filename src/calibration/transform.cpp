@@ -47,6 +47,11 @@ void SetError(const Axis& axis, float cosAngle, float value, bool percent, float
     error = perPixel / value * 100;
 }
 
+/// Beside Pixels2Real: its texts would cost that, which inner loops call, a guarded stack frame.
+[[gnu::cold, gnu::noinline]] void TellFault(const Desktop& desktop, const char* fault) {
+  Tell(desktop, fault, MessageIcon::Critical);
+}
+
 }  // namespace
 
 const char* LogOriginFault(const AxisCalibration& c) {
@@ -59,7 +64,7 @@ void Pixels2Real(const AxisCalibration& c, const Desktop& desktop, bool percent,
                  Reading& reading) {
   if (const char* fault = LogOriginFault(c)) {
     // With two log axes the refusal is silent.
-    if (!(c.XLog && c.YLog)) Tell(desktop, fault, MessageIcon::Critical);
+    if (!(c.XLog && c.YLog)) TellFault(desktop, fault);
     return;
   }
   const float dx = x - c.PixelX[0], dy = y - c.PixelY[0];
