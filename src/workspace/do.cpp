@@ -69,7 +69,7 @@ Outcome Do(Workspace& ws, const Desktop& desktop, Step step) {
   EndDrag(ws);
   return std::visit(
       [&](auto& record) {
-        const Outcome outcome = RunRecord(ws, desktop, record);
+        Outcome outcome = RunRecord(ws, desktop, record);
         if (!IsNoted(record, outcome)) return outcome;
         Note(ws, std::move(record));
         NoteBlockers(ws);
