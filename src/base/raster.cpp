@@ -20,6 +20,7 @@ Raster Raster::Filled(int width, int height, std::uint32_t pixel) {
 Raster Raster::Clone() const {
   Raster copy(width_, height_);
   std::copy_n(Pixels(), PixelCount(), copy.Pixels());
+  copy.Faint = Faint;
   return copy;
 }
 

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <memory>
 
+#include "base/bit_map.h"
+
 namespace graphize {
 
 /// Rows of 32-bit pixels 0xffRRGGBB in one block, top row first, no padding: the layout that the
@@ -27,6 +29,10 @@ class Raster {
   const std::uint32_t* Row(int y) const {
     return pixels_.get() + static_cast<std::size_t>(y) * width_;
   }
+
+  /// Which of the white pixels of a picture that was reduced to black and white were clearly darker
+  /// than the paper; empty in any other. It belongs to the picture that was read: edits leave it.
+  BitMap Faint;
 
  private:
   int width_ = 0;

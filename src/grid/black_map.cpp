@@ -51,6 +51,13 @@ void LookUnderMarks(const PlotImage& picture, BlackMap& map) {
 
 }  // namespace
 
+BlackMap WithFaintPixels(const BlackMap& map, const PlotImage& picture) {
+  BlackMap united = map;
+  const BitMap& faint = picture.Pixels.Faint;
+  Unite(united.Bits, map.Transposed ? Transposed(faint) : faint);
+  return united;
+}
+
 BlackMap ReadBlackMap(const PlotImage& picture, const AxisCalibration& calibration,
                       GridDirection direction, const KeepGoing& keepGoing) {
   // A line's direction on the picture (rows downward): (cos, -sin) for constant Y, (sin, cos) for

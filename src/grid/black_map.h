@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/bit_map.h"
 #include "calibration/axis_calibration.h"
-#include "grid/bit_map.h"
 #include "grid/keep_going.h"
 #include "raster/plot_image.h"
 
@@ -14,7 +14,7 @@ struct MapPixel {
   int Column = 0, Row = 0;
 };
 
-/// The black pixels of a picture, laid so that the grid lines of one direction run along its
+/// The binary picture of what is black, laid so that the grid lines of one direction run along its
 /// columns rather than its rows: as they are, or with the picture's columns as rows.
 struct BlackMap {
   BitMap Bits;
@@ -25,6 +25,10 @@ struct BlackMap {
   /// Column and Row of the result are the picture's.
   MapPixel InPicture(MapPixel pixel) const { return OfPicture(pixel.Column, pixel.Row); }
 };
+
+/// The same with what was darker than the paper before the picture was reduced to black and white
+/// (Raster::Faint, not empty): a grey line whole.
+BlackMap WithFaintPixels(const BlackMap& map, const PlotImage& picture);
 
 /// The base picture (what marks cover counts, the marks do not). `picture` is not empty. Stopped
 /// early by `keepGoing`, the map has no bits (Width 0).

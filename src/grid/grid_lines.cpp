@@ -1,6 +1,7 @@
 #include "grid/grid_lines.h"
 
 #include <algorithm>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -41,7 +42,7 @@ class Progress {
 /// The lines may have lost pixels to others since they were found.
 void Refresh(const BlackMap& map, GridLine& line) {
   ReadRuns(map.Bits, 0.5 * line.Thickness + 1, line.Thickest + line.Thickness, line);
-  MarkLooks(line);
+  ClassifyColumns(line);
 }
 
 std::string ResultText(const GridRemoval& removal, GridDirection direction) {
@@ -73,9 +74,12 @@ GridRemoval RemoveGridLines(PlotImage& image, const AxisCalibration& calibration
   if (!progress.Stopped()) {
     const MapPixel click =
         map.OfPicture(std::clamp(x, 0, image.Width() - 1), std::clamp(y, 0, image.Height() - 1));
+    std::optional<BlackMap> withFaint;
+    if (!image.Pixels.Faint.IsEmpty()) withFaint = WithFaintPixels(map, image);
+    const SearchMaps maps{&map, withFaint ? &*withFaint : nullptr};
     const auto found = [&](double part) { progress.At(20 + 40 * part); };
-    lines = all ? FindGridLines(map, calibration, direction, click, keepGoing, found)
-                : FindNearestLine(map, calibration, direction, click, keepGoing);
+    lines = all ? FindGridLines(maps, calibration, direction, click, keepGoing, found)
+                : FindNearestLine(maps, calibration, direction, click, keepGoing);
   }
 
   for (std::size_t i = 0; i < lines.size(); ++i) {

@@ -13,16 +13,22 @@ namespace graphize {
 /// How near a click must be to a line to mean this line, in pixels.
 int ReachOfClick(const BlackMap& map);
 
-/// All lines of the grid, from top to bottom of the map, without the axis line and the frame unless
+/// What lines are looked for on.
+struct SearchMaps {
+  const BlackMap* Black = nullptr;
+  const BlackMap* WithFaint = nullptr;  // null where nothing is known of faint pixels
+};
+
+/// All lines of the grid, without the axis line and the frame unless
 /// `click` hits one of them. `progress` is told the part done, 0..1. None when stopped.
-std::vector<GridLine> FindGridLines(const BlackMap& map, const AxisCalibration& calibration,
+std::vector<GridLine> FindGridLines(const SearchMaps& maps, const AxisCalibration& calibration,
                                     GridDirection direction, MapPixel click,
                                     const KeepGoing& keepGoing,
                                     const std::function<void(double)>& progress);
 
 /// The one line nearest to the click, however far; none when there is none at all. A line that
 /// would not pass as one of the grid by itself must have been hit.
-std::vector<GridLine> FindNearestLine(const BlackMap& map, const AxisCalibration& calibration,
+std::vector<GridLine> FindNearestLine(const SearchMaps& maps, const AxisCalibration& calibration,
                                       GridDirection direction, MapPixel click,
                                       const KeepGoing& keepGoing);
 

@@ -18,6 +18,11 @@ constexpr double kLeastRun = 0.1;  // columns per row: an upright stroke's, so t
 // A thickness is a stroke's own, and no bump, when it lasts for so many columns and for so large a
 // part of them, one in so many.
 constexpr int kLastingColumns = 3, kLastingPart = 10;
+// How far a stroke that flattens is kept inside the line, in columns times those of its last row
+// that shows: an exponential comes within a hundredth of a row of its asymptote in five, a step
+// that levels off on a line may run on for the rest of the plot.
+constexpr int kLongestSinking = 30;
+constexpr int kLeastHeight = 3;  // rows: a steep stroke's that ends at the line; less is roughness
 
 int Rounded(double value) {
   return static_cast<int>(std::lround(value));
@@ -172,19 +177,28 @@ void HiddenStrokes::KeepSinking(const StrokeEnd& end, int step,
                                 const std::vector<StrokeEnd>& ends) {
   const double run = std::max(1.0, step > 0 ? end.RightRun : end.LeftRun);
   const int start = (step > 0 ? end.Columns.Last : end.Columns.First) + step;
-  const auto isThere = [&](const StrokeEnd& other, int x) {
-    return &other != &end && other.IsShallow() && other.Columns.Contains(x);
+  const auto mayComeOut = [&](const StrokeEnd& other, int x) {
+    return &other != &end && other.Columns.Contains(x) &&
+           (other.IsShallow() || EndsAtLine(other, ends));
   };
-  for (int column = 0;; ++column) {
+  for (int column = 0; column <= kLongestSinking * run; ++column) {
     const int x = start + step * column;
     if (std::any_of(ends.begin(), ends.end(),
-                    [&](const StrokeEnd& other) { return isThere(other, x); }))
+                    [&](const StrokeEnd& other) { return mayComeOut(other, x); }))
       return;
     if (!band_.Columns.Contains(x) || !IsBlackIn(map_, band_, x)) return;
     const int deepest = end.Flattens ? end.Thickness - 1 : static_cast<int>(column / run);
     if (deepest - end.Thickness + 1 >= ThicknessAt(x)) return;
     Keep(end.Side, x, deepest - end.Thickness + 1, deepest);
   }
+}
+
+bool HiddenStrokes::EndsAtLine(const StrokeEnd& end, const std::vector<StrokeEnd>& ends) const {
+  if (end.Height < kLeastHeight) return false;
+  return std::none_of(ends.begin(), ends.end(), [&](const StrokeEnd& other) {
+    return other.Side != end.Side &&
+           Between(end, other).Length() <= 2 * ThicknessAt(end.Columns.First);
+  });
 }
 
 }  // namespace graphize

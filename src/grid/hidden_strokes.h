@@ -7,8 +7,9 @@
 
 namespace graphize {
 
-/// The pixels of a line's band that belong to strokes: where they run hidden in the line, inferred
-/// from their ends beside it. Rows are counted from 0 inward from a side of the band.
+/// The pixels of a line's band that belong to strokes: where they run hidden in the line,
+/// interpolated between their ends beside it (by lines across it, by parabolas within it). Rows are
+/// counted from 0 inward from a side of the band.
 class HiddenStrokes {
  public:
   /// Both must outlive this.
@@ -26,7 +27,8 @@ class HiddenStrokes {
   void KeepFoot(const StrokeEnd& end);
   /// A shallow stroke that dips into the line on its right (step 1) or left side and shows no other
   /// end there: one that flattens has come to run along the line and is kept as long as the line is
-  /// black and no other one of `ends` is shallow; another goes through it.
+  /// black, to where another one of `ends` may be its way out (a shallow one, or a steep one that
+  /// does not cross), but no farther than its flatness tells; another goes through it.
   void KeepSinking(const StrokeEnd& end, int step, const std::vector<StrokeEnd>& ends);
 
   /// Whether the band's pixel in this column and row of the map is a stroke's.
@@ -40,6 +42,8 @@ class HiddenStrokes {
   /// where the line is broken and shows the stroke it goes there.
   void KeepAlong(BandSide side, Span columns, int thickness, std::vector<double> firstRows);
   int FullThickness(const StrokeEnd& end) const;
+  /// Whether none of `ends` on the other side can be where the steep stroke goes on.
+  bool EndsAtLine(const StrokeEnd& end, const std::vector<StrokeEnd>& ends) const;
 
   const BitMap& map_;
   const LineBand& band_;

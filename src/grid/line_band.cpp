@@ -18,7 +18,7 @@ int MiddleOf(std::vector<int>& values) {
 BlackRun FullRows(const GridLine& line, int column) {
   const BlackRun& run = line.Runs[column];
   const int missing = line.Thickness - run.Thickness();
-  if (missing == 0 || (missing < 0 && line.Looks[column] != LineColumn::Ragged)) return run;
+  if (missing == 0 || (missing < 0 && line.Kinds[column] != ColumnKind::Ragged)) return run;
   const int top = static_cast<int>(std::lround(line.RowAt(column) - 0.5 * (line.Thickness - 1)));
   const int other = run.Top - missing;
   const int fitting = std::clamp(top, std::min(run.Top, other), std::max(run.Top, other));

@@ -9,7 +9,7 @@ namespace graphize {
 enum class BandSide { Above, Below };
 
 /// The rows that belong to a line, column by column, also where something crosses it or where it is
-/// broken.
+/// broken: interpolated from the columns that show the line alone.
 struct LineBand {
   Span Columns;
   std::vector<BlackRun> Rows;  // for every column of Columns, never empty

@@ -6,7 +6,7 @@
 
 #include "grid/line_pattern.h"
 #include "grid/line_thickness.h"
-#include "grid/robust_fit.h"
+#include "grid/theil_sen.h"
 
 namespace graphize {
 
@@ -28,7 +28,7 @@ std::vector<float> SmoothCourse(const std::vector<FitPoint>& known, int width) {
     const int first =
         std::max(0, std::min(nearest - kNeighbourStrips, count - 2 * kNeighbourStrips - 1));
     const int last = std::min(count - 1, first + 2 * kNeighbourStrips);
-    rows[strip] = FitRobustLine({known.begin() + first, known.begin() + last + 1}).At(x);
+    rows[strip] = FitTheilSenLine({known.begin() + first, known.begin() + last + 1}).At(x);
   }
   std::vector<float> course(static_cast<std::size_t>(width));
   for (int x = 0; x < width; ++x) {
@@ -41,7 +41,7 @@ std::vector<float> SmoothCourse(const std::vector<FitPoint>& known, int width) {
 }
 
 std::vector<float> StraightCourse(const std::vector<FitPoint>& known, int width) {
-  const FitLine line = FitRobustLine(known);
+  const FitLine line = FitTheilSenLine(known);
   std::vector<float> course(static_cast<std::size_t>(width));
   for (int x = 0; x < width; ++x) course[x] = static_cast<float>(line.At(x));
   return course;
@@ -103,7 +103,7 @@ void MeasureBend(GridLine& line) {
   std::vector<FitPoint> points;
   for (int x = line.Columns.First; x <= line.Columns.Last; x += kStripColumns)
     points.push_back({static_cast<double>(x), line.RowAt(x)});
-  const FitLine straight = FitRobustLine(points);
+  const FitLine straight = FitTheilSenLine(points);
   line.Slope = straight.Slope;
   for (const FitPoint& point : points)
     line.Bend = std::max(line.Bend, std::abs(point.Y - straight.At(point.X)));

@@ -7,9 +7,11 @@
 
 namespace graphize {
 
-/// The line along `path`, a path on the sheared map made of `map`: its course (it may bend slowly),
-/// thickness, pattern and pieces. One without black in the columns `plot` of the sheared map has no
-/// Pieces. `thickest` is the greatest thickness, in pixels, that a line can have.
+/// The line along `path`, a path on the sheared map made of `map`: its course, thickness, pattern
+/// and pieces. The course is fitted by Theil-Sen lines, one through all of the path or, where a
+/// scan is bent, one through the neighbourhood of every strip, and refined on the runs it meets.
+/// One without black in the columns `plot` of the sheared map has no Pieces. `thickest` is the
+/// greatest thickness, in pixels, that a line can have.
 GridLine FollowLine(const BlackMap& map, const ShearedMap& level, const LinePath& path, Span plot,
                     int thickest);
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "grid/robust_fit.h"
+#include "grid/theil_sen.h"
 
 namespace graphize {
 
@@ -69,6 +69,7 @@ void FindPieces(GridLine& line) {
     else
       line.Pieces.push_back(dash);
   }
+  line.LongestBreak = longest;
   std::erase_if(line.Pieces, [&](const Span& piece) {
     return piece.Length() < std::max(12, 2 * longest) || piece.Last < plot.First ||
            piece.First > plot.Last;

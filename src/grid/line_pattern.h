@@ -4,8 +4,9 @@
 
 namespace graphize {
 
-/// From its runs the line's pieces, extent and pattern: dashes joined over the breaks of the
-/// pattern. Lone bits between long breaks are not the line's.
+/// From its runs the line's pieces, extent and dash pattern (period, duty and how regular it is):
+/// dashes are joined over the breaks of the pattern, a morphological closing by a length that the
+/// histogram of the breaks gives. Lone bits between long breaks are not the line's.
 void FindPieces(GridLine& line);
 
 }  // namespace graphize

@@ -51,9 +51,9 @@ void ReadRuns(const BitMap& map, double reach, int thickest, GridLine& line) {
     line.Runs[x] = RunNear(map, x, line.RowAt(x), reach, 2 * thickest);
 }
 
-void MarkLooks(GridLine& line) {
+void ClassifyColumns(GridLine& line) {
   const double tolerance = 0.8 + 0.5 * (line.Thickest - line.Thinnest);
-  line.Looks.assign(line.Runs.size(), LineColumn::Other);
+  line.Kinds.assign(line.Runs.size(), ColumnKind::Other);
   const Span everywhere{0, static_cast<int>(line.Runs.size()) - 1};
   VisitStretches(line, everywhere, [&](Span stretch, int thickness) {
     if (thickness < line.Thinnest || thickness > line.Thickest) return;
@@ -61,7 +61,7 @@ void MarkLooks(GridLine& line) {
     const bool ragged = thickness != line.Thickness && stretch.Length() < kLasting;
     for (int x = stretch.First; x <= stretch.Last; ++x) {
       if (std::abs(line.Runs[x].Middle() - line.RowAt(x)) <= tolerance)
-        line.Looks[x] = ragged ? LineColumn::Ragged : LineColumn::Clean;
+        line.Kinds[x] = ragged ? ColumnKind::Ragged : ColumnKind::Clean;
     }
   });
 }
@@ -100,7 +100,7 @@ void MeasureThickness(int thickest, GridLine& line) {
   while (line.Thinnest > 1 && usual(line.Thinnest - 1)) --line.Thinnest;
   while (line.Thickest < thickest && usual(line.Thickest + 1)) ++line.Thickest;
 
-  MarkLooks(line);
+  ClassifyColumns(line);
 }
 
 }  // namespace graphize

@@ -4,15 +4,15 @@
 
 namespace graphize {
 
-/// What is black within `reach` of the line's middle, in every column. `thickest` is the greatest
-/// thickness that a line can have.
+/// Reads the vertical run of black at the line's middle, or nearest to it within `reach` rows, in
+/// every column. `thickest` is the greatest thickness, in pixels, that a line can have.
 void ReadRuns(const BitMap& map, double reach, int thickest, GridLine& line);
 
-/// From its runs the line's usual thickness, the range around it that is no exception, and how its
-/// columns look.
+/// From the histogram of its run lengths the line's usual thickness (the mode), the range around it
+/// that is no exception, and the kinds of its columns.
 void MeasureThickness(int thickest, GridLine& line);
 
-/// How the line's columns look, from its runs and thickness.
-void MarkLooks(GridLine& line);
+/// The kinds of the line's columns, from its runs and thickness.
+void ClassifyColumns(GridLine& line);
 
 }  // namespace graphize

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <optional>
 #include <utility>
 
@@ -90,6 +91,36 @@ bool IsFree(const BlackMap& map, const PlotPlace& place, const GridLine& line, i
   return true;
 }
 
+/// How far an axis may go on beyond the last line across it.
+int LongestTip(const PlotPlace& place) {
+  return std::max(15, place.Columns.Length() / 12);
+}
+
+/// By how many columns a line that reaches the plot's end may seem to miss it: its last break, and
+/// what clicks and scans are off.
+int Rounding(const PlotPlace& place, const GridLine& line) {
+  return 2 + line.LongestBreak + place.Columns.Length() / 200;
+}
+
+/// Whether an upright line crosses the line's course between its end and the plot's; `step` points
+/// outward.
+bool IsCrossedBeyond(const BlackMap& map, const PlotPlace& place, const GridLine& line, int step) {
+  const int shortest = ShortestFrame(place);
+  const int margin = Rounding(place, line);
+  const int end = step > 0 ? line.Columns.Last : line.Columns.First;
+  const int plotEnd = step > 0 ? line.Plot.Last : line.Plot.First;
+  for (int column = end + step * margin; step * (plotEnd + step * margin - column) >= 0;
+       column += step) {
+    if (column < 0 || column >= map.Bits.Width()) break;
+    const int row = RowOf(line, column);
+    if (UprightReach(map, column, row + 1, -1, shortest) +
+            UprightReach(map, column, row, 1, shortest) >=
+        shortest)
+      return true;
+  }
+  return false;
+}
+
 constexpr double kUnbroken = 0.97;  // coverage
 
 /// A frame is solid, or a solid line that came out broken; a grid may be dashed.
@@ -147,6 +178,31 @@ void EndAtFrame(const BlackMap& map, const PlotPlace& place, std::vector<GridLin
     Clip(columns, line);
   }
   std::erase_if(lines, [](const GridLine& line) { return line.Pieces.empty(); });
+}
+
+std::vector<bool> ReachBothEnds(const BlackMap& map, const PlotPlace& place,
+                                const std::vector<GridLine>& lines) {
+  std::vector<bool> reach(lines.size(), true);
+  for (const int step : {-1, 1}) {
+    std::vector<int> missing;  // columns to the plot's end
+    for (const GridLine& line : lines)
+      missing.push_back(step > 0 ? line.Plot.Last - line.Columns.Last
+                                 : line.Columns.First - line.Plot.First);
+    const int beyondReferences = step > 0 ? place.Columns.Last - place.ReferenceColumns.Last
+                                          : place.ReferenceColumns.First - place.Columns.First;
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+      const int rounding = Rounding(place, lines[i]);
+      if (missing[i] <= rounding) continue;
+      const auto alike = std::count_if(missing.begin(), missing.end(), [&](int other) {
+        return std::abs(other - missing[i]) <= rounding;
+      });
+      const bool isGridsEnd = missing[i] - beyondReferences <= LongestTip(place) &&
+                              2 * static_cast<std::size_t>(alike) >= lines.size() &&
+                              !IsCrossedBeyond(map, place, lines[i], step);
+      if (!isGridsEnd) reach[i] = false;
+    }
+  }
+  return reach;
 }
 
 bool IsAxis(const PlotPlace& place, const GridLine& line) {

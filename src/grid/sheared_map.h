@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "grid/bit_map.h"
+#include "base/bit_map.h"
 #include "grid/black_map.h"
 
 namespace graphize {

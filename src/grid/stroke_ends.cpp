@@ -47,7 +47,7 @@ struct FollowedStroke {
   int Height = 1;
 };
 
-/// Follows a stroke pixel by pixel away from the line, never back.
+/// Follows a stroke by region growing, from row to row away from the line, never back.
 class Follower {
  public:
   Follower(const BitMap& map, const LineBand& band, BandSide side, const UprightStrokes& uprights)

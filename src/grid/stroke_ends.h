@@ -34,8 +34,9 @@ struct StrokeEnd {
 /// The columns between two ends; its length is negative where they overlap.
 Span Between(const StrokeEnd& a, const StrokeEnd& b);
 
-/// The ends of strokes on one side, from left to right. `slope` is the line's, in rows per column:
-/// what is upright leans by as much.
+/// The ends of strokes on one side, from left to right: runs of black next to the band, and by
+/// region growing (8-connected, only away from the line) where their strokes lead. `slope` is the
+/// line's, in rows per column: what is upright leans by as much.
 std::vector<StrokeEnd> FindStrokeEnds(const BitMap& map, const LineBand& band, BandSide side,
                                       double slope);
 

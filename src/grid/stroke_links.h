@@ -18,8 +18,9 @@ struct StrokeLinks {
   std::vector<bool> IsLinked;  // per end
 };
 
-/// Which ends, of both sides, belong together: by their distance, their lean and what is black
-/// between them, the surest first; then what is left over, each with its nearest neighbour.
+/// Which ends, of both sides, belong together: a greedy matching by a cost made of their distance,
+/// their lean and what is black between them, the cheapest pair first; then what is left over, each
+/// with its nearest neighbour.
 /// `thickness` is the line's.
 StrokeLinks LinkStrokeEnds(const BitMap& map, const LineBand& band, int thickness,
                            const std::vector<StrokeEnd>& ends);

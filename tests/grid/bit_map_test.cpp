@@ -1,4 +1,4 @@
-#include "grid/bit_map.h"
+#include "base/bit_map.h"
 
 #include <gtest/gtest.h>
 

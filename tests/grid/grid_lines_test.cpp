@@ -6,8 +6,10 @@
 #include <cmath>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "raster/black_white.h"
 #include "support/plot_drawing.h"
 #include "support/scripted_desktop.h"
 
@@ -233,6 +235,103 @@ TEST(GridLines, LongLevelPiecesOfACurveAreNotLines) {
   for (const auto& [name, curve] : curves) {
     for (const double thickness : {1.0, 2.0, 3.0})
       CheckWiped({.Name = name, .Curve = curve, .CurveThickness = thickness}, 1.0, 0.01);
+  }
+}
+
+TEST(GridLines, SticksOfTheDataThatEndBelowTheFrameAreKept) {
+  const auto stick = [](PlotDrawing& drawing, const std::vector<PixelPosition>& way, double width) {
+    std::vector<PixelPosition> points;
+    for (const PixelPosition& at : way) points.push_back(drawing.Place(at.X, at.Y));
+    drawing.Polyline(points, {.Thickness = width});
+  };
+  const std::pair<const char*, std::function<void(PlotDrawing&, double, double)>> sticks[] = {
+      {"stems",
+       [&](auto& to, double u, double v) {
+         stick(to, {{u, 0}, {u, v}}, 2);
+       }},
+      {"hanging",
+       [&](auto& to, double u, double v) {
+         stick(to, {{u, 1 - v}, {u, 1}}, 1);
+       }},
+      {"bars",
+       [&](auto& to, double u, double v) {
+         stick(to, {{u, 0}, {u, v}, {u + 0.03, v}, {u + 0.03, 0}}, 1);
+       }},
+      {"lollipops",
+       [&](auto& to, double u, double v) {
+         stick(to, {{u, 0}, {u, v}}, 1);
+         to.Disc(to.Place(u, v), 9);
+       }},
+      {"level",
+       [&](auto& to, double u, double v) {
+         stick(to, {{0, u}, {v, u}}, 2);
+       }},
+  };
+  for (const auto& [name, drawStick] : sticks) {
+    for (const bool hasGrid : {true, false}) {
+      for (const bool hasFrame : {true, false}) {
+        SCOPED_TRACE(std::string(name) + (hasGrid ? ", grid" : "") + (hasFrame ? ", frame" : ""));
+        Drawn drawn;
+        for (const bool withGrid : {true, false}) {
+          PlotDrawing drawing(570, 420, 60, 40, 540, 376, hasFrame ? 0 : 0.8);
+          if (withGrid && hasGrid) drawing.LinesAtU(Linear(8), {.Dash = 9, .Gap = 5});
+          if (withGrid && hasGrid) drawing.LinesAtV(Linear(6), {});
+          if (hasFrame) drawing.Frame({.Thickness = 2}, 10, 6);
+          drawing.LinesAtU({0}, {.Thickness = 2});
+          drawing.LinesAtV({0}, {.Thickness = 2});
+          // 5 / 6: up to a line of the grid.
+          const double lengths[] = {0.6, 0.92, 5 / 6.0, 0.75, 0.75, 0.9};
+          for (int i = 0; i < 6; ++i) drawStick(drawing, (i + 0.55) / 6.5, lengths[i]);
+          if (withGrid)
+            SetPicture(drawn.Image, drawing.Picture());
+          else
+            drawn.WithoutGrid = drawing.Picture();
+          drawn.Calibration = drawing.Calibration();
+        }
+        const Raster before = drawn.Image.Pixels.Clone();
+        EXPECT_EQ(Remove(drawn, GridDirection::X).Lines, hasGrid ? 7 : 0);
+        EXPECT_EQ(Remove(drawn, GridDirection::Y).Lines, hasGrid ? 5 : 0);
+        const Damage damage = Compare(drawn, before);
+        EXPECT_LE(damage.Lost, 0.01 * damage.Grid);
+        EXPECT_LE(damage.Left, 0.03 * damage.Grid);
+      }
+    }
+  }
+}
+
+TEST(GridLines, LinesThatTheReductionBrokeIntoSpecksAreFoundInWhatWasGrey) {
+  for (const double darkness : {0.5, 0.56}) {
+    for (const double degrees : {0.0, 0.7, -2.0}) {
+      SCOPED_TRACE(std::to_string(darkness) + ", " + std::to_string(degrees) + " degrees");
+      Drawn drawn;
+      for (const bool withGrid : {true, false}) {
+        PlotDrawing drawing(570, 420, 60, 40, 540, 376, degrees);
+        if (withGrid) drawing.LinesAtU(Linear(8), {.Darkness = darkness});
+        if (withGrid) drawing.LinesAtV(Linear(6), {.Darkness = darkness});
+        drawing.Frame({.Thickness = 2}, 10, 6);
+        drawing.Curve([](double u) { return 0.5 + 0.4 * std::sin(9 * u); }, {.Thickness = 3});
+        drawing.Scan(0, 0.15, 3);
+        Raster picture = drawing.GreyPicture();
+        ReduceToBlackAndWhite(picture);
+        if (withGrid)
+          SetPicture(drawn.Image, std::move(picture));
+        else
+          drawn.WithoutGrid = std::move(picture);
+        drawn.Calibration = drawing.Calibration();
+      }
+      const Raster before = drawn.Image.Pixels.Clone();
+      const PixelPosition onLine = PlotDrawing(570, 420, 60, 40, 540, 376, degrees).Place(0.4, 0.5);
+      const GridRemoval one = Remove(drawn, GridDirection::Y, false, static_cast<int>(onLine.X),
+                                     static_cast<int>(onLine.Y));
+      EXPECT_EQ(one.Lines, 1);
+      EXPECT_GT(one.Pixels, 60);
+      EXPECT_EQ(Remove(drawn, GridDirection::Y).Lines, 4) << "the one that was removed is gone";
+      EXPECT_EQ(Remove(drawn, GridDirection::X).Lines, 7);
+      EXPECT_EQ(Remove(drawn, GridDirection::X).Lines, 0);
+      const Damage damage = Compare(drawn, before);
+      EXPECT_LE(damage.Left, 0.06 * damage.Grid);
+      EXPECT_LE(damage.Lost, 0.03 * damage.Grid);
+    }
   }
 }
 

@@ -50,5 +50,27 @@ TEST(BlackWhite, TheMiddleOfTheLuminanceDivides) {
   EXPECT_EQ(picture.Pixels()[128], kWhitePixel);
 }
 
+TEST(BlackWhite, WhatBecomesWhiteButIsDarkerThanItsPaperIsKnownToBeFaint) {
+  constexpr int kWidth = 150, kHeight = 70;
+  // Grey paper on the left, white paper on the right, and no paper at all in the last columns.
+  Raster picture(kWidth, kHeight);
+  const auto grey = [](std::uint32_t level) { return 0xff000000u + level * 0x010101u; };
+  const auto paper = [](int x) { return x < 64 ? 180u : x < 128 ? 255u : 90u; };
+  for (int y = 0; y < kHeight; ++y)
+    for (int x = 0; x < kWidth; ++x) picture.Row(y)[x] = grey(paper(x));
+  // A line in each: black, faint and paper in turn.
+  const std::uint32_t levels[][3] = {{120, 150, 170}, {120, 190, 240}};
+  for (int x = 0; x < 128; ++x) picture.Row(66)[x] = grey(levels[x / 64][x % 3]);
+  ReduceToBlackAndWhite(picture);
+  EXPECT_TRUE(IsBlackAndWhite(picture));
+  for (int y = 0; y < kHeight; ++y) {
+    for (int x = 0; x < kWidth; ++x)
+      ASSERT_EQ(picture.Faint.Get(x, y), y == 66 && x < 128 && x % 3 == 1) << x << ' ' << y;
+  }
+  // It goes with the picture, and a raster made from other pixels has none.
+  EXPECT_TRUE(picture.Clone().Faint.Get(1, 66));
+  EXPECT_TRUE(Raster(kWidth, kHeight).Faint.IsEmpty());
+}
+
 }  // namespace
 }  // namespace graphize

@@ -1,4 +1,4 @@
-#include "grid/robust_fit.h"
+#include "grid/theil_sen.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -11,7 +11,7 @@ double Median(std::vector<double>& values) {
   return *middle;
 }
 
-FitLine FitRobustLine(const std::vector<FitPoint>& points) {
+FitLine FitTheilSenLine(const std::vector<FitPoint>& points) {
   constexpr std::size_t kShort = 12;
   const std::size_t count = points.size();
   std::vector<double> values;

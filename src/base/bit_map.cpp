@@ -1,4 +1,4 @@
-#include "grid/bit_map.h"
+#include "base/bit_map.h"
 
 #include <algorithm>
 
@@ -55,6 +55,26 @@ void Transpose64(std::uint64_t (&words)[64]) {
       words[i + size] ^= swap;
     }
   }
+}
+
+BitMap Transposed(const BitMap& map) {
+  BitMap transposed(map.Height(), map.Width());
+  for (int y = 0; y < map.Height(); y += 64) {
+    const int rows = std::min(64, map.Height() - y);
+    for (int j = 0; j < map.WordsPerRow(); ++j) {
+      std::uint64_t block[64] = {};
+      for (int i = 0; i < rows; ++i) block[i] = map.Row(y + i)[j];
+      Transpose64(block);
+      const int columns = std::min(64, map.Width() - 64 * j);
+      for (int i = 0; i < columns; ++i) transposed.Row(64 * j + i)[y / 64] = block[i];
+    }
+  }
+  return transposed;
+}
+
+void Unite(BitMap& map, const BitMap& other) {
+  for (int y = 0; y < map.Height(); ++y)
+    for (int j = 0; j < map.WordsPerRow(); ++j) map.Row(y)[j] |= other.Row(y)[j];
 }
 
 BitMap ThinRuns(const BitMap& map, int thickness) {

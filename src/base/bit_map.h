@@ -6,7 +6,7 @@
 
 namespace graphize {
 
-/// Which pixels of a picture are black, one bit each, in rows of 64-bit words (column 0 is the
+/// A binary picture: one bit per pixel in rows of 64-bit words (column 0 is the
 /// lowest bit of a row's first word). Bits beyond the width are always 0.
 class BitMap {
  public:
@@ -14,6 +14,7 @@ class BitMap {
   /// All bits 0. Sizes from 0.
   BitMap(int width, int height);
 
+  bool IsEmpty() const { return words_.empty(); }
   int Width() const { return width_; }
   int Height() const { return height_; }
   int WordsPerRow() const { return wordsPerRow_; }
@@ -41,6 +42,12 @@ class BitMap {
 
 /// Bit i of word j becomes bit j of word i.
 void Transpose64(std::uint64_t (&words)[64]);
+
+/// Rows become columns.
+BitMap Transposed(const BitMap& map);
+
+/// The bits of `other`, a map of the same size, are set in `map`, too.
+void Unite(BitMap& map, const BitMap& other);
 
 /// The bits of `map` that lie in vertical runs of at most `thickness` (at least 1) pixels: what a
 /// morphological opening by a vertical line of `thickness` + 1 pixels takes away (top-hat).
