@@ -101,7 +101,7 @@ int main(int argc, char** argv) {
   MainWindow window(folder.filePath(QStringLiteral("graphize.ini")).toStdString());
   window.Start();
   window.show();
-  window.OpenWhenShown(picture);
+  window.OpenWhenShown({picture});
   QTimer poll;
   QObject::connect(&poll, &QTimer::timeout, &window, [&] {
     if (!window.State().plot.IsPresent() || window.State().commandRuns) return;

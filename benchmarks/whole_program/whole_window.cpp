@@ -81,7 +81,7 @@ int main(int argc, char** argv) {
   first.Then = [&] {
     if (argc < 2) return QApplication::quit();
     const double before = Kilobytes("VmRSS");
-    window.OpenWhenShown(argv[1]);
+    window.OpenWhenShown({argv[1]});
     auto* poll = new QTimer(&window);
     QObject::connect(poll, &QTimer::timeout, &window, [&window, before, poll] {
       if (!window.State().plot.IsPresent() || window.State().commandRuns) return;

@@ -59,7 +59,7 @@ int RunWindow(int argc, char** argv) {
   graphize::MainWindow window(SettingsPath(), startFolder, HelpFile());
   window.Start();
   window.show();
-  if (!picture.empty()) window.OpenWhenShown(picture);
+  if (!picture.empty()) window.OpenWhenShown({picture});
   return QApplication::exec();
 }
 

@@ -111,15 +111,16 @@ void MainWindow::showEvent(QShowEvent* event) {
   QTimer::singleShot(50, this, [this] { FinishStart(); });
 }
 
-void MainWindow::OpenWhenShown(const std::filesystem::path& path) {
-  openWhenShown_ = path;
+void MainWindow::OpenWhenShown(const std::vector<std::filesystem::path>& files) {
+  openWhenShown_.insert(openWhenShown_.end(), files.begin(), files.end());
   QTimer::singleShot(0, this, &MainWindow::OpenWaiting);
 }
 
 void MainWindow::OpenWaiting() {
   // A picture waits for the command that runs, unlike an event: it was asked for once.
   if (IsBusy()) return QTimer::singleShot(20, this, &MainWindow::OpenWaiting);
-  Do([this](Workspace& ws, const Desktop& desktop) { OpenPicture(ws, desktop, openWhenShown_); });
+  const auto files = std::exchange(openWhenShown_, {});
+  Do([&](Workspace& ws, const Desktop& desktop) { OpenFiles(ws, desktop, files); });
 }
 
 bool MainWindow::IsBusy() const {
@@ -268,15 +269,13 @@ void MainWindow::changeEvent(QEvent* event) {
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
-  const QList<QUrl> urls = event->mimeData()->urls();
-  if (urls.size() == 1 && urls.constFirst().isLocalFile()) event->acceptProposedAction();
+  if (!FilesOf(*event->mimeData()).empty()) event->acceptProposedAction();
 }
 
 void MainWindow::dropEvent(QDropEvent* event) {
-  const QString file = event->mimeData()->urls().constFirst().toLocalFile();
   event->acceptProposedAction();
   // After the drop is done with: the questions of opening would hold its source up.
-  OpenWhenShown(file.toStdString());
+  OpenWhenShown(FilesOf(*event->mimeData()));
 }
 
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
@@ -303,8 +302,9 @@ bool MainWindow::TakeKey(QKeyEvent* key) {
     if (key->key() != code) continue;
     const int shift = ShiftState(held);
     bool moved = false;
+    const PointerKey pressed = pointerKey;
     Do([&](Workspace& ws,
-           const Desktop& desktop) { moved = MovePointerByKey(ws, desktop, pointerKey, shift); },
+           const Desktop& desktop) { moved = MovePointerByKey(ws, desktop, pressed, shift); },
        false);
     return moved;
   }

@@ -43,7 +43,7 @@ class MainWindow : public QMainWindow {
   /// Reads the settings and takes the window's place over; before the window is shown.
   void Start();
   /// Opens a picture once the window is on the screen.
-  void OpenWhenShown(const std::filesystem::path& path);
+  void OpenWhenShown(const std::vector<std::filesystem::path>& files);
 
   const Workspace& State() const { return ws_; }
 
@@ -123,7 +123,7 @@ class MainWindow : public QMainWindow {
   std::unique_ptr<HelpWindow> help_;  // made when first asked for
 
   std::jthread scannerQuestion_;
-  std::filesystem::path openWhenShown_;
+  std::vector<std::filesystem::path> openWhenShown_;
   bool hourglassShown_ = false;
   int cursorShown_ = 0;
   QPointer<QWidget> closeAfterCommand_;

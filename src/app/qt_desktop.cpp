@@ -4,14 +4,18 @@
 #include <QClipboard>
 #include <QCursor>
 #include <QFileDialog>
+#include <QImageReader>
 #include <QInputDialog>
 #include <QKeyEvent>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QProcess>
 #include <QStandardPaths>
+#include <QUrl>
 #include <cstring>
 
+#include "base/run_time_error.h"
+#include "raster/size_limits.h"
 #include "raster/transparency.h"
 #include "widgets/form_dialog.h"
 #include "widgets/show.h"
@@ -129,8 +133,11 @@ bool IsForStopButton(const QObject* watched, QEvent* event) {
 }
 
 Raster ClipboardRaster() {
+  const QMimeData* data = QGuiApplication::clipboard()->mimeData();
+  if (data == nullptr || !data->hasImage()) return {};
   QImage image = QGuiApplication::clipboard()->image();
-  if (image.isNull()) return {};
+  if (image.isNull())
+    throw RunTimeError("The picture in the clipboard is damaged or too large. " + SizeRule());
   const bool clear = image.hasAlphaChannel();
   image.convertTo(clear ? QImage::Format_ARGB32 : QImage::Format_RGB32);
   Raster raster(image.width(), image.height());
@@ -142,7 +149,12 @@ Raster ClipboardRaster() {
 
 bool ClipboardHasPicture() {
   const QMimeData* data = QGuiApplication::clipboard()->mimeData();
-  return data != nullptr && data->hasImage();
+  return data != nullptr && (data->hasImage() || !FilesOf(*data).empty());
+}
+
+std::vector<std::filesystem::path> ClipboardFiles() {
+  const QMimeData* data = QGuiApplication::clipboard()->mimeData();
+  return data != nullptr ? FilesOf(*data) : std::vector<std::filesystem::path>();
 }
 
 bool StartFirstThere(const std::vector<OutsideProgram>& programs) {
@@ -164,6 +176,23 @@ bool StartFirstThere(const std::vector<OutsideProgram>& programs) {
 
 }  // namespace
 
+std::vector<std::filesystem::path> FilesOf(const QMimeData& data) {
+  QList<QUrl> urls = data.urls();
+  if (urls.isEmpty()) {
+    // What some file managers copy: "copy" or "cut" and an address a line, in the newest ones as
+    // text behind a line that says so.
+    QString list = QString::fromUtf8(data.data(QStringLiteral("x-special/gnome-copied-files")));
+    if (list.isEmpty() && data.text().startsWith(QLatin1String("x-special/nautilus-clipboard")))
+      list = data.text();
+    for (const QString& line : list.split(u'\n'))
+      if (const QUrl url(line.trimmed()); !url.scheme().isEmpty()) urls << url;
+  }
+  std::vector<std::filesystem::path> files;
+  for (const QUrl& url : urls)
+    files.emplace_back((url.isLocalFile() ? url.toLocalFile() : url.toString()).toStdString());
+  return files;
+}
+
 QtDesktop::QtDesktop(QWidget* window, QWidget* plot, std::function<void()> render)
     : QObject(window), window_(window), plot_(plot), render_(std::move(render)), escape_(this) {
   desktop_.ShowMessage = [this](const Message& message) { return ShowMessage(message); };
@@ -171,6 +200,7 @@ QtDesktop::QtDesktop(QWidget* window, QWidget* plot, std::function<void()> rende
   desktop_.ChooseFile = [this](const FileQuestion& question) { return ChooseFile(question); };
   desktop_.ClipboardHasPicture = ClipboardHasPicture;
   desktop_.ClipboardPicture = ClipboardRaster;
+  desktop_.ClipboardFiles = ClipboardFiles;
   desktop_.CopyText = [](const std::string& text) {
     QGuiApplication::clipboard()->setText(ToQString(text));
   };
@@ -187,6 +217,8 @@ QtDesktop::QtDesktop(QWidget* window, QWidget* plot, std::function<void()> rende
   };
   desktop_.StartProgram = StartFirstThere;
   qApp->installEventFilter(this);
+  // Of a picture that is pasted; samples of 16 bits take 8 bytes a pixel while it is read.
+  QImageReader::setAllocationLimit(static_cast<int>(8 * kMaxPicturePixels >> 20));
 }
 
 void QtDesktop::BeginCommand() {

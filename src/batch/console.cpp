@@ -28,6 +28,7 @@ Console::Console() {
   callbacks_.ChooseFile = [](const FileQuestion&) { return std::nullopt; };
   callbacks_.ClipboardHasPicture = [] { return false; };
   callbacks_.ClipboardPicture = [] { return Raster(); };
+  callbacks_.ClipboardFiles = [] { return std::vector<std::filesystem::path>(); };
   callbacks_.CopyText = [](const std::string&) {};
   callbacks_.ShowNow = callbacks_.Pump = [] {};
   callbacks_.EscapeHeld = [] { return false; };

@@ -52,9 +52,13 @@ struct Desktop {
   /// The path exactly as chosen, or nothing after Cancel.
   std::function<std::optional<std::filesystem::path>(const FileQuestion&)> ChooseFile;
 
+  /// A picture, or files that a file manager put there.
   std::function<bool()> ClipboardHasPicture;
-  /// The clipboard's picture; empty raster when there is none.
+  /// The clipboard's picture; empty raster when there is none. Throws RunTimeError when there is
+  /// one that cannot be read.
   std::function<Raster()> ClipboardPicture;
+  /// The clipboard's files, in its order; what lies elsewhere as its address.
+  std::function<std::vector<std::filesystem::path>()> ClipboardFiles;
   std::function<void(const std::string&)> CopyText;
 
   /// Renders the records and lets pending window events run once. Input other than Escape is

@@ -70,7 +70,7 @@ void FindPieces(GridLine& line) {
       line.Pieces.push_back(dash);
   }
   line.LongestBreak = longest;
-  std::erase_if(line.Pieces, [&](const Span& piece) {
+  std::erase_if(line.Pieces, [&, longest = longest](const Span& piece) {
     return piece.Length() < std::max(12, 2 * longest) || piece.Last < plot.First ||
            piece.First > plot.Last;
   });

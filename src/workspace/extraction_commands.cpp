@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "base/numbers.h"
-#include "raster/black_white.h"
 #include "tracing/curve_tracer.h"
 #include "tracing/smooth_tracer.h"
 #include "workspace/do.h"
@@ -167,21 +166,6 @@ Outcome Run(Workspace& ws, const Desktop&, const UndoEditStep&) {
   if (ws.mode != Mode::DrawErase && ws.mode != Mode::GridBuster)
     RedrawBlockers(ws.blockers, ws.plot, ws.settings);
   return {};
-}
-
-bool OfferBlackAndWhite(Workspace& ws, const Desktop& desktop, Raster& picture,
-                        std::optional<bool> reduce) {
-  if (IsBlackAndWhite(picture)) return false;
-  if (!reduce)
-    reduce = AskYesNo(desktop,
-                      "Image is not Black & White !\r\nAuto-Trace works best on BW "
-                      "images\r\n\r\nDo you want to reduce colors to BW ?");
-  desktop.ShowNow();
-  if (!*reduce) return false;
-  ws.status.Status = "Reducing color depth...";
-  desktop.ShowNow();
-  ReduceToBlackAndWhite(picture);
-  return true;
 }
 
 void StepIncrement(std::string& text, int step) {

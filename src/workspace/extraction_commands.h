@@ -1,6 +1,5 @@
 #pragma once
 
-#include <optional>
 #include <string>
 
 #include "desktop/desktop.h"
@@ -46,11 +45,6 @@ Outcome Run(Workspace& ws, const Desktop& desktop, GridStep& step);
 /// The picture as it was before the last erasure, drawing or grid removal.
 Outcome Run(Workspace& ws, const Desktop& desktop, const UndoEditStep& step);
 bool CanUndoErase(const Workspace& ws);
-
-/// Offers the reduction to black and white of a picture that has other colours, before it is shown;
-/// `reduce` is the answer where it is known already. True when it was reduced.
-bool OfferBlackAndWhite(Workspace& ws, const Desktop& desktop, Raster& picture,
-                        std::optional<bool> reduce = {});
 
 /// The text of an increment box, stepped by its arrows: whole numbers from 0.
 void StepIncrement(std::string& text, int step);

@@ -9,10 +9,10 @@
 #include "codecs/file_format.h"
 #include "codecs/picbuf.h"
 #include "codecs/picture_probe.h"
+#include "raster/black_white.h"
 #include "raster/size_limits.h"
 #include "workspace/capture_commands.h"
 #include "workspace/do.h"
-#include "workspace/extraction_commands.h"
 #include "workspace/plot_mouse.h"
 #include "workspace/toolbar.h"
 
@@ -43,46 +43,55 @@ bool AcceptsDamage(const Desktop& desktop, const std::filesystem::path& path,
                               .DefaultIsNo = true}) == Answer::Yes;
 }
 
-/// What was read of a file, and what was wrong with it or done to it.
-struct Decoded {
-  Raster Picture;
-  std::uintmax_t FileSize = 0;
-  std::uint32_t FileChecksum = 0;
-  bool Damaged = false;
-  bool BlackAndWhite = false;
-};
+/// Offers the reduction to black and white of a picture that has other colours, before it is shown;
+/// `reduce` is the answer where it is known already. True when it was reduced.
+bool OfferBlackAndWhite(Workspace& ws, const Desktop& desktop, Raster& picture,
+                        std::optional<bool> reduce) {
+  if (IsBlackAndWhite(picture)) return false;
+  if (!reduce)
+    reduce = AskYesNo(desktop,
+                      "Image is not Black & White !\r\nAuto-Trace works best on BW "
+                      "images\r\n\r\nDo you want to reduce colors to BW ?");
+  desktop.ShowNow();
+  if (!*reduce) return false;
+  ws.status.Status = "Reducing color depth...";
+  desktop.ShowNow();
+  ReduceToBlackAndWhite(picture);
+  return true;
+}
 
-/// Decodes the file with progress in the status bar. Nothing after a message (a file that cannot be
-/// read) or Escape. Unless it is to ask, what is done to a damaged or coloured picture is given.
-std::optional<Decoded> Decode(Workspace& ws, const Desktop& desktop,
-                              const std::filesystem::path& path, bool ask, bool damaged,
-                              bool blackAndWhite) {
+/// The file's picture as an OpenStep or a ReloadStep wants it, which then says what was wrong with
+/// the file and answered to the questions; decoded with progress in the status bar. Nothing after a
+/// message (a file that cannot be read), a No to a damaged one, or Escape.
+template <class Step>
+std::optional<LoadedPicture> Decode(Workspace& ws, const Desktop& desktop,
+                                    const std::filesystem::path& path, Step& step) {
+  std::optional<LoadedPicture> loaded;
+  std::string error;
   ws.window.Caption = kLoading;
   ws.window.Hourglass = true;
   desktop.ShowNow();
-  std::optional<Decoded> picture;
-  std::string message;
   try {
-    std::optional<LoadedPicture> loaded = LoadPicture(path, ShowProgress(ws, desktop));
-    const bool isDamaged = loaded && !loaded->Warning.empty();
-    if (isDamaged && !ask && !damaged)
-      throw RunTimeError("\"" + path.filename().string() + "\": " + loaded->Warning);
-    if (loaded && (!isDamaged || !ask || AcceptsDamage(desktop, path, loaded->Warning)))
-      picture = {std::move(loaded->Picture), loaded->FileSize, loaded->FileChecksum, isDamaged};
-  } catch (const RunTimeError& error) {
-    message = error.what();
+    loaded = LoadPicture(path, ShowProgress(ws, desktop));
+  } catch (const RunTimeError& e) {
+    error = e.what();
   }
   ws.status.ProgressVisible = false;
   ws.window.Hourglass = false;
-  if (!picture) {
+  const bool isDamaged = loaded && !loaded->Warning.empty();
+  if (isDamaged && !step.Ask && !step.Damaged)
+    error = "\"" + path.filename().string() + "\": " + loaded->Warning;
+  if (!loaded || !error.empty() ||
+      (isDamaged && step.Ask && !AcceptsDamage(desktop, path, loaded->Warning))) {
     ws.status.Status = " ";
     ShowPictureCaption(ws);
+    if (!error.empty()) Tell(desktop, error, MessageIcon::Exclamation);
+    return {};
   }
-  if (!message.empty()) Tell(desktop, message, MessageIcon::Exclamation);
-  if (picture)
-    picture->BlackAndWhite = OfferBlackAndWhite(ws, desktop, picture->Picture,
-                                                ask ? std::nullopt : std::optional(blackAndWhite));
-  return picture;
+  step.Damaged = isDamaged;
+  step.BlackAndWhite = OfferBlackAndWhite(
+      ws, desktop, loaded->Picture, step.Ask ? std::nullopt : std::optional(step.BlackAndWhite));
+  return loaded;
 }
 
 RecipePicture PictureOf(const Workspace& ws) {
@@ -101,6 +110,10 @@ void BeginRecipe(Workspace& ws, OpenStep& step) {
   if (anew) ws.recipe = {};
   ws.recipe.Pictures.push_back(PictureOf(ws));
   step.Picture = static_cast<int>(ws.recipe.Pictures.size());
+}
+
+bool IsAddress(const std::filesystem::path& file) {
+  return file.string().find("://") != std::string::npos;
 }
 
 /// A name of a type that cannot be written gets the first type's ending.
@@ -145,24 +158,46 @@ Outcome Run(Workspace& ws, const Desktop& desktop, OpenStep& step) {
                   .WithoutFile = true};
   } else {
     ws.status.Status = "Loading File ...";
-    std::optional<Decoded> picture =
-        Decode(ws, desktop, step.Path, step.Ask, step.Damaged, step.BlackAndWhite);
-    if (!picture) return Nothing("the picture was not opened");
-    step.Damaged = picture->Damaged;
-    step.BlackAndWhite = picture->BlackAndWhite;
+    std::optional<LoadedPicture> loaded = Decode(ws, desktop, step.Path, step);
+    if (!loaded) return Nothing("the picture was not opened");
     ws.picture = {.Name = LowerCase(step.Path.filename().string()),
                   .Path = LowerCase(step.Path.string()),
                   .ChosenPath = step.Path,
                   .Folder = step.Path.parent_path(),
-                  .FileSize = picture->FileSize,
-                  .FileChecksum = picture->FileChecksum,
+                  .FileSize = loaded->FileSize,
+                  .FileChecksum = loaded->FileChecksum,
                   .FromFile = true,
                   .WithoutFile = false};
-    LoadImage(ws, desktop, std::move(picture->Picture), ws.picture.Name);
+    LoadImage(ws, desktop, std::move(loaded->Picture), ws.picture.Name);
     ws.status.Status = " ";
   }
   BeginRecipe(ws, step);
   return {};
+}
+
+void OpenFiles(Workspace& ws, const Desktop& desktop,
+               const std::vector<std::filesystem::path>& files) {
+  const auto named = [](const std::filesystem::path& file) {
+    const std::filesystem::path name = file.has_filename() ? file : file.parent_path();
+    return '"' + (IsAddress(file) ? file : name.filename()).string() + '"';
+  };
+  const std::filesystem::path* chosen = nullptr;
+  std::string others, told;
+  std::error_code ignored;
+  for (const std::filesystem::path& file : files) {
+    if (IsAddress(file))
+      told += named(file) + " is not a file of this computer. Please save it here first.\r\n";
+    else if (std::filesystem::is_directory(file, ignored))
+      told += named(file) + " is a folder. Please choose a picture in it.\r\n";
+    else if (chosen == nullptr)
+      chosen = &file;
+    else
+      others += (others.empty() ? "" : ", ") + named(file);
+  }
+  if (chosen != nullptr) OpenPicture(ws, desktop, *chosen);
+  if (!others.empty())
+    told += "One picture is worked on at a time. Not opened: " + others + ".\r\n";
+  if (!told.empty()) Tell(desktop, TrimRight(told), MessageIcon::Exclamation);
 }
 
 bool CanReload(const Workspace& ws) {
@@ -172,12 +207,9 @@ bool CanReload(const Workspace& ws) {
 Outcome Run(Workspace& ws, const Desktop& desktop, ReloadStep& step) {
   if (!ws.picture.FromFile || ws.picture.ChosenPath.empty())
     return Refused("the picture has come from no file");
-  std::optional<Decoded> picture =
-      Decode(ws, desktop, ws.picture.ChosenPath, step.Ask, step.Damaged, step.BlackAndWhite);
-  if (!picture) return Nothing("the picture was not read again");
-  step.Damaged = picture->Damaged;
-  step.BlackAndWhite = picture->BlackAndWhite;
-  SetPicture(ws.plot, std::move(picture->Picture));
+  std::optional<LoadedPicture> loaded = Decode(ws, desktop, ws.picture.ChosenPath, step);
+  if (!loaded) return Nothing("the picture was not read again");
+  SetPicture(ws.plot, std::move(loaded->Picture));
   ws.window.Caption = "GRAPHIZE is Resizing ....";
   desktop.ShowNow();
   ws.view.X = ws.view.Y = 0;
@@ -198,6 +230,8 @@ void TakeInHand(Workspace& ws, const Desktop& desktop, Raster picture, const cha
 
 void PasteImage(Workspace& ws, const Desktop& desktop) {
   Raster picture = desktop.ClipboardPicture();
+  const std::vector<std::filesystem::path> files = desktop.ClipboardFiles();
+  if (picture.IsEmpty() && !files.empty()) return OpenFiles(ws, desktop, files);
   if (picture.IsEmpty()) {
     Tell(desktop, "No Bitmap in Clipboard");
   } else {

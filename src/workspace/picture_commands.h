@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "desktop/desktop.h"
 #include "raster/picture_operation.h"
@@ -20,6 +21,11 @@ void OpenOtherPicture(Workspace& ws, const Desktop& desktop);
 void OpenPicture(Workspace& ws, const Desktop& desktop, const std::filesystem::path& path);
 /// A file that cannot be read gives one message; picture, points and calibration stay.
 Outcome Run(Workspace& ws, const Desktop& desktop, OpenStep& step);
+
+/// Opens the first of the files that were dropped, pasted or named; the rest, folders and addresses
+/// elsewhere ("https://...") are told by name.
+void OpenFiles(Workspace& ws, const Desktop& desktop,
+               const std::vector<std::filesystem::path>& files);
 
 /// Reads the current file again: points, blockers, calibration and mode stay.
 Outcome Run(Workspace& ws, const Desktop& desktop, ReloadStep& step);

@@ -1,12 +1,18 @@
 // The main job with the real window: open, calibrate, capture, save.
 
 #include <QAction>
+#include <QBuffer>
+#include <QClipboard>
+#include <QDropEvent>
+#include <QMimeData>
 #include <QTabWidget>
 #include <fstream>
 #include <sstream>
 
 #include "app/window_driver.h"
 #include "batch/batch.h"
+#include "codecs/file_format.h"
+#include "codecs/picbuf.h"
 #include "support/temporary_folder.h"
 #include "support/true_data.h"
 
@@ -64,6 +70,48 @@ TEST_F(MainJob, OpenCalibrateCaptureAndSaveAgreesWithTheTrueData) {
   OnMessage("Do you want to save graphized points ?", QMessageBox::No);
   ChooseMenu("MNU_FILE_Exit");
   EXPECT_FALSE(Window().isVisible());
+}
+
+TEST_F(MainJob, FilesAreDroppedAndPasted) {
+  Start();
+  QList<QUrl> files;
+  for (const char* name : {"a b.bmp", "c.bmp", "d.bmp", "e.bmp"}) {
+    SavePicture(Folder() / name, kBmpFormat, 0, Raster::Filled(60, 40, kWhitePixel));
+    files << QUrl::fromLocalFile(QString::fromStdString((Folder() / name).string()));
+  }
+  const auto isOpen = [this](const QUrl& file) {
+    Until([&] { return file.toLocalFile().toStdString() == State().picture.ChosenPath; }, "open");
+    Until([this] { return !State().commandRuns; }, "done");
+  };
+  QMimeData dropped;
+  dropped.setUrls(files);
+  QDragEnterEvent enter({9, 9}, Qt::CopyAction, &dropped, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(&Window(), &enter);
+  EXPECT_TRUE(enter.isAccepted());
+  OnMessage("Not opened: \"c.bmp\", \"d.bmp\", \"e.bmp\".", QMessageBox::Ok);
+  QDropEvent drop({9, 9}, Qt::CopyAction, &dropped, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(&Window(), &drop);
+  isOpen(files[0]);
+
+  // What file managers copy, each in its own way.
+  const std::pair<const char*, QByteArray> copied[] = {
+      {"text/uri-list", files[1].toEncoded() + "\r\n"},
+      {"x-special/gnome-copied-files", "copy\n" + files[2].toEncoded()},
+      {"text/plain", "x-special/nautilus-clipboard\ncut\n" + files[3].toEncoded() + "\n"}};
+  for (int i = 0; i < 3; ++i) {
+    auto* data = new QMimeData;
+    data->setData(QLatin1String(copied[i].first), copied[i].second);
+    QGuiApplication::clipboard()->setMimeData(data);
+    ClickTool("paste");
+    isOpen(files[i + 1]);
+  }
+
+  // A picture as the clipboard brings it, of more than 128 MB.
+  QBuffer large;
+  QImage blank(6000, 6000, QImage::Format_RGB32);
+  blank.fill(Qt::white);
+  ASSERT_TRUE(blank.save(&large, "PNG"));
+  EXPECT_EQ(QImage::fromData(large.data()).width(), 6000);
 }
 
 TEST_F(MainJob, TheKeyboardMovesThePointerAndEnterCaptures) {

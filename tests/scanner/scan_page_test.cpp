@@ -139,7 +139,7 @@ TEST(ScanPage, WhatIsNoPageIsRefused) {
       {{{{Band::Red, 1, 2, 1, 8}, {1, 1}}, {{Band::Blue, 1, 1, 1, 8}, {1}}}, "only 1 of 2"},
   };
   for (const auto& [passes, words] : cases)
-    EXPECT_THAT(ErrorOf([&] { Assemble(passes); }), HasSubstr(words));
+    EXPECT_THAT(ErrorOf([&, &passes = passes] { Assemble(passes); }), HasSubstr(words));
 
   ScanPage endless;
   endless.BeginFrame({Band::Grey, 1, -1, 1, 8});

@@ -11,6 +11,7 @@ inline Desktop QuietDesktop() {
           .ChooseFile = [](const FileQuestion&) { return std::nullopt; },
           .ClipboardHasPicture = [] { return false; },
           .ClipboardPicture = [] { return Raster(); },
+          .ClipboardFiles = [] { return std::vector<std::filesystem::path>(); },
           .CopyText = [](const std::string&) {},
           .ShowNow = [] {},
           .Pump = [] {},

@@ -46,8 +46,9 @@ ScriptedDesktop::ScriptedDesktop() {
     if (path.empty()) return std::nullopt;
     return path;
   };
-  desktop_.ClipboardHasPicture = [this] { return !Clipboard.IsEmpty(); };
+  desktop_.ClipboardHasPicture = [this] { return !Clipboard.IsEmpty() || !ClipboardFiles.empty(); };
   desktop_.ClipboardPicture = [this] { return Clipboard.Clone(); };
+  desktop_.ClipboardFiles = [this] { return ClipboardFiles; };
   desktop_.CopyText = [this](const std::string& text) { CopiedText = text; };
   desktop_.ShowNow = desktop_.Pump = [this] {
     ++Pumps;

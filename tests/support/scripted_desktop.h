@@ -37,6 +37,7 @@ class ScriptedDesktop {
 
   // What the desktop answers.
   Raster Clipboard;
+  std::vector<std::filesystem::path> ClipboardFiles;
   int EscapeAfter = -1;  // Escape is held from this many questions for it on; -1 never
   bool PointerOver = false;
   bool PointerMoves = true;

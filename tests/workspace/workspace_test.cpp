@@ -2,6 +2,7 @@
 
 #include "workspace/workspace.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -215,6 +216,24 @@ TEST_F(WorkspaceTest, OtherColoursAreOfferedToBeReduced) {
   EXPECT_EQ(desktop.Messages[0].Text,
             "Image is not Black & White !\r\nAuto-Trace works best on BW images\r\n\r\nDo you want "
             "to reduce colors to BW ?");
+}
+
+TEST_F(WorkspaceTest, OfSeveralFilesTheFirstOpensAndTheRestAreTold) {
+  std::filesystem::create_directory(folder / "plots");
+  desktop.ExpectMessage("\"plots\" is a folder");
+  OpenFiles(ws, desktop, {folder / "plots/"});
+  EXPECT_FALSE(ws.plot.IsPresent());
+  desktop.ClipboardFiles = {"https://host/far.png", folder / "plots", Picture("b.bmp"),
+                            Picture("a.bmp"), folder / "c.bmp"};
+  OpenEditMenu(ws, desktop);
+  EXPECT_TRUE(ws.commands.Paste);
+  desktop.ExpectMessage("Not opened: \"a.bmp\", \"c.bmp\".");
+  PasteImage(ws, desktop);
+  EXPECT_EQ(ws.picture.ChosenPath, folder / "b.bmp");
+  EXPECT_THAT(
+      desktop.Messages.back().Text,
+      testing::AllOf(testing::HasSubstr("\"https://host/far.png\" is not a file of this computer"),
+                     testing::HasSubstr("\"plots\" is a folder")));
 }
 
 TEST_F(WorkspaceTest, PasteTakesTheClipboardsPicture) {
