@@ -1,10 +1,13 @@
 #include "codecs/bitmap_header.h"
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <cstdlib>
 #include <iterator>
+#include <vector>
 
-#include "codecs/little_endian.h"
+#include "codecs/byte_order.h"
 
 namespace graphize {
 
@@ -15,12 +18,6 @@ constexpr std::size_t kPlainInfoSize = 40;
 constexpr std::uint32_t kNoCompression = 0;
 constexpr std::uint32_t kBitFields = 3;
 constexpr std::uint32_t kAlphaBitFields = 6;
-
-std::string LittleEndian(std::uint32_t value) {
-  std::string bytes;
-  for (int shift = 0; shift < 32; shift += 8) bytes += static_cast<char>(value >> shift);
-  return bytes;
-}
 
 /// Masks and colours between the info header and the pixels of a DIB.
 std::size_t TableBytes(const BitmapHeader& bitmap, std::uint32_t coloursUsed) {
@@ -50,12 +47,24 @@ std::string BmpFileHeader(const BitmapHeader& bitmap) {
   const auto pixels =
       static_cast<std::uint32_t>(kBmpFileHeaderSize + bitmap.PixelOffset - bitmap.InfoOffset);
   // The size field may be 0; readers that care take the file's own size.
-  return "BM" + LittleEndian(0) + LittleEndian(0) + LittleEndian(pixels);
+  return "BM" + LowFirst(0, 4) + LowFirst(0, 4) + LowFirst(pixels, 4);
+}
+
+/// The value of 8 bits for each value of a mask's highest 8: fewer bits are repeated, so that all
+/// of them set give 255.
+std::array<char, 256> LevelsOf(int bits) {
+  std::array<char, 256> levels{};
+  for (std::uint32_t value = 0; value < levels.size(); ++value) {
+    std::uint32_t level = bits == 0 ? 0 : value << std::max(8 - bits, 0);
+    for (int filled = std::max(bits, 1); filled < 8; filled *= 2) level |= level >> filled;
+    levels[value] = static_cast<char>(level);
+  }
+  return levels;
 }
 
 void StoreHeight(const BitmapHeader& bitmap, std::string& bytes, std::size_t infoOffset,
                  std::int64_t height) {
-  const std::string number = LittleEndian(static_cast<std::uint32_t>(height));
+  const std::string number = LowFirst(static_cast<std::uint32_t>(height), 4);
   if (bitmap.InfoSize == kCoreInfoSize)
     bytes.replace(infoOffset + 6, 2, number, 0, 2);
   else
@@ -94,11 +103,76 @@ std::optional<BitmapHeader> ReadBitmapHeader(std::string_view head) {
   constexpr std::size_t kOpacityMask = 52;
   if (bitmap.InfoSize > kOpacityMask && info.size() >= kOpacityMask + 4)
     bitmap.HasOpacity = DoubleWord(info, kOpacityMask) != 0 && bitmap.Bits != 24;
+  if (bitmap.Compression == kBitFields || bitmap.Compression == kAlphaBitFields) {
+    for (std::size_t i = 0; i < 3 && info.size() >= kPlainInfoSize + 12; ++i)
+      bitmap.Masks[i] = DoubleWord(info, kPlainInfoSize + 4 * i);
+  } else if (bitmap.Bits == 16) {
+    bitmap.Masks = {0x7c00, 0x03e0, 0x001f};
+  }
+  if (bitmap.HasOpacity) bitmap.Masks[3] = DoubleWord(info, kOpacityMask);
   constexpr int kBits[] = {1, 4, 8, 16, 24, 32};
   if (planes != 1 || std::ranges::find(kBits, bitmap.Bits) == std::end(kBits)) return {};
   bitmap.PixelOffset =
       isFile ? DoubleWord(head, 10) : bitmap.InfoSize + TableBytes(bitmap, coloursUsed);
   return bitmap;
+}
+
+bool IsPacked(const BitmapHeader& bitmap) {
+  const auto isByte = [](std::uint32_t mask) {
+    return mask == 0xffu || mask == 0xff00u || mask == 0xff0000u || mask == 0xff000000u;
+  };
+  return bitmap.Masks[0] != 0 && (bitmap.Bits == 16 || bitmap.Bits == 32) &&
+         RowBytes(bitmap) != 0 &&
+         (bitmap.Bits == 16 ||
+          !std::all_of(bitmap.Masks.begin(), bitmap.Masks.begin() + 3, isByte));
+}
+
+std::string UnpackBitmap(const BitmapHeader& bitmap, std::string_view file) {
+  constexpr std::size_t kOpacityInfoSize = 108;
+  struct Component {
+    std::uint32_t Mask;
+    int Shift;  // to its highest 8 bits
+    std::array<char, 256> Levels;
+  };
+  std::vector<Component> components;  // blue, green, red as they are stored, opacity
+  for (std::size_t i : {2, 1, 0, 3}) {
+    const std::uint32_t mask = bitmap.Masks[i];
+    if (i == 3 && !bitmap.HasOpacity) continue;
+    const int low = mask == 0 ? 0 : std::countr_zero(mask), bits = std::bit_width(mask) - low;
+    components.push_back({mask, low + std::max(bits - 8, 0), LevelsOf(bits)});
+  }
+
+  BitmapHeader plain = bitmap;
+  plain.InfoOffset = kBmpFileHeaderSize;
+  plain.InfoSize = bitmap.HasOpacity ? kOpacityInfoSize : kPlainInfoSize;
+  plain.PixelOffset = kBmpFileHeaderSize + plain.InfoSize;
+  plain.Bits = bitmap.HasOpacity ? 32 : 24;
+  plain.Compression = bitmap.HasOpacity ? kBitFields : kNoCompression;
+  std::string bytes = BmpFileHeader(plain) + LowFirst(plain.InfoSize, 4) +
+                      LowFirst(static_cast<std::uint32_t>(plain.Width), 4) +
+                      LowFirst(static_cast<std::uint32_t>(plain.Height), 4) + LowFirst(1, 2) +
+                      LowFirst(static_cast<std::uint32_t>(plain.Bits), 2) +
+                      LowFirst(plain.Compression, 4) + std::string(20, '\0');
+  if (bitmap.HasOpacity)
+    for (std::uint32_t mask : {0xff0000u, 0xff00u, 0xffu, 0xff000000u}) bytes += LowFirst(mask, 4);
+  bytes.resize(plain.PixelOffset, '\0');
+
+  const std::size_t rowBytes = RowBytes(bitmap), pixelBytes = bitmap.Bits == 16 ? 2 : 4;
+  const std::size_t start = std::min(bitmap.PixelOffset, file.size());
+  const std::size_t rows =
+      std::min((file.size() - start) / rowBytes, static_cast<std::size_t>(std::abs(bitmap.Height)));
+  const std::size_t plainRowBytes = RowBytes(plain);
+  bytes.resize(plain.PixelOffset + rows * plainRowBytes, '\0');
+  for (std::size_t y = 0; y < rows; ++y) {
+    char* target = bytes.data() + plain.PixelOffset + y * plainRowBytes;
+    for (std::int64_t x = 0; x < bitmap.Width; ++x) {
+      const std::size_t at = start + y * rowBytes + static_cast<std::size_t>(x) * pixelBytes;
+      const std::uint32_t pixel = pixelBytes == 2 ? Word(file, at) : DoubleWord(file, at);
+      for (const Component& component : components)
+        *target++ = component.Levels[(pixel & component.Mask) >> component.Shift & 0xff];
+    }
+  }
+  return bytes;
 }
 
 void MakePlainBmp(const BitmapHeader& bitmap, std::string& file) {
@@ -126,7 +200,7 @@ std::string BitmapBand(const BitmapHeader& bitmap, std::string_view file, std::i
   const std::size_t rowBytes = RowBytes(bitmap);
   const std::size_t bytes = rowBytes * static_cast<std::size_t>(count);
   if (bitmap.InfoSize >= kPlainInfoSize)
-    head.replace(20, 4, LittleEndian(static_cast<std::uint32_t>(bytes)));
+    head.replace(20, 4, LowFirst(static_cast<std::uint32_t>(bytes), 4));
 
   std::string band = BmpFileHeader(bitmap);
   band.reserve(band.size() + head.size() + bytes);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -21,10 +22,18 @@ struct BitmapHeader {
   int Bits = 0;             // per pixel
   std::uint32_t Compression = 0;
   bool HasOpacity = false;  // the header gives some bits of a pixel to it
+  /// The bits of red, green, blue and opacity in a pixel of 16 or 32 bits; 0 where it does not say.
+  std::array<std::uint32_t, 4> Masks{};
 };
 
-/// Nothing when `head` (the file's first bytes, 64 are enough) does not start a bitmap.
+/// Nothing when `head` (the file's first bytes, 72 are enough) does not start a bitmap.
 std::optional<BitmapHeader> ReadBitmapHeader(std::string_view head);
+
+/// Whether a pixel's components are not a byte each.
+bool IsPacked(const BitmapHeader& bitmap);
+/// The packed bitmap `file` as a BMP file of 8 bits per component, rows in the same order. Rows
+/// that the file lacks are missing.
+std::string UnpackBitmap(const BitmapHeader& bitmap, std::string_view file);
 
 /// Makes what every decoder reads of the bitmap `file`: a BMP file, its bottom row first. The
 /// picture is upside down then if its height was negative.

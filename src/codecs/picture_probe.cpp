@@ -7,8 +7,8 @@
 #include "base/run_time_error.h"
 #include "base/whole_file.h"
 #include "codecs/bitmap_header.h"
+#include "codecs/byte_order.h"
 #include "codecs/foreign_files.h"
-#include "codecs/little_endian.h"
 #include "raster/picture_operation.h"
 #include "raster/size_limits.h"
 
@@ -70,11 +70,6 @@ PictureType TypeOf(std::string_view fileName, std::string_view head) {
   return PictureType::None;
 }
 
-std::uint32_t HighFirst(std::string_view bytes, std::size_t offset) {
-  return Byte(bytes, offset) << 24 | Byte(bytes, offset + 1) << 16 | Byte(bytes, offset + 2) << 8 |
-         Byte(bytes, offset + 3);
-}
-
 /// What stands at a fixed place of its type's header.
 void ReadHeader(std::string_view head, ProbeResult& verdict) {
   switch (verdict.Type) {
@@ -103,8 +98,8 @@ void ReadHeader(std::string_view head, ProbeResult& verdict) {
       break;
     case PictureType::Png:
       if (head.size() < 24) break;
-      verdict.Width = HighFirst(head, 16);
-      verdict.Height = HighFirst(head, 20);
+      verdict.Width = DoubleWordHighFirst(head, 16);
+      verdict.Height = DoubleWordHighFirst(head, 20);
       break;
     default:
       break;

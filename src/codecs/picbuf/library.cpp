@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "raster/size_limits.h"
+
 namespace graphize {
 
 namespace {
@@ -27,8 +29,8 @@ unsigned RefuseAccess(lib::ConfirmAccessMode, const char*, lib::ExceptionInfo*) 
 
 /// Only the picture types themselves stay: what reads scripts, other files or the network goes.
 void KeepPictureTypesOnly() {
-  static constexpr std::string_view kKept[] = {"TIFF", "TIF", "JPEG", "JPG", "BMP", "BMP3",
-                                               "GIF",  "PCX", "TGA",  "PNG", "WEBP"};
+  static constexpr std::string_view kKept[] = {"TIFF", "TIF", "BIGTIFF", "JPEG", "JPG", "BMP",
+                                               "BMP3", "GIF", "PCX",     "TGA",  "PNG", "WEBP"};
   Report report;
   lib::MagickInfo** all = lib::GetMagickInfoArray(report);
   std::vector<std::string> unwanted;
@@ -58,11 +60,11 @@ void StartLibrary() {
     lib::MagickSetConfirmAccessHandler(RefuseAccess);
     lib::SetMonitorHandler(OnProgress);
     constexpr lib::magick_int64_t kGiB = 1 << 30;
-    // Room for a page enlarged to 150 %; what may be opened is the probe's to say.
-    lib::SetMagickResourceLimit(lib::PixelsResource, 320'000'000);
-    lib::SetMagickResourceLimit(lib::WidthResource, 65'535);
-    lib::SetMagickResourceLimit(lib::HeightResource, 65'535);
-    lib::SetMagickResourceLimit(lib::MemoryResource, 6 * kGiB);
+    lib::SetMagickResourceLimit(lib::PixelsResource, kMaxPicturePixels);
+    lib::SetMagickResourceLimit(lib::WidthResource, kMaxPictureSide);
+    lib::SetMagickResourceLimit(lib::HeightResource, kMaxPictureSide);
+    // The largest picture's pixels and indexes take 10 bytes, its samples in the decoder up to 8.
+    lib::SetMagickResourceLimit(lib::MemoryResource, 18 * kMaxPicturePixels);
     lib::SetMagickResourceLimit(lib::MapResource, 0);
     lib::SetMagickResourceLimit(lib::DiskResource, 0);
     lib::SetMagickResourceLimit(lib::ReadResource, 2 * kGiB);

@@ -13,6 +13,7 @@
 #include "codecs/picbuf.h"
 #include "codecs/picbuf/library.h"
 #include "codecs/picture_probe.h"
+#include "codecs/strip_metadata.h"
 #include "raster/orientation.h"
 #include "raster/size_limits.h"
 #include "raster/transparency.h"
@@ -25,10 +26,21 @@ static_assert(sizeof(lib::PixelPacket) == 8 && offsetof(lib::PixelPacket, blue) 
                   offsetof(lib::PixelPacket, green) == 2 && offsetof(lib::PixelPacket, red) == 4,
               "the hand-out reads the library's pixels as 16-bit blue, green, red, opacity");
 
+const std::string kDamaged =
+    "The file is damaged or incomplete. What could be read of it is shown.";
+
 const char* CoderOf(PictureType type) {
   static constexpr const char* kCoders[] = {"",    "TIFF", "TGA",  "BMP", "GIF",
                                             "BMP", "PCX",  "JPEG", "PNG", "WEBP"};
   return kCoders[static_cast<int>(type)];
+}
+
+/// For the first picture of a file: the others, too, can take any amount of memory.
+ImageInfoPtr InfoForFirst(PictureType type) {
+  ImageInfoPtr info = InfoFor(CoderOf(type));
+  info->subimage = 0;
+  info->subrange = 1;
+  return info;
 }
 
 [[noreturn]] void ThrowDecodeError(const Report& report) {
@@ -38,39 +50,54 @@ const char* CoderOf(PictureType type) {
   throw RunTimeError("The file is damaged, incomplete or of a rare kind." + report.Detail());
 }
 
-void CheckSize(const lib::Image& image) {
-  const std::string refusal =
-      SizeRefusal(static_cast<std::int64_t>(image.columns), static_cast<std::int64_t>(image.rows));
+void CheckSize(std::int64_t width, std::int64_t height) {
+  const std::string refusal = SizeRefusal(width, height);
   if (!refusal.empty()) throw RunTimeError(refusal);
+}
+
+void CheckSize(const lib::Image& image) {
+  CheckSize(static_cast<std::int64_t>(image.columns), static_cast<std::int64_t>(image.rows));
 }
 
 /// The decoder's look at the head of the file, where the probe could not tell the size.
 void CheckSize(PictureType type, std::string_view bytes) {
   Report report;
-  const ImageInfoPtr info = InfoFor(CoderOf(type));
+  const ImageInfoPtr info = InfoForFirst(type);
   const ImagePtr image(lib::PingBlob(info.get(), bytes.data(), bytes.size(), report));
   if (image == nullptr) ThrowDecodeError(report);
   CheckSize(*image);
+}
+
+/// Many programs write a palette TIFF's colours as multiples of 256: their white, 65280, is white.
+void SpreadColourMap(lib::Image& image) {
+  if (image.storage_class != lib::PseudoClass) return;
+  lib::PixelPacket* const end = image.colormap + image.colors;
+  const auto hasLowByte = [](const lib::PixelPacket& p) {
+    return ((p.red | p.green | p.blue) & 0xff) != 0;
+  };
+  if (std::any_of(image.colormap, end, hasLowByte)) return;
+  for (lib::PixelPacket* colour = image.colormap; colour != end; ++colour)
+    for (lib::Quantum* q : {&colour->red, &colour->green, &colour->blue})
+      *q = static_cast<lib::Quantum>((*q >> 8) * 257);
+  if (image.matte) lib::SyncImage(&image);  // else its pixels are not looked at
 }
 
 /// A decoded picture; null when the operation was stopped. The decoder's first complaint becomes
 /// `warning`.
 ImagePtr Decode(const ProbeResult& verdict, std::string_view bytes, std::string& warning,
                 const PictureOperation& operation) {
-  const ImageInfoPtr info = InfoFor(CoderOf(verdict.Type));
-  info->subimage = 0;
-  info->subrange = 1;
+  const ImageInfoPtr info = InfoForFirst(verdict.Type);
   Report report;
   ImagePtr image(lib::BlobToImage(info.get(), bytes.data(), bytes.size(), report));
   if (operation.Stopped) return nullptr;
   if (image == nullptr || report.Severity() >= lib::ErrorException) ThrowDecodeError(report);
   CheckSize(*image);
-  // What a PNG decoder merely warns of are additions to the picture, such as colour profiles.
+  // What a PNG decoder merely warns of changes no pixel.
   const bool harmless = verdict.Type == PictureType::Png && report.Severity() == lib::CoderWarning;
   if (report.Severity() >= lib::WarningException && !harmless && warning.empty())
-    warning =
-        "The file is damaged or incomplete. What could be read of it is shown." + report.Detail();
+    warning = kDamaged + report.Detail();
   if (verdict.Opaque) image->matte = MagickFalse;
+  if (verdict.Type == PictureType::Tif) SpreadColourMap(*image);
   if (image->colorspace == lib::CMYKColorspace)
     lib::TransformColorspace(image.get(), lib::RGBColorspace);
   return image;
@@ -171,21 +198,51 @@ Raster LoadBands(const ProbeResult& verdict, const BitmapHeader& bitmap, std::st
   return picture;
 }
 
+/// The first frame of an animation in its place on the screen, which is white.
+Raster OnScreen(Raster frame, const StrippedPicture& file) {
+  const auto width = static_cast<int>(file.ScreenWidth),
+             height = static_cast<int>(file.ScreenHeight);
+  if (width == 0 || (width == frame.Width() && height == frame.Height())) return frame;
+  Raster screen = Raster::Filled(width, height, kWhitePixel);
+  const auto left = static_cast<int>(file.FrameLeft), top = static_cast<int>(file.FrameTop);
+  if (left + frame.Width() > width || top + frame.Height() > height)
+    throw RunTimeError("The file is damaged.");
+  for (int y = 0; y < frame.Height(); ++y)
+    std::copy_n(frame.Row(y), frame.Width(), screen.Row(top + y) + left);
+  return screen;
+}
+
 std::optional<LoadedPicture> Load(const std::filesystem::path& path, PictureOperation& operation) {
   constexpr std::int64_t kBandPixels = 1 << 22;
   const CurrentOperation current(operation);
   ProbeResult verdict;
   std::string bytes = ReadPictureFile(path, verdict);
-  if (verdict.Width == 0) CheckSize(verdict.Type, bytes);
 
   LoadedPicture loaded;
   loaded.FileSize = bytes.size();
   // Beside the decoder: large files would otherwise open a third slower.
   std::future<std::uint32_t> checksum =
       std::async(std::launch::async, [&bytes] { return Crc32(bytes); });
+  StrippedPicture stripped = StripMetadata(verdict.Type, bytes);
+  auto bitmap = ReadBitmapHeader(bytes);
+  if (bitmap && IsPacked(*bitmap)) {
+    stripped.Bytes = UnpackBitmap(*bitmap, bytes);
+    bitmap = ReadBitmapHeader(stripped.Bytes);
+  }
+  if (!stripped.Bytes.empty()) {
+    checksum.wait();
+    bytes = std::move(stripped.Bytes);
+  }
+  if (stripped.ScreenWidth > 0)
+    CheckSize(stripped.ScreenWidth, stripped.ScreenHeight);
+  else if (verdict.Width == 0)
+    CheckSize(verdict.Type, bytes);
+  if (stripped.IsDamaged) loaded.Warning = kDamaged;
+
   bool transparent = !verdict.Opaque;
-  const auto bitmap = ReadBitmapHeader(bytes);
-  int orientation = bitmap && bitmap->Height < 0 ? 4 : verdict.Mirrored ? 2 : 1;
+  const int orientation = bitmap && bitmap->Height < 0 ? 4
+                          : verdict.Mirrored           ? 2
+                                                       : stripped.Orientation;
   const std::int64_t bandRows = bitmap ? BitmapBandRows(*bitmap, bytes, kBandPixels) : 0;
   if (bandRows > 0) {
     loaded.Picture = LoadBands(verdict, *bitmap, bytes, bandRows, loaded.Warning, operation);
@@ -200,7 +257,6 @@ std::optional<LoadedPicture> Load(const std::filesystem::path& path, PictureOper
     std::string().swap(bytes);
     if (image == nullptr) return {};
     transparent = image->matte != 0;
-    if (orientation == 1) orientation = image->orientation;
     operation.From = operation.To;
     operation.To = 1;
     loaded.Picture = ToRaster(std::move(image), operation);
@@ -208,6 +264,7 @@ std::optional<LoadedPicture> Load(const std::filesystem::path& path, PictureOper
   if (operation.Stopped) return {};
   loaded.FileChecksum = checksum.get();
   if (transparent) Flatten(loaded.Picture);
+  loaded.Picture = OnScreen(std::move(loaded.Picture), stripped);
   loaded.Picture = ApplyOrientation(std::move(loaded.Picture), orientation);
   return loaded;
 }
