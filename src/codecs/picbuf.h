@@ -23,7 +23,8 @@ struct LoadedPicture {
 /// as its camera or scanner says, on white where it is transparent. Nothing when `progress` stopped
 /// it. Throws RunTimeError whose text names the file and the reason.
 ///
-/// While it runs it takes up to 3 times the raster's size; afterwards the raster alone is left.
+/// While it runs it takes up to 5 times the raster's size and twice the file's; afterwards the
+/// raster alone is left.
 std::optional<LoadedPicture> LoadPicture(const std::filesystem::path& path,
                                          const PictureProgress& progress = {});
 

@@ -3,6 +3,7 @@
 #include <sys/resource.h>
 
 #include <cstdlib>
+#include <fstream>
 #include <random>
 
 #include "base/run_time_error.h"
@@ -45,11 +46,15 @@ std::vector<std::string> SoundFiles(const TemporaryFolder& folder) {
       files.push_back(test::BytesOf(folder / "sound"));
     }
   const Raster few = Checks(5, 4);
-  files.insert(files.end(),
-               {test::PngWithOpacity(), test::PngWithClearColour(), test::PngOf16Bits(),
-                test::WebP(), test::CmykJpg(), test::MakeTga(few, 32, 0x38, 99),
-                test::MakeDib({.InfoSize = 108, .Bits = 32, .Compression = 3}, few),
-                test::MakeTif(2, 2, 5, 7, std::string(16, '\x33'))});
+  files.insert(
+      files.end(),
+      {test::PngWithOpacity(), test::PngWithClearColour(), test::PngOf16Bits(), test::WebP(),
+       test::CmykJpg(), test::MakeTga(few, 32, 0x38, 99),
+       test::MakeDib({.InfoSize = 108, .Bits = 32, .Compression = 3}, few),
+       test::MakeTif(2, 2, 5, 7, std::string(16, '\x33')),
+       test::MakeTif(4, 2, 3, 1, "\1\2\3\4\5\6\7\x8", std::string(1536, '\x33')), test::BigTif(),
+       test::WithChunk(test::PngOf16Bits(), "eXIf", test::Exif(6)), test::AnimatedWebP(),
+       test::GifOnScreen(), test::MakeBmp({.Bits = 16, .Compression = 3}, few)});
   return files;
 }
 
@@ -141,6 +146,95 @@ TEST(PicbufDamage, ACutPhotographIsShownWithAWarning) {
   const auto loaded = LoadPicture(folder / "cut.jpg");
   EXPECT_EQ(loaded->Picture.Height(), 100);
   EXPECT_THAT(loaded->Warning, HasSubstr("damaged or incomplete"));
+}
+
+TEST(PicbufDamage, WhatWouldBeShownWrongIsSaid) {
+  const TemporaryFolder folder;
+  const std::string rgb(12, '\x70');
+  const std::string palette = test::MakeTif(2, 2, 3, 1, "\1\2\3\4", std::string(1536, '\x33'));
+  WriteBytes(folder / "cut.tif", palette.substr(0, palette.size() - 700));
+  EXPECT_THAT(LoadPicture(folder / "cut.tif")->Warning, HasSubstr("damaged or incomplete"));
+  WriteBytes(folder / "lab.tif", test::MakeTif(2, 2, 8, 1, rgb));
+  try {
+    LoadPicture(folder / "lab.tif");
+    ADD_FAILURE();
+  } catch (const RunTimeError& error) {
+    EXPECT_THAT(error.what(), HasSubstr("L*a*b*"));
+  }
+}
+
+/// A zlib stream (RFC 1950, 1951) of 7 million letters in 44 kB.
+std::string LongText() {
+  constexpr std::uint64_t kRuns = 27'000, kRun = 258, kLetters = 1 + kRuns * kRun;
+  std::string bytes = FromHex("7801");
+  std::uint32_t bits = 0;
+  int count = 0;
+  const auto put = [&](std::uint32_t value, int size) {
+    for (bits |= value << count, count += size; count >= 8; count -= 8, bits >>= 8)
+      bytes += static_cast<char>(bits);
+  };
+  put(0b011, 3);       // the last block, with the fixed codes
+  put(0b10001001, 8);  // an "a", and runs of 258 more at distance 1
+  for (std::uint64_t i = 0; i < kRuns; ++i) put(0b00000'10100011, 13);
+  put(0, 7 + 7);
+  const std::uint64_t low = 1 + 'a' * kLetters,
+                      high = kLetters + 'a' * (kLetters * (kLetters + 1) / 2);
+  const std::string adler =
+      LowFirst(static_cast<std::uint32_t>(low % 65521 | high % 65521 << 16), 4);
+  return bytes + std::string(adler.rbegin(), adler.rend());
+}
+
+/// A TIFF of one pixel with 3000 tags, all of which hold the same 700 kB; `behind` a sound one.
+std::string TifOfMuch(bool behind) {
+  const std::string sound = test::MakeTif(1, 1, 2, 1, "\x33\x33\x33");
+  constexpr std::uint32_t kTags = 3000, kSize = 700'000, kOwn = 10;
+  const std::string own = sound.substr(8 + 3 + 2, 12 * kOwn);
+  const auto start = static_cast<std::uint32_t>(sound.size());
+  const std::uint32_t values = start + 2 + 12 * (kOwn + kTags) + 4;
+  std::string bytes = sound + LowFirst(kOwn + kTags, 2) + own;
+  for (std::uint32_t i = 0; i < kTags; ++i)
+    bytes += LowFirst(50'000 + i, 2) + LowFirst(7, 2) + LowFirst(kSize, 4) + LowFirst(values, 4);
+  bytes += LowFirst(0, 4) + std::string(kSize, 'x');
+  return bytes.replace(behind ? start - 4 : 4, 4, LowFirst(start, 4));
+}
+
+/// Kilobytes of this process, by their name in Linux's /proc/self/status.
+long Kilobytes(const std::string& name) {
+  std::ifstream status("/proc/self/status");
+  for (std::string line; std::getline(status, line);)
+    if (line.starts_with(name)) return std::stol(line.substr(name.size() + 1));
+  return 0;
+}
+
+TEST(PicbufDamage, MetadataTakeNoMoreMemoryThanTheFile) {
+  const TemporaryFolder folder;
+  std::string texts = test::PngWithOpacity(), comments = test::GifOnScreen(), segments;
+  const std::string text = std::string(2, '\0') + LongText();
+  for (int i = 0; i < 60; ++i)
+    texts = test::WithChunk(texts, "zTXt", "key" + std::to_string(i) + text);
+  std::string comment = "\x21\xfe";
+  for (int i = 0; i < 40'000; ++i) comment += "\xff" + std::string(255, 'c');
+  comments.insert(19, comment + '\0');
+  for (int i = 0; i < 150; ++i)
+    segments += "\xff\xe2\xff\xff" + "ICC_PROFILE"s + std::string(0xffff - 13, 'p');
+  std::string photograph = test::CmykJpg();
+  photograph.insert(2, segments);
+  const std::string packets =
+      test::WebPOf(test::WebPChunk("VP8X", FromHex("04000000 0f0000 070000")) +
+                   test::WebP().substr(12) + test::WebPChunk("XMP ", std::string(10'000'000, 'x')));
+  const std::pair<const char*, std::string> cases[] = {
+      {"png", texts},    {"gif", comments},         {"jpg", photograph},
+      {"webp", packets}, {"tif", TifOfMuch(false)}, {"second of a tif", TifOfMuch(true)}};
+  for (const auto& [name, bytes] : cases) {
+    WriteBytes(folder / "much", bytes);
+    std::ofstream("/proc/self/clear_refs") << 5;  // the peak is counted from here
+    const long before = Kilobytes("VmRSS");
+    ASSERT_LT(Kilobytes("VmHWM"), before + 8'000);
+    const auto loaded = LoadPicture(folder / "much");
+    EXPECT_LE(loaded->Picture.Width(), 16) << name;
+    EXPECT_EQ(loaded->Warning, "") << name;
+    EXPECT_LT(Kilobytes("VmHWM") - before, 64'000 + 3 * std::ssize(bytes) / 1000) << name;
+  }
 }
 
 TEST(PicbufDamage, HostileFilesStartNothingAndWriteNothing) {

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cctype>
 
+#include "base/checksum.h"
+
 namespace graphize::test {
 
 namespace {
@@ -106,10 +108,10 @@ std::string MakeTga(const Raster& picture, int bits, int descriptor, int opacity
 }
 
 std::string MakeTif(int width, int height, int photometric, int orientation,
-                    const std::string& samples) {
+                    const std::string& samples, const std::string& palette) {
   const auto number = [](std::size_t n) { return static_cast<std::uint32_t>(n); };
-  const std::uint32_t perPixel = photometric == 5 ? 4 : 3;
-  const std::pair<std::uint32_t, std::uint32_t> tags[] = {
+  const std::uint32_t perPixel = photometric == 5 ? 4 : photometric == 3 ? 1 : 3;
+  std::vector<std::pair<std::uint32_t, std::uint32_t>> tags = {
       {256, number(width)},
       {257, number(height)},
       {258, 8},
@@ -121,12 +123,62 @@ std::string MakeTif(int width, int height, int photometric, int orientation,
       {278, number(height)},
       {279, number(samples.size())},
   };
+  const std::size_t end = 8 + samples.size() + 2 + 12 * 11 + 4;
+  if (!palette.empty()) tags.emplace_back(320, number(end));
   std::string bytes = "II" + LowFirst(42, 2) + LowFirst(number(8 + samples.size()), 4) + samples +
                       LowFirst(number(std::size(tags)), 2);
   for (const auto& [tag, value] : tags)
-    bytes +=
-        LowFirst(tag, 2) + LowFirst(tag == 279 ? 4 : 3, 2) + LowFirst(1, 4) + LowFirst(value, 4);
-  return bytes + LowFirst(0, 4);
+    bytes += LowFirst(tag, 2) + LowFirst(tag == 279 ? 4 : 3, 2) +
+             LowFirst(tag == 320 ? 768 : 1, 4) + LowFirst(value, 4);
+  return bytes + LowFirst(0, 4) + palette;
+}
+
+std::string BigTif() {
+  const std::pair<std::uint32_t, std::uint32_t> tags[] = {
+      {256, 4}, {257, 1}, {258, 8}, {259, 1}, {262, 1}, {273, 16}, {277, 1}, {278, 1}, {279, 4}};
+  std::string bytes = FromHex("49492b00 08000000 14000000 00000000 004080ff 0900000000000000");
+  for (const auto& [tag, value] : tags)
+    bytes += LowFirst(tag, 2) + LowFirst(3, 2) + LowFirst(1, 4) + LowFirst(0, 4) +
+             LowFirst(value, 4) + LowFirst(0, 4);
+  return bytes + std::string(8, '\0');
+}
+
+std::string Exif(int orientation) {
+  return FromHex("4d4d002a 00000008 0001 0112 0003 00000001 00") + static_cast<char>(orientation) +
+         std::string(6, '\0');
+}
+
+std::string WithChunk(const std::string& png, const std::string& name, const std::string& data) {
+  const auto number = [](std::size_t n) {
+    const std::string bytes = LowFirst(static_cast<std::uint32_t>(n), 4);
+    return std::string(bytes.rbegin(), bytes.rend());
+  };
+  constexpr std::size_t kHead = 33;
+  return png.substr(0, kHead) + number(data.size()) + name + data + number(Crc32(name + data)) +
+         png.substr(kHead);
+}
+
+std::string WebPChunk(const std::string& name, std::string data) {
+  const std::string head = name + LowFirst(static_cast<std::uint32_t>(data.size()), 4);
+  if (data.size() % 2 != 0) data += '\0';
+  return head + data;
+}
+
+std::string WebPOf(const std::string& chunks) {
+  return "RIFF" + LowFirst(static_cast<std::uint32_t>(4 + chunks.size()), 4) + "WEBP" + chunks;
+}
+
+std::string AnimatedWebP() {
+  const std::string frame = FromHex("010000 010000 0f0000 070000 640000 00") + WebP().substr(12);
+  return WebPOf(WebPChunk("VP8X", FromHex("02000000 130000 090000")) +
+                WebPChunk("ANIM", std::string(6, '\0')) + WebPChunk("ANMF", frame) +
+                WebPChunk("ANMF", frame));
+}
+
+std::string GifOnScreen() {
+  const std::string frame = FromHex("2c 0100 0000 0200 0100 00 02 02 440a 00");
+  return "GIF89a" + FromHex("0400 0100 80 01 00 000000 ff0000 21fe 03 616263 00") + frame + frame +
+         "\x3b";
 }
 
 std::string PngWithOpacity() {

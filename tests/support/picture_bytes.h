@@ -31,9 +31,23 @@ std::string MakeBmp(const BitmapKind& kind, const Raster& picture);
 /// descriptor's bits 0x10 stores rows from right to left, 0x20 the top row first.
 std::string MakeTga(const Raster& picture, int bits, int descriptor, int opacity = 255);
 
-/// An uncompressed TIFF. `samples` are the pixels' bytes, `photometric` is 2 for RGB, 5 for CMYK.
+/// An uncompressed TIFF. `samples` are the pixels' bytes, `photometric` is 2 for RGB, 3 for a
+/// palette of 256 colours, 5 for CMYK.
 std::string MakeTif(int width, int height, int photometric, int orientation,
-                    const std::string& samples);
+                    const std::string& samples, const std::string& palette = {});
+/// A BigTIFF: four greys, 0x00, 0x40, 0x80 and white.
+std::string BigTif();
+/// EXIF data that say how a picture lies.
+std::string Exif(int orientation);
+/// A PNG as it is with a chunk behind its head.
+std::string WithChunk(const std::string& png, const std::string& name, const std::string& data);
+/// A WebP's parts: a chunk; a file of chunks; and an animation on a screen of 20 x 10 whose first
+/// frame is WebP() at column 2, row 2.
+std::string WebPChunk(const std::string& name, std::string data);
+std::string WebPOf(const std::string& chunks);
+std::string AnimatedWebP();
+/// Two pixels, black and red, at column 1, row 0 of a screen of 4 x 1, and a frame more.
+std::string GifOnScreen();
 
 /// Small files made elsewhere: three pixels clear black, half clear red, opaque 0x010203; a palette
 /// with a clear black, a grey and white; grey of 16 bits; eight pixels red and eight white in 8

@@ -26,7 +26,7 @@ static_assert(sizeof(lib::PixelPacket) == 8 && offsetof(lib::PixelPacket, blue) 
                   offsetof(lib::PixelPacket, green) == 2 && offsetof(lib::PixelPacket, red) == 4,
               "the hand-out reads the library's pixels as 16-bit blue, green, red, opacity");
 
-const std::string kDamaged =
+constexpr const char* kDamaged =
     "The file is damaged or incomplete. What could be read of it is shown.";
 
 const char* CoderOf(PictureType type) {
