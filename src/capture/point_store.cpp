@@ -1,7 +1,10 @@
 #include "capture/point_store.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstdint>
 #include <limits>
+#include <span>
 
 namespace graphize {
 
@@ -21,6 +24,16 @@ template <typename... Arrays>
 void Grow(int points, Arrays&... arrays) {
   const auto size = static_cast<std::size_t>(points / kStep * kStep + kStep + 1);
   ((arrays.size() < size ? arrays.resize(size) : void()), ...);
+}
+
+std::span<const float> Used(const std::vector<float>& array, int count) {
+  return std::span(array).subspan(1, static_cast<std::size_t>(count));
+}
+
+/// Bit by bit: what is not a number is saved like any other value.
+bool IsSame(const std::vector<float>& saved, std::span<const float> values) {
+  return std::ranges::equal(saved, values, {}, std::bit_cast<std::uint32_t, float>,
+                            std::bit_cast<std::uint32_t, float>);
 }
 
 bool Append(PointStore& store, CommandStates& commands, const Desktop& desktop, bool UpdateLabel,
@@ -80,6 +93,25 @@ bool DeleteAllData(PointStore& store, CommandStates& commands, const Desktop& de
   Refill(store.CaptureX, store.CaptureY, store.CaptureId);
   Refill(store.ListX, store.ListY, store.ListId);
   return true;
+}
+
+void NoteSaved(PointStore& store) {
+  const auto copy = [](std::span<const float> values) {
+    return std::vector<float>(values.begin(), values.end());
+  };
+  store.Saved = {copy(Used(store.CaptureX, store.CaptureCount)),
+                 copy(Used(store.CaptureY, store.CaptureCount)),
+                 copy(Used(store.ListX, store.ListCount)),
+                 copy(Used(store.ListY, store.ListCount))};
+}
+
+bool HasUnsaved(const PointStore& store) {
+  if (store.CaptureCount < 1 && store.ListCount < 1) return false;
+  const PointStore::Points& saved = store.Saved;
+  return !(IsSame(saved.ListX, Used(store.ListX, store.ListCount)) &&
+           IsSame(saved.ListY, Used(store.ListY, store.ListCount)) &&
+           IsSame(saved.CaptureX, Used(store.CaptureX, store.CaptureCount)) &&
+           IsSame(saved.CaptureY, Used(store.CaptureY, store.CaptureCount)));
 }
 
 void EnableDataCommands(CommandStates& commands, bool State) {

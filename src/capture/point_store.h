@@ -41,6 +41,12 @@ struct PointStore {
 
   std::vector<Place> Places = std::vector<Place>(1);  // of each id
 
+  /// The points as they were when the data file was last written; element 0 left out.
+  struct Points {
+    std::vector<float> CaptureX, CaptureY, ListX, ListY;
+  };
+  Points Saved;
+
   float CurrentX = 0, CurrentY = 0;                   // graph values under the cursor
   Place CurrentPlace;                                 // the cursor itself
   std::int16_t CurrentPixelX = 0, CurrentPixelY = 0;  // pixel under the cursor, row upward
@@ -60,6 +66,12 @@ bool AddValuePoint(PointStore& store, CommandStates& commands, const Desktop& de
 /// Empties the store; with Ask only after the user's Yes. False when the user said no. The caller
 /// redraws the plot.
 bool DeleteAllData(PointStore& store, CommandStates& commands, const Desktop& desktop, bool Ask);
+
+/// The data file holds the points as they are.
+void NoteSaved(PointStore& store);
+/// Whether there are captured points or list rows, and any of them, or their order, is not as it
+/// was saved.
+bool HasUnsaved(const PointStore& store);
 
 void EnableDataCommands(CommandStates& commands, bool State);
 void EnableBlockerCommands(CommandStates& commands, bool State);

@@ -60,6 +60,7 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const SaveStep& step) {
   if (!outcome.IsDone()) return outcome;
   ws.dataFileTitle = step.Title;
   if (!step.Path.empty()) {
+    NoteSaved(ws.store);
     ws.recipe.SavedPoints = ws.store.ListCount;
     TellHiddenDigits(ws, desktop);
   }

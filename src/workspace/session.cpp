@@ -9,6 +9,7 @@
 #include "settings/scanner_source.h"
 #include "settings/settings_store.h"
 #include "tracing/tracer_control.h"
+#include "workspace/data_commands.h"
 #include "workspace/save_points.h"
 #include "workspace/toolbar.h"
 
@@ -78,11 +79,12 @@ void StartUp(Workspace& ws, const Desktop& desktop) {
 }
 
 bool MayClose(Workspace& ws, const Desktop& desktop) {
-  if (ws.store.ListCount < 1) return true;
+  if (!HasUnsaved(ws.store)) return true;
   switch (desktop.ShowMessage({.Text = "Do you want to save graphized points ?",
                                .Icon = MessageIcon::Question,
                                .Buttons = MessageButtons::YesNoCancel})) {
     case Answer::Yes:
+      if (ws.store.ListCount < 1) UndoList(ws);
       return SavePoints(ws, desktop);  // nothing is lost by a failed save
     case Answer::No:
       return true;

@@ -9,7 +9,8 @@ namespace graphize {
 /// screen's size stand in the workspace already.
 void StartUp(Workspace& ws, const Desktop& desktop);
 
-/// Whether the window may close: asks about points that are not saved.
+/// Whether the window may close: asks about points that are not saved. Where the list is empty, Yes
+/// saves the captured points.
 bool MayClose(Workspace& ws, const Desktop& desktop);
 
 /// Reads the settings file and applies it. What is wrong in the file is told, and its default used.

@@ -64,6 +64,7 @@ TEST_F(MainJob, OpenCalibrateCaptureAndSaveAgreesWithTheTrueData) {
   std::getline(file, title);
   EXPECT_EQ(title, "measured by hand\r");
 
+  ClickPlot(400, 200);
   OnMessage("Do you want to save graphized points ?", QMessageBox::Cancel);
   ChooseMenu("MNU_FILE_Exit");
   EXPECT_TRUE(Window().isVisible());
