@@ -8,6 +8,7 @@
 #include "workspace/image_tools_commands.h"
 #include "workspace/options_commands.h"
 #include "workspace/picture_commands.h"
+#include "workspace/plot_mouse.h"
 #include "workspace/recipe_file.h"
 #include "workspace/save_points.h"
 #include "workspace/scan_commands.h"
@@ -36,16 +37,31 @@ bool CanSort(const Workspace& ws) {
   return ws.commands.Sort;
 }
 
+template <Mode mode>
+bool CanEnter(const Workspace& ws) {
+  return CanPress(ws, ModeKey(mode));
+}
+
+template <Mode mode>
+void Enter(Workspace& ws, const Desktop& desktop) {
+  Toolbar_ButtonClick(ws, desktop, ModeKey(mode));
+}
+
+template <Mode mode>
+bool IsIn(const Workspace& ws) {
+  return IsPressed(ws, ModeKey(mode));
+}
+
 const MenuEntry kMenus[] = {
     {.Is = Kind::Menu, .Name = "MNU_File", .Caption = "&File"},
     {.Name = "MNU_FileOpen",
      .Caption = "&Open Image...",
-     .Key = "Ctrl+O",
+     .Key = "Ctrl+Shift+O",
      .Tip = "Open a picture of a graph",
      .Run = OpenImage},
     {.Name = "MNU_FileOpenOther",
      .Caption = "Open O&ther Picture...",
-     .Key = "Ctrl+Shift+O",
+     .Key = "Ctrl+O",
      .Tip = "Open a picture of any type that can be read",
      .Run = OpenOtherPicture},
     {.Name = "MNU_FileReload",
@@ -135,6 +151,55 @@ const MenuEntry kMenus[] = {
      .Tip = "The picture as it was before the last erasure or grid removal",
      .Can = CanUndoErase,
      .Run = Does<UndoEditStep>},
+
+    {.Is = Kind::Menu, .Name = "MNU_MODE", .Caption = "&Mode"},
+    {.Is = Kind::Check,
+     .Name = "MNU_MODE_axisdef",
+     .Caption = "&Define Axis",
+     .Key = "Ctrl+1",
+     .Tip = "Clicks are the origin, a point on the X axis and one on the Y axis",
+     .Can = CanEnter<Mode::AxisDef>,
+     .Run = Enter<Mode::AxisDef>,
+     .Checked = IsIn<Mode::AxisDef>},
+    {.Is = Kind::Check,
+     .Name = "MNU_MODE_graphize",
+     .Caption = "&Graphize",
+     .Key = "Ctrl+2",
+     .Tip = "Clicks capture points, right clicks follow curves",
+     .Can = CanEnter<Mode::Graphize>,
+     .Run = Enter<Mode::Graphize>,
+     .Checked = IsIn<Mode::Graphize>},
+    {.Is = Kind::Check,
+     .Name = "MNU_MODE_blocktest",
+     .Caption = "&Auto-Trace Test/Block",
+     .Key = "Ctrl+3",
+     .Tip = "Clicks paint blockers, right clicks test the tracer",
+     .Can = CanEnter<Mode::BlockTest>,
+     .Run = Enter<Mode::BlockTest>,
+     .Checked = IsIn<Mode::BlockTest>},
+    {.Is = Kind::Check,
+     .Name = "MNU_MODE_drawerase",
+     .Caption = "D&raw/Erase",
+     .Key = "Ctrl+4",
+     .Tip = "The left button draws on the picture, the right one erases",
+     .Can = CanEnter<Mode::DrawErase>,
+     .Run = Enter<Mode::DrawErase>,
+     .Checked = IsIn<Mode::DrawErase>},
+    {.Is = Kind::Check,
+     .Name = "MNU_MODE_gridbuster",
+     .Caption = "Grid &Buster",
+     .Key = "Ctrl+5",
+     .Tip = "Clicks remove grid lines",
+     .Can = CanEnter<Mode::GridBuster>,
+     .Run = Enter<Mode::GridBuster>,
+     .Checked = IsIn<Mode::GridBuster>},
+    kSeparator,
+    {.Name = "MNU_MODE_Pointer",
+     .Caption = "&Pointer to Picture",
+     .Key = "F6",
+     .Tip = "Put the pointer on the picture, where the arrow keys move it",
+     .Can = CanPutPointer,
+     .Run = PutPointer},
 
     {.Is = Kind::Menu, .Name = "MNU_DATA", .Caption = "&Data"},
     {.Is = Kind::SubMenu, .Name = "MNU_DATA_SORT", .Caption = "&Sort", .Can = CanSort},

@@ -91,6 +91,28 @@ void FollowFilter(QFileDialog& dialog) {
   follow(dialog.selectedNameFilter());
 }
 
+/// Stays open over an answer that the question does not take, and says why.
+class FileDialog : public QFileDialog {
+ public:
+  FileDialog(const FileQuestion& question, QWidget* owner)
+      : QFileDialog(owner, ToQString(question.Title)), question_(question) {}
+
+ protected:
+  void accept() override {
+    const QStringList files = selectedFiles();
+    const std::string refusal =
+        files.isEmpty() ? "" : Refusal(question_, files.constFirst().toStdString());
+    if (refusal.empty()) return QFileDialog::accept();
+    QMessageBox box(QMessageBox::Warning, QStringLiteral("Graphize"), ToQString(refusal),
+                    QMessageBox::Ok, this);
+    box.setObjectName(QStringLiteral("MessageBox"));
+    box.exec();
+  }
+
+ private:
+  const FileQuestion& question_;
+};
+
 bool IsInput(QEvent::Type type) {
   switch (type) {
     case QEvent::MouseButtonPress:
@@ -157,6 +179,10 @@ std::vector<std::filesystem::path> ClipboardFiles() {
   return data != nullptr ? FilesOf(*data) : std::vector<std::filesystem::path>();
 }
 
+bool CanMovePointer() {
+  return !QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+}
+
 bool StartFirstThere(const std::vector<OutsideProgram>& programs) {
   const std::string current = qEnvironmentVariable("XDG_CURRENT_DESKTOP").toStdString();
   for (const OutsideProgram& program : InOrderFor(current, programs)) {
@@ -212,6 +238,7 @@ QtDesktop::QtDesktop(QWidget* window, QWidget* plot, std::function<void()> rende
     return stopAsked_ || held;
   };
   desktop_.MovePointer = [this](int dx, int dy) { return MovePointer(dx, dy); };
+  desktop_.PointAt = [this](int x, int y) { return PointAt(x, y); };
   desktop_.PointerOverPlot = [this] {
     return plot_->isVisible() && QApplication::widgetAt(QCursor::pos()) == plot_;
   };
@@ -312,7 +339,7 @@ std::string QtDesktop::Prompt(const TextPrompt& prompt) {
 std::optional<std::filesystem::path> QtDesktop::ChooseFile(const FileQuestion& question) {
   TakeStopKey();
   render_();
-  QFileDialog dialog(Owner(), ToQString(question.Title));
+  FileDialog dialog(question, Owner());
   dialog.setObjectName(QStringLiteral("FileDialog"));
   dialog.setAcceptMode(question.ForSaving ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
   dialog.setFileMode(question.ForSaving ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
@@ -332,8 +359,15 @@ std::optional<std::filesystem::path> QtDesktop::ChooseFile(const FileQuestion& q
   return std::filesystem::path(dialog.selectedFiles().constFirst().toStdString());
 }
 
+bool QtDesktop::PointAt(int x, int y) {
+  plot_->setFocus(Qt::ShortcutFocusReason);
+  if (!CanMovePointer()) return false;
+  QCursor::setPos(plot_->mapToGlobal(QPoint(x, y)));
+  return true;
+}
+
 bool QtDesktop::MovePointer(int dx, int dy) {
-  if (QGuiApplication::platformName().startsWith(QLatin1String("wayland"))) return false;
+  if (!CanMovePointer()) return false;
   QCursor::setPos(QCursor::pos() + QPoint(dx, dy));
   return true;
 }

@@ -45,6 +45,7 @@ class QtDesktop : public QObject {
   std::string Prompt(const TextPrompt& prompt);
   std::optional<std::filesystem::path> ChooseFile(const FileQuestion& question);
   bool MovePointer(int dx, int dy);
+  bool PointAt(int x, int y);
 
   QWidget* window_;
   QWidget* plot_;

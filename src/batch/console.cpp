@@ -32,7 +32,7 @@ Console::Console() {
   callbacks_.CopyText = [](const std::string&) {};
   callbacks_.ShowNow = callbacks_.Pump = [] {};
   callbacks_.EscapeHeld = [] { return false; };
-  callbacks_.MovePointer = [](int, int) { return false; };
+  callbacks_.MovePointer = callbacks_.PointAt = [](int, int) { return false; };
   callbacks_.PointerOverPlot = [] { return false; };
   callbacks_.StartProgram = [](const auto&) { return false; };
 }

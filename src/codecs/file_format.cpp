@@ -11,7 +11,7 @@ void GetFileFormat(std::string_view name, std::int16_t& format, std::int16_t& op
   static constexpr Type kTypes[] = {
       {"tif", kTifFormat, 1},  {"tga", kTgaFormat, 0}, {"bmp", kBmpFormat, 0},
       {"gif", kGifFormat, 0},  {"dib", kDibFormat, 0}, {"pcx", kPcxFormat, 0},
-      {"jpg", kJpgFormat, 75},
+      {"jpg", kJpgFormat, 75}, {"png", kPngFormat, 0},
   };
   format = kNoFormat;
   option = 0;

@@ -16,6 +16,7 @@ enum FileFormat : std::int16_t {
   kDibFormat = 5,
   kPcxFormat = 6,
   kJpgFormat = 7,
+  kPngFormat = 8,
 };
 
 /// The format code and its option (JPEG quality in percent) by the last three characters of `name`,

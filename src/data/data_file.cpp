@@ -18,13 +18,13 @@ bool IsLetterOrDigit(char c) {
   return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }
 
-/// The name without its extension: the last dot with up to four letters or digits behind it.
+/// The name without its extension: the last dot and the letters and digits behind it.
 std::string WithoutExtension(const std::string& name) {
   const std::size_t dot = name.rfind('.');
   if (dot == std::string::npos) return name;
   const std::string extension = name.substr(dot + 1);
   const bool plain = std::all_of(extension.begin(), extension.end(), IsLetterOrDigit);
-  return plain && extension.size() <= 4 ? name.substr(0, dot) : name;
+  return plain ? name.substr(0, dot) : name;
 }
 
 }  // namespace
@@ -57,9 +57,7 @@ void WriteDataFile(const std::filesystem::path& path, const std::string& text) {
 }
 
 std::string DataFileProposal(const std::string& imageFileName) {
-  if (imageFileName.size() < 4)
-    throw RunTimeError("The picture's name \"" + imageFileName +
-                       "\" is too short to make a file name of it.");
+  if (imageFileName.empty()) throw RunTimeError("There is no picture to name the file after.");
   return LowerCase(WithoutExtension(imageFileName)) + ".dat";
 }
 

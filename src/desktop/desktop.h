@@ -33,7 +33,11 @@ struct FileQuestion {
   std::string Filters;
   int FilterIndex = 1;           // 1-based, preselected
   std::string DefaultExtension;  // added to a name without one, no dot
+  bool OnlyFilterTypes = false;  // other endings than the filters' are refused
 };
+
+/// Why the question does not take this answer, in plain words; empty when it does.
+std::string Refusal(const FileQuestion& question, const std::filesystem::path& answer);
 
 /// A line of text asked of the user.
 struct TextPrompt {
@@ -71,6 +75,8 @@ struct Desktop {
 
   /// Moves the screen pointer by picture-view pixels; false where the system does not allow it.
   std::function<bool(int dx, int dy)> MovePointer;
+  /// Puts it on a pixel of the picture, row downward, which then has the keys; false as above.
+  std::function<bool(int x, int y)> PointAt;
   std::function<bool()> PointerOverPlot;
 
   /// Starts the first of these programs that is there, those of the running desktop before the

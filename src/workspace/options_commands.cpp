@@ -27,8 +27,10 @@ void AcceptOptions(Workspace& ws) {
 
 void ApplyOptions(Workspace& ws) {
   ws.options.Note.clear();
+  const int traceBefore = ws.settings.Trace;
   TakeOptions(ws.options, ws.settings);
-  SetTraceType(ws.tracer, ws.settings.Trace);
+  // Increments that somebody has set stay with the trace type that they were set for.
+  if (ws.settings.Trace != traceBefore) SetTraceType(ws.tracer, ws.settings.Trace);
   FillFromSettings(ws);
 }
 

@@ -30,7 +30,8 @@ constexpr const char* kOtherFilters =
     "(*.png)|*.png|WebP Files (*.webp)|*.webp|DIB Files (*.dib)|*.dib|All Files|*";
 constexpr const char* kSaveFilters =
     "TIFF Files (*.tif)|*.tif|TARGA Files (*.tga)|*.tga|BMP Files (*.bmp)|*.bmp|GIF Files "
-    "(*.gif)|*.gif|DIB Files (*.dib)|*.dib|PCX Files (*.pcx)|*.pcx|JPEG Files (*.jpg)|*.jpg|";
+    "(*.gif)|*.gif|DIB Files (*.dib)|*.dib|PCX Files (*.pcx)|*.pcx|JPEG Files (*.jpg)|*.jpg|PNG "
+    "Files (*.png)|*.png|";
 constexpr const char* kLoading = "GRAPHIZE is Loading the File";
 
 /// A damaged picture takes the place of a good one only when the user wants it.
@@ -266,7 +267,8 @@ void SaveImageAs(Workspace& ws, const Desktop& desktop) {
        .Folder = ws.picture.Folder,
        .FileName = untitled ? "untitled.tif" : ImageFileProposal(ws.picture.Name, format),
        .Filters = kSaveFilters,
-       .FilterIndex = untitled || format == 0 ? 1 : format});
+       .FilterIndex = untitled || format == 0 ? 1 : format,
+       .OnlyFilterTypes = true});
   if (!path) return;
   const std::string lowerPath = LowerCase(path->string());
   GetFileFormat(lowerPath, format, option);

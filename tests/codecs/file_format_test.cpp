@@ -16,7 +16,7 @@ TEST(FileFormat, TheLastThreeCharactersInSmallLettersDecide) {
       {"plot.tif", 1, 1},    {"plot.tga", 2, 0},  {"plot.bmp", 3, 0},  {"plot.gif", 4, 0},
       {"plot.dib", 5, 0},    {"plot.pcx", 6, 0},  {"plot.jpg", 7, 75}, {"tif", 1, 1},
       {"my.bmp.jpg", 7, 75}, {"nodotgif", 4, 0},  {"plot.TIF", 0, 0},  {"plot.Jpg", 0, 0},
-      {"plot.jpeg", 0, 0},   {"plot.tiff", 0, 0}, {"plot.png", 0, 0},  {"plot.jpg ", 0, 0},
+      {"plot.jpeg", 0, 0},   {"plot.tiff", 0, 0}, {"plot.png", 8, 0},  {"plot.jpg ", 0, 0},
       {"if", 0, 0},          {"", 0, 0},
   };
   for (const Case& c : cases) {

@@ -28,7 +28,7 @@ using testing::HasSubstr;
 using testing::Not;
 
 constexpr int kFormats[] = {kTifFormat, kTgaFormat, kBmpFormat, kGifFormat,
-                            kDibFormat, kPcxFormat, kJpgFormat};
+                            kDibFormat, kPcxFormat, kJpgFormat, kPngFormat};
 
 /// A picture whose pixels are `colour(x, y)` in 0xRRGGBB.
 template <class Colour>
@@ -336,8 +336,8 @@ TEST(Picbuf, ErrorsNameTheFileAndTheReason) {
   EXPECT_THAT(SaveError(folder / "gone/plot.tif", kTifFormat, picture),
               AllOf(HasSubstr("plot.tif"), HasSubstr("No such file")));
   EXPECT_THAT(SaveError(folder / "plot.png", kNoFormat, picture),
-              AllOf(HasSubstr("plot.png"), HasSubstr("tif, tga, bmp, gif, dib, pcx or jpg")));
-  EXPECT_THAT(SaveError(folder / "plot.tif", 8, picture), HasSubstr("must end in"));
+              AllOf(HasSubstr("plot.png"), HasSubstr("tif, tga, bmp, gif, dib, pcx, jpg or png")));
+  EXPECT_THAT(SaveError(folder / "plot.tif", kPngFormat + 1, picture), HasSubstr("must end in"));
   EXPECT_THAT(SaveError(folder / "plot.tif", kTifFormat, Raster()), HasSubstr("no picture"));
   EXPECT_EQ(folder.Names(), before);
 }

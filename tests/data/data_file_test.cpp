@@ -160,13 +160,14 @@ TEST(DataFile, ProposesTheImagesNameWithItsOwnExtension) {
       {"C:\\Plots\\Fig3.TIF", "c:\\plots\\fig3.dat"},
       {"a.b.webp", "a.b.dat"},
       {".png", ".dat"},
+      {"p1", "p1.dat"},
+      {"Page.jpeg2000", "page.dat"},
       {"Scan of page 3", "scan of page 3.dat"},
       {"ends in.", "ends in.dat"},
       {"Fig. 2 of Müller", "fig. 2 of müller.dat"},
   };
   for (const auto& [image, proposal] : cases) EXPECT_EQ(DataFileProposal(image), proposal);
-  for (const char* tooShort : {"", "a", "a.b", "fig"})
-    EXPECT_THROW(DataFileProposal(tooShort), RunTimeError) << tooShort;
+  EXPECT_THROW(DataFileProposal(""), RunTimeError);
 }
 
 }  // namespace

@@ -17,6 +17,7 @@ inline Desktop QuietDesktop() {
           .Pump = [] {},
           .EscapeHeld = [] { return false; },
           .MovePointer = [](int, int) { return false; },
+          .PointAt = [](int, int) { return false; },
           .PointerOverPlot = [] { return false; },
           .StartProgram = [](const std::vector<OutsideProgram>&) { return false; }};
 }

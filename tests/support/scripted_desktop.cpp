@@ -61,6 +61,12 @@ ScriptedDesktop::ScriptedDesktop() {
     PointerY += dy;
     return true;
   };
+  desktop_.PointAt = [this](int x, int y) {
+    if (!PointerMoves) return false;
+    PointerX = x;
+    PointerY = y;
+    return true;
+  };
   desktop_.PointerOverPlot = [this] { return PointerOver; };
   desktop_.StartProgram = [this](const std::vector<OutsideProgram>& programs) {
     for (const OutsideProgram& program : InOrderFor(CurrentDesktop, programs)) {

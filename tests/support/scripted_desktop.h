@@ -41,7 +41,7 @@ class ScriptedDesktop {
   int EscapeAfter = -1;  // Escape is held from this many questions for it on; -1 never
   bool PointerOver = false;
   bool PointerMoves = true;
-  int PointerX = 0, PointerY = 0;  // where MovePointer has led
+  int PointerX = 0, PointerY = 0;  // where MovePointer and PointAt have led
   std::function<void()> OnPump;
   std::string CurrentDesktop;
   std::set<std::string> Installed;  // outside programs

@@ -84,6 +84,10 @@ TEST_F(Options, ApplyTakesEveryTabOverAndCancelKeepsTheHeldGroups) {
   EXPECT_NE(ws.settings.RefreshList, 0);
   EXPECT_EQ(ws.settings.Zoom, 0);
 
+  ws.tracer.Xrange = "9";
+  ApplyOptions(ws);
+  EXPECT_EQ(ws.tracer.Xrange, "9") << "the trace type is the same";
+
   CloseForm(ws, desktop);
   EXPECT_EQ(ws.settings.YJump, 70);
   EXPECT_EQ(ws.settings.XDecimals, 5) << "as it was when the window opened";

@@ -28,11 +28,11 @@ Encoding EncodingOf(int format) {
       {"TIFF", lib::LZWCompression, true},   {"TGA", lib::NoCompression, true},
       {"BMP3", lib::NoCompression, true},    {"GIF", lib::LZWCompression, true},
       {"BMP3", lib::NoCompression, true},    {"PCX", lib::RLECompression, true},
-      {"JPEG", lib::JPEGCompression, false},
+      {"JPEG", lib::JPEGCompression, false}, {"PNG", lib::ZipCompression, false},
   };
-  if (format < kTifFormat || format > kJpgFormat)
+  if (format < kTifFormat || format > kPngFormat)
     throw RunTimeError(
-        "The name must end in one of the types tif, tga, bmp, gif, dib, pcx or jpg.");
+        "The name must end in one of the types tif, tga, bmp, gif, dib, pcx, jpg or png.");
   return kEncodings[format - kTifFormat];
 }
 
