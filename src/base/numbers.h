@@ -16,11 +16,20 @@ std::int32_t ToInt32(double value);
 float ToSingle(double value);
 
 /// The number that `text` starts with, after blanks: digits, one decimal point, an exponent;
-/// nothing when there is none. "1e3" is 1000, "  -2.5 m" is -2.5, "0,5" is 0. A number too large is
-/// an infinity.
+/// nothing when there is none. "1e3" is 1000, "  -2.5 m" is -2.5. One comma is a decimal comma
+/// where there is no point: "0,5" is 0.5. The Unicode minus is a minus. A number too large is an
+/// infinity.
 std::optional<double> FindLeadingNumber(std::string_view text);
 /// The same with 0 for text without a number.
 double LeadingNumber(std::string_view text);
+
+/// A number that a person has typed.
+struct TypedNumber {
+  double Value = 0;  // LeadingNumber
+  /// Whether the text says this number and nothing else. "1,000" does not: it may mean a thousand.
+  bool IsPlain = false;
+};
+TypedNumber ReadTyped(std::string_view text);
 
 /// The shortest decimal form that reads back as the same value: "5", "0.1", "-2.5e-07".
 std::string ShortestText(float value);

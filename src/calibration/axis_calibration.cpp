@@ -35,6 +35,16 @@ bool Refuse(AxisCalibration& calibration, int row, const Desktop& desktop, const
   return false;
 }
 
+/// The number in a value box, which shows it where it holds anything else; `note` says so.
+float ReadValue(std::string& box, const char* axis, std::string& note) {
+  const TypedNumber typed = ReadTyped(box);
+  const float value = ToSingle(typed.Value);
+  if (typed.IsPlain) return value;
+  box = ShortestText(value);
+  note += std::string(axis) + " was read as " + box + ". ";
+  return value;
+}
+
 void AcceptOrigin(const AxisCalibration& calibration, AxisPanel& panel) {
   EnableValues(panel, 1, true, false);
   EnableValues(panel, 0, false, false);
@@ -105,8 +115,9 @@ bool DefineAxis(AxisCalibration& calibration, AxisPanel& panel, CommandStates& c
     return false;
   }
   // All that can overflow comes before anything changes.
-  const float valueX = ToSingle(LeadingNumber(row.XText));
-  const float valueY = ToSingle(LeadingNumber(row.YText));
+  std::string note;
+  const float valueX = ReadValue(row.XText, "X", note);
+  const float valueY = ReadValue(row.YText, "Y", note);
   const int dx = Index == 0 ? 0 : ToInt16(pixelX - calibration.PixelX[0]);
   const int dy = Index == 0 ? 0 : ToInt16(pixelY - calibration.PixelY[0]);
 
@@ -120,9 +131,12 @@ bool DefineAxis(AxisCalibration& calibration, AxisPanel& panel, CommandStates& c
   calibration.Armed[Index] = false;
   if (Index < 2) calibration.Armed[Index + 1] = true;
 
-  if (Index == 1) return AcceptXAxis(calibration, panel, desktop, dx, dy);
-  if (Index == 2) return AcceptYAxis(calibration, panel, commands, desktop, dy);
-  AcceptOrigin(calibration, panel);
+  static constexpr std::array<const char*, 3> kTips = {kOriginTip, kXAxisTip, kYAxisTip};
+  if (!note.empty()) panel.Tips = note + kTips[Index];
+  if (Index == 1 && !AcceptXAxis(calibration, panel, desktop, dx, dy)) return false;
+  if (Index == 2 && !AcceptYAxis(calibration, panel, commands, desktop, dy)) return false;
+  if (Index == 0) AcceptOrigin(calibration, panel);
+  panel.Tips = note + panel.Tips;
   return true;
 }
 

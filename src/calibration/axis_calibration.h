@@ -56,7 +56,8 @@ void InitAxisDefFrame(AxisCalibration& calibration, AxisPanel& panel);
 
 /// Accepts row Index at a pixel (row upward) with the values in the row's text boxes; false when it
 /// is refused (already defined, empty boxes, on the origin's column or row), with a message where
-/// the user can do something about it. Index outside 0..2 and 16-bit overflow are run-time errors.
+/// the user can do something about it. A box that holds anything but a number then shows the number
+/// that was read, and Tips says so. Index outside 0..2 and 16-bit overflow are run-time errors.
 bool DefineAxis(AxisCalibration& calibration, AxisPanel& panel, CommandStates& commands,
                 const Desktop& desktop, int Index, std::int16_t pixelX, std::int16_t pixelY);
 

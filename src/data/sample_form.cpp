@@ -167,7 +167,23 @@ void RangeChanged(SampleForm& form, const PointStore& store) {
   ShowHint(form, store);
 }
 
-bool CalculateStep(SampleForm& form, const PointStore& store, const Desktop& desktop) {
+namespace {
+
+/// Limits that hold more than a number show the number that is read; the result says so.
+std::string ShowReadLimits(SampleForm& form) {
+  std::string note;
+  const auto read = [&note](std::string& box, const char* caption) {
+    if (!FindLeadingNumber(box) || !std::isfinite(ReadSingle(box)) || ReadTyped(box).IsPlain)
+      return;
+    box = ShortestText(ReadSingle(box));
+    note += std::string(caption) + " was read as " + box + ". ";
+  };
+  read(form.MinXBox, "Min X");
+  read(form.MaxXBox, "Max X");
+  return note;
+}
+
+bool Calculate(SampleForm& form, const PointStore& store, const Desktop& desktop) {
   if (!IsTyped(form)) {
     StepsChanged(form, desktop);
   } else {
@@ -185,6 +201,15 @@ bool CalculateStep(SampleForm& form, const PointStore& store, const Desktop& des
   }
   ShowHint(form, store);
   return true;
+}
+
+}  // namespace
+
+bool CalculateStep(SampleForm& form, const PointStore& store, const Desktop& desktop) {
+  const std::string note = ShowReadLimits(form);
+  const bool usable = Calculate(form, store, desktop);
+  form.Hint = note + form.Hint;
+  return usable;
 }
 
 std::optional<SampleEnd> ReSample(SampleForm& form, PointStore& store, bool RefreshList,

@@ -11,6 +11,32 @@
 
 namespace graphize {
 
+namespace {
+
+/// What the increment boxes held before they were read. Says in the panel "status" when that was
+/// another number than the one they show then.
+class TypedIncrements {
+ public:
+  explicit TypedIncrements(const TracerControl& control) : x_(control.Xrange), y_(control.Yrange) {}
+
+  void TellChanges(Workspace& ws) const {
+    Tell(ws.status, "X increment", x_, ws.tracer.Xrange);
+    Tell(ws.status, "Y increment", y_, ws.tracer.Yrange);
+  }
+
+ private:
+  static void Tell(StatusBar& status, const char* box, const std::string& typed,
+                   const std::string& used) {
+    const TypedNumber number = ReadTyped(typed);
+    if (number.IsPlain && number.Value == LeadingNumber(used)) return;
+    status.Status += std::string("; ") + box + " was read as " + used;
+  }
+
+  std::string x_, y_;
+};
+
+}  // namespace
+
 ExtractionContext ExtractionOf(Workspace& ws, const Desktop& desktop) {
   return {.Image = ws.plot,
           .View = ws.view,
@@ -57,9 +83,11 @@ Outcome Run(Workspace& ws, const Desktop& desktop, TraceStep& step) {
   const int before = ws.store.CaptureCount;
   ws.mouse.TraceRunning = true;
   ws.window.Hourglass = true;
+  const TypedIncrements typed(ws.tracer);
   const ExtractionContext context = ExtractionOf(ws, desktop);
   const TraceEnd end = ws.settings.Trace == 1 ? TraceSmooth(context, step.X, step.Y)
                                               : TraceNew(context, step.X, step.Y);
+  typed.TellChanges(ws);
   ws.window.Hourglass = false;
   ws.mouse.TraceRunning = false;
   return {.Points = ws.store.CaptureCount - before, .HiddenByMarks = end.HiddenByMarks};
@@ -70,7 +98,9 @@ Outcome Run(Workspace& ws, const Desktop& desktop, ScanStep& step) {
   if (auto refused = ExtractionRefused(ws, at(step.Area.Left), at(step.Area.Top))) return *refused;
   const int before = ws.store.CaptureCount;
   ws.mouse.TraceRunning = true;
+  const TypedIncrements typed(ws.tracer);
   Scan(ExtractionOf(ws, desktop), step.Area);
+  typed.TellChanges(ws);
   ws.mouse.TraceRunning = false;
   return {.Points = ws.store.CaptureCount - before};
 }

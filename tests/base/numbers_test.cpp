@@ -21,13 +21,25 @@ TEST(Numbers, RoundHalfToEvenIntoSixteenBits) {
 
 TEST(Numbers, TextReadsByItsLeadingNumber) {
   const std::pair<const char*, double> cases[] = {
-      {"1e3", 1000}, {"  -2.5 m", -2.5}, {"0,5", 0}, {"", 0},       {"abc", 0},
-      {"+7", 7},     {".5", 0.5},        {"5.", 5},  {"1e", 1},     {"-", 0},
-      {"inf", 0},    {"nan", 0},         {"- 3", 0}, {"1 2", 1},    {"\t12\r\n", 12},
-      {"0x10", 0},   {"1e-400", 0},      {"--1", 0}, {"1.2.3", 1.2}};
+      {"1e3", 1000},  {"  -2.5 m", -2.5},  {"0,5", 0.5},
+      {"", 0},        {"abc", 0},          {"+7", 7},
+      {".5", 0.5},    {"5.", 5},           {"1e", 1},
+      {"-", 0},       {"inf", 0},          {"nan", 0},
+      {"- 3", 0},     {"1 2", 1},          {"\t12\r\n", 12},
+      {"0x10", 0},    {"1e-400", 0},       {"--1", 0},
+      {"1.2.3", 1.2}, {"\u22122,5", -2.5}, {"1e\u22123", 0.001},
+      {",5", 0.5},    {"1.234,5", 1.234},  {"1,2,3", 1}};
   for (const auto& [text, expected] : cases) EXPECT_EQ(LeadingNumber(text), expected) << text;
   EXPECT_TRUE(std::isinf(LeadingNumber("1e999")));
   EXPECT_LT(LeadingNumber("-1e999"), 0);
+}
+
+TEST(Numbers, ATextIsPlainWhenItSaysTheNumberAndNothingElse) {
+  for (const char* text : {"5", " -2,5 ", "\u22123", "1e3", ".5", "0,125", "1000,125", "12,34"})
+    EXPECT_TRUE(ReadTyped(text).IsPlain) << text;
+  // A comma before three digits may group thousands.
+  for (const char* text : {"", "abc", "5 m", "1.234,5", "1,2,3", "1e", "1,000", "-20,500"})
+    EXPECT_FALSE(ReadTyped(text).IsPlain) << text;
 }
 
 TEST(Numbers, ShortestTextReadsBackAsTheSameValue) {

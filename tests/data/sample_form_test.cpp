@@ -73,6 +73,18 @@ TEST(SampleForm, TheHintNamesThePointWhereXGoesBack) {
   EXPECT_EQ(form.Hint, "Y - Log: Y of point 1 is not above 0.");
 }
 
+TEST(SampleForm, ALimitShowsTheNumberThatWasReadAndTheHintSaysSo) {
+  PointStore store = MakeStore({{0, 0}, {1, 0}});
+  SampleForm form = Opened(store);
+  form.MinXBox = "0,25";
+  form.MaxXBox = "1 m";
+  ASSERT_TRUE(ReSample(form, store, false, ScriptedDesktop()));
+  EXPECT_EQ(form.MinXBox, "0,25");
+  EXPECT_EQ(form.MaxXBox, "1");
+  EXPECT_EQ(form.Hint, "Max X was read as 1. ");
+  EXPECT_EQ(ListRows(store), (RowList{{0.25f, 0}, {1, 0}}));
+}
+
 TEST(SampleForm, TheCountGivesTheStep) {
   struct Case {
     const char* min;
