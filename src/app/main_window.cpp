@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QCursor>
 #include <QGridLayout>
 #include <QMimeData>
 #include <QScreen>
@@ -85,20 +86,35 @@ void MainWindow::FitSidePanel() {
 
 void MainWindow::PlaceZoom() {
   // Below the panels that are shown where there is room, so that nothing of the picture is covered;
-  // else in its lower right corner.
+  // else in one of its lower corners.
   constexpr int kMargin = 8;
   const QSize size = zoom_->sizeHint();
   const QRect picture = pictureArea_->geometry();
   // As high as the picture and its scroll bar; its own geometry may still be that of before.
   const QRect side(sidePanel_->x(), picture.y(), sidePanel_->width(),
                    picture.height() + horizontal_->sizeHint().height());
-  const int panels = readOut_->sizeHint().height() + dataList_->sizeHint().height() +
-                     (ws_.window.AxisPanelShown ? axisPanel_->sizeHint().height()
-                                                : tracerPanel_->sizeHint().height());
-  const bool fits = panels + size.height() + 3 * kMargin <= side.height();
-  const QPoint corner = fits ? side.bottomRight() - QPoint((side.width() - size.width()) / 2, 0)
-                             : picture.bottomRight() - QPoint(kMargin, 0);
-  zoom_->SetHome(corner - QPoint(size.width(), size.height() + kMargin));
+  const QWidget* panel = ws_.window.AxisPanelShown ? static_cast<const QWidget*>(axisPanel_)
+                                                   : static_cast<const QWidget*>(tracerPanel_);
+  const int panels =
+      readOut_->sizeHint().height() + dataList_->sizeHint().height() + panel->sizeHint().height();
+  zoomOverPicture_ = panels + size.height() + 3 * kMargin > side.height();
+  const QPoint left(0, size.height() + kMargin), right(size.width(), size.height() + kMargin);
+  if (!zoomOverPicture_)
+    zoom_->SetHome(side.bottomRight() - QPoint((side.width() - size.width()) / 2, 0) - right);
+  else if (zoomToTheLeft_)
+    zoom_->SetHome(picture.bottomLeft() + QPoint(kMargin, 0) - left);
+  else
+    zoom_->SetHome(picture.bottomRight() - QPoint(kMargin, 0) - right);
+}
+
+void MainWindow::LetZoomGiveWay() {
+  constexpr int kNear = 12;  // pixels
+  if (!zoomOverPicture_ || zoom_->IsMoved() || ws_.mode == Mode::None) return;
+  if (QGuiApplication::queryKeyboardModifiers().testFlag(Qt::ControlModifier)) return;
+  const QPoint pointer = centralWidget()->mapFromGlobal(QCursor::pos());
+  if (!zoom_->geometry().adjusted(-kNear, -kNear, kNear, kNear).contains(pointer)) return;
+  zoomToTheLeft_ = !zoomToTheLeft_;
+  PlaceZoom();
 }
 
 void MainWindow::showEvent(QShowEvent* event) {
@@ -168,6 +184,11 @@ void MainWindow::RenderModeFrame() {
   axisPanel_->setVisible(ws_.window.AxisPanelShown);
   tracerPanel_->setVisible(!ws_.window.AxisPanelShown);
   PlaceZoom();
+  QWidget* panel = ws_.window.AxisPanelShown ? static_cast<QWidget*>(axisPanel_) : tracerPanel_;
+  // Where it will stand is known once the layout has been done.
+  QTimer::singleShot(0, this, [this, panel] {
+    zoom_->Uncover(QRect(panel->mapTo(centralWidget(), QPoint()), panel->size()));
+  });
   if (!ws_.window.AxisPanelShown) return;
   // On a small screen the boxes to fill in now are brought into sight.
   QTimer::singleShot(0, this, [this] { sidePanel_->ensureWidgetVisible(axisPanel_); });

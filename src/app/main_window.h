@@ -69,6 +69,9 @@ class MainWindow : public QMainWindow {
   void FitSidePanel();
   void FinishStart();
   void PlaceZoom();
+  /// In a mode, the zoom window leaves the part of the picture that the pointer goes to; not while
+  /// Ctrl is held.
+  void LetZoomGiveWay();
   FormDialog* MakeIntegrateForm();
   FormDialog* MakeSampleForm();
   FormDialog* MakeOptionsForm();
@@ -127,6 +130,8 @@ class MainWindow : public QMainWindow {
   bool hourglassShown_ = false;
   int cursorShown_ = 0;
   QPointer<QWidget> closeAfterCommand_;
+  bool zoomOverPicture_ = false;
+  bool zoomToTheLeft_ = false;
   bool placing_ = false;
   bool shown_ = false;
 };

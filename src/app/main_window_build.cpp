@@ -104,6 +104,9 @@ void MainWindow::BuildToolbar() {
     action->setObjectName(QLatin1String(button.Key));
     action->setToolTip(QLatin1String(button.Tip));
     action->setCheckable(button.IsMode);
+    QWidget* shown = bar->widgetForAction(action);
+    shown->setObjectName(QLatin1String("Toolbar1_") + QLatin1String(button.Key));
+    shown->setFocusPolicy(Qt::TabFocus);
     connect(action, &QAction::triggered, this, [this, &button] {
       Do([&button](Workspace& ws, const Desktop& desktop) {
         Toolbar_ButtonClick(ws, desktop, button.Key);
@@ -168,6 +171,11 @@ QWidget* MainWindow::BuildSidePanel() {
 void MainWindow::ConnectPanels() {
   connect(plot_, &PlotView::Moved, this, [this](int button, int shift, float x, float y) {
     Do([=](Workspace& ws, const Desktop& d) { Plot_MouseMove(ws, d, button, shift, x, y); }, false);
+  });
+  connect(plot_, &PlotView::Moved, this, &MainWindow::LetZoomGiveWay);
+  connect(zoom_, &ZoomView::Entered, this, [this] {
+    LetZoomGiveWay();
+    plot_->ReadPointer();
   });
   connect(plot_, &PlotView::Pressed, this, [this](int button, int shift, float x, float y) {
     Do([=](Workspace& ws, const Desktop& d) { Plot_MouseDown(ws, d, button, shift, x, y); });
@@ -247,6 +255,14 @@ void MainWindow::ConnectPanels() {
     Do(
         [=](Workspace& ws, const Desktop& desktop) {
           PressListLine(ws, line, shift);
+          OpenEditMenu(ws, desktop);
+        },
+        false);
+  });
+  connect(dataList_, &DataListPanel::LineStepped, this, [this](int line, int by, bool extend) {
+    Do(
+        [=](Workspace& ws, const Desktop& desktop) {
+          StepListSelection(ws, line, by, extend);
           OpenEditMenu(ws, desktop);
         },
         false);

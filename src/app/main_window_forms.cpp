@@ -1,5 +1,7 @@
 // The modal windows of the main window: which one is open, and what their events call.
 
+#include <QScreen>
+#include <algorithm>
 #include <utility>
 
 #include "app/main_window.h"
@@ -68,7 +70,12 @@ void MainWindow::RenderForm() {
 void MainWindow::PlaceForm() {
   const QPoint corner = centralWidget()->mapToGlobal(centralWidget()->rect().bottomLeft());
   const int frame = frameGeometry().height() - height();
-  form_->move(corner.x(), corner.y() - form_->sizeHint().height() - frame);
+  const QRect screen = this->screen()->availableGeometry();
+  const QSize size = form_->sizeHint().boundedTo(screen.size() - QSize(0, frame));
+  form_->resize(size);
+  form_->move(
+      std::clamp(corner.x(), screen.left(), std::max(screen.right() - size.width(), screen.left())),
+      std::max(corner.y() - size.height() - frame, screen.top()));
 }
 
 FormDialog* MainWindow::MakeIntegrateForm() {

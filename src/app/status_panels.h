@@ -7,8 +7,8 @@ class QStatusBar;
 
 namespace graphize {
 
-/// The status bar's keyed panels, the number of points among them, and the progress bar that covers
-/// the panel "status" and repeats its text.
+/// The status bar's keyed panels, the hint and the number of points among them, and the progress
+/// bar that covers the panels "status" and "hint" and repeats what the first says.
 class StatusPanels {
  public:
   explicit StatusPanels(QStatusBar* bar);
@@ -16,8 +16,10 @@ class StatusPanels {
 
  private:
   class Progress;
+  class Hint;
 
   QLabel* status_;
+  Hint* hint_;
   QLabel* points_;
   QLabel* sizeX_;
   QLabel* sizeY_;

@@ -58,4 +58,19 @@ void SelectLine(ListPage& page, int listCount, int line, bool shift) {
   ShowPage(page, listCount);
 }
 
+void StepSelection(ListPage& page, int listCount, int line, int by, bool extend) {
+  if (line < 0 || line >= kPageLines || page.Lines[line].Point == 0) return;
+  if (!page.SelectionActive) {
+    page.SelectionStart = page.SelectionEnd = ToInt16(page.Lines[line].Point);
+    page.SelectionActive = true;
+  } else {
+    page.SelectionEnd = ToInt16(std::clamp(page.SelectionEnd + by, 1, listCount));
+    if (!extend) page.SelectionStart = page.SelectionEnd;
+  }
+  const int point = page.SelectionEnd;
+  const int first = std::clamp(page.ScrollValue, point - (kPageLines - 1), point);
+  page.ScrollValue = std::clamp(first, 1, page.ScrollMaximum);
+  ShowPage(page, listCount);
+}
+
 }  // namespace graphize

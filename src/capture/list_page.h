@@ -31,6 +31,9 @@ void ShowNewest(ListPage& page, int listCount);
 void ClearList(ListPage& page);
 /// A press on line i (0..4); with Shift it moves the selection's end.
 void SelectLine(ListPage& page, int listCount, int line, bool shift);
+/// A key on line i moves the selection's end by so many rows, with `extend` its end alone, and into
+/// view; without a selection it selects the line.
+void StepSelection(ListPage& page, int listCount, int line, int by, bool extend);
 /// The scroll bar's range for a list of this length.
 void FitScrollBar(ListPage& page, int listCount);
 void ResetSelection(ListPage& page);

@@ -1,15 +1,39 @@
 #include "data/data_list_panel.h"
 
+#include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QScrollBar>
 #include <QVBoxLayout>
+#include <QWheelEvent>
+#include <utility>
 
 #include "data/list_text.h"
 #include "widgets/show.h"
 
 namespace graphize {
+
+/// A line that shows the focus by a frame and never selects text.
+class DataListPanel::Line : public QLineEdit {
+ public:
+  using QLineEdit::QLineEdit;
+
+ protected:
+  void focusInEvent(QFocusEvent* event) override {
+    QLineEdit::focusInEvent(event);
+    deselect();
+  }
+  void paintEvent(QPaintEvent* event) override {
+    QLineEdit::paintEvent(event);
+    if (!hasFocus()) return;
+    QPainter painter(this);
+    painter.setPen(QPen(palette().color(QPalette::Text), 1, Qt::DotLine));
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
+  }
+};
 
 DataListPanel::DataListPanel(QWidget* parent) : QGroupBox(tr("Graphized Data"), parent) {
   setObjectName(QStringLiteral("FRM_Data"));
@@ -27,10 +51,10 @@ DataListPanel::DataListPanel(QWidget* parent) : QGroupBox(tr("Graphized Data"), 
   auto* list = new QVBoxLayout;
   list->setSpacing(0);
   for (int i = 0; i < kPageLines; ++i) {
-    auto* line = new QLineEdit;
+    auto* line = new Line;
     line->setObjectName(MemberName("TXT_Line", i));
     line->setAccessibleName(tr("Data line %1").arg(i + 1));
-    line->setToolTip(tr("Click selects a point, Shift+click up to another"));
+    line->setToolTip(tr("Click selects a point, Shift+click up to another; arrow keys do, too"));
     line->setReadOnly(true);
     line->setFrame(false);
     line->setAutoFillBackground(true);
@@ -62,6 +86,10 @@ bool DataListPanel::eventFilter(QObject* watched, QEvent* event) {
           emit LinePressed(i, press->modifiers().testFlag(Qt::ShiftModifier));
         return true;
       }
+      case QEvent::KeyPress:
+        return TakeKey(i, *static_cast<QKeyEvent*>(event));
+      case QEvent::ShortcutOverride:
+        return true;  // Ctrl+C and Del are the menu's here, too
       case QEvent::MouseMove:
       case QEvent::MouseButtonRelease:
         return true;  // no text is ever selected inside a line
@@ -70,6 +98,46 @@ bool DataListPanel::eventFilter(QObject* watched, QEvent* event) {
     }
   }
   return QGroupBox::eventFilter(watched, event);
+}
+
+bool DataListPanel::TakeKey(int line, const QKeyEvent& key) {
+  static constexpr std::pair<int, int> kSteps[] = {{Qt::Key_Up, -1},
+                                                   {Qt::Key_Down, 1},
+                                                   {Qt::Key_PageUp, -kPageLines},
+                                                   {Qt::Key_Home, -0x10000},
+                                                   {Qt::Key_PageDown, kPageLines},
+                                                   {Qt::Key_End, 0x10000},
+                                                   {Qt::Key_Space, 0}};
+  for (const auto& [code, by] : kSteps) {
+    if (key.key() != code) continue;
+    emit LineStepped(line, by, key.modifiers().testFlag(Qt::ShiftModifier));
+    return true;
+  }
+  return false;
+}
+
+void DataListPanel::wheelEvent(QWheelEvent* event) {
+  if (scroll_->isEnabled())
+    QCoreApplication::sendEvent(scroll_, event);
+  else
+    event->ignore();
+}
+
+void DataListPanel::RenderFocus(const ListPage& page) {
+  // One stop for Tab: the line at the selection's end, else the first.
+  std::size_t current = 0;
+  bool focused = false;
+  for (std::size_t i = 0; i < lines_.size(); ++i) {
+    if (page.SelectionActive && page.Lines[i].Point == page.SelectionEnd) current = i;
+    focused = focused || lines_[i]->hasFocus();
+  }
+  for (std::size_t i = 0; i < lines_.size(); ++i) {
+    const bool used = page.Lines[i].Point > 0;
+    lines_[i]->setFocusPolicy(!used          ? Qt::NoFocus
+                              : i == current ? Qt::StrongFocus
+                                             : Qt::ClickFocus);
+  }
+  if (focused && !lines_[current]->hasFocus()) lines_[current]->setFocus();
 }
 
 void DataListPanel::Render(const PointStore& store, const NumberFormats& formats,
@@ -85,6 +153,7 @@ void DataListPanel::Render(const PointStore& store, const NumberFormats& formats
     colours.setColor(QPalette::Text, palette().color(text));
     if (lines_[i]->palette() != colours) lines_[i]->setPalette(colours);
   }
+  RenderFocus(store.Page);
   Show(count_, std::to_string(store.NPoints));
 
   const QSignalBlocker quiet(scroll_);

@@ -7,7 +7,6 @@
 #include "data/number_format.h"
 
 class QLabel;
-class QLineEdit;
 class QScrollBar;
 
 namespace graphize {
@@ -21,12 +20,20 @@ class DataListPanel : public QGroupBox {
 
  signals:
   void LinePressed(int line, bool shift);
+  /// A key on a line: rows to move the selection by, 0 to select the line.
+  void LineStepped(int line, int by, bool extend);
   void Scrolled(int value);
 
- private:
-  bool eventFilter(QObject* watched, QEvent* event) override;
+ protected:
+  void wheelEvent(QWheelEvent* event) override;
 
-  std::array<QLineEdit*, kPageLines> lines_;
+ private:
+  class Line;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  bool TakeKey(int line, const QKeyEvent& key);
+  void RenderFocus(const ListPage& page);
+
+  std::array<Line*, kPageLines> lines_;
   QScrollBar* scroll_;
   QLabel* count_;
 };

@@ -25,7 +25,10 @@ struct PlotOverlay {
   Colour AxisColour = kBlack;
 };
 
-/// How far the marks of a data point, the last point and an axis point reach from their pixel.
+/// Marks have an edge of this width around them, which makes them stand out from any ground.
+inline constexpr int kMarkEdge = 1;
+/// How far, without its edge, the marks of a data point, the last point and an axis point reach
+/// from their pixel.
 inline constexpr int kDataPointReach = 2;
 inline constexpr int kLastPointReach = 6;
 inline constexpr int kAxisPointReach = 9;

@@ -27,26 +27,40 @@ QColor ToQColor(Colour colour) {
   return QColor::fromRgb(PixelOfColour(colour));
 }
 
+/// One pixel wide; both ends belong to it.
+QRect Stroke(int left, int top, int right, int bottom) {
+  return {QPoint(left, top), QPoint(right, bottom)};
+}
+
+/// First all edges, then the strokes: no edge covers a neighbour. A light mark has a dark edge and
+/// the other way round.
+void PaintStrokes(QPainter& painter, const QList<QRect>& strokes, Colour colour) {
+  constexpr int kMiddleGrey = 128;
+  const QColor inside = ToQColor(colour);
+  const QColor edge = qGray(inside.rgb()) < kMiddleGrey ? Qt::white : Qt::black;
+  for (const QRect& stroke : strokes)
+    painter.fillRect(stroke.adjusted(-kMarkEdge, -kMarkEdge, kMarkEdge, kMarkEdge), edge);
+  for (const QRect& stroke : strokes) painter.fillRect(stroke, inside);
+}
+
 void PaintDataPoints(QPainter& painter, const PlotOverlay& overlay) {
-  QList<QLine> strokes;
+  QList<QRect> strokes;
   strokes.reserve(static_cast<qsizetype>(2 * overlay.DataPoints.size()));
   for (const auto& [x, y] : overlay.DataPoints) {
-    strokes << QLine(x - kDataPointReach, y, x + kDataPointReach, y)
-            << QLine(x, y - kDataPointReach, x, y + kDataPointReach);
+    strokes << Stroke(x - kDataPointReach, y, x + kDataPointReach, y)
+            << Stroke(x, y - kDataPointReach, x, y + kDataPointReach);
   }
-  painter.setPen(QPen(ToQColor(overlay.DataColour), 1));
-  painter.drawLines(strokes);
+  PaintStrokes(painter, strokes, overlay.DataColour);
 }
 
 /// A cross that leaves its pixel and the ink around it free.
 void PaintCross(QPainter& painter, const PlotOverlay::Point& at, int reach, Colour colour) {
-  constexpr int kGap = 2;
+  constexpr int kGap = 2 + kMarkEdge;
   const auto [x, y] = at;
-  painter.setPen(QPen(ToQColor(colour), 1));
-  painter.drawLines(QList<QLine>{{x - reach, y, x - kGap, y},
-                                 {x + kGap, y, x + reach, y},
-                                 {x, y - reach, x, y - kGap},
-                                 {x, y + kGap, x, y + reach}});
+  PaintStrokes(painter,
+               {Stroke(x - reach, y, x - kGap, y), Stroke(x + kGap, y, x + reach, y),
+                Stroke(x, y - reach, x, y - kGap), Stroke(x, y + kGap, x, y + reach)},
+               colour);
 }
 
 /// The pixels of the rubber band's outline: its four sides.

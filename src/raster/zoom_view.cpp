@@ -99,6 +99,17 @@ void ZoomView::SetHome(QPoint home) {
   StayInside();
 }
 
+void ZoomView::Uncover(const QRect& area) {
+  if (!moved_ || !geometry().intersects(area)) return;
+  moved_ = false;
+  StayInside();
+}
+
+void ZoomView::enterEvent(QEnterEvent* event) {
+  QFrame::enterEvent(event);
+  emit Entered();
+}
+
 void ZoomView::StayInside() {
   const QSize room = parentWidget()->size() - sizeHint();
   QPoint place = moved_ ? pos() : home_;

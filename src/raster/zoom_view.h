@@ -19,9 +19,17 @@ class ZoomView : public QFrame {
   void Render(bool shown, int x, int y, int factor, bool pictureChanged);
   /// Where the window stands until somebody moves it; parent's coordinates.
   void SetHome(QPoint home);
+  /// Goes home when it has been moved over `area`, which is needed.
+  void Uncover(const QRect& area);
+  bool IsMoved() const { return moved_; }
 
  signals:
   void FactorChosen(int factor);
+  /// The pointer has come upon it.
+  void Entered();
+
+ protected:
+  void enterEvent(QEnterEvent* event) override;
 
  private:
   class Picture;

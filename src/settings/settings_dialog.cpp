@@ -8,6 +8,7 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollArea>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QToolButton>
@@ -50,6 +51,18 @@ QWidget* Tab(std::initializer_list<QWidget*> frames) {
   column->addStretch();
   return tab;
 }
+
+/// Scrolls what a small screen or large type leaves no room for.
+class ScrollingTab : public QScrollArea {
+ public:
+  explicit ScrollingTab(QWidget* tab) {
+    setWidget(tab);
+    setWidgetResizable(true);
+    setFrameStyle(QFrame::NoFrame);
+    setFocusPolicy(Qt::NoFocus);
+  }
+  QSize sizeHint() const override { return widget()->sizeHint(); }
+};
 
 /// A number that only its up-down changes.
 QLabel* NumberShown(const QString& name, const QString& accessibleName) {
@@ -100,12 +113,15 @@ SettingsDialog::SettingsDialog(QWidget* parent)
     : FormDialog("frmOptions", tr("Graphize settings"), parent) {
   auto* tabs = Named(new QTabWidget, "Tabs", tr("Groups of options"));
   tabs->tabBar()->setAccessibleName(tr("Groups of options"));
-  tabs->addTab(MakeTrace(), tr("Trace"));
-  tabs->addTab(MakeGeneral(), tr("General"));
-  tabs->addTab(MakeSnap(), tr("Snap"));
-  tabs->addTab(MakeColours(), tr("Colors"));
-  tabs->addTab(MakeCursor(), tr("Cursor"));
-  tabs->addTab(MakeFormat(), tr("Format"));
+  const auto add = [tabs](QWidget* tab, const QString& caption) {
+    tabs->addTab(new ScrollingTab(tab), caption);
+  };
+  add(MakeTrace(), tr("Trace"));
+  add(MakeGeneral(), tr("General"));
+  add(MakeSnap(), tr("Snap"));
+  add(MakeColours(), tr("Colors"));
+  add(MakeCursor(), tr("Cursor"));
+  add(MakeFormat(), tr("Format"));
   auto* column = static_cast<QVBoxLayout*>(layout());
   column->addWidget(tabs);
   note_ = Named(new QLabel, "LBL_Note", tr("Note"));

@@ -72,6 +72,10 @@ void PressListLine(Workspace& ws, int line, bool shift) {
   SelectLine(ws.store.Page, ws.store.ListCount, line, shift);
 }
 
+void StepListSelection(Workspace& ws, int line, int by, bool extend) {
+  StepSelection(ws.store.Page, ws.store.ListCount, line, by, extend);
+}
+
 Outcome Run(Workspace& ws, const Desktop&, const RedefineStep& step) {
   ReDefineAxis(ws.calibration, ws.axisPanel, ws.commands, step.Row);
   return {};

@@ -24,6 +24,8 @@ void OpenEditMenu(Workspace& ws, const Desktop& desktop);
 /// The data list panel: its scroll bar was moved to `value`; a line was pressed.
 void ScrollList(Workspace& ws, int value);
 void PressListLine(Workspace& ws, int line, bool shift);
+/// A key on a line of the list: StepSelection.
+void StepListSelection(Workspace& ws, int line, int by, bool extend);
 
 /// Opens a row of the axis definition, 0 to 2, and the rows after it for definition again.
 Outcome Run(Workspace& ws, const Desktop& desktop, const RedefineStep& step);

@@ -30,6 +30,25 @@ constexpr std::string_view ModeKey(Mode mode) {
   return "";
 }
 
+/// What the clicks of a mode do, for the panel "hint".
+constexpr const char* ModeHint(Mode mode) {
+  switch (mode) {
+    case Mode::AxisDef:
+      return "Type the values, then click the point";
+    case Mode::Graphize:
+      return "Left click: capture; right: trace or scan";
+    case Mode::BlockTest:
+      return "Left click: blocker; right: test the tracer";
+    case Mode::DrawErase:
+      return "Left button: draw; right: erase";
+    case Mode::GridBuster:
+      return "Click LEFT for X and RIGHT for Y grid lines, SHIFT click for Auto mode";
+    case Mode::None:
+      break;
+  }
+  return "";
+}
+
 constexpr Mode ModeOfKey(std::string_view key) {
   for (const Mode mode : kModes)
     if (ModeKey(mode) == key) return mode;

@@ -36,7 +36,7 @@ PlotOverlay Plot_Paint(const Workspace& ws, const PlotOverlay::Rectangle& area) 
     for (int i = 1; i <= ws.store.ListCount; ++i) {
       const auto pixel =
           Real2Pixels(ws.calibration, ws.plot.Height(), ws.store.ListX[i], ws.store.ListY[i]);
-      if (pixel && Touches(area, *pixel, kDataPointReach))
+      if (pixel && Touches(area, *pixel, kDataPointReach + kMarkEdge))
         overlay.DataPoints.push_back({pixel->X, pixel->Y});
     }
   }

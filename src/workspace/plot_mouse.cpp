@@ -13,6 +13,8 @@ namespace graphize {
 
 namespace {
 
+constexpr const char* kPointerStays = "This desktop does not let programs move the pointer";
+
 /// The button that a drag on the picture holds down; 0 without one.
 int DraggingButton(const Workspace& ws) {
   if (ws.scanRectangle.Active) return kRightButton;
@@ -34,6 +36,12 @@ void FollowDrag(Workspace& ws, float X, float Y) {
       ws.view,
       view.X + StepTowards(ToInt32(X), view.X, view.Width, std::max<int>(ws.settings.XJump, 1)),
       view.Y + StepTowards(ToInt32(Y), view.Y, view.Height, std::max<int>(ws.settings.YJump, 1)));
+}
+
+/// A message that is cleared stays readable in the panel beside it.
+void ClearStatus(StatusBar& status) {
+  if (!TrimRight(status.Status).empty()) status.Hint = status.Status;
+  status.Status = " ";
 }
 
 /// Without values under the cursor there is nothing to capture but what was read before. With two
@@ -104,7 +112,7 @@ void EndDrag(Workspace& ws) {
 void Plot_MouseMove(Workspace& ws, const Desktop& desktop, int Button, int /*Shift*/, float X,
                     float Y) {
   if (const int held = DraggingButton(ws); (Button & held) != held) EndDrag(ws);
-  if (!ws.mouse.TraceRunning) ws.status.Status = " ";
+  if (!ws.mouse.TraceRunning) ClearStatus(ws.status);
   ReadCursor(ws.readOut, ws.axisPanel, ws.store, ws.calibration, desktop, ws.plot.Height(), X, Y);
   if (ws.scanRectangle.Active) MoveScanCorner(ws.scanRectangle, X, Y);
   DragPen(ws.pen, ws.plot, X, Y);
@@ -114,6 +122,7 @@ void Plot_MouseMove(Workspace& ws, const Desktop& desktop, int Button, int /*Shi
 
 void Plot_MouseDown(Workspace& ws, const Desktop& desktop, int Button, int Shift, float X,
                     float Y) {
+  ws.status.Hint = ModeHint(ws.mode);
   if (ws.mode == Mode::GridBuster) {
     if (Button == kLeftButton || Button == kRightButton)
       Do(ws, desktop,
@@ -183,9 +192,23 @@ bool MovePointerByKey(Workspace& ws, const Desktop& desktop, PointerKey key, int
   if (!desktop.PointerOverPlot()) return false;
   const int step = Shift == kCtrlKey ? 10 : 1;
   const auto [x, y] = kMoves[static_cast<std::size_t>(key)];
-  if (!desktop.MovePointer(x * step, y * step))
-    ws.status.Status = "This desktop does not let programs move the pointer";
+  if (!desktop.MovePointer(x * step, y * step)) ws.status.Status = kPointerStays;
   return true;
+}
+
+bool CanPutPointer(const Workspace& ws) {
+  return ws.plot.IsPresent();
+}
+
+void PutPointer(Workspace& ws, const Desktop& desktop) {
+  const Viewport& view = ws.view;
+  const int right = std::min(view.X + view.Width, ws.plot.Width()) - 1;
+  const int bottom = std::min(view.Y + view.Height, ws.plot.Height()) - 1;
+  const int x = ws.readOut.PlotX, y = ws.readOut.PlotY;
+  const bool seen = x > view.X && x < right && y > view.Y && y < bottom;
+  const bool moved =
+      seen ? desktop.PointAt(x, y) : desktop.PointAt((view.X + right) / 2, (view.Y + bottom) / 2);
+  if (!moved) ws.status.Status = kPointerStays;
 }
 
 void StepZoom(Workspace& ws, int step) {

@@ -33,6 +33,11 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const PointStep& step);
 enum class PointerKey { PageUp, PageDown, End, Home, Left, Up, Right, Down };
 bool MovePointerByKey(Workspace& ws, const Desktop& desktop, PointerKey key, int Shift);
 
+/// Puts the pointer on the picture: where it was there last when that is in view, else in the
+/// middle of what is.
+void PutPointer(Workspace& ws, const Desktop& desktop);
+bool CanPutPointer(const Workspace& ws);
+
 /// The keys ">" and "<": the zoom factor one step up or down, held at the ends.
 void StepZoom(Workspace& ws, int step);
 

@@ -9,7 +9,7 @@
 #include "settings/scanner_source.h"
 #include "settings/settings_store.h"
 #include "tracing/tracer_control.h"
-#include "workspace/data_commands.h"
+#include "workspace/do.h"
 #include "workspace/save_points.h"
 #include "workspace/toolbar.h"
 
@@ -84,7 +84,7 @@ bool MayClose(Workspace& ws, const Desktop& desktop) {
                                .Icon = MessageIcon::Question,
                                .Buttons = MessageButtons::YesNoCancel})) {
     case Answer::Yes:
-      if (ws.store.ListCount < 1) UndoList(ws);
+      if (ws.store.ListCount < 1) Do(ws, desktop, UndoListStep{});
       return SavePoints(ws, desktop);  // nothing is lost by a failed save
     case Answer::No:
       return true;

@@ -32,13 +32,13 @@ void EnterEditMode(Workspace& ws, std::string_view key) {
   ShowFrame(ws, "graphize");
   ClearMarks(ws.plot);
   ws.plot.PersistentDrawing = true;
-  if (key == "gridbuster")
-    ws.status.Status = "Click LEFT for X and RIGHT for Y grid lines, SHIFT click for Auto mode";
+  if (key == "gridbuster") ws.status.Status = ModeHint(Mode::GridBuster);
 }
 
 void EnterMode(Workspace& ws, const Desktop& desktop, std::string_view key) {
   if (ModeOfKey(key) != ws.mode) LeaveMode(ws);
   ws.mode = ModeOfKey(key);
+  ws.status.Hint = ModeHint(ws.mode);
   if (ws.mode == Mode::DrawErase || ws.mode == Mode::GridBuster) return EnterEditMode(ws, key);
   LeaveEdit(ws);
   ShowFrame(ws, key);
@@ -96,6 +96,7 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const ModeStep& step) {
   if (step.To == Mode::None) {
     LeaveMode(ws);
     ws.mode = Mode::None;
+    ws.status.Hint.clear();
     return {};
   }
   const std::string key(ModeKey(step.To));

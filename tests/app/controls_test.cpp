@@ -9,6 +9,7 @@
 #include <QRadioButton>
 #include <QStatusBar>
 #include <QTabWidget>
+#include <QToolBar>
 #include <QToolButton>
 
 #include "app/status_panels.h"
@@ -82,6 +83,48 @@ TEST_F(Controls, AreNamedHitAndReached) {
   }
   ClickControl(Find<QWidget>("cmdCancel"));
   UntilFormIsClosed();
+}
+
+TEST_F(Controls, TheJobNeedsNoMouse) {
+  Start();
+  const auto key = [this](const char* name) {
+    Xdo({QStringLiteral("key"), QString::fromLatin1(name)});
+  };
+  OnFileDialog(kSamples / "pendulum.bmp");
+  key("ctrl+o");
+  Until([this] { return State().plot.IsPresent(); }, "the picture is open");
+  // Tab comes by the toolbar's buttons, and the space bar presses them.
+  const QWidget* button = Find<QToolBar>("Toolbar1")->widgetForAction(Find<QAction>("axisdef"));
+  const QWidget* first = QApplication::focusWidget();
+  do key("Tab");
+  while (!button->hasFocus() && QApplication::focusWidget() != first);
+  ASSERT_TRUE(button->hasFocus());
+  key("space");
+  EXPECT_EQ(State().mode, Mode::AxisDef);
+  EXPECT_TRUE(Find<QAction>("MNU_MODE_axisdef")->isChecked());
+  key("F6");
+  EXPECT_TRUE(Find<QWidget>("Plot")->underMouse());
+  EXPECT_FALSE(State().axisPanel.LiveXPixel.empty());
+  CalibratePendulum();
+  key("ctrl+3");
+  EXPECT_EQ(State().mode, Mode::BlockTest);
+  key("ctrl+2");
+  EXPECT_EQ(State().mode, Mode::Graphize);
+
+  for (int i = 0; i < 8; ++i) ClickPlot(200 + 20 * i, 200);
+  auto* line = Find<QLineEdit>("TXT_Line_2");
+  ClickControl(line);
+  Xdo({"click", "4"});
+  EXPECT_LT(State().store.Page.ScrollValue, 4) << "the wheel scrolls";
+  ClickControl(line);
+  const int selected = State().store.Page.SelectionEnd;
+  for (const char* name : {"Down", "Down", "shift+Down"}) key(name);
+  EXPECT_EQ(State().store.Page.SelectionStart, selected + 2);
+  EXPECT_EQ(State().store.Page.SelectionEnd, selected + 3);
+  for (const char* other : {"TXT_Line_0", "TXT_Line_2", "TXT_Line_4"})
+    EXPECT_FALSE(Find<QLineEdit>(other)->hasSelectedText());
+  key("Delete");
+  EXPECT_EQ(State().store.ListCount, 6);
 }
 
 TEST_F(Controls, WhatALongOperationSaysIsReadableOnItsProgressBar) {

@@ -169,5 +169,22 @@ TEST_F(Extraction, TheZoomWindowCoversNothingWhereThereIsRoomForIt) {
   }
 }
 
+TEST_F(Extraction, WhereTheZoomWindowCoversThePictureItMakesWayForAClick) {
+  Start();
+  OpenSample("pendulum.bmp");
+  Window().resize(900, 560);
+  Settle();
+  auto* zoom = Find<QWidget>("FRM_Zoom");
+  const auto* plot = Find<QWidget>("Plot");
+  const QPoint hidden = plot->mapFromGlobal(zoom->mapToGlobal(zoom->rect().center()));
+  ASSERT_TRUE(plot->rect().contains(hidden)) << "it stands beside the picture";
+  MoveOverPlot(hidden.x(), hidden.y());
+  EXPECT_TRUE(zoom->underMouse()) << "without a mode it is there to be used";
+  ClickTool("axisdef");
+  MoveOverPlot(hidden.x(), hidden.y());
+  EXPECT_EQ(State().readOut.PlotX, hidden.x());
+  EXPECT_TRUE(zoom->isVisible());
+}
+
 }  // namespace
 }  // namespace graphize::test

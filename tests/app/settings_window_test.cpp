@@ -1,6 +1,8 @@
 // The settings window, once through with real events.
 
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
 #include <QTabWidget>
 #include <QToolButton>
 #include <fstream>
@@ -81,6 +83,35 @@ TEST_F(SettingsWindow, ChangesShowAtOnceAndAreTakenOverSavedAndCancelled) {
   UntilFormIsClosed();
   EXPECT_EQ(State().settings.Trace, 1);
   EXPECT_FALSE(Find<QWidget>("Zoom")->isVisible());
+}
+
+TEST_F(SettingsWindow, EveryControlIsWithinReachWithLargeType) {
+  const QFont font = QApplication::font();
+  QFont large = font;
+  large.setPointSize(18);
+  QApplication::setFont(large);
+  Start();
+  OpenSample("pendulum.bmp");
+  ChooseForm("MNU_OPT_Settings", "frmOptions");
+  const QWidget* form = QApplication::activeModalWidget();
+  const QRect screen = form->screen()->availableGeometry();
+  for (int tab = 0; tab < Find<QTabWidget>("Tabs")->count(); ++tab) {
+    Tab(tab);
+    for (auto* control : form->findChildren<QWidget*>()) {
+      if (!control->isVisible() || control->focusPolicy() == Qt::NoFocus) continue;
+      for (QWidget* above = control; above != nullptr; above = above->parentWidget())
+        if (auto* area = qobject_cast<QScrollArea*>(above)) area->ensureWidgetVisible(control);
+      QApplication::processEvents();
+      const QRect shown = control->visibleRegion().boundingRect();
+      EXPECT_GE(shown.height(), std::min(control->height(), 20))
+          << control->objectName().toStdString();
+      EXPECT_TRUE(screen.contains(QRect(control->mapToGlobal(shown.topLeft()), shown.size())))
+          << tab << ' ' << control->objectName().toStdString();
+    }
+  }
+  Press("cmdCancel");
+  UntilFormIsClosed();
+  QApplication::setFont(font);
 }
 
 TEST_F(SettingsWindow, TheSidePanelHasRoomForTheCaptionsOfEveryTraceType) {

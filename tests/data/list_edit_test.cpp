@@ -329,5 +329,29 @@ TEST(AddValuePoint, GrowsAListThatIsLongerThanTheCapturedPoints) {
   EXPECT_EQ(store.ListCount, 32767);
 }
 
+TEST(ListEdit, KeysMoveTheSelectionAndTheListFollows) {
+  PointStore store = MakeStore(RowList(8));
+  ListPage& page = store.Page;
+  struct Case {
+    int line, by;
+    bool extend;
+    int start, end, first;  // rows: selected, and on the first line
+  };
+  constexpr int kAll = 0x10000;
+  for (const Case& c :
+       {Case{1, -1, false, 5, 5, 4}, Case{1, -2, false, 3, 3, 3}, Case{0, 2, true, 3, 5, 3},
+        Case{2, kAll, true, 3, 8, 4}, Case{4, -kAll, false, 1, 1, 1}, Case{0, 0, false, 1, 1, 1},
+        Case{0, kPageLines, false, 6, 6, 2}, Case{4, 1, false, 7, 7, 3}}) {
+    StepSelection(page, store.ListCount, c.line, c.by, c.extend);
+    EXPECT_EQ(page.SelectionStart, c.start);
+    EXPECT_EQ(page.SelectionEnd, c.end);
+    EXPECT_EQ(page.Lines[0].Point, c.first);
+    EXPECT_TRUE(page.SelectionActive);
+  }
+  ListPage empty;
+  StepSelection(empty, 0, 0, 1, false);
+  EXPECT_FALSE(empty.SelectionActive);
+}
+
 }  // namespace
 }  // namespace graphize

@@ -250,6 +250,10 @@ TEST_F(WorkspaceTest, PasteTakesTheClipboardsPicture) {
   SaveImageAs(ws, desktop);
   EXPECT_EQ(desktop.FileQuestions[0].FileName, "untitled.tif");
   EXPECT_EQ(desktop.FileQuestions[0].FilterIndex, 1);
+  EXPECT_EQ(Refusal(desktop.FileQuestions[0], "Mine.v2.PNG"), "");
+  for (const char* name : {"Mine", "mine.webp", "tif", "mine.tif.xyz"})
+    EXPECT_EQ(Refusal(desktop.FileQuestions[0], name),
+              "The name must end in one of the types tif, tga, bmp, gif, dib, pcx, jpg or png.");
   EXPECT_EQ(ws.status.Status, "Image was successfully saved");
   EXPECT_EQ(LoadPicture(folder.Path() / "Mine.TIF")->Picture.Width(), 60);
 
@@ -429,28 +433,86 @@ TEST_F(WorkspaceTest, TheKeyboardMovesThePointerOnlyOverThePlot) {
   EXPECT_EQ(ws.zoom.Factor, ZoomWindow::kMaximum);
 }
 
-TEST_F(WorkspaceTest, ClosingAsksAboutPointsOnce) {
+TEST_F(WorkspaceTest, WhatTheStatusSaidStaysReadableBesideIt) {
+  OpenAndCalibrate();
+  EXPECT_EQ(ws.status.Hint, ModeHint(Mode::Graphize));
+  ws.tracer.Xrange = "2 columns";
+  Plot_MouseDown(ws, desktop, kRightButton, 0, 20, 20);
+  const std::string told =
+      "No curve here: the tracers follow only black pixels; X increment was read as 2";
+  EXPECT_EQ(ws.status.Status, told);
+  for (int move = 0; move < 2; ++move) Plot_MouseMove(ws, desktop, 0, 0, 21, 20);
+  EXPECT_EQ(ws.status.Status, " ");
+  EXPECT_EQ(ws.status.Hint, told);
+  Click(30, 30);
+  EXPECT_EQ(ws.status.Hint, ModeHint(Mode::Graphize));
+  Toolbar_ButtonClick(ws, desktop, "gridbuster");
+  const std::string prompt = ws.status.Status;
+  Plot_MouseMove(ws, desktop, 0, 0, 21, 20);
+  EXPECT_EQ(ws.status.Hint, prompt);
+  ReleaseButtons(ws, desktop);
+  EXPECT_EQ(ws.status.Hint, "");
+}
+
+TEST_F(WorkspaceTest, ThePointerIsPutWhereItWasOrIntoWhatIsSeen) {
+  OpenAndCalibrate();
+  ResizeView(ws, 40, 30);
+  Plot_MouseMove(ws, desktop, 0, 0, 12, 13);
+  PutPointer(ws, desktop);
+  EXPECT_EQ(desktop.PointerX, 12);
+  EXPECT_EQ(desktop.PointerY, 13);
+  ScrollTo(ws.view, 20, 20);
+  PutPointer(ws, desktop);
+  EXPECT_EQ(desktop.PointerX, 39);
+  EXPECT_EQ(desktop.PointerY, 34);
+  desktop.PointerMoves = false;
+  PutPointer(ws, desktop);
+  EXPECT_NE(ws.status.Status, " ");
+}
+
+TEST_F(WorkspaceTest, ClosingAsksAboutPointsThatAreNotSaved) {
+  const auto expectQuestion = [this](Answer answer) {
+    desktop.ExpectMessage("Do you want to save graphized points ?", answer);
+  };
+  const auto save = [this](const std::filesystem::path& path) {
+    desktop.ExpectPrompt("run 1");
+    desktop.ExpectFile(path);
+  };
+  const auto out = folder.Path() / "Out.dat";
   EXPECT_TRUE(MayClose(ws, desktop));
   OpenAndCalibrate();
   Click(20, 20);
-  for (const auto& [answer, closes] : {std::pair{Answer::Cancel, false}, {Answer::No, true}}) {
-    desktop.ExpectMessage("Do you want to save graphized points ?", answer);
-    EXPECT_EQ(MayClose(ws, desktop), closes);
-  }
-  desktop.ExpectMessage("Do you want to save graphized points ?", Answer::Yes);
-  desktop.ExpectPrompt("run 1");
-  desktop.ExpectFile(folder.Path() / "Out.dat");
+  expectQuestion(Answer::Cancel);
+  EXPECT_FALSE(MayClose(ws, desktop));
+  expectQuestion(Answer::No);
   EXPECT_TRUE(MayClose(ws, desktop));
-  std::ifstream file(folder.Path() / "Out.dat", std::ios::binary);
-  const std::string text(std::istreambuf_iterator<char>(file), {});
-  EXPECT_EQ(text, "run 1\r\n1.50000E+01\t2.50000E+01\r\n");
-  EXPECT_EQ(ws.dataFileName, LowerCase((folder.Path() / "Out.dat").string()));
-
-  desktop.ExpectMessage("Do you want to save graphized points ?", Answer::Yes);
-  desktop.ExpectPrompt("");
-  desktop.ExpectFile(folder.Path() / "no" / "out.dat");
+  expectQuestion(Answer::Yes);
+  save(folder.Path() / "no" / "out.dat");
   desktop.ExpectMessage("Error while saving. \r\n");
   EXPECT_FALSE(MayClose(ws, desktop)) << "what could not be saved is not thrown away";
+
+  desktop.ExpectMessage("Total curve length");
+  Do(ws, desktop, CurveLengthStep{});
+  ASSERT_EQ(ws.store.ListCount, 0) << "one point has no length";
+  expectQuestion(Answer::Yes);
+  save(out);
+  EXPECT_TRUE(MayClose(ws, desktop));
+  EXPECT_EQ(test::BytesOf(out), "run 1\r\n1.50000E+01\t2.50000E+01\r\n");
+  EXPECT_EQ(ws.dataFileName, LowerCase(out.string()));
+  EXPECT_TRUE(MayClose(ws, desktop)) << "all is saved";
+
+  Click(30, 10);
+  Click(10, 30);
+  save(out);
+  SavePoints(ws, desktop);
+  EXPECT_TRUE(MayClose(ws, desktop));
+  Do(ws, desktop, SortStep{SortOrder::Ascending});
+  expectQuestion(Answer::Cancel);
+  EXPECT_FALSE(MayClose(ws, desktop)) << "the rows are in another order";
+  Do(ws, desktop, UndoListStep{});
+  EXPECT_TRUE(MayClose(ws, desktop)) << "as it was saved";
+  ClearAllData(ws, desktop, false);
+  EXPECT_TRUE(MayClose(ws, desktop));
 }
 
 TEST_F(WorkspaceTest, SettingsComeFromTheFileAndGoBackToIt) {
