@@ -30,7 +30,7 @@ inline constexpr int kMarkEdge = 1;
 /// How far, without its edge, the marks of a data point, the last point and an axis point reach
 /// from their pixel.
 inline constexpr int kDataPointReach = 2;
-inline constexpr int kLastPointReach = 6;
+inline constexpr int kLastPointReach = 8;
 inline constexpr int kAxisPointReach = 9;
 
 }  // namespace graphize

@@ -93,7 +93,10 @@ TEST_F(SettingsWindow, EveryControlIsWithinReachWithLargeType) {
   Start();
   OpenSample("pendulum.bmp");
   ChooseForm("MNU_OPT_Settings", "frmOptions");
-  const QWidget* form = QApplication::activeModalWidget();
+  QWidget* form = QApplication::activeModalWidget();
+  form->resize(form->width(), 400);  // as on a small screen
+  Settle();
+  EXPECT_EQ(form->height(), 400);
   const QRect screen = form->screen()->availableGeometry();
   for (int tab = 0; tab < Find<QTabWidget>("Tabs")->count(); ++tab) {
     Tab(tab);
