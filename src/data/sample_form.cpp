@@ -208,7 +208,7 @@ bool Calculate(SampleForm& form, const PointStore& store, const Desktop& desktop
 bool CalculateStep(SampleForm& form, const PointStore& store, const Desktop& desktop) {
   const std::string note = ShowReadLimits(form);
   const bool usable = Calculate(form, store, desktop);
-  form.Hint = note + form.Hint;
+  form.Hint = TrimRight(note + form.Hint);
   return usable;
 }
 

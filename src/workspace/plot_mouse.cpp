@@ -71,7 +71,7 @@ void ReadAt(Workspace& ws, const Desktop& desktop, float x, float y) {
 
 }  // namespace
 
-Outcome Run(Workspace& ws, const Desktop& desktop, const AxisStep& step) {
+Outcome Run(Workspace& ws, const Desktop& desktop, AxisStep& step) {
   if (auto refused = RefusedAt(ws, step.X, step.Y)) return *refused;
   if (ws.mode != Mode::AxisDef || ws.calibration.CurrentRow != step.Row)
     return Refused("this axis point is not the next one");
@@ -81,6 +81,8 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const AxisStep& step) {
   if (!DefineAxis(ws.calibration, ws.axisPanel, ws.commands, desktop, step.Row,
                   ws.store.CurrentPixelX, ws.store.CurrentPixelY))
     return Refused("the axis point was refused");
+  step.XText = ws.axisPanel.Rows[step.Row].XText;  // the number that was read
+  step.YText = ws.axisPanel.Rows[step.Row].YText;
   if (step.Row < 2) ++ws.calibration.CurrentRow;
   return {};
 }

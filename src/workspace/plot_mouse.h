@@ -24,7 +24,7 @@ void EndDrag(Workspace& ws);
 void Plot_Click(Workspace& ws, const Desktop& desktop);
 
 /// An axis point, and a point: at the position as it is, or as the press's snapping leads it.
-Outcome Run(Workspace& ws, const Desktop& desktop, const AxisStep& step);
+Outcome Run(Workspace& ws, const Desktop& desktop, AxisStep& step);
 Outcome Run(Workspace& ws, const Desktop& desktop, const CaptureStep& step);
 Outcome Run(Workspace& ws, const Desktop& desktop, const PointStep& step);
 

@@ -81,7 +81,7 @@ TEST(SampleForm, ALimitShowsTheNumberThatWasReadAndTheHintSaysSo) {
   ASSERT_TRUE(ReSample(form, store, false, ScriptedDesktop()));
   EXPECT_EQ(form.MinXBox, "0,25");
   EXPECT_EQ(form.MaxXBox, "1");
-  EXPECT_EQ(form.Hint, "Max X was read as 1. ");
+  EXPECT_EQ(form.Hint, "Max X was read as 1.");
   EXPECT_EQ(ListRows(store), (RowList{{0.25f, 0}, {1, 0}}));
 }
 

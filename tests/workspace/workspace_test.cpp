@@ -511,7 +511,7 @@ TEST_F(WorkspaceTest, ClosingAsksAboutPointsThatAreNotSaved) {
   EXPECT_FALSE(MayClose(ws, desktop)) << "the rows are in another order";
   Do(ws, desktop, UndoListStep{});
   EXPECT_TRUE(MayClose(ws, desktop)) << "as it was saved";
-  ClearAllData(ws, desktop, false);
+  Do(ws, desktop, ClearDataStep{});
   EXPECT_TRUE(MayClose(ws, desktop));
 }
 
