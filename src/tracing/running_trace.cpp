@@ -65,11 +65,14 @@ bool MarksHideTheCurve(const RunningTrace& trace) {
 }
 
 std::string ResultText(const RunningTrace& trace, bool hidden) {
-  static constexpr char kHidden[] =
-      "arks of an earlier trace cover the curve: Refresh takes them away";
-  if (hidden && trace.OnCurve == 0 && !trace.Stopped) return std::string("M") + kHidden;
-  const std::string points = PointCount(trace.Points) + (trace.Adds ? " captured" : " marked") +
-                             (hidden ? std::string("; m") + kHidden : "");
+  static constexpr const char* kHiddenOnly =
+      "Marks of an earlier trace cover the curve: Refresh takes them away";
+  static constexpr const char* kHiddenToo =
+      "; marks of an earlier trace cover the curve: Refresh takes them away";
+  if (hidden && trace.OnCurve == 0 && !trace.Stopped) return kHiddenOnly;
+  std::string points = PointCount(trace.Points);
+  points += trace.Adds ? " captured" : " marked";
+  if (hidden) points += kHiddenToo;
   if (trace.Stopped) return "Stopped: " + points;
   if (trace.OnCurve == 0) return "No curve here: the tracers follow only black pixels";
   if (!trace.Center && !trace.Above && !trace.Below)
