@@ -2,12 +2,14 @@
 
 #include <QApplication>
 #include <QStandardPaths>
+#include <QUrl>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
 #include <string>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include "app/fonts.h"
@@ -33,6 +35,18 @@ std::filesystem::path HelpFile() {
   return (folder / "../share/graphize/Graphize.hlp").lexically_normal();
 }
 
+/// A picture as the command line names it: a path from where the user stands, or a file's URI.
+std::filesystem::path PicturePath(const QString& word) {
+  QString path = word;
+  if (word.startsWith(QLatin1String("file://"), Qt::CaseInsensitive)) {
+    QUrl url(word);
+    if (url.host() == QLatin1String("localhost")) url.setHost({});
+    path = url.toLocalFile();
+  }
+  std::error_code ignored;
+  return std::filesystem::absolute(path.toStdString(), ignored);
+}
+
 /// Until the application stands: a display that cannot be opened is told in one line.
 void TellOnlyTheEnd(QtMsgType type, const QMessageLogContext&, const QString&) {
   if (type != QtFatalMsg) return;
@@ -49,17 +63,17 @@ int RunWindow(int argc, char** argv) {
   QApplication::setDesktopFileName(QStringLiteral("graphize"));
 
   // The picture is named from where the user stands; the program itself works in its own folder.
-  std::filesystem::path picture;
+  std::vector<std::filesystem::path> pictures;
+  for (const QString& word : QApplication::arguments().mid(1))
+    pictures.push_back(PicturePath(word));
   std::error_code ignored;
-  if (QApplication::arguments().size() > 1)
-    picture = std::filesystem::absolute(QApplication::arguments().at(1).toStdString(), ignored);
   const std::filesystem::path startFolder = std::filesystem::current_path(ignored);
   std::filesystem::current_path(QApplication::applicationDirPath().toStdString(), ignored);
 
   graphize::MainWindow window(SettingsPath(), startFolder, HelpFile());
   window.Start();
   window.show();
-  if (!picture.empty()) window.OpenWhenShown({picture});
+  if (!pictures.empty()) window.OpenWhenShown(pictures);
   return QApplication::exec();
 }
 

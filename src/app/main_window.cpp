@@ -8,6 +8,7 @@
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QStyleHints>
 #include <QTimer>
 #include <QUrl>
 #include <QWindow>
@@ -55,6 +56,7 @@ MainWindow::MainWindow(std::filesystem::path settingsPath, std::filesystem::path
   const QSize screen = QGuiApplication::primaryScreen()->size();
   ws_.window.ScreenWidth = screen.width();
   ws_.window.ScreenHeight = screen.height();
+  ws_.window.DragDistance = QGuiApplication::styleHints()->startDragDistance();
   BuildMenus();
   BuildToolbar();
   BuildCentre();
@@ -332,6 +334,10 @@ bool MainWindow::TakeKey(QKeyEvent* key) {
   if (key->text() == QLatin1String(">") || key->text() == QLatin1String("<")) {
     const int step = key->text() == QLatin1String(">") ? 1 : -1;
     Do([step](Workspace& ws, const Desktop&) { StepZoom(ws, step); }, false);
+    return true;
+  }
+  if (key->key() == Qt::Key_Escape && ws_.scanRectangle.Active) {
+    Do([](Workspace& ws, const Desktop&) { EndDrag(ws); });
     return true;
   }
   if ((key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) &&

@@ -183,7 +183,14 @@ void MainWindow::ConnectPanels() {
   connect(plot_, &PlotView::Released, this, [this](int button, int shift, float x, float y) {
     Do([=](Workspace& ws, const Desktop& d) { Plot_MouseUp(ws, d, button, shift, x, y); });
   });
-  connect(plot_, &PlotView::Clicked, this, [this] { Do(Plot_Click); });
+  connect(plot_, &PlotView::Clicked, this,
+          [this](bool second) { Do(second ? Plot_DblClick : Plot_Click); });
+  connect(plot_, &PlotView::Entered, this, [this](float x, float y) {
+    Do([=](Workspace& ws, const Desktop& d) { Plot_MouseEnter(ws, d, x, y); }, false);
+  });
+  // Not when a box over the picture takes the pointer away: then a command runs.
+  connect(plot_, &PlotView::Left, this,
+          [this] { Do([](Workspace& ws, const Desktop&) { Plot_MouseLeave(ws); }, false); });
 
   connect(horizontal_, &QScrollBar::valueChanged, this, [this](int value) {
     Do([=](Workspace& ws, const Desktop&) { ScrollTo(ws.view, value, ws.view.Y); }, false);

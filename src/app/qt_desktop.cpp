@@ -18,6 +18,7 @@
 #include "raster/size_limits.h"
 #include "raster/transparency.h"
 #include "widgets/form_dialog.h"
+#include "widgets/pointer.h"
 #include "widgets/show.h"
 
 namespace graphize {
@@ -237,7 +238,7 @@ QtDesktop::QtDesktop(QWidget* window, QWidget* plot, std::function<void()> rende
     swallowEscape_ = swallowEscape_ || held;
     return stopAsked_ || held;
   };
-  desktop_.MovePointer = [this](int dx, int dy) { return MovePointer(dx, dy); };
+  desktop_.MovePointer = [this](int dx, int dy) { return MovePointerBy(plot_, dx, dy); };
   desktop_.PointAt = [this](int x, int y) { return PointAt(x, y); };
   desktop_.PointerOverPlot = [this] {
     return plot_->isVisible() && QApplication::widgetAt(QCursor::pos()) == plot_;
@@ -363,12 +364,6 @@ bool QtDesktop::PointAt(int x, int y) {
   plot_->setFocus(Qt::ShortcutFocusReason);
   if (!CanMovePointer()) return false;
   QCursor::setPos(plot_->mapToGlobal(QPoint(x, y)));
-  return true;
-}
-
-bool QtDesktop::MovePointer(int dx, int dy) {
-  if (!CanMovePointer()) return false;
-  QCursor::setPos(QCursor::pos() + QPoint(dx, dy));
   return true;
 }
 

@@ -44,7 +44,6 @@ class QtDesktop : public QObject {
   Answer ShowMessage(const Message& message);
   std::string Prompt(const TextPrompt& prompt);
   std::optional<std::filesystem::path> ChooseFile(const FileQuestion& question);
-  bool MovePointer(int dx, int dy);
   bool PointAt(int x, int y);
 
   QWidget* window_;

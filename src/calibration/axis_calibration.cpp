@@ -1,5 +1,6 @@
 #include "calibration/axis_calibration.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "base/number_pattern.h"
@@ -18,6 +19,11 @@ constexpr const char* kYAxisTip =
     "Enter a Y axis value and click on the apropriate location on the plot";
 constexpr const char* kYAxisAgainTip =
     "Enter an Y axis value and click on the apropriate location on the plot";
+
+constexpr const char* kXPointFault =
+    "X axis value must be positive for Log Axis, Please ReDefine X axis";
+constexpr const char* kYPointFault =
+    "Y axis value must be positive for Log Axis, Please ReDefine Y axis";
 
 void CheckRow(int Index) {
   if (Index < 0 || Index > 2) throw RunTimeError("Subscript out of range");
@@ -89,7 +95,31 @@ bool AcceptYAxis(AxisCalibration& calibration, AxisPanel& panel, CommandStates& 
   return true;
 }
 
+/// Values with which the axis never gives numbers are told where they are defined.
+void TellUselessValue(const AxisCalibration& calibration, const Desktop& desktop, int row) {
+  const bool isX = row == 1;
+  const std::array<float, 3>& values = isX ? calibration.ValueX : calibration.ValueY;
+  const bool isLog = isX ? calibration.XLog : calibration.YLog;
+  if (isLog && !(values[row] > 0)) return Tell(desktop, isX ? kXPointFault : kYPointFault);
+  if (values[row] == values[0])
+    Tell(desktop, isX ? "X axis value can't be the same as the origin's, Please ReDefine X axis"
+                      : "Y axis value can't be the same as the origin's, Please ReDefine Y axis");
+}
+
 }  // namespace
+
+const char* LogPointFault(const AxisCalibration& c) {
+  if (c.Defined[1] && c.XLog && !(c.ValueX[1] > 0)) return kXPointFault;
+  if (c.Defined[2] && c.YLog && !(c.ValueY[2] > 0)) return kYPointFault;
+  return nullptr;
+}
+
+bool HasBegun(const AxisCalibration& calibration, const AxisPanel& panel) {
+  return calibration.AnyDefined() ||
+         std::any_of(panel.Rows.begin(), panel.Rows.end(), [](const AxisPanel::Row& row) {
+           return !row.XText.empty() || !row.YText.empty();
+         });
+}
 
 void InitAxisDefFrame(AxisCalibration& calibration, AxisPanel& panel) {
   for (int i = 0; i < 3; ++i) {
@@ -137,6 +167,7 @@ bool DefineAxis(AxisCalibration& calibration, AxisPanel& panel, CommandStates& c
   if (Index == 2 && !AcceptYAxis(calibration, panel, commands, desktop, dy)) return false;
   if (Index == 0) AcceptOrigin(calibration, panel);
   panel.Tips = note + panel.Tips;
+  if (Index > 0) TellUselessValue(calibration, desktop, Index);
   return true;
 }
 

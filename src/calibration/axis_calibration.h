@@ -51,19 +51,28 @@ struct AxisPanel {
   FocusTarget Focus = FocusTarget::None;  // asked for once; the window takes it back
 };
 
+/// Whether there is anything in the panel that a reset would lose.
+bool HasBegun(const AxisCalibration& calibration, const AxisPanel& panel);
+
 /// Resets the calibration and asks for the origin. The log switches stay as they are.
 void InitAxisDefFrame(AxisCalibration& calibration, AxisPanel& panel);
 
 /// Accepts row Index at a pixel (row upward) with the values in the row's text boxes; false when it
 /// is refused (already defined, empty boxes, on the origin's column or row), with a message where
 /// the user can do something about it. A box that holds anything but a number then shows the number
-/// that was read, and Tips says so. Index outside 0..2 and 16-bit overflow are run-time errors.
+/// that was read, and Tips says so. A value that never gives numbers (not positive on a log axis,
+/// the origin's once more) is accepted, and told. Index outside 0..2 and 16-bit overflow are
+/// run-time errors.
 bool DefineAxis(AxisCalibration& calibration, AxisPanel& panel, CommandStates& commands,
                 const Desktop& desktop, int Index, std::int16_t pixelX, std::int16_t pixelY);
 
 /// Opens row Index and the rows after it for definition again.
 void ReDefineAxis(AxisCalibration& calibration, AxisPanel& panel, CommandStates& commands,
                   int Index);
+
+/// What is wrong with the value of an axis point on a log axis, in plain words; nullptr when
+/// nothing is. The origin's value: calibration/transform.h.
+const char* LogPointFault(const AxisCalibration& calibration);
 
 /// Asks for the focus on the value box of the row that waits for its click.
 void FocusArmedRow(const AxisCalibration& calibration, AxisPanel& panel);

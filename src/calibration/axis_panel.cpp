@@ -6,8 +6,10 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <utility>
 
 #include "widgets/show.h"
 
@@ -15,18 +17,37 @@ namespace graphize {
 
 namespace {
 
-/// A value box: its whole text is selected when it gets the focus.
+/// A value box: its whole text is selected when it gets the focus. The click that follows, or that
+/// has given the focus, leaves it selected, so that what is typed replaces it; clicks after that
+/// place the caret.
 class ValueBox : public QLineEdit {
  public:
-  using QLineEdit::QLineEdit;
+  ValueBox() {
+    connect(this, &QLineEdit::textEdited, this, [this] { fresh_ = false; });
+  }
   std::function<void()> OnFocus;
 
  protected:
   void focusInEvent(QFocusEvent* event) override {
     QLineEdit::focusInEvent(event);
     selectAll();
+    fresh_ = true;
     if (OnFocus) OnFocus();
   }
+  void mousePressEvent(QMouseEvent* event) override {
+    selecting_ = std::exchange(fresh_, false) && event->button() == Qt::LeftButton;
+    if (!selecting_) QLineEdit::mousePressEvent(event);
+  }
+  void mouseMoveEvent(QMouseEvent* event) override {
+    if (!selecting_) QLineEdit::mouseMoveEvent(event);
+  }
+  void mouseReleaseEvent(QMouseEvent* event) override {
+    if (!std::exchange(selecting_, false)) QLineEdit::mouseReleaseEvent(event);
+  }
+
+ private:
+  bool fresh_ = false;      // has the focus, and was neither clicked nor typed into since
+  bool selecting_ = false;  // while the button of the first click is held
 };
 
 QLabel* Heading(const QString& text) {

@@ -67,6 +67,7 @@ void Pixels2Real(const AxisCalibration& c, const Desktop& desktop, bool percent,
     if (!(c.XLog && c.YLog)) TellFault(desktop, fault);
     return;
   }
+  if (const char* fault = LogPointFault(c)) throw RunTimeError(fault);
   const float dx = x - c.PixelX[0], dy = y - c.PixelY[0];
   const float u = dx * c.CosAngle + dy * c.SinAngle;
   const float v = dy * c.CosAngle - dx * c.SinAngle;

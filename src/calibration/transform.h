@@ -22,7 +22,8 @@ struct Reading {
 ///
 /// A log axis whose origin is not positive is refused: `reading` keeps what it held, and a message
 /// is shown unless both axes are logarithmic. Relative errors at a value of 0 are left unchanged.
-/// Axes that give no finite value are the run-time error "Overflow".
+/// A log axis whose point is not positive is a run-time error (LogPointFault), as are axes that
+/// give no finite value ("Overflow").
 void Pixels2Real(const AxisCalibration& calibration, const Desktop& desktop, bool percent, float x,
                  float y, Reading& reading);
 

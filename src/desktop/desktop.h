@@ -73,7 +73,7 @@ struct Desktop {
   /// Whether Escape is held down now, or the window wants to close: the running operation stops.
   std::function<bool()> EscapeHeld;
 
-  /// Moves the screen pointer by picture-view pixels; false where the system does not allow it.
+  /// Moves the screen pointer by picture pixels; false where the system does not allow it.
   std::function<bool(int dx, int dy)> MovePointer;
   /// Puts it on a pixel of the picture, row downward, which then has the keys; false as above.
   std::function<bool(int x, int y)> PointAt;

@@ -1,6 +1,5 @@
 #include "raster/plot_view.h"
 
-#include <QCursor>
 #include <QGuiApplication>
 #include <QImage>
 #include <QMouseEvent>
@@ -11,6 +10,7 @@
 
 #include "widgets/keys.h"
 #include "widgets/plot_cursor.h"
+#include "widgets/pointer.h"
 
 namespace graphize {
 
@@ -131,44 +131,62 @@ void PlotView::TellMove(QPoint position, int button, int shift) {
   emit Moved(button, shift, static_cast<float>(position.x()), static_cast<float>(position.y()));
 }
 
+bool PlotView::ShowsPixel(QPoint position) const {
+  return window()->childAt(mapTo(window(), position)) == this;
+}
+
 void PlotView::ReadPointer() {
-  const QPoint position = mapFromGlobal(QCursor::pos());
+  const QPoint position = PointerPixel(this);
   if (rect().contains(position)) TellMove(position, ButtonsOf(QGuiApplication::mouseButtons()), 0);
 }
 
 void PlotView::mouseMoveEvent(QMouseEvent* event) {
-  TellMove(event->position().toPoint(), ButtonsOf(event->buttons()),
-           ShiftState(event->modifiers()));
+  const QPoint pixel =
+      std::exchange(entered_, false) ? EnteredPixel(this, event) : PixelOf(this, event);
+  TellMove(pixel, ButtonsOf(event->buttons()), ShiftState(event->modifiers()));
 }
 
 void PlotView::mousePressEvent(QMouseEvent* event) {
-  const QPoint position = event->position().toPoint();
+  const QPoint position = PixelOf(this, event);
   const int button = ButtonsOf(event->button()), shift = ShiftState(event->modifiers());
   // A press acts on what the move before it has read, with the axes as they are now.
   TellMove(position, ButtonsOf(event->buttons() & ~event->button()), shift);
-  if (event->button() == Qt::LeftButton) leftPressedHere_ = true;
+  if (event->button() == Qt::LeftButton) {
+    leftPressedHere_ = true;
+    secondPress_ = event->type() == QEvent::MouseButtonDblClick;
+  }
   heldOutside_.start(kScrollInterval, this);
   emit Pressed(button, shift, static_cast<float>(position.x()), static_cast<float>(position.y()));
 }
 
 void PlotView::mouseReleaseEvent(QMouseEvent* event) {
-  const QPoint position = event->position().toPoint();
+  const QPoint position = PixelOf(this, event);
   emit Released(ButtonsOf(event->button()), ShiftState(event->modifiers()),
                 static_cast<float>(position.x()), static_cast<float>(position.y()));
   if (event->button() != Qt::LeftButton) return;
-  if (std::exchange(leftPressedHere_, false) && rect().contains(position)) emit Clicked();
+  if (std::exchange(leftPressedHere_, false) && ShowsPixel(position)) emit Clicked(secondPress_);
 }
 
 void PlotView::timerEvent(QTimerEvent* event) {
   if (event->timerId() != heldOutside_.timerId()) return QWidget::timerEvent(event);
   const int buttons = ButtonsOf(QGuiApplication::mouseButtons());
   if (buttons == 0) return heldOutside_.stop();
-  const QPoint position = mapFromGlobal(QCursor::pos());
+  const QPoint position = PointerPixel(this);
   if (!visibleRegion().contains(position)) TellMove(position, buttons, 0);
 }
 
 void PlotView::mouseDoubleClickEvent(QMouseEvent* event) {
   mousePressEvent(event);  // two quick clicks are two clicks
+}
+
+void PlotView::enterEvent(QEnterEvent* event) {
+  entered_ = true;
+  const QPoint position = EnteredPixel(this, event);
+  emit Entered(static_cast<float>(position.x()), static_cast<float>(position.y()));
+}
+
+void PlotView::leaveEvent(QEvent*) {
+  emit Left();
 }
 
 }  // namespace graphize

@@ -29,7 +29,12 @@ class PlotView : public QWidget {
   void Moved(int button, int shift, float x, float y);
   void Pressed(int button, int shift, float x, float y);
   void Released(int button, int shift, float x, float y);
-  void Clicked();
+  /// A left press and its release over the visible part of the picture; `second` when the press was
+  /// the second one of a double click.
+  void Clicked(bool second);
+  /// The pointer came over the picture, or left it.
+  void Entered(float x, float y);
+  void Left();
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -37,16 +42,22 @@ class PlotView : public QWidget {
   void mousePressEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void enterEvent(QEnterEvent* event) override;
+  void leaveEvent(QEvent*) override;
   void timerEvent(QTimerEvent* event) override;
 
  private:
   void TellMove(QPoint position, int button, int shift);
+  /// Whether the pixel is seen here: not scrolled out of sight, nor below the zoom window.
+  bool ShowsPixel(QPoint position) const;
 
   const PlotImage& image_;
   OverlayIn overlayIn_;
   std::optional<PlotOverlay::Rectangle> rubberBand_;
   bool leftPressedHere_ = false;
-  QBasicTimer heldOutside_;  // a pointer that rests beyond the edge goes on scrolling
+  bool secondPress_ = false;  // of a double click
+  bool entered_ = false;      // the next move is the one that has led here
+  QBasicTimer heldOutside_;   // a pointer that rests beyond the edge goes on scrolling
 };
 
 /// The raster as an image that shares its memory; valid while the raster lives.

@@ -15,8 +15,7 @@ namespace {
 /// Reads the position again where the cursor is, once it has been somewhere.
 void ReadAgain(Workspace& ws, const Desktop& desktop) {
   if (ws.axisPanel.LiveXPixel.empty() || !ws.plot.IsPresent()) return;
-  ReadCursor(ws.readOut, ws.axisPanel, ws.store, ws.calibration, desktop, ws.plot.Height(),
-             static_cast<float>(ws.readOut.PlotX), static_cast<float>(ws.readOut.PlotY));
+  ReadPlot(ws, desktop, static_cast<float>(ws.readOut.PlotX), static_cast<float>(ws.readOut.PlotY));
 }
 
 }  // namespace

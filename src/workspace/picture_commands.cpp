@@ -1,5 +1,6 @@
 #include "workspace/picture_commands.h"
 
+#include <algorithm>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -183,7 +184,9 @@ void OpenFiles(Workspace& ws, const Desktop& desktop,
     return '"' + (IsAddress(file) ? file : name.filename()).string() + '"';
   };
   const std::filesystem::path* chosen = nullptr;
-  std::string others, told;
+  constexpr int kNamed = 10;
+  int others = 0;
+  std::string names, told;
   std::error_code ignored;
   for (const std::filesystem::path& file : files) {
     if (IsAddress(file))
@@ -192,12 +195,12 @@ void OpenFiles(Workspace& ws, const Desktop& desktop,
       told += named(file) + " is a folder. Please choose a picture in it.\r\n";
     else if (chosen == nullptr)
       chosen = &file;
-    else
-      others += (others.empty() ? "" : ", ") + named(file);
+    else if (++others <= kNamed)
+      names += (others == 1 ? "" : ", ") + named(file);
   }
   if (chosen != nullptr) OpenPicture(ws, desktop, *chosen);
-  if (!others.empty())
-    told += "One picture is worked on at a time. Not opened: " + others + ".\r\n";
+  if (others > kNamed) names += " and " + std::to_string(others - kNamed) + " more";
+  if (others > 0) told += "One picture is worked on at a time. Not opened: " + names + ".\r\n";
   if (!told.empty()) Tell(desktop, TrimRight(told), MessageIcon::Exclamation);
 }
 

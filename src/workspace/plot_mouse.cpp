@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <utility>
 
 #include "base/numbers.h"
+#include "base/run_time_error.h"
 #include "capture/snap.h"
 #include "workspace/do.h"
 #include "workspace/extraction_commands.h"
@@ -44,18 +46,13 @@ void ClearStatus(StatusBar& status) {
   status.Status = " ";
 }
 
-/// Without values under the cursor there is nothing to capture but what was read before. With two
-/// log axes the reading itself has told nothing.
-bool CanReadHere(const Workspace& ws, const Desktop& desktop) {
-  const char* fault = LogOriginFault(ws.calibration);
-  if (fault == nullptr) return true;
-  if (ws.calibration.XLog && ws.calibration.YLog) Tell(desktop, fault, MessageIcon::Critical);
-  return false;
-}
-
-/// Captures at the cursor.
+/// Captures at the cursor. Without values there, there is nothing to capture but what was read
+/// before.
 Outcome CaptureHere(Workspace& ws, const Desktop& desktop) {
-  if (!CanReadHere(ws, desktop)) return Refused("the axes give no values here");
+  if (!ws.mouse.ReadFault.empty()) {
+    Tell(desktop, ws.mouse.ReadFault, MessageIcon::Critical);
+    return Refused("the axes give no values here");
+  }
   if (AddPoint(ws.store, ws.commands, desktop, true)) return Refused("the store is full");
   return {.Points = 1};
 }
@@ -65,8 +62,13 @@ std::optional<Outcome> CaptureRefused(const Workspace& ws, float x, float y) {
   return RefusedAt(ws, x, y);
 }
 
-void ReadAt(Workspace& ws, const Desktop& desktop, float x, float y) {
-  ReadCursor(ws.readOut, ws.axisPanel, ws.store, ws.calibration, desktop, ws.plot.Height(), x, y);
+/// Whether the hand that holds the button has not moved on since the press was snapped.
+bool StaysSnapped(Workspace& ws, int Button, float X, float Y) {
+  PlotMouse& mouse = ws.mouse;
+  const float way = std::abs(X - mouse.DownPixelX) + std::abs(Y - mouse.DownPixelY);
+  mouse.Snapped = mouse.Snapped && (Button & kLeftButton) != 0 &&
+                  way < static_cast<float>(ws.window.DragDistance);
+  return mouse.Snapped;
 }
 
 }  // namespace
@@ -75,7 +77,7 @@ Outcome Run(Workspace& ws, const Desktop& desktop, AxisStep& step) {
   if (auto refused = RefusedAt(ws, step.X, step.Y)) return *refused;
   if (ws.mode != Mode::AxisDef || ws.calibration.CurrentRow != step.Row)
     return Refused("this axis point is not the next one");
-  ReadAt(ws, desktop, step.X, step.Y);
+  ReadPlot(ws, desktop, step.X, step.Y);
   ws.axisPanel.Rows[step.Row].XText = step.XText;
   ws.axisPanel.Rows[step.Row].YText = step.YText;
   if (!DefineAxis(ws.calibration, ws.axisPanel, ws.commands, desktop, step.Row,
@@ -83,6 +85,9 @@ Outcome Run(Workspace& ws, const Desktop& desktop, AxisStep& step) {
     return Refused("the axis point was refused");
   step.XText = ws.axisPanel.Rows[step.Row].XText;  // the number that was read
   step.YText = ws.axisPanel.Rows[step.Row].YText;
+  // What is wrong with the row's value has been told.
+  const char* fault = LogPointFault(ws.calibration);
+  ws.mouse.FaultTold = fault != nullptr ? fault : "";
   if (step.Row < 2) ++ws.calibration.CurrentRow;
   return {};
 }
@@ -92,13 +97,13 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const CaptureStep& step) {
   const auto snapped =
       SnapToXY(ws.plot, step.X, step.Y, ws.settings.SnapMode, ws.settings.SnapDistance);
   const SnappedPosition at = snapped.value_or(SnappedPosition{step.X, step.Y});
-  ReadAt(ws, desktop, at.X, at.Y);
+  ReadPlot(ws, desktop, at.X, at.Y);
   return CaptureHere(ws, desktop);
 }
 
 Outcome Run(Workspace& ws, const Desktop& desktop, const PointStep& step) {
   if (auto refused = CaptureRefused(ws, step.X, step.Y)) return *refused;
-  ReadAt(ws, desktop, step.X, step.Y);
+  ReadPlot(ws, desktop, step.X, step.Y);
   return CaptureHere(ws, desktop);
 }
 
@@ -109,13 +114,45 @@ void EndDrag(Workspace& ws) {
   ws.pen.Down = false;
   ws.mouse.Painting = false;
   ws.mouse.SuppressNextClick = false;
+  ws.mouse.Snapped = false;
+}
+
+void ReadPlot(Workspace& ws, const Desktop& desktop, float X, float Y) {
+  std::string told;
+  Desktop reader = desktop;
+  reader.ShowMessage = [&told](const Message& message) {
+    told = message.Text;
+    return Answer::Ok;
+  };
+  ws.mouse.ReadFault.clear();
+  try {
+    ReadCursor(ws.readOut, ws.axisPanel, ws.store, ws.calibration, reader, ws.plot.Height(), X, Y);
+  } catch (const RunTimeError& error) {
+    told = error.what();
+  }
+  // With two log axes the refusal is silent.
+  const char* origin = ws.calibration.IsComplete() ? LogOriginFault(ws.calibration) : nullptr;
+  ws.mouse.ReadFault = told.empty() && origin != nullptr ? origin : told;
+  if (ws.mouse.ReadFault.empty()) return;
+  ws.status.Status = ws.mouse.ReadFault;
+  if (told.empty() || std::exchange(ws.mouse.FaultTold, told) == told) return;
+  Tell(desktop, told, MessageIcon::Critical);
+}
+
+void Plot_MouseEnter(Workspace& ws, const Desktop& desktop, float X, float Y) {
+  if (ws.plot.IsPresent()) ReadPlot(ws, desktop, X, Y);
+}
+
+void Plot_MouseLeave(Workspace& ws) {
+  ws.mouse.FaultTold.clear();
 }
 
 void Plot_MouseMove(Workspace& ws, const Desktop& desktop, int Button, int /*Shift*/, float X,
                     float Y) {
   if (const int held = DraggingButton(ws); (Button & held) != held) EndDrag(ws);
+  if (StaysSnapped(ws, Button, X, Y)) return;
   if (!ws.mouse.TraceRunning) ClearStatus(ws.status);
-  ReadCursor(ws.readOut, ws.axisPanel, ws.store, ws.calibration, desktop, ws.plot.Height(), X, Y);
+  ReadPlot(ws, desktop, X, Y);
   if (ws.scanRectangle.Active) MoveScanCorner(ws.scanRectangle, X, Y);
   DragPen(ws.pen, ws.plot, X, Y);
   if (DraggingButton(ws) != 0) FollowDrag(ws, X, Y);
@@ -152,6 +189,7 @@ void Plot_MouseDown(Workspace& ws, const Desktop& desktop, int Button, int Shift
   ws.mouse.PressFailed = true;  // until it is seen not to
   const auto snapped = SnapToXY(ws.plot, X, Y, ws.settings.SnapMode, ws.settings.SnapDistance);
   if (snapped) Plot_MouseMove(ws, desktop, 0, 0, snapped->X, snapped->Y);
+  ws.mouse.Snapped = snapped.has_value();
   ws.mouse.PressFailed = false;
   ws.mouse.CapturePress = {ws.readOut.PlotX, ws.readOut.PlotY};
 }
@@ -186,6 +224,10 @@ void Plot_Click(Workspace& ws, const Desktop& desktop) {
   } else if (ws.mode == Mode::BlockTest) {
     PlaceBlocker(ws, desktop);
   }
+}
+
+void Plot_DblClick(Workspace& ws, const Desktop& desktop) {
+  if (ws.mode != Mode::AxisDef) Plot_Click(ws, desktop);
 }
 
 bool MovePointerByKey(Workspace& ws, const Desktop& desktop, PointerKey key, int Shift) {

@@ -45,7 +45,7 @@ void EnterMode(Workspace& ws, const Desktop& desktop, std::string_view key) {
   if (ws.mode == Mode::Graphize) ChooseErrorDisplay(ws, desktop);
   if (ws.mode == Mode::AxisDef) {
     // A definition that was begun goes on: only an empty one is started.
-    if (!ws.calibration.AnyDefined()) InitAxisDefFrame(ws.calibration, ws.axisPanel);
+    if (!HasBegun(ws.calibration, ws.axisPanel)) InitAxisDefFrame(ws.calibration, ws.axisPanel);
     FocusArmedRow(ws.calibration, ws.axisPanel);
   }
 }

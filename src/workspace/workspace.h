@@ -56,7 +56,10 @@ struct PlotMouse {
   bool Painting = false;  // a left press in blocker mode waits for its click
   bool TraceRunning = false;
   bool PressFailed = false;               // the press ended in an error: its click captures nothing
+  bool Snapped = false;                   // the held press was snapped, and the hand kept still
   std::optional<PlotPixel> CapturePress;  // where the last press has led, row downward
+  std::string ReadFault;                  // why the last position has no values; empty when it has
+  std::string FaultTold;                  // told in a box since the pointer came over the picture
 };
 
 /// The frame of the main window.
@@ -65,6 +68,7 @@ struct WindowFrame {
   bool Hourglass = false;
   bool AxisPanelShown = false;            // else the panel of the capture modes
   int ScreenWidth = 0, ScreenHeight = 0;  // pixels
+  int DragDistance = 0;                   // pixels across plus down from where a press is a drag
   WindowPlacement Placement;              // in force
   bool PlacementAsked = false;            // the window is to take `Placement` over, once
 };

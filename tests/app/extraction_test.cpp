@@ -85,8 +85,18 @@ TEST_F(Extraction, ADraggedRectangleIsScanned) {
   Start();
   OpenSample("groups_scatter.tga");
   Calibrate({{{70, 430, "0", "0"}, {610, 430, "90", "0"}, {70, 40, "0", "65"}}});
-  MoveOverPlot(74, 44);
-  Xdo({QStringLiteral("mousedown"), QStringLiteral("3")});
+  const auto press = [this] {
+    MoveOverPlot(74, 44);
+    Xdo({QStringLiteral("mousedown"), QStringLiteral("3")});
+  };
+  press();
+  MoveOverPlot(200, 200);
+  Xdo({QStringLiteral("key"), QStringLiteral("Escape")});
+  EXPECT_FALSE(State().scanRectangle.Active);
+  MoveOverPlot(606, 426);
+  Xdo({QStringLiteral("mouseup"), QStringLiteral("3")});
+  EXPECT_EQ(State().store.CaptureCount, 0) << "cancelled";
+  press();
   MoveOverPlot(300, 200);
   EXPECT_TRUE(State().scanRectangle.Active);
   EXPECT_GT(OutlineShown({74, 44}, {300, 44}), 0.9);

@@ -6,6 +6,8 @@
 #include <QDropEvent>
 #include <QMimeData>
 #include <QTabWidget>
+#include <QThread>
+#include <array>
 #include <fstream>
 #include <sstream>
 
@@ -154,6 +156,60 @@ TEST_F(MainJob, TheKeyboardMovesThePointerAndEnterCaptures) {
   EXPECT_EQ(State().readOut.PlotX, x);
 }
 
+TEST_F(MainJob, AClickCountsOnlyWhereItsReleaseIsSeen) {
+  Start();
+  Window().resize(700, 500);
+  OpenSample("pendulum.bmp");
+  const auto dragFrom = [this](int x, int y, QWidget* to) {
+    MoveOverPlot(x, y);
+    Xdo({"mousedown", "1"});
+    MoveTo(to, to->rect().center());
+    Xdo({"mouseup", "1"});
+  };
+  const std::array<const char*, 3> elsewhere = {"VpScroll", "npts", "FRM_Zoom"};
+  ClickTool("axisdef");
+  TypeInto("TXT_XPos_0", "0");
+  TypeInto("TXT_YPos_0", "-1");
+  for (const char* name : elsewhere) dragFrom(60, 60, Find<QWidget>(name));
+  EXPECT_FALSE(State().calibration.AnyDefined());
+  Xdo({"mousemove_relative", "--", "-500", "-100"});
+  MoveOverPlot(70, 100);
+  Xdo({"click", "--repeat", "2", "--delay", "20", "1"});
+  EXPECT_EQ(State().calibration.CurrentRow, 1) << "a double click defines one row";
+
+  // Clicked into, a box is typed over, and a second click places the caret; Tab selects, too.
+  const auto type = [this](const char* box, const QStringList& keys) {
+    Xdo({"type", "5"});
+    const QString over = ValueOf(box);
+    Xdo(keys);
+    Xdo({"type", "7"});
+    return over + ' ' + ValueOf(box);
+  };
+  ClickControl(Find<QWidget>("CMD_ReDefine_0"));
+  ClickControl(Find<QWidget>("TXT_XPos_0"));
+  EXPECT_EQ(type("TXT_XPos_0", {"key", "Home"}), "5 75");
+  ClickControl(Find<QWidget>("TXT_YPos_0"));
+  EXPECT_EQ(type("TXT_YPos_0", {"key", "shift+Tab", "Tab"}), "5 7");
+  ClickControl(Find<QWidget>("TXT_XPos_0"));
+  Settle();
+  QThread::msleep(static_cast<unsigned long>(QApplication::doubleClickInterval()) + 50);
+  ClickControl(Find<QWidget>("TXT_XPos_0"));
+  EXPECT_FALSE(Find<QLineEdit>("TXT_XPos_0")->hasSelectedText());
+
+  TypeInto("TXT_XPos_0", "0");
+  TypeInto("TXT_YPos_0", "-1");
+  ClickPlot(70, 100);
+  TypeInto("TXT_XPos_1", "12");
+  ClickPlot(300, 100);
+  TypeInto("TXT_YPos_2", "1");
+  ClickPlot(70, 40);
+  ClickTool("graphize");
+  for (const char* name : elsewhere) dragFrom(60, 60, Find<QWidget>(name));
+  EXPECT_EQ(State().store.CaptureCount, 0);
+  ClickPlot(60, 60);
+  EXPECT_EQ(State().store.CaptureCount, 1);
+}
+
 TEST_F(MainJob, TheListSelectsAndClears) {
   Start();
   OpenSample("pendulum.bmp");
@@ -200,7 +256,7 @@ TEST_F(MainJob, ASavedRecipeGivesTheSavedFileAgain) {
   ChooseMenu("MNU_FileSave");
   OnFileDialog(Folder() / "pendulum.recipe");
   ChooseMenu("MNU_FileSaveRecipe");
-  ASSERT_TRUE(std::filesystem::exists(Folder() / "pendulum.recipe"));
+  Until([this] { return exists(Folder() / "pendulum.recipe"); }, "the recipe is written");
 
   std::ostringstream out, err;
   EXPECT_EQ(RunBatch({"replay", Folder() / "pendulum.recipe", "-o", "-"}, {out, err}), 0)

@@ -25,12 +25,12 @@ QStringList Words(const char* words) {
   return QString::fromLatin1(words).split(u' ');
 }
 
-QStringList MoveTo(QPoint global) {
+QStringList PointerTo(QPoint global) {
   return {QStringLiteral("mousemove"), QString::number(global.x()), QString::number(global.y())};
 }
 
 QStringList ClickAt(QPoint global, int button = 1) {
-  return MoveTo(global) + QStringList{QStringLiteral("click"), QString::number(button)};
+  return PointerTo(global) + QStringList{QStringLiteral("click"), QString::number(button)};
 }
 
 void StartXdo(const QStringList& arguments) {
@@ -104,8 +104,12 @@ void WindowTest::Xdo(const QStringList& arguments) {
   Settle();
 }
 
+void WindowTest::MoveTo(QWidget* widget, QPoint at) {
+  Xdo(PointerTo(widget->mapToGlobal(at)));
+}
+
 void WindowTest::MoveOverPlot(int x, int y) {
-  Xdo(MoveTo(Find<QWidget>("Plot")->mapToGlobal(QPoint(x, y))));
+  MoveTo(Find<QWidget>("Plot"), QPoint(x, y));
 }
 
 void WindowTest::ClickPlot(int x, int y, int button) {

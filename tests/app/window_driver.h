@@ -51,6 +51,7 @@ class WindowTest : public ::testing::Test {
 
   // Real input through the X server, waited for.
   void Xdo(const QStringList& arguments);
+  void MoveTo(QWidget* widget, QPoint at);
   void MoveOverPlot(int x, int y);
   void ClickPlot(int x, int y, int button = 1);
   void ClickControl(QWidget* control, int button = 1);

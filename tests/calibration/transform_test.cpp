@@ -115,8 +115,9 @@ TEST(Transform, WhatIsOutOfRangeIsNoPixelAndNoValue) {
     EXPECT_FALSE(Real2Pixels(c, 100, 0, edge + std::copysign(1.0f, edge)));
   }
   // A log axis whose point is not positive has no values: nothing of the reading changes.
-  const AxisCalibration bad =
-      Calibrate({{{0, 0, "1", "0"}, {10, 0, "-5", "0"}, {0, 10, "1", "9"}}}, true, false);
+  AxisCalibration bad = test::PixelCalibration();
+  bad.XLog = true;
+  bad.ValueX = {1, -5, 1};
   ScriptedDesktop desktop;
   Reading reading{1, 2, 3, 4};
   EXPECT_THROW(Pixels2Real(bad, desktop, false, 5, 5, reading), RunTimeError);

@@ -5,7 +5,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <fstream>
+#include <vector>
 
 #include "base/numbers.h"
 #include "base/run_time_error.h"
@@ -222,6 +224,10 @@ TEST_F(WorkspaceTest, OfSeveralFilesTheFirstOpensAndTheRestAreTold) {
   std::filesystem::create_directory(folder / "plots");
   desktop.ExpectMessage("\"plots\" is a folder");
   OpenFiles(ws, desktop, {folder / "plots/"});
+  desktop.ExpectMessage("\"c.png\" and 3 more.");
+  std::vector<std::filesystem::path> many(14, "c.png");
+  many[0] = Picture("plot.bmp");
+  OpenFiles(ws, desktop, many);
   EXPECT_FALSE(ws.plot.IsPresent());
   desktop.ClipboardFiles = {"https://host/far.png", folder / "plots", Picture("b.bmp"),
                             Picture("a.bmp"), folder / "c.bmp"};
@@ -343,6 +349,99 @@ TEST_F(WorkspaceTest, ARefusedRowIsRetriedByTheNextClick) {
   Click(5, 45);
   EXPECT_EQ(ws.calibration.CurrentRow, 0);
   Calibrate();
+}
+
+TEST_F(WorkspaceTest, ADefinitionThatWasBegunSurvivesOtherModes) {
+  OpenPicture(ws, desktop, Picture("plot.bmp"));
+  const auto lookElsewhere = [&] {
+    Toolbar_ButtonClick(ws, desktop, "blocktest");
+    Toolbar_ButtonClick(ws, desktop, "axisdef");
+  };
+  Toolbar_ButtonClick(ws, desktop, "axisdef");
+  ws.axisPanel.Rows[0].XText = "7";
+  lookElsewhere();
+  EXPECT_EQ(ws.axisPanel.Rows[0].XText, "7") << "typed before the first click";
+  ws.axisPanel.Rows[0].YText = "0";
+  Click(5, 45);
+  Plot_DblClick(ws, desktop);
+  EXPECT_EQ(ws.calibration.CurrentRow, 1) << "nor has the empty row been complained about";
+  ws.axisPanel.Rows[1].XText = ws.axisPanel.Rows[2].YText = "40";
+  Click(45, 45);
+  Click(5, 5);
+  ASSERT_TRUE(ws.calibration.IsComplete());
+  Do(ws, desktop, RedefineStep{0});
+  lookElsewhere();
+  EXPECT_EQ(ws.axisPanel.Rows[2].YText, "40");
+  EXPECT_EQ(ws.calibration.CurrentRow, 0);
+}
+
+TEST_F(WorkspaceTest, AnImpossibleAxisIsToldInOneBox) {
+  OpenPicture(ws, desktop, Picture("plot.bmp"));
+  Calibrate();
+  Toolbar_ButtonClick(ws, desktop, "graphize");
+  const struct {
+    bool Log;
+    const char* Origin;
+    const char* Fault;
+  } cases[] = {{true, "0", "X origin must be positive for Log Axis"},
+               {true, "1", "X axis value must be positive for Log Axis"},
+               {false, "-3e38", "Overflow"}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.Fault);
+    ws.calibration.XLog = c.Log;
+    ws.calibration.ValueX[0] = std::strtof(c.Origin, nullptr);
+    ws.calibration.ValueX[1] = c.Log ? -5 : 3e38f;
+    for (int visit = 0; visit < 2; ++visit) {
+      Plot_MouseLeave(ws);
+      desktop.ExpectMessage(c.Fault);
+      for (float x = 20; x < 30; ++x) {
+        Plot_MouseMove(ws, desktop, 0, 0, x, 20);
+        EXPECT_NE(ws.status.Status.find(c.Fault), std::string::npos);
+      }
+    }
+    desktop.ExpectMessage(c.Fault);
+    Click(22, 22);
+    EXPECT_EQ(ws.store.CaptureCount, 0) << "what was read before is not captured";
+  }
+
+  // What the click defines is told there, and not again when the pointer moves on.
+  const auto define = [&](const char* x) {
+    Do(ws, desktop, RedefineStep{1});
+    Toolbar_ButtonClick(ws, desktop, "axisdef");
+    ws.axisPanel.Rows[1].XText = x;
+    Click(45, 45);
+    Click(5, 5);
+    EXPECT_TRUE(ws.calibration.IsComplete());
+    Plot_MouseMove(ws, desktop, 0, 0, 20, 20);
+  };
+  ws.calibration.ValueX[0] = 2;
+  desktop.ExpectMessage("X axis value can't be the same as the origin's");
+  define("2");
+  ws.calibration.XLog = true;
+  desktop.ExpectMessage("X axis value must be positive for Log Axis");
+  define("-5");
+}
+
+TEST_F(WorkspaceTest, AHandThatShakesDoesNotMoveASnappedPoint) {
+  OpenAndCalibrate();
+  SetPixel(ws.plot, 31, 30, kBlack);
+  ws.settings.SnapMode = 3;
+  ws.settings.SnapDistance = 3;
+  ws.window.DragDistance = 10;
+  const auto pressAndMove = [&](std::initializer_list<float> columns) {
+    Plot_MouseMove(ws, desktop, 0, 0, 29, 29);
+    Plot_MouseDown(ws, desktop, kLeftButton, 0, 29, 29);
+    for (const float x : columns) Plot_MouseMove(ws, desktop, kLeftButton, 0, x, 29);
+    return ws.store.CurrentPixelX;
+  };
+  EXPECT_EQ(pressAndMove({28, 38}), 31);
+  EXPECT_EQ(pressAndMove({39}), 39) << "dragged away";
+  EXPECT_EQ(pressAndMove({39, 30}), 30) << "and back";
+  EXPECT_EQ(pressAndMove({30}), 31);
+  Plot_MouseMove(ws, desktop, 0, 0, 30, 29);
+  EXPECT_EQ(ws.store.CurrentPixelX, 30) << "the button is up";
+  ws.settings.SnapMode = 0;
+  EXPECT_EQ(pressAndMove({30}), 30);
 }
 
 TEST_F(WorkspaceTest, TheOverlayIsAboveTheRasterAndSkipsWhatIsOutside) {
