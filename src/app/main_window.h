@@ -42,7 +42,8 @@ class MainWindow : public QMainWindow {
 
   /// Reads the settings and takes the window's place over; before the window is shown.
   void Start();
-  /// Opens the first of these pictures once the window is on the screen, and tells about the others.
+  /// Opens the first of these pictures once the window is on the screen, and tells about the
+  /// others.
   void OpenWhenShown(const std::vector<std::filesystem::path>& files);
 
   const Workspace& State() const { return ws_; }

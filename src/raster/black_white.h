@@ -11,9 +11,9 @@ inline constexpr double kMiddleOfRange = 127.5;
 bool IsBlackAndWhite(const Raster& picture);
 
 /// Makes each pixel black or white by its luminance, 0.299 red + 0.587 green + 0.114 blue (ITU-R
-/// BT.601), from 0 to 255: below `threshold` it becomes black. No dithering. Raster::Faint keeps what
-/// becomes white but is darker than the paper around it, by more than two fifths of what would make
-/// it black: where a grey line was drawn that comes out in specks.
+/// BT.601), from 0 to 255: below `threshold` it becomes black. No dithering. Raster::Faint keeps
+/// what becomes white but is darker than the paper around it, by more than two fifths of what would
+/// make it black: where a grey line was drawn that comes out in specks.
 void ReduceToBlackAndWhite(Raster& picture, double threshold = kMiddleOfRange);
 
 }  // namespace graphize

@@ -19,12 +19,8 @@ TEST(BuildFormats, BuildsPatternsFromPlaces) {
   };
   const std::string zeros(100, '0'), hashes(99, '#');
   const Case cases[] = {
-      {1, 5, true, "0.00000E+00"},
-      {3, 2, false, "##0.00"},
-      {1, 0, false, "0."},
-      {2, 0, true, "#0.E+00"},
-      {1, 100, false, "0." + zeros},
-      {100, 0, false, hashes + "0."},
+      {1, 5, true, "0.00000E+00"}, {3, 2, false, "##0.00"},       {1, 0, false, "0."},
+      {2, 0, true, "#0.E+00"},     {1, 100, false, "0." + zeros}, {100, 0, false, hashes + "0."},
   };
   for (const Case& c : cases) {
     NumberFormats formats;

@@ -71,12 +71,9 @@ std::string ModuleOf(const fs::path& path) {
 
 /// The one file or folder that sees a library, by how its headers start.
 constexpr std::pair<std::string_view, std::string_view> kLibraries[] = {
-    {"Magick", "codecs/picbuf"},
-    {"magick/", "codecs/picbuf"},
-    {"sane/", "scanner/sane"},
-    {"dlfcn.h", "base/module.cpp"},
-    {"zlib.h", "base/checksum.cpp"},
-    {"nlohmann/", "data/point_table.cpp"},
+    {"Magick", "codecs/picbuf"},     {"magick/", "codecs/picbuf"},
+    {"sane/", "scanner/sane"},       {"dlfcn.h", "base/module.cpp"},
+    {"zlib.h", "base/checksum.cpp"}, {"nlohmann/", "data/point_table.cpp"},
     {"CLI/", "batch/arguments.cpp"},
 };
 

@@ -224,11 +224,11 @@ TEST_F(WorkspaceTest, OfSeveralFilesTheFirstOpensAndTheRestAreTold) {
   std::filesystem::create_directory(folder / "plots");
   desktop.ExpectMessage("\"plots\" is a folder");
   OpenFiles(ws, desktop, {folder / "plots/"});
+  EXPECT_FALSE(ws.plot.IsPresent());
   desktop.ExpectMessage("\"c.png\" and 3 more.");
   std::vector<std::filesystem::path> many(14, "c.png");
   many[0] = Picture("plot.bmp");
   OpenFiles(ws, desktop, many);
-  EXPECT_FALSE(ws.plot.IsPresent());
   desktop.ClipboardFiles = {"https://host/far.png", folder / "plots", Picture("b.bmp"),
                             Picture("a.bmp"), folder / "c.bmp"};
   OpenEditMenu(ws, desktop);
