@@ -192,10 +192,13 @@ TEST(GridLines, CurvesThatMeetALineAtAnyAngleSurvive) {
 }
 
 TEST(GridLines, ACurveThatComesToRunAlongALineIsKept) {
-  // Its last third lies within the line.
-  CheckWiped(
-      {.Name = "saturation", .Curve = [](double u) { return 5 / 6.0 * (1 - std::exp(-11 * u)); }},
-      1.0, 0.05, 0.05);
+  // Its last third lies within the line; a thick one hides most of the line.
+  for (const double thickness : {1.0, 3.0}) {
+    CheckWiped({.Name = "saturation",
+                .Curve = [](double u) { return 5 / 6.0 * (1 - std::exp(-11 * u)); },
+                .CurveThickness = thickness},
+               1.0, 0.05, 0.05);
+  }
 }
 
 TEST(GridLines, AStepFromOneLineToAnotherIsKept) {
