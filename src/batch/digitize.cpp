@@ -7,11 +7,10 @@
 #include <optional>
 #include <string_view>
 #include <utility>
-#include <variant>
 
 #include "base/tokens.h"
 #include "image_tools/image_tools.h"
-#include "workspace/step_text.h"
+#include "workspace/step.h"
 
 namespace graphize {
 
@@ -33,20 +32,30 @@ std::vector<std::string> Split(const std::string& text, char separator) {
                    "\": " + expected);
 }
 
-/// "140,220" as the words of a step: "140 220".
-std::string Positions(const GivenOption& option, const std::string& text, std::size_t count,
-                      const char* expected) {
+/// "140,220"
+template <std::size_t Count>
+std::array<int, Count> Numbers(const GivenOption& option, const std::string& text,
+                               const char* expected) {
   const std::vector<std::string> parts = Split(text, ',');
-  std::string words;
-  for (const std::string& part : parts) {
-    if (!IntegerText(part, 0, 32766)) Refuse(option, expected);
-    words += (words.empty() ? "" : " ") + part;
+  if (parts.size() != Count) Refuse(option, expected);
+  std::array<int, Count> numbers{};
+  for (std::size_t i = 0; i < Count; ++i) {
+    const auto number = IntegerText(parts[i], 0, 32766);
+    if (!number) Refuse(option, expected);
+    numbers[i] = *number;
   }
-  if (parts.size() != count) Refuse(option, expected);
-  return words;
+  return numbers;
 }
 
-constexpr const char* kPosition = "COLUMN,ROW in whole pixels is expected";
+PlotPixel PixelOf(const GivenOption& option, const std::string& text,
+                  const char* expected = "COLUMN,ROW in whole pixels is expected") {
+  const auto [column, row] = Numbers<2>(option, text, expected);
+  return {column, row};
+}
+
+float At(int position) {
+  return static_cast<float>(position);
+}
 
 bool HasAny(const CommandLine& line, std::initializer_list<const char*> names) {
   return std::any_of(names.begin(), names.end(), [&](const char* name) { return line.Has(name); });
@@ -61,7 +70,7 @@ class Maker {
   explicit Maker(const CommandLine& line) : line_(line) {}
 
   std::vector<BatchStep> Make() {
-    Add(std::string("open 1") + (line_.Has("damaged") ? " damaged" : ""), "");
+    Add(OpenStep{.Damaged = line_.Has("damaged")}, "");
     for (const GivenOption& option : line_.Options) MakeTool(option);
     MakeSettings();
     MakeFormat();
@@ -74,17 +83,15 @@ class Maker {
     if (line_.Has("resample-log") && !line_.Has("resample"))
       throw UsageError("--resample-log needs --resample");
     if (const GivenOption* title = line_.Find("title"))
-      Add("save " + Quote(title->Value), title->Name());
+      Add(SaveStep{.Title = title->Value}, title->Name());
     return std::move(steps_);
   }
 
  private:
-  void Add(const std::string& text, const std::string& origin) {
-    steps_.push_back({std::get<Step>(ReadStep(text)), origin});
-  }
+  void Add(Step step, const std::string& origin) { steps_.push_back({std::move(step), origin}); }
 
   void Set(const char* option, const std::string& value, const std::string& origin) {
-    Add(std::string("set ") + option + " " + Quote(value), origin);
+    Add(SetStep{option, value}, origin);
   }
 
   /// An image tool, named as its step is, or the reduction.
@@ -100,22 +107,20 @@ class Maker {
       if (!amount)
         Refuse(option, "a whole number from " + std::to_string(form.Minimum) + " to " +
                            std::to_string(form.Maximum) + " is expected");
-      Add(std::string("image-tool ") + TextsOf(tool).Name + " " + std::to_string(*amount) +
-              " strict",
-          option.Name());
+      Add(ImageToolStep{.Tool = tool, .Amount = *amount, .Strict = true}, option.Name());
     }
   }
 
   /// --black-white and --threshold are one reduction, at the first of them.
   void MakeReduction(const GivenOption& option) {
-    std::string limit = "127.5";
+    BlackWhiteStep step;
     if (const GivenOption* threshold = line_.Find("threshold")) {
-      limit = threshold->Value;
-      const auto number = WholeNumberText(limit);
+      const auto number = WholeNumberText(threshold->Value);
       if (!number || !(*number > 0 && *number <= 255))
         Refuse(*threshold, "a number above 0 and up to 255 is expected");
+      step.Threshold = static_cast<float>(*number);
     }
-    if (!std::exchange(reduced_, true)) Add("black-white " + limit, option.Name());
+    if (!std::exchange(reduced_, true)) Add(step, option.Name());
   }
 
   void MakeSettings() {
@@ -160,22 +165,21 @@ class Maker {
   }
 
   void MakeAxes() {
-    Add("mode axisdef", "");
+    Add(ModeStep{Mode::AxisDef}, "");
     const GivenOption& origin = Needed("origin");
     const auto [at, values] = SplitAxis(origin, 2, "COLUMN,ROW:X,Y is expected");
-    Add("axis 0 " + at + " " + values[0] + " " + values[1], origin.Name());
     const GivenOption& x = Needed("x-axis");
     const auto [xAt, xValues] = SplitAxis(x, 1, "COLUMN,ROW:X is expected");
-    Add("axis 1 " + xAt + " " + xValues[0] + " " + values[1], x.Name());
     const GivenOption& y = Needed("y-axis");
     const auto [yAt, yValues] = SplitAxis(y, 1, "COLUMN,ROW:Y is expected");
-    CheckApart(x, at.substr(0, at.find(' ')) == xAt.substr(0, xAt.find(' ')), values[0],
-               xValues[0]);
-    CheckApart(y, at.substr(at.find(' ')) == yAt.substr(yAt.find(' ')), values[1], yValues[0]);
-    Add("axis 2 " + yAt + " " + values[0] + " " + yValues[0], y.Name());
+    CheckApart(x, at.X == xAt.X, values[0], xValues[0]);
+    CheckApart(y, at.Y == yAt.Y, values[1], yValues[0]);
+    Add(AxisStep{0, At(at.X), At(at.Y), values[0], values[1]}, origin.Name());
+    Add(AxisStep{1, At(xAt.X), At(xAt.Y), xValues[0], values[1]}, x.Name());
+    Add(AxisStep{2, At(yAt.X), At(yAt.Y), values[0], yValues[0]}, y.Name());
     CheckLog("x-log", {values[0], xValues[0]}, {&origin, &x});
     CheckLog("y-log", {values[1], yValues[0]}, {&origin, &y});
-    mode_ = "axisdef";
+    mode_ = Mode::AxisDef;
   }
 
   void MakeOnPicture(const GivenOption& option) {
@@ -183,50 +187,68 @@ class Maker {
       const auto [lines, at] = SplitOff(option.Value);
       if (lines != "x" && lines != "y" && lines != "both")
         Refuse(option, "x, y or both is expected");
-      // Where nothing is: the frame stays.
-      const std::string click = at.empty() ? "nowhere" : Positions(option, at, 2, kPosition);
-      for (const char* direction : {"x", "y"})
-        if (lines == direction || lines == "both")
-          In("gridbuster", std::string("grid ") + direction + " all " + click, option);
+      for (const auto& [name, direction] : kDirections)
+        if (lines == name || lines == "both")
+          In(Mode::GridBuster, Grid(option, direction, at), option);
     } else if (option.Is("grid-line")) {
       const auto [line, at] = SplitOff(option.Value);
-      if (line != "x" && line != "y") Refuse(option, "x:COLUMN,ROW or y:COLUMN,ROW is expected");
-      In("gridbuster", "grid " + line + " one " + Positions(option, at, 2, kPosition), option);
+      if ((line != "x" && line != "y") || at.empty())
+        Refuse(option, "x:COLUMN,ROW or y:COLUMN,ROW is expected");
+      GridStep step = Grid(option, line == "x" ? GridDirection::X : GridDirection::Y, at);
+      step.All = false;
+      In(Mode::GridBuster, step, option);
     } else if (option.Is("erase")) {
       const auto [at, size] = Sized(option);
-      std::string comma = Positions(option, at, 2, kPosition);
-      comma[comma.find(' ')] = ',';
-      In("drawerase", "erase " + size + " " + comma, option);
+      In(Mode::DrawErase, EraseStep{{size, {at}}}, option);
     } else if (option.Is("block")) {
       const auto [at, size] = Sized(option);
-      In("blocktest", "block " + Positions(option, at, 2, kPosition) + " " + size, option);
+      In(Mode::BlockTest, BlockStep{At(at.X), At(at.Y), size}, option);
     } else if (option.Is("point")) {
-      Capture("capture " + Positions(option, option.Value, 2, kPosition), "", option);
+      const PlotPixel at = PixelOf(option, option.Value);
+      In(Mode::Graphize, CaptureStep{At(at.X), At(at.Y)}, option);
     } else if (option.Is("trace")) {
-      Capture("trace " + Positions(option, option.Value, 2, kPosition), "3", option);
+      const PlotPixel at = PixelOf(option, option.Value);
+      Extract(TraceStep{At(at.X), At(at.Y), {}}, "3", option);
     } else if (option.Is("scan")) {
-      Capture("scan " + Positions(option, option.Value, 4, "LEFT,TOP,RIGHT,BOTTOM is expected"),
-              "2", option);
+      const auto [left, top, right, bottom] =
+          Numbers<4>(option, option.Value, "LEFT,TOP,RIGHT,BOTTOM is expected");
+      Extract(ScanStep{{.Left = left, .Top = top, .Right = right, .Bottom = bottom}, {}}, "2",
+              option);
     }
+  }
+
+  static constexpr std::pair<const char*, GridDirection> kDirections[] = {{"x", GridDirection::X},
+                                                                          {"y", GridDirection::Y}};
+
+  /// All lines of a direction. Without a position where nothing is: the frame stays.
+  static GridStep Grid(const GivenOption& option, GridDirection direction, const std::string& at) {
+    GridStep step{.Direction = direction, .All = true};
+    if (at.empty()) return step;
+    const PlotPixel click = PixelOf(option, at);
+    step.At = PlotPosition{At(click.X), At(click.Y)};
+    return step;
   }
 
   void MakeOnList(const GivenOption& option) {
     if (option.Is("sort")) {
       if (option.Value != "ascending" && option.Value != "descending")
         Refuse(option, "ascending or descending is expected");
-      Add("sort " + option.Value, option.Name());
+      Add(SortStep{option.Value == "ascending" ? SortOrder::Ascending : SortOrder::Descending},
+          option.Name());
     } else if (option.Is("swap")) {
-      Add("swap", option.Name());
+      Add(SwapStep{}, option.Name());
     } else if (option.Is("curve-length")) {
-      Add("curve-length", option.Name());
+      Add(CurveLengthStep{}, option.Name());
     } else if (option.Is("resample")) {
       AddResample(option);
     } else if (option.Is("integrate")) {
-      const bool all = option.Value == "all";
-      Add("integrate " + (all ? option.Value
-                              : Positions(option, option.Value, 2,
-                                          "all or LOW,HIGH, numbers of points, is expected")),
-          option.Name());
+      IntegrateStep step;
+      if (option.Value != "all") {
+        const auto [low, high] =
+            Numbers<2>(option, option.Value, "all or LOW,HIGH, numbers of points, is expected");
+        step.Between = {low, high};
+      }
+      Add(step, option.Name());
     }
   }
 
@@ -234,34 +256,34 @@ class Maker {
     const char* expected = "COUNT or COUNT:FIRST,LAST is expected";
     const auto [count, range] = SplitOff(option.Value);
     if (!IntegerText(count, 2, 32767)) Refuse(option, expected);
-    std::string limits = "auto auto";
+    ResampleStep step{.Count = count};
     if (!range.empty()) {
       const std::vector<std::string> ends = Split(range, ',');
       if (ends.size() != 2 || !WholeNumberText(ends[0]) || !WholeNumberText(ends[1]))
         Refuse(option, expected);
-      limits = ends[0] + " " + ends[1];
+      step.Min = ends[0];
+      step.Max = ends[1];
     }
-    std::string logs;
     if (const GivenOption* log = line_.Find("resample-log")) {
       if (log->Value != "x" && log->Value != "y" && log->Value != "both")
         Refuse(*log, "x, y or both is expected");
-      logs = std::string(log->Value != "y" ? " x-log" : "") + (log->Value != "x" ? " y-log" : "");
+      step.XLog = log->Value != "y";
+      step.YLog = log->Value != "x";
     }
-    Add("resample " + count + " " + limits + logs, option.Name());
-  }
-
-  /// A step in the mode that it needs.
-  void In(const std::string& mode, const std::string& step, const GivenOption& option) {
-    if (mode != mode_) Add("mode " + mode, option.Name());
-    mode_ = mode;
     Add(step, option.Name());
   }
 
-  /// A capture; `yIncrement` is what its rows step by unless the user says.
-  void Capture(const std::string& step, const char* yIncrement, const GivenOption& option) {
-    if (*yIncrement != 0 && !line_.Has("y-increment"))
-      Set("y-increment", yIncrement, option.Name());
-    In("graphize", step, option);
+  /// A step in the mode that it needs.
+  void In(Mode mode, Step step, const GivenOption& option) {
+    if (mode != mode_) Add(ModeStep{mode}, option.Name());
+    mode_ = mode;
+    Add(std::move(step), option.Name());
+  }
+
+  /// A trace or scan; `yIncrement` is what its rows step by unless the user says.
+  void Extract(Step step, const char* yIncrement, const GivenOption& option) {
+    if (!line_.Has("y-increment")) Set("y-increment", yIncrement, option.Name());
+    In(Mode::Graphize, std::move(step), option);
   }
 
   const GivenOption& Needed(const char* name) {
@@ -277,9 +299,9 @@ class Maker {
     return {text.substr(0, colon), text.substr(colon + 1)};
   }
 
-  std::pair<std::string, std::vector<std::string>> SplitAxis(const GivenOption& option,
-                                                             std::size_t count,
-                                                             const char* expected) {
+  std::pair<PlotPixel, std::vector<std::string>> SplitAxis(const GivenOption& option,
+                                                           std::size_t count,
+                                                           const char* expected) {
     const auto [at, behind] = SplitOff(option.Value);
     const std::vector<std::string> values = Split(behind, ',');
     if (values.size() != count) Refuse(option, expected);
@@ -288,14 +310,14 @@ class Maker {
       if (!number || std::fabs(*number) > std::numeric_limits<float>::max())
         Refuse(option, "\"" + value + "\" is no number of single precision");
     }
-    return {Positions(option, at, 2, expected), values};
+    return {PixelOf(option, at, expected), values};
   }
 
-  std::pair<std::string, std::string> Sized(const GivenOption& option) {
+  static std::pair<PlotPixel, int> Sized(const GivenOption& option) {
     const auto [at, size] = SplitOff(option.Value);
-    if (size.empty()) return {at, "4"};
-    if (!IntegerText(size, 0, 1000)) Refuse(option, "COLUMN,ROW or COLUMN,ROW:SIZE is expected");
-    return {at, size};
+    const auto number = size.empty() ? std::optional(4) : IntegerText(size, 0, 1000);
+    if (!number) Refuse(option, "COLUMN,ROW or COLUMN,ROW:SIZE is expected");
+    return {PixelOf(option, at), *number};
   }
 
   /// An axis needs two places and two values.
@@ -355,7 +377,7 @@ class Maker {
 
   const CommandLine& line_;
   std::vector<BatchStep> steps_;
-  std::string mode_;
+  Mode mode_ = Mode::None;
   bool reduced_ = false;
 };
 
