@@ -180,10 +180,6 @@ std::vector<std::filesystem::path> ClipboardFiles() {
   return data != nullptr ? FilesOf(*data) : std::vector<std::filesystem::path>();
 }
 
-bool CanMovePointer() {
-  return !QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
-}
-
 bool StartFirstThere(const std::vector<OutsideProgram>& programs) {
   const std::string current = qEnvironmentVariable("XDG_CURRENT_DESKTOP").toStdString();
   for (const OutsideProgram& program : InOrderFor(current, programs)) {
@@ -362,9 +358,8 @@ std::optional<std::filesystem::path> QtDesktop::ChooseFile(const FileQuestion& q
 
 bool QtDesktop::PointAt(int x, int y) {
   plot_->setFocus(Qt::ShortcutFocusReason);
-  if (!CanMovePointer()) return false;
-  QCursor::setPos(plot_->mapToGlobal(QPoint(x, y)));
-  return true;
+  const QPoint way = QPoint(x, y) - PointerPixel(plot_);
+  return MovePointerBy(plot_, way.x(), way.y());
 }
 
 }  // namespace graphize

@@ -68,6 +68,15 @@ TEST_F(ScaledScreen, DISABLED_PixelsAreExact) {
       EXPECT_EQ(read(), at) << key << round;
     }
   }
+  // From beside the picture one key brings the pointer back to the pixel it was over.
+  for (int i = 0; i < 3; ++i) {
+    go(left + i, top + i);
+    at = read();
+    go(2, top);
+    Xdo({"key", "F6"});
+    EXPECT_TRUE(plot->underMouse());
+    EXPECT_EQ(read(), at) << "put there " << i;
+  }
   // The same pixel, read anew where the picture is scrolled below the pointer.
   Window().resize(400, 300);
   Settle();
