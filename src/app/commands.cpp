@@ -3,6 +3,7 @@
 #include "workspace/capture_commands.h"
 #include "workspace/data_commands.h"
 #include "workspace/do.h"
+#include "workspace/export_points.h"
 #include "workspace/extraction_commands.h"
 #include "workspace/help_commands.h"
 #include "workspace/image_tools_commands.h"
@@ -89,6 +90,11 @@ const MenuEntry kMenus[] = {
      .Tip = "Data files get two more columns: the size of one pixel in X and in Y",
      .Run = [](Workspace& ws, const Desktop&) { ToggleSaveErrors(ws); },
      .Checked = [](const Workspace& ws) { return ws.commands.SaveErrors; }},
+    {.Name = "MNU_FILE_Export",
+     .Caption = "Ex&port...",
+     .Tip = "Write points as CSV or JSON, with all their digits",
+     .Can = CanExport,
+     .Run = ShowExport},
     {.Name = "MNU_FileSaveRecipe",
      .Caption = "Save &Recipe...",
      .Tip = "Write down every step, so that they can be done again",

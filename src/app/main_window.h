@@ -77,6 +77,7 @@ class MainWindow : public QMainWindow {
   FormDialog* MakeSampleForm();
   FormDialog* MakeOptionsForm();
   FormDialog* MakeImageToolsForm();
+  FormDialog* MakeExportForm();
   FormDialog* MakeAboutForm();
   FormDialog* MakeSelectSourceForm();
   FormDialog* MakeScanForm();

@@ -5,9 +5,11 @@
 #include <utility>
 
 #include "app/main_window.h"
+#include "data/export_dialog.h"
 #include "data/integrate_dialog.h"
 #include "data/sample_dialog.h"
 #include "workspace/data_commands.h"
+#include "workspace/export_points.h"
 #include "workspace/forms.h"
 #include "workspace/help_commands.h"
 
@@ -46,6 +48,9 @@ void MainWindow::RenderForm() {
         break;
       case Form::ImageTools:
         form_ = MakeImageToolsForm();
+        break;
+      case Form::Export:
+        form_ = MakeExportForm();
         break;
     }
     if (form_ != nullptr) {
@@ -138,6 +143,34 @@ FormDialog* MainWindow::MakeSampleForm() {
        false);
   });
   connect(dialog, &SampleDialog::ReSamplePressed, this, [this] { Do(StepOfForm(ws_.sample)); });
+  return dialog;
+}
+
+FormDialog* MainWindow::MakeExportForm() {
+  auto* dialog = new ExportDialog(this);
+  renderForm_ = [this, dialog] { dialog->Render(ws_.exportForm); };
+  const auto change = [this](auto setter) {
+    return [this, setter](const auto& value) {
+      Do(
+          [&](Workspace& ws, const Desktop&) {
+            setter(ws.exportForm, value);
+            ShowHint(ws.exportForm);
+          },
+          false);
+    };
+  };
+  connect(dialog, &ExportDialog::FormatChosen, this, change([](ExportForm& form, int format) {
+            form.Format = static_cast<ExportFormat>(format);
+          }));
+  connect(dialog, &ExportDialog::CommonXChosen, this,
+          change([](ExportForm& form, bool on) { form.CommonX = on; }));
+  connect(dialog, &ExportDialog::XGridTyped, this,
+          change([](ExportForm& form, const std::string& text) { form.XGrid = text; }));
+  connect(dialog, &ExportDialog::AllCurvesSwitched, this,
+          change([](ExportForm& form, bool on) { form.AllCurves = on; }));
+  connect(dialog, &ExportDialog::ErrorsSwitched, this,
+          change([](ExportForm& form, bool on) { form.Errors = on; }));
+  connect(dialog, &ExportDialog::ExportPressed, this, [this] { Do(ExportPoints, false); });
   return dialog;
 }
 

@@ -23,6 +23,13 @@ Integer RoundedHalfToEven(double value) {
 
 constexpr const char* kBlanks = " \t\r\n";
 
+template <typename Real>
+std::string Shortest(Real value) {
+  char buffer[32];
+  const auto [end, error] = std::to_chars(buffer, buffer + sizeof buffer, value);
+  return std::string(buffer, end);
+}
+
 bool IsDigit(char c) {
   return c >= '0' && c <= '9';
 }
@@ -116,9 +123,19 @@ TypedNumber ReadTyped(std::string_view text) {
 }
 
 std::string ShortestText(float value) {
+  return Shortest(value);
+}
+
+std::string ShortestText(double value) {
+  return Shortest(value);
+}
+
+double DecimalValue(float value) {
+  if (!std::isfinite(value)) return value;
   char buffer[32];
-  const auto [end, error] = std::to_chars(buffer, buffer + sizeof buffer, value);
-  return std::string(buffer, end);
+  double decimal = 0;
+  std::from_chars(buffer, std::to_chars(buffer, buffer + sizeof buffer, value).ptr, decimal);
+  return decimal;
 }
 
 std::string LowerCase(std::string_view text) {

@@ -33,6 +33,11 @@ TypedNumber ReadTyped(std::string_view text);
 
 /// The shortest decimal form that reads back as the same value: "5", "0.1", "-2.5e-07".
 std::string ShortestText(float value);
+std::string ShortestText(double value);
+
+/// The decimal number of ShortestText in double precision: 0.1 and not 0.10000000149. Its own
+/// ShortestText is the same text. What is not finite stays as it is.
+double DecimalValue(float value);
 
 /// The text with ASCII capitals made small; other bytes stay as they are.
 std::string LowerCase(std::string_view text);

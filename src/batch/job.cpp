@@ -98,24 +98,20 @@ void RunStep(Workspace& ws, const BatchStep& step,
 std::string MakeTable(const Workspace& ws, const JobOptions& options,
                       std::vector<std::string>& notes) {
   const bool wanted = ws.commands.SaveErrors || options.Errors;
+  const bool known = HasRowErrors(ws.store, ws.calibration);
+  if (wanted && !known)
+    notes.push_back("the rows are no places on the picture: they are written without errors");
+  if (options.Format != TableFormat::Dat) {
+    const bool json = options.Format == TableFormat::Json;
+    const PointTable table{.Curves = {ListCurve({}, ws.store, ws.calibration)},
+                           .Errors = wanted || json};
+    return json ? JsonText(table, ws.calibration,
+                           {ws.picture.ChosenPath.filename().string(), ws.plot.Width(),
+                            ws.plot.Height(), ws.dataFileTitle})
+                : CsvText(table);
+  }
   std::vector<RowError> errors;
-  if (wanted || options.Format == TableFormat::Json) {
-    if (HasRowErrors(ws.store, ws.calibration))
-      errors = RowErrorsOf(ws.store, ws.calibration);
-    else if (wanted)
-      notes.push_back("the rows are no places on the picture: they are written without errors");
-  }
-  switch (options.Format) {
-    case TableFormat::Csv:
-      return CsvText(ws.store, errors);
-    case TableFormat::Json:
-      return JsonText(ws.store, ws.calibration,
-                      {ws.picture.ChosenPath.filename().string(), ws.plot.Width(), ws.plot.Height(),
-                       ws.dataFileTitle},
-                      errors);
-    case TableFormat::Dat:
-      break;
-  }
+  if (wanted && known) errors = RowErrorsOf(ws.store, ws.calibration);
   const std::string hidden = HiddenDigits(ws.store, ws.calibration, ws.settings, ws.formats);
   if (!hidden.empty()) notes.push_back(hidden);
   return DataFileText(ws.dataFileTitle, ws.store, ws.formats, ws.settings.DecimalPoint, errors);

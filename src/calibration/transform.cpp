@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include "base/decimal_scale.h"
+#include "base/numbers.h"
 #include "base/run_time_error.h"
 
 namespace graphize {
@@ -47,6 +49,31 @@ void SetError(const Axis& axis, float cosAngle, float value, bool percent, float
     error = perPixel / value * 100;
 }
 
+struct Values {
+  float X, Y;
+};
+
+Values ValuesAt(const AxisCalibration& c, float x, float y) {
+  const float dx = x - c.PixelX[0], dy = y - c.PixelY[0];
+  const float u = dx * c.CosAngle + dy * c.SinAngle;
+  const float v = dy * c.CosAngle - dx * c.SinAngle;
+  return {ValueAt(XAxis(c), u), ValueAt(YAxis(c), v)};
+}
+
+/// The value at the share over / under of the axis, computed in whole numbers as far as they go, so
+/// that a tick which is a short decimal number comes out as one.
+double ValueAtShare(const Axis& axis, double over, double under) {
+  const double origin = DecimalValue(axis.Origin), end = DecimalValue(axis.End);
+  if (!axis.Log) {
+    const double exact = DecimalScale(origin, end), scale = exact > 0 ? exact : 1;
+    const auto whole = [&](double value) {
+      return exact > 0 ? std::nearbyint(value * scale) : value;
+    };
+    return (whole(origin) * (under - over) + whole(end) * over) / (under * scale);
+  }
+  return std::pow(10.0, std::log10(origin) + over * std::log10(end / origin) / under);
+}
+
 /// Beside Pixels2Real: its texts would cost that, which inner loops call, a guarded stack frame.
 [[gnu::cold, gnu::noinline]] void TellFault(const Desktop& desktop, const char* fault) {
   Tell(desktop, fault, MessageIcon::Critical);
@@ -68,19 +95,30 @@ void Pixels2Real(const AxisCalibration& c, const Desktop& desktop, bool percent,
     return;
   }
   if (const char* fault = LogPointFault(c)) throw RunTimeError(fault);
-  const float dx = x - c.PixelX[0], dy = y - c.PixelY[0];
-  const float u = dx * c.CosAngle + dy * c.SinAngle;
-  const float v = dy * c.CosAngle - dx * c.SinAngle;
-  const Axis xAxis = XAxis(c), yAxis = YAxis(c);
-  Reading read = reading;
-  read.X = ValueAt(xAxis, u);
-  read.Y = ValueAt(yAxis, v);
-  SetError(xAxis, c.CosAngle, read.X, percent, read.ErrorX);
-  SetError(yAxis, c.CosAngle, read.Y, percent, read.ErrorY);
+  const Values values = ValuesAt(c, x, y);
+  Reading read{values.X, values.Y, reading.ErrorX, reading.ErrorY};
+  SetError(XAxis(c), c.CosAngle, read.X, percent, read.ErrorX);
+  SetError(YAxis(c), c.CosAngle, read.Y, percent, read.ErrorY);
   if (!std::isfinite(read.X) || !std::isfinite(read.Y) || !std::isfinite(read.ErrorX) ||
       !std::isfinite(read.ErrorY))
     throw RunTimeError("Overflow: these axis values give no number here, please redefine the axes");
   reading = read;
+}
+
+bool Reads(const AxisCalibration& c, float x, float y, float X, float Y) {
+  if (LogOriginFault(c) != nullptr) return false;
+  const Values values = ValuesAt(c, x, y);
+  return values.X == X && values.Y == Y;
+}
+
+RealPoint RealPointAt(const AxisCalibration& c, double x, double y) {
+  const double px = x - c.PixelX[0], py = y - c.PixelY[0];
+  const double dx = c.PixelX[1] - c.PixelX[0], dy = c.PixelY[1] - c.PixelY[0];
+  const double ly = c.PixelY[2] - c.PixelY[0];
+  if (dy == 0) return {ValueAtShare(XAxis(c), px, dx), ValueAtShare(YAxis(c), py, ly)};
+  const double square = dx * dx + dy * dy;
+  return {ValueAtShare(XAxis(c), px * dx + py * dy, square),
+          ValueAtShare(YAxis(c), (py * dx - px * dy) * dx, square * ly)};
 }
 
 PixelSize PixelSizeAt(const AxisCalibration& c, float X, float Y) {

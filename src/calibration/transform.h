@@ -27,6 +27,21 @@ struct Reading {
 void Pixels2Real(const AxisCalibration& calibration, const Desktop& desktop, bool percent, float x,
                  float y, Reading& reading);
 
+/// Whether Pixels2Real reads exactly these values there. Only for a complete calibration.
+bool Reads(const AxisCalibration& calibration, float x, float y, float X, float Y);
+
+/// The values of Pixels2Real in double precision throughout: turned by the reference pixels
+/// themselves, (u, v) as shares of the axes being
+///   u = ((x - x0) dx + (y - y0) dy) / (dx^2 + dy^2),
+///   v = ((y - y0) dx - (x - x0) dy) dx / ((dx^2 + dy^2) ly)
+/// with (dx, dy) from the origin to the X-axis point and ly the rows up to the Y-axis point; the
+/// values of the axes are the decimal numbers they stand for (DecimalValue). Not finite where there
+/// is no value.
+struct RealPoint {
+  double X = 0, Y = 0;
+};
+RealPoint RealPointAt(const AxisCalibration& calibration, double x, double y);
+
 /// The size of one pixel where the graph values are (X, Y), never negative: the errors of
 /// Pixels2Real in graph units.
 struct PixelSize {

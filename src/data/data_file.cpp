@@ -56,9 +56,9 @@ void WriteDataFile(const std::filesystem::path& path, const std::string& text) {
     throw RunTimeError(failure.message());
 }
 
-std::string DataFileProposal(const std::string& imageFileName) {
+std::string DataFileProposal(const std::string& imageFileName, const std::string& extension) {
   if (imageFileName.empty()) throw RunTimeError("There is no picture to name the file after.");
-  return LowerCase(WithoutExtension(imageFileName)) + ".dat";
+  return LowerCase(WithoutExtension(imageFileName)) + extension;
 }
 
 }  // namespace graphize

@@ -24,8 +24,9 @@ std::string DataFileText(const std::string& title, const PointStore& store,
 /// RunTimeError with the system's description, and the old file is as it was.
 void WriteDataFile(const std::filesystem::path& path, const std::string& text);
 
-/// The data file's name proposed for an image: "Fig3.TIF" gives "fig3.dat", "p1" gives "p1.dat".
+/// The file name proposed for data of an image: "Fig3.TIF" gives "fig3.dat", "p1" gives "p1.dat".
 /// An empty name is a RunTimeError.
-std::string DataFileProposal(const std::string& imageFileName);
+std::string DataFileProposal(const std::string& imageFileName,
+                             const std::string& extension = ".dat");
 
 }  // namespace graphize

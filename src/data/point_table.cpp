@@ -1,5 +1,7 @@
 #include "data/point_table.h"
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <nlohmann/json.hpp>
 
@@ -10,7 +12,8 @@ namespace graphize {
 namespace {
 
 /// JSON knows no infinity.
-std::string JsonNumber(float value) {
+template <typename Real>
+std::string JsonNumber(Real value) {
   return std::isfinite(value) ? ShortestText(value) : "null";
 }
 
@@ -27,57 +30,133 @@ std::string JsonReference(const AxisCalibration& calibration, int row, float val
          ", \"value\": " + JsonNumber(value) + "}";
 }
 
-}  // namespace
+std::string JsonAxes(const AxisCalibration& calibration, int height) {
+  const auto axis = [&](int row, const std::array<float, 3>& values, bool log) {
+    return std::string("{\"scale\": \"") + (log ? "log" : "linear") +
+           "\", \"origin\": " + JsonReference(calibration, 0, values[0], height) +
+           ", \"point\": " + JsonReference(calibration, row, values[row], height) + "}";
+  };
+  return "  \"axes\": {\n    \"x\": " + axis(1, calibration.ValueX, calibration.XLog) +
+         ",\n    \"y\": " + axis(2, calibration.ValueY, calibration.YLog) +
+         ",\n    \"angle\": " + JsonNumber(calibration.Angle) + "\n  },\n";
+}
 
-std::string CsvText(const PointStore& store, std::span<const RowError> errors) {
-  std::string text = errors.empty() ? "x,y\r\n" : "x,y,x_error,y_error\r\n";
-  for (int i = 1; i <= store.ListCount; ++i) {
-    text += ShortestText(store.ListX[i]) + "," + ShortestText(store.ListY[i]);
-    if (!errors.empty())
-      text += "," + ShortestText(errors[i - 1].X) + "," + ShortestText(errors[i - 1].Y);
-    text += "\r\n";
+/// "x": "value on the x axis", "y": ...
+std::string JsonUnits(const ExportCurve& curve, bool errors) {
+  const bool swapped = curve.Kind == PointStore::Rows::SwappedPlaces;
+  const bool places = curve.Kind != PointStore::Rows::Other;
+  const std::string x =
+      places ? (swapped ? "value on the y axis" : "value on the x axis") : "number";
+  const std::string y =
+      places ? (swapped ? "value on the x axis" : "value on the y axis") : "length";
+  std::string text = "\"x\": \"" + x + "\", \"y\": \"" + y + "\"";
+  if (errors)
+    text +=
+        ", \"x_error\": \"size of one pixel, in units of x\""
+        ", \"y_error\": \"size of one pixel, in units of y\"";
+  return text;
+}
+
+constexpr const char* kPictureUnits =
+    "\"column\": \"pixel\", \"row\": \"pixel, downward from the top\", \"angle\": \"radian\"";
+
+/// "points": [...], its lines behind `indent`.
+std::string JsonPoints(const ExportCurve& curve, bool errors, const std::string& indent) {
+  std::string text = "\"points\": [";
+  bool first = true;
+  for (const ExportRow& row : curve.Rows) {
+    text += (first ? "\n" : ",\n") + indent + "  {\"x\": " + JsonNumber(row.X) +
+            ", \"y\": " + (row.HasY ? JsonNumber(row.Y) : "null");
+    if (errors)
+      text += ", \"x_error\": " + (row.HasY ? JsonNumber(row.Error.X) : "null") +
+              ", \"y_error\": " + (row.HasY ? JsonNumber(row.Error.Y) : "null");
+    text += "}";
+    first = false;
+  }
+  return text + "\n" + indent + "]";
+}
+
+std::string CsvString(const std::string& text) {
+  if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
+  std::string quoted = "\"";
+  for (const char c : text) quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
+  return quoted + "\"";
+}
+
+constexpr const char* kLineEnd = "\r\n";
+
+/// The two errors, each behind a comma; empty cells where they are not known.
+std::string CsvErrors(const ExportCurve& curve, const ExportRow& row) {
+  if (!curve.HasErrors || !row.HasY) return ",,";
+  return "," + ShortestText(row.Error.X) + "," + ShortestText(row.Error.Y);
+}
+
+std::string CsvRow(const ExportCurve& curve, const ExportRow& row, bool errors) {
+  std::string text = "," + (row.HasY ? ShortestText(row.Y) : std::string());
+  if (errors) text += CsvErrors(curve, row);
+  return text;
+}
+
+/// One column X, behind it those of each curve.
+std::string CsvSideBySide(const PointTable& table, bool errors) {
+  std::string text = "x";
+  for (const ExportCurve& curve : table.Curves) {
+    text += "," + CsvString(curve.Name);
+    if (errors)
+      text += "," + CsvString(curve.Name + " x_error") + "," + CsvString(curve.Name + " y_error");
+  }
+  text += kLineEnd;
+  for (std::size_t i = 0; i < table.Curves.front().Rows.size(); ++i) {
+    text += ShortestText(table.Curves.front().Rows[i].X);
+    for (const ExportCurve& curve : table.Curves) text += CsvRow(curve, curve.Rows[i], errors);
+    text += kLineEnd;
   }
   return text;
 }
 
-std::string JsonText(const PointStore& store, const AxisCalibration& calibration,
-                     const TableSource& source, std::span<const RowError> errors) {
+bool WithErrors(const PointTable& table) {
+  return table.Errors && std::any_of(table.Curves.begin(), table.Curves.end(),
+                                     [](const ExportCurve& curve) { return curve.HasErrors; });
+}
+
+}  // namespace
+
+std::string CsvText(const PointTable& table) {
+  const bool errors = WithErrors(table), several = table.Curves.size() > 1;
+  if (table.CommonX && several) return CsvSideBySide(table, errors);
+  std::string text = several ? "curve,x,y" : "x,y";
+  if (errors) text += ",x_error,y_error";
+  text += kLineEnd;
+  for (const ExportCurve& curve : table.Curves) {
+    const std::string start = several ? CsvString(curve.Name) + "," : "";
+    for (const ExportRow& row : curve.Rows)
+      text += start + ShortestText(row.X) + CsvRow(curve, row, errors) + kLineEnd;
+  }
+  return text;
+}
+
+std::string JsonText(const PointTable& table, const AxisCalibration& calibration,
+                     const TableSource& source) {
   std::string text = "{\n";
   if (!source.Title.empty()) text += "  \"title\": " + JsonString(source.Title) + ",\n";
   text += "  \"picture\": {\"name\": " + JsonString(source.PictureName) +
           ", \"width\": " + std::to_string(source.Width) +
           ", \"height\": " + std::to_string(source.Height) + "},\n";
-  const auto axis = [&](int row, const std::array<float, 3>& values, bool log) {
-    return std::string("{\"scale\": \"") + (log ? "log" : "linear") +
-           "\", \"origin\": " + JsonReference(calibration, 0, values[0], source.Height) +
-           ", \"point\": " + JsonReference(calibration, row, values[row], source.Height) + "}";
-  };
-  if (calibration.IsComplete()) {
-    text += "  \"axes\": {\n    \"x\": " + axis(1, calibration.ValueX, calibration.XLog) +
-            ",\n    \"y\": " + axis(2, calibration.ValueY, calibration.YLog) +
-            ",\n    \"angle\": " + JsonNumber(calibration.Angle) + "\n  },\n";
+  if (calibration.IsComplete()) text += JsonAxes(calibration, source.Height);
+  const auto errorsOf = [&](const ExportCurve& curve) { return table.Errors && curve.HasErrors; };
+  if (table.Curves.size() == 1) {
+    const ExportCurve& curve = table.Curves.front();
+    return text + "  \"units\": {" + JsonUnits(curve, errorsOf(curve)) + ", " + kPictureUnits +
+           "},\n  " + JsonPoints(curve, errorsOf(curve), "  ") + "\n}\n";
   }
-  const bool swapped = store.ListRows == PointStore::Rows::SwappedPlaces;
-  const bool places = store.ListRows != PointStore::Rows::Other;
-  const std::string x =
-      places ? (swapped ? "value on the y axis" : "value on the x axis") : "number";
-  const std::string y =
-      places ? (swapped ? "value on the x axis" : "value on the y axis") : "length";
-  text += "  \"units\": {\"x\": \"" + x + "\", \"y\": \"" + y + "\"";
-  if (!errors.empty())
-    text +=
-        ", \"x_error\": \"size of one pixel, in units of x\""
-        ", \"y_error\": \"size of one pixel, in units of y\"";
-  text +=
-      ", \"column\": \"pixel\", \"row\": \"pixel, downward from the top\", "
-      "\"angle\": \"radian\"},\n  \"points\": [";
-  for (int i = 1; i <= store.ListCount; ++i) {
-    text += std::string(i > 1 ? "," : "") + "\n    {\"x\": " + JsonNumber(store.ListX[i]) +
-            ", \"y\": " + JsonNumber(store.ListY[i]);
-    if (!errors.empty())
-      text += ", \"x_error\": " + JsonNumber(errors[i - 1].X) +
-              ", \"y_error\": " + JsonNumber(errors[i - 1].Y);
-    text += "}";
+  text += "  \"units\": {";
+  text += kPictureUnits;
+  text += "},\n  \"curves\": [";
+  for (const ExportCurve& curve : table.Curves) {
+    text += std::string(&curve == &table.Curves.front() ? "" : ",") +
+            "\n    {\n      \"name\": " + JsonString(curve.Name) + ",\n      \"units\": {" +
+            JsonUnits(curve, errorsOf(curve)) + "},\n      " +
+            JsonPoints(curve, errorsOf(curve), "      ") + "\n    }";
   }
   return text + "\n  ]\n}\n";
 }

@@ -1,17 +1,26 @@
 #pragma once
 
-#include <span>
 #include <string>
+#include <vector>
 
 #include "calibration/axis_calibration.h"
-#include "capture/point_store.h"
-#include "data/row_errors.h"
+#include "data/export_curve.h"
 
 namespace graphize {
 
-/// The data list as RFC 4180 has it: a header, commas, CR LF, decimal points. Numbers are the
-/// shortest that read back as the same single-precision value.
-std::string CsvText(const PointStore& store, std::span<const RowError> errors);
+/// What is written as CSV or JSON.
+struct PointTable {
+  std::vector<ExportCurve> Curves;  // at least one
+  bool CommonX = false;             // the curves' rows have the same X one by one
+  bool Errors = false;              // with the size of one pixel, where it is known
+};
+
+/// The table as RFC 4180 has it: a header, commas, CR LF, decimal points. Numbers are the shortest
+/// that read back as the same value.
+///
+/// One curve: x,y and with errors x_error,y_error. Several: the same with the curve's name in front
+/// of each row, curve by curve; with a common X one column y for each, named as the curve.
+std::string CsvText(const PointTable& table);
 
 /// What a JSON file tells beside the points.
 struct TableSource {
@@ -20,9 +29,10 @@ struct TableSource {
   std::string Title;
 };
 
-/// The data list with picture, axes and units as one JSON object (RFC 8259, UTF-8). Pixel rows
-/// count downward from the top. With `errors` every point has the size of one pixel there.
-std::string JsonText(const PointStore& store, const AxisCalibration& calibration,
-                     const TableSource& source, std::span<const RowError> errors);
+/// The table with picture, axes and units as one JSON object (RFC 8259, UTF-8). Pixel rows count
+/// downward from the top. Points, and units of x and y, stand in the object of one curve, else in
+/// those of "curves", with their names. A value that there is not is null.
+std::string JsonText(const PointTable& table, const AxisCalibration& calibration,
+                     const TableSource& source);
 
 }  // namespace graphize

@@ -21,10 +21,9 @@ double CountOfStep(const SamplePlan& plan, double step);
 
 enum class SampleEnd { Done, Stopped, BadPoint };
 
-/// Replaces the list with Count points at even steps, Y by linear interpolation on the first
-/// captured segment, in order of capture, that ends at or behind X; where X does not lie in that,
-/// because captured X falls there, on the first that it lies in. X beyond them all extends the
-/// segment at the nearer end. With RefreshList every point is shown at once.
+/// Replaces the list with Count points at even steps, Y by Interpolation between the captured
+/// points in order of capture. X beyond them all extends the segment at the nearer end. With
+/// RefreshList every point is shown at once.
 ///
 /// Stopped by Escape, or where a point has no value (a segment without length, a logarithm of 0 or
 /// less, what is not finite), the list keeps the points made until then.

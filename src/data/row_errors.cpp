@@ -12,16 +12,17 @@ bool HasRowErrors(const PointStore& store, const AxisCalibration& calibration) {
          LogOriginFault(calibration) == nullptr;
 }
 
+RowError RowErrorAt(PointStore::Rows rows, const AxisCalibration& calibration, float x, float y) {
+  if (rows != PointStore::Rows::SwappedPlaces) return PixelSizeAt(calibration, x, y);
+  const RowError error = PixelSizeAt(calibration, y, x);
+  return {error.Y, error.X};
+}
+
 std::vector<RowError> RowErrorsOf(const PointStore& store, const AxisCalibration& calibration) {
-  const bool swapped = store.ListRows == PointStore::Rows::SwappedPlaces;
   std::vector<RowError> errors;
   errors.reserve(static_cast<std::size_t>(store.ListCount));
-  for (int i = 1; i <= store.ListCount; ++i) {
-    const float x = store.ListX[i], y = store.ListY[i];
-    const RowError error =
-        swapped ? PixelSizeAt(calibration, y, x) : PixelSizeAt(calibration, x, y);
-    errors.push_back(swapped ? RowError{error.Y, error.X} : error);
-  }
+  for (int i = 1; i <= store.ListCount; ++i)
+    errors.push_back(RowErrorAt(store.ListRows, calibration, store.ListX[i], store.ListY[i]));
   return errors;
 }
 

@@ -15,6 +15,9 @@ using RowError = PixelSize;
 /// Whether the list's rows are places on a picture whose axes are known.
 bool HasRowErrors(const PointStore& store, const AxisCalibration& calibration);
 
+/// At a row with these two numbers, of a list whose rows are places or exchanged ones.
+RowError RowErrorAt(PointStore::Rows rows, const AxisCalibration& calibration, float x, float y);
+
 /// One element for each row of the list, in its order. Only where HasRowErrors.
 std::vector<RowError> RowErrorsOf(const PointStore& store, const AxisCalibration& calibration);
 

@@ -9,6 +9,7 @@
 #include "calibration/transform.h"
 #include "capture/cursor.h"
 #include "capture/point_store.h"
+#include "data/export_form.h"
 #include "data/integration.h"
 #include "data/number_format.h"
 #include "data/sample_form.h"
@@ -80,7 +81,7 @@ struct ZoomWindow {
 };
 
 /// The modal window that is open over the main window.
-enum class Form { None, Integrate, Sample, Options, About, SelectSource, Scan, ImageTools };
+enum class Form { None, Integrate, Sample, Options, About, SelectSource, Scan, ImageTools, Export };
 
 /// The scanner that is used.
 struct Scanner {
@@ -128,6 +129,7 @@ struct Workspace {
   OptionsForm options;
   AboutForm about;
   ImageToolsForm imageTools;
+  ExportForm exportForm;
 
   HelpRequest help;
   SourceForm source;

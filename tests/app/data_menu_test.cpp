@@ -6,6 +6,7 @@
 
 #include "app/window_driver.h"
 #include "support/points.h"
+#include "support/temporary_folder.h"
 
 namespace graphize::test {
 namespace {
@@ -169,6 +170,53 @@ TEST_F(DataMenu, ResamplesWhatStandsInTheBoxes) {
   EXPECT_FALSE(FormIsOpen());
   ChooseMenu("MNU_Data_XY2List");
   ExpectList(kPoints);
+}
+
+TEST_F(DataMenu, ExportsOnceEverythingIsInOrder) {
+  CapturePoints();
+  ChooseMenu("MNU_DATA_SORT_Asc");
+  ChooseForm("MNU_FILE_Export", "FRM_Export");
+  EXPECT_FALSE(Find<QWidget>("CHK_AllCurves")->isEnabled());
+  EXPECT_FALSE(Find<QWidget>("TXT_XGrid")->isEnabled());
+  EXPECT_EQ(TextOf("LBL_Hint"), "6 points.");
+  ClickControl(Find<QWidget>("OPT_Table_1"));
+  TypeInto("TXT_XGrid", "2:3");
+  OnMessage("\"2:3\" is no range first:step:last.", QMessageBox::Ok);
+  ClickControl(Find<QWidget>("BTN_Accept"));
+  Until([this] { return !State().commandRuns; }, "the message is answered");
+  EXPECT_TRUE(FormIsOpen());
+  TypeInto("TXT_XGrid", "2:1.5:12");
+  EXPECT_EQ(TextOf("LBL_Hint"), "7 X values from 2 to 11.");
+  ClickControl(Find<QWidget>("CHK_Errors"));
+
+  // Cancel, and a disk that is full: the form stays with all that is in it, the old file whole.
+  OnFileDialogProposing("pendulum.csv");
+  ClickControl(Find<QWidget>("BTN_Accept"));
+  Until([this] { return !State().commandRuns; }, "the question is cancelled");
+  EXPECT_EQ(ValueOf("TXT_XGrid"), "2:1.5:12");
+  OnFileDialog(Folder() / "pendulum.csv");
+  {
+    const FullDisk full(20);
+    OnMessage("Error while saving.", QMessageBox::Ok);
+    ClickControl(Find<QWidget>("BTN_Accept"));
+    Until([this] { return !State().commandRuns; }, "the message is answered");
+  }
+  EXPECT_FALSE(std::filesystem::exists(Folder() / "pendulum.csv"));
+  OnFileDialog(Folder() / "pendulum.csv");
+  Key("Return");
+  UntilFormIsClosed();
+  EXPECT_TRUE(BytesOf(Folder() / "pendulum.csv").starts_with("x,y,x_error,y_error\r\n2,1,0.0222"));
+
+  ChooseForm("MNU_FILE_Export", "FRM_Export");
+  ClickControl(Find<QWidget>("OPT_Format_1"));
+  ClickControl(Find<QWidget>("OPT_Table_0"));
+  OnFileDialog(Folder() / "pendulum.json");
+  ClickControl(Find<QWidget>("BTN_Accept"));
+  UntilFormIsClosed();
+  EXPECT_NE(BytesOf(Folder() / "pendulum.json").find("{\"x\": 11, \"y\": 0, "), std::string::npos);
+  ChooseForm("MNU_FILE_Export", "FRM_Export");
+  Key("Escape");
+  UntilFormIsClosed();
 }
 
 }  // namespace

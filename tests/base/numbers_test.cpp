@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <cmath>
+#include <cstdint>
 
 #include "base/run_time_error.h"
 
@@ -45,7 +47,19 @@ TEST(Numbers, ATextIsPlainWhenItSaysTheNumberAndNothingElse) {
 TEST(Numbers, ShortestTextReadsBackAsTheSameValue) {
   for (const float value : {0.0f, 0.1f, -2.5e-7f, 1950.0f, 3.4e38f, 1.0f / 3.0f})
     EXPECT_EQ(static_cast<float>(LeadingNumber(ShortestText(value))), value);
-  EXPECT_EQ(ShortestText(300), "300");
+  EXPECT_EQ(ShortestText(300.0f), "300");
+}
+
+TEST(Numbers, ADecimalValueIsWrittenLikeItsSingle) {
+  EXPECT_EQ(DecimalValue(0.1f), 0.1);
+  EXPECT_TRUE(std::isnan(DecimalValue(std::nanf(""))));
+  // Every exponent, both signs, mantissas all over.
+  for (std::uint32_t bits = 1; bits > 0 && bits < 0xffff0000u; bits += 40503) {
+    const auto value = std::bit_cast<float>(bits);
+    if (!std::isfinite(value)) continue;
+    ASSERT_EQ(ShortestText(DecimalValue(value)), ShortestText(value));
+    ASSERT_EQ(static_cast<float>(DecimalValue(value)), value);
+  }
 }
 
 TEST(Numbers, CaseAndBlanks) {

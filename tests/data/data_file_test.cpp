@@ -167,6 +167,7 @@ TEST(DataFile, ProposesTheImagesNameWithItsOwnExtension) {
       {"Fig. 2 of Müller", "fig. 2 of müller.dat"},
   };
   for (const auto& [image, proposal] : cases) EXPECT_EQ(DataFileProposal(image), proposal);
+  EXPECT_EQ(DataFileProposal("Fig3.TIF", ".json"), "fig3.json");
   EXPECT_THROW(DataFileProposal(""), RunTimeError);
 }
 

@@ -1,0 +1,140 @@
+#include "data/export_curve.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "base/numbers.h"
+#include "calibration/transform.h"
+#include "data/interpolation.h"
+
+namespace graphize {
+
+namespace {
+
+using Kind = PointStore::Rows;
+
+double Scaled(double value, bool log) {
+  return log ? std::log10(value) : value;
+}
+
+/// A curve as a function of X.
+class Function {
+ public:
+  explicit Function(const ExportCurve& curve)
+      : curve_(curve),
+        between_(Column(&ExportRow::X, curve.XLog), Column(&ExportRow::Y, curve.YLog)) {
+    const auto byX = [](const ExportRow& a, const ExportRow& b) { return a.X < b.X; };
+    const auto [least, most] = std::minmax_element(curve.Rows.begin(), curve.Rows.end(), byX);
+    if (least == curve.Rows.end()) return;
+    least_ = least->X;
+    most_ = most->X;
+  }
+
+  /// The row at X; without Y where there is none.
+  ExportRow At(double X) const {
+    ExportRow row{.X = X, .HasY = false};
+    if (!(X >= least_ && X <= most_)) return row;
+    const double x = Scaled(X, curve_.XLog);
+    const std::size_t first = curve_.Rows.size() < 2 ? 0 : between_.SegmentOf(x);
+    const std::size_t end = std::min(first + 2, curve_.Rows.size());
+    for (std::size_t i = first; i < end && !row.HasY; ++i) {
+      if (curve_.Rows[i].X != X) continue;
+      row.Y = curve_.Rows[i].Y;
+      row.HasY = true;
+    }
+    if (row.HasY) return row;
+    const double y = between_.At(x);
+    row.Y = curve_.YLog ? std::pow(10.0, y) : y;
+    row.HasY = std::isfinite(y) && std::isfinite(row.Y);
+    return row;
+  }
+
+ private:
+  std::vector<double> Column(double ExportRow::*value, bool log) const {
+    std::vector<double> values;
+    values.reserve(curve_.Rows.size());
+    for (const ExportRow& row : curve_.Rows) values.push_back(Scaled(row.*value, log));
+    return values;
+  }
+
+  const ExportCurve& curve_;
+  Interpolation between_;
+  double least_ = 1, most_ = 0;  // of no X at all
+};
+
+}  // namespace
+
+ExportCurve ListCurve(const std::string& name, const PointStore& store,
+                      const AxisCalibration& calibration) {
+  ExportCurve curve{.Name = name,
+                    .Kind = store.ListRows,
+                    .HasErrors = HasRowErrors(store, calibration),
+                    .WithoutPlace = store.ListCount};
+  if (curve.HasErrors) {
+    const bool swapped = curve.Kind == Kind::SwappedPlaces;
+    curve.XLog = swapped ? calibration.YLog : calibration.XLog;
+    curve.YLog = swapped ? calibration.XLog : calibration.YLog;
+  }
+  for (int i = 1; i <= store.ListCount; ++i) {
+    ExportRow row{.X = DecimalValue(store.ListX[i]), .Y = DecimalValue(store.ListY[i])};
+    if (curve.HasErrors)
+      row.Error = RowErrorAt(curve.Kind, calibration, store.ListX[i], store.ListY[i]);
+    curve.Rows.push_back(row);
+  }
+  return curve;
+}
+
+ExportCurve PlacedCurve(const std::string& name, const PointStore& store,
+                        const AxisCalibration& calibration, int pictureHeight) {
+  ExportCurve curve = ListCurve(name, store, calibration);
+  if (!curve.HasErrors) return curve;
+  const bool swapped = curve.Kind == Kind::SwappedPlaces;
+  for (int i = 1; i <= store.ListCount; ++i) {
+    if (store.ListId[i] == 0) continue;
+    const Place& place = store.Places[store.ListId[i]];
+    const float X = swapped ? store.ListY[i] : store.ListX[i];
+    const float Y = swapped ? store.ListX[i] : store.ListY[i];
+    // As the cursor computes it, and so as the list has it.
+    const float rowUp = static_cast<float>(pictureHeight) - place.Row;
+    if (!Reads(calibration, place.Column, rowUp, X, Y)) continue;
+    const RealPoint real =
+        RealPointAt(calibration, place.Column, static_cast<double>(pictureHeight) - place.Row);
+    if (!std::isfinite(real.X) || !std::isfinite(real.Y)) continue;
+    ExportRow& row = curve.Rows[i - 1];
+    row.X = swapped ? real.Y : real.X;
+    row.Y = swapped ? real.X : real.Y;
+    --curve.WithoutPlace;
+  }
+  return curve;
+}
+
+std::vector<double> AllX(std::span<const ExportCurve> curves) {
+  std::vector<double> xs;
+  for (const ExportCurve& curve : curves)
+    for (const ExportRow& row : curve.Rows)
+      if (std::isfinite(row.X)) xs.push_back(row.X);
+  std::sort(xs.begin(), xs.end());
+  xs.erase(std::unique(xs.begin(), xs.end()), xs.end());
+  return xs;
+}
+
+std::vector<ExportCurve> OverCommonX(std::span<const ExportCurve> curves,
+                                     std::span<const double> xs,
+                                     const AxisCalibration& calibration) {
+  std::vector<ExportCurve> result;
+  for (const ExportCurve& curve : curves) {
+    const Function function(curve);
+    ExportCurve& common = result.emplace_back(curve);
+    common.Rows.clear();
+    for (const double x : xs) {
+      ExportRow row = function.At(x);
+      if (curve.HasErrors && row.HasY)
+        row.Error = RowErrorAt(curve.Kind, calibration, static_cast<float>(row.X),
+                               static_cast<float>(row.Y));
+      common.Rows.push_back(row);
+    }
+  }
+  return result;
+}
+
+}  // namespace graphize
