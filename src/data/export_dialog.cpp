@@ -33,7 +33,10 @@ ExportDialog::ExportDialog(QWidget* parent) : FormDialog("FRM_Export", tr("Expor
   hint_->setWordWrap(true);
   hint_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
   // Room for the longest hint: the buttons below never jump.
-  hint_->setMinimumHeight(4 * hint_->fontMetrics().lineSpacing());
+  const QFontMetrics metrics = hint_->fontMetrics();
+  hint_->setMinimumWidth(metrics.horizontalAdvance(
+      QStringLiteral("20000 of 30000 rows are no places on the picture as it is:")));
+  hint_->setMinimumHeight(4 * metrics.lineSpacing());
   column->addWidget(hint_);
   column->addStretch();
 
