@@ -42,7 +42,7 @@ BENCHMARK(BM_BareReads)->Unit(benchmark::kMicrosecond);
 
 enum Kind { kFollowOnly, kMark, kCapture, kCaptureLog };
 
-void Trace(benchmark::State& state, void (*tracer)(const ExtractionContext&, float, float)) {
+void Trace(benchmark::State& state, TraceEnd (*tracer)(const ExtractionContext&, float, float)) {
   ExtractionRecords records(WideCurve());
   const Desktop desktop = test::QuietDesktop();
   const auto kind = static_cast<Kind>(state.range(0));
