@@ -219,12 +219,10 @@ void MainWindow::ConnectPanels() {
   connect(axisPanel_, &AxisPanelWidget::YTyped, this, [this](int row, const std::string& text) {
     Do([&](Workspace& ws, const Desktop&) { ws.axisPanel.Rows[row].YText = text; }, false);
   });
-  connect(axisPanel_, &AxisPanelWidget::XLogSwitched, this, [this](bool on) {
-    Do([=](Workspace& ws, const Desktop&) { ws.calibration.XLog = on; });
-  });
-  connect(axisPanel_, &AxisPanelWidget::YLogSwitched, this, [this](bool on) {
-    Do([=](Workspace& ws, const Desktop&) { ws.calibration.YLog = on; });
-  });
+  connect(axisPanel_, &AxisPanelWidget::XLogSwitched, this,
+          [this](bool on) { Do([=](Workspace& ws, const Desktop& d) { SwitchXLog(ws, d, on); }); });
+  connect(axisPanel_, &AxisPanelWidget::YLogSwitched, this,
+          [this](bool on) { Do([=](Workspace& ws, const Desktop& d) { SwitchYLog(ws, d, on); }); });
   connect(axisPanel_, &AxisPanelWidget::OriginYFocused, this, [this] {
     // Comes while the focus is set by a command's rendering, too.
     ws_.calibration.FocusOriginPending = false;

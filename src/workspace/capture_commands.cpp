@@ -35,6 +35,29 @@ void SwitchPercent(Workspace& ws, const Desktop& desktop, bool on) {
   ReadAgain(ws, desktop);
 }
 
+namespace {
+
+/// Axes that have become impossible are told at once, and not again at the next move.
+void TellLogFault(Workspace& ws, const Desktop& desktop) {
+  if (!ws.calibration.IsComplete()) return;
+  const char* fault = LogOriginFault(ws.calibration);
+  if (fault == nullptr) fault = LogPointFault(ws.calibration);
+  ws.mouse.FaultTold = fault != nullptr ? fault : "";
+  if (fault != nullptr) Tell(desktop, fault, MessageIcon::Critical);
+}
+
+}  // namespace
+
+void SwitchXLog(Workspace& ws, const Desktop& desktop, bool on) {
+  ws.calibration.XLog = on;
+  if (on) TellLogFault(ws, desktop);
+}
+
+void SwitchYLog(Workspace& ws, const Desktop& desktop, bool on) {
+  ws.calibration.YLog = on;
+  if (on) TellLogFault(ws, desktop);
+}
+
 Outcome Run(Workspace& ws, const Desktop& desktop, ClearDataStep& step) {
   if (!DeleteAllData(ws.store, ws.commands, desktop, std::exchange(step.Ask, false)))
     return Nothing();

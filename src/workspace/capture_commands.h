@@ -12,6 +12,10 @@ void ChooseErrorDisplay(Workspace& ws, const Desktop& desktop);
 void ChoosePixelDisplay(Workspace& ws, const Desktop& desktop);
 void SwitchPercent(Workspace& ws, const Desktop& desktop, bool on);
 
+/// An axis becomes logarithmic or linear; values that can never work so are told.
+void SwitchXLog(Workspace& ws, const Desktop& desktop, bool on);
+void SwitchYLog(Workspace& ws, const Desktop& desktop, bool on);
+
 /// Empties the store and redraws the plot.
 Outcome Run(Workspace& ws, const Desktop& desktop, ClearDataStep& step);
 /// The selected rows of the data list, and their removal.

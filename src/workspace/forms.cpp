@@ -9,7 +9,7 @@ void CloseForm(Workspace& ws, const Desktop& desktop) {
   if (ws.form == Form::Options) CancelOptions(ws);
   if (ws.form == Form::ImageTools) LeaveImageTools(ws, desktop);
   ws.exportForm.Curves.clear();  // made anew when its window opens
-  ws.scanner.Open.reset();  // open only while its window is
+  ws.scanner.Open.reset();       // open only while its window is
   ws.form = Form::None;
 }
 

@@ -10,6 +10,7 @@
 #include "capture/snap.h"
 #include "workspace/do.h"
 #include "workspace/extraction_commands.h"
+#include "workspace/toolbar.h"
 
 namespace graphize {
 
@@ -89,6 +90,7 @@ Outcome Run(Workspace& ws, const Desktop& desktop, AxisStep& step) {
   const char* fault = LogPointFault(ws.calibration);
   ws.mouse.FaultTold = fault != nullptr ? fault : "";
   if (step.Row < 2) ++ws.calibration.CurrentRow;
+  ShowModeHint(ws);
   return {};
 }
 
@@ -161,7 +163,7 @@ void Plot_MouseMove(Workspace& ws, const Desktop& desktop, int Button, int /*Shi
 
 void Plot_MouseDown(Workspace& ws, const Desktop& desktop, int Button, int Shift, float X,
                     float Y) {
-  ws.status.Hint = ModeHint(ws.mode);
+  ShowModeHint(ws);
   if (ws.mode == Mode::GridBuster) {
     if (Button == kLeftButton || Button == kRightButton)
       Do(ws, desktop,

@@ -38,7 +38,7 @@ void EnterEditMode(Workspace& ws, std::string_view key) {
 void EnterMode(Workspace& ws, const Desktop& desktop, std::string_view key) {
   if (ModeOfKey(key) != ws.mode) LeaveMode(ws);
   ws.mode = ModeOfKey(key);
-  ws.status.Hint = ModeHint(ws.mode);
+  if (ws.mode != Mode::AxisDef) ShowModeHint(ws);
   if (ws.mode == Mode::DrawErase || ws.mode == Mode::GridBuster) return EnterEditMode(ws, key);
   LeaveEdit(ws);
   ShowFrame(ws, key);
@@ -47,10 +47,16 @@ void EnterMode(Workspace& ws, const Desktop& desktop, std::string_view key) {
     // A definition that was begun goes on: only an empty one is started.
     if (!HasBegun(ws.calibration, ws.axisPanel)) InitAxisDefFrame(ws.calibration, ws.axisPanel);
     FocusArmedRow(ws.calibration, ws.axisPanel);
+    ShowModeHint(ws);
   }
 }
 
 }  // namespace
+
+void ShowModeHint(Workspace& ws) {
+  const bool complete = ws.mode == Mode::AxisDef && ws.calibration.IsComplete();
+  ws.status.Hint = complete ? ws.axisPanel.Tips : ModeHint(ws.mode);
+}
 
 bool CanPress(const Workspace& ws, std::string_view key) {
   const CommandStates& can = ws.commands;

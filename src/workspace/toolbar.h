@@ -20,6 +20,9 @@ bool IsPressed(const Workspace& ws, std::string_view key);
 Outcome Run(Workspace& ws, const Desktop& desktop, const ModeStep& step);
 void ReleaseButtons(Workspace& ws, const Desktop& desktop);
 
+/// What the mode asks for next, in the panel "hint".
+void ShowModeHint(Workspace& ws);
+
 /// The side panel of a mode: the axis panel for "axisdef" in any letter case.
 void ShowFrame(Workspace& ws, std::string_view key);
 

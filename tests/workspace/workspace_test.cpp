@@ -412,6 +412,7 @@ TEST_F(WorkspaceTest, AnImpossibleAxisIsToldInOneBox) {
     Click(45, 45);
     Click(5, 5);
     EXPECT_TRUE(ws.calibration.IsComplete());
+    EXPECT_EQ(ws.status.Hint, ws.axisPanel.Tips) << "nothing is asked for any more";
     Plot_MouseMove(ws, desktop, 0, 0, 20, 20);
   };
   ws.calibration.ValueX[0] = 2;
@@ -420,6 +421,10 @@ TEST_F(WorkspaceTest, AnImpossibleAxisIsToldInOneBox) {
   ws.calibration.XLog = true;
   desktop.ExpectMessage("X axis value must be positive for Log Axis");
   define("-5");
+  SwitchXLog(ws, desktop, false);
+  desktop.ExpectMessage("X axis value must be positive for Log Axis");
+  SwitchXLog(ws, desktop, true);
+  Plot_MouseMove(ws, desktop, 0, 0, 20, 20);
 }
 
 TEST_F(WorkspaceTest, AHandThatShakesDoesNotMoveASnappedPoint) {
