@@ -113,6 +113,7 @@ void MainWindow::LetZoomGiveWay() {
   constexpr int kNear = 12;  // pixels
   if (!zoomOverPicture_ || zoom_->IsMoved() || ws_.mode == Mode::None) return;
   if (QGuiApplication::queryKeyboardModifiers().testFlag(Qt::ControlModifier)) return;
+  if (QGuiApplication::mouseButtons() != Qt::NoButton) return;  // a drag ends where it was aimed
   const QPoint pointer = centralWidget()->mapFromGlobal(QCursor::pos());
   if (!zoom_->geometry().adjusted(-kNear, -kNear, kNear, kNear).contains(pointer)) return;
   zoomToTheLeft_ = !zoomToTheLeft_;

@@ -204,8 +204,10 @@ TEST_F(MainJob, AClickCountsOnlyWhereItsReleaseIsSeen) {
   TypeInto("TXT_YPos_2", "1");
   ClickPlot(70, 40);
   ClickTool("graphize");
-  for (const char* name : elsewhere) dragFrom(60, 60, Find<QWidget>(name));
-  EXPECT_EQ(State().store.CaptureCount, 0);
+  for (const char* name : elsewhere) {
+    dragFrom(60, 60, Find<QWidget>(name));
+    EXPECT_EQ(State().store.CaptureCount, 0) << name;
+  }
   ClickPlot(60, 60);
   EXPECT_EQ(State().store.CaptureCount, 1);
 }
