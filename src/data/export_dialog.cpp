@@ -23,8 +23,9 @@ ExportDialog::ExportDialog(QWidget* parent) : FormDialog("FRM_Export", tr("Expor
   allCurves_->setToolTip(tr("All curves instead of the one that is active"));
   errors_ = Named(new QCheckBox(tr("With &errors of one pixel")), "CHK_Errors");
   errors_->setToolTip(tr("Two more values for each point: the size of one pixel in X and in Y"));
-  column->addWidget(allCurves_);
-  column->addWidget(errors_);
+  // As wide as what answers to a click.
+  column->addWidget(allCurves_, 0, Qt::AlignLeft);
+  column->addWidget(errors_, 0, Qt::AlignLeft);
   connect(allCurves_, &QCheckBox::clicked, this, &ExportDialog::AllCurvesSwitched);
   connect(errors_, &QCheckBox::clicked, this, &ExportDialog::ErrorsSwitched);
 
@@ -78,7 +79,7 @@ QWidget* ExportDialog::MakeTable() {
     option->setObjectName(MemberName("OPT_Table", i));
     option->setToolTip(tips[i]);
     connect(option, &QRadioButton::clicked, this, [this, i] { emit CommonXChosen(i == 1); });
-    grid->addWidget(option, i, 0, 1, 2);
+    grid->addWidget(option, i, 0, 1, 2, Qt::AlignLeft);
     table_[static_cast<std::size_t>(i)] = option;
   }
   xGrid_ = Named(new QLineEdit, "TXT_XGrid", tr("X grid"));
