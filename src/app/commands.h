@@ -19,6 +19,7 @@ struct MenuEntry {
   bool (*Can)(const Workspace&) = nullptr;  // absent: always
   void (*Run)(Workspace&, const Desktop&) = nullptr;
   bool (*Checked)(const Workspace&) = nullptr;
+  std::string (*Text)(const Workspace&) = nullptr;  // a caption that changes
 };
 
 /// All menus in reading order: Menu starts a menu of the bar, SubMenu takes the items up to the

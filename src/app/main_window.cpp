@@ -4,6 +4,7 @@
 #include <QCloseEvent>
 #include <QCursor>
 #include <QGridLayout>
+#include <QLineEdit>
 #include <QMimeData>
 #include <QScreen>
 #include <QScrollArea>
@@ -70,6 +71,7 @@ MainWindow::~MainWindow() = default;
 
 void MainWindow::Start() {
   Do(StartUp);
+  history_.Begin(ws_);
 }
 
 void MainWindow::FitSidePanel() {
@@ -151,6 +153,7 @@ void MainWindow::Do(const Command& command, bool redraw) {
   if (IsBusy()) return;
   desktop_->BeginCommand();
   RunCommand(ws_, desktop_->Callbacks(), [&] { command(ws_, desktop_->Callbacks()); });
+  history_.Commit(ws_);
   if (redraw) plot_->update();
   Render();
   desktop_->EndCommand();
@@ -303,6 +306,17 @@ void MainWindow::dropEvent(QDropEvent* event) {
 }
 
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+  // A text box keeps undo and redo to itself only while there is something typed in it.
+  if (event->type() == QEvent::ShortcutOverride) {
+    const auto* key = static_cast<QKeyEvent*>(event);
+    const auto* box = qobject_cast<QLineEdit*>(watched);
+    if (box != nullptr && box->window() == this &&
+        ((key->matches(QKeySequence::Undo) && !box->isUndoAvailable()) ||
+         (key->matches(QKeySequence::Redo) && !box->isRedoAvailable()))) {
+      event->ignore();
+      return true;
+    }
+  }
   // The window looks at a key before the control that has the focus.
   if (event->type() == QEvent::KeyPress && !ws_.commandRuns &&
       QApplication::activeModalWidget() == nullptr &&

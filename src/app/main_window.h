@@ -9,6 +9,7 @@
 
 #include "app/commands.h"
 #include "app/qt_desktop.h"
+#include "session/history.h"
 #include "workspace/do.h"
 #include "workspace/workspace.h"
 
@@ -107,6 +108,7 @@ class MainWindow : public QMainWindow {
   void NotePlacement();
 
   Workspace ws_;
+  History history_;
   std::vector<std::pair<QAction*, const MenuEntry*>> menuActions_;
   std::vector<QAction*> toolActions_;  // in the order of ToolButtons()
 

@@ -75,6 +75,10 @@ void MainWindow::BuildMenus() {
   }
   connect(findChild<QAction*>(QStringLiteral("MNU_FILE_Exit")), &QAction::triggered, this,
           &QWidget::close);
+  connect(findChild<QAction*>(QStringLiteral("MNU_EDIT_Undo")), &QAction::triggered, this,
+          [this] { Do([this](Workspace& ws, const Desktop&) { history_.Undo(ws); }); });
+  connect(findChild<QAction*>(QStringLiteral("MNU_EDIT_Redo")), &QAction::triggered, this,
+          [this] { Do([this](Workspace& ws, const Desktop&) { history_.Redo(ws); }); });
   connect(findChild<QMenu*>(QStringLiteral("MNU_Edit")), &QMenu::aboutToShow, this,
           [this] { Do(OpenEditMenu, false); });
   connect(findChild<QMenu*>(QStringLiteral("MNU_DATA")), &QMenu::aboutToShow, this,
@@ -281,6 +285,10 @@ void MainWindow::RenderActions() {
   for (const auto& [action, entry] : menuActions_) {
     const bool can = entry->Can == nullptr || entry->Can(ws_);
     if (action->isEnabled() != can) action->setEnabled(can);
+    if (entry->Text != nullptr) {
+      const QString text = ToQString(entry->Text(ws_)).trimmed();
+      if (action->text() != text) action->setText(text);
+    }
     if (entry->Checked != nullptr) action->setChecked(entry->Checked(ws_));
   }
   const auto buttons = ToolButtons();

@@ -31,6 +31,7 @@ struct AxisCalibration {
 
   bool IsComplete() const { return Defined[2]; }
   bool AnyDefined() const { return Defined[0] || Defined[1] || Defined[2]; }
+  bool operator==(const AxisCalibration&) const = default;
 };
 
 enum class FocusTarget { None, X0, Y0, X1, Y1, X2, Y2 };
@@ -42,6 +43,8 @@ struct AxisPanel {
     std::string XText, YText;    // TXT_XPos, TXT_YPos
     bool XEnabled = false, YEnabled = false;
     bool ReDefineEnabled = false;
+
+    bool operator==(const Row&) const = default;
   };
   std::array<Row, 3> Rows;
   std::string Angle;                      // LBL_Angle, degrees

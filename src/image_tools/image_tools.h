@@ -1,6 +1,6 @@
 #pragma once
 
-#include <optional>
+#include <memory>
 #include <string>
 
 #include "base/raster.h"
@@ -16,7 +16,7 @@ struct ImageToolsForm {
   int Amount = 5;                        // ToolAmount, LBL_Amount
   bool AmountEnabled = false;
   int KeptRotation = 90;                        // degrees, of the last rotation
-  std::optional<Raster> UndoCopy;               // the picture as it was before the last processing
+  std::shared_ptr<Raster> UndoCopy;             // the picture as it was before the last processing
   int WidthAtOpening = 0, HeightAtOpening = 0;  // pixels
   bool Busy = false;                            // a tool runs
 };

@@ -99,7 +99,7 @@ void ImageToolsDialog::Render(const ImageToolsForm& form) {
   RenderBusy(form.Busy);
   Enable(toolAmount_, form.AmountEnabled);
   for (QLabel* label : {min_, max_, amount_}) Enable(label, form.AmountEnabled);
-  const bool canUndo = form.UndoCopy.has_value() && !form.Busy;
+  const bool canUndo = form.UndoCopy != nullptr && !form.Busy;
   if (undo_->hasFocus() && !canUndo && !form.Busy) process_->setFocus();
   Enable(undo_, canUndo);
 }

@@ -19,22 +19,44 @@ void Overdraw(PlotImage& image, std::vector<OverdrawnPixel>& log, int x, int y,
   target = pixel;
 }
 
-/// Puts back what `log` remembers, newest first, and empties it.
-void Restore(PlotImage& image, std::vector<OverdrawnPixel>& log) {
-  if (log.empty()) return;
+/// Exchanges pixels of the raster and of a log, in the order of the iterators.
+template <class Iterator>
+void Swap(PlotImage& image, Iterator from, Iterator to) {
+  if (from == to) return;
   const auto width = static_cast<std::uint32_t>(image.Width());
   int left = image.Width(), right = -1;
   std::uint32_t first = UINT32_MAX, last = 0;
-  for (auto it = log.rbegin(); it != log.rend(); ++it) {
-    image.Pixels.Pixels()[it->Index] = it->Pixel;
-    const int x = static_cast<int>(it->Index % width);
+  for (; from != to; ++from) {
+    std::swap(image.Pixels.Pixels()[from->Index], from->Pixel);
+    const int x = static_cast<int>(from->Index % width);
     left = std::min(left, x);
     right = std::max(right, x);
-    first = std::min(first, it->Index);
-    last = std::max(last, it->Index);
+    first = std::min(first, from->Index);
+    last = std::max(last, from->Index);
   }
   image.Dirty.Add(left, static_cast<int>(first / width), right, static_cast<int>(last / width));
-  std::vector<OverdrawnPixel>().swap(log);
+}
+
+void Note(PlotImage& image, RasterEvent::Kind kind, bool edit, std::vector<OverdrawnPixel> pixels) {
+  if (!image.Noted.Kept) return;
+  image.Noted.Events.push_back(
+      {.Is = kind, .Edit = edit, .Pixels = PixelLog(std::move(pixels)), .Before = {}, .After = {}});
+  (edit ? image.Noted.Edits : image.Noted.Marks) = 0;
+}
+
+/// Puts back what a log of the image remembers and empties it.
+void Restore(PlotImage& image, bool edit) {
+  std::vector<OverdrawnPixel>& log = edit ? image.LastEdit : image.Marks;
+  if (log.empty()) return;
+  NoteDrawn(image);
+  SwapBackward(image, log);
+  Note(image, RasterEvent::Kind::TakenBack, edit, std::exchange(log, {}));
+}
+
+void ForgetEdit(PlotImage& image) {
+  if (image.LastEdit.empty()) return;
+  NoteDrawn(image);
+  Note(image, RasterEvent::Kind::Forgotten, true, std::exchange(image.LastEdit, {}));
 }
 
 /// Fills the part of row y from left to right that is inside.
@@ -112,6 +134,8 @@ void DrawDot(PlotImage& image, int x, int y, int width, Colour colour) {
 
 void TakeBackMarks(PlotImage& image, std::size_t first, int x) {
   const auto width = static_cast<std::uint32_t>(image.Width());
+  const bool noted = image.Noted.Kept && first < image.Noted.Marks;
+  if (noted) NoteDrawn(image);
   const auto begin = image.Marks.begin() + static_cast<std::ptrdiff_t>(first);
   if (begin == image.Marks.end() || x >= image.Width()) return;
   // Marks mostly follow the rows: a division for each would take longer than all the rest.
@@ -121,14 +145,22 @@ void TakeBackMarks(PlotImage& image, std::size_t first, int x) {
     return static_cast<int>(mark.Index - row) >= x;
   };
   // The oldest last: it covers what was there before them all.
-  for (auto mark = image.Marks.end(); mark != begin;)
-    if (--mark; isTaken(*mark)) image.Pixels.Pixels()[mark->Index] = mark->Pixel;
+  std::vector<OverdrawnPixel> back;  // only what has been noted before
+  for (auto mark = image.Marks.end(); mark != begin;) {
+    if (--mark; !isTaken(*mark)) continue;
+    std::swap(image.Pixels.Pixels()[mark->Index], mark->Pixel);
+    if (noted) back.push_back(*mark);
+  }
   image.Marks.erase(std::remove_if(begin, image.Marks.end(), isTaken), image.Marks.end());
   image.Dirty.Add(x, 0, image.Width() - 1, image.Height() - 1);
+  if (!noted) return;
+  std::reverse(back.begin(), back.end());
+  Note(image, RasterEvent::Kind::TakenBack, false, std::move(back));
+  image.Noted.Marks = image.Marks.size();
 }
 
 void ClearMarks(PlotImage& image) {
-  Restore(image, image.Marks);
+  Restore(image, false);
 }
 
 BasePictureShown::BasePictureShown(PlotImage& image) : image_(image) {
@@ -143,7 +175,7 @@ BasePictureShown::~BasePictureShown() {
 
 void BeginEdit(PlotImage& image) {
   ClearMarks(image);
-  image.LastEdit.clear();
+  ForgetEdit(image);
   image.HasUndo = true;
 }
 
@@ -163,16 +195,41 @@ void EditDot(PlotImage& image, int x, int y, int width, Colour colour) {
 
 void UndoEdit(PlotImage& image) {
   ClearMarks(image);
-  Restore(image, image.LastEdit);
+  Restore(image, true);
 }
 
-Raster SetPicture(PlotImage& image, Raster picture) {
-  std::swap(image.Pixels, picture);
-  image.Marks = {};
-  image.LastEdit = {};
+PictureBox SetPicture(PlotImage& image, PictureBox picture) {
+  ClearMarks(image);
+  ForgetEdit(image);
+  if (image.Box == nullptr) image.Box = std::make_shared<Raster>();
+  PictureBox replaced = image.Box;
+  ShowBox(image, picture);
   image.HasUndo = false;
+  if (image.Noted.Kept)
+    image.Noted.Events.push_back({.Is = RasterEvent::Kind::Replaced,
+                                  .Pixels = {},
+                                  .Before = replaced,
+                                  .After = std::move(picture)});
+  return replaced;
+}
+
+PictureBox SetPicture(PlotImage& image, Raster picture) {
+  return SetPicture(image, std::make_shared<Raster>(std::move(picture)));
+}
+
+void ShowBox(PlotImage& image, const PictureBox& picture) {
+  *image.Box = std::exchange(image.Pixels, Raster());
+  image.Pixels = std::exchange(*picture, Raster());
+  image.Box = picture;
   image.Dirty = {0, 0, image.Width() - 1, image.Height() - 1};
-  return picture;
+}
+
+void SwapForward(PlotImage& image, std::vector<OverdrawnPixel>& log) {
+  Swap(image, log.begin(), log.end());
+}
+
+void SwapBackward(PlotImage& image, std::vector<OverdrawnPixel>& log) {
+  Swap(image, log.rbegin(), log.rend());
 }
 
 }  // namespace graphize

@@ -7,14 +7,9 @@
 
 #include "base/palette.h"
 #include "base/raster.h"
+#include "raster/raster_event.h"
 
 namespace graphize {
-
-/// One pixel's value before it was drawn over.
-struct OverdrawnPixel {
-  std::uint32_t Index = 0;  // row * width + column
-  std::uint32_t Pixel = 0;
-};
 
 /// The pixels whose colour changed since the window last painted; empty when Left > Right.
 struct DirtyArea {
@@ -34,12 +29,14 @@ struct DirtyArea {
 /// x grows to the right, y downward, both from 0.
 struct PlotImage {
   Raster Pixels;
+  PictureBox Box;                        // where `Pixels` go when another picture is shown
   std::vector<OverdrawnPixel> Marks;     // oldest first
   std::vector<OverdrawnPixel> LastEdit;  // oldest first
   bool HasUndo = false;                  // an edit was begun since the picture was set
   bool PersistentDrawing = false;        // on in the edit modes and after every new picture
   DirtyArea Dirty;
   std::string SourceName;  // file name, or the word for a pasted or scanned picture
+  RasterEvents Noted;      // for the history
 
   int Width() const { return Pixels.Width(); }
   int Height() const { return Pixels.Height(); }
@@ -99,8 +96,18 @@ void EditDot(PlotImage& image, int x, int y, int width, Colour colour);
 /// The base picture as it was before the last BeginEdit; a second undo restores the same.
 void UndoEdit(PlotImage& image);
 
-/// Base picture and working raster are replaced; marks and undo are gone. Returns what was there:
-/// the base picture when there were no marks.
-Raster SetPicture(PlotImage& image, Raster picture);
+/// Base picture and working raster are replaced; marks and undo are gone. Returns the box in which
+/// the base picture that was there now lies.
+PictureBox SetPicture(PlotImage& image, PictureBox picture);
+PictureBox SetPicture(PlotImage& image, Raster picture);
+
+/// What the history's events are made of. The box of the picture that is shown takes it, and that
+/// of another one is emptied.
+void ShowBox(PlotImage& image, const PictureBox& picture);
+/// Exchange pixels of the raster and of `log`, oldest or newest first.
+void SwapForward(PlotImage& image, std::vector<OverdrawnPixel>& log);
+void SwapBackward(PlotImage& image, std::vector<OverdrawnPixel>& log);
+/// Notes what has been drawn since the last event.
+void NoteDrawn(PlotImage& image);
 
 }  // namespace graphize

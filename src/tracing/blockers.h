@@ -15,6 +15,8 @@ inline constexpr std::int16_t kMaxBlockers = 100;
 struct Blocker {
   std::int16_t X = 0, Y = 0;  // picture pixel of its centre, row downward
   std::int32_t Size = 0;      // width in pixels
+
+  bool operator==(const Blocker&) const = default;
 };
 
 /// The blockers in the order in which they were painted, entries 1 to Count. They outlive a refresh
@@ -22,6 +24,8 @@ struct Blocker {
 struct BlockerList {
   std::int16_t Count = 0;
   std::array<Blocker, kMaxBlockers + 1> Blockers;  // entry 0 is not used
+
+  bool operator==(const BlockerList&) const = default;
 };
 
 /// What blockers are painted in: never black, which would be a curve.

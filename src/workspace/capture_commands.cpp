@@ -5,6 +5,7 @@
 
 #include "base/numbers.h"
 #include "data/list_edit.h"
+#include "workspace/do.h"
 #include "workspace/plot_mouse.h"
 #include "workspace/toolbar.h"
 
@@ -50,11 +51,13 @@ void TellLogFault(Workspace& ws, const Desktop& desktop) {
 
 void SwitchXLog(Workspace& ws, const Desktop& desktop, bool on) {
   ws.calibration.XLog = on;
+  NoteOptions(ws);
   if (on) TellLogFault(ws, desktop);
 }
 
 void SwitchYLog(Workspace& ws, const Desktop& desktop, bool on) {
   ws.calibration.YLog = on;
+  NoteOptions(ws);
   if (on) TellLogFault(ws, desktop);
 }
 

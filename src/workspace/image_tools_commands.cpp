@@ -74,9 +74,9 @@ std::optional<Raster> Processed(Workspace& ws, const Desktop& desktop) {
 
 /// Puts a picture in the place of the one that is shown, at the same place of the view. Returns the
 /// one that was shown, without its marks.
-Raster Exchange(Workspace& ws, const Desktop& desktop, Raster picture) {
+PictureBox Exchange(Workspace& ws, const Desktop& desktop, PictureBox picture) {
   const Viewport view = ws.view;
-  Raster replaced = LoadImage(ws, desktop, std::move(picture), ws.plot.SourceName);
+  PictureBox replaced = LoadImage(ws, desktop, std::move(picture), ws.plot.SourceName);
   ScrollTo(ws.view, view.X, view.Y);
   return replaced;
 }
@@ -123,7 +123,7 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const ImageToolStep& step) {
       return Nothing(ws.status.Status);
     }
     // The old picture itself is the undo copy: a page is never there a third time.
-    form.UndoCopy = Exchange(ws, desktop, std::move(*result));
+    form.UndoCopy = Exchange(ws, desktop, std::make_shared<Raster>(std::move(*result)));
   }
   if (*TextsOf(tool).Completion != '\0') ws.status.Status = TextsOf(tool).Completion;
   if (tool == PictureTool::Rotate) form.KeptRotation = form.Amount;
@@ -134,20 +134,21 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const ImageToolStep& step) {
 }
 
 bool CanUndoImageTool(const Workspace& ws) {
-  return ws.imageTools.UndoCopy.has_value();
+  return ws.imageTools.UndoCopy != nullptr;
 }
 
 Outcome Run(Workspace& ws, const Desktop& desktop, const UndoImageToolStep&) {
   if (!CanUndoImageTool(ws)) return Refused("there is nothing to undo");
-  Exchange(ws, desktop, *std::exchange(ws.imageTools.UndoCopy, std::nullopt));
+  Exchange(ws, desktop, std::exchange(ws.imageTools.UndoCopy, nullptr));
   ws.status.Status = "Undo completed";
   return {};
 }
 
 Outcome Run(Workspace& ws, const Desktop& desktop, const BlackWhiteStep& step) {
   if (!CanShowImageTools(ws)) return Refused("there is no picture");
-  ClearMarks(ws.plot);
-  Raster picture = SetPicture(ws.plot, Raster());
+  const PictureBox shown = SetPicture(ws.plot, Raster());
+  // In its place, unless somebody may want it back.
+  Raster picture = shown.use_count() == 1 ? std::exchange(*shown, Raster()) : shown->Clone();
   if (!IsBlackAndWhite(picture)) ReduceToBlackAndWhite(picture, step.Threshold);
   LoadImage(ws, desktop, std::move(picture), ws.plot.SourceName);
   return {};

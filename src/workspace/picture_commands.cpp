@@ -109,7 +109,7 @@ RecipePicture PictureOf(const Workspace& ws) {
 /// stay.
 void BeginRecipe(Workspace& ws, OpenStep& step) {
   const bool anew = !ws.calibration.AnyDefined() && ws.store.CaptureCount == 0;
-  if (anew) ws.recipe = {};
+  if (anew) ws.recipe = {.Number = ws.recipe.Number + 1, .Replaced = std::move(ws.recipe.Steps)};
   ws.recipe.Pictures.push_back(PictureOf(ws));
   step.Picture = static_cast<int>(ws.recipe.Pictures.size());
 }
@@ -323,12 +323,17 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const ResetStep&) {
   return {};
 }
 
-Raster LoadImage(Workspace& ws, const Desktop& desktop, Raster picture,
-                 const std::string& sourceName) {
+PictureBox LoadImage(Workspace& ws, const Desktop& desktop, Raster picture,
+                     const std::string& sourceName) {
+  return LoadImage(ws, desktop, std::make_shared<Raster>(std::move(picture)), sourceName);
+}
+
+PictureBox LoadImage(Workspace& ws, const Desktop& desktop, PictureBox picture,
+                     const std::string& sourceName) {
   ws.plot.PersistentDrawing = false;
   ClearMarks(ws.plot);
   desktop.ShowNow();
-  Raster replaced = SetPicture(ws.plot, std::move(picture));
+  PictureBox replaced = SetPicture(ws.plot, std::move(picture));
   ws.imageTools.UndoCopy.reset();  // it was of the picture before
   ws.window.Caption = "GRAPHIZE is Resizing ....";
   desktop.ShowNow();

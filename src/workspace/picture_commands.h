@@ -49,9 +49,11 @@ void KeepPictureUsable(Workspace& ws);
 Outcome Run(Workspace& ws, const Desktop& desktop, const ResetStep& step);
 
 /// Copies a picture into the plot: the common tail of opening, pasting, scanning and image tools.
-/// Returns the base picture that it replaces.
-Raster LoadImage(Workspace& ws, const Desktop& desktop, Raster picture,
-                 const std::string& sourceName);
+/// Returns the box in which the base picture that it replaces now lies.
+PictureBox LoadImage(Workspace& ws, const Desktop& desktop, PictureBox picture,
+                     const std::string& sourceName);
+PictureBox LoadImage(Workspace& ws, const Desktop& desktop, Raster picture,
+                     const std::string& sourceName);
 
 /// Shows how far a work on a picture is, which is the stretch `from` to `to` percent of the whole;
 /// Escape stops it.

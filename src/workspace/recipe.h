@@ -15,6 +15,8 @@ struct RecipePicture {
   int Width = 0, Height = 0;   // pixels
   std::uintmax_t FileSize = 0;
   std::uint32_t FileChecksum = 0;
+
+  bool operator==(const RecipePicture&) const = default;
 };
 
 /// All that led to the points as they are now, from the opening of the picture on: what Do
@@ -24,6 +26,8 @@ struct Recipe {
   std::vector<RecipePicture> Pictures;
   std::optional<int> SavedPoints;    // rows of the last data file
   std::vector<std::string> Options;  // as the steps leave them, in the order of RecipeOptions()
+  int Number = 0;                    // of the recipes that began since the start
+  std::vector<Step> Replaced;        // the steps of the one before, for the history to take
 };
 
 }  // namespace graphize

@@ -48,6 +48,8 @@ struct PictureSource {
   std::uint32_t FileChecksum = 0;
   bool FromFile = true;  // reload acts only on these
   bool WithoutFile = false;
+
+  bool operator==(const PictureSource&) const = default;
 };
 
 /// What the mouse has done on the picture.
@@ -78,6 +80,11 @@ struct WindowFrame {
 struct ZoomWindow {
   int Factor = 4;  // screen pixels per picture pixel: the slider `zoomer`
   static constexpr int kMinimum = 2, kMaximum = 16;
+};
+
+/// What "Undo" and "Redo" are about: "Trace (734 points)"; empty when there is nothing.
+struct UndoNames {
+  std::string Undo, Redo;
 };
 
 /// The modal window that is open over the main window.
@@ -137,6 +144,7 @@ struct Workspace {
   Scanner scanner;
 
   Recipe recipe;
+  UndoNames undoNames;
 
   bool commandRuns = false;  // commands never nest
 };

@@ -150,6 +150,45 @@ TEST_F(Extraction, AGridIsWipedOutAndTheTracerFollowsTheCurve) {
   EXPECT_TRUE(IsBlack(State().plot, 450, row));
 }
 
+TEST_F(Extraction, CtrlZTakesStepsBackAndCtrlShiftZDoesThemAgain) {
+  Start();
+  const auto press = [this](const char* keys) {
+    Xdo({QStringLiteral("key"), QString::fromLatin1(keys)});
+  };
+  const auto caption = [this](const char* name) { return Find<QAction>(name)->text(); };
+  EXPECT_FALSE(IsEnabled("MNU_EDIT_Undo"));
+  OpenSample("pendulum.bmp");
+  CalibratePendulum();
+  ClickPlot(300, 300);
+  EXPECT_EQ(caption("MNU_EDIT_Undo"), QStringLiteral("Undo Capture"));
+  ClickPlot(77, 58, 3);
+  const int points = State().store.CaptureCount;
+  const QString trace = QStringLiteral("Trace (%1 points)").arg(points - 1);
+  EXPECT_EQ(caption("MNU_EDIT_Undo"), QStringLiteral("Undo ") + trace);
+  EXPECT_FALSE(IsEnabled("MNU_EDIT_Redo"));
+
+  press("ctrl+z");
+  EXPECT_EQ(TextOf("npts"), QStringLiteral("1"));
+  EXPECT_TRUE(State().plot.Marks.empty());
+  EXPECT_EQ(caption("MNU_EDIT_Redo"), QStringLiteral("Redo ") + trace);
+  press("ctrl+shift+z");
+  EXPECT_EQ(State().store.CaptureCount, points);
+
+  // What is typed into a box is the box's own; the axis point before it is the window's.
+  ClickTool("axisdef");
+  for (int i = 0; i < 3; ++i) press("ctrl+z");
+  EXPECT_EQ(State().store.CaptureCount, 0);
+  EXPECT_FALSE(State().calibration.Defined[2]);
+  EXPECT_EQ(caption("MNU_EDIT_Undo"), QStringLiteral("Undo Axis point"));
+  for (int i = 0; i < 3; ++i) press("ctrl+z");
+  EXPECT_FALSE(State().plot.IsPresent());
+  EXPECT_FALSE(IsEnabled("MNU_EDIT_Undo"));
+  for (int i = 0; i < 6; ++i) press("ctrl+shift+z");
+  EXPECT_EQ(State().store.CaptureCount, points);
+  EXPECT_TRUE(State().calibration.IsComplete());
+  EXPECT_FALSE(IsEnabled("MNU_EDIT_Redo"));
+}
+
 TEST_F(Extraction, TheZoomWindowCoversNothingWhereThereIsRoomForIt) {
   Start();
   OpenSample("pendulum.bmp");

@@ -49,7 +49,7 @@ TEST(ImageToolsForm, AmountsStayInTheirRangeAndARotationIsKept) {
   form.KeptRotation = -7;
   ChooseTool(form, PictureTool::Negate);
   EXPECT_EQ(form.Amount, 0);
-  form.UndoCopy = Raster::Filled(1, 1, kWhitePixel);
+  form.UndoCopy = std::make_shared<Raster>(Raster::Filled(1, 1, kWhitePixel));
   OpenImageTools(form, 200, 100);
   EXPECT_EQ(form.WidthAtOpening, 200);
   EXPECT_FALSE(form.UndoCopy);

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "support/ascii_picture.h"
 
 namespace graphize {
@@ -107,6 +109,41 @@ TEST(PlotImage, ShapesHaveTheirCornersAndWidths) {
     PlotImage image = MakePlotImage(Rows(5, "......"));
     c.draw(image);
     EXPECT_EQ(Show(image), c.expected) << c.name;
+  }
+}
+
+TEST(PlotImage, WhatHappenedIsTakenBackAndDoneAgain) {
+  PlotImage image = MakePlotImage(Rows(200, std::string(200, '.')));
+  for (int i = 0; i < 100; ++i) SetPixel(image, i, i, kBlack);
+  KeepEvents(image);
+  const auto look = [&] { return std::tuple(Show(image), image.Marks, image.LastEdit); };
+  const auto before = look();
+  TakeBackMarks(image, 50, 70);  // some that were there before
+  BeginEdit(image);
+  EditBox(image, 0, 0, 199, 99, MakeColour(200, 0, 0));
+  EditBox(image, 10, 5, 160, 150, kBlack);
+  BeginEdit(image);
+  for (int i = 0; i < 200; ++i) EditPixel(image, 199 - i, i, static_cast<Colour>(7919 * i));
+  UndoEdit(image);
+  EditPixel(image, 3, 3, kBlack);
+  DrawDot(image, 100, 100, 30, kBlack);
+  SetPicture(image, test::Draw({"#."}));
+  SetPixel(image, 1, 0, kBlack);
+  const auto after = look();
+  std::vector<RasterEvent> events = TakeEvents(image);
+  std::size_t bytes = 0;
+  for (const RasterEvent& event : events) bytes += event.Bytes();
+  EXPECT_LT(bytes, 64 * 1024u) << "a large log is packed";
+  for (int times = 0; times < 2; ++times) {
+    for (auto event = events.rbegin(); event != events.rend(); ++event) TakeBack(image, *event);
+    EXPECT_EQ(Show(image), std::get<0>(before));
+    ClearMarks(image);
+    EXPECT_EQ(Show(image), Rows(200, std::string(200, '.')));
+    std::vector<RasterEvent> cleared = TakeEvents(image);
+    TakeBack(image, cleared.front());
+    EXPECT_EQ(image.LastEdit, std::get<2>(before));
+    for (RasterEvent& event : events) DoAgain(image, event);
+    EXPECT_EQ(look(), after);
   }
 }
 

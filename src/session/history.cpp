@@ -1,0 +1,267 @@
+#include "session/history.h"
+
+#include <algorithm>
+#include <iterator>
+#include <set>
+#include <span>
+#include <utility>
+
+#include "data/list_edit.h"
+#include "raster/plot_image.h"
+#include "session/change_name.h"
+#include "workspace/plot_mouse.h"
+
+namespace graphize {
+
+namespace {
+
+bool HasPicture(const Change& change) {
+  return std::any_of(change.Raster.begin(), change.Raster.end(), [](const RasterEvent& event) {
+    return event.Is == RasterEvent::Kind::Replaced;
+  });
+}
+
+std::size_t BytesOf(const Change& change) {
+  std::size_t bytes =
+      sizeof(Change) + change.Records.size() * 64 + change.Steps.size() * sizeof(Step);
+  for (const Change::Record& record : change.Records)
+    if (record.Other.type() == typeid(BlockerList)) bytes += sizeof(BlockerList);
+  std::apply(
+      [&](const auto&... array) {
+        ((bytes += array.Other.capacity() * sizeof(*array.Other.data())), ...);
+      },
+      change.Arrays);
+  for (const RasterEvent& event : change.Raster) bytes += event.Bytes();
+  return bytes;
+}
+
+/// Exchanges the recipe's steps behind those that stay.
+void ExchangeSteps(std::vector<Step>& steps, Change& change) {
+  const auto kept = steps.begin() + static_cast<std::ptrdiff_t>(change.StepsKept);
+  std::vector<Step> other(std::make_move_iterator(kept), std::make_move_iterator(steps.end()));
+  steps.erase(kept, steps.end());
+  std::move(change.Steps.begin(), change.Steps.end(), std::back_inserter(steps));
+  change.Steps = std::move(other);
+}
+
+void ApplyRaster(PlotImage& plot, std::vector<RasterEvent>& events, bool back) {
+  if (back)
+    for (auto event = events.rbegin(); event != events.rend(); ++event) TakeBack(plot, *event);
+  else
+    for (RasterEvent& event : events) DoAgain(plot, event);
+}
+
+}  // namespace
+
+void History::Begin(Workspace& ws) {
+  KeepEvents(ws.plot);
+  records_ = RecordsOf(ws);
+  arrays_ = ArraysOf(ws.store);
+  undo_.clear();
+  redo_.clear();
+  passing_.clear();
+  bytes_ = pictureBytes_ = 0;
+  NoteTheRest(ws);
+  ShowNames(ws);
+}
+
+void History::NoteTheRest(Workspace& ws) {
+  page_ = ws.store.Page;
+  captured_ = ws.store.CaptureCount;
+  recipe_ = ws.recipe.Number;
+  steps_ = ws.recipe.Steps.size();
+  ws.recipe.Replaced.clear();
+}
+
+std::optional<Change> History::FindChange(Workspace& ws, std::string& name) {
+  Change change;
+  bool substance = false;
+  const auto records = RecordsOf(ws);
+  ForEachIn<RecordCopies>([&](auto number) {
+    auto& before = std::get<number>(records_);
+    const auto& now = std::get<number>(records);
+    if (before == now) return;
+    change.Records.push_back({number, std::exchange(before, now)});
+    substance = substance || number >= kPassingRecords;
+  });
+  const auto arrays = ArraysOf(ws.store);
+  ForEachIn<ArrayCopies>([&](auto number) {
+    auto& before = std::get<number>(arrays_);
+    auto& array = std::get<number>(change.Arrays);
+    array = ChangeOf(before, std::get<number>(arrays));
+    if (!array.Differs) return;
+    Follow(before, std::get<number>(arrays), array);
+    substance = true;
+  });
+  change.Raster = TakeEvents(ws.plot);
+  substance = substance || !change.Raster.empty();
+
+  const bool anew = ws.recipe.Number != recipe_;
+  change.StepsKept = anew ? 0 : steps_;
+  if (anew) {
+    change.Steps = std::move(ws.recipe.Replaced);
+    // What the command itself has done on it before goes with it.
+    change.Steps.erase(change.Steps.begin() + static_cast<std::ptrdiff_t>(steps_),
+                       change.Steps.end());
+  }
+  const auto done = std::span<const Step>(ws.recipe.Steps).subspan(change.StepsKept);
+  const int points = ws.store.CaptureCount - captured_;
+  change.Page = page_;
+  NoteTheRest(ws);
+  if (!substance && change.Records.empty() && done.empty() && !anew) return std::nullopt;
+  if (substance) name = NameOfChange(done, points);
+  change.Bytes = BytesOf(change);
+  return change;
+}
+
+void History::Commit(Workspace& ws) {
+  if (ws.pen.Down && ws.pen.Begun) return;
+  std::string name;
+  std::optional<Change> change = FindChange(ws, name);
+  if (!change) return;
+  const bool hasPicture = HasPicture(*change);
+  bytes_ += change->Bytes;
+  if (!name.empty()) {
+    for (const Entry& entry : redo_) Forget(entry);
+    redo_.clear();
+    // What passed since the last Undo stays: it comes before this change.
+    for (Change& passed : passing_) AddPassing(std::move(passed));
+    passing_.clear();
+    undo_.emplace_back().Name = std::move(name);
+    undo_.back().Changes.push_back(std::move(*change));
+  } else if (!redo_.empty()) {
+    passing_.push_back(std::move(*change));
+  } else {
+    AddPassing(std::move(*change));
+  }
+  if (hasPicture || pictureBytes_ > 0) CountPictures();
+  DropOldest();
+  ShowNames(ws);
+}
+
+void History::AddPassing(Change change) {
+  // Nothing goes back to before the first entry.
+  if (undo_.empty())
+    bytes_ -= change.Bytes;
+  else
+    undo_.back().Changes.push_back(std::move(change));
+}
+
+void History::Apply(Workspace& ws, Change& change, Way way) {
+  const auto records = RecordsOf(ws);
+  auto record = change.Records.begin();
+  ForEachIn<RecordCopies>([&](auto number) {
+    if (record == change.Records.end() || record->Number != number) return;
+    auto& now = std::get<number>(records);
+    auto& copy = std::get<number>(records_);
+    copy = std::any_cast<std::remove_reference_t<decltype(copy)>>(std::move(record->Other));
+    record->Other = std::exchange(now, copy);
+    ++record;
+  });
+  const auto arrays = ArraysOf(ws.store);
+  ForEachIn<ArrayCopies>([&](auto number) {
+    auto& array = std::get<number>(change.Arrays);
+    if (!array.Differs) return;
+    Exchange(std::get<number>(arrays), array);
+    Follow(std::get<number>(arrays_), std::get<number>(arrays), array);
+  });
+  std::swap(ws.store.Page, change.Page);
+  ExchangeSteps(ws.recipe.Steps, change);
+  ApplyRaster(ws.plot, change.Raster, way == Way::Back);
+  if (HasPicture(change)) ws.imageTools.UndoCopy.reset();  // it was of the picture before
+  NoteTheRest(ws);
+  bytes_ -= change.Bytes;
+  change.Bytes = BytesOf(change);
+  bytes_ += change.Bytes;
+}
+
+void History::DropPassing(Workspace& ws) {
+  for (auto change = passing_.rbegin(); change != passing_.rend(); ++change) {
+    Apply(ws, *change, Way::Back);
+    bytes_ -= change->Bytes;
+  }
+  passing_.clear();
+}
+
+bool History::Apply(Workspace& ws, Way way) {
+  EndDrag(ws);
+  Commit(ws);
+  if (way == Way::Back ? undo_.empty() : redo_.empty()) return false;
+  const int width = ws.plot.Width(), height = ws.plot.Height();
+  DropPassing(ws);
+  if (way == Way::Back) {
+    redo_.push_back(std::move(undo_.back()));
+    undo_.pop_back();
+    std::vector<Change>& changes = redo_.back().Changes;
+    for (auto change = changes.rbegin(); change != changes.rend(); ++change)
+      Apply(ws, *change, way);
+    ws.status.Status = "Undone: " + redo_.back().Name;
+  } else {
+    undo_.push_back(std::move(redo_.back()));
+    redo_.pop_back();
+    for (Change& change : undo_.back().Changes) Apply(ws, change, way);
+    ws.status.Status = "Done again: " + undo_.back().Name;
+  }
+  if (ws.plot.Width() != width || ws.plot.Height() != height) {
+    const Viewport view = ws.view;
+    ResetScrBars(ws.view, ws.plot.Width(), ws.plot.Height());
+    ScrollTo(ws.view, view.X, view.Y);
+  }
+  UpdateEditMenu(ws.store, ws.commands);
+  if (pictureBytes_ > 0) CountPictures();
+  DropOldest();
+  ShowNames(ws);
+  return true;
+}
+
+bool History::Undo(Workspace& ws) {
+  return Apply(ws, Way::Back);
+}
+
+bool History::Redo(Workspace& ws) {
+  return Apply(ws, Way::Forth);
+}
+
+void History::Forget(const Entry& entry) {
+  for (const Change& change : entry.Changes) bytes_ -= change.Bytes;
+}
+
+void History::CountPictures() {
+  std::set<const Raster*> seen;
+  std::size_t largest = 0;
+  pictureBytes_ = 0;
+  const auto count = [&](const PictureBox& box) {
+    if (box == nullptr || !seen.insert(box.get()).second) return;
+    const std::size_t bytes = box->PixelCount() * sizeof(std::uint32_t);
+    pictureBytes_ += bytes;
+    largest = std::max(largest, bytes);
+  };
+  const auto countIn = [&](const std::vector<Change>& changes) {
+    for (const Change& change : changes)
+      for (const RasterEvent& event : change.Raster) {
+        count(event.Before);
+        count(event.After);
+      }
+  };
+  for (const Entry& entry : undo_) countIn(entry.Changes);
+  for (const Entry& entry : redo_) countIn(entry.Changes);
+  countIn(passing_);
+  pictureBytes_ -= largest;
+}
+
+void History::DropOldest() {
+  while (Bytes() > budget_ && !undo_.empty()) {
+    const bool hadPicture =
+        std::any_of(undo_.front().Changes.begin(), undo_.front().Changes.end(), HasPicture);
+    Forget(undo_.front());
+    undo_.pop_front();
+    if (hadPicture) CountPictures();
+  }
+}
+
+void History::ShowNames(Workspace& ws) const {
+  ws.undoNames.Undo = undo_.empty() ? "" : undo_.back().Name;
+  ws.undoNames.Redo = redo_.empty() ? "" : redo_.back().Name;
+}
+
+}  // namespace graphize

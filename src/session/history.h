@@ -1,0 +1,89 @@
+#pragma once
+
+#include <any>
+#include <cstddef>
+#include <deque>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "raster/raster_event.h"
+#include "session/document.h"
+
+namespace graphize {
+
+/// What one command has made different: found by comparing, and symmetrical. It holds what the
+/// document is not, before or after.
+struct Change {
+  struct Record {
+    std::size_t Number;  // in RecordsOf
+    std::any Other;
+  };
+  std::vector<Record> Records;
+  ArrayChanges Arrays;
+  ListPage Page;
+  std::size_t StepsKept = 0;  // of the recipe, in front of what differs
+  std::vector<Step> Steps;
+  std::vector<RasterEvent> Raster;
+  std::size_t Bytes = 0;  // without whole pictures
+};
+
+/// The way back, and forth again, over everything that happens to a document.
+///
+/// A command that is more than passing is one entry, whatever happened in it. Modes, a refresh, the
+/// selection in the list and what has no step in the recipe pass: Undo goes through them. After an
+/// Undo they are dropped, so that Redo finds the document as Undo has left it.
+class History {
+ public:
+  /// `budget`, in bytes, is for everything but one picture; the oldest entries beyond it go.
+  explicit History(std::size_t budget = std::size_t{256} << 20) : budget_(budget) {}
+
+  /// The document as it is has no past.
+  void Begin(Workspace& ws);
+  /// After every command, also when it failed: keeps what has become different, and says in
+  /// `ws.undoNames` what can be undone. While the pen is down, nothing: its way is one change.
+  void Commit(Workspace& ws);
+  /// End what a press on the picture has begun, then take back the last entry or do it again. False
+  /// when there is none. The recipe goes along.
+  bool Undo(Workspace& ws);
+  bool Redo(Workspace& ws);
+
+  /// Entries that can be undone, and bytes that count against the budget.
+  std::size_t Size() const { return undo_.size(); }
+  std::size_t Bytes() const { return bytes_ + pictureBytes_; }
+
+ private:
+  struct Entry {
+    std::string Name;
+    std::vector<Change> Changes;  // the passing ones behind the first
+  };
+  enum class Way { Back, Forth };
+
+  /// What has become different since the last time, and its name unless it is passing.
+  std::optional<Change> FindChange(Workspace& ws, std::string& name);
+  void NoteTheRest(Workspace& ws);
+  void AddPassing(Change change);
+  void Apply(Workspace& ws, Change& change, Way way);
+  bool Apply(Workspace& ws, Way way);
+  void DropPassing(Workspace& ws);
+  void DropOldest();
+  void CountPictures();
+  void Forget(const Entry& entry);
+  void ShowNames(Workspace& ws) const;
+
+  std::size_t budget_;
+  // The document as it was at the last commit.
+  RecordCopies records_;
+  ArrayCopies arrays_;
+  ListPage page_;
+  std::int16_t captured_ = 0;  // points
+  int recipe_ = 0;             // its number
+  std::size_t steps_ = 0;      // in it
+  std::deque<Entry> undo_;
+  std::vector<Entry> redo_;
+  std::vector<Change> passing_;  // while there is something to redo
+  std::size_t bytes_ = 0;
+  std::size_t pictureBytes_ = 0;  // of all whole pictures but the largest
+};
+
+}  // namespace graphize

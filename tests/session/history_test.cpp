@@ -1,0 +1,236 @@
+// Whatever a user does can be taken back, and done again.
+
+#include "session/history.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <sstream>
+#include <utility>
+
+#include "codecs/picbuf.h"
+#include "support/quiet_desktop.h"
+#include "support/random_user.h"
+#include "support/temporary_folder.h"
+#include "workspace/plot_mouse.h"
+#include "workspace/replay.h"
+#include "workspace/step_text.h"
+
+namespace graphize {
+namespace {
+
+/// All of the document.
+struct State {
+  std::string Records, Recipe;
+  std::vector<std::uint32_t> Pixels;
+  std::vector<OverdrawnPixel> Marks, LastEdit;
+  std::vector<float> Numbers;
+  std::vector<PointId> Ids;
+
+  bool operator==(const State&) const = default;
+};
+
+std::string DifferenceOf(const State& a, const State& b) {
+  std::string text = a.Records == b.Records ? "" : a.Records + "instead of\n" + b.Records;
+  if (a.Recipe != b.Recipe) text += "recipe:\n" + a.Recipe + "instead of\n" + b.Recipe;
+  if (a.Pixels != b.Pixels) text += "pixels ";
+  if (a.Marks != b.Marks) text += "marks ";
+  if (a.LastEdit != b.LastEdit) text += "last edit ";
+  return text + (a.Numbers == b.Numbers && a.Ids == b.Ids ? "" : "points");
+}
+
+std::vector<std::uint32_t> PixelsOf(const Raster& raster) {
+  return {raster.Pixels(), raster.Pixels() + raster.PixelCount()};
+}
+
+void Write(std::ostream& out, const AxisCalibration& axes, const AxisPanel& panel) {
+  for (int i = 0; i < 3; ++i) {
+    const AxisPanel::Row& row = panel.Rows[i];
+    out << axes.PixelX[i] << ' ' << axes.PixelY[i] << ' ' << axes.ValueX[i] << ' ' << axes.ValueY[i]
+        << axes.Defined[i] << axes.Armed[i] << row.XPixel << ',' << row.YPixel << ',' << row.XText
+        << ',' << row.YText << row.XEnabled << row.YEnabled << row.ReDefineEnabled << '\n';
+  }
+  out << axes.CurrentRow << axes.XLog << axes.YLog << axes.Angle << ' ' << axes.XAxisLength << ' '
+      << axes.YAxisLength << panel.Angle << panel.Tips << '\n';
+}
+
+State StateOf(const Workspace& ws) {
+  const PointStore& store = ws.store;
+  const CommandStates& can = ws.commands;
+  std::ostringstream out;
+  out << static_cast<int>(ws.mode) << ws.window.AxisPanelShown << ws.window.Caption << '\n';
+  Write(out, ws.calibration, ws.axisPanel);
+  out << ws.picture.Path << ws.picture.FromFile << ws.picture.FileChecksum << ws.plot.SourceName
+      << ws.plot.HasUndo << ws.plot.PersistentDrawing << ws.plot.Width() << 'x' << ws.plot.Height()
+      << ' ' << ws.status.SizeX << ws.status.SizeY << '\n';
+  for (int i = 1; i <= ws.blockers.Count; ++i)
+    out << ws.blockers.Blockers[i].X << ',' << ws.blockers.Blockers[i].Y << ' ';
+  out << '\n' << can.Data << can.Blockers << can.Picture << can.Graphize << can.GridBuster << '\n';
+  out << store.CaptureCount << ' ' << store.ListCount << ' ' << store.NPoints
+      << store.ListIsCaptured << static_cast<int>(store.ListRows) << ' ' << store.LastPixelX << ','
+      << store.LastPixelY;
+  for (const ListPage::Line& line : store.Page.Lines) out << ' ' << line.Point << line.Highlighted;
+  out << ' ' << store.Page.ScrollValue << store.Page.SelectionStart << store.Page.SelectionEnd
+      << store.Page.SelectionActive << '\n'
+      << ws.dataFileTitle << ws.recipe.SavedPoints.value_or(-1) << '\n';
+
+  State state{.Records = out.str(),
+              .Recipe = std::to_string(ws.recipe.Pictures.size()) + "\n",
+              .Pixels = PixelsOf(ws.plot.Pixels),
+              .Marks = ws.plot.Marks,
+              .LastEdit = ws.plot.LastEdit};
+  for (const Step& step : ws.recipe.Steps) state.Recipe += TextOf(step) + "\n";
+  for (const auto* numbers : {&store.CaptureX, &store.CaptureY, &store.ListX, &store.ListY})
+    state.Numbers.insert(state.Numbers.end(), numbers->begin(), numbers->end());
+  for (const Place& place : store.Places)
+    state.Numbers.insert(state.Numbers.end(), {place.Column, place.Row});
+  for (const auto* ids : {&store.CaptureId, &store.ListId})
+    state.Ids.insert(state.Ids.end(), ids->begin(), ids->end());
+  return state;
+}
+
+/// What a recipe has to lead to: the points, the list and the picture without its marks.
+void ExpectReplayed(Workspace& ws) {
+  Workspace again;
+  StartReplay(again);
+  for (const Step& step : ws.recipe.Steps) ReplayStep(again, test::QuietDesktop(), step);
+  const auto rows = [](const std::vector<float>& numbers, int count) {
+    return std::vector<float>(numbers.begin(), numbers.begin() + count + 1);
+  };
+  ASSERT_EQ(again.store.CaptureCount, ws.store.CaptureCount);
+  ASSERT_EQ(again.store.ListCount, ws.store.ListCount);
+  for (const auto array : {&PointStore::CaptureX, &PointStore::CaptureY})
+    EXPECT_EQ(rows(again.store.*array, ws.store.CaptureCount),
+              rows(ws.store.*array, ws.store.CaptureCount));
+  for (const auto array : {&PointStore::ListX, &PointStore::ListY})
+    EXPECT_EQ(rows(again.store.*array, ws.store.ListCount),
+              rows(ws.store.*array, ws.store.ListCount));
+  EXPECT_EQ(again.blockers.Count, ws.blockers.Count);
+  const BasePictureShown shown(ws.plot), base(again.plot);
+  EXPECT_EQ(PixelsOf(again.plot.Pixels), PixelsOf(ws.plot.Pixels));
+}
+
+/// A random user whose commands are committed, and what the document was before every entry.
+class HistoryTest : public ::testing::Test {
+ protected:
+  HistoryTest() { SavePicture(folder / "plot.bmp", 3, 0, test::PictureForRandomUser()); }
+
+  void Start(unsigned seed, std::size_t budget = std::size_t{256} << 20) {
+    history = History(budget);
+    dropsNothing = budget > 1'000'000;
+    before.clear();
+    bool begun = false;
+    const auto commit = [this, begun](Workspace& ws) mutable {
+      if (!std::exchange(begun, true)) history.Begin(ws);
+      Commit(ws);
+    };
+    user =
+        std::make_unique<test::RandomUser>(seed, folder / "plot.bmp", folder / "saved.dat", commit);
+  }
+
+  void Commit(Workspace& ws) {
+    if (!dropsNothing) return history.Commit(ws);
+    const std::size_t size = history.Size();
+    const std::string step = LastStep(ws);
+    history.Commit(ws);
+    if (ws.pen.Down && ws.pen.Begun) return;
+    const bool isEntry = history.Size() > size;
+    State now = StateOf(ws);
+    const bool pointsChanged = now.Numbers != last.Numbers || now.Ids != last.Ids;
+    if (!before.empty() || isEntry) {
+      EXPECT_TRUE(isEntry || !pointsChanged) << step;
+      EXPECT_TRUE(isEntry || now.LastEdit == last.LastEdit) << step;
+      EXPECT_TRUE(!isEntry || now.Recipe != last.Recipe) << "no step for " << ws.undoNames.Undo;
+    }
+    if (isEntry) before.push_back(std::move(last));
+    last = std::move(now);
+  }
+
+  static std::string LastStep(const Workspace& ws) {
+    return ws.recipe.Steps.empty() ? "" : TextOf(ws.recipe.Steps.back());
+  }
+
+  void ExpectState(const State& expected, const std::string& what) {
+    const State now = StateOf(user->ws);
+    EXPECT_TRUE(now == expected) << what << "\n" << DifferenceOf(now, expected);
+  }
+
+  test::TemporaryFolder folder;
+  History history;
+  bool dropsNothing = true;
+  std::unique_ptr<test::RandomUser> user;
+  std::vector<State> before;  // every entry
+  State last;                 // after the last command
+};
+
+TEST_F(HistoryTest, GoesBackAndForthOverWhateverTheUserDoes) {
+  std::size_t entries = 0;
+  for (unsigned seed = 1; seed <= 60 && !HasFailure(); ++seed) {
+    Start(seed);
+    Workspace& ws = user->ws;
+    for (int part = 0; part < 2; ++part) {
+      for (int i = 0; i < 30; ++i) user->DoSomething();
+      EndDrag(ws);
+      Commit(ws);
+      ASSERT_EQ(history.Size(), before.size());
+      entries += before.size();
+      // All the way back, forth, and at random.
+      std::vector<State> states = before;
+      states.push_back(last);
+      std::size_t at = before.size();
+      const auto move = [&](bool back) {
+        ASSERT_EQ(back ? history.Undo(ws) : history.Redo(ws),
+                  back ? at > 0 : at + 1 < states.size());
+        if (back ? at > 0 : at + 1 < states.size()) at += back ? -1 : 1;
+        ExpectState(states[at], "seed " + std::to_string(seed) + ", entry " + std::to_string(at) +
+                                    " " + ws.undoNames.Redo);
+      };
+      for (std::size_t i = 0; i <= before.size() && !HasFailure(); ++i) move(true);
+      for (std::size_t i = 0; i <= before.size() && !HasFailure(); ++i) move(false);
+      for (int i = 0; i < 20 && !HasFailure(); ++i) move(user->Chance(2));
+      if (HasFailure()) return;
+      ExpectReplayed(ws);
+      // The next part goes on from here.
+      before.resize(at);
+      last = states[at];
+    }
+    EXPECT_FALSE(HasFailure()) << "seed " << seed;
+  }
+  EXPECT_GT(entries, 1500u);
+}
+
+TEST_F(HistoryTest, DropsTheOldestBeyondItsBudget) {
+  Start(3, 60'000);
+  Workspace& ws = user->ws;
+  for (int i = 0; i < 200; ++i) {
+    user->DoSomething();
+    EXPECT_LE(history.Bytes(), 60'000u);
+  }
+  EndDrag(ws);
+  history.Commit(ws);
+  const State end = StateOf(ws);
+  EXPECT_GT(history.Size(), 3u);
+  while (history.Undo(ws)) ExpectReplayed(ws);
+  EXPECT_EQ(ws.undoNames.Undo, "");
+  while (history.Redo(ws)) continue;
+  ExpectState(end, "after redo");
+}
+
+TEST_F(HistoryTest, EndsAStrokeOfThePenBeforeItTakesItBack) {
+  Start(1);
+  Workspace& ws = user->ws;
+  const State begin = StateOf(ws);
+  user->PressPen();
+  EXPECT_TRUE(ws.pen.Down);
+  EXPECT_EQ(ws.undoNames.Undo, "Axis point") << "a stroke is one change, and not done";
+  ASSERT_TRUE(history.Undo(ws));
+  EXPECT_FALSE(ws.pen.Down);
+  EXPECT_EQ(ws.undoNames.Redo, "Drawing");
+  EXPECT_EQ(StateOf(ws).Pixels, begin.Pixels);
+  ASSERT_TRUE(history.Redo(ws));
+  EXPECT_NE(StateOf(ws).Pixels, begin.Pixels);
+  ExpectReplayed(ws);
+}
+
+}  // namespace
+}  // namespace graphize
