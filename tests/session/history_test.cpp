@@ -93,7 +93,14 @@ State StateOf(const Workspace& ws) {
 void ExpectReplayed(Workspace& ws) {
   Workspace again;
   StartReplay(again);
-  for (const Step& step : ws.recipe.Steps) ReplayStep(again, test::QuietDesktop(), step);
+  for (Step step : ws.recipe.Steps) {
+    // The step says what was answered.
+    const auto answer = [](auto& record) {
+      if constexpr (requires { record.Ask; }) record.Ask = false;
+    };
+    std::visit(answer, step);
+    ReplayStep(again, test::QuietDesktop(), step);
+  }
   const auto rows = [](const std::vector<float>& numbers, int count) {
     return std::vector<float>(numbers.begin(), numbers.begin() + count + 1);
   };
@@ -107,7 +114,7 @@ void ExpectReplayed(Workspace& ws) {
               rows(ws.store.*array, ws.store.ListCount));
   EXPECT_EQ(again.blockers.Count, ws.blockers.Count);
   const BasePictureShown shown(ws.plot), base(again.plot);
-  EXPECT_EQ(PixelsOf(again.plot.Pixels), PixelsOf(ws.plot.Pixels));
+  EXPECT_TRUE(PixelsOf(again.plot.Pixels) == PixelsOf(ws.plot.Pixels));
 }
 
 /// A random user whose commands are committed, and what the document was before every entry.
@@ -188,6 +195,7 @@ TEST_F(HistoryTest, GoesBackAndForthOverWhateverTheUserDoes) {
       for (std::size_t i = 0; i <= before.size() && !HasFailure(); ++i) move(true);
       for (std::size_t i = 0; i <= before.size() && !HasFailure(); ++i) move(false);
       for (int i = 0; i < 20 && !HasFailure(); ++i) move(user->Chance(2));
+      while (at == 0) move(false);  // the user needs a picture
       if (HasFailure()) return;
       ExpectReplayed(ws);
       // The next part goes on from here.
