@@ -1,8 +1,15 @@
 #include "support/ascii_picture.h"
 
 #include <algorithm>
+#include <iterator>
+#include <sstream>
 
 namespace graphize::test {
+
+std::vector<std::string> RowsOf(const std::string& text) {
+  std::istringstream words(text);
+  return {std::istream_iterator<std::string>(words), {}};
+}
 
 Raster Draw(const std::vector<std::string>& rows) {
   std::size_t width = 0;

@@ -15,7 +15,7 @@ using Tracer = TraceEnd (*)(const ExtractionContext&, float, float);
 /// A picture, where the trace starts in it, and the points it captures.
 struct TraceCase {
   const char* Name;
-  std::vector<std::string> Picture;
+  std::string Picture;  // its rows, blanks between
   float X, Y;
   const char* XIncrement;
   const char* YIncrement;
@@ -26,7 +26,7 @@ struct TraceCase {
 inline void ExpectTraces(Tracer tracer, const std::vector<TraceCase>& cases) {
   for (const TraceCase& c : cases) {
     const ScriptedDesktop desktop;
-    ExtractionRecords records(c.Picture);
+    ExtractionRecords records(RowsOf(c.Picture));
     records.Control.Xrange = c.XIncrement;
     records.Control.Yrange = c.YIncrement;
     records.Check(true, c.Edges, c.Edges);

@@ -70,8 +70,6 @@ TEST(Blockers, TheHundredAndFirstIsRefused) {
   for (int x = 0; x < 101; ++x) p.Paint(x, 0, 1);
   EXPECT_EQ(p.List.Count, 100);
   EXPECT_EQ(test::Show(p.Image)[0], std::string(100, '?') + std::string(20, '#'));
-  ClearLastBlocker(p.List, p.Image, p.Commands, p.Options);
-  EXPECT_EQ(test::Show(p.Image)[0], std::string(99, '?') + std::string(21, '#'));
 }
 
 TEST(Blockers, AreNeverBlackAndMayLieAtTheBorder) {

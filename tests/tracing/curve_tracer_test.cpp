@@ -4,12 +4,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <random>
 #include <set>
+#include <tuple>
 
 #include "base/run_time_error.h"
 #include "support/extraction_records.h"
-#include "support/plot_drawing.h"
 #include "support/scripted_desktop.h"
 #include "support/trace_cases.h"
 #include "tracing/blockers.h"
@@ -21,7 +22,6 @@ namespace {
 
 using test::ExpectTraces;
 using test::ExtractionRecords;
-using test::PixelPosition;
 using test::ScriptedDesktop;
 using test::Tracer;
 using Rows = std::vector<std::string>;
@@ -38,59 +38,6 @@ ExtractionRecords WaveRecords(int thickness) {
   PlotImage image;
   SetPicture(image, std::move(raster));
   return ExtractionRecords(std::move(image));
-}
-
-TEST(CurveTracer, FollowsStrokesColumnByColumn) {
-  ExpectTraces(
-      TraceNew,
-      {
-          // The last column of a curve has no continuation and is not emitted.
-          {"thin line, edges beside it",
-           {".....", ".....", ".....", "#####", "....."},
-           0,
-           3,
-           "2",
-           "3",
-           "0,3 0,4 0,2 1,3 1,4 1,2 2,3 2,4 2,2 3,3 3,4 3,2",
-           true},
-          {"thick line from its edge",
-           {"....", "....", "####", "####", "####", "####", "...."},
-           0,
-           5,
-           "2",
-           "3",
-           "0,3.5 0,6 0,1 1,3.5 1,6 1,1 2,3.5 2,6 2,1",
-           true},
-          {"diagonal up and down",
-           {".......", ".......", "...#...", "..#.#..", ".#...#.", "#.....#", "......."},
-           0,
-           5,
-           "2",
-           "3",
-           "0,5 1,4 2,3 3,2 4,3 5,4"},
-          {"steep stretch is one column's run",
-           {"....", "....", "..##", "..#.", "..#.", "..#.", "###.", "...."},
-           0,
-           6,
-           "2",
-           "3",
-           "0,6 1,6 2,4"},
-          {"gap of Y increment rows within a column",
-           {".....", ".....", "#####", ".....", ".....", "#####", "....."},
-           0,
-           2,
-           "2",
-           "2",
-           "0,3.5 1,3.5 2,3.5 3,3.5"},
-          {"one more row is another stroke",
-           {".....", ".....", "#####", ".....", ".....", "#####", "....."},
-           0,
-           2,
-           "2",
-           "1",
-           "0,2 1,2 2,2 3,2"},
-          {"dark grey is no curve", {"....", "....", "##oo", "...."}, 0, 2, "2", "3", "0,2"},
-      });
 }
 
 /// The trace step by step as it is described, one pixel after the other.
@@ -180,48 +127,25 @@ TEST(CurveTracer, FindsWhatAPlainTraceFinds) {
   EXPECT_GT(points, 10000u);
 }
 
-TEST(CurveTracer, BridgesBreaksShorterThanTheXIncrement) {
-  const Rows broken = {"........", "........", "###..###", "........"};
+TEST(CurveTracer, WhatItFollowsAndBridges) {
+  const char* const broken = "........ ........ ###..### ........";
   ExpectTraces(TraceNew,
                {
-                   {"two columns, increment 3", broken, 0, 2, "3", "3", "0,2 1,2 5,2 6,2"},
-                   {"two columns, increment 2", broken, 0, 2, "2", "3", "0,2 1,2"},
-                   {"increment 0", broken, 0, 2, "0", "3", "0,2 1,2"},
-                   {"negative increments, like 0",
-                    {"...", "...", "###", "###", "###", "...", "###"},
-                    0,
-                    2,
-                    "-7",
-                    "-7",
+                   // The last column of a curve has no continuation and is not emitted.
+                   {"edges beside it", "..... ..... ..... ##### .....", 0, 3, "2", "3",
+                    "0,3 0,4 0,2 1,3 1,4 1,2 2,3 2,4 2,2 3,3 3,4 3,2", true},
+                   {"dark grey is no curve", ".... .... ##oo ....", 0, 2, "2", "3", "0,2"},
+                   {"a break of two columns", broken, 0, 2, "3", "3", "0,2 1,2 5,2 6,2"},
+                   {"as wide as the increment", broken, 0, 2, "2", "3", "0,2 1,2"},
+                   {"negative increments, like 0", "... ... ### ### ### ... ###", 0, 2, "-7", "-7",
                     "0,3 1,3"},
                    {"empty increments", broken, 0, 2, "", "", "0,2 1,2"},
                    {"huge increments", broken, 0, 2, "32767", "32767", "0,2 1,2 5,2 6,2"},
-                   {"resumes outside the run",
-                    {"........", "........", "###.....", "........", ".....###", "........"},
-                    0,
-                    2,
-                    "5",
-                    "0",
-                    "0,2 1,2"},
-                   {"start on white, curve within reach of the start row",
-                    {"........", "........", "..######"},
-                    0,
-                    2,
-                    "2",
-                    "0",
-                    "2,2 3,2 4,2 5,2 6,2"},
-                   {"start on white, out of reach",
-                    {"........", "........", "...#####"},
-                    0,
-                    2,
-                    "2",
-                    "0",
-                    ""},
                });
 }
 
 TEST(CurveTracer, StartsWithNothingToFollowEmitNothing) {
-  const Rows line = {"....", "....", "####", "...."};
+  const char* const line = ".... .... #### ....";
   for (const Tracer tracer : kTracers) {
     ExpectTraces(tracer, {
                              {"white", line, 0, 0, "0", "0", ""},
@@ -229,13 +153,13 @@ TEST(CurveTracer, StartsWithNothingToFollowEmitNothing) {
                              {"right of the picture", line, 4, 2, "2", "3", ""},
                              {"far above", line, 0, -30000, "2", "3", ""},
                              {"far below", line, 0, 30000, "2", "3", ""},
-                             {"no picture", {}, 0, 0, "2", "3", ""},
+                             {"no picture", "", 0, 0, "2", "3", ""},
                          });
   }
   ExpectTraces(TraceNew, {{"last column", line, 3, 2, "2", "3", ""},
-                          {"one-pixel picture", {"#"}, 0, 0, "2", "3", ""}});
+                          {"one-pixel picture", "#", 0, 0, "2", "3", ""}});
   ExpectTraces(TraceSmooth, {{"last column", line, 3, 2, "2", "3", "3,2"},
-                             {"one-pixel picture", {"#"}, 0, 0, "2", "3", "0,0"}});
+                             {"one-pixel picture", "#", 0, 0, "2", "3", "0,0"}});
 }
 
 TEST(CurveTracer, PositionsAndIncrementsBeyondSixteenBitsAreToldBeforeAnythingChanges) {
@@ -253,39 +177,28 @@ TEST(CurveTracer, PositionsAndIncrementsBeyondSixteenBitsAreToldBeforeAnythingCh
 
 TEST(CurveTracer, MarksWhatItEmitsAndCapturesOnlyWithTheCaptureButton) {
   const Rows line = {".....", ".....", ".....", "#####", "....."};
-  const struct {
-    const char* Name;
-    bool Capture, Calibrated, Checked;
-    int Captured;
-    const char* CurveRow;
-  } cases[] = {
-      {"capturing", true, true, true, 4, "????#"},
-      {"testing", false, true, true, 0, "????#"},
-      {"axes being redefined", true, false, true, 0, "????#"},
-      {"no points chosen", true, true, false, 0, "#####"},
+  // Name, capture button, calibrated, checked, colour of the marks, captured, the curve's row.
+  const std::tuple<const char*, bool, bool, bool, int, int, const char*> cases[] = {
+      {"capturing", true, true, true, 14, 4, "????#"},
+      {"testing", false, true, true, 14, 0, "????#"},
+      {"axes being redefined", true, false, true, 14, 0, "????#"},
+      {"no points chosen", true, true, false, 14, 0, "#####"},
+      {"black marks do not hold it up", true, true, true, 0, 4, "#####"},
   };
-  for (const auto& c : cases) {
+  for (const auto& [name, capture, calibrated, checked, colour, captured, row] : cases) {
     const ScriptedDesktop desktop;
     ExtractionRecords records(line);
-    records.CapturePressed = c.Capture;
-    records.Calibration.Defined[2] = c.Calibrated;
-    records.Check(c.Checked, false, false);
+    records.Options.TraceColor = colour;
+    records.CapturePressed = capture;
+    records.Calibration.Defined[2] = calibrated;
+    records.Check(checked, false, false);
     TraceNew(records.With(desktop), 0, 3);
-    EXPECT_EQ(records.Store.CaptureCount, c.Captured) << c.Name;
-    EXPECT_EQ(test::Show(records.Image)[3], c.CurveRow) << c.Name;
-    EXPECT_EQ(records.Commands.Data, c.Captured > 0) << c.Name;
+    EXPECT_EQ(records.Store.CaptureCount, captured) << name;
+    EXPECT_EQ(test::Show(records.Image)[3], row) << name;
+    EXPECT_EQ(records.Commands.Data, captured > 0) << name;
     ClearMarks(records.Image);
-    EXPECT_EQ(test::Show(records.Image), line) << c.Name;
+    EXPECT_EQ(test::Show(records.Image), line) << name;
   }
-}
-
-TEST(CurveTracer, BlackMarksDoNotHoldItUp) {
-  const ScriptedDesktop desktop;
-  ExtractionRecords records({".....", ".....", ".....", "#####", "....."});
-  records.Options.TraceColor = 0;
-  records.Check(true, true, true);
-  TraceNew(records.With(desktop), 0, 3);
-  EXPECT_EQ(records.Store.CaptureCount, 12);
 }
 
 TEST(CurveTracer, AColouredWallEndsTheTraceUnlessTheCurveIsBackWithinReach) {
@@ -321,14 +234,6 @@ TEST(CurveTracer, EscapeAndAFullStoreKeepWhatWasCaptured) {
           << "the point that found no room is marked, too";
     }
   }
-}
-
-TEST(CurveTracer, AStoreFilledByTheLastPointIsNoComplaint) {
-  const ScriptedDesktop desktop;
-  ExtractionRecords records({"...", "...", "###"});
-  records.Store.MaxPoints = 2;
-  TraceNew(records.With(desktop), 0, 2);
-  EXPECT_EQ(records.Store.CaptureCount, 2);
 }
 
 TEST(CurveTracer, ALogOriginThatIsNotPositiveIsToldOnce) {
@@ -409,74 +314,62 @@ TEST(CurveTracer, TheEndShowsTheNewestPointAndItsReading) {
 
 TEST(CurveTracer, TheStatusPanelTellsWhatHasComeOut) {
   const Rows line = {".....", ".....", ".....", "#####", "....."};
-  const struct {
-    float Row;
-    bool Capture, Checked;
-    int Room, EscapeAfter;
-    const char* Status;
-  } cases[] = {
+  // Start row, capture button, checked, room, questions until Escape, what is told.
+  const std::tuple<float, bool, bool, int, int, const char*> cases[] = {
       {3, true, true, 100, -1, "4 points captured"},
       {3, false, true, 100, -1, "4 points marked"},
       {3, true, true, 100, 1, "Stopped: 1 point captured"},
       {3, true, true, 100, 0, "Stopped: 0 points captured"},
       {3, true, true, 2, -1, "2 points captured"},
+      {3, true, true, 4, -1, "4 points captured"},
       {3, true, false, 100, -1, "Nothing to capture: no point of the curve is checked"},
       {0, true, true, 100, -1, "No curve here: the tracers follow only black pixels"},
       {0, false, false, 100, -1, "No curve here: the tracers follow only black pixels"},
   };
-  for (const auto& c : cases) {
+  for (const auto& [row, capture, checked, room, escapeAfter, told] : cases) {
     ScriptedDesktop desktop;
-    desktop.EscapeAfter = c.EscapeAfter;
-    if (c.Room < 4) desktop.ExpectMessage("You reached the limit of data that can be stored.");
+    desktop.EscapeAfter = escapeAfter;
+    if (room < 4) desktop.ExpectMessage("You reached the limit of data that can be stored.");
     ExtractionRecords records(line);
     records.Control.Yrange = "1";
-    records.CapturePressed = c.Capture;
-    records.Store.MaxPoints = static_cast<std::int16_t>(c.Room);
-    records.Check(c.Checked, false, false);
-    TraceNew(records.With(desktop), 0, c.Row);
-    EXPECT_EQ(records.Status.Status, c.Status);
+    records.CapturePressed = capture;
+    records.Store.MaxPoints = static_cast<std::int16_t>(room);
+    records.Check(checked, false, false);
+    TraceNew(records.With(desktop), 0, row);
+    EXPECT_EQ(records.Status.Status, told);
   }
 }
 
 TEST(CurveTracer, MarksThatHideTheCurveAreTold) {
-  const Rows thin = {"......", "......", "......", "######", "......"},
-             thick = {"......", "......", "######", "######", "......"};
-  constexpr char kHidden[] = "arks of an earlier trace cover the curve";
-  struct Case {
-    Rows Picture;
-    std::vector<PixelPosition> Earlier;  // starts of traces
-    bool Blocker;
-    PixelPosition Start;
-    bool Told;
-  };
-  const Case cases[] = {
-      {thin, {{0, 3}}, false, {0, 3}, true},   // starts on them
-      {thin, {{3, 3}}, false, {0, 3}, true},   // ends at them
-      {thick, {{0, 3}}, false, {0, 2}, true},  // goes along beside them
-      {thick, {{0, 3}}, false, {0, 3}, true},
-      {thin, {}, false, {0, 3}, false},
-      {thin, {}, true, {0, 3}, false},
-      {thin, {{0, 3}}, false, {0, 0}, false},  // there is nothing
-      {{"######", "......", "......", "......", "......", "######"},
-       {{0, 0}},
-       false,
-       {0, 5},
-       false},
+  const char *const thin = "...... ...... ...... ###### ......",
+                    *const thick = "...... ...... ###### ###### ......",
+                    *const two = "###### ...... ...... ...... ...... ######";
+  using Place = std::pair<float, float>;
+  // The picture, the start of an earlier trace, blocker, start, told.
+  const std::tuple<const char*, std::optional<Place>, bool, Place, bool> cases[] = {
+      {thin, Place(0, 3), false, {0, 3}, true},   // starts on them
+      {thin, Place(3, 3), false, {0, 3}, true},   // ends at them
+      {thick, Place(0, 3), false, {0, 2}, true},  // goes along beside them
+      {thick, Place(0, 3), false, {0, 3}, true},
+      {thin, std::nullopt, false, {0, 3}, false},
+      {thin, std::nullopt, true, {0, 3}, false},
+      {thin, Place(0, 3), false, {0, 0}, false},  // there is nothing
+      {two, Place(0, 0), false, {0, 5}, false},
   };
   for (const Tracer tracer : kTracers) {
-    for (const Case& c : cases) {
+    for (const auto& [picture, earlier, blocker, start, told] : cases) {
       const ScriptedDesktop desktop;
-      ExtractionRecords records(c.Picture);
+      ExtractionRecords records(test::RowsOf(picture));
       records.Control.Yrange = "1";
-      for (const PixelPosition& at : c.Earlier)
-        tracer(records.With(desktop), static_cast<float>(at.X), static_cast<float>(at.Y));
+      if (earlier) tracer(records.With(desktop), earlier->first, earlier->second);
       BlockerList blockers;
-      if (c.Blocker)
+      if (blocker)
         PaintBlocker(blockers, records.Image, records.Commands, records.Options, 3, 3, 2);
       records.Options.TraceColor = 12;  // chosen since
-      tracer(records.With(desktop), static_cast<float>(c.Start.X), static_cast<float>(c.Start.Y));
-      EXPECT_EQ(records.Status.Status.find(kHidden) != std::string::npos, c.Told)
-          << &c - cases << ": " << records.Status.Status;
+      tracer(records.With(desktop), start.first, start.second);
+      EXPECT_EQ(records.Status.Status.find("arks of an earlier trace cover") != std::string::npos,
+                told)
+          << picture << start.second << records.Status.Status;
     }
   }
 }

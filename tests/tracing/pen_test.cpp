@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <span>
+
 #include "base/run_time_error.h"
 #include "support/ascii_picture.h"
 
@@ -9,79 +11,61 @@ namespace graphize {
 namespace {
 
 using test::MakePlotImage;
+using test::RowsOf;
 using test::Show;
 using Rows = std::vector<std::string>;
 
-struct Stroke {
-  const char* Name;
-  Rows Before;
-  PenTool Tool;
-  int BlockSize;
-  std::vector<std::pair<float, float>> Path;  // press, then drags
-  Rows AtPress, After;
-};
-
 TEST(Pen, DrawsAndErasesAlongItsPathAsOneStepOfUndo) {
-  const Rows black(5, "########"), white(5, "........");
+  struct Stroke {
+    PenTool Tool;
+    int BlockSize;
+    std::vector<std::pair<float, float>> Path;  // press, then drags
+    std::string AtPress, After;
+  };
+  const std::string black = "######## ######## ######## ######## ########";
+  const std::string square = "######## #...#### #...#### #...#### ########";
   const Stroke strokes[] = {
-      {"erase without a drag, size 0",
-       black,
-       PenTool::Erase,
-       0,
-       {{2, 2}},
-       black,
-       {"########", "#...####", "#...####", "#...####", "########"}},
-      {"press position rounded half to even",
-       black,
-       PenTool::Erase,
-       0,
-       {{2.5f, 1.5f}},
-       black,
-       {"########", "#...####", "#...####", "#...####", "########"}},
-      {"size 1", black, PenTool::Erase, 1, {{4, 2}}, black, Rows(5, "##.....#")},
-      {"erase along the way",
-       black,
-       PenTool::Erase,
+      // Without a drag, size 0; then by a press that is rounded half to even.
+      {PenTool::Erase, 0, {{2, 2}}, black, square},
+      {PenTool::Erase, 0, {{2.5f, 1.5f}}, black, square},
+      {PenTool::Erase, 1, {{4, 2}}, black, "##.....# ##.....# ##.....# ##.....# ##.....#"},
+      {PenTool::Erase,
        0,
        {{1, 1}, {5, 1}, {5, 3}},
        black,
-       {".......#", ".......#", ".......#", "####...#", "####...#"}},
-      {"draw a dot",
-       white,
-       PenTool::Draw,
+       ".......# .......# .......# ####...# ####...#"},
+      {PenTool::Draw,
        3,
        {{1, 1}},
-       {"###.....", "###.....", "###.....", "........", "........"},
-       {"###.....", "###.....", "###.....", "........", "........"}},
-      {"draw a connected line",
-       white,
-       PenTool::Draw,
+       "###..... ###..... ###..... ........ ........",
+       "###..... ###..... ###..... ........ ........"},
+      {PenTool::Draw,
        1,
        {{0, 0}, {3, 3}, {7, 3}},
-       {"#.......", "........", "........", "........", "........"},
-       {"#.......", ".#......", "..#.....", "...#####", "........"}},
-      {"over the border",
-       white,
-       PenTool::Draw,
+       "#....... ........ ........ ........ ........",
+       "#....... .#...... ..#..... ...##### ........"},
+      // Over the border.
+      {PenTool::Draw,
        0,
        {{6, 4}, {30, 4}, {30, -20}, {6, -20}, {6, 0}},
-       {"........", "........", "........", "........", "......#."},
-       {"......#.", "........", "........", "........", "......##"}},
+       "........ ........ ........ ........ ......#.",
+       "......#. ........ ........ ........ ......##"},
   };
   for (const Stroke& stroke : strokes) {
-    PlotImage image = MakePlotImage(stroke.Before);
+    SCOPED_TRACE(stroke.After);
+    const Rows before(5, stroke.Tool == PenTool::Erase ? "########" : "........");
+    PlotImage image = MakePlotImage(before);
     Pen pen;
-    PressPen(pen, image, stroke.Tool, stroke.Path[0].first, stroke.Path[0].second,
-             stroke.BlockSize);
-    EXPECT_EQ(Show(image), stroke.AtPress) << stroke.Name;
-    for (std::size_t i = 1; i < stroke.Path.size(); ++i)
-      DragPen(pen, image, stroke.Path[i].first, stroke.Path[i].second);
+    const auto& [x, y] = stroke.Path[0];
+    PressPen(pen, image, stroke.Tool, x, y, stroke.BlockSize);
+    EXPECT_EQ(Show(image), RowsOf(stroke.AtPress));
+    for (const auto& [toX, toY] : std::span(stroke.Path).subspan(1)) DragPen(pen, image, toX, toY);
     ReleasePen(pen, image);
-    EXPECT_EQ(Show(image), stroke.After) << stroke.Name;
+    EXPECT_EQ(Show(image), RowsOf(stroke.After));
     ClearMarks(image);
-    EXPECT_EQ(Show(image), stroke.After) << stroke.Name;
+    EXPECT_EQ(Show(image), RowsOf(stroke.After));
     UndoEdit(image);
-    EXPECT_EQ(Show(image), stroke.Before) << stroke.Name;
+    EXPECT_EQ(Show(image), before);
   }
 }
 

@@ -4,6 +4,7 @@
 
 #include <limits>
 #include <random>
+#include <tuple>
 
 #include "base/run_time_error.h"
 #include "support/extraction_records.h"
@@ -13,6 +14,7 @@ namespace graphize {
 namespace {
 
 using test::ExtractionRecords;
+using test::RowsOf;
 using test::ScriptedDesktop;
 using Rows = std::vector<std::string>;
 
@@ -26,18 +28,15 @@ TEST(ScanRectangle, GrowsWithTheDragAndScansOnlyDownwardToTheRight) {
   MoveScanCorner(rectangle, 5, 5);
   EXPECT_FALSE(ReleaseScanRectangle(rectangle));
   EXPECT_EQ(rectangle.Right, 0);
-  const struct {
-    float X, Y;
-    bool Scans;
-  } cases[] = {
+  const std::tuple<float, float, bool> cases[] = {
       {20, 30, true}, {10, 30, false}, {20, 10, false}, {3, 4, false}, {10.6f, 10.6f, true}};
-  for (const auto& c : cases) {
+  for (const auto& [x, y, scans] : cases) {
     StartScanRectangle(rectangle, 9.5f, 10.5f);
     EXPECT_EQ(std::pair(rectangle.Left, rectangle.Top), std::pair(10, 10));
     EXPECT_TRUE(rectangle.Active);
     MoveScanCorner(rectangle, 1000, 1000);
-    MoveScanCorner(rectangle, c.X, c.Y);
-    EXPECT_EQ(ReleaseScanRectangle(rectangle), c.Scans) << c.X << ' ' << c.Y;
+    MoveScanCorner(rectangle, x, y);
+    EXPECT_EQ(ReleaseScanRectangle(rectangle), scans) << x << ' ' << y;
     EXPECT_FALSE(rectangle.Active);
     EXPECT_FALSE(ReleaseScanRectangle(rectangle));
   }
@@ -45,116 +44,51 @@ TEST(ScanRectangle, GrowsWithTheDragAndScansOnlyDownwardToTheRight) {
 
 TEST(Scan, MarksAndCapturesTheBlackPixelsOnTheGrid) {
   constexpr int kFar = std::numeric_limits<std::int32_t>::max();
-  const Rows picture = {"#...#.", ".##...", ".#o#..", "#....#"};
-  const struct {
-    const char* Name;
-    const char* StepX;
-    const char* StepY;
-    ScanRectangle Rectangle;
-    const char* Captured;
-    Rows Shown;
-    const char* Boxes = nullptr;
-  } cases[] = {
-      {"all, columns first",
-       "1",
-       "1",
-       Around(0, 0, 5, 3),
-       "0,0 0,3 1,1 1,2 2,1 3,2 4,0 5,3",
-       {"?...?.", ".??...", ".???..", "?....?"}},
-      {"inside only",
-       "1",
-       "1",
-       Around(1, 1, 3, 2),
-       "1,1 1,2 2,1 3,2",
-       {"#...#.", ".??...", ".???..", "#....#"}},
-      {"every third column",
-       "3",
-       "1",
-       Around(0, 0, 5, 3),
-       "0,0 0,3 3,2",
-       {"?...#.", ".##...", ".#??..", "?....#"}},
-      {"every second row",
-       "1",
-       "2",
-       Around(0, 1, 5, 3),
-       "0,3 1,1 2,1 5,3",
-       {"#...#.", ".??...", ".#?#..", "?....?"}},
-      {"grid begun outside",
-       "3",
-       "2",
-       Around(-5, -1, 5, 3),
-       "1,1",
-       {"#...#.", ".?#...", ".#?#..", "#....#"}},
-      {"huge",
-       "1",
-       "1",
-       {false, -kFar - 1, -kFar - 1, kFar, kFar},
-       "0,0 0,3 1,1 1,2 2,1 3,2 4,0 5,3",
-       {"?...?.", ".??...", ".???..", "?....?"}},
-      {"huge steps",
-       "32767",
-       "32767",
-       Around(0, 0, 5, 3),
-       "0,0",
-       {"?...#.", ".##...", ".#?#..", "#....#"}},
-      {"outside", "1", "1", Around(6, 0, 90, 3), "", {"#...#.", ".##...", ".#?#..", "#....#"}},
-      {"4 x 4 pixels", "1", "1", {false, 0, 0, 3, 3}, "", {"#...#.", ".##...", ".#?#..", "#....#"}},
-      {"steps that are none",
-       "0",
-       "-3",
-       Around(1, 1, 2, 1),
-       "1,1 2,1",
-       {"#...#.", ".??...", ".#?#..", "#....#"},
-       "1 1"},
-      {"empty boxes",
-       "",
-       "x",
-       Around(1, 1, 2, 1),
-       "1,1 2,1",
-       {"#...#.", ".??...", ".#?#..", "#....#"},
-       "1 1"},
-  };
-  for (const auto& c : cases) {
+  const Rows picture = RowsOf("#...#. .##... .#o#.. #....#");
+  const char* const all = "0,0 0,3 1,1 1,2 2,1 3,2 4,0 5,3";
+  // Name, steps, rectangle, captured, shown, the boxes afterwards where they change.
+  const std::tuple<const char*, const char*, const char*, ScanRectangle, const char*, const char*,
+                   const char*>
+      cases[] = {
+          {"all, columns first", "1", "1", Around(0, 0, 5, 3), all, "?...?. .??... .???.. ?....?",
+           nullptr},
+          {"huge", "1", "1", ScanRectangle(false, -kFar - 1, -kFar - 1, kFar, kFar), all,
+           "?...?. .??... .???.. ?....?", nullptr},
+          {"huge steps", "32767", "32767", Around(0, 0, 5, 3), "0,0", "?...#. .##... .#?#.. #....#",
+           nullptr},
+          {"4 x 4 pixels", "1", "1", ScanRectangle(false, 0, 0, 3, 3), "",
+           "#...#. .##... .#?#.. #....#", nullptr},
+          {"steps that are none", "0", "-3", Around(1, 1, 2, 1), "1,1 2,1",
+           "#...#. .??... .#?#.. #....#", "1 1"},
+          {"empty boxes", "", "x", Around(1, 1, 2, 1), "1,1 2,1", "#...#. .??... .#?#.. #....#",
+           "1 1"},
+      };
+  for (const auto& [name, stepX, stepY, rectangle, captured, shown, boxes] : cases) {
     const ScriptedDesktop desktop;
     ExtractionRecords records(picture);
-    records.Control.Xrange = c.StepX;
-    records.Control.Yrange = c.StepY;
-    Scan(records.With(desktop), c.Rectangle);
-    EXPECT_EQ(records.Captured(), c.Captured) << c.Name;
-    EXPECT_EQ(test::Show(records.Image), c.Shown) << c.Name;
-    EXPECT_EQ(records.Store.NPoints, records.Store.CaptureCount) << c.Name;
-    if (c.Boxes) {
-      EXPECT_EQ(records.Control.Xrange + " " + records.Control.Yrange, c.Boxes) << c.Name;
+    records.Control.Xrange = stepX;
+    records.Control.Yrange = stepY;
+    Scan(records.With(desktop), rectangle);
+    EXPECT_EQ(records.Captured(), captured) << name;
+    EXPECT_EQ(test::Show(records.Image), RowsOf(shown)) << name;
+    EXPECT_EQ(records.Store.NPoints, records.Store.CaptureCount) << name;
+    if (boxes) {
+      EXPECT_EQ(records.Control.Xrange + " " + records.Control.Yrange, boxes) << name;
     }
   }
 }
 
-struct ScanResult {
-  std::string Captured;
-  Rows Shown;
-};
-
-/// The obvious walk, one pixel after the other.
-ScanResult WalkPlainly(ExtractionRecords& records, const ScanRectangle& r, int stepX, int stepY) {
-  ScanResult result;
+/// The obvious walk, one pixel after the other; what it captures.
+std::string WalkPlainly(PlotImage& image, const ScanRectangle& r, int stepX, int stepY) {
+  std::string captured;
   for (int x = r.Left + 2; x <= r.Right - 2; x += stepX) {
     for (int y = r.Top + 2; y <= r.Bottom - 2; y += stepY) {
-      if (!IsBlack(records.Image, x, y)) continue;
-      SetPixel(records.Image, x, y, MakeColour(255, 255, 0));
-      if (!result.Captured.empty()) result.Captured += " ";
-      result.Captured += std::to_string(x) + "," + std::to_string(y);
+      if (!IsBlack(image, x, y)) continue;
+      SetPixel(image, x, y, MakeColour(255, 255, 0));
+      captured += (captured.empty() ? "" : " ") + std::to_string(x) + "," + std::to_string(y);
     }
   }
-  result.Shown = test::Show(records.Image);
-  return result;
-}
-
-Rows RandomPicture(std::mt19937& random, int width, int height, unsigned oneIn) {
-  Rows rows(static_cast<std::size_t>(height), std::string(static_cast<std::size_t>(width), '.'));
-  for (std::string& row : rows)
-    for (char& pixel : row)
-      if (random() % oneIn == 0) pixel = '#';
-  return rows;
+  return captured;
 }
 
 TEST(Scan, FindsWhatAPlainWalkFindsInTheSameOrder) {
@@ -164,7 +98,9 @@ TEST(Scan, FindsWhatAPlainWalkFindsInTheSameOrder) {
   };
   for (int round = 0; round < 60; ++round) {
     const int width = pick(1, 500), height = pick(1, 40);
-    const Rows picture = RandomPicture(random, width, height, round % 3 == 0 ? 2 : 40);
+    Rows picture(static_cast<std::size_t>(height));
+    for (std::string& row : picture)
+      for (int x = 0; x < width; ++x) row += random() % (round % 3 == 0 ? 2 : 40) == 0 ? '#' : '.';
     const int stepX = round % 2 ? 1 : pick(1, 200), stepY = pick(1, 3);
     const ScanRectangle rectangle{false, pick(-50, width), pick(-50, height), pick(0, width + 50),
                                   pick(0, height + 50)};
@@ -173,9 +109,8 @@ TEST(Scan, FindsWhatAPlainWalkFindsInTheSameOrder) {
     fast.Control.Xrange = std::to_string(stepX);
     fast.Control.Yrange = std::to_string(stepY);
     Scan(fast.With(desktop), rectangle);
-    const ScanResult expected = WalkPlainly(slow, rectangle, stepX, stepY);
-    ASSERT_EQ(fast.Captured(), expected.Captured) << round;
-    ASSERT_EQ(test::Show(fast.Image), expected.Shown) << round;
+    ASSERT_EQ(fast.Captured(), WalkPlainly(slow.Image, rectangle, stepX, stepY)) << round;
+    ASSERT_EQ(test::Show(fast.Image), test::Show(slow.Image)) << round;
     ClearMarks(fast.Image);
     ASSERT_EQ(test::Show(fast.Image), picture) << round;
   }
@@ -190,17 +125,6 @@ TEST(Scan, ASecondScanFindsNothingUnlessTheMarksAreBlack) {
     for (int i = 0; i < 2; ++i) Scan(records.With(desktop), Around(0, 0, 1, 1));
     EXPECT_EQ(records.Store.CaptureCount, colour == 0 ? 8 : 4);
   }
-}
-
-TEST(Scan, WithoutTheCaptureButtonItOnlyMarks) {
-  const ScriptedDesktop desktop;
-  ExtractionRecords records({"##", "##"});
-  records.Control.Xrange = records.Control.Yrange = "1";
-  records.CapturePressed = false;
-  Scan(records.With(desktop), Around(0, 0, 1, 1));
-  EXPECT_EQ(records.Store.CaptureCount, 0);
-  EXPECT_EQ(test::Show(records.Image), (Rows{"??", "??"}));
-  EXPECT_EQ(records.Store.NPoints, 0);
 }
 
 TEST(Scan, TheLastCapturedPixelAndTheEndAreShown) {
@@ -321,27 +245,23 @@ TEST(Scan, EscapeAndAFullStoreEndTheCapturing) {
   }
 }
 
-TEST(Scan, FindingNothingAndBeingStoppedAtOnceAreTold) {
-  const struct {
-    const char* Pixel;
-    bool Capture;
-    int EscapeAfter;
-    const char* Status;
-  } cases[] = {
-      {".", true, -1, "No black pixels here: the scan finds nothing else"},
-      {".", false, -1, "No black pixels here: the scan finds nothing else"},
-      {"#", true, -1, "before"},
-      {"#", false, -1, "before"},
-      {"#", true, 0, "Stopped: 0 points captured"},
-      {"#", false, 0, "Stopped"},
-  };
-  for (const auto& c : cases) {
+TEST(Scan, WhatItDidIsToldAndOnlyTheCaptureButtonCaptures) {
+  const char* const none = "No black pixels here: the scan finds nothing else";
+  // Pixel, capture button, questions until Escape, what is told, captured, the pixel afterwards.
+  const std::tuple<const char*, bool, int, const char*, int, const char*> cases[] = {
+      {".", true, -1, none, 0, "."},      {".", false, -1, none, 0, "."},
+      {"#", true, -1, "before", 1, "?"},  {"#", true, 0, "Stopped: 0 points captured", 0, "#"},
+      {"#", false, 0, "Stopped", 0, "#"}, {"#", false, -1, "before", 0, "?"}};
+  for (const auto& [pixel, capture, escapeAfter, told, captured, shown] : cases) {
     ScriptedDesktop desktop;
-    desktop.EscapeAfter = c.EscapeAfter;
-    ExtractionRecords records({c.Pixel});
-    records.CapturePressed = c.Capture;
+    desktop.EscapeAfter = escapeAfter;
+    ExtractionRecords records({pixel});
+    records.CapturePressed = capture;
     Scan(records.With(desktop), Around(0, 0, 0, 0));
-    EXPECT_EQ(records.Status.Status, c.Status) << c.Pixel << c.Capture << c.EscapeAfter;
+    EXPECT_EQ(records.Status.Status, told) << pixel << capture << escapeAfter;
+    EXPECT_EQ(records.Store.CaptureCount, captured);
+    EXPECT_EQ(records.Store.NPoints, captured);
+    EXPECT_EQ(test::Show(records.Image), Rows{shown});
   }
 }
 

@@ -19,154 +19,80 @@ TEST(SmoothTracer, EmitsTheMeanRowAndTheEdgesBesideTheStroke) {
   ExpectTraces(
       TraceSmooth,
       {
-          {"thick stroke, half to even",
-           {"..", "##", "##", "##", "##", ".."},
-           0,
-           1,
-           "2",
-           "3",
-           "0,2 0,5 0,0 1,2 1,5 1,0",
-           true},
-          {"mean of an uneven stroke",
-           {"....", "####", "...#", "...#", "...."},
-           0,
-           1,
-           "2",
-           "3",
+          {"thick stroke, half to even", ".. ## ## ## ## ..", 0, 1, "2", "3",
+           "0,2 0,5 0,0 1,2 1,5 1,0", true},
+          {"mean of an uneven stroke", ".... #### ...# ...# ....", 0, 1, "2", "3",
            "0,1 1,1 2,1 3,2"},
-          {"hollow stroke", {"....", "####", "....", "####"}, 0, 2, "2", "1", "0,2 1,2 2,2 3,2"},
-          {"strokes further apart than the Y increment",
-           {"....", "####", "....", "....", "####"},
-           0,
-           2,
-           "2",
-           "1",
+          {"hollow stroke", ".... #### .... ####", 0, 2, "2", "1", "0,2 1,2 2,2 3,2"},
+          {"strokes further apart than the Y increment", ".... #### .... .... ####", 0, 2, "2", "1",
            "0,1 1,1 2,1 3,1"},
-          {"break of X increment columns", {"##..##", "......"}, 0, 0, "2", "3", "0,0 1,0 4,0 5,0"},
-          {"longer break", {"##...##", "......."}, 0, 0, "2", "3", "0,0 1,0"},
-          {"no break within the increment", {"##.#"}, 0, 0, "0", "3", "0,0 1,0"},
-          {"negative increments, like 0",
-           {"###", "###", "###", "...", "###"},
-           0,
-           1,
-           "-7",
-           "-7",
-           "0,1 1,1 2,1"},
-          {"narrows to its lower edge and widens again",
-           {"#..", "#..", "#..", "#..", "#.#", "##."},
-           0,
-           2,
-           "0",
-           "0",
+          {"break of X increment columns", "##..## ......", 0, 0, "2", "3", "0,0 1,0 4,0 5,0"},
+          {"longer break", "##...## .......", 0, 0, "2", "3", "0,0 1,0"},
+          {"no break within the increment", "##.#", 0, 0, "0", "3", "0,0 1,0"},
+          {"negative increments, like 0", "### ### ### ... ###", 0, 1, "-7", "-7", "0,1 1,1 2,1"},
+          {"narrows to its lower edge and widens again", "#.. #.. #.. #.. #.# ##.", 0, 2, "0", "0",
            "0,2 1,5 2,4"},
-          {"narrows to its upper edge",
-           {"##.", "#.#", "#..", "#..", "#..", "#.."},
-           0,
-           2,
-           "0",
-           "0",
-           "0,2 1,0 2,1"},
-          {"behind a break only rows near the mean count",
-           {"#..", "#..", "#..", "#..", "#..", "#.#"},
-           0,
-           2,
-           "2",
-           "0",
-           "0,2"},
-          {"start near the curve", {"##", "..", "..", ".."}, 0, 3, "2", "1", "0,0 1,0"},
-          {"start too far away", {"##", "..", "..", "..", ".."}, 0, 4, "0", "1", ""},
-          {"first and last row of the picture",
-           {"###", "...", "...", "###"},
-           0,
-           3,
-           "2",
-           "1",
-           "0,3 1,3 2,3"},
+          {"narrows to its upper edge", "##. #.# #.. #.. #.. #..", 0, 2, "0", "0", "0,2 1,0 2,1"},
+          {"behind a break only rows near the mean count", "#.. #.. #.. #.. #.. #.#", 0, 2, "2",
+           "0", "0,2"},
+          {"start near the curve", "## .. .. ..", 0, 3, "2", "1", "0,0 1,0"},
+          {"start too far away", "## .. .. .. ..", 0, 4, "0", "1", ""},
+          {"first and last row of the picture", "### ... ... ###", 0, 3, "2", "1", "0,3 1,3 2,3"},
       });
 }
 
 TEST(SmoothTracer, SteepStretchesStayOnTheirStroke) {
-  ExpectTraces(TraceSmooth,
-               {
-                   {"a step of the curve itself, another stroke beside its middle",
-                    {"##.....", "..#....", "..#....", "..#....", "..#....", "..#####", "..#....",
-                     "..#....", "..#....", "..#....", "..#....", "...####"},
-                    0,
-                    0,
-                    "2",
-                    "1",
-                    "0,0 1,0 2,6 3,11 4,11 5,11 6,11"},
-                   {"the same upward",
-                    {"...####", "..#....", "..#....", "..#....", "..#....", "..#####", "..#....",
-                     "..#....", "..#....", "..#....", "..#....", "##....."},
-                    0,
-                    11,
-                    "2",
-                    "1",
-                    "0,11 1,11 2,6 3,0 4,0 5,0 6,0"},
-                   {"a line that crosses, another stroke at its middle",
-                    {"..#...", "..#...", "..#...", "..#...", "######", "..#...", "..#...", "..####",
-                     "..#...", "..#...", "..#...", "..#...", "..#...", "..#...", "..#..."},
-                    0,
-                    4,
-                    "2",
-                    "1",
-                    "0,4 1,4 2,4 3,4 4,4 5,4"},
-                   {"crossing strokes keep their ways",
-                    {"##.......##", "..#.....#..", "...#...#...", "....#.#....", ".....#.....",
-                     "....#.#....", "...#...#...", "..#.....#..", "##.......##"},
-                    0,
-                    0,
-                    "2",
-                    "1",
-                    "0,0 1,0 2,1 3,2 4,4 5,4 6,4 7,6 8,7 9,8 10,8"},
-                   {"and so does the other",
-                    {"##.......##", "..#.....#..", "...#...#...", "....#.#....", ".....#.....",
-                     "....#.#....", "...#...#...", "..#.....#..", "##.......##"},
-                    0,
-                    8,
-                    "2",
-                    "1",
-                    "0,8 1,8 2,7 3,6 4,4 5,4 6,4 7,2 8,1 9,0 10,0"},
-               });
-}
-
-/// A level curve with a hole, crossed by a steep dotted line whose dots touch it beside the hole.
-std::vector<std::string> DottedCrossing() {
-  std::vector<std::string> rows(24, std::string(16, '.'));
-  for (int x = 0; x < 16; ++x) {
-    if (x != 9) rows[12][static_cast<std::size_t>(x)] = '#';
-    for (int y = 13 - 5 * (x - 7); y <= 16 - 5 * (x - 7); ++y)
-      if (y >= 0 && y < 24) rows[static_cast<std::size_t>(y)][static_cast<std::size_t>(x)] = '#';
-  }
-  return rows;
+  const char* const cross =
+      "##.......## ..#.....#.. ...#...#... ....#.#.... .....#..... "
+      "....#.#.... ...#...#... ..#.....#.. ##.......##";
+  ExpectTraces(TraceSmooth, {
+                                {"a step of the curve itself, another stroke beside its middle",
+                                 "##..... ..#.... ..#.... ..#.... ..#.... ..##### "
+                                 "..#.... ..#.... ..#.... ..#.... ..#.... ...####",
+                                 0, 0, "2", "1", "0,0 1,0 2,6 3,11 4,11 5,11 6,11"},
+                                {"the same upward",
+                                 "...#### ..#.... ..#.... ..#.... ..#.... ..##### "
+                                 "..#.... ..#.... ..#.... ..#.... ..#.... ##.....",
+                                 0, 11, "2", "1", "0,11 1,11 2,6 3,0 4,0 5,0 6,0"},
+                                {"a line that crosses, another stroke at its middle",
+                                 "..#... ..#... ..#... ..#... ###### ..#... ..#... ..#### "
+                                 "..#... ..#... ..#... ..#... ..#... ..#... ..#...",
+                                 0, 4, "2", "1", "0,4 1,4 2,4 3,4 4,4 5,4"},
+                                {"crossing strokes keep their ways", cross, 0, 0, "2", "1",
+                                 "0,0 1,0 2,1 3,2 4,4 5,4 6,4 7,6 8,7 9,8 10,8"},
+                                {"and so does the other", cross, 0, 8, "2", "1",
+                                 "0,8 1,8 2,7 3,6 4,4 5,4 6,4 7,2 8,1 9,0 10,0"},
+                            });
 }
 
 TEST(SmoothTracer, DotsThatCrossAreNotFollowedOverAHole) {
-  ExpectTraces(TraceSmooth, {{"dots", DottedCrossing(), 0, 12, "2", "3",
+  // A level curve with a hole, crossed by a steep dotted line whose dots touch it beside the hole.
+  std::string rows;
+  for (int y = 0; y < 24; ++y) {
+    for (int x = 0; x < 16; ++x) {
+      const int dot = y + 5 * (x - 7);
+      rows += (y == 12 && x != 9) || (dot >= 13 && dot <= 16) ? '#' : '.';
+    }
+    rows += ' ';
+  }
+  ExpectTraces(TraceSmooth, {{"dots", rows, 0, 12, "2", "3",
                               "0,12 1,12 2,12 3,12 4,12 5,12 6,12 7,14 8,10 10,12 11,12 12,12 "
                               "13,12 14,12 15,12"}});
 }
 
 TEST(SmoothTracer, ACurveIsKeptWhereOthersCrossIt) {
-  struct Case {
-    double Slope;  // of the other one, rows per column
-    test::Stroke Other;
-  };
-  std::vector<Case> cases;
+  std::vector<std::pair<double, test::Stroke>> others;  // slopes in rows per column
   for (const double slope : {-30.0, -6.0, -2.0, -0.7, 1.2, 3.0, 9.0})
-    for (const double thickness : {1.0, 2.0}) {
-      cases.push_back({slope, {.Thickness = thickness}});
-      cases.push_back({slope, {.Thickness = thickness, .Dash = 3, .Gap = 2}});
-    }
-  for (const Case& c : cases) {
+    for (const double thickness : {1.0, 2.0})
+      for (const double gap : {0.0, 2.0})
+        others.push_back({slope, {.Thickness = thickness, .Dash = 3, .Gap = gap}});
+  for (const auto& [slope, other] : others) {
     for (const double thickness : {1.0, 2.0, 4.0}) {
       test::PlotDrawing drawing(240, 200, 0, 0, 239, 199);
       const auto row = [](double x) { return 80.2 + 0.16 * x; };
       drawing.Polyline({{4, row(4)}, {230, row(230)}}, {.Thickness = thickness});
-      drawing.Polyline({{120 - 90 / std::abs(c.Slope), row(120) - std::copysign(90, c.Slope)},
-                        {120 + 90 / std::abs(c.Slope), row(120) + std::copysign(90, c.Slope)}},
-                       c.Other);
+      const double dx = 90 / std::abs(slope), dy = std::copysign(90, slope);
+      drawing.Polyline({{120 - dx, row(120) - dy}, {120 + dx, row(120) + dy}}, other);
       PlotImage image;
       SetPicture(image, drawing.Picture());
       test::ExtractionRecords records(std::move(image));
@@ -178,10 +104,9 @@ TEST(SmoothTracer, ACurveIsKeptWhereOthersCrossIt) {
       for (int i = 1; i <= store.CaptureCount; ++i)
         if (std::abs(200 - store.CaptureY[i] - row(store.CaptureX[i])) > 2) ++astray;
       // As long as the other one is within the Y increment the mean is of both.
-      const double together = (3 + c.Other.Thickness) / std::abs(c.Slope - 0.16);
-      EXPECT_LE(astray, 2 + together)
-          << c.Slope << ", " << c.Other.Thickness << (c.Other.Gap > 0 ? " dots" : "") << " across "
-          << thickness;
+      const double together = (3 + other.Thickness) / std::abs(slope - 0.16);
+      EXPECT_LE(astray, 2 + together) << slope << ", " << other.Thickness
+                                      << (other.Gap > 0 ? " dots" : "") << " across " << thickness;
     }
   }
 }
