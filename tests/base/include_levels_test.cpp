@@ -4,12 +4,9 @@
 #include "support/include_levels.h"
 #include "support/temporary_folder.h"
 
-namespace graphize {
+namespace graphize::test {
 namespace {
 
-using test::BrokenIncludes;
-using test::TemporaryFolder;
-using test::WriteBytes;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -77,4 +74,4 @@ TEST(IncludeLevels, EachRuleIsKept) {
 }
 
 }  // namespace
-}  // namespace graphize
+}  // namespace graphize::test

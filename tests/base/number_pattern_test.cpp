@@ -3,18 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <tuple>
 
 namespace graphize {
 namespace {
 
 TEST(NumberPattern, PlacesThatAreMissing) {
-  struct Case {
-    float value;
-    const char* pattern;
-    double step;
-    int missing;
-  };
-  const Case cases[] = {
+  const std::tuple<float, const char*, double, int> cases[] = {
       {2019.3f, "0.00000E+00", 0.5 / 538, 2},
       {2019.3f, "0.00000E+00", 0.01, 0},
       {2019.3f, "##0.000E+00", 0.01, 0},
@@ -26,17 +21,12 @@ TEST(NumberPattern, PlacesThatAreMissing) {
       {0, "0.00000E+00", 1e-9, 0},
       {0, "0.000", 1e-9, 6},
   };
-  for (const Case& c : cases)
-    EXPECT_EQ(MissingPlaces(c.value, c.pattern, c.step), c.missing) << c.value << " " << c.pattern;
+  for (const auto& [value, pattern, step, missing] : cases)
+    EXPECT_EQ(MissingPlaces(value, pattern, step), missing) << value << " " << pattern;
 }
 
 TEST(NumberPattern, ValuesByPatterns) {
-  struct Case {
-    float value;
-    const char* pattern;
-    const char* expected;
-  };
-  const Case cases[] = {
+  const std::tuple<float, const char*, const char*> cases[] = {
       {0, "0.00000E+00", "0.00000E+00"},
       {1234.5f, "0.00000E+00", "1.23450E+03"},
       {-0.000125f, "0.00000E+00", "-1.25000E-04"},
@@ -61,11 +51,8 @@ TEST(NumberPattern, ValuesByPatterns) {
       {1234, "##0.0E+0", "123.4E+1"},
       {0.999f, "##0.0E+00", "999.0E-03"},
   };
-  for (const Case& c : cases)
-    EXPECT_EQ(FormatNumber(c.value, c.pattern), c.expected) << c.value << " by " << c.pattern;
-}
-
-TEST(NumberPattern, WhatIsNoNumberSaysSo) {
+  for (const auto& [value, pattern, expected] : cases)
+    EXPECT_EQ(FormatNumber(value, pattern), expected) << value << " by " << pattern;
   EXPECT_EQ(FormatNumber(NAN, "0.0"), "NaN");
   EXPECT_EQ(FormatNumber(-INFINITY, "0.0E+00"), "-Inf");
 }

@@ -9,14 +9,10 @@
 
 #include "support/temporary_folder.h"
 
-namespace graphize {
+namespace graphize::test {
 namespace {
 
 namespace fs = std::filesystem;
-using test::BytesOf;
-using test::FullDisk;
-using test::TemporaryFolder;
-using test::WriteBytes;
 using testing::ElementsAre;
 
 TEST(WholeFile, WhatIsWrittenIsReadBack) {
@@ -130,4 +126,4 @@ TEST(WholeFile, ANameInTheCurrentFolderNeedsNoFolder) {
 }
 
 }  // namespace
-}  // namespace graphize
+}  // namespace graphize::test

@@ -8,10 +8,8 @@
 #include "base/run_time_error.h"
 #include "support/scripted_desktop.h"
 
-namespace graphize {
+namespace graphize::test {
 namespace {
-
-using test::ScriptedDesktop;
 
 class AxisCalibrationTest : public ::testing::Test {
  protected:
@@ -139,4 +137,4 @@ TEST_F(AxisCalibrationTest, TheMousePullsTheFocusOfTheOriginOnlyUntilTheUserTabs
 }
 
 }  // namespace
-}  // namespace graphize
+}  // namespace graphize::test

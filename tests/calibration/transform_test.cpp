@@ -8,11 +8,8 @@
 #include "support/calibrated.h"
 #include "support/scripted_desktop.h"
 
-namespace graphize {
+namespace graphize::test {
 namespace {
-
-using test::Calibrate;
-using test::ScriptedDesktop;
 
 Reading Read(const AxisCalibration& calibration, float x, float y, bool percent = false) {
   ScriptedDesktop desktop;
@@ -54,7 +51,7 @@ TEST(Transform, LogAxes) {
 }
 
 TEST(Transform, LogOriginsMustBePositive) {
-  const std::array<test::AxisPoint, 3> points = {
+  const std::array<AxisPoint, 3> points = {
       {{0, 0, "-1", "0"}, {10, 0, "10", "0"}, {0, 10, "-1", "9"}}};
   struct Case {
     bool xLog, yLog;
@@ -86,9 +83,9 @@ TEST(Transform, ARotatedAxisReadsItsOwnValues) {
 }
 
 TEST(Transform, PixelsToValuesAndBack) {
-  const std::array<test::AxisPoint, 3> linear = {
+  const std::array<AxisPoint, 3> linear = {
       {{70, 50, "-3", "0.5"}, {600, 66, "12", "0.5"}, {70, 460, "-3", "-80"}}};
-  const std::array<test::AxisPoint, 3> logarithmic = {
+  const std::array<AxisPoint, 3> logarithmic = {
       {{600, 400, "0.01", "1"}, {70, 390, "1e4", "1"}, {600, 20, "0.01", "1e-6"}}};
   for (const AxisCalibration& c : {Calibrate(linear), Calibrate(logarithmic, true, true)}) {
     for (int column = -40; column < 700; column += 37) {
@@ -104,7 +101,7 @@ TEST(Transform, PixelsToValuesAndBack) {
 }
 
 TEST(Transform, WhatIsOutOfRangeIsNoPixelAndNoValue) {
-  const AxisCalibration c = test::PixelCalibration();
+  const AxisCalibration c = PixelCalibration();
   for (const float value : {1e6f, -INFINITY, NAN}) {
     EXPECT_FALSE(Real2Pixels(c, 100, value, 0));
     EXPECT_FALSE(Real2Pixels(c, 100, 0, value));
@@ -126,4 +123,4 @@ TEST(Transform, WhatIsOutOfRangeIsNoPixelAndNoValue) {
 }
 
 }  // namespace
-}  // namespace graphize
+}  // namespace graphize::test

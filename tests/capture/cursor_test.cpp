@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "capture/snap.h"
 #include "support/ascii_picture.h"
 #include "support/calibrated.h"
@@ -42,13 +44,9 @@ TEST(Snap, GoesToTheCentreOfTheInk) {
   // Rows 2 to 4 are a horizontal line three pixels thick; a dot stands at (1, 7).
   const PlotImage image = test::MakePlotImage(
       {"......", "......", "######", "######", "######", "......", "......", ".#....", "......"});
-  struct Case {
-    const char* name;
-    float x, y;
-    std::int16_t mode, distance;
-    std::optional<std::pair<float, float>> expected;
-  };
-  const Case cases[] = {
+  using Place = std::optional<std::pair<float, float>>;
+  // Name, position, mode, distance, where it snaps to.
+  const std::tuple<const char*, float, float, int, int, Place> cases[] = {
       {"no snap", 3, 3, 0, 5, std::nullopt},
       {"a mode there is not", 3, 3, 4, 5, std::nullopt},
       {"to Y over a thick line", 3, 0, 2, 5, std::pair{3.0f, 3.0f}},
@@ -64,12 +62,10 @@ TEST(Snap, GoesToTheCentreOfTheInk) {
       {"between columns 0 and 1: the even one", 0.5f, 7, 2, 1, std::nullopt},
       {"a reach beyond any picture", 5, 8, 2, 32767, std::pair{5.0f, 3.0f}},
   };
-  for (const Case& c : cases) {
-    const auto snapped = SnapToXY(image, c.x, c.y, c.mode, c.distance);
-    ASSERT_EQ(snapped.has_value(), c.expected.has_value()) << c.name;
-    if (!snapped) continue;
-    EXPECT_EQ(snapped->X, c.expected->first) << c.name;
-    EXPECT_EQ(snapped->Y, c.expected->second) << c.name;
+  for (const auto& [name, x, y, mode, distance, expected] : cases) {
+    const auto at =
+        SnapToXY(image, x, y, static_cast<std::int16_t>(mode), static_cast<std::int16_t>(distance));
+    EXPECT_EQ(at ? Place({at->X, at->Y}) : std::nullopt, expected) << name;
   }
 }
 

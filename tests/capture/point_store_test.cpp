@@ -2,12 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "support/scripted_desktop.h"
 
-namespace graphize {
+namespace graphize::test {
 namespace {
-
-using test::ScriptedDesktop;
 
 void Append(PointStore& store, CommandStates& commands, const Desktop& desktop, int count) {
   for (int i = 0; i < count; ++i) {
@@ -98,24 +98,19 @@ std::vector<int> PointsShown(const ListPage& page) {
 }
 
 TEST(ListPage, ShowsTheNewestOrThePageAtTheScrollBar) {
-  struct Case {
-    int count;
-    std::vector<int> newest;
-    int scrollMaximum;
-    bool enabled;
-  };
-  const Case cases[] = {{0, {0, 0, 0, 0, 0}, 1, false},
-                        {3, {1, 2, 3, 0, 0}, 1, false},
-                        {5, {1, 2, 3, 4, 5}, 1, false},
-                        {6, {2, 3, 4, 5, 6}, 2, true},
-                        {7, {3, 4, 5, 6, 7}, 3, true}};
-  for (const Case& c : cases) {
+  const std::tuple<int, std::vector<int>, int> cases[] = {// points, the newest, scroll maximum
+                                                          {0, {0, 0, 0, 0, 0}, 1},
+                                                          {3, {1, 2, 3, 0, 0}, 1},
+                                                          {5, {1, 2, 3, 4, 5}, 1},
+                                                          {6, {2, 3, 4, 5, 6}, 2},
+                                                          {7, {3, 4, 5, 6, 7}, 3}};
+  for (const auto& [count, newest, maximum] : cases) {
     ListPage page;
-    ShowNewest(page, c.count);
-    EXPECT_EQ(PointsShown(page), c.newest);
-    EXPECT_EQ(page.ScrollMaximum, c.scrollMaximum);
-    EXPECT_EQ(page.ScrollEnabled, c.enabled);
-    EXPECT_EQ(page.ScrollValue, c.scrollMaximum);
+    ShowNewest(page, count);
+    EXPECT_EQ(PointsShown(page), newest);
+    EXPECT_EQ(page.ScrollMaximum, maximum);
+    EXPECT_EQ(page.ScrollEnabled, maximum > 1);
+    EXPECT_EQ(page.ScrollValue, maximum);
   }
   ListPage page;
   ShowNewest(page, 7);
@@ -147,4 +142,4 @@ TEST(ListPage, ClicksSelectAndShiftMovesTheEnd) {
 }
 
 }  // namespace
-}  // namespace graphize
+}  // namespace graphize::test

@@ -4,19 +4,14 @@
 
 #include <cmath>
 #include <limits>
+#include <tuple>
 
 #include "data/list_edit.h"
 #include "support/points.h"
 #include "support/scripted_desktop.h"
 
-namespace graphize {
+namespace graphize::test {
 namespace {
-
-using test::ListRows;
-using test::MakeStore;
-using test::Row;
-using test::RowList;
-using test::ScriptedDesktop;
 
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 
@@ -43,38 +38,27 @@ TEST(CurveLength, PutsTheSegmentsIntoTheListAndTellsTheSums) {
   EXPECT_EQ(status.Status, "Curve length calculated successfully");
   EXPECT_EQ(desktop.Messages.back().Icon, MessageIcon::Information);
   XY2List(store);
-  EXPECT_EQ(ListRows(store), test::CapturedRows(store));
+  EXPECT_EQ(ListRows(store), CapturedRows(store));
 }
 
 TEST(CurveLength, DegenerateCurves) {
-  struct Case {
-    const char* name;
-    RowList points, list;
-    const char* total;
-    bool listIsCaptured;
-  };
-  const Case cases[] = {
-      {"nothing captured", {}, {}, "length = .00000E+0", true},
-      {"one point", {{5, 5}}, {}, "length = .00000E+0", false},
-      {"a point twice", {{5, 5}, {5, 5}, {5, 6}}, {{1, 0}, {2, 1}}, "length = 1.00000E+0", false},
-      {"an infinite one",
-       {{0, 0}, {1, 0}, {kInfinity, 0}},
-       {{1, 1}, {2, kInfinity}},
-       "length = Inf",
-       false},
-      {"larger than a number", {{-3e38f, 0}, {3e38f, 0}}, {{1, kInfinity}}, "length = Inf", false},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    PointStore store = MakeStore(c.points);
-    // A list of other rows and short arrays must not matter.
-    store.ListCount = 7;
+  // Nothing, one point, a point twice, an infinite one, more than a number holds.
+  const std::tuple<RowList, RowList, const char*> cases[] = {
+      {{}, {}, "length = .00000E+0"},
+      {{{5, 5}}, {}, "length = .00000E+0"},
+      {{{5, 5}, {5, 5}, {5, 6}}, {{1, 0}, {2, 1}}, "length = 1.00000E+0"},
+      {{{0, 0}, {1, 0}, {kInfinity, 0}}, {{1, 1}, {2, kInfinity}}, "length = Inf"},
+      {{{-3e38f, 0}, {3e38f, 0}}, {{1, kInfinity}}, "length = Inf"}};
+  for (const auto& [points, list, total] : cases) {
+    SCOPED_TRACE(testing::PrintToString(points));
+    PointStore store = MakeStore(points);
+    store.ListCount = 7;  // of other rows
     StatusBar status;
     ScriptedDesktop desktop;
-    desktop.ExpectMessage(c.total);
+    desktop.ExpectMessage(total);
     CurveLength(store, status, desktop);
-    EXPECT_EQ(ListRows(store), c.list);
-    EXPECT_EQ(store.ListIsCaptured, c.listIsCaptured);
+    EXPECT_EQ(ListRows(store), list);
+    EXPECT_EQ(store.ListIsCaptured, points.empty());
   }
 }
 
@@ -91,4 +75,4 @@ TEST(CurveLength, ALongCurveGrowsTheListArrays) {
 }
 
 }  // namespace
-}  // namespace graphize
+}  // namespace graphize::test

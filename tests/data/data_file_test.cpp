@@ -13,13 +13,8 @@
 #include "support/points.h"
 #include "support/temporary_folder.h"
 
-namespace graphize {
+namespace graphize::test {
 namespace {
-
-using test::BytesOf;
-using test::MakeStore;
-using test::RowList;
-using test::TemporaryFolder;
 
 TEST(DataFile, HoldsTheTitleAndOneLinePerRow) {
   struct Case {
@@ -116,9 +111,9 @@ TEST(DataFile, EveryFailureIsTheSystemsDescription) {
   EXPECT_TRUE(folder.Names().empty());
 
   // A disk that fills up while the file is replaced leaves the old one.
-  test::WriteBytes(folder / "old.dat", "old");
+  WriteBytes(folder / "old.dat", "old");
   {
-    const test::FullDisk disk(10);
+    const FullDisk disk(10);
     EXPECT_THROW(WriteDataFile(folder / "old.dat", std::string(1000, 'x')), RunTimeError);
   }
   EXPECT_EQ(BytesOf(folder / "old.dat"), "old");
@@ -127,7 +122,7 @@ TEST(DataFile, EveryFailureIsTheSystemsDescription) {
 
 TEST(RowErrors, FollowTheColumnsAndNameWhatTheFormatHides) {
   // 538 columns between 2019.0 and 2019.5, Y from 1 to 1000 on a log axis.
-  const AxisCalibration axes = test::Calibrate(
+  const AxisCalibration axes = Calibrate(
       {{{10, 20, "2019", "1"}, {548, 20, "2019.5", "1"}, {10, 320, "2019", "1000"}}}, false, true);
   PointStore store = MakeStore({{2019.25f, 10}});
   Settings settings;
@@ -172,4 +167,4 @@ TEST(DataFile, ProposesTheImagesNameWithItsOwnExtension) {
 }
 
 }  // namespace
-}  // namespace graphize
+}  // namespace graphize::test

@@ -11,13 +11,8 @@
 #include "support/points.h"
 #include "support/scripted_desktop.h"
 
-namespace graphize {
+namespace graphize::test {
 namespace {
-
-using test::MakeStore;
-using test::RowList;
-using test::ScriptedDesktop;
-using test::Show;
 
 constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
@@ -115,15 +110,15 @@ TEST(Integrate, ShowsTheAreaAndShadesToTheOriginsLevel) {
   for (const auto& [calibration, rows, area, picture] : cases) {
     SCOPED_TRACE(picture);
     const PointStore store = MakeStore(rows);
-    PlotImage plot = test::MakePlotImage(test::RowsOf(nothing));
+    PlotImage plot = MakePlotImage(RowsOf(nothing));
     IntegrateForm form = OpenIntegrate(store);
     Integrate(form, store, calibration, plot, ScriptedDesktop());
     EXPECT_TRUE(*area == '\0' || form.AreaText == area) << form.AreaText;
-    EXPECT_EQ(Show(plot), test::RowsOf(picture));
+    EXPECT_EQ(Show(plot), RowsOf(picture));
     for (const OverdrawnPixel& mark : plot.Marks)
       EXPECT_EQ(plot.Pixels.Pixels()[mark.Index], PixelOfColour(MakeColour(0, 0, 128)));
     ClearMarks(plot);
-    EXPECT_EQ(Show(plot), test::RowsOf(nothing));
+    EXPECT_EQ(Show(plot), RowsOf(nothing));
   }
 }
 
@@ -132,7 +127,7 @@ TEST(Integrate, ShadesOnlyTheRangeAndStopsOnEscapeWithTheWholeArea) {
   IntegrateForm form = OpenIntegrate(store);
   ASSERT_TRUE(MoveLowLimit(form, store, 2));
   ASSERT_TRUE(MoveHighLimit(form, store, 5));
-  PlotImage plot = test::MakePlotImage({"......"});
+  PlotImage plot = MakePlotImage({"......"});
   Integrate(form, store, PixelUnits(), plot, ScriptedDesktop());
   EXPECT_EQ(Show(plot), Rows{".????."});
   EXPECT_EQ(form.AreaText, "4");
@@ -146,4 +141,4 @@ TEST(Integrate, ShadesOnlyTheRangeAndStopsOnEscapeWithTheWholeArea) {
 }
 
 }  // namespace
-}  // namespace graphize
+}  // namespace graphize::test

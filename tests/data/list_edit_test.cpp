@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <tuple>
 
 #include "data/curve_length.h"
 #include "data/resampling.h"
@@ -10,13 +11,8 @@
 #include "support/points.h"
 #include "support/scripted_desktop.h"
 
-namespace graphize {
+namespace graphize::test {
 namespace {
-
-using test::CapturedRows;
-using test::ListRows;
-using test::MakeStore;
-using test::RowList;
 
 /// Points (1, -1), (2, -2), ... up to (count, -count).
 RowList Numbered(int count) {
@@ -38,93 +34,68 @@ std::vector<int> Shown(const PointStore& store) {
 }
 
 TEST(ClearSelected, RemovesTheSelectedRowsAndLeavesTheCapturedCount) {
-  struct Case {
-    const char* name;
-    int points, scroll, press, shiftPress;  // lines of the panel; -1: no press with Shift
-    std::vector<float> list, captured;
-    std::vector<int> shown;
-    int scrollMaximum;
-    bool scrollEnabled;
+  using Ints = std::vector<int>;
+  using Xs = std::vector<float>;
+  // Points, scroll value, lines pressed (the second with Shift; -1: none), list, captured, shown;
+  // the scroll bar's maximum, which is above 1 where it is enabled.
+  const std::tuple<int, int, int, int, Xs, Xs, Ints, int> cases[] = {
+      {5, 1, 2, -1, Xs{1, 2, 4, 5}, Xs{1, 2, 4, 5, 5}, Ints{1, 2, 3, 4, 0}, 1},
+      {4, 1, 3, -1, Xs{1, 2, 3}, Xs{1, 2, 3, 4}, Ints{1, 2, 3, 0, 0}, 1},
+      {8, 3, 0, 2, Xs{1, 2, 6, 7, 8}, Xs{1, 2, 6, 7, 8, 6, 7, 8}, Ints{1, 2, 3, 4, 5}, 1},
+      {8, 2, 0, 1, Xs{1, 4, 5, 6, 7, 8}, Xs{1, 4, 5, 6, 7, 8, 7, 8}, Ints{2, 3, 4, 5, 6}, 2},
+      {3, 1, 0, 2, Xs{}, Xs{1, 2, 3}, Ints{0, 0, 0, 0, 0}, 1},
+      // The end before the start; an empty line.
+      {5, 1, 3, 1, Xs{1, 2, 3, 4, 5}, Xs{1, 2, 3, 4, 5}, Ints{1, 2, 3, 4, 5}, 1},
+      {3, 1, 4, -1, Xs{1, 2, 3}, Xs{1, 2, 3}, Ints{1, 2, 3, 0, 0}, 1},
   };
-  const Case cases[] = {
-      {"one row", 5, 1, 2, -1, {1, 2, 4, 5}, {1, 2, 4, 5, 5}, {1, 2, 3, 4, 0}, 1, false},
-      {"the last row", 4, 1, 3, -1, {1, 2, 3}, {1, 2, 3, 4}, {1, 2, 3, 0, 0}, 1, false},
-      {"a range, scrolled",
-       8,
-       3,
-       0,
-       2,
-       {1, 2, 6, 7, 8},
-       {1, 2, 6, 7, 8, 6, 7, 8},
-       {1, 2, 3, 4, 5},
-       1,
-       false},
-      {"still a scroll bar",
-       8,
-       2,
-       0,
-       1,
-       {1, 4, 5, 6, 7, 8},
-       {1, 4, 5, 6, 7, 8, 7, 8},
-       {2, 3, 4, 5, 6},
-       2,
-       true},
-      {"everything", 3, 1, 0, 2, {}, {1, 2, 3}, {0, 0, 0, 0, 0}, 1, false},
-      {"end before start", 5, 1, 3, 1, {1, 2, 3, 4, 5}, {1, 2, 3, 4, 5}, {1, 2, 3, 4, 5}, 1, false},
-      {"an empty line", 3, 1, 4, -1, {1, 2, 3}, {1, 2, 3}, {1, 2, 3, 0, 0}, 1, false},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    PointStore store = MakeStore(Numbered(c.points));
-    store.Page.ScrollValue = c.scroll;
-    SelectLine(store.Page, store.ListCount, c.press, false);
-    if (c.shiftPress >= 0) SelectLine(store.Page, store.ListCount, c.shiftPress, true);
+  for (const auto& [points, scroll, press, shiftPress, list, captured, shown, maximum] : cases) {
+    SCOPED_TRACE(testing::PrintToString(captured));
+    PointStore store = MakeStore(Numbered(points));
+    store.Page.ScrollValue = scroll;
+    SelectLine(store.Page, store.ListCount, press, false);
+    if (shiftPress >= 0) SelectLine(store.Page, store.ListCount, shiftPress, true);
     ClearSelected(store);
-    EXPECT_EQ(XsOf(ListRows(store)), c.list);
-    EXPECT_EQ(XsOf(CapturedRows(store)), c.captured);
+    EXPECT_EQ(XsOf(ListRows(store)), list);
+    EXPECT_EQ(XsOf(CapturedRows(store)), captured);
     for (const auto& row : ListRows(store)) EXPECT_EQ(row.Y, -row.X);
     for (const auto& row : CapturedRows(store)) EXPECT_EQ(row.Y, -row.X);
-    EXPECT_EQ(store.NPoints, static_cast<int>(c.list.size()));
-    EXPECT_EQ(Shown(store), c.shown);
-    EXPECT_EQ(store.Page.ScrollMaximum, c.scrollMaximum);
-    EXPECT_EQ(store.Page.ScrollEnabled, c.scrollEnabled);
+    EXPECT_EQ(store.NPoints, static_cast<int>(list.size()));
+    EXPECT_EQ(Shown(store), shown);
+    EXPECT_EQ(store.Page.ScrollMaximum, maximum);
+    EXPECT_EQ(store.Page.ScrollEnabled, maximum > 1);
     // A second command has nothing left to act on.
-    if (c.list.size() < static_cast<std::size_t>(c.points)) {
+    if (list.size() < static_cast<std::size_t>(points)) {
       EXPECT_FALSE(CanClearSelected(store));
       ClearSelected(store);
-      EXPECT_EQ(XsOf(ListRows(store)), c.list);
+      EXPECT_EQ(XsOf(ListRows(store)), list);
     }
   }
 }
 
 TEST(ClearSelected, AfterASortTheRowsOwnPointsGoAndUndoBringsBackTheOthers) {
-  struct Case {
-    std::vector<float> captured, sorted;
-    int press, shiftPress;
-    std::vector<float> list, undone;
-  };
-  const Case cases[] = {
-      {{1, 2, 3, 4, 5}, {5, 4, 3, 2, 1}, 0, 0, {4, 3, 2, 1}, {1, 2, 3, 4, 4}},
-      {{1, 2, 3, 4, 5}, {5, 4, 3, 2, 1}, 4, 4, {5, 4, 3, 2}, {2, 3, 4, 5, 5}},
-      {{2, 5, 1, 3, 4}, {5, 4, 3, 2, 1}, 1, 2, {5, 2, 1}, {2, 5, 1, 5, 1}},
-      {{2, 5, 1, 3, 4}, {5, 4, 3, 2, 1}, 0, 3, {1}, {1, 1, 1, 1, 1}},
-      {{1, 2, 3}, {3, 2, 1}, 0, 2, {}, {1, 2, 3}},
+  using Xs = std::vector<float>;
+  // Captured, lines pressed (the second with Shift), list, list after the Undo.
+  const std::tuple<Xs, int, int, Xs, Xs> cases[] = {
+      {Xs{1, 2, 3, 4, 5}, 0, 0, Xs{4, 3, 2, 1}, Xs{1, 2, 3, 4, 4}},
+      {Xs{1, 2, 3, 4, 5}, 4, 4, Xs{5, 4, 3, 2}, Xs{2, 3, 4, 5, 5}},
+      {Xs{2, 5, 1, 3, 4}, 1, 2, Xs{5, 2, 1}, Xs{2, 5, 1, 5, 1}},
+      {Xs{2, 5, 1, 3, 4}, 0, 3, Xs{1}, Xs{1, 1, 1, 1, 1}},
+      {Xs{1, 2, 3}, 0, 2, Xs{}, Xs{1, 2, 3}},
       // In the order of capture the last one stays where the Undo finds it.
-      {{3, 2, 1}, {3, 2, 1}, 2, 2, {3, 2}, {3, 2, 1}},
+      {Xs{3, 2, 1}, 2, 2, Xs{3, 2}, Xs{3, 2, 1}},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(testing::PrintToString(c.list));
+  for (const auto& [captured, press, shiftPress, list, undone] : cases) {
+    SCOPED_TRACE(testing::PrintToString(list));
     RowList rows;
-    for (const float x : c.captured) rows.push_back({x, -x});
+    for (const float x : captured) rows.push_back({x, -x});
     PointStore store = MakeStore(rows);
     SortList(store, SortOrder::Descending);
-    ASSERT_EQ(XsOf(ListRows(store)), c.sorted);
-    SelectLine(store.Page, store.ListCount, c.press, false);
-    SelectLine(store.Page, store.ListCount, c.shiftPress, true);
+    SelectLine(store.Page, store.ListCount, press, false);
+    SelectLine(store.Page, store.ListCount, shiftPress, true);
     ClearSelected(store);
-    EXPECT_EQ(XsOf(ListRows(store)), c.list);
+    EXPECT_EQ(XsOf(ListRows(store)), list);
     XY2List(store);
-    EXPECT_EQ(XsOf(ListRows(store)), c.undone);
+    EXPECT_EQ(XsOf(ListRows(store)), undone);
   }
   // Of a point that two rows show only the last row's removal takes it.
   PointStore store = MakeStore(Numbered(3));
@@ -140,7 +111,7 @@ TEST(ClearSelected, AfterASortTheRowsOwnPointsGoAndUndoBringsBackTheOthers) {
 
 TEST(PointId, StaysWithItsPointWhateverIsDoneWithTheList) {
   std::mt19937 random(8);
-  const test::ScriptedDesktop quiet;
+  const ScriptedDesktop quiet;
   CommandStates commands;
   StatusBar status;
   PointStore store;
@@ -163,7 +134,7 @@ TEST(PointId, StaysWithItsPointWhateverIsDoneWithTheList) {
           ReSampleList(store, {static_cast<int>(2 + random() % 9), 1, 2}, false, quiet);
       },
       [&] {
-        test::ScriptedDesktop desktop;
+        ScriptedDesktop desktop;
         desktop.ExpectMessage("Total curve length");
         CurveLength(store, status, desktop);
       },
@@ -270,24 +241,20 @@ TEST(XY2List, BringsTheCapturedPointsBackIntoTheList) {
 }
 
 TEST(DataMenu, OffersWhatTheNumberOfCapturedPointsAllows) {
-  struct Case {
-    int captured;
-    bool sort, curveLength, resample, integrate;
-  };
-  // From one to the next with the same states: curve length keeps its state at one point.
-  const Case cases[] = {{1, true, false, false, false},  {2, true, true, true, false},
-                        {1, true, true, false, false},   {3, true, true, true, true},
-                        {0, false, false, false, false}, {1, true, false, false, false}};
-  CommandStates commands;
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.captured);
-    UpdateDataMenu(MakeStore(Numbered(c.captured)), commands);
-    EXPECT_EQ(commands.Sort, c.sort);
-    EXPECT_EQ(commands.SwapXY, c.sort);
-    EXPECT_EQ(commands.ListUndo, c.sort);
-    EXPECT_EQ(commands.CurveLength, c.curveLength);
-    EXPECT_EQ(commands.Resample, c.resample);
-    EXPECT_EQ(commands.Integrate, c.integrate);
+  // Captured; sort and its like, curve length, resampling, integration. From one to the next with
+  // the same states: curve length keeps its state at one point.
+  const std::tuple<int, bool, bool, bool, bool> cases[] = {
+      {1, true, false, false, false},  {2, true, true, true, false},
+      {1, true, true, false, false},   {3, true, true, true, true},
+      {0, false, false, false, false}, {1, true, false, false, false}};
+  CommandStates states;
+  for (const auto& [captured, sort, curveLength, resample, integrate] : cases) {
+    SCOPED_TRACE(captured);
+    UpdateDataMenu(MakeStore(Numbered(captured)), states);
+    for (const bool state : {states.Sort, states.SwapXY, states.ListUndo}) EXPECT_EQ(state, sort);
+    EXPECT_EQ(states.CurveLength, curveLength);
+    EXPECT_EQ(states.Resample, resample);
+    EXPECT_EQ(states.Integrate, integrate);
   }
 }
 
@@ -308,7 +275,7 @@ TEST(AddValuePoint, GrowsAListThatIsLongerThanTheCapturedPoints) {
   // As after a resampling: the list is full to its last element.
   PointStore store = MakeStore(Numbered(2));
   CommandStates commands;
-  const test::ScriptedDesktop quiet;
+  const ScriptedDesktop quiet;
   GrowList(store, 2498);
   store.ListCount = 2498;
   store.ListX[2498] = 7;
@@ -322,7 +289,7 @@ TEST(AddValuePoint, GrowsAListThatIsLongerThanTheCapturedPoints) {
   // A list that cannot count one more row refuses like a full store.
   GrowList(store, 32767);
   store.ListCount = 32767;
-  test::ScriptedDesktop desktop;
+  ScriptedDesktop desktop;
   desktop.ExpectMessage("You reached the limit of data that can be stored.");
   EXPECT_TRUE(AddValuePoint(store, commands, desktop, true, 1, 1));
   EXPECT_EQ(store.CaptureCount, 5);
@@ -354,4 +321,4 @@ TEST(ListEdit, KeysMoveTheSelectionAndTheListFollows) {
 }
 
 }  // namespace
-}  // namespace graphize
+}  // namespace graphize::test

@@ -2,28 +2,23 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "support/points.h"
 
 namespace graphize {
 namespace {
 
 TEST(ListText, ShowsATabAsTwoSpacesAndOtherDelimitersAsTheyAre) {
-  struct Case {
-    const char* delimiter;
-    bool decimalPoint;
-    const char* file;
-    const char* panel;
-  };
-  const Case cases[] = {
+  const std::tuple<const char*, bool, const char*, const char*> cases[] = {
       {"\t", true, "12.46\t5.E+01", "12.46  5.E+01"},
       {"\t", false, "12,46\t5,E+01", "12,46  5,E+01"},
       {",", false, "12,46,5,E+01", "12,46,5,E+01"},
-      {";", true, "12.46;5.E+01", "12.46;5.E+01"},
-  };
-  for (const Case& c : cases) {
-    const NumberFormats formats{"0.00", "0.E+00", c.delimiter};
-    EXPECT_EQ(PointLine(12.4567f, 54.9876f, formats, c.decimalPoint), c.file);
-    EXPECT_EQ(ListText(12.4567f, 54.9876f, formats, c.decimalPoint), c.panel);
+      {";", true, "12.46;5.E+01", "12.46;5.E+01"}};
+  for (const auto& [delimiter, decimalPoint, inFile, inPanel] : cases) {
+    const NumberFormats formats{"0.00", "0.E+00", delimiter};
+    EXPECT_EQ(PointLine(12.4567f, 54.9876f, formats, decimalPoint), inFile);
+    EXPECT_EQ(ListText(12.4567f, 54.9876f, formats, decimalPoint), inPanel);
   }
 }
 

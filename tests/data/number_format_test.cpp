@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <tuple>
 
 #include "base/run_time_error.h"
 
@@ -12,37 +13,27 @@ namespace {
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 
 TEST(BuildFormats, BuildsPatternsFromPlaces) {
-  struct Case {
-    std::int16_t digits, decimals;
-    bool exponent;
-    std::string pattern;
-  };
-  const std::string zeros(100, '0'), hashes(99, '#');
-  const Case cases[] = {
+  const std::string zeros(100, '0'), signs(99, '#');
+  const std::tuple<std::int16_t, std::int16_t, bool, std::string> cases[] = {
       {1, 5, true, "0.00000E+00"}, {3, 2, false, "##0.00"},       {1, 0, false, "0."},
-      {2, 0, true, "#0.E+00"},     {1, 100, false, "0." + zeros}, {100, 0, false, hashes + "0."},
-  };
-  for (const Case& c : cases) {
+      {2, 0, true, "#0.E+00"},     {1, 100, false, "0." + zeros}, {100, 0, false, signs + "0."}};
+  for (const auto& [digits, decimals, exponent, pattern] : cases) {
     NumberFormats formats;
-    BuildFormats({.XDigits = c.digits, .XDecimals = c.decimals, .XExp = c.exponent}, formats);
-    EXPECT_EQ(formats.X, c.pattern);
+    BuildFormats({.XDigits = digits, .XDecimals = decimals, .XExp = exponent}, formats);
+    EXPECT_EQ(formats.X, pattern);
     EXPECT_EQ(formats.Y, "0.00000E+00");
-    BuildFormats({.YDigits = c.digits, .YDecimals = c.decimals, .YExp = c.exponent}, formats);
-    EXPECT_EQ(formats.Y, c.pattern);
+    BuildFormats({.YDigits = digits, .YDecimals = decimals, .YExp = exponent}, formats);
+    EXPECT_EQ(formats.Y, pattern);
     EXPECT_EQ(formats.X, "0.00000E+00");
   }
 }
 
 TEST(BuildFormats, AnUnknownDelimiterLeavesTheOneInForce) {
   NumberFormats formats;
-  for (const auto& [number, text] : {std::pair<int, const char*>{3, ";"},
-                                     {7, ";"},
-                                     {2, " "},
-                                     {-1, " "},
-                                     {1, ","},
-                                     {0, "\t"},
-                                     {4, "\t"}}) {
-    BuildFormats({.Delimiter = static_cast<std::int16_t>(number)}, formats);
+  const std::pair<std::int16_t, const char*> cases[] = {{3, ";"}, {7, ";"},  {2, " "}, {-1, " "},
+                                                        {1, ","}, {0, "\t"}, {4, "\t"}};
+  for (const auto& [number, text] : cases) {
+    BuildFormats({.Delimiter = number}, formats);
     EXPECT_EQ(formats.Delimiter, text) << number;
   }
 }
@@ -68,26 +59,16 @@ TEST(BuildFormats, RefusesPlacesOutOfRangeAndChangesNothing) {
   }
 }
 
-TEST(FormatValue, RendersByThePatternWithTheChosenSeparator) {
-  struct Case {
-    float value;
-    const char* pattern;
-    const char* withPoint;
-    const char* withComma;
-  };
-  const Case cases[] = {
+TEST(FormatValue, HasTheChosenSeparator) {
+  // What patterns mean is tested where they are read.
+  const std::tuple<float, const char*, const char*, const char*> cases[] = {
       {1234.5f, "0.00000E+00", "1.23450E+03", "1,23450E+03"},
-      {-0.000125f, "0.00000E+00", "-1.25000E-04", "-1,25000E-04"},
       {2.6f, "0.", "3.", "3,"},
       {0.1f, "0.000000000000", "0.100000001490", "0,100000001490"},
-      {3.4e38f, "0.0", "339999995214436424907732413799364296704.0",
-       "339999995214436424907732413799364296704,0"},
-      {kInfinity, "0.00", "Inf", "Inf"},
-      {std::numeric_limits<float>::quiet_NaN(), "0.00", "NaN", "NaN"},
-  };
-  for (const Case& c : cases) {
-    EXPECT_EQ(FormatValue(c.value, c.pattern, true), c.withPoint);
-    EXPECT_EQ(FormatValue(c.value, c.pattern, false), c.withComma);
+      {kInfinity, "0.00", "Inf", "Inf"}};
+  for (const auto& [value, pattern, withPoint, withComma] : cases) {
+    EXPECT_EQ(FormatValue(value, pattern, true), withPoint);
+    EXPECT_EQ(FormatValue(value, pattern, false), withComma);
   }
 }
 

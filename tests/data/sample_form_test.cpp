@@ -9,13 +9,8 @@
 #include "support/points.h"
 #include "support/scripted_desktop.h"
 
-namespace graphize {
+namespace graphize::test {
 namespace {
-
-using test::ListRows;
-using test::MakeStore;
-using test::RowList;
-using test::ScriptedDesktop;
 
 constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
@@ -86,96 +81,80 @@ TEST(SampleForm, ALimitShowsTheNumberThatWasReadAndTheHintSaysSo) {
 }
 
 TEST(SampleForm, TheCountGivesTheStep) {
-  struct Case {
-    const char* min;
-    const char* max;
-    const char* steps;
-    bool log;
-    const char* message;  // null: none
-    const char* stepsAfter;
-    const char* step;
-  };
-  const Case cases[] = {
-      {"0", "10", "3", false, nullptr, "3", "5.00000E+0"},
-      {"0", "10", "  11 points", false, nullptr, "11", "1.00000E+0"},
-      {"0", "10", "1e3", false, nullptr, "1000", "1.00100E-2"},
-      {"10", "0", "5", false, nullptr, "5", "-2.50000E+0"},
-      {"4", "4", "5", false, nullptr, "5", ".00000E+0"},
-      {"0", "10", "2.5", false, nullptr, "2", "1.00000E+1"},
-      {"1", "100", "3", true, nullptr, "3", "Log 1.00000E+0"},
-      {"0", "100", "3", true, nullptr, "3", ""},
-      {"0", "10", "1", false, "1", "2", "1.00000E+1"},
-      {"0", "10", "-7", false, "-7", "2", "1.00000E+1"},
-      {"0", "10", "", false, "", "2", "1.00000E+1"},
-      {"", "x", "3", false, nullptr, "3", ".00000E+0"},
-      {"0", "40000", "40001", false, nullptr, "40001", "1.00000E+0"},
-      {"0", "10", "1e99", false, nullptr, "1e99", ""},
-      {"0", "1e99", "3", false, nullptr, "3", ""},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.steps);
+  // Min, max, count, log; what is refused, if anything; count and step afterwards.
+  const std::tuple<const char*, const char*, const char*, bool, const char*, const char*,
+                   const char*>
+      cases[] = {
+          {"0", "10", "3", false, nullptr, "3", "5.00000E+0"},
+          {"0", "10", "  11 points", false, nullptr, "11", "1.00000E+0"},
+          {"0", "10", "1e3", false, nullptr, "1000", "1.00100E-2"},
+          {"10", "0", "5", false, nullptr, "5", "-2.50000E+0"},
+          {"4", "4", "5", false, nullptr, "5", ".00000E+0"},
+          {"0", "10", "2.5", false, nullptr, "2", "1.00000E+1"},
+          {"1", "100", "3", true, nullptr, "3", "Log 1.00000E+0"},
+          {"0", "100", "3", true, nullptr, "3", ""},
+          {"0", "10", "1", false, "1", "2", "1.00000E+1"},
+          {"0", "10", "-7", false, "-7", "2", "1.00000E+1"},
+          {"0", "10", "", false, "", "2", "1.00000E+1"},
+          {"", "x", "3", false, nullptr, "3", ".00000E+0"},
+          {"0", "40000", "40001", false, nullptr, "40001", "1.00000E+0"},
+          {"0", "10", "1e99", false, nullptr, "1e99", ""},
+          {"0", "1e99", "3", false, nullptr, "3", ""},
+      };
+  for (const auto& [min, max, steps, log, refused, stepsAfter, step] : cases) {
+    SCOPED_TRACE(steps);
     const PointStore store = MakeStore({{0, 0}, {1, 1}});
     // The same from the box and from the button.
     for (const bool button : {false, true}) {
       SampleForm form = Opened(store);
-      form.MinXBox = c.min;
-      form.MaxXBox = c.max;
-      form.SampleXLog = c.log;
-      form.Steps = c.steps;
+      form.MinXBox = min;
+      form.MaxXBox = max;
+      form.SampleXLog = log;
+      form.Steps = steps;
       ScriptedDesktop desktop;
-      if (c.message) desktop.ExpectMessage(std::string(c.message) + kBadCount);
+      if (refused) desktop.ExpectMessage(std::string(refused) + kBadCount);
       if (button)
         EXPECT_TRUE(CalculateStep(form, store, desktop));
       else
         StepsChanged(form, desktop);
-      EXPECT_EQ(form.Steps, c.stepsAfter);
-      EXPECT_EQ(form.dXBox, c.step);
-      for (const Message& message : desktop.Messages) {
-        EXPECT_EQ(message.Text, std::string(c.message) + kBadCount);
+      EXPECT_EQ(form.Steps, stepsAfter);
+      EXPECT_EQ(form.dXBox, step);
+      for (const Message& message : desktop.Messages)
         EXPECT_EQ(message.Icon, MessageIcon::Exclamation);
-      }
     }
   }
 }
 
 TEST(SampleForm, ATypedStepGivesTheCount) {
-  struct Case {
-    const char* typed;
-    bool log;
-    const char* message;
-    const char* steps;
-    const char* step;
+  // From 1 to 100: typed, log, refused, count and step.
+  const std::tuple<const char*, bool, bool, const char*, const char*> cases[] = {
+      {"33", false, false, "4", "3.30000E+1"},
+      {"30", false, false, "4", "3.30000E+1"},  // 4.3 points are 4 points
+      {" 9.9 ", false, false, "11", "9.90000E+0"},
+      {"log .25", true, false, "9", "Log 2.50000E-1"},
+      {"Log 1", true, false, "3", "Log 1.00000E+0"},
+      {"200", false, true, "2", "9.90000E+1"},
+      {"-1", false, true, "2", "9.90000E+1"},
+      {"wide", false, true, "2", "9.90000E+1"},
+      {"   ", false, false, "2", "9.90000E+1"},  // nothing typed
   };
-  // From 1 to 100.
-  const Case cases[] = {
-      {"33", false, nullptr, "4", "3.30000E+1"},
-      {"30", false, nullptr, "4", "3.30000E+1"},  // 4.3 points are 4 points
-      {" 9.9 ", false, nullptr, "11", "9.90000E+0"},
-      {"log .25", true, nullptr, "9", "Log 2.50000E-1"},
-      {"Log 1", true, nullptr, "3", "Log 1.00000E+0"},
-      {"200", false, "200", "2", "9.90000E+1"},
-      {"-1", false, "-1", "2", "9.90000E+1"},
-      {"wide", false, "wide", "2", "9.90000E+1"},
-      {"   ", false, nullptr, "2", "9.90000E+1"},  // nothing typed
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.typed);
+  for (const auto& [typed, log, refused, steps, step] : cases) {
+    SCOPED_TRACE(typed);
     const PointStore store = MakeStore({{1, 0}, {100, 1}});
     SampleForm form = Opened(store);
-    form.SampleXLog = c.log;
+    form.SampleXLog = log;
     RangeChanged(form, store);
-    form.dXBox = c.typed;
+    form.dXBox = typed;
     // A change of the range does not take the typed step away.
     RangeChanged(form, store);
     ScriptedDesktop desktop;
-    if (c.message) desktop.ExpectMessage(std::string(c.message) + kBadCount);
-    EXPECT_EQ(CalculateStep(form, store, desktop), c.message == nullptr);
-    EXPECT_EQ(form.Steps, c.steps);
-    EXPECT_EQ(form.dXBox, c.step);
-    // Now it stands there as calculated: a second press changes nothing.
-    EXPECT_TRUE(CalculateStep(form, store, desktop));
-    EXPECT_EQ(form.Steps, c.steps);
-    EXPECT_EQ(form.dXBox, c.step);
+    if (refused) desktop.ExpectMessage(std::string(typed) + kBadCount);
+    // Then it stands there as calculated: a second press changes nothing.
+    for (const bool isDone : {!refused, true}) {
+      EXPECT_EQ(CalculateStep(form, store, desktop), isDone);
+      EXPECT_EQ(form.Steps, steps);
+      EXPECT_EQ(form.dXBox, step);
+    }
   }
 }
 
@@ -265,4 +244,4 @@ TEST(SampleForm, ABadPointIsTold) {
 }
 
 }  // namespace
-}  // namespace graphize
+}  // namespace graphize::test

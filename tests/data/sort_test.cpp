@@ -3,20 +3,16 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <functional>
 #include <limits>
 #include <numeric>
 #include <random>
+#include <tuple>
 #include <utility>
 
 #include "support/points.h"
 
-namespace graphize {
+namespace graphize::test {
 namespace {
-
-using test::ListRows;
-using test::MakeStore;
-using test::RowList;
 
 constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
@@ -75,18 +71,14 @@ TEST(ExchangeSortOrder, EqualsTheDoubleLoopOnRandomRowsWithManyTies) {
 TEST(ExchangeSortOrder, EqualsTheDoubleLoopOnLongArrays) {
   constexpr int kCount = 2500;
   std::mt19937 random(3);
-  const std::pair<const char*, std::function<float(int)>> patterns[] = {
-      {"three to a column, falling", [](int i) { return static_cast<float>(-(i / 3)); }},
-      {"hill", [](int i) { return static_cast<float>(-std::abs(i - kCount / 2)); }},
-      {"random with ties", [&](int) { return static_cast<float>(random() % 300); }},
-  };
-  for (const auto& [name, valueAt] : patterns) {
-    SCOPED_TRACE(name);
-    std::vector<float> keys(kCount);
-    for (int i = 0; i < kCount; ++i) keys[i] = valueAt(i);
-    ExpectEqualToDoubleLoop(keys);
-    if (HasFatalFailure()) return;
+  // Three to a column and falling, a hill, random with ties.
+  std::vector<float> falling(kCount), hill(kCount), ties(kCount);
+  for (int i = 0; i < kCount; ++i) {
+    falling[i] = static_cast<float>(-(i / 3));
+    hill[i] = static_cast<float>(-std::abs(i - kCount / 2));
+    ties[i] = static_cast<float>(random() % 300);
   }
+  for (const auto& keys : {falling, hill, ties}) ExpectEqualToDoubleLoop(keys);
 }
 
 TEST(SortList, OrdersRowsByX) {
@@ -96,7 +88,7 @@ TEST(SortList, OrdersRowsByX) {
   EXPECT_EQ(store.Page.Lines[2].Point, 3);
   SortList(store, SortOrder::Descending);
   EXPECT_EQ(ListRows(store), (RowList{{3, 10}, {2, 30}, {1, 20}}));
-  EXPECT_EQ(test::CapturedRows(store), (RowList{{3, 10}, {1, 20}, {2, 30}}));
+  EXPECT_EQ(CapturedRows(store), (RowList{{3, 10}, {1, 20}, {2, 30}}));
   EXPECT_TRUE(store.ListIsCaptured);
 
   // Equal X: 2a is exchanged with 1 and so comes behind 2b.
@@ -110,40 +102,26 @@ TEST(SortList, OrdersRowsByX) {
 }
 
 TEST(SortList, TheRowsThatTakePart) {
-  struct Case {
-    const char* name;
-    RowList captured, list;
-    bool listIsCaptured;
-    RowList sorted;
+  // Captured, list, whether it is of captured points, sorted.
+  const std::tuple<RowList, RowList, bool, RowList> cases[] = {
+      // More resampled points: those behind stay.
+      {{{9, 1}, {8, 2}}, {{9, 1}, {8, 2}, {5, 3}, {4, 4}}, false, {{8, 2}, {9, 1}, {5, 3}, {4, 4}}},
+      // Fewer: what stands behind comes in.
+      {{{9, 1}, {8, 2}, {7, 3}}, {{9, 1}, {8, 2}}, false, {{7, 3}, {8, 2}}},
+      // Captured points, the first cleared: the last, there twice, drives none out.
+      {{{8, 2}, {7, 3}, {7, 3}}, {{8, 2}, {7, 3}}, true, {{7, 3}, {8, 2}}},
   };
-  const Case cases[] = {
-      {"more resampled points: those behind stay",
-       {{9, 1}, {8, 2}},
-       {{9, 1}, {8, 2}, {5, 3}, {4, 4}},
-       false,
-       {{8, 2}, {9, 1}, {5, 3}, {4, 4}}},
-      {"fewer: what stands behind comes in",
-       {{9, 1}, {8, 2}, {7, 3}},
-       {{9, 1}, {8, 2}},
-       false,
-       {{7, 3}, {8, 2}}},
-      {"captured points, the first cleared: the last, there twice, drives none out",
-       {{8, 2}, {7, 3}, {7, 3}},
-       {{8, 2}, {7, 3}},
-       true,
-       {{7, 3}, {8, 2}}},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    PointStore store = MakeStore(c.captured);
-    for (std::size_t i = 0; i < c.list.size(); ++i) {
-      store.ListX[i + 1] = c.list[i].X;
-      store.ListY[i + 1] = c.list[i].Y;
+  for (const auto& [captured, list, listIsCaptured, sorted] : cases) {
+    SCOPED_TRACE(testing::PrintToString(list));
+    PointStore store = MakeStore(captured);
+    for (std::size_t i = 0; i < list.size(); ++i) {
+      store.ListX[i + 1] = list[i].X;
+      store.ListY[i + 1] = list[i].Y;
     }
-    store.ListCount = static_cast<std::int16_t>(c.list.size());
-    store.ListIsCaptured = c.listIsCaptured;
+    store.ListCount = static_cast<std::int16_t>(list.size());
+    store.ListIsCaptured = listIsCaptured;
     SortList(store, SortOrder::Ascending);
-    EXPECT_EQ(ListRows(store), c.sorted);
+    EXPECT_EQ(ListRows(store), sorted);
     EXPECT_EQ(store.NPoints, store.ListCount);
   }
 
@@ -154,8 +132,8 @@ TEST(SortList, TheRowsThatTakePart) {
   small.ListCount = 500;
   small.ListIsCaptured = false;
   SortList(small, SortOrder::Ascending);
-  EXPECT_EQ(ListRows(small).front(), (test::Row{0, 0}));
+  EXPECT_EQ(ListRows(small).front(), (Row{0, 0}));
 }
 
 }  // namespace
-}  // namespace graphize
+}  // namespace graphize::test

@@ -18,20 +18,18 @@ std::vector<std::string> OrderUnder(std::string_view current) {
 }
 
 TEST(InOrderFor, PutsTheRunningDesktopFirstAndKeepsTheOrderOtherwise) {
-  const std::vector<std::string> unchanged = {"k1", "g1", "any", "b", "g2", "k2"};
-  const struct {
-    const char* Current;
-    std::vector<std::string> Names;
-  } cases[] = {
+  using Names = std::vector<std::string>;
+  const Names unchanged = {"k1", "g1", "any", "b", "g2", "k2"},
+              gnomeFirst = {"g1", "g2", "k1", "any", "b", "k2"};
+  const std::pair<const char*, Names> cases[] = {
       {"", unchanged},
       {":", unchanged},
       {"XFCE", unchanged},
       {"KD", unchanged},
-      {"GNOME", {"g1", "g2", "k1", "any", "b", "k2"}},
-      {"gnome", {"g1", "g2", "k1", "any", "b", "k2"}},
-      {"ubuntu:GNOME", {"g1", "g2", "k1", "any", "b", "k2"}},
-      {"Budgie:GNOME", {"b", "g1", "g2", "k1", "any", "k2"}},
-  };
+      {"GNOME", gnomeFirst},
+      {"gnome", gnomeFirst},
+      {"ubuntu:GNOME", gnomeFirst},
+      {"Budgie:GNOME", {"b", "g1", "g2", "k1", "any", "k2"}}};
   for (const auto& [current, names] : cases)
     EXPECT_THAT(OrderUnder(current), ElementsAreArray(names)) << current;
 }

@@ -6,28 +6,24 @@
 #include <cmath>
 #include <functional>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
 #include "raster/black_white.h"
+#include "support/picture_bytes.h"
 #include "support/plot_drawing.h"
 #include "support/scripted_desktop.h"
 
-namespace graphize {
+namespace graphize::test {
 namespace {
 
-using test::PixelPosition;
-using test::PlotDrawing;
-using test::ScriptedDesktop;
-using test::Stroke;
 using Function = std::function<double(double)>;
-using test::Decades;
-using test::Linear;
 using Positions = std::vector<double>;
 
 /// A plot with and without its grid lines.
 struct Scene {
-  std::string Name;
+  std::string Name = "";
   Stroke Grid = {};
   Function Curve = [](double u) { return 0.5 + 0.4 * std::sin(9 * u); };
   double CurveThickness = 1;
@@ -140,26 +136,18 @@ void CheckWiped(const Scene& scene, double covered = 0.993, double lost = 0.012,
 }
 
 TEST(GridLines, AllStylesOfLinesAreWipedAtAllTurns) {
-  const std::pair<const char*, Stroke> styles[] = {
-      {"solid 1", {.Thickness = 1}},
-      {"solid 2", {.Thickness = 2}},
-      {"solid 3", {.Thickness = 3}},
-      {"solid 4", {.Thickness = 4}},
-      {"dashed", {.Thickness = 1, .Dash = 7, .Gap = 4}},
-      {"dashed 2", {.Thickness = 2, .Dash = 9, .Gap = 6}},
-      {"dotted", {.Thickness = 1, .Dash = 1, .Gap = 3}},
-      {"dotted 2", {.Thickness = 2, .Dash = 2, .Gap = 4}},
-  };
-  for (const auto& [name, style] : styles) {
-    for (const double degrees : {0.0, 0.6, -3.0}) {
-      for (const double thickness : {1.0, 3.0}) {
-        CheckWiped({.Name = std::string(name) + ", curve " + std::to_string(thickness),
-                    .Grid = style,
-                    .CurveThickness = thickness,
-                    .Degrees = degrees});
-      }
-    }
-  }
+  const Stroke styles[] = {{.Thickness = 1},
+                           {.Thickness = 2},
+                           {.Thickness = 3},
+                           {.Thickness = 4},
+                           {.Thickness = 1, .Dash = 7, .Gap = 4},
+                           {.Thickness = 2, .Dash = 9, .Gap = 6},
+                           {.Thickness = 1, .Dash = 1, .Gap = 3},
+                           {.Thickness = 2, .Dash = 2, .Gap = 4}};
+  for (const Stroke& style : styles)
+    for (const double degrees : {0.0, 0.6, -3.0})
+      for (const double thickness : {1.0, 3.0})
+        CheckWiped({.Grid = style, .CurveThickness = thickness, .Degrees = degrees});
 }
 
 TEST(GridLines, CurvesThatMeetALineAtAnyAngleSurvive) {
@@ -174,47 +162,28 @@ TEST(GridLines, CurvesThatMeetALineAtAnyAngleSurvive) {
       {"many waves", [](double u) { return 0.5 + 0.335 * std::sin(45 * u + 1); }},
       {"begins at its peak on a line", [](double u) { return 0.5 + 0.335 * std::sin(45 * u); }},
   };
-  for (const auto& [name, curve] : curves) {
-    for (const double degrees : {0.0, -1.6}) {
-      for (const double grid : {1.0, 2.0}) {
-        for (const double thickness : {1.0, 2.0, 3.0}) {
-          CheckWiped({.Name = std::string(name) + ", grid " + std::to_string(grid) + ", curve " +
-                              std::to_string(thickness),
-                      .Grid = {.Thickness = grid},
-                      .Curve = curve,
-                      .CurveThickness = thickness,
-                      .Degrees = degrees},
-                     0.98, 0.02);
-        }
-      }
-    }
-  }
+  for (const auto& [name, curve] : curves)
+    for (const double degrees : {0.0, -1.6})
+      for (const double grid : {1.0, 2.0})
+        for (const double thickness : {1.0, 2.0, 3.0})
+          CheckWiped({name, {.Thickness = grid}, curve, thickness, degrees}, 0.98, 0.02);
 }
 
 TEST(GridLines, ACurveThatComesToRunAlongALineIsKept) {
   // Its last third lies within the line; a thick one hides most of the line.
-  for (const double thickness : {1.0, 3.0}) {
+  for (const double thickness : {1.0, 3.0})
     CheckWiped({.Name = "saturation",
                 .Curve = [](double u) { return 5 / 6.0 * (1 - std::exp(-11 * u)); },
                 .CurveThickness = thickness},
                1.0, 0.05, 0.05);
-  }
-}
-
-TEST(GridLines, AStepFromOneLineToAnotherIsKept) {
-  // Where it runs in the lines it may be kept a row aside.
-  for (const double thickness : {1.0, 2.0}) {
+  // From one line to another; where it runs in the lines it may be kept a row aside.
+  for (const double thickness : {1.0, 2.0})
     for (const double steepness : {60.0, 40.0}) {
-      CheckWiped({.Name = "step " + std::to_string(steepness),
-                  .Grid = {.Thickness = thickness},
-                  .Curve =
-                      [=](double u) {
-                        return 1 / 6.0 + 2 / 3.0 / (1 + std::exp(-steepness * (u - 0.47)));
-                      },
-                  .CurveThickness = thickness},
-                 1.0, 0.09, 0.09);
+      const auto step = [=](double u) {
+        return 1 / 6.0 + 2 / 3.0 / (1 + std::exp(-steepness * (u - 0.47)));
+      };
+      CheckWiped({"step", {.Thickness = thickness}, step, thickness}, 1.0, 0.09, 0.09);
     }
-  }
 }
 
 TEST(GridLines, LongLevelPiecesOfACurveAreNotLines) {
@@ -359,7 +328,7 @@ TEST(GridLines, LogarithmicAndPoorGridsAreWiped) {
 
 TEST(GridLines, NothingOutsideThePlotIsTouched) {
   for (const double degrees : {0.0, 2.0}) {
-    Drawn drawn = Draw({.Name = "", .Curve = nullptr, .Degrees = degrees});
+    Drawn drawn = Draw({.Curve = nullptr, .Degrees = degrees});
     const Raster before = drawn.Image.Pixels.Clone();
     Remove(drawn, GridDirection::Y);
     Remove(drawn, GridDirection::X);
@@ -380,43 +349,35 @@ TEST(GridLines, NothingOutsideThePlotIsTouched) {
 }
 
 TEST(GridLines, TheFrameGoesOnlyWhenItWasClicked) {
-  const Scene scene{.Name = "", .Grid = {.Thickness = 2}};
-  struct Click {
-    int X, Y;
-    int Lines;
-  };
   // Y lines: 5 and the two sides of the frame at rows 40 and 376.
-  for (const Click& click : {Click{300, 200, 5}, {300, 48, 5}, {300, 378, 7}, {300, 38, 7}}) {
-    Drawn drawn = Draw(scene);
-    EXPECT_EQ(Remove(drawn, GridDirection::Y, true, click.X, click.Y).Lines, click.Lines)
-        << click.Y;
+  for (const auto& [x, y, lines] :
+       {std::tuple{300, 200, 5}, {300, 48, 5}, {300, 378, 7}, {300, 38, 7}}) {
+    Drawn drawn = Draw({.Grid = {.Thickness = 2}});
+    EXPECT_EQ(Remove(drawn, GridDirection::Y, true, x, y).Lines, lines) << y;
   }
 }
 
 TEST(GridLines, WithASideOfTheFrameGoneTheNextLineIsStillGrid) {
-  struct Grid {
-    Stroke Line;
-    int AtU, AtV;  // intervals; many: they are no longer than ticks
-  };
-  for (const Grid& grid : {Grid{{}, 8, 6}, Grid{{.Dash = 6, .Gap = 4}, 8, 6}, Grid{{}, 29, 23},
-                           Grid{{.Thickness = 2}, 29, 23}}) {
+  // The intervals; 29 and 23: their lines are no longer than ticks.
+  const std::tuple<Stroke, int, int> grids[] = {
+      {{}, 8, 6}, {{.Dash = 6, .Gap = 4}, 8, 6}, {{}, 29, 23}, {{.Thickness = 2}, 29, 23}};
+  for (const auto& [line, atU, atV] : grids) {
     for (const double degrees : {0.0, 1.5}) {
-      const Scene scene{.Name = "",
-                        .Grid = grid.Line,
+      const Scene scene{.Grid = line,
                         .Curve = nullptr,
                         .Degrees = degrees,
-                        .AtU = Linear(grid.AtU),
-                        .AtV = Linear(grid.AtV)};
+                        .AtU = Linear(atU),
+                        .AtV = Linear(atV)};
       for (const bool first : {true, false}) {
-        SCOPED_TRACE(std::to_string(grid.AtU) + ", " + std::to_string(degrees) + " degrees");
+        SCOPED_TRACE(std::to_string(atU) + ", " + std::to_string(degrees) + " degrees");
         Drawn across = Draw(scene), upright = Draw(scene);
         const PixelPosition corner = first ? across.TopLeft : across.BottomRight;
         const auto column = static_cast<int>(corner.X), row = static_cast<int>(corner.Y);
         const int inward = first ? 5 : -5;
         EXPECT_EQ(Remove(across, GridDirection::Y, false, column + inward, row).Lines, 1);
-        EXPECT_EQ(Remove(across, GridDirection::Y).Lines, grid.AtV - 1);
+        EXPECT_EQ(Remove(across, GridDirection::Y).Lines, atV - 1);
         EXPECT_EQ(Remove(upright, GridDirection::X, false, column, row + inward).Lines, 1);
-        EXPECT_EQ(Remove(upright, GridDirection::X).Lines, grid.AtU - 1);
+        EXPECT_EQ(Remove(upright, GridDirection::X).Lines, atU - 1);
       }
     }
   }
@@ -438,34 +399,27 @@ TEST(GridLines, TwoAxesStayAlsoWhereTheReferencePointsLieInside) {
 }
 
 TEST(GridLines, AClickRemovesTheNearestLineAlone) {
-  struct Click {
-    GridDirection Direction;
-    int X, Y;
-    int Line;  // its row or column
+  // The click, and the line's row or column. Rows 96, 152, 208, 264, 320; columns 120, 180, 240,
+  // 300, 360, 420, 480; the frame's 60.
+  using enum GridDirection;
+  const std::tuple<GridDirection, int, int, int> clicks[] = {
+      {Y, 310, 152, 152}, {Y, 310, 147, 152}, {Y, 90, 167, 152},  {Y, 565, 210, 208},
+      {Y, 310, 179, 152}, {Y, 310, 181, 208}, {X, 302, 111, 300}, {X, 255, 300, 240},
+      {X, 60, 2000, 60},  {X, 333, 2, 360},   {X, 10, 10, 60},    {Y, 310, 419, 376},
+      {Y, 3, 2, 40},
   };
-  // Rows 96, 152, 208, 264, 320; columns 120, 180, 240, 300, 360, 420, 480; the frame's 60.
-  const Click clicks[] = {
-      {GridDirection::Y, 310, 152, 152}, {GridDirection::Y, 310, 147, 152},
-      {GridDirection::Y, 90, 167, 152},  {GridDirection::Y, 565, 210, 208},
-      {GridDirection::Y, 310, 179, 152}, {GridDirection::Y, 310, 181, 208},
-      {GridDirection::X, 302, 111, 300}, {GridDirection::X, 255, 300, 240},
-      {GridDirection::X, 60, 2000, 60},  {GridDirection::X, 333, 2, 360},
-      {GridDirection::X, 10, 10, 60},    {GridDirection::Y, 310, 419, 376},
-      {GridDirection::Y, 3, 2, 40},
-  };
-  for (const Click& click : clicks) {
-    SCOPED_TRACE(std::to_string(click.X) + "," + std::to_string(click.Y));
-    Drawn drawn = Draw({.Name = ""});
+  for (const auto& [direction, clickX, clickY, line] : clicks) {
+    SCOPED_TRACE(std::to_string(clickX) + "," + std::to_string(clickY));
+    Drawn drawn = Draw({});
     const Raster before = drawn.Image.Pixels.Clone();
-    const GridRemoval removal = Remove(drawn, click.Direction, false, click.X, click.Y);
+    const GridRemoval removal = Remove(drawn, direction, false, clickX, clickY);
     EXPECT_EQ(removal.Lines, 1);
-    for (int y = 0; y < drawn.Image.Height(); ++y) {
-      for (int x = 0; x < drawn.Image.Width(); ++x) {
-        if (drawn.Image.Pixels.Row(y)[x] == before.Row(y)[x]) continue;
-        ASSERT_NEAR(click.Direction == GridDirection::Y ? y : x, click.Line, 2);
-      }
-    }
     EXPECT_GT(removal.Pixels, 250);
+    for (int y = 0; y < drawn.Image.Height(); ++y)
+      for (int x = 0; x < drawn.Image.Width(); ++x)
+        if (drawn.Image.Pixels.Row(y)[x] != before.Row(y)[x]) {
+          ASSERT_NEAR(direction == Y ? y : x, line, 2);
+        }
   }
 }
 
@@ -506,18 +460,15 @@ TEST(GridLines, DotsOfUnevenSizesGoUpToTheFrame) {
 }
 
 TEST(GridLines, UndoBringsEverythingBackAndASecondRunFindsNothingMore) {
-  Drawn drawn = Draw({.Name = "", .Grid = {.Thickness = 2}, .Degrees = 1});
-  const Raster before = drawn.Image.Pixels.Clone();
+  Drawn drawn = Draw({.Grid = {.Thickness = 2}, .Degrees = 1});
+  const auto before = PixelsOf(drawn.Image.Pixels);
   const GridRemoval first = Remove(drawn, GridDirection::Y);
-  const Raster after = drawn.Image.Pixels.Clone();
+  const auto after = PixelsOf(drawn.Image.Pixels);
   EXPECT_EQ(Remove(drawn, GridDirection::Y).Lines, 0);
   UndoEdit(drawn.Image);
-  for (std::size_t i = 0; i < before.PixelCount(); ++i)
-    ASSERT_EQ(drawn.Image.Pixels.Pixels()[i], before.Pixels()[i]);
-  const GridRemoval again = Remove(drawn, GridDirection::Y);
-  EXPECT_EQ(again.Pixels, first.Pixels);
-  for (std::size_t i = 0; i < before.PixelCount(); ++i)
-    ASSERT_EQ(drawn.Image.Pixels.Pixels()[i], after.Pixels()[i]);
+  EXPECT_TRUE(PixelsOf(drawn.Image.Pixels) == before);
+  EXPECT_EQ(Remove(drawn, GridDirection::Y).Pixels, first.Pixels);
+  EXPECT_TRUE(PixelsOf(drawn.Image.Pixels) == after);
 }
 
 TEST(GridLines, FindingNothingKeepsTheLastUndoAndTheMarks) {
@@ -546,18 +497,17 @@ TEST(GridLines, FindingNothingKeepsTheLastUndoAndTheMarks) {
 }
 
 TEST(GridLines, MarksNeitherHideALineNorCountAsOne) {
-  Drawn marked = Draw({.Name = ""}), plain = Draw({.Name = ""});
+  Drawn marked = Draw({}), plain = Draw({});
   DrawLine(marked.Image, 0, 96, 569, 96, MakeColour(255, 255, 0));  // over a grid line
   DrawLine(marked.Image, 61, 120, 539, 120, kBlack);
   EXPECT_EQ(Remove(marked, GridDirection::Y).Lines, 5);
   EXPECT_EQ(Remove(plain, GridDirection::Y).Lines, 5);
   EXPECT_TRUE(marked.Image.Marks.empty());
-  for (std::size_t i = 0; i < plain.WithoutGrid.PixelCount(); ++i)
-    ASSERT_EQ(marked.Image.Pixels.Pixels()[i], plain.Image.Pixels.Pixels()[i]);
+  EXPECT_TRUE(PixelsOf(marked.Image.Pixels) == PixelsOf(plain.Image.Pixels));
 }
 
 TEST(GridLines, EscapeStopsAndWhatIsRemovedByThenIsOneUndoStep) {
-  const Scene scene{.Name = "", .Grid = {.Thickness = 2}};
+  const Scene scene{.Grid = {.Thickness = 2}};
   int stopped = 0;
   bool partly = false;
   for (int questions = 0; questions < 400; questions += 3) {
@@ -577,15 +527,14 @@ TEST(GridLines, EscapeStopsAndWhatIsRemovedByThenIsOneUndoStep) {
     partly = partly || (removal.Lines > 0 && removal.Lines < 5);
     EXPECT_EQ(status.Status.substr(0, 9), "Stopped: ");
     UndoEdit(drawn.Image);
-    for (std::size_t i = 0; i < before.PixelCount(); ++i)
-      ASSERT_EQ(drawn.Image.Pixels.Pixels()[i], before.Pixels()[i]) << questions;
+    ASSERT_TRUE(PixelsOf(drawn.Image.Pixels) == PixelsOf(before)) << questions;
   }
   EXPECT_GT(stopped, 5);
   EXPECT_TRUE(partly);
 }
 
 TEST(GridLines, TellsWhatItDoesAndHowFarItIs) {
-  Drawn drawn = Draw({.Name = ""});
+  Drawn drawn = Draw({});
   ScriptedDesktop desktop;
   StatusBar status;
   int last = 0;
@@ -604,7 +553,7 @@ TEST(GridLines, TellsWhatItDoesAndHowFarItIs) {
 }
 
 TEST(GridLines, OnlyExactlyBlackPixelsAreLines) {
-  Drawn drawn = Draw({.Name = "", .Curve = nullptr});
+  Drawn drawn = Draw({.Curve = nullptr});
   for (std::size_t i = 0; i < drawn.Image.Pixels.PixelCount(); ++i) {
     std::uint32_t& pixel = drawn.Image.Pixels.Pixels()[i];
     if (IsBlackPixel(pixel)) pixel = 0xff000001u;
@@ -645,7 +594,7 @@ TEST(GridLines, UnsuitableInputIsRefusedInPlainWords) {
   EXPECT_EQ(RemoveGridLines(none, complete, desktop, status, GridDirection::X, true, 0, 0).Lines,
             0);
 
-  Drawn drawn = Draw({.Name = ""});
+  Drawn drawn = Draw({});
   AxisCalibration incomplete = drawn.Calibration;
   incomplete.Defined[2] = false;
   desktop.ExpectMessage("define the axes");
@@ -657,21 +606,18 @@ TEST(GridLines, UnsuitableInputIsRefusedInPlainWords) {
 }
 
 TEST(GridLines, StrangePicturesAndCalibrationsDoNoHarm) {
-  struct Size {
-    int Width, Height;
-  };
-  for (const Size& size : {Size{1, 1}, {1, 300}, {300, 1}, {65, 64}, {2000, 3}}) {
+  for (const auto& [width, height] : {std::pair{1, 1}, {1, 300}, {300, 1}, {65, 64}, {2000, 3}}) {
     for (const std::uint32_t pixel : {kWhitePixel, kBlackPixel}) {
       for (const double degrees : {0.0, 44.0, -80.0}) {
         Drawn drawn;
-        SetPicture(drawn.Image, Raster::Filled(size.Width, size.Height, pixel));
+        SetPicture(drawn.Image, Raster::Filled(width, height, pixel));
         // The reference points lie outside most of these pictures.
         drawn.Calibration = PlotDrawing(560, 420, 60, 40, 530, 380, degrees).Calibration();
         for (const GridDirection direction : {GridDirection::X, GridDirection::Y}) {
           for (const bool all : {true, false}) {
             Remove(drawn, direction, all, -5, 9000);
             UndoEdit(drawn.Image);
-            EXPECT_EQ(drawn.Image.Pixels.Row(size.Height - 1)[size.Width - 1], pixel);
+            EXPECT_EQ(drawn.Image.Pixels.Row(height - 1)[width - 1], pixel);
           }
         }
       }
@@ -680,4 +626,4 @@ TEST(GridLines, StrangePicturesAndCalibrationsDoNoHarm) {
 }
 
 }  // namespace
-}  // namespace graphize
+}  // namespace graphize::test

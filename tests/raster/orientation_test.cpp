@@ -7,27 +7,23 @@
 #include "raster/transparency.h"
 #include "support/picture_bytes.h"
 
-namespace graphize {
+namespace graphize::test {
 namespace {
 
-using test::MakeRaster;
-using test::PixelsOf;
-
 TEST(RasterOrientation, EachOfTheEightIsTurnedUpright) {
-  struct Case {
-    int Orientation, Width;
-    std::vector<std::uint32_t> Pixels;
+  using Pixels = std::vector<std::uint32_t>;
+  const std::tuple<int, int, Pixels> cases[] = {
+      // orientation, width, pixels
+      {0, 3, Pixels{1, 2, 3, 4, 5, 6}}, {1, 3, Pixels{1, 2, 3, 4, 5, 6}},
+      {2, 3, Pixels{3, 2, 1, 6, 5, 4}}, {3, 3, Pixels{6, 5, 4, 3, 2, 1}},
+      {4, 3, Pixels{4, 5, 6, 1, 2, 3}}, {5, 2, Pixels{1, 4, 2, 5, 3, 6}},
+      {6, 2, Pixels{4, 1, 5, 2, 6, 3}}, {7, 2, Pixels{6, 3, 5, 2, 4, 1}},
+      {8, 2, Pixels{3, 6, 2, 5, 1, 4}}, {9, 3, Pixels{1, 2, 3, 4, 5, 6}},
   };
-  const Case cases[] = {
-      {0, 3, {1, 2, 3, 4, 5, 6}}, {1, 3, {1, 2, 3, 4, 5, 6}}, {2, 3, {3, 2, 1, 6, 5, 4}},
-      {3, 3, {6, 5, 4, 3, 2, 1}}, {4, 3, {4, 5, 6, 1, 2, 3}}, {5, 2, {1, 4, 2, 5, 3, 6}},
-      {6, 2, {4, 1, 5, 2, 6, 3}}, {7, 2, {6, 3, 5, 2, 4, 1}}, {8, 2, {3, 6, 2, 5, 1, 4}},
-      {9, 3, {1, 2, 3, 4, 5, 6}},
-  };
-  for (const Case& c : cases) {
-    const Raster upright = ApplyOrientation(MakeRaster(3, 2, {1, 2, 3, 4, 5, 6}), c.Orientation);
-    EXPECT_EQ(upright.Width(), c.Width) << c.Orientation;
-    EXPECT_EQ(PixelsOf(upright), c.Pixels) << c.Orientation;
+  for (const auto& [orientation, width, pixels] : cases) {
+    const Raster upright = ApplyOrientation(MakeRaster(3, 2, {1, 2, 3, 4, 5, 6}), orientation);
+    EXPECT_EQ(upright.Width(), width) << orientation;
+    EXPECT_EQ(PixelsOf(upright), pixels) << orientation;
   }
 }
 
@@ -55,4 +51,4 @@ TEST(Transparency, ClearPixelsShowWhitePaper) {
 }
 
 }  // namespace
-}  // namespace graphize
+}  // namespace graphize::test

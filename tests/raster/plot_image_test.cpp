@@ -6,11 +6,9 @@
 
 #include "support/ascii_picture.h"
 
-namespace graphize {
+namespace graphize::test {
 namespace {
 
-using test::MakePlotImage;
-using test::Show;
 using Rows = std::vector<std::string>;
 
 TEST(PlotImage, ReadsOutsideAreNoColourAndWritesOutsideChangeNothing) {
@@ -83,32 +81,18 @@ TEST(PlotImage, EditsBecomeTheBasePictureAndTheLastOneCanBeUndone) {
 }
 
 TEST(PlotImage, ShapesHaveTheirCornersAndWidths) {
-  struct Case {
-    const char* name;
-    void (*draw)(PlotImage&);
-    Rows expected;
-  };
-  const Case cases[] = {
-      {"outline",
-       [](PlotImage& i) { DrawBox(i, 4, 3, 1, 1, kBlack, false); },
-       {"......", ".####.", ".#..#.", ".####.", "......"}},
-      {"dot 1",
-       [](PlotImage& i) { DrawDot(i, 2, 2, 1, kBlack); },
-       {"......", "......", "..#...", "......", "......"}},
-      {"dot 3",
-       [](PlotImage& i) { DrawDot(i, 2, 2, 3, kBlack); },
-       {"......", ".###..", ".###..", ".###..", "......"}},
-      {"dot 4",
-       [](PlotImage& i) { DrawDot(i, 2, 2, 4, kBlack); },
-       {".##...", "####..", "####..", ".##...", "......"}},
-      {"steep line",
-       [](PlotImage& i) { DrawLine(i, 1, 0, 2, 3, kBlack); },
-       {".#....", ".#....", "..#...", "..#...", "......"}},
-  };
-  for (const Case& c : cases) {
+  using Image = PlotImage&;
+  const std::pair<void (*)(PlotImage&), const char*> cases[] = {
+      {[](Image i) { DrawBox(i, 4, 3, 1, 1, kBlack, false); },
+       "...... .####. .#..#. .####. ......"},
+      {[](Image i) { DrawDot(i, 2, 2, 1, kBlack); }, "...... ...... ..#... ...... ......"},
+      {[](Image i) { DrawDot(i, 2, 2, 3, kBlack); }, "...... .###.. .###.. .###.. ......"},
+      {[](Image i) { DrawDot(i, 2, 2, 4, kBlack); }, ".##... ####.. ####.. .##... ......"},
+      {[](Image i) { DrawLine(i, 1, 0, 2, 3, kBlack); }, ".#.... .#.... ..#... ..#... ......"}};
+  for (const auto& [draw, expected] : cases) {
     PlotImage image = MakePlotImage(Rows(5, "......"));
-    c.draw(image);
-    EXPECT_EQ(Show(image), c.expected) << c.name;
+    draw(image);
+    EXPECT_EQ(Show(image), RowsOf(expected));
   }
 }
 
@@ -152,7 +136,7 @@ TEST(PlotImage, ANewPictureDropsMarksAndUndo) {
   SetPixel(image, 0, 0, kWhite);
   BeginEdit(image);
   EditPixel(image, 1, 0, kWhite);
-  SetPicture(image, test::Draw({"#", "#", "#"}));
+  SetPicture(image, Draw({"#", "#", "#"}));
   EXPECT_EQ(image.Width(), 1);
   EXPECT_EQ(image.Height(), 3);
   ClearMarks(image);
@@ -162,4 +146,4 @@ TEST(PlotImage, ANewPictureDropsMarksAndUndo) {
 }
 
 }  // namespace
-}  // namespace graphize
+}  // namespace graphize::test

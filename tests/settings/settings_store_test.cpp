@@ -114,11 +114,7 @@ TEST(SettingsStore, SwitchesAreOnForAnyOtherNumber) {
 }
 
 TEST(SettingsStore, NumbersThatDoNotFitGiveTheDefaultAndANote) {
-  struct Case {
-    const char* Line;
-    int Value;
-    bool Noted;
-  };
+  using Case = std::tuple<const char*, int, bool>;  // the value's text, read as, noted
   const Case xJump[] = {{"32767", 32767, false},   {"32768", 50, true},
                         {"-32768", -32768, false}, {"-32769", 50, true},
                         {"65586", 50, true},       {"99999999999999999999", 50, true},
@@ -176,19 +172,16 @@ TEST(WindowPlacement, DefaultsArePartsOfTheScreenInTwips) {
 
 TEST(WindowPlacement, WhatTheFileLacksOrCannotMeanIsTakenFromTheDefaults) {
   const WindowPlacement defaults{1, 2, 300, 400, WindowState::Maximised};
-  struct Case {
-    const char* Lines;
-    std::vector<int> Expected;
-    std::size_t Notes;
-  };
-  const Case cases[] = {
-      {"", {1, 2, 300, 400, 2}, 0},
-      {"WindowTop=-7\nWINDOWLEFT = 8\n", {-7, 8, 300, 400, 2}, 0},
-      {"WindowState=1\nWindowWidth=15\nWindowHeight=491505", {1, 2, 15, 491505, 1}, 0},
-      {"WindowTop=top\nWindowWidth=wide\nWindowState=max", {0, 2, 300, 400, 0}, 1},
-      {"WindowWidth=14\nWindowHeight=-600\nWindowState=3", {1, 2, 300, 400, 2}, 3},
-      {"WindowTop=491506\nWindowLeft=-491506\nWindowState=-1", {1, 2, 300, 400, 2}, 3},
-      {"WindowTop=99999999999\nWindowHeight=99999999999999999999", {1, 2, 300, 400, 2}, 2},
+  using Ints = std::vector<int>;
+  const std::tuple<const char*, Ints, std::size_t> cases[] = {
+      // lines, read as, notes
+      {"", Ints{1, 2, 300, 400, 2}, 0},
+      {"WindowTop=-7\nWINDOWLEFT = 8\n", Ints{-7, 8, 300, 400, 2}, 0},
+      {"WindowState=1\nWindowWidth=15\nWindowHeight=491505", Ints{1, 2, 15, 491505, 1}, 0},
+      {"WindowTop=top\nWindowWidth=wide\nWindowState=max", Ints{0, 2, 300, 400, 0}, 1},
+      {"WindowWidth=14\nWindowHeight=-600\nWindowState=3", Ints{1, 2, 300, 400, 2}, 3},
+      {"WindowTop=491506\nWindowLeft=-491506\nWindowState=-1", Ints{1, 2, 300, 400, 2}, 3},
+      {"WindowTop=99999999999\nWindowHeight=99999999999999999999", Ints{1, 2, 300, 400, 2}, 2},
   };
   for (const auto& [lines, expected, noted] : cases) {
     Notes notes;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <fstream>
 #include <map>
+#include <regex>
 #include <string_view>
 #include <utility>
 
@@ -16,17 +17,14 @@ using Levels = std::map<std::string, int>;
 
 /// Reads the lines "| 2 | `raster/` | ... |".
 Levels ReadLevels(const fs::path& readme, std::vector<std::string>& broken) {
+  static const std::regex kLevel(R"(\| (\d+) \| `(\w+)/` \|.*)");
   Levels levels;
   std::ifstream file(readme);
-  for (std::string line; std::getline(file, line);) {
-    const std::size_t open = line.find("| `"), close = line.find("/` |");
-    if (!line.starts_with("| ") || line.size() < 3 || open == std::string::npos ||
-        close == std::string::npos || line[2] < '0' || line[2] > '9')
-      continue;
-    const std::string folder = line.substr(open + 3, close - open - 3);
-    if (!levels.emplace(folder, std::stoi(line.substr(2))).second)
-      broken.push_back("src/README.md: two levels for " + folder + "/");
-  }
+  std::smatch match;
+  for (std::string line; std::getline(file, line);)
+    if (std::regex_match(line, match, kLevel) &&
+        !levels.emplace(match.str(2), std::stoi(match.str(1))).second)
+      broken.push_back("src/README.md: two levels for " + match.str(2) + "/");
   if (levels.empty()) broken.push_back("src/README.md: no table of levels");
   return levels;
 }
@@ -44,19 +42,11 @@ std::string FolderOf(const fs::path& path) {
   return folder != "app" && EndsLikeWidget(path.stem().string()) ? "widgets" : folder;
 }
 
-/// "#include" with what follows, its delimiters included; empty for any other line.
-std::string_view IncludeOf(std::string_view line) {
-  const auto skip = [&](std::string_view word) {
-    const std::size_t at = line.find_first_not_of(" \t");
-    if (at == std::string_view::npos || !line.substr(at).starts_with(word)) return false;
-    line.remove_prefix(at + word.size());
-    return true;
-  };
-  if (!skip("#") || !skip("include")) return {};
-  line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
-  if (line.empty()) return {};
-  const std::size_t end = line.find(line[0] == '<' ? '>' : '"', 1);
-  return end == std::string_view::npos ? line : line.substr(0, end + 1);
+/// What follows "#include", its delimiters included; empty for any other line.
+std::string IncludeOf(const std::string& line) {
+  static const std::regex kInclude(R"re(\s*#\s*include\s*(<[^>]*>|"[^"]*"|.*).*)re");
+  std::smatch match;
+  return std::regex_match(line, match, kInclude) ? match.str(1) : "";
 }
 
 bool IsStandard(std::string_view header) {
@@ -124,7 +114,7 @@ void CheckFile(const fs::path& root, const Levels& levels, const fs::path& path,
   std::ifstream file(root / name);
   std::string line;
   for (int number = 1; std::getline(file, line); ++number) {
-    const std::string_view include = IncludeOf(line);
+    const std::string include = IncludeOf(line);
     if (include.empty()) continue;
     std::string wrong = "neither <> nor \"\"";
     if (include.size() > 2 && include.back() == '>')
@@ -132,8 +122,7 @@ void CheckFile(const fs::path& root, const Levels& levels, const fs::path& path,
     else if (include.size() > 2 && include.front() == '"')
       wrong = CheckOwn(root, levels, path, isTest, include.substr(1, include.size() - 2));
     if (!wrong.empty())
-      broken.push_back(name + ":" + std::to_string(number) + ": " + std::string(include) + ": " +
-                       wrong);
+      broken.push_back(name + ":" + std::to_string(number) + ": " + include + ": " + wrong);
   }
 }
 

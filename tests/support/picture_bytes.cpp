@@ -111,18 +111,17 @@ std::string MakeTif(int width, int height, int photometric, int orientation,
                     const std::string& samples, const std::string& palette) {
   const auto number = [](std::size_t n) { return static_cast<std::uint32_t>(n); };
   const std::uint32_t perPixel = photometric == 5 ? 4 : photometric == 3 ? 1 : 3;
-  std::vector<std::pair<std::uint32_t, std::uint32_t>> tags = {
-      {256, number(width)},
-      {257, number(height)},
-      {258, 8},
-      {259, 1},
-      {262, number(photometric)},
-      {273, 8},
-      {274, number(orientation)},
-      {277, perPixel},
-      {278, number(height)},
-      {279, number(samples.size())},
-  };
+  const std::uint32_t w = number(width), h = number(height), count = number(samples.size());
+  std::vector<std::pair<std::uint32_t, std::uint32_t>> tags = {{256, w},
+                                                               {257, h},
+                                                               {258, 8},
+                                                               {259, 1},
+                                                               {262, number(photometric)},
+                                                               {273, 8},
+                                                               {274, number(orientation)},
+                                                               {277, perPixel},
+                                                               {278, h},
+                                                               {279, count}};
   const std::size_t end = 8 + samples.size() + 2 + 12 * 11 + 4;
   if (!palette.empty()) tags.emplace_back(320, number(end));
   std::string bytes = "II" + LowFirst(42, 2) + LowFirst(number(8 + samples.size()), 4) + samples +
@@ -183,44 +182,36 @@ std::string GifOnScreen() {
 
 std::string PngWithOpacity() {
   return FromHex(
-      "89504e470d0a1a0a0000000d49484452000000030000000108060000001be014b40000001349444154789c636000"
-      "82"
-      "ff0c0c0d8c4cccff010b940285756fd60c0000000049454e44ae426082");
+      "89504e470d0a1a0a0000000d49484452000000030000000108060000001be014b40000001349444154789c63"
+      "600082ff0c0c0d8c4cccff010b940285756fd60c0000000049454e44ae426082");
 }
 
 std::string PngWithClearColour() {
   return FromHex(
-      "89504e470d0a1a0a0000000d49484452000000030000000108030000002c3ee48600000009504c54450000000909"
-      "09"
-      "ffffffd4cab3e10000000274524e5300809b2b4e180000000c49444154789c6360606402000008000436e0b0a600"
-      "00"
-      "000049454e44ae426082");
+      "89504e470d0a1a0a0000000d49484452000000030000000108030000002c3ee48600000009504c5445000000"
+      "090909ffffffd4cab3e10000000274524e5300809b2b4e180000000c49444154789c63606064020000080004"
+      "36e0b0a60000000049454e44ae426082");
 }
 
 std::string PngOf16Bits() {
   return FromHex(
-      "89504e470d0a1a0a0000000d49484452000000030000000110000000006e1b972b0000000f49444154789c636060"
-      "68"
-      "686064000003890102726d5d790000000049454e44ae426082");
+      "89504e470d0a1a0a0000000d49484452000000030000000110000000006e1b972b0000000f49444154789c63"
+      "606068686064000003890102726d5d790000000049454e44ae426082");
 }
 
 std::string WebP() {
   return FromHex(
-      "5249464626000000574542505650384c1a0000002f0fc001000f30fff33ffff31f5a100b26f397ee4c21a2ffa10"
-      "3");
+      "5249464626000000574542505650384c1a0000002f0fc001000f30fff33ffff31f5a100b26f397ee4c21a2ff"
+      "a103");
 }
 
 std::string CmykJpg() {
   return FromHex(
-      "ffd8ffe000104a46494600010101004800480000ffee000e41646f626500640000000000ffdb004300100b0c0e0c"
-      "0a"
-      "100e0d0e1211101318281a181616183123251d283a333d3c3933383740485c4e404457453738506d51575f626768"
-      "67"
-      "3e4d71797064785c656763ffc000140800080010044311004d11005911004b1100ffc40016000101010000000000"
-      "00"
-      "00000000000000070008ffc40014100100000000000000000000000000000000ffda000e0443004d0059004b0000"
-      "3f"
-      "00401f8fc809a01a013fffd9");
+      "ffd8ffe000104a46494600010101004800480000ffee000e41646f626500640000000000ffdb004300100b0c"
+      "0e0c0a100e0d0e1211101318281a181616183123251d283a333d3c3933383740485c4e404457453738506d51"
+      "575f626768673e4d71797064785c656763ffc000140800080010044311004d11005911004b1100ffc4001600"
+      "01010100000000000000000000000000070008ffc40014100100000000000000000000000000000000ffda00"
+      "0e0443004d0059004b00003f00401f8fc809a01a013fffd9");
 }
 
 std::vector<std::uint32_t> PixelsOf(const Raster& picture) {

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <numbers>
 #include <random>
+#include <string_view>
 
 namespace graphize::test {
 
@@ -49,36 +50,18 @@ std::vector<double> Steps(int count) {
   return steps;
 }
 
-/// Seven rows of five dots.
-const char* Glyph(char c) {
-  switch (c) {
-    case '0':
-      return "01110100011000110001100011000101110";
-    case '1':
-      return "00100011000010000100001000010001110";
-    case '2':
-      return "01110100010000100110010001000011111";
-    case '3':
-      return "01110100010000100110000011000101110";
-    case '4':
-      return "00010001100101010010111110001000010";
-    case '5':
-      return "11111100001111000001000011000101110";
-    case '6':
-      return "01110100001000011110100011000101110";
-    case '7':
-      return "11111000010001000100010000100001000";
-    case '8':
-      return "01110100011000101110100011000101110";
-    case '9':
-      return "01110100011000101111000010000101110";
-    case '-':
-      return "00000000000000011111000000000000000";
-    case '.':
-      return "00000000000000000000000000110001100";
-    default:
-      return "00000000000000000000000000000000000";
-  }
+/// Seven rows of five dots each; none for what is no digit, minus or point.
+std::string_view Glyph(char c) {
+  static constexpr std::string_view kCharacters = "0123456789-.";
+  static constexpr std::string_view kGlyphs[] = {
+      "01110100011000110001100011000101110", "00100011000010000100001000010001110",
+      "01110100010000100110010001000011111", "01110100010000100110000011000101110",
+      "00010001100101010010111110001000010", "11111100001111000001000011000101110",
+      "01110100001000011110100011000101110", "11111000010001000100010000100001000",
+      "01110100011000101110100011000101110", "01110100011000101111000010000101110",
+      "00000000000000011111000000000000000", "00000000000000000000000000110001100"};
+  const std::size_t at = kCharacters.find(c);
+  return at == kCharacters.npos ? "" : kGlyphs[at];
 }
 
 }  // namespace
@@ -188,8 +171,8 @@ void PlotDrawing::Box(PixelPosition centre, double side, const Stroke& stroke) {
 
 void PlotDrawing::Digits(PixelPosition at, const std::string& text, double dot) {
   for (std::size_t i = 0; i < text.size(); ++i) {
-    const char* glyph = Glyph(text[i]);
-    for (int k = 0; k < 35; ++k) {
+    const std::string_view glyph = Glyph(text[i]);
+    for (int k = 0; k < static_cast<int>(glyph.size()); ++k) {
       if (glyph[k] != '1') continue;
       const auto x0 = static_cast<int>(at.X + dot * (static_cast<double>(i) * 6 + k % 5));
       const auto y0 = static_cast<int>(at.Y + dot * (k / 5));

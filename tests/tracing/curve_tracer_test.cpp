@@ -17,13 +17,9 @@
 #include "tracing/scan.h"
 #include "tracing/smooth_tracer.h"
 
-namespace graphize {
+namespace graphize::test {
 namespace {
 
-using test::ExpectTraces;
-using test::ExtractionRecords;
-using test::ScriptedDesktop;
-using test::Tracer;
 using Rows = std::vector<std::string>;
 constexpr Tracer kTracers[] = {TraceNew, TraceSmooth};
 
@@ -194,10 +190,10 @@ TEST(CurveTracer, MarksWhatItEmitsAndCapturesOnlyWithTheCaptureButton) {
     records.Check(checked, false, false);
     TraceNew(records.With(desktop), 0, 3);
     EXPECT_EQ(records.Store.CaptureCount, captured) << name;
-    EXPECT_EQ(test::Show(records.Image)[3], row) << name;
+    EXPECT_EQ(Show(records.Image)[3], row) << name;
     EXPECT_EQ(records.Commands.Data, captured > 0) << name;
     ClearMarks(records.Image);
-    EXPECT_EQ(test::Show(records.Image), line) << name;
+    EXPECT_EQ(Show(records.Image), line) << name;
   }
 }
 
@@ -359,7 +355,7 @@ TEST(CurveTracer, MarksThatHideTheCurveAreTold) {
   for (const Tracer tracer : kTracers) {
     for (const auto& [picture, earlier, blocker, start, told] : cases) {
       const ScriptedDesktop desktop;
-      ExtractionRecords records(test::RowsOf(picture));
+      ExtractionRecords records(RowsOf(picture));
       records.Control.Yrange = "1";
       if (earlier) tracer(records.With(desktop), earlier->first, earlier->second);
       BlockerList blockers;
@@ -413,4 +409,4 @@ TEST(CurveTracer, ColumnsStrictlyIncrease) {
 }
 
 }  // namespace
-}  // namespace graphize
+}  // namespace graphize::test

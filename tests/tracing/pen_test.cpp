@@ -7,12 +7,9 @@
 #include "base/run_time_error.h"
 #include "support/ascii_picture.h"
 
-namespace graphize {
+namespace graphize::test {
 namespace {
 
-using test::MakePlotImage;
-using test::RowsOf;
-using test::Show;
 using Rows = std::vector<std::string>;
 
 TEST(Pen, DrawsAndErasesAlongItsPathAsOneStepOfUndo) {
@@ -113,4 +110,4 @@ TEST(Pen, TheNextPressIsTheNextStep) {
 }
 
 }  // namespace
-}  // namespace graphize
+}  // namespace graphize::test

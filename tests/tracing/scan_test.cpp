@@ -10,12 +10,9 @@
 #include "support/extraction_records.h"
 #include "support/scripted_desktop.h"
 
-namespace graphize {
+namespace graphize::test {
 namespace {
 
-using test::ExtractionRecords;
-using test::RowsOf;
-using test::ScriptedDesktop;
 using Rows = std::vector<std::string>;
 
 /// A rectangle whose shrunken inside is the given columns and rows.
@@ -70,7 +67,7 @@ TEST(Scan, MarksAndCapturesTheBlackPixelsOnTheGrid) {
     records.Control.Yrange = stepY;
     Scan(records.With(desktop), rectangle);
     EXPECT_EQ(records.Captured(), captured) << name;
-    EXPECT_EQ(test::Show(records.Image), RowsOf(shown)) << name;
+    EXPECT_EQ(Show(records.Image), RowsOf(shown)) << name;
     EXPECT_EQ(records.Store.NPoints, records.Store.CaptureCount) << name;
     if (boxes) {
       EXPECT_EQ(records.Control.Xrange + " " + records.Control.Yrange, boxes) << name;
@@ -110,9 +107,9 @@ TEST(Scan, FindsWhatAPlainWalkFindsInTheSameOrder) {
     fast.Control.Yrange = std::to_string(stepY);
     Scan(fast.With(desktop), rectangle);
     ASSERT_EQ(fast.Captured(), WalkPlainly(slow.Image, rectangle, stepX, stepY)) << round;
-    ASSERT_EQ(test::Show(fast.Image), test::Show(slow.Image)) << round;
+    ASSERT_EQ(Show(fast.Image), Show(slow.Image)) << round;
     ClearMarks(fast.Image);
-    ASSERT_EQ(test::Show(fast.Image), picture) << round;
+    ASSERT_EQ(Show(fast.Image), picture) << round;
   }
 }
 
@@ -241,7 +238,7 @@ TEST(Scan, EscapeAndAFullStoreEndTheCapturing) {
     full.Store.MaxPoints = static_cast<std::int16_t>(capacity);
     Scan(full.With(asked), Around(0, 0, 3, 1));
     EXPECT_EQ(full.Store.CaptureCount, capacity);
-    EXPECT_EQ(test::Show(full.Image), (Rows{"????", "????"}));
+    EXPECT_EQ(Show(full.Image), (Rows{"????", "????"}));
   }
 }
 
@@ -261,7 +258,7 @@ TEST(Scan, WhatItDidIsToldAndOnlyTheCaptureButtonCaptures) {
     EXPECT_EQ(records.Status.Status, told) << pixel << capture << escapeAfter;
     EXPECT_EQ(records.Store.CaptureCount, captured);
     EXPECT_EQ(records.Store.NPoints, captured);
-    EXPECT_EQ(test::Show(records.Image), Rows{shown});
+    EXPECT_EQ(Show(records.Image), Rows{shown});
   }
 }
 
@@ -279,4 +276,4 @@ TEST(Scan, WhatItCannotDoIsToldBeforeAnythingChanges) {
 }
 
 }  // namespace
-}  // namespace graphize
+}  // namespace graphize::test

@@ -10,10 +10,8 @@
 #include "support/plot_drawing.h"
 #include "support/trace_cases.h"
 
-namespace graphize {
+namespace graphize::test {
 namespace {
-
-using test::ExpectTraces;
 
 TEST(SmoothTracer, EmitsTheMeanRowAndTheEdgesBesideTheStroke) {
   ExpectTraces(
@@ -81,22 +79,22 @@ TEST(SmoothTracer, DotsThatCrossAreNotFollowedOverAHole) {
 }
 
 TEST(SmoothTracer, ACurveIsKeptWhereOthersCrossIt) {
-  std::vector<std::pair<double, test::Stroke>> others;  // slopes in rows per column
+  std::vector<std::pair<double, Stroke>> others;  // slopes in rows per column
   for (const double slope : {-30.0, -6.0, -2.0, -0.7, 1.2, 3.0, 9.0})
     for (const double thickness : {1.0, 2.0})
       for (const double gap : {0.0, 2.0})
         others.push_back({slope, {.Thickness = thickness, .Dash = 3, .Gap = gap}});
   for (const auto& [slope, other] : others) {
     for (const double thickness : {1.0, 2.0, 4.0}) {
-      test::PlotDrawing drawing(240, 200, 0, 0, 239, 199);
+      PlotDrawing drawing(240, 200, 0, 0, 239, 199);
       const auto row = [](double x) { return 80.2 + 0.16 * x; };
       drawing.Polyline({{4, row(4)}, {230, row(230)}}, {.Thickness = thickness});
       const double dx = 90 / std::abs(slope), dy = std::copysign(90, slope);
       drawing.Polyline({{120 - dx, row(120) - dy}, {120 + dx, row(120) + dy}}, other);
       PlotImage image;
       SetPicture(image, drawing.Picture());
-      test::ExtractionRecords records(std::move(image));
-      const test::ScriptedDesktop desktop;
+      ExtractionRecords records(std::move(image));
+      const ScriptedDesktop desktop;
       TraceSmooth(records.With(desktop), 4, 81);
       const PointStore& store = records.Store;
       EXPECT_GE(store.CaptureX[store.CaptureCount], 229);
@@ -113,8 +111,8 @@ TEST(SmoothTracer, ACurveIsKeptWhereOthersCrossIt) {
 
 /// A plot in which a line is traced from its first point, and what comes out beside the truth.
 struct TracedLine {
-  test::PlotDrawing Drawing{300, 220, 20, 15, 270, 195};
-  std::vector<test::PixelPosition> Line;
+  PlotDrawing Drawing{300, 220, 20, 15, 270, 195};
+  std::vector<PixelPosition> Line;
   std::optional<int> EmptyRow = std::nullopt;  // lost in the scan
   const char* XIncrement = "2";
 
@@ -123,9 +121,9 @@ struct TracedLine {
     if (EmptyRow) std::fill_n(picture.Row(*EmptyRow), picture.Width(), kWhitePixel);
     PlotImage image;
     SetPicture(image, std::move(picture));
-    test::ExtractionRecords records(std::move(image));
+    ExtractionRecords records(std::move(image));
     records.Control.Xrange = XIncrement;
-    const test::ScriptedDesktop desktop;
+    const ScriptedDesktop desktop;
     const auto single = [](double at) { return static_cast<float>(std::lround(at)); };
     TraceSmooth(records.With(desktop), single(Line.front().X), single(Line.front().Y));
     const PointStore& store = records.Store;
@@ -160,7 +158,7 @@ TEST(SmoothTracer, ALineIsFollowedToItsEndAndNoFarther) {
     TracedLine symbols;
     symbols.Line = {{30, 60}, {60, 150}, {90, 40}, {130, 30}, {150, 170}, {200, 100}, {220, 20}};
     symbols.Drawing.Polyline(symbols.Line, {});
-    for (const test::PixelPosition& at : symbols.Line) {
+    for (const PixelPosition& at : symbols.Line) {
       if (at.X == symbols.Line.back().X) break;
       if (kind < 2) symbols.Drawing.Disc(at, 6 + 5 * kind);
       if (kind == 2) symbols.Drawing.Box(at, 9, {});
@@ -191,4 +189,4 @@ TEST(SmoothTracer, ALineIsFollowedToItsEndAndNoFarther) {
 }
 
 }  // namespace
-}  // namespace graphize
+}  // namespace graphize::test
