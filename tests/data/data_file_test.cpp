@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <sstream>
 #include <system_error>
+#include <tuple>
 
 #include "base/run_time_error.h"
 #include "data/list_edit.h"
@@ -17,44 +18,33 @@ namespace graphize::test {
 namespace {
 
 TEST(DataFile, HoldsTheTitleAndOneLinePerRow) {
-  struct Case {
-    const char* name;
-    const char* title;
-    RowList points;
-    NumberFormats formats;
-    bool decimalPoint;
-    const char* expected;
-  };
-  const Case cases[] = {
-      {"default",
-       "run 1",
+  const NumberFormats blank{"0.00000", "0.00000", " "}, semicolon{"0.0", "0.0", ";"},
+      comma{"0.0", "0.0", ","};
+  // Title, points, formats, decimal point, the file.
+  const std::tuple<const char*, RowList, NumberFormats, bool, const char*> cases[] = {
+      {"run 1",
        {{1, 2.5f}, {2, 3.75f}},
        {},
        true,
        "run 1\r\n1.00000E+00\t2.50000E+00\r\n2.00000E+00\t3.75000E+00\r\n"},
-      {"no title", "", {{12.5f, 3}}, {"0.00000", "0.00000", " "}, true, "12.50000 3.00000\r\n"},
-      {"title in any letters",
-       "Größe\tb",
-       {{1, -2}},
-       {"0.0", "0.0", ";"},
-       false,
-       "Größe\tb\r\n1,0;-2,0\r\n"},
-      {"comma twice", "", {{1, 2}}, {"0.0", "0.0", ","}, false, "1,0,2,0\r\n"},
-      {"nothing", "", {}, {}, true, ""},
+      {"", {{12.5f, 3}}, blank, true, "12.50000 3.00000\r\n"},
+      {"Größe\tb", {{1, -2}}, semicolon, false, "Größe\tb\r\n1,0;-2,0\r\n"},
+      {"", {{1, 2}}, comma, false, "1,0,2,0\r\n"},
+      {"", {}, {}, true, ""},
   };
   const TemporaryFolder folder;
   const auto path = folder / "Kept Capitals.DAT";
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    const PointStore store = MakeStore(c.points);
-    WriteDataFile(path, DataFileText(c.title, store, c.formats, c.decimalPoint));
+  for (const auto& [title, points, formats, decimalPoint, expected] : cases) {
+    SCOPED_TRACE(expected);
+    const PointStore store = MakeStore(points);
+    WriteDataFile(path, DataFileText(title, store, formats, decimalPoint));
     const std::string bytes = BytesOf(path);
-    EXPECT_EQ(bytes, c.expected);
+    EXPECT_EQ(bytes, expected);
     // The clipboard has the same lines without title and last line end.
-    std::string lines = PointLines(store, c.formats, c.decimalPoint);
+    std::string lines = PointLines(store, formats, decimalPoint);
     EXPECT_FALSE(lines.ends_with("\n"));
     if (!lines.empty()) lines += "\r\n";
-    EXPECT_EQ((*c.title ? c.title + std::string("\r\n") : "") + lines, bytes);
+    EXPECT_EQ((*title ? title + std::string("\r\n") : "") + lines, bytes);
   }
   EXPECT_EQ(folder.Names(), std::vector<std::string>{"Kept Capitals.DAT"});
 }

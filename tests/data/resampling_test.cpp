@@ -6,6 +6,7 @@
 #include <cmath>
 #include <limits>
 #include <random>
+#include <tuple>
 
 #include "data/list_edit.h"
 #include "support/points.h"
@@ -26,13 +27,7 @@ void ExpectNear(const RowList& actual, const RowList& expected) {
 }
 
 TEST(ReSampleList, InterpolatesAtEvenSteps) {
-  struct Case {
-    const char* name;
-    RowList captured;
-    SamplePlan plan;
-    RowList expected;
-  };
-  const Case cases[] = {
+  const std::tuple<const char*, RowList, SamplePlan, RowList> cases[] = {
       {"in the middle", {{0, 0}, {10, 10}}, {3, 0, 10}, {{0, 0}, {5, 5}, {10, 10}}},
       {"both ends extended", {{0, 0}, {1, 1}, {2, 4}}, {3, -1, 5}, {{-1, -1}, {2, 4}, {5, 13}}},
       {"from high to low", {{0, 0}, {1, 1}, {2, 4}}, {3, 2, 0}, {{2, 4}, {1, 1}, {0, 0}}},
@@ -53,16 +48,16 @@ TEST(ReSampleList, InterpolatesAtEvenSteps) {
        {3, 0, 2},
        {{0, 0}, {1, 1}, {2, 2}}},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    PointStore store = MakeStore(c.captured);
-    EXPECT_EQ(ReSampleList(store, c.plan, false, ScriptedDesktop()), SampleEnd::Done);
-    ExpectNear(ListRows(store), c.expected);
-    EXPECT_EQ(CapturedRows(store), c.captured);
+  for (const auto& [name, captured, plan, expected] : cases) {
+    SCOPED_TRACE(name);
+    PointStore store = MakeStore(captured);
+    EXPECT_EQ(ReSampleList(store, plan, false, ScriptedDesktop()), SampleEnd::Done);
+    ExpectNear(ListRows(store), expected);
+    EXPECT_EQ(CapturedRows(store), captured);
     EXPECT_FALSE(store.ListIsCaptured);
     EXPECT_EQ(store.NPoints, store.ListCount);
     XY2List(store);
-    EXPECT_EQ(ListRows(store), c.captured);
+    EXPECT_EQ(ListRows(store), captured);
   }
 }
 
@@ -105,13 +100,7 @@ TEST(ReSampleList, FindsTheSegmentThatAPlainSearchFinds) {
 }
 
 TEST(ReSampleList, ABadPointEndsItWithTheRowsMadeUntilThen) {
-  struct Case {
-    const char* name;
-    RowList captured;
-    SamplePlan plan;
-    RowList rows;
-  };
-  const Case cases[] = {
+  const std::tuple<const char*, RowList, SamplePlan, RowList> cases[] = {
       {"one X", {{5, 0}, {5, 10}}, {3, 0, 10}, {}},
       {"one X, log Y", {{5, 1}, {5, 10}}, {3, 0, 10, false, true}, {}},
       {"one point", {{5, 0}}, {3, 0, 10}, {}},
@@ -133,15 +122,15 @@ TEST(ReSampleList, ABadPointEndsItWithTheRowsMadeUntilThen) {
       {"limits infinite", {{0, 0}, {1, 1}}, {3, 0, kInfinity}, {}},
       {"too large", {{0, 0}, {1, 3e38f}}, {3, 0, 2}, {{0, 0}, {1, 3e38f}}},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    PointStore store = MakeStore(c.captured);
+  for (const auto& [name, captured, plan, expected] : cases) {
+    SCOPED_TRACE(name);
+    PointStore store = MakeStore(captured);
     store.ListCount = 3;
-    EXPECT_EQ(ReSampleList(store, c.plan, false, ScriptedDesktop()), SampleEnd::BadPoint);
-    ExpectNear(ListRows(store), c.rows);
-    EXPECT_EQ(store.NPoints, static_cast<int>(c.rows.size()));
+    EXPECT_EQ(ReSampleList(store, plan, false, ScriptedDesktop()), SampleEnd::BadPoint);
+    ExpectNear(ListRows(store), expected);
+    EXPECT_EQ(store.NPoints, static_cast<int>(expected.size()));
     EXPECT_FALSE(store.ListIsCaptured);
-    EXPECT_EQ(CapturedRows(store), c.captured);
+    EXPECT_EQ(CapturedRows(store), captured);
   }
 }
 

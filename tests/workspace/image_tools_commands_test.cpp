@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "raster/black_white.h"
 #include "support/picture_bytes.h"
 #include "support/scripted_desktop.h"
@@ -71,41 +73,27 @@ TEST_F(ImageToolsCommands, TheWindowNeedsAPicture) {
 }
 
 TEST_F(ImageToolsCommands, EachStepIsTold) {
-  struct Case {
-    PictureTool Tool;
-    Texts InPalette, InTrueColour;
-  };
-  const char *raise = "Increasing color depth...", *reduce = "Reducing color depth...";
   using enum PictureTool;
-  const Case cases[] = {
-      {Blur,
-       {raise, "Bluring image...", reduce, "Bluring completed"},
-       {"Bluring image...", "Bluring completed"}},
-      {EdgeDetect,
-       {raise, "Detecting Edges...", reduce, "Detect Edges completed"},
-       {"Detecting Edges...", "Detect Edges completed"}},
-      {Negate,
-       {raise, "Negating...", reduce, "Negate completed"},
-       {"Negating...", "Negate completed"}},
-      {Sharpen,
-       {raise, "Sharpening Image...", reduce, "Sharpening completed"},
-       {"Sharpening Image...", "Sharpening completed"}},
-      {Soften,
-       {raise, "Softening Image...", reduce, "Softening completed"},
-       {"Softening Image...", "Softening completed"}},
-      {Resize,
-       {"Resizing Image...", "Resize completed"},
-       {"Resizing Image...", "Resize completed"}},
-      {Stretch, {"Stretching Image..."}, {"Stretching Image..."}},
-      {Rotate,
-       {raise, "Rotating Image...", reduce, "Rotate completed"},
-       {"Rotating Image...", "Rotate completed"}},
+  const std::tuple<PictureTool, const char*, const char*> cases[] = {
+      {Blur, "Bluring image...", "Bluring completed"},
+      {EdgeDetect, "Detecting Edges...", "Detect Edges completed"},
+      {Negate, "Negating...", "Negate completed"},
+      {Sharpen, "Sharpening Image...", "Sharpening completed"},
+      {Soften, "Softening Image...", "Softening completed"},
+      {Resize, "Resizing Image...", "Resize completed"},
+      {Stretch, "Stretching Image...", ""},
+      {Rotate, "Rotating Image...", "Rotate completed"},
   };
-  for (const Case& c : cases)
+  for (const auto& [tool, doing, done] : cases)
     for (bool manyColours : {false, true}) {
       Open(40, 30, manyColours);
-      Process(c.Tool, 120);
-      EXPECT_EQ(statuses, manyColours ? c.InTrueColour : c.InPalette);
+      Process(tool, 120);
+      Texts expected = {doing};
+      if (*done) expected.push_back(done);
+      // These two keep a palette by themselves.
+      if (!manyColours && tool != Resize && tool != Stretch)
+        expected = {"Increasing color depth...", doing, "Reducing color depth...", done};
+      EXPECT_EQ(statuses, expected);
     }
 }
 
