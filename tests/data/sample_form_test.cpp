@@ -14,7 +14,7 @@ namespace {
 
 constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
-constexpr const char* kBadCount = "\r\nError in sampling parameters\r\nSetting n=2";
+const std::string kBadCount = "\r\nError in sampling parameters\r\nSetting n=2";
 
 SampleForm Opened(const PointStore& store) {
   return OpenSample(store, ScriptedDesktop()).value();
@@ -112,7 +112,7 @@ TEST(SampleForm, TheCountGivesTheStep) {
       form.SampleXLog = log;
       form.Steps = steps;
       ScriptedDesktop desktop;
-      if (refused) desktop.ExpectMessage(std::string(refused) + kBadCount);
+      if (refused) desktop.ExpectMessage(refused + kBadCount);
       if (button)
         EXPECT_TRUE(CalculateStep(form, store, desktop));
       else
@@ -148,7 +148,7 @@ TEST(SampleForm, ATypedStepGivesTheCount) {
     // A change of the range does not take the typed step away.
     RangeChanged(form, store);
     ScriptedDesktop desktop;
-    if (refused) desktop.ExpectMessage(std::string(typed) + kBadCount);
+    if (refused) desktop.ExpectMessage(typed + kBadCount);
     // Then it stands there as calculated: a second press changes nothing.
     for (const bool isDone : {!refused, true}) {
       EXPECT_EQ(CalculateStep(form, store, desktop), isDone);
@@ -185,7 +185,7 @@ TEST(SampleForm, ReSamplesWithWhatStandsInTheBoxes) {
   form.MaxXBox = "20";
   form.Steps = "one";
   ScriptedDesktop desktop;
-  desktop.ExpectMessage(std::string("one") + kBadCount);
+  desktop.ExpectMessage("one" + kBadCount);
   EXPECT_TRUE(ReSample(form, store, true, desktop));
   EXPECT_EQ(ListRows(store), (RowList{{0, 0}, {20, 20}}));
   EXPECT_EQ(form.dXBox, "2.00000E+1");

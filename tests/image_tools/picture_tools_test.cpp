@@ -126,7 +126,11 @@ TEST(PictureTools, FiltersAreWhatTheirWeightsSay) {
 }
 
 TEST(PictureTools, FiltersKeepWhatTheyMustKeep) {
-  const Raster picture = Noise(60, 40);
+  // Softened by half a picture keeps its mean away from its border.
+  Raster picture = Raster::Filled(60, 40, 0xff8090a0u);
+  const Raster noise = Noise(40, 20);
+  for (int y = 0; y < 20; ++y) std::copy_n(noise.Row(y), 40, picture.Row(y + 10) + 10);
+  EXPECT_NEAR(Mean(Apply(PictureTool::Soften, 5, picture), 0), Mean(picture, 0), 0.3);
   ExpectSame(Apply(PictureTool::Soften, 0, picture), picture);
   ExpectSame(Apply(PictureTool::Sharpen, 0, picture), picture);
 
