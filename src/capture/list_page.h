@@ -13,6 +13,8 @@ struct ListPage {
   struct Line {
     int Point = 0;
     bool Highlighted = false;
+
+    bool operator==(const Line&) const = default;
   };
   std::array<Line, kPageLines> Lines;
   int ScrollValue = 1;  // the point on the first line when the scroll bar is enabled
@@ -21,6 +23,8 @@ struct ListPage {
   std::int16_t SelectionStart = 0;  // 1-based, inclusive; end < start is an empty selection
   std::int16_t SelectionEnd = -1;
   bool SelectionActive = false;  // made with a plain click
+
+  bool operator==(const ListPage&) const = default;
 };
 
 /// Redraws the lines from the scroll position.

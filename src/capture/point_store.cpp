@@ -95,11 +95,11 @@ bool DeleteAllData(PointStore& store, CommandStates& commands, const Desktop& de
   return true;
 }
 
-void NoteSaved(PointStore& store) {
+void NoteSaved(const PointStore& store) {
   const auto copy = [](std::span<const float> values) {
     return std::vector<float>(values.begin(), values.end());
   };
-  store.Saved = {copy(Used(store.CaptureX, store.CaptureCount)),
+  *store.Saved = {copy(Used(store.CaptureX, store.CaptureCount)),
                  copy(Used(store.CaptureY, store.CaptureCount)),
                  copy(Used(store.ListX, store.ListCount)),
                  copy(Used(store.ListY, store.ListCount))};
@@ -107,7 +107,7 @@ void NoteSaved(PointStore& store) {
 
 bool HasUnsaved(const PointStore& store) {
   if (store.CaptureCount < 1 && store.ListCount < 1) return false;
-  const PointStore::Points& saved = store.Saved;
+  const PointStore::Points& saved = *store.Saved;
   return !(IsSame(saved.ListX, Used(store.ListX, store.ListCount)) &&
            IsSame(saved.ListY, Used(store.ListY, store.ListCount)) &&
            IsSame(saved.CaptureX, Used(store.CaptureX, store.CaptureCount)) &&

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 #include "capture/list_page.h"
@@ -17,6 +18,8 @@ using PointId = std::uint32_t;
 /// scan found it there.
 struct Place {
   float Column = 0, Row = 0;
+
+  bool operator==(const Place&) const = default;
 };
 
 /// The captured points, twice: in capture order and as the data list that is sorted, swapped,
@@ -45,7 +48,8 @@ struct PointStore {
   struct Points {
     std::vector<float> CaptureX, CaptureY, ListX, ListY;
   };
-  Points Saved;
+  // One for all states of a curve that Undo knows: what lies on the disk is not taken back.
+  std::shared_ptr<Points> Saved = std::make_shared<Points>();
 
   float CurrentX = 0, CurrentY = 0;                   // graph values under the cursor
   Place CurrentPlace;                                 // the cursor itself
@@ -68,7 +72,7 @@ bool AddValuePoint(PointStore& store, CommandStates& commands, const Desktop& de
 bool DeleteAllData(PointStore& store, CommandStates& commands, const Desktop& desktop, bool Ask);
 
 /// The data file holds the points as they are.
-void NoteSaved(PointStore& store);
+void NoteSaved(const PointStore& store);
 /// Whether there are captured points or list rows, and any of them, or their order, is not as it
 /// was saved.
 bool HasUnsaved(const PointStore& store);

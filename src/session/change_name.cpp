@@ -49,6 +49,11 @@ struct Name {
   std::string operator()(const CurveLengthStep&) const { return "Curve length"; }
   std::string operator()(const IntegrateStep&) const { return "Integration"; }
   std::string operator()(const ResampleStep&) const { return "Resampling"; }
+  std::string operator()(const NewCurveStep&) const { return "New curve"; }
+  std::string operator()(const RenameCurveStep&) const { return "Rename curve"; }
+  std::string operator()(const DeleteCurveStep&) const { return "Delete curve"; }
+  std::string operator()(const SelectCurveStep&) const { return ""; }
+  std::string operator()(const ShowCurveStep&) const { return ""; }
   std::string operator()(const SaveStep&) const { return ""; }
 };
 

@@ -21,6 +21,23 @@ bool HasPicture(const Change& change) {
   });
 }
 
+bool HoldsCurves(const Change::Record& record) {
+  return record.Other.type() == typeid(std::vector<Curve>);
+}
+
+/// Whether it holds what other changes may hold, too.
+bool HasShared(const Change& change) {
+  return HasPicture(change) ||
+         std::any_of(change.Records.begin(), change.Records.end(), HoldsCurves);
+}
+
+std::size_t BytesOf(const PointStore& points) {
+  std::size_t bytes = sizeof(PointStore);
+  std::apply([&](const auto&... array) { ((bytes += array.capacity() * sizeof(array[0])), ...); },
+             ArraysOf(points));
+  return bytes;
+}
+
 std::size_t BytesOf(const Change& change) {
   std::size_t bytes =
       sizeof(Change) + change.Records.size() * 64 + change.Steps.size() * sizeof(Step);
@@ -60,7 +77,8 @@ void History::Begin(Workspace& ws) {
   undo_.clear();
   redo_.clear();
   passing_.clear();
-  bytes_ = pictureBytes_ = 0;
+  bytes_ = sharedBytes_ = 0;
+  ws.curves.Left.reset();
   NoteTheRest(ws);
   ShowNames(ws);
 }
@@ -71,6 +89,19 @@ void History::NoteTheRest(Workspace& ws) {
   recipe_ = ws.recipe.Number;
   steps_ = ws.recipe.Steps.size();
   ws.recipe.Replaced.clear();
+}
+
+std::shared_ptr<const PointStore> History::TakeLeft(Workspace& ws) {
+  std::shared_ptr<const PointStore> left = std::exchange(ws.curves.Left, nullptr);
+  if (left == nullptr) return nullptr;
+  if (ArraysOf(*left) != arrays_) {
+    // The command had worked on it before.
+    auto before = std::make_shared<PointStore>(*left);
+    ArraysOf(*before) = arrays_;
+    left = std::move(before);
+  }
+  arrays_ = ArraysOf(ws.store);
+  return left;
 }
 
 std::optional<Change> History::FindChange(Workspace& ws, std::string& name) {
@@ -84,6 +115,7 @@ std::optional<Change> History::FindChange(Workspace& ws, std::string& name) {
     change.Records.push_back({number, std::exchange(before, now)});
     substance = substance || number >= kPassingRecords;
   });
+  change.Points = TakeLeft(ws);
   const auto arrays = ArraysOf(ws.store);
   ForEachIn<ArrayCopies>([&](auto number) {
     auto& before = std::get<number>(arrays_);
@@ -105,7 +137,7 @@ std::optional<Change> History::FindChange(Workspace& ws, std::string& name) {
                        change.Steps.end());
   }
   const auto done = std::span<const Step>(ws.recipe.Steps).subspan(change.StepsKept);
-  const int points = ws.store.CaptureCount - captured_;
+  const int points = change.Points == nullptr ? ws.store.CaptureCount - captured_ : 0;
   change.Page = page_;
   NoteTheRest(ws);
   if (!substance && change.Records.empty() && done.empty() && !anew) return std::nullopt;
@@ -119,7 +151,7 @@ void History::Commit(Workspace& ws) {
   std::string name;
   std::optional<Change> change = FindChange(ws, name);
   if (!change) return;
-  const bool hasPicture = HasPicture(*change);
+  if (HasShared(*change)) sharedChanged_ = true;
   bytes_ += change->Bytes;
   if (!name.empty()) {
     for (const Entry& entry : redo_) Forget(entry);
@@ -134,7 +166,6 @@ void History::Commit(Workspace& ws) {
   } else {
     AddPassing(std::move(*change));
   }
-  if (hasPicture || pictureBytes_ > 0) CountPictures();
   DropOldest();
   ShowNames(ws);
 }
@@ -148,16 +179,23 @@ void History::AddPassing(Change change) {
 }
 
 void History::Apply(Workspace& ws, Change& change, Way way) {
+  if (change.Points != nullptr)
+    change.Points = ExchangePoints(ws.curves, ws.store, std::move(change.Points));
   const auto records = RecordsOf(ws);
   auto record = change.Records.begin();
   ForEachIn<RecordCopies>([&](auto number) {
     if (record == change.Records.end() || record->Number != number) return;
     auto& now = std::get<number>(records);
     auto& copy = std::get<number>(records_);
-    copy = std::any_cast<std::remove_reference_t<decltype(copy)>>(std::move(record->Other));
-    record->Other = std::exchange(now, copy);
+    auto other = std::any_cast<std::remove_reference_t<decltype(copy)>>(std::move(record->Other));
+    now = other;
+    record->Other = std::exchange(copy, std::move(other));
     ++record;
   });
+  if (change.Points != nullptr)
+    arrays_ = ArraysOf(ws.store);
+  else
+    std::swap(ws.store.Page, change.Page);
   const auto arrays = ArraysOf(ws.store);
   ForEachIn<ArrayCopies>([&](auto number) {
     auto& array = std::get<number>(change.Arrays);
@@ -165,7 +203,6 @@ void History::Apply(Workspace& ws, Change& change, Way way) {
     Exchange(std::get<number>(arrays), array);
     Follow(std::get<number>(arrays_), std::get<number>(arrays), array);
   });
-  std::swap(ws.store.Page, change.Page);
   ExchangeSteps(ws.recipe.Steps, change);
   ApplyRaster(ws.plot, change.Raster, way == Way::Back);
   if (HasPicture(change)) ws.imageTools.UndoCopy.reset();  // it was of the picture before
@@ -173,6 +210,7 @@ void History::Apply(Workspace& ws, Change& change, Way way) {
   bytes_ -= change.Bytes;
   change.Bytes = BytesOf(change);
   bytes_ += change.Bytes;
+  if (HasShared(change)) sharedChanged_ = true;
 }
 
 void History::DropPassing(Workspace& ws) {
@@ -208,7 +246,6 @@ bool History::Apply(Workspace& ws, Way way) {
     ScrollTo(ws.view, view.X, view.Y);
   }
   UpdateEditMenu(ws.store, ws.commands);
-  if (pictureBytes_ > 0) CountPictures();
   DropOldest();
   ShowNames(ws);
   return true;
@@ -223,39 +260,50 @@ bool History::Redo(Workspace& ws) {
 }
 
 void History::Forget(const Entry& entry) {
-  for (const Change& change : entry.Changes) bytes_ -= change.Bytes;
+  for (const Change& change : entry.Changes) {
+    bytes_ -= change.Bytes;
+    if (HasShared(change)) sharedChanged_ = true;
+  }
 }
 
-void History::CountPictures() {
-  std::set<const Raster*> seen;
+void History::CountShared() {
+  std::set<const void*> seen;
   std::size_t largest = 0;
-  pictureBytes_ = 0;
-  const auto count = [&](const PictureBox& box) {
+  sharedBytes_ = 0;
+  const auto countPicture = [&](const PictureBox& box) {
     if (box == nullptr || !seen.insert(box.get()).second) return;
     const std::size_t bytes = box->PixelCount() * sizeof(std::uint32_t);
-    pictureBytes_ += bytes;
+    sharedBytes_ += bytes;
     largest = std::max(largest, bytes);
   };
+  const auto countPoints = [&](const std::shared_ptr<const PointStore>& points) {
+    if (points != nullptr && seen.insert(points.get()).second) sharedBytes_ += BytesOf(*points);
+  };
   const auto countIn = [&](const std::vector<Change>& changes) {
-    for (const Change& change : changes)
+    for (const Change& change : changes) {
       for (const RasterEvent& event : change.Raster) {
-        count(event.Before);
-        count(event.After);
+        countPicture(event.Before);
+        countPicture(event.After);
       }
+      countPoints(change.Points);
+      for (const Change::Record& record : change.Records)
+        if (HoldsCurves(record))
+          for (const Curve& curve : *std::any_cast<std::vector<Curve>>(&record.Other))
+            countPoints(curve.Points);
+    }
   };
   for (const Entry& entry : undo_) countIn(entry.Changes);
   for (const Entry& entry : redo_) countIn(entry.Changes);
   countIn(passing_);
-  pictureBytes_ -= largest;
+  sharedBytes_ -= largest;
 }
 
 void History::DropOldest() {
-  while (Bytes() > budget_ && !undo_.empty()) {
-    const bool hadPicture =
-        std::any_of(undo_.front().Changes.begin(), undo_.front().Changes.end(), HasPicture);
+  while (true) {
+    if (std::exchange(sharedChanged_, false)) CountShared();
+    if (Bytes() <= budget_ || undo_.empty()) return;
     Forget(undo_.front());
     undo_.pop_front();
-    if (hadPicture) CountPictures();
   }
 }
 

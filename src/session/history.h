@@ -3,6 +3,7 @@
 #include <any>
 #include <cstddef>
 #include <deque>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -21,11 +22,12 @@ struct Change {
   };
   std::vector<Record> Records;
   ArrayChanges Arrays;
+  std::shared_ptr<const PointStore> Points;  // all of them, where another curve became active
   ListPage Page;
   std::size_t StepsKept = 0;  // of the recipe, in front of what differs
   std::vector<Step> Steps;
   std::vector<RasterEvent> Raster;
-  std::size_t Bytes = 0;  // without whole pictures
+  std::size_t Bytes = 0;  // without whole pictures and curves that were put away
 };
 
 /// The way back, and forth again, over everything that happens to a document.
@@ -50,7 +52,7 @@ class History {
 
   /// Entries that can be undone, and bytes that count against the budget.
   std::size_t Size() const { return undo_.size(); }
-  std::size_t Bytes() const { return bytes_ + pictureBytes_; }
+  std::size_t Bytes() const { return bytes_ + sharedBytes_; }
 
  private:
   struct Entry {
@@ -61,13 +63,15 @@ class History {
 
   /// What has become different since the last time, and its name unless it is passing.
   std::optional<Change> FindChange(Workspace& ws, std::string& name);
+  /// The points that were active before another curve became so, as they were at the last commit.
+  std::shared_ptr<const PointStore> TakeLeft(Workspace& ws);
   void NoteTheRest(Workspace& ws);
   void AddPassing(Change change);
   void Apply(Workspace& ws, Change& change, Way way);
   bool Apply(Workspace& ws, Way way);
   void DropPassing(Workspace& ws);
   void DropOldest();
-  void CountPictures();
+  void CountShared();
   void Forget(const Entry& entry);
   void ShowNames(Workspace& ws) const;
 
@@ -83,7 +87,8 @@ class History {
   std::vector<Entry> redo_;
   std::vector<Change> passing_;  // while there is something to redo
   std::size_t bytes_ = 0;
-  std::size_t pictureBytes_ = 0;  // of all whole pictures but the largest
+  std::size_t sharedBytes_ = 0;  // of all whole pictures but the largest, and curves put away
+  bool sharedChanged_ = false;   // and they are to be counted anew
 };
 
 }  // namespace graphize

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "workspace/capture_commands.h"
+#include "workspace/curve_commands.h"
 #include "workspace/data_commands.h"
 #include "workspace/extraction_commands.h"
 #include "workspace/image_tools_commands.h"
@@ -23,9 +24,31 @@ void Note(Workspace& ws, Step step) {
   ws.recipe.Steps.push_back(std::move(step));
 }
 
-/// A recipe that begins with this picture: blockers, which outlive a picture, are its next steps.
-void NoteBlockers(Workspace& ws) {
+/// The steps to curves without points that are named, shown and active as these.
+void NoteCurves(Workspace& ws) {
+  const std::vector<Curve>& curves = ws.curves.Curves;
+  if (curves.front().Name != CurveList().Curves.front().Name)
+    Note(ws, RenameCurveStep{curves.front().Name});
+  const Curve* active = &curves.front();
+  for (const Curve& curve : curves)
+    if (&curve != active) Note(ws, NewCurveStep{curve.Name});
+  active = &curves.back();
+  const auto select = [&](const Curve& curve) {
+    if (&curve != std::exchange(active, &curve)) Note(ws, SelectCurveStep{curve.Name});
+  };
+  for (const Curve& curve : curves) {
+    if (curve.Shown) continue;
+    select(curve);
+    Note(ws, ShowCurveStep{false});
+  }
+  select(curves[static_cast<std::size_t>(ws.curves.Active)]);
+}
+
+/// A recipe that begins with this picture: blockers and the names of curves, which outlive a
+/// picture, are its next steps.
+void NoteWhatStays(Workspace& ws) {
   if (ws.recipe.Steps.size() != 1 || !Is<OpenStep>(ws.recipe.Steps.front())) return;
+  NoteCurves(ws);
   for (int i = 1; i <= ws.blockers.Count; ++i) {
     const auto& [x, y, size] = ws.blockers.Blockers[i];
     Note(ws, BlockStep{static_cast<float>(x), static_cast<float>(y), size});
@@ -72,7 +95,7 @@ Outcome Do(Workspace& ws, const Desktop& desktop, Step step) {
         Outcome outcome = RunRecord(ws, desktop, record);
         if (!IsNoted(record, outcome)) return outcome;
         Note(ws, std::move(record));
-        NoteBlockers(ws);
+        NoteWhatStays(ws);
         return outcome;
       },
       step);

@@ -27,14 +27,24 @@ FileQuestion QuestionFor(const Workspace& ws) {
 }  // namespace
 
 std::vector<ExportCurve> ExportCurves(const Workspace& ws) {
-  return {PlacedCurve("curve 1", ws.store, ws.calibration, ws.plot.Height())};
+  std::vector<ExportCurve> curves;
+  const auto add = [&](int i) {
+    curves.push_back(PlacedCurve(ws.curves.Curves[static_cast<std::size_t>(i)].Name,
+                                 PointsOf(ws.curves, ws.store, i), ws.calibration,
+                                 ws.plot.Height()));
+  };
+  add(ws.curves.Active);
+  for (int i = 0; i < static_cast<int>(ws.curves.Curves.size()); ++i)
+    if (i != ws.curves.Active) add(i);
+  return curves;
 }
 
 bool CanExport(const Workspace& ws) {
-  return CanSavePoints(ws);
+  return CanSavePoints(ws) || AnyPoints(ws.curves, ws.store);
 }
 
 void ShowExport(Workspace& ws, const Desktop& desktop) {
+  if (ws.store.ListCount == 0) ws.exportForm.AllCurves = true;
   if (OpenExport(ws.exportForm, ExportCurves(ws), desktop)) ws.form = Form::Export;
 }
 

@@ -108,7 +108,7 @@ RecipePicture PictureOf(const Workspace& ws) {
 /// The recipe's pictures get the one that was opened. A new recipe begins unless points or axes
 /// stay.
 void BeginRecipe(Workspace& ws, OpenStep& step) {
-  const bool anew = !ws.calibration.AnyDefined() && ws.store.CaptureCount == 0;
+  const bool anew = !ws.calibration.AnyDefined() && !AnyPoints(ws.curves, ws.store);
   if (anew) ws.recipe = {.Number = ws.recipe.Number + 1, .Replaced = std::move(ws.recipe.Steps)};
   ws.recipe.Pictures.push_back(PictureOf(ws));
   step.Picture = static_cast<int>(ws.recipe.Pictures.size());
@@ -304,6 +304,7 @@ void KeepPictureUsable(Workspace& ws) {
 }
 
 Outcome Run(Workspace& ws, const Desktop& desktop, const ResetStep&) {
+  ResetCurves(ws.curves, ws.store);
   DeleteAllData(ws.store, ws.commands, desktop, false);
   ClearBlockers(ws.blockers, ws.plot, ws.commands);
   RefreshPlot(ws);

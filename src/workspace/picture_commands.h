@@ -45,7 +45,7 @@ void OfferReset(Workspace& ws, const Desktop& desktop);
 /// After a reset the picture that stays can still be worked on.
 void KeepPictureUsable(Workspace& ws);
 
-/// Points, blockers, calibration and mode as at the start.
+/// Curves, points, blockers, calibration and mode as at the start.
 Outcome Run(Workspace& ws, const Desktop& desktop, const ResetStep& step);
 
 /// Copies a picture into the plot: the common tail of opening, pasting, scanning and image tools.

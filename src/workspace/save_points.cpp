@@ -1,5 +1,7 @@
 #include "workspace/save_points.h"
 
+#include <algorithm>
+
 #include "base/numbers.h"
 #include "base/run_time_error.h"
 #include "data/data_file.h"
@@ -28,6 +30,15 @@ void TellHiddenDigits(const Workspace& ws, const Desktop& desktop) {
     Tell(desktop, hidden + " Decimals are set on the tab Format of the settings.");
 }
 
+/// Of several curves, none proposes the name of another's file.
+std::string ProposalFor(const Workspace& ws) {
+  std::string name = DataFileProposal(ws.picture.Name);
+  if (ws.curves.Curves.size() == 1) return name;
+  std::string curve = ws.curves.Curves[static_cast<std::size_t>(ws.curves.Active)].Name;
+  std::replace(curve.begin(), curve.end(), '/', '_');
+  return name.insert(name.rfind('.'), " - " + curve);
+}
+
 }  // namespace
 
 bool SavePoints(Workspace& ws, const Desktop& desktop) {
@@ -36,7 +47,7 @@ bool SavePoints(Workspace& ws, const Desktop& desktop) {
   const auto path = desktop.ChooseFile({.ForSaving = true,
                                         .Title = "Save Points As...",
                                         .Folder = ws.picture.Folder,
-                                        .FileName = DataFileProposal(ws.picture.Name),
+                                        .FileName = ProposalFor(ws),
                                         .Filters = "Data Files (*.dat)|*.dat",
                                         .DefaultExtension = "DAT"});
   return path && Do(ws, desktop, SaveStep{title, *path}).IsDone();

@@ -78,14 +78,37 @@ void StartUp(Workspace& ws, const Desktop& desktop) {
   ClearList(ws.store);
 }
 
+namespace {
+
+std::vector<std::string> UnsavedNames(const Workspace& ws) {
+  std::vector<std::string> names;
+  for (const int curve : UnsavedCurves(ws.curves, ws.store))
+    names.push_back(ws.curves.Curves[static_cast<std::size_t>(curve)].Name);
+  return names;
+}
+
+/// Each into a data file of its own.
+bool SaveCurves(Workspace& ws, const Desktop& desktop, const std::vector<std::string>& names) {
+  for (const std::string& name : names) {
+    Do(ws, desktop, SelectCurveStep{name});
+    if (ws.store.ListCount < 1) Do(ws, desktop, UndoListStep{});
+    if (!SavePoints(ws, desktop)) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
 bool MayClose(Workspace& ws, const Desktop& desktop) {
-  if (!HasUnsaved(ws.store)) return true;
-  switch (desktop.ShowMessage({.Text = "Do you want to save graphized points ?",
+  const std::vector<std::string> unsaved = UnsavedNames(ws);
+  if (unsaved.empty()) return true;
+  std::string which;
+  if (ws.curves.Curves.size() > 1) which = "\r\n\r\nNot saved: " + Joined(unsaved, ", ") + ".";
+  switch (desktop.ShowMessage({.Text = "Do you want to save graphized points ?" + which,
                                .Icon = MessageIcon::Question,
                                .Buttons = MessageButtons::YesNoCancel})) {
     case Answer::Yes:
-      if (ws.store.ListCount < 1) Do(ws, desktop, UndoListStep{});
-      return SavePoints(ws, desktop);  // nothing is lost by a failed save
+      return SaveCurves(ws, desktop, unsaved);  // nothing is lost by a failed save
     case Answer::No:
       return true;
     default:

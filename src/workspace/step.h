@@ -187,6 +187,29 @@ struct ResampleStep {
   bool XLog = false, YLog = false;
   Interruptions Went;
 };
+/// A curve's name is one line, not empty, and no other curve has it.
+struct NewCurveStep {
+  static constexpr const char* Name = "new-curve";
+  std::string Curve;  // empty: a name is found for it
+};
+/// The active curve's name becomes this one.
+struct RenameCurveStep {
+  static constexpr const char* Name = "rename-curve";
+  std::string Curve;
+};
+/// The active curve goes.
+struct DeleteCurveStep {
+  static constexpr const char* Name = "delete-curve";
+};
+struct SelectCurveStep {
+  static constexpr const char* Name = "select-curve";
+  std::string Curve;
+};
+/// The active curve is marked on the picture, or not.
+struct ShowCurveStep {
+  static constexpr const char* Name = "show-curve";
+  bool Shown = true;
+};
 struct SaveStep {
   static constexpr const char* Name = "save";
   std::string Title;
@@ -198,7 +221,8 @@ using Step =
                  PointStep, TraceStep, ScanStep, BlockStep, ClearLastBlockerStep, ClearBlockersStep,
                  DrawStep, EraseStep, GridStep, UndoEditStep, ImageToolStep, UndoImageToolStep,
                  BlackWhiteStep, RefreshStep, ClearDataStep, ResetStep, ClearRowsStep, SortStep,
-                 SwapStep, UndoListStep, CurveLengthStep, IntegrateStep, ResampleStep, SaveStep>;
+                 SwapStep, UndoListStep, CurveLengthStep, IntegrateStep, ResampleStep, NewCurveStep,
+                 RenameCurveStep, DeleteCurveStep, SelectCurveStep, ShowCurveStep, SaveStep>;
 
 /// Whether the step is an X.
 template <class X>

@@ -277,6 +277,15 @@ void Fields(Io& io, ResampleStep& step) {
   io.Flag(step.YLog, "y-log");
   Fields(io, step.Went);
 }
+template <class Io, class Record>
+requires(std::is_same_v<Record, NewCurveStep> || std::is_same_v<Record, RenameCurveStep> ||
+         std::is_same_v<Record, SelectCurveStep>) void Fields(Io& io, Record& step) {
+  io.Word(step.Curve);
+}
+template <class Io>
+void Fields(Io& io, ShowCurveStep& step) {
+  io.template Choice<bool>(step.Shown, "state", {{true, "on"}, {false, "off"}});
+}
 template <class Io>
 void Fields(Io& io, SaveStep& step) {
   io.Word(step.Title);

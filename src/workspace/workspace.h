@@ -8,6 +8,7 @@
 #include "calibration/axis_calibration.h"
 #include "calibration/transform.h"
 #include "capture/cursor.h"
+#include "capture/curve_list.h"
 #include "capture/point_store.h"
 #include "data/export_form.h"
 #include "data/integration.h"
@@ -111,7 +112,8 @@ struct Workspace {
   AxisCalibration calibration;
   AxisPanel axisPanel;
 
-  PointStore store;
+  PointStore store;  // of the active curve
+  CurveList curves;
   ReadOut readOut;
   std::string dataFileName;   // path of the last data file, lower case
   std::string dataFileTitle;  // and its title line

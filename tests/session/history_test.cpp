@@ -66,9 +66,11 @@ State StateOf(const Workspace& ws) {
   for (int i = 1; i <= ws.blockers.Count; ++i)
     out << ws.blockers.Blockers[i].X << ',' << ws.blockers.Blockers[i].Y << ' ';
   out << '\n' << can.Data << can.Blockers << can.Picture << can.Graphize << can.GridBuster << '\n';
-  out << store.CaptureCount << ' ' << store.ListCount << ' ' << store.NPoints
-      << store.ListIsCaptured << static_cast<int>(store.ListRows) << ' ' << store.LastPixelX << ','
-      << store.LastPixelY;
+  for (const Curve& curve : ws.curves.Curves)
+    out << curve.Name << ' ' << curve.MarkColour << curve.Shown << '\n';
+  out << ws.curves.Active << ' ' << store.CaptureCount << ' ' << store.ListCount << ' '
+      << store.NPoints << store.ListIsCaptured << static_cast<int>(store.ListRows) << ' '
+      << store.LastPixelX << ',' << store.LastPixelY;
   for (const ListPage::Line& line : store.Page.Lines) out << ' ' << line.Point << line.Highlighted;
   out << ' ' << store.Page.ScrollValue << store.Page.SelectionStart << store.Page.SelectionEnd
       << store.Page.SelectionActive << '\n'
@@ -80,12 +82,19 @@ State StateOf(const Workspace& ws) {
               .Marks = ws.plot.Marks,
               .LastEdit = ws.plot.LastEdit};
   for (const Step& step : ws.recipe.Steps) state.Recipe += TextOf(step) + "\n";
-  for (const auto* numbers : {&store.CaptureX, &store.CaptureY, &store.ListX, &store.ListY})
-    state.Numbers.insert(state.Numbers.end(), numbers->begin(), numbers->end());
-  for (const Place& place : store.Places)
-    state.Numbers.insert(state.Numbers.end(), {place.Column, place.Row});
-  for (const auto* ids : {&store.CaptureId, &store.ListId})
-    state.Ids.insert(state.Ids.end(), ids->begin(), ids->end());
+  const auto add = [](auto& all, const auto& array) {
+    all.insert(all.end(), array.begin(), array.end());
+  };
+  for (std::size_t i = 0; i < ws.curves.Curves.size(); ++i) {
+    const PointStore& points = PointsOf(ws.curves, ws.store, static_cast<int>(i));
+    for (const auto* numbers : {&points.CaptureX, &points.CaptureY, &points.ListX, &points.ListY})
+      add(state.Numbers, *numbers);
+    for (const Place& place : points.Places)
+      add(state.Numbers, std::initializer_list<float>{place.Column, place.Row});
+    for (const auto* ids : {&points.CaptureId, &points.ListId}) add(state.Ids, *ids);
+    add(state.Ids, std::initializer_list<PointId>{static_cast<PointId>(points.CaptureCount),
+                                                  static_cast<PointId>(points.ListCount)});
+  }
   return state;
 }
 
@@ -104,14 +113,21 @@ void ExpectReplayed(Workspace& ws) {
   const auto rows = [](const std::vector<float>& numbers, int count) {
     return std::vector<float>(numbers.begin(), numbers.begin() + count + 1);
   };
-  ASSERT_EQ(again.store.CaptureCount, ws.store.CaptureCount);
-  ASSERT_EQ(again.store.ListCount, ws.store.ListCount);
-  for (const auto array : {&PointStore::CaptureX, &PointStore::CaptureY})
-    EXPECT_EQ(rows(again.store.*array, ws.store.CaptureCount),
-              rows(ws.store.*array, ws.store.CaptureCount));
-  for (const auto array : {&PointStore::ListX, &PointStore::ListY})
-    EXPECT_EQ(rows(again.store.*array, ws.store.ListCount),
-              rows(ws.store.*array, ws.store.ListCount));
+  ASSERT_EQ(again.curves.Curves.size(), ws.curves.Curves.size());
+  ASSERT_EQ(again.curves.Active, ws.curves.Active);
+  for (std::size_t i = 0; i < ws.curves.Curves.size(); ++i) {
+    EXPECT_EQ(again.curves.Curves[i].Name, ws.curves.Curves[i].Name);
+    EXPECT_EQ(again.curves.Curves[i].Shown, ws.curves.Curves[i].Shown);
+    const PointStore& points = PointsOf(ws.curves, ws.store, static_cast<int>(i));
+    const PointStore& replayed = PointsOf(again.curves, again.store, static_cast<int>(i));
+    ASSERT_EQ(replayed.CaptureCount, points.CaptureCount);
+    ASSERT_EQ(replayed.ListCount, points.ListCount);
+    for (const auto array : {&PointStore::CaptureX, &PointStore::CaptureY})
+      EXPECT_EQ(rows(replayed.*array, points.CaptureCount),
+                rows(points.*array, points.CaptureCount));
+    for (const auto array : {&PointStore::ListX, &PointStore::ListY})
+      EXPECT_EQ(rows(replayed.*array, points.ListCount), rows(points.*array, points.ListCount));
+  }
   EXPECT_EQ(again.blockers.Count, ws.blockers.Count);
   const BasePictureShown shown(ws.plot), base(again.plot);
   EXPECT_TRUE(PixelsOf(again.plot.Pixels) == PixelsOf(ws.plot.Pixels));

@@ -58,7 +58,7 @@ RandomUser::RandomUser(unsigned seed, const std::filesystem::path& picture,
 
 void RandomUser::DoSomething() {
   escapeIn_ = Chance(6) ? Pick(40) : -1;
-  switch (Pick(24)) {
+  switch (Pick(26)) {
     case 0:
       return Mode("graphize");
     case 1:
@@ -107,8 +107,28 @@ void RandomUser::DoSomething() {
       return IntegrateSome();
     case 22:
       return ClearSome();
+    case 23:
+      return ChangeCurves();
     default:
       return Chance(4) ? Rarely() : ClickWithoutPress();
+  }
+}
+
+void RandomUser::ChangeCurves() {
+  const auto name = [&] { return Chance(4) ? "" : std::string("A \"b\", ") + char('c' + Pick(5)); };
+  switch (Pick(7)) {
+    case 0:
+    case 1:
+      return Do(NewCurveStep{name()});
+    case 2:
+      return Do(RenameCurveStep{name()});
+    case 3:
+      return Do(DeleteCurveStep{});
+    case 4:
+      return Do(ShowCurveStep{Chance(2)});
+    default:
+      const int curve = Pick(static_cast<int>(ws.curves.Curves.size()));
+      return Do(SelectCurveStep{ws.curves.Curves[static_cast<std::size_t>(curve)].Name});
   }
 }
 

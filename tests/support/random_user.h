@@ -40,6 +40,7 @@ class RandomUser {
   void ReSampleList();
   void IntegrateSome();
   void ClearSome();
+  void ChangeCurves();
   void UseImageTool();
   void Rarely();
   void Calibrate();

@@ -1,0 +1,96 @@
+#include "workspace/curve_commands.h"
+
+#include "base/numbers.h"
+#include "data/list_edit.h"
+#include "tracing/extraction_context.h"
+#include "workspace/toolbar.h"
+
+namespace graphize {
+
+namespace {
+
+Curve& ActiveCurve(Workspace& ws) {
+  return ws.curves.Curves[static_cast<std::size_t>(ws.curves.Active)];
+}
+
+/// Without blanks around it.
+std::string Trimmed(const std::string& name) {
+  const std::size_t start = name.find_first_not_of(' ');
+  return start == std::string::npos ? std::string() : TrimRight(name.substr(start));
+}
+
+Outcome RefusedAndTold(const Desktop& desktop, const std::string& reason) {
+  Tell(desktop, reason, MessageIcon::Exclamation);
+  return Refused(reason);
+}
+
+/// Another curve is the active one.
+void ShowActive(Workspace& ws) {
+  EnableDataCommands(ws.commands, ws.store.CaptureCount > 0);
+  UpdateEditMenu(ws.store, ws.commands);
+  UpdateDataMenu(ws.store, ws.commands);
+  RefreshPlot(ws);
+}
+
+}  // namespace
+
+Outcome Run(Workspace& ws, const Desktop& desktop, NewCurveStep& step) {
+  step.Curve = Trimmed(step.Curve);
+  if (step.Curve.empty()) step.Curve = FreeCurveName(ws.curves);
+  if (const std::string fault = CurveNameFault(ws.curves, step.Curve); !fault.empty())
+    return RefusedAndTold(desktop, fault);
+  if (ws.curves.Curves.size() >= kMostCurves)
+    return RefusedAndTold(desktop,
+                          "There are " + std::to_string(kMostCurves) + " curves, more cannot be.");
+  AddCurve(ws.curves, ws.store, step.Curve);
+  ShowActive(ws);
+  ws.status.Status = "New curve: " + step.Curve;
+  return {};
+}
+
+Outcome Run(Workspace& ws, const Desktop&, const SelectCurveStep& step) {
+  const int curve = FindCurve(ws.curves, step.Curve);
+  if (curve < 0) return Refused("there is no curve \"" + step.Curve + "\"");
+  if (curve == ws.curves.Active) return Nothing();
+  SelectCurve(ws.curves, ws.store, curve);
+  ShowActive(ws);
+  return {};
+}
+
+Outcome Run(Workspace& ws, const Desktop& desktop, RenameCurveStep& step) {
+  step.Curve = Trimmed(step.Curve);
+  if (step.Curve == ActiveCurve(ws).Name) return Nothing();
+  if (const std::string fault = CurveNameFault(ws.curves, step.Curve, ws.curves.Active);
+      !fault.empty())
+    return RefusedAndTold(desktop, fault);
+  ActiveCurve(ws).Name = step.Curve;
+  return {};
+}
+
+Outcome Run(Workspace& ws, const Desktop&, const DeleteCurveStep&) {
+  if (!CanDeleteCurve(ws)) return Refused("the only curve stays");
+  ws.status.Status =
+      "Deleted: " + ActiveCurve(ws).Name + " (" + PointCount(ws.store.CaptureCount) + ")";
+  DeleteCurve(ws.curves, ws.store);
+  if (!CanHideCurve(ws)) ActiveCurve(ws).Shown = true;
+  ShowActive(ws);
+  return {};
+}
+
+bool CanDeleteCurve(const Workspace& ws) {
+  return ws.curves.Curves.size() > 1;
+}
+
+Outcome Run(Workspace& ws, const Desktop&, const ShowCurveStep& step) {
+  if (!CanHideCurve(ws)) return Refused("the only curve is always shown");
+  if (ActiveCurve(ws).Shown == step.Shown) return Nothing();
+  ActiveCurve(ws).Shown = step.Shown;
+  RefreshPlot(ws);
+  return {};
+}
+
+bool CanHideCurve(const Workspace& ws) {
+  return ws.curves.Curves.size() > 1;
+}
+
+}  // namespace graphize
