@@ -15,4 +15,15 @@ std::string HexText(std::uint32_t number) {
   return text;
 }
 
+std::optional<std::uint32_t> NumberOfHexText(std::string_view text) {
+  if (text.size() != 8) return std::nullopt;
+  std::uint32_t number = 0;
+  for (const char digit : text) {
+    const std::size_t value = std::string_view("0123456789abcdef").find(digit);
+    if (value == std::string_view::npos) return std::nullopt;
+    number = number << 4 | static_cast<std::uint32_t>(value);
+  }
+  return number;
+}
+
 }  // namespace graphize

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -12,5 +13,7 @@ std::uint32_t Crc32(std::string_view bytes);
 
 /// Eight small hexadecimal digits.
 std::string HexText(std::uint32_t number);
+/// The number of such a text; nothing for any other.
+std::optional<std::uint32_t> NumberOfHexText(std::string_view text);
 
 }  // namespace graphize

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <nlohmann/json.hpp>
 
+#include "base/json.h"
 #include "base/numbers.h"
 
 namespace graphize {
@@ -15,12 +15,6 @@ namespace {
 template <typename Real>
 std::string JsonNumber(Real value) {
   return std::isfinite(value) ? ShortestText(value) : "null";
-}
-
-/// File names may be any bytes, JSON is UTF-8: what is none becomes the replacement character.
-std::string JsonString(const std::string& text) {
-  using Json = nlohmann::json;
-  return Json(text).dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
 /// A reference point on the picture and the value it has on the axis.

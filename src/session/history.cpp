@@ -141,7 +141,7 @@ std::optional<Change> History::FindChange(Workspace& ws, std::string& name) {
   change.Page = page_;
   NoteTheRest(ws);
   if (!substance && change.Records.empty() && done.empty() && !anew) return std::nullopt;
-  if (substance) name = NameOfChange(done, points);
+  if (substance) name = anew && ws.recipe.BroughtBack ? "Open project" : NameOfChange(done, points);
   change.Bytes = BytesOf(change);
   return change;
 }

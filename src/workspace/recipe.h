@@ -27,6 +27,7 @@ struct Recipe {
   std::optional<int> SavedPoints;    // rows of the last data file
   std::vector<std::string> Options;  // as the steps leave them, in the order of RecipeOptions()
   int Number = 0;                    // of the recipes that began since the start
+  bool BroughtBack = false;          // it came with a document that was kept
   std::vector<Step> Replaced;        // the steps of the one before, for the history to take
 };
 

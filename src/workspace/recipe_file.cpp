@@ -113,13 +113,17 @@ void SaveRecipe(Workspace& ws, const Desktop& desktop) {
 
 std::string RecipeText(Workspace& ws, const fs::path& folder) {
   NoteOptions(ws);
+  return RecipeText(ws.recipe, ws.store.ListCount, folder);
+}
+
+std::string RecipeText(const Recipe& recipe, int rows, const fs::path& folder) {
   std::string text = std::string(kFirstWords) + std::to_string(kVersion) +
                      "\n# Do the same again:  graphize replay THIS-FILE [PICTURE...] -o OUT\n"
                      "# Positions are columns and rows of pixels, rows downward from the top.\n";
-  for (std::size_t i = 0; i < ws.recipe.Pictures.size(); ++i)
-    text += PictureLine(static_cast<int>(i) + 1, ws.recipe.Pictures[i], folder) + "\n";
-  for (const Step& step : ws.recipe.Steps) text += TextOf(step) + "\n";
-  text += "points " + std::to_string(ws.recipe.SavedPoints.value_or(ws.store.ListCount)) + "\n";
+  for (std::size_t i = 0; i < recipe.Pictures.size(); ++i)
+    text += PictureLine(static_cast<int>(i) + 1, recipe.Pictures[i], folder) + "\n";
+  for (const Step& step : recipe.Steps) text += TextOf(step) + "\n";
+  text += "points " + std::to_string(recipe.SavedPoints.value_or(rows)) + "\n";
   return text + "end\n";
 }
 

@@ -20,6 +20,8 @@ bool CanSaveRecipe(const Workspace& ws);
 /// each step, a line with the number of points that they have led to, the line "end". Pictures in
 /// or below `folder`, where the file will lie, are named from there.
 std::string RecipeText(Workspace& ws, const std::filesystem::path& folder);
+/// The same of a recipe whose options are noted; `rows` of the list, unless it tells them itself.
+std::string RecipeText(const Recipe& recipe, int rows, const std::filesystem::path& folder);
 
 /// A recipe that was read from a file.
 struct RecipeFile {

@@ -63,7 +63,7 @@ std::string ModuleOf(const fs::path& path) {
 constexpr std::pair<std::string_view, std::string_view> kLibraries[] = {
     {"Magick", "codecs/picbuf"},     {"magick/", "codecs/picbuf"},
     {"sane/", "scanner/sane"},       {"dlfcn.h", "base/module.cpp"},
-    {"zlib.h", "base/checksum.cpp"}, {"nlohmann/", "data/point_table.cpp"},
+    {"zlib.h", "base/checksum.cpp"}, {"nlohmann/", "base/json.cpp"},
     {"CLI/", "batch/arguments.cpp"},
 };
 

@@ -1,0 +1,189 @@
+#include "session/kept_points.h"
+
+#include <algorithm>
+#include <bit>
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+
+#include "base/run_time_error.h"
+
+namespace graphize {
+
+namespace {
+
+constexpr std::string_view kHeader = "id,column,row,x,y\n";
+constexpr std::size_t kMostInLine = 96;  // bytes: an id and four numbers
+
+template <class Value>
+char* Put(char* at, Value value) {
+  return std::to_chars(at, at + 24, value).ptr;
+}
+
+/// The rows `first` to `last` of the arrays.
+std::string RowsText(const PointStore& store, const std::vector<PointId>& ids,
+                     const std::vector<float>& xs, const std::vector<float>& ys, std::size_t first,
+                     std::size_t last) {
+  std::string text(kHeader.size() + (last + 1 - first) * kMostInLine, '\0');
+  char* at = std::copy(kHeader.begin(), kHeader.end(), text.data());
+  for (std::size_t i = first; i <= last; ++i) {
+    at = Put(at, ids[i]);
+    *at++ = ',';
+    if (ids[i] != 0) at = Put(at, store.Places[ids[i]].Column);
+    *at++ = ',';
+    if (ids[i] != 0) at = Put(at, store.Places[ids[i]].Row);
+    *at++ = ',';
+    at = Put(at, xs[i]);
+    *at++ = ',';
+    at = Put(at, ys[i]);
+    *at++ = '\n';
+  }
+  text.resize(static_cast<std::size_t>(at - text.data()));
+  return text;
+}
+
+/// Takes rows from the text, one by one.
+class RowReader {
+ public:
+  RowReader(PointStore& store, std::string_view text)
+      : store_(store), text_(text), known_(KnownIds()) {
+    if (!text_.starts_with(kHeader)) Fail("the header is not \"id,column,row,x,y\"");
+    text_.remove_prefix(kHeader.size());
+  }
+
+  void Take(PointId& id, float& x, float& y) {
+    ++line_;
+    id = Take<PointId>(',', "an id");
+    if (id >= store_.Places.size()) Fail("there is no point " + std::to_string(id));
+    if (id == 0) {
+      Expect(',');
+      Expect(',');
+    } else {
+      const float column = Take<float>(',', "a column"), row = Take<float>(',', "a row");
+      if (!std::isfinite(column) || !std::isfinite(row)) Fail("a place is no number");
+      Place& place = store_.Places[id];
+      const auto isOther = [](float a, float b) {
+        return std::bit_cast<std::uint32_t>(a) != std::bit_cast<std::uint32_t>(b);
+      };
+      if (known_[id] && (isOther(place.Column, column) || isOther(place.Row, row)))
+        Fail("point " + std::to_string(id) + " has two places");
+      known_[id] = true;
+      place = {column, row};
+    }
+    x = Take<float>(',', "X");
+    y = Take<float>('\n', "Y");
+  }
+  bool AtEnd() const { return text_.empty(); }
+  void End() {
+    ++line_;
+    if (!AtEnd()) Fail("there are more rows than points");
+  }
+
+ private:
+  template <class Value>
+  Value Take(char end, const char* what) {
+    Value value{};
+    const auto [behind, fault] = std::from_chars(text_.data(), text_.data() + text_.size(), value);
+    if (fault != std::errc()) Fail(std::string(what) + " is no number");
+    text_.remove_prefix(static_cast<std::size_t>(behind - text_.data()));
+    Expect(end);
+    return value;
+  }
+  void Expect(char c) {
+    if (c == '\n' && text_.starts_with('\r')) text_.remove_prefix(1);
+    if (!text_.starts_with(c)) Fail("the line is not as it has to be");
+    text_.remove_prefix(1);
+  }
+  /// The points whose place another table has told.
+  std::vector<bool> KnownIds() const {
+    std::vector<bool> known(store_.Places.size());
+    for (const auto* ids : {&store_.CaptureId, &store_.ListId})
+      for (const PointId id : *ids)
+        if (id < known.size()) known[id] = id != 0;
+    return known;
+  }
+  [[noreturn]] void Fail(const std::string& problem) const {
+    throw RunTimeError("line " + std::to_string(line_) + ": " + problem);
+  }
+
+  PointStore& store_;
+  std::string_view text_;
+  int line_ = 1;
+  std::vector<bool> known_;
+};
+
+std::size_t LastBehindList(const PointStore& store) {
+  const auto isEmpty = [&](std::size_t i) {
+    return store.ListId[i] == 0 && std::bit_cast<std::uint32_t>(store.ListX[i]) == 0 &&
+           std::bit_cast<std::uint32_t>(store.ListY[i]) == 0;
+  };
+  std::size_t last = std::min({store.ListId.size(), store.ListX.size(), store.ListY.size()}) - 1;
+  while (last > static_cast<std::size_t>(store.ListCount) && isEmpty(last)) --last;
+  return last;
+}
+
+}  // namespace
+
+std::string CapturedText(const PointStore& store) {
+  return RowsText(store, store.CaptureId, store.CaptureX, store.CaptureY, 1,
+                  static_cast<std::size_t>(store.CaptureCount));
+}
+
+std::string ListText(const PointStore& store) {
+  const auto count = static_cast<std::size_t>(store.ListCount);
+  const auto isSame = [&](const auto& list, const auto& captured) {
+    return std::equal(list.begin() + 1, list.begin() + 1 + store.ListCount, captured.begin() + 1,
+                      [](auto a, auto b) {
+                        return std::bit_cast<std::uint32_t>(a) == std::bit_cast<std::uint32_t>(b);
+                      });
+  };
+  if (store.ListCount == store.CaptureCount && isSame(store.ListId, store.CaptureId) &&
+      isSame(store.ListX, store.CaptureX) && isSame(store.ListY, store.CaptureY))
+    return {};
+  return RowsText(store, store.ListId, store.ListX, store.ListY, 1, count);
+}
+
+std::string BehindListText(const PointStore& store) {
+  const auto count = static_cast<std::size_t>(store.ListCount);
+  const std::size_t last = LastBehindList(store);
+  if (last == count) return {};
+  return RowsText(store, store.ListId, store.ListX, store.ListY, count + 1, last);
+}
+
+void ReadCaptured(PointStore& store, std::string_view text) {
+  RowReader reader(store, text);
+  for (int i = 1; i <= store.CaptureCount; ++i)
+    reader.Take(store.CaptureId[i], store.CaptureX[i], store.CaptureY[i]);
+  reader.End();
+}
+
+void ReadList(PointStore& store, std::string_view text) {
+  RowReader reader(store, text);
+  for (int i = 1; i <= store.ListCount; ++i)
+    reader.Take(store.ListId[i], store.ListX[i], store.ListY[i]);
+  reader.End();
+}
+
+void TakeCapturedAsList(PointStore& store) {
+  const auto count = static_cast<std::size_t>(store.CaptureCount);
+  std::copy_n(store.CaptureId.begin() + 1, count, store.ListId.begin() + 1);
+  std::copy_n(store.CaptureX.begin() + 1, count, store.ListX.begin() + 1);
+  std::copy_n(store.CaptureY.begin() + 1, count, store.ListY.begin() + 1);
+}
+
+void ReadBehindList(PointStore& store, std::string_view text) {
+  RowReader reader(store, text);
+  constexpr std::size_t kMost = 65536;  // more than an array grows to
+  for (std::size_t i = static_cast<std::size_t>(store.ListCount) + 1; !reader.AtEnd(); ++i) {
+    if (i >= store.ListX.size()) {
+      if (i >= kMost) reader.End();
+      const std::size_t size = std::min(kMost, 2 * i);
+      store.ListId.resize(size);
+      store.ListX.resize(size);
+      store.ListY.resize(size);
+    }
+    reader.Take(store.ListId[i], store.ListX[i], store.ListY[i]);
+  }
+}
+
+}  // namespace graphize

@@ -1,0 +1,422 @@
+#include "session/kept_text.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "base/checksum.h"
+#include "base/json.h"
+#include "base/numbers.h"
+#include "base/run_time_error.h"
+#include "base/tokens.h"
+#include "base/version.h"
+#include "raster/size_limits.h"
+#include "session/kept_points.h"
+#include "workspace/recipe_file.h"
+#include "workspace/recipe_options.h"
+
+namespace graphize {
+
+namespace {
+
+constexpr const char* kSmallRecords = "project.json";
+constexpr const char* kSteps = "steps.txt";
+constexpr const char* kStepOptions = "options_of_steps";
+constexpr std::size_t kLargestRecords = 4u << 20;  // bytes of text
+constexpr std::size_t kMostCurves = 1000;
+constexpr int kMostPoints = 32767;
+constexpr int kMostIds = 1 << 24;  // a store's places then take 128 MB
+constexpr std::int64_t kLeast16 = std::numeric_limits<std::int16_t>::min();
+constexpr std::int64_t kMost16 = std::numeric_limits<std::int16_t>::max();
+
+std::string CurvePart(std::size_t index, const char* ending) {
+  return "curves/" + std::to_string(index + 1) + ending;
+}
+
+/// What a curve's points are beside their rows.
+struct CurveHead {
+  std::string Name;
+  int Captured = 0, Listed = 0;  // rows
+  int Ids = 1;                   // that were given, with 0
+  bool ListIsCaptured = true;
+  PointStore::Rows ListRows = PointStore::Rows::Places;
+  int LastPixelX = 0, LastPixelY = 0;
+  bool Saved = false;
+};
+
+/// A row of the axis definition.
+struct AxisRow {
+  std::int16_t Column = 0, Row = 0;  // picture pixel; the row upward from the picture's bottom
+  float X = 0, Y = 0;
+  bool Defined = false, Armed = false;
+  AxisPanel::Row Boxes;
+};
+
+/// The small records, as they are written.
+struct Small {
+  KeptDocument& Kept;
+  std::string Format = kProjectFormat, Program = ProgramVersion(), Path, Checksum;
+  std::int64_t FileSize = 0;
+  int Version = kProjectVersion;
+  std::vector<AxisRow> AxisRows;
+  std::vector<Blocker> Blockers;
+  std::vector<CurveHead> Curves;
+  int SavedPoints = -1;
+  KeptDocument::OptionValues Options, StepOptions;
+};
+
+// The fields of each record, for writing and reading alike.
+
+template <class Io>
+void Fields(Io& io, AxisRow& row) {
+  io.Flag("defined", row.Defined);
+  io.Flag("waits_for_click", row.Armed);
+  io.Integer("column", row.Column, kLeast16, kMost16);
+  io.Integer("row_from_bottom", row.Row, kLeast16, kMost16);
+  io.Number("x", row.X);
+  io.Number("y", row.Y);
+  io.Text("x_typed", row.Boxes.XText);
+  io.Text("y_typed", row.Boxes.YText);
+  io.Text("column_shown", row.Boxes.XPixel);
+  io.Text("row_shown", row.Boxes.YPixel);
+  io.Flag("x_enabled", row.Boxes.XEnabled);
+  io.Flag("y_enabled", row.Boxes.YEnabled);
+  io.Flag("redefine_enabled", row.Boxes.ReDefineEnabled);
+}
+
+template <class Io>
+void Fields(Io& io, Blocker& blocker) {
+  io.Integer("column", blocker.X, kLeast16, kMost16);
+  io.Integer("row", blocker.Y, kLeast16, kMost16);
+  io.Integer("size", blocker.Size, 0, kMost16);
+}
+
+template <class Io>
+void Fields(Io& io, CurveHead& curve) {
+  using Rows = PointStore::Rows;
+  io.Text("name", curve.Name);
+  io.Integer("points", curve.Captured, 0, kMostPoints);
+  io.Integer("list_rows", curve.Listed, 0, kMostPoints);
+  io.Flag("list_is_captured", curve.ListIsCaptured);
+  io.template Choice<Rows>("list_holds", curve.ListRows,
+                           {{Rows::Places, "values"},
+                            {Rows::SwappedPlaces, "swapped values"},
+                            {Rows::Other, "other numbers"}});
+  io.Integer("next_id", curve.Ids, 1, kMostIds);
+  io.Integer("last_column", curve.LastPixelX, kLeast16, kMost16);
+  io.Integer("last_row_from_bottom", curve.LastPixelY, kLeast16, kMost16);
+  io.Flag("saved", curve.Saved);
+}
+
+/// What is not read stays as it is.
+template <class Io>
+void Options(Io& io, const char* name, KeptDocument::OptionValues& values) {
+  io.Object(name, [&] {
+    for (std::size_t i = 0; i < values.size(); ++i) {
+      const char* option = RecipeOptions()[i].Name;
+      if constexpr (requires { io.Has(option); })
+        if (!io.Has(option)) continue;
+      io.Text(option, values[i]);
+    }
+  });
+}
+
+template <class Io>
+void PictureFields(Io& io, Small& small) {
+  KeptDocument& kept = small.Kept;
+  io.Text("source", kept.SourceName);
+  io.Integer("width", kept.Width, 0, kMost16);
+  io.Integer("height", kept.Height, 0, kMost16);
+  io.Integer("bytes", small.FileSize, 0, std::numeric_limits<std::int64_t>::max());
+  io.Text("crc32", small.Checksum);
+  io.Text("path", small.Path);
+  io.Text("name", kept.Picture.Name);
+  io.Flag("from_file", kept.Picture.FromFile);
+  io.Flag("without_file", kept.Picture.WithoutFile);
+  io.Flag("can_undo_edit", kept.HasUndo);
+  io.Flag("persistent_drawing", kept.PersistentDrawing);
+}
+
+template <class Io>
+void AxesFields(Io& io, Small& small) {
+  KeptDocument& kept = small.Kept;
+  AxisCalibration& axes = kept.Axes;
+  io.Flag("x_log", axes.XLog);
+  io.Flag("y_log", axes.YLog);
+  io.List("points", small.AxisRows, 3, [&](AxisRow& row) { Fields(io, row); });
+  io.Number("angle", axes.Angle);
+  io.Number("sin_angle", axes.SinAngle);
+  io.Number("cos_angle", axes.CosAngle);
+  io.Number("x_axis_length", axes.XAxisLength);
+  io.Number("y_axis_length", axes.YAxisLength);
+  io.Integer("current_point", axes.CurrentRow, 0, 2);
+  io.Flag("origin_focus_pending", axes.FocusOriginPending);
+  io.Flag("panel_shown", kept.AxisPanelShown);
+  io.Text("angle_shown", kept.AxisAngle);
+  io.Text("tip", kept.AxisTips);
+  io.Flag("have_been_complete", kept.GridBuster);
+}
+
+template <class Io>
+void HeadFields(Io& io, Small& small) {
+  io.Text("format", small.Format);
+  io.Integer("version", small.Version, 1, std::numeric_limits<int>::max());
+  io.Text("program", small.Program);
+}
+
+template <class Io>
+void Fields(Io& io, Small& small) {
+  KeptDocument& kept = small.Kept;
+  io.Object("picture", [&] { PictureFields(io, small); });
+  io.Object("axes", [&] { AxesFields(io, small); });
+  io.template Choice<Mode>("mode", kept.InMode,
+                           {{Mode::None, "none"},
+                            {Mode::AxisDef, "axisdef"},
+                            {Mode::Graphize, "graphize"},
+                            {Mode::BlockTest, "blocktest"},
+                            {Mode::DrawErase, "drawerase"},
+                            {Mode::GridBuster, "gridbuster"}});
+  io.List("curves", small.Curves, kMostCurves, [&](CurveHead& curve) { Fields(io, curve); });
+  io.Integer("active_curve", kept.Active, 0, kMostCurves);
+  io.List("blockers", small.Blockers, kMaxBlockers, [&](Blocker& b) { Fields(io, b); });
+  io.Text("data_file", kept.DataFileName);
+  io.Text("data_title", kept.DataFileTitle);
+  io.Integer("saved_points", small.SavedPoints, -1, kMostPoints);
+  Options(io, "options", small.Options);
+}
+
+// From the document to what is written, and back.
+
+CurveHead HeadOf(const KeptCurve& curve) {
+  const PointStore& store = *curve.Points;
+  return {.Name = curve.Name,
+          .Captured = store.CaptureCount,
+          .Listed = store.ListCount,
+          .Ids = static_cast<int>(store.Places.size()),
+          .ListIsCaptured = store.ListIsCaptured,
+          .ListRows = store.ListRows,
+          .LastPixelX = store.LastPixelX,
+          .LastPixelY = store.LastPixelY,
+          .Saved = curve.Saved};
+}
+
+Small SmallOf(KeptDocument& kept) {
+  Small small{.Kept = kept,
+              .Path = kept.Picture.ChosenPath.string(),
+              .Checksum = HexText(kept.Picture.FileChecksum),
+              .FileSize = static_cast<std::int64_t>(kept.Picture.FileSize),
+              .AxisRows = {},
+              .Blockers = {},
+              .Curves = {},
+              .SavedPoints = kept.Steps.SavedPoints.value_or(-1),
+              .Options = kept.Options,
+              .StepOptions = kept.Steps.Options};
+  for (std::size_t i = 0; i < 3; ++i)
+    small.AxisRows.push_back({kept.Axes.PixelX[i], kept.Axes.PixelY[i], kept.Axes.ValueX[i],
+                              kept.Axes.ValueY[i], kept.Axes.Defined[i], kept.Axes.Armed[i],
+                              kept.AxisRows[i]});
+  for (int i = 1; i <= kept.Blockers.Count; ++i)
+    small.Blockers.push_back(kept.Blockers.Blockers[static_cast<std::size_t>(i)]);
+  for (const KeptCurve& curve : kept.Curves) small.Curves.push_back(HeadOf(curve));
+  return small;
+}
+
+void TakeAxes(const Small& small, JsonReader& reader) {
+  KeptDocument& kept = small.Kept;
+  if (small.AxisRows.size() != 3) reader.Fail("axes.points", "is no list of three points");
+  for (std::size_t i = 0; i < 3; ++i) {
+    const AxisRow& row = small.AxisRows[i];
+    kept.Axes.PixelX[i] = row.Column;
+    kept.Axes.PixelY[i] = row.Row;
+    kept.Axes.ValueX[i] = row.X;
+    kept.Axes.ValueY[i] = row.Y;
+    kept.Axes.Defined[i] = row.Defined;
+    kept.Axes.Armed[i] = row.Armed;
+    kept.AxisRows[i] = row.Boxes;
+    if (i > 0 && row.Defined && !small.AxisRows[i - 1].Defined)
+      reader.Fail("axes.points", "lacks one that others depend on");
+  }
+  const AxisCalibration& axes = kept.Axes;
+  const float norm = axes.SinAngle * axes.SinAngle + axes.CosAngle * axes.CosAngle;
+  if (!(norm > 0.999f && norm < 1.001f) || (axes.Defined[1] && axes.XAxisLength == 0) ||
+      (axes.Defined[2] && axes.YAxisLength == 0))
+    reader.Fail("axes", "cannot be");
+}
+
+void TakePicture(const Small& small, JsonReader& reader) {
+  KeptDocument& kept = small.Kept;
+  const bool none = kept.Width == 0 && kept.Height == 0;
+  if (!none && !SizeRefusal(kept.Width, kept.Height).empty())
+    reader.Fail("picture", "has a size that cannot be");
+  const auto checksum = NumberOfHexText(small.Checksum);
+  if (!checksum) reader.Fail("picture.crc32", "is no checksum");
+  kept.Picture.FileChecksum = *checksum;
+  kept.Picture.FileSize = static_cast<std::uintmax_t>(small.FileSize);
+  kept.Picture.ChosenPath = small.Path;
+  kept.Picture.Path = LowerCase(small.Path);
+}
+
+void TakeOptions(const Small& small, JsonReader& reader) {
+  Workspace scratch;
+  for (const auto* values : {&small.StepOptions, &small.Options})
+    for (std::size_t i = 0; i < values->size(); ++i)
+      if (!RecipeOptions()[i].Take(scratch, (*values)[i]))
+        reader.Fail(RecipeOptions()[i].Name, "cannot be \"" + (*values)[i] + "\"");
+  if (scratch.calibration.XLog != small.Kept.Axes.XLog ||
+      scratch.calibration.YLog != small.Kept.Axes.YLog)
+    reader.Fail("options", "are at odds with the axes");
+  small.Kept.Options = small.Options;
+  small.Kept.Steps.Options = small.StepOptions;
+}
+
+void TakeSmall(Small& small, JsonReader& reader) {
+  KeptDocument& kept = small.Kept;
+  TakePicture(small, reader);
+  TakeAxes(small, reader);
+  kept.Blockers.Count = static_cast<std::int16_t>(small.Blockers.size());
+  std::copy(small.Blockers.begin(), small.Blockers.end(), kept.Blockers.Blockers.begin() + 1);
+  if (small.SavedPoints >= 0) kept.Steps.SavedPoints = small.SavedPoints;
+  TakeOptions(small, reader);
+  if (static_cast<std::size_t>(kept.Active) >= small.Curves.size())
+    reader.Fail("active_curve", "is none of the curves");
+  for (const CurveHead& curve : small.Curves)
+    if (curve.ListIsCaptured && curve.Listed > curve.Captured)
+      reader.Fail("curves", "have more rows than points");
+}
+
+KeptDocument::OptionValues BuiltInOptions() {
+  const Workspace builtIn;
+  KeptDocument::OptionValues values;
+  for (const RecipeOption& option : RecipeOptions()) values.push_back(option.Read(builtIn));
+  return values;
+}
+
+/// A store for so many rows, which are not read yet.
+std::shared_ptr<PointStore> EmptyStore(const CurveHead& head) {
+  const auto store = std::make_shared<PointStore>();
+  const auto resize = [](int count, auto&... arrays) {
+    constexpr int kStep = 500;  // as they grow while points are captured
+    (arrays.resize(static_cast<std::size_t>(count / kStep * kStep + kStep + 1)), ...);
+  };
+  resize(head.Captured, store->CaptureX, store->CaptureY, store->CaptureId);
+  resize(head.Listed, store->ListX, store->ListY, store->ListId);
+  store->CaptureCount = static_cast<std::int16_t>(head.Captured);
+  store->ListCount = static_cast<std::int16_t>(head.Listed);
+  store->ListIsCaptured = head.ListIsCaptured;
+  store->ListRows = head.ListRows;
+  store->LastPixelX = static_cast<std::int16_t>(head.LastPixelX);
+  store->LastPixelY = static_cast<std::int16_t>(head.LastPixelY);
+  store->Places.resize(static_cast<std::size_t>(head.Ids));
+  return store;
+}
+
+const KeptPart* Find(const std::vector<KeptPart>& parts, const std::string& name) {
+  const auto found = std::ranges::find(parts, name, &KeptPart::Name);
+  return found == parts.end() ? nullptr : &*found;
+}
+
+const KeptPart& Need(const std::vector<KeptPart>& parts, const std::string& name) {
+  const KeptPart* part = Find(parts, name);
+  if (part == nullptr) throw RunTimeError("\"" + name + "\" is missing");
+  return *part;
+}
+
+/// Reads a part, whose name an error then has in front.
+template <class Read>
+void Naming(const std::string& name, const Read& read) {
+  try {
+    read();
+  } catch (const RunTimeError& error) {
+    throw RunTimeError(name + ": " + error.what());
+  }
+}
+
+std::shared_ptr<const PointStore> ReadPoints(const std::vector<KeptPart>& parts, std::size_t index,
+                                             const CurveHead& head) {
+  const std::shared_ptr<PointStore> store = EmptyStore(head);
+  const auto read = [&](const KeptPart& part, void (*reading)(PointStore&, std::string_view)) {
+    Naming(part.Name, [&] { reading(*store, part.Text); });
+  };
+  read(Need(parts, CurvePart(index, ".csv")), ReadCaptured);
+  if (const KeptPart* list = Find(parts, CurvePart(index, ".list.csv")))
+    read(*list, ReadList);
+  else if (head.Listed == head.Captured)
+    TakeCapturedAsList(*store);
+  else
+    Need(parts, CurvePart(index, ".list.csv"));
+  if (const KeptPart* behind = Find(parts, CurvePart(index, ".behind.csv")))
+    read(*behind, ReadBehindList);
+  return store;
+}
+
+void ReadSteps(Recipe& recipe, const std::string& text) {
+  RecipeFile file = ReadRecipe(text, {});
+  for (const RecipeFile::Picture& picture : file.Pictures)
+    recipe.Pictures.push_back({.Path = picture.Path,
+                               .Width = picture.Width,
+                               .Height = picture.Height,
+                               .FileSize = picture.FileSize,
+                               .FileChecksum = NumberOfHexText(picture.Checksum).value_or(0)});
+  for (RecipeFile::Line& line : file.Steps) recipe.Steps.push_back(std::move(line.Is));
+}
+
+}  // namespace
+
+std::vector<KeptPart> PartsOf(KeptDocument kept) {
+  Small small = SmallOf(kept);
+  JsonWriter writer;
+  HeadFields(writer, small);
+  Fields(writer, small);
+  if (!small.StepOptions.empty()) Options(writer, kStepOptions, small.StepOptions);
+  std::vector<KeptPart> parts = {{kSmallRecords, writer.Take()}};
+  for (std::size_t i = 0; i < kept.Curves.size(); ++i) {
+    const PointStore& store = *kept.Curves[i].Points;
+    parts.push_back({CurvePart(i, ".csv"), CapturedText(store)});
+    if (std::string list = ListText(store); !list.empty())
+      parts.push_back({CurvePart(i, ".list.csv"), std::move(list)});
+    if (std::string behind = BehindListText(store); !behind.empty())
+      parts.push_back({CurvePart(i, ".behind.csv"), std::move(behind)});
+  }
+  if (!kept.Steps.Steps.empty()) {
+    const int points = kept.Curves[static_cast<std::size_t>(kept.Active)].Points->ListCount;
+    parts.push_back({kSteps, RecipeText(kept.Steps, points, {})});
+  }
+  return parts;
+}
+
+KeptDocument ReadParts(const std::vector<KeptPart>& parts) {
+  KeptDocument kept;
+  Small small{.Kept = kept,
+              .Path = {},
+              .Checksum = {},
+              .AxisRows = {},
+              .Blockers = {},
+              .Curves = {},
+              .Options = BuiltInOptions(),
+              .StepOptions = {}};
+  const KeptPart& records = Need(parts, kSmallRecords);
+  Naming(records.Name, [&] {
+    if (records.Text.size() > kLargestRecords) throw RunTimeError("it is too large");
+    JsonReader reader(records.Text);
+    HeadFields(reader, small);
+    if (small.Format != kProjectFormat) reader.Fail("format", "is another one");
+    if (small.Version > kProjectVersion)
+      throw RunTimeError("it is of version " + std::to_string(small.Version) +
+                         ", from a newer program (" + small.Program + "); this one reads version " +
+                         std::to_string(kProjectVersion));
+    Fields(reader, small);
+    if (reader.Has(kStepOptions)) {
+      small.StepOptions = BuiltInOptions();
+      Options(reader, kStepOptions, small.StepOptions);
+    }
+    TakeSmall(small, reader);
+  });
+  for (std::size_t i = 0; i < small.Curves.size(); ++i)
+    kept.Curves.push_back({.Name = small.Curves[i].Name,
+                           .Points = ReadPoints(parts, i, small.Curves[i]),
+                           .Saved = small.Curves[i].Saved});
+  if (const KeptPart* steps = Find(parts, kSteps))
+    Naming(steps->Name, [&] { ReadSteps(kept.Steps, steps->Text); });
+  return kept;
+}
+
+}  // namespace graphize
