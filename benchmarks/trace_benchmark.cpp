@@ -3,6 +3,7 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
+#include <chrono>
 
 #include "bare_reads.h"
 #include "support/extraction_records.h"
@@ -125,6 +126,44 @@ BENCHMARK(BM_ScanPage)
     ->Args({100, 0})
     ->Args({20, 0})
     ->Args({2, 0})
+    ->Unit(benchmark::kMillisecond);
+
+/// From the question at which Escape is held to the end of a scan that marks every pixel.
+void BM_EscapeInTheScan(benchmark::State& state) {
+  const int side = static_cast<int>(state.range(0));
+  PlotImage black;
+  SetPicture(black, Raster::Filled(side, side, kBlackPixel));
+  ExtractionRecords records(std::move(black));
+  records.Control.Xrange = records.Control.Yrange = "1";
+  const ScanRectangle all{false, -2, -2, side + 1, side + 1};
+  using Clock = std::chrono::steady_clock;
+  Clock::time_point held;
+  double worst = 0;
+  int at = 0, asked = 0;
+  Desktop desktop = test::QuietDesktop();
+  desktop.EscapeHeld = [&] {
+    if (asked++ != at) return false;
+    held = Clock::now();
+    return true;
+  };
+  const int questions = side * side / (1 << 18);
+  for (auto _ : state) {
+    at = (at + 7) % questions;
+    asked = 0;
+    Scan(records.With(desktop), all);
+    const double seconds = std::chrono::duration<double>(Clock::now() - held).count();
+    worst = std::max(worst, seconds);
+    state.SetIterationTime(seconds);
+    ClearMarks(records.Image);
+  }
+  state.counters["worst_ms"] = worst * 1000;
+}
+BENCHMARK(BM_EscapeInTheScan)
+    ->Arg(2000)
+    ->Arg(4000)
+    ->Arg(8000)
+    ->Iterations(20)
+    ->UseManualTime()
     ->Unit(benchmark::kMillisecond);
 
 }  // namespace

@@ -10,8 +10,7 @@ namespace graphize {
 namespace {
 
 /// Writes one pixel that is inside and remembers in `log` what it covers.
-void Overdraw(PlotImage& image, std::vector<OverdrawnPixel>& log, int x, int y,
-              std::uint32_t pixel) {
+void Overdraw(PlotImage& image, OverdrawnPixels& log, int x, int y, std::uint32_t pixel) {
   std::uint32_t& target = image.Pixels.Row(y)[x];
   if (target == pixel) return;
   log.push_back(
@@ -37,16 +36,16 @@ void Swap(PlotImage& image, Iterator from, Iterator to) {
   image.Dirty.Add(left, static_cast<int>(first / width), right, static_cast<int>(last / width));
 }
 
-void Note(PlotImage& image, RasterEvent::Kind kind, bool edit, std::vector<OverdrawnPixel> pixels) {
+void Note(PlotImage& image, RasterEvent::Kind kind, bool edit, const OverdrawnPixels& pixels) {
   if (!image.Noted.Kept) return;
   image.Noted.Events.push_back(
-      {.Is = kind, .Edit = edit, .Pixels = PixelLog(std::move(pixels)), .Before = {}, .After = {}});
+      {.Is = kind, .Edit = edit, .Pixels = PixelLog(pixels), .Before = {}, .After = {}});
   (edit ? image.Noted.Edits : image.Noted.Marks) = 0;
 }
 
 /// Puts back what a log of the image remembers and empties it.
 void Restore(PlotImage& image, bool edit) {
-  std::vector<OverdrawnPixel>& log = edit ? image.LastEdit : image.Marks;
+  OverdrawnPixels& log = edit ? image.LastEdit : image.Marks;
   if (log.empty()) return;
   NoteDrawn(image);
   SwapBackward(image, log);
@@ -60,7 +59,7 @@ void ForgetEdit(PlotImage& image) {
 }
 
 /// Fills the part of row y from left to right that is inside.
-void FillRun(PlotImage& image, std::vector<OverdrawnPixel>& log, int left, int right, int y,
+void FillRun(PlotImage& image, OverdrawnPixels& log, int left, int right, int y,
              std::uint32_t pixel) {
   if (y < 0 || y >= image.Height()) return;
   left = std::max(left, 0);
@@ -70,7 +69,7 @@ void FillRun(PlotImage& image, std::vector<OverdrawnPixel>& log, int left, int r
   image.Dirty.Add(left, y, right, y);
 }
 
-void FillBox(PlotImage& image, std::vector<OverdrawnPixel>& log, int x1, int y1, int x2, int y2,
+void FillBox(PlotImage& image, OverdrawnPixels& log, int x1, int y1, int x2, int y2,
              Colour colour) {
   const auto [left, right] = std::minmax(x1, x2);
   const auto [top, bottom] = std::minmax(y1, y2);
@@ -78,8 +77,7 @@ void FillBox(PlotImage& image, std::vector<OverdrawnPixel>& log, int x1, int y1,
     FillRun(image, log, left, right, y, PixelOfColour(colour));
 }
 
-void FillDot(PlotImage& image, std::vector<OverdrawnPixel>& log, int x, int y, int width,
-             Colour colour) {
+void FillDot(PlotImage& image, OverdrawnPixels& log, int x, int y, int width, Colour colour) {
   // A pixel belongs to the disc when its centre does; an even width puts the disc's centre half a
   // pixel to the upper left of (x, y)'s centre. Distances are doubled to stay whole.
   width = std::max(width, 1);
@@ -145,7 +143,7 @@ void TakeBackMarks(PlotImage& image, std::size_t first, int x) {
     return static_cast<int>(mark.Index - row) >= x;
   };
   // The oldest last: it covers what was there before them all.
-  std::vector<OverdrawnPixel> back;  // only what has been noted before
+  OverdrawnPixels back;  // only what has been noted before
   for (auto mark = image.Marks.end(); mark != begin;) {
     if (--mark; !isTaken(*mark)) continue;
     std::swap(image.Pixels.Pixels()[mark->Index], mark->Pixel);
@@ -224,11 +222,11 @@ void ShowBox(PlotImage& image, const PictureBox& picture) {
   image.Dirty = {0, 0, image.Width() - 1, image.Height() - 1};
 }
 
-void SwapForward(PlotImage& image, std::vector<OverdrawnPixel>& log) {
+void SwapForward(PlotImage& image, OverdrawnPixels& log) {
   Swap(image, log.begin(), log.end());
 }
 
-void SwapBackward(PlotImage& image, std::vector<OverdrawnPixel>& log) {
+void SwapBackward(PlotImage& image, OverdrawnPixels& log) {
   Swap(image, log.rbegin(), log.rend());
 }
 

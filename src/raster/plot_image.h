@@ -29,11 +29,11 @@ struct DirtyArea {
 /// x grows to the right, y downward, both from 0.
 struct PlotImage {
   Raster Pixels;
-  PictureBox Box;                        // where `Pixels` go when another picture is shown
-  std::vector<OverdrawnPixel> Marks;     // oldest first
-  std::vector<OverdrawnPixel> LastEdit;  // oldest first
-  bool HasUndo = false;                  // an edit was begun since the picture was set
-  bool PersistentDrawing = false;        // on in the edit modes and after every new picture
+  PictureBox Box;                  // where `Pixels` go when another picture is shown
+  OverdrawnPixels Marks;           // oldest first
+  OverdrawnPixels LastEdit;        // oldest first
+  bool HasUndo = false;            // an edit was begun since the picture was set
+  bool PersistentDrawing = false;  // on in the edit modes and after every new picture
   DirtyArea Dirty;
   std::string SourceName;  // file name, or the word for a pasted or scanned picture
   RasterEvents Noted;      // for the history
@@ -105,8 +105,8 @@ PictureBox SetPicture(PlotImage& image, Raster picture);
 /// of another one is emptied.
 void ShowBox(PlotImage& image, const PictureBox& picture);
 /// Exchange pixels of the raster and of `log`, oldest or newest first.
-void SwapForward(PlotImage& image, std::vector<OverdrawnPixel>& log);
-void SwapBackward(PlotImage& image, std::vector<OverdrawnPixel>& log);
+void SwapForward(PlotImage& image, OverdrawnPixels& log);
+void SwapBackward(PlotImage& image, OverdrawnPixels& log);
 /// Notes what has been drawn since the last event.
 void NoteDrawn(PlotImage& image);
 

@@ -34,7 +34,7 @@ std::uint32_t Unfolded(std::uint32_t folded) {
 }
 
 /// Runs of one colour at even steps: step, change of the colour, number of pixels.
-std::string Packed(const std::vector<OverdrawnPixel>& pixels) {
+std::string Packed(const OverdrawnPixels& pixels) {
   std::string bytes;
   OverdrawnPixel last;
   for (std::size_t i = 0; i < pixels.size();) {
@@ -50,9 +50,8 @@ std::string Packed(const std::vector<OverdrawnPixel>& pixels) {
   return bytes;
 }
 
-std::vector<OverdrawnPixel> Unpacked(const std::string& bytes, std::size_t count) {
-  std::vector<OverdrawnPixel> pixels;
-  pixels.reserve(count);
+OverdrawnPixels Unpacked(const std::string& bytes, std::size_t count) {
+  OverdrawnPixels pixels;
   OverdrawnPixel last;
   for (const char* at = bytes.data(); pixels.size() < count;) {
     const std::uint32_t step = Unfolded(GetNumber(at));
@@ -65,16 +64,16 @@ std::vector<OverdrawnPixel> Unpacked(const std::string& bytes, std::size_t count
   return pixels;
 }
 
-std::vector<OverdrawnPixel>& LogOf(PlotImage& image, const RasterEvent& event) {
+OverdrawnPixels& LogOf(PlotImage& image, const RasterEvent& event) {
   return event.Edit ? image.LastEdit : image.Marks;
 }
 
 /// Draws the event's pixels, onto the end of the image's log.
 void PutOn(PlotImage& image, RasterEvent& event) {
-  std::vector<OverdrawnPixel> pixels = event.Pixels.Take();
+  OverdrawnPixels pixels = event.Pixels.Take();
   event.Count = pixels.size();
   SwapForward(image, pixels);
-  std::vector<OverdrawnPixel>& log = LogOf(image, event);
+  OverdrawnPixels& log = LogOf(image, event);
   if (log.empty())
     log = std::move(pixels);
   else
@@ -83,19 +82,19 @@ void PutOn(PlotImage& image, RasterEvent& event) {
 
 /// The reverse: the newest pixels of the image's log.
 void TakeOff(PlotImage& image, RasterEvent& event) {
-  std::vector<OverdrawnPixel>& log = LogOf(image, event);
+  OverdrawnPixels& log = LogOf(image, event);
   const auto first = log.end() - static_cast<std::ptrdiff_t>(event.Count);
-  std::vector<OverdrawnPixel> pixels(first, log.end());
+  OverdrawnPixels pixels(first, log.end());
   log.erase(first, log.end());
   SwapBackward(image, pixels);
-  event.Pixels = PixelLog(std::move(pixels));
+  event.Pixels = PixelLog(pixels);
 }
 
 void Exchange(PlotImage& image, RasterEvent& event) {
-  std::vector<OverdrawnPixel>& log = LogOf(image, event);
-  std::vector<OverdrawnPixel> pixels = event.Pixels.Take();
+  OverdrawnPixels& log = LogOf(image, event);
+  OverdrawnPixels pixels = event.Pixels.Take();
   log.swap(pixels);
-  event.Pixels = PixelLog(std::move(pixels));
+  event.Pixels = PixelLog(pixels);
 }
 
 void NoteDrawn(RasterEvents& noted, bool edit, std::size_t& before, std::size_t now) {
@@ -107,9 +106,9 @@ void NoteDrawn(RasterEvents& noted, bool edit, std::size_t& before, std::size_t 
 
 }  // namespace
 
-PixelLog::PixelLog(std::vector<OverdrawnPixel> pixels) {
+PixelLog::PixelLog(const OverdrawnPixels& pixels) {
   if (pixels.size() * sizeof(OverdrawnPixel) <= kPackedFrom) {
-    plain_ = std::move(pixels);
+    plain_.assign(pixels.begin(), pixels.end());
     return;
   }
   count_ = pixels.size();
@@ -117,8 +116,11 @@ PixelLog::PixelLog(std::vector<OverdrawnPixel> pixels) {
   packed_.shrink_to_fit();
 }
 
-std::vector<OverdrawnPixel> PixelLog::Take() {
-  if (count_ == 0) return std::exchange(plain_, {});
+OverdrawnPixels PixelLog::Take() {
+  if (count_ == 0) {
+    const std::vector<OverdrawnPixel> pixels = std::exchange(plain_, {});
+    return {pixels.begin(), pixels.end()};
+  }
   return Unpacked(std::exchange(packed_, {}), std::exchange(count_, 0));
 }
 

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <memory>
 #include <string>
 #include <vector>
@@ -20,6 +21,10 @@ struct OverdrawnPixel {
   bool operator==(const OverdrawnPixel&) const = default;
 };
 
+/// In the order in which they were drawn over. It grows without being moved: a scan may mark every
+/// pixel of a page.
+using OverdrawnPixels = std::deque<OverdrawnPixel>;
+
 /// Where a picture lies while another one is shown; empty while it is shown itself. Whoever may
 /// want to show it again holds its box.
 using PictureBox = std::shared_ptr<Raster>;
@@ -28,11 +33,11 @@ using PictureBox = std::shared_ptr<Raster>;
 class PixelLog {
  public:
   PixelLog() = default;
-  explicit PixelLog(std::vector<OverdrawnPixel> pixels);
+  explicit PixelLog(const OverdrawnPixels& pixels);
 
   /// The pixels, which are gone from here.
-  std::vector<OverdrawnPixel> Take();
-  std::size_t Bytes() const { return plain_.capacity() * sizeof(OverdrawnPixel) + packed_.size(); }
+  OverdrawnPixels Take();
+  std::size_t Bytes() const { return plain_.size() * sizeof(OverdrawnPixel) + packed_.size(); }
 
  private:
   std::vector<OverdrawnPixel> plain_;

@@ -16,6 +16,9 @@ namespace {
 
 /// Pixels between two looks at the Escape key and the window: some milliseconds at most.
 constexpr int kPixelsPerLook = 1 << 18;
+/// Marks that a scan which is stopped may have to take back, and pixels that it may have to mark.
+constexpr std::size_t kMarksPerStrip = 1 << 22;
+constexpr int kNarrowestStrip = 64;  // columns; narrower ones take long for each row
 
 /// The columns or rows that are looked at, within the picture.
 struct GridRange {
@@ -89,10 +92,13 @@ class FoundPositions {
     keys_.push_back(key);
     if (keys_.size() >= 2 * wanted_ + 1000) DropLast();
   }
-  /// Forgets what lies right of the column before `x`.
+  /// Forgets what lies right of the column before `x`, as if nobody had looked there.
   void DropColumnsFrom(int x) {
-    limit_ = std::min(limit_, static_cast<std::uint32_t>(x) << 16);
-    std::erase_if(keys_, [this](std::uint32_t key) { return key >= limit_; });
+    const auto first = static_cast<std::uint32_t>(x) << 16;
+    std::erase_if(keys_, [first](std::uint32_t key) { return key >= first; });
+    if (complete_ || limit_ <= first) return;
+    limit_ = UINT32_MAX;
+    complete_ = true;
   }
   void Sort() { std::sort(keys_.begin(), keys_.end()); }
 
@@ -128,40 +134,69 @@ void SearchRow(PlotImage& image, Colour colour, const GridRange& columns, int y,
   });
 }
 
-/// The black pixels of the rows before `done` have been found, in all columns. Turns that into as
-/// much work on whole columns, which is what a stopped scan has to show: takes back what lies right
-/// of them and finds what is missing in them.
-void FinishFirstColumns(PlotImage& image, Colour colour, const GridRange& columns,
-                        const GridRange& rows, int done, std::size_t marksBefore,
-                        FoundPositions& found) {
-  const auto count =
-      static_cast<int>(static_cast<long long>(columns.Count()) * done / rows.Count());
-  const int end = columns.First + count * columns.Step;
-  TakeBackMarks(image, marksBefore, end);
+/// Columns that are searched together, row by row.
+struct Strip {
+  GridRange Columns;
+  std::size_t MarksBefore, MarksBeforeLast;  // before this strip and before the one left of it
+};
+
+/// The black pixels of the strip's rows before `done` have been found, and all left of it. Turns
+/// that into the whole columns before `end`, which is what a stopped scan has to show: takes back
+/// what lies right of them and finds what is missing in them.
+void FinishColumns(PlotImage& image, Colour colour, const Strip& strip, const GridRange& rows,
+                   int done, int end, FoundPositions& found) {
+  const GridRange& columns = strip.Columns;
+  TakeBackMarks(image, end < columns.First ? strip.MarksBeforeLast : strip.MarksBefore, end);
   found.DropColumnsFrom(end);
-  const GridRange first{columns.First, end - columns.Step, columns.Step};
+  const GridRange missing{columns.First, end - columns.Step, columns.Step};
   for (int i = done; i < rows.Count(); ++i)
-    SearchRow(image, colour, first, rows.First + i * rows.Step, found);
+    SearchRow(image, colour, missing, rows.First + i * rows.Step, found);
 }
 
-/// Searches all columns; false when Escape ended it: then the first columns alone. The raster is
-/// read row by row, the order of its memory: column by column takes many times as long.
+/// Searches all columns; false when Escape ended it: then the first columns alone, as many as make
+/// up the share that was done.
+///
+/// The raster is read row by row, the order of its memory: column by column takes many times as
+/// long. Where there is so much black that it would take long to make that good after Escape, it
+/// goes on in strips of columns.
 bool Search(const ExtractionContext& context, const GridRange& columns, const GridRange& rows,
             FoundPositions& found, ScanStatus& status) {
   PlotImage& image = context.Image;
   const Colour colour = PaletteColour(context.Options.TraceColor);
-  const int rowsPerLook = std::max(kPixelsPerLook / std::max(columns.Count(), 1), 1);
-  const std::size_t marksBefore = image.Marks.size();
-  for (int i = 0; i < rows.Count(); ++i) {
-    if (i % rowsPerLook == 0) {
-      if (context.Callbacks.EscapeHeld()) {
-        FinishFirstColumns(image, colour, columns, rows, i, marksBefore, found);
-        return false;
+  const int width = columns.Count(), height = rows.Count();
+  const long long perLook = std::max(kPixelsPerLook / std::max(width, 1), 1) * 1LL * width;
+  const auto column = [&](long long number) {
+    return columns.First + static_cast<int>(number) * columns.Step;
+  };
+  long long done = 0, look = 0;  // pixels, and of the next look
+  std::size_t marks = image.Marks.size();
+  int stripWidth = width;
+  for (int left = 0; left < width;) {
+    int right = std::min(left + stripWidth, width);
+    const Strip strip{{column(left), column(right - 1), columns.Step}, image.Marks.size(), marks};
+    for (int i = 0; i < height; ++i, done += right - left) {
+      if (done >= look) {
+        if (context.Callbacks.EscapeHeld()) {
+          FinishColumns(image, colour, strip, rows, i, column(look / height), found);
+          return false;
+        }
+        status.Show(100.0 * static_cast<double>(look) / width / height);
+        context.Callbacks.Pump();
+        look += perLook;
       }
-      status.Show(100.0 * i / rows.Count());
-      context.Callbacks.Pump();
+      if (image.Marks.size() - strip.MarksBefore > kMarksPerStrip &&
+          right - left > kNarrowestStrip) {
+        const int whole = static_cast<int>(static_cast<long long>(right - left) * i / height);
+        FinishColumns(image, colour, strip, rows, i, column(left + whole), found);
+        stripWidth = std::max(whole / 2, kNarrowestStrip);
+        right = left + whole;
+        done = static_cast<long long>(right) * height;
+        break;
+      }
+      SearchRow(image, colour, strip.Columns, rows.First + i * rows.Step, found);
     }
-    SearchRow(image, colour, columns, rows.First + i * rows.Step, found);
+    left = right;
+    marks = strip.MarksBefore;
   }
   return true;
 }

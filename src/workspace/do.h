@@ -18,9 +18,6 @@ namespace graphize {
 ///    went (Interruptions), and a step that says so itself goes that way again.
 Outcome Do(Workspace& ws, const Desktop& desktop, Step step);
 
-/// Ends what a press on the picture has begun, without finishing it: its release went elsewhere, or
-/// a menu or key changes the picture meanwhile. What the pen has changed by then is noted.
-void EndGesture(Workspace& ws);
 /// Notes the way that the pen has come, when its button is released.
 void NotePen(Workspace& ws);
 

@@ -23,7 +23,7 @@ namespace {
 struct State {
   std::string Records, Recipe;
   std::vector<std::uint32_t> Pixels;
-  std::vector<OverdrawnPixel> Marks, LastEdit;
+  OverdrawnPixels Marks, LastEdit;
   std::vector<float> Numbers;
   std::vector<PointId> Ids;
 

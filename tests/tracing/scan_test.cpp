@@ -192,6 +192,31 @@ TEST(Scan, EscapeInTheSearchCapturesTheFirstColumnsWhole) {
   }
 }
 
+TEST(Scan, EscapeOnACrowdedPageLeavesWholeColumns) {
+  const int width = 3000, height = 2000;  // more black than is marked in one go
+  for (const int questions : {3, 17, 18, 22, -1}) {
+    PlotImage page;
+    SetPicture(page, Raster::Filled(width, height, kBlackPixel));
+    ScriptedDesktop desktop;
+    desktop.EscapeAfter = questions;
+    if (questions < 0) desktop.ExpectMessage("You reached the limit of data that can be stored.");
+    ExtractionRecords records(std::move(page));
+    records.CapturePressed = questions < 0;
+    records.Control.Xrange = records.Control.Yrange = "1";
+    Scan(records.With(desktop), Around(0, 0, width - 1, height - 1));
+    const int rowsPerQuestion = (1 << 18) / width;
+    const int columns = questions < 0 ? width : width * questions * rowsPerQuestion / height;
+    ASSERT_EQ(records.Image.Marks.size(), static_cast<std::size_t>(columns) * height);
+    for (const OverdrawnPixel& mark : records.Image.Marks)
+      ASSERT_LT(static_cast<int>(mark.Index) % width, columns);
+    ASSERT_EQ(records.Store.CaptureCount, questions < 0 ? 32767 : 0);
+    for (int i = 1; i <= records.Store.CaptureCount; ++i) {
+      ASSERT_EQ(records.Store.CaptureX[i], (i - 1) / height);
+      ASSERT_EQ(height - records.Store.CaptureY[i], (i - 1) % height);
+    }
+  }
+}
+
 TEST(Scan, EscapeReleasedAndHeldAnewEndsTheCapturing) {
   Rows picture(2000, std::string(600, '.'));
   for (std::string& row : picture) row[0] = '#';
