@@ -304,6 +304,8 @@ class Maker {
                                                            const char* expected) {
     const auto [at, behind] = SplitOff(option.Value);
     const std::vector<std::string> values = Split(behind, ',');
+    if (values.size() > count)
+      Refuse(option, std::string(expected) + "; a comma parts values, the decimal sign is a point");
     if (values.size() != count) Refuse(option, expected);
     for (const std::string& value : values) {
       const auto number = WholeNumberText(value);

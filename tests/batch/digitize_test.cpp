@@ -95,6 +95,7 @@ TEST_F(Batch, BadInvocationsAreToldInOneLineAndWriteNothing) {
       {withAxes("70,430:0,-1", "610,430:0"), 2,
        "--x-axis \"610,430:0\": it has the origin's value"},
       {withAxes("70,430:0,nan", "610,430:9"), 2, "\"nan\" is no number"},
+      {withAxes("70,430:0,-1", "610,430:1,5"), 2, "the decimal sign is a point"},
       {withAxes("70,430:1,1e-60", "610,430:9", "--y-log"), 2,
        "with --y-log the value must be above 0"},
       {traced({"--trace", "700,58"}), 1,
