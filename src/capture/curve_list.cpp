@@ -145,6 +145,13 @@ void ResetCurves(CurveList& list, PointStore& active) {
   list.Active = 0;
 }
 
+void ReplaceCurves(CurveList& list, PointStore& active, std::vector<Curve> curves,
+                   int activeCurve) {
+  Leave(list, active, std::exchange(curves[static_cast<std::size_t>(activeCurve)].Points, nullptr));
+  list.Curves = std::move(curves);
+  list.Active = activeCurve;
+}
+
 std::vector<int> UnsavedCurves(const CurveList& list, const PointStore& active) {
   std::vector<int> unsaved;
   for (int i = 0; i < static_cast<int>(list.Curves.size()); ++i)

@@ -64,6 +64,9 @@ void DeleteCurve(CurveList& list, PointStore& active);
 /// One empty curve, as at the start.
 void ResetCurves(CurveList& list, PointStore& active);
 
+/// These curves take the place of all; each has its points, also the one that becomes active.
+void ReplaceCurves(CurveList& list, PointStore& active, std::vector<Curve> curves, int activeCurve);
+
 /// The active curve's points become these, beside what is under the cursor. Returns what they were.
 std::shared_ptr<const PointStore> ExchangePoints(CurveList& list, PointStore& active,
                                                  std::shared_ptr<const PointStore> points);

@@ -21,21 +21,6 @@ void BringBackOptions(Workspace& ws, const KeptDocument::OptionValues& values) {
   BuildFormats(ws.settings, ws.formats);
 }
 
-/// The points, under the cursor that is there.
-void BringBackPoints(PointStore& store, const KeptCurve& curve) {
-  PointStore points = *curve.Points;
-  points.MaxPoints = store.MaxPoints;
-  points.CurrentX = store.CurrentX;
-  points.CurrentY = store.CurrentY;
-  points.CurrentPlace = store.CurrentPlace;
-  points.CurrentPixelX = store.CurrentPixelX;
-  points.CurrentPixelY = store.CurrentPixelY;
-  store = std::move(points);
-  store.Saved = {};
-  if (curve.Saved) NoteSaved(store);
-  ShowNewest(store);
-}
-
 void BringBackCommands(Workspace& ws, bool gridBuster) {
   EnableDataCommands(ws.commands, ws.store.CaptureCount > 0);
   UpdateEditMenu(ws.store, ws.commands);
@@ -62,7 +47,8 @@ KeptDocument Keep(const Workspace& ws) {
                     .GridBuster = ws.commands.GridBuster,
                     .InMode = ws.mode,
                     .Blockers = ws.blockers,
-                    .Curves = {},
+                    .Curves = ws.curves.Curves,
+                    .Active = ws.curves.Active,
                     .DataFileName = ws.dataFileName,
                     .DataFileTitle = ws.dataFileTitle,
                     .Options = {},
@@ -71,8 +57,8 @@ KeptDocument Keep(const Workspace& ws) {
                               .SavedPoints = ws.recipe.SavedPoints,
                               .Options = ws.recipe.Options,
                               .Replaced = {}}};
-  kept.Curves.push_back(
-      {.Points = std::make_shared<PointStore>(ws.store), .Saved = !HasUnsaved(ws.store)});
+  kept.Curves[static_cast<std::size_t>(kept.Active)].Points =
+      std::make_shared<const PointStore>(ws.store);
   for (const RecipeOption& option : RecipeOptions()) kept.Options.push_back(option.Read(ws));
   return kept;
 }
@@ -99,7 +85,7 @@ void BringBack(Workspace& ws, const Desktop& desktop, KeptDocument&& kept) {
   ws.window.AxisPanelShown = kept.AxisPanelShown;
   ws.blockers = kept.Blockers;
 
-  BringBackPoints(ws.store, kept.Curves[static_cast<std::size_t>(kept.Active)]);
+  ReplaceCurves(ws.curves, ws.store, std::move(kept.Curves), kept.Active);
   ws.dataFileName = std::move(kept.DataFileName);
   ws.dataFileTitle = std::move(kept.DataFileTitle);
   BringBackOptions(ws, kept.Options);

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <array>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -9,13 +8,6 @@
 #include "workspace/workspace.h"
 
 namespace graphize {
-
-/// A curve as it is kept.
-struct KeptCurve {
-  std::string Name = "curve 1";
-  std::shared_ptr<const PointStore> Points;
-  bool Saved = false;  // nothing of it is unsaved
-};
 
 /// All of a document that is kept on the disk, but for the picture's pixels: what
 /// session/document.h lists, and the options that its steps depend on. What follows from the rest
@@ -34,7 +26,7 @@ struct KeptDocument {
   Mode InMode = Mode::None;
   BlockerList Blockers;
 
-  std::vector<KeptCurve> Curves;
+  std::vector<Curve> Curves;  // each with its points, and what of them is saved
   int Active = 0;
   std::string DataFileName, DataFileTitle;
 

@@ -22,7 +22,6 @@ constexpr const char* kSmallRecords = "project.json";
 constexpr const char* kSteps = "steps.txt";
 constexpr const char* kStepOptions = "options_of_steps";
 constexpr std::size_t kLargestRecords = 4u << 20;  // bytes of text
-constexpr std::size_t kMostCurves = 1000;
 constexpr int kMostPoints = 32767;
 constexpr int kMostIds = 1 << 24;  // a store's places then take 128 MB
 constexpr std::int64_t kLeast16 = std::numeric_limits<std::int16_t>::min();
@@ -34,7 +33,8 @@ std::string CurvePart(std::size_t index, const char* ending) {
 
 /// What a curve's points are beside their rows.
 struct CurveHead {
-  std::string Name;
+  std::string Name, Colour;  // "#rrggbb"
+  bool Shown = true;
   int Captured = 0, Listed = 0;  // rows
   int Ids = 1;                   // that were given, with 0
   bool ListIsCaptured = true;
@@ -94,6 +94,8 @@ template <class Io>
 void Fields(Io& io, CurveHead& curve) {
   using Rows = PointStore::Rows;
   io.Text("name", curve.Name);
+  io.Text("color", curve.Colour);
+  io.Flag("shown", curve.Shown);
   io.Integer("points", curve.Captured, 0, kMostPoints);
   io.Integer("list_rows", curve.Listed, 0, kMostPoints);
   io.Flag("list_is_captured", curve.ListIsCaptured);
@@ -186,9 +188,11 @@ void Fields(Io& io, Small& small) {
 
 // From the document to what is written, and back.
 
-CurveHead HeadOf(const KeptCurve& curve) {
+CurveHead HeadOf(const Curve& curve) {
   const PointStore& store = *curve.Points;
   return {.Name = curve.Name,
+          .Colour = "#" + HexText(PixelOfColour(curve.MarkColour)).substr(2),
+          .Shown = curve.Shown,
           .Captured = store.CaptureCount,
           .Listed = store.ListCount,
           .Ids = static_cast<int>(store.Places.size()),
@@ -196,7 +200,7 @@ CurveHead HeadOf(const KeptCurve& curve) {
           .ListRows = store.ListRows,
           .LastPixelX = store.LastPixelX,
           .LastPixelY = store.LastPixelY,
-          .Saved = curve.Saved};
+          .Saved = !HasUnsaved(store)};
 }
 
 Small SmallOf(KeptDocument& kept) {
@@ -216,7 +220,7 @@ Small SmallOf(KeptDocument& kept) {
                               kept.AxisRows[i]});
   for (int i = 1; i <= kept.Blockers.Count; ++i)
     small.Blockers.push_back(kept.Blockers.Blockers[static_cast<std::size_t>(i)]);
-  for (const KeptCurve& curve : kept.Curves) small.Curves.push_back(HeadOf(curve));
+  for (const Curve& curve : kept.Curves) small.Curves.push_back(HeadOf(curve));
   return small;
 }
 
@@ -283,6 +287,24 @@ void TakeSmall(Small& small, JsonReader& reader) {
       reader.Fail("curves", "have more rows than points");
 }
 
+/// The curves' names and colours.
+void TakeCurves(const Small& small, JsonReader& reader) {
+  CurveList curves{.Curves = {}, .Origin = {}, .Left = {}};
+  for (const CurveHead& head : small.Curves) {
+    if (const std::string fault = CurveNameFault(curves, head.Name); !fault.empty())
+      reader.Fail("curves", "have a name that cannot be: " + fault);
+    const auto pixel = head.Colour.starts_with('#') && head.Colour.size() == 7
+                           ? NumberOfHexText("ff" + head.Colour.substr(1))
+                           : std::nullopt;
+    if (!pixel) reader.Fail("curves", "have a color that is none");
+    curves.Curves.push_back({.Name = head.Name,
+                             .MarkColour = ColourOfPixel(*pixel),
+                             .Shown = head.Shown || small.Curves.size() == 1,
+                             .Points = {}});
+  }
+  small.Kept.Curves = std::move(curves.Curves);
+}
+
 KeptDocument::OptionValues BuiltInOptions() {
   const Workspace builtIn;
   KeptDocument::OptionValues values;
@@ -345,6 +367,8 @@ std::shared_ptr<const PointStore> ReadPoints(const std::vector<KeptPart>& parts,
     Need(parts, CurvePart(index, ".list.csv"));
   if (const KeptPart* behind = Find(parts, CurvePart(index, ".behind.csv")))
     read(*behind, ReadBehindList);
+  if (head.Saved) NoteSaved(*store);
+  ShowNewest(*store);
   return store;
 }
 
@@ -409,11 +433,10 @@ KeptDocument ReadParts(const std::vector<KeptPart>& parts) {
       Options(reader, kStepOptions, small.StepOptions);
     }
     TakeSmall(small, reader);
+    TakeCurves(small, reader);
   });
   for (std::size_t i = 0; i < small.Curves.size(); ++i)
-    kept.Curves.push_back({.Name = small.Curves[i].Name,
-                           .Points = ReadPoints(parts, i, small.Curves[i]),
-                           .Saved = small.Curves[i].Saved});
+    kept.Curves[i].Points = ReadPoints(parts, i, small.Curves[i]);
   if (const KeptPart* steps = Find(parts, kSteps))
     Naming(steps->Name, [&] { ReadSteps(kept.Steps, steps->Text); });
   return kept;
