@@ -29,7 +29,7 @@ std::filesystem::path SettingsPath() {
 /// installed program has what it shares between machines.
 std::filesystem::path HelpFile() {
   const std::filesystem::path folder = QApplication::applicationDirPath().toStdString();
-  const std::filesystem::path beside = folder / "Graphize.hlp";
+  std::filesystem::path beside = folder / "Graphize.hlp";
   std::error_code ignored;
   if (std::filesystem::exists(beside, ignored)) return beside;
   return (folder / "../share/graphize/Graphize.hlp").lexically_normal();

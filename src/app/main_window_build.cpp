@@ -49,13 +49,16 @@ void MainWindow::BuildMenus() {
   QMenu* menu = nullptr;
   QMenu* subMenu = nullptr;
   for (const MenuEntry& entry : MenuEntries()) {
+    if (entry.Is == MenuEntry::Kind::Menu) {
+      subMenu = nullptr;
+      menu = menuBar()->addMenu(QLatin1String(entry.Caption));
+      menu->setObjectName(QLatin1String(entry.Name));
+      menu->setToolTipsVisible(true);
+    }
+    if (menu == nullptr) continue;
     QMenu* target = subMenu != nullptr ? subMenu : menu;
     switch (entry.Is) {
       case MenuEntry::Kind::Menu:
-        subMenu = nullptr;
-        menu = menuBar()->addMenu(QLatin1String(entry.Caption));
-        menu->setObjectName(QLatin1String(entry.Name));
-        menu->setToolTipsVisible(true);
         break;
       case MenuEntry::Kind::SubMenu:
         subMenu = menu->addMenu(QLatin1String(entry.Caption));

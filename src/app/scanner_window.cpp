@@ -24,7 +24,7 @@ void MainWindow::AskForScanner() {
   // An answer may take as long as a device likes: the window neither waits for it nor, when it
   // closes, goes on asking.
   scannerQuestion_ =
-      std::jthread([this, chosen = !ws_.scanner.Source.Name.empty()](std::stop_token stop) {
+      std::jthread([this, chosen = !ws_.scanner.Source.Name.empty()](const std::stop_token& stop) {
         const auto answer = [this](bool CommandStates::*enabled) {
           QMetaObject::invokeMethod(
               this, [this, enabled] { Note([=](Workspace& ws) { ws.commands.*enabled = true; }); });

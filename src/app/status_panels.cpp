@@ -33,7 +33,7 @@ class StatusPanels::Progress : public QProgressBar {
     if (std::exchange(what_, what) != what) update();
   }
   QString text() const override {
-    const QString percent = QProgressBar::text();
+    QString percent = QProgressBar::text();
     if (what_.trimmed().isEmpty()) return percent;
     constexpr int kMargins = 16;
     const QString gap = QStringLiteral("  ");
@@ -49,7 +49,7 @@ class StatusPanels::Progress : public QProgressBar {
 class StatusPanels::Hint : public QLabel {
  protected:
   void paintEvent(QPaintEvent* event) override {
-    QFrame::paintEvent(event);
+    QFrame::paintEvent(event);  // NOLINT(bugprone-parent-virtual-call): not the label's whole text
     QPainter painter(this);
     const QRect room = contentsRect().adjusted(2, 0, -2, 0);
     style()->drawItemText(&painter, room, Qt::AlignLeft | Qt::AlignVCenter, palette(), isEnabled(),

@@ -55,7 +55,7 @@ std::string FixedText(double value, int decimals) {
 
 /// Puts the digits of a fixed text ("12.50") into the places: pads or drops leading zeros, drops
 /// trailing zeros that need not stand.
-std::string IntoPlaces(std::string text, const Places& places) {
+std::string IntoPlaces(const std::string& text, const Places& places) {
   const std::size_t point = text.find('.');
   std::string integer = text.substr(0, point);
   std::string fraction = point == std::string::npos ? "" : text.substr(point + 1);
