@@ -6,6 +6,7 @@
 #include "calibration/axis_calibration.h"
 
 class QCheckBox;
+class QGridLayout;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -39,7 +40,7 @@ class AxisPanelWidget : public QGroupBox {
     QLineEdit* Y;
     QPushButton* ReDefine;
   };
-  Row MakeRow(int row, const QString& caption, class QGridLayout* grid);
+  Row MakeRow(int row, const QString& caption, QGridLayout* grid);
 
   std::array<Row, 3> rows_;
   QCheckBox* xLog_;

@@ -99,6 +99,27 @@ std::string HintOnCourse(const PointStore& store) {
   return {};
 }
 
+/// Smallest and largest number of the points; empty texts when none is one.
+void ShowRange(const std::vector<float>& values, int count, std::string& least, std::string& most) {
+  float low = HUGE_VALF, high = -HUGE_VALF;
+  for (int i = 1; i <= count; ++i) {
+    if (!std::isfinite(values[i])) continue;
+    low = std::min(low, values[i]);
+    high = std::max(high, values[i]);
+  }
+  if (low > high) return;
+  least = FormatNumber(low, kReadingPattern);
+  most = FormatNumber(high, kReadingPattern);
+}
+
+/// Whether X goes beyond the limits that the boxes open with, which are rounded.
+bool GoesBeyond(float minX, float maxX, const PointStore& store) {
+  std::string least, most;
+  ShowRange(store.CaptureX, store.CaptureCount, least, most);
+  return !least.empty() &&
+         (std::min(minX, maxX) < ReadSingle(least) || std::max(minX, maxX) > ReadSingle(most));
+}
+
 /// One line on what will not work well, the worst first; empty when all is well.
 std::string HintOf(const SampleForm& form, const PointStore& store) {
   if (UnusableLimit(form)) return "Min X and Max X must be numbers.";
@@ -115,24 +136,13 @@ std::string HintOf(const SampleForm& form, const PointStore& store) {
     if (const int i = FirstWithoutLog(store.CaptureY, store.CaptureCount))
       return notAbove0("Y - Log: Y", i);
   if (minX == maxX) return "Min X equals Max X: all rows are the same.";
+  if (GoesBeyond(minX, maxX, store))
+    return "X goes beyond the captured points: the segments at the ends are extended.";
   return HintOnCourse(store);
 }
 
 void ShowHint(SampleForm& form, const PointStore& store) {
   form.Hint = HintOf(form, store);
-}
-
-/// Smallest and largest number of the points; empty texts when none is one.
-void ShowRange(const std::vector<float>& values, int count, std::string& least, std::string& most) {
-  float low = HUGE_VALF, high = -HUGE_VALF;
-  for (int i = 1; i <= count; ++i) {
-    if (!std::isfinite(values[i])) continue;
-    low = std::min(low, values[i]);
-    high = std::max(high, values[i]);
-  }
-  if (low > high) return;
-  least = FormatNumber(low, kReadingPattern);
-  most = FormatNumber(high, kReadingPattern);
 }
 
 }  // namespace

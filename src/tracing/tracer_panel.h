@@ -6,6 +6,7 @@
 
 class QCheckBox;
 class QGridLayout;
+class QLabel;
 class QLineEdit;
 class QSlider;
 
@@ -43,7 +44,7 @@ class TracerPanel : public QGroupBox {
   QCheckBox* above_;
   QCheckBox* below_;
   QSlider* blockSize_;
-  class QLabel* blockSizeShown_;
+  QLabel* blockSizeShown_;
 };
 
 }  // namespace graphize

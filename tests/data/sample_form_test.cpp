@@ -66,6 +66,10 @@ TEST(SampleForm, TheHintNamesThePointWhereXGoesBack) {
   form.SampleYLog = true;
   RangeChanged(form, store);
   EXPECT_EQ(form.Hint, "Y - Log: Y of point 1 is not above 0.");
+  form.SampleYLog = false;
+  form.MaxXBox = "1.25";
+  RangeChanged(form, store);
+  EXPECT_NE(form.Hint.find("beyond the captured points"), std::string::npos) << form.Hint;
 }
 
 TEST(SampleForm, ALimitShowsTheNumberThatWasReadAndTheHintSaysSo) {
