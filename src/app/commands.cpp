@@ -1,5 +1,6 @@
 #include "app/commands.h"
 
+#include "session/project_file.h"
 #include "workspace/capture_commands.h"
 #include "workspace/data_commands.h"
 #include "workspace/do.h"
@@ -100,6 +101,19 @@ const MenuEntry kMenus[] = {
      .Tip = "Write down every step, so that they can be done again",
      .Can = CanSaveRecipe,
      .Run = SaveRecipe},
+    kSeparator,
+    {.Name = "MNU_FILE_OpenProject",
+     .Caption = "Open Pro&ject...",
+     .Key = "Ctrl+Alt+O",
+     .Tip = "Go on with work that was saved as a project",
+     .Run = [](Workspace& ws, const Desktop& desktop) { OpenProject(ws, desktop); }},
+    {.Name = "MNU_FILE_SaveProject",
+     .Caption = "Sa&ve Project...",
+     .Key = "Ctrl+Alt+S",
+     .Tip = "Write picture, axes, points and steps to one file",
+     .Can = CanSaveProject,
+     .Run = SaveProject},
+    {.Is = Kind::SubMenu, .Name = "MNU_FILE_Recent", .Caption = "Rece&nt"},
     kSeparator,
     {.Name = "MNU_FILE_SelectSource",
      .Caption = "Select Sour&ce...",

@@ -24,6 +24,7 @@
 #include "data/data_list_panel.h"
 #include "raster/plot_view.h"
 #include "raster/zoom_view.h"
+#include "session/project_file.h"
 #include "tracing/tracer_panel.h"
 #include "widgets/keys.h"
 #include "widgets/plot_cursor.h"
@@ -152,7 +153,11 @@ void MainWindow::Do(const Command& command, bool redraw) {
   // An event that comes while a command pumps is not for later.
   if (IsBusy()) return;
   desktop_->BeginCommand();
-  RunCommand(ws_, desktop_->Callbacks(), [&] { command(ws_, desktop_->Callbacks()); });
+  RunCommand(ws_, desktop_->Callbacks(), [&] {
+    command(ws_, desktop_->Callbacks());
+    OpenAskedProject(ws_, desktop_->Callbacks());
+  });
+  NoteRecentFiles();
   history_.Commit(ws_);
   if (redraw) plot_->update();
   Render();
@@ -225,7 +230,9 @@ void MainWindow::RenderPicture() {
 }
 
 void MainWindow::RenderFrame() {
-  const QString caption = ToQString(ws_.window.Caption);
+  QString caption = ToQString(ws_.window.Caption);
+  if (ws_.project.IsOf(ws_.recipe))
+    caption += QLatin1String(" - ") + ToQString(ws_.project.File.filename().string());
   if (windowTitle() != caption) setWindowTitle(caption);
   if (hourglassShown_ != ws_.window.Hourglass) {
     hourglassShown_ = ws_.window.Hourglass;

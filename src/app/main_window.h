@@ -88,6 +88,10 @@ class MainWindow : public QMainWindow {
   /// Runs a command and shows what it has done; `redraw` repaints the visible picture, too.
   void Do(const Command& command, bool redraw = true);
   void Do(const Step& step);
+  /// Fills the menu MNU_FILE_Recent; files that are not there are grey.
+  void ShowRecentFiles();
+  void NoteRecentFiles();
+  std::filesystem::path RecentList() const;
   bool IsBusy() const;
   void OpenWaiting();
   /// Changes a record from an event that may come while a command runs.
@@ -138,6 +142,8 @@ class MainWindow : public QMainWindow {
   bool zoomToTheLeft_ = false;
   bool placing_ = false;
   bool shown_ = false;
+  QMenu* recentMenu_ = nullptr;
+  bool recentFailureTold_ = false;
 };
 
 }  // namespace graphize

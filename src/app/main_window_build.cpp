@@ -20,6 +20,7 @@
 #include "data/data_list_panel.h"
 #include "raster/plot_view.h"
 #include "raster/zoom_view.h"
+#include "settings/recent_files.h"
 #include "tracing/tracer_panel.h"
 #include "widgets/show.h"
 #include "workspace/capture_commands.h"
@@ -82,10 +83,42 @@ void MainWindow::BuildMenus() {
           [this] { Do([this](Workspace& ws, const Desktop&) { history_.Undo(ws); }); });
   connect(findChild<QAction*>(QStringLiteral("MNU_EDIT_Redo")), &QAction::triggered, this,
           [this] { Do([this](Workspace& ws, const Desktop&) { history_.Redo(ws); }); });
+  recentMenu_ = findChild<QAction*>(QStringLiteral("MNU_FILE_Recent"))->menu();
+  recentMenu_->setToolTipsVisible(true);
+  connect(findChild<QMenu*>(QStringLiteral("MNU_File")), &QMenu::aboutToShow, this,
+          &MainWindow::ShowRecentFiles);
   connect(findChild<QMenu*>(QStringLiteral("MNU_Edit")), &QMenu::aboutToShow, this,
           [this] { Do(OpenEditMenu, false); });
   connect(findChild<QMenu*>(QStringLiteral("MNU_DATA")), &QMenu::aboutToShow, this,
           [this] { Do([](Workspace& ws, const Desktop&) { OpenDataMenu(ws); }, false); });
+}
+
+void MainWindow::ShowRecentFiles() {
+  recentMenu_->clear();
+  const std::vector<std::filesystem::path> files = ReadRecentFiles(RecentList());
+  int number = 0;
+  for (const std::filesystem::path& file : files) {
+    QString name = ToQString(file.filename().string());
+    name.replace(QLatin1Char('&'), QLatin1String("&&"));
+    QAction* action = recentMenu_->addAction(QStringLiteral("&%1 %2").arg(number).arg(name));
+    action->setObjectName(QStringLiteral("MNU_FILE_Recent_%1").arg(number++));
+    action->setToolTip(ToQString(file.string()));
+    std::error_code ignored;
+    action->setEnabled(std::filesystem::exists(file, ignored));
+    connect(action, &QAction::triggered, this, [this, file] { OpenWhenShown({file}); });
+  }
+  recentMenu_->menuAction()->setEnabled(!files.empty());
+}
+
+std::filesystem::path MainWindow::RecentList() const {
+  return ws_.settingsPath.parent_path() / "recent";
+}
+
+void MainWindow::NoteRecentFiles() {
+  if (ws_.opened.empty()) return;
+  const auto failure = AddRecentFiles(RecentList(), std::exchange(ws_.opened, {}));
+  if (failure && !std::exchange(recentFailureTold_, true))
+    ws_.status.Status = "The list of recent files cannot be written: " + failure.message();
 }
 
 void MainWindow::FinishStart() {

@@ -28,11 +28,19 @@ struct LoadedPicture {
 std::optional<LoadedPicture> LoadPicture(const std::filesystem::path& path,
                                          const PictureProgress& progress = {});
 
+/// The same from a file's bytes; `name` is told in errors, and its ending helps to know the type.
+std::optional<LoadedPicture> DecodePicture(const std::string& name, std::string bytes,
+                                           const PictureProgress& progress = {});
+
 /// Writes a picture by format code and option (codecs/file_format.h); at most 256 colours are
 /// stored as a table of colours where the type knows one, but not in a PNG, more are reduced to 256
 /// for a GIF. The old file is replaced only when all has gone well. False when `progress` stopped
 /// it. Throws RunTimeError whose text names the file and the reason.
 bool SavePicture(const std::filesystem::path& path, int format, int option, const Raster& picture,
                  const PictureProgress& progress = {});
+
+/// What SavePicture would write; nothing when `progress` stopped it. RunTimeError with the reason.
+std::optional<std::string> EncodePicture(int format, int option, const Raster& picture,
+                                         const PictureProgress& progress = {});
 
 }  // namespace graphize

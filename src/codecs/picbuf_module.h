@@ -8,6 +8,8 @@ namespace graphize {
 struct PicbufModule {
   decltype(&LoadPicture) Load;
   decltype(&SavePicture) Save;
+  decltype(&DecodePicture) Decode;
+  decltype(&EncodePicture) Encode;
 };
 
 }  // namespace graphize

@@ -14,6 +14,7 @@ namespace graphize {
 /// (captions, which commands there are) is not in it.
 struct KeptDocument {
   PictureSource Picture;
+  std::string OriginalFile, PictureFile;  // names in a project; the latter of what is shown
   std::string SourceName;
   int Width = 0, Height = 0;  // pixels
   bool HasUndo = false, PersistentDrawing = false;

@@ -23,7 +23,7 @@ constexpr const char* kSteps = "steps.txt";
 constexpr const char* kStepOptions = "options_of_steps";
 constexpr std::size_t kLargestRecords = 4u << 20;  // bytes of text
 constexpr int kMostPoints = 32767;
-constexpr int kMostIds = 1 << 24;  // a store's places then take 128 MB
+constexpr int kMostIds = 1 << 24;  // of all curves: their places then take 128 MB
 constexpr std::int64_t kLeast16 = std::numeric_limits<std::int16_t>::min();
 constexpr std::int64_t kMost16 = std::numeric_limits<std::int16_t>::max();
 
@@ -125,6 +125,8 @@ void Options(Io& io, const char* name, KeptDocument::OptionValues& values) {
 template <class Io>
 void PictureFields(Io& io, Small& small) {
   KeptDocument& kept = small.Kept;
+  io.Text("file", kept.PictureFile);
+  io.Text("original", kept.OriginalFile);
   io.Text("source", kept.SourceName);
   io.Integer("width", kept.Width, 0, kMost16);
   io.Integer("height", kept.Height, 0, kMost16);
@@ -282,9 +284,13 @@ void TakeSmall(Small& small, JsonReader& reader) {
   TakeOptions(small, reader);
   if (static_cast<std::size_t>(kept.Active) >= small.Curves.size())
     reader.Fail("active_curve", "is none of the curves");
-  for (const CurveHead& curve : small.Curves)
+  std::int64_t ids = 0;
+  for (const CurveHead& curve : small.Curves) {
     if (curve.ListIsCaptured && curve.Listed > curve.Captured)
       reader.Fail("curves", "have more rows than points");
+    ids += curve.Ids;
+  }
+  if (ids > kMostIds) reader.Fail("curves", "have too many points");
 }
 
 /// The curves' names and colours.

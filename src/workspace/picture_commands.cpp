@@ -7,11 +7,13 @@
 
 #include "base/numbers.h"
 #include "base/run_time_error.h"
+#include "base/whole_file.h"
 #include "codecs/file_format.h"
 #include "codecs/picbuf.h"
 #include "codecs/picture_probe.h"
 #include "raster/black_white.h"
 #include "raster/size_limits.h"
+#include "settings/recent_files.h"
 #include "workspace/capture_commands.h"
 #include "workspace/do.h"
 #include "workspace/plot_mouse.h"
@@ -74,7 +76,14 @@ std::optional<LoadedPicture> Decode(Workspace& ws, const Desktop& desktop,
   ws.window.Hourglass = true;
   desktop.ShowNow();
   try {
-    loaded = LoadPicture(path, ShowProgress(ws, desktop));
+    std::error_code ignored;
+    // What came in a project may have no file here.
+    if (std::is_same_v<Step, ReloadStep> && ws.picture.Bytes != nullptr &&
+        !std::filesystem::exists(path, ignored))
+      loaded =
+          DecodePicture(path.filename().string(), *ws.picture.Bytes, ShowProgress(ws, desktop));
+    else
+      loaded = LoadPicture(path, ShowProgress(ws, desktop));
   } catch (const RunTimeError& e) {
     error = e.what();
   }
@@ -123,12 +132,24 @@ std::string ImageFileProposal(const std::string& name, std::int16_t format) {
   return format != kNoFormat ? name : std::filesystem::path(name).stem().string() + ".tif";
 }
 
+/// A project takes another way; its name or its first bytes tell.
+bool IsProject(const std::filesystem::path& file) {
+  if (LowerCase(file.extension().string()) == ".graphize") return true;
+  constexpr std::size_t kHeader = 30;  // of the archive's first file
+  std::string head;
+  return !ReadFileStart(file, 128, head) && head.starts_with("PK") && head.size() > kHeader &&
+         head.substr(kHeader).starts_with("mimetypeapplication/x-graphize");
+}
+
 void AskAndOpen(Workspace& ws, const Desktop& desktop, const char* title, const char* names,
                 const char* filters) {
   OfferReset(ws, desktop);
   const auto path = desktop.ChooseFile(
       {.Title = title, .Folder = ws.picture.Folder, .FileName = names, .Filters = filters});
-  if (path) Do(ws, desktop, OpenStep{.Path = *path, .Ask = true});
+  if (path && IsProject(*path))
+    ws.projectAsked = *path;
+  else if (path)
+    Do(ws, desktop, OpenStep{.Path = *path, .Ask = true});
   KeepPictureUsable(ws);
 }
 
@@ -143,6 +164,7 @@ void OpenOtherPicture(Workspace& ws, const Desktop& desktop) {
 }
 
 void OpenPicture(Workspace& ws, const Desktop& desktop, const std::filesystem::path& path) {
+  if (IsProject(path)) return void(ws.projectAsked = path);
   OfferReset(ws, desktop);
   Do(ws, desktop, OpenStep{.Path = path, .Ask = true});
   KeepPictureUsable(ws);
@@ -172,6 +194,7 @@ Outcome Run(Workspace& ws, const Desktop& desktop, OpenStep& step) {
                   .WithoutFile = false};
     LoadImage(ws, desktop, std::move(loaded->Picture), ws.picture.Name);
     ws.status.Status = " ";
+    if (step.Ask) NoteOpened(ws.opened, step.Path);
   }
   BeginRecipe(ws, step);
   return {};

@@ -2,8 +2,10 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "calibration/axis_calibration.h"
 #include "calibration/transform.h"
@@ -49,8 +51,17 @@ struct PictureSource {
   std::uint32_t FileChecksum = 0;
   bool FromFile = true;  // reload acts only on these
   bool WithoutFile = false;
+  std::shared_ptr<const std::string> Bytes;  // the file itself, where it came in a project
 
   bool operator==(const PictureSource&) const = default;
+};
+
+/// The project file that a document was opened from or saved in last.
+struct ProjectName {
+  std::filesystem::path File;
+  int RecipeNumber = -1;  // of the document's recipe
+
+  bool IsOf(const Recipe& recipe) const { return !File.empty() && RecipeNumber == recipe.Number; }
 };
 
 /// What the mouse has done on the picture.
@@ -108,6 +119,9 @@ struct Workspace {
   PlotImage plot;
   Viewport view;
   PictureSource picture;
+  ProjectName project;
+  std::filesystem::path projectAsked;         // to be opened in the place of a picture
+  std::vector<std::filesystem::path> opened;  // files, newest first, for the list of recent ones
 
   AxisCalibration calibration;
   AxisPanel axisPanel;

@@ -63,8 +63,8 @@ std::string ModuleOf(const fs::path& path) {
 constexpr std::pair<std::string_view, std::string_view> kLibraries[] = {
     {"Magick", "codecs/picbuf"},     {"magick/", "codecs/picbuf"},
     {"sane/", "scanner/sane"},       {"dlfcn.h", "base/module.cpp"},
-    {"zlib.h", "base/checksum.cpp"}, {"nlohmann/", "base/json.cpp"},
-    {"CLI/", "batch/arguments.cpp"},
+    {"zlib.h", "base/checksum.cpp"}, {"zlib.h", "base/zip_file.cpp"},
+    {"nlohmann/", "base/json.cpp"},  {"CLI/", "batch/arguments.cpp"},
 };
 
 /// The one file of the logic that sees the system's files.
@@ -79,11 +79,13 @@ std::string CheckLibrary(const fs::path& path, bool isTest, std::string_view hea
                     (header.starts_with('q') && header.ends_with(".h"));
   if (isQt) return seesQt ? "" : "Qt is for app/ and widgets";
   if (isTest) return "";
-  for (const auto& [start, place] : kLibraries)
-    if (header.starts_with(start))
-      return path == place || path.parent_path() == place
-                 ? ""
-                 : "this library is for " + std::string(place);
+  std::string wrong;
+  for (const auto& [start, place] : kLibraries) {
+    if (!header.starts_with(start)) continue;
+    if (path == place || path.parent_path() == place) return "";
+    wrong = "this library is for " + std::string(place);
+  }
+  if (!wrong.empty()) return wrong;
   if (path == kFileHeadersPlace && std::ranges::count(kFileHeaders, header) > 0) return "";
   return seesQt || IsStandard(header) ? "" : "logic has the standard library only";
 }

@@ -212,11 +212,10 @@ Raster OnScreen(Raster frame, const StrippedPicture& file) {
   return screen;
 }
 
-std::optional<LoadedPicture> Load(const std::filesystem::path& path, PictureOperation& operation) {
+std::optional<LoadedPicture> Load(std::string bytes, const ProbeResult& verdict,
+                                  PictureOperation& operation) {
   constexpr std::int64_t kBandPixels = 1 << 22;
   const CurrentOperation current(operation);
-  ProbeResult verdict;
-  std::string bytes = ReadPictureFile(path, verdict);
 
   LoadedPicture loaded;
   loaded.FileSize = bytes.size();
@@ -275,7 +274,23 @@ std::optional<LoadedPicture> LoadPicture(const std::filesystem::path& path,
                                          const PictureProgress& progress) {
   return NamingTheFile("Cannot open the picture", path, [&] {
     StartLibrary();
-    return RunBeside(progress, [&](PictureOperation& operation) { return Load(path, operation); });
+    return RunBeside(progress, [&](PictureOperation& operation) {
+      ProbeResult verdict;
+      std::string bytes = ReadPictureFile(path, verdict);
+      return Load(std::move(bytes), verdict, operation);
+    });
+  });
+}
+
+std::optional<LoadedPicture> DecodePicture(const std::string& name, std::string bytes,
+                                           const PictureProgress& progress) {
+  return NamingTheFile("Cannot open the picture", name, [&] {
+    StartLibrary();
+    return RunBeside(progress, [&](PictureOperation& operation) {
+      const ProbeResult verdict = ProbePicture(name, std::string_view(bytes).substr(0, kProbeSize));
+      if (!verdict.Refusal.empty()) throw RunTimeError(verdict.Refusal);
+      return Load(std::move(bytes), verdict, operation);
+    });
   });
 }
 

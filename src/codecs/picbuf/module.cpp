@@ -4,5 +4,5 @@
 extern "C" __attribute__((visibility("default"))) const char* const GraphizeModuleStamp =
     graphize::ModuleStamp();
 
-extern "C" __attribute__((visibility("default")))
-const graphize::PicbufModule GraphizePicbuf = {graphize::LoadPicture, graphize::SavePicture};
+extern "C" __attribute__((visibility("default"))) const graphize::PicbufModule GraphizePicbuf = {
+    graphize::LoadPicture, graphize::SavePicture, graphize::DecodePicture, graphize::EncodePicture};

@@ -80,8 +80,8 @@ ImagePtr TakePicture(const lib::ImageInfo& info, const Raster& picture,
   return image;
 }
 
-bool Save(const std::filesystem::path& path, int format, int option, const Raster& picture,
-          PictureOperation& operation) {
+std::optional<std::string> Encode(int format, int option, const Raster& picture,
+                                  PictureOperation& operation) {
   const Encoding encoding = EncodingOf(format);
   if (picture.IsEmpty()) throw RunTimeError("There is no picture.");
   const CurrentOperation current(operation);
@@ -94,19 +94,18 @@ bool Save(const std::filesystem::path& path, int format, int option, const Raste
   if (format == kTifFormat && table) info->type = TifTypeOf(table->Colours());
 
   ImagePtr image = TakePicture(*info, picture, table, operation);
-  if (operation.Stopped) return false;
+  if (operation.Stopped) return std::nullopt;
   Report report;
   std::size_t size = 0;
   const std::unique_ptr<void, decltype(&lib::MagickFree)> blob(
       lib::ImageToBlob(info.get(), image.get(), &size, report), lib::MagickFree);
-  if (operation.Stopped) return false;
+  if (operation.Stopped) return std::nullopt;
   if (blob == nullptr || report.Severity() >= lib::ErrorException)
     throw RunTimeError("The picture cannot be written in this type." + report.Detail());
   image.reset();
   std::string_view bytes(static_cast<const char*>(blob.get()), size);
   if (format == kDibFormat) bytes.remove_prefix(kBmpFileHeaderSize);
-  ThrowSystemError(ReplaceWholeFile(path, bytes));
-  return true;
+  return std::string(bytes);
 }
 
 }  // namespace
@@ -116,8 +115,18 @@ bool SavePicture(const std::filesystem::path& path, int format, int option, cons
   return NamingTheFile("Cannot save the picture", path, [&] {
     StartLibrary();
     return RunBeside(progress, [&](PictureOperation& operation) {
-      return Save(path, format, option, picture, operation);
+      const auto bytes = Encode(format, option, picture, operation);
+      if (bytes) ThrowSystemError(ReplaceWholeFile(path, *bytes));
+      return bytes.has_value();
     });
+  });
+}
+
+std::optional<std::string> EncodePicture(int format, int option, const Raster& picture,
+                                         const PictureProgress& progress) {
+  StartLibrary();
+  return RunBeside(progress, [&](PictureOperation& operation) {
+    return Encode(format, option, picture, operation);
   });
 }
 

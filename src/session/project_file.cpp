@@ -1,0 +1,405 @@
+#include "session/project_file.h"
+
+#include <algorithm>
+#include <array>
+#include <limits>
+#include <memory>
+#include <utility>
+
+#include "base/checksum.h"
+#include "base/numbers.h"
+#include "base/run_time_error.h"
+#include "base/whole_file.h"
+#include "base/zip_file.h"
+#include "codecs/file_format.h"
+#include "codecs/picbuf.h"
+#include "codecs/picture_probe.h"
+#include "session/kept_raster.h"
+#include "session/kept_text.h"
+#include "settings/recent_files.h"
+#include "workspace/do.h"
+#include "workspace/picture_commands.h"
+#include "workspace/plot_mouse.h"
+#include "workspace/session.h"
+#include "workspace/toolbar.h"
+
+namespace graphize {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kMimeType = "mimetype";
+constexpr const char* kBase = "picture/base.png";
+constexpr const char* kFaint = "picture/faint.csv";
+constexpr const char* kLastEdit = "picture/last-edit.csv";
+constexpr const char* kMarks = "picture/marks.csv";
+constexpr const char* kOriginal = "picture/original.";
+constexpr const char* kFilters = "Graphize Projects (*.graphize)|*.graphize";
+constexpr std::size_t kMostFiles = 4000;  // three for each curve, and the others
+constexpr std::size_t kLargestPicture = std::size_t{2} << 30;
+constexpr std::size_t kLargestText = std::size_t{256} << 20;
+constexpr std::size_t kLargestProject = std::numeric_limits<std::uint32_t>::max();
+
+bool IsOneOf(char c, std::string_view characters) {
+  return characters.find(c) != std::string_view::npos;
+}
+
+constexpr std::string_view kDigits = "0123456789";
+constexpr std::string_view kEndingLetters = "0123456789abcdefghijklmnopqrstuvwxyz";
+
+bool IsEnding(std::string_view text) {
+  return !text.empty() && text.size() <= 5 &&
+         std::ranges::all_of(text, [](char c) { return IsOneOf(c, kEndingLetters); });
+}
+
+bool IsOriginal(std::string_view name) {
+  return name.starts_with(kOriginal) && IsEnding(name.substr(std::string_view(kOriginal).size()));
+}
+
+/// "curves/12.list.csv"
+bool IsCurvePart(std::string_view name) {
+  constexpr std::string_view kFolder = "curves/";
+  if (!name.starts_with(kFolder)) return false;
+  name.remove_prefix(kFolder.size());
+  const std::size_t digits = name.find_first_not_of(kDigits);
+  if (digits == 0 || digits > 4) return false;
+  const std::string_view ending = name.substr(digits);
+  return ending == ".csv" || ending == ".list.csv" || ending == ".behind.csv";
+}
+
+bool IsPicturePart(std::string_view name) {
+  return name == kBase || name == kFaint || name == kLastEdit || name == kMarks || IsOriginal(name);
+}
+
+bool IsKnown(std::string_view name) {
+  return IsCurvePart(name) || IsPicturePart(name) || name == kMimeType || name == "project.json" ||
+         name == "steps.txt" || name == "picture/" || name == "curves/";
+}
+
+// ---- Writing ------------------------------------------------------------------------------------
+
+/// Whether the picture is another one than its file gives, by the steps since it was opened.
+bool IsEdited(const std::vector<Step>& steps) {
+  for (auto step = steps.rbegin(); step != steps.rend(); ++step) {
+    if (const auto* open = std::get_if<OpenStep>(&*step)) return open->BlackAndWhite;
+    if (const auto* reload = std::get_if<ReloadStep>(&*step)) return reload->BlackAndWhite;
+    if (Is<DrawStep>(*step) || Is<EraseStep>(*step) || Is<GridStep>(*step) ||
+        Is<UndoEditStep>(*step) || Is<ImageToolStep>(*step) || Is<UndoImageToolStep>(*step) ||
+        Is<BlackWhiteStep>(*step))
+      return true;
+  }
+  return true;
+}
+
+/// The picture's file as it was opened; null where it is not there any more.
+std::shared_ptr<const std::string> OriginalOf(const PictureSource& picture) {
+  if (picture.Bytes != nullptr) return picture.Bytes;
+  if (!picture.FromFile || picture.ChosenPath.empty()) return nullptr;
+  try {
+    ProbeResult verdict;
+    std::string bytes = ReadPictureFile(picture.ChosenPath, verdict);
+    if (bytes.size() == picture.FileSize && Crc32(bytes) == picture.FileChecksum)
+      return std::make_shared<const std::string>(std::move(bytes));
+  } catch (const RunTimeError&) {
+    // The picture is kept as it is shown.
+  }
+  return nullptr;
+}
+
+std::string OriginalName(const PictureSource& picture) {
+  std::string ending = LowerCase(picture.ChosenPath.extension().string());
+  if (!ending.empty()) ending.erase(0, 1);
+  if (!picture.FromFile) ending = "png";
+  return kOriginal + (IsEnding(ending) ? ending : "bin");
+}
+
+std::shared_ptr<const PointStore> SavedPoints(const std::shared_ptr<const PointStore>& points) {
+  if (points == nullptr || !HasUnsaved(*points)) return points;
+  PointStore saved = *points;
+  NoteSaved(saved);
+  return std::make_shared<const PointStore>(std::move(saved));
+}
+
+/// Everything in the archive.
+struct Content {
+  std::vector<KeptPart> Texts;
+  std::shared_ptr<const std::string> Original;
+  std::string Base;
+
+  std::string Bytes(const std::string& originalName) const {
+    std::vector<ZipMember> members = {{kMimeType, kProjectType},
+                                      {Texts.front().Name, Texts.front().Text}};
+    if (Original != nullptr) members.push_back({originalName, *Original});
+    if (!Base.empty()) members.push_back({kBase, Base});
+    for (std::size_t i = 1; i < Texts.size(); ++i)
+      members.push_back({Texts[i].Name, Texts[i].Text});
+    return ZipBytes(members);
+  }
+};
+
+/// What the raster remembers; the base picture is shown, so that its marks hold what was drawn.
+std::vector<KeptPart> RasterParts(const PlotImage& plot) {
+  std::vector<KeptPart> parts;
+  if (!plot.Pixels.Faint.IsEmpty()) parts.push_back({kFaint, BitsText(plot.Pixels.Faint)});
+  if (!plot.LastEdit.empty()) parts.push_back({kLastEdit, RunsText(plot.LastEdit, plot.Width())});
+  if (!plot.Marks.empty()) parts.push_back({kMarks, RunsText(plot.Marks, plot.Width())});
+  return parts;
+}
+
+// ---- Reading ------------------------------------------------------------------------------------
+
+/// The parts that are text, read and with their checksums right.
+std::vector<KeptPart> TextsIn(const ZipReader& zip, std::size_t fileSize) {
+  // Text is packed to a tenth at best: more is a trap.
+  std::size_t left = 32 * fileSize + (std::size_t{1} << 20);
+  std::vector<KeptPart> parts;
+  for (const ZipReader::Entry& entry : zip.Entries()) {
+    if (!IsKnown(entry.Name))
+      throw RunTimeError("There is a file \"" + entry.Name +
+                         "\" in it, which is not of a project.");
+    if (IsPicturePart(entry.Name) || entry.Name.ends_with('/')) continue;
+    parts.push_back({entry.Name, zip.Read(entry, std::min(left, kLargestText))});
+    left -= entry.Size;
+  }
+  return parts;
+}
+
+/// Reads a text about the raster; nothing where there is none.
+template <class Read>
+auto RasterText(const ZipReader& zip, const char* name, const Read& read) {
+  decltype(read(std::string())) result{};
+  if (const ZipReader::Entry* entry = zip.Find(name)) {
+    try {
+      result = read(zip.Read(*entry, kLargestText));
+    } catch (const RunTimeError& error) {
+      throw RunTimeError(std::string(name) + ": " + error.what());
+    }
+  }
+  return result;
+}
+
+/// The picture and all about it. False when it was stopped; RunTimeError when it cannot be used.
+bool ReadPicture(const ZipReader& zip, ProjectContent& project, const PictureProgress& progress) {
+  KeptDocument& kept = project.Kept;
+  if (const ZipReader::Entry* original = zip.Find(kept.OriginalFile); original != nullptr) {
+    auto bytes = std::make_shared<const std::string>(zip.Read(*original, kLargestPicture));
+    if (kept.Picture.FromFile &&
+        (bytes->size() != kept.Picture.FileSize || Crc32(*bytes) != kept.Picture.FileChecksum))
+      throw RunTimeError("It is not the one that the points were captured on (its checksum).");
+    kept.Picture.Bytes = std::move(bytes);
+  } else if (!kept.OriginalFile.empty()) {
+    throw RunTimeError("Its file is missing.");
+  }
+  const ZipReader::Entry* shown = zip.Find(kept.PictureFile);
+  if (shown == nullptr) throw RunTimeError("Its file is missing.");
+  auto loaded =
+      DecodePicture(kept.PictureFile,
+                    kept.PictureFile == kept.OriginalFile ? *kept.Picture.Bytes
+                                                          : zip.Read(*shown, kLargestPicture),
+                    progress);
+  if (!loaded) return false;
+  if (loaded->Picture.Width() != kept.Width || loaded->Picture.Height() != kept.Height)
+    throw RunTimeError("Its size is another one.");
+  project.Picture = std::move(loaded->Picture);
+  const int width = kept.Width, height = kept.Height;
+  project.Picture.Faint = RasterText(
+      zip, kFaint, [&](const std::string& text) { return ReadBits(text, width, height); });
+  const auto runs = [&](const std::string& text) { return ReadRuns(text, width, height); };
+  project.LastEdit = RasterText(zip, kLastEdit, runs);
+  project.Marks = RasterText(zip, kMarks, runs);
+  return true;
+}
+
+/// The edit that can be undone is done again, so that it can be.
+void PutLastEdit(PlotImage& plot, const OverdrawnPixels& drawn) {
+  if (drawn.empty()) return;
+  BeginEdit(plot);
+  const auto width = static_cast<std::uint32_t>(plot.Width());
+  for (const OverdrawnPixel& pixel : drawn)
+    EditPixel(plot, static_cast<int>(pixel.Index % width), static_cast<int>(pixel.Index / width),
+              ColourOfPixel(pixel.Pixel));
+}
+
+void PutMarks(PlotImage& plot, const OverdrawnPixels& drawn) {
+  const auto width = static_cast<std::uint32_t>(plot.Width());
+  for (const OverdrawnPixel& pixel : drawn)
+    SetPixel(plot, static_cast<int>(pixel.Index % width), static_cast<int>(pixel.Index / width),
+             ColourOfPixel(pixel.Pixel));
+}
+
+void NoteProject(Workspace& ws, const fs::path& path) {
+  ws.project = {path, ws.recipe.Number};
+  NoteOpened(ws.opened, path);
+}
+
+}  // namespace
+
+std::optional<std::string> ProjectBytes(Workspace& ws, const Desktop& desktop) {
+  if (!ws.plot.IsPresent()) throw RunTimeError("There is no picture.");
+  NoteOptions(ws);
+  KeptDocument kept = Keep(ws);
+  for (Curve& curve : kept.Curves) curve.Points = SavedPoints(curve.Points);
+  Content content;
+  content.Original = OriginalOf(ws.picture);
+  const bool edited = IsEdited(ws.recipe.Steps);
+  const bool isItsOwn = content.Original == nullptr && !ws.picture.FromFile && !edited;
+
+  const BasePictureShown base(ws.plot);
+  if (content.Original == nullptr || edited) {
+    ws.status.Status = "Saving Project...";
+    auto png = EncodePicture(kPngFormat, 0, ws.plot.Pixels, ShowProgress(ws, desktop));
+    ws.status.ProgressVisible = false;
+    ws.status.Status = " ";
+    if (!png) return std::nullopt;
+    if (isItsOwn)
+      content.Original = ws.picture.Bytes = std::make_shared<const std::string>(std::move(*png));
+    else
+      content.Base = std::move(*png);
+  }
+  const std::string original = OriginalName(ws.picture);
+  if (content.Original != nullptr) kept.OriginalFile = original;
+  kept.PictureFile = content.Base.empty() ? original : kBase;
+  content.Texts = PartsOf(std::move(kept));
+  std::vector<KeptPart> raster = RasterParts(ws.plot);
+  content.Texts.insert(content.Texts.begin() + 1, std::make_move_iterator(raster.begin()),
+                       std::make_move_iterator(raster.end()));
+  return content.Bytes(original);
+}
+
+bool CanSaveProject(const Workspace& ws) {
+  return ws.plot.IsPresent();
+}
+
+void SaveProject(Workspace& ws, const Desktop& desktop) {
+  const bool named = ws.project.IsOf(ws.recipe);
+  const std::string stem =
+      ws.picture.WithoutFile ? "untitled" : ws.picture.ChosenPath.stem().string();
+  const auto path = desktop.ChooseFile(
+      {.ForSaving = true,
+       .Title = "Save Project As...",
+       .Folder = named ? ws.project.File.parent_path() : ws.picture.Folder,
+       .FileName = named ? ws.project.File.filename().string() : stem + kProjectEnding,
+       .Filters = kFilters,
+       .DefaultExtension = kProjectEnding + 1});
+  if (!path) return;
+  ws.window.Hourglass = true;
+  desktop.ShowNow();
+  std::string fault;
+  bool stopped = false;
+  try {
+    const auto bytes = ProjectBytes(ws, desktop);
+    stopped = !bytes;
+    if (bytes)
+      if (const std::error_code failure = ReplaceWholeFile(*path, *bytes))
+        fault = failure.message();
+  } catch (const RunTimeError& error) {
+    fault = error.what();
+  }
+  ws.window.Hourglass = false;
+  if (!fault.empty())
+    return Tell(desktop, "Error while saving. \r\n" + fault, MessageIcon::Critical);
+  if (stopped) return void(ws.status.Status = "The project was not saved");
+  NoteSaved(ws.store);
+  for (Curve& curve : ws.curves.Curves) curve.Points = SavedPoints(curve.Points);
+  NoteProject(ws, *path);
+  ws.status.Status = "Saved: " + path->filename().string();
+}
+
+std::string ReadProjectFile(const fs::path& path) {
+  std::string bytes;
+  ThrowSystemError(ReadWholeFile(path, kLargestProject, bytes));
+  return bytes;
+}
+
+std::optional<ProjectContent> ReadProject(std::string_view bytes, ProjectPicture picture,
+                                          const PictureProgress& progress) {
+  if (!bytes.starts_with("PK")) throw RunTimeError("The file is no project of this program.");
+  const ZipReader zip(bytes, kMostFiles);
+  const ZipReader::Entry* type = zip.Find(kMimeType);
+  if (type == nullptr || zip.Read(*type, 256) != kProjectType)
+    throw RunTimeError("The file is no project of this program.");
+  ProjectContent project{.Kept = ReadParts(TextsIn(zip, bytes.size())), .PictureFault = {}};
+  KeptDocument& kept = project.Kept;
+  if (kept.Width == 0 || !IsPicturePart(kept.PictureFile) ||
+      (!kept.OriginalFile.empty() && !IsOriginal(kept.OriginalFile)))
+    throw RunTimeError("project.json: picture.file is none");
+  if (picture == ProjectPicture::Blank) {
+    project.Picture = Raster(kept.Width, kept.Height);
+    return project;
+  }
+  try {
+    if (!ReadPicture(zip, project, progress)) return std::nullopt;
+  } catch (const RunTimeError& error) {
+    project.PictureFault = error.what();
+    project.Picture = Raster::Filled(kept.Width, kept.Height, kWhitePixel);
+    project.LastEdit.clear();
+    kept.HasUndo = false;
+    kept.Picture.Bytes = nullptr;
+  }
+  return project;
+}
+
+void PutProject(Workspace& ws, const Desktop& desktop, ProjectContent&& project) {
+  // Back to before the last edit, in the raster and in its log; then the edit again.
+  OverdrawnPixels& edit = project.LastEdit;
+  for (auto pixel = edit.rbegin(); pixel != edit.rend(); ++pixel)
+    std::swap(project.Picture.Pixels()[pixel->Index], pixel->Pixel);
+  SetPicture(ws.plot, std::move(project.Picture));
+  ws.imageTools.UndoCopy.reset();  // it was of the picture before
+  PutLastEdit(ws.plot, edit);
+  PutMarks(ws.plot, project.Marks);
+  ws.view.X = ws.view.Y = 0;
+  ResetScrBars(ws.view, ws.plot.Width(), ws.plot.Height());
+  BringBack(ws, desktop, std::move(project.Kept));
+  if (!project.PictureFault.empty()) RedrawBlockers(ws.blockers, ws.plot, ws.settings);
+}
+
+void OpenProject(Workspace& ws, const Desktop& desktop) {
+  const auto path = desktop.ChooseFile(
+      {.Title = "Open Project",
+       .Folder = ws.project.File.empty() ? ws.picture.Folder : ws.project.File.parent_path(),
+       .FileName = "",
+       .Filters = kFilters + std::string("|All Files|*")});
+  if (path) OpenProject(ws, desktop, *path);
+}
+
+void OpenProject(Workspace& ws, const Desktop& desktop, const fs::path& path) {
+  EndDrag(ws);
+  if (!MayClose(ws, desktop)) return;
+  ws.status.Status = "Loading File ...";
+  ws.window.Hourglass = true;
+  desktop.ShowNow();
+  std::optional<ProjectContent> project;
+  std::string fault;
+  try {
+    project = NamingTheFile("Cannot open the project", path, [&] {
+      return ReadProject(ReadProjectFile(path), ProjectPicture::Decoded, ShowProgress(ws, desktop));
+    });
+  } catch (const RunTimeError& error) {
+    fault = error.what();
+  }
+  ws.status.ProgressVisible = false;
+  ws.window.Hourglass = false;
+  ws.status.Status = " ";
+  if (!fault.empty()) return Tell(desktop, fault, MessageIcon::Exclamation);
+  if (!project) return;
+  if (!project->PictureFault.empty() &&
+      desktop.ShowMessage({.Text = "The picture in \"" + path.filename().string() +
+                                   "\" cannot be used.\r\n" + project->PictureFault +
+                                   "\r\n\r\nDo you want to open the points on an empty page ?",
+                           .Icon = MessageIcon::Exclamation,
+                           .Buttons = MessageButtons::YesNo,
+                           .DefaultIsNo = true}) != Answer::Yes)
+    return;
+  PutProject(ws, desktop, std::move(*project));
+  ws.picture.Folder = path.parent_path();
+  NoteProject(ws, path);
+}
+
+void OpenAskedProject(Workspace& ws, const Desktop& desktop) {
+  if (const fs::path path = std::exchange(ws.projectAsked, {}); !path.empty())
+    OpenProject(ws, desktop, path);
+}
+
+}  // namespace graphize

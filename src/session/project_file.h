@@ -1,0 +1,62 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "raster/picture_operation.h"
+#include "session/kept_document.h"
+
+namespace graphize {
+
+// A project: one file with the picture, its edits, axes, curves, blockers, options and steps. It is
+// a ZIP archive whose files are stored as they are: "mimetype", "project.json",
+// "picture/original.EXT" (the picture's file as it was opened), "picture/base.png" where the
+// picture is not that any more, "picture/faint.csv", "picture/last-edit.csv" and
+// "picture/marks.csv" (session/kept_raster.h), and the parts of session/kept_text.h.
+
+inline constexpr const char* kProjectEnding = ".graphize";
+inline constexpr const char* kProjectType = "application/x-graphize";
+
+/// Asks for a file and writes the project; all points then count as saved. A file that cannot be
+/// written is told, and the one that is there stays whole.
+void SaveProject(Workspace& ws, const Desktop& desktop);
+bool CanSaveProject(const Workspace& ws);
+
+/// The file's content; nothing when Escape stopped it. Equal documents give equal bytes.
+/// RunTimeError with the reason.
+std::optional<std::string> ProjectBytes(Workspace& ws, const Desktop& desktop);
+
+/// Asks for a project, and opens it.
+void OpenProject(Workspace& ws, const Desktop& desktop);
+/// The project in this file takes the place of the document; asks first about points that are not
+/// saved. A file that cannot be used is told with the reason, and nothing changes; of one whose
+/// picture alone is damaged, the points are offered on an empty page. One Undo leads back to what
+/// was there before.
+void OpenProject(Workspace& ws, const Desktop& desktop, const std::filesystem::path& path);
+/// The one that was asked for in the place of a picture, if any (Workspace::projectAsked).
+void OpenAskedProject(Workspace& ws, const Desktop& desktop);
+
+/// A project as it was read.
+struct ProjectContent {
+  KeptDocument Kept;
+  Raster Picture;  // without marks
+  OverdrawnPixels LastEdit, Marks;
+  std::string PictureFault;  // why there is a white page instead, a sentence; else empty
+};
+
+enum class ProjectPicture { Decoded, Blank };
+
+/// Reads a project, its picture decoded or, where nobody looks at it, left without pixels. Nothing
+/// when `progress` stopped it. RunTimeError with the reason for what is no project, damaged or
+/// newer.
+std::optional<ProjectContent> ReadProject(std::string_view bytes, ProjectPicture picture,
+                                          const PictureProgress& progress = {});
+/// It takes the place of the document in the workspace.
+void PutProject(Workspace& ws, const Desktop& desktop, ProjectContent&& project);
+
+/// The bytes of a project's file. RunTimeError with the system's reason.
+std::string ReadProjectFile(const std::filesystem::path& path);
+
+}  // namespace graphize

@@ -1,0 +1,235 @@
+// A project holds the whole of a document, and nothing that is not one is taken for it.
+
+#include "session/project_file.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <random>
+
+#include "base/run_time_error.h"
+#include "base/zip_file.h"
+#include "codecs/picbuf.h"
+#include "session/history.h"
+#include "session/kept_text.h"
+#include "support/quiet_desktop.h"
+#include "support/random_user.h"
+#include "support/temporary_folder.h"
+#include "workspace/do.h"
+#include "workspace/picture_commands.h"
+#include "workspace/plot_mouse.h"
+#include "workspace/replay.h"
+
+namespace graphize {
+namespace {
+
+std::string BytesOf(Workspace& ws) {
+  return ProjectBytes(ws, test::QuietDesktop()).value();
+}
+
+ProjectContent Read(std::string_view bytes) {
+  return ReadProject(bytes, ProjectPicture::Decoded).value();
+}
+
+/// The project in a workspace of its own.
+Workspace Opened(std::string_view bytes) {
+  Workspace ws;
+  StartReplay(ws);
+  PutProject(ws, test::QuietDesktop(), Read(bytes));
+  return ws;
+}
+
+std::vector<std::uint32_t> PixelsOf(const Raster& raster) {
+  return {raster.Pixels(), raster.Pixels() + raster.PixelCount()};
+}
+
+bool HasSameBits(const BitMap& a, const BitMap& b) {
+  for (int y = 0; y < a.Height(); ++y)
+    for (int x = 0; x < a.Width(); ++x)
+      if (a.Get(x, y) != b.Get(x, y)) return false;
+  return a.Width() == b.Width() && a.Height() == b.Height();
+}
+
+class ProjectTest : public ::testing::Test {
+ protected:
+  ProjectTest() { SavePicture(folder / "plot.bmp", 3, 0, test::PictureForRandomUser()); }
+  /// A project with a trace, marks, an edit and two curves.
+  std::string SmallProject() {
+    test::RandomUser user(11, folder / "plot.bmp", folder / "saved.dat");
+    for (int i = 0; i < 60; ++i) user.DoSomething();
+    EndDrag(user.ws);
+    return BytesOf(user.ws);
+  }
+
+  test::TemporaryFolder folder;
+};
+
+TEST_F(ProjectTest, GivesTheSameBytesAndPixelsWhenOpened) {
+  int withEdit = 0, withMarks = 0, withFaint = 0;
+  for (unsigned seed = 1; seed <= 25 && !HasFailure(); ++seed) {
+    test::RandomUser user(seed, folder / "plot.bmp", folder / "saved.dat");
+    for (int i = 0; i < 40; ++i) user.DoSomething();
+    EndDrag(user.ws);
+    const std::string bytes = BytesOf(user.ws);
+    Workspace again = Opened(bytes);
+    EXPECT_TRUE(BytesOf(again) == bytes) << "seed " << seed;
+    EXPECT_TRUE(PixelsOf(again.plot.Pixels) == PixelsOf(user.ws.plot.Pixels)) << "seed " << seed;
+    EXPECT_TRUE(again.plot.Marks == user.ws.plot.Marks);
+    EXPECT_TRUE(again.plot.LastEdit == user.ws.plot.LastEdit);
+    EXPECT_TRUE(HasSameBits(again.plot.Pixels.Faint, user.ws.plot.Pixels.Faint));
+    EXPECT_TRUE(UnsavedCurves(again.curves, again.store).empty());
+    withEdit += !again.plot.LastEdit.empty();
+    withMarks += !again.plot.Marks.empty();
+    withFaint += !again.plot.Pixels.Faint.IsEmpty();
+    // The picture's file is in it.
+    if (seed != 25) continue;
+    std::filesystem::remove(folder / "plot.bmp");
+    EXPECT_TRUE(BytesOf(again) == bytes);
+    EXPECT_TRUE(Do(again, test::QuietDesktop(), ReloadStep{}).IsDone());
+    EXPECT_TRUE(PixelsOf(again.plot.Pixels) == PixelsOf(test::PictureForRandomUser()));
+  }
+  EXPECT_GT(withEdit, 3);
+  EXPECT_GT(withMarks, 3);
+  EXPECT_GT(withFaint, 3);
+}
+
+TEST_F(ProjectTest, KeepsAPastedPictureAndOneWhoseFileHasChanged) {
+  Workspace ws;
+  StartReplay(ws);
+  TakeInHand(ws, test::QuietDesktop(), test::PictureForRandomUser(), "Pasted Plot");
+  const auto expectKept = [&](const char* file) {
+    const std::string bytes = BytesOf(ws);
+    EXPECT_NE(ZipReader(bytes, 100).Find(file), nullptr);
+    Workspace again = Opened(bytes);
+    EXPECT_TRUE(PixelsOf(again.plot.Pixels) == PixelsOf(ws.plot.Pixels));
+    EXPECT_EQ(again.window.Caption, ws.window.Caption);
+    EXPECT_TRUE(BytesOf(again) == bytes);
+  };
+  expectKept("picture/original.png");
+  Do(ws, test::QuietDesktop(), BlackWhiteStep{});
+  expectKept("picture/base.png");
+  Do(ws, test::QuietDesktop(), OpenStep{.Path = folder / "plot.bmp"});
+  expectKept("picture/original.bmp");
+  std::ofstream(folder / "plot.bmp", std::ios::app) << "x";
+  expectKept("picture/base.png");
+}
+
+TEST_F(ProjectTest, IsOneStepForUndo) {
+  const std::string bytes = SmallProject();
+  test::RandomUser user(5, folder / "plot.bmp", folder / "saved.dat");
+  History history;
+  history.Begin(user.ws);
+  // Options are no part of the document.
+  const auto state = [&] {
+    std::string text = user.ws.window.Caption;
+    const std::vector<KeptPart> parts = PartsOf(Keep(user.ws));
+    for (std::size_t i = 1; i < parts.size(); ++i) text += parts[i].Name + parts[i].Text;
+    return std::pair(text, PixelsOf(user.ws.plot.Pixels));
+  };
+  const auto before = state();
+  PutProject(user.ws, test::QuietDesktop(), Read(bytes));
+  const auto after = state();
+  history.Commit(user.ws);
+  EXPECT_EQ(user.ws.undoNames.Undo, "Open project");
+  EXPECT_TRUE(history.Undo(user.ws));
+  EXPECT_TRUE(state() == before);
+  EXPECT_TRUE(history.Redo(user.ws));
+  EXPECT_TRUE(state() == after);
+}
+
+/// What reading gives: the project again, or a reason in words.
+enum class Came { Whole, WithoutPicture, Refused };
+Came ComesOf(const std::string& bytes, const std::string& whole) {
+  try {
+    ProjectContent project = Read(bytes);
+    if (!project.PictureFault.empty()) return Came::WithoutPicture;
+    Workspace ws;
+    StartReplay(ws);
+    PutProject(ws, test::QuietDesktop(), std::move(project));
+    EXPECT_TRUE(BytesOf(ws) == whole) << "something else was read";
+    return Came::Whole;
+  } catch (const RunTimeError& error) {
+    EXPECT_GT(std::string(error.what()).size(), 15u);
+    return Came::Refused;
+  }
+}
+
+TEST_F(ProjectTest, IsRefusedInWordsWhenItIsCutOrDamaged) {
+  const std::string whole = SmallProject();
+  for (std::size_t size = 0; size < whole.size(); size += 1 + size / 400)
+    EXPECT_EQ(ComesOf(whole.substr(0, size), whole), Came::Refused) << size;
+  std::mt19937 random(1);
+  int withoutPicture = 0, refused = 0;
+  for (std::size_t at = 0; at < whole.size(); at += 1 + random() % (whole.size() / 700)) {
+    std::string damaged = whole;
+    damaged[at] = static_cast<char>(damaged[at] ^ (1 << random() % 8));
+    const Came came = ComesOf(damaged, whole);
+    withoutPicture += came == Came::WithoutPicture;
+    refused += came == Came::Refused;
+  }
+  EXPECT_GT(withoutPicture, 100);
+  EXPECT_GT(refused, 100);
+}
+
+/// The archive with one of its files replaced, and all checksums right.
+std::string With(const std::string& whole, const std::string& name, const std::string& from,
+                 const std::string& to) {
+  const ZipReader zip(whole, 100);
+  std::vector<std::string> texts;
+  for (const ZipReader::Entry& entry : zip.Entries()) {
+    texts.push_back(zip.Read(entry, whole.size()));
+    if (entry.Name != name) continue;
+    const std::size_t at = texts.back().find(from);
+    EXPECT_NE(at, std::string::npos) << from;
+    if (at != std::string::npos) texts.back().replace(at, from.size(), to);
+  }
+  std::vector<ZipMember> members;
+  for (std::size_t i = 0; i < texts.size(); ++i)
+    members.push_back({zip.Entries()[i].Name, texts[i]});
+  return ZipBytes(members);
+}
+
+TEST_F(ProjectTest, RefusesWhatCannotBe) {
+  const std::string whole = SmallProject();
+  EXPECT_EQ(ComesOf(With(whole, "", "", ""), whole), Came::Whole);
+  const std::tuple<const char*, const char*, const char*, const char*> kCases[] = {
+      {"project.json", "\"version\": 1", "\"version\": 7", "of version 7, from a newer program"},
+      {"project.json", "\"width\": ", "\"width\": 99999", "picture.width is no whole number"},
+      {"project.json", "\"next_id\": ", "\"next_id\": 99999999", "next_id is no whole number"},
+      {"project.json", "\"active_curve\": ", "\"active_curve\": 9", "active_curve"},
+      {"project.json", "\"x_log\": ", "\"x_log\": 1, \"x\": ", "x_log is neither true nor false"},
+      {"project.json", "\"snap\": \"", "\"snap\": \"?", "snap cannot be"},
+      {"project.json", "{", "[", "no JSON object"},
+      {"project.json", "{", "{\"a\":[[[[[[[[[[[[[[[[[[[[", "project.json"},
+      {"curves/1.csv", "\n", "\n0,,,1,1\n", "line "},
+      {"curves/1.csv", "\n", "\n1,x,1,1,1\n", "a column is no number"},
+      {"steps.txt", "mode ", "walk ", "there is no step \"walk\""},
+      {"mimetype", "graphize", "graphite", "no project of this program"}};
+  for (const auto& [file, from, to, reason] : kCases) {
+    try {
+      Read(With(whole, file, from, to));
+      ADD_FAILURE() << "taken: " << to;
+    } catch (const RunTimeError& error) {
+      EXPECT_NE(std::string(error.what()).find(reason), std::string::npos) << error.what();
+    }
+  }
+  const ProjectContent other = Read(With(whole, "picture/original.bmp", "BM", "BM "));
+  EXPECT_NE(other.PictureFault.find("checksum"), std::string::npos);
+  EXPECT_EQ(other.Picture.Width(), other.Kept.Width);
+}
+
+TEST_F(ProjectTest, IsReadWhenItWasPackedAgain) {
+  const std::string whole = SmallProject();
+  std::ofstream(folder / "a.graphize", std::ios::binary) << whole;
+  const std::string path = folder.Path().string();
+  if (std::system(("cd '" + path +
+                   "' && python3 -c 'import zipfile as z\na = z.ZipFile(\"a.graphize\")\n"
+                   "b = z.ZipFile(\"b.graphize\", \"w\", z.ZIP_DEFLATED)\n"
+                   "for n in a.namelist(): b.writestr(n, a.read(n))\nb.close()'")
+                      .c_str()) != 0)
+    GTEST_SKIP() << "there is no python3";
+  EXPECT_EQ(ComesOf(ReadProjectFile(folder / "b.graphize"), whole), Came::Whole);
+}
+
+}  // namespace
+}  // namespace graphize
