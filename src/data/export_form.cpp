@@ -23,12 +23,12 @@ std::string Counted(std::size_t count, const char* one, const char* several) {
 std::size_t CountOutside(std::span<const ExportCurve> curves, const std::vector<double>& xs) {
   std::size_t outside = 0;
   for (const ExportCurve& curve : curves) {
-    const auto [least, most] =
+    const auto ends =
         std::minmax_element(curve.Rows.begin(), curve.Rows.end(),
                             [](const ExportRow& a, const ExportRow& b) { return a.X < b.X; });
-    const bool none = least == curve.Rows.end();
-    outside += static_cast<std::size_t>(std::count_if(
-        xs.begin(), xs.end(), [&](double x) { return none || !(x >= least->X && x <= most->X); }));
+    outside += static_cast<std::size_t>(std::count_if(xs.begin(), xs.end(), [&](double x) {
+      return curve.Rows.empty() || !(x >= ends.first->X && x <= ends.second->X);
+    }));
   }
   return outside;
 }

@@ -47,7 +47,7 @@ void Refresh(const BlackMap& map, GridLine& line) {
 
 std::string ResultText(const GridRemoval& removal, GridDirection direction) {
   const std::string name = direction == GridDirection::X ? "X grid line" : "Y grid line";
-  const std::string lines =
+  std::string lines =
       std::to_string(removal.Lines) + " " + name + (removal.Lines == 1 ? "" : "s") + " removed";
   if (removal.Stopped) return "Stopped: " + lines;
   if (removal.Lines > 0) return lines;

@@ -153,7 +153,7 @@ void TakeBackMarks(PlotImage& image, std::size_t first, int x) {
   image.Dirty.Add(x, 0, image.Width() - 1, image.Height() - 1);
   if (!noted) return;
   std::reverse(back.begin(), back.end());
-  Note(image, RasterEvent::Kind::TakenBack, false, std::move(back));
+  Note(image, RasterEvent::Kind::TakenBack, false, back);
   image.Noted.Marks = image.Marks.size();
 }
 

@@ -10,7 +10,7 @@
 namespace graphize {
 
 ScanAreaView::ScanAreaView(QWidget* parent) : QWidget(parent) {
-  setMinimumSize(sizeHint());
+  setMinimumSize(ScanAreaView::sizeHint());
 }
 
 QSize ScanAreaView::sizeHint() const {
