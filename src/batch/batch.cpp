@@ -10,10 +10,14 @@
 #include "base/version.h"
 #include "base/whole_file.h"
 #include "batch/commands.h"
+#include "batch/console.h"
 #include "batch/digitize.h"
+#include "batch/export_project.h"
 #include "batch/standard_input.h"
+#include "batch/temporary_folder.h"
 #include "codecs/file_format.h"
 #include "codecs/picture_probe.h"
+#include "session/project_file.h"
 #include "workspace/recipe_file.h"
 
 namespace graphize {
@@ -33,8 +37,13 @@ RunOptions ReadRunOptions(const CommandLine& line) {
       options.Table.Format = TableFormat::Csv;
     else if (format->Value == "json")
       options.Table.Format = TableFormat::Json;
+    else if (format->Value == "graphize")
+      options.Table.Format = TableFormat::Project;
     else if (format->Value != "dat")
-      throw UsageError("--format \"" + format->Value + "\": dat, csv or json is expected");
+      throw UsageError("--format \"" + format->Value +
+                       "\": dat, csv, json or graphize is expected");
+  } else if (const GivenOption* output = line.Find("output")) {
+    if (output->Value.ends_with(kProjectEnding)) options.Table.Format = TableFormat::Project;
   }
   if (const GivenOption* jobs = line.Find("jobs")) {
     const auto number = IntegerText(jobs->Value, 1, 1024);
@@ -156,6 +165,25 @@ std::vector<Job> ReplayJobs(const RecipeFile& recipe, const std::vector<fs::path
   return {{first.Name, job.Pictures, first.Output, {}}};
 }
 
+/// A project's steps are a recipe, too. Its picture, which it brings along, is put into `folder`.
+RecipeFile ReadProjectAsRecipe(const std::string& name, std::optional<TemporaryFolder>& folder) {
+  try {
+    const ProjectSteps project = ReadProjectSteps(ReadProjectFile(name));
+    RecipeFile recipe = ReadRecipe(project.Recipe, {});
+    if (recipe.Pictures.size() != 1 || project.Picture.empty()) return recipe;
+    RecipeFile::Picture& picture = recipe.Pictures.front();
+    const fs::path file = picture.Path.empty() ? fs::path("pasted.png") : picture.Path.filename();
+    folder.emplace();
+    picture.Path = folder->Path() / file;
+    picture.FileSize = project.Picture.size();
+    picture.Checksum = HexText(Crc32(project.Picture));
+    ThrowSystemError(ReplaceWholeFile(picture.Path, project.Picture));
+    return recipe;
+  } catch (const RunTimeError& error) {
+    throw RunTimeError(name + ": " + OneLine(error.what()));
+  }
+}
+
 bool Replay(std::span<const std::string> words, const BatchStreams& streams) {
   const CommandSpec command = ReplaySpec();
   const CommandLine line = ReadCommandLine(command, words);
@@ -165,7 +193,10 @@ bool Replay(std::span<const std::string> words, const BatchStreams& streams) {
   const std::string output = OutputOf(line);
   RunOptions options = ReadRunOptions(line);
   options.Table.Errors = line.Has("errors");
-  const RecipeFile recipe = ReadRecipeFile(name);
+  std::optional<TemporaryFolder> folder;
+  const RecipeFile recipe = LowerCase(name).ends_with(kProjectEnding)
+                                ? ReadProjectAsRecipe(name, folder)
+                                : ReadRecipeFile(name);
   const std::vector<fs::path> pictures(line.Operands.begin() + 1, line.Operands.end());
   const std::vector<BatchStep> steps = StepsOf(recipe, name);
   std::vector<Job> jobs = ReplayJobs(
@@ -174,6 +205,13 @@ bool Replay(std::span<const std::string> words, const BatchStreams& streams) {
   options.Table.PointsExpected = !pictures.empty() && HadPoints(recipe);
   const StandardInput input(jobs, streams.In);
   return RunJobs(steps, jobs, options, streams);
+}
+
+bool Export(std::span<const std::string> words, const BatchStreams& streams) {
+  const CommandSpec command = ExportSpec();
+  const CommandLine line = ReadCommandLine(command, words);
+  if (line.Has("help")) return Print(streams, HelpText(command));
+  return ExportProject(line, streams);
 }
 
 /// The window's own options, which are Qt's, with one dash or two.
@@ -201,7 +239,8 @@ bool IsUnknownCommand(const std::string& word) {
 
 bool IsBatch(const std::vector<std::string>& words) {
   if (words.empty()) return false;
-  return words[0] == "digitize" || words[0] == "replay" || IsUnknownCommand(words[0]);
+  return words[0] == "digitize" || words[0] == "replay" || words[0] == "export" ||
+         IsUnknownCommand(words[0]);
 }
 
 int RunBatch(const std::vector<std::string>& words, const BatchStreams& streams) {
@@ -210,6 +249,7 @@ int RunBatch(const std::vector<std::string>& words, const BatchStreams& streams)
   try {
     if (command == "digitize") return Digitize(rest, streams) ? 0 : 1;
     if (command == "replay") return Replay(rest, streams) ? 0 : 1;
+    if (command == "export") return Export(rest, streams) ? 0 : 1;
     const bool known = command == "--version" || command == "--help" || command == "-h";
     if (known && !rest.empty()) throw UsageError("\"" + rest[0] + "\" is too much");
     if (command == "--version")

@@ -16,11 +16,24 @@ constexpr Options kOutputOptions = {
      "standard output"},
     {"format", 0, "FORMAT", kOutput,
      "dat (the program's data file), csv (RFC 4180, with\n"
-     "a header) or json (with axes, units and errors)"},
+     "a header), json (with axes, units and errors) or\n"
+     "graphize (a project, as for names that end so)"},
     {"errors", 0, nullptr, kOutput, "two more columns: the size of a pixel in X and Y"},
     {"force", 'f', nullptr, kOutput, "replace files that exist"},
     {"jobs", 'j', "N", kOutput, "pictures in work at a time; one for each core"},
     {"quiet", 'q', nullptr, kOutput, "no progress and no notes, errors only"},
+    {"help", 'h', nullptr, kOutput, "this text"},
+};
+
+constexpr Options kExportOptions = {
+    {"output", 'o', "FILE", kOutput, "where the points go; \"-\" for the standard output"},
+    {"format", 0, "FORMAT", kOutput, "csv or json, where FILE's ending does not tell it"},
+    {"curve", 0, "NAME", kOutput, "this curve instead of the one that is worked on"},
+    {"all-curves", 0, nullptr, kOutput, "all curves, the one that is worked on first"},
+    {"common-x", 0, nullptr, kOutput, "one table over all X that there are"},
+    {"x-grid", 0, "LIST", kOutput, "the same over these X: 0,0.5,1 or 0:0.5:10"},
+    {"errors", 0, nullptr, kOutput, "two more columns: the size of a pixel in X and Y"},
+    {"force", 'f', nullptr, kOutput, "replace a file that exists"},
     {"help", 'h', nullptr, kOutput, "this text"},
 };
 
@@ -115,16 +128,18 @@ done (the others are), 2 when the command line cannot be understood.
 }  // namespace
 
 CommandSpec ProgramSpec() {
-  return {.Usage = R"(Usage: graphize [PICTURE]
+  return {.Usage = R"(Usage: graphize [PICTURE | PROJECT]
        graphize digitize PICTURE... OPTIONS -o FILE
        graphize replay RECIPE [PICTURE...] -o FILE
+       graphize export PROJECT -o FILE
 )",
           .About = R"(Reads numbers out of pictures of graphs. Without a command the window opens,
-with PICTURE in it. The commands need no window and no display:
+with PICTURE or PROJECT in it. The commands need no window and no display:
 
   digitize    points from pictures whose axes are told by options
   replay      the steps of a recipe saved from the window, on the same or on
               other pictures
+  export      the points of a project as a table
 
 "graphize COMMAND --help" tells more; so does "man graphize".
 )",
@@ -195,6 +210,7 @@ last data file that was saved. On the picture that the recipe names, which must
 not have changed, the result is that file, byte for byte. On other pictures, of
 which one may be "-", the standard input, the same axes and the same steps are
 used; one that gives no points where the recipe's picture had some is an error.
+RECIPE may be a project (.graphize): its steps are done on the picture in it.
 )",
       .Options = kOutputOptions,
       .Footer = std::string(kStatus) + R"(Examples
@@ -203,6 +219,24 @@ used; one that gives no points where the recipe's picture had some is an error.
 
   The same steps on other pictures, one file each:
     graphize replay plot.recipe run*.png -o out/
+)"};
+}
+
+CommandSpec ExportSpec() {
+  return {
+      .Usage = "Usage: graphize export PROJECT -o FILE [OPTIONS]\n",
+      .About = R"(Writes the points of a project, which the window, digitize or replay has saved,
+as CSV (RFC 4180, with a header) or JSON (with axes and units): the same bytes
+as "Export..." in the window.
+)",
+      .Options = kExportOptions,
+      .Footer = std::string(kStatus) + R"(Examples
+  The curve that was worked on last:
+    graphize export plot.graphize -o data.csv
+
+  All curves in one table over the same X, with the size of a pixel:
+    graphize export plot.graphize --all-curves --x-grid 0:0.5:10 --errors \
+      -o curves.csv
 )"};
 }
 

@@ -8,5 +8,6 @@ namespace graphize {
 CommandSpec ProgramSpec();
 CommandSpec DigitizeSpec();
 CommandSpec ReplaySpec();
+CommandSpec ExportSpec();
 
 }  // namespace graphize

@@ -11,6 +11,7 @@
 #include "data/data_file.h"
 #include "data/point_table.h"
 #include "raster/black_white.h"
+#include "session/project_file.h"
 #include "workspace/replay.h"
 #include "workspace/run_command.h"
 
@@ -75,11 +76,19 @@ void NoteWhatCameOut(Workspace& ws, const BatchStep& step, const Outcome& outcom
          "x" + std::to_string(step.Height));
 }
 
+/// As the window has it.
+std::filesystem::path AbsolutePath(const std::filesystem::path& path) {
+  std::error_code failure;
+  const std::filesystem::path absolute = std::filesystem::absolute(path, failure);
+  return failure ? path : absolute;
+}
+
 void RunStep(Workspace& ws, const BatchStep& step,
              const std::vector<std::filesystem::path>& pictures, Told& told) {
   Console console;
   Step toDo = step.Do;
-  if (auto* open = std::get_if<OpenStep>(&toDo)) open->Path = pictures[open->Picture - 1];
+  if (auto* open = std::get_if<OpenStep>(&toDo))
+    open->Path = AbsolutePath(pictures[open->Picture - 1]);
   const Outcome outcome = ReplayStep(ws, console.Callbacks(), toDo);
   // What the operation itself has told says more.
   std::string problem;
@@ -95,8 +104,11 @@ void RunStep(Workspace& ws, const BatchStep& step,
   NoteWhatCameOut(ws, step, outcome, told);
 }
 
-std::string MakeTable(const Workspace& ws, const JobOptions& options,
-                      std::vector<std::string>& notes) {
+std::string MakeTable(Workspace& ws, const JobOptions& options, std::vector<std::string>& notes) {
+  if (options.Format == TableFormat::Project) {
+    const Console console;
+    return ProjectBytes(ws, console.Callbacks()).value_or("");
+  }
   const bool wanted = ws.commands.SaveErrors || options.Errors;
   const bool known = HasRowErrors(ws.store, ws.calibration);
   if (wanted && !known)

@@ -16,7 +16,7 @@ struct BatchStep {
   int Width = 0, Height = 0;  // an OpenStep's picture then, 0 when that is not known
 };
 
-enum class TableFormat { Dat, Csv, Json };
+enum class TableFormat { Dat, Csv, Json, Project };
 
 struct JobOptions {
   TableFormat Format = TableFormat::Dat;

@@ -28,6 +28,8 @@ const char* ExtensionOf(TableFormat format) {
       return ".csv";
     case TableFormat::Json:
       return ".json";
+    case TableFormat::Project:
+      return ".graphize";
     case TableFormat::Dat:
       break;
   }

@@ -1,10 +1,11 @@
 #pragma once
 
-#include <filesystem>
 #include <istream>
+#include <optional>
 #include <vector>
 
 #include "batch/run_jobs.h"
+#include "batch/temporary_folder.h"
 
 namespace graphize {
 
@@ -14,14 +15,13 @@ namespace graphize {
 class StandardInput {
  public:
   StandardInput(std::vector<Job>& jobs, std::istream* in);
-  ~StandardInput();
   StandardInput(const StandardInput&) = delete;
   StandardInput& operator=(const StandardInput&) = delete;
 
  private:
   void Keep(std::istream& in);
 
-  std::filesystem::path folder_;  // empty: no picture comes from there
+  std::optional<TemporaryFolder> folder_;  // none: no picture comes from there
 };
 
 }  // namespace graphize

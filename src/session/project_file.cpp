@@ -34,6 +34,7 @@ constexpr const char* kBase = "picture/base.png";
 constexpr const char* kFaint = "picture/faint.csv";
 constexpr const char* kLastEdit = "picture/last-edit.csv";
 constexpr const char* kMarks = "picture/marks.csv";
+constexpr const char* kSteps = "steps.txt";
 constexpr const char* kOriginal = "picture/original.";
 constexpr const char* kFilters = "Graphize Projects (*.graphize)|*.graphize";
 constexpr std::size_t kMostFiles = 4000;  // three for each curve, and the others
@@ -74,7 +75,7 @@ bool IsPicturePart(std::string_view name) {
 
 bool IsKnown(std::string_view name) {
   return IsCurvePart(name) || IsPicturePart(name) || name == kMimeType || name == "project.json" ||
-         name == "steps.txt" || name == "picture/" || name == "curves/";
+         name == kSteps || name == "picture/" || name == "curves/";
 }
 
 // ---- Writing ------------------------------------------------------------------------------------
@@ -312,13 +313,32 @@ std::string ReadProjectFile(const fs::path& path) {
   return bytes;
 }
 
+namespace {
+
+ZipReader ArchiveOf(std::string_view bytes) {
+  constexpr const char* kNone = "The file is no project of this program.";
+  if (!bytes.starts_with("PK")) throw RunTimeError(kNone);
+  ZipReader zip(bytes, kMostFiles);
+  const ZipReader::Entry* type = zip.Find(kMimeType);
+  if (type == nullptr || zip.Read(*type, 256) != kProjectType) throw RunTimeError(kNone);
+  return zip;
+}
+
+}  // namespace
+
+ProjectSteps ReadProjectSteps(std::string_view bytes) {
+  const ZipReader zip = ArchiveOf(bytes);
+  const ZipReader::Entry* steps = zip.Find(kSteps);
+  if (steps == nullptr) throw RunTimeError("There are no steps in it.");
+  ProjectSteps project{.Recipe = zip.Read(*steps, kLargestText), .Picture = {}};
+  for (const ZipReader::Entry& entry : zip.Entries())
+    if (IsOriginal(entry.Name)) project.Picture = zip.Read(entry, kLargestPicture);
+  return project;
+}
+
 std::optional<ProjectContent> ReadProject(std::string_view bytes, ProjectPicture picture,
                                           const PictureProgress& progress) {
-  if (!bytes.starts_with("PK")) throw RunTimeError("The file is no project of this program.");
-  const ZipReader zip(bytes, kMostFiles);
-  const ZipReader::Entry* type = zip.Find(kMimeType);
-  if (type == nullptr || zip.Read(*type, 256) != kProjectType)
-    throw RunTimeError("The file is no project of this program.");
+  const ZipReader zip = ArchiveOf(bytes);
   ProjectContent project{.Kept = ReadParts(TextsIn(zip, bytes.size())), .PictureFault = {}};
   KeptDocument& kept = project.Kept;
   if (kept.Width == 0 || !IsPicturePart(kept.PictureFile) ||

@@ -56,6 +56,13 @@ std::optional<ProjectContent> ReadProject(std::string_view bytes, ProjectPicture
 /// It takes the place of the document in the workspace.
 void PutProject(Workspace& ws, const Desktop& desktop, ProjectContent&& project);
 
+/// The steps of a project as the text of a recipe, and the picture's file as it was opened, where
+/// it is in the project. RunTimeError as above.
+struct ProjectSteps {
+  std::string Recipe, Picture;
+};
+ProjectSteps ReadProjectSteps(std::string_view bytes);
+
 /// The bytes of a project's file. RunTimeError with the system's reason.
 std::string ReadProjectFile(const std::filesystem::path& path);
 

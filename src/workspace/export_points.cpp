@@ -48,19 +48,22 @@ void ShowExport(Workspace& ws, const Desktop& desktop) {
   if (OpenExport(ws.exportForm, ExportCurves(ws), desktop)) ws.form = Form::Export;
 }
 
-void ExportPoints(Workspace& ws, const Desktop& desktop) {
+std::optional<std::string> ExportText(const Workspace& ws, const Desktop& desktop) {
   const auto table = TableOfForm(ws.exportForm, ws.calibration, desktop);
-  if (!table) return;
+  if (!table) return std::nullopt;
+  if (ws.exportForm.Format == ExportFormat::Csv) return CsvText(*table);
+  return JsonText(*table, ws.calibration,
+                  {PictureName(ws.picture), ws.plot.Width(), ws.plot.Height(), ws.dataFileTitle});
+}
+
+void ExportPoints(Workspace& ws, const Desktop& desktop) {
+  const auto text = ExportText(ws, desktop);
+  if (!text) return;
   const auto path = desktop.ChooseFile(QuestionFor(ws));
   if (!path) return;
   ws.window.Hourglass = true;
   desktop.ShowNow();
-  const std::error_code failure =
-      ReplaceWholeFile(*path, ws.exportForm.Format == ExportFormat::Csv
-                                  ? CsvText(*table)
-                                  : JsonText(*table, ws.calibration,
-                                             {PictureName(ws.picture), ws.plot.Width(),
-                                              ws.plot.Height(), ws.dataFileTitle}));
+  const std::error_code failure = ReplaceWholeFile(*path, *text);
   ws.window.Hourglass = false;
   if (failure) {
     Tell(desktop, "Error while saving. \r\n" + failure.message(), MessageIcon::Critical);

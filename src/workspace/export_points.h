@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+#include <string>
 #include <vector>
 
 #include "data/export_curve.h"
@@ -15,6 +17,8 @@ std::vector<ExportCurve> ExportCurves(const Workspace& ws);
 bool CanExport(const Workspace& ws);
 void ShowExport(Workspace& ws, const Desktop& desktop);
 
+/// What is to be written; nothing after a message.
+std::optional<std::string> ExportText(const Workspace& ws, const Desktop& desktop);
 /// Its button: asks for a file and writes it. The window closes when that is done; it stays after
 /// Cancel, and after a message on an X grid that is none or a file that cannot be written.
 void ExportPoints(Workspace& ws, const Desktop& desktop);

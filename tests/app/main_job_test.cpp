@@ -4,7 +4,9 @@
 #include <QBuffer>
 #include <QClipboard>
 #include <QDropEvent>
+#include <QMenu>
 #include <QMimeData>
+#include <QProcess>
 #include <QTabWidget>
 #include <QThread>
 #include <array>
@@ -17,6 +19,7 @@
 #include "codecs/picbuf.h"
 #include "support/temporary_folder.h"
 #include "support/true_data.h"
+#include "widgets/show.h"
 
 namespace graphize::test {
 namespace {
@@ -265,6 +268,76 @@ TEST_F(MainJob, ASavedRecipeGivesTheSavedFileAgain) {
       << err.str();
   EXPECT_GT(out.str().size(), 5000u);
   EXPECT_EQ(out.str(), BytesOf(Folder() / "window.dat"));
+}
+
+TEST_F(MainJob, AProjectIsSavedAndOpenedByItsName) {
+  Start();
+  OpenSample("pendulum.bmp");
+  CalibratePendulum();
+  ClickPlot(76, 60);
+  ClickPlot(77, 58, 3);
+  Settle();
+  const int points = State().store.CaptureCount;
+  const QString first = ValueOf("TXT_Line_0"), title = Window().windowTitle();
+  ASSERT_GT(points, 500);
+  const std::filesystem::path file = Folder() / "work.graphize";
+  OnFileDialogProposing("pendulum.graphize");
+  ChooseMenu("MNU_FILE_SaveProject");
+  OnFileDialog(file);
+  ChooseMenu("MNU_FILE_SaveProject");
+  Until([&] { return exists(file); }, "the project is written");
+  Settle();
+  EXPECT_EQ(Window().windowTitle(), title + " - work.graphize");
+
+  // A double click: the file's name on the command line.
+  ClickPlot(400, 200);
+  OnMessage("Do you want to save graphized points ?", QMessageBox::Cancel);
+  Window().OpenWhenShown({file});
+  Settle();
+  EXPECT_EQ(State().store.CaptureCount, points + 1);
+  OnMessage("Do you want to save graphized points ?", QMessageBox::No);
+  Window().OpenWhenShown({file});
+  Until([&] { return State().store.CaptureCount == points; }, "the project is open");
+  Settle();
+  EXPECT_EQ(ValueOf("TXT_Line_0"), first);
+  EXPECT_EQ(TextOf("npts"), QString::number(points));
+  EXPECT_TRUE(IsEnabled("save") && IsEnabled("graphize"));
+  EXPECT_EQ(Find<QAction>("MNU_EDIT_Undo")->text(), "Undo Open project");
+  ChooseMenu("MNU_EDIT_Undo");
+  EXPECT_EQ(State().store.CaptureCount, points + 1);
+  ChooseMenu("MNU_EDIT_Redo");
+  EXPECT_EQ(State().store.CaptureCount, points);
+
+  // Another that is none; then the last one by the menu.
+  std::ofstream(Folder() / "none.graphize") << "PK";
+  OnFileDialog(Folder() / "none.graphize");
+  OnMessage("Cannot open the project", QMessageBox::Ok);
+  ChooseMenu("MNU_FILE_OpenProject");
+  Settle();
+  EXPECT_EQ(State().store.CaptureCount, points);
+  OnFileDialog(file);
+  ChooseMenu("MNU_FILE_OpenProject");
+  Settle();
+  EXPECT_EQ(State().store.CaptureCount, points);
+  Find<QMenu>("MNU_File")->popup({});
+  EXPECT_EQ(Find<QAction>("MNU_FILE_Recent_0")->text(), "&0 work.graphize");
+  EXPECT_EQ(Find<QAction>("MNU_FILE_Recent_1")->text(), "&1 pendulum.bmp");
+  Find<QMenu>("MNU_File")->close();
+  // What is in a project is saved.
+  ChooseMenu("MNU_FILE_Exit");
+  EXPECT_FALSE(Window().isVisible());
+
+  // The program itself, as a file manager starts it.
+  QProcess program;
+  QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+  environment.insert("XDG_CONFIG_HOME", ToQString(Folder().string()));
+  environment.insert("XDG_STATE_HOME", ToQString(Folder().string()));
+  program.setProcessEnvironment(environment);
+  program.start(GRAPHIZE_PROGRAM, {ToQString(file.string())});
+  Xdo({"search", "--sync", "--onlyvisible", "--name",
+       "^Graphize - pendulum.bmp \\(640x480\\) - work.graphize$"});
+  program.terminate();
+  program.waitForFinished();
 }
 
 }  // namespace

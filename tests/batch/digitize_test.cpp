@@ -12,9 +12,13 @@
 #include "codecs/file_format.h"
 #include "codecs/picbuf.h"
 #include "raster/black_white.h"
+#include "session/project_file.h"
 #include "support/plot_drawing.h"
+#include "support/quiet_desktop.h"
 #include "support/temporary_folder.h"
 #include "support/true_data.h"
+#include "workspace/export_points.h"
+#include "workspace/replay.h"
 
 namespace graphize {
 namespace {
@@ -86,7 +90,7 @@ TEST_F(Batch, BadInvocationsAreToldInOneLineAndWriteNothing) {
       {traced({"--swap=1"}), 2, "--swap takes no value"},
       {traced({"--x-log"}), 2, "--origin \"70,430:0,-1\": with --x-log the value must be above 0"},
       {traced({"--decimals=16"}), 2, "--decimals \"16\": a whole number from 0 to 15 is expected"},
-      {traced({"--format", "xls"}), 2, "--format \"xls\": dat, csv or json is expected"},
+      {traced({"--format", "xls"}), 2, "--format \"xls\": dat, csv, json or graphize is expected"},
       {digitize({p, p, "-o", "-", "--trace", "76,58"}), 2, "several pictures need a folder"},
       {digitize({p, p, "-o", At("sub"), "--trace", "76,58"}), 2,
        "two pictures would be written to"},
@@ -146,7 +150,6 @@ TEST_F(Batch, BadInvocationsAreToldInOneLineAndWriteNothing) {
 
 TEST_F(Batch, EveryOptionIsInTheHelpTheManPageAndTheCompletion) {
   const std::filesystem::path packaging = std::filesystem::path(GRAPHIZE_SOURCE_DIR) / "packaging";
-  ASSERT_EQ(Run({"digitize", "--help"}), 0);
   std::string man = test::BytesOf(packaging / "graphize.1.in");
   for (std::size_t at; (at = man.find("\\-")) != man.npos;) man.erase(at, 1);
   const std::string completion = test::BytesOf(packaging / "graphize.bash-completion");
@@ -156,10 +159,14 @@ TEST_F(Batch, EveryOptionIsInTheHelpTheManPageAndTheCompletion) {
       if (!goesOn(text[at + option.size()])) return true;
     return false;
   };
-  const CommandSpec command = DigitizeSpec();
-  for (const OptionSpec& option : command.Options)
-    for (const std::string& text : {out.str(), man, completion})
-      EXPECT_TRUE(has(text, std::string("--") + option.Long)) << option.Long;
+  const std::pair<const char*, CommandSpec> commands[] = {{"digitize", DigitizeSpec()},
+                                                          {"export", ExportSpec()}};
+  for (const auto& [name, command] : commands) {
+    ASSERT_EQ(Run({name, "--help"}), 0);
+    for (const OptionSpec& option : command.Options)
+      for (const std::string& text : {out.str(), man, completion})
+        EXPECT_TRUE(has(text, std::string("--") + option.Long)) << option.Long;
+  }
 }
 
 TEST_F(Batch, ATraceAgreesWithTheTrueDataInEveryFormat) {
@@ -204,6 +211,44 @@ TEST_F(Batch, ATraceAgreesWithTheTrueDataInEveryFormat) {
                             "--integrate=all", "--errors", "-q", "-o", "-"})),
             0);
   EXPECT_EQ(err.str(), "");
+}
+
+TEST_F(Batch, AProjectIsWrittenReplayedAndExported) {
+  const std::string project = At("p.graphize");
+  ASSERT_EQ(Run(OnPendulum({"--trace", "76,58", "-o", project})), 0) << err.str();
+  ASSERT_EQ(Run(OnPendulum({"--trace", "76,58", "-o", At("p.dat")})), 0);
+  ASSERT_EQ(Run({"replay", project, "-o", At("again.dat")}), 0) << err.str();
+  EXPECT_EQ(test::BytesOf(folder / "again.dat"), test::BytesOf(folder / "p.dat"));
+
+  // The same as the window's form.
+  Workspace ws;
+  StartReplay(ws);
+  PutProject(ws, test::QuietDesktop(),
+             *ReadProject(ReadProjectFile(project), ProjectPicture::Decoded));
+  ws.exportForm = {.Format = ExportFormat::Json,
+                   .CommonX = true,
+                   .XGrid = "0:0.5:10",
+                   .Errors = true,
+                   .Curves = {},
+                   .Hint = {}};
+  ShowExport(ws, test::QuietDesktop());
+  ASSERT_EQ(Run({"export", project, "--x-grid=0:0.5:10", "--errors", "-o", At("p.json")}), 0)
+      << err.str();
+  EXPECT_EQ(test::BytesOf(folder / "p.json"), ExportText(ws, test::QuietDesktop()));
+  ASSERT_EQ(Run({"export", project, "--format", "csv", "--curve", "curve 1", "-o", "-"}), 0);
+  EXPECT_TRUE(out.str().starts_with("x,y\r\n"));
+  for (const auto& [words, status, reason] :
+       std::initializer_list<std::tuple<Words, int, const char*>>{
+           {{project, "-o", At("p.dat")}, 2, "neither in .csv nor in .json"},
+           {{project, "-o", At("p.json")}, 1, "exists already"},
+           {{project, "--curve=x", "-fo", At("p.json")}, 1, "there is no curve"},
+           {{project, "--x-grid=?", "-fo", At("p.json")}, 1, "X grid"},
+           {{At("p.dat"), "-fo", At("p.json")}, 1, "no project"}}) {
+    Words all = {"export"};
+    all.insert(all.end(), words.begin(), words.end());
+    EXPECT_EQ(Run(all), status);
+    EXPECT_TRUE(IsTold(reason));
+  }
 }
 
 TEST_F(Batch, StepsOnThePictureAreDoneInTheirOrder) {

@@ -7,6 +7,7 @@
 #include <fstream>
 #include <random>
 
+#include "base/numbers.h"
 #include "base/run_time_error.h"
 #include "base/zip_file.h"
 #include "codecs/picbuf.h"
@@ -218,17 +219,24 @@ TEST_F(ProjectTest, RefusesWhatCannotBe) {
   EXPECT_EQ(other.Picture.Width(), other.Kept.Width);
 }
 
-TEST_F(ProjectTest, IsReadWhenItWasPackedAgain) {
+TEST_F(ProjectTest, IsReadAndPackedAgainByOthers) {
   const std::string whole = SmallProject();
-  std::ofstream(folder / "a.graphize", std::ios::binary) << whole;
-  const std::string path = folder.Path().string();
-  if (std::system(("cd '" + path +
-                   "' && python3 -c 'import zipfile as z\na = z.ZipFile(\"a.graphize\")\n"
-                   "b = z.ZipFile(\"b.graphize\", \"w\", z.ZIP_DEFLATED)\n"
-                   "for n in a.namelist(): b.writestr(n, a.read(n))\nb.close()'")
-                      .c_str()) != 0)
-    GTEST_SKIP() << "there is no python3";
-  EXPECT_EQ(ComesOf(ReadProjectFile(folder / "b.graphize"), whole), Came::Whole);
+  std::ofstream(folder / "plot.graphize", std::ios::binary) << whole;
+  std::string help = test::BytesOf(GRAPHIZE_SOURCE_DIR "/help/graphize.html");
+  help = help.substr(help.find("<pre id=\"python\">") + 17);
+  std::ofstream(folder / "read.py") << help.substr(0, help.find("</pre>")) << R"(
+print(len(points), points[0]["x"])
+again = zipfile.ZipFile("again.graphize", "w", zipfile.ZIP_DEFLATED)
+for name in project.namelist(): again.writestr(name, project.read(name))
+again.close()
+)";
+  const std::string run = "cd '" + folder.Path().string() + "' && python3 read.py > told.txt";
+  if (std::system("command -v python3 > /dev/null") != 0) GTEST_SKIP() << "there is no python3";
+  ASSERT_EQ(std::system(run.c_str()), 0);
+  const PointStore store = *Read(whole).Kept.Curves.front().Points;
+  EXPECT_EQ(test::BytesOf(folder / "told.txt"),
+            std::to_string(store.CaptureCount) + " " + ShortestText(store.CaptureX[1]) + "\n");
+  EXPECT_EQ(ComesOf(ReadProjectFile(folder / "again.graphize"), whole), Came::Whole);
 }
 
 }  // namespace
