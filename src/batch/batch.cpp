@@ -100,6 +100,7 @@ bool Digitize(std::span<const std::string> words, const BatchStreams& streams) {
                           .Picture = PictureOutputOf(line),
                           .Format = options.Table.Format});
   const StandardInput input(jobs, streams.In);
+  options.Table.Passing = input.Folder();
   return RunJobs(steps, jobs, options, streams);
 }
 
@@ -204,6 +205,7 @@ bool Replay(std::span<const std::string> words, const BatchStreams& streams) {
   // Without a picture the recipe's own is used, which may have led to an empty file.
   options.Table.PointsExpected = !pictures.empty() && HadPoints(recipe);
   const StandardInput input(jobs, streams.In);
+  options.Table.Passing = folder ? folder->Path() : input.Folder();
   return RunJobs(steps, jobs, options, streams);
 }
 

@@ -1,6 +1,7 @@
 #include "batch/job.h"
 
 #include <algorithm>
+#include <memory>
 #include <optional>
 #include <utility>
 
@@ -8,6 +9,7 @@
 #include "base/run_time_error.h"
 #include "base/tokens.h"
 #include "batch/console.h"
+#include "codecs/picture_probe.h"
 #include "data/data_file.h"
 #include "data/point_table.h"
 #include "raster/black_white.h"
@@ -104,9 +106,22 @@ void RunStep(Workspace& ws, const BatchStep& step,
   NoteWhatCameOut(ws, step, outcome, told);
 }
 
+/// Pictures that go after the run have no path, but their bytes.
+void KnowByName(Workspace& ws, const std::filesystem::path& passing) {
+  if (ws.picture.ChosenPath.parent_path() == passing) {
+    ProbeResult verdict;
+    ws.picture.Bytes =
+        std::make_shared<const std::string>(ReadPictureFile(ws.picture.ChosenPath, verdict));
+    ws.picture.ChosenPath = ws.picture.ChosenPath.filename();
+  }
+  for (RecipePicture& picture : ws.recipe.Pictures)
+    if (picture.Path.parent_path() == passing) picture.Path = picture.Path.filename();
+}
+
 std::string MakeTable(Workspace& ws, const JobOptions& options, std::vector<std::string>& notes) {
   if (options.Format == TableFormat::Project) {
     const Console console;
+    if (!options.Passing.empty()) KnowByName(ws, options.Passing);
     return ProjectBytes(ws, console.Callbacks()).value_or("");
   }
   const bool wanted = ws.commands.SaveErrors || options.Errors;

@@ -24,6 +24,7 @@ struct JobOptions {
   bool PointsExpected = false;  // a table without points is an error even where a step saves it
   bool PictureOnly = false;     // no table
   bool KeepPicture = false;
+  std::filesystem::path Passing;  // pictures in this folder go after the run; empty: there is none
 };
 
 struct JobResult {

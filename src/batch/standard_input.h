@@ -18,6 +18,11 @@ class StandardInput {
   StandardInput(const StandardInput&) = delete;
   StandardInput& operator=(const StandardInput&) = delete;
 
+  /// Where that file is; empty where no picture is "-".
+  std::filesystem::path Folder() const {
+    return folder_ ? folder_->Path() : std::filesystem::path();
+  }
+
  private:
   void Keep(std::istream& in);
 

@@ -91,6 +91,7 @@ void BringBack(Workspace& ws, const Desktop& desktop, KeptDocument&& kept) {
   BringBackOptions(ws, kept.Options);
   BringBackCommands(ws, kept.GridBuster);
 
+  ws.project = {};
   kept.Steps.Number = ws.recipe.Number + 1;
   kept.Steps.Replaced = std::move(ws.recipe.Steps);
   ws.recipe = std::move(kept.Steps);

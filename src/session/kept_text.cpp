@@ -57,6 +57,7 @@ struct Small {
   std::string Format = kProjectFormat, Program = ProgramVersion(), Path, Checksum;
   std::int64_t FileSize = 0;
   int Version = kProjectVersion;
+  std::string Mode;  // its key; empty for none
   std::vector<AxisRow> AxisRows;
   std::vector<Blocker> Blockers;
   std::vector<CurveHead> Curves;
@@ -172,13 +173,7 @@ void Fields(Io& io, Small& small) {
   KeptDocument& kept = small.Kept;
   io.Object("picture", [&] { PictureFields(io, small); });
   io.Object("axes", [&] { AxesFields(io, small); });
-  io.template Choice<Mode>("mode", kept.InMode,
-                           {{Mode::None, "none"},
-                            {Mode::AxisDef, "axisdef"},
-                            {Mode::Graphize, "graphize"},
-                            {Mode::BlockTest, "blocktest"},
-                            {Mode::DrawErase, "drawerase"},
-                            {Mode::GridBuster, "gridbuster"}});
+  io.Text("mode", small.Mode);
   io.List("curves", small.Curves, kMostCurves, [&](CurveHead& curve) { Fields(io, curve); });
   io.Integer("active_curve", kept.Active, 0, kMostCurves);
   io.List("blockers", small.Blockers, kMaxBlockers, [&](Blocker& b) { Fields(io, b); });
@@ -210,6 +205,7 @@ Small SmallOf(KeptDocument& kept) {
               .Path = kept.Picture.ChosenPath.string(),
               .Checksum = HexText(kept.Picture.FileChecksum),
               .FileSize = static_cast<std::int64_t>(kept.Picture.FileSize),
+              .Mode = std::string(ModeKey(kept.InMode)),
               .AxisRows = {},
               .Blockers = {},
               .Curves = {},
@@ -276,6 +272,7 @@ void TakeOptions(const Small& small, JsonReader& reader) {
 
 void TakeSmall(Small& small, JsonReader& reader) {
   KeptDocument& kept = small.Kept;
+  kept.InMode = ModeOfKey(small.Mode);
   TakePicture(small, reader);
   TakeAxes(small, reader);
   kept.Blockers.Count = static_cast<std::int16_t>(small.Blockers.size());
@@ -418,6 +415,7 @@ KeptDocument ReadParts(const std::vector<KeptPart>& parts) {
   Small small{.Kept = kept,
               .Path = {},
               .Checksum = {},
+              .Mode = {},
               .AxisRows = {},
               .Blockers = {},
               .Curves = {},

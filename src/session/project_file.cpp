@@ -229,6 +229,11 @@ void PutMarks(PlotImage& plot, const OverdrawnPixels& drawn) {
              ColourOfPixel(pixel.Pixel));
 }
 
+bool HasOriginal(std::string_view bytes) {
+  const ZipReader zip(bytes, kMostFiles);
+  return std::ranges::any_of(zip.Entries(), IsOriginal, &ZipReader::Entry::Name);
+}
+
 void NoteProject(Workspace& ws, const fs::path& path) {
   ws.project = {path, ws.recipe.Number};
   NoteOpened(ws.opened, path);
@@ -282,14 +287,16 @@ void SaveProject(Workspace& ws, const Desktop& desktop) {
        .Folder = named ? ws.project.File.parent_path() : ws.picture.Folder,
        .FileName = named ? ws.project.File.filename().string() : stem + kProjectEnding,
        .Filters = kFilters,
-       .DefaultExtension = kProjectEnding + 1});
+       .DefaultExtension = kProjectEnding + 1,
+       .OnlyFilterTypes = true});
   if (!path) return;
   ws.window.Hourglass = true;
   desktop.ShowNow();
   std::string fault;
-  bool stopped = false;
+  bool stopped = false, hasOriginal = false;
   try {
     const auto bytes = ProjectBytes(ws, desktop);
+    hasOriginal = bytes && HasOriginal(*bytes);
     stopped = !bytes;
     if (bytes)
       if (const std::error_code failure = ReplaceWholeFile(*path, *bytes))
@@ -305,6 +312,9 @@ void SaveProject(Workspace& ws, const Desktop& desktop) {
   for (Curve& curve : ws.curves.Curves) curve.Points = SavedPoints(curve.Points);
   NoteProject(ws, *path);
   ws.status.Status = "Saved: " + path->filename().string();
+  // A picture that was pasted or scanned has never had one.
+  if (ws.picture.FromFile && !hasOriginal)
+    ws.status.Status += ", without the picture's file, which is gone or another one by now";
 }
 
 std::string ReadProjectFile(const fs::path& path) {

@@ -118,7 +118,10 @@ RecipePicture PictureOf(const Workspace& ws) {
 /// stay.
 void BeginRecipe(Workspace& ws, OpenStep& step) {
   const bool anew = !ws.calibration.AnyDefined() && !AnyPoints(ws.curves, ws.store);
-  if (anew) ws.recipe = {.Number = ws.recipe.Number + 1, .Replaced = std::move(ws.recipe.Steps)};
+  if (anew) {
+    ws.project = {};
+    ws.recipe = {.Number = ws.recipe.Number + 1, .Replaced = std::move(ws.recipe.Steps)};
+  }
   ws.recipe.Pictures.push_back(PictureOf(ws));
   step.Picture = static_cast<int>(ws.recipe.Pictures.size());
 }

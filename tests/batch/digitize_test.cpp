@@ -219,6 +219,9 @@ TEST_F(Batch, AProjectIsWrittenReplayedAndExported) {
   ASSERT_EQ(Run(OnPendulum({"--trace", "76,58", "-o", At("p.dat")})), 0);
   ASSERT_EQ(Run({"replay", project, "-o", At("again.dat")}), 0) << err.str();
   EXPECT_EQ(test::BytesOf(folder / "again.dat"), test::BytesOf(folder / "p.dat"));
+  ASSERT_EQ(Run({"replay", project, "-o", At("again.graphize")}), 0) << err.str();
+  ASSERT_EQ(Run({"replay", At("again.graphize"), "-o", At("thrice.graphize")}), 0) << err.str();
+  EXPECT_EQ(test::BytesOf(folder / "thrice.graphize"), test::BytesOf(folder / "again.graphize"));
 
   // The same as the window's form.
   Workspace ws;

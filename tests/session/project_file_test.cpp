@@ -15,6 +15,7 @@
 #include "session/kept_text.h"
 #include "support/quiet_desktop.h"
 #include "support/random_user.h"
+#include "support/scripted_desktop.h"
 #include "support/temporary_folder.h"
 #include "workspace/do.h"
 #include "workspace/picture_commands.h"
@@ -136,6 +137,31 @@ TEST_F(ProjectTest, IsOneStepForUndo) {
   EXPECT_TRUE(state() == before);
   EXPECT_TRUE(history.Redo(user.ws));
   EXPECT_TRUE(state() == after);
+}
+
+TEST_F(ProjectTest, IsToldOnceWhereItCannotBeWrittenAndLeavesTheOldOne) {
+  test::RandomUser user(5, folder / "plot.bmp", folder / "saved.dat");
+  Workspace& ws = user.ws;
+  NoteSaved(ws.store);
+  const auto save = [&](const std::filesystem::path& file, const char* message) {
+    test::ScriptedDesktop desktop;
+    desktop.ExpectFile(file);
+    if (message != nullptr) desktop.ExpectMessage(message);
+    SaveProject(ws, desktop);
+  };
+  save(folder / "no folder" / "a.graphize", "Error while saving.");
+  EXPECT_FALSE(ws.project.IsOf(ws.recipe));
+  save(folder / "a.graphize", nullptr);
+  EXPECT_TRUE(ws.project.IsOf(ws.recipe));
+  const std::string bytes = ReadProjectFile(folder / "a.graphize");
+  // The picture's file has gone: kept as it is shown, and said.
+  std::filesystem::remove(folder / "plot.bmp");
+  std::filesystem::permissions(folder / "a.graphize", std::filesystem::perms::owner_read);
+  save(folder / "a.graphize", "Error while saving.");
+  EXPECT_TRUE(ReadProjectFile(folder / "a.graphize") == bytes);
+  save(folder / "b.graphize", nullptr);
+  EXPECT_NE(ws.status.Status.find("without the picture's file"), std::string::npos);
+  EXPECT_NE(ReadProjectFile(folder / "b.graphize"), bytes);
 }
 
 /// What reading gives: the project again, or a reason in words.
