@@ -107,7 +107,7 @@ void MainWindow::ShowRecentFiles() {
     action->setEnabled(std::filesystem::exists(file, ignored));
     connect(action, &QAction::triggered, this, [this, file] { OpenWhenShown({file}); });
   }
-  recentMenu_->menuAction()->setEnabled(!files.empty());
+  if (files.empty()) recentMenu_->addAction(tr("(none yet)"))->setEnabled(false);
 }
 
 std::filesystem::path MainWindow::RecentList() const {

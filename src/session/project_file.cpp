@@ -270,7 +270,10 @@ std::optional<std::string> ProjectBytes(Workspace& ws, const Desktop& desktop) {
   std::vector<KeptPart> raster = RasterParts(ws.plot);
   content.Texts.insert(content.Texts.begin() + 1, std::make_move_iterator(raster.begin()),
                        std::make_move_iterator(raster.end()));
-  return content.Bytes(original);
+  std::string bytes = content.Bytes(original);
+  // Nothing takes the place of a file but what can be opened again.
+  ReadProject(bytes, ProjectPicture::Blank);
+  return bytes;
 }
 
 bool CanSaveProject(const Workspace& ws) {

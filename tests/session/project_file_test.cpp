@@ -18,6 +18,7 @@
 #include "support/scripted_desktop.h"
 #include "support/temporary_folder.h"
 #include "workspace/do.h"
+#include "workspace/export_points.h"
 #include "workspace/picture_commands.h"
 #include "workspace/plot_mouse.h"
 #include "workspace/replay.h"
@@ -243,6 +244,50 @@ TEST_F(ProjectTest, RefusesWhatCannotBe) {
   const ProjectContent other = Read(With(whole, "picture/original.bmp", "BM", "BM "));
   EXPECT_NE(other.PictureFault.find("checksum"), std::string::npos);
   EXPECT_EQ(other.Picture.Width(), other.Kept.Width);
+}
+
+/// What a user does next.
+void GoOn(Workspace& ws) {
+  const Desktop desktop = test::QuietDesktop();
+  History history;
+  history.Begin(ws);
+  const auto step = [&](Step toDo) {
+    Do(ws, desktop, std::move(toDo));
+    history.Commit(ws);
+  };
+  step(ModeStep{Mode::Graphize});
+  step(PointStep{30, 40});
+  step(SortStep{});
+  step(ClearRowsStep{1, 2});
+  step(UndoListStep{});
+  step(UndoEditStep{});
+  step(RefreshStep{});
+  for (const Curve& curve : std::vector<Curve>(ws.curves.Curves)) step(SelectCurveStep{curve.Name});
+  ShowExport(ws, desktop);
+  while (history.Undo(ws)) continue;
+}
+
+TEST_F(ProjectTest, CanBeWorkedOnWhateverItSaysWhenItIsTaken) {
+  const std::string whole = SmallProject();
+  const ZipReader zip(whole, 100);
+  std::mt19937 random(2);
+  constexpr std::string_view kDigits = "0123456789-.e,\n\"truefals{}[]#";
+  int taken = 0;
+  for (int i = 0; i < 1500; ++i) {
+    const ZipReader::Entry& entry = zip.Entries()[1 + random() % (zip.Entries().size() - 1)];
+    std::string text = zip.Read(entry, whole.size());
+    if (entry.Name.starts_with("picture/original") || text.empty()) continue;
+    for (unsigned changes = 1 + random() % 2; changes > 0; --changes)
+      text[random() % text.size()] = kDigits[random() % kDigits.size()];
+    try {
+      Workspace ws = Opened(With(whole, entry.Name, zip.Read(entry, whole.size()), text));
+      ++taken;
+      GoOn(ws);
+    } catch (const RunTimeError&) {
+      // Refused in words.
+    }
+  }
+  EXPECT_GT(taken, 150);
 }
 
 TEST_F(ProjectTest, IsReadAndPackedAgainByOthers) {
