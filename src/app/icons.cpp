@@ -162,6 +162,22 @@ void GridBuster(const Pen& d) {
   d.Lines({{5, 19, 19, 5}, {5, 5, 19, 19}});
 }
 
+void CurveNew(const Pen& d) {
+  d.Stroke(kGreen, 3);
+  d.Lines({{12, 4, 12, 20}, {4, 12, 20, 12}});
+}
+
+void CurveRename(const Pen& d) {
+  d.Stroke(d.ink);
+  d.p.setBrush(kAmber);
+  d.p.drawPolygon(QPolygonF({{5, 15}, {16, 4}, {20, 8}, {9, 19}, {4, 20}}));
+}
+
+void CurveDelete(const Pen& d) {
+  d.Stroke(kRed, 3);
+  d.Lines({{5, 5, 19, 19}, {19, 5, 5, 19}});
+}
+
 /// The same as packaging/graphize.svg.
 void Program(const Pen& d) {
   d.Stroke(QColor(0xc0, 0xc0, 0xc0), 0.6);
@@ -174,13 +190,23 @@ using DrawIcon = void (*)(const Pen&);
 
 DrawIcon DrawingOf(std::string_view key) {
   static constexpr std::pair<std::string_view, DrawIcon> kDrawings[] = {
-      {"open", Open},           {"aquire", Aquire},
-      {"save", Save},           {"copy", Copy},
-      {"paste", Paste},         {"setup", Setup},
-      {"refresh", Refresh},     {"undo", Undo},
-      {"delete", Delete},       {"axisdef", AxisDef},
-      {"graphize", Graphize},   {"blocktest", BlockTest},
-      {"drawerase", DrawErase}, {"gridbuster", GridBuster},
+      {"open", Open},
+      {"aquire", Aquire},
+      {"save", Save},
+      {"copy", Copy},
+      {"paste", Paste},
+      {"setup", Setup},
+      {"refresh", Refresh},
+      {"undo", Undo},
+      {"delete", Delete},
+      {"axisdef", AxisDef},
+      {"graphize", Graphize},
+      {"blocktest", BlockTest},
+      {"drawerase", DrawErase},
+      {"gridbuster", GridBuster},
+      {"newcurve", CurveNew},
+      {"renamecurve", CurveRename},
+      {"deletecurve", CurveDelete},
   };
   for (const auto& [name, draw] : kDrawings)
     if (name == key) return draw;

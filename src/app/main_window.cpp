@@ -20,6 +20,7 @@
 #include "app/picture_area.h"
 #include "app/status_panels.h"
 #include "calibration/axis_panel.h"
+#include "capture/curve_panel.h"
 #include "capture/read_out_panel.h"
 #include "data/data_list_panel.h"
 #include "raster/plot_view.h"
@@ -180,6 +181,7 @@ void MainWindow::Render() {
   axisPanel_->Render(ws_.axisPanel, ws_.calibration);
   tracerPanel_->Render(ws_.tracer, ws_.blockSize);
   readOut_->Render(ws_.readOut);
+  curvePanel_->Render();
   dataList_->Render(ws_.store, ws_.formats, ws_.settings.DecimalPoint);
   status_->Render(ws_.status, ws_.store.NPoints);
   RenderModeFrame();
@@ -327,7 +329,7 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
   // The window looks at a key before the control that has the focus.
   if (event->type() == QEvent::KeyPress && !ws_.commandRuns &&
       QApplication::activeModalWidget() == nullptr &&
-      QApplication::activePopupWidget() == nullptr) {
+      QApplication::activePopupWidget() == nullptr && !curvePanel_->IsNaming()) {
     const auto* widget = qobject_cast<QWidget*>(watched);
     if (watched == windowHandle() || (widget != nullptr && widget->window() == this))
       return TakeKey(static_cast<QKeyEvent*>(event));

@@ -21,6 +21,7 @@ class QScrollBar;
 namespace graphize {
 
 class AxisPanelWidget;
+class CurvePanel;
 class DataListPanel;
 class FormDialog;
 class HelpWindow;
@@ -68,6 +69,7 @@ class MainWindow : public QMainWindow {
   QWidget* BuildSidePanel();
   QAction* MakeAction(const MenuEntry& entry);
   void ConnectPanels();
+  void ConnectCurves();
   void FitSidePanel();
   void FinishStart();
   void PlaceZoom();
@@ -125,6 +127,7 @@ class MainWindow : public QMainWindow {
   AxisPanelWidget* axisPanel_ = nullptr;
   TracerPanel* tracerPanel_ = nullptr;
   ReadOutPanel* readOut_ = nullptr;
+  CurvePanel* curvePanel_ = nullptr;
   DataListPanel* dataList_ = nullptr;
   std::unique_ptr<StatusPanels> status_;
   Form formShown_ = Form::None;

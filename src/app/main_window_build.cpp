@@ -8,6 +8,7 @@
 #include <QMenuBar>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QShortcut>
 #include <QToolBar>
 #include <QVBoxLayout>
 
@@ -16,6 +17,7 @@
 #include "app/picture_area.h"
 #include "app/status_panels.h"
 #include "calibration/axis_panel.h"
+#include "capture/curve_panel.h"
 #include "capture/read_out_panel.h"
 #include "data/data_list_panel.h"
 #include "raster/plot_view.h"
@@ -185,7 +187,9 @@ QWidget* MainWindow::BuildSidePanel() {
   auto* column = new QVBoxLayout(side);
   column->setContentsMargins(0, 0, 0, 4);
   readOut_ = new ReadOutPanel;
-  dataList_ = new DataListPanel;
+  curvePanel_ = new CurvePanel(ws_.curves);
+  curvePanel_->SetIcons(ToolIcon("newcurve"), ToolIcon("renamecurve"), ToolIcon("deletecurve"));
+  dataList_ = new DataListPanel(curvePanel_);
   axisPanel_ = new AxisPanelWidget;
   tracerPanel_ = new TracerPanel(Workspace::kLargestBlock);
   axisPanel_->hide();
@@ -296,6 +300,7 @@ void MainWindow::ConnectPanels() {
   connect(tracerPanel_, &TracerPanel::BlockSizeChosen, this,
           change([](Workspace& ws, int size) { ws.blockSize = size; }));
 
+  ConnectCurves();
   connect(dataList_, &DataListPanel::LinePressed, this, [this](int line, bool shift) {
     Do(
         [=](Workspace& ws, const Desktop& desktop) {
@@ -315,6 +320,41 @@ void MainWindow::ConnectPanels() {
   connect(dataList_, &DataListPanel::Scrolled, this, [this](int value) {
     Do([=](Workspace& ws, const Desktop&) { ScrollList(ws, value); }, false);
   });
+}
+
+void MainWindow::ConnectCurves() {
+  const auto select = [this](int curve) {
+    if (IsBusy()) return Render();  // the box shows the active one again
+    curvePanel_->FinishNaming();
+    Do(SelectCurveStep{ws_.curves.Curves[curve].Name});
+  };
+  const auto add = [this] {
+    if (IsBusy()) return;
+    curvePanel_->FinishNaming();
+    Do(NewCurveStep{});
+    curvePanel_->EditName();
+  };
+  const auto rename = [this] { curvePanel_->EditName(); };
+  connect(curvePanel_, &CurvePanel::Chosen, this, select);
+  connect(curvePanel_, &CurvePanel::NewPressed, this, add);
+  connect(curvePanel_, &CurvePanel::RenamePressed, this, rename);
+  const auto onKey = [this](const char* key, const auto& run) {
+    connect(new QShortcut(QKeySequence(QLatin1String(key)), this), &QShortcut::activated, this,
+            run);
+  };
+  onKey("Ctrl+N", add);
+  onKey("F2", rename);
+  onKey("Ctrl+Tab", [this, select] {
+    select((ws_.curves.Active + 1) % static_cast<int>(ws_.curves.Curves.size()));
+  });
+  connect(curvePanel_, &CurvePanel::NameTyped, this,
+          [this](const std::string& name) { Do(RenameCurveStep{name}); });
+  connect(curvePanel_, &CurvePanel::NameDropped, this, [this](const std::string& reason) {
+    Do([&](Workspace& ws, const Desktop&) { ws.status.Status = reason; }, false);
+  });
+  connect(curvePanel_, &CurvePanel::DeletePressed, this, [this] { Do(DeleteCurveStep{}); });
+  connect(curvePanel_, &CurvePanel::ShownSwitched, this,
+          [this](bool on) { Do(ShowCurveStep{on}); });
 }
 
 void MainWindow::RenderActions() {

@@ -6,6 +6,8 @@
 #include <tuple>
 #include <utility>
 
+#include "base/numbers.h"
+
 namespace graphize {
 
 namespace {
@@ -75,8 +77,13 @@ std::shared_ptr<const PointStore> Leave(CurveList& list, PointStore& active,
 
 }  // namespace
 
+std::string CurveNameOf(std::string_view typed) {
+  typed.remove_prefix(std::min(typed.find_first_not_of(' '), typed.size()));
+  return TrimRight(typed);
+}
+
 std::string CurveNameFault(const CurveList& list, std::string_view name, int current) {
-  if (name.find_first_not_of(' ') == std::string_view::npos) return "A curve needs a name.";
+  if (CurveNameOf(name).empty()) return "A curve needs a name.";
   if (HasControlCharacter(name))
     return "A curve's name is one line without tabs and other control characters.";
   if (name.size() > kLongestCurveName)
@@ -101,7 +108,7 @@ int FindCurve(const CurveList& list, std::string_view name) {
 }
 
 const PointStore& PointsOf(const CurveList& list, const PointStore& active, int curve) {
-  return curve == list.Active ? active : *list.Curves[static_cast<std::size_t>(curve)].Points;
+  return curve == list.Active ? active : *list.Curves[curve].Points;
 }
 
 std::shared_ptr<const PointStore> ExchangePoints(CurveList& list, PointStore& active,
@@ -118,15 +125,13 @@ std::shared_ptr<const PointStore> ExchangePoints(CurveList& list, PointStore& ac
 
 void SelectCurve(CurveList& list, PointStore& active, int curve) {
   if (curve == list.Active) return;
-  Curve& next = list.Curves[static_cast<std::size_t>(curve)];
-  list.Curves[static_cast<std::size_t>(list.Active)].Points =
-      Leave(list, active, std::exchange(next.Points, nullptr));
+  Curve& next = list.Curves[curve];
+  ActiveCurve(list).Points = Leave(list, active, std::exchange(next.Points, nullptr));
   list.Active = curve;
 }
 
 void AddCurve(CurveList& list, PointStore& active, const std::string& name) {
-  list.Curves[static_cast<std::size_t>(list.Active)].Points =
-      Leave(list, active, EmptyCurve(active));
+  ActiveCurve(list).Points = Leave(list, active, EmptyCurve(active));
   const Colour colour = FreeColour(list);
   list.Curves.push_back({.Name = name, .MarkColour = colour});
   list.Active = static_cast<int>(list.Curves.size()) - 1;
@@ -135,7 +140,7 @@ void AddCurve(CurveList& list, PointStore& active, const std::string& name) {
 void DeleteCurve(CurveList& list, PointStore& active) {
   list.Curves.erase(list.Curves.begin() + list.Active);
   list.Active = std::min(list.Active, static_cast<int>(list.Curves.size()) - 1);
-  Curve& next = list.Curves[static_cast<std::size_t>(list.Active)];
+  Curve& next = ActiveCurve(list);
   Leave(list, active, std::exchange(next.Points, nullptr));
 }
 

@@ -43,6 +43,15 @@ struct CurveList {
   std::shared_ptr<const PointStore> Left;
 };
 
+inline Curve& ActiveCurve(CurveList& list) {
+  return list.Curves[list.Active];
+}
+inline const Curve& ActiveCurve(const CurveList& list) {
+  return list.Curves[list.Active];
+}
+
+/// What was typed as a name, without blanks around it.
+std::string CurveNameOf(std::string_view typed);
 /// Why a curve cannot have this name, in plain words; empty when it can. `current` is the curve
 /// that may have it already, -1: none.
 std::string CurveNameFault(const CurveList& list, std::string_view name, int current = -1);

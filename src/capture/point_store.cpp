@@ -81,8 +81,9 @@ bool AddValuePoint(PointStore& store, CommandStates& commands, const Desktop& de
   return Append(store, commands, desktop, UpdateLabel, X, Y);
 }
 
-bool DeleteAllData(PointStore& store, CommandStates& commands, const Desktop& desktop, bool Ask) {
-  if (Ask && !AskYesNo(desktop, "Delete all graphized X,Y data ?")) return false;
+bool DeleteAllData(PointStore& store, CommandStates& commands, const Desktop& desktop, bool Ask,
+                   const std::string& note) {
+  if (Ask && !AskYesNo(desktop, "Delete all graphized X,Y data ?" + note)) return false;
   ClearList(store);
   store.CaptureCount = 0;
   store.ListCount = 0;
@@ -100,9 +101,9 @@ void NoteSaved(const PointStore& store) {
     return std::vector<float>(values.begin(), values.end());
   };
   *store.Saved = {copy(Used(store.CaptureX, store.CaptureCount)),
-                 copy(Used(store.CaptureY, store.CaptureCount)),
-                 copy(Used(store.ListX, store.ListCount)),
-                 copy(Used(store.ListY, store.ListCount))};
+                  copy(Used(store.CaptureY, store.CaptureCount)),
+                  copy(Used(store.ListX, store.ListCount)),
+                  copy(Used(store.ListY, store.ListCount))};
 }
 
 bool HasUnsaved(const PointStore& store) {

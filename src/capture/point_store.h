@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "capture/list_page.h"
@@ -67,9 +68,10 @@ bool AddPoint(PointStore& store, CommandStates& commands, const Desktop& desktop
 bool AddValuePoint(PointStore& store, CommandStates& commands, const Desktop& desktop,
                    bool UpdateLabel, float X, float Y);
 
-/// Empties the store; with Ask only after the user's Yes. False when the user said no. The caller
-/// redraws the plot.
-bool DeleteAllData(PointStore& store, CommandStates& commands, const Desktop& desktop, bool Ask);
+/// Empties the store; with Ask only after the user's Yes to a question, which ends with `note`.
+/// False when the user said no. The caller redraws the plot.
+bool DeleteAllData(PointStore& store, CommandStates& commands, const Desktop& desktop, bool Ask,
+                   const std::string& note = {});
 
 /// The data file holds the points as they are.
 void NoteSaved(const PointStore& store);

@@ -35,9 +35,16 @@ class DataListPanel::Line : public QLineEdit {
   }
 };
 
-DataListPanel::DataListPanel(QWidget* parent) : QGroupBox(tr("Graphized Data"), parent) {
+DataListPanel::DataListPanel(QWidget* above, QWidget* parent)
+    : QGroupBox(tr("Graphized Data"), parent) {
   setObjectName(QStringLiteral("FRM_Data"));
   auto* column = new QVBoxLayout(this);
+  // Close together: on a small screen nothing below is pushed out of sight.
+  const QMargins margins = column->contentsMargins();
+  column->setContentsMargins(margins.left(), margins.top() / 2, margins.right(),
+                             margins.bottom() / 2);
+  column->setSpacing(4);
+  column->addWidget(above);
 
   auto* head = new QHBoxLayout;
   head->addWidget(new QLabel(tr("Graphized Points:")));

@@ -17,6 +17,12 @@ struct PlotOverlay {
 
     bool operator==(const Rectangle&) const = default;
   };
+  /// The points of a curve.
+  struct Marks {
+    Colour MarkColour = kBlack;
+    std::vector<Point> Points;
+  };
+  std::vector<Marks> Curves;  // a later one's lie above
   std::vector<Point> DataPoints;
   Colour DataColour = kBlack;
   std::optional<Point> LastPoint;
@@ -27,8 +33,15 @@ struct PlotOverlay {
 
 /// Marks have an edge of this width around them, which makes them stand out from any ground.
 inline constexpr int kMarkEdge = 1;
-/// How far, without its edge, the marks of a data point, the last point and an axis point reach
-/// from their pixel.
+/// The edge of a mark of this colour: a light mark has a dark one and the other way round.
+constexpr Colour EdgeColour(Colour mark) {
+  const int red = mark & 0xff, green = mark >> 8 & 0xff, blue = mark >> 16 & 0xff;
+  constexpr int kMiddleGrey = 128;
+  return (11 * red + 16 * green + 5 * blue) / 32 < kMiddleGrey ? kWhite : kBlack;
+}
+/// How far, without its edge, the marks of a curve's point, a data point, the last point and an
+/// axis point reach from their pixel.
+inline constexpr int kCurvePointReach = 1;
 inline constexpr int kDataPointReach = 2;
 inline constexpr int kLastPointReach = 8;
 inline constexpr int kAxisPointReach = 9;

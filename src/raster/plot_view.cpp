@@ -6,8 +6,10 @@
 #include <QPaintEvent>
 #include <QPainter>
 #include <QTimerEvent>
+#include <algorithm>
 #include <utility>
 
+#include "raster/curve_marks.h"
 #include "widgets/keys.h"
 #include "widgets/plot_cursor.h"
 #include "widgets/pointer.h"
@@ -32,12 +34,9 @@ QRect Stroke(int left, int top, int right, int bottom) {
   return {QPoint(left, top), QPoint(right, bottom)};
 }
 
-/// First all edges, then the strokes: no edge covers a neighbour. A light mark has a dark edge and
-/// the other way round.
+/// First all edges, then the strokes: no edge covers a neighbour.
 void PaintStrokes(QPainter& painter, const QList<QRect>& strokes, Colour colour) {
-  constexpr int kMiddleGrey = 128;
-  const QColor inside = ToQColor(colour);
-  const QColor edge = qGray(inside.rgb()) < kMiddleGrey ? Qt::white : Qt::black;
+  const QColor inside = ToQColor(colour), edge = ToQColor(EdgeColour(colour));
   for (const QRect& stroke : strokes)
     painter.fillRect(stroke.adjusted(-kMarkEdge, -kMarkEdge, kMarkEdge, kMarkEdge), edge);
   for (const QRect& stroke : strokes) painter.fillRect(stroke, inside);
@@ -112,13 +111,26 @@ void PlotView::Render(const DirtyArea& dirty,
   rubberBand_ = rubberBand;
 }
 
+void PlotView::PaintWithCurves(QPainter& painter, const QRect& area,
+                               const PlotOverlay& overlay) const {
+  Raster part(area.width(), area.height());
+  for (int y = 0; y < area.height(); ++y)
+    std::copy_n(image_.Pixels.Row(area.top() + y) + area.left(), area.width(), part.Row(y));
+  for (const PlotOverlay::Marks& marks : overlay.Curves)
+    PaintMarks(part, area.left(), area.top(), marks);
+  painter.drawImage(area.topLeft(), AsImage(part));
+}
+
 void PlotView::paintEvent(QPaintEvent* event) {
   if (!image_.IsPresent()) return;
   QPainter painter(this);
   const QImage picture = AsImage(image_.Pixels);
   const QRect area = event->rect() & picture.rect();
-  for (const QRect& part : event->region() & area) painter.drawImage(part, picture, part);
   const PlotOverlay overlay = overlayIn_({area.left(), area.top(), area.right(), area.bottom()});
+  if (overlay.Curves.empty())
+    for (const QRect& part : event->region() & area) painter.drawImage(part, picture, part);
+  else
+    PaintWithCurves(painter, area, overlay);
   if (!overlay.DataPoints.empty()) PaintDataPoints(painter, overlay);
   if (overlay.LastPoint)
     PaintCross(painter, *overlay.LastPoint, kLastPointReach, overlay.LastColour);

@@ -47,6 +47,8 @@ class PlotView : public QWidget {
   void timerEvent(QTimerEvent* event) override;
 
  private:
+  /// The picture and the curves' marks as one: many marks cost little more than their pixels.
+  void PaintWithCurves(QPainter& painter, const QRect& area, const PlotOverlay& overlay) const;
   void TellMove(QPoint position, int button, int shift);
   /// Whether the pixel is seen here: not scrolled out of sight, nor below the zoom window.
   bool ShowsPixel(QPoint position) const;

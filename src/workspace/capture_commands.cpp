@@ -62,7 +62,10 @@ void SwitchYLog(Workspace& ws, const Desktop& desktop, bool on) {
 }
 
 Outcome Run(Workspace& ws, const Desktop& desktop, ClearDataStep& step) {
-  if (!DeleteAllData(ws.store, ws.commands, desktop, std::exchange(step.Ask, false)))
+  std::string note;
+  if (ws.curves.Curves.size() > 1)
+    note = "\r\n\r\nOf \"" + ActiveCurve(ws.curves).Name + "\"; the other curves stay.";
+  if (!DeleteAllData(ws.store, ws.commands, desktop, std::exchange(step.Ask, false), note))
     return Nothing();
   RefreshPlot(ws);
   return {};

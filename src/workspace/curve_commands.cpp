@@ -1,6 +1,5 @@
 #include "workspace/curve_commands.h"
 
-#include "base/numbers.h"
 #include "data/list_edit.h"
 #include "tracing/extraction_context.h"
 #include "workspace/toolbar.h"
@@ -8,16 +7,6 @@
 namespace graphize {
 
 namespace {
-
-Curve& ActiveCurve(Workspace& ws) {
-  return ws.curves.Curves[static_cast<std::size_t>(ws.curves.Active)];
-}
-
-/// Without blanks around it.
-std::string Trimmed(const std::string& name) {
-  const std::size_t start = name.find_first_not_of(' ');
-  return start == std::string::npos ? std::string() : TrimRight(name.substr(start));
-}
 
 Outcome RefusedAndTold(const Desktop& desktop, const std::string& reason) {
   Tell(desktop, reason, MessageIcon::Exclamation);
@@ -35,7 +24,7 @@ void ShowActive(Workspace& ws) {
 }  // namespace
 
 Outcome Run(Workspace& ws, const Desktop& desktop, NewCurveStep& step) {
-  step.Curve = Trimmed(step.Curve);
+  step.Curve = CurveNameOf(step.Curve);
   if (step.Curve.empty()) step.Curve = FreeCurveName(ws.curves);
   if (const std::string fault = CurveNameFault(ws.curves, step.Curve); !fault.empty())
     return RefusedAndTold(desktop, fault);
@@ -58,21 +47,21 @@ Outcome Run(Workspace& ws, const Desktop&, const SelectCurveStep& step) {
 }
 
 Outcome Run(Workspace& ws, const Desktop& desktop, RenameCurveStep& step) {
-  step.Curve = Trimmed(step.Curve);
-  if (step.Curve == ActiveCurve(ws).Name) return Nothing();
+  step.Curve = CurveNameOf(step.Curve);
+  if (step.Curve == ActiveCurve(ws.curves).Name) return Nothing();
   if (const std::string fault = CurveNameFault(ws.curves, step.Curve, ws.curves.Active);
       !fault.empty())
     return RefusedAndTold(desktop, fault);
-  ActiveCurve(ws).Name = step.Curve;
+  ActiveCurve(ws.curves).Name = step.Curve;
   return {};
 }
 
 Outcome Run(Workspace& ws, const Desktop&, const DeleteCurveStep&) {
   if (!CanDeleteCurve(ws)) return Refused("the only curve stays");
   ws.status.Status =
-      "Deleted: " + ActiveCurve(ws).Name + " (" + PointCount(ws.store.CaptureCount) + ")";
+      "Deleted: " + ActiveCurve(ws.curves).Name + " (" + PointCount(ws.store.CaptureCount) + ")";
   DeleteCurve(ws.curves, ws.store);
-  if (!CanHideCurve(ws)) ActiveCurve(ws).Shown = true;
+  if (!CanHideCurve(ws)) ActiveCurve(ws.curves).Shown = true;
   ShowActive(ws);
   return {};
 }
@@ -83,8 +72,8 @@ bool CanDeleteCurve(const Workspace& ws) {
 
 Outcome Run(Workspace& ws, const Desktop&, const ShowCurveStep& step) {
   if (!CanHideCurve(ws)) return Refused("the only curve is always shown");
-  if (ActiveCurve(ws).Shown == step.Shown) return Nothing();
-  ActiveCurve(ws).Shown = step.Shown;
+  if (ActiveCurve(ws.curves).Shown == step.Shown) return Nothing();
+  ActiveCurve(ws.curves).Shown = step.Shown;
   RefreshPlot(ws);
   return {};
 }

@@ -41,7 +41,7 @@ void NoteCurves(Workspace& ws) {
     select(curve);
     Note(ws, ShowCurveStep{false});
   }
-  select(curves[static_cast<std::size_t>(ws.curves.Active)]);
+  select(curves[ws.curves.Active]);
 }
 
 /// A recipe that begins with this picture: blockers and the names of curves, which outlive a

@@ -29,9 +29,8 @@ FileQuestion QuestionFor(const Workspace& ws) {
 std::vector<ExportCurve> ExportCurves(const Workspace& ws) {
   std::vector<ExportCurve> curves;
   const auto add = [&](int i) {
-    curves.push_back(PlacedCurve(ws.curves.Curves[static_cast<std::size_t>(i)].Name,
-                                 PointsOf(ws.curves, ws.store, i), ws.calibration,
-                                 ws.plot.Height()));
+    curves.push_back(PlacedCurve(ws.curves.Curves[i].Name, PointsOf(ws.curves, ws.store, i),
+                                 ws.calibration, ws.plot.Height()));
   };
   add(ws.curves.Active);
   for (int i = 0; i < static_cast<int>(ws.curves.Curves.size()); ++i)

@@ -1,6 +1,8 @@
 #include "workspace/overlay.h"
 
 #include <algorithm>
+#include <cmath>
+#include <utility>
 
 namespace graphize {
 
@@ -9,6 +11,40 @@ namespace {
 bool Touches(const PlotOverlay::Rectangle& area, const PlotPixel& pixel, int reach) {
   return pixel.X >= area.Left - reach && pixel.X <= area.Right + reach &&
          pixel.Y >= area.Top - reach && pixel.Y <= area.Bottom + reach;
+}
+
+/// The curve's points that reach into the area.
+PlotOverlay::Marks MarksOf(const Curve& curve, const PointStore& store,
+                           const PlotOverlay::Rectangle& area) {
+  constexpr float kReach = kCurvePointReach + kMarkEdge + 0.5f;
+  const float left = static_cast<float>(area.Left) - kReach;
+  const float right = static_cast<float>(area.Right) + kReach;
+  const float top = static_cast<float>(area.Top) - kReach;
+  const float bottom = static_cast<float>(area.Bottom) + kReach;
+  PlotOverlay::Marks marks{.MarkColour = curve.MarkColour};
+  for (int i = 1; i <= store.CaptureCount; ++i) {
+    const Place& place = store.Places[store.CaptureId[i]];
+    if (place.Column >= left && place.Column <= right && place.Row >= top && place.Row <= bottom)
+      marks.Points.push_back(
+          {static_cast<int>(std::lrint(place.Column)), static_cast<int>(std::lrint(place.Row))});
+  }
+  return marks;
+}
+
+/// The curves that are shown, the active one above the others. One alone is not marked: what is
+/// captured leaves its own marks on the picture.
+void AddCurves(PlotOverlay& overlay, const Workspace& ws, const PlotOverlay::Rectangle& area) {
+  const std::vector<Curve>& curves = ws.curves.Curves;
+  const auto add = [&](int i) {
+    const Curve& curve = curves[i];
+    if (!curve.Shown) return;
+    PlotOverlay::Marks marks = MarksOf(curve, PointsOf(ws.curves, ws.store, i), area);
+    if (!marks.Points.empty()) overlay.Curves.push_back(std::move(marks));
+  };
+  if (curves.size() < 2) return;
+  for (int i = 0; i < static_cast<int>(curves.size()); ++i)
+    if (i != ws.curves.Active) add(i);
+  add(ws.curves.Active);
 }
 
 }  // namespace
@@ -30,7 +66,10 @@ PlotOverlay Plot_Paint(const Workspace& ws, const PlotOverlay::Rectangle& area) 
         overlay.AxisPoints.push_back(
             {ws.calibration.PixelX[row], ws.plot.Height() - ws.calibration.PixelY[row]});
   }
-  if (ws.store.CaptureCount == 0) return overlay;
+  AddCurves(overlay, ws, area);
+  // A curve that is hidden is not seen in any way.
+  const bool shown = ActiveCurve(ws.curves).Shown;
+  if (ws.store.CaptureCount == 0 || !shown) return overlay;
   if (ws.commands.Overlay && ws.calibration.IsComplete()) {
     overlay.DataColour = PaletteColour(ws.settings.TraceColor);
     for (int i = 1; i <= ws.store.ListCount; ++i) {

@@ -34,7 +34,7 @@ void TellHiddenDigits(const Workspace& ws, const Desktop& desktop) {
 std::string ProposalFor(const Workspace& ws) {
   std::string name = DataFileProposal(ws.picture.Name);
   if (ws.curves.Curves.size() == 1) return name;
-  std::string curve = ws.curves.Curves[static_cast<std::size_t>(ws.curves.Active)].Name;
+  std::string curve = ActiveCurve(ws.curves).Name;
   std::replace(curve.begin(), curve.end(), '/', '_');
   return name.insert(name.rfind('.'), " - " + curve);
 }

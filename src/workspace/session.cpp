@@ -83,7 +83,7 @@ namespace {
 std::vector<std::string> UnsavedNames(const Workspace& ws) {
   std::vector<std::string> names;
   for (const int curve : UnsavedCurves(ws.curves, ws.store))
-    names.push_back(ws.curves.Curves[static_cast<std::size_t>(curve)].Name);
+    names.push_back(ws.curves.Curves[curve].Name);
   return names;
 }
 

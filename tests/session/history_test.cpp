@@ -240,6 +240,42 @@ TEST_F(HistoryTest, DropsTheOldestBeyondItsBudget) {
   ExpectState(end, "after redo");
 }
 
+TEST_F(HistoryTest, BringsCurvesBackAndUnsavesNone) {
+  Start(2);
+  Workspace& ws = user->ws;
+  const Desktop desktop = test::QuietDesktop();
+  const auto step = [&](const Step& what) {
+    Do(ws, desktop, what);
+    Commit(ws);
+  };
+  step(NewCurveStep{"B"});
+  for (float x = 30; x < 60; x += 10) step(PointStep{x, 50});
+  step(NewCurveStep{"C"});
+  step(PointStep{70, 50});
+  const State three = StateOf(ws);
+  const std::size_t bytes = history.Bytes();
+  for (int i = 0; i < 100; ++i) step(SelectCurveStep{i % 2 == 0 ? "B" : "C"});
+  EXPECT_LT(history.Bytes() - bytes, 100 * 2000u) << "looking takes no points' memory";
+
+  step(SelectCurveStep{"B"});
+  step(SaveStep{"", folder / "b.dat"});
+  step(SelectCurveStep{"C"});
+  EXPECT_EQ(UnsavedCurves(ws.curves, ws.store), std::vector<int>{2});
+  step(PointStep{80, 50});
+  step(ResetStep{});
+  EXPECT_EQ(ws.curves.Curves.size(), 1u);
+  ASSERT_TRUE(history.Undo(ws) && history.Undo(ws));
+  EXPECT_EQ(ws.undoNames.Undo, "Capture");
+  EXPECT_EQ(StateOf(ws).Numbers, three.Numbers);
+  EXPECT_EQ(UnsavedCurves(ws.curves, ws.store), std::vector<int>{2})
+      << "what is on the disk stays saved";
+  ASSERT_TRUE(history.Redo(ws));
+  step(DeleteCurveStep{});
+  EXPECT_EQ(ws.undoNames.Undo, "Delete curve");
+  ASSERT_TRUE(history.Undo(ws));
+  ExpectReplayed(ws);
+}
+
 TEST_F(HistoryTest, EndsAStrokeOfThePenBeforeItTakesItBack) {
   Start(1);
   Workspace& ws = user->ws;

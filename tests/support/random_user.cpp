@@ -128,7 +128,7 @@ void RandomUser::ChangeCurves() {
       return Do(ShowCurveStep{Chance(2)});
     default:
       const int curve = Pick(static_cast<int>(ws.curves.Curves.size()));
-      return Do(SelectCurveStep{ws.curves.Curves[static_cast<std::size_t>(curve)].Name});
+      return Do(SelectCurveStep{ws.curves.Curves[curve].Name});
   }
 }
 

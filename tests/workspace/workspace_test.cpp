@@ -18,6 +18,7 @@
 #include "support/temporary_folder.h"
 #include "workspace/capture_commands.h"
 #include "workspace/do.h"
+#include "workspace/export_points.h"
 #include "workspace/extraction_commands.h"
 #include "workspace/overlay.h"
 #include "workspace/picture_commands.h"
@@ -617,6 +618,54 @@ TEST_F(WorkspaceTest, ClosingAsksAboutPointsThatAreNotSaved) {
   EXPECT_TRUE(MayClose(ws, desktop)) << "as it was saved";
   Do(ws, desktop, ClearDataStep{});
   EXPECT_TRUE(MayClose(ws, desktop));
+}
+
+TEST_F(WorkspaceTest, EveryCurveIsAskedAboutAndMarked) {
+  Do(ws, desktop, RenameCurveStep{"A/a"});
+  Do(ws, desktop, NewCurveStep{});
+  Do(ws, desktop, ShowCurveStep{false});
+  OpenAndCalibrate();
+  EXPECT_EQ(ws.recipe.Steps.size(), 9u) << "curves that were there before are in the recipe";
+  Click(20, 20);
+  Do(ws, desktop, ShowCurveStep{true});
+  Do(ws, desktop, NewCurveStep{" C "});
+  EXPECT_FALSE(CanSavePoints(ws));
+  EXPECT_FALSE(ws.commands.Sort || ws.commands.ClearSelected);
+  desktop.ExpectMessage("There is a curve \"A/a\" already.");
+  Do(ws, desktop, RenameCurveStep{"A/a"});
+  Do(ws, desktop, SelectCurveStep{"A/a"});
+  Click(30, 30);
+  Click(31, 30);
+  const auto marks = [&](int left, int right) {
+    std::string text;
+    for (const auto& [colour, points] : Plot_Paint(ws, {left, 0, right, 49}).Curves)
+      text += std::to_string(points.size()) + (colour == kCurveColours[0] ? "a" : "b");
+    return text;
+  };
+  EXPECT_EQ(marks(0, 59), "1b2a") << "the active one above the other";
+  EXPECT_EQ(marks(32, 59), "2a");
+  EXPECT_EQ(marks(33, 59), "1a");
+  Do(ws, desktop, ShowCurveStep{false});
+  EXPECT_EQ(marks(0, 59), "1b");
+  EXPECT_FALSE(Plot_Paint(ws, {0, 0, 59, 49}).LastPoint) << "nothing of it is seen";
+  EXPECT_FALSE(IsBlackPixel(0xff000000u | static_cast<unsigned>(GetPixel(ws.plot, 30, 30))));
+
+  desktop.ExpectMessage("points ?\r\n\r\nNot saved: A/a, curve 2.", Answer::Yes);
+  for (const char* name : {"a.dat", "b.dat"}) {
+    desktop.ExpectPrompt("");
+    desktop.ExpectFile(folder.Path() / name);
+  }
+  EXPECT_TRUE(MayClose(ws, desktop));
+  EXPECT_EQ(desktop.FileQuestions[0].FileName, "plot - A_a.dat");
+  EXPECT_EQ(test::BytesOf(folder.Path() / "a.dat").size(),
+            2 * test::BytesOf(folder.Path() / "b.dat").size());
+  EXPECT_TRUE(MayClose(ws, desktop));
+  desktop.ExpectMessage("X,Y data ?\r\n\r\nOf \"curve 2\"; the other curves stay.", Answer::Yes);
+  Do(ws, desktop, ClearDataStep{.Ask = true});
+  EXPECT_EQ(ExportCurves(ws)[1].Rows.size(), 2u);
+  Do(ws, desktop, ResetStep{});
+  EXPECT_EQ(ws.curves.Curves.size(), 1u);
+  EXPECT_EQ(ws.curves.Curves[0].Name, "curve 1");
 }
 
 TEST_F(WorkspaceTest, SettingsComeFromTheFileAndGoBackToIt) {
