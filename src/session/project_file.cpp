@@ -93,10 +93,15 @@ bool IsEdited(const std::vector<Step>& steps) {
   return true;
 }
 
+/// Else it was pasted or scanned.
+bool HasFile(const PictureSource& picture) {
+  return !picture.ChosenPath.empty();
+}
+
 /// The picture's file as it was opened; null where it is not there any more.
 std::shared_ptr<const std::string> OriginalOf(const PictureSource& picture) {
   if (picture.Bytes != nullptr) return picture.Bytes;
-  if (!picture.FromFile || picture.ChosenPath.empty()) return nullptr;
+  if (!HasFile(picture)) return nullptr;
   try {
     ProbeResult verdict;
     std::string bytes = ReadPictureFile(picture.ChosenPath, verdict);
@@ -111,7 +116,7 @@ std::shared_ptr<const std::string> OriginalOf(const PictureSource& picture) {
 std::string OriginalName(const PictureSource& picture) {
   std::string ending = LowerCase(picture.ChosenPath.extension().string());
   if (!ending.empty()) ending.erase(0, 1);
-  if (!picture.FromFile) ending = "png";
+  if (!HasFile(picture)) ending = "png";
   return kOriginal + (IsEnding(ending) ? ending : "bin");
 }
 
@@ -150,9 +155,18 @@ std::vector<KeptPart> RasterParts(const PlotImage& plot) {
 
 // ---- Reading ------------------------------------------------------------------------------------
 
+ZipReader ArchiveOf(std::string_view bytes) {
+  constexpr const char* kNone = "The file is no project of this program.";
+  if (!bytes.starts_with("PK")) throw RunTimeError(kNone);
+  ZipReader zip(bytes, kMostFiles);
+  const ZipReader::Entry* type = zip.Find(kMimeType);
+  if (type == nullptr || zip.Read(*type, 256) != kProjectType) throw RunTimeError(kNone);
+  return zip;
+}
+
 /// The parts that are text, read and with their checksums right.
 std::vector<KeptPart> TextsIn(const ZipReader& zip, std::size_t fileSize) {
-  // Text is packed to a tenth at best: more is a trap.
+  // Numbers are hardly packed to less than a tenth: a file that unpacks to far more is a trap.
   std::size_t left = 32 * fileSize + (std::size_t{1} << 20);
   std::vector<KeptPart> parts;
   for (const ZipReader::Entry& entry : zip.Entries()) {
@@ -185,7 +199,7 @@ bool ReadPicture(const ZipReader& zip, ProjectContent& project, const PicturePro
   KeptDocument& kept = project.Kept;
   if (const ZipReader::Entry* original = zip.Find(kept.OriginalFile); original != nullptr) {
     auto bytes = std::make_shared<const std::string>(zip.Read(*original, kLargestPicture));
-    if (kept.Picture.FromFile &&
+    if (HasFile(kept.Picture) &&
         (bytes->size() != kept.Picture.FileSize || Crc32(*bytes) != kept.Picture.FileChecksum))
       throw RunTimeError("It is not the one that the points were captured on (its checksum).");
     kept.Picture.Bytes = std::move(bytes);
@@ -249,14 +263,11 @@ std::optional<std::string> ProjectBytes(Workspace& ws, const Desktop& desktop) {
   Content content;
   content.Original = OriginalOf(ws.picture);
   const bool edited = IsEdited(ws.recipe.Steps);
-  const bool isItsOwn = content.Original == nullptr && !ws.picture.FromFile && !edited;
+  const bool isItsOwn = content.Original == nullptr && !HasFile(ws.picture) && !edited;
 
   const BasePictureShown base(ws.plot);
   if (content.Original == nullptr || edited) {
-    ws.status.Status = "Saving Project...";
     auto png = EncodePicture(kPngFormat, 0, ws.plot.Pixels, ShowProgress(ws, desktop));
-    ws.status.ProgressVisible = false;
-    ws.status.Status = " ";
     if (!png) return std::nullopt;
     if (isItsOwn)
       content.Original = ws.picture.Bytes = std::make_shared<const std::string>(std::move(*png));
@@ -293,30 +304,32 @@ void SaveProject(Workspace& ws, const Desktop& desktop) {
        .DefaultExtension = kProjectEnding + 1,
        .OnlyFilterTypes = true});
   if (!path) return;
+  ws.status.Status = "Saving Project...";
   ws.window.Hourglass = true;
   desktop.ShowNow();
   std::string fault;
-  bool stopped = false, hasOriginal = false;
+  bool saved = false, hasOriginal = false;
   try {
-    const auto bytes = ProjectBytes(ws, desktop);
-    hasOriginal = bytes && HasOriginal(*bytes);
-    stopped = !bytes;
-    if (bytes)
-      if (const std::error_code failure = ReplaceWholeFile(*path, *bytes))
-        fault = failure.message();
+    NamingTheFile("Cannot save the project", *path, [&] {
+      const auto bytes = ProjectBytes(ws, desktop);
+      if (!bytes) return;
+      ThrowSystemError(ReplaceWholeFile(*path, *bytes));
+      saved = true;
+      hasOriginal = HasOriginal(*bytes);
+    });
   } catch (const RunTimeError& error) {
     fault = error.what();
   }
+  ws.status.ProgressVisible = false;
+  ws.status.Status = saved ? " " : "The project was not saved";
   ws.window.Hourglass = false;
-  if (!fault.empty())
-    return Tell(desktop, "Error while saving. \r\n" + fault, MessageIcon::Critical);
-  if (stopped) return void(ws.status.Status = "The project was not saved");
+  if (!fault.empty()) return Tell(desktop, fault, MessageIcon::Critical);
+  if (!saved) return;
   NoteSaved(ws.store);
   for (Curve& curve : ws.curves.Curves) curve.Points = SavedPoints(curve.Points);
   NoteProject(ws, *path);
   ws.status.Status = "Saved: " + path->filename().string();
-  // A picture that was pasted or scanned has never had one.
-  if (ws.picture.FromFile && !hasOriginal)
+  if (HasFile(ws.picture) && !hasOriginal)
     ws.status.Status += ", without the picture's file, which is gone or another one by now";
 }
 
@@ -325,19 +338,6 @@ std::string ReadProjectFile(const fs::path& path) {
   ThrowSystemError(ReadWholeFile(path, kLargestProject, bytes));
   return bytes;
 }
-
-namespace {
-
-ZipReader ArchiveOf(std::string_view bytes) {
-  constexpr const char* kNone = "The file is no project of this program.";
-  if (!bytes.starts_with("PK")) throw RunTimeError(kNone);
-  ZipReader zip(bytes, kMostFiles);
-  const ZipReader::Entry* type = zip.Find(kMimeType);
-  if (type == nullptr || zip.Read(*type, 256) != kProjectType) throw RunTimeError(kNone);
-  return zip;
-}
-
-}  // namespace
 
 ProjectSteps ReadProjectSteps(std::string_view bytes) {
   const ZipReader zip = ArchiveOf(bytes);

@@ -104,10 +104,14 @@ TEST_F(ProjectTest, KeepsAPastedPictureAndOneWhoseFileHasChanged) {
     const std::string bytes = BytesOf(ws);
     EXPECT_NE(ZipReader(bytes, 100).Find(file), nullptr);
     Workspace again = Opened(bytes);
+    EXPECT_EQ(Read(bytes).PictureFault, "");
     EXPECT_TRUE(PixelsOf(again.plot.Pixels) == PixelsOf(ws.plot.Pixels));
     EXPECT_EQ(again.window.Caption, ws.window.Caption);
     EXPECT_TRUE(BytesOf(again) == bytes);
   };
+  expectKept("picture/original.png");
+  Do(ws, test::QuietDesktop(), ResetStep{});
+  KeepPictureUsable(ws);
   expectKept("picture/original.png");
   Do(ws, test::QuietDesktop(), BlackWhiteStep{});
   expectKept("picture/base.png");
@@ -150,7 +154,7 @@ TEST_F(ProjectTest, IsToldOnceWhereItCannotBeWrittenAndLeavesTheOldOne) {
     if (message != nullptr) desktop.ExpectMessage(message);
     SaveProject(ws, desktop);
   };
-  save(folder / "no folder" / "a.graphize", "Error while saving.");
+  save(folder / "no folder" / "a.graphize", "Cannot save the project \"a.graphize\".");
   EXPECT_FALSE(ws.project.IsOf(ws.recipe));
   save(folder / "a.graphize", nullptr);
   EXPECT_TRUE(ws.project.IsOf(ws.recipe));
@@ -158,7 +162,7 @@ TEST_F(ProjectTest, IsToldOnceWhereItCannotBeWrittenAndLeavesTheOldOne) {
   // The picture's file has gone: kept as it is shown, and said.
   std::filesystem::remove(folder / "plot.bmp");
   std::filesystem::permissions(folder / "a.graphize", std::filesystem::perms::owner_read);
-  save(folder / "a.graphize", "Error while saving.");
+  save(folder / "a.graphize", "Cannot save the project");
   EXPECT_TRUE(ReadProjectFile(folder / "a.graphize") == bytes);
   save(folder / "b.graphize", nullptr);
   EXPECT_NE(ws.status.Status.find("without the picture's file"), std::string::npos);
