@@ -317,7 +317,7 @@ KeptDocument::OptionValues BuiltInOptions() {
 
 /// A store for so many rows, which are not read yet.
 std::shared_ptr<PointStore> EmptyStore(const CurveHead& head) {
-  const auto store = std::make_shared<PointStore>();
+  auto store = std::make_shared<PointStore>();
   const auto resize = [](int count, auto&... arrays) {
     constexpr int kStep = 500;  // as they grow while points are captured
     (arrays.resize(static_cast<std::size_t>(count / kStep * kStep + kStep + 1)), ...);

@@ -25,7 +25,8 @@ QSize ColourGrid::sizeHint() const {
 
 QRectF ColourGrid::Field(int index) const {
   const double width = 1.0 * this->width() / kColumns, height = 1.0 * this->height() / kRows;
-  return {index % kColumns * width, index / kColumns * height, width, height};
+  const int column = index % kColumns, row = index / kColumns;
+  return {column * width, row * height, width, height};
 }
 
 void ColourGrid::Render(int chosen) {

@@ -111,7 +111,7 @@ class Reader {
     bool absent = false;
     Flag(absent, without);
     if (absent) return record.reset();
-    record.emplace();
+    record = Record{};
     fields(*record);
   }
   void Way(std::vector<PlotPixel>& way) {
