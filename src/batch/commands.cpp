@@ -90,6 +90,10 @@ constexpr Options kPointOptions = {
     {"x-increment", 0, "N", kPoints, "columns to look ahead, or of a scan's step (2)"},
     {"y-increment", 0, "N", kPoints, "rows to step over (3), or of a scan's step (2)"},
     {"point", 0, "COL,ROW", kPoints, "one point", true},
+    {"curve", 0, "NAME", kPoints,
+     "what is captured from here on is a curve of this\n"
+     "name; the list's options are for each of them",
+     true},
     {"snap", 0, "none|x|y|center", kPoints,
      "move points to the middle of the black around them;\n"
      "none is the default"},

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "base/tokens.h"
+#include "capture/curve_list.h"
 #include "image_tools/image_tools.h"
 #include "workspace/step.h"
 
@@ -79,7 +80,7 @@ class Maker {
     for (const GivenOption& option : line_.Options) MakeOnPicture(option);
     if (!Captures(line_) && !IsPictureOnly(line_))
       throw UsageError("nothing is captured: --point, --trace or --scan is missing");
-    for (const GivenOption& option : line_.Options) MakeOnList(option);
+    MakeOnLists();
     if (line_.Has("resample-log") && !line_.Has("resample"))
       throw UsageError("--resample-log needs --resample");
     if (const GivenOption* title = line_.Find("title"))
@@ -182,7 +183,37 @@ class Maker {
     mode_ = Mode::AxisDef;
   }
 
+  /// The curve "curve 1" that is there gets the first name, unless it has points by then.
+  void MakeCurve(const GivenOption& option) {
+    const bool first = curves_.empty() && !captured_;
+    if (curves_.empty() && captured_) curves_.push_back(CurveList().Curves.front().Name);
+    const std::string name = CurveNameOf(option.Value);
+    if (const std::string fault = CurveNameFault(CurveList(), name, 0); !fault.empty())
+      Refuse(option, fault);
+    if (std::find(curves_.begin(), curves_.end(), name) != curves_.end())
+      Refuse(option, "there is a curve of this name before");
+    curves_.push_back(name);
+    if (!first)
+      Add(NewCurveStep{name}, option.Name());
+    else if (name != CurveList().Curves.front().Name)
+      Add(RenameCurveStep{name}, option.Name());
+  }
+
+  /// For each curve; the first one is the last, and then is the one that is worked on.
+  void MakeOnLists() {
+    const auto make = [this] {
+      for (const GivenOption& option : line_.Options) MakeOnList(option);
+    };
+    if (curves_.size() < 2) return make();
+    for (auto curve = curves_.rbegin(); curve != curves_.rend(); ++curve) {
+      if (curve != curves_.rbegin()) Add(SelectCurveStep{*curve}, "--curve");
+      make();
+    }
+  }
+
   void MakeOnPicture(const GivenOption& option) {
+    captured_ = captured_ || option.Is("point") || option.Is("trace") || option.Is("scan");
+    if (option.Is("curve")) return MakeCurve(option);
     if (option.Is("grid")) {
       const auto [lines, at] = SplitOff(option.Value);
       if (lines != "x" && lines != "y" && lines != "both")
@@ -379,6 +410,8 @@ class Maker {
 
   const CommandLine& line_;
   std::vector<BatchStep> steps_;
+  std::vector<std::string> curves_;  // as far as they have been named
+  bool captured_ = false;
   Mode mode_ = Mode::None;
   bool reduced_ = false;
 };

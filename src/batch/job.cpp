@@ -118,6 +118,25 @@ void KnowByName(Workspace& ws, const std::filesystem::path& passing) {
     if (picture.Path.parent_path() == passing) picture.Path = picture.Path.filename();
 }
 
+/// All curves, the active one first.
+std::vector<ExportCurve> ListCurves(const Workspace& ws) {
+  std::vector<ExportCurve> curves = {
+      ListCurve(ActiveCurve(ws.curves).Name, ws.store, ws.calibration)};
+  for (const Curve& curve : ws.curves.Curves)
+    if (curve.Points != nullptr)
+      curves.push_back(ListCurve(curve.Name, *curve.Points, ws.calibration));
+  return curves;
+}
+
+bool HasRows(const Workspace& ws, TableFormat format) {
+  const auto& curves = ws.curves.Curves;
+  return ws.store.ListCount > 0 ||
+         (format != TableFormat::Dat &&
+          std::any_of(curves.begin(), curves.end(), [](const Curve& curve) {
+            return curve.Points != nullptr && curve.Points->ListCount > 0;
+          }));
+}
+
 std::string MakeTable(Workspace& ws, const JobOptions& options, std::vector<std::string>& notes) {
   if (options.Format == TableFormat::Project) {
     const Console console;
@@ -130,13 +149,15 @@ std::string MakeTable(Workspace& ws, const JobOptions& options, std::vector<std:
     notes.push_back("the rows are no places on the picture: they are written without errors");
   if (options.Format != TableFormat::Dat) {
     const bool json = options.Format == TableFormat::Json;
-    const PointTable table{.Curves = {ListCurve({}, ws.store, ws.calibration)},
-                           .Errors = wanted || json};
+    const PointTable table{.Curves = ListCurves(ws), .Errors = wanted || json};
     return json ? JsonText(table, ws.calibration,
                            {ws.picture.ChosenPath.filename().string(), ws.plot.Width(),
                             ws.plot.Height(), ws.dataFileTitle})
                 : CsvText(table);
   }
+  if (ws.curves.Curves.size() > 1)
+    notes.push_back("a data file holds one curve, this one \"" + ActiveCurve(ws.curves).Name +
+                    "\"; csv, json and graphize hold all");
   std::vector<RowError> errors;
   if (wanted && known) errors = RowErrorsOf(ws.store, ws.calibration);
   const std::string hidden = HiddenDigits(ws.store, ws.calibration, ws.settings, ws.formats);
@@ -174,7 +195,7 @@ JobResult RunJob(const std::vector<BatchStep>& steps,
   if (!options.PictureOnly) {
     const bool saved =
         end > 0 && Is<SaveStep>(steps[end - 1].Do);  // the window has written it, too
-    if (ws.store.ListCount == 0 && (options.PointsExpected || !saved)) {
+    if (!HasRows(ws, options.Format) && (options.PointsExpected || !saved)) {
       const std::string why = told.WhyNoPoints();
       throw RunTimeError(ws.store.CaptureCount > 0
                              ? "the list is empty"

@@ -270,6 +270,30 @@ TEST_F(Batch, StepsOnThePictureAreDoneInTheirOrder) {
   EXPECT_LT(out.str().find("4.44444E-01"), out.str().find("6.66667E-01"));
 }
 
+TEST_F(Batch, SeveralCurvesAreOneTable) {
+  const Words three = {"--curve=A, a", "--point=430,40", "--point=250,235",
+                       "--curve=b",    "--point=70,430", "--sort=ascending"};
+  const auto with = [&](const Words& more) {
+    Words words = OnPendulum(three);
+    words.insert(words.end(), more.begin(), more.end());
+    return words;
+  };
+  const std::string table = "curve,x,y\r\n\"A, a\",4,0\r\n\"A, a\",8,1\r\nb,0,-1\r\n";
+  ASSERT_EQ(Run(with({"-o", "-", "--format=csv"})), 0);
+  EXPECT_EQ(out.str(), table);
+  ASSERT_EQ(Run(with({"-o", At("three.graphize")})), 0);
+  ASSERT_EQ(Run({"replay", At("three.graphize"), "-o", "-", "--format=csv"}), 0);
+  EXPECT_EQ(out.str(), table);
+  ASSERT_EQ(Run(with({"-o", At("one.dat")})), 0);
+  EXPECT_TRUE(IsTold("a data file holds one curve, this one \"A, a\""));
+  ASSERT_EQ(
+      Run(OnPendulum({"--point=70,40", "--curve=b", "--point=610,40", "-o", "-", "--format=csv"})),
+      0);
+  EXPECT_EQ(out.str(), "curve,x,y\r\ncurve 1,0,1\r\nb,12,1\r\n");
+  for (const char* name : {"--curve=b", "--curve= "})
+    EXPECT_EQ(Run(with({name, "-o", "-"})), 2) << name;
+}
+
 TEST_F(Batch, WordsAreReadByTheHabitsOfCommandLines) {
   ASSERT_EQ(Run(OnPendulum({"--trace", "76,58", "--title=", "-o", "-"})), 0) << err.str();
   const std::string whole = out.str();
