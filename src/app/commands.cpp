@@ -11,6 +11,7 @@
 #include "workspace/options_commands.h"
 #include "workspace/picture_commands.h"
 #include "workspace/plot_mouse.h"
+#include "workspace/point_edit_commands.h"
 #include "workspace/recipe_file.h"
 #include "workspace/save_points.h"
 #include "workspace/scan_commands.h"
@@ -52,6 +53,20 @@ void Enter(Workspace& ws, const Desktop& desktop) {
 template <Mode mode>
 bool IsIn(const Workspace& ws) {
   return IsPressed(ws, ModeKey(mode));
+}
+
+/// While points are edited, the selected ones go as points; else the rows of the list's selection.
+bool CanClear(const Workspace& ws) {
+  return ws.mode == Mode::EditPoints ? HasSelectedPoints(ws) : ws.commands.ClearSelected;
+}
+
+void Clear(Workspace& ws, const Desktop& desktop) {
+  if (ws.mode == Mode::EditPoints) return DeleteSelectedPoints(ws, desktop);
+  Do(ws, desktop, SelectedRows(ws.store));
+}
+
+void SwitchEditPoints(Workspace& ws, const Desktop& desktop) {
+  ws.mode == Mode::EditPoints ? ReleaseButtons(ws, desktop) : Enter<Mode::EditPoints>(ws, desktop);
 }
 
 const MenuEntry kMenus[] = {
@@ -159,13 +174,28 @@ const MenuEntry kMenus[] = {
      .Caption = "Clear &Selected",
      .Key = "Del",
      .Tip = "Remove the selected points from the list",
-     .Can = [](const Workspace& ws) { return ws.commands.ClearSelected; },
-     .Run = [](Workspace& ws, const Desktop& d) { Do(ws, d, SelectedRows(ws.store)); }},
+     .Can = CanClear,
+     .Run = Clear},
     {.Name = "MNU_EDIT_Clear_Data",
      .Caption = "Clear &all Data",
      .Tip = "Remove all captured points",
      .Can = HasData,
      .Run = [](Workspace& ws, const Desktop& d) { Do(ws, d, ClearDataStep{.Ask = true}); }},
+    kSeparator,
+    {.Is = Kind::Check,
+     .Name = "MNU_EDIT_EditPoints",
+     .Caption = "&Edit Points",
+     .Key = "Ctrl+E",
+     .Tip =
+         "Move captured points on the picture, by dragging or with the arrow keys, or delete them",
+     .Can = CanEnter<Mode::EditPoints>,
+     .Run = SwitchEditPoints,
+     .Checked = IsIn<Mode::EditPoints>},
+    {.Name = "MNU_EDIT_Recalculate",
+     .Caption = "&Recalculate Points",
+     .Tip = "Give all points the values that the axes, as they are now, have at their places",
+     .Can = CanRecalculate,
+     .Run = Does<RecalculateStep>},
     kSeparator,
     {.Name = "MNU_EDIT_ClearLastBlocker",
      .Caption = "Clear &Last Blocker",

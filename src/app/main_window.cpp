@@ -14,6 +14,7 @@
 #include <QUrl>
 #include <QWindow>
 #include <algorithm>
+#include <tuple>
 #include <utility>
 
 #include "app/help_window.h"
@@ -34,6 +35,7 @@
 #include "workspace/overlay.h"
 #include "workspace/picture_commands.h"
 #include "workspace/plot_mouse.h"
+#include "workspace/point_edit_commands.h"
 #include "workspace/run_command.h"
 #include "workspace/session.h"
 
@@ -337,7 +339,45 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
   return QMainWindow::eventFilter(watched, event);
 }
 
+bool MainWindow::KeysAreForPicture() const {
+  return plot_->hasFocus() || desktop_->Callbacks().PointerOverPlot();
+}
+
+bool MainWindow::TakePointKey(const QKeyEvent& key) {
+  constexpr float kTenth = 0.1f;
+  static constexpr std::tuple<int, int, int> kMoves[] = {
+      {Qt::Key_Left, -1, 0}, {Qt::Key_Right, 1, 0}, {Qt::Key_Up, 0, -1}, {Qt::Key_Down, 0, 1}};
+  const Qt::KeyboardModifiers held = key.modifiers() & ~Qt::KeypadModifier;
+  const bool editing = ws_.mode == Mode::EditPoints;
+  const bool alt = held.testFlag(Qt::AltModifier);
+  for (const auto& [code, columns, rows] : kMoves) {
+    if (key.key() != code || held.testFlag(Qt::ControlModifier)) continue;
+    if (!alt && !(editing && HasSelectedPoints(ws_) && KeysAreForPicture())) return false;
+    const float step = held.testFlag(Qt::ShiftModifier) ? kTenth : 1;
+    bool moved = false;
+    Do([&, dx = static_cast<float>(columns) * step, dy = static_cast<float>(rows) * step](
+           Workspace& ws, const Desktop& d) { moved = NudgePoints(ws, d, dx, dy); });
+    return moved;
+  }
+  if (!editing) return false;
+  if (key.matches(QKeySequence::SelectAll)) {
+    const auto* box = qobject_cast<QLineEdit*>(QApplication::focusWidget());
+    if (box != nullptr && !box->isReadOnly()) return false;
+    Do([](Workspace& ws, const Desktop&) { SelectAllPoints(ws); });
+    return true;
+  }
+  if (key.key() != Qt::Key_Escape) return false;
+  if (ws_.pointEdit.Pressed) {
+    Do([](Workspace& ws, const Desktop&) { EndDrag(ws); });
+    plot_->ReadPointer();
+  } else {
+    Do([](Workspace& ws, const Desktop&) { SelectNoPoints(ws); });
+  }
+  return true;
+}
+
 bool MainWindow::TakeKey(QKeyEvent* key) {
+  if (TakePointKey(*key)) return true;
   static constexpr std::pair<int, PointerKey> kKeys[] = {
       {Qt::Key_PageUp, PointerKey::PageUp}, {Qt::Key_PageDown, PointerKey::PageDown},
       {Qt::Key_End, PointerKey::End},       {Qt::Key_Home, PointerKey::Home},

@@ -111,6 +111,10 @@ class MainWindow : public QMainWindow {
   /// Whether a window that wants to close has to wait for the command that runs.
   bool MustWaitToClose(QWidget* window);
   bool TakeKey(QKeyEvent* key);
+  /// Keys that select and move captured points.
+  bool TakePointKey(const QKeyEvent& key);
+  /// Whether keys are meant for the picture, and not for a box or the list.
+  bool KeysAreForPicture() const;
   void NotePlacement();
 
   Workspace ws_;

@@ -302,20 +302,16 @@ void MainWindow::ConnectPanels() {
 
   ConnectCurves();
   connect(dataList_, &DataListPanel::LinePressed, this, [this](int line, bool shift) {
-    Do(
-        [=](Workspace& ws, const Desktop& desktop) {
-          PressListLine(ws, line, shift);
-          OpenEditMenu(ws, desktop);
-        },
-        false);
+    Do([=](Workspace& ws, const Desktop& desktop) {
+      PressListLine(ws, line, shift);
+      OpenEditMenu(ws, desktop);
+    });
   });
   connect(dataList_, &DataListPanel::LineStepped, this, [this](int line, int by, bool extend) {
-    Do(
-        [=](Workspace& ws, const Desktop& desktop) {
-          StepListSelection(ws, line, by, extend);
-          OpenEditMenu(ws, desktop);
-        },
-        false);
+    Do([=](Workspace& ws, const Desktop& desktop) {
+      StepListSelection(ws, line, by, extend);
+      OpenEditMenu(ws, desktop);
+    });
   });
   connect(dataList_, &DataListPanel::Scrolled, this, [this](int value) {
     Do([=](Workspace& ws, const Desktop&) { ScrollList(ws, value); }, false);

@@ -49,17 +49,6 @@ void SetError(const Axis& axis, float cosAngle, float value, bool percent, float
     error = perPixel / value * 100;
 }
 
-struct Values {
-  float X, Y;
-};
-
-Values ValuesAt(const AxisCalibration& c, float x, float y) {
-  const float dx = x - c.PixelX[0], dy = y - c.PixelY[0];
-  const float u = dx * c.CosAngle + dy * c.SinAngle;
-  const float v = dy * c.CosAngle - dx * c.SinAngle;
-  return {ValueAt(XAxis(c), u), ValueAt(YAxis(c), v)};
-}
-
 /// The value at the share over / under of the axis, computed in whole numbers as far as they go, so
 /// that a tick which is a short decimal number comes out as one.
 double ValueAtShare(const Axis& axis, double over, double under) {
@@ -87,6 +76,13 @@ const char* LogOriginFault(const AxisCalibration& c) {
   return nullptr;
 }
 
+GraphValues ValuesAt(const AxisCalibration& c, float x, float y) {
+  const float dx = x - c.PixelX[0], dy = y - c.PixelY[0];
+  const float u = dx * c.CosAngle + dy * c.SinAngle;
+  const float v = dy * c.CosAngle - dx * c.SinAngle;
+  return {ValueAt(XAxis(c), u), ValueAt(YAxis(c), v)};
+}
+
 void Pixels2Real(const AxisCalibration& c, const Desktop& desktop, bool percent, float x, float y,
                  Reading& reading) {
   if (const char* fault = LogOriginFault(c)) {
@@ -95,7 +91,7 @@ void Pixels2Real(const AxisCalibration& c, const Desktop& desktop, bool percent,
     return;
   }
   if (const char* fault = LogPointFault(c)) throw RunTimeError(fault);
-  const Values values = ValuesAt(c, x, y);
+  const GraphValues values = ValuesAt(c, x, y);
   Reading read{values.X, values.Y, reading.ErrorX, reading.ErrorY};
   SetError(XAxis(c), c.CosAngle, read.X, percent, read.ErrorX);
   SetError(YAxis(c), c.CosAngle, read.Y, percent, read.ErrorY);
@@ -107,7 +103,7 @@ void Pixels2Real(const AxisCalibration& c, const Desktop& desktop, bool percent,
 
 bool Reads(const AxisCalibration& c, float x, float y, float X, float Y) {
   if (LogOriginFault(c) != nullptr) return false;
-  const Values values = ValuesAt(c, x, y);
+  const GraphValues values = ValuesAt(c, x, y);
   return values.X == X && values.Y == Y;
 }
 

@@ -27,6 +27,13 @@ struct Reading {
 void Pixels2Real(const AxisCalibration& calibration, const Desktop& desktop, bool percent, float x,
                  float y, Reading& reading);
 
+/// What Pixels2Real reads there: the values alone, without its refusals and their messages. Not
+/// finite where there is no value. Only for a complete calibration.
+struct GraphValues {
+  float X = 0, Y = 0;
+};
+GraphValues ValuesAt(const AxisCalibration& calibration, float x, float y);
+
 /// Whether Pixels2Real reads exactly these values there. Only for a complete calibration.
 bool Reads(const AxisCalibration& calibration, float x, float y, float X, float Y);
 

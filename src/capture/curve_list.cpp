@@ -123,6 +123,19 @@ std::shared_ptr<const PointStore> ExchangePoints(CurveList& list, PointStore& ac
   return left;
 }
 
+void ChangePoints(CurveList& list, PointStore& active,
+                  const std::function<void(PointStore& points, std::size_t curve)>& change) {
+  for (std::size_t i = 0; i < list.Curves.size(); ++i) {
+    if (static_cast<int>(i) == list.Active) {
+      change(active, i);
+    } else if (list.Curves[i].Points->Places.size() > 1) {
+      auto points = std::make_shared<PointStore>(*list.Curves[i].Points);
+      change(*points, i);
+      list.Curves[i].Points = std::move(points);
+    }
+  }
+}
+
 void SelectCurve(CurveList& list, PointStore& active, int curve) {
   if (curve == list.Active) return;
   Curve& next = list.Curves[curve];

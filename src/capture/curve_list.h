@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -62,6 +63,10 @@ int FindCurve(const CurveList& list, std::string_view name);
 
 /// The points of any curve; `active` are those of the active one.
 const PointStore& PointsOf(const CurveList& list, const PointStore& active, int curve);
+
+/// Changes the points of every curve that has been given any.
+void ChangePoints(CurveList& list, PointStore& active,
+                  const std::function<void(PointStore& points, std::size_t curve)>& change);
 
 /// Another curve becomes the active one. What is under the cursor stays.
 void SelectCurve(CurveList& list, PointStore& active, int curve);

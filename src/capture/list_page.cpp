@@ -13,7 +13,7 @@ void ShowFrom(ListPage& page, int listCount, int first) {
   for (int i = 0; i < kPageLines; ++i) {
     const int point = i < used ? first + i : 0;
     const bool selected = page.SelectionStart <= point && point <= page.SelectionEnd;
-    page.Lines[i] = {point, point > 0 && selected};
+    page.Lines[i] = {point, point > 0 && selected, point > 0 && point == page.PointedRow};
   }
 }
 
@@ -29,6 +29,8 @@ void ResetSelection(ListPage& page) {
   page.SelectionStart = 0;
   page.SelectionEnd = -1;
   page.SelectionActive = false;
+  page.Points = {};
+  page.PointedRow = 0;
 }
 
 void ShowPage(ListPage& page, int listCount) {
@@ -67,8 +69,11 @@ void StepSelection(ListPage& page, int listCount, int line, int by, bool extend)
     page.SelectionEnd = ToInt16(std::clamp(page.SelectionEnd + by, 1, listCount));
     if (!extend) page.SelectionStart = page.SelectionEnd;
   }
-  const int point = page.SelectionEnd;
-  const int first = std::clamp(page.ScrollValue, point - (kPageLines - 1), point);
+  ScrollToRow(page, listCount, page.SelectionEnd);
+}
+
+void ScrollToRow(ListPage& page, int listCount, int row) {
+  const int first = std::clamp(page.ScrollValue, row - (kPageLines - 1), row);
   page.ScrollValue = std::clamp(first, 1, page.ScrollMaximum);
   ShowPage(page, listCount);
 }

@@ -3,6 +3,8 @@
 #include <array>
 #include <cstdint>
 
+#include "capture/point_set.h"
+
 namespace graphize {
 
 inline constexpr int kPageLines = 5;
@@ -13,6 +15,7 @@ struct ListPage {
   struct Line {
     int Point = 0;
     bool Highlighted = false;
+    bool Pointed = false;  // its point lies under the pointer
 
     bool operator==(const Line&) const = default;
   };
@@ -23,6 +26,8 @@ struct ListPage {
   std::int16_t SelectionStart = 0;  // 1-based, inclusive; end < start is an empty selection
   std::int16_t SelectionEnd = -1;
   bool SelectionActive = false;  // made with a plain click
+  PointSet Points;               // that are selected: of the rows, or chosen on the picture
+  int PointedRow = 0;            // 1-based: of the point under the pointer; 0: none
 
   bool operator==(const ListPage&) const = default;
 };
@@ -38,6 +43,8 @@ void SelectLine(ListPage& page, int listCount, int line, bool shift);
 /// A key on line i moves the selection's end by so many rows, with `extend` its end alone, and into
 /// view; without a selection it selects the line.
 void StepSelection(ListPage& page, int listCount, int line, int by, bool extend);
+/// Scrolls no further than it takes to bring the row into sight.
+void ScrollToRow(ListPage& page, int listCount, int row);
 /// The scroll bar's range for a list of this length.
 void FitScrollBar(ListPage& page, int listCount);
 void ResetSelection(ListPage& page);

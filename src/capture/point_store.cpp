@@ -6,6 +6,8 @@
 #include <limits>
 #include <span>
 
+#include "base/numbers.h"
+
 namespace graphize {
 
 namespace {
@@ -124,9 +126,20 @@ void EnableBlockerCommands(CommandStates& commands, bool State) {
   commands.Blockers = State;
 }
 
+void FollowLastPoint(PointStore& store, int pictureHeight) {
+  if (store.CaptureCount < 1) return;
+  const PointId last = store.CaptureId[store.CaptureCount];
+  if (!HasPlace(store, last)) return;
+  const auto& [column, row] = store.Places[last];
+  store.LastPixelX = ToInt16(column);
+  store.LastPixelY = ToInt16(static_cast<float>(pictureHeight) - row);
+}
+
 void ShowPage(PointStore& store) {
   store.NPoints = store.ListCount;
   ShowPage(store.Page, store.ListCount);
+  for (ListPage::Line& line : store.Page.Lines)
+    if (line.Point > 0 && store.Page.Points.Has(store.ListId[line.Point])) line.Highlighted = true;
 }
 
 void ShowNewest(PointStore& store) {

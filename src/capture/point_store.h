@@ -1,19 +1,17 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "capture/list_page.h"
+#include "capture/point_set.h"
 #include "desktop/command_states.h"
 #include "desktop/desktop.h"
 
 namespace graphize {
-
-/// Names a captured point for good: no id is given twice, also after all points were deleted.
-/// 0 stands for a row that is no captured point (a length, a resampled one).
-using PointId = std::uint32_t;
 
 /// Where a point was captured: a picture position, row downward, between pixels where a tracer or a
 /// scan found it there.
@@ -22,6 +20,9 @@ struct Place {
 
   bool operator==(const Place&) const = default;
 };
+/// The place of a point whose picture is no longer there.
+inline constexpr Place kNoPlace = {-std::numeric_limits<float>::infinity(),
+                                   -std::numeric_limits<float>::infinity()};
 
 /// The captured points, twice: in capture order and as the data list that is sorted, swapped,
 /// thinned and saved. Arrays are used from index 1; element 0 stays (0, 0). The ids move as the
@@ -81,6 +82,13 @@ bool HasUnsaved(const PointStore& store);
 
 void EnableDataCommands(CommandStates& commands, bool State);
 void EnableBlockerCommands(CommandStates& commands, bool State);
+
+/// Whether the point can be found on the picture.
+inline bool HasPlace(const PointStore& store, PointId id) {
+  return id != 0 && id < store.Places.size() && store.Places[id] != kNoPlace;
+}
+/// The last captured point's place is the pixel of its marker again, after places have changed.
+void FollowLastPoint(PointStore& store, int pictureHeight);
 
 /// The page at its scroll position, its newest rows, and an empty page.
 void ShowPage(PointStore& store);

@@ -154,7 +154,9 @@ void DataListPanel::Render(const PointStore& store, const NumberFormats& formats
     Show(lines_[i], LineText(store, line.Point, formats, decimalPoint));
     lines_[i]->setCursorPosition(0);
     QPalette colours = palette();
-    const auto role = line.Highlighted ? QPalette::Highlight : QPalette::Button;
+    const auto role = line.Highlighted ? QPalette::Highlight
+                      : line.Pointed   ? QPalette::Midlight
+                                       : QPalette::Button;
     const auto text = line.Highlighted ? QPalette::HighlightedText : QPalette::ButtonText;
     colours.setColor(QPalette::Base, palette().color(role));
     colours.setColor(QPalette::Text, palette().color(text));

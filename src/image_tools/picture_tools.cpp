@@ -57,6 +57,15 @@ PictureSize ResultSize(PictureTool tool, int amount, PictureSize size) {
   }
 }
 
+AffineMap MapOf(PictureTool tool, int amount, PictureSize size) {
+  if (tool == PictureTool::Rotate) return RotationMap(size, amount);
+  const auto [width, height] = ResultSize(tool, amount, size);
+  // Edges come to edges, and pixels' middles lie half a pixel within.
+  return Turned(1, 0, static_cast<double>(width) / static_cast<double>(size.Width),
+                static_cast<double>(height) / static_cast<double>(size.Height), -0.5, -0.5, -0.5,
+                -0.5);
+}
+
 bool IsTooSmall(PictureTool tool, int amount, PictureSize size) {
   const PictureSize result = ResultSize(tool, amount, size);
   return std::min(size.Width, size.Height) < Neighbourhood(tool) ||

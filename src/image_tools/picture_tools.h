@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "base/affine_map.h"
 #include "base/raster.h"
 #include "image_tools/rotation.h"
 #include "raster/colour_table.h"
@@ -21,6 +22,9 @@ inline constexpr int kPictureTools = 8;
 inline constexpr std::int64_t kMaxResultPixels = 320'000'000;
 
 PictureSize ResultSize(PictureTool tool, int amount, PictureSize size);
+
+/// Where the picture's pixels are in the result: their middles have whole positions in both.
+AffineMap MapOf(PictureTool tool, int amount, PictureSize size);
 
 /// Whether the picture has fewer pixels each way than the filter's neighbourhood, or the result
 /// would have none.

@@ -101,6 +101,17 @@ PictureSize RotatedSize(PictureSize size, int degrees) {
   return {whole(w * c + h * s), whole(w * s + h * c)};
 }
 
+AffineMap RotationMap(PictureSize size, int degrees) {
+  const PictureSize turned = RotatedSize(size, degrees);
+  const auto middle = [](std::int64_t side) { return static_cast<double>(side - 1) / 2; };
+  const int quarters = QuarterTurns(degrees);
+  static constexpr int kCosines[] = {1, 0, -1, 0}, kSines[] = {0, 1, 0, -1};
+  const double cosine = quarters >= 0 ? kCosines[quarters] : std::cos(Radians(degrees));
+  const double sine = quarters >= 0 ? kSines[quarters] : std::sin(Radians(degrees));
+  return Turned(cosine, sine, 1, 1, middle(size.Width), middle(size.Height), middle(turned.Width),
+                middle(turned.Height));
+}
+
 std::optional<Raster> Rotate(const Raster& picture, int degrees, PictureOperation& operation) {
   if (const int quarters = QuarterTurns(degrees); quarters >= 0)
     return Turn(picture, quarters, operation);

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 
+#include "base/affine_map.h"
 #include "base/raster.h"
 #include "raster/picture_operation.h"
 
@@ -15,6 +16,9 @@ struct PictureSize {
 
 /// The upright rectangle that holds a picture of this size turned by `degrees`.
 PictureSize RotatedSize(PictureSize size, int degrees);
+
+/// Where the picture's pixels are when it is turned: about the middles of both.
+AffineMap RotationMap(PictureSize size, int degrees);
 
 /// The picture turned clockwise about its middle, on white. Steps of 90 degrees move pixels and
 /// change none; other angles mix four neighbours (bilinear interpolation). Nothing when the

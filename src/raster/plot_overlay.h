@@ -27,6 +27,11 @@ struct PlotOverlay {
   Colour DataColour = kBlack;
   std::optional<Point> LastPoint;
   Colour LastColour = kBlack;
+  // While points are edited: all of them. Those that are selected always, the one under the
+  // pointer.
+  std::vector<Point> EditPoints, Selected;
+  std::optional<Point> Near;
+  Colour EditColour = kBlack, SelectedColour = kBlack;
   std::vector<Point> AxisPoints;
   Colour AxisColour = kBlack;
 };
@@ -45,5 +50,7 @@ inline constexpr int kCurvePointReach = 1;
 inline constexpr int kDataPointReach = 2;
 inline constexpr int kLastPointReach = 8;
 inline constexpr int kAxisPointReach = 9;
+/// And the frame around a selected point.
+inline constexpr int kEditMarkReach = 6;
 
 }  // namespace graphize

@@ -42,14 +42,16 @@ void PaintStrokes(QPainter& painter, const QList<QRect>& strokes, Colour colour)
   for (const QRect& stroke : strokes) painter.fillRect(stroke, inside);
 }
 
-void PaintDataPoints(QPainter& painter, const PlotOverlay& overlay) {
+/// Small crosses.
+void PaintDots(QPainter& painter, const std::vector<PlotOverlay::Point>& points, Colour colour) {
+  if (points.empty()) return;
   QList<QRect> strokes;
-  strokes.reserve(static_cast<qsizetype>(2 * overlay.DataPoints.size()));
-  for (const auto& [x, y] : overlay.DataPoints) {
+  strokes.reserve(static_cast<qsizetype>(2 * points.size()));
+  for (const auto& [x, y] : points) {
     strokes << Stroke(x - kDataPointReach, y, x + kDataPointReach, y)
             << Stroke(x, y - kDataPointReach, x, y + kDataPointReach);
   }
-  PaintStrokes(painter, strokes, overlay.DataColour);
+  PaintStrokes(painter, strokes, colour);
 }
 
 /// A cross that leaves its pixel and the ink around it free.
@@ -60,6 +62,27 @@ void PaintCross(QPainter& painter, const PlotOverlay::Point& at, int reach, Colo
                {Stroke(x - reach, y, x - kGap, y), Stroke(x + kGap, y, x + reach, y),
                 Stroke(x, y - reach, x, y - kGap), Stroke(x, y + kGap, x, y + reach)},
                colour);
+}
+
+/// A frame around a point, and its corners alone.
+void PaintFrame(QPainter& painter, const PlotOverlay::Point& at, int reach, int corner,
+                Colour colour) {
+  const auto [x, y] = at;
+  QList<QRect> strokes;
+  for (const int side : {-reach, reach})
+    for (const auto& [from, to] : {std::pair(-reach, -reach + corner), {reach - corner, reach}})
+      strokes << Stroke(x + side, y + from, x + side, y + to)
+              << Stroke(x + from, y + side, x + to, y + side);
+  PaintStrokes(painter, strokes, colour);
+}
+
+/// The points of the list: where they are, which are selected, and which lies under the pointer.
+void PaintEditedPoints(QPainter& painter, const PlotOverlay& overlay) {
+  constexpr int kSelectedReach = 4;
+  PaintDots(painter, overlay.EditPoints, overlay.EditColour);
+  for (const PlotOverlay::Point& point : overlay.Selected)
+    PaintFrame(painter, point, kSelectedReach, kSelectedReach, overlay.SelectedColour);
+  if (overlay.Near) PaintFrame(painter, *overlay.Near, kEditMarkReach, 2, overlay.SelectedColour);
 }
 
 /// The pixels of the rubber band's outline: its four sides.
@@ -131,7 +154,8 @@ void PlotView::paintEvent(QPaintEvent* event) {
     for (const QRect& part : event->region() & area) painter.drawImage(part, picture, part);
   else
     PaintWithCurves(painter, area, overlay);
-  if (!overlay.DataPoints.empty()) PaintDataPoints(painter, overlay);
+  PaintDots(painter, overlay.DataPoints, overlay.DataColour);
+  PaintEditedPoints(painter, overlay);
   if (overlay.LastPoint)
     PaintCross(painter, *overlay.LastPoint, kLastPointReach, overlay.LastColour);
   for (const PlotOverlay::Point& point : overlay.AxisPoints)

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <utility>
 #include <vector>
 
 namespace graphize {
@@ -73,6 +74,28 @@ void Exchange(std::vector<T>& array, ArrayChange<T>& change) {
     array.insert(array.end(), behind.begin(), behind.end());
   }
   change.Other = std::move(middle);
+}
+
+/// `older` becomes the change over both; nothing of arrays that have got another length. `array` is
+/// as the newer one has left it.
+template <class T>
+void Join(ArrayChange<T>& older, ArrayChange<T> newer, const std::vector<T>& array) {
+  if (!newer.Differs) return;
+  if (!older.Differs) {
+    older = std::move(newer);
+    return;
+  }
+  const std::size_t first = std::min(older.First, newer.First);
+  const std::size_t behind = std::min(older.Behind, newer.Behind);
+  std::vector<T> other(array.begin() + static_cast<std::ptrdiff_t>(first),
+                       array.end() - static_cast<std::ptrdiff_t>(behind));
+  const auto lay = [&](const ArrayChange<T>& change) {
+    std::copy(change.Other.begin(), change.Other.end(),
+              other.begin() + static_cast<std::ptrdiff_t>(change.First - first));
+  };
+  lay(newer);
+  lay(older);
+  older = {true, first, behind, std::move(other)};
 }
 
 /// `copy`, which was equal to `array` up to this change, is again.

@@ -43,6 +43,13 @@ struct Name {
   std::string operator()(const ClearDataStep&) const { return "Clear all data"; }
   std::string operator()(const ResetStep&) const { return "Reset"; }
   std::string operator()(const ClearRowsStep&) const { return "Clear selected"; }
+  std::string operator()(const MovePointsStep& step) const {
+    return WithPoints("Move", static_cast<int>(step.Points.Count()));
+  }
+  std::string operator()(const DeletePointsStep& step) const {
+    return WithPoints("Delete", static_cast<int>(step.Points.Count()));
+  }
+  std::string operator()(const RecalculateStep&) const { return "Recalculate Points"; }
   std::string operator()(const SortStep&) const { return "Sort"; }
   std::string operator()(const SwapStep&) const { return "Swap X-Y"; }
   std::string operator()(const UndoListStep&) const { return "Graphized X Y"; }

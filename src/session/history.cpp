@@ -1,6 +1,7 @@
 #include "session/history.h"
 
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 #include <set>
 #include <span>
@@ -59,6 +60,13 @@ void ExchangeSteps(std::vector<Step>& steps, Change& change) {
   steps.erase(kept, steps.end());
   std::move(change.Steps.begin(), change.Steps.end(), std::back_inserter(steps));
   change.Steps = std::move(other);
+}
+
+/// The points that the only step of a command moves as keys do: by a pixel or a tenth at most.
+PointSet NudgedPoints(std::span<const Step> done) {
+  const auto* move = done.size() == 1 ? std::get_if<MovePointsStep>(&done.front()) : nullptr;
+  const bool isNudge = move != nullptr && std::abs(move->Columns) <= 1 && std::abs(move->Rows) <= 1;
+  return isNudge ? move->Points : PointSet();
 }
 
 void ApplyRaster(PlotImage& plot, std::vector<RasterEvent>& events, bool back) {
@@ -146,11 +154,35 @@ std::optional<Change> History::FindChange(Workspace& ws, std::string& name) {
   return change;
 }
 
+bool History::Join(Change& change, const PointSet& nudged) {
+  if (nudged.IsEmpty() || undo_.empty() || !redo_.empty()) return false;
+  const Entry& last = undo_.back();
+  if (last.Nudged != nudged || last.Changes.size() != 1) return false;
+  Change& older = undo_.back().Changes.front();
+  bytes_ -= older.Bytes;
+  for (Change::Record& record : change.Records)
+    if (std::none_of(older.Records.begin(), older.Records.end(),
+                     [&](const Change::Record& has) { return has.Number == record.Number; }))
+      older.Records.push_back(std::move(record));
+  std::sort(older.Records.begin(), older.Records.end(),
+            [](const Change::Record& a, const Change::Record& b) { return a.Number < b.Number; });
+  ForEachIn<ArrayCopies>([&](auto number) {
+    graphize::Join(std::get<number>(older.Arrays), std::move(std::get<number>(change.Arrays)),
+                   std::get<number>(arrays_));
+  });
+  older.Bytes = BytesOf(older);
+  bytes_ += older.Bytes;
+  return true;
+}
+
 void History::Commit(Workspace& ws) {
   if (ws.pen.Down && ws.pen.Begun) return;
   std::string name;
+  const std::size_t steps = ws.recipe.Number == recipe_ ? steps_ : 0;
   std::optional<Change> change = FindChange(ws, name);
   if (!change) return;
+  const PointSet nudged = NudgedPoints(std::span<const Step>(ws.recipe.Steps).subspan(steps));
+  if (Join(*change, nudged)) return;
   if (HasShared(*change)) sharedChanged_ = true;
   bytes_ += change->Bytes;
   if (!name.empty()) {
@@ -160,6 +192,7 @@ void History::Commit(Workspace& ws) {
     for (Change& passed : passing_) AddPassing(std::move(passed));
     passing_.clear();
     undo_.emplace_back().Name = std::move(name);
+    undo_.back().Nudged = nudged;
     undo_.back().Changes.push_back(std::move(*change));
   } else if (!redo_.empty()) {
     passing_.push_back(std::move(*change));

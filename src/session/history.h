@@ -32,7 +32,8 @@ struct Change {
 
 /// The way back, and forth again, over everything that happens to a document.
 ///
-/// A command that is more than passing is one entry, whatever happened in it. Modes, a refresh, the
+/// A command that is more than passing is one entry, whatever happened in it; moves of the same
+/// points by keys, one after the other, are one entry. Modes, a refresh, the
 /// selection in the list and what has no step in the recipe pass: Undo goes through them. After an
 /// Undo they are dropped, so that Redo finds the document as Undo has left it.
 class History {
@@ -57,6 +58,7 @@ class History {
  private:
   struct Entry {
     std::string Name;
+    PointSet Nudged;              // by keys alone
     std::vector<Change> Changes;  // the passing ones behind the first
   };
   enum class Way { Back, Forth };
@@ -67,6 +69,8 @@ class History {
   std::shared_ptr<const PointStore> TakeLeft(Workspace& ws);
   void NoteTheRest(Workspace& ws);
   void AddPassing(Change change);
+  /// Makes the change a part of the last entry when both move the same points by keys.
+  bool Join(Change& change, const PointSet& nudged);
   void Apply(Workspace& ws, Change& change, Way way);
   bool Apply(Workspace& ws, Way way);
   void DropPassing(Workspace& ws);

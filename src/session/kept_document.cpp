@@ -47,6 +47,7 @@ KeptDocument Keep(const Workspace& ws) {
                     .GridBuster = ws.commands.GridBuster,
                     .InMode = ws.mode,
                     .Blockers = ws.blockers,
+                    .Map = ws.map,
                     .Curves = ws.curves.Curves,
                     .Active = ws.curves.Active,
                     .DataFileName = ws.dataFileName,
@@ -84,6 +85,7 @@ void BringBack(Workspace& ws, const Desktop& desktop, KeptDocument&& kept) {
                   .LiveYPixel = {}};
   ws.window.AxisPanelShown = kept.AxisPanelShown;
   ws.blockers = kept.Blockers;
+  ws.map = kept.Map;
 
   ReplaceCurves(ws.curves, ws.store, std::move(kept.Curves), kept.Active);
   ws.dataFileName = std::move(kept.DataFileName);

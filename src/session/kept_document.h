@@ -26,6 +26,7 @@ struct KeptDocument {
   bool GridBuster = false;  // grid lines can be removed: axes have been complete
   Mode InMode = Mode::None;
   BlockerList Blockers;
+  PictureMap Map;
 
   std::vector<Curve> Curves;  // each with its points, and what of them is saved
   int Active = 0;

@@ -29,9 +29,10 @@ std::string RowsText(const PointStore& store, const std::vector<PointId>& ids,
   for (std::size_t i = first; i <= last; ++i) {
     at = Put(at, ids[i]);
     *at++ = ',';
-    if (ids[i] != 0) at = Put(at, store.Places[ids[i]].Column);
+    const bool placed = HasPlace(store, ids[i]);
+    if (placed) at = Put(at, store.Places[ids[i]].Column);
     *at++ = ',';
-    if (ids[i] != 0) at = Put(at, store.Places[ids[i]].Row);
+    if (placed) at = Put(at, store.Places[ids[i]].Row);
     *at++ = ',';
     at = Put(at, xs[i]);
     *at++ = ',';
@@ -58,17 +59,14 @@ class RowReader {
     if (id == 0) {
       Expect(',');
       Expect(',');
+    } else if (text_.starts_with(',')) {
+      Expect(',');
+      Expect(',');
+      TakePlace(id, kNoPlace);
     } else {
       const float column = Take<float>(',', "a column"), row = Take<float>(',', "a row");
       if (!std::isfinite(column) || !std::isfinite(row)) Fail("a place is no number");
-      Place& place = store_.Places[id];
-      const auto isOther = [](float a, float b) {
-        return std::bit_cast<std::uint32_t>(a) != std::bit_cast<std::uint32_t>(b);
-      };
-      if (known_[id] && (isOther(place.Column, column) || isOther(place.Row, row)))
-        Fail("point " + std::to_string(id) + " has two places");
-      known_[id] = true;
-      place = {column, row};
+      TakePlace(id, {column, row});
     }
     x = Take<float>(',', "X");
     y = Take<float>('\n', "Y");
@@ -93,6 +91,16 @@ class RowReader {
     if (c == '\n' && text_.starts_with('\r')) text_.remove_prefix(1);
     if (!text_.starts_with(c)) Fail("the line is not as it has to be");
     text_.remove_prefix(1);
+  }
+  void TakePlace(PointId id, const Place& taken) {
+    Place& place = store_.Places[id];
+    const auto isOther = [](float a, float b) {
+      return std::bit_cast<std::uint32_t>(a) != std::bit_cast<std::uint32_t>(b);
+    };
+    if (known_[id] && (isOther(place.Column, taken.Column) || isOther(place.Row, taken.Row)))
+      Fail("point " + std::to_string(id) + " has two places");
+    known_[id] = true;
+    place = taken;
   }
   /// The points whose place another table has told.
   std::vector<bool> KnownIds() const {

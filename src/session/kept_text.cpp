@@ -1,6 +1,7 @@
 #include "session/kept_text.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 #include "base/checksum.h"
@@ -123,6 +124,28 @@ void Options(Io& io, const char* name, KeptDocument::OptionValues& values) {
   });
 }
 
+/// Where pixels of the picture as it was opened are: "1 0 0 0 1 0", column by column and row.
+template <class Io>
+void MapField(Io& io, AffineMap& map) {
+  constexpr const char* kName = "from_opened";
+  const auto numbers = {&map.XX, &map.XY, &map.X, &map.YX, &map.YY, &map.Y};
+  std::string text;
+  for (const double* number : numbers) text += (text.empty() ? "" : " ") + ShortestText(*number);
+  io.Text(kName, text);
+  if constexpr (requires { io.Has(kName); }) {
+    const auto words = Tokenize(text);
+    if (!words || words->size() != numbers.size()) io.Fail(kName, "are no six numbers");
+    auto word = words->begin();
+    for (double* number : numbers) {
+      const auto read = WholeNumberText(*word++);
+      if (!read) io.Fail(kName, "are no six numbers");
+      *number = *read;
+    }
+    if (!(std::abs(Determinant(map)) > 1e-9 && std::isfinite(map.X) && std::isfinite(map.Y)))
+      io.Fail(kName, "cannot be");
+  }
+}
+
 template <class Io>
 void PictureFields(Io& io, Small& small) {
   KeptDocument& kept = small.Kept;
@@ -139,6 +162,7 @@ void PictureFields(Io& io, Small& small) {
   io.Flag("without_file", kept.Picture.WithoutFile);
   io.Flag("can_undo_edit", kept.HasUndo);
   io.Flag("persistent_drawing", kept.PersistentDrawing);
+  MapField(io, kept.Map.Shown);
 }
 
 template <class Io>
@@ -148,6 +172,7 @@ void AxesFields(Io& io, Small& small) {
   io.Flag("x_log", axes.XLog);
   io.Flag("y_log", axes.YLog);
   io.List("points", small.AxisRows, 3, [&](AxisRow& row) { Fields(io, row); });
+  io.List("pictures_of_points", kept.Map.OfAxisPoints, 3, [&](AffineMap& m) { MapField(io, m); });
   io.Number("angle", axes.Angle);
   io.Number("sin_angle", axes.SinAngle);
   io.Number("cos_angle", axes.CosAngle);

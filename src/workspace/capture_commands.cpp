@@ -7,6 +7,7 @@
 #include "data/list_edit.h"
 #include "workspace/do.h"
 #include "workspace/plot_mouse.h"
+#include "workspace/point_edit_commands.h"
 #include "workspace/toolbar.h"
 
 namespace graphize {
@@ -98,10 +99,12 @@ void ScrollList(Workspace& ws, int value) {
 
 void PressListLine(Workspace& ws, int line, bool shift) {
   SelectLine(ws.store.Page, ws.store.ListCount, line, shift);
+  FollowListSelection(ws);
 }
 
 void StepListSelection(Workspace& ws, int line, int by, bool extend) {
   StepSelection(ws.store.Page, ws.store.ListCount, line, by, extend);
+  FollowListSelection(ws);
 }
 
 Outcome Run(Workspace& ws, const Desktop&, const RedefineStep& step) {

@@ -9,6 +9,7 @@
 #include "workspace/image_tools_commands.h"
 #include "workspace/picture_commands.h"
 #include "workspace/plot_mouse.h"
+#include "workspace/point_edit_commands.h"
 #include "workspace/recipe_options.h"
 #include "workspace/run_command.h"
 #include "workspace/save_points.h"

@@ -7,6 +7,7 @@
 #include "image_tools/picture_tools.h"
 #include "raster/black_white.h"
 #include "workspace/picture_commands.h"
+#include "workspace/picture_map.h"
 
 namespace graphize {
 
@@ -122,6 +123,9 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const ImageToolStep& step) {
       ws.status.Status = "Stopped: the picture is as it was";
       return Nothing(ws.status.Status);
     }
+    const PictureSize size{ws.plot.Width(), ws.plot.Height()};
+    const bool moved = !IsTooSmall(tool, form.Amount, size);
+    CarryAlong(ws, moved ? MapOf(tool, form.Amount, size) : AffineMap{}, result->Height());
     // The old picture itself is the undo copy: a page is never there a third time.
     form.UndoCopy = Exchange(ws, desktop, std::make_shared<Raster>(std::move(*result)));
   }
@@ -139,6 +143,7 @@ bool CanUndoImageTool(const Workspace& ws) {
 
 Outcome Run(Workspace& ws, const Desktop& desktop, const UndoImageToolStep&) {
   if (!CanUndoImageTool(ws)) return Refused("there is nothing to undo");
+  CarryBack(ws, ws.imageTools.UndoCopy->Height());
   Exchange(ws, desktop, std::exchange(ws.imageTools.UndoCopy, nullptr));
   ws.status.Status = "Undo completed";
   return {};

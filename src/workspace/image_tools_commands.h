@@ -11,9 +11,9 @@ namespace graphize {
 void ShowImageTools(Workspace& ws);
 bool CanShowImageTools(const Workspace& ws);
 
-/// Runs a tool on the base picture; what it was before is the undo copy. Points, blockers,
-/// calibration and mode stay. Refused when the result would be too large, which is told; Nothing
-/// after Escape.
+/// Runs a tool on the base picture; what it was before is the undo copy. The values of
+/// points, calibration and mode stay; their places and the blockers go along. Refused when the
+/// result would be too large, which is told; Nothing after Escape.
 Outcome Run(Workspace& ws, const Desktop& desktop, const ImageToolStep& step);
 /// What the window's button "Process" asks for.
 ImageToolStep StepOfForm(const ImageToolsForm& form);

@@ -6,12 +6,13 @@
 namespace graphize {
 
 /// The pressed mode button of the toolbar, or none: what the mouse does on the picture.
-enum class Mode { None, AxisDef, Graphize, BlockTest, DrawErase, GridBuster };
+/// "Edit Points" has no button, but is switched on in the menu.
+enum class Mode { None, AxisDef, Graphize, BlockTest, DrawErase, GridBuster, EditPoints };
 
-inline constexpr std::array<Mode, 5> kModes = {Mode::AxisDef, Mode::Graphize, Mode::BlockTest,
-                                               Mode::DrawErase, Mode::GridBuster};
+inline constexpr std::array<Mode, 6> kModes = {Mode::AxisDef,   Mode::Graphize,   Mode::BlockTest,
+                                               Mode::DrawErase, Mode::GridBuster, Mode::EditPoints};
 
-/// The toolbar key of a mode; empty for none.
+/// The key of a mode, as its toolbar button has it; empty for none.
 constexpr std::string_view ModeKey(Mode mode) {
   switch (mode) {
     case Mode::AxisDef:
@@ -24,6 +25,8 @@ constexpr std::string_view ModeKey(Mode mode) {
       return "drawerase";
     case Mode::GridBuster:
       return "gridbuster";
+    case Mode::EditPoints:
+      return "editpoints";
     case Mode::None:
       break;
   }
@@ -43,6 +46,8 @@ constexpr const char* ModeHint(Mode mode) {
       return "Left button: draw; right: erase";
     case Mode::GridBuster:
       return "Click LEFT for X and RIGHT for Y grid lines, SHIFT click for Auto mode";
+    case Mode::EditPoints:
+      return "Drag or arrow keys move points, Del deletes them";
     case Mode::None:
       break;
   }

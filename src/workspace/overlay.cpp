@@ -44,16 +44,54 @@ void AddCurves(PlotOverlay& overlay, const Workspace& ws, const PlotOverlay::Rec
   if (curves.size() < 2) return;
   for (int i = 0; i < static_cast<int>(curves.size()); ++i)
     if (i != ws.curves.Active) add(i);
-  add(ws.curves.Active);
+  // Edited, its points are shown by themselves.
+  if (ws.mode != Mode::EditPoints) add(ws.curves.Active);
+}
+
+/// The points of the list that are edited or selected, where they are or are being dragged to.
+void AddEditedPoints(const Workspace& ws, const PlotOverlay::Rectangle& area,
+                     PlotOverlay& overlay) {
+  const PointStore& store = ws.store;
+  const PointEdit& edit = ws.pointEdit;
+  const bool dragged = edit.Pressed && edit.Dragged && edit.Grabbed;
+  const PointSet& selected = store.Page.Points;
+  const bool editing = ws.mode == Mode::EditPoints;
+  if (!editing && selected.IsEmpty()) return;
+  overlay.EditColour = ws.curves.Curves.size() > 1 ? ActiveCurve(ws.curves).MarkColour
+                                                   : PaletteColour(ws.settings.TraceColor);
+  overlay.SelectedColour = PaletteColour(14);
+  for (int i = 1; i <= store.ListCount; ++i) {
+    const PointId id = store.ListId[i];
+    const bool isSelected = selected.Has(id);
+    if (!(editing || isSelected) || !HasPlace(store, id)) continue;
+    auto [column, row] = store.Places[id];
+    if (dragged && isSelected) {
+      column += edit.To.Column - edit.From.Column;
+      row += edit.To.Row - edit.From.Row;
+    }
+    const PlotPixel pixel{static_cast<int>(std::nearbyint(column)),
+                          static_cast<int>(std::nearbyint(row))};
+    if (!Touches(area, pixel, kEditMarkReach + kMarkEdge)) continue;
+    if (editing) overlay.EditPoints.push_back({pixel.X, pixel.Y});
+    if (isSelected) overlay.Selected.push_back({pixel.X, pixel.Y});
+    if (editing && edit.Near == id) overlay.Near = {pixel.X, pixel.Y};
+  }
 }
 
 }  // namespace
 
 std::optional<PlotOverlay::Rectangle> RubberBand(const Workspace& ws) {
+  const PointEdit& edit = ws.pointEdit;
+  const auto inOrder = [](int left, int top, int right, int bottom) {
+    return PlotOverlay::Rectangle{std::min(left, right), std::min(top, bottom),
+                                  std::max(left, right), std::max(top, bottom)};
+  };
+  if (edit.Pressed && edit.Dragged && !edit.Grabbed)
+    return inOrder(static_cast<int>(edit.From.Column), static_cast<int>(edit.From.Row),
+                   static_cast<int>(edit.To.Column), static_cast<int>(edit.To.Row));
   const ScanRectangle& band = ws.scanRectangle;
   if (!band.Active) return std::nullopt;
-  return PlotOverlay::Rectangle{std::min(band.Left, band.Right), std::min(band.Top, band.Bottom),
-                                std::max(band.Left, band.Right), std::max(band.Top, band.Bottom)};
+  return inOrder(band.Left, band.Top, band.Right, band.Bottom);
 }
 
 PlotOverlay Plot_Paint(const Workspace& ws, const PlotOverlay::Rectangle& area) {
@@ -70,6 +108,7 @@ PlotOverlay Plot_Paint(const Workspace& ws, const PlotOverlay::Rectangle& area) 
   // A curve that is hidden is not seen in any way.
   const bool shown = ActiveCurve(ws.curves).Shown;
   if (ws.store.CaptureCount == 0 || !shown) return overlay;
+  AddEditedPoints(ws, area, overlay);
   if (ws.commands.Overlay && ws.calibration.IsComplete()) {
     overlay.DataColour = PaletteColour(ws.settings.TraceColor);
     for (int i = 1; i <= ws.store.ListCount; ++i) {

@@ -16,6 +16,7 @@
 #include "settings/recent_files.h"
 #include "workspace/capture_commands.h"
 #include "workspace/do.h"
+#include "workspace/picture_map.h"
 #include "workspace/plot_mouse.h"
 #include "workspace/toolbar.h"
 
@@ -119,6 +120,7 @@ RecipePicture PictureOf(const Workspace& ws) {
 void BeginRecipe(Workspace& ws, OpenStep& step) {
   const bool anew = !ws.calibration.AnyDefined() && !AnyPoints(ws.curves, ws.store);
   if (anew) {
+    ForgetPlaces(ws);  // the steps name points by their ids
     ws.project = {};
     ws.recipe = {.Number = ws.recipe.Number + 1, .Replaced = std::move(ws.recipe.Steps)};
   }
@@ -175,6 +177,7 @@ void OpenPicture(Workspace& ws, const Desktop& desktop, const std::filesystem::p
 
 Outcome Run(Workspace& ws, const Desktop& desktop, OpenStep& step) {
   if (step.InHand != nullptr) {
+    LosePlaces(ws);
     LoadImage(ws, desktop, std::move(step.InHand->Picture), step.InHand->SourceName);
     step.InHand.reset();
     ws.picture = {.Name = "untitled.dat",
@@ -187,6 +190,9 @@ Outcome Run(Workspace& ws, const Desktop& desktop, OpenStep& step) {
     ws.status.Status = "Loading File ...";
     std::optional<LoadedPicture> loaded = Decode(ws, desktop, step.Path, step);
     if (!loaded) return Nothing("the picture was not opened");
+    const bool again =
+        ws.picture.FileSize == loaded->FileSize && ws.picture.FileChecksum == loaded->FileChecksum;
+    again ? CarryToOpened(ws, loaded->Picture.Height()) : LosePlaces(ws);
     ws.picture = {.Name = LowerCase(step.Path.filename().string()),
                   .Path = LowerCase(step.Path.string()),
                   .ChosenPath = step.Path,
@@ -240,6 +246,7 @@ Outcome Run(Workspace& ws, const Desktop& desktop, ReloadStep& step) {
   std::optional<LoadedPicture> loaded = Decode(ws, desktop, ws.picture.ChosenPath, step);
   if (!loaded) return Nothing("the picture was not read again");
   SetPicture(ws.plot, std::move(loaded->Picture));
+  CarryToOpened(ws, ws.plot.Height());
   ws.window.Caption = "GRAPHIZE is Resizing ....";
   desktop.ShowNow();
   ws.view.X = ws.view.Y = 0;

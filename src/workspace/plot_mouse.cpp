@@ -10,6 +10,7 @@
 #include "capture/snap.h"
 #include "workspace/do.h"
 #include "workspace/extraction_commands.h"
+#include "workspace/point_edit_commands.h"
 #include "workspace/toolbar.h"
 
 namespace graphize {
@@ -22,6 +23,7 @@ constexpr const char* kPointerStays = "This desktop does not let programs move t
 int DraggingButton(const Workspace& ws) {
   if (ws.scanRectangle.Active) return kRightButton;
   if (ws.pen.Down) return ws.pen.Tool == PenTool::Draw ? kLeftButton : kRightButton;
+  if (ws.pointEdit.Pressed) return kLeftButton;
   return 0;
 }
 
@@ -84,6 +86,7 @@ Outcome Run(Workspace& ws, const Desktop& desktop, AxisStep& step) {
   if (!DefineAxis(ws.calibration, ws.axisPanel, ws.commands, desktop, step.Row,
                   ws.store.CurrentPixelX, ws.store.CurrentPixelY))
     return Refused("the axis point was refused");
+  ws.map.OfAxisPoints[step.Row] = ws.map.Shown;
   step.XText = ws.axisPanel.Rows[step.Row].XText;  // the number that was read
   step.YText = ws.axisPanel.Rows[step.Row].YText;
   // What is wrong with the row's value has been told.
@@ -114,6 +117,7 @@ void EndDrag(Workspace& ws) {
   // What the pen has changed by now stays.
   if (ws.pen.Down && ws.pen.Begun) NotePen(ws);
   ws.pen.Down = false;
+  EndPointDrag(ws);
   ws.mouse.Painting = false;
   ws.mouse.SuppressNextClick = false;
   ws.mouse.Snapped = false;
@@ -147,6 +151,7 @@ void Plot_MouseEnter(Workspace& ws, const Desktop& desktop, float X, float Y) {
 
 void Plot_MouseLeave(Workspace& ws) {
   ws.mouse.FaultTold.clear();
+  if (ws.mode == Mode::EditPoints && !ws.pointEdit.Pressed) PointNowhere(ws);
 }
 
 void Plot_MouseMove(Workspace& ws, const Desktop& desktop, int Button, int /*Shift*/, float X,
@@ -157,6 +162,10 @@ void Plot_MouseMove(Workspace& ws, const Desktop& desktop, int Button, int /*Shi
   ReadPlot(ws, desktop, X, Y);
   if (ws.scanRectangle.Active) MoveScanCorner(ws.scanRectangle, X, Y);
   DragPen(ws.pen, ws.plot, X, Y);
+  if (ws.mode == Mode::EditPoints) {
+    PointTo(ws, X, Y);
+    DragPoints(ws, desktop, X, Y);
+  }
   if (DraggingButton(ws) != 0) FollowDrag(ws, X, Y);
   if (ws.mode == Mode::AxisDef) FocusArmedRow(ws.calibration, ws.axisPanel);
 }
@@ -185,6 +194,7 @@ void Plot_MouseDown(Workspace& ws, const Desktop& desktop, int Button, int Shift
   if (ws.mode == Mode::DrawErase && ws.plot.IsPresent() &&
       (Button == kLeftButton || Button == kRightButton))
     UsePen(ws, Button == kLeftButton ? PenTool::Draw : PenTool::Erase, X, Y, ws.blockSize);
+  if (ws.mode == Mode::EditPoints && Button == kLeftButton) PressPoint(ws, Shift, X, Y);
   ws.mouse.DownPixelX = ToInt16(X);
   ws.mouse.DownPixelY = ToInt16(Y);
   if (ws.mode != Mode::Graphize || Button != kLeftButton) return;
@@ -199,6 +209,7 @@ void Plot_MouseDown(Workspace& ws, const Desktop& desktop, int Button, int Shift
 void Plot_MouseUp(Workspace& ws, const Desktop& desktop, int Button, int /*Shift*/, float /*X*/,
                   float /*Y*/) {
   if (Button == kRightButton && ws.scanRectangle.Active) FinishScanRectangle(ws, desktop);
+  if (Button == kLeftButton && ws.pointEdit.Pressed) ReleasePoints(ws, desktop);
   if (ws.pen.Down && Button == DraggingButton(ws)) {
     ReleasePen(ws.pen, ws.plot);
     NotePen(ws);

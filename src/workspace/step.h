@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "calibration/transform.h"
+#include "capture/point_set.h"
 #include "data/sort.h"
 #include "grid/grid_lines.h"
 #include "image_tools/picture_tools.h"
@@ -158,6 +159,20 @@ struct ClearRowsStep {
   static constexpr const char* Name = "clear-selected";
   int First = 1, Last = 1;
 };
+/// Points of the list go by so many pixels, row downward; and go altogether.
+struct MovePointsStep {
+  static constexpr const char* Name = "move-points";
+  PointSet Points;
+  float Columns = 0, Rows = 0;
+};
+struct DeletePointsStep {
+  static constexpr const char* Name = "delete-points";
+  PointSet Points;
+};
+/// All values anew, from the places by the axes.
+struct RecalculateStep {
+  static constexpr const char* Name = "recalculate";
+};
 struct SortStep {
   static constexpr const char* Name = "sort";
   SortOrder Order = SortOrder::Ascending;
@@ -220,8 +235,9 @@ using Step =
     std::variant<OpenStep, ReloadStep, SetStep, ModeStep, AxisStep, RedefineStep, CaptureStep,
                  PointStep, TraceStep, ScanStep, BlockStep, ClearLastBlockerStep, ClearBlockersStep,
                  DrawStep, EraseStep, GridStep, UndoEditStep, ImageToolStep, UndoImageToolStep,
-                 BlackWhiteStep, RefreshStep, ClearDataStep, ResetStep, ClearRowsStep, SortStep,
-                 SwapStep, UndoListStep, CurveLengthStep, IntegrateStep, ResampleStep, NewCurveStep,
+                 BlackWhiteStep, RefreshStep, ClearDataStep, ResetStep, ClearRowsStep,
+                 MovePointsStep, DeletePointsStep, RecalculateStep, SortStep, SwapStep,
+                 UndoListStep, CurveLengthStep, IntegrateStep, ResampleStep, NewCurveStep,
                  RenameCurveStep, DeleteCurveStep, SelectCurveStep, ShowCurveStep, SaveStep>;
 
 /// Whether the step is an X.

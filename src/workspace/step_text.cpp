@@ -47,6 +47,13 @@ class Writer {
   void Way(std::vector<PlotPixel>& way) {
     for (const auto& [x, y] : way) Text += " " + std::to_string(x) + "," + std::to_string(y);
   }
+  void Points(PointSet& points) {
+    const char* between = " ";
+    for (const auto& [first, last] : points.Ranges()) {
+      Text += std::exchange(between, ",") + std::to_string(first);
+      if (last != first) Text += "-" + std::to_string(last);
+    }
+  }
   void Numbers(std::vector<std::int64_t>& numbers, const char* word) {
     if (!numbers.empty()) Text += std::string(" ") + word;
     for (const std::int64_t number : numbers) Text += " " + std::to_string(number);
@@ -126,6 +133,28 @@ class Reader {
     }
     if (way.empty()) Fail("the pen needs a position \"x,y\"");
   }
+  /// "1-734,800"
+  void Points(PointSet& points) {
+    std::string word;
+    Word(word);
+    const auto number = [](const std::string& text) {
+      return IntegerText(text, 1, std::numeric_limits<int>::max());
+    };
+    std::vector<PointSet::Range> ranges;
+    for (std::size_t at = 0, end = 0; at <= word.size(); at = end + 1) {
+      end = std::min(word.find(',', at), word.size());
+      const std::string range = word.substr(at, end - at);
+      const std::size_t dash = range.find('-');
+      const auto first = number(range.substr(0, dash));
+      const auto last = dash == range.npos ? first : number(range.substr(dash + 1));
+      if (!first || !last) return Fail("\"" + word + "\" are no points");
+      ranges.push_back({static_cast<PointId>(*first), static_cast<PointId>(*last)});
+    }
+    if (auto read = PointSet::OfRanges(std::move(ranges)))
+      points = *std::move(read);
+    else
+      Fail("the points \"" + word + "\" are not in order");
+  }
   void Numbers(std::vector<std::int64_t>& numbers, const char* word) {
     bool some = false;
     Flag(some, word);
@@ -182,7 +211,8 @@ void Fields(Io& io, ModeStep& step) {
                             {Mode::Graphize, "graphize"},
                             {Mode::BlockTest, "blocktest"},
                             {Mode::DrawErase, "drawerase"},
-                            {Mode::GridBuster, "gridbuster"}});
+                            {Mode::GridBuster, "gridbuster"},
+                            {Mode::EditPoints, "editpoints"}});
 }
 template <class Io>
 void Fields(Io& io, AxisStep& step) {
@@ -253,6 +283,15 @@ template <class Io>
 void Fields(Io& io, ClearRowsStep& step) {
   io.Integer(step.First, 1, kMostPixels);
   io.Integer(step.Last, 1, kMostPixels);
+}
+template <class Io>
+void Fields(Io& io, MovePointsStep& step) {
+  io.Points(step.Points);
+  io.Position(step.Columns, step.Rows);
+}
+template <class Io>
+void Fields(Io& io, DeletePointsStep& step) {
+  io.Points(step.Points);
 }
 template <class Io>
 void Fields(Io& io, SortStep& step) {

@@ -1,12 +1,14 @@
 #include "workspace/toolbar.h"
 
 #include "base/numbers.h"
+#include "data/point_edit.h"
 #include "workspace/capture_commands.h"
 #include "workspace/do.h"
 #include "workspace/extraction_commands.h"
 #include "workspace/options_commands.h"
 #include "workspace/picture_commands.h"
 #include "workspace/plot_mouse.h"
+#include "workspace/point_edit_commands.h"
 #include "workspace/save_points.h"
 #include "workspace/scan_commands.h"
 
@@ -23,6 +25,7 @@ void LeaveEdit(Workspace& ws) {
 
 /// The marks of tests would hide the curve from the capture that follows; blockers stay.
 void LeaveMode(Workspace& ws) {
+  if (ws.mode == Mode::EditPoints) SelectPoints(ws.store, {});
   if (ws.mode != Mode::BlockTest) return;
   ClearMarks(ws.plot);
   RedrawBlockers(ws.blockers, ws.plot, ws.settings);
@@ -42,6 +45,8 @@ void EnterMode(Workspace& ws, const Desktop& desktop, std::string_view key) {
   if (ws.mode == Mode::DrawErase || ws.mode == Mode::GridBuster) return EnterEditMode(ws, key);
   LeaveEdit(ws);
   ShowFrame(ws, key);
+  // The marks that captures have left would stand where points no longer are.
+  if (ws.mode == Mode::EditPoints) RefreshPlot(ws);
   if (ws.mode == Mode::Graphize) ChooseErrorDisplay(ws, desktop);
   if (ws.mode == Mode::AxisDef) {
     // A definition that was begun goes on: only an empty one is started.
@@ -56,6 +61,8 @@ void EnterMode(Workspace& ws, const Desktop& desktop, std::string_view key) {
 void ShowModeHint(Workspace& ws) {
   const bool complete = ws.mode == Mode::AxisDef && ws.calibration.IsComplete();
   ws.status.Hint = complete ? ws.axisPanel.Tips : ModeHint(ws.mode);
+  if (complete && HasOldValues(ws))
+    ws.status.Hint = "Points have values of other axes: see Edit, Recalculate Points";
 }
 
 bool CanPress(const Workspace& ws, std::string_view key) {
@@ -68,6 +75,7 @@ bool CanPress(const Workspace& ws, std::string_view key) {
     return can.Picture;
   if (key == "graphize") return can.Graphize;
   if (key == "gridbuster") return can.GridBuster;
+  if (key == "editpoints") return can.Picture && ws.store.CaptureCount > 0;
   return false;
 }
 
@@ -109,6 +117,7 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const ModeStep& step) {
   if (!CanPress(ws, key))
     return Refused(
         "the mode \"" + key + "\" needs a picture" +
+        (step.To == Mode::EditPoints ? " and points" : "") +
         (step.To == Mode::Graphize || step.To == Mode::GridBuster ? " and its axes" : ""));
   EnterMode(ws, desktop, key);
   return {};

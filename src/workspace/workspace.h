@@ -34,6 +34,8 @@
 #include "workspace/about_form.h"
 #include "workspace/help_request.h"
 #include "workspace/mode.h"
+#include "workspace/picture_map.h"
+#include "workspace/point_edit.h"
 #include "workspace/recipe.h"
 
 namespace graphize {
@@ -123,6 +125,9 @@ struct Workspace {
   std::filesystem::path projectAsked;         // to be opened in the place of a picture
   std::vector<std::filesystem::path> opened;  // files, newest first, for the list of recent ones
 
+  PictureMap map;
+  BeforeImageTool beforeImageTool;  // while its picture is the undo copy
+
   AxisCalibration calibration;
   AxisPanel axisPanel;
 
@@ -141,6 +146,7 @@ struct Workspace {
 
   Mode mode = Mode::None;
   PlotMouse mouse;
+  PointEdit pointEdit;
   CommandStates commands;
   StatusBar status;
   WindowFrame window;
