@@ -65,6 +65,11 @@ void Clear(Workspace& ws, const Desktop& desktop) {
   Do(ws, desktop, SelectedRows(ws.store));
 }
 
+bool CanEditPoints(const Workspace& ws) {
+  return ws.mode == Mode::EditPoints ||
+         (CanPress(ws, ModeKey(Mode::EditPoints)) && ws.store.CaptureCount > 0);
+}
+
 void SwitchEditPoints(Workspace& ws, const Desktop& desktop) {
   ws.mode == Mode::EditPoints ? ReleaseButtons(ws, desktop) : Enter<Mode::EditPoints>(ws, desktop);
 }
@@ -188,7 +193,7 @@ const MenuEntry kMenus[] = {
      .Key = "Ctrl+E",
      .Tip =
          "Move captured points on the picture, by dragging or with the arrow keys, or delete them",
-     .Can = CanEnter<Mode::EditPoints>,
+     .Can = CanEditPoints,
      .Run = SwitchEditPoints,
      .Checked = IsIn<Mode::EditPoints>},
     {.Name = "MNU_EDIT_Recalculate",

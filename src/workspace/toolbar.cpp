@@ -71,11 +71,11 @@ bool CanPress(const Workspace& ws, std::string_view key) {
   if (key == "save" || key == "copy" || key == "delete") return can.Data;
   if (key == "undo") return can.Blockers;
   if (key == "aquire") return can.Scanner;
-  if (key == "refresh" || key == "axisdef" || key == "blocktest" || key == "drawerase")
+  if (key == "refresh" || key == "axisdef" || key == "blocktest" || key == "drawerase" ||
+      key == "editpoints")
     return can.Picture;
   if (key == "graphize") return can.Graphize;
   if (key == "gridbuster") return can.GridBuster;
-  if (key == "editpoints") return can.Picture && ws.store.CaptureCount > 0;
   return false;
 }
 
@@ -117,7 +117,6 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const ModeStep& step) {
   if (!CanPress(ws, key))
     return Refused(
         "the mode \"" + key + "\" needs a picture" +
-        (step.To == Mode::EditPoints ? " and points" : "") +
         (step.To == Mode::Graphize || step.To == Mode::GridBuster ? " and its axes" : ""));
   EnterMode(ws, desktop, key);
   return {};

@@ -127,6 +127,7 @@ void ExpectReplayed(Workspace& ws) {
                 rows(points.*array, points.CaptureCount));
     for (const auto array : {&PointStore::ListX, &PointStore::ListY})
       EXPECT_EQ(rows(replayed.*array, points.ListCount), rows(points.*array, points.ListCount));
+    EXPECT_EQ(replayed.Places, points.Places);
   }
   EXPECT_EQ(again.blockers.Count, ws.blockers.Count);
   const BasePictureShown shown(ws.plot), base(again.plot);
@@ -161,7 +162,8 @@ class HistoryTest : public ::testing::Test {
     State now = StateOf(ws);
     const bool pointsChanged = now.Numbers != last.Numbers || now.Ids != last.Ids;
     if (!before.empty() || isEntry) {
-      EXPECT_TRUE(isEntry || !pointsChanged) << step;
+      const bool mayJoin = size > 0 && Is<MovePointsStep>(ws.recipe.Steps.back());
+      EXPECT_TRUE(isEntry || mayJoin || !pointsChanged) << step;
       EXPECT_TRUE(isEntry || now.LastEdit == last.LastEdit) << step;
       EXPECT_TRUE(!isEntry || now.Recipe != last.Recipe) << "no step for " << ws.undoNames.Undo;
     }
@@ -193,6 +195,7 @@ TEST_F(HistoryTest, GoesBackAndForthOverWhateverTheUserDoes) {
     Workspace& ws = user->ws;
     for (int part = 0; part < 2; ++part) {
       for (int i = 0; i < 30; ++i) user->DoSomething();
+      user->Do(NewCurveStep{});  // not only what passes
       EndDrag(ws);
       Commit(ws);
       ASSERT_EQ(history.Size(), before.size());
@@ -274,6 +277,35 @@ TEST_F(HistoryTest, BringsCurvesBackAndUnsavesNone) {
   EXPECT_EQ(ws.undoNames.Undo, "Delete curve");
   ASSERT_TRUE(history.Undo(ws));
   ExpectReplayed(ws);
+}
+
+TEST_F(HistoryTest, JoinsMovesOfTheSamePointsByKeys) {
+  Start(1);
+  Workspace& ws = user->ws;
+  for (int x = 40; x < 100; x += 20) user->Do(PointStep{static_cast<float>(x), 60});
+  const std::size_t size = history.Size();
+  const State begin = StateOf(ws);
+  const auto move = [&](const PointSet& points, float columns, float rows) {
+    user->Do(MovePointsStep{points, columns, rows});
+    return history.Size() - size;
+  };
+  // Along one axis first, then along both; what they have in common differs from step to step.
+  EXPECT_EQ(move({1, 3}, 1, 0), 1u);
+  EXPECT_EQ(move({1, 3}, 0, -0.1f), 1u);
+  user->Do(ModeStep{Mode::EditPoints});
+  EXPECT_EQ(move({1, 3}, 1, 0), 2u) << "the mode came between";
+  EXPECT_EQ(move({1, 3}, -1, 1), 2u);
+  EXPECT_EQ(move({1}, 1, 0), 3u);
+  EXPECT_EQ(move({1}, 9, 0), 4u) << "a drag is one of its own";
+  EXPECT_EQ(move({1}, 1, 0), 5u);
+  EXPECT_EQ(ws.undoNames.Undo, "Move (1 point)");
+  const State end = StateOf(ws);
+  ExpectReplayed(ws);
+  for (int i = 0; i < 5; ++i) ASSERT_TRUE(history.Undo(ws));
+  EXPECT_EQ(ws.undoNames.Redo, "Move (2 points)");
+  ExpectState(begin, "undone");
+  for (int i = 0; i < 5; ++i) ASSERT_TRUE(history.Redo(ws));
+  ExpectState(end, "done again");
 }
 
 TEST_F(HistoryTest, EndsAStrokeOfThePenBeforeItTakesItBack) {

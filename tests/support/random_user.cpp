@@ -1,5 +1,6 @@
 #include "support/random_user.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -13,6 +14,7 @@
 #include "workspace/options_commands.h"
 #include "workspace/picture_commands.h"
 #include "workspace/plot_mouse.h"
+#include "workspace/point_edit_commands.h"
 #include "workspace/replay.h"
 #include "workspace/run_command.h"
 #include "workspace/save_points.h"
@@ -58,7 +60,7 @@ RandomUser::RandomUser(unsigned seed, const std::filesystem::path& picture,
 
 void RandomUser::DoSomething() {
   escapeIn_ = Chance(6) ? Pick(40) : -1;
-  switch (Pick(26)) {
+  switch (Pick(29)) {
     case 0:
       return Mode("graphize");
     case 1:
@@ -109,9 +111,50 @@ void RandomUser::DoSomething() {
       return ClearSome();
     case 23:
       return ChangeCurves();
+    case 24:
+    case 25:
+      return EditPoints();
+    case 26:
+      return Do(RecalculateStep{});
     default:
       return Chance(4) ? Rarely() : ClickWithoutPress();
   }
+}
+
+void RandomUser::EditPoints() {
+  Mode("editpoints");
+  const int row = 1 + Pick(std::max<int>(ws.store.ListCount, 1));
+  const PointId id = ws.store.ListCount > 0 ? ws.store.ListId[row] : 0;
+  switch (Pick(6)) {
+    case 0:
+    case 1:
+      if (!HasPlace(ws.store, id)) return;
+      Drag(std::round(ws.store.Places[id].Column), std::round(ws.store.Places[id].Row),
+           Chance(3) ? kShiftKey : 0);
+      break;
+    case 2:
+      Drag(X(), Y(), Chance(3) ? kCtrlKey : 0);  // a band
+      break;
+    case 3:
+      Do([&] { PressListLine(ws, Pick(kPageLines), Chance(3)); });
+      break;
+    case 4:
+      Do([&] { SelectAllPoints(ws); });
+      break;
+    default:
+      if (Chance(3)) Do([&] { DeleteSelectedPoints(ws, desktop_); });
+  }
+  const float step = Chance(2) ? 1.0f : 0.1f;
+  for (int i = Pick(4); i > 0; --i)
+    Do([&] { NudgePoints(ws, desktop_, static_cast<float>(Pick(3) - 1) * step, step); });
+}
+
+void RandomUser::Drag(float x, float y, int shift) {
+  Do([&] { Plot_MouseMove(ws, desktop_, 0, 0, x, y); });
+  Do([&] { Plot_MouseDown(ws, desktop_, kLeftButton, shift, x, y); });
+  for (int i = Pick(4); i > 0; --i)
+    Do([&] { Plot_MouseMove(ws, desktop_, kLeftButton, 0, x + X() / 3, y - Y() / 3); });
+  if (!Chance(5)) Do([&] { Plot_MouseUp(ws, desktop_, kLeftButton, 0, x, y); });
 }
 
 void RandomUser::ChangeCurves() {

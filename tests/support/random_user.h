@@ -20,6 +20,7 @@ class RandomUser {
       std::function<void(Workspace&)> afterCommand = [](Workspace&) {});
 
   void DoSomething();
+  void Do(const Step& step);
   /// With the pen, and without its release.
   void PressPen();
   int Pick(int count) { return static_cast<int>(random_() % static_cast<unsigned>(count)); }
@@ -31,7 +32,6 @@ class RandomUser {
   float X() { return static_cast<float>(Pick(ws.plot.Width())); }
   float Y() { return static_cast<float>(Pick(ws.plot.Height())); }
   void Do(const std::function<void()>& command);
-  void Do(const Step& step);
   void Key(const char* key);
   void Mode(const char* key) { Key(key); }
   void Press(int button, int shift, int drag);
@@ -40,6 +40,8 @@ class RandomUser {
   void ReSampleList();
   void IntegrateSome();
   void ClearSome();
+  void EditPoints();
+  void Drag(float x, float y, int shift);
   void ChangeCurves();
   void UseImageTool();
   void Rarely();
