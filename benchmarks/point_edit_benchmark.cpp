@@ -29,7 +29,8 @@ PointStore FullStore(const AxisCalibration& axes) {
   CommandStates commands;
   PointStore store;
   for (int i = 0; i < store.MaxPoints; ++i) {
-    store.CurrentPlace = {100 + static_cast<float>(i) / 4, 4000 + 3000 * std::sin(i / 900.0f)};
+    store.CurrentPlace = {100 + static_cast<float>(i) / 4,
+                          4000 + 3000 * std::sin(static_cast<float>(i) / 900)};
     const auto [x, y] = ValuesAt(axes, store.CurrentPlace.Column, kHeight - store.CurrentPlace.Row);
     AddValuePoint(store, commands, desktop, false, x, y);
   }

@@ -65,9 +65,9 @@ TEST_F(EditPointsWindow, DragsNudgesAndDeletesWithUndoAfterEach) {
   ASSERT_FALSE(HasFatalFailure());
   // Straight after the capture, without the mode.
   Key("alt+Right");
-  Key("alt+shift+Right");
-  EXPECT_NEAR(Rows()[3].X, XAt(520) + 1.1f * 12 / 540, 1e-4);
-  EXPECT_EQ(State().store.Places[4], (Place{521.1f, 80}));
+  Key("alt+Down");
+  EXPECT_NEAR(Rows()[3].X, XAt(521), 1e-4);
+  EXPECT_EQ(State().store.Places[4], (Place{521, 81}));
   ExpectUndoneBy("Move (1 point)", captured_);
   Key("ctrl+z");
 
