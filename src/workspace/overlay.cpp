@@ -59,7 +59,7 @@ void AddEditedPoints(const Workspace& ws, const PlotOverlay::Rectangle& area,
   if (!editing && selected.IsEmpty()) return;
   overlay.EditColour = ws.curves.Curves.size() > 1 ? ActiveCurve(ws.curves).MarkColour
                                                    : PaletteColour(ws.settings.TraceColor);
-  overlay.SelectedColour = PaletteColour(14);
+  overlay.SelectedColour = PaletteColour(13);
   for (int i = 1; i <= store.ListCount; ++i) {
     const PointId id = store.ListId[i];
     const bool isSelected = selected.Has(id);
