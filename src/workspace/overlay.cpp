@@ -107,8 +107,9 @@ PlotOverlay Plot_Paint(const Workspace& ws, const PlotOverlay::Rectangle& area) 
   AddCurves(overlay, ws, area);
   // A curve that is hidden is not seen in any way.
   const bool shown = ActiveCurve(ws.curves).Shown;
+  // But nothing is edited unseen.
+  if (shown || ws.mode == Mode::EditPoints) AddEditedPoints(ws, area, overlay);
   if (ws.store.CaptureCount == 0 || !shown) return overlay;
-  AddEditedPoints(ws, area, overlay);
   if (ws.commands.Overlay && ws.calibration.IsComplete()) {
     overlay.DataColour = PaletteColour(ws.settings.TraceColor);
     for (int i = 1; i <= ws.store.ListCount; ++i) {

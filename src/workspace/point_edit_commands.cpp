@@ -242,9 +242,10 @@ void ReleasePoints(Workspace& ws, const Desktop& desktop) {
       found = PointsWithin(ws.store, {std::min(left, right), std::min(top, bottom),
                                       std::max(left, right), std::max(top, bottom)});
     if (edit.Extends) found = Union(found, ws.store.Page.Points);
-    if (!found.IsEmpty())
-      ws.status.Status = PointCount(static_cast<long long>(found.Count())) + " selected";
-    Select(ws, std::move(found));
+    Select(ws, found);
+    if (found.IsEmpty()) return;
+    ws.status.Status = PointCount(static_cast<long long>(found.Count())) + " selected";
+    ShowRow(ws, found.Ranges().front().First);
   }
 }
 
