@@ -1,10 +1,14 @@
 // Clearing marks costs what was drawn: compare the two sizes of picture. Readings are nanoseconds.
+// Five full curves over a screen of picture are a few milliseconds, over a small part of it a few
+// tenths of one.
 
 #include <benchmark/benchmark.h>
 
 #include "calibration/transform.h"
+#include "raster/curve_marks.h"
 #include "raster/plot_image.h"
 #include "support/quiet_desktop.h"
+#include "workspace/overlay.h"
 
 namespace graphize {
 namespace {
@@ -59,6 +63,28 @@ void BM_Pixels2Real(benchmark::State& state) {
   }
 }
 BENCHMARK(BM_Pixels2Real)->ArgName("log")->Arg(0)->Arg(1);
+
+/// What five curves of 32,767 points add to the painting of so many by so many pixels.
+void BM_PaintFiveCurves(benchmark::State& state) {
+  Workspace ws;
+  SetPicture(ws.plot, Raster::Filled(1000, 1000, kWhitePixel));
+  const Desktop desktop = test::QuietDesktop();
+  for (int curve = 0; curve < 5; ++curve) {
+    if (curve > 0) AddCurve(ws.curves, ws.store, FreeCurveName(ws.curves));
+    for (int i = 0; i < ws.store.MaxPoints; ++i) {
+      ws.store.CurrentPlace = {static_cast<float>(i % 1000), static_cast<float>(i * 7 % 991)};
+      AddPoint(ws.store, ws.commands, desktop, false);
+    }
+  }
+  const int size = static_cast<int>(state.range(0));
+  for (auto _ : state) {
+    Raster part = Raster::Filled(size, size, kWhitePixel);
+    for (const PlotOverlay::Marks& marks : Plot_Paint(ws, {0, 0, size - 1, size - 1}).Curves)
+      PaintMarks(part, 0, 0, marks);
+    benchmark::DoNotOptimize(part.Pixels());
+  }
+}
+BENCHMARK(BM_PaintFiveCurves)->ArgName("pixels")->Arg(20)->Arg(1000)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace graphize
