@@ -10,6 +10,8 @@
 #include <cstdio>
 #include <utility>
 
+#include "base/descriptor.h"
+
 namespace graphize {
 
 namespace {
@@ -26,20 +28,6 @@ std::error_code OnlyRegular(const fs::file_status& status) {
   return std::make_error_code(fs::is_directory(status) ? std::errc::is_a_directory
                                                        : std::errc::not_supported);
 }
-
-class Descriptor {
- public:
-  explicit Descriptor(int descriptor = -1) : descriptor_(descriptor) {}
-  Descriptor(Descriptor&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
-  ~Descriptor() {
-    if (IsOpen()) close(descriptor_);
-  }
-  bool IsOpen() const { return descriptor_ >= 0; }
-  int Get() const { return descriptor_; }
-
- private:
-  int descriptor_;
-};
 
 /// Where the symbolic links at `path` lead, also when there is nothing yet.
 fs::path FollowLinks(fs::path path, std::error_code& failure) {

@@ -1,0 +1,22 @@
+#pragma once
+
+namespace graphize {
+
+/// A file or folder that the system has open; closed with this.
+class Descriptor {
+ public:
+  explicit Descriptor(int descriptor = -1) : descriptor_(descriptor) {}
+  Descriptor(Descriptor&& other) noexcept : descriptor_(other.descriptor_) {
+    other.descriptor_ = -1;
+  }
+  Descriptor& operator=(Descriptor&& other) noexcept;
+  ~Descriptor();
+
+  bool IsOpen() const { return descriptor_ >= 0; }
+  int Get() const { return descriptor_; }
+
+ private:
+  int descriptor_;
+};
+
+}  // namespace graphize
