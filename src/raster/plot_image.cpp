@@ -1,32 +1,48 @@
 #include "raster/plot_image.h"
 
 #include <algorithm>
+#include <atomic>
 #include <utility>
 
 #include "raster/line_walk.h"
+#include "raster/parallel_rows.h"
 
 namespace graphize {
 
 namespace {
 
+/// A pixel's part of the number.
+std::uint32_t HashOf(std::uint32_t index, std::uint32_t pixel) {
+  std::uint32_t hash = (pixel ^ index * 0x9e3779b1u) * 0x85ebca6bu;
+  hash = (hash ^ hash >> 13) * 0xc2b2ae35u;
+  return hash ^ hash >> 16;
+}
+
+/// A pixel of the base picture becomes another one.
+void FollowEdit(PlotImage& image, std::uint32_t index, std::uint32_t from, std::uint32_t to) {
+  if (image.Number) *image.Number += std::uint64_t{HashOf(index, to)} - HashOf(index, from);
+}
+
 /// Writes one pixel that is inside and remembers in `log` what it covers.
 void Overdraw(PlotImage& image, OverdrawnPixels& log, int x, int y, std::uint32_t pixel) {
   std::uint32_t& target = image.Pixels.Row(y)[x];
   if (target == pixel) return;
-  log.push_back(
-      {static_cast<std::uint32_t>(static_cast<std::size_t>(y) * image.Width() + x), target});
+  const auto index = static_cast<std::uint32_t>(static_cast<std::size_t>(y) * image.Width() + x);
+  if (&log == &image.LastEdit) FollowEdit(image, index, target, pixel);
+  log.push_back({index, target});
   target = pixel;
 }
 
 /// Exchanges pixels of the raster and of a log, in the order of the iterators.
 template <class Iterator>
-void Swap(PlotImage& image, Iterator from, Iterator to) {
+void Swap(PlotImage& image, Iterator from, Iterator to, bool edit) {
   if (from == to) return;
   const auto width = static_cast<std::uint32_t>(image.Width());
   int left = image.Width(), right = -1;
   std::uint32_t first = UINT32_MAX, last = 0;
   for (; from != to; ++from) {
     std::swap(image.Pixels.Pixels()[from->Index], from->Pixel);
+    if (edit) FollowEdit(image, from->Index, from->Pixel, image.Pixels.Pixels()[from->Index]);
     const int x = static_cast<int>(from->Index % width);
     left = std::min(left, x);
     right = std::max(right, x);
@@ -48,7 +64,7 @@ void Restore(PlotImage& image, bool edit) {
   OverdrawnPixels& log = edit ? image.LastEdit : image.Marks;
   if (log.empty()) return;
   NoteDrawn(image);
-  SwapBackward(image, log);
+  SwapBackward(image, log, edit);
   Note(image, RasterEvent::Kind::TakenBack, edit, std::exchange(log, {}));
 }
 
@@ -216,18 +232,39 @@ PictureBox SetPicture(PlotImage& image, Raster picture) {
 }
 
 void ShowBox(PlotImage& image, const PictureBox& picture) {
+  const PictureBox before = image.Box;
   *image.Box = std::exchange(image.Pixels, Raster());
   image.Pixels = std::exchange(*picture, Raster());
   image.Box = picture;
+  image.Number.reset();
   image.Dirty = {0, 0, image.Width() - 1, image.Height() - 1};
 }
 
-void SwapForward(PlotImage& image, OverdrawnPixels& log) {
-  Swap(image, log.begin(), log.end());
+std::uint64_t PictureNumber(PlotImage& image) {
+  if (image.Number) return *image.Number;
+  const BasePictureShown base(image);
+  const Raster& pixels = image.Pixels;
+  // Of a blank picture not the same as of the same turned.
+  std::atomic<std::uint64_t> number = HashOf(static_cast<std::uint32_t>(pixels.Width()), 0);
+  PictureOperation operation;
+  ParallelRows(pixels.Width(), pixels.Height(), operation, [&](int first, int end) {
+    const auto start = static_cast<std::size_t>(first) * pixels.Width();
+    const auto behind = static_cast<std::size_t>(end) * pixels.Width();
+    std::uint64_t sum = 0;
+    for (std::size_t i = start; i < behind; ++i)
+      sum += HashOf(static_cast<std::uint32_t>(i), pixels.Pixels()[i]);
+    number += sum;
+  });
+  image.Number = number;
+  return number;
 }
 
-void SwapBackward(PlotImage& image, OverdrawnPixels& log) {
-  Swap(image, log.rbegin(), log.rend());
+void SwapForward(PlotImage& image, OverdrawnPixels& log, bool edit) {
+  Swap(image, log.begin(), log.end(), edit);
+}
+
+void SwapBackward(PlotImage& image, OverdrawnPixels& log, bool edit) {
+  Swap(image, log.rbegin(), log.rend(), edit);
 }
 
 }  // namespace graphize

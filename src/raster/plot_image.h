@@ -2,7 +2,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "base/palette.h"
@@ -37,6 +39,9 @@ struct PlotImage {
   DirtyArea Dirty;
   std::string SourceName;  // file name, or the word for a pasted or scanned picture
   RasterEvents Noted;      // for the history
+  // See PictureNumber: of the base picture, where it is known.
+  std::optional<std::uint64_t> Number;
+  std::vector<std::pair<std::weak_ptr<Raster>, std::uint64_t>> BoxNumbers;  // of those put away
 
   int Width() const { return Pixels.Width(); }
   int Height() const { return Pixels.Height(); }
@@ -101,12 +106,17 @@ void UndoEdit(PlotImage& image);
 PictureBox SetPicture(PlotImage& image, PictureBox picture);
 PictureBox SetPicture(PlotImage& image, Raster picture);
 
+/// A number that tells base pictures apart, whatever way has led to them: the sum over all pixels
+/// of a hash of place and colour (the final mixing of MurmurHash3). It follows edits; the first
+/// question for a picture reads all of it.
+std::uint64_t PictureNumber(PlotImage& image);
+
 /// What the history's events are made of. The box of the picture that is shown takes it, and that
 /// of another one is emptied.
 void ShowBox(PlotImage& image, const PictureBox& picture);
-/// Exchange pixels of the raster and of `log`, oldest or newest first.
-void SwapForward(PlotImage& image, OverdrawnPixels& log);
-void SwapBackward(PlotImage& image, OverdrawnPixels& log);
+/// Exchange pixels of the raster and of `log`, of an edit or of marks, oldest or newest first.
+void SwapForward(PlotImage& image, OverdrawnPixels& log, bool edit);
+void SwapBackward(PlotImage& image, OverdrawnPixels& log, bool edit);
 /// Notes what has been drawn since the last event.
 void NoteDrawn(PlotImage& image);
 

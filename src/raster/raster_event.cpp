@@ -72,7 +72,7 @@ OverdrawnPixels& LogOf(PlotImage& image, const RasterEvent& event) {
 void PutOn(PlotImage& image, RasterEvent& event) {
   OverdrawnPixels pixels = event.Pixels.Take();
   event.Count = pixels.size();
-  SwapForward(image, pixels);
+  SwapForward(image, pixels, event.Edit);
   OverdrawnPixels& log = LogOf(image, event);
   if (log.empty())
     log = std::move(pixels);
@@ -86,7 +86,7 @@ void TakeOff(PlotImage& image, RasterEvent& event) {
   const auto first = log.end() - static_cast<std::ptrdiff_t>(event.Count);
   OverdrawnPixels pixels(first, log.end());
   log.erase(first, log.end());
-  SwapBackward(image, pixels);
+  SwapBackward(image, pixels, event.Edit);
   event.Pixels = PixelLog(pixels);
 }
 
