@@ -13,7 +13,8 @@ namespace graphize {
 // zoom, and the forms. The recipe's steps and the raster, which are too large to compare, come
 // beside it.
 
-/// The small records. A change of the first kPassingRecords alone is none that Undo stops at.
+/// The small records. A change of the first kPassingRecords alone is none that Undo stops at. The
+/// last kPointNumbers go with the points.
 inline auto RecordsOf(Workspace& ws) {
   PointStore& store = ws.store;
   CommandStates& commands = ws.commands;
@@ -29,6 +30,7 @@ inline auto RecordsOf(Workspace& ws) {
       store.ListIsCaptured, store.ListRows, store.LastPixelX, store.LastPixelY, store.NPoints);
 }
 inline constexpr std::size_t kPassingRecords = 9;
+inline constexpr std::size_t kPointNumbers = 7;
 
 /// The points, with what lies behind their numbers.
 template <class Store>

@@ -78,6 +78,21 @@ void ApplyRaster(PlotImage& plot, std::vector<RasterEvent>& events, bool back) {
 
 }  // namespace
 
+void DocumentDelta::Add(const Change& change) {
+  Any = true;
+  for (const Change::Record& record : change.Records)
+    Records = Records || record.Number + kPointNumbers < std::tuple_size_v<RecordCopies>;
+  // Outside of the widest middle nothing has changed, however many changes there were.
+  ForEachIn<ArrayCopies>([&](auto number) {
+    const auto& array = std::get<number>(change.Arrays);
+    if (!array.Differs) return;
+    Part& part = Arrays[number];
+    part = {true, std::min(part.First, array.First), std::min(part.Behind, array.Behind)};
+  });
+  if (change.Points != nullptr) Arrays.fill({.Differs = true, .First = 0, .Behind = 0});
+  StepsKept = std::min(StepsKept, change.StepsKept);
+}
+
 void History::Begin(Workspace& ws) {
   KeepEvents(ws.plot);
   records_ = RecordsOf(ws);
@@ -87,6 +102,7 @@ void History::Begin(Workspace& ws) {
   passing_.clear();
   bytes_ = sharedBytes_ = 0;
   ws.curves.Left.reset();
+  delta_ = {.Anew = true, .Any = true, .Arrays = {}};
   NoteTheRest(ws);
   ShowNames(ws);
 }
@@ -149,7 +165,11 @@ std::optional<Change> History::FindChange(Workspace& ws, std::string& name) {
   change.Page = page_;
   NoteTheRest(ws);
   if (!substance && change.Records.empty() && done.empty() && !anew) return std::nullopt;
-  if (substance) name = anew && ws.recipe.BroughtBack ? "Open project" : NameOfChange(done, points);
+  if (substance)
+    name = !anew || !ws.recipe.BroughtBack ? NameOfChange(done, points)
+           : ws.recipe.Recovered           ? "Recovery"
+                                           : "Open project";
+  delta_.Add(change);
   change.Bytes = BytesOf(change);
   return change;
 }
@@ -212,6 +232,7 @@ void History::AddPassing(Change change) {
 }
 
 void History::Apply(Workspace& ws, Change& change, Way way) {
+  delta_.Add(change);
   if (change.Points != nullptr)
     change.Points = ExchangePoints(ws.curves, ws.store, std::move(change.Points));
   const auto records = RecordsOf(ws);

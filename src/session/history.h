@@ -1,11 +1,15 @@
 #pragma once
 
 #include <any>
+#include <array>
 #include <cstddef>
+#include <cstdint>
 #include <deque>
 #include <memory>
 #include <optional>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include "raster/raster_event.h"
@@ -30,6 +34,23 @@ struct Change {
   std::size_t Bytes = 0;  // without whole pictures and curves that were put away
 };
 
+/// What of the document has become different over any number of changes, also of those that were
+/// taken back or done again: enough to write down what it has become.
+struct DocumentDelta {
+  struct Part {
+    bool Differs = false;
+    std::size_t First = SIZE_MAX, Behind = SIZE_MAX;  // elements that are as they were
+  };
+
+  bool Anew = false;     // it is another document
+  bool Any = false;      // something is different
+  bool Records = false;  // small records that do not go with the points
+  std::array<Part, std::tuple_size_v<ArrayCopies>> Arrays;
+  std::size_t StepsKept = SIZE_MAX;
+
+  void Add(const Change& change);
+};
+
 /// The way back, and forth again, over everything that happens to a document.
 ///
 /// A command that is more than passing is one entry, whatever happened in it; moves of the same
@@ -50,6 +71,9 @@ class History {
   /// when there is none. The recipe goes along.
   bool Undo(Workspace& ws);
   bool Redo(Workspace& ws);
+
+  /// What has become different since the last time that this was asked.
+  DocumentDelta TakeDelta() { return std::exchange(delta_, {}); }
 
   /// Entries that can be undone, and bytes that count against the budget.
   std::size_t Size() const { return undo_.size(); }
@@ -87,6 +111,7 @@ class History {
   std::int16_t captured_ = 0;  // points
   int recipe_ = 0;             // its number
   std::size_t steps_ = 0;      // in it
+  DocumentDelta delta_;
   std::deque<Entry> undo_;
   std::vector<Entry> redo_;
   std::vector<Change> passing_;  // while there is something to redo
