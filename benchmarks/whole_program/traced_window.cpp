@@ -98,7 +98,10 @@ int main(int argc, char** argv) {
   QTemporaryDir folder;
   const std::string picture = folder.filePath(QStringLiteral("wide.tif")).toStdString();
   graphize::SavePicture(picture, 1, 0, graphize::WideCurve().Pixels);
-  MainWindow window(folder.filePath(QStringLiteral("graphize.ini")).toStdString());
+  MainWindow window({.Settings = folder.filePath(QStringLiteral("graphize.ini")).toStdString(),
+                     .StartFolder = {},
+                     .Help = {},
+                     .Sessions = folder.filePath(QStringLiteral("sessions")).toStdString()});
   window.Start();
   window.show();
   window.OpenWhenShown({picture});

@@ -75,7 +75,11 @@ int main(int argc, char** argv) {
   const std::jthread fonts = graphize::ReadFonts();
   QApplication application(argc, argv);
   QTemporaryDir folder;
-  graphize::MainWindow window(folder.filePath(QStringLiteral("graphize.ini")).toStdString());
+  graphize::MainWindow window(
+      {.Settings = folder.filePath(QStringLiteral("graphize.ini")).toStdString(),
+       .StartFolder = {},
+       .Help = {},
+       .Sessions = folder.filePath(QStringLiteral("sessions")).toStdString()});
   AfterFirstPaint first;
   window.installEventFilter(&first);
   first.Then = [&] {

@@ -1,6 +1,7 @@
 #include <unistd.h>
 
 #include <QApplication>
+#include <QDir>
 #include <QStandardPaths>
 #include <QUrl>
 #include <cstdio>
@@ -12,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include "app/end_signals.h"
 #include "app/fonts.h"
 #include "app/main_window.h"
 #include "batch/batch.h"
@@ -23,6 +25,15 @@ namespace {
 std::filesystem::path SettingsPath() {
   const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
   return std::filesystem::path(folder.toStdString()) / "graphize" / "graphize.ini";
+}
+
+/// Where sessions are kept. The system's own default where the user has set none.
+std::filesystem::path SessionsFolder() {
+  // A relative path in the variable is to be ignored.
+  std::filesystem::path state = qEnvironmentVariable("XDG_STATE_HOME").toStdString();
+  if (!state.is_absolute())
+    state = std::filesystem::path(QDir::homePath().toStdString()) / ".local/state";
+  return state / "graphize/sessions";
 }
 
 /// The help stands beside the program, as it does where the program was built, or where an
@@ -70,7 +81,13 @@ int RunWindow(int argc, char** argv) {
   const std::filesystem::path startFolder = std::filesystem::current_path(ignored);
   std::filesystem::current_path(QApplication::applicationDirPath().toStdString(), ignored);
 
-  graphize::MainWindow window(SettingsPath(), startFolder, HelpFile());
+  graphize::MainWindow window({.Settings = SettingsPath(),
+                               .StartFolder = startFolder,
+                               .Help = HelpFile(),
+                               .Sessions = SessionsFolder()});
+  const graphize::EndSignals endSignals;
+  QObject::connect(&endSignals, &graphize::EndSignals::EndAsked, &window,
+                   &graphize::MainWindow::LeaveForLater);
   window.Start();
   window.show();
   if (!pictures.empty()) window.OpenWhenShown(pictures);

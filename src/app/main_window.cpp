@@ -51,13 +51,13 @@ QRect ScreenSpace() {
 
 }  // namespace
 
-MainWindow::MainWindow(std::filesystem::path settingsPath, std::filesystem::path startFolder,
-                       std::filesystem::path helpFile) {
+MainWindow::MainWindow(ProgramFiles files)
+    : journal_(files.Sessions), sessions_(std::move(files.Sessions)) {
   setObjectName(QStringLiteral("Graphize"));
   setAcceptDrops(true);
-  ws_.settingsPath = std::move(settingsPath);
-  ws_.picture.Folder = std::move(startFolder);
-  ws_.help.File = std::move(helpFile);
+  ws_.settingsPath = std::move(files.Settings);
+  ws_.picture.Folder = std::move(files.StartFolder);
+  ws_.help.File = std::move(files.Help);
   const QSize screen = QGuiApplication::primaryScreen()->size();
   ws_.window.ScreenWidth = screen.width();
   ws_.window.ScreenHeight = screen.height();
@@ -161,7 +161,7 @@ void MainWindow::Do(const Command& command, bool redraw) {
     OpenAskedProject(ws_, desktop_->Callbacks());
   });
   NoteRecentFiles();
-  history_.Commit(ws_);
+  Commit();
   if (redraw) plot_->update();
   Render();
   desktop_->EndCommand();
@@ -171,6 +171,15 @@ void MainWindow::Do(const Command& command, bool redraw) {
 
 void MainWindow::Do(const Step& step) {
   Do([&](Workspace& ws, const Desktop& desktop) { graphize::Do(ws, desktop, step); });
+}
+
+void MainWindow::Commit() {
+  RunCommand(ws_, desktop_->Callbacks(), [&] { journal_.KeepPicture(ws_, desktop_->Callbacks()); });
+  history_.Commit(ws_);
+  const DocumentDelta delta = history_.TakeDelta();
+  if (delta.Any) sessionEnds_ = false;
+  journal_.Append(ws_, delta);
+  if (std::string note = journal_.TakeNote(); !note.empty()) ws_.status.Status = std::move(note);
 }
 
 void MainWindow::Note(const std::function<void(Workspace&)>& change) {
@@ -284,11 +293,14 @@ bool MainWindow::MustWaitToClose(QWidget* window) {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
+  if (sessionEnds_) return event->accept();
   if (MustWaitToClose(this)) return event->ignore();
   bool mayClose = false;
   Do([&](Workspace& ws, const Desktop& desktop) { mayClose = MayClose(ws, desktop); });
   event->setAccepted(mayClose);
-  if (mayClose) QApplication::closeAllWindows();
+  if (!mayClose) return;
+  journal_.Close();
+  QApplication::closeAllWindows();
 }
 
 void MainWindow::resizeEvent(QResizeEvent* event) {

@@ -10,6 +10,8 @@
 #include "app/commands.h"
 #include "app/qt_desktop.h"
 #include "session/history.h"
+#include "session/journal.h"
+#include "session/left_session.h"
 #include "workspace/do.h"
 #include "workspace/workspace.h"
 
@@ -28,18 +30,25 @@ class HelpWindow;
 class PictureArea;
 class PlotView;
 class ReadOutPanel;
+class RecoveryBar;
 class StatusPanels;
 class TracerPanel;
 class ZoomView;
+
+/// Where the program's files are. Without a path there is no such file.
+struct ProgramFiles {
+  std::filesystem::path Settings;
+  std::filesystem::path StartFolder;  // where file dialogs start until a picture has been opened
+  std::filesystem::path Help;
+  std::filesystem::path Sessions;  // the folder in which sessions are kept
+};
 
 /// The main window `Graphize`: owns the records, turns events into commands and renders the records
 /// after each.
 class MainWindow : public QMainWindow {
   Q_OBJECT
  public:
-  /// File dialogs start in `startFolder` until a picture has been opened.
-  explicit MainWindow(std::filesystem::path settingsPath, std::filesystem::path startFolder = {},
-                      std::filesystem::path helpFile = {});
+  explicit MainWindow(ProgramFiles files);
   ~MainWindow() override;
 
   /// Reads the settings and takes the window's place over; before the window is shown.
@@ -47,6 +56,9 @@ class MainWindow : public QMainWindow {
   /// Opens the first of these pictures once the window is on the screen, and tells about the
   /// others.
   void OpenWhenShown(const std::vector<std::filesystem::path>& files);
+
+  /// Ends the program without a question. What is not saved is offered at the next start.
+  void LeaveForLater();
 
   const Workspace& State() const { return ws_; }
 
@@ -96,6 +108,13 @@ class MainWindow : public QMainWindow {
   std::filesystem::path RecentList() const;
   bool IsBusy() const;
   void OpenWaiting();
+  /// What the last command has changed, into the history and onto the disk.
+  void Commit();
+  /// Offers the next of the sessions that were left.
+  void OfferSession();
+  void RecoverSession();
+  void DeleteSession();
+  void PrepareForSessionEnd();
   /// Changes a record from an event that may come while a command runs.
   void Note(const std::function<void(Workspace&)>& change);
   void Render();
@@ -119,9 +138,14 @@ class MainWindow : public QMainWindow {
 
   Workspace ws_;
   History history_;
+  Journal journal_;
+  std::filesystem::path sessions_;
+  std::vector<std::filesystem::path> leftFolders_;  // not looked at yet, the newest first
+  std::optional<LeftSession> leftSession_;          // that is offered
   std::vector<std::pair<QAction*, const MenuEntry*>> menuActions_;
   std::vector<QAction*> toolActions_;  // in the order of ToolButtons()
 
+  RecoveryBar* recoveryBar_ = nullptr;
   PictureArea* pictureArea_ = nullptr;
   PlotView* plot_ = nullptr;
   ZoomView* zoom_ = nullptr;
@@ -151,6 +175,7 @@ class MainWindow : public QMainWindow {
   bool shown_ = false;
   QMenu* recentMenu_ = nullptr;
   bool recentFailureTold_ = false;
+  bool sessionEnds_ = false;  // the desktop's; nothing has changed since it said so
 };
 
 }  // namespace graphize

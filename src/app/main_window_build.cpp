@@ -15,6 +15,7 @@
 #include "app/icons.h"
 #include "app/main_window.h"
 #include "app/picture_area.h"
+#include "app/recovery_bar.h"
 #include "app/status_panels.h"
 #include "calibration/axis_panel.h"
 #include "capture/curve_panel.h"
@@ -132,6 +133,8 @@ void MainWindow::FinishStart() {
   };
   connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, look);
   look();
+  leftFolders_ = SessionFolders(sessions_);
+  OfferSession();
 }
 
 void MainWindow::BuildToolbar() {
@@ -164,7 +167,7 @@ void MainWindow::BuildCentre() {
   grid->setContentsMargins(4, 4, 4, 0);
   grid->setSpacing(0);
 
-  grid->addWidget(BuildSidePanel(), 0, 0, 2, 1);
+  grid->addWidget(BuildSidePanel(), 0, 0, 3, 1);
   grid->setColumnMinimumWidth(1, 4);
 
   pictureArea_ = new PictureArea;
@@ -174,11 +177,13 @@ void MainWindow::BuildCentre() {
   zoom_ = new ZoomView(ws_.plot, ZoomWindow::kMinimum, ZoomWindow::kMaximum, centre);
   horizontal_ = Named(new QScrollBar(Qt::Horizontal), "HPScroll", tr("Scroll the picture across"));
   vertical_ = Named(new QScrollBar(Qt::Vertical), "VpScroll", tr("Scroll the picture down"));
-  grid->addWidget(pictureArea_, 0, 2);
-  grid->addWidget(vertical_, 0, 3);
-  grid->addWidget(horizontal_, 1, 2);
+  recoveryBar_ = new RecoveryBar;
+  grid->addWidget(recoveryBar_, 0, 2, 1, 2);
+  grid->addWidget(pictureArea_, 1, 2);
+  grid->addWidget(vertical_, 1, 3);
+  grid->addWidget(horizontal_, 2, 2);
   grid->setColumnStretch(2, 1);
-  grid->setRowStretch(0, 1);
+  grid->setRowStretch(1, 1);
   setCentralWidget(centre);
 }
 
@@ -235,6 +240,11 @@ void MainWindow::ConnectPanels() {
   // Not when a box over the picture takes the pointer away: then a command runs.
   connect(plot_, &PlotView::Left, this,
           [this] { Do([](Workspace& ws, const Desktop&) { Plot_MouseLeave(ws); }, false); });
+
+  connect(recoveryBar_, &RecoveryBar::RecoverPressed, this, &MainWindow::RecoverSession);
+  connect(recoveryBar_, &RecoveryBar::DeletePressed, this, &MainWindow::DeleteSession);
+  connect(recoveryBar_, &RecoveryBar::LaterPressed, this, &MainWindow::OfferSession);
+  connect(qApp, &QGuiApplication::commitDataRequest, this, &MainWindow::PrepareForSessionEnd);
 
   connect(horizontal_, &QScrollBar::valueChanged, this, [this](int value) {
     Do([=](Workspace& ws, const Desktop&) { ScrollTo(ws.view, value, ws.view.Y); }, false);

@@ -28,6 +28,7 @@ struct Recipe {
   std::vector<std::string> Options;  // as the steps leave them, in the order of RecipeOptions()
   int Number = 0;                    // of the recipes that began since the start
   bool BroughtBack = false;          // it came with a document that was kept
+  bool Recovered = false;            // in the folder of a session that did not end as it should
   std::vector<Step> Replaced;        // the steps of the one before, for the history to take
 };
 

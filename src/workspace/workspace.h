@@ -54,6 +54,10 @@ struct PictureSource {
   bool FromFile = true;  // reload acts only on these
   bool WithoutFile = false;
   std::shared_ptr<const std::string> Bytes;  // the file itself, where it came in a project
+  // The file in the session's folder that has the picture as it was after so many steps of the
+  // recipe; empty: the steps alone make it again.
+  std::string KeptCopy;
+  int KeptSteps = 0;
 
   bool operator==(const PictureSource&) const = default;
 };

@@ -11,7 +11,10 @@
 #include <QTimer>
 #include <QToolBar>
 #include <QWindow>
+#include <cstdlib>
+#include <string_view>
 
+#include "app/journaled_work.h"
 #include "support/virtual_scanner.h"
 #include "widgets/form_dialog.h"
 
@@ -60,7 +63,8 @@ WindowTest::~WindowTest() {
 }
 
 void WindowTest::Start() {
-  window_ = std::make_unique<MainWindow>(SettingsFile(), std::filesystem::path(), helpFile_);
+  window_ = std::make_unique<MainWindow>(ProgramFiles{
+      .Settings = SettingsFile(), .StartFolder = {}, .Help = helpFile_, .Sessions = Sessions()});
   auto* timer = new QTimer(window_.get());
   QObject::connect(timer, &QTimer::timeout, window_.get(), [this] { ServeModal(); });
   timer->start(20);
@@ -237,6 +241,8 @@ void WindowTest::UntilFormIsClosed() {
 int main(int argc, char** argv) {
   graphize::test::HideRealScanners();
   QApplication application(argc, argv);
+  if (argc == 4 && std::string_view(argv[1]) == graphize::test::kJournaledWork)
+    return graphize::test::DoJournaledWork(argv[2], static_cast<unsigned>(std::atoi(argv[3])));
   ::testing::InitGoogleTest(&argc, argv);
   return RUN_ALL_TESTS();
 }

@@ -25,10 +25,13 @@ class WindowTest : public ::testing::Test {
 
   /// Makes and shows the window; its settings file is `SettingsFile()`.
   void Start();
+  /// The window is gone without having been closed.
+  void Abandon() { window_.reset(); }
   /// Before Start: another help file than the one that was built.
   void UseHelp(const std::filesystem::path& file) { helpFile_ = file; }
   std::filesystem::path Folder() const { return folder_.path().toStdString(); }
   std::filesystem::path SettingsFile() const { return Folder() / "graphize.ini"; }
+  std::filesystem::path Sessions() const { return Folder() / "sessions"; }
 
   /// A control of the form that is open, else of the main window.
   template <typename Control>
