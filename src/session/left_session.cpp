@@ -44,14 +44,6 @@ bool IsInCopy(const Step& step) {
                  UndoImageToolStep, BlackWhiteStep, ResetStep>(step);
 }
 
-/// Whether anybody would miss it: not a picture that was opened and nothing more.
-bool IsWorthKeeping(const JournalledDocument& kept) {
-  const std::vector<Step>& steps = kept.Document.Steps.Steps;
-  return !kept.PictureCopy.empty() || std::any_of(steps.begin(), steps.end(), [](const Step& step) {
-    return !IsOneOf<OpenStep, SetStep, ModeStep, RefreshStep, SaveStep>(step);
-  });
-}
-
 std::string Named(const fs::path& picture) {
   return "\"" + picture.filename().string() + "\"";
 }
@@ -72,6 +64,14 @@ int PointsIn(const KeptDocument& kept) {
   for (const Curve& curve : kept.Curves)
     points += curve.Points->ListCount > 0 ? curve.Points->ListCount : curve.Points->CaptureCount;
   return points;
+}
+
+/// Whether anybody would miss it: not a picture that was opened and nothing more.
+bool IsWorthKeeping(const JournalledDocument& kept) {
+  const std::vector<Step>& steps = kept.Document.Steps.Steps;
+  return !kept.PictureCopy.empty() || std::any_of(steps.begin(), steps.end(), [](const Step& step) {
+    return !IsOneOf<OpenStep, SetStep, ModeStep, RefreshStep, SaveStep>(step);
+  });
 }
 
 std::string TimeText(std::int64_t seconds, std::int64_t now) {
