@@ -259,8 +259,6 @@ void TakeAxes(const Small& small, JsonReader& reader) {
     kept.Axes.Defined[i] = row.Defined;
     kept.Axes.Armed[i] = row.Armed;
     kept.AxisRows[i] = row.Boxes;
-    if (i > 0 && row.Defined && !small.AxisRows[i - 1].Defined)
-      reader.Fail("axes.points", "lacks one that others depend on");
   }
   const AxisCalibration& axes = kept.Axes;
   const float norm = axes.SinAngle * axes.SinAngle + axes.CosAngle * axes.CosAngle;
