@@ -86,6 +86,11 @@ constexpr Options kPointOptions = {
     {"emit", 0, "LIST", kPoints,
      "what the tracer gives: center (default), above,\n"
      "below, with commas"},
+    {"read", 0, "COL,ROW[:DENSITY]", kPoints,
+     "the curve there, of any colour, on the picture in\n"
+     "colour: one point per column, or one every so many\n"
+     "PIXELS, where it \"bends\", or at \"x=X,X,...\"",
+     true},
     {"scan", 0, "LEFT,TOP,RIGHT,BOTTOM", kPoints, "all black pixels in the rectangle", true},
     {"x-increment", 0, "N", kPoints, "columns to look ahead, or of a scan's step (2)"},
     {"y-increment", 0, "N", kPoints, "rows to step over (3), or of a scan's step (2)"},
@@ -165,6 +170,12 @@ they are those on the changed one, which --save-picture shows.
   A curve, followed from its left end:
     graphize digitize plot.png --black-white --origin 70,430:0,-1 \
       --x-axis 610,430:12 --y-axis 70,40:1 --trace 76,385 -o plot.dat
+
+  A curve in colour, read to a part of a pixel, and the same at three X only:
+    graphize digitize colour.png --origin 70,430:0,-1 --x-axis 610,430:12 \
+      --y-axis 70,40:1 --read 240,214 --format csv -o curve.csv
+    graphize digitize colour.png --origin 70,430:0,-1 --x-axis 610,430:12 \
+      --y-axis 70,40:1 --read 240,214:x=2,4,8 --format csv -o three.csv
 
   A scan of points on log axes, without the grid, as CSV on standard output:
     graphize digitize page.tif --black-white --origin 90,600:1,0.1 \

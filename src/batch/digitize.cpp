@@ -63,7 +63,7 @@ bool HasAny(const CommandLine& line, std::initializer_list<const char*> names) {
 }
 
 bool Captures(const CommandLine& line) {
-  return HasAny(line, {"point", "trace", "scan"});
+  return HasAny(line, {"point", "trace", "read", "scan"});
 }
 
 class Maker {
@@ -79,7 +79,7 @@ class Maker {
       MakeAxes();
     for (const GivenOption& option : line_.Options) MakeOnPicture(option);
     if (!Captures(line_) && !IsPictureOnly(line_))
-      throw UsageError("nothing is captured: --point, --trace or --scan is missing");
+      throw UsageError("nothing is captured: --point, --trace, --read or --scan is missing");
     MakeOnLists();
     if (line_.Has("resample-log") && !line_.Has("resample"))
       throw UsageError("--resample-log needs --resample");
@@ -240,6 +240,8 @@ class Maker {
     } else if (option.Is("trace")) {
       const PlotPixel at = PixelOf(option, option.Value);
       Extract(TraceStep{At(at.X), At(at.Y), {}}, "3", option);
+    } else if (option.Is("read")) {
+      In(Mode::Graphize, Read(option), option);
     } else if (option.Is("scan")) {
       const auto [left, top, right, bottom] =
           Numbers<4>(option, option.Value, "LEFT,TOP,RIGHT,BOTTOM is expected");
@@ -257,6 +259,32 @@ class Maker {
     if (at.empty()) return step;
     const PlotPixel click = PixelOf(option, at);
     step.At = PlotPosition{At(click.X), At(click.Y)};
+    return step;
+  }
+
+  /// COLUMN,ROW with a density behind a colon.
+  static ReadStep Read(const GivenOption& option) {
+    using Kind = ReadingDensity::Kind;
+    const auto [at, density] = SplitOff(option.Value);
+    const PlotPixel click = PixelOf(option, at);
+    ReadStep step{At(click.X), At(click.Y), {}};
+    if (option.Value.find(':') == std::string::npos) return step;
+    if (density == "bends") {
+      step.Density.Is = Kind::Bends;
+    } else if (density.starts_with("x=")) {
+      step.Density.Is = Kind::AtX;
+      for (const std::string& text : Split(density.substr(2), ',')) {
+        const auto x = WholeNumberText(text);
+        if (!x || std::fabs(*x) > std::numeric_limits<float>::max())
+          Refuse(option, "\"" + text + "\" is no number of single precision");
+        step.Density.Xs.push_back(static_cast<float>(*x));
+      }
+    } else {
+      const auto pixels = IntegerText(density, 1, 32767);
+      if (!pixels)
+        Refuse(option, "COLUMN,ROW is expected, or with :PIXELS, :bends or :x=X,... behind");
+      step.Density = {Kind::Every, *pixels, {}};
+    }
     return step;
   }
 

@@ -66,6 +66,8 @@ void NoteWhatCameOut(Workspace& ws, const BatchStep& step, const Outcome& outcom
   if (captures && ws.mode == Mode::Graphize && outcome.Points == 0) {
     note(WhyNothing(ws, step));
     told.Failed.push_back(told.Notes.back());
+  } else if (!outcome.Remark.empty()) {
+    note(outcome.Remark);
   } else if (outcome.HiddenByMarks) {
     note("marks of an earlier trace cover a part of the curve");
   }

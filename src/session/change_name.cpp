@@ -29,6 +29,7 @@ struct Name {
   std::string operator()(const PointStep&) const { return "Capture"; }
   std::string operator()(const TraceStep&) const { return WithPoints("Trace", Points); }
   std::string operator()(const ScanStep&) const { return WithPoints("Scan", Points); }
+  std::string operator()(const ReadStep&) const { return WithPoints("Read Curve", Points); }
   std::string operator()(const BlockStep&) const { return "Blocker"; }
   std::string operator()(const ClearLastBlockerStep&) const { return "Clear last blocker"; }
   std::string operator()(const ClearBlockersStep&) const { return "Clear all blockers"; }

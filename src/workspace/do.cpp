@@ -10,6 +10,7 @@
 #include "workspace/picture_commands.h"
 #include "workspace/plot_mouse.h"
 #include "workspace/point_edit_commands.h"
+#include "workspace/reading_commands.h"
 #include "workspace/recipe_options.h"
 #include "workspace/run_command.h"
 #include "workspace/save_points.h"

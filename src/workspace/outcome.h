@@ -19,6 +19,7 @@ struct Outcome {
   std::string Reason;          // of all but Done, in plain words
   int Points = 0;              // that were captured
   std::optional<float> Area;   // of an integration
+  std::string Remark;          // what else there is to tell of a reading, in plain words
   bool HiddenByMarks = false;  // marks of an earlier trace cover a part of the traced curve
 
   bool IsDone() const { return Is == How::Done || Is == How::Stopped; }

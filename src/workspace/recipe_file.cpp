@@ -69,7 +69,7 @@ std::optional<RecipeFile::Picture> ReadPicture(const std::vector<std::string>& w
 }
 
 Step ReadStepLine(const std::string& line, int pictures, int number) {
-  std::variant<Step, std::string> read = ReadStep(line);
+  std::variant<Step, std::string> read = StepOf(line);
   if (const auto* problem = std::get_if<std::string>(&read)) throw LineError(number, *problem);
   Step step = std::get<Step>(std::move(read));
   if (const auto* open = std::get_if<OpenStep>(&step); open != nullptr && open->Picture > pictures)
@@ -177,7 +177,7 @@ RecipeFile ReadRecipe(std::string_view text, const fs::path& folder) {
 bool HadPoints(const RecipeFile& recipe) {
   if (recipe.Points) return *recipe.Points > 0;
   return std::any_of(recipe.Steps.begin(), recipe.Steps.end(), [](const RecipeFile::Line& line) {
-    return Is<CaptureStep>(line.Is) || Is<PointStep>(line.Is) || Is<TraceStep>(line.Is) ||
+    return Is<CaptureStep>(line.Is) || Is<PointStep>(line.Is) || Is<TraceStep>(line.Is) || Is<ReadStep>(line.Is) ||
            Is<ScanStep>(line.Is);
   });
 }

@@ -13,6 +13,7 @@
 #include "data/sort.h"
 #include "grid/grid_lines.h"
 #include "image_tools/picture_tools.h"
+#include "reading/density.h"
 #include "tracing/scan.h"
 #include "workspace/mode.h"
 
@@ -94,6 +95,13 @@ struct ScanStep {
   static constexpr const char* Name = "scan";
   ScanRectangle Area;
   Interruptions Went;
+};
+
+/// The curve there, of whatever colour, read off the picture and captured.
+struct ReadStep {
+  static constexpr const char* Name = "read";
+  float X = 0, Y = 0;
+  ReadingDensity Density;
 };
 
 struct BlockStep {
@@ -233,11 +241,11 @@ struct SaveStep {
 
 using Step =
     std::variant<OpenStep, ReloadStep, SetStep, ModeStep, AxisStep, RedefineStep, CaptureStep,
-                 PointStep, TraceStep, ScanStep, BlockStep, ClearLastBlockerStep, ClearBlockersStep,
-                 DrawStep, EraseStep, GridStep, UndoEditStep, ImageToolStep, UndoImageToolStep,
-                 BlackWhiteStep, RefreshStep, ClearDataStep, ResetStep, ClearRowsStep,
-                 MovePointsStep, DeletePointsStep, RecalculateStep, SortStep, SwapStep,
-                 UndoListStep, CurveLengthStep, IntegrateStep, ResampleStep, NewCurveStep,
+                 PointStep, TraceStep, ScanStep, ReadStep, BlockStep, ClearLastBlockerStep,
+                 ClearBlockersStep, DrawStep, EraseStep, GridStep, UndoEditStep, ImageToolStep,
+                 UndoImageToolStep, BlackWhiteStep, RefreshStep, ClearDataStep, ResetStep,
+                 ClearRowsStep, MovePointsStep, DeletePointsStep, RecalculateStep, SortStep,
+                 SwapStep, UndoListStep, CurveLengthStep, IntegrateStep, ResampleStep, NewCurveStep,
                  RenameCurveStep, DeleteCurveStep, SelectCurveStep, ShowCurveStep, SaveStep>;
 
 /// Whether the step is an X.

@@ -54,6 +54,9 @@ class Writer {
       if (last != first) Text += "-" + std::to_string(last);
     }
   }
+  void Values(std::vector<float>& values) {
+    for (float& value : values) Number(value);
+  }
   void Numbers(std::vector<std::int64_t>& numbers, const char* word) {
     if (!numbers.empty()) Text += std::string(" ") + word;
     for (const std::int64_t number : numbers) Text += " " + std::to_string(number);
@@ -155,6 +158,11 @@ class Reader {
     else
       Fail("the points \"" + word + "\" are not in order");
   }
+  /// All that is left.
+  void Values(std::vector<float>& values) {
+    do Number(values.emplace_back());
+    while (!AtEnd());
+  }
   void Numbers(std::vector<std::int64_t>& numbers, const char* word) {
     bool some = false;
     Flag(some, word);
@@ -244,6 +252,16 @@ void Fields(Io& io, ScanStep& step) {
   for (std::int32_t* side : {&step.Area.Left, &step.Area.Top, &step.Area.Right, &step.Area.Bottom})
     io.Integer(*side, -kMostPixels - 1, kMostPixels);
   Fields(io, step.Went);
+}
+template <class Io>
+void Fields(Io& io, ReadStep& step) {
+  using Kind = ReadingDensity::Kind;
+  io.Position(step.X, step.Y);
+  io.template Choice<Kind>(
+      step.Density.Is, "density",
+      {{Kind::Each, "each"}, {Kind::Every, "every"}, {Kind::Bends, "bends"}, {Kind::AtX, "at"}});
+  if (step.Density.Is == Kind::Every) io.Integer(step.Density.Pixels, 1, kMostPixels);
+  if (step.Density.Is == Kind::AtX) io.Values(step.Density.Xs);
 }
 template <class Io>
 void Fields(Io& io, BlockStep& step) {
@@ -363,7 +381,7 @@ std::string TextOf(const Step& step) {
       step);
 }
 
-std::variant<Step, std::string> ReadStep(std::string_view line) {
+std::variant<Step, std::string> StepOf(std::string_view line) {
   std::optional<std::vector<std::string>> words = Tokenize(line);
   if (!words) return std::string("a quotation mark is missing");
   if (words->empty()) return std::string("there is nothing to do");

@@ -13,6 +13,6 @@ std::string TextOf(const Step& step);
 
 /// The step that a line says, or what is wrong with the line in plain words. Whether the step makes
 /// sense is seen when it is done.
-std::variant<Step, std::string> ReadStep(std::string_view line);
+std::variant<Step, std::string> StepOf(std::string_view line);
 
 }  // namespace graphize

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "base/raster.h"
+#include "reading/paper.h"
+
+namespace graphize {
+
+/// A colour that is drawn with, as the difference of the paper to it.
+struct Ink {
+  Rgb Direction;       // of length 1
+  float Strength = 0;  // of the full ink, levels
+};
+
+/// The directions in which the strongest pixels of all strokes differ from the paper, densest
+/// first, no two nearer than 8 degrees.
+std::vector<Rgb> InkDirections(const Raster& picture, const Paper& paper);
+
+/// The ink of the stroke nearest to a click within `reach` pixels; absent where there is only
+/// paper.
+std::optional<Ink> InkAt(const Raster& picture, const Paper& paper,
+                         const std::vector<Rgb>& directions, double x, double y, int reach);
+
+}  // namespace graphize

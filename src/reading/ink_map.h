@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "raster/picture_operation.h"
+#include "reading/ink.h"
+
+namespace graphize {
+
+/// How much of each pixel is one ink: 0 to 1 in steps of 1/200, a byte per pixel. Where something
+/// else is drawn over the paper, the ink may lie beneath: such pixels are hidden, not empty.
+struct InkMap {
+  static constexpr std::uint8_t kFull = 200;
+  static constexpr std::uint8_t kWall = 253;    // nothing leads through here
+  static constexpr std::uint8_t kBeside = 254;  // blended with what hides
+  static constexpr std::uint8_t kHidden = 255;
+
+  int Width = 0, Height = 0;
+  std::vector<std::uint8_t> Values;
+
+  bool Contains(int x, int y) const {
+    return static_cast<unsigned>(x) < static_cast<unsigned>(Width) &&
+           static_cast<unsigned>(y) < static_cast<unsigned>(Height);
+  }
+  std::uint8_t& At(int x, int y) { return Values[static_cast<std::size_t>(y) * Width + x]; }
+  /// Outside is wall.
+  std::uint8_t At(int x, int y) const {
+    return Contains(x, y) ? Values[static_cast<std::size_t>(y) * Width + x] : kWall;
+  }
+  bool IsHidden(int x, int y) const { return At(x, y) >= kBeside; }
+  /// The ink's share, 0 where it is not seen.
+  double Share(int x, int y) const {
+    const std::uint8_t value = At(x, y);
+    return value <= kFull ? value / static_cast<double>(kFull) : 0;
+  }
+};
+
+/// Pixels that are nearer to another of `directions` are hidden, so are their neighbours that are
+/// neither paper nor full ink. An empty map when the operation was stopped.
+InkMap MapOf(const Raster& picture, const Paper& paper, const std::vector<Rgb>& directions,
+             const Ink& ink, PictureOperation& operation);
+
+}  // namespace graphize

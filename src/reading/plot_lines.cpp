@@ -1,0 +1,220 @@
+#include "reading/plot_lines.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <tuple>
+
+namespace graphize {
+
+namespace {
+
+constexpr int kMostSections = 40;
+constexpr double kLeastSide = 40;  // pixels of a plot; lines of a smaller one are not told
+constexpr float kLeastShare = 0.06f;
+constexpr float kSolid = 0.5f;
+
+/// How much ink lies at each offset across the lines of a direction, by sections along them.
+struct Profile {
+  int First = 0;  // offset of the first bin
+  std::vector<std::array<float, kMostSections>> Bins;
+  int Sections = kMostSections;
+  float SectionLength = 1;
+
+  float SectionShare(int bin, int section) const {
+    return Bins[static_cast<std::size_t>(bin)][static_cast<std::size_t>(section)] / SectionLength;
+  }
+  float Share(int bin) const {
+    if (bin < 0 || bin >= static_cast<int>(Bins.size())) return 0;
+    float sum = 0;
+    for (int i = 0; i < Sections; ++i) sum += SectionShare(bin, i);
+    return sum / static_cast<float>(Sections);
+  }
+};
+
+struct Profiles {
+  Profile Level, Upright;
+};
+
+Profiles ProfilesOf(const InkMap& map, const AxesFrame& frame) {
+  Profiles profiles;
+  const auto prepare = [&](Profile& profile, double from, double to, double length) {
+    profile.First = static_cast<int>(std::floor(from)) - 1;
+    profile.Bins.resize(static_cast<std::size_t>(std::ceil(to - from) + 3));
+    // Long enough for the dashes of a line.
+    profile.Sections = std::clamp(static_cast<int>(length / 8), 1, kMostSections);
+    profile.SectionLength = static_cast<float>(length / profile.Sections);
+  };
+  const double w = map.Width, h = map.Height;
+  const std::array us = {frame.U(0, 0), frame.U(w, 0), frame.U(0, h), frame.U(w, h)};
+  const std::array vs = {frame.V(0, 0), frame.V(w, 0), frame.V(0, h), frame.V(w, h)};
+  prepare(profiles.Level, *std::min_element(vs.begin(), vs.end()),
+          *std::max_element(vs.begin(), vs.end()), frame.Right - frame.Left);
+  prepare(profiles.Upright, *std::min_element(us.begin(), us.end()),
+          *std::max_element(us.begin(), us.end()), frame.Bottom - frame.Top);
+  const auto add = [](Profile& profile, double across, double part, float share) {
+    if (part < 0 || part >= 1) return;
+    const auto bin = static_cast<std::size_t>(std::lround(across) - profile.First);
+    profile.Bins[bin][static_cast<std::size_t>(part * profile.Sections)] += share;
+  };
+  for (int y = 0; y < map.Height; ++y) {
+    for (int x = 0; x < map.Width; ++x) {
+      const auto share = static_cast<float>(map.Share(x, y));
+      if (share <= 0) continue;
+      const double u = frame.U(x, y), v = frame.V(x, y);
+      add(profiles.Level, v, (u - frame.Left) / (frame.Right - frame.Left), share);
+      add(profiles.Upright, u, (v - frame.Top) / (frame.Bottom - frame.Top), share);
+    }
+  }
+  return profiles;
+}
+
+/// A bin of a line, and how evenly its ink lies.
+struct LineBin {
+  float Share = 0;
+  bool IsEven = false;
+};
+
+/// For every bin, the line that it belongs to.
+std::vector<std::optional<LineBin>> LinesIn(const Profile& profile) {
+  const int count = static_cast<int>(profile.Bins.size());
+  std::vector<float> shares;
+  for (int bin = 0; bin < count; ++bin) shares.push_back(profile.Share(bin));
+  const auto share = [&](int bin) {
+    return bin < 0 || bin >= count ? 0 : shares[static_cast<std::size_t>(bin)];
+  };
+  std::vector<std::optional<LineBin>> lines(static_cast<std::size_t>(count));
+  for (int bin = 0; bin < count; ++bin) {
+    const float here = share(bin);
+    if (here < kLeastShare) continue;
+    float before = here, behind = here;
+    for (int i = 1; i <= 9; ++i) {
+      before = std::min(before, share(bin - i));
+      behind = std::min(behind, share(bin + i));
+    }
+    if (here - std::max(before, behind) < 0.75f * here) continue;
+    int present = 0, even = 0;
+    const auto isPresent = [&](int i) { return profile.SectionShare(bin, i) > 0.4f * here; };
+    for (int i = 0; i < profile.Sections; ++i) {
+      present += isPresent(i) ? 1 : 0;
+      even += std::fabs(profile.SectionShare(bin, i) - here) < 0.25f * here ? 1 : 0;
+    }
+    // From side to side: a level curve seldom begins and ends on the frame.
+    if (!isPresent(0) || !isPresent(profile.Sections - 1)) continue;
+    const int needed = here < 0.16f ? 90 : 80, all = 100 * profile.Sections;
+    if (100 * 100 * present >= needed * all)
+      lines[static_cast<std::size_t>(bin)] = LineBin{here, 100 * even >= 85 * profile.Sections};
+  }
+  return lines;
+}
+
+/// The outermost solid line on one side of the click (`towards` is -1 or 1): a side of the frame,
+/// unless lines across go on beyond it.
+std::optional<int> SideOf(const std::vector<std::optional<LineBin>>& lines, int click, int towards,
+                          const auto& goesOnBeyond) {
+  const int count = static_cast<int>(lines.size());
+  const auto isLine = [&](int bin) {
+    return bin >= 0 && bin < count && lines[static_cast<std::size_t>(bin)];
+  };
+  for (int bin = towards < 0 ? 0 : count - 1;
+       bin >= 0 && bin < count && (click - bin) * towards <= 0; bin -= towards) {
+    const auto& line = lines[static_cast<std::size_t>(bin)];
+    if (!line || line->Share < kSolid) continue;
+    if (goesOnBeyond(bin)) return std::nullopt;
+    // Its inner edge.
+    while (isLine(bin - towards)) bin -= towards;
+    return bin;
+  }
+  return std::nullopt;
+}
+
+/// What is left of a pixel's ink without the line that it lies on.
+void TakeOut(const std::vector<std::optional<LineBin>>& lines, const Profile& profile,
+             double across, std::uint8_t& value) {
+  const auto& line = lines[static_cast<std::size_t>(std::lround(across) - profile.First)];
+  if (!line || value > InkMap::kFull) return;
+  if (line->Share >= 0.4f || !line->IsEven) {
+    value = InkMap::kHidden;
+    return;
+  }
+  const float share = static_cast<float>(value) / InkMap::kFull;
+  value = static_cast<std::uint8_t>(std::lround(
+      std::clamp((share - line->Share) / (1 - line->Share), 0.0f, 1.0f) * InkMap::kFull));
+}
+
+}  // namespace
+
+AxesFrame FrameOf(const AxisCalibration& calibration, int width, int height) {
+  AxesFrame frame{.Right = width - 1.0, .Bottom = height - 1.0};
+  if (!calibration.IsComplete()) return frame;
+  const auto x = [&](int i) { return static_cast<double>(calibration.PixelX[i]); };
+  const auto y = [&](int i) { return static_cast<double>(height - calibration.PixelY[i]); };
+  double dx = x(1) - x(0), dy = y(1) - y(0);
+  if (dx < 0) dx = -dx, dy = -dy;
+  const double length = std::hypot(dx, dy);
+  frame.Cos = dx / length;
+  frame.Sin = dy / length;
+  std::tie(frame.Left, frame.Right) = std::minmax({frame.U(x(0), y(0)), frame.U(x(1), y(1))});
+  std::tie(frame.Top, frame.Bottom) = std::minmax({frame.V(x(0), y(0)), frame.V(x(2), y(2))});
+  return frame;
+}
+
+std::vector<PlotLine> TakeOutLines(InkMap& map, const AxesFrame& frame, double x, double y) {
+  std::vector<PlotLine> found;
+  if (frame.Right - frame.Left < kLeastSide || frame.Bottom - frame.Top < kLeastSide) return found;
+  const Profiles profiles = ProfilesOf(map, frame);
+  const auto level = LinesIn(profiles.Level), upright = LinesIn(profiles.Upright);
+  const auto note = [&](const auto& lines, const Profile& profile, bool isLevel) {
+    for (std::size_t i = 0; i < lines.size(); ++i)
+      if (lines[i])
+        found.push_back({isLevel, profile.First + static_cast<int>(i), lines[i]->Share});
+  };
+  note(level, profiles.Level, true);
+  note(upright, profiles.Upright, false);
+
+  // Whether a solid line across goes on for 26 pixels: ticks are shorter, and numbers do not touch.
+  const auto goesOn = [&](bool isLevel, int offset, int towards) {
+    return std::any_of(found.begin(), found.end(), [&](const PlotLine& line) {
+      if (line.IsLevel == isLevel || line.Share < kSolid) return false;
+      int without = 0;
+      for (int beyond = 2; beyond <= 26; ++beyond) {
+        const double along = offset + towards * beyond, across = line.Offset;
+        const double u = isLevel ? across : along, v = isLevel ? along : across;
+        const double px = u * frame.Cos - v * frame.Sin, py = u * frame.Sin + v * frame.Cos;
+        const double share =
+            map.Share(static_cast<int>(std::lround(px)), static_cast<int>(std::lround(py)));
+        without += share < 0.3 ? 1 : 0;
+      }
+      return without <= 2;
+    });
+  };
+  const double clickU = frame.U(x, y), clickV = frame.V(x, y);
+  const auto side = [&](bool isLevel, int towards) -> std::optional<int> {
+    const Profile& profile = isLevel ? profiles.Level : profiles.Upright;
+    const int click = static_cast<int>(std::lround(isLevel ? clickV : clickU)) - profile.First;
+    const auto bin = SideOf(isLevel ? level : upright, click, towards,
+                            [&](int at) { return goesOn(isLevel, profile.First + at, towards); });
+    return bin ? std::optional(profile.First + *bin) : std::nullopt;
+  };
+  const auto top = side(true, -1), bottom = side(true, 1);
+  const auto left = side(false, -1), right = side(false, 1);
+  if (found.empty()) return found;
+
+  for (int row = 0; row < map.Height; ++row) {
+    for (int column = 0; column < map.Width; ++column) {
+      const double u = frame.U(column, row), v = frame.V(column, row);
+      std::uint8_t& value = map.At(column, row);
+      if ((top && v < *top + 1.5) || (bottom && v > *bottom - 1.5) || (left && u < *left + 1.5) ||
+          (right && u > *right - 1.5)) {
+        value = InkMap::kWall;
+        continue;
+      }
+      if (value == 0 || value > InkMap::kFull) continue;
+      TakeOut(level, profiles.Level, v, value);
+      TakeOut(upright, profiles.Upright, u, value);
+    }
+  }
+  return found;
+}
+
+}  // namespace graphize

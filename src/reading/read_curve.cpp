@@ -1,0 +1,226 @@
+#include "reading/read_curve.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+#include "reading/plot_lines.h"
+#include "reading/stroke_crossings.h"
+
+namespace graphize {
+
+namespace {
+
+constexpr int kClickReach = 7;    // pixels from the click to the curve
+constexpr int kLeastExtent = 20;  // of a curve, pixels; less is a letter or a symbol
+
+std::string PlaceText(double x, double y) {
+  return std::to_string(std::lround(x)) + "," + std::to_string(std::lround(y));
+}
+
+void DrawWalls(InkMap& map, std::span<const ReadingWall> walls) {
+  for (const ReadingWall& wall : walls) {
+    const double radius = 0.5 * std::max(wall.Size, 1);
+    const int reach = static_cast<int>(std::ceil(radius));
+    for (int y = wall.Y - reach; y <= wall.Y + reach; ++y)
+      for (int x = wall.X - reach; x <= wall.X + reach; ++x)
+        if (map.Contains(x, y) && std::hypot(x - wall.X, y - wall.Y) <= radius)
+          map.At(x, y) = InkMap::kWall;
+  }
+}
+
+/// The ink pixel to start at: near the click, and full rather than nearest.
+std::optional<PathPixel> StartNear(const InkMap& map, double x, double y) {
+  std::optional<PathPixel> best;
+  double most = 0;
+  const int cx = static_cast<int>(std::lround(x)), cy = static_cast<int>(std::lround(y));
+  for (int row = cy - kClickReach; row <= cy + kClickReach; ++row) {
+    for (int column = cx - kClickReach; column <= cx + kClickReach; ++column) {
+      const double share = map.Share(column, row);
+      const double distance = std::hypot(column - x, row - y);
+      if (share < 0.3 || distance > kClickReach) continue;
+      const double score = share / (1 + 0.5 * distance);
+      if (score <= most) continue;
+      most = score;
+      best = {column, row};
+    }
+  }
+  return best;
+}
+
+struct Followed {
+  std::vector<StrokeSample> Samples;
+  StrokeKind Kind;
+  std::vector<std::string> Doubts;
+
+  std::ptrdiff_t Seen() const {
+    return std::count_if(Samples.begin(), Samples.end(),
+                         [](const StrokeSample& sample) { return sample.IsSeen; });
+  }
+};
+
+Followed Follow(InkMap& map, PathPixel start, const PathCosts& costs,
+                const PictureOperation& operation) {
+  Followed followed;
+  followed.Kind = KindOf(map, FindPath(map, start, costs, operation));
+  const auto half = [&](int step) {
+    return FollowThroughCrossings(map, start, step, costs, followed.Kind, operation,
+                                  followed.Doubts);
+  };
+  std::vector<PathPixel> path = half(-1);
+  std::reverse(path.begin(), path.end());
+  const std::vector<PathPixel> right = half(1);
+  path.insert(path.end(), right.begin() + 1, right.end());
+  followed.Samples = SamplesOf(map, path, followed.Kind);
+  return followed;
+}
+
+/// How far a stroke may be interrupted: dashes and dots tell by their own gaps.
+double LongestGap(const std::vector<StrokeSample>& samples, const StrokeKind& kind) {
+  std::vector<double> gaps;
+  for (std::size_t i = 0; i < samples.size();) {
+    std::size_t end = i;
+    while (end < samples.size() && samples[end].IsGap) ++end;
+    if (end > i && i > 0 && end < samples.size())
+      gaps.push_back(
+          std::hypot(samples[end].X() - samples[i - 1].X(), samples[end].Y() - samples[i - 1].Y()));
+    i = std::max(end, i + 1);
+  }
+  const double solid = 20 + 2 * kind.Width;
+  if (gaps.size() < 6) return solid;
+  const auto middle = gaps.begin() + static_cast<std::ptrdiff_t>(gaps.size() / 2);
+  std::nth_element(gaps.begin(), middle, gaps.end());
+  return std::max(2.6 * *middle, 0.5 * solid);
+}
+
+/// Ends the course at gaps that are too long to be the same stroke's, seen from the start on.
+void CutAtGaps(Followed& followed, PathPixel start) {
+  std::vector<StrokeSample>& samples = followed.Samples;
+  const double longest = LongestGap(samples, followed.Kind);
+  const auto nearest = std::min_element(samples.begin(), samples.end(),
+                                        [&](const StrokeSample& a, const StrokeSample& b) {
+                                          const auto distance = [&](const StrokeSample& s) {
+                                            return std::hypot(s.X() - start.X, s.Y() - start.Y);
+                                          };
+                                          return distance(a) < distance(b);
+                                        });
+  const int count = static_cast<int>(samples.size());
+  const auto end = [&](int step) {
+    int last = static_cast<int>(nearest - samples.begin());
+    for (int i = last; i >= 0 && i < count; i += step) {
+      const StrokeSample& sample = samples[static_cast<std::size_t>(i)];
+      if (sample.IsGap) continue;
+      const StrokeSample& before = samples[static_cast<std::size_t>(last)];
+      if (std::abs(i - last) > 1 &&
+          std::hypot(sample.X() - before.X(), sample.Y() - before.Y()) > longest)
+        break;
+      last = i;
+    }
+    return last;
+  };
+  if (nearest == samples.end()) return;
+  const int first = end(-1), last = end(1);
+  samples = {samples.begin() + first, samples.begin() + last + 1};
+}
+
+/// The samples' own ink is taken out of the map; how much hangs on to it, in parts of theirs.
+double InkLeftOut(InkMap& map, const std::vector<StrokeSample>& samples, const StrokeKind& kind) {
+  constexpr std::uint8_t kClear = InkMap::kFull * 2 / 5;
+  std::vector<PathPixel> rim;
+  double taken = 0, left = 0;
+  for (const StrokeSample& sample : samples) {
+    const double chord = kind.Width * std::sqrt(1 + sample.Slope * sample.Slope);
+    const int half = static_cast<int>(std::ceil(0.5 * chord)) + 1;
+    const int middle = static_cast<int>(std::lround(sample.Middle));
+    for (int across = middle - half; across <= middle + half; ++across) {
+      const PathPixel at =
+          sample.AlongRow ? PathPixel{across, sample.At} : PathPixel{sample.At, across};
+      if (!map.Contains(at.X, at.Y)) continue;
+      std::uint8_t& value = map.At(at.X, at.Y);
+      if (value > InkMap::kFull) continue;
+      taken += value >= kClear ? 1 : 0;
+      value = 0;
+      rim.push_back(at);
+    }
+  }
+  while (!rim.empty()) {
+    const PathPixel at = rim.back();
+    rim.pop_back();
+    for (int y = at.Y - 1; y <= at.Y + 1; ++y)
+      for (int x = at.X - 1; x <= at.X + 1; ++x) {
+        if (!map.Contains(x, y)) continue;
+        std::uint8_t& value = map.At(x, y);
+        if (value < kClear || value > InkMap::kFull) continue;
+        ++left;
+        value = 0;
+        rim.push_back({x, y});
+      }
+  }
+  return taken > 0 ? left / taken : 0;
+}
+
+}  // namespace
+
+CurveReading ReadCurve(const Raster& picture, const AxisCalibration& calibration, double x,
+                       double y, std::span<const ReadingWall> walls, PictureOperation& operation) {
+  CurveReading reading;
+  const auto refused = [&](const std::string& found) {
+    reading.Refusal = "at " + PlaceText(x, y) + " there is " + found;
+    return reading;
+  };
+  const auto stopped = [&] {
+    reading = {};
+    reading.IsStopped = true;
+    return reading;
+  };
+  const Paper paper = PaperOf(picture);
+  const std::vector<Rgb> directions = InkDirections(picture, paper);
+  if (operation.Stopped) return stopped();
+  const std::optional<Ink> ink = InkAt(picture, paper, directions, x, y, kClickReach);
+  if (!ink)
+    return refused(directions.empty() ? "no curve: the picture has one colour"
+                                      : "only paper, no curve");
+  operation.To = 0.6;
+  InkMap map = MapOf(picture, paper, directions, *ink, operation);
+  if (operation.Stopped) return stopped();
+  DrawWalls(map, walls);
+  TakeOutLines(map, FrameOf(calibration, picture.Width(), picture.Height()), x, y);
+  operation.Advance(1);
+  if (operation.Stopped) return stopped();
+  const int column = static_cast<int>(std::lround(x)), row = static_cast<int>(std::lround(y));
+  const std::optional<PathPixel> start = StartNear(map, x, y);
+  if (!start) {
+    if (map.At(column, row) == InkMap::kWall) return refused("the frame, or what lies outside it");
+    return refused("a line of the grid or the frame, no curve");
+  }
+  Followed followed = Follow(map, *start, kSolidStroke, operation);
+  if (2 * followed.Samples.size() < static_cast<std::size_t>(picture.Width())) {
+    Followed broken = Follow(map, *start, kBrokenStroke, operation);
+    if (100 * broken.Seen() > 115 * followed.Seen()) followed = std::move(broken);
+  }
+  if (operation.Stopped) return stopped();
+  CutAtGaps(followed, *start);
+  if (!followed.Kind.IsHard || followed.Kind.Width > 2.5) TrimEnds(followed.Samples, followed.Kind);
+  reading.Kind = followed.Kind;
+  reading.Doubts = followed.Doubts;
+  reading.Points = FitCourse(followed.Samples, followed.Kind);
+  double left = 1e9, right = -1e9, top = 1e9, bottom = -1e9;
+  for (const CurvePoint& point : reading.Points) {
+    left = std::min(left, point.X);
+    right = std::max(right, point.X);
+    top = std::min(top, point.Y);
+    bottom = std::max(bottom, point.Y);
+  }
+  if (std::max(right - left, bottom - top) < kLeastExtent) {
+    reading.Points.clear();
+    return refused("too little ink for a curve: a letter or a symbol");
+  }
+  if (InkLeftOut(map, followed.Samples, followed.Kind) > 0.2)
+    reading.Doubts.push_back(
+        "ink of its colour that joins the curve is left out: where a curve turns back or branches, "
+        "one way is followed");
+  operation.Advance(1);
+  return reading;
+}
+
+}  // namespace graphize

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <vector>
+
+#include "reading/stroke_samples.h"
+
+namespace graphize {
+
+/// A point of a curve that was read.
+struct CurvePoint {
+  double X = 0, Y = 0;     // on the picture, rows downward; a pixel's centre has whole numbers
+  double Sigma = 0;        // standard uncertainty across the curve, pixels
+  bool IsBridged = false;  // the stroke is not seen here: it was drawn from both sides
+};
+
+/// Whether the samples turn back so often, and so far, that they are a noisy record.
+bool IsRecord(const std::vector<StrokeSample>& samples, const StrokeKind& kind);
+
+/// The stroke's course through its samples. Each is smoothed by the longest quadratic about it
+/// whose residuals are no more than what the raster does to a smooth line (hard strokes: half a
+/// pixel), or than the scatter that third differences tell; a course that turns back again and
+/// again is data and stays as it is. Unseen samples get a cubic between the seen ends, and none
+/// beyond them.
+std::vector<CurvePoint> FitCourse(const std::vector<StrokeSample>& samples, const StrokeKind& kind);
+
+}  // namespace graphize

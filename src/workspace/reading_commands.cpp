@@ -1,0 +1,99 @@
+#include "workspace/reading_commands.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "reading/read_curve.h"
+#include "tracing/extraction_context.h"
+#include "workspace/extraction_commands.h"
+#include "workspace/picture_commands.h"
+
+namespace graphize {
+
+namespace {
+
+CurveReading ReadAt(Workspace& ws, const Desktop& desktop, const ReadStep& step) {
+  std::vector<ReadingWall> walls;
+  for (int i = 1; i <= ws.blockers.Count; ++i) {
+    const Blocker& blocker = ws.blockers.Blockers[static_cast<std::size_t>(i)];
+    walls.push_back({blocker.X, blocker.Y, blocker.Size});
+  }
+  // The window paints the raster while the work goes on beside it, and changes nothing.
+  const BasePictureShown base(ws.plot);
+  CurveReading reading = RunBeside(ShowProgress(ws, desktop), [&](PictureOperation& operation) {
+    return ReadCurve(ws.plot.Pixels, ws.calibration, step.X, step.Y, walls, operation);
+  });
+  reading.Points =
+      Thinned(std::move(reading.Points), step.Density, ws.calibration, ws.plot.Height());
+  return reading;
+}
+
+std::string Hundredths(double pixels) {
+  const long hundredths = std::lround(100 * pixels);
+  return std::to_string(hundredths / 100) + (hundredths % 100 < 10 ? ".0" : ".") +
+         std::to_string(hundredths % 100);
+}
+
+/// How sure the reading is, in plain words.
+std::string HowSure(const CurveReading& reading) {
+  std::vector<double> sigmas;
+  for (const CurvePoint& point : reading.Points) sigmas.push_back(point.Sigma);
+  const auto middle = sigmas.begin() + static_cast<std::ptrdiff_t>(sigmas.size() / 2);
+  std::nth_element(sigmas.begin(), middle, sigmas.end());
+  const double median = *middle;
+  std::string text = "uncertain by " + Hundredths(median) + " pixels, at most by " +
+                     Hundredths(*std::max_element(sigmas.begin(), sigmas.end()));
+  const auto bridged = std::count_if(reading.Points.begin(), reading.Points.end(),
+                                     [](const CurvePoint& point) { return point.IsBridged; });
+  if (bridged > 0) text += "; " + std::to_string(bridged) + " of them where the curve is not seen";
+  for (const std::string& doubt : reading.Doubts) text += "; " + doubt;
+  return text;
+}
+
+}  // namespace
+
+bool CanRead(const Workspace& ws) {
+  return ws.plot.IsPresent() && ws.calibration.IsComplete();
+}
+
+Outcome Run(Workspace& ws, const Desktop& desktop, const ReadStep& step) {
+  if (!CanRead(ws)) return Refused("reading a curve needs a picture and its axes");
+  if (auto outside = RefusedAt(ws, step.X, step.Y)) return *outside;
+  for (const char* fault : {LogOriginFault(ws.calibration), LogPointFault(ws.calibration)})
+    if (fault != nullptr) return Refused(fault);
+  ws.window.Hourglass = true;
+  ws.status.Status = "Reading the curve...";
+  const CurveReading reading = ReadAt(ws, desktop, step);
+  ws.window.Hourglass = false;
+  ws.status.ProgressVisible = false;
+  if (reading.IsStopped) {
+    ws.status.Status = "Stopped: nothing was read";
+    return Nothing("it was stopped");
+  }
+  if (!reading.Refusal.empty() || reading.Points.empty()) {
+    const std::string why =
+        reading.Refusal.empty() ? "the curve has no point there" : reading.Refusal;
+    ws.status.Status = "No curve: " + why;
+    return Refused(why);
+  }
+  const int room = ws.store.MaxPoints - std::max(ws.store.CaptureCount, ws.store.ListCount);
+  if (static_cast<int>(reading.Points.size()) > room)
+    return Refused("the curve has " + PointCount(static_cast<long long>(reading.Points.size())) +
+                   ", and the list takes only " + std::to_string(room) + " more");
+  const ExtractionContext context = ExtractionOf(ws, desktop);
+  for (const CurvePoint& point : reading.Points) {
+    MoveCursor(context, static_cast<float>(point.X), static_cast<float>(point.Y));
+    AddPoint(ws.store, ws.commands, desktop, false);
+  }
+  ShowCursor(ws.readOut, ws.axisPanel, ws.store, ws.calibration);
+  ShowNewest(ws.store);
+  const std::string sure = HowSure(reading);
+  const auto count = static_cast<int>(reading.Points.size());
+  ws.status.Status = "Read " + PointCount(count) + ", " + sure;
+  return {.Points = count, .Remark = sure};
+}
+
+}  // namespace graphize

@@ -1,0 +1,242 @@
+#include "reading/read_curve.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <functional>
+#include <limits>
+
+#include "reading/density.h"
+#include "support/calibrated.h"
+#include "support/plot_drawing.h"
+
+namespace graphize {
+namespace {
+
+using test::PixelPosition;
+using test::PlotDrawing;
+using test::Stroke;
+
+constexpr int kWidth = 400, kHeight = 300;
+constexpr std::uint32_t kBlue = 0xff1f77b4, kRed = 0xffd62728, kPale = 0xffd8d8d8;
+
+/// A plot in colours, layer over layer.
+struct Plot {
+  explicit Plot(std::uint32_t paper = kWhitePixel, double degrees = 0)
+      : Picture(Raster::Filled(kWidth, kHeight, paper)), Degrees(degrees) {}
+
+  PlotDrawing Layer() const { return PlotDrawing(kWidth, kHeight, 40, 20, 380, 260, Degrees); }
+  void Put(const PlotDrawing& layer, std::uint32_t ink) {
+    const Raster cover = layer.GreyPicture();
+    for (std::size_t i = 0; i < Picture.PixelCount(); ++i) {
+      std::uint32_t mixed = 0xff000000u;
+      for (const int shift : {0, 8, 16}) {
+        const double share = 1 - (cover.Pixels()[i] & 0xff) / 255.0;
+        const double from = Picture.Pixels()[i] >> shift & 0xff, to = ink >> shift & 0xff;
+        mixed |= static_cast<std::uint32_t>(std::lround(from + share * (to - from))) << shift;
+      }
+      Picture.Pixels()[i] = mixed;
+    }
+  }
+  void Frame(std::uint32_t ink = kBlackPixel) {
+    PlotDrawing layer = Layer();
+    layer.Frame({.Thickness = 1.4}, 5, 5);
+    layer.Digits(layer.Place(0.4, -0.06), "405");
+    Put(layer, ink);
+  }
+  void Grid(std::uint32_t ink) {
+    PlotDrawing layer = Layer();
+    layer.LinesAtU(test::Linear(5), {});
+    layer.LinesAtV(test::Linear(4), {});
+    Put(layer, ink);
+  }
+  std::vector<PixelPosition> Curve(const std::function<double(double)>& v, const Stroke& stroke,
+                                   std::uint32_t ink) {
+    PlotDrawing layer = Layer();
+    std::vector<PixelPosition> course = layer.Curve(v, stroke, 0.04, 0.96);
+    Put(layer, ink);
+    return course;
+  }
+  CurveReading Read(PixelPosition at, const std::vector<ReadingWall>& walls = {}) const {
+    PictureOperation operation;
+    return ReadCurve(Picture, Layer().Calibration(), std::round(at.X), std::round(at.Y), walls,
+                     operation);
+  }
+
+  Raster Picture;
+  double Degrees;
+};
+
+double Wave(double u) {
+  return 0.5 + 0.35 * std::sin(9 * u);
+}
+double Rising(double u) {
+  return 0.1 + 0.8 * u;
+}
+
+double Distance(const CurvePoint& point, const std::vector<PixelPosition>& course) {
+  double nearest = std::numeric_limits<double>::infinity();
+  for (std::size_t i = 1; i < course.size(); ++i) {
+    const PixelPosition a = course[i - 1], b = course[i];
+    const double dx = b.X - a.X, dy = b.Y - a.Y;
+    const double along = ((point.X - a.X) * dx + (point.Y - a.Y) * dy) / (dx * dx + dy * dy);
+    const double t = std::clamp(along, 0.0, 1.0);
+    nearest = std::min(nearest, std::hypot(point.X - a.X - t * dx, point.Y - a.Y - t * dy));
+  }
+  return nearest;
+}
+
+TEST(ReadCurve, FindsTheMiddleOfAStrokeWhateverIsDrawnWithIt) {
+  struct Case {
+    const char* Name;
+    Plot On;
+    Stroke Line;
+    std::uint32_t Ink;
+    std::function<void(Plot&)> Before, After;
+    double Rms;
+  };
+  const auto nothing = [](Plot&) {};
+  const auto framed = [](Plot& plot) { plot.Frame(); };
+  const Stroke two{.Thickness = 2};
+  Case cases[] = {
+      {"black", Plot(), two, kBlackPixel, framed, nothing, 0.05},
+      {"thin, blue", Plot(), {.Thickness = 1.2}, kBlue, framed, nothing, 0.05},
+      {"pale grid", Plot(), two, kBlackPixel, [](Plot& plot) { plot.Grid(kPale); }, framed, 0.05},
+      {"black grid", Plot(), two, kBlackPixel, [](Plot& plot) { plot.Grid(kBlackPixel); }, framed,
+       0.15},
+      {"light on dark", Plot(0xff101018), two, 0xfff0e060,
+       [](Plot& plot) { plot.Frame(0xffc0c0c0); }, nothing, 0.05},
+      {"turned", Plot(kWhitePixel, 4), two, kBlackPixel, framed, nothing, 0.05},
+      {"dashed", Plot(), {.Thickness = 2, .Dash = 9, .Gap = 5}, kRed, framed, nothing, 0.1},
+      {"under another colour", Plot(), two, kBlue, framed,
+       [](Plot& plot) { plot.Curve(Rising, {.Thickness = 2}, kRed); }, 0.08},
+      {"crossed in its colour", Plot(), two, kBlackPixel, framed,
+       [](Plot& plot) { plot.Curve(Rising, {.Thickness = 2}, kBlackPixel); }, 0.12},
+  };
+  for (Case& test : cases) {
+    SCOPED_TRACE(test.Name);
+    test.Before(test.On);
+    const std::vector<PixelPosition> course = test.On.Curve(Wave, test.Line, test.Ink);
+    test.After(test.On);
+    const CurveReading reading = test.On.Read(course[course.size() / 5]);
+    ASSERT_GT(reading.Points.size(), 100u) << reading.Refusal;
+    double sum = 0;
+    std::size_t within = 0;
+    for (const CurvePoint& point : reading.Points) {
+      const double distance = Distance(point, course);
+      EXPECT_LT(distance, 1.5) << point.X << ", " << point.Y;
+      sum += distance * distance;
+      within += distance <= 2 * point.Sigma ? 1 : 0;
+    }
+    const auto count = static_cast<double>(reading.Points.size());
+    EXPECT_LT(std::sqrt(sum / count), test.Rms);
+    EXPECT_GT(static_cast<double>(within), 0.93 * count);
+    EXPECT_NEAR(reading.Points.front().X, course.front().X, 4);
+    EXPECT_NEAR(reading.Points.back().X, course.back().X, 4);
+  }
+}
+
+TEST(ReadCurve, ReadsHardEdgesToAFractionOfTheirPixels) {
+  Plot plot;
+  PlotDrawing layer = plot.Layer();
+  const auto course = layer.Curve(Wave, {.Thickness = 2}, 0.04, 0.96);
+  plot.Picture = layer.Picture();
+  const CurveReading reading = plot.Read(course[100]);
+  EXPECT_TRUE(reading.Kind.IsHard);
+  double sum = 0;
+  for (const CurvePoint& point : reading.Points) sum += std::pow(Distance(point, course), 2);
+  EXPECT_LT(std::sqrt(sum / static_cast<double>(reading.Points.size())), 0.2);
+}
+
+TEST(ReadCurve, SaysWhatWasClickedInsteadOfACurve) {
+  Plot plot;
+  plot.Grid(kBlackPixel);
+  plot.Frame();
+  plot.Curve(Wave, {.Thickness = 2}, kBlue);
+  const PlotDrawing layer = plot.Layer();
+  const PixelPosition digits = layer.Place(0.4, -0.06);
+  const std::pair<PixelPosition, const char*> cases[] = {
+      {layer.Place(0.5, 0.93), "there is only paper"},
+      {layer.Place(0.5, 0.75), "a line of the grid or the frame"},
+      {layer.Place(0, 0.4), "the frame, or what lies outside it"},
+      {{digits.X + 8, digits.Y + 3}, "too little ink"}};
+  for (const auto& [at, words] : cases) {
+    const CurveReading reading = plot.Read(at);
+    EXPECT_TRUE(reading.Points.empty());
+    EXPECT_THAT(reading.Refusal, testing::HasSubstr(words));
+  }
+  EXPECT_THAT(Plot().Read({50, 50}).Refusal, testing::HasSubstr("one colour"));
+  Plot letters;
+  PlotDrawing text = letters.Layer();
+  text.Digits({100, 100}, "8");
+  letters.Put(text, kBlackPixel);
+  EXPECT_THAT(letters.Read({102, 103}).Refusal, testing::HasSubstr("too little ink"));
+}
+
+TEST(ReadCurve, TellsWhatItDoesNotSeeAndWhatItLeavesOut) {
+  // A label over the curve is bridged.
+  Plot plot;
+  const auto course = plot.Curve(Wave, {.Thickness = 2}, kBlackPixel);
+  const PixelPosition middle = course[course.size() / 2];
+  PlotDrawing label = plot.Layer();
+  label.Disc(middle, 12);
+  plot.Put(label, kWhitePixel);
+  const CurveReading bridged = plot.Read(course[100]);
+  for (const CurvePoint& point : bridged.Points) {
+    const double away = std::hypot(point.X - middle.X, point.Y - middle.Y);
+    EXPECT_TRUE(point.IsBridged || away >= 4);
+    EXPECT_FALSE(point.IsBridged && away > 12);
+    EXPECT_LT(Distance(point, course), 0.5);
+  }
+  EXPECT_THAT(bridged.Doubts, testing::IsEmpty());
+
+  // A wall ends it.
+  const PixelPosition wall = course[course.size() / 4];
+  const ReadingWall dot{static_cast<int>(wall.X), static_cast<int>(wall.Y), 60};
+  for (const CurvePoint& point : plot.Read(course[course.size() * 3 / 4], {dot}).Points)
+    EXPECT_GT(point.X, wall.X);
+
+  // Of a closed curve one half is read, and it says so.
+  Plot round;
+  PlotDrawing layer = round.Layer();
+  std::vector<PixelPosition> circle;
+  for (int i = 0; i <= 360; ++i)
+    circle.push_back({200 + 80 * std::cos(i * 0.0174533), 140 + 80 * std::sin(i * 0.0174533)});
+  layer.Polyline(circle, {.Thickness = 2});
+  round.Put(layer, kBlackPixel);
+  EXPECT_THAT(round.Read(circle[60]).Doubts, testing::Contains(testing::HasSubstr("is left out")));
+}
+
+TEST(ReadCurve, ReadsNothingWhenItIsStopped) {
+  Plot plot;
+  const auto course = plot.Curve(Wave, {.Thickness = 2}, kBlackPixel);
+  PictureOperation operation;
+  operation.Stopped = true;
+  const CurveReading reading = ReadCurve(plot.Picture, plot.Layer().Calibration(), course[100].X,
+                                         course[100].Y, {}, operation);
+  EXPECT_TRUE(reading.IsStopped);
+  EXPECT_TRUE(reading.Points.empty());
+}
+
+TEST(ReadingDensity, TakesPointsAsTheyAreAskedFor) {
+  // A corner at (100, 50); one graph unit per pixel.
+  std::vector<CurvePoint> points;
+  for (int x = 0; x <= 200; ++x) points.push_back({x * 1.0, 0.5 * std::abs(x - 100)});
+  using Kind = ReadingDensity::Kind;
+  const AxisCalibration axes = test::PixelCalibration();
+  const auto thinned = [&](Kind kind, int pixels, std::vector<float> xs) {
+    std::string text;
+    for (const CurvePoint& point : Thinned(points, {kind, pixels, std::move(xs)}, axes, 300))
+      text += std::to_string(static_cast<int>(10 * point.X)) + " ";
+    return text;
+  };
+  EXPECT_EQ(Thinned(points, {}, axes, 300).size(), points.size());
+  EXPECT_EQ(thinned(Kind::Every, 56, {}), "0 500 1000 1500 2000 ");
+  EXPECT_EQ(thinned(Kind::Bends, 1, {}), "0 1000 2000 ");
+  EXPECT_EQ(thinned(Kind::AtX, 1, {120.5f, 7, 0, 300}), "1205 70 0 ");
+}
+
+}  // namespace
+}  // namespace graphize

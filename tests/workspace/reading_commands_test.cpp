@@ -1,0 +1,68 @@
+#include "workspace/reading_commands.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "session/change_name.h"
+#include "support/calibrated.h"
+#include "support/plot_drawing.h"
+#include "support/quiet_desktop.h"
+#include "workspace/do.h"
+#include "workspace/export_points.h"
+
+namespace graphize {
+namespace {
+
+class ReadingTest : public ::testing::Test {
+ protected:
+  ReadingTest() {
+    test::PlotDrawing drawing(300, 200, 20, 20, 280, 180);
+    course = drawing.Curve([](double u) { return 0.5 + 0.3 * std::sin(6 * u); }, {.Thickness = 2},
+                           0.05, 0.95);
+    SetPicture(ws.plot, drawing.GreyPicture());
+    ws.calibration = test::PixelCalibration();
+  }
+  Outcome Read(ReadingDensity density = {}) {
+    return Do(ws, desktop,
+              ReadStep{static_cast<float>(std::round(course[200].X)),
+                       static_cast<float>(std::round(course[200].Y)), density});
+  }
+
+  Workspace ws;
+  Desktop desktop = test::QuietDesktop();
+  std::vector<test::PixelPosition> course;
+};
+
+TEST_F(ReadingTest, CapturesTheCurveWithItsPlaces) {
+  const Outcome outcome = Read();
+  ASSERT_TRUE(outcome.IsDone()) << outcome.Reason;
+  ASSERT_GT(outcome.Points, 220);
+  EXPECT_EQ(ws.store.CaptureCount, outcome.Points);
+  EXPECT_EQ(ws.store.ListCount, outcome.Points);
+  EXPECT_THAT(ws.status.Status, testing::StartsWith("Read " + std::to_string(outcome.Points)));
+  EXPECT_EQ(NameOfChange(ws.recipe.Steps, 12), "Read Curve (12 points)");
+  EXPECT_EQ(ExportCurves(ws).front().WithoutPlace, 0);
+  for (int i = 1; i <= ws.store.CaptureCount; ++i) {
+    const Place& place = ws.store.Places[ws.store.CaptureId[i]];
+    EXPECT_NEAR(ws.store.CaptureX[i], place.Column, 1e-3);
+    EXPECT_NEAR(ws.store.CaptureY[i], 200 - place.Row, 1e-3);
+  }
+}
+
+TEST_F(ReadingTest, RefusesWithoutChangingAnything) {
+  EXPECT_THAT(Do(ws, desktop, ReadStep{5, 5, {}}).Reason, testing::HasSubstr("only paper"));
+  EXPECT_THAT(Do(ws, desktop, ReadStep{900, 5, {}}).Reason, testing::HasSubstr("lies outside"));
+  EXPECT_THAT(Read({.Is = ReadingDensity::Kind::AtX, .Xs = {9999}}).Reason,
+              testing::HasSubstr("no point there"));
+  ws.store.MaxPoints = 100;
+  EXPECT_THAT(Read().Reason, testing::HasSubstr("takes only 100 more"));
+  ws.calibration = {};
+  EXPECT_THAT(Read().Reason, testing::HasSubstr("needs a picture and its axes"));
+  EXPECT_EQ(ws.store.CaptureCount, 0);
+  EXPECT_TRUE(ws.recipe.Steps.empty());
+}
+
+}  // namespace
+}  // namespace graphize
