@@ -62,8 +62,10 @@ bool HasAny(const CommandLine& line, std::initializer_list<const char*> names) {
   return std::any_of(names.begin(), names.end(), [&](const char* name) { return line.Has(name); });
 }
 
+constexpr std::initializer_list<const char*> kCapturing = {"point", "trace", "read", "scan"};
+
 bool Captures(const CommandLine& line) {
-  return HasAny(line, {"point", "trace", "read", "scan"});
+  return HasAny(line, kCapturing);
 }
 
 class Maker {
@@ -212,7 +214,8 @@ class Maker {
   }
 
   void MakeOnPicture(const GivenOption& option) {
-    captured_ = captured_ || option.Is("point") || option.Is("trace") || option.Is("scan");
+    captured_ = captured_ || std::any_of(kCapturing.begin(), kCapturing.end(),
+                                         [&](const char* name) { return option.Is(name); });
     if (option.Is("curve")) return MakeCurve(option);
     if (option.Is("grid")) {
       const auto [lines, at] = SplitOff(option.Value);

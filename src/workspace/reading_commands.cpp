@@ -49,7 +49,10 @@ std::string HowSure(const CurveReading& reading) {
   const auto bridged = std::count_if(reading.Points.begin(), reading.Points.end(),
                                      [](const CurvePoint& point) { return point.IsBridged; });
   if (bridged > 0) text += "; " + std::to_string(bridged) + " of them where the curve is not seen";
-  for (const std::string& doubt : reading.Doubts) text += "; " + doubt;
+  constexpr std::size_t kTold = 2;
+  const std::size_t doubts = reading.Doubts.size();
+  for (std::size_t i = 0; i < std::min(doubts, kTold); ++i) text += "; " + reading.Doubts[i];
+  if (doubts > kTold) text += "; and " + std::to_string(doubts - kTold) + " doubts more";
   return text;
 }
 

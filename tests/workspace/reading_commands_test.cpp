@@ -5,12 +5,12 @@
 
 #include <cmath>
 
-#include "session/change_name.h"
 #include "support/calibrated.h"
 #include "support/plot_drawing.h"
 #include "support/quiet_desktop.h"
 #include "workspace/do.h"
 #include "workspace/export_points.h"
+#include "workspace/step_text.h"
 
 namespace graphize {
 namespace {
@@ -42,7 +42,6 @@ TEST_F(ReadingTest, CapturesTheCurveWithItsPlaces) {
   EXPECT_EQ(ws.store.CaptureCount, outcome.Points);
   EXPECT_EQ(ws.store.ListCount, outcome.Points);
   EXPECT_THAT(ws.status.Status, testing::StartsWith("Read " + std::to_string(outcome.Points)));
-  EXPECT_EQ(NameOfChange(ws.recipe.Steps, 12), "Read Curve (12 points)");
   EXPECT_EQ(ExportCurves(ws).front().WithoutPlace, 0);
   for (int i = 1; i <= ws.store.CaptureCount; ++i) {
     const Place& place = ws.store.Places[ws.store.CaptureId[i]];
@@ -62,6 +61,21 @@ TEST_F(ReadingTest, RefusesWithoutChangingAnything) {
   EXPECT_THAT(Read().Reason, testing::HasSubstr("needs a picture and its axes"));
   EXPECT_EQ(ws.store.CaptureCount, 0);
   EXPECT_TRUE(ws.recipe.Steps.empty());
+}
+
+TEST(ReadStep, IsWrittenWithItsDensity) {
+  using Kind = ReadingDensity::Kind;
+  for (const auto& [density, words] : {std::pair{ReadingDensity{}, "each"},
+                                       {{Kind::Every, 7, {}}, "every 7"},
+                                       {{.Is = Kind::Bends}, "bends"},
+                                       {{Kind::AtX, 10, {0.5f, -2, 3e-20f}}, "at 0.5 -2 3e-20"}}) {
+    const std::string text = TextOf(ReadStep{12, 34, density});
+    EXPECT_EQ(text, std::string("read 12 34 ") + words);
+    const auto read = StepOf(text);
+    ASSERT_TRUE(std::holds_alternative<Step>(read));
+    EXPECT_EQ(std::get<ReadStep>(std::get<Step>(read)).Density, density);
+  }
+  EXPECT_EQ(std::get<std::string>(StepOf("read 1 2 at")), "something is missing at the end");
 }
 
 }  // namespace
