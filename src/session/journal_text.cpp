@@ -234,7 +234,7 @@ class Model {
       kept.Curves[i].Points = active ? StoreOf(points_) : told_.at(curves_[i]);
     }
     for (const std::string& line : steps_) {
-      std::variant<Step, std::string> step = ReadStep(line);
+      std::variant<Step, std::string> step = StepOf(line);
       if (const auto* problem = std::get_if<std::string>(&step)) Fail(*problem);
       kept.Steps.Steps.push_back(std::get<Step>(std::move(step)));
     }
