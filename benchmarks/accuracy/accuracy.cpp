@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 
+#include "read_report.h"
 #include "run.h"
 #include "speed.h"
 
@@ -86,7 +87,8 @@ int Report() {
       "%s times the bare reads of its "
       "pixels.\n",
       table.WithTarget(), table.Rows(), table.Missed(), Fixed(TraceTimePerBareReads(), 1).c_str());
-  return table.Missed() == 0 ? 0 : 1;
+  const int missed = table.Missed() + PrintReadTable();
+  return missed == 0 ? 0 : 1;
 }
 
 }  // namespace

@@ -16,13 +16,6 @@ double ToSegment(PixelPosition p, PixelPosition a, PixelPosition b) {
   return std::hypot(p.X - a.X - t * dx, p.Y - a.Y - t * dy);
 }
 
-double ToPolyline(PixelPosition p, const std::vector<PixelPosition>& course) {
-  double nearest = std::numeric_limits<double>::infinity();
-  for (std::size_t i = 1; i < course.size(); ++i)
-    nearest = std::min(nearest, ToSegment(p, course[i - 1], course[i]));
-  return nearest;
-}
-
 /// The value below which `part` of the values lie; infinite without values.
 double Percentile(std::vector<double> values, double part) {
   if (values.empty()) return std::numeric_limits<double>::infinity();
@@ -55,12 +48,19 @@ bool IsBlackColumn(const Raster& picture, int x) {
 
 }  // namespace
 
+double DistanceTo(PixelPosition p, const std::vector<PixelPosition>& course) {
+  double nearest = std::numeric_limits<double>::infinity();
+  for (std::size_t i = 1; i < course.size(); ++i)
+    nearest = std::min(nearest, ToSegment(p, course[i - 1], course[i]));
+  return nearest;
+}
+
 Accuracy MeasureCurve(const std::vector<PixelPosition>& points,
                       const std::vector<PixelPosition>& course, const Raster& curveAlone) {
   std::vector<double> distances;
   std::vector<bool> isCovered(static_cast<std::size_t>(curveAlone.Width()));
   for (const PixelPosition& point : points) {
-    distances.push_back(ToPolyline(point, course));
+    distances.push_back(DistanceTo(point, course));
     const auto column = static_cast<std::size_t>(std::lround(point.X));
     if (distances.back() <= kNear && column < isCovered.size()) isCovered[column] = true;
   }

@@ -19,6 +19,9 @@ struct Accuracy {
   double FalsePart = 0;                 // part of the points that are not near
 };
 
+/// The shortest distance from the polyline `course`, in pixels.
+double DistanceTo(PixelPosition p, const std::vector<PixelPosition>& course);
+
 /// Distances are perpendicular to the polyline `course`. `curveAlone` is the picture of nothing but
 /// the curve: the columns where it is black are those to be covered.
 Accuracy MeasureCurve(const std::vector<PixelPosition>& points,

@@ -1,0 +1,84 @@
+#include "read_report.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <vector>
+
+#include "measure.h"
+#include "read_plots.h"
+#include "reading/read_curve.h"
+
+namespace graphize::accuracy {
+
+namespace {
+
+constexpr unsigned kSeeds = 6;
+constexpr double kNothing = 99;  // rms of a curve that was not read
+
+struct FamilyResult {
+  std::vector<double> Rms;  // of each plot
+  double Coverage = 1, FalsePart = 0;
+  int Points = 0, WithinOne = 0, WithinTwo = 0;
+  int Silent = 0;  // plots with false points and no doubt told
+
+  void Add(const ReadPlot& plot) {
+    PictureOperation operation;
+    const CurveReading reading =
+        ReadCurve(plot.Picture, plot.Axes, plot.Click.X, plot.Click.Y, {}, operation);
+    double sum = 0;
+    int wrong = 0;
+    std::vector<bool> isCovered(static_cast<std::size_t>(plot.Picture.Width()));
+    for (const CurvePoint& point : reading.Points) {
+      const double distance = DistanceTo({point.X, point.Y}, plot.Course);
+      sum += distance * distance;
+      WithinOne += distance <= point.Sigma ? 1 : 0;
+      WithinTwo += distance <= 2 * point.Sigma ? 1 : 0;
+      ++Points;
+      const auto column = static_cast<std::size_t>(std::max(std::lround(point.X), 0L));
+      if (distance > kNear)
+        ++wrong;
+      else if (column < isCovered.size())
+        isCovered[column] = true;
+    }
+    const auto count = static_cast<double>(reading.Points.size());
+    Rms.push_back(reading.Points.empty() ? kNothing : std::sqrt(sum / count));
+    if (wrong > 0) FalsePart = std::max(FalsePart, wrong / count);
+    Silent += wrong > 0 && reading.Doubts.empty() ? 1 : 0;
+    const auto [left, right] =
+        std::minmax_element(plot.Course.begin(), plot.Course.end(),
+                            [](PixelPosition a, PixelPosition b) { return a.X < b.X; });
+    const int first = static_cast<int>(std::ceil(left->X));
+    const int last = static_cast<int>(std::floor(right->X));
+    const auto covered = std::count(isCovered.begin() + first, isCovered.begin() + last + 1, true);
+    Coverage = std::min(Coverage, static_cast<double>(covered) / (last - first + 1));
+  }
+};
+
+}  // namespace
+
+int PrintReadTable() {
+  std::puts(
+      "\n| plot, clicked once | rms, middle | rms, worst | target | coverage | false | within 1 "
+      "sigma | within 2 | false and not told | met |\n"
+      "|---|---:|---:|---:|---:|---:|---:|---:|---:|---|");
+  int missed = 0;
+  for (const ReadFamily& family : ReadFamilies()) {
+    FamilyResult result;
+    for (unsigned seed = 1; seed <= kSeeds; ++seed) result.Add(family.Draw(seed));
+    std::sort(result.Rms.begin(), result.Rms.end());
+    const double middle = result.Rms[kSeeds / 2], worst = result.Rms.back();
+    const bool met = middle <= family.Middle && worst <= family.Worst &&
+                     result.Coverage >= family.Coverage && result.FalsePart == 0;
+    missed += met ? 0 : 1;
+    const auto part = [&](int points) { return 100.0 * points / std::max(result.Points, 1); };
+    std::printf(
+        "| %s | %.3f | %.3f | %.2f / %.2f | %.1f %% | %.1f %% | %.0f %% | %.0f %% | %d | %s |\n",
+        family.Name.c_str(), middle, worst, family.Middle, family.Worst, 100 * result.Coverage,
+        100 * result.FalsePart, part(result.WithinOne), part(result.WithinTwo), result.Silent,
+        met ? "yes" : "**no**");
+  }
+  return missed;
+}
+
+}  // namespace graphize::accuracy
