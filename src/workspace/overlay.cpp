@@ -13,7 +13,8 @@ bool Touches(const PlotOverlay::Rectangle& area, const PlotPixel& pixel, int rea
          pixel.Y >= area.Top - reach && pixel.Y <= area.Bottom + reach;
 }
 
-/// The curve's points that reach into the area.
+/// The curve's points that reach into the area: those that its list shows, and all captured ones
+/// while the list has other rows, such as resampled ones.
 PlotOverlay::Marks MarksOf(const Curve& curve, const PointStore& store,
                            const PlotOverlay::Rectangle& area) {
   constexpr float kReach = kCurvePointReach + kMarkEdge + 0.5f;
@@ -22,8 +23,10 @@ PlotOverlay::Marks MarksOf(const Curve& curve, const PointStore& store,
   const float top = static_cast<float>(area.Top) - kReach;
   const float bottom = static_cast<float>(area.Bottom) + kReach;
   PlotOverlay::Marks marks{.MarkColour = curve.MarkColour};
-  for (int i = 1; i <= store.CaptureCount; ++i) {
-    const Place& place = store.Places[store.CaptureId[i]];
+  const std::vector<PointId>& ids = store.ListIsCaptured ? store.ListId : store.CaptureId;
+  const int count = store.ListIsCaptured ? store.ListCount : store.CaptureCount;
+  for (int i = 1; i <= count; ++i) {
+    const Place& place = store.Places[ids[i]];
     if (place.Column >= left && place.Column <= right && place.Row >= top && place.Row <= bottom)
       marks.Points.push_back(
           {static_cast<int>(std::lrint(place.Column)), static_cast<int>(std::lrint(place.Row))});

@@ -645,6 +645,9 @@ TEST_F(WorkspaceTest, EveryCurveIsAskedAboutAndMarked) {
   EXPECT_EQ(marks(0, 59), "1b2a") << "the active one above the other";
   EXPECT_EQ(marks(32, 59), "2a");
   EXPECT_EQ(marks(33, 59), "1a");
+  Do(ws, desktop, ClearRowsStep{2, 2});
+  EXPECT_EQ(marks(0, 59), "1b1a") << "not what the list has no longer";
+  Do(ws, desktop, UndoListStep{});
   Do(ws, desktop, ShowCurveStep{false});
   EXPECT_EQ(marks(0, 59), "1b");
   EXPECT_FALSE(Plot_Paint(ws, {0, 0, 59, 49}).LastPoint) << "nothing of it is seen";
