@@ -306,6 +306,8 @@ bool History::Apply(Workspace& ws, Way way) {
 }
 
 bool History::Undo(Workspace& ws) {
+  // What a person sees happen is the drag.
+  if (GiveUpDrag(ws)) return true;
   return Apply(ws, Way::Back);
 }
 

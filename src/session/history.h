@@ -68,7 +68,8 @@ class History {
   /// `ws.undoNames` what can be undone. While the pen is down, nothing: its way is one change.
   void Commit(Workspace& ws);
   /// End what a press on the picture has begun, then take back the last entry or do it again. False
-  /// when there is none. The recipe goes along.
+  /// when there is none. The recipe goes along. While points or a rectangle are dragged, Undo gives
+  /// that up and takes nothing back.
   bool Undo(Workspace& ws);
   bool Redo(Workspace& ws);
 

@@ -123,6 +123,12 @@ void EndDrag(Workspace& ws) {
   ws.mouse.Snapped = false;
 }
 
+bool GiveUpDrag(Workspace& ws) {
+  if (!ws.scanRectangle.Active && !ws.pointEdit.Dragged) return false;
+  EndDrag(ws);
+  return true;
+}
+
 void ReadPlot(Workspace& ws, const Desktop& desktop, float X, float Y) {
   std::string told;
   Desktop reader = desktop;

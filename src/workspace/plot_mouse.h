@@ -19,6 +19,8 @@ void Plot_MouseUp(Workspace& ws, const Desktop& desktop, int Button, int Shift, 
 /// Ends what a press on the picture has begun, without finishing it: its release went elsewhere, a
 /// menu or key changes the picture meanwhile, or Escape cancels it.
 void EndDrag(Workspace& ws);
+/// Ends a drag whose release alone would change something. False without one.
+bool GiveUpDrag(Workspace& ws);
 /// A left button released over the plot that was pressed there, or Enter: acts on the position that
 /// the last move or the snapping has left.
 void Plot_Click(Workspace& ws, const Desktop& desktop);

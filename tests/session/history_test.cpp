@@ -324,5 +324,19 @@ TEST_F(HistoryTest, EndsAStrokeOfThePenBeforeItTakesItBack) {
   ExpectReplayed(ws);
 }
 
+TEST_F(HistoryTest, GivesUpWhatIsOnlyBeingDragged) {
+  Start(1);
+  Workspace& ws = user->ws;
+  user->Do(PointStep{50, 60});
+  user->Do(ModeStep{Mode::EditPoints});
+  Plot_MouseDown(ws, Desktop(), kLeftButton, 0, 50, 60);
+  Plot_MouseMove(ws, Desktop(), kLeftButton, 0, 70, 70);
+  ASSERT_TRUE(ws.pointEdit.Dragged);
+  ASSERT_TRUE(history.Undo(ws));
+  EXPECT_EQ(ws.undoNames.Undo, "Capture");
+  Plot_MouseUp(ws, Desktop(), kLeftButton, 0, 70, 70);
+  EXPECT_EQ(ws.store.Places.back(), (Place{50, 60}));
+}
+
 }  // namespace
 }  // namespace graphize
