@@ -6,8 +6,10 @@
 #include <utility>
 
 #include "base/run_time_error.h"
+#include "base/whole_file.h"
 #include "codecs/file_format.h"
 #include "codecs/picbuf.h"
+#include "session/kept_raster.h"
 #include "workspace/picture_commands.h"
 
 namespace graphize {
@@ -75,6 +77,12 @@ void Journal::KeepPicture(Workspace& ws, const Desktop& desktop) {
       show(percent);
       return true;
     });
+    const auto keepBeside = [&](const char* ending, const std::string& text) {
+      ThrowSystemError(ReplaceWholeFile(fs::path(folder_ / name) += ending, text));
+    };
+    if (!ws.plot.Pixels.Faint.IsEmpty()) keepBeside(kFaintEnding, BitsText(ws.plot.Pixels.Faint));
+    if (!ws.plot.LastEdit.empty())
+      keepBeside(kLastEditEnding, RunsText(ws.plot.LastEdit, ws.plot.Width()));
     ws.picture.KeptCopy = name;
     ws.picture.KeptSteps = static_cast<int>(ws.recipe.Steps.size());
   } catch (const RunTimeError& error) {
@@ -88,8 +96,12 @@ bool Journal::TakePicture(Workspace& ws, const fs::path& copy) {
   if (sessions_.empty() || !Begin()) return false;
   const fs::path name = FreePictureName();
   std::error_code failure;
-  fs::create_hard_link(copy, folder_ / name, failure);
-  if (failure) fs::copy_file(copy, folder_ / name, failure);
+  for (const char* ending : {"", kFaintEnding, kLastEditEnding}) {
+    const fs::path from = fs::path(copy) += ending, to = fs::path(folder_ / name) += ending;
+    if (failure || (*ending != '\0' && !fs::exists(from, failure))) continue;
+    fs::create_hard_link(from, to, failure);
+    if (failure) fs::copy_file(from, to, failure);
+  }
   if (!failure) ws.picture.KeptCopy = name;
   return !failure;
 }

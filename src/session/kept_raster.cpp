@@ -1,6 +1,7 @@
 #include "session/kept_raster.h"
 
 #include <charconv>
+#include <utility>
 
 #include "base/checksum.h"
 #include "base/run_time_error.h"
@@ -146,6 +147,19 @@ BitMap ReadBits(std::string_view text, int width, int height) {
     for (int x = run.Column; x < run.Column + run.Length; ++x) bits.Set(x, run.Row);
   }
   return bits;
+}
+
+void PutEdited(PlotImage& image, Raster picture, OverdrawnPixels lastEdit) {
+  // Back to before the edit, in the raster and in its log; then the edit again.
+  for (auto pixel = lastEdit.rbegin(); pixel != lastEdit.rend(); ++pixel)
+    std::swap(picture.Pixels()[pixel->Index], pixel->Pixel);
+  SetPicture(image, std::move(picture));
+  if (lastEdit.empty()) return;
+  BeginEdit(image);
+  const auto width = static_cast<std::uint32_t>(image.Width());
+  for (const OverdrawnPixel& pixel : lastEdit)
+    EditPixel(image, static_cast<int>(pixel.Index % width), static_cast<int>(pixel.Index / width),
+              ColourOfPixel(pixel.Pixel));
 }
 
 }  // namespace graphize

@@ -22,4 +22,8 @@ OverdrawnPixels ReadRuns(std::string_view text, int width, int height);
 std::string BitsText(const BitMap& bits);
 BitMap ReadBits(std::string_view text, int width, int height);
 
+/// The picture takes the place of the one in the image. Its last edit, whose log holds what it has
+/// covered, is done again there, so that it can be undone.
+void PutEdited(PlotImage& image, Raster picture, OverdrawnPixels lastEdit);
+
 }  // namespace graphize

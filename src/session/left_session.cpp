@@ -11,6 +11,7 @@
 #include "codecs/picbuf.h"
 #include "session/journal.h"
 #include "session/kept_document.h"
+#include "session/kept_raster.h"
 #include "tracing/extraction_context.h"
 #include "workspace/picture_commands.h"
 #include "workspace/replay.h"
@@ -84,6 +85,16 @@ std::string TimeText(std::int64_t seconds, std::int64_t now) {
   constexpr const char* kDay = "%Y-%m-%d";
   const std::string hour = text(then, "%H:%M");
   return text(then, kDay) == text(today, kDay) ? hour : text(then, kDay) + " " + hour;
+}
+
+/// Empty where there is no such file.
+std::string TextBeside(const fs::path& copy, const char* ending) {
+  std::string text;
+  const fs::path file = fs::path(copy) += ending;
+  std::error_code failure;
+  if (!fs::exists(file, failure)) return text;
+  ThrowSystemError(ReadWholeFile(file, kLargestJournal, text));
+  return text;
 }
 
 /// The journal of a session, read; the new one where there is one that tells something.
@@ -161,8 +172,16 @@ std::string RestorePicture(const LeftSession& session, Workspace& made, const De
       std::optional<LoadedPicture> copy =
           LoadPicture(session.Folder / kept.PictureCopy, ShowProgress(made, desktop));
       if (!copy) return "It was not read to its end.";
+      const int width = copy->Picture.Width(), height = copy->Picture.Height();
+      const fs::path file = session.Folder / kept.PictureCopy;
+      if (const std::string text = TextBeside(file, kFaintEnding); !text.empty())
+        copy->Picture.Faint = ReadBits(text, width, height);
+      OverdrawnPixels edit;
+      if (const std::string text = TextBeside(file, kLastEditEnding); !text.empty())
+        edit = ReadRuns(text, width, height);
       made.picture = kept.Document.Picture;
       LoadImage(made, desktop, std::move(copy->Picture), kept.Document.SourceName);
+      PutEdited(made.plot, std::exchange(made.plot.Pixels, Raster()), std::move(edit));
       ResizeView(made, made.plot.Width(), made.plot.Height());
       done = static_cast<std::size_t>(kept.CopySteps);
     }
@@ -178,7 +197,12 @@ std::string RestorePicture(const LeftSession& session, Workspace& made, const De
       const auto number = static_cast<std::size_t>(open->Picture);
       if (number < 1 || number > pictures.size()) return "Its file is not known.";
       const RecipePicture& picture = pictures[number - 1];
-      if (std::string fault = FileFault(picture); !fault.empty()) return fault;
+      if (std::string fault = FileFault(picture); !fault.empty()) {
+        if (std::any_of(steps.begin() + static_cast<std::ptrdiff_t>(i) + 1, steps.end(),
+                        Is<OpenStep>))
+          continue;  // another picture has taken its place since
+        return fault;
+      }
       open->Path = picture.Path;
     }
     const Outcome outcome = ReplayStep(made, desktop, step);
@@ -196,10 +220,12 @@ void BringBackSession(Workspace& ws, const Desktop& desktop, const LeftSession& 
   kept.Picture.KeptCopy = made != nullptr ? session.Kept.PictureCopy : "";
   kept.Picture.KeptSteps = session.Kept.CopySteps;
   ClearMarks(ws.plot);
-  SetPicture(ws.plot, made != nullptr ? std::exchange(made->plot.Pixels, Raster()) : Raster());
   if (made != nullptr) {
-    ws.plot.LastEdit = std::move(made->plot.LastEdit);
+    PutEdited(ws.plot, std::exchange(made->plot.Pixels, Raster()),
+              std::exchange(made->plot.LastEdit, {}));
     ws.plot.Number = made->plot.Number;
+  } else {
+    SetPicture(ws.plot, Raster());
   }
   ws.imageTools.UndoCopy.reset();
   BringBack(ws, desktop, std::move(kept));

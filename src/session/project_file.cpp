@@ -226,16 +226,6 @@ bool ReadPicture(const ZipReader& zip, ProjectContent& project, const PicturePro
   return true;
 }
 
-/// The edit that can be undone is done again, so that it can be.
-void PutLastEdit(PlotImage& plot, const OverdrawnPixels& drawn) {
-  if (drawn.empty()) return;
-  BeginEdit(plot);
-  const auto width = static_cast<std::uint32_t>(plot.Width());
-  for (const OverdrawnPixel& pixel : drawn)
-    EditPixel(plot, static_cast<int>(pixel.Index % width), static_cast<int>(pixel.Index / width),
-              ColourOfPixel(pixel.Pixel));
-}
-
 void PutMarks(PlotImage& plot, const OverdrawnPixels& drawn) {
   const auto width = static_cast<std::uint32_t>(plot.Width());
   for (const OverdrawnPixel& pixel : drawn)
@@ -374,13 +364,8 @@ std::optional<ProjectContent> ReadProject(std::string_view bytes, ProjectPicture
 }
 
 void PutProject(Workspace& ws, const Desktop& desktop, ProjectContent&& project) {
-  // Back to before the last edit, in the raster and in its log; then the edit again.
-  OverdrawnPixels& edit = project.LastEdit;
-  for (auto pixel = edit.rbegin(); pixel != edit.rend(); ++pixel)
-    std::swap(project.Picture.Pixels()[pixel->Index], pixel->Pixel);
-  SetPicture(ws.plot, std::move(project.Picture));
+  PutEdited(ws.plot, std::move(project.Picture), std::move(project.LastEdit));
   ws.imageTools.UndoCopy.reset();  // it was of the picture before
-  PutLastEdit(ws.plot, edit);
   PutMarks(ws.plot, project.Marks);
   ws.view.X = ws.view.Y = 0;
   ResetScrBars(ws.view, ws.plot.Width(), ws.plot.Height());

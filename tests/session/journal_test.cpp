@@ -13,10 +13,12 @@
 #include "base/whole_file.h"
 #include "codecs/picbuf.h"
 #include "session/left_session.h"
+#include "session/project_file.h"
 #include "support/document_text.h"
 #include "support/quiet_desktop.h"
 #include "support/random_user.h"
 #include "support/temporary_folder.h"
+#include "workspace/do.h"
 #include "workspace/picture_commands.h"
 #include "workspace/plot_mouse.h"
 #include "workspace/replay.h"
@@ -301,6 +303,55 @@ TEST_F(JournalTest, PicturesOfNoFileComeBackAndMissingOnesAreTold) {
   BringBackSession(alone, quiet, *left, nullptr);
   EXPECT_FALSE(alone.plot.IsPresent() || alone.commands.Picture);
   EXPECT_TRUE(alone.calibration.IsComplete());
+
+  // It is found elsewhere; the first file stays missing.
+  SavePicture(folder / "found.bmp", 3, 0, test::PictureForRandomUser());
+  journal = std::make_unique<Journal>(Sessions());
+  history.Begin(alone);
+  Do(alone, quiet, OpenStep{.Path = folder / "found.bmp"});
+  Commit(alone);
+  left = Leave();
+  ASSERT_TRUE(left);
+  Workspace found;
+  EXPECT_EQ(RestorePicture(*left, found, quiet), "");
+}
+
+TEST_F(JournalTest, WorkOnAProjectComesBackWithoutItsFiles) {
+  const Desktop quiet = test::QuietDesktop();
+  const fs::path inside = folder / "inside.bmp";
+  int withEdit = 0, withFaint = 0;
+  for (unsigned seed = 1; seed <= 25 && !HasFailure(); ++seed) {
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    SavePicture(inside, 3, 0, test::PictureForRandomUser());
+    test::RandomUser before(seed, inside, folder / "saved.dat");
+    for (int i = 0; i < 40; ++i) before.DoSomething();
+    EndDrag(before.ws);
+    const std::string project = ProjectBytes(before.ws, quiet).value();
+    fs::remove(inside);
+
+    Start(seed + 100);
+    Workspace& ws = user->ws;
+    PutProject(ws, quiet, ReadProject(project, ProjectPicture::Decoded).value());
+    Commit(ws);
+    withEdit += ws.plot.HasUndo;
+    if (seed % 2 == 0) Do(ws, quiet, UndoEditStep{});
+    Commit(ws);
+    const std::string expected = TextOf(ws);
+    const bool hasFaint = !ws.plot.Pixels.Faint.IsEmpty();
+    const auto edit = ws.plot.LastEdit;
+    const auto left = Leave();
+    ASSERT_TRUE(left);
+    Workspace made, again;
+    StartReplay(again);
+    EXPECT_EQ(RestorePicture(*left, made, quiet), "");
+    BringBackSession(again, quiet, *left, &made);
+    ExpectSame(TextOf(again), expected, "brought back");
+    EXPECT_EQ(!again.plot.Pixels.Faint.IsEmpty(), hasFaint);
+    EXPECT_TRUE(again.plot.LastEdit == edit);
+    withFaint += hasFaint;
+  }
+  EXPECT_GT(withEdit, 3);
+  EXPECT_GT(withFaint, 3);
 }
 
 }  // namespace
