@@ -152,6 +152,7 @@ std::shared_ptr<const PointStore> StoreOf(const Points& points) {
       !fits(store->CaptureX, store->CaptureY, store->CaptureId, store->CaptureCount) ||
       !fits(store->ListX, store->ListY, store->ListId, store->ListCount))
     Fail("its points do not fit together");
+  ShowNewest(store->Page, store->ListCount);
   return store;
 }
 

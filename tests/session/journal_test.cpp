@@ -348,6 +348,9 @@ TEST_F(JournalTest, WorkOnAProjectComesBackWithoutItsFiles) {
     ExpectSame(TextOf(again), expected, "brought back");
     EXPECT_EQ(!again.plot.Pixels.Faint.IsEmpty(), hasFaint);
     EXPECT_TRUE(again.plot.LastEdit == edit);
+    ListPage page;
+    ShowNewest(page, again.store.ListCount);
+    EXPECT_TRUE(again.store.Page == page) << "the list shows its newest rows";
     withFaint += hasFaint;
   }
   EXPECT_GT(withEdit, 3);
