@@ -173,11 +173,15 @@ RecipeFile ReadProjectAsRecipe(const std::string& name, std::optional<TemporaryF
     RecipeFile recipe = ReadRecipe(project.Recipe, {});
     if (recipe.Pictures.size() != 1 || project.Picture.empty()) return recipe;
     RecipeFile::Picture& picture = recipe.Pictures.front();
+    const std::string checksum = HexText(Crc32(project.Picture));
+    if (!picture.Path.empty() &&
+        (project.Picture.size() != picture.FileSize || checksum != picture.Checksum))
+      throw RunTimeError("The picture in it is not the one that its steps were done on.");
     const fs::path file = picture.Path.empty() ? fs::path("pasted.png") : picture.Path.filename();
     folder.emplace();
     picture.Path = folder->Path() / file;
     picture.FileSize = project.Picture.size();
-    picture.Checksum = HexText(Crc32(project.Picture));
+    picture.Checksum = checksum;
     ThrowSystemError(ReplaceWholeFile(picture.Path, project.Picture));
     return recipe;
   } catch (const RunTimeError& error) {
@@ -202,6 +206,7 @@ bool Replay(std::span<const std::string> words, const BatchStreams& streams) {
   const std::vector<BatchStep> steps = StepsOf(recipe, name);
   std::vector<Job> jobs = ReplayJobs(
       recipe, pictures, {.Table = output, .Picture = "", .Format = options.Table.Format}, name);
+  if (folder && pictures.empty()) jobs.front().Name = name;
   // Without a picture the recipe's own is used, which may have led to an empty file.
   options.Table.PointsExpected = !pictures.empty() && HadPoints(recipe);
   const StandardInput input(jobs, streams.In);

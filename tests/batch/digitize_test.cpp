@@ -290,6 +290,8 @@ TEST_F(Batch, SeveralCurvesAreOneTable) {
   EXPECT_EQ(out.str(), table);
   ASSERT_EQ(Run(with({"-o", At("one.dat")})), 0);
   EXPECT_TRUE(IsTold("a data file holds one curve, this one \"A, a\""));
+  ASSERT_EQ(Run({"replay", At("three.graphize"), "-o", At("two.dat")}), 0);
+  EXPECT_TRUE(IsTold("three.graphize: a data file holds one curve")) << "no file that is gone";
   ASSERT_EQ(
       Run(OnPendulum({"--point=70,40", "--curve=b", "--point=610,40", "-o", "-", "--format=csv"})),
       0);
