@@ -344,8 +344,15 @@ TEST_F(JournalTest, WorkOnAProjectComesBackWithoutItsFiles) {
     Workspace made, again;
     StartReplay(again);
     EXPECT_EQ(RestorePicture(*left, made, quiet), "");
+    history = History();
+    history.Begin(again);
     BringBackSession(again, quiet, *left, &made);
     ExpectSame(TextOf(again), expected, "brought back");
+    history.Commit(again);
+    ASSERT_TRUE(history.Undo(again));
+    EXPECT_FALSE(again.plot.IsPresent() || again.plot.HasUndo);
+    ASSERT_TRUE(history.Redo(again));
+    ExpectSame(TextOf(again), expected, "and again after Undo");
     EXPECT_EQ(!again.plot.Pixels.Faint.IsEmpty(), hasFaint);
     EXPECT_TRUE(again.plot.LastEdit == edit);
     ListPage page;
