@@ -31,7 +31,7 @@ void MainWindow::DeleteSession() {
 
 void MainWindow::RecoverSession() {
   if (!leftSession_) return;
-  bool broughtBack = false, hasPicture = true;
+  bool broughtBack = false, whole = true;
   Do([&](Workspace& ws, const Desktop& desktop) {
     if (!MayClose(ws, desktop)) return;
     ws.window.Hourglass = true;
@@ -52,13 +52,15 @@ void MainWindow::RecoverSession() {
     EndDrag(ws);
     BringBackSession(ws, desktop, *leftSession_, fault.empty() ? &made : nullptr);
     if (!ws.picture.KeptCopy.empty())
-      hasPicture = journal_.TakePicture(ws, leftSession_->Folder / ws.picture.KeptCopy);
+      whole = journal_.TakePicture(ws, leftSession_->Folder / ws.picture.KeptCopy);
+    // A picture that cannot be had today, from a drive that is not there, may be had tomorrow.
+    whole = whole && (!hadPicture || fault.empty());
     ws.status.Status = "Brought back: " + leftSession_->Describe(std::time(nullptr));
     broughtBack = true;
   });
   if (!broughtBack) return;
-  // It goes only when this session has all of it.
-  if (journal_.Flush() && hasPicture) RemoveSession(leftSession_->Folder);
+  // It goes only when this session has all of it; else it is offered again at the next start.
+  if (journal_.Flush() && whole) RemoveSession(leftSession_->Folder);
   OfferSession();
 }
 

@@ -28,7 +28,7 @@ constexpr std::size_t kTooLarge = std::numeric_limits<std::uint32_t>::max();
 }
 
 void Put(std::string& to, std::uint64_t value, int bytes) {
-  for (int i = 0; i < bytes; ++i) to += static_cast<char>(value >> (8 * i) & 0xffu);
+  for (int i = 0; i < bytes; ++i, value >>= 8) to += static_cast<char>(value & 0xffu);
 }
 
 /// The fields that a file's own header and its entry in the directory share.

@@ -39,7 +39,9 @@ std::string HintOnRows(const ExportForm& form, const XGrid& grid) {
   if (!form.CommonX) {
     std::size_t rows = 0;
     for (const ExportCurve& curve : curves) rows += curve.Rows.size();
-    return Counted(rows, "point", "points");
+    const bool isOneOfSeveral = form.Curves.size() > 1 && !form.AllCurves;
+    return Counted(rows, "point", "points") +
+           (isOneOfSeveral ? " of " + curves.front().Name + " alone" : "");
   }
   if (!grid.Fault.empty()) return grid.Fault;
   if (grid.Values.empty())

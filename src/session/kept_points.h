@@ -8,7 +8,8 @@
 namespace graphize {
 
 // The rows of a point store as CSV: a header "id,column,row,x,y", a line each. Numbers are the
-// shortest that read back as the same value; a row that is no captured point has id 0; where there is no place,
+// shortest that read back as the same value; a row that is no captured point has id 0; where there
+// is no place,
 /// there are no column and row.
 
 /// The captured points, in capture order.

@@ -72,7 +72,7 @@ TEST_F(CurvesTest, ThreeAreCapturedShownExportedAndTakenBack) {
   EXPECT_TRUE(IsMarked(430, 40, 2));
 
   ChooseForm("MNU_FILE_Export", "FRM_Export");
-  EXPECT_EQ(TextOf("LBL_Hint"), "2 points.");
+  EXPECT_EQ(TextOf("LBL_Hint"), "2 points of b, \"<x>\" alone.");
   ClickControl(Find<QWidget>("CHK_AllCurves"));
   EXPECT_EQ(Export("blocks.csv"),
             "curve,x,y\r\n\"b, \"\"<x>\"\"\",4,0\r\n\"b, \"\"<x>\"\"\",12,-1\r\n"

@@ -326,7 +326,7 @@ TEST(ExportForm, SaysWhatWillBeWrittenAndRefusesWhatIsNoGrid) {
     std::size_t curves, rows;  // of the table; 0: a message instead
   };
   const Case cases[] = {
-      {false, false, "none", "3 points.", 1, 3},
+      {false, false, "none", "3 points of c alone.", 1, 3},
       {true, false, "",
        "4 points.\n1 of 4 rows are no places on the picture as it is: they have the list's values.",
        2, 3},
