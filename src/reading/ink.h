@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "base/raster.h"
-#include "reading/paper.h"
+#include "raster/paper.h"
 
 namespace graphize {
 

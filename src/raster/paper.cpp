@@ -1,4 +1,4 @@
-#include "reading/paper.h"
+#include "raster/paper.h"
 
 #include <algorithm>
 #include <array>
