@@ -25,7 +25,7 @@ struct FamilyResult {
   void Add(const ReadPlot& plot) {
     PictureOperation operation;
     const CurveReading reading =
-        ReadCurve(plot.Picture, plot.Axes, plot.Click.X, plot.Click.Y, {}, operation);
+        ReadCurve(plot.Picture, plot.Axes, {plot.Click.X, plot.Click.Y}, operation);
     double sum = 0;
     int wrong = 0;
     std::vector<bool> isCovered(static_cast<std::size_t>(plot.Picture.Width()));

@@ -86,10 +86,13 @@ constexpr Options kPointOptions = {
     {"emit", 0, "LIST", kPoints,
      "what the tracer gives: center (default), above,\n"
      "below, with commas"},
-    {"read", 0, "COL,ROW[:DENSITY]", kPoints,
+    {"read", 0, "COL,ROW[:HOW]...", kPoints,
      "the curve there, of any colour, on the picture in\n"
      "colour: one point per column, or one every so many\n"
-     "PIXELS, where it \"bends\", or at \"x=X,X,...\"",
+     "PIXELS, where it \"bends\", or at \"x=X,X,...\";\n"
+     "\"tolerance=T\" from 0.5 to 2 counts fewer or more\n"
+     "pixels as its ink, \"through=COL,ROW\" names another\n"
+     "place of it",
      true},
     {"scan", 0, "LEFT,TOP,RIGHT,BOTTOM", kPoints, "all black pixels in the rectangle", true},
     {"x-increment", 0, "N", kPoints, "columns to look ahead, or of a scan's step (2)"},

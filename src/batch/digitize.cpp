@@ -265,30 +265,48 @@ class Maker {
     return step;
   }
 
-  /// COLUMN,ROW with a density behind a colon.
+  /// COLUMN,ROW with what else is told behind colons.
   static ReadStep Read(const GivenOption& option) {
-    using Kind = ReadingDensity::Kind;
-    const auto [at, density] = SplitOff(option.Value);
-    const PlotPixel click = PixelOf(option, at);
+    const std::vector<std::string> parts = Split(option.Value, ':');
+    const PlotPixel click = PixelOf(option, parts.front());
     ReadStep step{At(click.X), At(click.Y), {}};
-    if (option.Value.find(':') == std::string::npos) return step;
-    if (density == "bends") {
-      step.Density.Is = Kind::Bends;
-    } else if (density.starts_with("x=")) {
-      step.Density.Is = Kind::AtX;
-      for (const std::string& text : Split(density.substr(2), ',')) {
-        const auto x = WholeNumberText(text);
-        if (!x || std::fabs(*x) > std::numeric_limits<float>::max())
-          Refuse(option, "\"" + text + "\" is no number of single precision");
-        step.Density.Xs.push_back(static_cast<float>(*x));
+    for (std::size_t i = 1; i < parts.size(); ++i) {
+      if (parts[i].starts_with("tolerance=")) {
+        step.Tolerance = Single(option, parts[i].substr(10));
+      } else if (parts[i].starts_with("through=")) {
+        step.Through.push_back(PixelOf(option, parts[i].substr(8)));
+      } else {
+        step.Density = Density(option, parts[i]);
       }
-    } else {
-      const auto pixels = IntegerText(density, 1, 32767);
-      if (!pixels)
-        Refuse(option, "COLUMN,ROW is expected, or with :PIXELS, :bends or :x=X,... behind");
-      step.Density = {Kind::Every, *pixels, {}};
     }
     return step;
+  }
+
+  static float Single(const GivenOption& option, const std::string& text) {
+    const auto number = WholeNumberText(text);
+    if (!number || std::fabs(*number) > std::numeric_limits<float>::max())
+      Refuse(option, "\"" + text + "\" is no number of single precision");
+    return static_cast<float>(*number);
+  }
+
+  static ReadingDensity Density(const GivenOption& option, const std::string& text) {
+    using Kind = ReadingDensity::Kind;
+    ReadingDensity density;
+    if (text == "bends") {
+      density.Is = Kind::Bends;
+    } else if (text.starts_with("x=")) {
+      density.Is = Kind::AtX;
+      for (const std::string& x : Split(text.substr(2), ','))
+        density.Xs.push_back(Single(option, x));
+    } else {
+      const auto pixels = IntegerText(text, 1, 32767);
+      if (!pixels)
+        Refuse(option,
+               "COLUMN,ROW is expected, or with :PIXELS, :bends, :x=X,..., :tolerance=T or "
+               ":through=COLUMN,ROW behind");
+      density = {Kind::Every, *pixels, {}};
+    }
+    return density;
   }
 
   void MakeOnList(const GivenOption& option) {

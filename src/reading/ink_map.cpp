@@ -13,11 +13,13 @@ namespace {
 /// What a pixel's difference to the paper says.
 class Judge {
  public:
-  Judge(const Paper& paper, const std::vector<Rgb>& directions, const Ink& ink)
+  Judge(const Paper& paper, const std::vector<Rgb>& directions, const Ink& ink, float tolerance)
       : scale_(1 / ink.Strength),
         direction_(ink.Direction),
-        floor_(std::clamp(2.5f * paper.Grain / ink.Strength, 0.05f, 0.35f)),
-        clear_(std::max(0.25f * ink.Strength, 4 * paper.Grain)) {
+        floor_(std::clamp(2.5f * paper.Grain / ink.Strength, 0.05f, 0.35f) / tolerance),
+        clear_(std::max(0.25f * ink.Strength, 4 * paper.Grain)),
+        bias_((tolerance - 1) * (1 - std::cos(12 * kDegree))),
+        foreign_(std::cos(std::min(30 * tolerance, 60.0f) * kDegree)) {
     const float apart = std::cos(9 * kDegree);
     for (const Rgb& other : directions)
       if (Dot(other, direction_) < apart) others_.push_back(other);
@@ -30,8 +32,8 @@ class Judge {
       const float own = Dot(d, direction_) / length;
       if (share > 1.5f) return InkMap::kHidden;
       for (const Rgb& other : others_)
-        if (Dot(d, other) > length * own) return InkMap::kHidden;
-      if (own < kForeign) return InkMap::kHidden;
+        if (Dot(d, other) > length * (own + bias_)) return InkMap::kHidden;
+      if (own < foreign_) return InkMap::kHidden;
     }
     if (share < floor_) return 0;
     return static_cast<std::uint8_t>(std::lround(std::min(share, 1.0f) * InkMap::kFull));
@@ -39,10 +41,11 @@ class Judge {
 
  private:
   static constexpr float kDegree = std::numbers::pi_v<float> / 180;
-  static constexpr float kForeign = 0.87f;  // cosine of 30 degrees: no blend of ink and paper
   float scale_;
   Rgb direction_;
   float floor_, clear_;
+  float bias_;     // cosine that the own direction is given before the others
+  float foreign_;  // cosine below which nothing is a blend of ink and paper
   std::vector<Rgb> others_;
 };
 
@@ -63,9 +66,9 @@ void MarkBeside(InkMap& map, int y) {
 }  // namespace
 
 InkMap MapOf(const Raster& picture, const Paper& paper, const std::vector<Rgb>& directions,
-             const Ink& ink, PictureOperation& operation) {
+             const Ink& ink, float tolerance, PictureOperation& operation) {
   InkMap map{picture.Width(), picture.Height(), std::vector<std::uint8_t>(picture.PixelCount())};
-  const Judge judge(paper, directions, ink);
+  const Judge judge(paper, directions, ink, tolerance);
   // Of drawn pictures nearly all pixels are like the one before.
   const auto read = [&](int first, int end) {
     for (int y = first; y < end; ++y) {

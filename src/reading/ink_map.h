@@ -36,9 +36,13 @@ struct InkMap {
   }
 };
 
+inline constexpr float kLeastTolerance = 0.5f, kMostTolerance = 2;
+
 /// Pixels that are nearer to another of `directions` are hidden, so are their neighbours that are
-/// neither paper nor full ink. An empty map when the operation was stopped.
+/// neither paper nor full ink. The tolerance, from kLeastTolerance to kMostTolerance, is how many
+/// times the usual a pixel may differ from the ink, in direction and in strength, and count as it.
+/// An empty map when the operation was stopped.
 InkMap MapOf(const Raster& picture, const Paper& paper, const std::vector<Rgb>& directions,
-             const Ink& ink, PictureOperation& operation);
+             const Ink& ink, float tolerance, PictureOperation& operation);
 
 }  // namespace graphize

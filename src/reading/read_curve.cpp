@@ -4,6 +4,7 @@
 #include <cmath>
 #include <optional>
 
+#include "base/bit_map.h"
 #include "reading/plot_lines.h"
 #include "reading/stroke_crossings.h"
 
@@ -18,7 +19,7 @@ std::string PlaceText(double x, double y) {
   return std::to_string(std::lround(x)) + "," + std::to_string(std::lround(y));
 }
 
-void DrawWalls(InkMap& map, std::span<const ReadingWall> walls) {
+void DrawWalls(InkMap& map, const std::vector<ReadingWall>& walls) {
   for (const ReadingWall& wall : walls) {
     const double radius = 0.5 * std::max(wall.Size, 1);
     const int reach = static_cast<int>(std::ceil(radius));
@@ -60,11 +61,11 @@ struct Followed {
 };
 
 Followed Follow(InkMap& map, PathPixel start, const PathCosts& costs,
-                const PictureOperation& operation) {
+                const std::vector<PathPixel>& through, const PictureOperation& operation) {
   Followed followed;
-  followed.Kind = KindOf(map, FindPath(map, start, costs, operation));
+  followed.Kind = KindOf(map, FindPath(map, start, costs, through, operation));
   const auto half = [&](int step) {
-    return FollowThroughCrossings(map, start, step, costs, followed.Kind, operation,
+    return FollowThroughCrossings(map, start, step, costs, through, followed.Kind, operation,
                                   followed.Doubts);
   };
   std::vector<PathPixel> path = half(-1);
@@ -123,11 +124,17 @@ void CutAtGaps(Followed& followed, PathPixel start) {
   samples = {samples.begin() + first, samples.begin() + last + 1};
 }
 
-/// The samples' own ink is taken out of the map; how much hangs on to it, in parts of theirs.
-double InkLeftOut(InkMap& map, const std::vector<StrokeSample>& samples, const StrokeKind& kind) {
+/// How much ink hangs on to the samples that is not theirs, in parts of theirs.
+double InkLeftOut(const InkMap& map, const std::vector<StrokeSample>& samples,
+                  const StrokeKind& kind) {
   constexpr std::uint8_t kClear = InkMap::kFull * 2 / 5;
+  BitMap met(map.Width, map.Height);
   std::vector<PathPixel> rim;
   double taken = 0, left = 0;
+  const auto meet = [&](int x, int y) {
+    met.Set(x, y);
+    rim.push_back({x, y});
+  };
   for (const StrokeSample& sample : samples) {
     const double chord = kind.Width * std::sqrt(1 + sample.Slope * sample.Slope);
     const int half = static_cast<int>(std::ceil(0.5 * chord)) + 1;
@@ -135,12 +142,10 @@ double InkLeftOut(InkMap& map, const std::vector<StrokeSample>& samples, const S
     for (int across = middle - half; across <= middle + half; ++across) {
       const PathPixel at =
           sample.AlongRow ? PathPixel{across, sample.At} : PathPixel{sample.At, across};
-      if (!map.Contains(at.X, at.Y)) continue;
-      std::uint8_t& value = map.At(at.X, at.Y);
-      if (value > InkMap::kFull) continue;
-      taken += value >= kClear ? 1 : 0;
-      value = 0;
-      rim.push_back(at);
+      if (!map.Contains(at.X, at.Y) || met.Get(at.X, at.Y) || map.At(at.X, at.Y) > InkMap::kFull)
+        continue;
+      taken += map.At(at.X, at.Y) >= kClear ? 1 : 0;
+      meet(at.X, at.Y);
     }
   }
   while (!rim.empty()) {
@@ -148,30 +153,35 @@ double InkLeftOut(InkMap& map, const std::vector<StrokeSample>& samples, const S
     rim.pop_back();
     for (int y = at.Y - 1; y <= at.Y + 1; ++y)
       for (int x = at.X - 1; x <= at.X + 1; ++x) {
-        if (!map.Contains(x, y)) continue;
-        std::uint8_t& value = map.At(x, y);
-        if (value < kClear || value > InkMap::kFull) continue;
+        const std::uint8_t value = map.At(x, y);
+        if (value < kClear || value > InkMap::kFull || met.Get(x, y)) continue;
         ++left;
-        value = 0;
-        rim.push_back({x, y});
+        meet(x, y);
       }
   }
   return taken > 0 ? left / taken : 0;
 }
 
+bool LeadsThrough(const std::vector<CurvePoint>& points, PathPixel at) {
+  return std::any_of(points.begin(), points.end(), [&](const CurvePoint& point) {
+    return std::hypot(point.X - at.X, point.Y - at.Y) <= kClickReach;
+  });
+}
+
 }  // namespace
 
-CurveReading ReadCurve(const Raster& picture, const AxisCalibration& calibration, double x,
-                       double y, std::span<const ReadingWall> walls, PictureOperation& operation) {
+CurveReading ReadCurve(const Raster& picture, const AxisCalibration& calibration,
+                       const ReadingRequest& request, PictureOperation& operation) {
+  const double x = request.X, y = request.Y;
   CurveReading reading;
   const auto refused = [&](const std::string& found) {
     reading.Refusal = "at " + PlaceText(x, y) + " there is " + found;
-    return reading;
+    return std::move(reading);
   };
-  const auto stopped = [&] {
-    reading = {};
-    reading.IsStopped = true;
-    return reading;
+  const auto stopped = [] {
+    CurveReading none;
+    none.IsStopped = true;
+    return none;
   };
   const Paper paper = PaperOf(picture);
   const std::vector<Rgb> directions = InkDirections(picture, paper);
@@ -181,9 +191,10 @@ CurveReading ReadCurve(const Raster& picture, const AxisCalibration& calibration
     return refused(directions.empty() ? "no curve: the picture has one colour"
                                       : "only paper, no curve");
   operation.To = 0.6;
-  InkMap map = MapOf(picture, paper, directions, *ink, operation);
+  reading.Map = MapOf(picture, paper, directions, *ink, request.Tolerance, operation);
+  InkMap& map = reading.Map;
   if (operation.Stopped) return stopped();
-  DrawWalls(map, walls);
+  DrawWalls(map, request.Walls);
   TakeOutLines(map, FrameOf(calibration, picture.Width(), picture.Height()), x, y);
   operation.Advance(1);
   if (operation.Stopped) return stopped();
@@ -193,9 +204,9 @@ CurveReading ReadCurve(const Raster& picture, const AxisCalibration& calibration
     if (map.At(column, row) == InkMap::kWall) return refused("the frame, or what lies outside it");
     return refused("a line of the grid or the frame, no curve");
   }
-  Followed followed = Follow(map, *start, kSolidStroke, operation);
+  Followed followed = Follow(map, *start, kSolidStroke, request.Through, operation);
   if (2 * followed.Samples.size() < static_cast<std::size_t>(picture.Width())) {
-    Followed broken = Follow(map, *start, kBrokenStroke, operation);
+    Followed broken = Follow(map, *start, kBrokenStroke, request.Through, operation);
     if (100 * broken.Seen() > 115 * followed.Seen()) followed = std::move(broken);
   }
   if (operation.Stopped) return stopped();
@@ -215,6 +226,9 @@ CurveReading ReadCurve(const Raster& picture, const AxisCalibration& calibration
     reading.Points.clear();
     return refused("too little ink for a curve: a letter or a symbol");
   }
+  for (const PathPixel& at : request.Through)
+    if (!LeadsThrough(reading.Points, at))
+      reading.Doubts.push_back("the curve was not found to go through " + PlaceText(at.X, at.Y));
   if (InkLeftOut(map, followed.Samples, followed.Kind) > 0.2)
     reading.Doubts.push_back(
         "ink of its colour that joins the curve is left out: where a curve turns back or branches, "

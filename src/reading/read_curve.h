@@ -1,13 +1,14 @@
 #pragma once
 
-#include <span>
 #include <string>
 #include <vector>
 
 #include "base/raster.h"
 #include "calibration/axis_calibration.h"
 #include "raster/picture_operation.h"
+#include "reading/ink_map.h"
 #include "reading/stroke_fit.h"
+#include "reading/stroke_path.h"
 
 namespace graphize {
 
@@ -16,20 +17,30 @@ struct ReadingWall {
   int X = 0, Y = 0, Size = 0;
 };
 
+/// What is asked of a reading.
+struct ReadingRequest {
+  double X = 0, Y = 0;                  // the click, on the picture
+  float Tolerance = 1;                  // MapOf
+  std::vector<PathPixel> Through = {};  // further places that the curve goes through
+  std::vector<ReadingWall> Walls = {};
+};
+
 /// A curve as it was read off the picture.
 struct CurveReading {
   std::vector<CurvePoint> Points;  // along the curve, from its left end
   StrokeKind Kind;
   std::string Refusal;              // why there is nothing, in one sentence
   std::vector<std::string> Doubts;  // what could not be read safely, a sentence each
+  InkMap Map;                       // what was taken for its ink; empty where there was none
   bool IsStopped = false;           // nothing was read then
 };
 
-/// Reads the curve of any colour that was clicked at (x, y), as antialiased, compressed or hard as
-/// it may be: its ink is told from the paper and from other inks, grid lines and the frame are left
-/// out, and the stroke is followed to both sides to its ends. One point per column, or per row
-/// where the curve is steep. The calibration, when it is complete, says how the plot is turned.
-CurveReading ReadCurve(const Raster& picture, const AxisCalibration& calibration, double x,
-                       double y, std::span<const ReadingWall> walls, PictureOperation& operation);
+/// Reads the curve of any colour that was clicked, as antialiased, compressed or hard as it may be:
+/// its ink is told from the paper and from other inks, grid lines and the frame are left out, and
+/// the stroke is followed to both sides to its ends, within reach of every place that it is said to
+/// go through. One point per column, or per row where the curve is steep. The calibration, when it
+/// is complete, says how the plot is turned.
+CurveReading ReadCurve(const Raster& picture, const AxisCalibration& calibration,
+                       const ReadingRequest& request, PictureOperation& operation);
 
 }  // namespace graphize

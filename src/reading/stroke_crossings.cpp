@@ -116,10 +116,12 @@ class Wall {
 }  // namespace
 
 std::vector<PathPixel> FollowThroughCrossings(InkMap& map, PathPixel start, int step,
-                                              const PathCosts& costs, const StrokeKind& kind,
+                                              const PathCosts& costs,
+                                              std::span<const PathPixel> through,
+                                              const StrokeKind& kind,
                                               const PictureOperation& operation,
                                               std::vector<std::string>& doubts) {
-  std::vector<PathPixel> path = FindHalfPath(map, start, step, costs, operation);
+  std::vector<PathPixel> path = FindHalfPath(map, start, step, costs, through, operation);
   std::vector<StrokeSample> samples = SamplesOf(map, path, kind);
   // The turns of a noisy record are no crossings.
   if (IsRecord(samples, kind)) return path;
@@ -134,7 +136,8 @@ std::vector<PathPixel> FollowThroughCrossings(InkMap& map, PathPixel start, int 
     const std::size_t back = static_cast<std::size_t>(samples[crossing->First - 1].Pixel);
     Wall wall(map, samples, *crossing);
     std::vector<PathPixel> other(path.begin(), path.begin() + static_cast<std::ptrdiff_t>(back));
-    const std::vector<PathPixel> rest = FindHalfPath(map, path[back], step, costs, operation);
+    const std::vector<PathPixel> rest =
+        FindHalfPath(map, path[back], step, costs, through, operation);
     other.insert(other.end(), rest.begin(), rest.end());
     std::vector<StrokeSample> otherSamples = SamplesOf(map, other, kind);
     const double otherBend =

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <string>
 #include <vector>
 
@@ -12,7 +13,9 @@ namespace graphize {
 /// through both arms (a stroke goes on as smoothly as it came). The arms that it does not take are
 /// walled off in the map. Where two ways are as good, a doubt says so.
 std::vector<PathPixel> FollowThroughCrossings(InkMap& map, PathPixel start, int step,
-                                              const PathCosts& costs, const StrokeKind& kind,
+                                              const PathCosts& costs,
+                                              std::span<const PathPixel> through,
+                                              const StrokeKind& kind,
                                               const PictureOperation& operation,
                                               std::vector<std::string>& doubts);
 

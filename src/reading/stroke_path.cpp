@@ -67,6 +67,19 @@ class Search {
     return next;
   }
 
+  /// Leaves only paths near that row; false where there is none, and nothing is changed.
+  static bool Confine(Column& column, int y) {
+    const int top = std::max(column.Top, y - kThroughReach);
+    const int bottom = std::min(column.Bottom(), y + kThroughReach);
+    const auto row = [&](int at) { return column.Gain.begin() + (at - column.Top); };
+    if (top > bottom ||
+        std::all_of(row(top), row(bottom) + 1, [](double gain) { return gain <= kNever / 2; }))
+      return false;
+    std::fill(column.Gain.begin(), row(top), kNever);
+    std::fill(row(bottom) + 1, column.Gain.end(), kNever);
+    return true;
+  }
+
   /// Lets paths go up and down in the column.
   void Sweep(Column& column, int x, double least) const {
     for (int y = column.Top + 1; y < map_.Height; ++y) {
@@ -133,7 +146,14 @@ class Search {
 }  // namespace
 
 std::vector<PathPixel> FindHalfPath(const InkMap& map, PathPixel start, int step,
-                                    const PathCosts& costs, const PictureOperation& operation) {
+                                    const PathCosts& costs, std::span<const PathPixel> through,
+                                    const PictureOperation& operation) {
+  std::vector<PathPixel> ahead;
+  for (const PathPixel& at : through)
+    if ((at.X - start.X) * step > 0) ahead.push_back(at);
+  std::ranges::sort(ahead, {}, [&](const PathPixel& at) { return at.X * step; });
+  auto next = ahead.begin();
+
   const Search search(map, costs);
   std::vector<Column> columns(1);
   columns[0] = {start.Y, {0}, {0}, {0}};
@@ -142,15 +162,19 @@ std::vector<PathPixel> FindHalfPath(const InkMap& map, PathPixel start, int step
   std::size_t bestColumn = 0;
   int bestRow = start.Y;
   for (int x = start.X + step; !operation.Stopped; x += step) {
-    Column next = search.Next(columns.back(), x, best);
-    if (next.Gain.empty()) break;
-    const auto most = std::max_element(next.Gain.begin(), next.Gain.end());
-    if (*most > best) {
+    // On the way to a place nothing is given up.
+    Column column = search.Next(columns.back(), x, next == ahead.end() ? best : kNever);
+    if (column.Gain.empty()) break;
+    bool isBest = false;
+    for (; next != ahead.end() && next->X == x; ++next)
+      if (Search::Confine(column, next->Y)) isBest = true;
+    const auto most = std::max_element(column.Gain.begin(), column.Gain.end());
+    if (isBest || *most > best) {
       best = *most;
       bestColumn = columns.size();
-      bestRow = next.Top + static_cast<int>(most - next.Gain.begin());
+      bestRow = column.Top + static_cast<int>(most - column.Gain.begin());
     }
-    columns.push_back(std::move(next));
+    columns.push_back(std::move(column));
   }
   std::vector<PathPixel> path;
   int y = bestRow;
@@ -171,10 +195,11 @@ std::vector<PathPixel> FindHalfPath(const InkMap& map, PathPixel start, int step
 }
 
 std::vector<PathPixel> FindPath(const InkMap& map, PathPixel start, const PathCosts& costs,
+                                std::span<const PathPixel> through,
                                 const PictureOperation& operation) {
-  std::vector<PathPixel> path = FindHalfPath(map, start, -1, costs, operation);
+  std::vector<PathPixel> path = FindHalfPath(map, start, -1, costs, through, operation);
   std::reverse(path.begin(), path.end());
-  const std::vector<PathPixel> right = FindHalfPath(map, start, 1, costs, operation);
+  const std::vector<PathPixel> right = FindHalfPath(map, start, 1, costs, through, operation);
   path.insert(path.end(), right.begin() + 1, right.end());
   return path;
 }

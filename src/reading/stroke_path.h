@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <vector>
 
 #include "raster/picture_operation.h"
@@ -26,11 +27,16 @@ inline constexpr PathCosts kBrokenStroke = {.Paper = 0.1, .Leap = 0.06, .Reach =
 /// The stroke through `start` from its left to its right end, pixel by pixel, every column once or,
 /// where it is steep, as long as it goes up or down there. It gains by ink in every column, so the
 /// path that gains most ends where the stroke does (local alignment by dynamic programming, Smith
-/// and Waterman 1981, over the columns to both sides). Stopped operations give what there is.
+/// and Waterman 1981, over the columns to both sides). It leads through the places of `through`, as
+/// far as anything leads there, at no more than kThroughReach from them. Stopped operations give
+/// what there is.
 std::vector<PathPixel> FindPath(const InkMap& map, PathPixel start, const PathCosts& costs,
+                                std::span<const PathPixel> through,
                                 const PictureOperation& operation);
 /// The same to one side only, `step` 1 to the right or -1 to the left, beginning with `start`.
 std::vector<PathPixel> FindHalfPath(const InkMap& map, PathPixel start, int step,
-                                    const PathCosts& costs, const PictureOperation& operation);
+                                    const PathCosts& costs, std::span<const PathPixel> through,
+                                    const PictureOperation& operation);
+inline constexpr int kThroughReach = 7;  // rows
 
 }  // namespace graphize

@@ -6,7 +6,6 @@
 #include <utility>
 #include <vector>
 
-#include "reading/read_curve.h"
 #include "tracing/extraction_context.h"
 #include "workspace/extraction_commands.h"
 #include "workspace/picture_commands.h"
@@ -15,29 +14,14 @@ namespace graphize {
 
 namespace {
 
-CurveReading ReadAt(Workspace& ws, const Desktop& desktop, const ReadStep& step) {
-  std::vector<ReadingWall> walls;
-  for (int i = 1; i <= ws.blockers.Count; ++i) {
-    const Blocker& blocker = ws.blockers.Blockers[static_cast<std::size_t>(i)];
-    walls.push_back({blocker.X, blocker.Y, blocker.Size});
-  }
-  // The window paints the raster while the work goes on beside it, and changes nothing.
-  const BasePictureShown base(ws.plot);
-  CurveReading reading = RunBeside(ShowProgress(ws, desktop), [&](PictureOperation& operation) {
-    return ReadCurve(ws.plot.Pixels, ws.calibration, step.X, step.Y, walls, operation);
-  });
-  reading.Points =
-      Thinned(std::move(reading.Points), step.Density, ws.calibration, ws.plot.Height());
-  return reading;
-}
-
 std::string Hundredths(double pixels) {
   const long hundredths = std::lround(100 * pixels);
   return std::to_string(hundredths / 100) + (hundredths % 100 < 10 ? ".0" : ".") +
          std::to_string(hundredths % 100);
 }
 
-/// How sure the reading is, in plain words.
+}  // namespace
+
 std::string HowSure(const CurveReading& reading) {
   std::vector<double> sigmas;
   for (const CurvePoint& point : reading.Points) sigmas.push_back(point.Sigma);
@@ -56,31 +40,57 @@ std::string HowSure(const CurveReading& reading) {
   return text;
 }
 
-}  // namespace
-
 bool CanRead(const Workspace& ws) {
   return ws.plot.IsPresent() && ws.calibration.IsComplete();
 }
 
-Outcome Run(Workspace& ws, const Desktop& desktop, const ReadStep& step) {
-  if (!CanRead(ws)) return Refused("reading a curve needs a picture and its axes");
-  if (auto outside = RefusedAt(ws, step.X, step.Y)) return *outside;
-  for (const char* fault : {LogOriginFault(ws.calibration), LogPointFault(ws.calibration)})
-    if (fault != nullptr) return Refused(fault);
+CurveReading ReadAt(Workspace& ws, const Desktop& desktop, const ReadStep& step) {
+  ReadingRequest request{.X = step.X, .Y = step.Y, .Tolerance = step.Tolerance};
+  for (const PlotPixel& at : step.Through) request.Through.push_back({at.X, at.Y});
+  for (int i = 1; i <= ws.blockers.Count; ++i) {
+    const Blocker& blocker = ws.blockers.Blockers[static_cast<std::size_t>(i)];
+    request.Walls.push_back({blocker.X, blocker.Y, blocker.Size});
+  }
   ws.window.Hourglass = true;
   ws.status.Status = "Reading the curve...";
-  const CurveReading reading = ReadAt(ws, desktop, step);
+  // The window paints the raster while the work goes on beside it, and changes nothing.
+  const BasePictureShown base(ws.plot);
+  CurveReading reading = RunBeside(ShowProgress(ws, desktop), [&](PictureOperation& operation) {
+    return ReadCurve(ws.plot.Pixels, ws.calibration, request, operation);
+  });
   ws.window.Hourglass = false;
   ws.status.ProgressVisible = false;
+  ws.status.Status.clear();
+  reading.Points =
+      Thinned(std::move(reading.Points), step.Density, ws.calibration, ws.plot.Height());
+  if (!reading.IsStopped && reading.Refusal.empty() && reading.Points.empty())
+    reading.Refusal = "the curve has no point there";
+  return reading;
+}
+
+std::optional<Outcome> ReadingRefused(const Workspace& ws, const ReadStep& step) {
+  if (!CanRead(ws)) return Refused("reading a curve needs a picture and its axes");
+  if (auto outside = RefusedAt(ws, step.X, step.Y)) return outside;
+  for (const PlotPixel& at : step.Through)
+    if (auto outside = RefusedAt(ws, static_cast<float>(at.X), static_cast<float>(at.Y)))
+      return outside;
+  if (!(step.Tolerance >= kLeastTolerance && step.Tolerance <= kMostTolerance))
+    return Refused("the tolerance of a reading is a number from 0.5 to 2");
+  for (const char* fault : {LogOriginFault(ws.calibration), LogPointFault(ws.calibration)})
+    if (fault != nullptr) return Refused(fault);
+  return std::nullopt;
+}
+
+Outcome Run(Workspace& ws, const Desktop& desktop, const ReadStep& step) {
+  if (auto refused = ReadingRefused(ws, step)) return *refused;
+  const CurveReading reading = ReadAt(ws, desktop, step);
   if (reading.IsStopped) {
     ws.status.Status = "Stopped: nothing was read";
     return Nothing("it was stopped");
   }
-  if (!reading.Refusal.empty() || reading.Points.empty()) {
-    const std::string why =
-        reading.Refusal.empty() ? "the curve has no point there" : reading.Refusal;
-    ws.status.Status = "No curve: " + why;
-    return Refused(why);
+  if (!reading.Refusal.empty()) {
+    ws.status.Status = "No curve: " + reading.Refusal;
+    return Refused(reading.Refusal);
   }
   const int room = ws.store.MaxPoints - std::max(ws.store.CaptureCount, ws.store.ListCount);
   if (static_cast<int>(reading.Points.size()) > room)

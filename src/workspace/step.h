@@ -100,8 +100,11 @@ struct ScanStep {
 /// The curve there, of whatever colour, read off the picture and captured.
 struct ReadStep {
   static constexpr const char* Name = "read";
+  static constexpr int kMostThrough = 1000;
   float X = 0, Y = 0;
   ReadingDensity Density;
+  float Tolerance = 1;                  // ReadingRequest
+  std::vector<PlotPixel> Through = {};  // further places of the curve
 };
 
 struct BlockStep {

@@ -257,6 +257,20 @@ template <class Io>
 void Fields(Io& io, ReadStep& step) {
   using Kind = ReadingDensity::Kind;
   io.Position(step.X, step.Y);
+  bool isOwn = step.Tolerance != 1;
+  io.Flag(isOwn, "tolerance");
+  if (isOwn) io.Number(step.Tolerance);
+  bool isLed = !step.Through.empty();
+  io.Flag(isLed, "through");
+  if (isLed) {
+    int count = static_cast<int>(step.Through.size());
+    io.Integer(count, 1, ReadStep::kMostThrough);
+    step.Through.resize(static_cast<std::size_t>(count));
+    for (auto& [x, y] : step.Through) {
+      io.Integer(x, 0, kMostPixels);
+      io.Integer(y, 0, kMostPixels);
+    }
+  }
   io.template Choice<Kind>(
       step.Density.Is, "density",
       {{Kind::Each, "each"}, {Kind::Every, "every"}, {Kind::Bends, "bends"}, {Kind::AtX, "at"}});

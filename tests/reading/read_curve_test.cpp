@@ -59,10 +59,11 @@ struct Plot {
     Put(layer, ink);
     return course;
   }
-  CurveReading Read(PixelPosition at, const std::vector<ReadingWall>& walls = {}) const {
+  CurveReading Read(PixelPosition at, ReadingRequest request = {}) const {
     PictureOperation operation;
-    return ReadCurve(Picture, Layer().Calibration(), std::round(at.X), std::round(at.Y), walls,
-                     operation);
+    request.X = std::round(at.X);
+    request.Y = std::round(at.Y);
+    return ReadCurve(Picture, Layer().Calibration(), request, operation);
   }
 
   Raster Picture;
@@ -195,7 +196,7 @@ TEST(ReadCurve, TellsWhatItDoesNotSeeAndWhatItLeavesOut) {
   // A wall ends it.
   const PixelPosition wall = course[course.size() / 4];
   const ReadingWall dot{static_cast<int>(wall.X), static_cast<int>(wall.Y), 60};
-  for (const CurvePoint& point : plot.Read(course[course.size() * 3 / 4], {dot}).Points)
+  for (const CurvePoint& point : plot.Read(course[course.size() * 3 / 4], {.Walls = {dot}}).Points)
     EXPECT_GT(point.X, wall.X);
 
   // Of a closed curve one half is read, and it says so.
@@ -209,13 +210,42 @@ TEST(ReadCurve, TellsWhatItDoesNotSeeAndWhatItLeavesOut) {
   EXPECT_THAT(round.Read(circle[60]).Doubts, testing::Contains(testing::HasSubstr("is left out")));
 }
 
+TEST(ReadCurve, GoesWhereItIsToldAndTakesAsMuchForInkAsItMay) {
+  // Where two of its colour part at one place, a second click says which it is.
+  Plot plot;
+  const auto lower = plot.Curve([](double u) { return 0.4 - 0.3 * std::max(u - 0.5, 0.0); },
+                                {.Thickness = 2}, kBlackPixel);
+  const auto upper = plot.Curve([](double u) { return 0.4 + 0.3 * std::max(u - 0.5, 0.0); },
+                                {.Thickness = 2}, kBlackPixel);
+  for (const auto& course : {lower, upper}) {
+    const PixelPosition at = course[course.size() * 4 / 5];
+    const CurveReading reading =
+        plot.Read(course[100], {.Through = {{static_cast<int>(at.X), static_cast<int>(at.Y) + 2}}});
+    EXPECT_NEAR(reading.Points.back().Y, course.back().Y, 2);
+    EXPECT_NEAR(reading.Points.back().X, course.back().X, 4);
+  }
+  EXPECT_THAT(plot.Read(lower[100], {.Through = {{200, 30}}}).Doubts,
+              testing::Contains(testing::HasSubstr("go through 200,30")));
+
+  // The map tells what was taken for ink, more of it with more tolerance.
+  Plot soft;
+  const auto course = soft.Curve(Wave, {.Thickness = 2}, kBlue);
+  const auto ink = [&](float tolerance) {
+    const InkMap map = soft.Read(course[100], {.Tolerance = tolerance}).Map;
+    return std::ranges::count_if(
+        map.Values, [](std::uint8_t value) { return value > 0 && value <= InkMap::kFull; });
+  };
+  EXPECT_LT(ink(0.5f), ink(1));
+  EXPECT_LT(ink(1), ink(2));
+}
+
 TEST(ReadCurve, ReadsNothingWhenItIsStopped) {
   Plot plot;
   const auto course = plot.Curve(Wave, {.Thickness = 2}, kBlackPixel);
   PictureOperation operation;
   operation.Stopped = true;
-  const CurveReading reading = ReadCurve(plot.Picture, plot.Layer().Calibration(), course[100].X,
-                                         course[100].Y, {}, operation);
+  const CurveReading reading = ReadCurve(plot.Picture, plot.Layer().Calibration(),
+                                         {course[100].X, course[100].Y}, operation);
   EXPECT_TRUE(reading.IsStopped);
   EXPECT_TRUE(reading.Points.empty());
 }

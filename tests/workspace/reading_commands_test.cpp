@@ -55,6 +55,9 @@ TEST_F(ReadingTest, RefusesWithoutChangingAnything) {
   EXPECT_THAT(Do(ws, desktop, ReadStep{900, 5, {}}).Reason, testing::HasSubstr("lies outside"));
   EXPECT_THAT(Read({.Is = ReadingDensity::Kind::AtX, .Xs = {9999}}).Reason,
               testing::HasSubstr("no point there"));
+  EXPECT_THAT(Do(ws, desktop, ReadStep{5, 5, {}, 3}).Reason, testing::HasSubstr("tolerance"));
+  EXPECT_THAT(Do(ws, desktop, ReadStep{5, 5, {}, 1, {{900, 5}}}).Reason,
+              testing::HasSubstr("lies outside"));
   ws.store.MaxPoints = 100;
   EXPECT_THAT(Read().Reason, testing::HasSubstr("takes only 100 more"));
   ws.calibration = {};
@@ -75,6 +78,10 @@ TEST(ReadStep, IsWrittenWithItsDensity) {
     ASSERT_TRUE(std::holds_alternative<Step>(read));
     EXPECT_EQ(std::get<ReadStep>(std::get<Step>(read)).Density, density);
   }
+  const std::string told = "read 12 34 tolerance 1.5 through 2 7 8 90 91 each";
+  const auto read = StepOf(told);
+  ASSERT_TRUE(std::holds_alternative<Step>(read));
+  EXPECT_EQ(TextOf(std::get<Step>(read)), told);
   EXPECT_EQ(std::get<std::string>(StepOf("read 1 2 at")), "something is missing at the end");
 }
 
