@@ -16,7 +16,7 @@
 #include "base/whole_file.h"
 #include "codecs/file_format.h"
 #include "codecs/picbuf.h"
-#include "raster/black_white.h"
+#include "reading/ink_threshold.h"
 
 namespace graphize {
 namespace {
@@ -146,13 +146,13 @@ void CheckBlackAndWhite(benchmark::State& state) {
 }
 BENCHMARK(CheckBlackAndWhite)->Unit(benchmark::kMillisecond);
 
-void Reduce(benchmark::State& state) {
+void ReducePage(benchmark::State& state, InkThreshold::Kind kind) {
   Magick::InitializeMagick(nullptr);
   const Raster page = DrawPage(0xfff0e8d0u, 0xff203050u);
   double ours = 0, library = 0;
   for (auto _ : state) {
     Raster copy = page.Clone();
-    const double seconds = Seconds([&] { ReduceToBlackAndWhite(copy); });
+    const double seconds = Seconds([&] { Reduce(copy, {.Is = kind}); });
     Magick::Image image(kWidth, kHeight, "BGRP", Magick::CharPixel, page.Pixels());
     library += Seconds([&] { image.threshold(127 * 257.0); });
     ours += seconds;
@@ -160,7 +160,9 @@ void Reduce(benchmark::State& state) {
   }
   state.counters["time/library"] = ours / library;
 }
-BENCHMARK(Reduce)->Apply(Repeat);
+BENCHMARK_CAPTURE(ReducePage, fixed, InkThreshold::Kind::Fixed)->Apply(Repeat);
+BENCHMARK_CAPTURE(ReducePage, auto, InkThreshold::Kind::Auto) -> Apply(Repeat);
+BENCHMARK_CAPTURE(ReducePage, local, InkThreshold::Kind::Local)->Apply(Repeat);
 
 }  // namespace
 }  // namespace graphize

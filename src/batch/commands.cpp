@@ -50,9 +50,11 @@ constexpr const char* kTools = "Picture, changed in the order of the options";
 constexpr Options kToolOptions = {
     {"damaged", 0, nullptr, kTools, "take what can be read of a damaged file"},
     {"black-white", 0, nullptr, kTools, "reduce to black and white: tracers see black only"},
-    {"threshold", 0, "N", kTools,
+    {"threshold", 0, "auto|local|N", kTools,
      "the same; black is what is darker than N, which is\n"
-     "127.5 otherwise; white is 255"},
+     "127.5 otherwise; white is 255. \"auto\": halfway\n"
+     "between paper and ink; \"local\": halfway wherever\n"
+     "it is, for uneven light, faded ink and colours"},
     {"negate", 0, nullptr, kTools, "exchange light and dark: for light curves on dark", true},
     {"blur", 0, nullptr, kTools, "even out grain and dots", true},
     {"soften", 0, "N", kTools, "a gentle blur, 0 to 10", true},

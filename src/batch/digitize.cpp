@@ -119,9 +119,14 @@ class Maker {
     BlackWhiteStep step;
     if (const GivenOption* threshold = line_.Find("threshold")) {
       const auto number = WholeNumberText(threshold->Value);
-      if (!number || !(*number > 0 && *number <= 255))
-        Refuse(*threshold, "a number above 0 and up to 255 is expected");
-      step.Threshold = static_cast<float>(*number);
+      if (threshold->Value == "auto")
+        step.Threshold.Is = InkThreshold::Kind::Auto;
+      else if (threshold->Value == "local")
+        step.Threshold.Is = InkThreshold::Kind::Local;
+      else if (number && *number > 0 && *number <= 255)
+        step.Threshold.Level = static_cast<float>(*number);
+      else
+        Refuse(*threshold, "auto, local or a number above 0 and up to 255 is expected");
     }
     if (!std::exchange(reduced_, true)) Add(step, option.Name());
   }

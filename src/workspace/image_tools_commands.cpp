@@ -154,7 +154,7 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const BlackWhiteStep& step) {
   const PictureBox shown = SetPicture(ws.plot, Raster());
   // In its place, unless somebody may want it back.
   Raster picture = shown.use_count() == 1 ? std::exchange(*shown, Raster()) : shown->Clone();
-  if (!IsBlackAndWhite(picture)) ReduceToBlackAndWhite(picture, step.Threshold);
+  if (!IsBlackAndWhite(picture)) Reduce(picture, step.Threshold);
   LoadImage(ws, desktop, std::move(picture), ws.plot.SourceName);
   return {};
 }

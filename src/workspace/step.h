@@ -14,6 +14,7 @@
 #include "grid/grid_lines.h"
 #include "image_tools/picture_tools.h"
 #include "reading/density.h"
+#include "reading/ink_threshold.h"
 #include "tracing/scan.h"
 #include "workspace/mode.h"
 
@@ -152,7 +153,7 @@ struct UndoImageToolStep {
 /// The picture that is shown, reduced to black and white.
 struct BlackWhiteStep {
   static constexpr const char* Name = "black-white";
-  float Threshold = 127.5f;  // luminance, 0 to 255; what is darker becomes black
+  InkThreshold Threshold;
 };
 struct RefreshStep {
   static constexpr const char* Name = "refresh";

@@ -308,8 +308,18 @@ void Fields(Io& io, ImageToolStep& step) {
   io.Flag(step.Strict, "strict");
 }
 template <class Io>
+void Fields(Io& io, InkThreshold& threshold) {
+  using Kind = InkThreshold::Kind;
+  for (const auto& [kind, word] : {std::pair(Kind::Auto, "auto"), {Kind::Local, "local"}}) {
+    bool is = threshold.Is == kind;
+    io.Flag(is, word);
+    if (is) return void(threshold.Is = kind);
+  }
+  io.Number(threshold.Level);
+}
+template <class Io>
 void Fields(Io& io, BlackWhiteStep& step) {
-  io.Number(step.Threshold);
+  Fields(io, step.Threshold);
 }
 template <class Io>
 void Fields(Io& io, ClearRowsStep& step) {

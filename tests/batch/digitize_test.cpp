@@ -12,6 +12,7 @@
 #include "codecs/file_format.h"
 #include "codecs/picbuf.h"
 #include "raster/black_white.h"
+#include "reading/ink_threshold.h"
 #include "session/project_file.h"
 #include "support/plot_drawing.h"
 #include "support/quiet_desktop.h"
@@ -349,6 +350,12 @@ TEST_F(Batch, PicturesAreChangedFirstAndCanBeWritten) {
   };
   EXPECT_TRUE(same(changed({"--threshold", "90.5"}), expected));
   EXPECT_FALSE(same(changed({"--black-white"}), expected));
+  for (const auto& [word, kind] :
+       {std::pair("auto", InkThreshold::Kind::Auto), {"local", InkThreshold::Kind::Local}}) {
+    expected = std::move(LoadPicture(page)->Picture);
+    Reduce(expected, {.Is = kind});
+    EXPECT_TRUE(same(changed({"--threshold", word}), expected)) << word;
+  }
   const Raster after = changed({"--blur", "--threshold", "90.5"});
   EXPECT_TRUE(IsBlackAndWhite(after));
   EXPECT_FALSE(same(changed({"--black-white", "--blur", "--threshold", "90.5"}), after));
