@@ -100,6 +100,46 @@ class Sheet {
         for (double& channel : pixel) channel = channel * light + speck;
       }
   }
+  /// Dark and light dots.
+  void Speckle(unsigned seed, int count) {
+    Chance chance(seed);
+    for (int i = 0; i < count; ++i) {
+      const auto x = static_cast<std::size_t>(chance.Between(0, width_ - 1));
+      const auto y = static_cast<std::size_t>(chance.Between(0, height_ - 1));
+      const double level = chance.Part() < 0.7 ? 60 : 255;
+      channels_[y * static_cast<std::size_t>(width_) + x] = {level, level, level};
+    }
+  }
+  /// What JPEG leaves of each channel: blocks of 8 x 8 cosines in steps that grow with the
+  /// frequency as those of its luminance table at quality 50 do, by `scale`.
+  void Compress(double scale) {
+    double cosine[8][8];
+    for (int k = 0; k < 8; ++k)
+      for (int i = 0; i < 8; ++i)
+        cosine[k][i] = (k == 0 ? std::sqrt(0.125) : 0.5) * std::cos((2 * i + 1) * k * kPi / 16);
+    const auto pixel = [&](int x, int y) -> auto& {
+      return channels_[static_cast<std::size_t>(y) * width_ + x];
+    };
+    for (int top = 0; top + 8 <= height_; top += 8)
+      for (int left = 0; left + 8 <= width_; left += 8)
+        for (std::size_t c = 0; c < 3; ++c) {
+          double waves[8][8] = {};
+          for (int v = 0; v < 8; ++v)
+            for (int u = 0; u < 8; ++u) {
+              for (int y = 0; y < 8; ++y)
+                for (int x = 0; x < 8; ++x)
+                  waves[v][u] += cosine[v][y] * cosine[u][x] * pixel(left + x, top + y)[c];
+              const double step = scale * (12 + 6 * (u + v));
+              waves[v][u] = step * std::nearbyint(waves[v][u] / step);
+            }
+          for (int y = 0; y < 8; ++y)
+            for (int x = 0; x < 8; ++x) {
+              double& level = pixel(left + x, top + y)[c] = 0;
+              for (int v = 0; v < 8; ++v)
+                for (int u = 0; u < 8; ++u) level += cosine[v][y] * cosine[u][x] * waves[v][u];
+            }
+        }
+  }
   Raster Picture() const {
     Raster raster(width_, height_);
     const auto level = [](double value) {
@@ -165,6 +205,12 @@ ReadPlot One(Chance& chance, const Look& look, const Function& v,
   return plot;
 }
 
+ReadPlot ThinSteep(unsigned seed) {
+  Chance chance(seed);
+  const double waves = chance.Between(3, 6), p = chance.Between(0, 2 * kPi);
+  return One(chance, {.Line = {.Thickness = 1}},
+             [=](double u) { return 0.5 + 0.42 * std::sin(2 * kPi * waves * u + p); });
+}
 ReadPlot Antialiased(unsigned seed) {
   Chance chance(seed);
   return One(chance, {.Line = {.Thickness = chance.Between(1.2, 3)}}, Smooth(chance));
@@ -248,6 +294,71 @@ ReadPlot Scanned(unsigned seed) {
              Smooth(chance), nullptr,
              [&](Sheet& sheet) { sheet.Scan(seed, 1 + static_cast<int>(seed % 2), 0.25, 5); });
 }
+ReadPlot Faded(unsigned seed) {
+  Chance chance(seed);
+  const int ink = 165 + 10 * static_cast<int>(seed % 3);
+  return One(chance,
+             {.Paper = {246, 242, 232},
+              .Ink = {ink, ink, ink},
+              .Lines = {ink, ink, ink},
+              .Line = {.Thickness = chance.Between(2, 3)}},
+             Smooth(chance), nullptr, [&](Sheet& sheet) { sheet.Scan(seed, 1, 0.1, 4); });
+}
+ReadPlot UnevenlyLit(unsigned seed) {
+  Chance chance(seed);
+  return One(chance,
+             {.Paper = {244, 244, 240},
+              .Ink = {50, 50, 60},
+              .Lines = {50, 50, 60},
+              .Line = {.Thickness = chance.Between(1.8, 3)}},
+             Smooth(chance), nullptr, [&](Sheet& sheet) { sheet.Scan(seed, 1, 0.55, 4); });
+}
+ReadPlot Speckled(unsigned seed) {
+  Chance chance(seed);
+  return One(chance, {.Line = {.Thickness = chance.Between(2, 3)}}, Smooth(chance), nullptr,
+             [&](Sheet& sheet) {
+               sheet.Speckle(seed, 1500);
+               sheet.Scan(seed, 1, 0.1, 3);
+             });
+}
+ReadPlot Compressed(unsigned seed) {
+  Chance chance(seed);
+  return One(chance, {.Ink = kInks[seed % 5], .Line = {.Thickness = chance.Between(1.8, 3)}},
+             Smooth(chance), nullptr, [&](Sheet& sheet) {
+               sheet.Scan(seed, 1, 0, 2);
+               sheet.Compress(0.4 + 0.3 * (seed % 3));
+             });
+}
+ReadPlot DashDotted(unsigned seed) {
+  Chance chance(seed);
+  const Function v = Smooth(chance);
+  const double dash = chance.Between(8, 12), gap = chance.Between(3, 4.5);
+  // The dots are drawn beside the dashes: every other one of a finer pattern.
+  ReadPlot plot;
+  Sheet sheet;
+  sheet.Frame();
+  PlotDrawing layer = sheet.Layer(), whole = sheet.Layer();
+  plot.Course = whole.Curve(v, {}, 0.03, 0.97);
+  std::vector<PixelPosition> piece;
+  double along = 0;
+  for (std::size_t i = 1; i <= plot.Course.size(); ++i) {
+    const double at = std::fmod(along, dash + 2 * gap + 2);
+    const bool isInk = at < dash || (at >= dash + gap && at < dash + gap + 2);
+    if (isInk && i < plot.Course.size()) piece.push_back(plot.Course[i - 1]);
+    if ((!isInk || i == plot.Course.size()) && !piece.empty()) {
+      layer.Polyline(piece, {.Thickness = 2});
+      piece.clear();
+    }
+    if (i < plot.Course.size())
+      along += std::hypot(plot.Course[i].X - plot.Course[i - 1].X,
+                          plot.Course[i].Y - plot.Course[i - 1].Y);
+  }
+  plot.Click = ClickOn(plot.Course, chance.Between(0.1, 0.9), chance);
+  sheet.Put(layer, kInks[seed % 5]);
+  plot.Picture = sheet.Picture();
+  plot.Axes = layer.Calibration();
+  return plot;
+}
 ReadPlot Dashed(unsigned seed) {
   Chance chance(seed);
   return One(chance,
@@ -281,6 +392,27 @@ ReadPlot Crossed(unsigned seed) {
     other.Curve(w, {.Thickness = 2}, 0.03, 0.97);
     sheet.Put(other, kBlackInk);
   });
+}
+/// By a curve of its own colour, at an angle from 5 to 60 degrees, and by no other.
+ReadPlot CrossedAt(unsigned seed) {
+  Chance chance(seed);
+  constexpr double kAngles[] = {5, 10, 15, 25, 40, 60};
+  const Function v = Smooth(chance);
+  const double at = chance.Between(0.35, 0.65), scale = 480.0 / 680;
+  const double slope = scale * (v(at + 1e-4) - v(at - 1e-4)) / 2e-4;
+  const double turned = std::atan(slope) - kAngles[seed % 6] * kPi / 180 * (slope > 0 ? 1 : -1);
+  const double more = (std::tan(turned) - slope) / scale;
+  const Function w = [=](double u) {
+    // As much steeper at the crossing, and less and less away from it.
+    return v(u) + more * 0.25 * std::tanh((u - at) / 0.25);
+  };
+  ReadPlot plot = One(chance, {.Line = {.Thickness = 2}}, v, [&](Sheet& sheet) {
+    PlotDrawing other = sheet.Layer();
+    other.Curve(w, {.Thickness = 2}, 0.03, 0.97);
+    sheet.Put(other, kBlackInk);
+  });
+  plot.Click = ClickOn(plot.Course, 0.12, chance);
+  return plot;
 }
 ReadPlot Peaked(unsigned seed) {
   Chance chance(seed);
@@ -349,14 +481,21 @@ std::vector<ReadFamily> ReadFamilies() {
           {"2 to 5 colours with a legend", 0.04, 0.08, 0.99, Coloured},
           {"light on dark", 0.04, 0.08, 0.99, Inverse},
           {"turned by up to 6 degrees", 0.04, 0.08, 0.99, Turned},
+          {"thin and steep", 0.04, 0.08, 0.99, ThinSteep},
           {"hard edges", 0.09, 0.17, 0.99, Hard},
           {"thick", 0.09, 0.17, 0.99, Thick},
           {"tiny", 0.09, 0.17, 0.99, Tiny},
           {"scanned", 0.08, 0.14, 0.99, Scanned},
+          {"scanned, faded", 0.08, 0.14, 0.99, Faded},
+          {"scanned, unevenly lit", 0.08, 0.14, 0.99, UnevenlyLit},
+          {"scanned, with speckle", 0.08, 0.14, 0.99, Speckled},
+          {"compressed as JPEG, in colour", 0.08, 0.14, 0.99, Compressed},
+          {"dash-dotted", 0.12, 0.17, 0.99, DashDotted},
           {"dashed", 0.12, 0.17, 0.99, Dashed},
           {"dotted", 0.27, 0.27, 0.99, Dotted},
           {"gap under a label", 0.12, 0.17, 0.99, WithGaps},
-          {"crossed in its own colour", 0.12, 0.17, 0.99, Crossed},
+          {"crossed in its own colour, 5 to 60 degrees", 0.12, 0.17, 0.99, CrossedAt},
+          {"crossed in its own colour anyhow", 0.12, 0.17, 0.99, Crossed},
           {"peaks", 0.14, 0.19, 0.97, Peaked},
           {"steps", 0.14, 0.19, 0.97, Stepped},
           {"noisy record", 0.20, 0.20, 0.90, Noisy},

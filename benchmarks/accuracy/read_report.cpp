@@ -16,11 +16,26 @@ namespace {
 constexpr unsigned kSeeds = 6;
 constexpr double kNothing = 99;  // rms of a curve that was not read
 
+/// How far above or below the course, in pixels; the shortest distance beyond its ends.
+double HeightAbove(const CurvePoint& point, const std::vector<PixelPosition>& course,
+                   double shortest) {
+  double least = -1;
+  for (std::size_t i = 1; i < course.size(); ++i) {
+    const PixelPosition a = course[i - 1], b = course[i];
+    if ((a.X - point.X) * (b.X - point.X) > 0 || a.X == b.X) continue;
+    const double y = a.Y + (point.X - a.X) / (b.X - a.X) * (b.Y - a.Y);
+    const double height = std::fabs(y - point.Y);
+    if (least < 0 || height < least) least = height;
+  }
+  return least < 0 ? shortest : least;
+}
+
 struct FamilyResult {
   std::vector<double> Rms;  // of each plot
   double Coverage = 1, FalsePart = 0;
   int Points = 0, WithinOne = 0, WithinTwo = 0;
-  int Silent = 0;  // plots with false points and no doubt told
+  double Vertical = 0;  // sum of squares
+  int Silent = 0;       // plots with false points and no doubt told
 
   void Add(const ReadPlot& plot) {
     PictureOperation operation;
@@ -32,8 +47,10 @@ struct FamilyResult {
     for (const CurvePoint& point : reading.Points) {
       const double distance = DistanceTo({point.X, point.Y}, plot.Course);
       sum += distance * distance;
-      WithinOne += distance <= point.Sigma ? 1 : 0;
-      WithinTwo += distance <= 2 * point.Sigma ? 1 : 0;
+      const double sigmas = distance / point.Sigma;
+      WithinOne += sigmas <= 1 ? 1 : 0;
+      WithinTwo += sigmas <= 2 ? 1 : 0;
+      Vertical += std::pow(HeightAbove(point, plot.Course, distance), 2);
       ++Points;
       const auto column = static_cast<std::size_t>(std::max(std::lround(point.X), 0L));
       if (distance > kNear)
@@ -59,9 +76,9 @@ struct FamilyResult {
 
 int PrintReadTable() {
   std::puts(
-      "\n| plot, clicked once | rms, middle | rms, worst | target | coverage | false | within 1 "
-      "sigma | within 2 | false and not told | met |\n"
-      "|---|---:|---:|---:|---:|---:|---:|---:|---:|---|");
+      "\n| plot, clicked once | rms, middle | rms, worst | target | upright | coverage | false | "
+      "within 1 sigma | within 2 | false and not told | met |\n"
+      "|---|---:|---:|---:|---:|---:|---:|---:|---:|---:|---|");
   int missed = 0;
   for (const ReadFamily& family : ReadFamilies()) {
     FamilyResult result;
@@ -73,8 +90,10 @@ int PrintReadTable() {
     missed += met ? 0 : 1;
     const auto part = [&](int points) { return 100.0 * points / std::max(result.Points, 1); };
     std::printf(
-        "| %s | %.3f | %.3f | %.2f / %.2f | %.1f %% | %.1f %% | %.0f %% | %.0f %% | %d | %s |\n",
-        family.Name.c_str(), middle, worst, family.Middle, family.Worst, 100 * result.Coverage,
+        "| %s | %.3f | %.3f | %.2f / %.2f | %.3f | %.1f %% | %.1f %% | %.0f %% | %.0f %% | %d | %s "
+        "|\n",
+        family.Name.c_str(), middle, worst, family.Middle, family.Worst,
+        std::sqrt(result.Vertical / std::max(result.Points, 1)), 100 * result.Coverage,
         100 * result.FalsePart, part(result.WithinOne), part(result.WithinTwo), result.Silent,
         met ? "yes" : "**no**");
   }

@@ -77,6 +77,8 @@ std::vector<CurvePoint> AtValues(const std::vector<CurvePoint>& points,
       found.push_back({.X = from.X + part * (to.X - from.X),
                        .Y = from.Y + part * (to.Y - from.Y),
                        .Sigma = std::max(from.Sigma, to.Sigma),
+                       .AcrossX = from.AcrossX,
+                       .AcrossY = from.AcrossY,
                        .IsBridged = from.IsBridged || to.IsBridged});
     }
   }

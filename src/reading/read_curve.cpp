@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "base/bit_map.h"
+#include "reading/free_follower.h"
 #include "reading/plot_lines.h"
 #include "reading/stroke_crossings.h"
 
@@ -12,8 +13,9 @@ namespace graphize {
 
 namespace {
 
-constexpr int kClickReach = 7;    // pixels from the click to the curve
-constexpr int kLeastExtent = 20;  // of a curve, pixels; less is a letter or a symbol
+constexpr int kClickReach = 7;      // pixels from the click to the curve
+constexpr double kMostGuessed = 1;  // standard uncertainty that is told, pixels
+constexpr int kLeastExtent = 20;    // of a curve, pixels; less is a letter or a symbol
 
 std::string PlaceText(double x, double y) {
   return std::to_string(std::lround(x)) + "," + std::to_string(std::lround(y));
@@ -53,6 +55,7 @@ struct Followed {
   std::vector<StrokeSample> Samples;
   StrokeKind Kind;
   std::vector<std::string> Doubts;
+  MapWalls Walls;  // that the map has for it
 
   std::ptrdiff_t Seen() const {
     return std::count_if(Samples.begin(), Samples.end(),
@@ -60,20 +63,57 @@ struct Followed {
   }
 };
 
+/// Where a stroke leaves another one, the first samples of it may still have some of that.
+void HideBesideCrowds(std::vector<StrokeSample>& samples) {
+  constexpr std::ptrdiff_t kBeside = 2;
+  const auto count = static_cast<std::ptrdiff_t>(samples.size());
+  for (std::ptrdiff_t i = 0; i < count; ++i) {
+    if (!samples[i].IsCrowded) continue;
+    for (std::ptrdiff_t k = std::max(i - kBeside, std::ptrdiff_t{0});
+         k <= std::min(i + kBeside, count - 1); ++k)
+      samples[k].IsSeen = false;
+  }
+}
+
 Followed Follow(InkMap& map, PathPixel start, const PathCosts& costs,
                 const std::vector<PathPixel>& through, const PictureOperation& operation) {
   Followed followed;
   followed.Kind = KindOf(map, FindPath(map, start, costs, through, operation));
   const auto half = [&](int step) {
     return FollowThroughCrossings(map, start, step, costs, through, followed.Kind, operation,
-                                  followed.Doubts);
+                                  followed.Walls, followed.Doubts);
   };
-  std::vector<PathPixel> path = half(-1);
-  std::reverse(path.begin(), path.end());
-  const std::vector<PathPixel> right = half(1);
-  path.insert(path.end(), right.begin() + 1, right.end());
+  const HalfStroke left = half(-1), right = half(1);
+  std::vector<PathPixel> path(left.Path.rbegin(), left.Path.rend());
+  path.insert(path.end(), right.Path.begin() + 1, right.Path.end());
   followed.Samples = SamplesOf(map, path, followed.Kind);
+  const int middle = static_cast<int>(left.Path.size()) - 1;
+  const auto hide = [&](int first, int last) {
+    for (StrokeSample& sample : followed.Samples)
+      if (sample.Pixel >= first && sample.Pixel <= last && sample.IsSeen) {
+        sample.IsSeen = false;
+        sample.IsCrowded = true;
+      }
+  };
+  if (!IsRecord(followed.Samples, followed.Kind)) HideBesideCrowds(followed.Samples);
+  for (const auto& [first, last] : left.Merged) hide(middle - last, middle - first);
+  for (const auto& [first, last] : right.Merged) hide(middle + first, middle + last);
   return followed;
+}
+
+/// Whether the way goes back in x by more than a stroke's width does.
+bool TurnsBack(const std::vector<PathPixel>& path, const StrokeKind& kind) {
+  const double least = 2 * kind.Width + 6;
+  int left = path.front().X, right = left;  // since the last turn
+  bool wentLeft = false, wentRight = false;
+  for (const PathPixel& at : path) {
+    if (at.X - left > least) wentRight = true, right = std::max(right, at.X);
+    if (right - at.X > least) wentLeft = true, left = std::min(left, at.X);
+    left = std::min(left, at.X);
+    right = std::max(right, at.X);
+    if (wentLeft && wentRight) return true;
+  }
+  return false;
 }
 
 /// How far a stroke may be interrupted: dashes and dots tell by their own gaps.
@@ -124,13 +164,16 @@ void CutAtGaps(Followed& followed, PathPixel start) {
   samples = {samples.begin() + first, samples.begin() + last + 1};
 }
 
-/// How much ink hangs on to the samples that is not theirs, in parts of theirs.
-double InkLeftOut(const InkMap& map, const std::vector<StrokeSample>& samples,
+/// Pixels of clear ink: the samples' own, and what hangs on to them that is not theirs.
+struct InkCount {
+  double Taken = 0, Left = 0;
+};
+InkCount CountInk(const InkMap& map, const std::vector<StrokeSample>& samples,
                   const StrokeKind& kind) {
+  InkCount count;
   constexpr std::uint8_t kClear = InkMap::kFull * 2 / 5;
   BitMap met(map.Width, map.Height);
   std::vector<PathPixel> rim;
-  double taken = 0, left = 0;
   const auto meet = [&](int x, int y) {
     met.Set(x, y);
     rim.push_back({x, y});
@@ -144,7 +187,7 @@ double InkLeftOut(const InkMap& map, const std::vector<StrokeSample>& samples,
           sample.AlongRow ? PathPixel{across, sample.At} : PathPixel{sample.At, across};
       if (!map.Contains(at.X, at.Y) || met.Get(at.X, at.Y) || map.At(at.X, at.Y) > InkMap::kFull)
         continue;
-      taken += map.At(at.X, at.Y) >= kClear ? 1 : 0;
+      count.Taken += map.At(at.X, at.Y) >= kClear ? 1 : 0;
       meet(at.X, at.Y);
     }
   }
@@ -155,11 +198,47 @@ double InkLeftOut(const InkMap& map, const std::vector<StrokeSample>& samples,
       for (int x = at.X - 1; x <= at.X + 1; ++x) {
         const std::uint8_t value = map.At(x, y);
         if (value < kClear || value > InkMap::kFull || met.Get(x, y)) continue;
-        ++left;
+        ++count.Left;
         meet(x, y);
       }
   }
-  return taken > 0 ? left / taken : 0;
+  return count;
+}
+
+void FinishEnds(Followed& followed, PathPixel start) {
+  CutAtGaps(followed, start);
+  if (!followed.Kind.IsHard || followed.Kind.Width > 2.5) TrimEnds(followed.Samples, followed.Kind);
+}
+
+/// From left to right; with gaps where that finds more; and wherever it leads where a way from left
+/// to right leaves much of the ink out.
+Followed FollowSomehow(InkMap& map, PathPixel start, const std::vector<PathPixel>& through,
+                       const PictureOperation& operation) {
+  Followed followed = Follow(map, start, kSolidStroke, through, operation);
+  if (2 * followed.Samples.size() < static_cast<std::size_t>(map.Width)) {
+    followed.Walls.TakeDown(map);
+    Followed broken = Follow(map, start, kBrokenStroke, through, operation);
+    if (100 * broken.Seen() > 115 * followed.Seen()) {
+      followed = std::move(broken);
+    } else {
+      broken.Walls.TakeDown(map);
+      followed.Walls.PutUp(map);
+    }
+  }
+  FinishEnds(followed, start);
+  const InkCount ink = CountInk(map, followed.Samples, followed.Kind);
+  if (ink.Left < 0.25 * ink.Taken || operation.Stopped) return followed;
+  followed.Walls.TakeDown(map);
+  Followed free;
+  free.Kind = followed.Kind;
+  const std::vector<PathPixel> path = FollowFreely(map, start, free.Kind, operation);
+  if (path.size() > 1 && TurnsBack(path, free.Kind)) {
+    free.Samples = SamplesOf(map, path, free.Kind);
+    FinishEnds(free, start);
+    if (CountInk(map, free.Samples, free.Kind).Taken > 1.12 * ink.Taken) return free;
+  }
+  followed.Walls.PutUp(map);
+  return followed;
 }
 
 bool LeadsThrough(const std::vector<CurvePoint>& points, PathPixel at) {
@@ -204,14 +283,8 @@ CurveReading ReadCurve(const Raster& picture, const AxisCalibration& calibration
     if (map.At(column, row) == InkMap::kWall) return refused("the frame, or what lies outside it");
     return refused("a line of the grid or the frame, no curve");
   }
-  Followed followed = Follow(map, *start, kSolidStroke, request.Through, operation);
-  if (2 * followed.Samples.size() < static_cast<std::size_t>(picture.Width())) {
-    Followed broken = Follow(map, *start, kBrokenStroke, request.Through, operation);
-    if (100 * broken.Seen() > 115 * followed.Seen()) followed = std::move(broken);
-  }
+  Followed followed = FollowSomehow(map, *start, request.Through, operation);
   if (operation.Stopped) return stopped();
-  CutAtGaps(followed, *start);
-  if (!followed.Kind.IsHard || followed.Kind.Width > 2.5) TrimEnds(followed.Samples, followed.Kind);
   reading.Kind = followed.Kind;
   reading.Doubts = followed.Doubts;
   reading.Points = FitCourse(followed.Samples, followed.Kind);
@@ -223,13 +296,22 @@ CurveReading ReadCurve(const Raster& picture, const AxisCalibration& calibration
     bottom = std::max(bottom, point.Y);
   }
   if (std::max(right - left, bottom - top) < kLeastExtent) {
+    followed.Walls.TakeDown(map);
     reading.Points.clear();
     return refused("too little ink for a curve: a letter or a symbol");
   }
+  const CurvePoint& worst = *std::ranges::max_element(
+      reading.Points, {}, [](const CurvePoint& at) { return at.IsBridged ? at.Sigma : 0; });
+  if (worst.IsBridged && worst.Sigma > kMostGuessed)
+    reading.Doubts.push_back("at " + PlaceText(worst.X, worst.Y) +
+                             " the curve is not seen, and may be off by " +
+                             std::to_string(std::lround(2 * worst.Sigma)) + " pixels");
   for (const PathPixel& at : request.Through)
     if (!LeadsThrough(reading.Points, at))
       reading.Doubts.push_back("the curve was not found to go through " + PlaceText(at.X, at.Y));
-  if (InkLeftOut(map, followed.Samples, followed.Kind) > 0.2)
+  const InkCount found = CountInk(map, followed.Samples, followed.Kind);
+  followed.Walls.TakeDown(map);
+  if (found.Left > 0.2 * found.Taken)
     reading.Doubts.push_back(
         "ink of its colour that joins the curve is left out: where a curve turns back or branches, "
         "one way is followed");

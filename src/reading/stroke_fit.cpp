@@ -169,8 +169,8 @@ class Course {
         };
         while (joined.size() > 2 && isBack()) joined.pop_back();
         const CurvePoint from = joined.back();
-        const int steps =
-            static_cast<int>(std::max(std::fabs(point.X - from.X), std::fabs(point.Y - from.Y)));
+        const double way = std::max(std::fabs(point.X - from.X), std::fabs(point.Y - from.Y));
+        const int steps = static_cast<int>(std::ceil(way - 0.2));
         for (int k = 1; k < std::min(steps, 6); ++k) {
           CurvePoint between = point;
           const double part = static_cast<double>(k) / steps;
@@ -264,6 +264,24 @@ class Course {
 
 }  // namespace
 
+namespace {
+
+/// Across the way from shortly before each point to shortly behind it.
+void SetAcross(std::vector<CurvePoint>& points) {
+  constexpr std::ptrdiff_t kReach = 3;
+  const auto count = static_cast<std::ptrdiff_t>(points.size());
+  for (std::ptrdiff_t i = 0; i < count; ++i) {
+    const CurvePoint& from = points[std::max(i - kReach, std::ptrdiff_t{0})];
+    const CurvePoint& to = points[std::min(i + kReach, count - 1)];
+    const double dx = to.X - from.X, dy = to.Y - from.Y, length = std::hypot(dx, dy);
+    if (length <= 0) continue;
+    points[i].AcrossX = -dy / length;
+    points[i].AcrossY = dx / length;
+  }
+}
+
+}  // namespace
+
 bool IsRecord(const std::vector<StrokeSample>& samples, const StrokeKind& kind) {
   return ToleranceOf(samples, kind).IsData;
 }
@@ -271,7 +289,9 @@ bool IsRecord(const std::vector<StrokeSample>& samples, const StrokeKind& kind) 
 std::vector<CurvePoint> FitCourse(const std::vector<StrokeSample>& samples,
                                   const StrokeKind& kind) {
   if (samples.empty()) return {};
-  return Course(samples, kind).Points();
+  std::vector<CurvePoint> points = Course(samples, kind).Points();
+  SetAcross(points);
+  return points;
 }
 
 }  // namespace graphize

@@ -8,9 +8,10 @@ namespace graphize {
 
 /// A point of a curve that was read.
 struct CurvePoint {
-  double X = 0, Y = 0;     // on the picture, rows downward; a pixel's centre has whole numbers
-  double Sigma = 0;        // standard uncertainty across the curve, pixels
-  bool IsBridged = false;  // the stroke is not seen here: it was drawn from both sides
+  double X = 0, Y = 0;  // on the picture, rows downward; a pixel's centre has whole numbers
+  double Sigma = 0;     // standard uncertainty across the curve, pixels
+  double AcrossX = 0, AcrossY = 1;  // the direction across it, of length 1
+  bool IsBridged = false;           // the stroke is not seen here: it was drawn from both sides
 };
 
 /// Whether the samples turn back so often, and so far, that they are a noisy record.

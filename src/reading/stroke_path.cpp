@@ -147,7 +147,7 @@ class Search {
 
 std::vector<PathPixel> FindHalfPath(const InkMap& map, PathPixel start, int step,
                                     const PathCosts& costs, std::span<const PathPixel> through,
-                                    const PictureOperation& operation) {
+                                    const PictureOperation& operation, int mostColumns) {
   std::vector<PathPixel> ahead;
   for (const PathPixel& at : through)
     if ((at.X - start.X) * step > 0) ahead.push_back(at);
@@ -161,7 +161,7 @@ std::vector<PathPixel> FindHalfPath(const InkMap& map, PathPixel start, int step
   double best = 0;
   std::size_t bestColumn = 0;
   int bestRow = start.Y;
-  for (int x = start.X + step; !operation.Stopped; x += step) {
+  for (int x = start.X + step; !operation.Stopped && mostColumns-- > 0; x += step) {
     // On the way to a place nothing is given up.
     Column column = search.Next(columns.back(), x, next == ahead.end() ? best : kNever);
     if (column.Gain.empty()) break;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <limits>
 #include <span>
 #include <vector>
 
@@ -36,7 +37,8 @@ std::vector<PathPixel> FindPath(const InkMap& map, PathPixel start, const PathCo
 /// The same to one side only, `step` 1 to the right or -1 to the left, beginning with `start`.
 std::vector<PathPixel> FindHalfPath(const InkMap& map, PathPixel start, int step,
                                     const PathCosts& costs, std::span<const PathPixel> through,
-                                    const PictureOperation& operation);
+                                    const PictureOperation& operation,
+                                    int mostColumns = std::numeric_limits<int>::max());
 inline constexpr int kThroughReach = 7;  // rows
 
 }  // namespace graphize

@@ -1,6 +1,7 @@
 #include "reading/stroke_samples.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdlib>
 
@@ -8,15 +9,26 @@ namespace graphize {
 
 namespace {
 
-constexpr int kLongest = 80;  // pixels of a cut through a stroke
+constexpr double kLevel = 0.4;  // slope up to which an edge lies within one pixel of a cut
+constexpr int kLongest = 80;    // pixels of a cut through a stroke
 
 /// Ink in one cut through the stroke, from a path's pixel on to both sides.
 struct Cut {
   double Ink = 0, Moment = 0;  // shares, and shares times distance from the pixel
   bool MeetsHidden = false;
   bool IsLong = false;  // longer than was looked at
+  // Shares of the outermost pixels on both sides, and of those beside them further in.
+  std::array<double, 2> End{}, Inner{1, 1};
+  int Pixels = 0;
 
   double Middle() const { return Moment / Ink; }
+  /// What the middle gains where each edge lies within one pixel, which counts in its centre while
+  /// its ink lies on the inner side of it.
+  double EdgeShift() const {
+    constexpr double kWhole = 0.96;
+    if (Pixels < 2 || (Pixels > 2 && std::min(Inner[0], Inner[1]) < kWhole)) return 0;
+    return (End[0] * (1 - End[0]) - End[1] * (1 - End[1])) / (2 * Ink);
+  }
 };
 
 /// `most` pixels to each side, and no farther than the ink goes on.
@@ -41,6 +53,14 @@ Cut CutAt(const InkMap& map, PathPixel at, bool alongRow, int most) {
     const double share = map.Share(x, y);
     cut.Ink += share;
     cut.Moment += share * i;
+    if (share > 0) {
+      ++cut.Pixels;
+      for (const std::size_t side : {0, 1}) {
+        if (cut.Pixels > 1 && (i > middle) != (side == 1)) continue;
+        cut.Inner[side] = cut.Pixels > 1 ? cut.End[side] : 1;
+        cut.End[side] = share;
+      }
+    }
     return share > 0;
   };
   if (!add(middle)) return cut;
@@ -135,6 +155,7 @@ std::vector<StrokeSample> SamplesOf(const InkMap& map, const std::vector<PathPix
         sample.IsSeen = true;
         sample.IsPart = cut.Ink < 0.93 * chord;
         sample.Middle = from + cut.Middle();
+        if (!kind.IsHard && std::fabs(sample.Slope) < kLevel) sample.Middle += cut.EdgeShift();
       }
       samples.push_back(sample);
       i = last + 1;

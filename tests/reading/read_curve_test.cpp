@@ -7,6 +7,7 @@
 #include <cmath>
 #include <functional>
 #include <limits>
+#include <random>
 
 #include "reading/density.h"
 #include "support/calibrated.h"
@@ -198,16 +199,93 @@ TEST(ReadCurve, TellsWhatItDoesNotSeeAndWhatItLeavesOut) {
   const ReadingWall dot{static_cast<int>(wall.X), static_cast<int>(wall.Y), 60};
   for (const CurvePoint& point : plot.Read(course[course.size() * 3 / 4], {.Walls = {dot}}).Points)
     EXPECT_GT(point.X, wall.X);
+}
 
-  // Of a closed curve one half is read, and it says so.
-  Plot round;
-  PlotDrawing layer = round.Layer();
-  std::vector<PixelPosition> circle;
-  for (int i = 0; i <= 360; ++i)
-    circle.push_back({200 + 80 * std::cos(i * 0.0174533), 140 + 80 * std::sin(i * 0.0174533)});
-  layer.Polyline(circle, {.Thickness = 2});
-  round.Put(layer, kBlackPixel);
-  EXPECT_THAT(round.Read(circle[60]).Doubts, testing::Contains(testing::HasSubstr("is left out")));
+TEST(ReadCurve, FollowsCurvesThatCloseAndTurnBack) {
+  struct Case {
+    const char* Name;
+    double Left, Right, Rounds;  // radii at its ends, turns
+    bool IsEight;
+  };
+  for (const Case& test : {Case{"circle", 80, 80, 1, false}, Case{"spiral", 20, 100, 3, false},
+                           Case{"eight", 100, 100, 1, true}}) {
+    SCOPED_TRACE(test.Name);
+    Plot plot;
+    PlotDrawing layer = plot.Layer();
+    std::vector<PixelPosition> course;
+    for (int i = 0; i <= 3000; ++i) {
+      const double t = i / 3000.0, angle = 6.283185307 * test.Rounds * t;
+      const double radius = test.Left + t * (test.Right - test.Left);
+      course.push_back({210 + radius * std::cos(angle + (test.IsEight ? 0.1 : 0.7)),
+                        140 + radius * std::sin(test.IsEight ? 2 * angle : angle + 0.7)});
+    }
+    layer.Polyline(course, {.Thickness = 2});
+    plot.Put(layer, kBlackPixel);
+    const CurveReading reading = plot.Read(course[400]);
+    EXPECT_THAT(reading.Doubts, testing::IsEmpty());
+    std::vector<bool> isMet(course.size());
+    for (const CurvePoint& point : reading.Points) {
+      EXPECT_LT(Distance(point, course), 1) << point.X << ", " << point.Y;
+      for (std::size_t i = 0; i < course.size(); ++i)
+        if (std::hypot(course[i].X - point.X, course[i].Y - point.Y) < 1.5) isMet[i] = true;
+    }
+    EXPECT_GT(std::ranges::count(isMet, true), 2970);
+  }
+}
+
+TEST(ReadCurve, KeepsToItsCurveWhereOneOfItsColourCrossesAtASmallAngle) {
+  for (const double slope : {0.2, 0.35, 0.8}) {
+    SCOPED_TRACE(slope);
+    Plot plot;
+    const auto course = plot.Curve([](double u) { return 0.5 + 0.2 * std::sin(4 * u); },
+                                   {.Thickness = 2}, kBlackPixel);
+    plot.Curve([&](double u) { return 0.5 + 0.2 * std::sin(4 * u) + slope * (u - 0.5); },
+               {.Thickness = 2}, kBlackPixel);
+    const CurveReading reading = plot.Read(course[course.size() / 6]);
+    ASSERT_GT(reading.Points.size(), 300u);
+    for (const CurvePoint& point : reading.Points)
+      EXPECT_LT(Distance(point, course), 1) << point.X << ", " << point.Y;
+  }
+}
+
+TEST(ReadCurve, MakesSenseOfRandomPictures) {
+  std::mt19937 random(7);
+  const auto pick = [&](int count) {
+    return static_cast<int>(random() % static_cast<unsigned>(count));
+  };
+  for (int round = 0; round < 120; ++round) {
+    const int width = 1 + pick(90), height = 1 + pick(70);
+    Raster picture = Raster::Filled(width, height, pick(2) == 0 ? kWhitePixel : 0xff203040);
+    const auto put = [&](int x, int y, std::uint32_t colour) {
+      if (x >= 0 && y >= 0 && x < width && y < height) picture.Row(y)[x] = colour;
+    };
+    for (int shape = pick(12); shape >= 0; --shape) {
+      const std::uint32_t colour = 0xff000000u | random() % 0x1000000;
+      int x = pick(width), y = pick(height);
+      const int length = pick(300), kind = pick(3);
+      for (int i = 0; i < length; ++i) {
+        for (int thick = pick(4); thick >= 0; --thick) put(x, y + thick, colour);
+        x += kind == 0 ? 1 : pick(3) - 1;
+        y += kind == 1 ? 1 : pick(3) - 1;
+      }
+    }
+    AxisCalibration axes = test::PixelCalibration();
+    if (pick(2) == 0) axes = {};
+    ReadingRequest request{.X = 1.0 * pick(width),
+                           .Y = 1.0 * pick(height),
+                           .Tolerance = 0.5f + 0.5f * static_cast<float>(pick(4))};
+    for (int i = pick(3); i > 0; --i) request.Through.push_back({pick(width), pick(height)});
+    if (pick(3) == 0) request.Walls.push_back({pick(width), pick(height), pick(20)});
+    PictureOperation operation;
+    const CurveReading reading = ReadCurve(picture, axes, request, operation);
+    EXPECT_NE(reading.Refusal.empty(), reading.Points.empty()) << "round " << round;
+    for (const CurvePoint& point : reading.Points) {
+      EXPECT_TRUE(point.X > -3 && point.X < width + 2 && point.Y > -3 && point.Y < height + 2)
+          << "round " << round << ": " << point.X << ", " << point.Y;
+      EXPECT_TRUE(point.Sigma > 0 && point.Sigma < 1000);
+      EXPECT_NEAR(std::hypot(point.AcrossX, point.AcrossY), 1, 1e-9);
+    }
+  }
 }
 
 TEST(ReadCurve, GoesWhereItIsToldAndTakesAsMuchForInkAsItMay) {
