@@ -36,7 +36,7 @@ struct Profiles {
   Profile Level, Upright;
 };
 
-Profiles ProfilesOf(const InkMap& map, const AxesFrame& frame) {
+Profiles ProfilesOf(const InkMap& map, const AxesFrame& frame, const PictureOperation& operation) {
   Profiles profiles;
   const auto prepare = [&](Profile& profile, double from, double to, double length) {
     profile.First = static_cast<int>(std::floor(from)) - 1;
@@ -57,7 +57,7 @@ Profiles ProfilesOf(const InkMap& map, const AxesFrame& frame) {
     const auto bin = static_cast<std::size_t>(std::lround(across) - profile.First);
     profile.Bins[bin][static_cast<std::size_t>(part * profile.Sections)] += share;
   };
-  for (int y = 0; y < map.Height; ++y) {
+  for (int y = 0; y < map.Height && !operation.Stopped; ++y) {
     for (int x = 0; x < map.Width; ++x) {
       const auto share = static_cast<float>(map.Share(x, y));
       if (share <= 0) continue;
@@ -159,10 +159,11 @@ AxesFrame FrameOf(const AxisCalibration& calibration, int width, int height) {
   return frame;
 }
 
-std::vector<PlotLine> TakeOutLines(InkMap& map, const AxesFrame& frame, double x, double y) {
+std::vector<PlotLine> TakeOutLines(InkMap& map, const AxesFrame& frame, double x, double y,
+                                   const PictureOperation& operation) {
   std::vector<PlotLine> found;
   if (frame.Right - frame.Left < kLeastSide || frame.Bottom - frame.Top < kLeastSide) return found;
-  const Profiles profiles = ProfilesOf(map, frame);
+  const Profiles profiles = ProfilesOf(map, frame, operation);
   const auto level = LinesIn(profiles.Level), upright = LinesIn(profiles.Upright);
   const auto note = [&](const auto& lines, const Profile& profile, bool isLevel) {
     for (std::size_t i = 0; i < lines.size(); ++i)
@@ -200,7 +201,7 @@ std::vector<PlotLine> TakeOutLines(InkMap& map, const AxesFrame& frame, double x
   const auto left = side(false, -1), right = side(false, 1);
   if (found.empty()) return found;
 
-  for (int row = 0; row < map.Height; ++row) {
+  for (int row = 0; row < map.Height && !operation.Stopped; ++row) {
     for (int column = 0; column < map.Width; ++column) {
       const double u = frame.U(column, row), v = frame.V(column, row);
       std::uint8_t& value = map.At(column, row);

@@ -29,7 +29,9 @@ AxesFrame FrameOf(const AxisCalibration& calibration, int width, int height);
 
 /// Takes grid lines and the frame out of the map: pale and even ones are subtracted, what lies on
 /// the others is hidden. Outside of the outermost lines around the click there is wall, where they
-/// end at each other as a plot's frame does. The lines that were found.
-std::vector<PlotLine> TakeOutLines(InkMap& map, const AxesFrame& frame, double x, double y);
+/// end at each other as a plot's frame does. The lines that were found; a stopped operation leaves
+/// the map half done.
+std::vector<PlotLine> TakeOutLines(InkMap& map, const AxesFrame& frame, double x, double y,
+                                   const PictureOperation& operation);
 
 }  // namespace graphize

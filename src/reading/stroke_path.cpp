@@ -175,6 +175,7 @@ std::vector<PathPixel> FindHalfPath(const InkMap& map, PathPixel start, int step
       bestRow = column.Top + static_cast<int>(most - column.Gain.begin());
     }
     columns.push_back(std::move(column));
+    columns[columns.size() - 2].Gain = {};  // the way back asks for the steps alone
   }
   std::vector<PathPixel> path;
   int y = bestRow;
