@@ -9,6 +9,7 @@
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QStatusBar>
 #include <QStyleHints>
 #include <QTimer>
 #include <QUrl>
@@ -20,6 +21,7 @@
 #include "app/help_window.h"
 #include "app/picture_area.h"
 #include "app/status_panels.h"
+#include "app/zoom_percent.h"
 #include "calibration/axis_panel.h"
 #include "capture/curve_panel.h"
 #include "capture/read_out_panel.h"
@@ -66,8 +68,10 @@ MainWindow::MainWindow(ProgramFiles files)
   BuildToolbar();
   BuildCentre();
   status_ = std::make_unique<StatusPanels>(statusBar());
+  statusBar()->addWidget(zoomPercent_);
   desktop_ = new QtDesktop(this, plot_, [this] { Render(); });
   ConnectPanels();
+  ConnectView();
   qApp->installEventFilter(this);
 }
 
@@ -90,40 +94,6 @@ void MainWindow::FitSidePanel() {
     width = std::max(width, panel->minimumSizeHint().width());
   }
   sidePanel_->setFixedWidth(width + sidePanel_->verticalScrollBar()->sizeHint().width());
-}
-
-void MainWindow::PlaceZoom() {
-  // Below the panels that are shown where there is room, so that nothing of the picture is covered;
-  // else in one of its lower corners.
-  constexpr int kMargin = 8;
-  const QSize size = zoom_->sizeHint();
-  const QRect picture = pictureArea_->geometry();
-  // As high as the picture and its scroll bar; its own geometry may still be that of before.
-  const QRect side(sidePanel_->x(), picture.y(), sidePanel_->width(),
-                   picture.height() + horizontal_->sizeHint().height());
-  const QWidget* panel = ws_.window.AxisPanelShown ? static_cast<const QWidget*>(axisPanel_)
-                                                   : static_cast<const QWidget*>(tracerPanel_);
-  const int panels =
-      readOut_->sizeHint().height() + dataList_->sizeHint().height() + panel->sizeHint().height();
-  zoomOverPicture_ = panels + size.height() + 3 * kMargin > side.height();
-  const QPoint left(0, size.height() + kMargin), right(size.width(), size.height() + kMargin);
-  if (!zoomOverPicture_)
-    zoom_->SetHome(side.bottomRight() - QPoint((side.width() - size.width()) / 2, 0) - right);
-  else if (zoomToTheLeft_)
-    zoom_->SetHome(picture.bottomLeft() + QPoint(kMargin, 0) - left);
-  else
-    zoom_->SetHome(picture.bottomRight() - QPoint(kMargin, 0) - right);
-}
-
-void MainWindow::LetZoomGiveWay() {
-  constexpr int kNear = 12;  // pixels
-  if (!zoomOverPicture_ || zoom_->IsMoved() || ws_.mode == Mode::None) return;
-  if (QGuiApplication::queryKeyboardModifiers().testFlag(Qt::ControlModifier)) return;
-  if (QGuiApplication::mouseButtons() != Qt::NoButton) return;  // a drag ends where it was aimed
-  const QPoint pointer = centralWidget()->mapFromGlobal(QCursor::pos());
-  if (!zoom_->geometry().adjusted(-kNear, -kNear, kNear, kNear).contains(pointer)) return;
-  zoomToTheLeft_ = !zoomToTheLeft_;
-  PlaceZoom();
 }
 
 void MainWindow::showEvent(QShowEvent* event) {
@@ -218,30 +188,6 @@ void MainWindow::RenderModeFrame() {
   QTimer::singleShot(0, this, [this] { sidePanel_->ensureWidgetVisible(axisPanel_); });
 }
 
-void MainWindow::RenderPicture() {
-  const DirtyArea dirty = std::exchange(ws_.plot.Dirty, {});
-  plot_->Render(dirty, RubberBand(ws_));
-  pictureArea_->ShowHint(!ws_.plot.IsPresent());
-  const Viewport& view = ws_.view;
-  const auto bar = [](QScrollBar* scroll, int value, int maximum, int page, int step) {
-    const QSignalBlocker quiet(scroll);
-    scroll->setRange(0, maximum);
-    scroll->setSingleStep(std::max(step, 1));
-    scroll->setPageStep(std::max(page, 1));
-    scroll->setValue(value);
-    Enable(scroll, maximum > 0);
-  };
-  bar(horizontal_, view.X, view.MaximumX, view.Width, ws_.settings.XJump);
-  bar(vertical_, view.Y, view.MaximumY, view.Height, ws_.settings.YJump);
-  if (plot_->pos() != QPoint(-view.X, -view.Y)) plot_->move(-view.X, -view.Y);
-  if (cursorShown_ != ws_.settings.CursorType) {
-    cursorShown_ = ws_.settings.CursorType;
-    plot_->setCursor(PlotCursor(cursorShown_, devicePixelRatioF()));
-  }
-  zoom_->Render(ws_.settings.Zoom == 1 && ws_.plot.IsPresent(), ws_.readOut.PlotX,
-                ws_.readOut.PlotY, ws_.zoom.Factor, !dirty.IsEmpty());
-}
-
 void MainWindow::RenderFrame() {
   QString caption = ToQString(ws_.window.Caption);
   if (ws_.project.IsOf(ws_.recipe))
@@ -316,6 +262,7 @@ void MainWindow::moveEvent(QMoveEvent* event) {
 void MainWindow::changeEvent(QEvent* event) {
   QMainWindow::changeEvent(event);
   if (event->type() == QEvent::WindowStateChange) NotePlacement();
+  if (event->type() == QEvent::ActivationChange) plot_->LetPan(false);
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
@@ -340,6 +287,7 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
       return true;
     }
   }
+  if (TakeSpace(watched, event)) return true;
   // The window looks at a key before the control that has the focus.
   if (event->type() == QEvent::KeyPress && !ws_.commandRuns &&
       QApplication::activeModalWidget() == nullptr &&

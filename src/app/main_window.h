@@ -33,6 +33,7 @@ class ReadOutPanel;
 class RecoveryBar;
 class StatusPanels;
 class TracerPanel;
+class ZoomPercent;
 class ZoomView;
 
 /// Where the program's files are. Without a path there is no such file.
@@ -82,6 +83,12 @@ class MainWindow : public QMainWindow {
   QAction* MakeAction(const MenuEntry& entry);
   void ConnectPanels();
   void ConnectCurves();
+  void ConnectView();
+  /// The place of the opening that stays while the zoom changes: the pointer's, else the middle.
+  QPointF ZoomMiddle() const;
+  /// Space held over the picture lets the left button drag the view; not that which is pressed for
+  /// a control that the Tab key has led to.
+  bool TakeSpace(QObject* watched, QEvent* event);
   void FitSidePanel();
   void FinishStart();
   void PlaceZoom();
@@ -149,6 +156,7 @@ class MainWindow : public QMainWindow {
   PictureArea* pictureArea_ = nullptr;
   PlotView* plot_ = nullptr;
   ZoomView* zoom_ = nullptr;
+  ZoomPercent* zoomPercent_ = nullptr;
   QScrollBar* horizontal_ = nullptr;
   QScrollBar* vertical_ = nullptr;
   QScrollArea* sidePanel_ = nullptr;
@@ -169,6 +177,7 @@ class MainWindow : public QMainWindow {
   bool hourglassShown_ = false;
   int cursorShown_ = 0;
   QPointer<QWidget> closeAfterCommand_;
+  bool spaceIsForControl_ = false, spacePans_ = false;
   bool zoomOverPicture_ = false;
   bool zoomToTheLeft_ = false;
   bool placing_ = false;

@@ -17,6 +17,7 @@
 #include "app/picture_area.h"
 #include "app/recovery_bar.h"
 #include "app/status_panels.h"
+#include "app/zoom_percent.h"
 #include "calibration/axis_panel.h"
 #include "capture/curve_panel.h"
 #include "capture/read_out_panel.h"
@@ -32,7 +33,6 @@
 #include "workspace/overlay.h"
 #include "workspace/plot_mouse.h"
 #include "workspace/toolbar.h"
-#include "workspace/view_commands.h"
 
 namespace graphize {
 
@@ -41,7 +41,7 @@ QAction* MainWindow::MakeAction(const MenuEntry& entry) {
   action->setObjectName(QLatin1String(entry.Name));
   action->setStatusTip({});
   action->setToolTip(QLatin1String(entry.Tip));
-  action->setShortcut(QKeySequence(QLatin1String(entry.Key)));
+  action->setShortcuts(QKeySequence::listFromString(QLatin1String(entry.Key)));
   action->setCheckable(entry.Checked != nullptr);
   if (entry.Run != nullptr)
     connect(action, &QAction::triggered, this, [this, &entry] { Do(entry.Run); });
@@ -172,12 +172,13 @@ void MainWindow::BuildCentre() {
 
   pictureArea_ = new PictureArea;
   plot_ = new PlotView(
-      ws_.plot, [this](const PlotOverlay::Rectangle& area) { return Plot_Paint(ws_, area); },
-      pictureArea_);
+      ws_.plot, ws_.view,
+      [this](const PlotOverlay::Rectangle& area) { return Plot_Paint(ws_, area); }, pictureArea_);
   zoom_ = new ZoomView(ws_.plot, ZoomWindow::kMinimum, ZoomWindow::kMaximum, centre);
   horizontal_ = Named(new QScrollBar(Qt::Horizontal), "HPScroll", tr("Scroll the picture across"));
   vertical_ = Named(new QScrollBar(Qt::Vertical), "VpScroll", tr("Scroll the picture down"));
   recoveryBar_ = new RecoveryBar;
+  zoomPercent_ = new ZoomPercent;
   grid->addWidget(recoveryBar_, 0, 2, 1, 2);
   grid->addWidget(pictureArea_, 1, 2);
   grid->addWidget(vertical_, 1, 3);
@@ -246,21 +247,6 @@ void MainWindow::ConnectPanels() {
   connect(recoveryBar_, &RecoveryBar::LaterPressed, this, &MainWindow::OfferSession);
   connect(qApp, &QGuiApplication::commitDataRequest, this, &MainWindow::PrepareForSessionEnd);
 
-  connect(horizontal_, &QScrollBar::valueChanged, this, [this](int value) {
-    Do([=](Workspace& ws, const Desktop&) { ScrollTo(ws.view, value, ws.view.Y); }, false);
-  });
-  connect(vertical_, &QScrollBar::valueChanged, this, [this](int value) {
-    Do([=](Workspace& ws, const Desktop&) { ScrollTo(ws.view, ws.view.X, value); }, false);
-  });
-  connect(pictureArea_, &PictureArea::Wheeled, this, [this](int dx, int dy) {
-    Do([=](Workspace& ws, const Desktop&) { ScrollTo(ws.view, ws.view.X + dx, ws.view.Y + dy); },
-       false);
-    plot_->ReadPointer();
-  });
-  connect(pictureArea_, &PictureArea::Resized, this, [this](int width, int height) {
-    Note([=](Workspace& ws) { ResizeView(ws, width, height); });
-    PlaceZoom();
-  });
   connect(zoom_, &ZoomView::FactorChosen, this, [this](int factor) {
     Do([=](Workspace& ws, const Desktop&) { ws.zoom.Factor = factor; }, false);
   });

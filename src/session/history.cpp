@@ -295,9 +295,7 @@ bool History::Apply(Workspace& ws, Way way) {
     ws.status.Status = "Done again: " + undo_.back().Name;
   }
   if (ws.plot.Width() != width || ws.plot.Height() != height) {
-    const Viewport view = ws.view;
     ResetScrBars(ws.view, ws.plot.Width(), ws.plot.Height());
-    ScrollTo(ws.view, view.X, view.Y);
   }
   UpdateEditMenu(ws.store, ws.commands);
   DropOldest();

@@ -230,8 +230,7 @@ void BringBackSession(Workspace& ws, const Desktop& desktop, const LeftSession& 
   ws.imageTools.UndoCopy.reset();
   BringBack(ws, desktop, std::move(kept));
   ws.recipe.Recovered = true;
-  ws.view.X = ws.view.Y = 0;
-  ResetScrBars(ws.view, ws.plot.Width(), ws.plot.Height());
+  ShowFromCorner(ws.view, ws.plot.Width(), ws.plot.Height());
   if (ws.plot.IsPresent() && ws.mode != Mode::DrawErase && ws.mode != Mode::GridBuster)
     RedrawBlockers(ws.blockers, ws.plot, ws.settings);
 }

@@ -367,8 +367,7 @@ void PutProject(Workspace& ws, const Desktop& desktop, ProjectContent&& project)
   PutEdited(ws.plot, std::move(project.Picture), std::move(project.LastEdit));
   ws.imageTools.UndoCopy.reset();  // it was of the picture before
   PutMarks(ws.plot, project.Marks);
-  ws.view.X = ws.view.Y = 0;
-  ResetScrBars(ws.view, ws.plot.Width(), ws.plot.Height());
+  ShowFromCorner(ws.view, ws.plot.Width(), ws.plot.Height());
   BringBack(ws, desktop, std::move(project.Kept));
   if (!project.PictureFault.empty()) RedrawBlockers(ws.blockers, ws.plot, ws.settings);
 }

@@ -24,6 +24,8 @@ void ReadSettings(const SettingsFile& file, Settings& settings, std::vector<std:
   settings.BlockColor = ReadNumber(file, kOptionsSection, "BlockColor", defaults.BlockColor, notes);
   settings.Trace = ReadNumber(file, kOptionsSection, "Trace", defaults.Trace, notes);
   settings.CursorType = ReadNumber(file, kOptionsSection, "CursorType", defaults.CursorType, notes);
+  settings.SubPixelClicks =
+      ReadSwitch(file, kOptionsSection, "SubPixelClicks", defaults.SubPixelClicks);
   settings.DecimalPoint = ReadSwitch(file, kFormatSection, "DecimalPoint", defaults.DecimalPoint);
   settings.XDigits = ReadNumber(file, kFormatSection, "XDigits", defaults.XDigits, notes);
   settings.XDecimals = ReadNumber(file, kFormatSection, "XDecimals", defaults.XDecimals, notes);
@@ -53,6 +55,9 @@ void WriteSettings(SettingsFile& file, const Settings& settings, bool lastPoint,
   WriteNumber(file, kOptionsSection, "LastPoint", lastPoint);
   WriteNumber(file, kOptionsSection, "OverlayData", overlay);
   WriteNumber(file, kOptionsSection, "CursorType", settings.CursorType);
+  // Files of those who do not use it stay as they are.
+  if (settings.SubPixelClicks != ReadSwitch(file, kOptionsSection, "SubPixelClicks", false))
+    WriteNumber(file, kOptionsSection, "SubPixelClicks", settings.SubPixelClicks);
   WriteNumber(file, kFormatSection, "DecimalPoint", settings.DecimalPoint);
   WriteNumber(file, kFormatSection, "XDigits", settings.XDigits);
   WriteNumber(file, kFormatSection, "XDecimals", settings.XDecimals);

@@ -108,12 +108,15 @@ bool GoesOn(RunningTrace& trace, int column) {
 
 void ScrollToColumn(RunningTrace& trace, int column) {
   const Viewport& view = trace.Context.View;
-  const int distance = view.X + view.Width - column;
-  if (2 * distance < trace.XJump) Scroll(trace, column - view.Width + trace.XJump, view.Y);
+  const int place = FirstPlaceOf(view.Zoom, column);
+  const int distance = view.X + view.Width - place;
+  if (2 * distance < trace.XJump) Scroll(trace, place - view.Width + trace.XJump, view.Y);
 }
 
 void ScrollToRows(RunningTrace& trace, int top, int bottom) {
   const Viewport& view = trace.Context.View;
+  top = FirstPlaceOf(view.Zoom, top);
+  bottom = FirstPlaceOf(view.Zoom, bottom);
   const auto endsBelow = [&](int y) { return 2 * (y + view.Height - bottom) < trace.YJump; };
   if (endsBelow(view.Y)) {
     Scroll(trace, view.X, bottom - view.Height + trace.YJump);

@@ -8,28 +8,21 @@ namespace graphize {
 
 namespace {
 
-bool Touches(const PlotOverlay::Rectangle& area, const PlotPixel& pixel, int reach) {
-  return pixel.X >= area.Left - reach && pixel.X <= area.Right + reach &&
-         pixel.Y >= area.Top - reach && pixel.Y <= area.Bottom + reach;
+PlotOverlay::Point PointAt(int column, int row) {
+  return {static_cast<float>(column), static_cast<float>(row)};
 }
 
-/// The curve's points that reach into the area: those that its list shows, and all captured ones
+/// The curve's points within the area: those that its list shows, and all captured ones
 /// while the list has other rows, such as resampled ones.
 PlotOverlay::Marks MarksOf(const Curve& curve, const PointStore& store,
                            const PlotOverlay::Rectangle& area) {
-  constexpr float kReach = kCurvePointReach + kMarkEdge + 0.5f;
-  const float left = static_cast<float>(area.Left) - kReach;
-  const float right = static_cast<float>(area.Right) + kReach;
-  const float top = static_cast<float>(area.Top) - kReach;
-  const float bottom = static_cast<float>(area.Bottom) + kReach;
   PlotOverlay::Marks marks{.MarkColour = curve.MarkColour};
   const std::vector<PointId>& ids = store.ListIsCaptured ? store.ListId : store.CaptureId;
   const int count = store.ListIsCaptured ? store.ListCount : store.CaptureCount;
   for (int i = 1; i <= count; ++i) {
     const Place& place = store.Places[ids[i]];
-    if (place.Column >= left && place.Column <= right && place.Row >= top && place.Row <= bottom)
-      marks.Points.push_back(
-          {static_cast<int>(std::lrint(place.Column)), static_cast<int>(std::lrint(place.Row))});
+    const PlotOverlay::Point point{place.Column, place.Row};
+    if (Contains(area, point)) marks.Points.push_back(point);
   }
   return marks;
 }
@@ -72,12 +65,11 @@ void AddEditedPoints(const Workspace& ws, const PlotOverlay::Rectangle& area,
       column += edit.To.Column - edit.From.Column;
       row += edit.To.Row - edit.From.Row;
     }
-    const PlotPixel pixel{static_cast<int>(std::nearbyint(column)),
-                          static_cast<int>(std::nearbyint(row))};
-    if (!Touches(area, pixel, kEditMarkReach + kMarkEdge)) continue;
-    if (editing) overlay.EditPoints.push_back({pixel.X, pixel.Y});
-    if (isSelected) overlay.Selected.push_back({pixel.X, pixel.Y});
-    if (editing && edit.Near == id) overlay.Near = {pixel.X, pixel.Y};
+    const PlotOverlay::Point point{column, row};
+    if (!Contains(area, point)) continue;
+    if (editing) overlay.EditPoints.push_back(point);
+    if (isSelected) overlay.Selected.push_back(point);
+    if (editing && edit.Near == id) overlay.Near = point;
   }
 }
 
@@ -105,7 +97,7 @@ PlotOverlay Plot_Paint(const Workspace& ws, const PlotOverlay::Rectangle& area) 
     for (int row = 0; row < 3; ++row)
       if (ws.calibration.Defined[row])
         overlay.AxisPoints.push_back(
-            {ws.calibration.PixelX[row], ws.plot.Height() - ws.calibration.PixelY[row]});
+            PointAt(ws.calibration.PixelX[row], ws.plot.Height() - ws.calibration.PixelY[row]));
   }
   AddCurves(overlay, ws, area);
   // A curve that is hidden is not seen in any way.
@@ -118,12 +110,13 @@ PlotOverlay Plot_Paint(const Workspace& ws, const PlotOverlay::Rectangle& area) 
     for (int i = 1; i <= ws.store.ListCount; ++i) {
       const auto pixel =
           Real2Pixels(ws.calibration, ws.plot.Height(), ws.store.ListX[i], ws.store.ListY[i]);
-      if (pixel && Touches(area, *pixel, kDataPointReach + kMarkEdge))
-        overlay.DataPoints.push_back({pixel->X, pixel->Y});
+      if (!pixel) continue;
+      const PlotOverlay::Point point = PointAt(pixel->X, pixel->Y);
+      if (Contains(area, point)) overlay.DataPoints.push_back(point);
     }
   }
   if (ws.commands.ShowLastPoint) {
-    overlay.LastPoint = {ws.store.LastPixelX, ws.plot.Height() - ws.store.LastPixelY};
+    overlay.LastPoint = PointAt(ws.store.LastPixelX, ws.plot.Height() - ws.store.LastPixelY);
     overlay.LastColour = PaletteColour(1);
   }
   return overlay;

@@ -249,8 +249,7 @@ Outcome Run(Workspace& ws, const Desktop& desktop, ReloadStep& step) {
   CarryToOpened(ws, ws.plot.Height());
   ws.window.Caption = "GRAPHIZE is Resizing ....";
   desktop.ShowNow();
-  ws.view.X = ws.view.Y = 0;
-  ResetScrBars(ws.view, ws.plot.Width(), ws.plot.Height());
+  ShowFromCorner(ws.view, ws.plot.Width(), ws.plot.Height());
   RedrawBlockers(ws.blockers, ws.plot, ws.settings);
   ShowPictureSize(ws);
   ShowPictureCaption(ws);
@@ -371,8 +370,7 @@ PictureBox LoadImage(Workspace& ws, const Desktop& desktop, PictureBox picture,
   ws.imageTools.UndoCopy.reset();  // it was of the picture before
   ws.window.Caption = "GRAPHIZE is Resizing ....";
   desktop.ShowNow();
-  ws.view.X = ws.view.Y = 0;
-  ResetScrBars(ws.view, ws.plot.Width(), ws.plot.Height());
+  ShowFromCorner(ws.view, ws.plot.Width(), ws.plot.Height());
   RedrawBlockers(ws.blockers, ws.plot, ws.settings);
   ws.plot.PersistentDrawing = true;
   ws.plot.SourceName = sourceName;

@@ -16,7 +16,7 @@ struct PointEdit {
   Place From, To;                  // the pointer at the press, and where it has led
 };
 
-/// How near to a point a press takes it, and where a drag begins, in pixels.
+/// How near to a point a press takes it, and where a drag begins, in pixels of the screen.
 inline constexpr float kTakeReach = 8;
 inline constexpr float kDragBegins = 3;
 

@@ -141,7 +141,7 @@ void RefreshPlot(Workspace& ws) {
   ClearMarks(ws.plot);
   RedrawBlockers(ws.blockers, ws.plot, ws.settings);
   // Overlay and last-point marker are painted above the raster: the whole view shows them anew.
-  ws.plot.Dirty = {0, 0, ws.plot.Width() - 1, ws.plot.Height() - 1};
+  ws.marksDirty = {0, 0, ws.plot.Width() - 1, ws.plot.Height() - 1};
 }
 
 }  // namespace graphize

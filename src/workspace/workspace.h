@@ -124,6 +124,7 @@ struct Workspace {
 
   PlotImage plot;
   Viewport view;
+  DirtyArea marksDirty;  // where what is painted above the raster has changed
   PictureSource picture;
   ProjectName project;
   std::filesystem::path projectAsked;         // to be opened in the place of a picture

@@ -164,8 +164,9 @@ TEST_F(Controls, MarksStandOutFromEveryGround) {
       for (const bool last : {false, true}) {
         PlotImage image;
         SetPicture(image, Raster::Filled(40, 40, ground));
+        const Viewport at;
         PlotView view(
-            image,
+            image, at,
             [&](const PlotOverlay::Rectangle&) {
               PlotOverlay overlay{.DataColour = PaletteColour(colour),
                                   .LastColour = PaletteColour(colour)};
@@ -176,7 +177,7 @@ TEST_F(Controls, MarksStandOutFromEveryGround) {
               return overlay;
             },
             nullptr);
-        view.Render({}, {});
+        view.Render({}, {}, {});
         const QImage shown = view.grab().toImage();
         int seen = 0;
         for (int y = 0; y < shown.height(); ++y)

@@ -643,8 +643,8 @@ TEST_F(WorkspaceTest, EveryCurveIsAskedAboutAndMarked) {
     return text;
   };
   EXPECT_EQ(marks(0, 59), "1b2a") << "the active one above the other";
-  EXPECT_EQ(marks(32, 59), "2a");
-  EXPECT_EQ(marks(33, 59), "1a");
+  EXPECT_EQ(marks(30, 59), "2a");
+  EXPECT_EQ(marks(31, 59), "1a");
   Do(ws, desktop, ClearRowsStep{2, 2});
   EXPECT_EQ(marks(0, 59), "1b1a") << "not what the list has no longer";
   Do(ws, desktop, UndoListStep{});

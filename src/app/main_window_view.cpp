@@ -1,0 +1,164 @@
+// How the main window shows the picture: zoom, scrolling and panning, the zoom window's place.
+
+#include <QAction>
+#include <QCursor>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <algorithm>
+#include <utility>
+
+#include "app/main_window.h"
+#include "app/picture_area.h"
+#include "app/zoom_percent.h"
+#include "calibration/axis_panel.h"
+#include "capture/curve_panel.h"
+#include "capture/read_out_panel.h"
+#include "data/data_list_panel.h"
+#include "raster/plot_view.h"
+#include "raster/zoom_view.h"
+#include "tracing/tracer_panel.h"
+#include "widgets/plot_cursor.h"
+#include "widgets/pointer.h"
+#include "widgets/show.h"
+#include "workspace/overlay.h"
+#include "workspace/view_commands.h"
+
+namespace graphize {
+
+void MainWindow::ConnectView() {
+  const auto scroll = [this](int x, int y) {
+    Do([=](Workspace& ws, const Desktop&) { ScrollTo(ws.view, x, y); }, false);
+  };
+  connect(horizontal_, &QScrollBar::valueChanged, this,
+          [this, scroll](int value) { scroll(value, ws_.view.Y); });
+  connect(vertical_, &QScrollBar::valueChanged, this,
+          [this, scroll](int value) { scroll(ws_.view.X, value); });
+  connect(pictureArea_, &PictureArea::Wheeled, this, [this, scroll](int dx, int dy) {
+    scroll(ws_.view.X + dx, ws_.view.Y + dy);
+    plot_->ReadPointer();
+  });
+  connect(plot_, &PlotView::Panned, this,
+          [this, scroll](int dx, int dy) { scroll(ws_.view.X - dx, ws_.view.Y - dy); });
+  connect(pictureArea_, &PictureArea::Resized, this, [this](int width, int height) {
+    Note([=](Workspace& ws) { ResizeView(ws, width, height); });
+    PlaceZoom();
+  });
+
+  const auto zoomTo = [this](double zoom, QPointF at) {
+    Do([=](Workspace& ws, const Desktop&) { ZoomTo(ws, zoom, at.x(), at.y()); }, false);
+    plot_->ReadPointer();
+  };
+  const auto zoomBy = [this, zoomTo](int steps, QPointF at) {
+    zoomTo(NextZoom(ws_.view.Zoom, steps), at);
+  };
+  const auto onMenu = [this](const char* name, const auto& run) {
+    connect(findChild<QAction*>(QLatin1String(name)), &QAction::triggered, this, run);
+  };
+  onMenu("MNU_VIEW_ZoomIn", [this, zoomBy] { zoomBy(1, ZoomMiddle()); });
+  onMenu("MNU_VIEW_ZoomOut", [this, zoomBy] { zoomBy(-1, ZoomMiddle()); });
+  onMenu("MNU_VIEW_ActualSize", [this, zoomTo] { zoomTo(1, ZoomMiddle()); });
+  connect(pictureArea_, &PictureArea::Zoomed, this, zoomBy);
+  connect(zoomPercent_, &ZoomPercent::ZoomChosen, this,
+          [this, zoomTo](double zoom) { zoomTo(zoom, ZoomMiddle()); });
+  connect(zoomPercent_, &ZoomPercent::FitChosen, this,
+          [this] { Do([](Workspace& ws, const Desktop&) { FitPicture(ws); }, false); });
+}
+
+QPointF MainWindow::ZoomMiddle() const {
+  if (desktop_->Callbacks().PointerOverPlot()) return PointerPlace(pictureArea_);
+  return {std::min(pictureArea_->width(), plot_->width()) / 2.0,
+          std::min(pictureArea_->height(), plot_->height()) / 2.0};
+}
+
+bool MainWindow::TakeSpace(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::FocusIn) {
+    const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
+    if (reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason)
+      spaceIsForControl_ = true;
+    else if (reason == Qt::MouseFocusReason)
+      spaceIsForControl_ = false;
+  }
+  if (event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease) return false;
+  const auto* widget = qobject_cast<QWidget*>(watched);
+  const auto* key = static_cast<QKeyEvent*>(event);
+  if (key->key() != Qt::Key_Space || widget == nullptr || widget->window() != this) return false;
+  if (event->type() == QEvent::KeyRelease) {
+    if (!key->isAutoRepeat() && std::exchange(spacePans_, false)) {
+      plot_->LetPan(false);
+      return true;
+    }
+    return spacePans_;
+  }
+  if (spacePans_) return true;
+  const bool forPicture = plot_->hasFocus() || !spaceIsForControl_;
+  if (key->modifiers() != Qt::NoModifier || !forPicture || curvePanel_->IsNaming() ||
+      !desktop_->Callbacks().PointerOverPlot())
+    return false;
+  spacePans_ = true;
+  plot_->LetPan(true);
+  return true;
+}
+
+void MainWindow::PlaceZoom() {
+  // Below the panels that are shown where there is room, so that nothing of the picture is covered;
+  // else in one of its lower corners.
+  constexpr int kMargin = 8;
+  const QSize size = zoom_->sizeHint();
+  const QRect picture = pictureArea_->geometry();
+  // As high as the picture and its scroll bar; its own geometry may still be that of before.
+  const QRect side(sidePanel_->x(), picture.y(), sidePanel_->width(),
+                   picture.height() + horizontal_->sizeHint().height());
+  const QWidget* panel = ws_.window.AxisPanelShown ? static_cast<const QWidget*>(axisPanel_)
+                                                   : static_cast<const QWidget*>(tracerPanel_);
+  const int panels =
+      readOut_->sizeHint().height() + dataList_->sizeHint().height() + panel->sizeHint().height();
+  zoomOverPicture_ = panels + size.height() + 3 * kMargin > side.height();
+  const QPoint left(0, size.height() + kMargin), right(size.width(), size.height() + kMargin);
+  if (!zoomOverPicture_)
+    zoom_->SetHome(side.bottomRight() - QPoint((side.width() - size.width()) / 2, 0) - right);
+  else if (zoomToTheLeft_)
+    zoom_->SetHome(picture.bottomLeft() + QPoint(kMargin, 0) - left);
+  else
+    zoom_->SetHome(picture.bottomRight() - QPoint(kMargin, 0) - right);
+}
+
+void MainWindow::LetZoomGiveWay() {
+  constexpr int kNear = 12;  // pixels
+  if (!zoomOverPicture_ || zoom_->IsMoved() || ws_.mode == Mode::None) return;
+  if (QGuiApplication::queryKeyboardModifiers().testFlag(Qt::ControlModifier)) return;
+  if (QGuiApplication::mouseButtons() != Qt::NoButton) return;  // a drag ends where it was aimed
+  const QPoint pointer = centralWidget()->mapFromGlobal(QCursor::pos());
+  if (!zoom_->geometry().adjusted(-kNear, -kNear, kNear, kNear).contains(pointer)) return;
+  zoomToTheLeft_ = !zoomToTheLeft_;
+  PlaceZoom();
+}
+
+void MainWindow::RenderPicture() {
+  const DirtyArea dirty = std::exchange(ws_.plot.Dirty, {});
+  plot_->TellParts(ws_.settings.SubPixelClicks);
+  plot_->Render(dirty, std::exchange(ws_.marksDirty, {}), RubberBand(ws_));
+  pictureArea_->ShowHint(!ws_.plot.IsPresent());
+  const Viewport& view = ws_.view;
+  const auto bar = [](QScrollBar* scroll, int value, int maximum, int page, int step) {
+    const QSignalBlocker quiet(scroll);
+    scroll->setRange(0, maximum);
+    scroll->setSingleStep(std::max(step, 1));
+    scroll->setPageStep(std::max(page, 1));
+    scroll->setValue(value);
+    Enable(scroll, maximum > 0);
+  };
+  bar(horizontal_, view.X, view.MaximumX, view.Width, ws_.settings.XJump);
+  bar(vertical_, view.Y, view.MaximumY, view.Height, ws_.settings.YJump);
+  zoomPercent_->Render(ws_.plot.IsPresent(), view.Zoom, view.Fits);
+  if (cursorShown_ != ws_.settings.CursorType) {
+    cursorShown_ = ws_.settings.CursorType;
+    plot_->UseCursor(PlotCursor(cursorShown_, devicePixelRatioF()));
+  }
+  zoom_->Render(ws_.settings.Zoom == 1 && ws_.plot.IsPresent(), ws_.readOut.PlotX,
+                ws_.readOut.PlotY, ws_.zoom.Factor, !dirty.IsEmpty());
+}
+
+}  // namespace graphize

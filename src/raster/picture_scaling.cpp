@@ -1,0 +1,105 @@
+#include "raster/picture_scaling.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+namespace graphize {
+
+namespace {
+
+/// Products of a zoom and a screen's scaling are not exact where a pixel begins.
+constexpr double kInexact = 1e-6;
+
+/// The pixels of a level that one row or column of the screen shows: one or two of them.
+struct Shown {
+  int First = 0, Last = 0;
+};
+
+/// For each screen pixel from `from` on what it shows of `length` pixels of a level, `scale` screen
+/// pixels each.
+std::vector<Shown> ShownBy(int from, int count, double start, double scale, int length) {
+  const auto pixelAt = [&](int screen) {
+    return static_cast<int>(std::floor((screen - start) / scale + kInexact));
+  };
+  std::vector<Shown> shown(static_cast<std::size_t>(count));
+  for (int i = 0; i < count; ++i) {
+    const int first = pixelAt(from + i);
+    const int last = std::max(scale < 1 ? pixelAt(from + i + 1) - 1 : first, first);
+    shown[i] = {std::clamp(first, 0, length - 1), std::clamp(last, 0, length - 1)};
+  }
+  return shown;
+}
+
+/// The level whose pixels are shown one or two by two.
+int LevelFor(double scale) {
+  const int halvings = static_cast<int>(std::floor(std::log2(1 / scale) + kInexact));
+  return std::clamp(halvings, 0, Pyramid::kLargestLevel);
+}
+
+int LengthAt(int level, int length) {
+  return ((length - 1) >> level) + 1;
+}
+
+}  // namespace
+
+int FirstScreenPixel(double start, double scale, int pixel) {
+  return static_cast<int>(std::ceil(start + pixel * scale - kInexact));
+}
+
+int PictureColumn(const PictureScaling& scaling, int screenX) {
+  return static_cast<int>(std::floor((screenX - scaling.Left) / scaling.Scale + kInexact));
+}
+
+int PictureRow(const PictureScaling& scaling, int screenY) {
+  return static_cast<int>(std::floor((screenY - scaling.Top) / scaling.Scale + kInexact));
+}
+
+void PaintScaled(Raster& part, int left, int top, const Raster& picture, Pyramid& pyramid,
+                 const PictureScaling& scaling) {
+  if (part.IsEmpty() || picture.IsEmpty()) return;
+  const int level = LevelFor(scaling.Scale);
+  const double scale = std::ldexp(scaling.Scale, level);
+  const std::vector<Shown> columns =
+      ShownBy(left, part.Width(), scaling.Left, scale, LengthAt(level, picture.Width()));
+  const std::vector<Shown> rows =
+      ShownBy(top, part.Height(), scaling.Top, scale, LengthAt(level, picture.Height()));
+  const int first = columns.front().First, count = columns.back().Last - first + 1;
+  pyramid.Need(picture, level, first, rows.front().First, first + count, rows.back().Last + 1);
+  const bool alone = std::all_of(columns.begin(), columns.end(),
+                                 [](const Shown& shown) { return shown.First == shown.Last; });
+
+  const auto pixels = static_cast<std::size_t>(part.Width());
+  std::vector<std::uint32_t> upper(static_cast<std::size_t>(count)), lower(upper.size());
+  std::vector<std::uint32_t> upperEven(pixels), upperOdd(pixels), lowerEven(pixels),
+      lowerOdd(pixels);
+  const auto spread = [&](const std::uint32_t* row, int Shown::*end, std::uint32_t* to) {
+    for (std::size_t i = 0; i < pixels; ++i) to[i] = row[columns[i].*end - first];
+  };
+  for (int y = 0; y < part.Height(); ++y) {
+    const auto [from, last] = rows[y];
+    if (y > 0 && rows[y - 1].First == from && rows[y - 1].Last == last) {
+      std::copy_n(part.Row(y - 1), pixels, part.Row(y));
+      continue;
+    }
+    const std::uint32_t* source = level == 0 ? picture.Row(from) + first : upper.data();
+    if (level > 0) pyramid.CopyRow(picture, level, first, from, count, upper.data());
+    if (alone && from == last) {
+      spread(source, &Shown::First, part.Row(y));
+      continue;
+    }
+    spread(source, &Shown::First, upperEven.data());
+    spread(source, &Shown::Last, upperOdd.data());
+    if (last != from) {
+      pyramid.CopyRow(picture, level, first, last, count, lower.data());
+      spread(lower.data(), &Shown::First, lowerEven.data());
+      spread(lower.data(), &Shown::Last, lowerOdd.data());
+    }
+    const bool single = last == from;
+    MixRows(upperEven.data(), upperOdd.data(), single ? upperEven.data() : lowerEven.data(),
+            single ? upperOdd.data() : lowerOdd.data(), part.Width(), pyramid.DarkGround(),
+            part.Row(y));
+  }
+}
+
+}  // namespace graphize
