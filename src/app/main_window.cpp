@@ -18,6 +18,7 @@
 #include <tuple>
 #include <utility>
 
+#include "app/floating_views.h"
 #include "app/help_window.h"
 #include "app/picture_area.h"
 #include "app/status_panels.h"
@@ -27,7 +28,6 @@
 #include "capture/read_out_panel.h"
 #include "data/data_list_panel.h"
 #include "raster/plot_view.h"
-#include "raster/zoom_view.h"
 #include "session/project_file.h"
 #include "tracing/tracer_panel.h"
 #include "widgets/keys.h"
@@ -101,7 +101,7 @@ void MainWindow::showEvent(QShowEvent* event) {
   if (event->spontaneous() || shown_) return;
   shown_ = true;
   FitSidePanel();
-  PlaceZoom();
+  PlaceFloatingViews();
   // What the window can be seen without.
   QTimer::singleShot(50, this, [this] { FinishStart(); });
 }
@@ -177,11 +177,11 @@ void MainWindow::RenderModeFrame() {
   if (axisPanel_->isHidden() != ws_.window.AxisPanelShown) return;
   axisPanel_->setVisible(ws_.window.AxisPanelShown);
   tracerPanel_->setVisible(!ws_.window.AxisPanelShown);
-  PlaceZoom();
+  PlaceFloatingViews();
   QWidget* panel = ws_.window.AxisPanelShown ? static_cast<QWidget*>(axisPanel_) : tracerPanel_;
   // Where it will stand is known once the layout has been done.
   QTimer::singleShot(0, this, [this, panel] {
-    zoom_->Uncover(QRect(panel->mapTo(centralWidget(), QPoint()), panel->size()));
+    floating_->Uncover(QRect(panel->mapTo(centralWidget(), QPoint()), panel->size()));
   });
   if (!ws_.window.AxisPanelShown) return;
   // On a small screen the boxes to fill in now are brought into sight.
@@ -262,7 +262,10 @@ void MainWindow::moveEvent(QMoveEvent* event) {
 void MainWindow::changeEvent(QEvent* event) {
   QMainWindow::changeEvent(event);
   if (event->type() == QEvent::WindowStateChange) NotePlacement();
-  if (event->type() == QEvent::ActivationChange) plot_->LetPan(false);
+  if (event->type() == QEvent::ActivationChange) {
+    spacePans_ = false;
+    plot_->LetPan(false);
+  }
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {

@@ -26,7 +26,9 @@ class AxisPanelWidget;
 class CurvePanel;
 class DataListPanel;
 class FormDialog;
+class FloatingViews;
 class HelpWindow;
+class OverviewView;
 class PictureArea;
 class PlotView;
 class ReadOutPanel;
@@ -91,10 +93,10 @@ class MainWindow : public QMainWindow {
   bool TakeSpace(QObject* watched, QEvent* event);
   void FitSidePanel();
   void FinishStart();
-  void PlaceZoom();
-  /// In a mode, the zoom window leaves the part of the picture that the pointer goes to; not while
-  /// Ctrl is held.
-  void LetZoomGiveWay();
+  void PlaceFloatingViews();
+  /// In a mode, what floats over the picture leaves the place that the pointer has come to; not
+  /// while Ctrl is held.
+  void MakeWay(QPoint pointer);
   FormDialog* MakeIntegrateForm();
   FormDialog* MakeSampleForm();
   FormDialog* MakeOptionsForm();
@@ -156,6 +158,9 @@ class MainWindow : public QMainWindow {
   PictureArea* pictureArea_ = nullptr;
   PlotView* plot_ = nullptr;
   ZoomView* zoom_ = nullptr;
+  OverviewView* overview_ = nullptr;
+  std::unique_ptr<FloatingViews> floating_;
+  QSize overviewPlaced_, zoomPlaced_;
   ZoomPercent* zoomPercent_ = nullptr;
   QScrollBar* horizontal_ = nullptr;
   QScrollBar* vertical_ = nullptr;
@@ -178,8 +183,6 @@ class MainWindow : public QMainWindow {
   int cursorShown_ = 0;
   QPointer<QWidget> closeAfterCommand_;
   bool spaceIsForControl_ = false, spacePans_ = false;
-  bool zoomOverPicture_ = false;
-  bool zoomToTheLeft_ = false;
   bool placing_ = false;
   bool shown_ = false;
   QMenu* recentMenu_ = nullptr;

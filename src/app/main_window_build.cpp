@@ -12,6 +12,7 @@
 #include <QToolBar>
 #include <QVBoxLayout>
 
+#include "app/floating_views.h"
 #include "app/icons.h"
 #include "app/main_window.h"
 #include "app/picture_area.h"
@@ -22,6 +23,7 @@
 #include "capture/curve_panel.h"
 #include "capture/read_out_panel.h"
 #include "data/data_list_panel.h"
+#include "raster/overview_view.h"
 #include "raster/plot_view.h"
 #include "raster/zoom_view.h"
 #include "settings/recent_files.h"
@@ -175,6 +177,8 @@ void MainWindow::BuildCentre() {
       ws_.plot, ws_.view,
       [this](const PlotOverlay::Rectangle& area) { return Plot_Paint(ws_, area); }, pictureArea_);
   zoom_ = new ZoomView(ws_.plot, ZoomWindow::kMinimum, ZoomWindow::kMaximum, centre);
+  overview_ = new OverviewView(ws_.plot, plot_->Levels(), centre);
+  floating_ = std::make_unique<FloatingViews>(zoom_, overview_);
   horizontal_ = Named(new QScrollBar(Qt::Horizontal), "HPScroll", tr("Scroll the picture across"));
   vertical_ = Named(new QScrollBar(Qt::Vertical), "VpScroll", tr("Scroll the picture down"));
   recoveryBar_ = new RecoveryBar;
@@ -222,11 +226,6 @@ void MainWindow::ConnectPanels() {
   connect(plot_, &PlotView::Moved, this, [this](int button, int shift, float x, float y) {
     Do([=](Workspace& ws, const Desktop& d) { Plot_MouseMove(ws, d, button, shift, x, y); }, false);
   });
-  connect(plot_, &PlotView::Moved, this, &MainWindow::LetZoomGiveWay);
-  connect(zoom_, &ZoomView::Entered, this, [this] {
-    LetZoomGiveWay();
-    plot_->ReadPointer();
-  });
   connect(plot_, &PlotView::Pressed, this, [this](int button, int shift, float x, float y) {
     Do([=](Workspace& ws, const Desktop& d) { Plot_MouseDown(ws, d, button, shift, x, y); });
   });
@@ -246,10 +245,6 @@ void MainWindow::ConnectPanels() {
   connect(recoveryBar_, &RecoveryBar::DeletePressed, this, &MainWindow::DeleteSession);
   connect(recoveryBar_, &RecoveryBar::LaterPressed, this, &MainWindow::OfferSession);
   connect(qApp, &QGuiApplication::commitDataRequest, this, &MainWindow::PrepareForSessionEnd);
-
-  connect(zoom_, &ZoomView::FactorChosen, this, [this](int factor) {
-    Do([=](Workspace& ws, const Desktop&) { ws.zoom.Factor = factor; }, false);
-  });
 
   connect(axisPanel_, &AxisPanelWidget::ReDefinePressed, this,
           [this](int row) { Do(RedefineStep{row}); });

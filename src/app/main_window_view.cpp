@@ -1,29 +1,28 @@
 // How the main window shows the picture: zoom, scrolling and panning, the zoom window's place.
 
 #include <QAction>
+#include <QApplication>
 #include <QCursor>
 #include <QGuiApplication>
 #include <QKeyEvent>
-#include <QLineEdit>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <algorithm>
 #include <utility>
 
+#include "app/floating_views.h"
 #include "app/main_window.h"
 #include "app/picture_area.h"
 #include "app/zoom_percent.h"
-#include "calibration/axis_panel.h"
 #include "capture/curve_panel.h"
-#include "capture/read_out_panel.h"
-#include "data/data_list_panel.h"
+#include "raster/overview_view.h"
 #include "raster/plot_view.h"
 #include "raster/zoom_view.h"
-#include "tracing/tracer_panel.h"
 #include "widgets/plot_cursor.h"
 #include "widgets/pointer.h"
 #include "widgets/show.h"
 #include "workspace/overlay.h"
+#include "workspace/plot_mouse.h"
 #include "workspace/view_commands.h"
 
 namespace graphize {
@@ -44,7 +43,30 @@ void MainWindow::ConnectView() {
           [this, scroll](int dx, int dy) { scroll(ws_.view.X - dx, ws_.view.Y - dy); });
   connect(pictureArea_, &PictureArea::Resized, this, [this](int width, int height) {
     Note([=](Workspace& ws) { ResizeView(ws, width, height); });
-    PlaceZoom();
+    PlaceFloatingViews();
+  });
+
+  connect(overview_, &OverviewView::Asked, this, [this](double x, double y) {
+    Do([=](Workspace& ws, const Desktop&) { ShowPlace(ws, x, y); }, false);
+  });
+  const auto makeWay = [this] {
+    MakeWay(centralWidget()->mapFromGlobal(QCursor::pos()));
+    plot_->ReadPointer();
+  };
+  connect(zoom_, &ZoomView::Entered, this, makeWay);
+  connect(overview_, &OverviewView::Entered, this, makeWay);
+  connect(plot_, &PlotView::Moved, this, [this](int, int, float x, float y) {
+    const QPoint at(PlaceOfMark(ws_.view.Zoom, x), PlaceOfMark(ws_.view.Zoom, y));
+    MakeWay(plot_->mapTo(centralWidget(), at));
+  });
+  connect(zoom_, &ZoomView::Resized, this, &MainWindow::PlaceFloatingViews);
+  connect(zoom_, &ZoomView::FactorChosen, this, [this](int factor) {
+    Do([=](Workspace& ws, const Desktop&) { ws.zoom.Factor = factor; }, false);
+  });
+  // A box to be filled in is not to be looked for below the zoom window.
+  connect(qApp, &QApplication::focusChanged, this, [this](const QWidget*, const QWidget* now) {
+    if (now != nullptr && sidePanel_->isAncestorOf(now))
+      floating_->Uncover(QRect(now->mapTo(centralWidget(), QPoint()), now->size()));
   });
 
   const auto zoomTo = [this](double zoom, QPointF at) {
@@ -102,38 +124,19 @@ bool MainWindow::TakeSpace(QObject* watched, QEvent* event) {
   return true;
 }
 
-void MainWindow::PlaceZoom() {
-  // Below the panels that are shown where there is room, so that nothing of the picture is covered;
-  // else in one of its lower corners.
-  constexpr int kMargin = 8;
-  const QSize size = zoom_->sizeHint();
+void MainWindow::PlaceFloatingViews() {
   const QRect picture = pictureArea_->geometry();
   // As high as the picture and its scroll bar; its own geometry may still be that of before.
   const QRect side(sidePanel_->x(), picture.y(), sidePanel_->width(),
                    picture.height() + horizontal_->sizeHint().height());
-  const QWidget* panel = ws_.window.AxisPanelShown ? static_cast<const QWidget*>(axisPanel_)
-                                                   : static_cast<const QWidget*>(tracerPanel_);
-  const int panels =
-      readOut_->sizeHint().height() + dataList_->sizeHint().height() + panel->sizeHint().height();
-  zoomOverPicture_ = panels + size.height() + 3 * kMargin > side.height();
-  const QPoint left(0, size.height() + kMargin), right(size.width(), size.height() + kMargin);
-  if (!zoomOverPicture_)
-    zoom_->SetHome(side.bottomRight() - QPoint((side.width() - size.width()) / 2, 0) - right);
-  else if (zoomToTheLeft_)
-    zoom_->SetHome(picture.bottomLeft() + QPoint(kMargin, 0) - left);
-  else
-    zoom_->SetHome(picture.bottomRight() - QPoint(kMargin, 0) - right);
+  floating_->Place(side, side.y() + sidePanel_->widget()->sizeHint().height(), picture);
 }
 
-void MainWindow::LetZoomGiveWay() {
-  constexpr int kNear = 12;  // pixels
-  if (!zoomOverPicture_ || zoom_->IsMoved() || ws_.mode == Mode::None) return;
+void MainWindow::MakeWay(QPoint pointer) {
+  if (ws_.mode == Mode::None) return;
   if (QGuiApplication::queryKeyboardModifiers().testFlag(Qt::ControlModifier)) return;
   if (QGuiApplication::mouseButtons() != Qt::NoButton) return;  // a drag ends where it was aimed
-  const QPoint pointer = centralWidget()->mapFromGlobal(QCursor::pos());
-  if (!zoom_->geometry().adjusted(-kNear, -kNear, kNear, kNear).contains(pointer)) return;
-  zoomToTheLeft_ = !zoomToTheLeft_;
-  PlaceZoom();
+  floating_->MakeWay(pointer);
 }
 
 void MainWindow::RenderPicture() {
@@ -157,8 +160,18 @@ void MainWindow::RenderPicture() {
     cursorShown_ = ws_.settings.CursorType;
     plot_->UseCursor(PlotCursor(cursorShown_, devicePixelRatioF()));
   }
-  zoom_->Render(ws_.settings.Zoom == 1 && ws_.plot.IsPresent(), ws_.readOut.PlotX,
-                ws_.readOut.PlotY, ws_.zoom.Factor, !dirty.IsEmpty());
+  ZoomView::Look look{ws_.readOut.PlotX, ws_.readOut.PlotY, {}, ws_.zoom.Factor};
+  const bool zoomShown = ws_.settings.Zoom == 1 && ws_.plot.IsPresent();
+  if (const auto snap = zoomShown ? SnapAhead(ws_) : std::nullopt)
+    look.SnapsTo = QPoint(snap->X, snap->Y);
+  zoom_->Render(zoomShown, look, !dirty.IsEmpty());
+  overview_->Render(view, !dirty.IsEmpty());
+  const auto place = [](const QWidget* window) {
+    return window->isHidden() ? QSize() : window->size();
+  };
+  if (std::exchange(overviewPlaced_, place(overview_)) != place(overview_) ||
+      std::exchange(zoomPlaced_, place(zoom_)) != place(zoom_))
+    PlaceFloatingViews();
 }
 
 }  // namespace graphize

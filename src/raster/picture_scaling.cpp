@@ -4,6 +4,8 @@
 #include <cmath>
 #include <vector>
 
+#include "raster/parallel_rows.h"
+
 namespace graphize {
 
 namespace {
@@ -31,12 +33,6 @@ std::vector<Shown> ShownBy(int from, int count, double start, double scale, int 
   return shown;
 }
 
-/// The level whose pixels are shown one or two by two.
-int LevelFor(double scale) {
-  const int halvings = static_cast<int>(std::floor(std::log2(1 / scale) + kInexact));
-  return std::clamp(halvings, 0, Pyramid::kLargestLevel);
-}
-
 int LengthAt(int level, int length) {
   return ((length - 1) >> level) + 1;
 }
@@ -45,6 +41,11 @@ int LengthAt(int level, int length) {
 
 int FirstScreenPixel(double start, double scale, int pixel) {
   return static_cast<int>(std::ceil(start + pixel * scale - kInexact));
+}
+
+int LevelFor(double scale) {
+  const int halvings = static_cast<int>(std::floor(std::log2(1 / scale) + kInexact));
+  return std::clamp(halvings, 0, Pyramid::kLargestLevel);
 }
 
 int PictureColumn(const PictureScaling& scaling, int screenX) {
@@ -70,36 +71,47 @@ void PaintScaled(Raster& part, int left, int top, const Raster& picture, Pyramid
                                  [](const Shown& shown) { return shown.First == shown.Last; });
 
   const auto pixels = static_cast<std::size_t>(part.Width());
-  std::vector<std::uint32_t> upper(static_cast<std::size_t>(count)), lower(upper.size());
-  std::vector<std::uint32_t> upperEven(pixels), upperOdd(pixels), lowerEven(pixels),
-      lowerOdd(pixels);
-  const auto spread = [&](const std::uint32_t* row, int Shown::*end, std::uint32_t* to) {
-    for (std::size_t i = 0; i < pixels; ++i) to[i] = row[columns[i].*end - first];
+  const auto paint = [&](int firstRow, int endRow) {
+    std::vector<std::uint32_t> upper(static_cast<std::size_t>(count)), lower(upper.size());
+    std::vector<std::uint32_t> upperEven(pixels), upperOdd(pixels), lowerEven(pixels),
+        lowerOdd(pixels);
+    const auto spread = [&](const std::uint32_t* row, int Shown::*end, std::uint32_t* to) {
+      for (std::size_t i = 0; i < pixels; ++i) to[i] = row[columns[i].*end - first];
+    };
+    const auto rowOf = [&](int y, std::vector<std::uint32_t>& made) -> const std::uint32_t* {
+      if (level == 0) return picture.Row(y) + first;
+      pyramid.CopyRow(picture, level, first, y, count, made.data());
+      return made.data();
+    };
+    for (int y = firstRow; y < endRow; ++y) {
+      const auto [from, last] = rows[y];
+      if (y > firstRow && rows[y - 1].First == from && rows[y - 1].Last == last) {
+        std::copy_n(part.Row(y - 1), pixels, part.Row(y));
+        continue;
+      }
+      const std::uint32_t* source = rowOf(from, upper);
+      if (alone && from == last) {
+        if (count == part.Width())
+          std::copy_n(source, pixels, part.Row(y));  // one each
+        else
+          spread(source, &Shown::First, part.Row(y));
+        continue;
+      }
+      const bool single = last == from;
+      spread(source, &Shown::First, upperEven.data());
+      spread(source, &Shown::Last, upperOdd.data());
+      if (!single) {
+        source = rowOf(last, lower);
+        spread(source, &Shown::First, lowerEven.data());
+        spread(source, &Shown::Last, lowerOdd.data());
+      }
+      MixRows(upperEven.data(), upperOdd.data(), single ? upperEven.data() : lowerEven.data(),
+              single ? upperOdd.data() : lowerOdd.data(), part.Width(), pyramid.DarkGround(),
+              part.Row(y));
+    }
   };
-  for (int y = 0; y < part.Height(); ++y) {
-    const auto [from, last] = rows[y];
-    if (y > 0 && rows[y - 1].First == from && rows[y - 1].Last == last) {
-      std::copy_n(part.Row(y - 1), pixels, part.Row(y));
-      continue;
-    }
-    const std::uint32_t* source = level == 0 ? picture.Row(from) + first : upper.data();
-    if (level > 0) pyramid.CopyRow(picture, level, first, from, count, upper.data());
-    if (alone && from == last) {
-      spread(source, &Shown::First, part.Row(y));
-      continue;
-    }
-    spread(source, &Shown::First, upperEven.data());
-    spread(source, &Shown::Last, upperOdd.data());
-    if (last != from) {
-      pyramid.CopyRow(picture, level, first, last, count, lower.data());
-      spread(lower.data(), &Shown::First, lowerEven.data());
-      spread(lower.data(), &Shown::Last, lowerOdd.data());
-    }
-    const bool single = last == from;
-    MixRows(upperEven.data(), upperOdd.data(), single ? upperEven.data() : lowerEven.data(),
-            single ? upperOdd.data() : lowerOdd.data(), part.Width(), pyramid.DarkGround(),
-            part.Row(y));
-  }
+  PictureOperation unwatched;
+  ParallelRows(part.Width(), part.Height(), unwatched, paint);
 }
 
 }  // namespace graphize

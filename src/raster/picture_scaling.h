@@ -13,6 +13,8 @@ struct PictureScaling {
 
 /// The first screen pixel that shows picture pixel `pixel`: the first that begins within it.
 int FirstScreenPixel(double start, double scale, int pixel);
+/// The level of a pyramid whose pixels a scale shows one or two by two.
+int LevelFor(double scale);
 /// The picture pixel in which a screen pixel begins: the one that a pointer there reads.
 int PictureColumn(const PictureScaling& scaling, int screenX);
 int PictureRow(const PictureScaling& scaling, int screenY);

@@ -226,6 +226,22 @@ void Plot_MouseDown(Workspace& ws, const Desktop& desktop, int Button, int Shift
   ws.mouse.CapturePress = {ws.readOut.PlotX, ws.readOut.PlotY};
 }
 
+std::optional<PlotPixel> SnapAhead(const Workspace& ws) {
+  const int x = ws.readOut.PlotX, y = ws.readOut.PlotY;
+  if (ws.mode != Mode::Graphize || ws.mouse.TraceRunning || ws.mouse.Snapped ||
+      !ws.plot.Contains(x, y))
+    return std::nullopt;
+  try {
+    const auto at = SnapToXY(ws.plot, static_cast<float>(x), static_cast<float>(y),
+                             ws.settings.SnapMode, ws.settings.SnapDistance);
+    const PlotPixel pixel = at ? PlotPixel{ToInt32(at->X), ToInt32(at->Y)} : PlotPixel{x, y};
+    if (pixel.X == x && pixel.Y == y) return std::nullopt;
+    return pixel;
+  } catch (const RunTimeError&) {
+    return std::nullopt;  // the press will tell
+  }
+}
+
 void Plot_MouseUp(Workspace& ws, const Desktop& desktop, int Button, int /*Shift*/, float /*X*/,
                   float /*Y*/) {
   if (Button == kRightButton && ws.scanRectangle.Active) FinishScanRectangle(ws, desktop);

@@ -40,6 +40,14 @@ void FitPicture(Workspace& ws) {
   if (CanZoom(ws)) ZoomToFit(ws.view);
 }
 
+void ShowPlace(Workspace& ws, double x, double y) {
+  Viewport& view = ws.view;
+  const auto start = [&](double at, int length) {
+    return static_cast<int>(std::lround(at * view.Zoom - length / 2.0));
+  };
+  ScrollTo(view, start(x, view.Width), start(y, view.Height));
+}
+
 std::string ZoomText(double zoom) {
   constexpr double kTenths = 1000;  // of a percent
   const auto tenths = static_cast<int>(std::lround(zoom * kTenths));

@@ -17,6 +17,8 @@ bool IsFitted(const Workspace& ws);
 void ZoomBy(Workspace& ws, int steps, double x, double y);
 void ZoomTo(Workspace& ws, double zoom, double x, double y);
 void FitPicture(Workspace& ws);
+/// A place of the picture, in its pixels, comes into the middle of the opening.
+void ShowPlace(Workspace& ws, double x, double y);
 
 /// A zoom in words: "100%", "12.5%".
 std::string ZoomText(double zoom);
