@@ -19,18 +19,15 @@ void FloatingViews::Place(const QRect& side, int panelsEnd, const QRect& picture
   const QSize overview = overview_->isHidden() ? QSize() : overview_->size();
   const int room = side.bottom() + 1 - panelsEnd;
   zoomIsOver_ = zoom.height() + 2 * kMargin > room;
-  // Beside the zoom window, else alone.
-  const bool zoomIsBeneath = !zoom_->isHidden() && !zoomIsOver_ && !zoom_->IsMoved();
-  const int row = (zoomIsBeneath ? zoom.width() + kMargin : 0) + overview.width();
-  overviewIsOver_ = row > side.width() - 2 || overview.height() + 2 * kMargin > room;
   const int beneath = side.bottom() + 1 - kMargin;
-  const bool both = zoomIsBeneath && !overviewIsOver_ && !overview.isEmpty();
-  const int left = side.left() + (side.width() - (both ? row : zoom.width())) / 2;
-  if (!zoomIsOver_) zoom_->SetHome({left, beneath - zoom.height()});
-  if (!overviewIsOver_)
-    overview_->move(
-        both ? left + row - overview.width() : side.left() + (side.width() - overview.width()) / 2,
-        beneath - overview.height());
+  const auto middle = [&side](int width) { return side.left() + (side.width() - width) / 2; };
+  if (!zoomIsOver_) zoom_->SetHome({middle(zoom.width()), beneath - zoom.height()});
+  // Above the zoom window, or alone.
+  const bool zoomIsBeneath = !zoom_->isHidden() && !zoomIsOver_ && !zoom_->IsMoved();
+  const int floor = zoomIsBeneath ? beneath - zoom.height() - kMargin : beneath;
+  const int top = floor - overview.height();
+  overviewIsOver_ = top < panelsEnd + kMargin;
+  if (!overviewIsOver_) overview_->move(middle(overview.width()), top);
   PlaceOverPicture();
   overview_->raise();
 }
