@@ -170,6 +170,8 @@ FormDialog* MainWindow::MakeExportForm() {
           change([](ExportForm& form, bool on) { form.AllCurves = on; }));
   connect(dialog, &ExportDialog::ErrorsSwitched, this,
           change([](ExportForm& form, bool on) { form.Errors = on; }));
+  connect(dialog, &ExportDialog::PixelErrorsSwitched, this,
+          change([](ExportForm& form, bool on) { form.PixelErrors = on; }));
   connect(dialog, &ExportDialog::ExportPressed, this, [this] { Do(ExportPoints, false); });
   return dialog;
 }

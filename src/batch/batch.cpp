@@ -197,7 +197,9 @@ bool Replay(std::span<const std::string> words, const BatchStreams& streams) {
   const std::string& name = line.Operands.front();
   const std::string output = OutputOf(line);
   RunOptions options = ReadRunOptions(line);
-  options.Table.Errors = line.Has("errors");
+  const GivenOption* errors = line.Find("errors");
+  options.Table.Errors = errors != nullptr;
+  options.Table.PixelErrors = errors != nullptr && !errors->Value.empty();
   std::optional<TemporaryFolder> folder;
   const RecipeFile recipe = LowerCase(name).ends_with(kProjectEnding)
                                 ? ReadProjectAsRecipe(name, folder)

@@ -18,7 +18,11 @@ constexpr Options kOutputOptions = {
      "dat (the program's data file), csv (RFC 4180, with\n"
      "a header), json (with axes, units and errors) or\n"
      "graphize (a project, as for names that end so)"},
-    {"errors", 0, nullptr, kOutput, "two more columns: the size of a pixel in X and Y"},
+    {"errors", 0, nullptr, kOutput,
+     "two more columns: standard uncertainties where the\n"
+     "curve was read, else the size of a pixel; that\n"
+     "everywhere with =pixel",
+     false, "pixel"},
     {"force", 'f', nullptr, kOutput, "replace files that exist"},
     {"jobs", 'j', "N", kOutput, "pictures in work at a time; one for each core"},
     {"quiet", 'q', nullptr, kOutput, "no progress and no notes, errors only"},
@@ -32,7 +36,11 @@ constexpr Options kExportOptions = {
     {"all-curves", 0, nullptr, kOutput, "all curves, the one that is worked on first"},
     {"common-x", 0, nullptr, kOutput, "one table over all X that there are"},
     {"x-grid", 0, "LIST", kOutput, "the same over these X: 0,0.5,1 or 0:0.5:10"},
-    {"errors", 0, nullptr, kOutput, "two more columns: the size of a pixel in X and Y"},
+    {"errors", 0, nullptr, kOutput,
+     "two more columns: standard uncertainties where the\n"
+     "curve was read, else the size of a pixel; that\n"
+     "everywhere with =pixel",
+     false, "pixel"},
     {"force", 'f', nullptr, kOutput, "replace a file that exists"},
     {"help", 'h', nullptr, kOutput, "this text"},
 };

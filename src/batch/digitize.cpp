@@ -150,7 +150,8 @@ class Maker {
         Set(point, on ? "on" : "off", emit->Name());
       }
     }
-    if (line_.Has("errors")) Set("errors", "on", "--errors");
+    if (const GivenOption* errors = line_.Find("errors"))
+      Set("errors", errors->Value.empty() ? "on" : errors->Value, errors->Name());
   }
 
   void MakeFormat() {

@@ -69,7 +69,9 @@ bool ExportProject(const CommandLine& line, const BatchStreams& streams) {
   ws.exportForm.AllCurves = line.Has("all-curves");
   ws.exportForm.CommonX = line.Has("common-x") || grid != nullptr;
   ws.exportForm.XGrid = grid != nullptr ? grid->Value : "";
-  ws.exportForm.Errors = line.Has("errors");
+  const GivenOption* errors = line.Find("errors");
+  ws.exportForm.Errors = errors != nullptr;
+  ws.exportForm.PixelErrors = errors != nullptr && !errors->Value.empty();
   ReadInto(ws, Console().Callbacks(), file);
   if (const GivenOption* curve = line.Find("curve")) ChooseCurve(ws, curve->Value);
   const std::string table = TableOf(ws);

@@ -16,6 +16,7 @@
 #include "session/project_file.h"
 #include "workspace/replay.h"
 #include "workspace/run_command.h"
+#include "workspace/save_points.h"
 
 namespace graphize {
 
@@ -120,13 +121,16 @@ void KnowByName(Workspace& ws, const std::filesystem::path& passing) {
     if (picture.Path.parent_path() == passing) picture.Path = picture.Path.filename();
 }
 
-/// All curves, the active one first.
+/// All curves, the active one first. What was read to a part of a pixel has its values in double
+/// precision.
 std::vector<ExportCurve> ListCurves(const Workspace& ws) {
-  std::vector<ExportCurve> curves = {
-      ListCurve(ActiveCurve(ws.curves).Name, ws.store, ws.calibration)};
+  const auto of = [&](const std::string& name, const PointStore& points) {
+    return points.Certainties.empty() ? ListCurve(name, points, ws.calibration)
+                                      : PlacedCurve(name, points, ws.calibration, ws.plot.Height());
+  };
+  std::vector<ExportCurve> curves = {of(ActiveCurve(ws.curves).Name, ws.store)};
   for (const Curve& curve : ws.curves.Curves)
-    if (curve.Points != nullptr)
-      curves.push_back(ListCurve(curve.Name, *curve.Points, ws.calibration));
+    if (curve.Points != nullptr) curves.push_back(of(curve.Name, *curve.Points));
   return curves;
 }
 
@@ -147,11 +151,12 @@ std::string MakeTable(Workspace& ws, const JobOptions& options, std::vector<std:
   }
   const bool wanted = ws.commands.SaveErrors || options.Errors;
   const bool known = HasRowErrors(ws.store, ws.calibration);
+  const ErrorKind kind = options.PixelErrors ? ErrorKind::Pixel : ErrorKindOf(ws);
   if (wanted && !known)
     notes.push_back("the rows are no places on the picture: they are written without errors");
   if (options.Format != TableFormat::Dat) {
     const bool json = options.Format == TableFormat::Json;
-    const PointTable table{.Curves = ListCurves(ws), .Errors = wanted || json};
+    const PointTable table{.Curves = ListCurves(ws), .Errors = wanted || json, .Kind = kind};
     return json ? JsonText(table, ws.calibration,
                            {ws.picture.ChosenPath.filename().string(), ws.plot.Width(),
                             ws.plot.Height(), ws.dataFileTitle})
@@ -161,7 +166,7 @@ std::string MakeTable(Workspace& ws, const JobOptions& options, std::vector<std:
     notes.push_back("a data file holds one curve, this one \"" + ActiveCurve(ws.curves).Name +
                     "\"; csv, json and graphize hold all");
   std::vector<RowError> errors;
-  if (wanted && known) errors = RowErrorsOf(ws.store, ws.calibration);
+  if (wanted && known) errors = RowErrorsOf(ws.store, ws.calibration, ws.plot.Height(), kind);
   const std::string hidden = HiddenDigits(ws.store, ws.calibration, ws.settings, ws.formats);
   if (!hidden.empty()) notes.push_back(hidden);
   return DataFileText(ws.dataFileTitle, ws.store, ws.formats, ws.settings.DecimalPoint, errors);

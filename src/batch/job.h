@@ -21,6 +21,7 @@ enum class TableFormat { Dat, Csv, Json, Project };
 struct JobOptions {
   TableFormat Format = TableFormat::Dat;
   bool Errors = false;          // also where no step asks for them
+  bool PixelErrors = false;     // then those of one pixel
   bool PointsExpected = false;  // a table without points is an error even where a step saves it
   bool PictureOnly = false;     // no table
   bool KeepPicture = false;

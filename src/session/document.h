@@ -36,7 +36,7 @@ inline constexpr std::size_t kPointNumbers = 7;
 template <class Store>
 auto ArraysOf(Store& store) {
   return std::tie(store.CaptureX, store.CaptureY, store.CaptureId, store.ListX, store.ListY,
-                  store.ListId, store.Places);
+                  store.ListId, store.Places, store.Certainties);
 }
 
 template <class... Types>

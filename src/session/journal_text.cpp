@@ -148,7 +148,7 @@ std::shared_ptr<const PointStore> StoreOf(const Points& points) {
            std::all_of(ids.begin(), ids.end(),
                        [&](PointId id) { return id < store->Places.size(); });
   };
-  if (store->Places.empty() ||
+  if (store->Places.empty() || store->Certainties.size() > store->Places.size() ||
       !fits(store->CaptureX, store->CaptureY, store->CaptureId, store->CaptureCount) ||
       !fits(store->ListX, store->ListY, store->ListId, store->ListCount))
     Fail("its points do not fit together");

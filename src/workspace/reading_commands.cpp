@@ -14,6 +14,11 @@ namespace graphize {
 
 namespace {
 
+Certainty CertaintyOf(const CurvePoint& point) {
+  return {static_cast<float>(point.Sigma * point.AcrossX),
+          static_cast<float>(point.Sigma * point.AcrossY), point.IsBridged ? 1u : 0u};
+}
+
 std::string Hundredths(double pixels) {
   const long hundredths = std::lround(100 * pixels);
   return std::to_string(hundredths / 100) + (hundredths % 100 < 10 ? ".0" : ".") +
@@ -100,6 +105,7 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const ReadStep& step) {
   for (const CurvePoint& point : reading.Points) {
     MoveCursor(context, static_cast<float>(point.X), static_cast<float>(point.Y));
     AddPoint(ws.store, ws.commands, desktop, false);
+    NoteCertainty(ws.store, ws.store.CaptureId[ws.store.CaptureCount], CertaintyOf(point));
   }
   ShowCursor(ws.readOut, ws.axisPanel, ws.store, ws.calibration);
   ShowNewest(ws.store);

@@ -125,9 +125,14 @@ constexpr RecipeOption kOptions[] = {
     {"y-exponent", ReadSwitch<&S::YExp>, TakeSwitch<&S::YExp>},
     {"decimal-point", ReadSwitch<&S::DecimalPoint>, TakeSwitch<&S::DecimalPoint>},
     {"delimiter", ReadChoice<&S::Delimiter, kDelimiters>, TakeChoice<&S::Delimiter, kDelimiters>},
-    {"errors", [](const Workspace& ws) { return OnOff(ws.commands.SaveErrors); },
+    {"errors",
+     [](const Workspace& ws) {
+       const bool isPixel = ws.commands.SaveErrors && ws.commands.PixelErrors;
+       return isPixel ? std::string("pixel") : std::string(OnOff(ws.commands.SaveErrors));
+     },
      [](Workspace& ws, const std::string& value) {
-       return TakeOnOff(value, ws.commands.SaveErrors);
+       ws.commands.PixelErrors = value == "pixel";
+       return TakeOnOff(value == "pixel" ? "on" : value, ws.commands.SaveErrors);
      }},
 };
 

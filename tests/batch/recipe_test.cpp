@@ -17,6 +17,7 @@
 #include "workspace/picture_commands.h"
 #include "workspace/recipe_file.h"
 #include "workspace/replay.h"
+#include "workspace/save_points.h"
 #include "workspace/toolbar.h"
 
 namespace graphize {
@@ -81,7 +82,7 @@ TEST_F(RecipeTest, LeadsToTheSameBytesWhateverTheUserDoes) {
     if (!isSaved && ws.store.ListCount == 0) continue;
     const std::vector<RowError> errors =
         ws.commands.SaveErrors && HasRowErrors(ws.store, ws.calibration)
-            ? RowErrorsOf(ws.store, ws.calibration)
+            ? RowErrorsOf(ws.store, ws.calibration, ws.plot.Height(), ErrorKindOf(ws))
             : std::vector<RowError>();
     const std::string saved =
         isSaved ? test::BytesOf(file)

@@ -91,6 +91,9 @@ State StateOf(const Workspace& ws) {
       add(state.Numbers, *numbers);
     for (const Place& place : points.Places)
       add(state.Numbers, std::initializer_list<float>{place.Column, place.Row});
+    for (const Certainty& certainty : points.Certainties)
+      add(state.Numbers,
+          std::initializer_list<float>{certainty.AcrossColumns, certainty.AcrossRows});
     for (const auto* ids : {&points.CaptureId, &points.ListId}) add(state.Ids, *ids);
     add(state.Ids, std::initializer_list<PointId>{static_cast<PointId>(points.CaptureCount),
                                                   static_cast<PointId>(points.ListCount)});
@@ -128,6 +131,7 @@ void ExpectReplayed(Workspace& ws) {
     for (const auto array : {&PointStore::ListX, &PointStore::ListY})
       EXPECT_EQ(rows(replayed.*array, points.ListCount), rows(points.*array, points.ListCount));
     EXPECT_EQ(replayed.Places, points.Places);
+    EXPECT_EQ(replayed.Certainties, points.Certainties);
   }
   EXPECT_EQ(again.blockers.Count, ws.blockers.Count);
   const BasePictureShown shown(ws.plot), base(again.plot);

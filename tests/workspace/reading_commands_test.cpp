@@ -5,11 +5,14 @@
 
 #include <cmath>
 
+#include "data/point_edit.h"
+#include "data/point_table.h"
 #include "support/calibrated.h"
 #include "support/plot_drawing.h"
 #include "support/quiet_desktop.h"
 #include "workspace/do.h"
 #include "workspace/export_points.h"
+#include "workspace/picture_map.h"
 #include "workspace/step_text.h"
 
 namespace graphize {
@@ -47,7 +50,40 @@ TEST_F(ReadingTest, CapturesTheCurveWithItsPlaces) {
     const Place& place = ws.store.Places[ws.store.CaptureId[i]];
     EXPECT_NEAR(ws.store.CaptureX[i], place.Column, 1e-3);
     EXPECT_NEAR(ws.store.CaptureY[i], 200 - place.Row, 1e-3);
+    EXPECT_TRUE(CertaintyOf(ws.store, ws.store.CaptureId[i]).IsKnown());
   }
+}
+
+TEST_F(ReadingTest, TellsStandardUncertaintiesWhereverThePointsGo) {
+  Read({.Is = ReadingDensity::Kind::Every, .Pixels = 40});
+  const auto table = [&](ErrorKind kind) {
+    return CsvText({.Curves = ExportCurves(ws), .Errors = true, .Kind = kind});
+  };
+  const ExportRow row = ExportCurves(ws).front().Rows[2];
+  ASSERT_TRUE(row.HasStandard);
+  // On axes of a unit per pixel: the stroke's share is small, the axes' is that of rounded clicks.
+  EXPECT_GT(row.Standard.Y, 0.15);
+  EXPECT_LT(row.Standard.Y, 1);
+  EXPECT_THAT(table(ErrorKind::Pixel), testing::EndsWith(",1,1\r\n"));
+  EXPECT_THAT(table(ErrorKind::Standard), testing::Not(testing::HasSubstr(",1,1\r\n")));
+  const std::string json =
+      JsonText({.Curves = ExportCurves(ws), .Errors = true}, ws.calibration, {});
+  EXPECT_THAT(json, testing::HasSubstr("\"x_error\": \"standard uncertainty, in units of x\""));
+  EXPECT_THAT(json, testing::HasSubstr("\"y_pixel\": 1}"));
+
+  // An image tool takes them along and back; moved by hand, a point is no longer known so well.
+  const std::vector<Certainty> before = ws.store.Certainties;
+  const std::vector<Place> places = ws.store.Places;
+  CarryAlong(ws, {0, -2, 400, 2, 0, 0}, 600);
+  for (std::size_t id = 1; id < before.size(); ++id) {
+    EXPECT_NEAR(ws.store.Certainties[id].AcrossColumns, -2 * before[id].AcrossRows, 1e-6);
+    EXPECT_NEAR(ws.store.Certainties[id].AcrossRows, 2 * before[id].AcrossColumns, 1e-6);
+  }
+  CarryBack(ws, 200);
+  EXPECT_EQ(ws.store.Certainties, before);
+  EXPECT_EQ(ws.store.Places, places);
+  EXPECT_EQ(MovePoints(ws.store, ws.calibration, 300, 200, PointSet({2}), 1, 0), "");
+  EXPECT_FALSE(CertaintyOf(ws.store, 2).IsKnown());
 }
 
 TEST_F(ReadingTest, RefusesWithoutChangingAnything) {
