@@ -9,8 +9,9 @@
 #include "base/whole_file.h"
 #include "codecs/file_format.h"
 #include "codecs/picbuf.h"
+#include "session/journal_frame.h"
 #include "session/kept_raster.h"
-#include "workspace/picture_commands.h"
+#include "workspace/shown_picture.h"
 
 namespace graphize {
 

@@ -3,8 +3,8 @@
 #include "base/numbers.h"
 #include "data/list_edit.h"
 #include "workspace/capture_commands.h"
-#include "workspace/picture_commands.h"
 #include "workspace/recipe_options.h"
+#include "workspace/shown_picture.h"
 #include "workspace/toolbar.h"
 
 namespace graphize {

@@ -13,8 +13,8 @@
 #include "session/kept_document.h"
 #include "session/kept_raster.h"
 #include "tracing/extraction_context.h"
-#include "workspace/picture_commands.h"
 #include "workspace/replay.h"
+#include "workspace/shown_picture.h"
 #include "workspace/view_commands.h"
 
 namespace graphize {

@@ -12,6 +12,7 @@
 #include "base/run_time_error.h"
 #include "base/whole_file.h"
 #include "codecs/picbuf.h"
+#include "session/journal_frame.h"
 #include "session/left_session.h"
 #include "session/project_file.h"
 #include "support/document_text.h"

@@ -13,6 +13,7 @@
 #include "codecs/picbuf.h"
 #include "session/history.h"
 #include "session/kept_text.h"
+#include "session/project_commands.h"
 #include "support/quiet_desktop.h"
 #include "support/random_user.h"
 #include "support/scripted_desktop.h"
@@ -22,6 +23,7 @@
 #include "workspace/picture_commands.h"
 #include "workspace/plot_mouse.h"
 #include "workspace/replay.h"
+#include "workspace/shown_picture.h"
 
 namespace graphize {
 namespace {
