@@ -158,7 +158,7 @@ class Maker {
     if (curves_.empty() && captured_) curves_.push_back(CurveList().Curves.front().Name);
     const std::string name = CurveNameOf(option.Value);
     if (const std::string fault = CurveNameFault(CurveList(), name, 0); !fault.empty())
-      Refuse(option, fault);
+      Refuse(option, AsClause(fault));
     if (std::find(curves_.begin(), curves_.end(), name) != curves_.end())
       Refuse(option, "there is a curve of this name before");
     curves_.push_back(name);

@@ -1,8 +1,10 @@
 #include "batch/option_values.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
-#include <optional>
+
+#include "base/numbers.h"
 
 namespace graphize {
 
@@ -83,6 +85,29 @@ std::array<std::string, 2> ForBothAxes(const GivenOption& option) {
   const std::vector<std::string> values = Split(option.Value, ',');
   if (values.size() > 2) Refuse(option, "one value is expected, or one for X and one for Y");
   return {values.front(), values.back()};
+}
+
+std::string AsClause(std::string sentence) {
+  if (sentence.ends_with('.')) sentence.pop_back();
+  return LowerCase(sentence.substr(0, 1)) +
+         sentence.substr(std::min<std::size_t>(1, sentence.size()));
+}
+
+std::optional<TableFormat> TableFormatOf(const CommandLine& line) {
+  static constexpr std::pair<const char*, TableFormat> kFormats[] = {
+      {"dat", TableFormat::Dat},
+      {"csv", TableFormat::Csv},
+      {"json", TableFormat::Json},
+      {"graphize", TableFormat::Project}};
+  const GivenOption* option = line.Find("format");
+  const GivenOption* output = line.Find("output");
+  const std::string name = option != nullptr   ? option->Value
+                           : output != nullptr ? LowerCase(output->Value)
+                                               : "";
+  for (const auto& [format, is] : kFormats)
+    if (option != nullptr ? name == format : name.ends_with(std::string(".") + format)) return is;
+  if (option != nullptr) Refuse(*option, "dat, csv, json or graphize is expected");
+  return std::nullopt;
 }
 
 }  // namespace graphize

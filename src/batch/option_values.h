@@ -2,12 +2,14 @@
 
 #include <array>
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "base/tokens.h"
 #include "batch/arguments.h"
+#include "batch/job.h"
 #include "workspace/step.h"
 
 namespace graphize {
@@ -55,5 +57,11 @@ ReadingDensity DensityOf(const GivenOption& option, const std::string& text);
 
 /// The option's one value, or one for X and one for Y.
 std::array<std::string, 2> ForBothAxes(const GivenOption& option);
+
+/// A message's sentence as a part of another: "a curve needs a name".
+std::string AsClause(std::string sentence);
+
+/// What --format says, else the ending of the output's name; nothing where neither is known.
+std::optional<TableFormat> TableFormatOf(const CommandLine& line);
 
 }  // namespace graphize
