@@ -235,7 +235,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
   if (sessionEnds_) return event->accept();
   if (MustWaitToClose(this)) return event->ignore();
   bool mayClose = false;
-  Do([&](Workspace& ws, const Desktop& desktop) { mayClose = MayClose(ws, desktop); });
+  Do([&](Workspace& ws, const Desktop& desktop) { mayClose = MayLeave(ws, desktop); });
   event->setAccepted(mayClose);
   if (!mayClose) return;
   journal_.Close();

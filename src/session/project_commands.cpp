@@ -4,8 +4,11 @@
 #include <string>
 #include <utility>
 
+#include "base/numbers.h"
 #include "base/run_time_error.h"
+#include "base/tokens.h"
 #include "base/whole_file.h"
+#include "raster/plot_image.h"
 #include "session/project_file.h"
 #include "settings/recent_files.h"
 #include "workspace/plot_mouse.h"
@@ -20,9 +23,66 @@ namespace fs = std::filesystem;
 
 constexpr const char* kFilters = "Graphize Projects (*.graphize)|*.graphize";
 
+/// All that a project holds and closing could lose, but for the points.
+std::string WorkText(Workspace& ws) {
+  std::string text = std::to_string(ws.plot.IsPresent() ? PictureNumber(ws.plot) : 0);
+  const auto add = [&](const std::string& word) { text += " " + word; };
+  const AxisCalibration& axes = ws.calibration;
+  for (std::size_t i = 0; i < 3; ++i) {
+    if (!axes.Defined[i]) continue;
+    for (const std::int16_t pixel : {axes.PixelX[i], axes.PixelY[i]}) add(std::to_string(pixel));
+    for (const float value : {axes.ValueX[i], axes.ValueY[i]}) add(ShortestText(value));
+  }
+  for (const bool log : {axes.XLog, axes.YLog}) add(log ? "log" : "linear");
+  for (int i = 1; i <= ws.blockers.Count; ++i) {
+    const Blocker& blocker = ws.blockers.Blockers[static_cast<std::size_t>(i)];
+    for (const int number : {int{blocker.X}, int{blocker.Y}, int{blocker.Size}})
+      add(std::to_string(number));
+  }
+  for (int i = 0; i < static_cast<int>(ws.curves.Curves.size()); ++i) {
+    const PointStore& points = PointsOf(ws.curves, ws.store, i);
+    add(Quote(ws.curves.Curves[static_cast<std::size_t>(i)].Name));
+    add(points.CaptureCount > 0 || points.ListCount > 0 ? "points" : "empty");
+  }
+  return text;
+}
+
 void NoteProject(Workspace& ws, const fs::path& path) {
-  ws.project = {path, ws.recipe.Number};
+  ws.project = {path, ws.recipe.Number, WorkText(ws)};
   NoteOpened(ws.opened, path);
+}
+
+/// False, after a message, where it was not written.
+bool SaveProjectTo(Workspace& ws, const Desktop& desktop, const fs::path& path) {
+  ws.status.Status = "Saving Project...";
+  ws.window.Hourglass = true;
+  desktop.ShowNow();
+  std::string fault;
+  bool saved = false, hasOriginal = false;
+  try {
+    NamingTheFile("Cannot save the project", path, [&] {
+      const auto bytes = ProjectBytes(ws, desktop);
+      if (!bytes) return;
+      ThrowSystemError(ReplaceWholeFile(path, *bytes));
+      saved = true;
+      hasOriginal = HoldsPictureFile(*bytes);
+    });
+  } catch (const RunTimeError& error) {
+    fault = error.what();
+  }
+  ws.status.ProgressVisible = false;
+  ws.status.Status = saved ? " " : "The project was not saved";
+  ws.window.Hourglass = false;
+  if (!fault.empty()) Tell(desktop, fault, MessageIcon::Critical);
+  if (!saved) return false;
+  for (int i = 0; i < static_cast<int>(ws.curves.Curves.size()); ++i)
+    NoteSaved(PointsOf(ws.curves, ws.store, i));
+  ++ws.projectsSaved;
+  NoteProject(ws, path);
+  ws.status.Status = "Saved: " + path.filename().string();
+  if (!ws.picture.ChosenPath.empty() && !hasOriginal)
+    ws.status.Status += ", without the picture's file, which is gone or another one by now";
+  return true;
 }
 
 }  // namespace
@@ -43,34 +103,23 @@ void SaveProject(Workspace& ws, const Desktop& desktop) {
        .Filters = kFilters,
        .DefaultExtension = kProjectEnding + 1,
        .OnlyFilterTypes = true});
-  if (!path) return;
-  ws.status.Status = "Saving Project...";
-  ws.window.Hourglass = true;
-  desktop.ShowNow();
-  std::string fault;
-  bool saved = false, hasOriginal = false;
-  try {
-    NamingTheFile("Cannot save the project", *path, [&] {
-      const auto bytes = ProjectBytes(ws, desktop);
-      if (!bytes) return;
-      ThrowSystemError(ReplaceWholeFile(*path, *bytes));
-      saved = true;
-      hasOriginal = HoldsPictureFile(*bytes);
-    });
-  } catch (const RunTimeError& error) {
-    fault = error.what();
+  if (path) SaveProjectTo(ws, desktop, *path);
+}
+
+bool MayLeave(Workspace& ws, const Desktop& desktop) {
+  if (!ws.project.IsOf(ws.recipe) || ws.project.Work == WorkText(ws)) return MayClose(ws, desktop);
+  switch (desktop.ShowMessage(
+      {.Text = "The axes, the picture, blockers or curves are not as they are in the project \"" +
+               ws.project.File.filename().string() + "\".\r\n\r\nDo you want to save the project ?",
+       .Icon = MessageIcon::Question,
+       .Buttons = MessageButtons::YesNoCancel})) {
+    case Answer::Yes:
+      return SaveProjectTo(ws, desktop, fs::path(ws.project.File));
+    case Answer::No:
+      return MayClose(ws, desktop);
+    default:
+      return false;
   }
-  ws.status.ProgressVisible = false;
-  ws.status.Status = saved ? " " : "The project was not saved";
-  ws.window.Hourglass = false;
-  if (!fault.empty()) return Tell(desktop, fault, MessageIcon::Critical);
-  if (!saved) return;
-  for (int i = 0; i < static_cast<int>(ws.curves.Curves.size()); ++i)
-    NoteSaved(PointsOf(ws.curves, ws.store, i));
-  NoteProject(ws, *path);
-  ws.status.Status = "Saved: " + path->filename().string();
-  if (!ws.picture.ChosenPath.empty() && !hasOriginal)
-    ws.status.Status += ", without the picture's file, which is gone or another one by now";
 }
 
 void OpenProject(Workspace& ws, const Desktop& desktop) {
@@ -84,7 +133,7 @@ void OpenProject(Workspace& ws, const Desktop& desktop) {
 
 void OpenProject(Workspace& ws, const Desktop& desktop, const fs::path& path) {
   EndDrag(ws);
-  if (!MayClose(ws, desktop)) return;
+  if (!MayLeave(ws, desktop)) return;
   ws.status.Status = "Loading File ...";
   ws.window.Hourglass = true;
   desktop.ShowNow();

@@ -12,6 +12,10 @@ namespace graphize {
 void SaveProject(Workspace& ws, const Desktop& desktop);
 bool CanSaveProject(const Workspace& ws);
 
+/// Whether the document may go: asks about points that are not saved and, where a project was
+/// opened or saved, about all else that is not as it is in that.
+bool MayLeave(Workspace& ws, const Desktop& desktop);
+
 /// Asks for a project, and opens it.
 void OpenProject(Workspace& ws, const Desktop& desktop);
 /// The project in this file takes the place of the document; asks first about points that are not
