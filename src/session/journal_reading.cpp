@@ -26,6 +26,7 @@ namespace {
 struct Points {
   PointStore Store;
   ArrayCopies Arrays;
+  bool Saved = false;  // a file holds them
 };
 
 /// The arrays of a curve into its store, where they fit together.
@@ -44,6 +45,8 @@ std::shared_ptr<const PointStore> StoreOf(const Points& points) {
       !fits(store->ListX, store->ListY, store->ListId, store->ListCount))
     FailJournal("its points do not fit together");
   ShowNewest(store->Page, store->ListCount);
+  store->Saved = std::make_shared<PointStore::Points>();
+  if (points.Saved) NoteSaved(*store);
   return store;
 }
 
@@ -125,6 +128,7 @@ class Model {
       if (active != (curves_[i] == 0)) FailJournal("its curves do not fit together");
       if (!active && !told_.contains(curves_[i])) FailJournal("a curve is missing");
       kept.Curves[i].Points = active ? StoreOf(points_) : told_.at(curves_[i]);
+      if (i < saved_.size() && saved_[i]) NoteSaved(*kept.Curves[i].Points);
     }
     for (const std::string& line : steps_) {
       std::variant<Step, std::string> step = StepOf(line);
@@ -155,6 +159,9 @@ class Model {
     } else if (name == "curves") {
       curves_.clear();
       while (in.HasWord()) curves_.push_back(in.Integer(0));
+    } else if (name == "saved") {
+      saved_.clear();
+      while (in.HasWord()) saved_.push_back(in.Integer(0, 1) == 1);
     } else if (name == "records") {
       TakeRecords(in);
     } else if (name == "pictures") {
@@ -215,6 +222,7 @@ class Model {
     store.LastPixelX = in.Integer(kLeast);
     store.LastPixelY = in.Integer(kLeast);
     store.NPoints = in.Integer(0);
+    points.Saved = in.HasWord() && in.Integer(0, 1) == 1;
   }
 
   static void TakeArray(Reader& in, ArrayCopies& arrays) {
@@ -238,6 +246,7 @@ class Model {
   std::vector<std::string> steps_;
   Points points_;
   std::vector<int> curves_;
+  std::vector<bool> saved_;  // of those that are not active
   std::map<int, std::shared_ptr<const PointStore>> told_;
   std::vector<KeptPart> records_;
   std::string copy_;

@@ -46,10 +46,11 @@ void WriteArray(std::string& text, std::size_t number, const std::vector<T>& arr
   text.append(reinterpret_cast<const char*>(array.data() + first), count * sizeof(T));
 }
 
+/// And whether a file holds the points as they are.
 void WriteNumbers(std::string& text, const PointStore& store) {
   Line(text, "points") << store.CaptureCount << store.ListCount << int{store.ListIsCaptured}
                        << static_cast<int>(store.ListRows) << store.LastPixelX << store.LastPixelY
-                       << store.NPoints;
+                       << store.NPoints << int{!HasUnsaved(store)};
 }
 
 /// All of them, of any curve.
@@ -81,8 +82,13 @@ void WriteCurves(std::string& text, const Workspace& ws, ToldCurves& told) {
     WritePoints(text, *curve.Points);
     text += "end\n";
   }
-  Line line(text, "curves");
-  for (const int number : numbers) line << number;
+  {
+    Line line(text, "curves");
+    for (const int number : numbers) line << number;
+  }
+  Line saved(text, "saved");
+  for (const Curve& curve : ws.curves.Curves)
+    saved << int{curve.Points != nullptr && !HasUnsaved(*curve.Points)};
 }
 
 /// The small records, as a project has them, without what is told beside.

@@ -70,6 +70,8 @@ class RowReader {
     }
     x = Take<float>(',', "X");
     y = Take<float>('\n', "Y");
+    // Lengths and resampled rows can run over; what axes give is finite.
+    if (id != 0 && !(std::isfinite(x) && std::isfinite(y))) Fail("a value is no number");
   }
   bool AtEnd() const { return text_.empty(); }
   void End() {

@@ -9,8 +9,7 @@ namespace graphize {
 
 // The rows of a point store as CSV: a header "id,column,row,x,y", a line each. Numbers are the
 // shortest that read back as the same value; a row that is no captured point has id 0; where there
-// is no place,
-/// there are no column and row.
+// is no place, column and row are empty.
 
 /// The captured points, in capture order.
 std::string CapturedText(const PointStore& store);

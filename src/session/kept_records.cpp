@@ -228,6 +228,28 @@ Small SmallOf(KeptDocument& kept) {
   return small;
 }
 
+/// Whether angle and lengths are those that the axis points give, and the values numbers.
+bool FitsItsPoints(const AxisCalibration& axes) {
+  const auto isNear = [](double a, double b) {
+    return std::isfinite(b) && std::abs(a - b) <= 1e-4 * (1 + std::abs(b));
+  };
+  for (std::size_t i = 0; i < 3; ++i)
+    if (!std::isfinite(axes.ValueX[i]) || !std::isfinite(axes.ValueY[i])) return false;
+  const double norm = std::hypot(axes.SinAngle, axes.CosAngle);
+  if (!isNear(1, norm) || !std::isfinite(axes.Angle)) return false;
+  const double cosAngle = axes.CosAngle;
+  const double dx = axes.PixelX[1] - axes.PixelX[0], dy = axes.PixelY[1] - axes.PixelY[0];
+  if (axes.Defined[1]) {
+    const double angle = std::atan(dy / dx);
+    if (dx == 0 || !isNear(axes.Angle, angle) || !isNear(axes.SinAngle, std::sin(angle)) ||
+        !isNear(axes.CosAngle, std::cos(angle)) || !isNear(axes.XAxisLength, dx / cosAngle))
+      return false;
+  }
+  const double up = axes.PixelY[2] - axes.PixelY[0];
+  // The Y axis can be there while the X axis, which was refused, is not.
+  return !axes.Defined[2] || (up != 0 && isNear(axes.YAxisLength, up / cosAngle));
+}
+
 void TakeAxes(const Small& small, JsonReader& reader) {
   KeptDocument& kept = small.Kept;
   if (small.AxisRows.size() != 3) reader.Fail("axes.points", "is no list of three points");
@@ -241,11 +263,7 @@ void TakeAxes(const Small& small, JsonReader& reader) {
     kept.Axes.Armed[i] = row.Armed;
     kept.AxisRows[i] = row.Boxes;
   }
-  const AxisCalibration& axes = kept.Axes;
-  const float norm = axes.SinAngle * axes.SinAngle + axes.CosAngle * axes.CosAngle;
-  if (!(norm > 0.999f && norm < 1.001f) || (axes.Defined[1] && axes.XAxisLength == 0) ||
-      (axes.Defined[2] && axes.YAxisLength == 0))
-    reader.Fail("axes", "cannot be");
+  if (!FitsItsPoints(kept.Axes)) reader.Fail("axes", "cannot be");
 }
 
 void TakePicture(const Small& small, JsonReader& reader) {
@@ -312,13 +330,6 @@ void TakeCurves(const Small& small, JsonReader& reader) {
   small.Kept.Curves = std::move(curves.Curves);
 }
 
-KeptDocument::OptionValues BuiltInOptions() {
-  const Workspace builtIn;
-  KeptDocument::OptionValues values;
-  for (const RecipeOption& option : RecipeOptions()) values.push_back(option.Read(builtIn));
-  return values;
-}
-
 }  // namespace
 
 std::string RecordsText(KeptDocument& kept) {
@@ -340,7 +351,7 @@ KeptRecords ReadRecords(const std::string& text) {
               .AxisRows = {},
               .Blockers = {},
               .Curves = {},
-              .Options = BuiltInOptions(),
+              .Options = OptionValues(Workspace()),
               .StepOptions = {}};
   JsonReader reader(text);
   HeadFields(reader, small);
@@ -351,7 +362,7 @@ KeptRecords ReadRecords(const std::string& text) {
                        std::to_string(kProjectVersion));
   Fields(reader, small);
   if (reader.Has(kStepOptions)) {
-    small.StepOptions = BuiltInOptions();
+    small.StepOptions = OptionValues(Workspace());
     Options(reader, kStepOptions, small.StepOptions);
   }
   TakeSmall(small, reader);

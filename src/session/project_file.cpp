@@ -304,7 +304,6 @@ std::optional<ProjectContent> ReadProject(std::string_view bytes, ProjectPicture
     project.Picture = Raster::Filled(kept.Width, kept.Height, kWhitePixel);
     project.LastEdit.clear();
     kept.HasUndo = false;
-    kept.Picture.Bytes = nullptr;
   }
   return project;
 }

@@ -29,7 +29,9 @@ struct ProjectContent {
   KeptDocument Kept;
   Raster Picture;  // without marks
   OverdrawnPixels LastEdit, Marks;
-  std::string PictureFault;  // why there is a white page instead, a sentence; else empty
+  // Why there is a white page instead, a sentence; else empty. The picture's file as it was opened,
+  // where that alone is sound, is kept.
+  std::string PictureFault;
 };
 
 enum class ProjectPicture { Decoded, Blank };

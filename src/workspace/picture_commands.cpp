@@ -343,10 +343,7 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const ResetStep&) {
   ws.commands.Graphize = false;
   ws.commands.GridBuster = false;
   ws.mode = Mode::None;
-  ws.readOut.XValue.clear();
-  ws.readOut.YValue.clear();
-  ws.readOut.XPOS.clear();
-  ws.readOut.YPos.clear();
+  ClearReadOut(ws.readOut);
   ws.picture.FromFile = true;
   ws.picture.WithoutFile = false;
   ShowFrame(ws, "Graphize");
