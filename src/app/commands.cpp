@@ -1,6 +1,6 @@
 #include "app/commands.h"
 
-#include "session/project_file.h"
+#include "session/project_commands.h"
 #include "workspace/capture_commands.h"
 #include "workspace/data_commands.h"
 #include "workspace/do.h"

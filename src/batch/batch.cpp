@@ -6,6 +6,7 @@
 #include "base/checksum.h"
 #include "base/numbers.h"
 #include "base/run_time_error.h"
+#include "base/temporary_folder.h"
 #include "base/tokens.h"
 #include "base/version.h"
 #include "base/whole_file.h"
@@ -13,8 +14,8 @@
 #include "batch/console.h"
 #include "batch/digitize.h"
 #include "batch/export_project.h"
+#include "batch/option_values.h"
 #include "batch/standard_input.h"
-#include "batch/temporary_folder.h"
 #include "codecs/file_format.h"
 #include "codecs/picture_probe.h"
 #include "session/project_file.h"
@@ -32,19 +33,7 @@ RunOptions ReadRunOptions(const CommandLine& line) {
   RunOptions options;
   options.Force = line.Has("force");
   options.Quiet = line.Has("quiet");
-  if (const GivenOption* format = line.Find("format")) {
-    if (format->Value == "csv")
-      options.Table.Format = TableFormat::Csv;
-    else if (format->Value == "json")
-      options.Table.Format = TableFormat::Json;
-    else if (format->Value == "graphize")
-      options.Table.Format = TableFormat::Project;
-    else if (format->Value != "dat")
-      throw UsageError("--format \"" + format->Value +
-                       "\": dat, csv, json or graphize is expected");
-  } else if (const GivenOption* output = line.Find("output")) {
-    if (output->Value.ends_with(kProjectEnding)) options.Table.Format = TableFormat::Project;
-  }
+  options.Table.Format = TableFormatOf(line).value_or(TableFormat::Dat);
   if (const GivenOption* jobs = line.Find("jobs")) {
     const auto number = IntegerText(jobs->Value, 1, 1024);
     if (!number)
@@ -88,6 +77,10 @@ bool Digitize(std::span<const std::string> words, const BatchStreams& streams) {
   if (line.Operands.empty()) throw UsageError("a picture is missing");
   const std::vector<BatchStep> steps = DigitizeSteps(line);
   RunOptions options = ReadRunOptions(line);
+  const auto beginsCurve = [](const BatchStep& step) { return Is<NewCurveStep>(step.Do); };
+  if (options.Table.Format == TableFormat::Dat && !IsPictureOnly(line) &&
+      std::any_of(steps.begin(), steps.end(), beginsCurve))
+    throw UsageError("a data file holds one curve: --format csv, json or graphize hold all");
   if (options.Table.Format != TableFormat::Dat)
     for (const char* name : {"digits", "decimals", "exponent", "delimiter", "decimal-point"})
       if (line.Has(name)) throw UsageError(std::string("--") + name + " is for --format dat only");

@@ -15,9 +15,10 @@ constexpr Options kOutputOptions = {
      "in a slash) for one file per picture, \"-\" for the\n"
      "standard output"},
     {"format", 0, "FORMAT", kOutput,
-     "dat (the program's data file), csv (RFC 4180, with\n"
-     "a header), json (with axes, units and errors) or\n"
-     "graphize (a project, as for names that end so)"},
+     "dat (the program's data file, of one curve), csv\n"
+     "(RFC 4180, with a header), json (with axes, units\n"
+     "and errors) or graphize (a project); else what the\n"
+     "output's name ends in, and dat for other names"},
     {"errors", 0, nullptr, kOutput,
      "two more columns: standard uncertainties where the\n"
      "curve was read, else the size of a pixel; that\n"

@@ -11,9 +11,9 @@
 #include "batch/console.h"
 #include "codecs/picture_probe.h"
 #include "data/data_file.h"
-#include "data/point_table.h"
 #include "raster/black_white.h"
 #include "session/project_file.h"
+#include "workspace/export_points.h"
 #include "workspace/replay.h"
 #include "workspace/run_command.h"
 #include "workspace/save_points.h"
@@ -121,19 +121,6 @@ void KnowByName(Workspace& ws, const std::filesystem::path& passing) {
     if (picture.Path.parent_path() == passing) picture.Path = picture.Path.filename();
 }
 
-/// All curves, the active one first. What was read to a part of a pixel has its values in double
-/// precision.
-std::vector<ExportCurve> ListCurves(const Workspace& ws) {
-  const auto of = [&](const std::string& name, const PointStore& points) {
-    return points.Certainties.empty() ? ListCurve(name, points, ws.calibration)
-                                      : PlacedCurve(name, points, ws.calibration, ws.plot.Height());
-  };
-  std::vector<ExportCurve> curves = {of(ActiveCurve(ws.curves).Name, ws.store)};
-  for (const Curve& curve : ws.curves.Curves)
-    if (curve.Points != nullptr) curves.push_back(of(curve.Name, *curve.Points));
-  return curves;
-}
-
 bool HasRows(const Workspace& ws, TableFormat format) {
   const auto& curves = ws.curves.Curves;
   return ws.store.ListCount > 0 ||
@@ -143,7 +130,9 @@ bool HasRows(const Workspace& ws, TableFormat format) {
           }));
 }
 
-std::string MakeTable(Workspace& ws, const JobOptions& options, std::vector<std::string>& notes) {
+/// `saved`: the last step has saved the active curve, so that this is what is wanted.
+std::string MakeTable(Workspace& ws, const JobOptions& options, bool saved,
+                      std::vector<std::string>& notes) {
   if (options.Format == TableFormat::Project) {
     const Console console;
     if (!options.Passing.empty()) KnowByName(ws, options.Passing);
@@ -156,15 +145,22 @@ std::string MakeTable(Workspace& ws, const JobOptions& options, std::vector<std:
     notes.push_back("the rows are no places on the picture: they are written without errors");
   if (options.Format != TableFormat::Dat) {
     const bool json = options.Format == TableFormat::Json;
-    const PointTable table{.Curves = ListCurves(ws), .Errors = wanted || json, .Kind = kind};
-    return json ? JsonText(table, ws.calibration,
-                           {ws.picture.ChosenPath.filename().string(), ws.plot.Width(),
-                            ws.plot.Height(), ws.dataFileTitle})
-                : CsvText(table);
+    ws.exportForm = {.Format = json ? ExportFormat::Json : ExportFormat::Csv,
+                     .AllCurves = true,
+                     .Errors = wanted || json,
+                     .PixelErrors = kind == ErrorKind::Pixel,
+                     .Curves = ExportCurves(ws)};
+    const Console console;
+    return ExportText(ws, console.Callbacks()).value_or("");
   }
-  if (ws.curves.Curves.size() > 1)
+  if (ws.curves.Curves.size() > 1) {
+    constexpr const char* kAll = "; csv, json and graphize hold all";
+    if (!saved)
+      throw RunTimeError("there are " + std::to_string(ws.curves.Curves.size()) +
+                         " curves, and a data file holds one" + kAll);
     notes.push_back("a data file holds one curve, this one \"" + ActiveCurve(ws.curves).Name +
-                    "\"; csv, json and graphize hold all");
+                    "\"" + kAll);
+  }
   std::vector<RowError> errors;
   if (wanted && known) errors = RowErrorsOf(ws.store, ws.calibration, ws.plot.Height(), kind);
   const std::string hidden = HiddenDigits(ws.store, ws.calibration, ws.settings, ws.formats);
@@ -208,7 +204,7 @@ JobResult RunJob(const std::vector<BatchStep>& steps,
                              ? "the list is empty"
                              : "no points were captured" + (why.empty() ? "" : "; " + why));
     }
-    result.Table = MakeTable(ws, options, told.Notes);
+    result.Table = MakeTable(ws, options, saved, told.Notes);
   }
   if (options.KeepPicture) {
     ClearMarks(ws.plot);

@@ -92,6 +92,8 @@ class RowReader {
     }
     x = Take<float>(',', "X");
     y = Take<float>(isCertain_ ? ',' : '\n', "Y");
+    // Lengths and resampled rows can run over; what axes give is finite.
+    if (id != 0 && !(std::isfinite(x) && std::isfinite(y))) Fail("a value is no number");
     if (isCertain_) TakeCertainty(id);
   }
   bool AtEnd() const { return text_.empty(); }

@@ -16,12 +16,8 @@
 #include "codecs/picture_probe.h"
 #include "session/kept_raster.h"
 #include "session/kept_text.h"
-#include "settings/recent_files.h"
 #include "workspace/do.h"
-#include "workspace/picture_commands.h"
-#include "workspace/plot_mouse.h"
-#include "workspace/session.h"
-#include "workspace/toolbar.h"
+#include "workspace/shown_picture.h"
 
 namespace graphize {
 
@@ -36,7 +32,6 @@ constexpr const char* kLastEdit = "picture/last-edit.csv";
 constexpr const char* kMarks = "picture/marks.csv";
 constexpr const char* kSteps = "steps.txt";
 constexpr const char* kOriginal = "picture/original.";
-constexpr const char* kFilters = "Graphize Projects (*.graphize)|*.graphize";
 constexpr std::size_t kMostFiles = 4000;  // three for each curve, and the others
 constexpr std::size_t kLargestPicture = std::size_t{2} << 30;
 constexpr std::size_t kLargestText = std::size_t{256} << 20;
@@ -120,11 +115,13 @@ std::string OriginalName(const PictureSource& picture) {
   return kOriginal + (IsEnding(ending) ? ending : "bin");
 }
 
-std::shared_ptr<const PointStore> SavedPoints(const std::shared_ptr<const PointStore>& points) {
-  if (points == nullptr || !HasUnsaved(*points)) return points;
-  PointStore saved = *points;
-  NoteSaved(saved);
-  return std::make_shared<const PointStore>(std::move(saved));
+/// The points as they will be when the project is on the disk; the document's own are not yet.
+std::shared_ptr<const PointStore> AsSaved(const std::shared_ptr<const PointStore>& points) {
+  if (!HasUnsaved(*points)) return points;
+  const auto saved = std::make_shared<PointStore>(*points);
+  saved->Saved = std::make_shared<PointStore::Points>();
+  NoteSaved(*saved);
+  return saved;
 }
 
 /// Everything in the archive.
@@ -233,23 +230,13 @@ void PutMarks(PlotImage& plot, const OverdrawnPixels& drawn) {
              ColourOfPixel(pixel.Pixel));
 }
 
-bool HasOriginal(std::string_view bytes) {
-  const ZipReader zip(bytes, kMostFiles);
-  return std::ranges::any_of(zip.Entries(), IsOriginal, &ZipReader::Entry::Name);
-}
-
-void NoteProject(Workspace& ws, const fs::path& path) {
-  ws.project = {path, ws.recipe.Number};
-  NoteOpened(ws.opened, path);
-}
-
 }  // namespace
 
 std::optional<std::string> ProjectBytes(Workspace& ws, const Desktop& desktop) {
   if (!ws.plot.IsPresent()) throw RunTimeError("There is no picture.");
   NoteOptions(ws);
   KeptDocument kept = Keep(ws);
-  for (Curve& curve : kept.Curves) curve.Points = SavedPoints(curve.Points);
+  for (Curve& curve : kept.Curves) curve.Points = AsSaved(curve.Points);
   Content content;
   content.Original = OriginalOf(ws.picture);
   const bool edited = IsEdited(ws.recipe.Steps);
@@ -277,56 +264,15 @@ std::optional<std::string> ProjectBytes(Workspace& ws, const Desktop& desktop) {
   return bytes;
 }
 
-bool CanSaveProject(const Workspace& ws) {
-  return ws.plot.IsPresent();
-}
-
-void SaveProject(Workspace& ws, const Desktop& desktop) {
-  const bool named = ws.project.IsOf(ws.recipe);
-  const std::string stem =
-      ws.picture.WithoutFile ? "untitled" : ws.picture.ChosenPath.stem().string();
-  const auto path = desktop.ChooseFile(
-      {.ForSaving = true,
-       .Title = "Save Project As...",
-       .Folder = named ? ws.project.File.parent_path() : ws.picture.Folder,
-       .FileName = named ? ws.project.File.filename().string() : stem + kProjectEnding,
-       .Filters = kFilters,
-       .DefaultExtension = kProjectEnding + 1,
-       .OnlyFilterTypes = true});
-  if (!path) return;
-  ws.status.Status = "Saving Project...";
-  ws.window.Hourglass = true;
-  desktop.ShowNow();
-  std::string fault;
-  bool saved = false, hasOriginal = false;
-  try {
-    NamingTheFile("Cannot save the project", *path, [&] {
-      const auto bytes = ProjectBytes(ws, desktop);
-      if (!bytes) return;
-      ThrowSystemError(ReplaceWholeFile(*path, *bytes));
-      saved = true;
-      hasOriginal = HasOriginal(*bytes);
-    });
-  } catch (const RunTimeError& error) {
-    fault = error.what();
-  }
-  ws.status.ProgressVisible = false;
-  ws.status.Status = saved ? " " : "The project was not saved";
-  ws.window.Hourglass = false;
-  if (!fault.empty()) return Tell(desktop, fault, MessageIcon::Critical);
-  if (!saved) return;
-  NoteSaved(ws.store);
-  for (Curve& curve : ws.curves.Curves) curve.Points = SavedPoints(curve.Points);
-  NoteProject(ws, *path);
-  ws.status.Status = "Saved: " + path->filename().string();
-  if (HasFile(ws.picture) && !hasOriginal)
-    ws.status.Status += ", without the picture's file, which is gone or another one by now";
-}
-
 std::string ReadProjectFile(const fs::path& path) {
   std::string bytes;
   ThrowSystemError(ReadWholeFile(path, kLargestProject, bytes));
   return bytes;
+}
+
+bool HoldsPictureFile(std::string_view bytes) {
+  const ZipReader zip(bytes, kMostFiles);
+  return std::ranges::any_of(zip.Entries(), IsOriginal, &ZipReader::Entry::Name);
 }
 
 ProjectSteps ReadProjectSteps(std::string_view bytes) {
@@ -358,7 +304,6 @@ std::optional<ProjectContent> ReadProject(std::string_view bytes, ProjectPicture
     project.Picture = Raster::Filled(kept.Width, kept.Height, kWhitePixel);
     project.LastEdit.clear();
     kept.HasUndo = false;
-    kept.Picture.Bytes = nullptr;
   }
   return project;
 }
@@ -370,53 +315,6 @@ void PutProject(Workspace& ws, const Desktop& desktop, ProjectContent&& project)
   ShowFromCorner(ws.view, ws.plot.Width(), ws.plot.Height());
   BringBack(ws, desktop, std::move(project.Kept));
   if (!project.PictureFault.empty()) RedrawBlockers(ws.blockers, ws.plot, ws.settings);
-}
-
-void OpenProject(Workspace& ws, const Desktop& desktop) {
-  const auto path = desktop.ChooseFile(
-      {.Title = "Open Project",
-       .Folder = ws.project.File.empty() ? ws.picture.Folder : ws.project.File.parent_path(),
-       .FileName = "",
-       .Filters = kFilters + std::string("|All Files|*")});
-  if (path) OpenProject(ws, desktop, *path);
-}
-
-void OpenProject(Workspace& ws, const Desktop& desktop, const fs::path& path) {
-  EndDrag(ws);
-  if (!MayClose(ws, desktop)) return;
-  ws.status.Status = "Loading File ...";
-  ws.window.Hourglass = true;
-  desktop.ShowNow();
-  std::optional<ProjectContent> project;
-  std::string fault;
-  try {
-    project = NamingTheFile("Cannot open the project", path, [&] {
-      return ReadProject(ReadProjectFile(path), ProjectPicture::Decoded, ShowProgress(ws, desktop));
-    });
-  } catch (const RunTimeError& error) {
-    fault = error.what();
-  }
-  ws.status.ProgressVisible = false;
-  ws.window.Hourglass = false;
-  ws.status.Status = " ";
-  if (!fault.empty()) return Tell(desktop, fault, MessageIcon::Exclamation);
-  if (!project) return;
-  if (!project->PictureFault.empty() &&
-      desktop.ShowMessage({.Text = "The picture in \"" + path.filename().string() +
-                                   "\" cannot be used.\r\n" + project->PictureFault +
-                                   "\r\n\r\nDo you want to open the points on an empty page ?",
-                           .Icon = MessageIcon::Exclamation,
-                           .Buttons = MessageButtons::YesNo,
-                           .DefaultIsNo = true}) != Answer::Yes)
-    return;
-  PutProject(ws, desktop, std::move(*project));
-  ws.picture.Folder = path.parent_path();
-  NoteProject(ws, path);
-}
-
-void OpenAskedProject(Workspace& ws, const Desktop& desktop) {
-  if (const fs::path path = std::exchange(ws.projectAsked, {}); !path.empty())
-    OpenProject(ws, desktop, path);
 }
 
 }  // namespace graphize

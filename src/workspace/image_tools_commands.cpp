@@ -6,8 +6,8 @@
 #include "base/numbers.h"
 #include "image_tools/picture_tools.h"
 #include "raster/black_white.h"
-#include "workspace/picture_commands.h"
 #include "workspace/picture_map.h"
+#include "workspace/shown_picture.h"
 
 namespace graphize {
 

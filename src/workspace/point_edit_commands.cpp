@@ -38,9 +38,10 @@ Outcome Refuse(const Desktop& desktop, const std::string& reason) {
 /// What the axes give to the points of every curve.
 struct CurveValues {
   std::vector<NewValues> Of;
-  int Others = 0;        // points that would get other values
-  int WithoutValue = 0;  // points to which the axes give none
-  int RowsThatStay = 0;  // of the lists
+  int Others = 0;          // points that would get other values
+  int WithoutValue = 0;    // points to which the axes give none
+  int RowsThatStay = 0;    // of the lists
+  bool AnyPlaced = false;  // a point lies on the picture
 
   explicit CurveValues(const Workspace& ws) {
     for (std::size_t i = 0; i < ws.curves.Curves.size(); ++i) {
@@ -49,6 +50,8 @@ struct CurveValues {
       Others += CountOthers(points, Of.back());
       WithoutValue += CountWithoutValue(Of.back());
       RowsThatStay += RowsWithoutPlace(points);
+      AnyPlaced = AnyPlaced || std::ranges::any_of(
+                                   Of.back(), [](const auto& value) { return value.has_value(); });
     }
   }
 };
@@ -157,13 +160,17 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const RecalculateStep&) {
   if (values.WithoutValue > 0)
     return Refuse(desktop, "The axes give no number for " + PointCount(values.WithoutValue) +
                                ": nothing was recalculated");
+  if (!values.AnyPlaced)
+    return Refuse(desktop, "No point has a place on this picture: nothing was recalculated");
   const int staying = values.RowsThatStay;
   const std::string stay =
       staying == 0   ? ""
       : staying == 1 ? "; 1 row without a place on the picture stays"
                      : "; " + std::to_string(staying) + " rows without a place on the picture stay";
   if (values.Others == 0) {
-    const std::string reason = "All points have the values of these axes already" + stay;
+    const char* curves = ws.curves.Curves.size() > 1 ? " of all curves" : "";
+    const std::string reason =
+        std::string("All points") + curves + " have the values of these axes already" + stay;
     Tell(desktop, reason);
     return Nothing(reason);
   }
@@ -269,6 +276,7 @@ bool NudgePoints(Workspace& ws, const Desktop& desktop, float columns, float row
     return true;
   }
   Do(ws, desktop, MovePointsStep{points, columns, rows});
+  ws.pointEdit.ByKeys = true;
   if (!selected) Select(ws, points);
   ShowRow(ws, points.Ranges().front().First);
   return true;

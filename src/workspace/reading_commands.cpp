@@ -8,7 +8,7 @@
 
 #include "tracing/extraction_context.h"
 #include "workspace/extraction_commands.h"
-#include "workspace/picture_commands.h"
+#include "workspace/shown_picture.h"
 
 namespace graphize {
 

@@ -142,6 +142,12 @@ std::span<const RecipeOption> RecipeOptions() {
   return kOptions;
 }
 
+std::vector<std::string> OptionValues(const Workspace& ws) {
+  std::vector<std::string> values;
+  for (const RecipeOption& option : kOptions) values.push_back(option.Read(ws));
+  return values;
+}
+
 Outcome Run(Workspace& ws, const Desktop&, const SetStep& step) {
   for (const RecipeOption& option : kOptions) {
     if (step.Option != option.Name) continue;

@@ -3,8 +3,8 @@
 #include <new>
 
 #include "base/run_time_error.h"
-#include "workspace/picture_commands.h"
 #include "workspace/plot_mouse.h"
+#include "workspace/shown_picture.h"
 
 namespace graphize {
 

@@ -66,6 +66,7 @@ struct PictureSource {
 struct ProjectName {
   std::filesystem::path File;
   int RecipeNumber = -1;  // of the document's recipe
+  std::string Work;       // what it holds beside the points (WorkText in session/project_commands)
 
   bool IsOf(const Recipe& recipe) const { return !File.empty() && RecipeNumber == recipe.Number; }
 };
@@ -127,6 +128,7 @@ struct Workspace {
   DirtyArea marksDirty;  // where what is painted above the raster has changed
   PictureSource picture;
   ProjectName project;
+  int projectsSaved = 0;                      // since the start
   std::filesystem::path projectAsked;         // to be opened in the place of a picture
   std::vector<std::filesystem::path> opened;  // files, newest first, for the list of recent ones
 

@@ -289,16 +289,25 @@ TEST_F(Batch, SeveralCurvesAreOneTable) {
   ASSERT_EQ(Run(with({"-o", At("three.graphize")})), 0);
   ASSERT_EQ(Run({"replay", At("three.graphize"), "-o", "-", "--format=csv"}), 0);
   EXPECT_EQ(out.str(), table);
-  ASSERT_EQ(Run(with({"-o", At("one.dat")})), 0);
-  EXPECT_TRUE(IsTold("a data file holds one curve, this one \"A, a\""));
-  ASSERT_EQ(Run({"replay", At("three.graphize"), "-o", At("two.dat")}), 0);
-  EXPECT_TRUE(IsTold("three.graphize: a data file holds one curve")) << "no file that is gone";
+  ASSERT_EQ(Run(with({"-o", At("named.csv")})), 0);
+  EXPECT_EQ(test::BytesOf(folder / "named.csv"), table) << "its ending tells the format";
+  ASSERT_EQ(Run({"export", At("three.graphize"), "--all-curves", "-o", At("exported.csv")}), 0);
+  EXPECT_EQ(test::BytesOf(folder / "exported.csv"), table);
+  ASSERT_EQ(Run({"export", At("three.graphize"), "-o", "-", "--format=csv"}), 0);
+  EXPECT_TRUE(IsTold("of 2 curves this is \"A, a\" alone"));
+  // A data file holds one: none is left out without a word.
+  EXPECT_EQ(Run(with({"-o", At("one.dat")})), 2);
+  EXPECT_TRUE(IsTold("a data file holds one curve"));
+  EXPECT_EQ(Run({"replay", At("three.graphize"), "-o", At("one.dat")}), 1);
+  EXPECT_TRUE(IsTold("three.graphize: there are 2 curves, and a data file holds one"));
+  EXPECT_FALSE(std::filesystem::exists(folder / "one.dat"));
   ASSERT_EQ(
       Run(OnPendulum({"--point=70,40", "--curve=b", "--point=610,40", "-o", "-", "--format=csv"})),
       0);
   EXPECT_EQ(out.str(), "curve,x,y\r\ncurve 1,0,1\r\nb,12,1\r\n");
   for (const char* name : {"--curve=b", "--curve= "})
     EXPECT_EQ(Run(with({name, "-o", "-"})), 2) << name;
+  EXPECT_TRUE(IsTold("--curve \" \": a curve needs a name; see"));
 }
 
 TEST_F(Batch, WordsAreReadByTheHabitsOfCommandLines) {

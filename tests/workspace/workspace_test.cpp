@@ -651,6 +651,13 @@ TEST_F(WorkspaceTest, EveryCurveIsAskedAboutAndMarked) {
   Do(ws, desktop, ShowCurveStep{false});
   EXPECT_EQ(marks(0, 59), "1b");
   EXPECT_FALSE(Plot_Paint(ws, {0, 0, 59, 49}).LastPoint) << "nothing of it is seen";
+  const std::vector<Step> kWork = {PointStep{40, 30}, MovePointsStep{{3}, 1, 0}};
+  for (const Step& work : kWork) {
+    ASSERT_TRUE(Do(ws, desktop, work).IsDone());
+    EXPECT_TRUE(ActiveCurve(ws.curves).Shown) << "nothing is captured or moved unseen";
+    Do(ws, desktop, ShowCurveStep{false});
+  }
+  Do(ws, desktop, DeletePointsStep{{3}});
   EXPECT_FALSE(IsBlackPixel(0xff000000u | static_cast<unsigned>(GetPixel(ws.plot, 30, 30))));
 
   desktop.ExpectMessage("points ?\r\n\r\nNot saved: A/a, curve 2.", Answer::Yes);

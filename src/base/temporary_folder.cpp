@@ -1,4 +1,4 @@
-#include "batch/temporary_folder.h"
+#include "base/temporary_folder.h"
 
 #include <cerrno>
 #include <cstdlib>
@@ -14,9 +14,9 @@ namespace fs = std::filesystem;
 TemporaryFolder::TemporaryFolder() {
   std::string name = (fs::temp_directory_path() / "graphize-XXXXXX").string();
   if (mkdtemp(name.data()) == nullptr)
-    throw RunTimeError("a picture cannot be kept in \"" + fs::temp_directory_path().string() +
+    throw RunTimeError("nothing can be kept in \"" + fs::temp_directory_path().string() +
                        "\": " + std::generic_category().message(errno));
-  path_ = name;
+  path_ = fs::canonical(name);
 }
 
 TemporaryFolder::~TemporaryFolder() {
