@@ -34,15 +34,15 @@ bool IsOneOf(const Step& step) {
 bool MakesPicture(const Step& step) {
   return IsOneOf<OpenStep, ReloadStep, SetStep, ModeStep, AxisStep, RedefineStep, BlockStep,
                  ClearLastBlockerStep, ClearBlockersStep, DrawStep, EraseStep, GridStep,
-                 UndoEditStep, ImageToolStep, UndoImageToolStep, BlackWhiteStep, RefreshStep,
-                 ResetStep>(step);
+                 UndoEditStep, ImageToolStep, UndoImageToolStep, BlackWhiteStep, InkStep,
+                 ShowColoursStep, RefreshStep, ResetStep>(step);
 }
 
 /// Steps that a copy of the picture, which has come later, has behind it; the others tell what to
 /// do with it.
 bool IsInCopy(const Step& step) {
   return IsOneOf<OpenStep, ReloadStep, DrawStep, EraseStep, GridStep, UndoEditStep, ImageToolStep,
-                 UndoImageToolStep, BlackWhiteStep, ResetStep>(step);
+                 UndoImageToolStep, BlackWhiteStep, InkStep, ShowColoursStep, ResetStep>(step);
 }
 
 std::string Named(const fs::path& picture) {
@@ -228,6 +228,7 @@ void BringBackSession(Workspace& ws, const Desktop& desktop, const LeftSession& 
     SetPicture(ws.plot, Raster());
   }
   ws.imageTools.UndoCopy.reset();
+  ws.colours.reset();
   BringBack(ws, desktop, std::move(kept));
   ws.recipe.Recovered = true;
   ws.view.X = ws.view.Y = 0;

@@ -246,6 +246,7 @@ Outcome Run(Workspace& ws, const Desktop& desktop, ReloadStep& step) {
   std::optional<LoadedPicture> loaded = Decode(ws, desktop, ws.picture.ChosenPath, step);
   if (!loaded) return Nothing("the picture was not read again");
   SetPicture(ws.plot, std::move(loaded->Picture));
+  ws.colours.reset();
   CarryToOpened(ws, ws.plot.Height());
   ws.window.Caption = "GRAPHIZE is Resizing ....";
   desktop.ShowNow();
@@ -369,6 +370,7 @@ PictureBox LoadImage(Workspace& ws, const Desktop& desktop, PictureBox picture,
   desktop.ShowNow();
   PictureBox replaced = SetPicture(ws.plot, std::move(picture));
   ws.imageTools.UndoCopy.reset();  // it was of the picture before
+  ws.colours.reset();
   ws.window.Caption = "GRAPHIZE is Resizing ....";
   desktop.ShowNow();
   ws.view.X = ws.view.Y = 0;
