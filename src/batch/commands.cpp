@@ -64,6 +64,9 @@ constexpr Options kToolOptions = {
      "127.5 otherwise; white is 255. \"auto\": halfway\n"
      "between paper and ink; \"local\": halfway wherever\n"
      "it is, for uneven light, faded ink and colours"},
+    {"ink", 0, "R,G,B[,TOLERANCE]", kTools,
+     "the ink of this colour alone, as black on white:\n"
+     "levels from 0 to 255; tolerance 0.5 to 2 (1)"},
     {"negate", 0, nullptr, kTools, "exchange light and dark: for light curves on dark", true},
     {"blur", 0, nullptr, kTools, "even out grain and dots", true},
     {"soften", 0, "N", kTools, "a gentle blur, 0 to 10", true},
@@ -105,6 +108,12 @@ constexpr Options kPointOptions = {
      "pixels as its ink, \"through=COL,ROW\" names another\n"
      "place of it",
      true},
+    {"symbols", 0, "COL,ROW[:mass|:box]", kPoints,
+     "all symbols like the one there, of any colour; their\n"
+     "points are the centres of mass (default) or of the\n"
+     "box; \":tolerance=T\" (0.5 to 2) takes fewer or more",
+     true},
+    {"read-all", 0, nullptr, kPoints, "all curves of the plot, each as one of its own"},
     {"scan", 0, "LEFT,TOP,RIGHT,BOTTOM", kPoints, "all black pixels in the rectangle", true},
     {"x-increment", 0, "N", kPoints, "columns to look ahead, or of a scan's step (2)"},
     {"y-increment", 0, "N", kPoints, "rows to step over (3), or of a scan's step (2)"},

@@ -24,7 +24,8 @@ bool HasAny(const CommandLine& line, std::initializer_list<const char*> names) {
   return std::any_of(names.begin(), names.end(), [&](const char* name) { return line.Has(name); });
 }
 
-constexpr std::initializer_list<const char*> kCapturing = {"point", "trace", "read", "scan"};
+constexpr std::initializer_list<const char*> kCapturing = {"point",   "trace",    "read",
+                                                           "symbols", "read-all", "scan"};
 
 bool Captures(const CommandLine& line) {
   return HasAny(line, kCapturing);
@@ -43,7 +44,9 @@ class Maker {
       MakeAxes();
     for (const GivenOption& option : line_.Options) MakeOnPicture(option);
     if (!Captures(line_) && !IsPictureOnly(line_))
-      throw UsageError("nothing is captured: --point, --trace, --read or --scan is missing");
+      throw UsageError(
+          "nothing is captured: --point, --trace, --read, --symbols, --read-all or "
+          "--scan is missing");
     MakeOnLists();
     if (line_.Has("resample-log") && !line_.Has("resample"))
       throw UsageError("--resample-log needs --resample");
@@ -62,6 +65,7 @@ class Maker {
   /// An image tool, named as its step is, or the reduction.
   void MakeTool(const GivenOption& option) {
     if (option.Is("black-white") || option.Is("threshold")) return MakeReduction(option);
+    if (option.Is("ink")) return Add(InkOf(option), option.Name());
     for (int i = 0; i < kPictureTools; ++i) {
       const auto tool = static_cast<PictureTool>(i);
       if (!option.Is(TextsOf(tool).Name)) continue;
@@ -91,6 +95,21 @@ class Maker {
         Refuse(*threshold, "auto, local or a number above 0 and up to 255 is expected");
     }
     if (!std::exchange(reduced_, true)) Add(step, option.Name());
+  }
+
+  static InkStep InkOf(const GivenOption& option) {
+    const std::vector<std::string> parts = Split(option.Value, ',');
+    InkStep step;
+    int* const channels[] = {&step.Red, &step.Green, &step.Blue};
+    if (parts.size() != 3 && parts.size() != 4)
+      Refuse(option, "R,G,B or R,G,B,TOLERANCE is expected");
+    for (std::size_t i = 0; i < 3; ++i) {
+      const auto level = IntegerText(parts[i], 0, 255);
+      if (!level) Refuse(option, "R,G,B are whole numbers from 0 to 255");
+      *channels[i] = *level;
+    }
+    if (parts.size() == 4) step.Tolerance = SingleOf(option, parts[3]);
+    return step;
   }
 
   void MakeSettings() {
@@ -174,6 +193,9 @@ class Maker {
     const auto make = [this] {
       for (const GivenOption& option : line_.Options) MakeOnList(option);
     };
+    if (line_.Has("read-all") &&
+        HasAny(line_, {"sort", "swap", "resample", "curve-length", "integrate"}))
+      throw UsageError("--read-all gives several curves, the options of the list are for one");
     if (curves_.size() < 2) return make();
     for (auto curve = curves_.rbegin(); curve != curves_.rend(); ++curve) {
       if (curve != curves_.rbegin()) Add(SelectCurveStep{*curve}, "--curve");
@@ -213,6 +235,10 @@ class Maker {
       Extract(TraceStep{At(at.X), At(at.Y), {}}, "3", option);
     } else if (option.Is("read")) {
       In(Mode::Graphize, Read(option), option);
+    } else if (option.Is("symbols")) {
+      In(Mode::Graphize, Symbols(option), option);
+    } else if (option.Is("read-all")) {
+      In(Mode::Graphize, ReadAllStep{}, option);
     } else if (option.Is("scan")) {
       const auto [left, top, right, bottom] =
           Numbers<4>(option, option.Value, "LEFT,TOP,RIGHT,BOTTOM is expected");
@@ -246,6 +272,21 @@ class Maker {
       } else {
         step.Density = DensityOf(option, parts[i]);
       }
+    }
+    return step;
+  }
+
+  static SymbolsStep Symbols(const GivenOption& option) {
+    const std::vector<std::string> parts = Split(option.Value, ':');
+    const PlotPixel click = PixelOf(option, parts.front());
+    SymbolsStep step{At(click.X), At(click.Y)};
+    for (std::size_t i = 1; i < parts.size(); ++i) {
+      if (parts[i] == "mass" || parts[i] == "box")
+        step.Centre = parts[i] == "mass" ? SymbolCentre::Mass : SymbolCentre::Box;
+      else if (parts[i].starts_with("tolerance="))
+        step.Tolerance = SingleOf(option, parts[i].substr(10));
+      else
+        Refuse(option, "COLUMN,ROW is expected, or with :mass, :box or :tolerance=T behind");
     }
     return step;
   }

@@ -30,6 +30,8 @@ struct Name {
   std::string operator()(const TraceStep&) const { return WithPoints("Trace", Points); }
   std::string operator()(const ScanStep&) const { return WithPoints("Scan", Points); }
   std::string operator()(const ReadStep&) const { return WithPoints("Read Curve", Points); }
+  std::string operator()(const SymbolsStep&) const { return WithPoints("Find Symbols", Points); }
+  std::string operator()(const ReadAllStep&) const { return "Read All Curves"; }
   std::string operator()(const BlockStep&) const { return "Blocker"; }
   std::string operator()(const ClearLastBlockerStep&) const { return "Clear last blocker"; }
   std::string operator()(const ClearBlockersStep&) const { return "Clear all blockers"; }
@@ -40,6 +42,8 @@ struct Name {
   std::string operator()(const ImageToolStep& step) const { return TextsOf(step.Tool).Caption; }
   std::string operator()(const UndoImageToolStep&) const { return "Undo of an image tool"; }
   std::string operator()(const BlackWhiteStep&) const { return "Black and white"; }
+  std::string operator()(const InkStep&) const { return "Ink from Colour"; }
+  std::string operator()(const ShowColoursStep&) const { return "Show Colours"; }
   std::string operator()(const RefreshStep&) const { return ""; }
   std::string operator()(const ClearDataStep&) const { return "Clear all data"; }
   std::string operator()(const ResetStep&) const { return "Reset"; }

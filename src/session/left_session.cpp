@@ -34,15 +34,15 @@ bool IsOneOf(const Step& step) {
 bool MakesPicture(const Step& step) {
   return IsOneOf<OpenStep, ReloadStep, SetStep, ModeStep, AxisStep, RedefineStep, BlockStep,
                  ClearLastBlockerStep, ClearBlockersStep, DrawStep, EraseStep, GridStep,
-                 UndoEditStep, ImageToolStep, UndoImageToolStep, BlackWhiteStep, RefreshStep,
-                 ResetStep>(step);
+                 UndoEditStep, ImageToolStep, UndoImageToolStep, BlackWhiteStep, InkStep,
+                 ShowColoursStep, RefreshStep, ResetStep>(step);
 }
 
 /// Steps that a copy of the picture, which has come later, has behind it; the others tell what to
 /// do with it.
 bool IsInCopy(const Step& step) {
   return IsOneOf<OpenStep, ReloadStep, DrawStep, EraseStep, GridStep, UndoEditStep, ImageToolStep,
-                 UndoImageToolStep, BlackWhiteStep, ResetStep>(step);
+                 UndoImageToolStep, BlackWhiteStep, InkStep, ShowColoursStep, ResetStep>(step);
 }
 
 /// The first step that the picture depends on: what came before the last picture that was opened
@@ -245,6 +245,7 @@ void BringBackSession(Workspace& ws, const Desktop& desktop, const LeftSession& 
     SetPicture(ws.plot, Raster());
   }
   ws.imageTools.UndoCopy.reset();
+  ws.colours.reset();
   BringBack(ws, desktop, std::move(kept));
   ws.recipe.Recovered = true;
   ShowFromCorner(ws.view, ws.plot.Width(), ws.plot.Height());

@@ -82,7 +82,7 @@ bool IsEdited(const std::vector<Step>& steps) {
     if (const auto* reload = std::get_if<ReloadStep>(&*step)) return reload->BlackAndWhite;
     if (Is<DrawStep>(*step) || Is<EraseStep>(*step) || Is<GridStep>(*step) ||
         Is<UndoEditStep>(*step) || Is<ImageToolStep>(*step) || Is<UndoImageToolStep>(*step) ||
-        Is<BlackWhiteStep>(*step))
+        Is<BlackWhiteStep>(*step) || Is<InkStep>(*step) || Is<ShowColoursStep>(*step))
       return true;
   }
   return true;
@@ -311,6 +311,7 @@ std::optional<ProjectContent> ReadProject(std::string_view bytes, ProjectPicture
 void PutProject(Workspace& ws, const Desktop& desktop, ProjectContent&& project) {
   PutEdited(ws.plot, std::move(project.Picture), std::move(project.LastEdit));
   ws.imageTools.UndoCopy.reset();  // it was of the picture before
+  ws.colours.reset();
   PutMarks(ws.plot, project.Marks);
   ShowFromCorner(ws.view, ws.plot.Width(), ws.plot.Height());
   BringBack(ws, desktop, std::move(project.Kept));

@@ -13,15 +13,14 @@ Outcome RefusedAndTold(const Desktop& desktop, const std::string& reason) {
   return Refused(reason);
 }
 
-/// Another curve is the active one.
-void ShowActive(Workspace& ws) {
+}  // namespace
+
+void ShowActiveCurve(Workspace& ws) {
   EnableDataCommands(ws.commands, ws.store.CaptureCount > 0);
   UpdateEditMenu(ws.store, ws.commands);
   UpdateDataMenu(ws.store, ws.commands);
   RefreshPlot(ws);
 }
-
-}  // namespace
 
 Outcome Run(Workspace& ws, const Desktop& desktop, NewCurveStep& step) {
   step.Curve = CurveNameOf(step.Curve);
@@ -32,7 +31,7 @@ Outcome Run(Workspace& ws, const Desktop& desktop, NewCurveStep& step) {
     return RefusedAndTold(desktop,
                           "There are " + std::to_string(kMostCurves) + " curves, more cannot be.");
   AddCurve(ws.curves, ws.store, step.Curve);
-  ShowActive(ws);
+  ShowActiveCurve(ws);
   ws.status.Status = "New curve: " + step.Curve;
   return {};
 }
@@ -42,7 +41,7 @@ Outcome Run(Workspace& ws, const Desktop&, const SelectCurveStep& step) {
   if (curve < 0) return Refused("there is no curve \"" + step.Curve + "\"");
   if (curve == ws.curves.Active) return Nothing();
   SelectCurve(ws.curves, ws.store, curve);
-  ShowActive(ws);
+  ShowActiveCurve(ws);
   return {};
 }
 
@@ -62,7 +61,7 @@ Outcome Run(Workspace& ws, const Desktop&, const DeleteCurveStep&) {
       "Deleted: " + ActiveCurve(ws.curves).Name + " (" + PointCount(ws.store.CaptureCount) + ")";
   DeleteCurve(ws.curves, ws.store);
   if (!CanHideCurve(ws)) ActiveCurve(ws.curves).Shown = true;
-  ShowActive(ws);
+  ShowActiveCurve(ws);
   return {};
 }
 

@@ -247,6 +247,7 @@ Outcome Run(Workspace& ws, const Desktop& desktop, ReloadStep& step) {
   std::optional<LoadedPicture> loaded = Decode(ws, desktop, ws.picture.ChosenPath, step);
   if (!loaded) return Nothing("the picture was not read again");
   SetPicture(ws.plot, std::move(loaded->Picture));
+  ws.colours.reset();
   CarryToOpened(ws, ws.plot.Height());
   ws.window.Caption = "GRAPHIZE is Resizing ....";
   desktop.ShowNow();

@@ -278,6 +278,31 @@ void Fields(Io& io, ReadStep& step) {
   if (step.Density.Is == Kind::AtX) io.Values(step.Density.Xs);
 }
 template <class Io>
+void Fields(Io& io, SymbolsStep& step) {
+  io.Position(step.X, step.Y);
+  io.template Choice<SymbolCentre>(step.Centre, "centre",
+                                   {{SymbolCentre::Mass, "mass"}, {SymbolCentre::Box, "box"}});
+  io.Number(step.Tolerance);
+  bool without = step.LeftOut.Count() > 0;
+  io.Flag(without, "without");
+  if (without) io.Points(step.LeftOut);
+}
+template <class Io>
+void Fields(Io& io, ReadAllStep& step) {
+  int count = static_cast<int>(step.Taken.size());
+  io.Integer(count, 0, kMostPixels);
+  step.Taken.resize(static_cast<std::size_t>(count));
+  for (ReadAllStep::Curve& curve : step.Taken) {
+    io.Integer(curve.Number, 1, kMostPixels);
+    io.Word(curve.Name);
+  }
+}
+template <class Io>
+void Fields(Io& io, InkStep& step) {
+  for (int* channel : {&step.Red, &step.Green, &step.Blue}) io.Integer(*channel, 0, 255);
+  io.Number(step.Tolerance);
+}
+template <class Io>
 void Fields(Io& io, BlockStep& step) {
   io.Position(step.X, step.Y);
   io.Integer(step.Size, 0, kMostPixels);

@@ -132,6 +132,9 @@ struct Workspace {
   std::filesystem::path projectAsked;         // to be opened in the place of a picture
   std::vector<std::filesystem::path> opened;  // files, newest first, for the list of recent ones
 
+  // The picture before an ink alone took its place: "Show Colours" brings it back.
+  PictureBox colours;
+
   PictureMap map;
   BeforeImageTool beforeImageTool;  // while its picture is the undo copy
 

@@ -78,7 +78,8 @@ TEST_F(Batch, BadInvocationsAreToldInOneLineAndWriteNothing) {
       {digitize({"-o", o, "--trace", "76,58"}), 2, "a picture is missing"},
       {digitize({p, "--trace", "76,58"}), 2, "--output is missing"},
       {digitize({p, "-o", o}), 2,
-       "nothing is captured: --point, --trace, --read or --scan is missing"},
+       "nothing is captured: --point, --trace, --read, --symbols, --read-all or "
+       "--scan is missing"},
       {digitize({p, "-o", o, "--trace", "76,58"}, false), 2, "--origin is missing"},
       {traced({"--origin", "1,1:0,0"}), 2, "--origin is given twice"},
       {traced({"--read=76,58:half"}), 2, "--read \"76,58:half\": COLUMN,ROW is expected, or with"},

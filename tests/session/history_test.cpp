@@ -12,6 +12,9 @@
 #include "support/quiet_desktop.h"
 #include "support/random_user.h"
 #include "support/temporary_folder.h"
+#include "workspace/do.h"
+#include "workspace/ink_commands.h"
+#include "workspace/picture_commands.h"
 #include "workspace/plot_mouse.h"
 #include "workspace/replay.h"
 #include "workspace/step_text.h"
@@ -353,6 +356,43 @@ TEST_F(HistoryTest, GivesUpWhatIsOnlyBeingDragged) {
   EXPECT_EQ(ws.undoNames.Undo, "Capture");
   Plot_MouseUp(ws, Desktop(), kLeftButton, 0, 70, 70);
   EXPECT_EQ(ws.store.Places.back(), (Place{50, 60}));
+}
+
+TEST(History, TheColoursOfAnInkAloneGoAlong) {
+  Raster colours = Raster::Filled(60, 40, kWhitePixel);
+  for (int x = 5; x < 55; ++x)
+    for (int y = 10; y < 30; ++y) colours.Row(y)[x] = y % 7 < 3 ? 0xffd62728 : 0xff1f77b4;
+  Workspace ws;
+  const Desktop desktop = test::QuietDesktop();
+  TakeInHand(ws, desktop, colours.Clone(), "Pasted Plot");
+  History history;
+  history.Begin(ws);
+  const auto shown = [&] { return PixelsOf(ws.plot.Pixels); };
+  std::vector<std::vector<std::uint32_t>> states = {shown()};
+  for (const Step& step : {Step(InkStep{0xd6, 0x27, 0x28}), Step(InkStep{0x1f, 0x77, 0xb4}),
+                           Step(ShowColoursStep{})}) {
+    ASSERT_TRUE(Do(ws, desktop, step).IsDone());
+    history.Commit(ws);
+    states.push_back(shown());
+  }
+  EXPECT_NE(states[1], states[2]);
+  EXPECT_EQ(states[3], states[0]);
+  for (int round = 0; round < 2; ++round) {
+    for (int i = 2; i >= 0; --i) {
+      ASSERT_TRUE(history.Undo(ws));
+      EXPECT_EQ(shown(), states[static_cast<std::size_t>(i)]);
+      EXPECT_EQ(CanShowColours(ws), i > 0);
+    }
+    for (std::size_t i = 1; i <= 3; ++i) {
+      ASSERT_TRUE(history.Redo(ws));
+      EXPECT_EQ(shown(), states[i]);
+      EXPECT_EQ(CanShowColours(ws), i < 3);
+    }
+  }
+  // The colours that Undo has brought into the box are those that come back.
+  ASSERT_TRUE(history.Undo(ws));
+  ASSERT_TRUE(Do(ws, desktop, ShowColoursStep{}).IsDone());
+  EXPECT_EQ(shown(), states[0]);
 }
 
 }  // namespace
