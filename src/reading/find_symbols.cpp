@@ -168,7 +168,7 @@ SymbolFinding FindSymbols(const Raster& picture, const AxisCalibration& calibrat
   operation.To = 0.5;
   InkMap map = MapOf(picture, paper, directions, *ink, 1, operation);
   if (operation.Stopped) return stopped();
-  TakeOutLines(map, FrameOf(calibration, picture.Width(), picture.Height()), x, y);
+  TakeOutLines(map, FrameOf(calibration, picture.Width(), picture.Height()), x, y, operation);
   const auto isBlocked = [&](double px, double py) {
     return std::any_of(request.Walls.begin(), request.Walls.end(), [&](const ReadingWall& wall) {
       return std::hypot(px - wall.X, py - wall.Y) <= 0.5 * std::max(wall.Size, 1);

@@ -147,7 +147,7 @@ PlotReading ReadAllCurves(const Raster& picture, const AxisCalibration& calibrat
     operation.To = part(0.3);
     InkMap map = MapOf(picture, paper, directions, inks[i].Of, 1, operation);
     if (operation.Stopped) break;
-    TakeOutLines(map, frame, middleX, middleY);
+    TakeOutLines(map, frame, middleX, middleY, operation);
     std::vector<Piece>& ofInk = pieces.emplace_back(PiecesOf(map));
     std::vector<Piece> starts = ofInk;
     std::erase_if(starts, [&](const Piece& piece) { return !isInside(piece); });

@@ -10,6 +10,7 @@
 #include "workspace/extraction_commands.h"
 #include "workspace/picture_commands.h"
 #include "workspace/reading_commands.h"
+#include "workspace/shown_picture.h"
 
 namespace graphize {
 

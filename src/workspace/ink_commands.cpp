@@ -7,6 +7,7 @@
 #include "raster/black_white.h"
 #include "reading/ink_mask.h"
 #include "workspace/picture_commands.h"
+#include "workspace/shown_picture.h"
 
 namespace graphize {
 

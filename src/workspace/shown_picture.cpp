@@ -20,6 +20,7 @@ PictureBox LoadImage(Workspace& ws, const Desktop& desktop, PictureBox picture,
   desktop.ShowNow();
   PictureBox replaced = SetPicture(ws.plot, std::move(picture));
   ws.imageTools.UndoCopy.reset();  // it was of the picture before
+  ws.colours.reset();
   ws.window.Caption = "GRAPHIZE is Resizing ....";
   desktop.ShowNow();
   ShowFromCorner(ws.view, ws.plot.Width(), ws.plot.Height());
