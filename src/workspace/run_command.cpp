@@ -5,6 +5,7 @@
 #include "base/run_time_error.h"
 #include "workspace/picture_commands.h"
 #include "workspace/plot_mouse.h"
+#include "workspace/preview_commands.h"
 
 namespace graphize {
 
@@ -42,6 +43,7 @@ bool RunCommand(Workspace& ws, const Desktop& desktop, const std::function<void(
   if (ws.commandRuns) return false;
   ws.commandRuns = true;
   const bool done = Guarded(ws, desktop, command).empty();
+  DropStaleReading(ws);
   ws.commandRuns = false;
   return done;
 }
