@@ -31,6 +31,8 @@
 #include "workspace/capture_commands.h"
 #include "workspace/overlay.h"
 #include "workspace/picture_commands.h"
+#include "workspace/preview_commands.h"
+#include "workspace/reading_panel.h"
 #include "workspace/run_command.h"
 #include "workspace/session.h"
 
@@ -79,8 +81,8 @@ void MainWindow::FitSidePanel() {
   // Wide enough for every panel, whichever is shown now: known once styles are set.
   tracerPanel_->ReserveCaptions();
   int width = 0;
-  for (QWidget* panel :
-       std::initializer_list<QWidget*>{readOut_, dataList_, axisPanel_, tracerPanel_}) {
+  for (QWidget* panel : std::initializer_list<QWidget*>{readOut_, dataList_, axisPanel_,
+                                                        tracerPanel_, readingPanel_}) {
     for (QWidget* child : panel->findChildren<QWidget*>()) child->ensurePolished();
     panel->ensurePolished();
     panel->layout()->invalidate();
@@ -154,6 +156,7 @@ void MainWindow::Render() {
   RenderPicture();
   axisPanel_->Render(ws_.axisPanel, ws_.calibration);
   tracerPanel_->Render(ws_.tracer, ws_.blockSize);
+  readingPanel_->Render(ws_.reading, CanTakeReading(ws_), HasReading(ws_));
   readOut_->Render(ws_.readOut);
   curvePanel_->Render();
   dataList_->Render(ws_.store, ws_.formats, ws_.settings.DecimalPoint);
@@ -167,18 +170,24 @@ void MainWindow::Render() {
 }
 
 void MainWindow::RenderModeFrame() {
-  if (axisPanel_->isHidden() != ws_.window.AxisPanelShown) return;
-  axisPanel_->setVisible(ws_.window.AxisPanelShown);
-  tracerPanel_->setVisible(!ws_.window.AxisPanelShown);
+  QWidget* panel = ModeFrame();
+  if (!panel->isHidden()) return;
+  for (QWidget* frame : std::initializer_list<QWidget*>{axisPanel_, tracerPanel_, readingPanel_})
+    frame->setVisible(frame == panel);
   PlaceFloatingViews();
-  QWidget* panel = ws_.window.AxisPanelShown ? static_cast<QWidget*>(axisPanel_) : tracerPanel_;
   // Where it will stand is known once the layout has been done.
   QTimer::singleShot(0, this, [this, panel] {
     floating_->Uncover(QRect(panel->mapTo(centralWidget(), QPoint()), panel->size()));
   });
-  if (!ws_.window.AxisPanelShown) return;
+  if (panel == tracerPanel_) return;
   // On a small screen the boxes to fill in now are brought into sight.
-  QTimer::singleShot(0, this, [this] { sidePanel_->ensureWidgetVisible(axisPanel_); });
+  QTimer::singleShot(0, this, [this, panel] { sidePanel_->ensureWidgetVisible(panel); });
+}
+
+QWidget* MainWindow::ModeFrame() const {
+  if (ws_.window.AxisPanelShown) return axisPanel_;
+  if (IsReading(ws_.mode)) return readingPanel_;
+  return tracerPanel_;
 }
 
 void MainWindow::RenderFrame() {

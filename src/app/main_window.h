@@ -19,6 +19,7 @@ class QAction;
 class QMenu;
 class QScrollArea;
 class QScrollBar;
+class QTimer;
 
 namespace graphize {
 
@@ -31,6 +32,7 @@ class HelpWindow;
 class OverviewView;
 class PictureArea;
 class PlotView;
+class ReadingPanel;
 class ReadOutPanel;
 class RecoveryBar;
 class StatusPanels;
@@ -82,6 +84,8 @@ class MainWindow : public QMainWindow {
   void BuildToolbar();
   void BuildCentre();
   QWidget* BuildSidePanel();
+  /// The modes that the toolbar has no button for.
+  QWidget* MakeModeButtons();
   QAction* MakeAction(const MenuEntry& entry);
   void ConnectPanels();
   void ConnectCurves();
@@ -91,6 +95,7 @@ class MainWindow : public QMainWindow {
   /// Space held over the picture lets the left button drag the view; not that which is pressed for
   /// a control that the Tab key has led to.
   bool TakeSpace(QObject* watched, QEvent* event);
+  void ConnectReading();
   void FitSidePanel();
   void FinishStart();
   void PlaceFloatingViews();
@@ -129,6 +134,8 @@ class MainWindow : public QMainWindow {
   void Render();
   void RenderActions();
   void RenderModeFrame();
+  /// The side panel's frame that belongs to the mode.
+  QWidget* ModeFrame() const;
   void RenderPicture();
   void RenderFrame();
   /// Opens, shows and closes the form that the records name.
@@ -141,6 +148,8 @@ class MainWindow : public QMainWindow {
   bool TakeKey(QKeyEvent* key);
   /// Keys that select and move captured points.
   bool TakePointKey(const QKeyEvent& key);
+  /// Return and Escape while something that was read is shown.
+  bool TakeReadingKey(const QKeyEvent& key);
   /// Whether keys are meant for the picture, and not for a box or the list.
   bool KeysAreForPicture() const;
   void NotePlacement();
@@ -167,6 +176,9 @@ class MainWindow : public QMainWindow {
   QScrollArea* sidePanel_ = nullptr;
   AxisPanelWidget* axisPanel_ = nullptr;
   TracerPanel* tracerPanel_ = nullptr;
+  QWidget* modeButtons_ = nullptr;
+  ReadingPanel* readingPanel_ = nullptr;
+  QTimer* readAgain_ = nullptr;
   ReadOutPanel* readOut_ = nullptr;
   CurvePanel* curvePanel_ = nullptr;
   DataListPanel* dataList_ = nullptr;

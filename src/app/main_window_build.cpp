@@ -34,6 +34,7 @@
 #include "workspace/extraction_commands.h"
 #include "workspace/overlay.h"
 #include "workspace/plot_mouse.h"
+#include "workspace/reading_panel.h"
 #include "workspace/toolbar.h"
 
 namespace graphize {
@@ -202,10 +203,13 @@ QWidget* MainWindow::BuildSidePanel() {
   dataList_ = new DataListPanel(curvePanel_);
   axisPanel_ = new AxisPanelWidget;
   tracerPanel_ = new TracerPanel(Workspace::kLargestBlock);
+  readingPanel_ = new ReadingPanel;
   axisPanel_->hide();
+  readingPanel_->hide();
+  modeButtons_ = MakeModeButtons();
   // The frame that changes with the mode is the last: nothing above it jumps.
-  for (QWidget* panel :
-       std::initializer_list<QWidget*>{readOut_, dataList_, axisPanel_, tracerPanel_}) {
+  for (QWidget* panel : std::initializer_list<QWidget*>{readOut_, dataList_, modeButtons_,
+                                                        axisPanel_, tracerPanel_, readingPanel_}) {
     panel->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
     column->addWidget(panel);
   }
@@ -292,6 +296,7 @@ void MainWindow::ConnectPanels() {
           change([](Workspace& ws, int size) { ws.blockSize = size; }));
 
   ConnectCurves();
+  ConnectReading();
   connect(dataList_, &DataListPanel::LinePressed, this, [this](int line, bool shift) {
     Do([=](Workspace& ws, const Desktop& desktop) {
       PressListLine(ws, line, shift);

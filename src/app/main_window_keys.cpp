@@ -78,7 +78,7 @@ bool MainWindow::TakePointKey(const QKeyEvent& key) {
 }
 
 bool MainWindow::TakeKey(QKeyEvent* key) {
-  if (TakePointKey(*key)) return true;
+  if (TakePointKey(*key) || TakeReadingKey(*key)) return true;
   static constexpr std::pair<int, PointerKey> kKeys[] = {
       {Qt::Key_PageUp, PointerKey::PageUp}, {Qt::Key_PageDown, PointerKey::PageDown},
       {Qt::Key_End, PointerKey::End},       {Qt::Key_Home, PointerKey::Home},

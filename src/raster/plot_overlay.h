@@ -3,6 +3,7 @@
 #include <optional>
 #include <vector>
 
+#include "base/bit_map.h"
 #include "base/palette.h"
 
 namespace graphize {
@@ -36,6 +37,24 @@ struct PlotOverlay {
   Colour EditColour = kBlack, SelectedColour = kBlack;
   std::vector<Point> AxisPoints;
   Colour AxisColour = kBlack;
+
+  /// A position between pixels; a pixel's centre has whole numbers.
+  struct Position {
+    double X = 0, Y = 0;
+  };
+  /// What was read off the picture and is not taken over yet.
+  struct Preview {
+    struct Course {
+      std::vector<Position> Way;
+      bool IsDoubtful = false;
+    };
+    const BitMap* Ink = nullptr;  // pixels that count as the curve's; a record's, not owned
+    std::vector<Course> Courses;
+    std::vector<Position> Points;  // that would be captured
+    std::vector<Position> Clicks;
+    Colour MarkColour = kBlack;
+  };
+  std::vector<Preview> Previews;
 };
 
 inline bool Contains(const PlotOverlay::Rectangle& area, const PlotOverlay::Point& point) {

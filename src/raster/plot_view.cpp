@@ -14,6 +14,7 @@
 #include "raster/picture_scaling.h"
 #include "raster/plot_marks_view.h"
 #include "widgets/keys.h"
+#include "widgets/paint_preview.h"
 #include "widgets/plot_cursor.h"
 #include "widgets/pointer.h"
 
@@ -120,6 +121,15 @@ void PlotView::paintEvent(QPaintEvent* event) {
   QPainter painter(this);
   const PlotOverlay overlay = overlayIn_(PixelsAround(area));
   PaintPicture(painter, event->region() & area, overlay);
+  if (!overlay.Previews.empty()) {
+    painter.save();
+    painter.scale(view_.Zoom, view_.Zoom);
+    const PlotOverlay::Rectangle seen = PixelsAround(area);
+    for (const PlotOverlay::Preview& preview : overlay.Previews)
+      PaintPreview(painter, preview,
+                   QRect(QPoint(seen.Left, seen.Top), QPoint(seen.Right, seen.Bottom)));
+    painter.restore();
+  }
   PaintOverlay(painter, overlay, view_.Zoom);
   if (rubberBand_) PaintRubberBand(painter, event->region(), *rubberBand_, view_.Zoom);
 }

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <utility>
 
+#include "workspace/preview_commands.h"
+
 namespace graphize {
 
 namespace {
@@ -27,8 +29,8 @@ PlotOverlay::Marks MarksOf(const Curve& curve, const PointStore& store,
   return marks;
 }
 
-/// The curves that are shown, the active one above the others. One alone is not marked: what is
-/// captured leaves its own marks on the picture.
+/// The curves that are shown, the active one above the others. One alone is marked only where
+/// curves are read: what is captured otherwise leaves its own marks on the picture.
 void AddCurves(PlotOverlay& overlay, const Workspace& ws, const PlotOverlay::Rectangle& area) {
   const std::vector<Curve>& curves = ws.curves.Curves;
   const auto add = [&](int i) {
@@ -37,7 +39,7 @@ void AddCurves(PlotOverlay& overlay, const Workspace& ws, const PlotOverlay::Rec
     PlotOverlay::Marks marks = MarksOf(curve, PointsOf(ws.curves, ws.store, i), area);
     if (!marks.Points.empty()) overlay.Curves.push_back(std::move(marks));
   };
-  if (curves.size() < 2) return;
+  if (curves.size() < 2 && !IsReading(ws.mode)) return;
   for (int i = 0; i < static_cast<int>(curves.size()); ++i)
     if (i != ws.curves.Active) add(i);
   // Edited, its points are shown by themselves.
@@ -73,6 +75,29 @@ void AddEditedPoints(const Workspace& ws, const PlotOverlay::Rectangle& area,
   }
 }
 
+/// What was read, cut into stretches that are seen and stretches that are not.
+void AddPreview(const Workspace& ws, PlotOverlay& overlay) {
+  if (!HasReading(ws)) return;
+  const CurvePreview& shown = *ws.reading.Curve;
+  PlotOverlay::Preview& preview = overlay.Previews.emplace_back();
+  if (!shown.Ink.IsEmpty()) preview.Ink = &shown.Ink;
+  preview.MarkColour = shown.MarkColour;
+  for (const CurvePoint& point : shown.Reading.Points) {
+    const bool isDoubtful = point.IsBridged || point.Sigma > kDoubtfulSigma;
+    if (preview.Courses.empty() || preview.Courses.back().IsDoubtful != isDoubtful) {
+      // The stretches meet.
+      std::vector<PlotOverlay::Position> way;
+      if (!preview.Courses.empty()) way.push_back(preview.Courses.back().Way.back());
+      preview.Courses.push_back({std::move(way), isDoubtful});
+    }
+    preview.Courses.back().Way.push_back({point.X, point.Y});
+  }
+  if (ws.reading.Density != ReadingDensity::Kind::Each)
+    for (const CurvePoint& point : shown.Points) preview.Points.push_back({point.X, point.Y});
+  for (const PlotPixel& click : shown.Clicks)
+    preview.Clicks.push_back({static_cast<double>(click.X), static_cast<double>(click.Y)});
+}
+
 }  // namespace
 
 std::optional<PlotOverlay::Rectangle> RubberBand(const Workspace& ws) {
@@ -100,6 +125,7 @@ PlotOverlay Plot_Paint(const Workspace& ws, const PlotOverlay::Rectangle& area) 
             PointAt(ws.calibration.PixelX[row], ws.plot.Height() - ws.calibration.PixelY[row]));
   }
   AddCurves(overlay, ws, area);
+  AddPreview(ws, overlay);
   // A curve that is hidden is not seen in any way.
   const bool shown = ActiveCurve(ws.curves).Shown;
   // But nothing is edited unseen.

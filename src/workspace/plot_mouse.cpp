@@ -11,6 +11,7 @@
 #include "workspace/do.h"
 #include "workspace/extraction_commands.h"
 #include "workspace/point_edit_commands.h"
+#include "workspace/preview_commands.h"
 #include "workspace/toolbar.h"
 
 namespace graphize {
@@ -211,6 +212,7 @@ void Plot_MouseDown(Workspace& ws, const Desktop& desktop, int Button, int Shift
     }
   }
   if (ws.mode == Mode::BlockTest && Button == kLeftButton) ws.mouse.Painting = true;
+  if (IsReading(ws.mode) && Button == kRightButton) BlockReading(ws, desktop, X, Y);
   if (ws.mode == Mode::DrawErase && ws.plot.IsPresent() &&
       (Button == kLeftButton || Button == kRightButton))
     UsePen(ws, Button == kLeftButton ? PenTool::Draw : PenTool::Erase, x, y, ws.blockSize);
@@ -274,6 +276,8 @@ void Plot_Click(Workspace& ws, const Desktop& desktop) {
       Do(ws, desktop, PointStep{x, y});
   } else if (ws.mode == Mode::BlockTest) {
     PlaceBlocker(ws, desktop);
+  } else if (ws.mode == Mode::ReadCurve) {
+    ClickCurve(ws, desktop, ws.readOut.PlotX, ws.readOut.PlotY);
   }
 }
 

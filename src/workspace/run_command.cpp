@@ -4,6 +4,7 @@
 
 #include "base/run_time_error.h"
 #include "workspace/plot_mouse.h"
+#include "workspace/preview_commands.h"
 #include "workspace/shown_picture.h"
 
 namespace graphize {
@@ -42,6 +43,7 @@ bool RunCommand(Workspace& ws, const Desktop& desktop, const std::function<void(
   if (ws.commandRuns) return false;
   ws.commandRuns = true;
   const bool done = Guarded(ws, desktop, command).empty();
+  DropStaleReading(ws);
   ws.commandRuns = false;
   return done;
 }

@@ -220,7 +220,9 @@ void Fields(Io& io, ModeStep& step) {
                             {Mode::BlockTest, "blocktest"},
                             {Mode::DrawErase, "drawerase"},
                             {Mode::GridBuster, "gridbuster"},
-                            {Mode::EditPoints, "editpoints"}});
+                            {Mode::EditPoints, "editpoints"},
+                            {Mode::ReadCurve, "readcurve"},
+                            {Mode::FindSymbols, "findsymbols"}});
 }
 template <class Io>
 void Fields(Io& io, AxisStep& step) {

@@ -72,7 +72,7 @@ bool CanPress(const Workspace& ws, std::string_view key) {
   if (key == "undo") return can.Blockers;
   if (key == "aquire") return can.Scanner;
   if (key == "refresh" || key == "axisdef" || key == "blocktest" || key == "drawerase" ||
-      key == "editpoints")
+      key == "editpoints" || key == "readcurve" || key == "findsymbols")
     return can.Picture;
   if (key == "graphize") return can.Graphize;
   if (key == "gridbuster") return can.GridBuster;

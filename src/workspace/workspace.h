@@ -36,6 +36,7 @@
 #include "workspace/mode.h"
 #include "workspace/picture_map.h"
 #include "workspace/point_edit.h"
+#include "workspace/reading_preview.h"
 #include "workspace/recipe.h"
 
 namespace graphize {
@@ -157,6 +158,7 @@ struct Workspace {
   Mode mode = Mode::None;
   PlotMouse mouse;
   PointEdit pointEdit;
+  ReadingControl reading;
   CommandStates commands;
   StatusBar status;
   WindowFrame window;

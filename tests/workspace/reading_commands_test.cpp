@@ -13,6 +13,8 @@
 #include "workspace/do.h"
 #include "workspace/export_points.h"
 #include "workspace/picture_map.h"
+#include "workspace/preview_commands.h"
+#include "workspace/run_command.h"
 #include "workspace/step_text.h"
 
 namespace graphize {
@@ -100,6 +102,43 @@ TEST_F(ReadingTest, RefusesWithoutChangingAnything) {
   EXPECT_THAT(Read().Reason, testing::HasSubstr("needs a picture and its axes"));
   EXPECT_EQ(ws.store.CaptureCount, 0);
   EXPECT_TRUE(ws.recipe.Steps.empty());
+}
+
+TEST_F(ReadingTest, WhatIsShownIsTakenAsItWasReadAndGoesWithWhatItWasReadFrom) {
+  ws.commands.Picture = true;
+  const auto run = [this](const Step& step) {
+    RunCommand(ws, desktop, [&] { Do(ws, desktop, step); });
+  };
+  const auto show = [&] {
+    run(ModeStep{Mode::ReadCurve});
+    ClickCurve(ws, desktop, static_cast<int>(std::lround(course[200].X)),
+               static_cast<int>(std::lround(course[200].Y)));
+    ASSERT_TRUE(HasReading(ws)) << ws.reading.Reading;
+  };
+  for (const Step& step : {Step(ModeStep{Mode::Graphize}), Step(BlockStep{50, 50, 4}),
+                           Step(RedefineStep{1}), Step(BlackWhiteStep{})}) {
+    ws.calibration = test::PixelCalibration();
+    show();
+    EXPECT_EQ(ws.store.CaptureCount, 0);
+    run(step);
+    EXPECT_FALSE(HasReading(ws)) << TextOf(step);
+  }
+
+  ws.calibration = test::PixelCalibration();
+  show();
+  SetDensity(ws, ReadingDensity::Kind::Every);
+  TypeDensity(ws, "0");
+  EXPECT_FALSE(CanTakeReading(ws));
+  TypeDensity(ws, "50");
+  SetTolerance(ws, 60);  // and it is not read again yet
+  const std::size_t points = ws.reading.Curve->Points.size();
+  EXPECT_LT(points, 10u);
+  TakeReading(ws, desktop);
+  EXPECT_EQ(ws.store.CaptureCount, static_cast<int>(points));
+  EXPECT_FALSE(HasReading(ws));
+  const auto* step = std::get_if<ReadStep>(&ws.recipe.Steps.back());
+  ASSERT_NE(step, nullptr);
+  EXPECT_EQ(step->Tolerance, 1);
 }
 
 TEST(ReadStep, IsWrittenWithItsDensity) {
