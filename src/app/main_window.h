@@ -25,6 +25,8 @@ namespace graphize {
 class AxisPanelWidget;
 class CurvePanel;
 class DataListPanel;
+class InkCheckPanel;
+class NextLine;
 class FormDialog;
 class HelpWindow;
 class PictureArea;
@@ -82,6 +84,7 @@ class MainWindow : public QMainWindow {
   QAction* MakeAction(const MenuEntry& entry);
   void ConnectPanels();
   void ConnectCurves();
+  void ConnectInkCheck();
   void FitSidePanel();
   void FinishStart();
   void PlaceZoom();
@@ -93,6 +96,7 @@ class MainWindow : public QMainWindow {
   FormDialog* MakeOptionsForm();
   FormDialog* MakeImageToolsForm();
   FormDialog* MakeExportForm();
+  FormDialog* MakeBlackWhiteForm();
   FormDialog* MakeAboutForm();
   FormDialog* MakeSelectSourceForm();
   FormDialog* MakeScanForm();
@@ -156,7 +160,9 @@ class MainWindow : public QMainWindow {
   TracerPanel* tracerPanel_ = nullptr;
   ReadOutPanel* readOut_ = nullptr;
   CurvePanel* curvePanel_ = nullptr;
+  InkCheckPanel* inkCheck_ = nullptr;
   DataListPanel* dataList_ = nullptr;
+  NextLine* nextLine_ = nullptr;
   std::unique_ptr<StatusPanels> status_;
   Form formShown_ = Form::None;
   FormDialog* form_ = nullptr;

@@ -32,6 +32,7 @@ RunOptions ReadRunOptions(const CommandLine& line) {
   RunOptions options;
   options.Force = line.Has("force");
   options.Quiet = line.Has("quiet");
+  options.Table.Strict = line.Has("strict");
   if (const GivenOption* format = line.Find("format")) {
     if (format->Value == "csv")
       options.Table.Format = TableFormat::Csv;

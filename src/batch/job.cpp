@@ -1,6 +1,7 @@
 #include "batch/job.h"
 
 #include <algorithm>
+#include <map>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -14,6 +15,7 @@
 #include "data/point_table.h"
 #include "raster/black_white.h"
 #include "session/project_file.h"
+#include "workspace/ink_check_commands.h"
 #include "workspace/replay.h"
 #include "workspace/run_command.h"
 
@@ -48,6 +50,7 @@ std::string WhyNothing(Workspace& ws, const BatchStep& step) {
 
 /// What a run has to tell beside the table.
 struct Told {
+  std::map<std::string, std::string> Doubts;  // of the curves' points, as the last step left them
   std::vector<std::string> Notes;
   std::vector<std::string> Failed;  // captures, and why; these are among the notes, too
 
@@ -70,6 +73,13 @@ void NoteWhatCameOut(Workspace& ws, const BatchStep& step, const Outcome& outcom
     note(outcome.Remark);
   } else if (outcome.HiddenByMarks) {
     note("marks of an earlier trace cover a part of the curve");
+  }
+  if (outcome.Points > 0 && !ws.inkCheck.Text.empty()) {
+    const std::string& curve = ActiveCurve(ws.curves).Name;
+    if (ws.inkCheck.AnyDoubtful())
+      told.Doubts[curve] = ws.inkCheck.Text;
+    else
+      told.Doubts.erase(curve);
   }
   if (Is<ResampleStep>(step.Do) && !ws.sample.Hint.empty()) note(ws.sample.Hint);
   if (outcome.Area) note("area = " + ShortestText(*outcome.Area));
@@ -100,6 +110,10 @@ void RunStep(Workspace& ws, const BatchStep& step,
     problem = InOurWords(ws, console.Problems.front());
   else if (outcome.Is == Outcome::How::Refused || outcome.Is == Outcome::How::Failed)
     problem = console.Notes.empty() ? outcome.Reason : console.Notes.back();
+  if (const auto* open = std::get_if<OpenStep>(&step.Do);
+      open != nullptr && open->Part.empty() &&
+      problem.find("neither width nor height") != problem.npos)
+    problem += " See --part.";
   // Too few points for a step have a cause of their own.
   if (!problem.empty() && ws.store.CaptureCount == 0 && !told.Failed.empty())
     problem += "; " + told.WhyNoPoints();
@@ -120,13 +134,26 @@ void KnowByName(Workspace& ws, const std::filesystem::path& passing) {
     if (picture.Path.parent_path() == passing) picture.Path = picture.Path.filename();
 }
 
+/// Each row gets what the picture says of its point.
+void AddInk(Workspace& ws, const PointStore& store, ExportCurve& curve) {
+  const InkCheck check = InkCheckOf(ws, store);
+  std::vector<const char*> words(store.Places.size(), nullptr);
+  for (std::size_t i = 0; i < check.Ids.size(); ++i)
+    words[check.Ids[i]] = WordOf(check.Verdicts[i]);
+  for (int i = 1; i <= store.ListCount; ++i)
+    if (store.ListId[i] != 0) curve.Rows[i - 1].Ink = words[store.ListId[i]];
+}
+
 /// All curves, the active one first.
-std::vector<ExportCurve> ListCurves(const Workspace& ws) {
-  std::vector<ExportCurve> curves = {
-      ListCurve(ActiveCurve(ws.curves).Name, ws.store, ws.calibration)};
+std::vector<ExportCurve> ListCurves(Workspace& ws) {
+  std::vector<ExportCurve> curves;
+  const auto add = [&](const std::string& name, const PointStore& store) {
+    curves.push_back(ListCurve(name, store, ws.calibration));
+    AddInk(ws, store, curves.back());
+  };
+  add(ActiveCurve(ws.curves).Name, ws.store);
   for (const Curve& curve : ws.curves.Curves)
-    if (curve.Points != nullptr)
-      curves.push_back(ListCurve(curve.Name, *curve.Points, ws.calibration));
+    if (curve.Points != nullptr) add(curve.Name, *curve.Points);
   return curves;
 }
 
@@ -204,6 +231,11 @@ JobResult RunJob(const std::vector<BatchStep>& steps,
                              : "no points were captured" + (why.empty() ? "" : "; " + why));
     }
     result.Table = MakeTable(ws, options, told.Notes);
+  }
+  for (const auto& [curve, doubt] : told.Doubts) {
+    if (!result.Doubt.empty()) result.Doubt += "; ";
+    if (ws.curves.Curves.size() > 1) result.Doubt += "curve \"" + curve + "\": ";
+    result.Doubt += doubt;
   }
   if (options.KeepPicture) {
     ClearMarks(ws.plot);

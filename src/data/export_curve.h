@@ -15,6 +15,7 @@ struct ExportRow {
   double X = 0, Y = 0;
   RowError Error;
   bool HasY = true;
+  const char* Ink = nullptr;  // what the picture says of the point; null: not asked
 };
 
 /// A curve as a table has it: its list, in the list's order.

@@ -64,6 +64,7 @@ std::string JsonPoints(const ExportCurve& curve, bool errors, const std::string&
     if (errors)
       text += ", \"x_error\": " + (row.HasY ? JsonNumber(row.Error.X) : "null") +
               ", \"y_error\": " + (row.HasY ? JsonNumber(row.Error.Y) : "null");
+    if (row.Ink != nullptr) text += std::string(", \"ink\": \"") + row.Ink + '"';
     text += "}";
     first = false;
   }

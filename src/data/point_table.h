@@ -31,7 +31,8 @@ struct TableSource {
 
 /// The table with picture, axes and units as one JSON object (RFC 8259, UTF-8). Pixel rows count
 /// downward from the top. Points, and units of x and y, stand in the object of one curve, else in
-/// those of "curves", with their names. A value that there is not is null.
+/// those of "curves", with their names. A value that there is not is null; "ink" is what the ink
+/// check says of a point, where it was asked.
 std::string JsonText(const PointTable& table, const AxisCalibration& calibration,
                      const TableSource& source);
 

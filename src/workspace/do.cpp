@@ -1,5 +1,6 @@
 #include "workspace/do.h"
 
+#include <type_traits>
 #include <utility>
 
 #include "workspace/capture_commands.h"
@@ -7,6 +8,7 @@
 #include "workspace/data_commands.h"
 #include "workspace/extraction_commands.h"
 #include "workspace/image_tools_commands.h"
+#include "workspace/ink_check_commands.h"
 #include "workspace/picture_commands.h"
 #include "workspace/plot_mouse.h"
 #include "workspace/point_edit_commands.h"
@@ -88,6 +90,13 @@ bool IsNoted(const Record&, const Outcome& outcome) {
   return outcome.IsDone();
 }
 
+/// Whether the step finds points by itself, so that they are held against the picture.
+template <class Record>
+constexpr bool FindsPoints(const Record&) {
+  return std::is_same_v<Record, TraceStep> || std::is_same_v<Record, ScanStep> ||
+         std::is_same_v<Record, ReadStep>;
+}
+
 }  // namespace
 
 Outcome Do(Workspace& ws, const Desktop& desktop, Step step) {
@@ -98,6 +107,7 @@ Outcome Do(Workspace& ws, const Desktop& desktop, Step step) {
         if (!IsNoted(record, outcome)) return outcome;
         Note(ws, std::move(record));
         NoteWhatStays(ws);
+        if (FindsPoints(record) && outcome.Points > 0) CheckPoints(ws);
         return outcome;
       },
       step);
