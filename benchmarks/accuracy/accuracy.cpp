@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 
+#include "ink_report.h"
 #include "read_report.h"
 #include "run.h"
 #include "speed.h"
@@ -88,7 +89,8 @@ int Report() {
       "%s times the bare reads of its "
       "pixels.\n",
       table.WithTarget(), table.Rows(), table.Missed(), Fixed(TraceTimePerBareReads(), 1).c_str());
-  const int missed = table.Missed() + PrintReadTable() + PrintSymbolTable();
+  const int missed =
+      table.Missed() + PrintReadTable() + PrintSymbolTable() + PrintInkTable();
   return missed == 0 ? 0 : 1;
 }
 

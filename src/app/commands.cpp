@@ -1,6 +1,7 @@
 #include "app/commands.h"
 
 #include "session/project_commands.h"
+#include "workspace/black_white_commands.h"
 #include "workspace/capture_commands.h"
 #include "workspace/data_commands.h"
 #include "workspace/do.h"
@@ -8,6 +9,8 @@
 #include "workspace/extraction_commands.h"
 #include "workspace/help_commands.h"
 #include "workspace/image_tools_commands.h"
+#include "workspace/ink_check_commands.h"
+#include "workspace/next_step.h"
 #include "workspace/options_commands.h"
 #include "workspace/picture_commands.h"
 #include "workspace/plot_mouse.h"
@@ -336,6 +339,11 @@ const MenuEntry kMenus[] = {
      .Tip = "More or fewer points, interpolated at even steps of X",
      .Can = [](const Workspace& ws) { return ws.commands.Resample; },
      .Run = ShowSample},
+    {.Name = "MNU_DATA_CheckInk",
+     .Caption = "Chec&k Points on Picture",
+     .Tip = "Find points that lie on no ink, on the frame or between two strokes",
+     .Can = CanCheckPoints,
+     .Run = [](Workspace& ws, const Desktop&) { CheckPoints(ws); }},
     kSeparator,
     {.Name = "MNU_Data_XY2List",
      .Caption = "&Graphized X Y (Undo)",
@@ -350,6 +358,11 @@ const MenuEntry kMenus[] = {
      .Tip = "Clear the marks on the picture",
      .Can = [](const Workspace& ws) { return CanPress(ws, "refresh"); },
      .Run = [](Workspace& ws, const Desktop& d) { Toolbar_ButtonClick(ws, d, "refresh"); }},
+    {.Name = "MNU_IMAGE_BlackWhite",
+     .Caption = "&Black && White...",
+     .Tip = "Reduce the picture to black and white, and see before what becomes of it",
+     .Can = CanShowImageTools,
+     .Run = [](Workspace& ws, const Desktop&) { ShowBlackWhite(ws); }},
     {.Name = "MNU_IMAGE_ImageTools",
      .Caption = "Image &Tools...",
      .Tip = "Sharpen, scale or turn the picture before points are captured",
@@ -369,6 +382,12 @@ const MenuEntry kMenus[] = {
      .Tip = "Draw the data list over the picture",
      .Run = [](Workspace& ws, const Desktop&) { ToggleOverlay(ws); },
      .Checked = [](const Workspace& ws) { return ws.commands.Overlay; }},
+    {.Is = Kind::Check,
+     .Name = "MNU_OPT_WhatComesNext",
+     .Caption = "&What Comes Next",
+     .Tip = "A line above the picture says what is to be done next",
+     .Run = [](Workspace& ws, const Desktop&) { SwitchNext(ws); },
+     .Checked = IsNextShown},
     kSeparator,
     {.Name = "MNU_OPT_Settings",
      .Caption = "&Settings...",

@@ -16,6 +16,7 @@
 
 #include "app/floating_views.h"
 #include "app/help_window.h"
+#include "app/next_line.h"
 #include "app/picture_area.h"
 #include "app/status_panels.h"
 #include "app/zoom_percent.h"
@@ -25,10 +26,13 @@
 #include "data/data_list_panel.h"
 #include "raster/plot_view.h"
 #include "session/project_commands.h"
+#include "tracing/ink_check_panel.h"
 #include "tracing/tracer_panel.h"
 #include "widgets/plot_cursor.h"
 #include "widgets/show.h"
 #include "workspace/capture_commands.h"
+#include "workspace/ink_check_commands.h"
+#include "workspace/next_step.h"
 #include "workspace/overlay.h"
 #include "workspace/picture_commands.h"
 #include "workspace/preview_commands.h"
@@ -139,6 +143,7 @@ void MainWindow::Do(const Step& step) {
 }
 
 void MainWindow::Commit() {
+  DropOldInkCheck(ws_);
   RunCommand(ws_, desktop_->Callbacks(), [&] { journal_.KeepPicture(ws_, desktop_->Callbacks()); });
   history_.Commit(ws_);
   const DocumentDelta delta = history_.TakeDelta();
@@ -155,12 +160,16 @@ void MainWindow::Note(const std::function<void(Workspace&)>& change) {
 void MainWindow::Render() {
   RenderPicture();
   axisPanel_->Render(ws_.axisPanel, ws_.calibration);
-  tracerPanel_->Render(ws_.tracer, ws_.blockSize);
+  tracerPanel_->Render(ws_.tracer, ws_.settings, ws_.blockSize);
   readingPanel_->Render(ws_.reading, CanTakeReading(ws_), HasReading(ws_));
   readOut_->Render(ws_.readOut);
   curvePanel_->Render();
+  const bool checkWasHidden = inkCheck_->isHidden();
+  inkCheck_->Render(ws_.inkCheck.Text, CanRemoveDoubtful(ws_), IsDoubtfulShown(ws_));
   dataList_->Render(ws_.store, ws_.formats, ws_.settings.DecimalPoint);
-  status_->Render(ws_.status, ws_.store.NPoints);
+  nextLine_->Render(NextStepOf(ws_), IsNextShown(ws_));
+  status_->Render(ws_.status, ws_.store.NPoints, IsNextShown(ws_));
+  if (inkCheck_->isHidden() != checkWasHidden) PlaceFloatingViews();
   RenderModeFrame();
   RenderActions();
   RenderFrame();

@@ -26,6 +26,8 @@ namespace graphize {
 class AxisPanelWidget;
 class CurvePanel;
 class DataListPanel;
+class InkCheckPanel;
+class NextLine;
 class FormDialog;
 class FloatingViews;
 class HelpWindow;
@@ -96,6 +98,7 @@ class MainWindow : public QMainWindow {
   /// a control that the Tab key has led to.
   bool TakeSpace(QObject* watched, QEvent* event);
   void ConnectReading();
+  void ConnectInkCheck();
   void FitSidePanel();
   void FinishStart();
   void PlaceFloatingViews();
@@ -107,6 +110,7 @@ class MainWindow : public QMainWindow {
   FormDialog* MakeOptionsForm();
   FormDialog* MakeImageToolsForm();
   FormDialog* MakeExportForm();
+  FormDialog* MakeBlackWhiteForm();
   FormDialog* MakeAboutForm();
   FormDialog* MakeSelectSourceForm();
   FormDialog* MakeScanForm();
@@ -181,7 +185,9 @@ class MainWindow : public QMainWindow {
   QTimer* readAgain_ = nullptr;
   ReadOutPanel* readOut_ = nullptr;
   CurvePanel* curvePanel_ = nullptr;
+  InkCheckPanel* inkCheck_ = nullptr;
   DataListPanel* dataList_ = nullptr;
+  NextLine* nextLine_ = nullptr;
   std::unique_ptr<StatusPanels> status_;
   Form formShown_ = Form::None;
   FormDialog* form_ = nullptr;

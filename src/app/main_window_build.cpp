@@ -15,6 +15,7 @@
 #include "app/floating_views.h"
 #include "app/icons.h"
 #include "app/main_window.h"
+#include "app/next_line.h"
 #include "app/picture_area.h"
 #include "app/recovery_bar.h"
 #include "app/status_panels.h"
@@ -27,11 +28,14 @@
 #include "raster/plot_view.h"
 #include "raster/zoom_view.h"
 #include "settings/recent_files.h"
+#include "tracing/ink_check_panel.h"
 #include "tracing/tracer_panel.h"
 #include "widgets/show.h"
 #include "workspace/capture_commands.h"
 #include "workspace/data_commands.h"
 #include "workspace/extraction_commands.h"
+#include "workspace/ink_check_commands.h"
+#include "workspace/options_commands.h"
 #include "workspace/overlay.h"
 #include "workspace/plot_mouse.h"
 #include "workspace/reading_panel.h"
@@ -170,7 +174,7 @@ void MainWindow::BuildCentre() {
   grid->setContentsMargins(4, 4, 4, 0);
   grid->setSpacing(0);
 
-  grid->addWidget(BuildSidePanel(), 0, 0, 3, 1);
+  grid->addWidget(BuildSidePanel(), 0, 0, 4, 1);
   grid->setColumnMinimumWidth(1, 4);
 
   pictureArea_ = new PictureArea;
@@ -184,12 +188,14 @@ void MainWindow::BuildCentre() {
   vertical_ = Named(new QScrollBar(Qt::Vertical), "VpScroll", tr("Scroll the picture down"));
   recoveryBar_ = new RecoveryBar;
   zoomPercent_ = new ZoomPercent;
+  nextLine_ = new NextLine;
   grid->addWidget(recoveryBar_, 0, 2, 1, 2);
-  grid->addWidget(pictureArea_, 1, 2);
-  grid->addWidget(vertical_, 1, 3);
-  grid->addWidget(horizontal_, 2, 2);
+  grid->addWidget(nextLine_, 1, 2, 1, 2);
+  grid->addWidget(pictureArea_, 2, 2);
+  grid->addWidget(vertical_, 2, 3);
+  grid->addWidget(horizontal_, 3, 2);
   grid->setColumnStretch(2, 1);
-  grid->setRowStretch(1, 1);
+  grid->setRowStretch(2, 1);
   setCentralWidget(centre);
 }
 
@@ -200,7 +206,8 @@ QWidget* MainWindow::BuildSidePanel() {
   readOut_ = new ReadOutPanel;
   curvePanel_ = new CurvePanel(ws_.curves);
   curvePanel_->SetIcons(ToolIcon("newcurve"), ToolIcon("renamecurve"), ToolIcon("deletecurve"));
-  dataList_ = new DataListPanel(curvePanel_);
+  inkCheck_ = new InkCheckPanel;
+  dataList_ = new DataListPanel(curvePanel_, inkCheck_);
   axisPanel_ = new AxisPanelWidget;
   tracerPanel_ = new TracerPanel(Workspace::kLargestBlock);
   readingPanel_ = new ReadingPanel;
@@ -292,11 +299,17 @@ void MainWindow::ConnectPanels() {
           change([](Workspace& ws, bool on) { ws.tracer.Above.Checked = on; }));
   connect(tracerPanel_, &TracerPanel::BelowSwitched, this,
           change([](Workspace& ws, bool on) { ws.tracer.Below.Checked = on; }));
+  connect(tracerPanel_, &TracerPanel::InsideAxesSwitched, this,
+          change([](Workspace& ws, bool on) { ws.tracer.InsideAxes = on; }));
+  connect(tracerPanel_, &TracerPanel::TraceTypeChosen, this, change(ChooseTraceType));
+  connect(tracerPanel_, &TracerPanel::SnapChosen, this, change(ChooseSnap));
+  connect(tracerPanel_, &TracerPanel::ThresholdChosen, this, change(ChooseThreshold));
   connect(tracerPanel_, &TracerPanel::BlockSizeChosen, this,
           change([](Workspace& ws, int size) { ws.blockSize = size; }));
 
   ConnectCurves();
   ConnectReading();
+  ConnectInkCheck();
   connect(dataList_, &DataListPanel::LinePressed, this, [this](int line, bool shift) {
     Do([=](Workspace& ws, const Desktop& desktop) {
       PressListLine(ws, line, shift);
@@ -312,6 +325,12 @@ void MainWindow::ConnectPanels() {
   connect(dataList_, &DataListPanel::Scrolled, this, [this](int value) {
     Do([=](Workspace& ws, const Desktop&) { ScrollList(ws, value); }, false);
   });
+}
+
+void MainWindow::ConnectInkCheck() {
+  connect(inkCheck_, &InkCheckPanel::ShowPressed, this,
+          [this] { Do([](Workspace& ws, const Desktop&) { ShowDoubtful(ws); }); });
+  connect(inkCheck_, &InkCheckPanel::RemovePressed, this, [this] { Do(RemoveDoubtful); });
 }
 
 void MainWindow::ConnectCurves() {

@@ -52,6 +52,9 @@ void MainWindow::RenderForm() {
       case Form::Export:
         form_ = MakeExportForm();
         break;
+      case Form::BlackWhite:
+        form_ = MakeBlackWhiteForm();
+        break;
     }
     if (form_ != nullptr) {
       renderForm_();

@@ -328,6 +328,12 @@ std::string QtDesktop::Prompt(const TextPrompt& prompt) {
   dialog.setInputMode(QInputDialog::TextInput);
   dialog.setWindowTitle(ToQString(prompt.Caption));
   dialog.setLabelText(ToQString(prompt.Prompt));
+  QStringList choices;
+  for (const std::string& choice : prompt.Choices) choices << ToQString(choice);
+  if (!choices.isEmpty()) {
+    dialog.setComboBoxItems(choices);
+    dialog.setComboBoxEditable(true);
+  }
   dialog.setTextValue(ToQString(prompt.Default));
   dialog.resize(360, dialog.sizeHint().height());
   return dialog.exec() == QDialog::Accepted ? dialog.textValue().toStdString() : std::string();

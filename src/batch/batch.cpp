@@ -34,6 +34,7 @@ RunOptions ReadRunOptions(const CommandLine& line) {
   options.Force = line.Has("force");
   options.Quiet = line.Has("quiet");
   options.Table.Format = TableFormatOf(line).value_or(TableFormat::Dat);
+  options.Table.Strict = line.Has("strict");
   if (const GivenOption* jobs = line.Find("jobs")) {
     const auto number = IntegerText(jobs->Value, 1, 1024);
     if (!number)

@@ -24,6 +24,7 @@ constexpr Options kOutputOptions = {
      "curve was read, else the size of a pixel; that\n"
      "everywhere with =pixel",
      false, "pixel"},
+    {"strict", 0, nullptr, kOutput, "status 1 when points lie on no ink, or are doubtful else"},
     {"force", 'f', nullptr, kOutput, "replace files that exist"},
     {"jobs", 'j', "N", kOutput, "pictures in work at a time; one for each core"},
     {"quiet", 'q', nullptr, kOutput, "no progress and no notes, errors only"},
@@ -58,6 +59,9 @@ constexpr Options kAxisOptions = {
 constexpr const char* kTools = "Picture, changed in the order of the options";
 constexpr Options kToolOptions = {
     {"damaged", 0, nullptr, kTools, "take what can be read of a damaged file"},
+    {"part", 0, "half|quarter|L,T,W,H", kTools,
+     "open a picture with a side above 32767 pixels at a\n"
+     "half or a quarter, or the part at column L, row T"},
     {"black-white", 0, nullptr, kTools, "reduce to black and white: tracers see black only"},
     {"threshold", 0, "auto|local|N", kTools,
      "the same; black is what is darker than N, which is\n"
@@ -117,6 +121,7 @@ constexpr Options kPointOptions = {
     {"scan", 0, "LEFT,TOP,RIGHT,BOTTOM", kPoints, "all black pixels in the rectangle", true},
     {"x-increment", 0, "N", kPoints, "columns to look ahead, or of a scan's step (2)"},
     {"y-increment", 0, "N", kPoints, "rows to step over (3), or of a scan's step (2)"},
+    {"inside-axes", 0, nullptr, kPoints, "traces and scans end at the frame, or at the axes"},
     {"point", 0, "COL,ROW", kPoints, "one point", true},
     {"curve", 0, "NAME", kPoints,
      "what is captured from here on is a curve of this\n"

@@ -36,7 +36,9 @@ class Maker {
   explicit Maker(const CommandLine& line) : line_(line) {}
 
   std::vector<BatchStep> Make() {
-    Add(OpenStep{.Damaged = line_.Has("damaged")}, "");
+    const GivenOption* part = line_.Find("part");
+    Add(OpenStep{.Damaged = line_.Has("damaged"), .Part = part != nullptr ? part->Value : ""},
+        part != nullptr ? part->Name() : "");
     for (const GivenOption& option : line_.Options) MakeTool(option);
     MakeSettings();
     MakeFormat();
@@ -131,6 +133,7 @@ class Maker {
         Set(point, on ? "on" : "off", emit->Name());
       }
     }
+    if (line_.Has("inside-axes")) Set("inside-axes", "on", "--inside-axes");
     if (const GivenOption* errors = line_.Find("errors"))
       Set("errors", errors->Value.empty() ? "on" : errors->Value, errors->Name());
   }

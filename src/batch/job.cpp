@@ -1,6 +1,7 @@
 #include "batch/job.h"
 
 #include <algorithm>
+#include <map>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -14,6 +15,7 @@
 #include "raster/black_white.h"
 #include "session/project_file.h"
 #include "workspace/export_points.h"
+#include "workspace/ink_check_commands.h"
 #include "workspace/replay.h"
 #include "workspace/run_command.h"
 #include "workspace/save_points.h"
@@ -49,6 +51,7 @@ std::string WhyNothing(Workspace& ws, const BatchStep& step) {
 
 /// What a run has to tell beside the table.
 struct Told {
+  std::map<std::string, std::string> Doubts;  // of the curves' points, as the last step left them
   std::vector<std::string> Notes;
   std::vector<std::string> Failed;  // captures, and why; these are among the notes, too
 
@@ -71,6 +74,13 @@ void NoteWhatCameOut(Workspace& ws, const BatchStep& step, const Outcome& outcom
     note(outcome.Remark);
   } else if (outcome.HiddenByMarks) {
     note("marks of an earlier trace cover a part of the curve");
+  }
+  if (outcome.Points > 0 && !ws.inkCheck.Text.empty()) {
+    const std::string& curve = ActiveCurve(ws.curves).Name;
+    if (ws.inkCheck.AnyDoubtful())
+      told.Doubts[curve] = ws.inkCheck.Text;
+    else
+      told.Doubts.erase(curve);
   }
   if (Is<ResampleStep>(step.Do) && !ws.sample.Hint.empty()) note(ws.sample.Hint);
   if (outcome.Area) note("area = " + ShortestText(*outcome.Area));
@@ -101,6 +111,10 @@ void RunStep(Workspace& ws, const BatchStep& step,
     problem = InOurWords(ws, console.Problems.front());
   else if (outcome.Is == Outcome::How::Refused || outcome.Is == Outcome::How::Failed)
     problem = console.Notes.empty() ? outcome.Reason : console.Notes.back();
+  if (const auto* open = std::get_if<OpenStep>(&step.Do);
+      open != nullptr && open->Part.empty() &&
+      problem.find("neither width nor height") != problem.npos)
+    problem += " See --part.";
   // Too few points for a step have a cause of their own.
   if (!problem.empty() && ws.store.CaptureCount == 0 && !told.Failed.empty())
     problem += "; " + told.WhyNoPoints();
@@ -119,6 +133,25 @@ void KnowByName(Workspace& ws, const std::filesystem::path& passing) {
   }
   for (RecipePicture& picture : ws.recipe.Pictures)
     if (picture.Path.parent_path() == passing) picture.Path = picture.Path.filename();
+}
+
+/// Each row gets what the picture says of its point.
+void AddInk(Workspace& ws, std::vector<ExportCurve>& curves) {
+  for (int i = 0; i < static_cast<int>(ws.curves.Curves.size()); ++i) {
+    const auto curve =
+        std::find_if(curves.begin(), curves.end(), [&](const ExportCurve& exported) {
+          return exported.Name == ws.curves.Curves[static_cast<std::size_t>(i)].Name;
+        });
+    if (curve == curves.end()) continue;
+    const PointStore& store = PointsOf(ws.curves, ws.store, i);
+    const InkCheck check = InkCheckOf(ws, store);
+    std::vector<const char*> words(store.Places.size(), nullptr);
+    for (std::size_t k = 0; k < check.Ids.size(); ++k)
+      words[check.Ids[k]] = WordOf(check.Verdicts[k]);
+    for (int row = 1; row <= store.ListCount; ++row)
+      if (store.ListId[row] != 0)
+        curve->Rows[static_cast<std::size_t>(row - 1)].Ink = words[store.ListId[row]];
+  }
 }
 
 bool HasRows(const Workspace& ws, TableFormat format) {
@@ -150,6 +183,7 @@ std::string MakeTable(Workspace& ws, const JobOptions& options, bool saved,
                      .Errors = wanted || json,
                      .PixelErrors = kind == ErrorKind::Pixel,
                      .Curves = ExportCurves(ws)};
+    if (json) AddInk(ws, ws.exportForm.Curves);
     const Console console;
     return ExportText(ws, console.Callbacks()).value_or("");
   }
@@ -205,6 +239,11 @@ JobResult RunJob(const std::vector<BatchStep>& steps,
                              : "no points were captured" + (why.empty() ? "" : "; " + why));
     }
     result.Table = MakeTable(ws, options, saved, told.Notes);
+  }
+  for (const auto& [curve, doubt] : told.Doubts) {
+    if (!result.Doubt.empty()) result.Doubt += "; ";
+    if (ws.curves.Curves.size() > 1) result.Doubt += "curve \"" + curve + "\": ";
+    result.Doubt += doubt;
   }
   if (options.KeepPicture) {
     ClearMarks(ws.plot);

@@ -25,12 +25,14 @@ struct JobOptions {
   bool PointsExpected = false;  // a table without points is an error even where a step saves it
   bool PictureOnly = false;     // no table
   bool KeepPicture = false;
+  bool Strict = false;            // points that the picture does not bear out are an error
   std::filesystem::path Passing;  // pictures in this folder go after the run; empty: there is none
 };
 
 struct JobResult {
   std::string Table;               // the file's content
   Raster Picture;                  // as the steps leave it, without marks
+  std::string Doubt;               // points that the picture does not bear out; empty: none
   std::vector<std::string> Notes;  // what else there is to tell, such as sums
 };
 

@@ -18,6 +18,7 @@ struct ExportRow {
   RowError Standard;  // uncertainties, where the row has them
   bool HasStandard = false, IsBridged = false;
   bool HasY = true;
+  const char* Ink = nullptr;  // what the picture says of the point; null: not asked
 };
 
 /// A curve as a table has it: its list, in the list's order.

@@ -89,6 +89,7 @@ std::string JsonPoints(const ExportCurve& curve, Errors errors, const std::strin
       add("y_pixel", row.Error.Y);
       if (row.IsBridged) text += ", \"bridged\": true";
     }
+    if (row.Ink != nullptr) text += std::string(", \"ink\": \"") + row.Ink + '"';
     text += "}";
     first = false;
   }

@@ -34,7 +34,8 @@ struct TableSource {
 /// downward from the top. Points, and units of x and y, stand in the object of one curve, else in
 /// those of "curves", with their names. A value that there is not is null. Where standard
 /// uncertainties are written, the size of one pixel stands beside them as "x_pixel" and "y_pixel",
-/// and points that the stroke was not seen at are "bridged".
+/// and points that the stroke was not seen at are "bridged". "ink" is what the ink check says of
+/// a point, where it was asked.
 std::string JsonText(const PointTable& table, const AxisCalibration& calibration,
                      const TableSource& source);
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <tuple>
 
 namespace graphize {
 
@@ -144,21 +143,6 @@ void TakeOut(const std::vector<std::optional<LineBin>>& lines, const Profile& pr
 
 }  // namespace
 
-AxesFrame FrameOf(const AxisCalibration& calibration, int width, int height) {
-  AxesFrame frame{.Right = width - 1.0, .Bottom = height - 1.0};
-  if (!calibration.IsComplete()) return frame;
-  const auto x = [&](int i) { return static_cast<double>(calibration.PixelX[i]); };
-  const auto y = [&](int i) { return static_cast<double>(height - calibration.PixelY[i]); };
-  double dx = x(1) - x(0), dy = y(1) - y(0);
-  if (dx < 0) dx = -dx, dy = -dy;
-  const double length = std::hypot(dx, dy);
-  frame.Cos = dx / length;
-  frame.Sin = dy / length;
-  std::tie(frame.Left, frame.Right) = std::minmax({frame.U(x(0), y(0)), frame.U(x(1), y(1))});
-  std::tie(frame.Top, frame.Bottom) = std::minmax({frame.V(x(0), y(0)), frame.V(x(2), y(2))});
-  return frame;
-}
-
 std::vector<PlotLine> TakeOutLines(InkMap& map, const AxesFrame& frame, double x, double y,
                                    const PictureOperation& operation) {
   std::vector<PlotLine> found;
@@ -181,9 +165,8 @@ std::vector<PlotLine> TakeOutLines(InkMap& map, const AxesFrame& frame, double x
       for (int beyond = 2; beyond <= 26; ++beyond) {
         const double along = offset + towards * beyond, across = line.Offset;
         const double u = isLevel ? across : along, v = isLevel ? along : across;
-        const double px = u * frame.Cos - v * frame.Sin, py = u * frame.Sin + v * frame.Cos;
-        const double share =
-            map.Share(static_cast<int>(std::lround(px)), static_cast<int>(std::lround(py)));
+        const double share = map.Share(static_cast<int>(std::lround(frame.X(u, v))),
+                                       static_cast<int>(std::lround(frame.Y(u, v))));
         without += share < 0.3 ? 1 : 0;
       }
       return without <= 2;

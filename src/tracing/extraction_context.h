@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "calibration/axis_calibration.h"
@@ -11,6 +12,7 @@
 #include "raster/plot_image.h"
 #include "raster/viewport.h"
 #include "settings/settings.h"
+#include "tracing/plot_box.h"
 #include "tracing/tracer_control.h"
 
 namespace graphize {
@@ -40,6 +42,10 @@ bool HasValues(const ExtractionContext& context);
 void MoveCursor(const ExtractionContext& context, float x, float y);
 /// Shows where the operation is, cursor and count, and lets pending events run.
 void PumpProgress(const ExtractionContext& context);
+/// What is looked at with "Inside the axes only" and complete axes.
+std::optional<PlotBox> BoxToStayIn(const ExtractionContext& context);
+inline constexpr const char* kOnlyInside =
+    "This lies outside of the axes, and \"Inside the axes only\" is checked";
 /// "1 point", "12 points".
 std::string PointCount(long long points);
 /// The end of an operation: read-out and data list show the newest.

@@ -74,6 +74,9 @@ std::string ResultText(const RunningTrace& trace, bool hidden) {
   points += trace.Adds ? " captured" : " marked";
   if (hidden) points += kHiddenToo;
   if (trace.Stopped) return "Stopped: " + points;
+  if (trace.OnCurve == 0 && trace.Ink.Inside &&
+      !trace.Ink.Inside->Contains(trace.StartColumn, trace.StartRow))
+    return kOnlyInside;
   if (trace.OnCurve == 0) return "No curve here: the tracers follow only black pixels";
   if (!trace.Center && !trace.Above && !trace.Below)
     return "Nothing to capture: no point of the curve is checked";
@@ -84,6 +87,7 @@ std::string ResultText(const RunningTrace& trace, bool hidden) {
 
 RunningTrace::RunningTrace(const ExtractionContext& context, float x, float y)
     : Context(context),
+      Ink{context.Image, BoxToStayIn(context)},
       XIncrement(IncrementAtLeast(context.Control.Xrange, 0)),
       YIncrement(IncrementAtLeast(context.Control.Yrange, 0)),
       Center(context.Control.Center.Checked),

@@ -9,6 +9,7 @@
 #include "workspace/extraction_commands.h"
 #include "workspace/find_commands.h"
 #include "workspace/image_tools_commands.h"
+#include "workspace/ink_check_commands.h"
 #include "workspace/ink_commands.h"
 #include "workspace/picture_commands.h"
 #include "workspace/plot_mouse.h"
@@ -106,6 +107,13 @@ bool IsNoted(const Record&, const Outcome& outcome) {
   return outcome.IsDone();
 }
 
+/// Whether the step finds points by itself, so that they are held against the picture.
+template <class Record>
+constexpr bool FindsPoints(const Record&) {
+  return std::is_same_v<Record, TraceStep> || std::is_same_v<Record, ScanStep> ||
+         std::is_same_v<Record, ReadStep>;
+}
+
 }  // namespace
 
 Outcome Do(Workspace& ws, const Desktop& desktop, Step step) {
@@ -118,6 +126,7 @@ Outcome Do(Workspace& ws, const Desktop& desktop, Step step) {
         ShowWorkedOn<std::remove_reference_t<decltype(record)>>(ws, points);
         Note(ws, std::move(record));
         NoteWhatStays(ws);
+        if (FindsPoints(record) && outcome.Points > 0) CheckPoints(ws);
         return outcome;
       },
       step);

@@ -17,6 +17,7 @@
 #include "workspace/capture_commands.h"
 #include "workspace/do.h"
 #include "workspace/picture_map.h"
+#include "workspace/picture_part.h"
 #include "workspace/plot_mouse.h"
 #include "workspace/shown_picture.h"
 #include "workspace/toolbar.h"
@@ -50,20 +51,39 @@ bool AcceptsDamage(const Desktop& desktop, const std::filesystem::path& path,
 }
 
 /// Offers the reduction to black and white of a picture that has other colours, before it is shown;
-/// `reduce` is the answer where it is known already. True when it was reduced.
-bool OfferBlackAndWhite(Workspace& ws, const Desktop& desktop, Raster& picture,
-                        std::optional<bool> reduce) {
-  if (IsBlackAndWhite(picture)) return false;
-  if (!reduce)
-    reduce = AskYesNo(desktop,
-                      "Image is not Black & White !\r\nAuto-Trace works best on BW "
-                      "images\r\n\r\nDo you want to reduce colors to BW ?");
+/// the step has the answer, or gets it when it asks.
+template <class Step>
+void OfferBlackAndWhite(Workspace& ws, const Desktop& desktop, Raster& picture, Step& step) {
+  if (IsBlackAndWhite(picture)) return void(step.BlackAndWhite = false);
+  if (step.Ask) {
+    step.BlackAndWhite = AskYesNo(desktop,
+                                  "Image is not Black & White !\r\nAuto-Trace works best on BW "
+                                  "images\r\n\r\nDo you want to reduce colors to BW ?");
+    step.Threshold = ws.settings.Threshold;
+  }
   desktop.ShowNow();
-  if (!*reduce) return false;
+  if (!step.BlackAndWhite) return;
   ws.status.Status = "Reducing color depth...";
   desktop.ShowNow();
-  ReduceToBlackAndWhite(picture);
-  return true;
+  ReduceToBlackAndWhite(picture, ThresholdOf(step.Threshold));
+}
+
+/// Of a picture that is too long, the part that the step names, or gets when it asks. False after
+/// Cancel or Escape.
+template <class Step>
+bool FitToPositions(Workspace& ws, const Desktop& desktop, const std::filesystem::path& path,
+                    Raster& picture, Step& step) {
+  if (step.Part.empty() && !IsTooLong(picture.Width(), picture.Height())) return true;
+  if (step.Ask && step.Part.empty())
+    step.Part = AskForPart(desktop, path.filename().string(), picture.Width(), picture.Height());
+  else if (step.Part.empty())
+    throw RunTimeError(SizeRefusal(picture.Width(), picture.Height()));
+  if (step.Part.empty()) return false;
+  if (const std::string fault = PartFault(step.Part, picture.Width(), picture.Height());
+      !fault.empty())
+    throw RunTimeError(fault);
+  ws.status.Status = "Loading File ...";
+  return TakePart(picture, step.Part, ShowProgress(ws, desktop));
 }
 
 /// The file's picture as an OpenStep or a ReloadStep wants it, which then says what was wrong with
@@ -102,8 +122,14 @@ std::optional<LoadedPicture> Decode(Workspace& ws, const Desktop& desktop,
     return {};
   }
   step.Damaged = isDamaged;
-  step.BlackAndWhite = OfferBlackAndWhite(
-      ws, desktop, loaded->Picture, step.Ask ? std::nullopt : std::optional(step.BlackAndWhite));
+  const bool fits = FitToPositions(ws, desktop, path, loaded->Picture, step);
+  ws.status.ProgressVisible = false;
+  if (!fits) {
+    ws.status.Status = " ";
+    ShowPictureCaption(ws);
+    return {};
+  }
+  OfferBlackAndWhite(ws, desktop, loaded->Picture, step);
   return loaded;
 }
 

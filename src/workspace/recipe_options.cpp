@@ -115,6 +115,10 @@ constexpr RecipeOption kOptions[] = {
     {"center", ReadChecked<&T::Center>, TakeChecked<&T::Center>},
     {"above", ReadChecked<&T::Above>, TakeChecked<&T::Above>},
     {"below", ReadChecked<&T::Below>, TakeChecked<&T::Below>},
+    {"inside-axes", [](const Workspace& ws) { return OnOff(ws.tracer.InsideAxes); },
+     [](Workspace& ws, const std::string& value) {
+       return TakeOnOff(value, ws.tracer.InsideAxes);
+     }},
     {"trace-color", ReadNumber<&S::TraceColor>, TakeNumber<&S::TraceColor, kLeast, kMost>},
     {"block-color", ReadNumber<&S::BlockColor>, TakeNumber<&S::BlockColor, kLeast, kMost>},
     {"x-digits", ReadNumber<&S::XDigits>, TakeNumber<&S::XDigits, 1, kMaxPlaces>},

@@ -13,6 +13,7 @@
 #include "data/sort.h"
 #include "grid/grid_lines.h"
 #include "image_tools/picture_tools.h"
+#include "raster/black_white.h"
 #include "reading/density.h"
 #include "reading/find_symbols.h"
 #include "reading/ink_threshold.h"
@@ -45,6 +46,8 @@ struct OpenStep {
   int Picture = 1;  // number in the recipe, from 1
   bool Damaged = false;
   bool BlackAndWhite = false;
+  int Threshold = kMiddleLevel;  // of the reduction
+  std::string Part;  // what is taken of a picture that is too long (workspace/picture_part.h)
   // Not part of the text:
   std::filesystem::path Path;             // the file to read
   std::shared_ptr<PictureInHand> InHand;  // or the picture itself, which is taken
@@ -54,6 +57,8 @@ struct ReloadStep {
   static constexpr const char* Name = "reload";
   bool Damaged = false;
   bool BlackAndWhite = false;
+  int Threshold = kMiddleLevel;
+  std::string Part;
   bool Ask = false;  // not part of the text
 };
 

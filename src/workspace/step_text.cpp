@@ -196,15 +196,24 @@ void Fields(Io& io, Interruptions& went) {
 }
 
 template <class Io>
+void FileFields(Io& io, auto& step) {
+  io.Flag(step.Damaged, "damaged");
+  bool isPart = !step.Part.empty();
+  io.Flag(isPart, "part");
+  if (isPart) io.Word(step.Part);
+  io.Flag(step.BlackAndWhite, "black-and-white");
+  bool isOther = step.BlackAndWhite && step.Threshold != kMiddleLevel;
+  io.Flag(isOther, "threshold");
+  if (isOther) io.Integer(step.Threshold, 1, 255);
+}
+template <class Io>
 void Fields(Io& io, OpenStep& step) {
   io.Integer(step.Picture, 1, std::numeric_limits<int>::max());
-  io.Flag(step.Damaged, "damaged");
-  io.Flag(step.BlackAndWhite, "black-and-white");
+  FileFields(io, step);
 }
 template <class Io>
 void Fields(Io& io, ReloadStep& step) {
-  io.Flag(step.Damaged, "damaged");
-  io.Flag(step.BlackAndWhite, "black-and-white");
+  FileFields(io, step);
 }
 template <class Io>
 void Fields(Io& io, SetStep& step) {

@@ -19,6 +19,7 @@
 #include "desktop/command_states.h"
 #include "desktop/status_bar.h"
 #include "image_tools/image_tools.h"
+#include "raster/black_white_form.h"
 #include "raster/plot_image.h"
 #include "raster/viewport.h"
 #include "scanner/scan_form.h"
@@ -28,6 +29,7 @@
 #include "settings/settings.h"
 #include "settings/window_placement.h"
 #include "tracing/blockers.h"
+#include "tracing/ink_check.h"
 #include "tracing/pen.h"
 #include "tracing/scan.h"
 #include "tracing/tracer_control.h"
@@ -108,7 +110,7 @@ struct UndoNames {
 };
 
 /// The modal window that is open over the main window.
-enum class Form { None, Integrate, Sample, Options, About, SelectSource, Scan, ImageTools, Export };
+enum class Form { None, Integrate, Sample, Options, About, SelectSource, Scan, ImageTools, Export, BlackWhite };
 
 /// The scanner that is used.
 struct Scanner {
@@ -149,6 +151,7 @@ struct Workspace {
   std::string dataFileTitle;  // and its title line
 
   TracerControl tracer;
+  InkCheck inkCheck;
   ScanRectangle scanRectangle;
   BlockerList blockers;
   Pen pen;
@@ -171,6 +174,7 @@ struct Workspace {
   AboutForm about;
   ImageToolsForm imageTools;
   ExportForm exportForm;
+  BlackWhiteForm blackWhite;
 
   HelpRequest help;
   SourceForm source;

@@ -138,7 +138,7 @@ TEST_F(Controls, WhatALongOperationSaysIsReadableOnItsProgressBar) {
   const auto* progress = bar.findChild<QProgressBar*>(QStringLiteral("ProgressBar1"));
   StatusBar status{
       .Status = "Removing grid lines please wait...", .ProgressVisible = true, .ProgressValue = 42};
-  panels.Render(status, 0);
+  panels.Render(status, 0, false);
   EXPECT_TRUE(progress->isVisible());
   EXPECT_TRUE(progress->isTextVisible());
   EXPECT_EQ(progress->text(), "Removing grid lines please wait...  42%");
@@ -150,7 +150,7 @@ TEST_F(Controls, WhatALongOperationSaysIsReadableOnItsProgressBar) {
   } cases[] = {{" ", "42%"}, {"100%p of %v", "100%p of %v"}, {std::string(300, 'x'), "xxx"}};
   for (const auto& c : cases) {
     status.Status = c.Status;
-    panels.Render(status, 0);
+    panels.Render(status, 0, false);
     EXPECT_TRUE(progress->text().startsWith(c.Start)) << c.Status;
     EXPECT_TRUE(progress->text().endsWith("42%")) << c.Status;
     EXPECT_LE(progress->fontMetrics().horizontalAdvance(progress->text()), progress->width());

@@ -380,6 +380,66 @@ TEST_F(Batch, PicturesAreChangedFirstAndCanBeWritten) {
   EXPECT_FALSE(std::filesystem::exists(folder / "q.bmp"));
 }
 
+TEST_F(Batch, PointsThatThePictureDoesNotBearOutAreTold) {
+  const Words good = OnPendulum({"--trace", "76,58", "-o", "-", "--format", "json", "--strict"});
+  ASSERT_EQ(Run(good), 0) << err.str();
+  EXPECT_EQ(err.str(), "");
+  const nlohmann::json clean = nlohmann::json::parse(out.str());
+  for (const auto& point : clean["points"]) EXPECT_EQ(point["ink"], "ink") << point;
+  // The rows that are stepped over reach the frame.
+  Words bad = OnPendulum({"--trace", "76,58", "--y-increment", "300", "-o", "-", "--format=json"});
+  ASSERT_EQ(Run(bad), 0);
+  EXPECT_TRUE(IsTold(" not on ink"));
+  int doubtful = 0;
+  const nlohmann::json table = nlohmann::json::parse(out.str());
+  for (const auto& point : table["points"]) doubtful += point["ink"] == "none" ? 1 : 0;
+  EXPECT_GT(doubtful, 400);
+  EXPECT_TRUE(IsTold(": " + std::to_string(doubtful) + " not on ink"));
+  bad.emplace_back("--strict");
+  EXPECT_EQ(Run(bad), 1);
+  EXPECT_TRUE(IsTold("some are doubtful: "));
+  EXPECT_NE(out.str(), "") << "they are written all the same";
+
+  // The curve alone, from axis to axis.
+  const auto rows = [&](Words options) {
+    EXPECT_EQ(Run(OnPendulum(std::move(options))), 0) << err.str();
+    return std::ranges::count(out.str(), '\n');
+  };
+  const auto all = rows({"--scan=30,20,630,470", "-o-"});
+  EXPECT_LT(rows({"--scan=30,20,630,470", "--inside-axes", "-o-"}), all);
+}
+
+TEST_F(Batch, APictureThatIsTooLongIsOpenedInPart) {
+  Raster strip = Raster::Filled(40000, 24, kWhitePixel);
+  for (int x = 0; x < strip.Width(); ++x) strip.Row(12)[x] = strip.Row(13)[x] = kBlackPixel;
+  std::int16_t format = 0, option = 0;
+  GetFileFormat("strip.png", format, option);
+  SavePicture(folder / "strip.png", format, option, strip);
+  const auto size = [&](Words options) {
+    options.insert(options.begin(), {"digitize", At("strip.png")});
+    options.insert(options.end(), {"-f", "--save-picture", At("part.bmp")});
+    if (Run(options) != 0) return std::pair(0, 0);
+    const Raster part = std::move(LoadPicture(folder / "part.bmp")->Picture);
+    EXPECT_TRUE(IsBlackPixel(part.Row(part.Height() / 2)[part.Width() / 2]));
+    return std::pair(part.Width(), part.Height());
+  };
+  EXPECT_EQ(size({}), std::pair(0, 0));
+  EXPECT_TRUE(IsTold("40000 x 24 pixels, and neither width nor height may be more than 32767"));
+  EXPECT_TRUE(IsTold("--part"));
+  EXPECT_EQ(size({"--part=half"}), std::pair(20000, 12));
+  EXPECT_EQ(size({"--part", "quarter"}), std::pair(10000, 6));
+  EXPECT_EQ(size({"--part=39000,2,1000,22"}), std::pair(1000, 22));
+  const std::pair<const char*, const char*> faults[] = {
+      {"third", "\"third\" is not half, quarter or a part"},
+      {"39001,0,1000,24", "does not lie on the picture, which is 40000 x 24 pixels"},
+      {"0,0,0,24", "does not lie on the picture"},
+      {"0,0,33000,24", "neither width nor height may be more than 32767"}};
+  for (const auto& [part, told] : faults) {
+    EXPECT_EQ(size({"--part", part}), std::pair(0, 0)) << part;
+    EXPECT_TRUE(IsTold(told));
+  }
+}
+
 TEST_F(Batch, ManyPicturesAreDoneSideBySideAndBadOnesAreCounted) {
   Words words = OnPendulum({"--trace", "76,58", "-o", At("out/"), "-j4"});
   constexpr int kPictures = 12;

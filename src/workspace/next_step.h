@@ -1,0 +1,23 @@
+#pragma once
+
+#include <array>
+#include <string>
+
+#include "workspace/workspace.h"
+
+namespace graphize {
+
+/// The way from a picture to a data file.
+inline constexpr std::array<const char*, 4> kWay = {"Open", "Define Axis", "Graphize", "Save"};
+
+/// Where on it one is, and what is to be done there, in one sentence.
+struct NextStep {
+  int Present = 0;   // of kWay
+  std::string Hint;  // a mode's prompt or what was told last; else the step's own
+};
+NextStep NextStepOf(const Workspace& ws);
+
+bool IsNextShown(const Workspace& ws);
+void SwitchNext(Workspace& ws);
+
+}  // namespace graphize
