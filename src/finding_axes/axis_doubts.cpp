@@ -1,0 +1,174 @@
+#include "finding_axes/axis_doubts.h"
+
+#include <algorithm>
+#include <cmath>
+#include <set>
+
+#include "finding_axes/label_text.h"
+
+namespace graphize {
+
+namespace {
+
+class Doubter {
+ public:
+  Doubter(const LabelPage& page, AxisCourse course, FoundAxis& axis)
+      : page_(page), level_(course == AxisCourse::Level), axis_(axis), h_(axis.Height) {
+    for (const TiedLabel& label : axis.Labels) {
+      words_.insert(label.Word);
+      const Word& word = WordOf(label);
+      box_ = words_.size() == 1 ? word.Box : box_;
+      box_.Add(word.Box);
+      for (const auto* glyphs : {&word.Glyphs, &word.Exponent})
+        for (const Glyph& glyph : *glyphs) pieces_.insert(glyph.Pieces.begin(), glyph.Pieces.end());
+    }
+  }
+
+  void Look() {
+    std::vector<double> values;
+    std::size_t onTicks = 0;
+    for (const TiedLabel& label : axis_.Labels) {
+      values.push_back(label.Value);
+      onTicks += label.OnTick ? 1 : 0;
+    }
+    if (onTicks < 3) Doubt("the labels stand at no ticks");
+    if (h_ < 6) Doubt("the digits are too small");
+    if (const char* doubt = ScaleDoubt(axis_.Law.Log, values)) Doubt(doubt);
+    LookAtTexts();
+    LookAtGaps();
+    LookBesideLabels();
+    LookForUnexplained();
+    LookForFactor();
+  }
+
+ private:
+  const Word& WordOf(const TiedLabel& label) const { return page_.Words[label.Word].Is; }
+  void Doubt(const std::string& text) {
+    auto& doubts = axis_.Doubts;
+    if (std::find(doubts.begin(), doubts.end(), text) == doubts.end()) doubts.push_back(text);
+  }
+
+  void LookAtTexts() {
+    bool powers = true;
+    for (const TiedLabel& label : axis_.Labels) {
+      const auto& [word, reading, meanings] = page_.Words[label.Word];
+      if (const char* doubt = TextDoubt(reading.Text)) Doubt(doubt);
+      if (word.Box.Left <= 1 || word.Box.Top <= 1 || word.Box.Right >= page_.Ink.Width - 2 ||
+          word.Box.Bottom >= page_.Ink.Height - 2)
+        Doubt("a label lies at the picture's edge");
+      powers = powers && reading.Exponent.empty() && reading.Text.size() >= 3 &&
+               reading.Text.starts_with("10");
+    }
+    if (powers) Doubt("the labels may be powers of ten");
+  }
+
+  /// A point that was lost leaves a wide gap, or a trace of ink in it.
+  void LookAtGaps() {
+    double narrowest = 1e9, widest = 0;
+    for (const TiedLabel& label : axis_.Labels) {
+      const auto& [word, reading, meanings] = page_.Words[label.Word];
+      for (std::size_t i = 1; i < word.Glyphs.size() && i < reading.Text.size(); ++i) {
+        const char a = reading.Text[i - 1], b = reading.Text[i];
+        if (a < '0' || a > '9' || b < '0' || b > '9') continue;
+        const InkBox& left = word.Glyphs[i - 1].Box;
+        const InkBox& right = word.Glyphs[i].Box;
+        if (HasTrace(word, left.Right, right.Left)) Doubt("there may be a point between digits");
+        if (a == '1' || b == '1') continue;
+        const double pitch = right.MiddleX() - left.MiddleX();
+        narrowest = std::min(narrowest, pitch);
+        widest = std::max(widest, pitch);
+      }
+    }
+    if (widest > 1.12 * h_ || widest > 1.3 * narrowest + 1)
+      Doubt("digits stand so far apart that a point may be lost between them");
+  }
+
+  bool HasTrace(const Word& word, int left, int right) const {
+    const int bottom = static_cast<int>(word.Baseline);
+    for (int x = left + 2; x <= right - 2; ++x)
+      for (int y = bottom - static_cast<int>(0.25 * word.Height);
+           y <= bottom + static_cast<int>(0.2 * word.Height); ++y)
+        if (page_.Ink.At(x, y) >= std::max(page_.Ink.Weak, page_.Ink.Full / 6)) return true;
+    return false;
+  }
+
+  /// Ink before a label, at the height of a minus.
+  void LookBesideLabels() {
+    for (const TiedLabel& label : axis_.Labels) {
+      const Word& word = WordOf(label);
+      for (std::size_t i = 0; i < page_.Pieces.Boxes.size(); ++i) {
+        const InkBox& box = page_.Pieces.Boxes[i];
+        if (pieces_.contains(static_cast<int>(i)) || box.Right >= word.Box.Left ||
+            box.Left < word.Box.Left - 1.3 * h_ || box.Height() > 1.5 * h_)
+          continue;
+        const double above = word.Baseline - box.MiddleY();
+        if (above > -0.2 * h_ && above < 1.2 * h_ && page_.Pieces.Areas[i] >= 2 &&
+            page_.Pieces.Areas[i] > 0.01 * h_ * h_)
+          return Doubt("there may be a sign before a label");
+      }
+    }
+  }
+
+  /// Among the labels, and as far as they go on, stands nothing that was not read.
+  void LookForUnexplained() {
+    const int first = (level_ ? box_.Left : box_.Top), last = level_ ? box_.Right : box_.Bottom;
+    const double reach = 0.6 * (last - first);
+    const auto isAmong = [&](const InkBox& box) {
+      const double along = level_ ? box.MiddleX() : box.MiddleY();
+      if (along < first - reach || along > last + reach) return false;
+      return level_ ? box.MiddleY() >= box_.Top && box.MiddleY() <= box_.Bottom
+                    : box.MiddleX() >= box_.Left - 0.5 * h_ && box.MiddleX() <= box_.Right;
+    };
+    for (std::size_t i = 0; i < page_.Words.size(); ++i)
+      if (!words_.contains(static_cast<int>(i)) && isAmong(page_.Words[i].Is.Box) &&
+          page_.Words[i].Is.Height > 0.6 * h_)
+        return Doubt("among the labels stands \"" +
+                     ShownLabel(page_.Words[i].Reading.Text, page_.Words[i].Reading.Exponent) +
+                     "\"");
+    for (std::size_t i = 0; i < page_.Pieces.Boxes.size(); ++i) {
+      const InkBox& box = page_.Pieces.Boxes[i];
+      if (!pieces_.contains(static_cast<int>(i)) && box.Height() >= 0.6 * h_ &&
+          box.Height() <= 1.8 * h_ && box.Width() <= 8 * h_ && box.Width() >= 0.3 * h_ &&
+          isAmong(box))
+        return Doubt("among the labels stands something that could not be read");
+    }
+  }
+
+  /// "1e6" or "x10^3" beside the far end of an axis holds for all of its labels.
+  void LookForFactor() {
+    for (std::size_t i = 0; i < page_.Words.size(); ++i) {
+      const auto& [word, reading, meanings] = page_.Words[i];
+      if (words_.contains(static_cast<int>(i))) continue;
+      const bool number = !meanings.empty() || !reading.Exponent.empty() ||
+                          reading.Text.find_first_of("0123456789") != std::string::npos;
+      if (!number) continue;
+      const bool factor = !reading.Exponent.empty() ||
+                          reading.Text.find_first_of("ex+") != std::string::npos ||
+                          reading.Text.find("10") != std::string::npos;
+      if (!factor) continue;
+      const InkBox& box = word.Box;
+      const bool beside = level_
+                              ? box.Right > box_.Right - 0.3 * (box_.Right - box_.Left) - 8 * h_ &&
+                                    box.Top > box_.Top - 3 * h_ && box.Top < box_.Bottom + 4 * h_
+                              : box.Left < std::max<double>(box_.Right, axis_.Across) + 8 * h_ &&
+                                    box.Right > box_.Left - 5 * h_ && box.Bottom < box_.Top + h_ &&
+                                    box.Bottom > box_.Top - 5 * h_;
+      if (beside) return Doubt("a factor may stand at the axis's end");
+    }
+  }
+
+  const LabelPage& page_;
+  bool level_;
+  FoundAxis& axis_;
+  double h_;
+  InkBox box_;
+  std::set<int> words_, pieces_;
+};
+
+}  // namespace
+
+void AddDoubts(const LabelPage& page, AxisCourse course, FoundAxis& axis) {
+  Doubter(page, course, axis).Look();
+}
+
+}  // namespace graphize

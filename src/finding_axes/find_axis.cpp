@@ -1,0 +1,239 @@
+#include "finding_axes/find_axis.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <set>
+
+#include "finding_axes/axis_doubts.h"
+
+namespace graphize {
+
+namespace {
+
+constexpr std::size_t kFewest = 3;  // labels that make an axis
+
+double AlongOf(const Word& word, AxisCourse course) {
+  return course == AxisCourse::Level ? word.MiddleX() : word.MiddleY();
+}
+
+/// Of the digits' height; a label of an upright axis stands more exactly beside its tick.
+double ToleranceOf(AxisCourse course, double height) {
+  return std::max((course == AxisCourse::Level ? 0.42 : 0.32) * height, 2.0);
+}
+
+/// Words in one row, or under each other: by right, left edge or middle.
+std::set<std::vector<int>> GroupsOf(const LabelPage& page, AxisCourse course) {
+  const auto keys = [&](const Word& word) -> std::vector<double> {
+    if (course == AxisCourse::Level) return {word.Baseline};
+    return {static_cast<double>(word.Box.Right), static_cast<double>(word.Box.Left),
+            word.MiddleX()};
+  };
+  std::set<std::vector<int>> groups;
+  const int count = static_cast<int>(page.Words.size());
+  for (int seed = 0; seed < count; ++seed) {
+    if (page.Words[seed].Meanings.empty()) continue;
+    const Word& word = page.Words[seed].Is;
+    const std::vector<double> wanted = keys(word);
+    for (std::size_t k = 0; k < wanted.size(); ++k) {
+      std::vector<int> group;
+      for (int i = 0; i < count; ++i) {
+        if (page.Words[i].Meanings.empty()) continue;
+        const Word& other = page.Words[i].Is;
+        const double reach = (course == AxisCourse::Level ? 0.35 : 0.6) * word.Height;
+        const double part = other.Height / word.Height;
+        if (std::fabs(keys(other)[k] - wanted[k]) <= std::max(reach, 1.5) && part > 0.75 &&
+            part < 1.34)
+          group.push_back(i);
+      }
+      if (group.size() >= kFewest) groups.insert(std::move(group));
+    }
+  }
+  return groups;
+}
+
+struct GroupFit {
+  std::vector<int> Words;  // the group's
+  LawFit Fit;
+  double Height = 0;
+};
+
+GroupFit FitGroup(const LabelPage& page, AxisCourse course, const std::vector<int>& group,
+                  const LawFit* besides = nullptr) {
+  GroupFit made{group, {}, 0};
+  std::vector<PlacedLabel> labels;
+  for (const int word : group) {
+    labels.push_back({AlongOf(page.Words[word].Is, course), page.Words[word].Meanings});
+    made.Height += page.Words[word].Is.Height / static_cast<double>(group.size());
+  }
+  made.Fit = FindLaw(labels, ToleranceOf(course, made.Height), besides);
+  return made;
+}
+
+/// The line that the labels stand at: the nearest beside them that runs along most of them.
+const LongLine* LineBeside(const LabelPage& page, AxisCourse course, const InkBox& labels,
+                           double height) {
+  const bool level = course == AxisCourse::Level;
+  const int from = level ? labels.Left : labels.Top, to = level ? labels.Right : labels.Bottom;
+  const int near = level ? labels.Top : labels.Left, far = level ? labels.Bottom : labels.Right;
+  const LongLine* best = nullptr;
+  double nearest = 3.5 * height;
+  for (const LongLine& line : level ? page.Lines.Level : page.Lines.Upright) {
+    const int overlap = std::min(line.To, to) - std::max(line.From, from);
+    if (overlap < 0.6 * (to - from)) continue;
+    const double gap = std::max(near - line.Across, line.Across - far);
+    if (gap < -0.3 * height || gap >= nearest) continue;
+    nearest = gap;
+    best = &line;
+  }
+  return best;
+}
+
+/// Ties labels to `ticks`, fits the law to these, and leaves out the worst while it is more than a
+/// pixel off.
+std::vector<TiedLabel> Tie(const LabelPage& page, AxisCourse course, const GroupFit& fit,
+                           const std::vector<Tick>& ticks, AxisLaw& law) {
+  std::vector<TiedLabel> tied;
+  const double tolerance = ToleranceOf(course, fit.Height);
+  for (const ExplainedLabel& label : fit.Fit.Labels) {
+    const int word = fit.Words[label.Label];
+    const double value = page.Words[word].Meanings[label.Meaning];
+    if (const auto tick = TickAt(ticks, AlongOf(page.Words[word].Is, course), tolerance))
+      tied.push_back({word, value, tick->Position, 0, true});
+  }
+  while (tied.size() >= kFewest) {
+    std::vector<double> positions, values;
+    for (const TiedLabel& label : tied) {
+      positions.push_back(label.Position);
+      values.push_back(label.Value);
+    }
+    law = FitLaw(fit.Fit.Law.Log, positions, values);
+    for (TiedLabel& label : tied) label.Residual = label.Position - law.PositionOf(label.Value);
+    const auto worst =
+        std::max_element(tied.begin(), tied.end(), [](const TiedLabel& a, const TiedLabel& b) {
+          return std::fabs(a.Residual) < std::fabs(b.Residual);
+        });
+    if (std::fabs(worst->Residual) <= 1) return tied;
+    tied.erase(worst);
+  }
+  return {};
+}
+
+double RootMeanSquare(const std::vector<TiedLabel>& labels) {
+  double sum = 0;
+  for (const TiedLabel& label : labels) sum += label.Residual * label.Residual;
+  return labels.empty() ? 0 : std::sqrt(sum / static_cast<double>(labels.size()));
+}
+
+/// Without ticks the labels' own middles are all there is.
+void TakeMiddles(const LabelPage& page, AxisCourse course, const GroupFit& fit, FoundAxis& axis) {
+  std::vector<double> positions, values;
+  for (const ExplainedLabel& label : fit.Fit.Labels) {
+    const int word = fit.Words[label.Label];
+    positions.push_back(AlongOf(page.Words[word].Is, course));
+    values.push_back(page.Words[word].Meanings[label.Meaning]);
+    axis.Labels.push_back({word, values.back(), positions.back(), 0, false});
+  }
+  axis.Law = FitLaw(fit.Fit.Law.Log, positions, values);
+  for (TiedLabel& label : axis.Labels)
+    label.Residual = label.Position - axis.Law.PositionOf(label.Value);
+}
+
+InkBox BoxOf(const LabelPage& page, const GroupFit& fit) {
+  InkBox box = page.Words[fit.Words[fit.Fit.Labels.front().Label]].Is.Box;
+  for (const ExplainedLabel& label : fit.Fit.Labels)
+    box.Add(page.Words[fit.Words[label.Label]].Is.Box);
+  return box;
+}
+
+FoundAxis MakeAxis(const LabelPage& page, AxisCourse course, const GroupFit& fit) {
+  FoundAxis axis;
+  axis.Height = fit.Height;
+  const InkBox box = BoxOf(page, fit);
+  const bool level = course == AxisCourse::Level;
+  const LongLine* line = LineBeside(page, course, box, fit.Height);
+  const double middle = level ? box.MiddleY() : box.MiddleX();
+  std::vector<std::vector<Tick>> kinds;
+  if (line != nullptr) {
+    axis.Across = line->Across;
+    for (const int side : {1, -1})
+      kinds.push_back(TicksOn(page.Ink, course, *line, side, 1.5 * fit.Height));
+    kinds.push_back(LinesAcross(page.Lines, course, axis.Across, 1.5 * fit.Height));
+  } else {
+    // The plot's lines end near the labels.
+    axis.Across = middle;
+    double nearest = 4 * fit.Height;
+    const auto& across = level ? page.Lines.Upright : page.Lines.Level;
+    for (const LongLine& other : across)
+      for (const int end : {other.From, other.To})
+        if (std::fabs(end - middle) < nearest) {
+          nearest = std::fabs(end - middle);
+          axis.Across = end;
+        }
+    kinds.push_back(LinesAcross(page.Lines, course, axis.Across, 0.5 * fit.Height));
+  }
+  for (const std::vector<Tick>& ticks : kinds) {
+    AxisLaw law;
+    std::vector<TiedLabel> tied = Tie(page, course, fit, ticks, law);
+    const bool more = tied.size() > axis.Labels.size();
+    const bool better = tied.size() == axis.Labels.size() &&
+                        RootMeanSquare(tied) + 0.05 < RootMeanSquare(axis.Labels);
+    if (tied.empty() || !(more || better)) continue;
+    axis.Labels = std::move(tied);
+    axis.Law = law;
+  }
+  if (axis.Labels.empty()) TakeMiddles(page, course, fit, axis);
+  std::sort(axis.Labels.begin(), axis.Labels.end(),
+            [](const TiedLabel& a, const TiedLabel& b) { return a.Position < b.Position; });
+  return axis;
+}
+
+bool ShareWords(const GroupFit& a, const GroupFit& b) {
+  for (const ExplainedLabel& i : a.Fit.Labels)
+    for (const ExplainedLabel& j : b.Fit.Labels)
+      if (a.Words[i.Label] == b.Words[j.Label]) return true;
+  return false;
+}
+
+/// Whether another row or column of labels tells other values at the same places.
+bool IsOtherScale(const LabelPage& page, AxisCourse course, const GroupFit& best,
+                  const GroupFit& other) {
+  for (const ExplainedLabel& label : other.Fit.Labels) {
+    const auto& word = page.Words[other.Words[label.Label]];
+    const double off =
+        best.Fit.Law.PositionOf(word.Meanings[label.Meaning]) - AlongOf(word.Is, course);
+    if (!(std::fabs(off) <= 2 * ToleranceOf(course, best.Height))) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+FoundAxis FindAxis(const LabelPage& page, AxisCourse course) {
+  std::vector<GroupFit> fits;
+  for (const std::vector<int>& group : GroupsOf(page, course)) {
+    GroupFit fit = FitGroup(page, course, group);
+    if (fit.Fit.Labels.size() >= kFewest) fits.push_back(std::move(fit));
+  }
+  if (fits.empty()) return {};
+  std::stable_sort(fits.begin(), fits.end(), [](const GroupFit& a, const GroupFit& b) {
+    if (a.Fit.Labels.size() != b.Fit.Labels.size())
+      return a.Fit.Labels.size() > b.Fit.Labels.size();
+    return a.Fit.Residuals / a.Height < b.Fit.Residuals / b.Height;
+  });
+  const GroupFit& best = fits.front();
+  FoundAxis axis = MakeAxis(page, course, best);
+  for (const GroupFit& other : fits)
+    if (!ShareWords(best, other) && IsOtherScale(page, course, best, other)) {
+      axis.Doubts.push_back("there is a second scale");
+      break;
+    }
+  const GroupFit rival = FitGroup(page, course, best.Words, &best.Fit);
+  if (rival.Fit.Labels.size() >= kFewest &&
+      5 * rival.Fit.Labels.size() >= 4 * best.Fit.Labels.size())
+    axis.Doubts.push_back("the labels may mean other values");
+  AddDoubts(page, course, axis);
+  return axis;
+}
+
+}  // namespace graphize

@@ -1,0 +1,228 @@
+#include "finding_axes/propose_axes.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "base/numbers.h"
+#include "finding_axes/find_axis.h"
+#include "finding_axes/label_text.h"
+#include "finding_axes/second_reading.h"
+
+namespace graphize {
+
+namespace {
+
+constexpr double kDegree = 0.017453292519943295;
+/// What the three rows cannot hold.
+constexpr double kMostSkew = 0.15 * kDegree;
+
+/// An axis on the upright image, whichever way its labels were read.
+struct UprightAxis {
+  FoundAxis Found;
+  const LabelPage* Page = nullptr;  // of its words
+};
+
+/// From the page that was turned to the left: its rows are columns.
+FoundAxis TurnedBack(FoundAxis axis, AxisCourse course, int height) {
+  if (course == AxisCourse::Upright) {
+    axis.Law.Start = height - 1 - axis.Law.Start;
+    axis.Law.Step = -axis.Law.Step;
+    for (TiedLabel& label : axis.Labels) {
+      label.Position = height - 1 - label.Position;
+      label.Residual = -label.Residual;
+    }
+    std::reverse(axis.Labels.begin(), axis.Labels.end());
+  } else {
+    axis.Across = height - 1 - axis.Across;
+  }
+  return axis;
+}
+
+std::string Joined(const std::vector<std::string>& doubts) {
+  std::string text;
+  for (const std::string& doubt : doubts) text += (text.empty() ? "" : "; ") + doubt;
+  return text;
+}
+
+std::string Tenths(double value) {
+  return ShortestText(std::round(value * 100) / 100);
+}
+
+/// Reads the labels once more and says what the axis is worth.
+ProposedAxis Judged(const UprightAxis& axis, AxisCourse course, const InkImage& upright,
+                    SecondReader& second) {
+  ProposedAxis proposed;
+  if (axis.Found.Labels.empty()) {
+    proposed.Reason = "fewer than three labels lie on one scale";
+    return proposed;
+  }
+  proposed.Log = axis.Found.Law.Log;
+  std::vector<std::string> doubts = axis.Found.Doubts;
+  int alike = 0;
+  double worst = 0;
+  for (const TiedLabel& label : axis.Found.Labels) {
+    const ReadWordRecord& word = axis.Page->Words[label.Word];
+    ProposedLabel made{ShownLabel(word.Reading.Text, word.Reading.Exponent),
+                       label.Value,
+                       0,
+                       0,
+                       label.Residual * upright.Scale,
+                       second.ReadsAlike(*axis.Page, word)};
+    const bool level = course == AxisCourse::Level;
+    const double u = level ? label.Position : axis.Found.Across;
+    const double v = level ? axis.Found.Across : label.Position;
+    const AffineMap& map = upright.ToPicture;
+    made.Column = map.XX * u + map.XY * v + map.X;
+    made.Row = map.YX * u + map.YY * v + map.Y;
+    alike += made.ReadTwice ? 1 : 0;
+    worst = std::max(worst, std::fabs(made.Residual));
+    proposed.Labels.push_back(std::move(made));
+  }
+  const int count = static_cast<int>(proposed.Labels.size());
+  if (!second.Missing().empty())
+    doubts.push_back("there is no second reader: " + second.Missing());
+  else if (alike < 3 || 5 * alike < 3 * count)
+    doubts.push_back("of " + std::to_string(count) + " labels a second reader reads " +
+                     std::to_string(alike) + " alike");
+  if (worst > std::max(1.0, 0.6 * upright.Scale))
+    doubts.push_back("ticks lie up to " + Tenths(worst) + " pixels off the scale");
+  proposed.Verdict = doubts.empty() ? AxesVerdict::Sure : AxesVerdict::Proposal;
+  proposed.Reason = doubts.empty() ? std::to_string(count) +
+                                         " labels at their ticks, read alike by two readers, off "
+                                         "the scale by up to " +
+                                         Tenths(worst) + " pixels"
+                                   : Joined(doubts);
+  return proposed;
+}
+
+/// Two labels of an axis far apart.
+struct Ends {
+  int First = 0, Last = 0;
+};
+std::vector<Ends> FarApart(const FoundAxis& axis) {
+  std::vector<Ends> pairs;
+  const int count = static_cast<int>(axis.Labels.size());
+  const double most = axis.Labels.back().Position - axis.Labels.front().Position;
+  for (int i = 0; i < count; ++i)
+    for (int j = i + 1; j < count; ++j)
+      if (axis.Labels[j].Position - axis.Labels[i].Position >= 0.6 * most) pairs.push_back({i, j});
+  return pairs;
+}
+
+/// The pair of whose rounding to whole pixels the scale suffers least. `placeOf` gives the
+/// coordinate of a label that is rounded.
+template <class PlaceOf>
+Ends BestEnds(const FoundAxis& axis, const PlaceOf& placeOf) {
+  Ends best;
+  double least = std::numeric_limits<double>::infinity();
+  for (const Ends& ends : FarApart(axis)) {
+    double first = placeOf(axis.Labels[ends.First]), last = placeOf(axis.Labels[ends.Last]);
+    const double length = std::fabs(last - first);
+    first -= std::round(first);
+    last -= std::round(last);
+    // What it does at the ends of the axis.
+    const double harm = (std::fabs(first) + std::fabs(last) + 0.05) / length;
+    if (harm >= least) continue;
+    least = harm;
+    best = ends;
+  }
+  return best;
+}
+
+std::vector<ProposedRow> RowsOf(const FoundAxis& x, const FoundAxis& y, const AffineMap& map) {
+  const auto at = [&](const TiedLabel& u, const TiedLabel& v) {
+    // The scale's own places: ticks are rounded by the program that drew them.
+    const double column = x.Law.PositionOf(u.Value), row = y.Law.PositionOf(v.Value);
+    return ProposedRow{map.XX * column + map.XY * row + map.X,
+                       map.YX * column + map.YY * row + map.Y, u.Value, v.Value};
+  };
+  const Ends xs = BestEnds(x, [&](const TiedLabel& u) { return at(u, y.Labels.front()).Column; });
+  // The X axis's points lie on the row of one of these.
+  Ends ys = BestEnds(y, [&](const TiedLabel& v) { return at(x.Labels[xs.First], v).Row; });
+  const TiedLabel &left = x.Labels[xs.First], &right = x.Labels[xs.Last];
+  const TiedLabel *low = &y.Labels[ys.First], *high = &y.Labels[ys.Last];
+  // The origin is where the axes meet, or nearest to it: below, in most plots.
+  if (std::fabs(high->Position - x.Across) < std::fabs(low->Position - x.Across))
+    std::swap(low, high);
+  return {at(left, *low), at(right, *low), at(left, *high)};
+}
+
+/// Axes of one plot meet, or nearly.
+bool GoTogether(const FoundAxis& x, const FoundAxis& y) {
+  const auto isNear = [](const FoundAxis& axis, double place) {
+    const double first = axis.Labels.front().Position, last = axis.Labels.back().Position;
+    const double reach = 0.5 * (last - first) + 3 * axis.Height;
+    return place > first - reach && place < last + reach;
+  };
+  return isNear(x, y.Across) && isNear(y, x.Across);
+}
+
+}  // namespace
+
+const char* NameOf(AxesVerdict verdict) {
+  switch (verdict) {
+    case AxesVerdict::Sure:
+      return "sure";
+    case AxesVerdict::Proposal:
+      return "proposal";
+    case AxesVerdict::None:
+      break;
+  }
+  return "none";
+}
+
+AxesProposal ProposeAxes(const Raster& picture, PictureOperation& operation) {
+  AxesProposal proposal;
+  const auto stopped = [&] {
+    AxesProposal none;
+    none.IsStopped = true;
+    return none;
+  };
+  if (picture.IsEmpty()) return proposal;
+  operation.To = 0.2;
+  InkImage ink = InkOf(picture, operation);
+  if (operation.Stopped) return stopped();
+  const PageTurn turn = FindTurn(ink);
+  operation.Advance(1);
+  if (operation.Stopped) return stopped();
+  if (turn.Angle != 0 || turn.Skew != 0) ink = Upright(ink, turn.Angle, turn.Skew);
+  const LabelPage page = ReadPage(std::move(ink), operation);
+  if (operation.Stopped) return stopped();
+  operation.From = 0.2;
+  operation.To = 1;
+  operation.Advance(0.2);
+
+  UprightAxis x{FindAxis(page, AxisCourse::Level), &page};
+  UprightAxis y{FindAxis(page, AxisCourse::Upright), &page};
+  LabelPage turned;
+  if (x.Found.Labels.empty() || y.Found.Labels.empty()) {
+    turned = ReadPage(QuarterTurned(page.Ink), operation);
+    if (operation.Stopped) return stopped();
+    const auto look = [&](UprightAxis& axis, AxisCourse course, AxisCourse there) {
+      if (axis.Found.Labels.empty())
+        axis = {TurnedBack(FindAxis(turned, there), course, page.Ink.Height), &turned};
+    };
+    look(x, AxisCourse::Level, AxisCourse::Upright);
+    look(y, AxisCourse::Upright, AxisCourse::Level);
+  }
+  operation.Advance(0.5);
+  const bool both = !x.Found.Labels.empty() && !y.Found.Labels.empty();
+  for (UprightAxis* axis : {&x, &y}) {
+    if (std::fabs(turn.Skew) > kMostSkew)
+      axis->Found.Doubts.push_back("the axes do not stand at a right angle");
+    if (both && !GoTogether(x.Found, y.Found))
+      axis->Found.Doubts.push_back("the axes may belong to different plots");
+  }
+  SecondReader second;
+  proposal.X = Judged(x, AxisCourse::Level, page.Ink, second);
+  operation.Advance(0.75);
+  if (operation.Stopped) return stopped();
+  proposal.Y = Judged(y, AxisCourse::Upright, page.Ink, second);
+  proposal.Verdict = std::min(proposal.X.Verdict, proposal.Y.Verdict);
+  if (both) proposal.Rows = RowsOf(x.Found, y.Found, page.Ink.ToPicture);
+  operation.Advance(1);
+  return proposal;
+}
+
+}  // namespace graphize
