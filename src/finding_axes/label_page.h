@@ -24,7 +24,7 @@ struct LabelPage {
   std::vector<ReadWordRecord> Words;
 };
 
-/// Empty when stopped.
-LabelPage ReadPage(InkImage upright, PictureOperation& operation);
+/// `part` as FindPieces has it. Empty when stopped.
+LabelPage ReadPage(InkImage upright, double part, PictureOperation& operation);
 
 }  // namespace graphize

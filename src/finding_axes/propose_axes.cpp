@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <memory>
 
 #include "base/numbers.h"
 #include "finding_axes/find_axis.h"
@@ -96,6 +97,43 @@ ProposedAxis Judged(const UprightAxis& axis, AxisCourse course, const InkImage& 
   return proposed;
 }
 
+/// Whether a page tells more of an axis than another.
+bool IsBetter(const FoundAxis& a, const FoundAxis& b) {
+  if (a.Labels.empty() || b.Labels.empty()) return !a.Labels.empty();
+  if (a.Doubts.empty() != b.Doubts.empty()) return a.Doubts.empty();
+  return a.Labels.size() > b.Labels.size();
+}
+
+/// Looks for both axes on the upright image as long as they are in doubt: with letters parted, with
+/// thin strokes held together, and, where there is none, with what is written upward.
+void LookOnPages(const InkImage& upright, std::vector<std::unique_ptr<LabelPage>>& pages,
+                 UprightAxis& x, UprightAxis& y, PictureOperation& operation) {
+  const auto isClear = [](const UprightAxis& axis) {
+    return !axis.Found.Labels.empty() && axis.Found.Doubts.empty();
+  };
+  const auto take = [&](UprightAxis& axis, FoundAxis found) {
+    if (IsBetter(found, axis.Found)) axis = {std::move(found), pages.back().get()};
+  };
+  for (const bool isTurned : {false, true})
+    for (const double part : {0.45, 0.28}) {
+      const bool lookX = isTurned ? x.Found.Labels.empty() : !isClear(x);
+      const bool lookY = isTurned ? y.Found.Labels.empty() : !isClear(y);
+      if (!lookX && !lookY) continue;
+      pages.push_back(std::make_unique<LabelPage>(
+          ReadPage(isTurned ? QuarterTurned(upright) : upright, part, operation)));
+      if (operation.Stopped) return;
+      const LabelPage& page = *pages.back();
+      const auto level = AxisCourse::Level, standing = AxisCourse::Upright;
+      if (lookX)
+        take(x, isTurned ? TurnedBack(FindAxis(page, standing), level, upright.Height)
+                         : FindAxis(page, level));
+      if (lookY)
+        take(y, isTurned ? TurnedBack(FindAxis(page, level), standing, upright.Height)
+                         : FindAxis(page, standing));
+      operation.Advance(0.25 * static_cast<double>(pages.size()));
+    }
+}
+
 /// Two labels of an axis far apart.
 struct Ends {
   int First = 0, Last = 0;
@@ -187,26 +225,14 @@ AxesProposal ProposeAxes(const Raster& picture, PictureOperation& operation) {
   operation.Advance(1);
   if (operation.Stopped) return stopped();
   if (turn.Angle != 0 || turn.Skew != 0) ink = Upright(ink, turn.Angle, turn.Skew);
-  const LabelPage page = ReadPage(std::move(ink), operation);
-  if (operation.Stopped) return stopped();
   operation.From = 0.2;
+  operation.To = 0.8;
+  UprightAxis x, y;
+  std::vector<std::unique_ptr<LabelPage>> pages;
+  LookOnPages(ink, pages, x, y, operation);
+  if (operation.Stopped) return stopped();
+  operation.From = 0.8;
   operation.To = 1;
-  operation.Advance(0.2);
-
-  UprightAxis x{FindAxis(page, AxisCourse::Level), &page};
-  UprightAxis y{FindAxis(page, AxisCourse::Upright), &page};
-  LabelPage turned;
-  if (x.Found.Labels.empty() || y.Found.Labels.empty()) {
-    turned = ReadPage(QuarterTurned(page.Ink), operation);
-    if (operation.Stopped) return stopped();
-    const auto look = [&](UprightAxis& axis, AxisCourse course, AxisCourse there) {
-      if (axis.Found.Labels.empty())
-        axis = {TurnedBack(FindAxis(turned, there), course, page.Ink.Height), &turned};
-    };
-    look(x, AxisCourse::Level, AxisCourse::Upright);
-    look(y, AxisCourse::Upright, AxisCourse::Level);
-  }
-  operation.Advance(0.5);
   const bool both = !x.Found.Labels.empty() && !y.Found.Labels.empty();
   for (UprightAxis* axis : {&x, &y}) {
     if (std::fabs(turn.Skew) > kMostSkew)
@@ -215,12 +241,12 @@ AxesProposal ProposeAxes(const Raster& picture, PictureOperation& operation) {
       axis->Found.Doubts.push_back("the axes may belong to different plots");
   }
   SecondReader second;
-  proposal.X = Judged(x, AxisCourse::Level, page.Ink, second);
-  operation.Advance(0.75);
+  proposal.X = Judged(x, AxisCourse::Level, ink, second);
+  operation.Advance(0.5);
   if (operation.Stopped) return stopped();
-  proposal.Y = Judged(y, AxisCourse::Upright, page.Ink, second);
+  proposal.Y = Judged(y, AxisCourse::Upright, ink, second);
   proposal.Verdict = std::min(proposal.X.Verdict, proposal.Y.Verdict);
-  if (both) proposal.Rows = RowsOf(x.Found, y.Found, page.Ink.ToPicture);
+  if (both) proposal.Rows = RowsOf(x.Found, y.Found, ink.ToPicture);
   operation.Advance(1);
   return proposal;
 }

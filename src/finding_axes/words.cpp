@@ -11,8 +11,6 @@ namespace {
 /// The greatest of 2 x kNear + 1 values along a row, for each of its pixels (van Herk 1992 over
 /// both directions would do; the window is small enough to double).
 constexpr int kNear = 6;
-/// Of the darkest nearby; below it is what smoothing has left between letters.
-constexpr double kPartOfDarkest = 0.45;
 
 void SpreadMaximum(const std::uint8_t* from, std::uint8_t* to, int count, int stride) {
   std::vector<std::uint8_t> line(count + 2 * kNear);
@@ -104,7 +102,7 @@ class WordMaker {
   const InkBox& Box(int piece) const { return pieces_.Boxes[piece]; }
 
   static bool MayBeDigit(const InkBox& box) {
-    return box.Height() >= 5 && box.Width() >= 1 && box.Width() <= 1.6 * box.Height() &&
+    return box.Height() >= 5 && box.Width() >= 1 && box.Width() <= 4.5 * box.Height() &&
            box.Height() <= 14 * box.Width();
   }
 
@@ -284,7 +282,7 @@ void InkBox::Add(const InkBox& other) {
   Bottom = std::max(Bottom, other.Bottom);
 }
 
-InkPieces FindPieces(const InkImage& upright) {
+InkPieces FindPieces(const InkImage& upright, double part) {
   const std::vector<std::uint8_t> darkest = DarkestNearby(upright);
   const int width = upright.Width, height = upright.Height;
   InkPieces pieces;
@@ -295,7 +293,7 @@ InkPieces FindPieces(const InkImage& upright) {
     for (int x = 0; x < width; ++x) {
       const std::size_t at = static_cast<std::size_t>(y) * width + x;
       const int value = upright.Values[at];
-      if (value < upright.Weak || value < kPartOfDarkest * darkest[at]) continue;
+      if (value < upright.Weak || value < part * darkest[at]) continue;
       std::int32_t& label = pieces.Labels[at];
       const auto join = [&](std::size_t other) {
         const std::int32_t beside = pieces.Labels[other];

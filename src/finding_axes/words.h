@@ -38,13 +38,14 @@ struct Word {
   double MiddleY() const { return Baseline - 0.5 * (Height - 1); }
 };
 
-/// The pieces of ink on an image: what is darker than a part of the darkest nearby, 8-connected.
+/// The pieces of ink on an image: what has at least this part (0..1) of the darkest nearby,
+/// 8-connected. More parts letters that touch, less holds thin strokes together.
 struct InkPieces {
   std::vector<std::int32_t> Labels;  // per pixel: 1 + the piece's number, 0 for paper
   std::vector<InkBox> Boxes;
   std::vector<int> Areas;
 };
-InkPieces FindPieces(const InkImage& upright);
+InkPieces FindPieces(const InkImage& upright, double part = 0.45);
 
 /// The words that are written from left to right, of letters that touch nothing else.
 std::vector<Word> FindWords(const InkImage& upright, const InkPieces& pieces);
