@@ -90,9 +90,9 @@ int ClassOf(char sign) {
 
 InkImage Rendered(const QString& family, const QString& style, const QString& text,
                   Random& random) {
-  const double height = random.Chance(0.6) ? random.Between(7, 16) : random.Between(12, 44);
+  const double height = random.Chance(0.65) ? random.Between(5.5, 14) : random.Between(12, 44);
   QFont font = QFontDatabase::font(family, style, 12);
-  font.setPixelSize(std::max(static_cast<int>(std::lround(height / 0.7)), 8));
+  font.setPixelSize(std::max(static_cast<int>(std::lround(height / 0.7)), 7));
   const bool smooth = random.Chance(0.85);
   font.setStyleStrategy(smooth ? QFont::PreferAntialias : QFont::NoAntialias);
   font.setHintingPreference(random.Chance(0.5) ? QFont::PreferNoHinting : QFont::PreferFullHinting);
@@ -148,7 +148,7 @@ void AddSamples(const QString& family, const QString& style, Random& random,
   if (random.Chance(0.5)) shown.replace('-', QChar(0x2212));
   if (random.Chance(0.7)) shown.replace('x', QChar(0xd7));
   const InkImage ink = Rendered(family, style, shown, random);
-  const InkPieces pieces = FindPieces(ink);
+  const InkPieces pieces = FindPieces(ink, random.Chance(0.6) ? 0.45 : 0.28);
   const std::vector<Word> words = FindWords(ink, pieces);
   // Only what came out letter by letter says which glyph is which.
   if (words.size() != 1 || !words.front().Exponent.empty() ||
@@ -287,15 +287,15 @@ void Shuffle(std::vector<Sample>& samples, Random& random) {
 int Train(const std::string& folder, const std::vector<std::string>& train,
           const std::vector<std::string>& check) {
   Random random(20240601);
-  std::vector<Sample> samples = SamplesOf(train, 42000, random);
+  std::vector<Sample> samples = SamplesOf(train, 110000, random);
   Random other(7);
   const std::vector<Sample> checks = SamplesOf(check, 4000, other);
   std::fprintf(stderr, "%zu glyphs to learn, %zu to check\n", samples.size(), checks.size());
   Perceptron perceptron(random);
-  constexpr int kRounds = 14;
+  constexpr int kRounds = 10;
   for (int round = 0; round < kRounds; ++round) {
     Shuffle(samples, random);
-    const float rate = 0.02f * std::pow(0.75f, static_cast<float>(round));
+    const float rate = 0.02f * std::pow(0.68f, static_cast<float>(round));
     for (const Sample& sample : samples) perceptron.Learn(sample, rate);
     int wrong = 0, falseNumber = 0;
     for (const Sample& sample : checks) {

@@ -12,16 +12,22 @@ namespace {
 
 class Doubter {
  public:
-  Doubter(const LabelPage& page, AxisCourse course, FoundAxis& axis)
-      : page_(page), level_(course == AxisCourse::Level), axis_(axis), h_(axis.Height) {
+  Doubter(const LabelPage& page, AxisCourse course, const std::set<int>& others, FoundAxis& axis)
+      : page_(page),
+        level_(course == AxisCourse::Level),
+        axis_(axis),
+        h_(axis.Height),
+        others_(others) {
     for (const TiedLabel& label : axis.Labels) {
       words_.insert(label.Word);
       const Word& word = WordOf(label);
       box_ = words_.size() == 1 ? word.Box : box_;
       box_.Add(word.Box);
-      for (const auto* glyphs : {&word.Glyphs, &word.Exponent})
-        for (const Glyph& glyph : *glyphs) pieces_.insert(glyph.Pieces.begin(), glyph.Pieces.end());
     }
+    for (const ReadWordRecord& record : page.Words)
+      for (const auto* glyphs : {&record.Is.Glyphs, &record.Is.Exponent})
+        for (const Glyph& glyph : *glyphs)
+          written_.insert(glyph.Pieces.begin(), glyph.Pieces.end());
   }
 
   void Look() {
@@ -39,6 +45,7 @@ class Doubter {
     LookBesideLabels();
     LookForUnexplained();
     LookForFactor();
+    LookAtOtherSides();
   }
 
  private:
@@ -98,7 +105,7 @@ class Doubter {
       const Word& word = WordOf(label);
       for (std::size_t i = 0; i < page_.Pieces.Boxes.size(); ++i) {
         const InkBox& box = page_.Pieces.Boxes[i];
-        if (pieces_.contains(static_cast<int>(i)) || box.Right >= word.Box.Left ||
+        if (written_.contains(static_cast<int>(i)) || box.Right >= word.Box.Left ||
             box.Left < word.Box.Left - 1.3 * h_ || box.Height() > 1.5 * h_)
           continue;
         const double above = word.Baseline - box.MiddleY();
@@ -122,12 +129,10 @@ class Doubter {
     for (std::size_t i = 0; i < page_.Words.size(); ++i)
       if (!words_.contains(static_cast<int>(i)) && isAmong(page_.Words[i].Is.Box) &&
           page_.Words[i].Is.Height > 0.6 * h_)
-        return Doubt("among the labels stands \"" +
-                     ShownLabel(page_.Words[i].Reading.Text, page_.Words[i].Reading.Exponent) +
-                     "\"");
+        axis_.Unexplained.push_back(static_cast<int>(i));
     for (std::size_t i = 0; i < page_.Pieces.Boxes.size(); ++i) {
       const InkBox& box = page_.Pieces.Boxes[i];
-      if (!pieces_.contains(static_cast<int>(i)) && box.Height() >= 0.6 * h_ &&
+      if (!written_.contains(static_cast<int>(i)) && box.Height() >= 0.6 * h_ &&
           box.Height() <= 1.8 * h_ && box.Width() <= 8 * h_ && box.Width() >= 0.3 * h_ &&
           isAmong(box))
         return Doubt("among the labels stands something that could not be read");
@@ -139,21 +144,49 @@ class Doubter {
     for (std::size_t i = 0; i < page_.Words.size(); ++i) {
       const auto& [word, reading, meanings] = page_.Words[i];
       if (words_.contains(static_cast<int>(i))) continue;
-      const bool number = !meanings.empty() || !reading.Exponent.empty() ||
-                          reading.Text.find_first_of("0123456789") != std::string::npos;
-      if (!number) continue;
-      const bool factor = !reading.Exponent.empty() ||
-                          reading.Text.find_first_of("ex+") != std::string::npos ||
-                          reading.Text.find("10") != std::string::npos;
-      if (!factor) continue;
+      const std::string& text = reading.Text;
+      const auto digits =
+          std::count_if(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+      if (digits == 0 || 2 * digits < static_cast<std::ptrdiff_t>(text.size())) continue;
       const InkBox& box = word.Box;
-      const bool beside = level_
-                              ? box.Right > box_.Right - 0.3 * (box_.Right - box_.Left) - 8 * h_ &&
-                                    box.Top > box_.Top - 3 * h_ && box.Top < box_.Bottom + 4 * h_
-                              : box.Left < std::max<double>(box_.Right, axis_.Across) + 8 * h_ &&
-                                    box.Right > box_.Left - 5 * h_ && box.Bottom < box_.Top + h_ &&
-                                    box.Bottom > box_.Top - 5 * h_;
+      const double past = axis_.LineTo - 0.15 * (axis_.LineTo - axis_.LineFrom) - 8 * h_;
+      const bool below = box.Top > box_.Bottom - h_ && box.Top < box_.Bottom + 4 * h_;
+      const bool behind =
+          box.Left > axis_.LineTo && std::fabs(box.MiddleY() - axis_.Across) < 2.5 * h_;
+      const bool beside =
+          level_ ? box.Right > past && (below || behind) && !others_.contains(static_cast<int>(i))
+                 : box.Left < std::max<double>(box_.Right, axis_.Across) + 8 * h_ &&
+                       box.Right > box_.Left - 5 * h_ && box.Bottom < box_.Top + h_ &&
+                       box.Bottom > std::min<double>(box_.Top, axis_.LineFrom) - 5 * h_ &&
+                       !others_.contains(static_cast<int>(i));
       if (beside) return Doubt("a factor may stand at the axis's end");
+    }
+  }
+
+  /// A second scale of two labels makes no law, but stands at a line of its own.
+  void LookAtOtherSides() {
+    for (const LongLine& line : level_ ? page_.Lines.Level : page_.Lines.Upright) {
+      const double length = axis_.LineTo - axis_.LineFrom;
+      if (line.Length() < 0.6 * length || std::fabs(line.Across - axis_.Across) < 2 * h_) continue;
+      std::vector<const InkBox*> numbers;
+      for (std::size_t i = 0; i < page_.Words.size(); ++i) {
+        if (words_.contains(static_cast<int>(i)) || others_.contains(static_cast<int>(i)) ||
+            page_.Words[i].Meanings.empty())
+          continue;
+        const InkBox& box = page_.Words[i].Is.Box;
+        const double along = level_ ? box.MiddleX() : box.MiddleY();
+        // On the far side from the axis.
+        const double gap = line.Across < axis_.Across
+                               ? line.Across - (level_ ? box.Bottom : box.Right)
+                               : (level_ ? box.Top : box.Left) - line.Across;
+        if (gap > 0 && gap < 3 * h_ && along > line.From - 0.3 * h_ && along < line.To + 0.3 * h_)
+          numbers.push_back(&box);
+      }
+      for (const InkBox* a : numbers)
+        for (const InkBox* b : numbers) {
+          const double apart = level_ ? b->MiddleX() - a->MiddleX() : b->MiddleY() - a->MiddleY();
+          if (apart > 0.35 * length) return Doubt("there may be a second scale");
+        }
     }
   }
 
@@ -162,13 +195,16 @@ class Doubter {
   FoundAxis& axis_;
   double h_;
   InkBox box_;
-  std::set<int> words_, pieces_;
+  std::set<int> words_;          // of the labels
+  const std::set<int>& others_;  // words of scales across
+  std::set<int> written_;        // pieces of any word
 };
 
 }  // namespace
 
-void AddDoubts(const LabelPage& page, AxisCourse course, FoundAxis& axis) {
-  Doubter(page, course, axis).Look();
+void AddDoubts(const LabelPage& page, AxisCourse course, const std::set<int>& others,
+               FoundAxis& axis) {
+  Doubter(page, course, others, axis).Look();
 }
 
 }  // namespace graphize

@@ -51,6 +51,19 @@ bool IsSame(const AxisLaw& a, const LawFit& b, std::span<const PlacedLabel> labe
   return worst <= 2 * tolerance;
 }
 
+/// A logarithmic law over less than that is too like a linear one.
+constexpr double kFewestDecades = 0.7;
+
+bool SpansDecades(std::span<const PlacedLabel> labels, const LawFit& fit) {
+  double least = std::numeric_limits<double>::infinity(), most = 0;
+  for (const ExplainedLabel& label : fit.Labels) {
+    const double value = labels[label.Label].Meanings[label.Meaning];
+    least = std::min(least, value);
+    most = std::max(most, value);
+  }
+  return std::log10(most / least) >= kFewestDecades;
+}
+
 bool IsBetter(const LawFit& a, const LawFit& b) {
   if (a.Labels.size() != b.Labels.size()) return a.Labels.size() > b.Labels.size();
   return a.Residuals < b.Residuals;
@@ -78,7 +91,7 @@ LawFit FindLaw(std::span<const PlacedLabel> labels, double tolerance, const LawF
             law.Start = labels[i].Position - law.Step * from;
             if (besides != nullptr && IsSame(law, *besides, labels, tolerance)) continue;
             const LawFit fit = Explained(labels, law, tolerance);
-            if (IsBetter(fit, best)) best = fit;
+            if (IsBetter(fit, best) && (!log || SpansDecades(labels, fit))) best = fit;
           }
   return best;
 }
@@ -103,11 +116,7 @@ AxisLaw FitLaw(bool log, std::span<const double> positions, std::span<const doub
 
 const char* ScaleDoubt(bool log, std::vector<double> values) {
   std::sort(values.begin(), values.end());
-  if (log) {
-    if (values.front() <= 0 || std::log10(values.back() / values.front()) < 0.7)
-      return "a logarithmic scale of less than a decade may be another one";
-    return nullptr;
-  }
+  if (log) return nullptr;
   double least = std::numeric_limits<double>::infinity();
   for (std::size_t i = 1; i < values.size(); ++i)
     if (values[i] > values[i - 1]) least = std::min(least, values[i] - values[i - 1]);

@@ -33,8 +33,8 @@ struct LawFit {
 };
 
 /// The law that explains most labels to within `tolerance`: of all pairs and meanings, linear and
-/// logarithmic (Fischler and Bolles 1981, without chance). `besides` is a fit whose law does not
-/// count, nor one that is the same at the labels' places.
+/// logarithmic over 0.7 decades or more (Fischler and Bolles 1981, without chance). `besides` is a
+/// fit whose law does not count, nor one that is the same at the labels' places.
 LawFit FindLaw(std::span<const PlacedLabel> labels, double tolerance,
                const LawFit* besides = nullptr);
 
@@ -42,7 +42,7 @@ LawFit FindLaw(std::span<const PlacedLabel> labels, double tolerance,
 AxisLaw FitLaw(bool log, std::span<const double> positions, std::span<const double> values);
 
 /// Why values that lie on a law are no scale that a program draws: steps that are no multiples of
-/// one step, a log scale of too few decades. nullptr for most.
+/// one step. nullptr for most.
 const char* ScaleDoubt(bool log, std::vector<double> values);
 
 }  // namespace graphize

@@ -13,15 +13,6 @@ namespace {
 
 constexpr std::size_t kFewest = 3;  // labels that make an axis
 
-double AlongOf(const Word& word, AxisCourse course) {
-  return course == AxisCourse::Level ? word.MiddleX() : word.MiddleY();
-}
-
-/// Of the digits' height; a label of an upright axis stands more exactly beside its tick.
-double ToleranceOf(AxisCourse course, double height) {
-  return std::max((course == AxisCourse::Level ? 0.42 : 0.32) * height, 2.0);
-}
-
 /// Words in one row, or under each other: by right, left edge or middle.
 std::set<std::vector<int>> GroupsOf(const LabelPage& page, AxisCourse course) {
   const auto keys = [&](const Word& word) -> std::vector<double> {
@@ -154,8 +145,12 @@ FoundAxis MakeAxis(const LabelPage& page, AxisCourse course, const GroupFit& fit
   const LongLine* line = LineBeside(page, course, box, fit.Height);
   const double middle = level ? box.MiddleY() : box.MiddleX();
   std::vector<std::vector<Tick>> kinds;
+  axis.LineFrom = level ? box.Left : box.Top;
+  axis.LineTo = level ? box.Right : box.Bottom;
   if (line != nullptr) {
     axis.Across = line->Across;
+    axis.LineFrom = std::min<double>(axis.LineFrom, line->From);
+    axis.LineTo = std::max<double>(axis.LineTo, line->To);
     for (const int side : {1, -1})
       kinds.push_back(TicksOn(page.Ink, course, *line, side, 1.5 * fit.Height));
     kinds.push_back(LinesAcross(page.Lines, course, axis.Across, 1.5 * fit.Height));
@@ -207,14 +202,34 @@ bool IsOtherScale(const LabelPage& page, AxisCourse course, const GroupFit& best
   return false;
 }
 
-}  // namespace
-
-FoundAxis FindAxis(const LabelPage& page, AxisCourse course) {
+std::vector<GroupFit> FitsOf(const LabelPage& page, AxisCourse course) {
   std::vector<GroupFit> fits;
   for (const std::vector<int>& group : GroupsOf(page, course)) {
     GroupFit fit = FitGroup(page, course, group);
     if (fit.Fit.Labels.size() >= kFewest) fits.push_back(std::move(fit));
   }
+  return fits;
+}
+
+std::set<int> WordsOnScales(const LabelPage& page, AxisCourse course) {
+  std::set<int> words;
+  for (const GroupFit& fit : FitsOf(page, course))
+    for (const ExplainedLabel& label : fit.Fit.Labels) words.insert(fit.Words[label.Label]);
+  return words;
+}
+
+}  // namespace
+
+double AlongOf(const Word& word, AxisCourse course) {
+  return course == AxisCourse::Level ? word.MiddleX() : word.MiddleY();
+}
+
+double ToleranceOf(AxisCourse course, double height) {
+  return std::max((course == AxisCourse::Level ? 0.42 : 0.32) * height, 2.0);
+}
+
+FoundAxis FindAxis(const LabelPage& page, AxisCourse course) {
+  std::vector<GroupFit> fits = FitsOf(page, course);
   if (fits.empty()) return {};
   std::stable_sort(fits.begin(), fits.end(), [](const GroupFit& a, const GroupFit& b) {
     if (a.Fit.Labels.size() != b.Fit.Labels.size())
@@ -232,7 +247,8 @@ FoundAxis FindAxis(const LabelPage& page, AxisCourse course) {
   if (rival.Fit.Labels.size() >= kFewest &&
       5 * rival.Fit.Labels.size() >= 4 * best.Fit.Labels.size())
     axis.Doubts.push_back("the labels may mean other values");
-  AddDoubts(page, course, axis);
+  const auto across = course == AxisCourse::Level ? AxisCourse::Upright : AxisCourse::Level;
+  AddDoubts(page, course, WordsOnScales(page, across), axis);
   return axis;
 }
 

@@ -220,6 +220,18 @@ Slope MiddleSlope(const InkImage& ink, std::vector<LongLine> lines) {
   return {};
 }
 
+/// The sum of the four longest.
+double LongestLines(const InkImage& upright) {
+  std::vector<LongLine> lines = LevelLines(upright);
+  const std::vector<LongLine> across = LevelLines(Transposed(upright));
+  lines.insert(lines.end(), across.begin(), across.end());
+  std::sort(lines.begin(), lines.end(),
+            [](const LongLine& a, const LongLine& b) { return a.Length() > b.Length(); });
+  double sum = 0;
+  for (std::size_t i = 0; i < std::min<std::size_t>(lines.size(), 4); ++i) sum += lines[i].Length();
+  return sum;
+}
+
 }  // namespace
 
 LineSet FindLongLines(const InkImage& upright) {
@@ -228,6 +240,12 @@ LineSet FindLongLines(const InkImage& upright) {
 
 PageTurn FindTurn(const InkImage& ink) {
   PageTurn turn{RoughAngle(ink), 0};
+  // Curves alone may look like lines that are turned: these must be longer than those there are.
+  if (std::fabs(turn.Angle) > 0.15 * kDegree) {
+    const double turned = LongestLines(Upright(ink, turn.Angle, 0));
+    if (turned < 0.4 * std::min(ink.Width, ink.Height) || turned < 1.3 * LongestLines(ink))
+      turn.Angle = 0;
+  }
   for (int round = 0; round < 2; ++round) {
     const bool straight = turn.Angle == 0 && turn.Skew == 0;
     const InkImage upright = straight ? ink : Upright(ink, turn.Angle, turn.Skew);

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 #include <memory>
+#include <string_view>
 
 #include "base/numbers.h"
 #include "finding_axes/find_axis.h"
@@ -18,10 +19,12 @@ constexpr double kDegree = 0.017453292519943295;
 /// What the three rows cannot hold.
 constexpr double kMostSkew = 0.15 * kDegree;
 
-/// An axis on the upright image, whichever way its labels were read.
+/// An axis, and the page on which its labels were read, which may be turned to the left.
 struct UprightAxis {
   FoundAxis Found;
-  const LabelPage* Page = nullptr;  // of its words
+  const LabelPage* Page = nullptr;
+  AxisCourse There = AxisCourse::Level;  // its course on that page
+  bool IsTurned = false;
 };
 
 /// From the page that was turned to the left: its rows are columns.
@@ -50,9 +53,50 @@ std::string Tenths(double value) {
   return ShortestText(std::round(value * 100) / 100);
 }
 
-/// Reads the labels once more and says what the axis is worth.
-ProposedAxis Judged(const UprightAxis& axis, AxisCourse course, const InkImage& upright,
-                    SecondReader& second) {
+/// Whether a word that our own reader has got wrong is the second one's value at its place.
+bool IsExplained(const UprightAxis& axis, const Word& word, const WordReading& other) {
+  for (const double value : MeaningsOf(other.Text, other.Exponent))
+    if (std::fabs(axis.Found.Law.PositionOf(value) - AlongOf(word, axis.There)) <=
+        ToleranceOf(axis.There, axis.Found.Height))
+      return true;
+  return false;
+}
+
+/// Reads the labels once more.
+void Confirm(UprightAxis& axis, SecondReader& second) {
+  FoundAxis& found = axis.Found;
+  if (found.Labels.empty()) return;
+  int alike = 0;
+  const bool someWithoutMinus =
+      std::any_of(found.Labels.begin(), found.Labels.end(),
+                  [](const TiedLabel& label) { return label.Value >= 0; });
+  for (TiedLabel& label : found.Labels) {
+    const auto& [word, reading, meanings] = axis.Page->Words[label.Word];
+    const WordReading other = second.Read(*axis.Page, word);
+    // A thin minus is lost on the recogniser; where other labels have none, ours is no tick.
+    const std::string_view text = reading.Text;
+    const bool same = other.Text == text ||
+                      (someWithoutMinus && text.starts_with('-') && other.Text == text.substr(1));
+    label.ReadTwice = same && other.Exponent == reading.Exponent;
+    alike += label.ReadTwice ? 1 : 0;
+  }
+  for (const int number : found.Unexplained) {
+    const auto& [word, reading, meanings] = axis.Page->Words[number];
+    if (IsExplained(axis, word, second.Read(*axis.Page, word))) continue;
+    found.Doubts.push_back("among the labels stands \"" +
+                           ShownLabel(reading.Text, reading.Exponent) + "\"");
+    break;
+  }
+  const int count = static_cast<int>(found.Labels.size());
+  if (!second.Missing().empty())
+    found.Doubts.push_back("there is no second reader: " + second.Missing());
+  else if (alike < 3 || 5 * alike < 3 * count)
+    found.Doubts.push_back("of " + std::to_string(count) + " labels a second reader reads " +
+                           std::to_string(alike) + " alike");
+}
+
+/// What the axis is worth.
+ProposedAxis Judged(const UprightAxis& axis, AxisCourse course, const InkImage& upright) {
   ProposedAxis proposed;
   if (axis.Found.Labels.empty()) {
     proposed.Reason = "fewer than three labels lie on one scale";
@@ -60,36 +104,22 @@ ProposedAxis Judged(const UprightAxis& axis, AxisCourse course, const InkImage& 
   }
   proposed.Log = axis.Found.Law.Log;
   std::vector<std::string> doubts = axis.Found.Doubts;
-  int alike = 0;
   double worst = 0;
   for (const TiedLabel& label : axis.Found.Labels) {
-    const ReadWordRecord& word = axis.Page->Words[label.Word];
-    ProposedLabel made{ShownLabel(word.Reading.Text, word.Reading.Exponent),
-                       label.Value,
-                       0,
-                       0,
-                       label.Residual * upright.Scale,
-                       second.ReadsAlike(*axis.Page, word)};
+    const WordReading& reading = axis.Page->Words[label.Word].Reading;
     const bool level = course == AxisCourse::Level;
     const double u = level ? label.Position : axis.Found.Across;
     const double v = level ? axis.Found.Across : label.Position;
     const AffineMap& map = upright.ToPicture;
-    made.Column = map.XX * u + map.XY * v + map.X;
-    made.Row = map.YX * u + map.YY * v + map.Y;
-    alike += made.ReadTwice ? 1 : 0;
-    worst = std::max(worst, std::fabs(made.Residual));
-    proposed.Labels.push_back(std::move(made));
+    proposed.Labels.push_back({ShownLabel(reading.Text, reading.Exponent), label.Value,
+                               map.XX * u + map.XY * v + map.X, map.YX * u + map.YY * v + map.Y,
+                               label.Residual * upright.Scale, label.ReadTwice});
+    worst = std::max(worst, std::fabs(label.Residual) * upright.Scale);
   }
-  const int count = static_cast<int>(proposed.Labels.size());
-  if (!second.Missing().empty())
-    doubts.push_back("there is no second reader: " + second.Missing());
-  else if (alike < 3 || 5 * alike < 3 * count)
-    doubts.push_back("of " + std::to_string(count) + " labels a second reader reads " +
-                     std::to_string(alike) + " alike");
   if (worst > std::max(1.0, 0.6 * upright.Scale))
     doubts.push_back("ticks lie up to " + Tenths(worst) + " pixels off the scale");
   proposed.Verdict = doubts.empty() ? AxesVerdict::Sure : AxesVerdict::Proposal;
-  proposed.Reason = doubts.empty() ? std::to_string(count) +
+  proposed.Reason = doubts.empty() ? std::to_string(proposed.Labels.size()) +
                                          " labels at their ticks, read alike by two readers, off "
                                          "the scale by up to " +
                                          Tenths(worst) + " pixels"
@@ -97,39 +127,38 @@ ProposedAxis Judged(const UprightAxis& axis, AxisCourse course, const InkImage& 
   return proposed;
 }
 
+bool IsClear(const FoundAxis& axis) {
+  return !axis.Labels.empty() && axis.Doubts.empty() && axis.Unexplained.empty();
+}
+
 /// Whether a page tells more of an axis than another.
 bool IsBetter(const FoundAxis& a, const FoundAxis& b) {
-  if (a.Labels.empty() || b.Labels.empty()) return !a.Labels.empty();
-  if (a.Doubts.empty() != b.Doubts.empty()) return a.Doubts.empty();
-  return a.Labels.size() > b.Labels.size();
+  if (IsClear(a) != IsClear(b)) return IsClear(a);
+  if (a.Labels.size() != b.Labels.size()) return a.Labels.size() > b.Labels.size();
+  return a.Doubts.size() + a.Unexplained.size() < b.Doubts.size() + b.Unexplained.size();
 }
 
 /// Looks for both axes on the upright image as long as they are in doubt: with letters parted, with
 /// thin strokes held together, and, where there is none, with what is written upward.
 void LookOnPages(const InkImage& upright, std::vector<std::unique_ptr<LabelPage>>& pages,
                  UprightAxis& x, UprightAxis& y, PictureOperation& operation) {
-  const auto isClear = [](const UprightAxis& axis) {
-    return !axis.Found.Labels.empty() && axis.Found.Doubts.empty();
-  };
-  const auto take = [&](UprightAxis& axis, FoundAxis found) {
-    if (IsBetter(found, axis.Found)) axis = {std::move(found), pages.back().get()};
-  };
   for (const bool isTurned : {false, true})
     for (const double part : {0.45, 0.28}) {
-      const bool lookX = isTurned ? x.Found.Labels.empty() : !isClear(x);
-      const bool lookY = isTurned ? y.Found.Labels.empty() : !isClear(y);
-      if (!lookX && !lookY) continue;
+      const auto isWanted = [&](const UprightAxis& axis) {
+        return isTurned && !axis.IsTurned ? axis.Found.Labels.empty() : !IsClear(axis.Found);
+      };
+      if (!isWanted(x) && !isWanted(y)) continue;
       pages.push_back(std::make_unique<LabelPage>(
           ReadPage(isTurned ? QuarterTurned(upright) : upright, part, operation)));
       if (operation.Stopped) return;
-      const LabelPage& page = *pages.back();
-      const auto level = AxisCourse::Level, standing = AxisCourse::Upright;
-      if (lookX)
-        take(x, isTurned ? TurnedBack(FindAxis(page, standing), level, upright.Height)
-                         : FindAxis(page, level));
-      if (lookY)
-        take(y, isTurned ? TurnedBack(FindAxis(page, level), standing, upright.Height)
-                         : FindAxis(page, standing));
+      const auto look = [&](UprightAxis& axis, AxisCourse there) {
+        if (!isWanted(axis)) return;
+        FoundAxis found = FindAxis(*pages.back(), there);
+        if (IsBetter(found, axis.Found))
+          axis = {std::move(found), pages.back().get(), there, isTurned};
+      };
+      look(x, isTurned ? AxisCourse::Upright : AxisCourse::Level);
+      look(y, isTurned ? AxisCourse::Level : AxisCourse::Upright);
       operation.Advance(0.25 * static_cast<double>(pages.size()));
     }
 }
@@ -233,6 +262,15 @@ AxesProposal ProposeAxes(const Raster& picture, PictureOperation& operation) {
   if (operation.Stopped) return stopped();
   operation.From = 0.8;
   operation.To = 1;
+  SecondReader second;
+  for (UprightAxis* axis : {&x, &y}) {
+    Confirm(*axis, second);
+    operation.Advance(0.5);
+    if (operation.Stopped) return stopped();
+    if (axis->IsTurned)
+      axis->Found = TurnedBack(std::move(axis->Found),
+                               axis == &x ? AxisCourse::Level : AxisCourse::Upright, ink.Height);
+  }
   const bool both = !x.Found.Labels.empty() && !y.Found.Labels.empty();
   for (UprightAxis* axis : {&x, &y}) {
     if (std::fabs(turn.Skew) > kMostSkew)
@@ -240,11 +278,8 @@ AxesProposal ProposeAxes(const Raster& picture, PictureOperation& operation) {
     if (both && !GoTogether(x.Found, y.Found))
       axis->Found.Doubts.push_back("the axes may belong to different plots");
   }
-  SecondReader second;
-  proposal.X = Judged(x, AxisCourse::Level, ink, second);
-  operation.Advance(0.5);
-  if (operation.Stopped) return stopped();
-  proposal.Y = Judged(y, AxisCourse::Upright, ink, second);
+  proposal.X = Judged(x, AxisCourse::Level, ink);
+  proposal.Y = Judged(y, AxisCourse::Upright, ink);
   proposal.Verdict = std::min(proposal.X.Verdict, proposal.Y.Verdict);
   if (both) proposal.Rows = RowsOf(x.Found, y.Found, ink.ToPicture);
   operation.Advance(1);

@@ -83,23 +83,17 @@ std::string InOurSigns(const std::string& text) {
 
 }  // namespace
 
-bool SecondReader::IsAlike(const LabelPage& page, const std::vector<Glyph>& glyphs, GlyphLine line,
-                           const std::string& text) {
-  return InOurSigns(ReadTextLine(LineOf(page, glyphs, line.Height))) == text;
-}
-
-bool SecondReader::ReadsAlike(const LabelPage& page, const ReadWordRecord& word) {
-  if (!missing_.empty()) return false;
+WordReading SecondReader::Read(const LabelPage& page, const Word& word) {
+  WordReading reading;
+  if (!missing_.empty() || word.Glyphs.empty()) return reading;
   try {
-    const Word& is = word.Is;
-    return IsAlike(page, is.Glyphs, {is.Baseline, is.Height}, word.Reading.Text) &&
-           (is.Exponent.empty() ||
-            IsAlike(page, is.Exponent, {is.ExponentBaseline, is.ExponentHeight},
-                    word.Reading.Exponent));
+    reading.Text = InOurSigns(ReadTextLine(LineOf(page, word.Glyphs, word.Height)));
+    if (!word.Exponent.empty())
+      reading.Exponent = InOurSigns(ReadTextLine(LineOf(page, word.Exponent, word.ExponentHeight)));
   } catch (const RunTimeError& error) {
     missing_ = error.what();
-    return false;
   }
+  return reading;
 }
 
 }  // namespace graphize

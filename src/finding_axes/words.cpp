@@ -106,7 +106,7 @@ class WordMaker {
            box.Height() <= 14 * box.Width();
   }
 
-  /// Neighbours of like height on one base line.
+  /// Neighbours on one base line: digits, and small letters, which are lower.
   void LinkDigits() {
     Sets sets;
     std::vector<int> digits;
@@ -122,7 +122,7 @@ class WordMaker {
         const double height = std::max(a.Height(), b.Height());
         if (b.Left > a.Right + 0.78 * std::max(height, 6.0) * 2) break;
         const double lower = std::min(a.Height(), b.Height());
-        if (GapBetween(a, b) < 0.78 * height && lower >= 0.78 * height - 1 &&
+        if (GapBetween(a, b) < 0.78 * height && lower >= 0.6 * height &&
             std::abs(a.Bottom - b.Bottom) <= std::max(0.22 * height, 1.0))
           sets.Join(static_cast<int>(i), static_cast<int>(j));
       }
