@@ -38,7 +38,7 @@ class Doubter {
       onTicks += label.OnTick ? 1 : 0;
     }
     if (onTicks < 3) Doubt("the labels stand at no ticks");
-    if (h_ < 6) Doubt("the digits are too small");
+    if (h_ < 6 * page_.Ink.Enlarged) Doubt("the digits are too small");
     if (const char* doubt = ScaleDoubt(axis_.Law.Log, values)) Doubt(doubt);
     LookAtTexts();
     LookAtGaps();
@@ -147,7 +147,7 @@ class Doubter {
       const std::string& text = reading.Text;
       const auto digits =
           std::count_if(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
-      if (digits == 0 || 2 * digits < static_cast<std::ptrdiff_t>(text.size())) continue;
+      if (digits < 2 || 2 * digits < static_cast<std::ptrdiff_t>(text.size())) continue;
       const InkBox& box = word.Box;
       const double past = axis_.LineTo - 0.15 * (axis_.LineTo - axis_.LineFrom) - 8 * h_;
       const bool below = box.Top > box_.Bottom - h_ && box.Top < box_.Bottom + 4 * h_;
@@ -159,7 +159,9 @@ class Doubter {
                        box.Right > box_.Left - 5 * h_ && box.Bottom < box_.Top + h_ &&
                        box.Bottom > std::min<double>(box_.Top, axis_.LineFrom) - 5 * h_ &&
                        !others_.contains(static_cast<int>(i));
-      if (beside) return Doubt("a factor may stand at the axis's end");
+      if (beside)
+        return Doubt("at the axis's end stands \"" + ShownLabel(text, reading.Exponent) +
+                     "\", which may be a factor");
     }
   }
 

@@ -104,7 +104,7 @@ std::vector<TiedLabel> Tie(const LabelPage& page, AxisCourse course, const Group
         std::max_element(tied.begin(), tied.end(), [](const TiedLabel& a, const TiedLabel& b) {
           return std::fabs(a.Residual) < std::fabs(b.Residual);
         });
-    if (std::fabs(worst->Residual) <= 1) return tied;
+    if (std::fabs(worst->Residual) <= page.Ink.Enlarged) return tied;
     tied.erase(worst);
   }
   return {};

@@ -19,6 +19,7 @@ struct InkImage {
   double Scale = 1;     // picture pixels to one here
   int Weak = 24;        // from here on a pixel is no paper
   int Full = 255;       // what full ink has
+  int Enlarged = 1;     // times; Scale is less by that
 
   /// 0 outside.
   int At(int x, int y) const {
@@ -41,6 +42,9 @@ InkImage InkOf(const Raster& picture, PictureOperation& operation);
 /// The image turned about its middle by an angle (radians, clockwise as seen) and sheared (radians
 /// that its upright lines lean more), so that what leans so stands upright.
 InkImage Upright(const InkImage& ink, double angle, double skew);
+
+/// Twice as large by cubic interpolation (Keys 1981): thin strokes of small letters hold together.
+InkImage Enlarged(const InkImage& ink);
 
 /// Rows become columns, and the top comes to the left's bottom: what was read upward reads to the
 /// right.

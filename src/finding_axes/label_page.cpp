@@ -9,16 +9,20 @@ namespace graphize {
 
 namespace {
 
-/// A tick of an axis without a line stands before or behind a label as a minus does; behind a
-/// number there is none.
-void DropTickBehind(ReadWordRecord& record) {
-  std::string& text = record.Reading.Text;
-  if (record.Is.Exponent.empty() && text.size() > 1 && text.back() == '-') {
-    text.pop_back();
-    record.Is.Glyphs.pop_back();
-    record.Is.Box = record.Is.Glyphs.front().Box;
-    for (const Glyph& glyph : record.Is.Glyphs) record.Is.Box.Add(glyph.Box);
-  }
+/// A tick of an axis without a line stands beside a label as a minus does; behind a number there is
+/// none.
+void DropTickBehind(Word& word) {
+  if (word.Glyphs.size() < 2) return;
+  const InkBox& last = word.Glyphs.back().Box;
+  const double above = word.Baseline - last.MiddleY();
+  const bool isBehind = word.Exponent.empty() || last.Left > word.Exponent.back().Box.Right;
+  if (!isBehind || last.Height() > 0.4 * word.Height || last.Width() < 1.5 * last.Height() ||
+      above < 0.2 * word.Height || above > 0.85 * word.Height)
+    return;
+  word.Glyphs.pop_back();
+  word.Box = word.Glyphs.front().Box;
+  for (const auto* glyphs : {&word.Glyphs, &word.Exponent})
+    for (const Glyph& glyph : *glyphs) word.Box.Add(glyph.Box);
 }
 
 /// Columns where a glyph has least ink, between which it may be several.
@@ -102,9 +106,9 @@ LabelPage ReadPage(InkImage upright, double part, PictureOperation& operation) {
     ReadWordRecord record;
     record.Is = std::move(word);
     if (record.Is.Glyphs.size() + record.Is.Exponent.size() <= kLongest) {
+      DropTickBehind(record.Is);
       SplitTouching(page, record.Is);
       record.Reading = ReadWord(page.Ink, page.Pieces, record.Is);
-      DropTickBehind(record);
       record.Meanings = MeaningsOf(record.Reading.Text, record.Reading.Exponent);
     }
     page.Words.push_back(std::move(record));

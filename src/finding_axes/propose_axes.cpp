@@ -27,6 +27,19 @@ struct UprightAxis {
   bool IsTurned = false;
 };
 
+/// From a page that was enlarged.
+void Reduce(FoundAxis& axis, int times) {
+  const auto reduce = [&](double& place) { place = (place + 0.5) / times - 0.5; };
+  axis.Law.Step /= times;
+  reduce(axis.Law.Start);
+  reduce(axis.Across);
+  axis.Height /= times;
+  for (TiedLabel& label : axis.Labels) {
+    reduce(label.Position);
+    label.Residual /= times;
+  }
+}
+
 /// From the page that was turned to the left: its rows are columns.
 FoundAxis TurnedBack(FoundAxis axis, AxisCourse course, int height) {
   if (course == AxisCourse::Upright) {
@@ -138,29 +151,41 @@ bool IsBetter(const FoundAxis& a, const FoundAxis& b) {
   return a.Doubts.size() + a.Unexplained.size() < b.Doubts.size() + b.Unexplained.size();
 }
 
-/// Looks for both axes on the upright image as long as they are in doubt: with letters parted, with
-/// thin strokes held together, and, where there is none, with what is written upward.
-void LookOnPages(const InkImage& upright, std::vector<std::unique_ptr<LabelPage>>& pages,
+/// One way of looking at an image.
+struct Look {
+  bool IsTurned;    // to the left, for what is written upward
+  double Part;      // as FindPieces has it
+  bool IsEnlarged;  // for small letters
+};
+constexpr Look kLooks[] = {{false, 0.45, false}, {false, 0.28, false}, {false, 0.4, true},
+                           {true, 0.45, false},  {true, 0.28, false},  {true, 0.4, true}};
+/// Beyond it nothing is enlarged, pixels.
+constexpr double kMostToEnlarge = 1.6e6;
+
+/// Looks for both axes as long as they are in doubt; at what is written upward only for one of
+/// which nothing else was found.
+void LookAtPages(const InkImage& upright, std::vector<std::unique_ptr<LabelPage>>& pages,
                  UprightAxis& x, UprightAxis& y, PictureOperation& operation) {
-  for (const bool isTurned : {false, true})
-    for (const double part : {0.45, 0.28}) {
-      const auto isWanted = [&](const UprightAxis& axis) {
-        return isTurned && !axis.IsTurned ? axis.Found.Labels.empty() : !IsClear(axis.Found);
-      };
-      if (!isWanted(x) && !isWanted(y)) continue;
-      pages.push_back(std::make_unique<LabelPage>(
-          ReadPage(isTurned ? QuarterTurned(upright) : upright, part, operation)));
-      if (operation.Stopped) return;
-      const auto look = [&](UprightAxis& axis, AxisCourse there) {
-        if (!isWanted(axis)) return;
-        FoundAxis found = FindAxis(*pages.back(), there);
-        if (IsBetter(found, axis.Found))
-          axis = {std::move(found), pages.back().get(), there, isTurned};
-      };
-      look(x, isTurned ? AxisCourse::Upright : AxisCourse::Level);
-      look(y, isTurned ? AxisCourse::Level : AxisCourse::Upright);
-      operation.Advance(0.25 * static_cast<double>(pages.size()));
-    }
+  for (const Look& look : kLooks) {
+    const auto isWanted = [&](const UprightAxis& axis) {
+      return look.IsTurned && !axis.IsTurned ? axis.Found.Labels.empty() : !IsClear(axis.Found);
+    };
+    const bool large = static_cast<double>(upright.Values.size()) > kMostToEnlarge;
+    if ((!isWanted(x) && !isWanted(y)) || (look.IsEnlarged && large)) continue;
+    InkImage image = look.IsTurned ? QuarterTurned(upright) : upright;
+    if (look.IsEnlarged) image = Enlarged(image);
+    pages.push_back(std::make_unique<LabelPage>(ReadPage(std::move(image), look.Part, operation)));
+    if (operation.Stopped) return;
+    const auto find = [&](UprightAxis& axis, AxisCourse there) {
+      if (!isWanted(axis)) return;
+      FoundAxis found = FindAxis(*pages.back(), there);
+      if (IsBetter(found, axis.Found))
+        axis = {std::move(found), pages.back().get(), there, look.IsTurned};
+    };
+    find(x, look.IsTurned ? AxisCourse::Upright : AxisCourse::Level);
+    find(y, look.IsTurned ? AxisCourse::Level : AxisCourse::Upright);
+    operation.Advance(static_cast<double>(pages.size()) / static_cast<double>(std::size(kLooks)));
+  }
 }
 
 /// Two labels of an axis far apart.
@@ -258,7 +283,7 @@ AxesProposal ProposeAxes(const Raster& picture, PictureOperation& operation) {
   operation.To = 0.8;
   UprightAxis x, y;
   std::vector<std::unique_ptr<LabelPage>> pages;
-  LookOnPages(ink, pages, x, y, operation);
+  LookAtPages(ink, pages, x, y, operation);
   if (operation.Stopped) return stopped();
   operation.From = 0.8;
   operation.To = 1;
@@ -267,6 +292,7 @@ AxesProposal ProposeAxes(const Raster& picture, PictureOperation& operation) {
     Confirm(*axis, second);
     operation.Advance(0.5);
     if (operation.Stopped) return stopped();
+    if (axis->Page != nullptr) Reduce(axis->Found, axis->Page->Ink.Enlarged);
     if (axis->IsTurned)
       axis->Found = TurnedBack(std::move(axis->Found),
                                axis == &x ? AxisCourse::Level : AxisCourse::Upright, ink.Height);

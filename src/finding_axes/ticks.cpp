@@ -22,7 +22,7 @@ std::vector<Tick> TicksOn(const InkImage& upright, AxisCourse course, const Long
     while (length < most && at(i, start + side * length) >= edge) ++length;
     lengths[i - first] = length;
   }
-  const int shortest = 2, widest = std::max(4, 2 * line.Thickness() + 2);
+  const int shortest = 2 * upright.Enlarged, widest = std::max(4, 2 * line.Thickness() + 2);
   std::vector<Tick> ticks;
   for (int i = 0; i < static_cast<int>(lengths.size());) {
     if (lengths[i] < shortest) {
