@@ -264,7 +264,8 @@ const char* NameOf(AxesVerdict verdict) {
   return "none";
 }
 
-AxesProposal ProposeAxes(const Raster& picture, PictureOperation& operation) {
+AxesProposal ProposeAxes(const Raster& picture, PictureOperation& operation,
+                         const TextLineReader& second) {
   AxesProposal proposal;
   const auto stopped = [&] {
     AxesProposal none;
@@ -287,9 +288,9 @@ AxesProposal ProposeAxes(const Raster& picture, PictureOperation& operation) {
   if (operation.Stopped) return stopped();
   operation.From = 0.8;
   operation.To = 1;
-  SecondReader second;
+  SecondReader reader(second);
   for (UprightAxis* axis : {&x, &y}) {
-    Confirm(*axis, second);
+    Confirm(*axis, reader);
     operation.Advance(0.5);
     if (operation.Stopped) return stopped();
     if (axis->Page != nullptr) Reduce(axis->Found, axis->Page->Ink.Enlarged);

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "base/raster.h"
+#include "finding_axes/text_reader.h"
 #include "raster/picture_operation.h"
 
 namespace graphize {
@@ -46,7 +47,9 @@ struct AxesProposal {
 };
 
 /// Finds the axes of a plot by its frame, ticks and labels. The rows stand at labelled ticks far
-/// apart, of which those are chosen whose places are nearest to whole pixels.
-AxesProposal ProposeAxes(const Raster& picture, PictureOperation& operation);
+/// apart, of which those are chosen whose places are nearest to whole pixels. Without a second
+/// reader the best verdict is a proposal.
+AxesProposal ProposeAxes(const Raster& picture, PictureOperation& operation,
+                         const TextLineReader& second = ReadTextLine);
 
 }  // namespace graphize

@@ -4,7 +4,6 @@
 #include <cmath>
 
 #include "base/run_time_error.h"
-#include "finding_axes/text_reader.h"
 
 namespace graphize {
 
@@ -87,9 +86,9 @@ WordReading SecondReader::Read(const LabelPage& page, const Word& word) {
   WordReading reading;
   if (!missing_.empty() || word.Glyphs.empty()) return reading;
   try {
-    reading.Text = InOurSigns(ReadTextLine(LineOf(page, word.Glyphs, word.Height)));
+    reading.Text = InOurSigns(reader_(LineOf(page, word.Glyphs, word.Height)));
     if (!word.Exponent.empty())
-      reading.Exponent = InOurSigns(ReadTextLine(LineOf(page, word.Exponent, word.ExponentHeight)));
+      reading.Exponent = InOurSigns(reader_(LineOf(page, word.Exponent, word.ExponentHeight)));
   } catch (const RunTimeError& error) {
     missing_ = error.what();
   }

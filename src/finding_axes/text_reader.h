@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -11,6 +12,9 @@ struct TextLine {
   int Width = 0, Height = 0;
   std::vector<std::uint8_t> Grey;
 };
+
+/// Throws RunTimeError where it cannot read at all.
+using TextLineReader = std::function<std::string(const TextLine&)>;
 
 /// Reads one line with the computer's own text recogniser; several threads may ask at a time.
 /// RunTimeError where there is none, or without its English data.

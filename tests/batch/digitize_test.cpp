@@ -164,7 +164,8 @@ TEST_F(Batch, EveryOptionIsInTheHelpTheManPageAndTheCompletion) {
     return false;
   };
   const std::pair<const char*, CommandSpec> commands[] = {{"digitize", DigitizeSpec()},
-                                                          {"export", ExportSpec()}};
+                                                          {"export", ExportSpec()},
+                                                          {"axes", AxesSpec()}};
   for (const auto& [name, command] : commands) {
     ASSERT_EQ(Run({name, "--help"}), 0);
     for (const OptionSpec& option : command.Options)
