@@ -40,6 +40,8 @@ class Doubter {
     if (onTicks < 3) Doubt("the labels stand at no ticks");
     if (h_ < 6 * page_.Ink.Enlarged) Doubt("the digits are too small");
     if (const char* doubt = ScaleDoubt(axis_.Law.Log, values)) Doubt(doubt);
+    if (ErrorAtEnds() > 0.8 * page_.Ink.Enlarged)
+      Doubt("the labels do not tell where the axis ends");
     LookAtTexts();
     LookAtGaps();
     LookBesideLabels();
@@ -53,6 +55,21 @@ class Doubter {
   void Doubt(const std::string& text) {
     auto& doubts = axis_.Doubts;
     if (std::find(doubts.begin(), doubts.end(), text) == doubts.end()) doubts.push_back(text);
+  }
+
+  /// The standard error of the fitted line at the ends of the axis, pixels; of each tick at least
+  /// what rounding to whole pixels makes.
+  double ErrorAtEnds() const {
+    const double n = static_cast<double>(axis_.Labels.size());
+    double mean = 0, squares = 0, spread = 0;
+    for (const TiedLabel& label : axis_.Labels) mean += label.Position / n;
+    for (const TiedLabel& label : axis_.Labels) {
+      squares += label.Residual * label.Residual;
+      spread += (label.Position - mean) * (label.Position - mean);
+    }
+    const double variance = std::max(squares / std::max(n - 2, 1.0), 1.0 / 12);
+    const double far = std::max(std::fabs(axis_.LineFrom - mean), std::fabs(axis_.LineTo - mean));
+    return std::sqrt(variance * (1 / n + far * far / spread));
   }
 
   void LookAtTexts() {

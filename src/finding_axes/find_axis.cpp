@@ -130,6 +130,34 @@ void TakeMiddles(const LabelPage& page, AxisCourse course, const GroupFit& fit, 
     label.Residual = label.Position - axis.Law.PositionOf(label.Value);
 }
 
+/// Strokes that stand by themselves between the labels in `box` and the plot, where no axis is
+/// drawn.
+std::vector<Tick> LoneTicks(const LabelPage& page, AxisCourse course, const InkBox& box,
+                            double height) {
+  const bool level = course == AxisCourse::Level;
+  std::vector<Tick> ticks;
+  for (const InkBox& piece : page.Pieces.Boxes) {
+    const int length = level ? piece.Height() : piece.Width();
+    const int width = level ? piece.Width() : piece.Height();
+    if (length < 2 * page.Ink.Enlarged || width > 0.4 * height || 2 * length < 3 * width ||
+        length > 1.5 * height)
+      continue;
+    const double gap = level ? std::max(box.Top - piece.Bottom, piece.Top - box.Bottom)
+                             : std::max(box.Left - piece.Right, piece.Left - box.Right);
+    if (gap < 0 || gap > 2 * height) continue;
+    double sum = 0, moment = 0;
+    for (int y = piece.Top - 1; y <= piece.Bottom + 1; ++y)
+      for (int x = piece.Left - 1; x <= piece.Right + 1; ++x) {
+        const int value = page.Ink.At(x, y);
+        if (value < page.Ink.Weak / 2) continue;
+        sum += value;
+        moment += static_cast<double>(value) * (level ? x : y);
+      }
+    if (sum > 0) ticks.push_back({moment / sum, static_cast<double>(length)});
+  }
+  return ticks;
+}
+
 InkBox BoxOf(const LabelPage& page, const GroupFit& fit) {
   InkBox box = page.Words[fit.Words[fit.Fit.Labels.front().Label]].Is.Box;
   for (const ExplainedLabel& label : fit.Fit.Labels)
@@ -166,6 +194,7 @@ FoundAxis MakeAxis(const LabelPage& page, AxisCourse course, const GroupFit& fit
           axis.Across = end;
         }
     kinds.push_back(LinesAcross(page.Lines, course, axis.Across, 0.5 * fit.Height));
+    kinds.push_back(LoneTicks(page, course, box, fit.Height));
   }
   for (const std::vector<Tick>& ticks : kinds) {
     AxisLaw law;
