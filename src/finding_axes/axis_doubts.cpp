@@ -24,10 +24,13 @@ class Doubter {
       box_ = words_.size() == 1 ? word.Box : box_;
       box_.Add(word.Box);
     }
-    for (const ReadWordRecord& record : page.Words)
-      for (const auto* glyphs : {&record.Is.Glyphs, &record.Is.Exponent})
-        for (const Glyph& glyph : *glyphs)
+    for (int i = 0; i < static_cast<int>(page.Words.size()); ++i)
+      for (const auto* glyphs : {&page.Words[i].Is.Glyphs, &page.Words[i].Is.Exponent})
+        for (const Glyph& glyph : *glyphs) {
           written_.insert(glyph.Pieces.begin(), glyph.Pieces.end());
+          if (words_.contains(i) || others.contains(i))
+            explained_.insert(glyph.Pieces.begin(), glyph.Pieces.end());
+        }
   }
 
   void Look() {
@@ -122,7 +125,7 @@ class Doubter {
       const Word& word = WordOf(label);
       for (std::size_t i = 0; i < page_.Pieces.Boxes.size(); ++i) {
         const InkBox& box = page_.Pieces.Boxes[i];
-        if (written_.contains(static_cast<int>(i)) || box.Right >= word.Box.Left ||
+        if (explained_.contains(static_cast<int>(i)) || box.Right >= word.Box.Left ||
             box.Left < word.Box.Left - 1.3 * h_ || box.Height() > 1.5 * h_)
           continue;
         const double above = word.Baseline - box.MiddleY();
@@ -167,7 +170,7 @@ class Doubter {
       if (digits < 2 || 2 * digits < static_cast<std::ptrdiff_t>(text.size())) continue;
       const InkBox& box = word.Box;
       const double past = axis_.LineTo - 0.15 * (axis_.LineTo - axis_.LineFrom) - 8 * h_;
-      const bool below = box.Top > box_.Bottom - h_ && box.Top < box_.Bottom + 4 * h_;
+      const bool below = box.Top > box_.Bottom - 0.3 * h_ && box.Top < box_.Bottom + 4 * h_;
       const bool behind =
           box.Left > axis_.LineTo && std::fabs(box.MiddleY() - axis_.Across) < 2.5 * h_;
       const bool beside =
@@ -176,9 +179,10 @@ class Doubter {
                        box.Right > box_.Left - 5 * h_ && box.Bottom < box_.Top + h_ &&
                        box.Bottom > std::min<double>(box_.Top, axis_.LineFrom) - 5 * h_ &&
                        !others_.contains(static_cast<int>(i));
-      if (beside)
-        return Doubt("at the axis's end stands \"" + ShownLabel(text, reading.Exponent) +
-                     "\", which may be a factor");
+      if (!beside) continue;
+      Doubt("at the axis's end stands \"" + ShownLabel(text, reading.Exponent) +
+            "\", which may be a factor");
+      if (reading.Share > 0.8F) axis_.Lasting.push_back(axis_.Doubts.back());
     }
   }
 
@@ -204,7 +208,10 @@ class Doubter {
       for (const InkBox* a : numbers)
         for (const InkBox* b : numbers) {
           const double apart = level_ ? b->MiddleX() - a->MiddleX() : b->MiddleY() - a->MiddleY();
-          if (apart > 0.35 * length) return Doubt("there may be a second scale");
+          if (apart <= 0.35 * length) continue;
+          Doubt("there may be a second scale");
+          axis_.Lasting.push_back(axis_.Doubts.back());
+          return;
         }
     }
   }
@@ -217,6 +224,7 @@ class Doubter {
   std::set<int> words_;          // of the labels
   const std::set<int>& others_;  // words of scales across
   std::set<int> written_;        // pieces of any word
+  std::set<int> explained_;      // of these and of the labels
 };
 
 }  // namespace

@@ -219,6 +219,15 @@ bool ShareWords(const GroupFit& a, const GroupFit& b) {
   return false;
 }
 
+/// In the same row or column such labels are unexplained ones of the first.
+bool IsElsewhere(const LabelPage& page, AxisCourse course, const GroupFit& best,
+                 const GroupFit& other) {
+  const InkBox a = BoxOf(page, best), b = BoxOf(page, other);
+  const double apart = course == AxisCourse::Level ? a.MiddleY() - b.MiddleY()
+                                                   : std::max(a.Left - b.Right, b.Left - a.Right);
+  return std::fabs(apart) > best.Height && (course == AxisCourse::Level || apart > 0);
+}
+
 /// Whether another row or column of labels tells other values at the same places.
 bool IsOtherScale(const LabelPage& page, AxisCourse course, const GroupFit& best,
                   const GroupFit& other) {
@@ -268,8 +277,10 @@ FoundAxis FindAxis(const LabelPage& page, AxisCourse course) {
   const GroupFit& best = fits.front();
   FoundAxis axis = MakeAxis(page, course, best);
   for (const GroupFit& other : fits)
-    if (!ShareWords(best, other) && IsOtherScale(page, course, best, other)) {
-      axis.Doubts.push_back("there is a second scale");
+    if (!ShareWords(best, other) && IsElsewhere(page, course, best, other) &&
+        IsOtherScale(page, course, best, other)) {
+      axis.Doubts.emplace_back("there is a second scale");
+      axis.Lasting.push_back(axis.Doubts.back());
       break;
     }
   const GroupFit rival = FitGroup(page, course, best.Words, &best.Fit);

@@ -28,6 +28,8 @@ struct FoundAxis {
   double Height = 0;                // of the labels' digits
   std::vector<int> Unexplained;     // words among the labels that the law does not explain
   std::vector<std::string> Doubts;  // why it is not sure, a sentence's part each
+  // Those of them that no other look at the labels can dispel.
+  std::vector<std::string> Lasting;
 };
 
 /// How far a label's middle may lie from its tick, pixels, by its digits' height: one of an upright

@@ -100,6 +100,9 @@ void Confirm(UprightAxis& axis, SecondReader& second) {
                            ShownLabel(reading.Text, reading.Exponent) + "\"");
     break;
   }
+  for (const std::string& doubt : found.Lasting)
+    if (std::find(found.Doubts.begin(), found.Doubts.end(), doubt) == found.Doubts.end())
+      found.Doubts.push_back(doubt);
   const int count = static_cast<int>(found.Labels.size());
   if (!second.Missing().empty())
     found.Doubts.push_back("there is no second reader: " + second.Missing());
@@ -179,8 +182,11 @@ void LookAtPages(const InkImage& upright, std::vector<std::unique_ptr<LabelPage>
     const auto find = [&](UprightAxis& axis, AxisCourse there) {
       if (!isWanted(axis)) return;
       FoundAxis found = FindAxis(*pages.back(), there);
+      std::vector<std::string> lasting = axis.Found.Lasting;
+      lasting.insert(lasting.end(), found.Lasting.begin(), found.Lasting.end());
       if (IsBetter(found, axis.Found))
         axis = {std::move(found), pages.back().get(), there, look.IsTurned};
+      axis.Found.Lasting = std::move(lasting);
     };
     find(x, look.IsTurned ? AxisCourse::Upright : AxisCourse::Level);
     find(y, look.IsTurned ? AxisCourse::Level : AxisCourse::Upright);

@@ -101,8 +101,12 @@ class WordMaker {
 
   const InkBox& Box(int piece) const { return pieces_.Boxes[piece]; }
 
-  static bool MayBeDigit(const InkBox& box) {
-    return box.Height() >= 5 && box.Width() >= 1 && box.Width() <= 4.5 * box.Height() &&
+  /// Or several that touch; a solid flat piece is a sign.
+  bool MayBeDigit(int piece) const {
+    const InkBox& box = Box(piece);
+    const bool flat = 2 * box.Width() > 3 * box.Height() &&
+                      4 * pieces_.Areas[piece] > 3 * box.Width() * box.Height();
+    return box.Height() >= 5 && !flat && box.Width() <= 4.5 * box.Height() &&
            box.Height() <= 14 * box.Width();
   }
 
@@ -111,7 +115,7 @@ class WordMaker {
     Sets sets;
     std::vector<int> digits;
     for (const int piece : order_)
-      if (MayBeDigit(Box(piece))) {
+      if (MayBeDigit(piece)) {
         digits.push_back(piece);
         sets.Make();
       }
