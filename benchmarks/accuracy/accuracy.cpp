@@ -89,8 +89,7 @@ int Report() {
       "%s times the bare reads of its "
       "pixels.\n",
       table.WithTarget(), table.Rows(), table.Missed(), Fixed(TraceTimePerBareReads(), 1).c_str());
-  const int missed =
-      table.Missed() + PrintReadTable() + PrintSymbolTable() + PrintInkTable();
+  const int missed = table.Missed() + PrintReadTable() + PrintSymbolTable() + PrintInkTable();
   return missed == 0 ? 0 : 1;
 }
 

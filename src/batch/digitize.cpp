@@ -40,9 +40,11 @@ class Maker {
     Add(OpenStep{.Damaged = line_.Has("damaged"), .Part = part != nullptr ? part->Value : ""},
         part != nullptr ? part->Name() : "");
     for (const GivenOption& option : line_.Options) MakeTool(option);
+    LookForAxes();
     MakeSettings();
     MakeFormat();
-    if (!IsPictureOnly(line_) || HasAny(line_, {"origin", "x-axis", "y-axis", "grid", "grid-line"}))
+    if (!IsPictureOnly(line_) ||
+        HasAny(line_, {"origin", "x-axis", "y-axis", "propose-axes", "grid", "grid-line"}))
       MakeAxes();
     for (const GivenOption& option : line_.Options) MakeOnPicture(option);
     if (!Captures(line_) && !IsPictureOnly(line_))
@@ -58,7 +60,10 @@ class Maker {
   }
 
  private:
-  void Add(Step step, const std::string& origin) { steps_.push_back({std::move(step), origin}); }
+  void Add(Step step, const std::string& origin) {
+    steps_.push_back({.Do = std::move(step), .Origin = origin});
+    steps_.back().LooksForAxes = std::exchange(lookNext_, false);
+  }
 
   void Set(const char* option, const std::string& value, const std::string& origin) {
     Add(SetStep{option, value}, origin);
@@ -114,6 +119,28 @@ class Maker {
     return step;
   }
 
+  /// On the picture in its colours, where nothing but the reduction changes it afterwards.
+  void LookForAxes() {
+    if (!line_.Has("propose-axes")) return;
+    for (const char* other : {"origin", "x-axis", "y-axis", "x-log", "y-log"})
+      if (const GivenOption* option = line_.Find(other))
+        Refuse(*option, "--propose-axes finds the axes itself");
+    if (Is<BlackWhiteStep>(steps_.back().Do))
+      steps_.back().LooksForAxes = true;
+    else
+      lookNext_ = true;
+  }
+
+  void TakeAxes() {
+    const auto take = [this](Step step) {
+      Add(std::move(step), "--propose-axes");
+      steps_.back().TakesAxes = true;
+    };
+    for (const char* log : {"x-log", "y-log"}) take(SetStep{log, "off"});
+    for (int row = 0; row < 3; ++row) take(AxisStep{.Row = row});
+    mode_ = Mode::AxisDef;
+  }
+
   void MakeSettings() {
     for (const char* log : {"x-log", "y-log"})
       if (line_.Has(log)) Set(log, "on", std::string("--") + log);
@@ -159,6 +186,7 @@ class Maker {
 
   void MakeAxes() {
     Add(ModeStep{Mode::AxisDef}, "");
+    if (line_.Has("propose-axes")) return TakeAxes();
     const GivenOption& origin = Needed("origin");
     const auto [at, values] = AxisPointOf(origin, 2, "COLUMN,ROW:X,Y is expected");
     const GivenOption& x = Needed("x-axis");
@@ -408,6 +436,7 @@ class Maker {
   bool captured_ = false;
   Mode mode_ = Mode::None;
   bool reduced_ = false;
+  bool lookNext_ = false;
 };
 
 }  // namespace

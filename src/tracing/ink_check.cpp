@@ -103,7 +103,8 @@ std::vector<InkVerdict> CheckInk(const Raster& picture, const AxisCalibration& c
   if (picture.IsEmpty() || points.empty()) return verdicts;
   InkSight sight(picture);
   for (std::size_t i = 0; i < points.size(); ++i)
-    if (!sight.HasInkNear(points[i].Column, points[i].Row, kBeside) && !IsInSymbol(sight, points[i]))
+    if (!sight.HasInkNear(points[i].Column, points[i].Row, kBeside) &&
+        !IsInSymbol(sight, points[i]))
       verdicts[i] = InkVerdict::NotOnInk;
   if (calibration.IsComplete()) CheckFrame(sight, calibration, points, verdicts);
   CheckTracks(sight, points, verdicts);

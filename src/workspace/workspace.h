@@ -110,7 +110,18 @@ struct UndoNames {
 };
 
 /// The modal window that is open over the main window.
-enum class Form { None, Integrate, Sample, Options, About, SelectSource, Scan, ImageTools, Export, BlackWhite };
+enum class Form {
+  None,
+  Integrate,
+  Sample,
+  Options,
+  About,
+  SelectSource,
+  Scan,
+  ImageTools,
+  Export,
+  BlackWhite
+};
 
 /// The scanner that is used.
 struct Scanner {

@@ -165,8 +165,8 @@ TEST_F(Batch, EveryOptionIsInTheHelpTheManPageAndTheCompletion) {
       if (!goesOn(text[at + option.size()])) return true;
     return false;
   };
-  const std::pair<const char*, CommandSpec> commands[] = {{"digitize", DigitizeSpec()},
-                                                          {"export", ExportSpec()}};
+  const std::pair<const char*, CommandSpec> commands[] = {
+      {"digitize", DigitizeSpec()}, {"export", ExportSpec()}, {"axes", AxesSpec()}};
   for (const auto& [name, command] : commands) {
     ASSERT_EQ(Run({name, "--help"}), 0);
     for (const OptionSpec& option : command.Options)
