@@ -19,7 +19,7 @@
 #include "widgets/paint_preview.h"
 #include "workspace/do.h"
 #include "workspace/overlay.h"
-#include "workspace/picture_commands.h"
+#include "workspace/shown_picture.h"
 #include "workspace/preview_commands.h"
 
 namespace graphize {
