@@ -133,6 +133,50 @@ std::vector<SymbolMatch> PlacesOf(const InkMap& map, const SymbolRequest& reques
   return matches;
 }
 
+/// Whether a row of letters begins close to the right of a place, as in a legend: at least three
+/// short pieces of any ink, close to each other, with paper above or below them.
+bool IsBesideLetters(const InkMap& map, const SymbolMatch& match, const SymbolShape& shape,
+                     const std::vector<SymbolMatch>& matches) {
+  const double high = std::max(shape.Height, 8.0);
+  const auto isInk = [&](int x, int y) {
+    const std::uint8_t value = map.At(x, y);
+    return value >= InkMap::kFull * 2 / 5 && value != InkMap::kWall;
+  };
+  const auto isColumn = [&](int x, double from, double to) {
+    for (int y = static_cast<int>(match.Y + from); y <= static_cast<int>(match.Y + to); ++y)
+      if (isInk(x, y)) return true;
+    return false;
+  };
+  const int first = static_cast<int>(match.X + 0.5 * shape.Width) + 2;
+  const int end = first + static_cast<int>(8 * high);
+  int pieces = 0, above = 0, below = 0, columns = 0, behind = first;
+  for (int x = first; x < end && x < map.Width;) {
+    if (!isColumn(x, -0.7 * high, 0.7 * high)) {
+      ++x;
+      continue;
+    }
+    int last = x;
+    while (last + 1 < end && isColumn(last + 1, -0.7 * high, 0.7 * high)) ++last;
+    const bool isOther = std::any_of(matches.begin(), matches.end(), [&](const SymbolMatch& other) {
+      return &other != &match && std::fabs(other.Y - match.Y) < high &&
+             other.X + 0.5 * shape.Width >= x && other.X - 0.5 * shape.Width <= last;
+    });
+    if (isOther) return false;
+    const bool isClose = x - behind <= (pieces == 0 ? 3.5 : 0.8) * high;
+    if (!isClose && pieces > 0) break;
+    if (isClose && last - x < 1.5 * high) {
+      ++pieces;
+      for (int u = x; u <= last; ++u, ++columns) {
+        above += isColumn(u, -1.3 * high, -0.8 * high) ? 1 : 0;
+        below += isColumn(u, 0.8 * high, 1.3 * high) ? 1 : 0;
+      }
+    }
+    behind = last;
+    x = last + 1;
+  }
+  return pieces >= 3 && 5 * std::min(above, below) < columns;
+}
+
 std::string DoubtOf(const SymbolMatch& match, double cut) {
   if (match.Visible < 0.65) return "partly hidden";
   if (match.Overlapped > 0.5) return "mostly under another one";
@@ -198,7 +242,7 @@ SymbolFinding FindSymbols(const Raster& picture, const AxisCalibration& calibrat
   // The scatter about the shape tells less than all where neighbouring pixels err together (held
   // against the truth in the accuracy report), and hard edges hide where in a pixel they are.
   constexpr double kHardSigma = 0.15, kLeastSigma = 0.015;
-  const double wider = shape.IsClean ? 1.2 : 1.7;
+  const double wider = shape.IsClean ? 1.2 : 2.2;
   const bool isMass = request.Centre == SymbolCentre::Mass;
   for (const SymbolMatch& match : matches) {
     if (match.Mismatch() > cut) continue;
@@ -210,7 +254,8 @@ SymbolFinding FindSymbols(const Raster& picture, const AxisCalibration& calibrat
          .Y = py,
          .Sigma = std::hypot(wider * match.Sigma, shape.IsHard ? kHardSigma : kLeastSigma),
          .Score = std::clamp(1 - match.Mismatch(), 0.0, 1.0),
-         .Doubt = DoubtOf(match, cut)});
+         .Doubt = IsBesideLetters(map, match, shape, matches) ? "beside letters, as in a legend"
+                                                              : DoubtOf(match, cut)});
   }
   if (finding.Symbols.empty()) return refused("nothing that could be told from its surroundings");
   std::sort(finding.Symbols.begin(), finding.Symbols.end(),

@@ -63,6 +63,13 @@ std::vector<Piece> PiecesOf(const InkMap& map) {
   return pieces;
 }
 
+/// Whether so little of it is seen that it is single symbols; of dotted curves it is a third.
+bool IsScattered(const CurveReading& reading) {
+  const auto bridged = std::count_if(reading.Points.begin(), reading.Points.end(),
+                                     [](const CurvePoint& point) { return point.IsBridged; });
+  return 10 * bridged > 7 * static_cast<std::ptrdiff_t>(reading.Points.size());
+}
+
 /// Whether most of a curve has been read before.
 bool IsAmong(const CurveReading& reading, const BitMap& taken) {
   std::size_t among = 0;
@@ -130,12 +137,13 @@ PlotReading ReadAllCurves(const Raster& picture, const AxisCalibration& calibrat
   const AxesFrame frame = FrameOf(calibration, picture.Width(), picture.Height());
   const double u = 0.5 * (frame.Left + frame.Right), v = 0.5 * (frame.Top + frame.Bottom);
   const double middleX = u * frame.Cos - v * frame.Sin, middleY = u * frame.Sin + v * frame.Cos;
-  const double wide = frame.Right - frame.Left, high = frame.Bottom - frame.Top;
+  // Axis points need not stand at the plot's ends, and may stand close together.
+  const double wide = std::max(frame.Right - frame.Left, 0.5 * picture.Width()),
+               high = std::max(frame.Bottom - frame.Top, 0.5 * picture.Height());
+  const bool isSpanned = wide == frame.Right - frame.Left && high == frame.Bottom - frame.Top;
   const auto isInside = [&](const Piece& piece) {
-    const double reach = 4, at = frame.U(piece.Start.X, piece.Start.Y),
-                 down = frame.V(piece.Start.X, piece.Start.Y);
-    return at >= frame.Left - reach && at <= frame.Right + reach && down >= frame.Top - reach &&
-           down <= frame.Bottom + reach;
+    return !isSpanned || (std::fabs(frame.U(piece.Start.X, piece.Start.Y) - u) <= 0.8 * wide &&
+                          std::fabs(frame.V(piece.Start.X, piece.Start.Y) - v) <= 0.8 * high);
   };
   std::vector<std::vector<Piece>> pieces;
   std::vector<std::size_t> inkOf;  // each curve's
@@ -166,7 +174,9 @@ PlotReading ReadAllCurves(const Raster& picture, const AxisCalibration& calibrat
                                    .Walls = walls};
       CurveReading reading = ReadCurve(picture, calibration, request, operation);
       reading.Map = {};
-      if (reading.IsStopped || reading.Points.empty() || IsAmong(reading, taken)) continue;
+      if (reading.IsStopped || reading.Points.empty() || IsScattered(reading) ||
+          IsAmong(reading, taken))
+        continue;
       Take(taken, reading);
       const auto [left, right] =
           std::minmax_element(reading.Points.begin(), reading.Points.end(),

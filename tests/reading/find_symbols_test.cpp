@@ -157,6 +157,29 @@ TEST(FindSymbols, SaysWhatWasClickedInsteadOfASymbolAndWhatIsDoubtful) {
     EXPECT_EQ(finding.Symbols[i].Doubt, i == 4 ? "partly hidden" : "");
 }
 
+TEST(FindSymbols, DoubtsTheSampleOfALegend) {
+  for (const bool withLine : {false, true}) {
+    ColourPlot plot;
+    std::vector<PixelPosition> places = Places(plot);
+    places.push_back({310, 40});
+    test::PlotDrawing legend = plot.Layer();
+    legend.Digits({328, 36}, "1405");
+    plot.Put(legend, kBlackPixel);
+    if (withLine) {
+      test::PlotDrawing line = plot.Layer();
+      line.Polyline({{297, 40}, {323, 40}}, {.Thickness = 1.5});
+      plot.Put(line, kBlue);
+    }
+    plot.Symbols(places, {Symbol::Disc, 9}, kBlue);
+    const SymbolFinding finding = Find(plot, places[2]);
+    ASSERT_EQ(finding.Symbols.size(), 13u);
+    for (const FoundSymbol& symbol : finding.Symbols)
+      EXPECT_EQ(symbol.Doubt, std::hypot(symbol.X - 310, symbol.Y - 40) < 2
+                                  ? "beside letters, as in a legend"
+                                  : "");
+  }
+}
+
 TEST(InkMask, LeavesTheInkOfAColourAlone) {
   ColourPlot plot;
   plot.Grid(kPale);
