@@ -62,6 +62,7 @@ void Capture(Workspace& ws, const Desktop& desktop, const Points& points) {
   for (const auto& point : points) {
     MoveCursor(context, static_cast<float>(point.X), static_cast<float>(point.Y));
     AddPoint(ws.store, ws.commands, desktop, false);
+    NoteCertainty(ws.store, ws.store.CaptureId[ws.store.CaptureCount], CertaintyOf(point));
   }
   ShowCursor(ws.readOut, ws.axisPanel, ws.store, ws.calibration);
   ShowNewest(ws.store);

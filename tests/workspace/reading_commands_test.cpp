@@ -105,7 +105,7 @@ TEST_F(ReadingTest, RefusesWithoutChangingAnything) {
 }
 
 TEST_F(ReadingTest, WhatIsShownIsTakenAsItWasReadAndGoesWithWhatItWasReadFrom) {
-  ws.commands.Picture = true;
+  ws.commands.Picture = ws.commands.Graphize = true;
   const auto run = [this](const Step& step) {
     RunCommand(ws, desktop, [&] { Do(ws, desktop, step); });
   };
