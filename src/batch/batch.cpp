@@ -9,6 +9,7 @@
 #include "base/tokens.h"
 #include "base/version.h"
 #include "base/whole_file.h"
+#include "batch/axes_command.h"
 #include "batch/commands.h"
 #include "batch/console.h"
 #include "batch/digitize.h"
@@ -221,6 +222,13 @@ bool Export(std::span<const std::string> words, const BatchStreams& streams) {
   return ExportProject(line, streams);
 }
 
+bool Axes(std::span<const std::string> words, const BatchStreams& streams) {
+  const CommandSpec command = AxesSpec();
+  const CommandLine line = ReadCommandLine(command, words);
+  if (line.Has("help")) return Print(streams, HelpText(command));
+  return PrintAxes(line, streams);
+}
+
 /// The window's own options, which are Qt's, with one dash or two.
 bool IsWindowOption(std::string_view word) {
   word.remove_prefix(std::min(word.find_first_not_of('-'), word.size()));
@@ -247,7 +255,7 @@ bool IsUnknownCommand(const std::string& word) {
 bool IsBatch(const std::vector<std::string>& words) {
   if (words.empty()) return false;
   return words[0] == "digitize" || words[0] == "replay" || words[0] == "export" ||
-         IsUnknownCommand(words[0]);
+         words[0] == "axes" || IsUnknownCommand(words[0]);
 }
 
 int RunBatch(const std::vector<std::string>& words, const BatchStreams& streams) {
@@ -257,6 +265,7 @@ int RunBatch(const std::vector<std::string>& words, const BatchStreams& streams)
     if (command == "digitize") return Digitize(rest, streams) ? 0 : 1;
     if (command == "replay") return Replay(rest, streams) ? 0 : 1;
     if (command == "export") return Export(rest, streams) ? 0 : 1;
+    if (command == "axes") return Axes(rest, streams) ? 0 : 1;
     const bool known = command == "--version" || command == "--help" || command == "-h";
     if (known && !rest.empty()) throw UsageError("\"" + rest[0] + "\" is too much");
     if (command == "--version")

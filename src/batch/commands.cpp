@@ -37,8 +37,14 @@ constexpr Options kExportOptions = {
     {"help", 'h', nullptr, kOutput, "this text"},
 };
 
-constexpr const char* kAxes = "Axes (needed)";
+constexpr Options kAxesOptions = {
+    {"format", 0, "FORMAT", kOutput, "text (the default) or json"},
+    {"help", 'h', nullptr, kOutput, "this text"},
+};
+
+constexpr const char* kAxes = "Axes (needed, or --propose-axes)";
 constexpr Options kAxisOptions = {
+    {"propose-axes", 0, nullptr, kAxes, "those that \"graphize axes\" finds, where it is sure"},
     {"origin", 0, "COL,ROW:X,Y", kAxes, "the origin's place and its values"},
     {"x-axis", 0, "COL,ROW:X", kAxes, "a point on the X axis and its value"},
     {"y-axis", 0, "COL,ROW:Y", kAxes, "a point on the Y axis and its value"},
@@ -146,6 +152,7 @@ CommandSpec ProgramSpec() {
        graphize digitize PICTURE... OPTIONS -o FILE
        graphize replay RECIPE [PICTURE...] -o FILE
        graphize export PROJECT -o FILE
+       graphize axes PICTURE
 )",
           .About = R"(Reads numbers out of pictures of graphs. Without a command the window opens,
 with PICTURE or PROJECT in it. The commands need no window and no display:
@@ -154,6 +161,7 @@ with PICTURE or PROJECT in it. The commands need no window and no display:
   replay      the steps of a recipe saved from the window, on the same or on
               other pictures
   export      the points of a project as a table
+  axes        the axes of a picture, found and read by the program
 
 "graphize COMMAND --help" tells more; so does "man graphize".
 )",
@@ -257,6 +265,36 @@ as "Export..." in the window.
   All curves in one table over the same X, with the size of a pixel:
     graphize export plot.graphize --all-curves --x-grid 0:0.5:10 --errors \
       -o curves.csv
+)"};
+}
+
+CommandSpec AxesSpec() {
+  return {
+      .Usage = "Usage: graphize axes PICTURE [--format json]\n",
+      .About = R"(Finds the axes of a plot by its frame, ticks and labels, and reads these. PICTURE
+may be "-", the standard input. The verdict comes first:
+
+  sure        two readers and the ticks agree, and nothing speaks against it
+  proposal    each value is to be confirmed
+  none        nothing was found that goes together
+
+Then, for each axis, why; its labels with their values, the places of their
+ticks and how far these lie off the scale, in pixels; and three places with
+their values that define the axes. Rows count downward from the top, and whole
+numbers are the middles of pixels.
+)",
+      .Options = kAxesOptions,
+      .Footer = std::string(R"(
+Errors go to standard error, and the status is 1 when the picture cannot be
+read, 2 when the command line cannot be understood.
+
+)") + R"(Examples
+  What the program makes of a picture:
+    graphize axes plot.png
+
+  A curve read with axes that nobody has clicked, where they are sure:
+    graphize digitize plot.png --propose-axes --read 240,214 \
+      --format csv -o curve.csv
 )"};
 }
 

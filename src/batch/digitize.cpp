@@ -75,9 +75,11 @@ class Maker {
   std::vector<BatchStep> Make() {
     Add(OpenStep{.Damaged = line_.Has("damaged")}, "");
     for (const GivenOption& option : line_.Options) MakeTool(option);
+    LookForAxes();
     MakeSettings();
     MakeFormat();
-    if (!IsPictureOnly(line_) || HasAny(line_, {"origin", "x-axis", "y-axis", "grid", "grid-line"}))
+    if (!IsPictureOnly(line_) ||
+        HasAny(line_, {"origin", "x-axis", "y-axis", "propose-axes", "grid", "grid-line"}))
       MakeAxes();
     for (const GivenOption& option : line_.Options) MakeOnPicture(option);
     if (!Captures(line_) && !IsPictureOnly(line_))
@@ -91,7 +93,10 @@ class Maker {
   }
 
  private:
-  void Add(Step step, const std::string& origin) { steps_.push_back({std::move(step), origin}); }
+  void Add(Step step, const std::string& origin) {
+    steps_.push_back({.Do = std::move(step), .Origin = origin});
+    steps_.back().LooksForAxes = std::exchange(lookNext_, false);
+  }
 
   void Set(const char* option, const std::string& value, const std::string& origin) {
     Add(SetStep{option, value}, origin);
@@ -129,6 +134,28 @@ class Maker {
         Refuse(*threshold, "auto, local or a number above 0 and up to 255 is expected");
     }
     if (!std::exchange(reduced_, true)) Add(step, option.Name());
+  }
+
+  /// On the picture in its colours, where nothing but the reduction changes it afterwards.
+  void LookForAxes() {
+    if (!line_.Has("propose-axes")) return;
+    for (const char* other : {"origin", "x-axis", "y-axis", "x-log", "y-log"})
+      if (const GivenOption* option = line_.Find(other))
+        Refuse(*option, "--propose-axes finds the axes itself");
+    if (Is<BlackWhiteStep>(steps_.back().Do))
+      steps_.back().LooksForAxes = true;
+    else
+      lookNext_ = true;
+  }
+
+  void TakeAxes() {
+    const auto take = [this](Step step) {
+      Add(std::move(step), "--propose-axes");
+      steps_.back().TakesAxes = true;
+    };
+    for (const char* log : {"x-log", "y-log"}) take(SetStep{log, "off"});
+    for (int row = 0; row < 3; ++row) take(AxisStep{.Row = row});
+    mode_ = Mode::AxisDef;
   }
 
   void MakeSettings() {
@@ -174,6 +201,7 @@ class Maker {
 
   void MakeAxes() {
     Add(ModeStep{Mode::AxisDef}, "");
+    if (line_.Has("propose-axes")) return TakeAxes();
     const GivenOption& origin = Needed("origin");
     const auto [at, values] = SplitAxis(origin, 2, "COLUMN,ROW:X,Y is expected");
     const GivenOption& x = Needed("x-axis");
@@ -468,6 +496,7 @@ class Maker {
   bool captured_ = false;
   Mode mode_ = Mode::None;
   bool reduced_ = false;
+  bool lookNext_ = false;
 };
 
 }  // namespace

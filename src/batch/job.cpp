@@ -1,6 +1,7 @@
 #include "batch/job.h"
 
 #include <algorithm>
+#include <cmath>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -8,6 +9,7 @@
 #include "base/numbers.h"
 #include "base/run_time_error.h"
 #include "base/tokens.h"
+#include "batch/axes_command.h"
 #include "batch/console.h"
 #include "codecs/picture_probe.h"
 #include "data/data_file.h"
@@ -87,10 +89,35 @@ std::filesystem::path AbsolutePath(const std::filesystem::path& path) {
   return failure ? path : absolute;
 }
 
+/// Axes of the picture as it is; only sure ones.
+AxesProposal SureAxes(Workspace& ws) {
+  const BasePictureShown base(ws.plot);
+  PictureOperation operation;
+  AxesProposal axes = ProposeAxes(ws.plot.Pixels, operation);
+  if (axes.Verdict != AxesVerdict::Sure)
+    throw RunTimeError("--propose-axes: the axes are not sure: " + WhyNotSure(axes));
+  return axes;
+}
+
+/// The step with what was found instead of its own values.
+void TakeAxes(const AxesProposal& axes, Step& step) {
+  if (auto* set = std::get_if<SetStep>(&step))
+    set->Value = (set->Option == "x-log" ? axes.X : axes.Y).Log ? "on" : "off";
+  if (auto* axis = std::get_if<AxisStep>(&step)) {
+    const ProposedRow& row = axes.Rows.at(axis->Row);
+    axis->X = static_cast<float>(std::nearbyint(row.Column));
+    axis->Y = static_cast<float>(std::nearbyint(row.Row));
+    axis->XText = ShortestText(row.X);
+    axis->YText = ShortestText(row.Y);
+  }
+}
+
 void RunStep(Workspace& ws, const BatchStep& step,
-             const std::vector<std::filesystem::path>& pictures, Told& told) {
+             const std::vector<std::filesystem::path>& pictures, AxesProposal& axes, Told& told) {
   Console console;
+  if (step.LooksForAxes) axes = SureAxes(ws);
   Step toDo = step.Do;
+  if (step.TakesAxes) TakeAxes(axes, toDo);
   if (auto* open = std::get_if<OpenStep>(&toDo))
     open->Path = AbsolutePath(pictures[open->Picture - 1]);
   const Outcome outcome = ReplayStep(ws, console.Callbacks(), toDo);
@@ -193,7 +220,8 @@ JobResult RunJob(const std::vector<BatchStep>& steps,
   Told told;
   StartReplay(ws);
   const std::size_t end = EndOf(steps, told.Notes);
-  for (std::size_t i = 0; i < end; ++i) RunStep(ws, steps[i], pictures, told);
+  AxesProposal axes;
+  for (std::size_t i = 0; i < end; ++i) RunStep(ws, steps[i], pictures, axes, told);
   if (!options.PictureOnly) {
     const bool saved =
         end > 0 && Is<SaveStep>(steps[end - 1].Do);  // the window has written it, too

@@ -14,6 +14,8 @@ struct BatchStep {
   Step Do;
   std::string Origin;
   int Width = 0, Height = 0;  // an OpenStep's picture then, 0 when that is not known
+  bool LooksForAxes = false;  // before it, on the picture as it is then
+  bool TakesAxes = false;     // an AxisStep, or the SetStep of a log axis: with what was found
 };
 
 enum class TableFormat { Dat, Csv, Json, Project };
