@@ -1,6 +1,5 @@
-// Trains the reader of glyphs on rendered words: train_glyphs FOLDER FONT...
-// Every fourth font (-check FONT...) is kept for the figures alone. The same fonts give the same
-// weights.
+// Trains the reader of glyphs on rendered words: train_glyphs FOLDER FONT... -check FONT...
+// The fonts behind -check are kept for the figures alone. The same fonts give the same weights.
 
 #include <QFontDatabase>
 #include <QFontMetricsF>

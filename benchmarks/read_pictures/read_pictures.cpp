@@ -19,8 +19,8 @@
 #include "widgets/paint_preview.h"
 #include "workspace/do.h"
 #include "workspace/overlay.h"
-#include "workspace/shown_picture.h"
 #include "workspace/preview_commands.h"
+#include "workspace/shown_picture.h"
 
 namespace graphize {
 namespace {

@@ -92,6 +92,7 @@ class Doubter {
   /// A point that was lost leaves a wide gap, or a trace of ink in it.
   void LookAtGaps() {
     double narrowest = 1e9, widest = 0;
+    bool isWide = false;
     for (const TiedLabel& label : axis_.Labels) {
       const auto& [word, reading, meanings] = page_.Words[label.Word];
       for (std::size_t i = 1; i < word.Glyphs.size() && i < reading.Text.size(); ++i) {
@@ -100,13 +101,15 @@ class Doubter {
         const InkBox& left = word.Glyphs[i - 1].Box;
         const InkBox& right = word.Glyphs[i].Box;
         if (HasTrace(word, left.Right, right.Left)) Doubt("there may be a point between digits");
-        if (a == '1' || b == '1') continue;
+        const bool one = a == '1' || b == '1';  // which is narrow
+        if (right.Left - left.Right - 1 > (one ? 0.62 : 0.36) * h_) isWide = true;
+        if (one) continue;
         const double pitch = right.MiddleX() - left.MiddleX();
         narrowest = std::min(narrowest, pitch);
         widest = std::max(widest, pitch);
       }
     }
-    if (widest > 1.12 * h_ || widest > 1.3 * narrowest + 1)
+    if (isWide || widest > 1.12 * h_ || widest > 1.3 * narrowest + 1)
       Doubt("digits stand so far apart that a point may be lost between them");
   }
 
@@ -119,10 +122,43 @@ class Doubter {
     return false;
   }
 
+  /// A short thin minus may be too pale for a piece of ink.
+  bool HasPaleInkBefore(const Word& word) const {
+    const int pale = std::max(page_.Ink.Weak, page_.Ink.Full / 8);
+    const int right = word.Box.Left - 2, left = word.Box.Left - static_cast<int>(0.9 * h_);
+    for (int y = static_cast<int>(word.Baseline - 0.65 * h_); y <= word.Baseline - 0.15 * h_; ++y)
+      for (int x = std::max(left, 0); x <= right; ++x) {
+        if (page_.Ink.At(x, y) < pale) continue;
+        const std::int32_t label =
+            page_.Pieces.Labels[static_cast<std::size_t>(y) * page_.Ink.Width + x];
+        if (label == 0 ||
+            (!explained_.contains(label - 1) && page_.Pieces.Boxes[label - 1].Height() <= 1.5 * h_))
+          return true;
+      }
+    return false;
+  }
+
+  /// Pieces in a label or close behind it that are none of its letters, nor a tick.
+  bool HasMoreInk(const Word& word) const {
+    for (std::size_t i = 0; i < page_.Pieces.Boxes.size(); ++i) {
+      const InkBox& box = page_.Pieces.Boxes[i];
+      if (explained_.contains(static_cast<int>(i)) || box.Height() > 1.5 * h_ ||
+          box.Right < word.Box.Left || box.Left > word.Box.Right + 0.6 * h_ ||
+          box.Bottom < word.Box.Top || box.Top > word.Baseline + 0.2 * h_)
+        continue;
+      const bool isTick = box.Height() < 0.4 * h_ && 2 * box.Width() > 3 * box.Height() &&
+                          box.Left > word.Box.Right;
+      if (!isTick && page_.Pieces.Areas[i] >= 2 && page_.Pieces.Areas[i] > 0.01 * h_ * h_)
+        return true;
+    }
+    return false;
+  }
+
   /// Ink before a label, at the height of a minus.
   void LookBesideLabels() {
     for (const TiedLabel& label : axis_.Labels) {
       const Word& word = WordOf(label);
+      if (HasPaleInkBefore(word)) return Doubt("there may be a sign before a label");
       for (std::size_t i = 0; i < page_.Pieces.Boxes.size(); ++i) {
         const InkBox& box = page_.Pieces.Boxes[i];
         if (explained_.contains(static_cast<int>(i)) || box.Right >= word.Box.Left ||
@@ -133,6 +169,7 @@ class Doubter {
             page_.Pieces.Areas[i] > 0.01 * h_ * h_)
           return Doubt("there may be a sign before a label");
       }
+      if (HasMoreInk(word)) return Doubt("there may be more of a label than was read");
     }
   }
 
@@ -167,12 +204,15 @@ class Doubter {
       const std::string& text = reading.Text;
       const auto digits =
           std::count_if(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
-      if (digits < 2 || 2 * digits < static_cast<std::ptrdiff_t>(text.size())) continue;
+      // Above an upright axis stands nothing else; beside a level one, its title, too.
+      const auto size = static_cast<std::ptrdiff_t>(text.size());
+      if (level_ ? digits < 1 || 2 * digits + 1 < size : digits < 1 && word.Glyphs.size() < 2)
+        continue;
       const InkBox& box = word.Box;
       const double past = axis_.LineTo - 0.15 * (axis_.LineTo - axis_.LineFrom) - 8 * h_;
       const bool below = box.Top > box_.Bottom - 0.3 * h_ && box.Top < box_.Bottom + 4 * h_;
       const bool behind =
-          box.Left > axis_.LineTo && std::fabs(box.MiddleY() - axis_.Across) < 2.5 * h_;
+          box.Right > axis_.LineTo - h_ && std::fabs(box.MiddleY() - axis_.Across) < 2.5 * h_;
       const bool beside =
           level_ ? box.Right > past && (below || behind) && !others_.contains(static_cast<int>(i))
                  : box.Left < std::max<double>(box_.Right, axis_.Across) + 8 * h_ &&
@@ -182,7 +222,7 @@ class Doubter {
       if (!beside) continue;
       Doubt("at the axis's end stands \"" + ShownLabel(text, reading.Exponent) +
             "\", which may be a factor");
-      if (reading.Share > 0.8F) axis_.Lasting.push_back(axis_.Doubts.back());
+      axis_.Lasting.push_back(axis_.Doubts.back());
     }
   }
 

@@ -56,6 +56,11 @@ std::optional<Outcome> RoomRefused(const PointStore& store, std::size_t count) {
                  ", and the list takes only " + std::to_string(room) + " more");
 }
 
+/// The same to all sides.
+Certainty CertaintyOf(const FoundSymbol& symbol) {
+  return {static_cast<float>(symbol.Sigma), static_cast<float>(symbol.Sigma), 0};
+}
+
 template <class Points>
 void Capture(Workspace& ws, const Desktop& desktop, const Points& points) {
   const ExtractionContext context = ExtractionOf(ws, desktop);

@@ -14,11 +14,6 @@ namespace graphize {
 
 namespace {
 
-Certainty CertaintyOf(const CurvePoint& point) {
-  return {static_cast<float>(point.Sigma * point.AcrossX),
-          static_cast<float>(point.Sigma * point.AcrossY), point.IsBridged ? 1u : 0u};
-}
-
 std::string Hundredths(double pixels) {
   const long hundredths = std::lround(100 * pixels);
   return std::to_string(hundredths / 100) + (hundredths % 100 < 10 ? ".0" : ".") +
@@ -26,6 +21,11 @@ std::string Hundredths(double pixels) {
 }
 
 }  // namespace
+
+Certainty CertaintyOf(const CurvePoint& point) {
+  return {static_cast<float>(point.Sigma * point.AcrossX),
+          static_cast<float>(point.Sigma * point.AcrossY), point.IsBridged ? 1u : 0u};
+}
 
 std::string HowSure(const CurveReading& reading) {
   std::vector<double> sigmas;

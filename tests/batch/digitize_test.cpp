@@ -154,6 +154,49 @@ TEST_F(Batch, BadInvocationsAreToldInOneLineAndWriteNothing) {
   }
 }
 
+TEST_F(Batch, AxesAreFoundAndTakenWhereTheyAreSure) {
+  ASSERT_EQ(Run({"axes", Pendulum(), "--format=json"}), 0) << err.str();
+  const auto axes = nlohmann::json::parse(out.str());
+  EXPECT_EQ(axes["verdict"], "sure") << out.str();
+  EXPECT_EQ(axes["x"]["log"], false);
+  ASSERT_EQ(axes["rows"].size(), 3u);
+  const auto& label = axes["x"]["labels"].back();
+  EXPECT_EQ(label["text"], "12");
+  EXPECT_EQ(label["value"], 12);
+  EXPECT_NEAR(label["column"].get<double>(), 610, 0.6);
+  EXPECT_NEAR(label["row"].get<double>(), 430, 0.6);
+
+  // The same points as with axes that are told, to less than a pixel.
+  const Words capture = {"--black-white", "--trace=76,58", "--format=csv", "-o", "-"};
+  const auto points = [&](Words words) {
+    words.insert(words.end(), capture.begin(), capture.end());
+    EXPECT_EQ(Run(words), 0) << err.str();
+    std::istringstream lines(out.str());
+    std::vector<std::pair<double, double>> read;
+    std::string line;
+    for (std::getline(lines, line); std::getline(lines, line);)
+      read.emplace_back(std::stod(line), std::stod(line.substr(line.find(',') + 1)));
+    return read;
+  };
+  const auto told = points(OnPendulum({}));
+  const auto found = points({"digitize", Pendulum(), "--propose-axes"});
+  ASSERT_EQ(found.size(), told.size());
+  for (std::size_t i = 0; i < told.size(); ++i) {
+    EXPECT_NEAR(found[i].first, told[i].first, 12.0 / 540);
+    EXPECT_NEAR(found[i].second, told[i].second, 2.0 / 390);
+  }
+
+  ASSERT_TRUE(SavePicture(At("blank.bmp"), kBmpFormat, 0, Raster::Filled(200, 100, kWhitePixel)));
+  EXPECT_EQ(Run({"axes", At("blank.bmp")}), 0);
+  EXPECT_TRUE(out.str().starts_with("none\n")) << out.str();
+  EXPECT_EQ(Run({"digitize", At("blank.bmp"), "--propose-axes", "--point=2,2", "-o", "-"}), 1);
+  IsTold("the axes are not sure: X: fewer than three labels");
+  EXPECT_EQ(Run({"axes"}), 2);
+  EXPECT_EQ(Run({"axes", Pendulum(), "--format=csv"}), 2);
+  EXPECT_EQ(Run(OnPendulum({"--propose-axes", "--point=2,2", "-o", "-"})), 2);
+  IsTold("--propose-axes finds the axes itself");
+}
+
 TEST_F(Batch, EveryOptionIsInTheHelpTheManPageAndTheCompletion) {
   const std::filesystem::path packaging = std::filesystem::path(GRAPHIZE_SOURCE_DIR) / "packaging";
   std::string man = test::BytesOf(packaging / "graphize.1.in");
