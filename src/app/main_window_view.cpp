@@ -5,6 +5,7 @@
 #include <QCursor>
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QLayout>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <algorithm>
@@ -126,10 +127,13 @@ bool MainWindow::TakeSpace(QObject* watched, QEvent* event) {
 
 void MainWindow::PlaceFloatingViews() {
   const QRect picture = pictureArea_->geometry();
-  // As high as the picture and its scroll bar; its own geometry may still be that of before.
-  const QRect side(sidePanel_->x(), picture.y(), sidePanel_->width(),
-                   picture.height() + horizontal_->sizeHint().height());
-  floating_->Place(side, side.y() + sidePanel_->widget()->sizeHint().height(), picture);
+  // Down to the end of the picture's scroll bar; its own geometry may still be that of before.
+  const int end = picture.y() + picture.height() + horizontal_->sizeHint().height();
+  const QRect side(sidePanel_->x(), sidePanel_->y(), sidePanel_->width(), end - sidePanel_->y());
+  const QWidget* panels = sidePanel_->widget();
+  const int panelsEnd =
+      side.y() + panels->sizeHint().height() - panels->layout()->contentsMargins().bottom();
+  floating_->Place(side, panelsEnd, picture);
 }
 
 void MainWindow::MakeWay(QPoint pointer) {

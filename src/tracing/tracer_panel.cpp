@@ -5,6 +5,7 @@
 #include <QEvent>
 #include <QGridLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QSlider>
 #include <QSpinBox>
 #include <QVBoxLayout>
@@ -117,6 +118,7 @@ void TracerPanel::MakeBoxes() {
       tr("What is darker becomes black when a picture is reduced to black and white"));
   threshold_->setPrefix(tr("BW "));
   threshold_->setRange(1, 255);
+  threshold_->findChild<QLineEdit*>()->setAccessibleName(threshold_->accessibleName());
   threshold_->setFocusPolicy(Qt::StrongFocus);
   for (QWidget* made : std::initializer_list<QWidget*>{traceType_, snap_, threshold_})
     made->installEventFilter(this);
