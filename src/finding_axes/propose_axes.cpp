@@ -156,12 +156,12 @@ bool IsBetter(const FoundAxis& a, const FoundAxis& b) {
 
 /// One way of looking at an image.
 struct Look {
-  bool IsTurned;    // to the left, for what is written upward
   double Part;      // as FindPieces has it
+  bool IsTurned;    // to the left, for what is written upward
   bool IsEnlarged;  // for small letters
 };
-constexpr Look kLooks[] = {{false, 0.45, false}, {false, 0.28, false}, {false, 0.4, true},
-                           {true, 0.45, false},  {true, 0.28, false},  {true, 0.4, true}};
+constexpr Look kLooks[] = {{0.45, false, false}, {0.28, false, false}, {0.4, false, true},
+                           {0.45, true, false},  {0.28, true, false},  {0.4, true, true}};
 /// Beyond it nothing is enlarged, pixels.
 constexpr double kMostToEnlarge = 1.6e6;
 

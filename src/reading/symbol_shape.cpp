@@ -395,7 +395,9 @@ std::variant<std::vector<SymbolShape>, std::string> ShapesAt(const InkMap& map, 
     take(crossings[crossings.size() / 2]);
     take(crossings.back());
   }
-  for (const auto& [arms, centre] : taken) {
+  for (const auto& crossing : taken) {
+    const auto& arms = crossing.first;
+    const auto& centre = crossing.second;
     Area disc(cutting.Count());
     cutting.ForEach([&](int u, int v) {
       disc[cutting.Index(u, v)] =

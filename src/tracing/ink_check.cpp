@@ -22,7 +22,8 @@ bool IsInSymbol(InkSight& sight, PlotPosition at) {
   constexpr int kFarthest = 15;
   static constexpr std::array<std::array<int, 2>, 4> kWays = {{{1, 0}, {0, 1}, {1, 1}, {1, -1}}};
   double least = 1e9, most = 0;
-  for (const auto& [dx, dy] : kWays) {
+  for (const std::array<int, 2>& way : kWays) {
+    const int dx = way[0], dy = way[1];
     const double unit = std::hypot(dx, dy);
     const auto distance = [&](int sign) {
       for (int i = 1; i <= kFarthest; ++i)
