@@ -109,10 +109,8 @@ bool IsNoted(const Record&, const Outcome& outcome) {
 
 /// Whether the step finds points by itself, so that they are held against the picture.
 template <class Record>
-constexpr bool FindsPoints(const Record&) {
-  return std::is_same_v<Record, TraceStep> || std::is_same_v<Record, ScanStep> ||
-         std::is_same_v<Record, ReadStep>;
-}
+constexpr bool kFindsPoints = std::is_same_v<Record, TraceStep> ||
+                              std::is_same_v<Record, ScanStep> || std::is_same_v<Record, ReadStep>;
 
 }  // namespace
 
@@ -123,10 +121,11 @@ Outcome Do(Workspace& ws, const Desktop& desktop, Step step) {
         const int points = ws.store.CaptureCount;
         Outcome outcome = RunRecord(ws, desktop, record);
         if (!IsNoted(record, outcome)) return outcome;
-        ShowWorkedOn<std::remove_reference_t<decltype(record)>>(ws, points);
+        using Record = std::remove_reference_t<decltype(record)>;
+        ShowWorkedOn<Record>(ws, points);
         Note(ws, std::move(record));
         NoteWhatStays(ws);
-        if (FindsPoints(record) && outcome.Points > 0) CheckPoints(ws);
+        if (kFindsPoints<Record> && outcome.Points > 0) CheckPoints(ws);
         return outcome;
       },
       step);

@@ -68,7 +68,7 @@ std::string AskForPart(const Desktop& desktop, const std::string& name, int widt
                            "," + std::to_string(std::min<std::int64_t>(height, kMaxPictureSide)));
   prompt.Default = prompt.Choices.front();
   while (true) {
-    const std::string part = LowerCase(desktop.Prompt(prompt));
+    std::string part = LowerCase(desktop.Prompt(prompt));
     if (part.empty()) return {};
     const std::string fault = PartFault(part, width, height);
     if (fault.empty()) return part;
