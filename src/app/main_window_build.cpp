@@ -17,6 +17,7 @@
 #include "app/picture_area.h"
 #include "app/recovery_bar.h"
 #include "app/status_panels.h"
+#include "base/translation.h"
 #include "calibration/axis_panel.h"
 #include "capture/curve_panel.h"
 #include "capture/read_out_panel.h"
@@ -37,10 +38,10 @@
 namespace graphize {
 
 QAction* MainWindow::MakeAction(const MenuEntry& entry) {
-  auto* action = new QAction(QLatin1String(entry.Caption), this);
+  auto* action = new QAction(tr(entry.Caption), this);
   action->setObjectName(QLatin1String(entry.Name));
   action->setStatusTip({});
-  action->setToolTip(QLatin1String(entry.Tip));
+  action->setToolTip(tr(entry.Tip));
   action->setShortcut(QKeySequence(QLatin1String(entry.Key)));
   action->setCheckable(entry.Checked != nullptr);
   if (entry.Run != nullptr)
@@ -55,7 +56,7 @@ void MainWindow::BuildMenus() {
   for (const MenuEntry& entry : MenuEntries()) {
     if (entry.Is == MenuEntry::Kind::Menu) {
       subMenu = nullptr;
-      menu = menuBar()->addMenu(QLatin1String(entry.Caption));
+      menu = menuBar()->addMenu(tr(entry.Caption));
       menu->setObjectName(QLatin1String(entry.Name));
       menu->setToolTipsVisible(true);
     }
@@ -65,7 +66,7 @@ void MainWindow::BuildMenus() {
       case MenuEntry::Kind::Menu:
         break;
       case MenuEntry::Kind::SubMenu:
-        subMenu = menu->addMenu(QLatin1String(entry.Caption));
+        subMenu = menu->addMenu(tr(entry.Caption));
         subMenu->menuAction()->setObjectName(QLatin1String(entry.Name));
         menuActions_.emplace_back(subMenu->menuAction(), &entry);
         break;
@@ -121,7 +122,7 @@ void MainWindow::NoteRecentFiles() {
   if (ws_.opened.empty()) return;
   const auto failure = AddRecentFiles(RecentList(), std::exchange(ws_.opened, {}));
   if (failure && !std::exchange(recentFailureTold_, true))
-    ws_.status.Status = "The list of recent files cannot be written: " + failure.message();
+    ws_.status.Status = Tr("The list of recent files cannot be written: %1", failure.message());
 }
 
 void MainWindow::FinishStart() {
@@ -145,9 +146,9 @@ void MainWindow::BuildToolbar() {
   setContextMenuPolicy(Qt::NoContextMenu);  // there is nothing to hide
   for (const ToolButton& button : ToolButtons()) {
     if (button.SeparatorBefore) bar->addSeparator();
-    QAction* action = bar->addAction(ToolIcon(button.Key), QLatin1String(button.Tip));
+    QAction* action = bar->addAction(ToolIcon(button.Key), tr(button.Tip));
     action->setObjectName(QLatin1String(button.Key));
-    action->setToolTip(QLatin1String(button.Tip));
+    action->setToolTip(tr(button.Tip));
     action->setCheckable(button.IsMode);
     QWidget* shown = bar->widgetForAction(action);
     shown->setObjectName(QLatin1String("Toolbar1_") + QLatin1String(button.Key));

@@ -5,8 +5,8 @@
 #include <cmath>
 #include <optional>
 
-#include "raster/parallel_rows.h"
 #include "raster/paper.h"
+#include "raster/parallel_rows.h"
 
 namespace graphize {
 

@@ -18,16 +18,17 @@ namespace graphize {
 inline auto RecordsOf(Workspace& ws) {
   PointStore& store = ws.store;
   CommandStates& commands = ws.commands;
-  return std::tie(
-      ws.mode, ws.window.AxisPanelShown, ws.plot.PersistentDrawing, ws.recipe.Number,
-      ws.recipe.Pictures, ws.recipe.SavedPoints, ws.recipe.Options, ws.dataFileName,
-      ws.dataFileTitle,
-      // what is worked on
-      ws.calibration, ws.axisPanel.Rows, ws.axisPanel.Angle, ws.axisPanel.Tips, ws.picture, ws.map,
-      ws.blockers, ws.plot.HasUndo, ws.plot.SourceName, ws.window.Caption, ws.status.SizeX,
-      ws.status.SizeY, ws.curves.Curves, ws.curves.Active, commands.Data, commands.Blockers,
-      commands.Picture, commands.Graphize, commands.GridBuster, store.CaptureCount, store.ListCount,
-      store.ListIsCaptured, store.ListRows, store.LastPixelX, store.LastPixelY, store.NPoints);
+  return std::tie(ws.mode, ws.window.AxisPanelShown, ws.plot.PersistentDrawing, ws.recipe.Number,
+                  ws.recipe.Pictures, ws.recipe.SavedPoints, ws.recipe.Options, ws.dataFileName,
+                  ws.dataFileTitle,
+                  // what is worked on
+                  ws.calibration, ws.axisPanel.Rows, ws.axisPanel.Angle, ws.axisPanel.Tips,
+                  ws.axisPanel.Note, ws.picture, ws.map, ws.blockers, ws.plot.HasUndo,
+                  ws.plot.SourceName, ws.window.Caption, ws.status.SizeX, ws.status.SizeY,
+                  ws.curves.Curves, ws.curves.Active, commands.Data, commands.Blockers,
+                  commands.Picture, commands.Graphize, commands.GridBuster, store.CaptureCount,
+                  store.ListCount, store.ListIsCaptured, store.ListRows, store.LastPixelX,
+                  store.LastPixelY, store.NPoints);
 }
 inline constexpr std::size_t kPassingRecords = 9;
 inline constexpr std::size_t kPointNumbers = 7;

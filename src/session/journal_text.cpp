@@ -11,6 +11,7 @@
 #include "base/checksum.h"
 #include "base/run_time_error.h"
 #include "base/tokens.h"
+#include "base/translation.h"
 #include "raster/plot_image.h"
 #include "session/kept_text.h"
 #include "workspace/step_text.h"
@@ -128,7 +129,7 @@ std::string EventStart(const JournalEntry& entry) {
 // Reading.
 
 [[noreturn]] void Fail(const std::string& problem) {
-  throw RunTimeError("The journal cannot be read: " + problem + ".");
+  throw RunTimeError(Tr("The journal cannot be read: %1.", problem));
 }
 
 /// What an event says of one curve's points.
@@ -429,14 +430,15 @@ JournalledDocument ReadJournal(std::string_view bytes) {
   const auto number = IntegerText(version, 1, 1000000);
   if (!number) Fail("its version is no number");
   if (*number > kJournalVersion)
-    Fail("it is of version " + version + ", from a newer program; this one reads version " +
-         std::to_string(kJournalVersion));
+    Fail(Tr("it is of version %1, from a newer program; this one reads version %2", version,
+            kJournalVersion));
   bytes.remove_prefix(end + 1);
   Model model;
   while (const auto payload = TakeFrame(bytes)) model.Take(*payload);
   if (model.Events == 0) Fail("its first event is not whole");
   JournalledDocument read = model.Document();
-  if (HasFrame(bytes)) read.Damage = "A part of it is damaged: what was done after that is lost.";
+  if (HasFrame(bytes))
+    read.Damage = Tr("A part of it is damaged: what was done after that is lost.");
   return read;
 }
 

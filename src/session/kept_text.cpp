@@ -9,6 +9,7 @@
 #include "base/numbers.h"
 #include "base/run_time_error.h"
 #include "base/tokens.h"
+#include "base/translation.h"
 #include "base/version.h"
 #include "raster/size_limits.h"
 #include "session/kept_points.h"
@@ -364,7 +365,7 @@ const KeptPart* Find(const std::vector<KeptPart>& parts, const std::string& name
 
 const KeptPart& Need(const std::vector<KeptPart>& parts, const std::string& name) {
   const KeptPart* part = Find(parts, name);
-  if (part == nullptr) throw RunTimeError("\"" + name + "\" is missing");
+  if (part == nullptr) throw RunTimeError(Tr("\"%1\" is missing", name));
   return *part;
 }
 
@@ -374,7 +375,7 @@ void Naming(const std::string& name, const Read& read) {
   try {
     read();
   } catch (const RunTimeError& error) {
-    throw RunTimeError(name + ": " + error.what());
+    throw RunTimeError(Tr("%1: %2", name, std::string(error.what())));
   }
 }
 
@@ -451,9 +452,9 @@ KeptDocument ReadParts(const std::vector<KeptPart>& parts) {
     HeadFields(reader, small);
     if (small.Format != kProjectFormat) reader.Fail("format", "is another one");
     if (small.Version > kProjectVersion)
-      throw RunTimeError("it is of version " + std::to_string(small.Version) +
-                         ", from a newer program (" + small.Program + "); this one reads version " +
-                         std::to_string(kProjectVersion));
+      throw RunTimeError(
+          Tr("it is of version %1, from a newer program (%2); this one reads version %3",
+             small.Version, small.Program, kProjectVersion));
     Fields(reader, small);
     if (reader.Has(kStepOptions)) {
       small.StepOptions = BuiltInOptions();

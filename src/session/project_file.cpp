@@ -9,6 +9,7 @@
 #include "base/checksum.h"
 #include "base/numbers.h"
 #include "base/run_time_error.h"
+#include "base/translation.h"
 #include "base/whole_file.h"
 #include "base/zip_file.h"
 #include "codecs/file_format.h"
@@ -36,7 +37,7 @@ constexpr const char* kLastEdit = "picture/last-edit.csv";
 constexpr const char* kMarks = "picture/marks.csv";
 constexpr const char* kSteps = "steps.txt";
 constexpr const char* kOriginal = "picture/original.";
-constexpr const char* kFilters = "Graphize Projects (*.graphize)|*.graphize";
+constexpr const char* kFilters = Marked("Graphize Projects (*.graphize)|*.graphize");
 constexpr std::size_t kMostFiles = 4000;  // three for each curve, and the others
 constexpr std::size_t kLargestPicture = std::size_t{2} << 30;
 constexpr std::size_t kLargestText = std::size_t{256} << 20;
@@ -156,7 +157,7 @@ std::vector<KeptPart> RasterParts(const PlotImage& plot) {
 // ---- Reading ------------------------------------------------------------------------------------
 
 ZipReader ArchiveOf(std::string_view bytes) {
-  constexpr const char* kNone = "The file is no project of this program.";
+  constexpr const char* kNone = Marked("The file is no project of this program.");
   if (!bytes.starts_with("PK")) throw RunTimeError(kNone);
   ZipReader zip(bytes, kMostFiles);
   const ZipReader::Entry* type = zip.Find(kMimeType);
@@ -171,8 +172,8 @@ std::vector<KeptPart> TextsIn(const ZipReader& zip, std::size_t fileSize) {
   std::vector<KeptPart> parts;
   for (const ZipReader::Entry& entry : zip.Entries()) {
     if (!IsKnown(entry.Name))
-      throw RunTimeError("There is a file \"" + entry.Name +
-                         "\" in it, which is not of a project.");
+      throw RunTimeError(
+          Tr("There is a file \"%1\" in it, which is not of a project.", entry.Name));
     if (IsPicturePart(entry.Name) || entry.Name.ends_with('/')) continue;
     parts.push_back({entry.Name, zip.Read(entry, std::min(left, kLargestText))});
     left -= entry.Size;
@@ -188,7 +189,7 @@ auto RasterText(const ZipReader& zip, const char* name, const Read& read) {
     try {
       result = read(zip.Read(*entry, kLargestText));
     } catch (const RunTimeError& error) {
-      throw RunTimeError(std::string(name) + ": " + error.what());
+      throw RunTimeError(Tr("%1: %2", std::string(name), std::string(error.what())));
     }
   }
   return result;
@@ -287,20 +288,20 @@ void SaveProject(Workspace& ws, const Desktop& desktop) {
       ws.picture.WithoutFile ? "untitled" : ws.picture.ChosenPath.stem().string();
   const auto path = desktop.ChooseFile(
       {.ForSaving = true,
-       .Title = "Save Project As...",
+       .Title = Tr("Save Project As..."),
        .Folder = named ? ws.project.File.parent_path() : ws.picture.Folder,
        .FileName = named ? ws.project.File.filename().string() : stem + kProjectEnding,
-       .Filters = kFilters,
+       .Filters = Tr(kFilters),
        .DefaultExtension = kProjectEnding + 1,
        .OnlyFilterTypes = true});
   if (!path) return;
-  ws.status.Status = "Saving Project...";
+  ws.status.Status = Tr("Saving Project...");
   ws.window.Hourglass = true;
   desktop.ShowNow();
   std::string fault;
   bool saved = false, hasOriginal = false;
   try {
-    NamingTheFile("Cannot save the project", *path, [&] {
+    NamingTheFile("Cannot save the project \"%1\".", *path, [&] {
       const auto bytes = ProjectBytes(ws, desktop);
       if (!bytes) return;
       ThrowSystemError(ReplaceWholeFile(*path, *bytes));
@@ -311,16 +312,17 @@ void SaveProject(Workspace& ws, const Desktop& desktop) {
     fault = error.what();
   }
   ws.status.ProgressVisible = false;
-  ws.status.Status = saved ? " " : "The project was not saved";
+  ws.status.Status = saved ? " " : Tr("The project was not saved");
   ws.window.Hourglass = false;
   if (!fault.empty()) return Tell(desktop, fault, MessageIcon::Critical);
   if (!saved) return;
   NoteSaved(ws.store);
   for (Curve& curve : ws.curves.Curves) curve.Points = SavedPoints(curve.Points);
   NoteProject(ws, *path);
-  ws.status.Status = "Saved: " + path->filename().string();
+  ws.status.Status = Tr("Saved: %1", path->filename().string());
   if (HasFile(ws.picture) && !hasOriginal)
-    ws.status.Status += ", without the picture's file, which is gone or another one by now";
+    ws.status.Status =
+        Tr("%1, without the picture's file, which is gone or another one by now", ws.status.Status);
 }
 
 std::string ReadProjectFile(const fs::path& path) {
@@ -375,23 +377,23 @@ void PutProject(Workspace& ws, const Desktop& desktop, ProjectContent&& project)
 
 void OpenProject(Workspace& ws, const Desktop& desktop) {
   const auto path = desktop.ChooseFile(
-      {.Title = "Open Project",
+      {.Title = Tr("Open Project"),
        .Folder = ws.project.File.empty() ? ws.picture.Folder : ws.project.File.parent_path(),
        .FileName = "",
-       .Filters = kFilters + std::string("|All Files|*")});
+       .Filters = Tr(kFilters) + "|" + Tr("All Files") + "|*"});
   if (path) OpenProject(ws, desktop, *path);
 }
 
 void OpenProject(Workspace& ws, const Desktop& desktop, const fs::path& path) {
   EndDrag(ws);
   if (!MayClose(ws, desktop)) return;
-  ws.status.Status = "Loading File ...";
+  ws.status.Status = Tr("Loading File ...");
   ws.window.Hourglass = true;
   desktop.ShowNow();
   std::optional<ProjectContent> project;
   std::string fault;
   try {
-    project = NamingTheFile("Cannot open the project", path, [&] {
+    project = NamingTheFile("Cannot open the project \"%1\".", path, [&] {
       return ReadProject(ReadProjectFile(path), ProjectPicture::Decoded, ShowProgress(ws, desktop));
     });
   } catch (const RunTimeError& error) {
@@ -403,12 +405,13 @@ void OpenProject(Workspace& ws, const Desktop& desktop, const fs::path& path) {
   if (!fault.empty()) return Tell(desktop, fault, MessageIcon::Exclamation);
   if (!project) return;
   if (!project->PictureFault.empty() &&
-      desktop.ShowMessage({.Text = "The picture in \"" + path.filename().string() +
-                                   "\" cannot be used.\r\n" + project->PictureFault +
-                                   "\r\n\r\nDo you want to open the points on an empty page ?",
-                           .Icon = MessageIcon::Exclamation,
-                           .Buttons = MessageButtons::YesNo,
-                           .DefaultIsNo = true}) != Answer::Yes)
+      desktop.ShowMessage(
+          {.Text = Tr("The picture in \"%1\" cannot be used.\r\n%2\r\n\r\nDo you want to "
+                      "open the points on an empty page ?",
+                      path.filename().string(), project->PictureFault),
+           .Icon = MessageIcon::Exclamation,
+           .Buttons = MessageButtons::YesNo,
+           .DefaultIsNo = true}) != Answer::Yes)
     return;
   PutProject(ws, desktop, std::move(*project));
   ws.picture.Folder = path.parent_path();

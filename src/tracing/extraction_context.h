@@ -42,6 +42,7 @@ void MoveCursor(const ExtractionContext& context, float x, float y);
 void PumpProgress(const ExtractionContext& context);
 /// "1 point", "12 points".
 std::string PointCount(long long points);
+std::string CapturedCount(long long points);  // "3 points captured"
 /// The end of an operation: read-out and data list show the newest.
 void ShowResult(const ExtractionContext& context);
 

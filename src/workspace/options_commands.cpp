@@ -1,5 +1,8 @@
 #include "workspace/options_commands.h"
 
+#include "base/run_time_error.h"
+#include "base/translation.h"
+#include "settings/language.h"
 #include "workspace/session.h"
 
 namespace graphize {
@@ -71,6 +74,18 @@ void FormatChanged(Workspace& ws) {
 
 void ColoursChanged(Workspace& ws) {
   RedrawBlockers(ws.blockers, ws.plot, ws.settings);
+}
+
+void ChooseLanguage(Workspace& ws, const Desktop& desktop, const std::string& code) {
+  try {
+    SettingsFile file = ReadSettingsFile(ws.settingsPath);
+    WriteLanguage(file, code);
+    SaveSettingsFile(ws.settingsPath, file);
+    ws.language = code;
+    ws.status.Status = Tr("The window speaks this language from its next start on.");
+  } catch (const RunTimeError& error) {
+    Tell(desktop, error.what(), MessageIcon::Exclamation);
+  }
 }
 
 }  // namespace graphize

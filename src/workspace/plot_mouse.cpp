@@ -7,6 +7,7 @@
 
 #include "base/numbers.h"
 #include "base/run_time_error.h"
+#include "base/translation.h"
 #include "capture/snap.h"
 #include "workspace/do.h"
 #include "workspace/extraction_commands.h"
@@ -17,7 +18,7 @@ namespace graphize {
 
 namespace {
 
-constexpr const char* kPointerStays = "This desktop does not let programs move the pointer";
+constexpr const char* kPointerStays = Marked("This desktop does not let programs move the pointer");
 
 /// The button that a drag on the picture holds down; 0 without one.
 int DraggingButton(const Workspace& ws) {
@@ -255,7 +256,7 @@ bool MovePointerByKey(Workspace& ws, const Desktop& desktop, PointerKey key, int
   if (!desktop.PointerOverPlot()) return false;
   const int step = Shift == kCtrlKey ? 10 : 1;
   const auto [x, y] = kMoves[static_cast<std::size_t>(key)];
-  if (!desktop.MovePointer(x * step, y * step)) ws.status.Status = kPointerStays;
+  if (!desktop.MovePointer(x * step, y * step)) ws.status.Status = Tr(kPointerStays);
   return true;
 }
 
@@ -271,7 +272,7 @@ void PutPointer(Workspace& ws, const Desktop& desktop) {
   const bool seen = x > view.X && x < right && y > view.Y && y < bottom;
   const bool moved =
       seen ? desktop.PointAt(x, y) : desktop.PointAt((view.X + right) / 2, (view.Y + bottom) / 2);
-  if (!moved) ws.status.Status = kPointerStays;
+  if (!moved) ws.status.Status = Tr(kPointerStays);
 }
 
 void StepZoom(Workspace& ws, int step) {
