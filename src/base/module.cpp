@@ -38,10 +38,14 @@ const void* LoadModule(const char* file, const char* symbol) {
   if (stamp == nullptr || std::strcmp(*stamp, ModuleStamp()) != 0)
     throw RunTimeError(
         "The program was updated while it was open. Please save your points and start it again.");
-  // Its own copy of the translation's place is empty.
+  // It has a place of its own for the translator, which is empty.
   const auto translate =
       reinterpret_cast<void (*)(Translator)>(dlsym(library, "GraphizeSetTranslator"));
-  if (translate != nullptr) translate(ChosenTranslator());
+  if (translate != nullptr)
+    translate([](const char* english, long long count) {
+      const Translator chosen = ChosenTranslator();
+      return chosen != nullptr ? chosen(english, count) : std::string();
+    });
   return object;
 }
 

@@ -51,7 +51,7 @@ QWidget* ImageToolsDialog::MakeTools() {
     option->setObjectName(MemberName("ToolOption", i));
     option->setToolTip(tr(texts.Hint));
     connect(option, &QRadioButton::clicked, this, [this, i] { emit ToolChosen(i); });
-    column->addWidget(option);
+    column->addWidget(option, 0, Qt::AlignLeft);  // as wide as what answers to a click
     toolOption_[static_cast<std::size_t>(i)] = option;
   }
   return tools_;
