@@ -7,26 +7,18 @@
 #include "data/list_edit.h"
 #include "data/resampling.h"
 #include "data/sort.h"
+#include "support/quiet_desktop.h"
 
 namespace graphize {
 namespace {
 
 constexpr int kFull = 32767;
 
-/// A desktop that has nothing to say.
-Desktop QuietDesktop() {
-  Desktop desktop;
-  desktop.ShowMessage = [](const Message&) { return Answer::Ok; };
-  desktop.ShowNow = desktop.Pump = [] {};
-  desktop.EscapeHeld = [] { return false; };
-  return desktop;
-}
-
 /// A full store of random points over many magnitudes.
 PointStore FullStore() {
   PointStore store;
   CommandStates commands;
-  const Desktop desktop = QuietDesktop();
+  const Desktop desktop = test::QuietDesktop();
   std::mt19937 random(1);
   std::uniform_real_distribution<float> exponent(-6, 6);
   for (int i = 1; i <= kFull; ++i)
@@ -91,7 +83,7 @@ BENCHMARK(SortFullStore)
 
 /// A full store resampled into a full list; the argument is RefreshList.
 void ReSampleFullStore(benchmark::State& state) {
-  const Desktop desktop = QuietDesktop();
+  const Desktop desktop = test::QuietDesktop();
   PointStore store = FullStore();
   const SamplePlan plan{.Count = kFull, .MinX = 0.001f, .MaxX = 32.767f, .YLog = true};
   for (auto _ : state)

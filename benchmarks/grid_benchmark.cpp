@@ -5,6 +5,7 @@
 
 #include "grid/grid_lines.h"
 #include "support/plot_drawing.h"
+#include "support/quiet_desktop.h"
 
 namespace graphize {
 namespace {
@@ -33,20 +34,12 @@ Page MakePage(int lines, double degrees, double grain) {
   return page;
 }
 
-Desktop QuietDesktop() {
-  Desktop desktop;
-  desktop.ShowNow = desktop.Pump = [] {};
-  desktop.EscapeHeld = [] { return false; };
-  desktop.ShowMessage = [](const Message&) { return Answer::Ok; };
-  return desktop;
-}
-
 /// All lines of a direction: range(0) 0 for X, 1 for Y; range(1) lines; range(2) a turn in tenths
 /// of a degree; range(3) grain in hundredths.
 void RemoveAllLines(benchmark::State& state) {
   Page page = MakePage(static_cast<int>(state.range(1)), 0.1 * static_cast<double>(state.range(2)),
                        0.01 * static_cast<double>(state.range(3)));
-  const Desktop desktop = QuietDesktop();
+  const Desktop desktop = test::QuietDesktop();
   const GridDirection direction = state.range(0) == 0 ? GridDirection::X : GridDirection::Y;
   GridRemoval removal;
   for (auto _ : state) {
@@ -70,7 +63,7 @@ BENCHMARK(RemoveAllLines)
 
 void RemoveOneLine(benchmark::State& state) {
   Page page = MakePage(20, 0.5, 0);
-  const Desktop desktop = QuietDesktop();
+  const Desktop desktop = test::QuietDesktop();
   for (auto _ : state) {
     StatusBar status;
     RemoveGridLines(page.Image, page.Calibration, desktop, status, GridDirection::Y, false, 2500,

@@ -8,11 +8,11 @@
 
 #include <algorithm>
 #include <chrono>
-#include <fstream>
 #include <string>
 #include <utility>
 
 #include "image_tools/picture_tools.h"
+#include "process_memory.h"
 
 namespace graphize {
 namespace {
@@ -44,14 +44,6 @@ Raster DrawPage(int width, int height, Page kind) {
   return page;
 }
 
-/// A line of /proc/self/status in bytes.
-double StatusBytes(const std::string& key) {
-  std::ifstream status("/proc/self/status");
-  for (std::string line; std::getline(status, line);)
-    if (line.starts_with(key)) return 1024.0 * std::atof(line.c_str() + key.size());
-  return 0;
-}
-
 /// Times `work(page)` in turns with a copy of the page.
 void Measure(benchmark::State& state, Page kind, const auto& work) {
   const int width = static_cast<int>(state.range(0)), height = width * 14043 / 9933;
@@ -61,7 +53,7 @@ void Measure(benchmark::State& state, Page kind, const auto& work) {
   for (auto _ : state) {
     copy += Seconds([&] { benchmark::DoNotOptimize(page.Clone().Pixels()); });
     const double before = StatusBytes("VmRSS:");
-    std::ofstream("/proc/self/clear_refs") << "5";
+    ResetPeakMemory();
     const double seconds = Seconds([&] { benchmark::DoNotOptimize(Raster(work(page)).Pixels()); });
     peak = std::max(peak, StatusBytes("VmHWM:") - before);
     ours += seconds;

@@ -13,9 +13,11 @@
 #include <memory>
 #include <string>
 
+#include "base/temporary_folder.h"
 #include "base/whole_file.h"
 #include "codecs/file_format.h"
 #include "codecs/picbuf.h"
+#include "process_memory.h"
 #include "reading/ink_threshold.h"
 
 namespace graphize {
@@ -47,24 +49,10 @@ double Seconds(const auto& work) {
   return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-/// A line of /proc/self/status in bytes.
-double StatusBytes(const std::string& key) {
-  std::ifstream status("/proc/self/status");
-  for (std::string line; std::getline(status, line);)
-    if (line.starts_with(key)) return 1024.0 * std::atof(line.c_str() + key.size());
-  return 0;
-}
-
-void ResetPeak() {
-  std::ofstream("/proc/self/clear_refs") << "5";
-}
-
 /// The page as a file of each type, in a folder that is removed at the end.
 class PageFiles {
  public:
   PageFiles() {
-    std::string name = (fs::temp_directory_path() / "graphize-page-XXXXXX").string();
-    folder_ = mkdtemp(name.data());
     const Raster page = DrawPage(kWhitePixel, kBlackPixel);
     SavePicture(folder_ / "tif", kTifFormat, 1, page);
     SavePicture(folder_ / "jpg", kJpgFormat, 75, page);
@@ -79,14 +67,11 @@ class PageFiles {
     std::ofstream(folder_ / "png", std::ios::binary)
         .write(static_cast<const char*>(png.data()), static_cast<std::streamsize>(png.length()));
   }
-  ~PageFiles() { fs::remove_all(folder_); }
-  PageFiles(const PageFiles&) = delete;
-  PageFiles& operator=(const PageFiles&) = delete;
 
   fs::path operator[](const char* type) const { return folder_ / type; }
 
  private:
-  fs::path folder_;
+  TemporaryFolder folder_;
 };
 
 const PageFiles& Pages() {
@@ -118,7 +103,7 @@ void LoadPage(benchmark::State& state, const char* type, const char* coder, bool
   for (auto _ : state) {
     library += Seconds([&] { DecodeWithLibraryAlone(path, coder); });
     const double before = StatusBytes("VmRSS:");
-    ResetPeak();
+    ResetPeakMemory();
     std::optional<LoadedPicture> loaded;
     const double seconds = Seconds([&] { loaded = LoadPicture(path, watch); });
     peak = std::max(peak, StatusBytes("VmHWM:") - before);

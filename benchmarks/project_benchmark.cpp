@@ -3,11 +3,14 @@
 #include <benchmark/benchmark.h>
 
 #include <cmath>
-#include <filesystem>
 
+#include "base/temporary_folder.h"
 #include "base/whole_file.h"
+#include "codecs/file_format.h"
 #include "codecs/picbuf.h"
 #include "session/project_file.h"
+#include "support/quiet_desktop.h"
+#include "workspace/do.h"
 #include "workspace/replay.h"
 
 namespace graphize {
@@ -15,20 +18,8 @@ namespace {
 
 constexpr int kPoints = 32767;
 
-const std::filesystem::path kFolder = std::filesystem::temp_directory_path();
-const std::filesystem::path kPicture = kFolder / "graphize-benchmark.bmp";
-const std::filesystem::path kProject = kFolder / "graphize-benchmark.graphize";
-
-Desktop QuietDesktop() {
-  Desktop desktop;
-  desktop.ShowMessage = [](const Message&) { return Answer::Ok; };
-  desktop.ShowNow = desktop.Pump = [] {};
-  desktop.EscapeHeld = [] { return false; };
-  return desktop;
-}
-
 void FillCurve(Workspace& ws, int curve) {
-  const Desktop quiet = QuietDesktop();
+  const Desktop quiet = test::QuietDesktop();
   PointStore& store = ws.store;
   for (int i = 0; i < kPoints; ++i) {
     store.CurrentPlace = {static_cast<float>(i) / 7, static_cast<float>(curve + std::sin(i) * 50)};
@@ -37,34 +28,39 @@ void FillCurve(Workspace& ws, int curve) {
   }
 }
 
-Workspace FiveCurves() {
-  Workspace ws;
-  const Desktop quiet = QuietDesktop();
-  StartReplay(ws);
-  SavePicture(kPicture, 3, 0, Raster::Filled(16, 16, kWhitePixel));
-  Do(ws, quiet, OpenStep{.Path = kPicture});
-  for (int curve = 0; curve < 5; ++curve) {
-    if (curve > 0) Do(ws, quiet, NewCurveStep{});
-    FillCurve(ws, curve);
+struct FiveCurves {
+  TemporaryFolder Folder;
+  Workspace Ws;
+
+  FiveCurves() {
+    const Desktop quiet = test::QuietDesktop();
+    StartReplay(Ws);
+    SavePicture(Folder / "plot.bmp", kBmpFormat, 0, Raster::Filled(16, 16, kWhitePixel));
+    Do(Ws, quiet, OpenStep{.Path = Folder / "plot.bmp"});
+    for (int curve = 0; curve < 5; ++curve) {
+      if (curve > 0) Do(Ws, quiet, NewCurveStep{});
+      FillCurve(Ws, curve);
+    }
   }
-  return ws;
-}
+  std::filesystem::path Project() const { return Folder / "five.graphize"; }
+  void Save(benchmark::State& state) {
+    if (ReplaceWholeFile(Project(), *ProjectBytes(Ws, test::QuietDesktop())))
+      state.SkipWithError("disk");
+  }
+};
 
 void SaveProject(benchmark::State& state) {
-  Workspace ws = FiveCurves();
-  for (auto _ : state)
-    if (ReplaceWholeFile(kProject, *ProjectBytes(ws, QuietDesktop()))) state.SkipWithError("disk");
+  FiveCurves curves;
+  for (auto _ : state) curves.Save(state);
 }
 BENCHMARK(SaveProject)->Unit(benchmark::kMillisecond);
 
 void OpenProject(benchmark::State& state) {
-  Workspace ws = FiveCurves();
-  if (ReplaceWholeFile(kProject, *ProjectBytes(ws, QuietDesktop()))) state.SkipWithError("disk");
+  FiveCurves curves;
+  curves.Save(state);
   for (auto _ : state)
-    PutProject(ws, QuietDesktop(),
-               *ReadProject(ReadProjectFile(kProject), ProjectPicture::Decoded));
-  std::filesystem::remove(kProject);
-  std::filesystem::remove(kPicture);
+    PutProject(curves.Ws, test::QuietDesktop(),
+               *ReadProject(ReadProjectFile(curves.Project()), ProjectPicture::Decoded));
 }
 BENCHMARK(OpenProject)->Unit(benchmark::kMillisecond);
 

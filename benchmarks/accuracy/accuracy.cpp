@@ -8,9 +8,11 @@
 #include <optional>
 #include <string>
 
+#include "ink_report.h"
 #include "read_report.h"
 #include "run.h"
 #include "speed.h"
+#include "symbol_report.h"
 
 namespace graphize::accuracy {
 namespace {
@@ -87,7 +89,7 @@ int Report() {
       "%s times the bare reads of its "
       "pixels.\n",
       table.WithTarget(), table.Rows(), table.Missed(), Fixed(TraceTimePerBareReads(), 1).c_str());
-  const int missed = table.Missed() + PrintReadTable();
+  const int missed = table.Missed() + PrintReadTable() + PrintSymbolTable() + PrintInkTable();
   return missed == 0 ? 0 : 1;
 }
 

@@ -40,8 +40,10 @@ class Chance {
 /// A picture made of one layer of each colour over the paper.
 class Sheet {
  public:
-  explicit Sheet(Colour paper = kPaper, int width = 800, int height = 600, double degrees = 0)
-      : width_(width),
+  explicit Sheet(Colour paper = kPaper, int width = 800, int height = 600, double degrees = 0,
+                 double off = 0)
+      : off_(off),
+        width_(width),
         height_(height),
         degrees_(degrees),
         channels_(static_cast<std::size_t>(width) * static_cast<std::size_t>(height)) {
@@ -51,8 +53,8 @@ class Sheet {
   }
 
   PlotDrawing Layer() const {
-    return PlotDrawing(width_, height_, 0.1 * width_, 0.08 * height_, 0.95 * width_, 0.88 * height_,
-                       degrees_);
+    return PlotDrawing(width_, height_, 0.1 * width_ + off_, 0.08 * height_ - 0.7 * off_,
+                       0.95 * width_ - 0.6 * off_, 0.88 * height_ + off_, degrees_);
   }
   void Put(const PlotDrawing& layer, Colour colour, bool hard = false) {
     const Raster cover = hard ? layer.Picture() : layer.GreyPicture();
@@ -153,6 +155,7 @@ class Sheet {
   }
 
  private:
+  double off_;  // of the box from whole pixels
   int width_, height_;
   double degrees_;
   std::vector<std::array<double, 3>> channels_;
@@ -185,13 +188,14 @@ struct Look {
   double Degrees = 0;
   int Width = 800, Height = 600;
   double First = 0.03, Last = 0.97;
+  double Off = 0;
 };
 
 /// One curve on a frame.
 ReadPlot One(Chance& chance, const Look& look, const Function& v,
              const std::function<void(Sheet&)>& before = nullptr,
              const std::function<void(Sheet&)>& after = nullptr) {
-  Sheet sheet(look.Paper, look.Width, look.Height, look.Degrees);
+  Sheet sheet(look.Paper, look.Width, look.Height, look.Degrees, look.Off);
   if (before) before(sheet);
   sheet.Frame(look.Lines, look.Hard);
   PlotDrawing layer = sheet.Layer();
@@ -202,9 +206,14 @@ ReadPlot One(Chance& chance, const Look& look, const Function& v,
   if (after) after(sheet);
   plot.Picture = sheet.Picture();
   plot.Axes = layer.Calibration();
+  if (look.Off != 0) plot.Value = v;
   return plot;
 }
 
+ReadPlot AxesOff(unsigned seed) {
+  Chance chance(seed);
+  return One(chance, {.Line = {.Thickness = 2}, .Off = chance.Between(-0.5, 0.5)}, Smooth(chance));
+}
 ReadPlot ThinSteep(unsigned seed) {
   Chance chance(seed);
   const double waves = chance.Between(3, 6), p = chance.Between(0, 2 * kPi);
@@ -481,6 +490,7 @@ std::vector<ReadFamily> ReadFamilies() {
           {"2 to 5 colours with a legend", 0.04, 0.08, 0.99, Coloured},
           {"light on dark", 0.04, 0.08, 0.99, Inverse},
           {"turned by up to 6 degrees", 0.04, 0.08, 0.99, Turned},
+          {"axes off by up to half a pixel", 0.04, 0.08, 0.99, AxesOff},
           {"thin and steep", 0.04, 0.08, 0.99, ThinSteep},
           {"hard edges", 0.09, 0.17, 0.99, Hard},
           {"thick", 0.09, 0.17, 0.99, Thick},

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -17,6 +18,7 @@ struct ReadPlot {
   AxisCalibration Axes;
   std::vector<PixelPosition> Course;  // the clicked curve's
   PixelPosition Click;
+  std::function<double(double)> Value;  // of Y at X, where the axes are off
 };
 
 /// What one kind of plot must reach, in pixels; `Draw` makes one of it from a seed.

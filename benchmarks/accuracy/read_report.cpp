@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <vector>
 
+#include "calibration/transform.h"
+#include "data/row_errors.h"
 #include "measure.h"
 #include "read_plots.h"
 #include "reading/read_curve.h"
@@ -30,6 +32,18 @@ double HeightAbove(const CurvePoint& point, const std::vector<PixelPosition>& co
   return least < 0 ? shortest : least;
 }
 
+/// The error of Y at the point's X, in standard uncertainties of what is exported.
+double SigmasOff(const ReadPlot& plot, const CurvePoint& point) {
+  const int height = plot.Picture.Height();
+  const RealPoint real = RealPointAt(plot.Axes, point.X, height - point.Y);
+  const Certainty certainty{static_cast<float>(point.Sigma * point.AcrossX),
+                            static_cast<float>(point.Sigma * point.AcrossY)};
+  const RowError error =
+      StandardErrorAt(plot.Axes, height, {static_cast<float>(point.X), static_cast<float>(point.Y)},
+                      certainty, static_cast<float>(real.X), static_cast<float>(real.Y));
+  return std::fabs(real.Y - plot.Value(real.X)) / error.Y;
+}
+
 struct FamilyResult {
   std::vector<double> Rms;  // of each plot
   double Coverage = 1, FalsePart = 0;
@@ -47,7 +61,7 @@ struct FamilyResult {
     for (const CurvePoint& point : reading.Points) {
       const double distance = DistanceTo({point.X, point.Y}, plot.Course);
       sum += distance * distance;
-      const double sigmas = distance / point.Sigma;
+      const double sigmas = plot.Value ? SigmasOff(plot, point) : distance / point.Sigma;
       WithinOne += sigmas <= 1 ? 1 : 0;
       WithinTwo += sigmas <= 2 ? 1 : 0;
       Vertical += std::pow(HeightAbove(point, plot.Course, distance), 2);

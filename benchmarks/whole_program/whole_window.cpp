@@ -9,11 +9,10 @@
 #include <QTemporaryDir>
 #include <QTimer>
 #include <cstdio>
-#include <fstream>
-#include <string>
 
 #include "app/fonts.h"
 #include "app/main_window.h"
+#include "process_memory.h"
 
 namespace {
 
@@ -29,16 +28,6 @@ class AfterFirstPaint : public QObject {
   }
 };
 
-/// A line of /proc/self/status in kilobytes.
-double Kilobytes(const std::string& name) {
-  std::ifstream status("/proc/self/status");
-  for (std::string word; status >> word;) {
-    double value = 0;
-    if (word == name + ":" && status >> value) return value;
-  }
-  return 0;
-}
-
 /// Microseconds that one event and the painting it causes take.
 template <typename Step>
 double MicrosecondsEach(int count, const Step& step) {
@@ -53,10 +42,11 @@ double MicrosecondsEach(int count, const Step& step) {
 
 void Measure(graphize::MainWindow& window, double before) {
   const graphize::PlotImage& plot = window.State().plot;
-  const double raster = 4.0 * static_cast<double>(plot.Pixels.PixelCount()) / 1024;
+  const double raster = 4.0 * static_cast<double>(plot.Pixels.PixelCount());
   std::printf("%d x %d\n", plot.Width(), plot.Height());
   std::printf("memory over the empty program's, in rasters: open %.2f, peak %.2f\n",
-              (Kilobytes("VmRSS") - before) / raster, (Kilobytes("VmHWM") - before) / raster);
+              (graphize::StatusBytes("VmRSS:") - before) / raster,
+              (graphize::StatusBytes("VmHWM:") - before) / raster);
   auto* view = window.findChild<QWidget*>(QStringLiteral("Plot"));
   std::printf("mouse move %.1f us\n", MicrosecondsEach(2000, [&](int i) {
                 const QPointF at(100 + i % 200, 100 + i % 150);
@@ -84,7 +74,7 @@ int main(int argc, char** argv) {
   window.installEventFilter(&first);
   first.Then = [&] {
     if (argc < 2) return QApplication::quit();
-    const double before = Kilobytes("VmRSS");
+    const double before = graphize::StatusBytes("VmRSS:");
     window.OpenWhenShown({argv[1]});
     auto* poll = new QTimer(&window);
     QObject::connect(poll, &QTimer::timeout, &window, [&window, before, poll] {

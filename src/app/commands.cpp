@@ -1,7 +1,8 @@
 #include "app/commands.h"
 
 #include "base/translation.h"
-#include "session/project_file.h"
+#include "session/project_commands.h"
+#include "workspace/black_white_commands.h"
 #include "workspace/capture_commands.h"
 #include "workspace/data_commands.h"
 #include "workspace/do.h"
@@ -9,6 +10,8 @@
 #include "workspace/extraction_commands.h"
 #include "workspace/help_commands.h"
 #include "workspace/image_tools_commands.h"
+#include "workspace/ink_check_commands.h"
+#include "workspace/next_step.h"
 #include "workspace/options_commands.h"
 #include "workspace/picture_commands.h"
 #include "workspace/plot_mouse.h"
@@ -18,6 +21,7 @@
 #include "workspace/scan_commands.h"
 #include "workspace/system_programs.h"
 #include "workspace/toolbar.h"
+#include "workspace/view_commands.h"
 
 namespace graphize {
 
@@ -224,11 +228,37 @@ const MenuEntry kMenus[] = {
      .Can = CanUndoErase,
      .Run = Does<UndoEditStep>},
 
+    {.Is = Kind::Menu, .Name = "MNU_VIEW", .Caption = Marked("&View")},
+    {.Name = "MNU_VIEW_ZoomIn",
+     .Caption = Marked("Zoom &In"),
+     .Key = "Ctrl++; Ctrl+=",
+     .Tip = Marked("Enlarge the picture; also Ctrl and the wheel"),
+     .Can = CanZoomIn},
+    {.Name = "MNU_VIEW_ZoomOut",
+     .Caption = Marked("Zoom &Out"),
+     .Key = "Ctrl+-",
+     .Tip = Marked("See more of the picture; also Ctrl and the wheel"),
+     .Can = CanZoomOut},
+    kSeparator,
+    {.Is = Kind::Check,
+     .Name = "MNU_VIEW_Fit",
+     .Caption = Marked("&Fit in Window"),
+     .Key = "Ctrl+0",
+     .Tip = Marked("The whole picture as large as the window shows it"),
+     .Can = CanZoom,
+     .Run = [](Workspace& ws, const Desktop&) { FitPicture(ws); },
+     .Checked = IsFitted},
+    {.Name = "MNU_VIEW_ActualSize",
+     .Caption = Marked("&Actual Size"),
+     .Key = "Ctrl+1",
+     .Tip = Marked("A pixel of the picture is a pixel of the screen"),
+     .Can = CanZoom},
+
     {.Is = Kind::Menu, .Name = "MNU_MODE", .Caption = Marked("&Mode")},
     {.Is = Kind::Check,
      .Name = "MNU_MODE_axisdef",
      .Caption = Marked("&Define Axis"),
-     .Key = "Ctrl+1",
+     .Key = "Alt+1",
      .Tip = Marked("Clicks are the origin, a point on the X axis and one on the Y axis"),
      .Can = CanEnter<Mode::AxisDef>,
      .Run = Enter<Mode::AxisDef>,
@@ -236,7 +266,7 @@ const MenuEntry kMenus[] = {
     {.Is = Kind::Check,
      .Name = "MNU_MODE_graphize",
      .Caption = Marked("&Graphize"),
-     .Key = "Ctrl+2",
+     .Key = "Alt+2; Ctrl+2",
      .Tip = Marked("Clicks capture points, right clicks follow curves"),
      .Can = CanEnter<Mode::Graphize>,
      .Run = Enter<Mode::Graphize>,
@@ -244,7 +274,7 @@ const MenuEntry kMenus[] = {
     {.Is = Kind::Check,
      .Name = "MNU_MODE_blocktest",
      .Caption = Marked("&Auto-Trace Test/Block"),
-     .Key = "Ctrl+3",
+     .Key = "Alt+3; Ctrl+3",
      .Tip = Marked("Clicks paint blockers, right clicks test the tracer"),
      .Can = CanEnter<Mode::BlockTest>,
      .Run = Enter<Mode::BlockTest>,
@@ -252,7 +282,7 @@ const MenuEntry kMenus[] = {
     {.Is = Kind::Check,
      .Name = "MNU_MODE_drawerase",
      .Caption = Marked("D&raw/Erase"),
-     .Key = "Ctrl+4",
+     .Key = "Alt+4; Ctrl+4",
      .Tip = Marked("The left button draws on the picture, the right one erases"),
      .Can = CanEnter<Mode::DrawErase>,
      .Run = Enter<Mode::DrawErase>,
@@ -260,11 +290,19 @@ const MenuEntry kMenus[] = {
     {.Is = Kind::Check,
      .Name = "MNU_MODE_gridbuster",
      .Caption = Marked("Grid &Buster"),
-     .Key = "Ctrl+5",
+     .Key = "Alt+5; Ctrl+5",
      .Tip = Marked("Clicks remove grid lines"),
      .Can = CanEnter<Mode::GridBuster>,
      .Run = Enter<Mode::GridBuster>,
      .Checked = IsIn<Mode::GridBuster>},
+    {.Is = Kind::Check,
+     .Name = "MNU_MODE_readcurve",
+     .Caption = Marked("Read &Curve"),
+     .Key = "Ctrl+6",
+     .Tip = Marked("A click reads a curve of any colour, which is shown before it is captured"),
+     .Can = CanEnter<Mode::ReadCurve>,
+     .Run = Enter<Mode::ReadCurve>,
+     .Checked = IsIn<Mode::ReadCurve>},
     kSeparator,
     {.Name = "MNU_MODE_Pointer",
      .Caption = Marked("&Pointer to Picture"),
@@ -306,6 +344,11 @@ const MenuEntry kMenus[] = {
      .Tip = Marked("More or fewer points, interpolated at even steps of X"),
      .Can = [](const Workspace& ws) { return ws.commands.Resample; },
      .Run = ShowSample},
+    {.Name = "MNU_DATA_CheckInk",
+     .Caption = Marked("Chec&k Points on Picture"),
+     .Tip = Marked("Find points that lie on no ink, on the frame or between two strokes"),
+     .Can = CanCheckPoints,
+     .Run = [](Workspace& ws, const Desktop&) { CheckPoints(ws); }},
     kSeparator,
     {.Name = "MNU_Data_XY2List",
      .Caption = Marked("&Graphized X Y (Undo)"),
@@ -320,6 +363,11 @@ const MenuEntry kMenus[] = {
      .Tip = Marked("Clear the marks on the picture"),
      .Can = [](const Workspace& ws) { return CanPress(ws, "refresh"); },
      .Run = [](Workspace& ws, const Desktop& d) { Toolbar_ButtonClick(ws, d, "refresh"); }},
+    {.Name = "MNU_IMAGE_BlackWhite",
+     .Caption = Marked("&Black && White..."),
+     .Tip = Marked("Reduce the picture to black and white, and see before what becomes of it"),
+     .Can = CanShowImageTools,
+     .Run = [](Workspace& ws, const Desktop&) { ShowBlackWhite(ws); }},
     {.Name = "MNU_IMAGE_ImageTools",
      .Caption = Marked("Image &Tools..."),
      .Tip = Marked("Sharpen, scale or turn the picture before points are captured"),
@@ -339,6 +387,12 @@ const MenuEntry kMenus[] = {
      .Tip = Marked("Draw the data list over the picture"),
      .Run = [](Workspace& ws, const Desktop&) { ToggleOverlay(ws); },
      .Checked = [](const Workspace& ws) { return ws.commands.Overlay; }},
+    {.Is = Kind::Check,
+     .Name = "MNU_OPT_WhatComesNext",
+     .Caption = Marked("&What Comes Next"),
+     .Tip = Marked("A line above the picture says what is to be done next"),
+     .Run = [](Workspace& ws, const Desktop&) { SwitchNext(ws); },
+     .Checked = IsNextShown},
     kSeparator,
     {.Name = "MNU_OPT_Settings",
      .Caption = Marked("&Settings..."),

@@ -14,7 +14,7 @@ struct MenuEntry {
   Kind Is = Kind::Item;
   const char* Name = "";
   const char* Caption = "";
-  const char* Key = "";
+  const char* Key = "";  // the first of several, with "; " between them, is shown
   const char* Tip = "";
   bool (*Can)(const Workspace&) = nullptr;  // absent: always
   void (*Run)(Workspace&, const Desktop&) = nullptr;

@@ -162,6 +162,22 @@ void GridBuster(const Pen& d) {
   d.Lines({{5, 19, 19, 5}, {5, 5, 19, 19}});
 }
 
+void ReadCurve(const Pen& d) {
+  d.Stroke(kBlue, 4.5);
+  d.p.drawPath(Curve());
+  d.Stroke(Qt::white, 1.4);
+  d.p.drawPath(Curve());
+}
+
+void FindSymbols(const Pen& d) {
+  d.Stroke(kBlue, 1.8);
+  d.p.drawEllipse(QPointF(7, 16), 3.2, 3.2);
+  d.p.drawEllipse(QPointF(17, 7), 3.2, 3.2);
+  d.Fill(kRed);
+  d.p.drawEllipse(QPointF(7, 16), 1.2, 1.2);
+  d.p.drawEllipse(QPointF(17, 7), 1.2, 1.2);
+}
+
 void CurveNew(const Pen& d) {
   d.Stroke(kGreen, 3);
   d.Lines({{12, 4, 12, 20}, {4, 12, 20, 12}});
@@ -204,6 +220,8 @@ DrawIcon DrawingOf(std::string_view key) {
       {"blocktest", BlockTest},
       {"drawerase", DrawErase},
       {"gridbuster", GridBuster},
+      {"readcurve", ReadCurve},
+      {"findsymbols", FindSymbols},
       {"newcurve", CurveNew},
       {"renamecurve", CurveRename},
       {"deletecurve", CurveDelete},

@@ -19,20 +19,27 @@ class QAction;
 class QMenu;
 class QScrollArea;
 class QScrollBar;
+class QTimer;
 
 namespace graphize {
 
 class AxisPanelWidget;
 class CurvePanel;
 class DataListPanel;
+class InkCheckPanel;
+class NextLine;
 class FormDialog;
+class FloatingViews;
 class HelpWindow;
+class OverviewView;
 class PictureArea;
 class PlotView;
+class ReadingPanel;
 class ReadOutPanel;
 class RecoveryBar;
 class StatusPanels;
 class TracerPanel;
+class ZoomPercent;
 class ZoomView;
 
 /// Where the program's files are. Without a path there is no such file.
@@ -79,20 +86,31 @@ class MainWindow : public QMainWindow {
   void BuildToolbar();
   void BuildCentre();
   QWidget* BuildSidePanel();
+  /// The modes that the toolbar has no button for.
+  QWidget* MakeModeButtons();
   QAction* MakeAction(const MenuEntry& entry);
   void ConnectPanels();
   void ConnectCurves();
+  void ConnectView();
+  /// The place of the opening that stays while the zoom changes: the pointer's, else the middle.
+  QPointF ZoomMiddle() const;
+  /// Space held over the picture lets the left button drag the view; not that which is pressed for
+  /// a control that the Tab key has led to.
+  bool TakeSpace(QObject* watched, QEvent* event);
+  void ConnectReading();
+  void ConnectInkCheck();
   void FitSidePanel();
   void FinishStart();
-  void PlaceZoom();
-  /// In a mode, the zoom window leaves the part of the picture that the pointer goes to; not while
-  /// Ctrl is held.
-  void LetZoomGiveWay();
+  void PlaceFloatingViews();
+  /// In a mode, what floats over the picture leaves the place that the pointer has come to; not
+  /// while Ctrl is held.
+  void MakeWay(QPoint pointer);
   FormDialog* MakeIntegrateForm();
   FormDialog* MakeSampleForm();
   FormDialog* MakeOptionsForm();
   FormDialog* MakeImageToolsForm();
   FormDialog* MakeExportForm();
+  FormDialog* MakeBlackWhiteForm();
   FormDialog* MakeAboutForm();
   FormDialog* MakeSelectSourceForm();
   FormDialog* MakeScanForm();
@@ -120,6 +138,8 @@ class MainWindow : public QMainWindow {
   void Render();
   void RenderActions();
   void RenderModeFrame();
+  /// The side panel's frame that belongs to the mode.
+  QWidget* ModeFrame() const;
   void RenderPicture();
   void RenderFrame();
   /// Opens, shows and closes the form that the records name.
@@ -132,6 +152,8 @@ class MainWindow : public QMainWindow {
   bool TakeKey(QKeyEvent* key);
   /// Keys that select and move captured points.
   bool TakePointKey(const QKeyEvent& key);
+  /// Return and Escape while something that was read is shown.
+  bool TakeReadingKey(const QKeyEvent& key);
   /// Whether keys are meant for the picture, and not for a box or the list.
   bool KeysAreForPicture() const;
   void NotePlacement();
@@ -149,14 +171,23 @@ class MainWindow : public QMainWindow {
   PictureArea* pictureArea_ = nullptr;
   PlotView* plot_ = nullptr;
   ZoomView* zoom_ = nullptr;
+  OverviewView* overview_ = nullptr;
+  std::unique_ptr<FloatingViews> floating_;
+  QSize overviewPlaced_, zoomPlaced_;
+  ZoomPercent* zoomPercent_ = nullptr;
   QScrollBar* horizontal_ = nullptr;
   QScrollBar* vertical_ = nullptr;
   QScrollArea* sidePanel_ = nullptr;
   AxisPanelWidget* axisPanel_ = nullptr;
   TracerPanel* tracerPanel_ = nullptr;
+  QWidget* modeButtons_ = nullptr;
+  ReadingPanel* readingPanel_ = nullptr;
+  QTimer* readAgain_ = nullptr;
   ReadOutPanel* readOut_ = nullptr;
   CurvePanel* curvePanel_ = nullptr;
+  InkCheckPanel* inkCheck_ = nullptr;
   DataListPanel* dataList_ = nullptr;
+  NextLine* nextLine_ = nullptr;
   std::unique_ptr<StatusPanels> status_;
   Form formShown_ = Form::None;
   FormDialog* form_ = nullptr;
@@ -169,8 +200,7 @@ class MainWindow : public QMainWindow {
   bool hourglassShown_ = false;
   int cursorShown_ = 0;
   QPointer<QWidget> closeAfterCommand_;
-  bool zoomOverPicture_ = false;
-  bool zoomToTheLeft_ = false;
+  bool spaceIsForControl_ = false, spacePans_ = false;
   bool placing_ = false;
   bool shown_ = false;
   QMenu* recentMenu_ = nullptr;

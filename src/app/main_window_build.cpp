@@ -12,28 +12,35 @@
 #include <QToolBar>
 #include <QVBoxLayout>
 
+#include "app/floating_views.h"
 #include "app/icons.h"
 #include "app/main_window.h"
+#include "app/next_line.h"
 #include "app/picture_area.h"
 #include "app/recovery_bar.h"
 #include "app/status_panels.h"
+#include "app/zoom_percent.h"
 #include "base/translation.h"
 #include "calibration/axis_panel.h"
 #include "capture/curve_panel.h"
 #include "capture/read_out_panel.h"
 #include "data/data_list_panel.h"
+#include "raster/overview_view.h"
 #include "raster/plot_view.h"
 #include "raster/zoom_view.h"
 #include "settings/recent_files.h"
+#include "tracing/ink_check_panel.h"
 #include "tracing/tracer_panel.h"
 #include "widgets/show.h"
 #include "workspace/capture_commands.h"
 #include "workspace/data_commands.h"
 #include "workspace/extraction_commands.h"
+#include "workspace/ink_check_commands.h"
+#include "workspace/options_commands.h"
 #include "workspace/overlay.h"
 #include "workspace/plot_mouse.h"
+#include "workspace/reading_panel.h"
 #include "workspace/toolbar.h"
-#include "workspace/view_commands.h"
 
 namespace graphize {
 
@@ -42,7 +49,7 @@ QAction* MainWindow::MakeAction(const MenuEntry& entry) {
   action->setObjectName(QLatin1String(entry.Name));
   action->setStatusTip({});
   action->setToolTip(tr(entry.Tip));
-  action->setShortcut(QKeySequence(QLatin1String(entry.Key)));
+  action->setShortcuts(QKeySequence::listFromString(QLatin1String(entry.Key)));
   action->setCheckable(entry.Checked != nullptr);
   if (entry.Run != nullptr)
     connect(action, &QAction::triggered, this, [this, &entry] { Do(entry.Run); });
@@ -168,23 +175,28 @@ void MainWindow::BuildCentre() {
   grid->setContentsMargins(4, 4, 4, 0);
   grid->setSpacing(0);
 
-  grid->addWidget(BuildSidePanel(), 0, 0, 3, 1);
+  grid->addWidget(BuildSidePanel(), 0, 0, 4, 1);
   grid->setColumnMinimumWidth(1, 4);
 
   pictureArea_ = new PictureArea;
   plot_ = new PlotView(
-      ws_.plot, [this](const PlotOverlay::Rectangle& area) { return Plot_Paint(ws_, area); },
-      pictureArea_);
+      ws_.plot, ws_.view,
+      [this](const PlotOverlay::Rectangle& area) { return Plot_Paint(ws_, area); }, pictureArea_);
   zoom_ = new ZoomView(ws_.plot, ZoomWindow::kMinimum, ZoomWindow::kMaximum, centre);
+  overview_ = new OverviewView(ws_.plot, plot_->Levels(), centre);
+  floating_ = std::make_unique<FloatingViews>(zoom_, overview_);
   horizontal_ = Named(new QScrollBar(Qt::Horizontal), "HPScroll", tr("Scroll the picture across"));
   vertical_ = Named(new QScrollBar(Qt::Vertical), "VpScroll", tr("Scroll the picture down"));
   recoveryBar_ = new RecoveryBar;
+  zoomPercent_ = new ZoomPercent;
+  nextLine_ = new NextLine;
   grid->addWidget(recoveryBar_, 0, 2, 1, 2);
-  grid->addWidget(pictureArea_, 1, 2);
-  grid->addWidget(vertical_, 1, 3);
-  grid->addWidget(horizontal_, 2, 2);
+  grid->addWidget(nextLine_, 1, 2, 1, 2);
+  grid->addWidget(pictureArea_, 2, 2);
+  grid->addWidget(vertical_, 2, 3);
+  grid->addWidget(horizontal_, 3, 2);
   grid->setColumnStretch(2, 1);
-  grid->setRowStretch(1, 1);
+  grid->setRowStretch(2, 1);
   setCentralWidget(centre);
 }
 
@@ -195,13 +207,17 @@ QWidget* MainWindow::BuildSidePanel() {
   readOut_ = new ReadOutPanel;
   curvePanel_ = new CurvePanel(ws_.curves);
   curvePanel_->SetIcons(ToolIcon("newcurve"), ToolIcon("renamecurve"), ToolIcon("deletecurve"));
-  dataList_ = new DataListPanel(curvePanel_);
+  inkCheck_ = new InkCheckPanel;
+  dataList_ = new DataListPanel(curvePanel_, inkCheck_);
   axisPanel_ = new AxisPanelWidget;
   tracerPanel_ = new TracerPanel(Workspace::kLargestBlock);
+  readingPanel_ = new ReadingPanel;
   axisPanel_->hide();
+  readingPanel_->hide();
+  modeButtons_ = MakeModeButtons();
   // The frame that changes with the mode is the last: nothing above it jumps.
-  for (QWidget* panel :
-       std::initializer_list<QWidget*>{readOut_, dataList_, axisPanel_, tracerPanel_}) {
+  for (QWidget* panel : std::initializer_list<QWidget*>{readOut_, dataList_, modeButtons_,
+                                                        axisPanel_, tracerPanel_, readingPanel_}) {
     panel->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
     column->addWidget(panel);
   }
@@ -222,11 +238,6 @@ void MainWindow::ConnectPanels() {
   connect(plot_, &PlotView::Moved, this, [this](int button, int shift, float x, float y) {
     Do([=](Workspace& ws, const Desktop& d) { Plot_MouseMove(ws, d, button, shift, x, y); }, false);
   });
-  connect(plot_, &PlotView::Moved, this, &MainWindow::LetZoomGiveWay);
-  connect(zoom_, &ZoomView::Entered, this, [this] {
-    LetZoomGiveWay();
-    plot_->ReadPointer();
-  });
   connect(plot_, &PlotView::Pressed, this, [this](int button, int shift, float x, float y) {
     Do([=](Workspace& ws, const Desktop& d) { Plot_MouseDown(ws, d, button, shift, x, y); });
   });
@@ -246,25 +257,6 @@ void MainWindow::ConnectPanels() {
   connect(recoveryBar_, &RecoveryBar::DeletePressed, this, &MainWindow::DeleteSession);
   connect(recoveryBar_, &RecoveryBar::LaterPressed, this, &MainWindow::OfferSession);
   connect(qApp, &QGuiApplication::commitDataRequest, this, &MainWindow::PrepareForSessionEnd);
-
-  connect(horizontal_, &QScrollBar::valueChanged, this, [this](int value) {
-    Do([=](Workspace& ws, const Desktop&) { ScrollTo(ws.view, value, ws.view.Y); }, false);
-  });
-  connect(vertical_, &QScrollBar::valueChanged, this, [this](int value) {
-    Do([=](Workspace& ws, const Desktop&) { ScrollTo(ws.view, ws.view.X, value); }, false);
-  });
-  connect(pictureArea_, &PictureArea::Wheeled, this, [this](int dx, int dy) {
-    Do([=](Workspace& ws, const Desktop&) { ScrollTo(ws.view, ws.view.X + dx, ws.view.Y + dy); },
-       false);
-    plot_->ReadPointer();
-  });
-  connect(pictureArea_, &PictureArea::Resized, this, [this](int width, int height) {
-    Note([=](Workspace& ws) { ResizeView(ws, width, height); });
-    PlaceZoom();
-  });
-  connect(zoom_, &ZoomView::FactorChosen, this, [this](int factor) {
-    Do([=](Workspace& ws, const Desktop&) { ws.zoom.Factor = factor; }, false);
-  });
 
   connect(axisPanel_, &AxisPanelWidget::ReDefinePressed, this,
           [this](int row) { Do(RedefineStep{row}); });
@@ -308,10 +300,17 @@ void MainWindow::ConnectPanels() {
           change([](Workspace& ws, bool on) { ws.tracer.Above.Checked = on; }));
   connect(tracerPanel_, &TracerPanel::BelowSwitched, this,
           change([](Workspace& ws, bool on) { ws.tracer.Below.Checked = on; }));
+  connect(tracerPanel_, &TracerPanel::InsideAxesSwitched, this,
+          change([](Workspace& ws, bool on) { ws.tracer.InsideAxes = on; }));
+  connect(tracerPanel_, &TracerPanel::TraceTypeChosen, this, change(ChooseTraceType));
+  connect(tracerPanel_, &TracerPanel::SnapChosen, this, change(ChooseSnap));
+  connect(tracerPanel_, &TracerPanel::ThresholdChosen, this, change(ChooseThreshold));
   connect(tracerPanel_, &TracerPanel::BlockSizeChosen, this,
           change([](Workspace& ws, int size) { ws.blockSize = size; }));
 
   ConnectCurves();
+  ConnectReading();
+  ConnectInkCheck();
   connect(dataList_, &DataListPanel::LinePressed, this, [this](int line, bool shift) {
     Do([=](Workspace& ws, const Desktop& desktop) {
       PressListLine(ws, line, shift);
@@ -327,6 +326,12 @@ void MainWindow::ConnectPanels() {
   connect(dataList_, &DataListPanel::Scrolled, this, [this](int value) {
     Do([=](Workspace& ws, const Desktop&) { ScrollList(ws, value); }, false);
   });
+}
+
+void MainWindow::ConnectInkCheck() {
+  connect(inkCheck_, &InkCheckPanel::ShowPressed, this,
+          [this] { Do([](Workspace& ws, const Desktop&) { ShowDoubtful(ws); }); });
+  connect(inkCheck_, &InkCheckPanel::RemovePressed, this, [this] { Do(RemoveDoubtful); });
 }
 
 void MainWindow::ConnectCurves() {

@@ -52,6 +52,9 @@ void MainWindow::RenderForm() {
       case Form::Export:
         form_ = MakeExportForm();
         break;
+      case Form::BlackWhite:
+        form_ = MakeBlackWhiteForm();
+        break;
     }
     if (form_ != nullptr) {
       renderForm_();
@@ -170,6 +173,8 @@ FormDialog* MainWindow::MakeExportForm() {
           change([](ExportForm& form, bool on) { form.AllCurves = on; }));
   connect(dialog, &ExportDialog::ErrorsSwitched, this,
           change([](ExportForm& form, bool on) { form.Errors = on; }));
+  connect(dialog, &ExportDialog::PixelErrorsSwitched, this,
+          change([](ExportForm& form, bool on) { form.PixelErrors = on; }));
   connect(dialog, &ExportDialog::ExportPressed, this, [this] { Do(ExportPoints, false); });
   return dialog;
 }

@@ -8,8 +8,8 @@
 #include "app/recovery_bar.h"
 #include "base/translation.h"
 #include "raster/plot_view.h"
+#include "session/project_commands.h"
 #include "workspace/plot_mouse.h"
-#include "workspace/session.h"
 
 namespace graphize {
 
@@ -26,6 +26,15 @@ void MainWindow::OfferSession() {
 
 void MainWindow::DeleteSession() {
   if (IsBusy() || !leftSession_) return;
+  bool sure = false;
+  Do([&](Workspace&, const Desktop& desktop) {
+    sure = desktop.ShowMessage({.Text = Tr("Do you want to delete this for good ?") + "\r\n\r\n" +
+                                        leftSession_->Describe(std::time(nullptr)),
+                                .Icon = MessageIcon::Exclamation,
+                                .Buttons = MessageButtons::YesNo,
+                                .DefaultIsNo = true}) == Answer::Yes;
+  });
+  if (!sure) return;
   RemoveSession(leftSession_->Folder);
   OfferSession();
 }
@@ -34,7 +43,7 @@ void MainWindow::RecoverSession() {
   if (!leftSession_) return;
   bool broughtBack = false, whole = true;
   Do([&](Workspace& ws, const Desktop& desktop) {
-    if (!MayClose(ws, desktop)) return;
+    if (!MayLeave(ws, desktop)) return;
     ws.window.Hourglass = true;
     Workspace made;
     Desktop shown = desktop;

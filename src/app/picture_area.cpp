@@ -3,6 +3,8 @@
 #include <QPainter>
 #include <QWheelEvent>
 
+#include "widgets/pointer.h"
+
 namespace graphize {
 
 PictureArea::PictureArea(QWidget* parent) : QWidget(parent) {
@@ -31,11 +33,20 @@ void PictureArea::resizeEvent(QResizeEvent*) {
 }
 
 void PictureArea::wheelEvent(QWheelEvent* event) {
-  // A notch of an ordinary wheel is 120 units: 60 pixels.
+  constexpr int kNotch = 120;
+  event->accept();
+  if (event->modifiers().testFlag(Qt::ControlModifier)) {
+    turned_ += event->angleDelta().y();
+    const int steps = turned_ / kNotch;
+    turned_ %= kNotch;
+    if (steps != 0) emit Zoomed(steps, PlaceOf(this, event));
+    return;
+  }
+  turned_ = 0;
+  // A notch of an ordinary wheel is 60 pixels.
   QPoint by = event->pixelDelta().isNull() ? event->angleDelta() / 2 : event->pixelDelta();
   if (event->modifiers().testFlag(Qt::ShiftModifier)) by = by.transposed();
   emit Wheeled(-by.x(), -by.y());
-  event->accept();
 }
 
 }  // namespace graphize

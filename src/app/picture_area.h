@@ -13,8 +13,10 @@ class PictureArea : public QWidget {
 
  signals:
   void Resized(int width, int height);
-  /// The wheel was turned; picture pixels to scroll by.
+  /// The wheel was turned; logical pixels to scroll by.
   void Wheeled(int dx, int dy);
+  /// It was turned with Ctrl: notches up, and where the pointer is.
+  void Zoomed(int steps, QPointF at);
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -23,6 +25,7 @@ class PictureArea : public QWidget {
 
  private:
   bool hint_ = true;
+  int turned_ = 0;  // of the wheel with Ctrl, less than a notch
 };
 
 }  // namespace graphize

@@ -16,10 +16,10 @@
 
 #include "base/run_time_error.h"
 #include "base/translation.h"
+#include "raster/plot_view.h"
 #include "raster/size_limits.h"
 #include "raster/transparency.h"
 #include "widgets/form_dialog.h"
-#include "widgets/pointer.h"
 #include "widgets/show.h"
 
 namespace graphize {
@@ -222,7 +222,7 @@ std::vector<std::filesystem::path> FilesOf(const QMimeData& data) {
   return files;
 }
 
-QtDesktop::QtDesktop(QWidget* window, QWidget* plot, std::function<void()> render)
+QtDesktop::QtDesktop(QWidget* window, PlotView* plot, std::function<void()> render)
     : QObject(window), window_(window), plot_(plot), render_(std::move(render)), escape_(this) {
   desktop_.ShowMessage = [this](const Message& message) { return ShowMessage(message); };
   desktop_.Prompt = [this](const TextPrompt& prompt) { return Prompt(prompt); };
@@ -240,8 +240,8 @@ QtDesktop::QtDesktop(QWidget* window, QWidget* plot, std::function<void()> rende
     swallowEscape_ = swallowEscape_ || held;
     return stopAsked_ || held;
   };
-  desktop_.MovePointer = [this](int dx, int dy) { return MovePointerBy(plot_, dx, dy); };
-  desktop_.PointAt = [this](int x, int y) { return PointAt(x, y); };
+  desktop_.MovePointer = [this](int dx, int dy) { return plot_->MovePointer(dx, dy); };
+  desktop_.PointAt = [this](int x, int y) { return plot_->PointAt(x, y); };
   desktop_.PointerOverPlot = [this] {
     return plot_->isVisible() && QApplication::widgetAt(QCursor::pos()) == plot_;
   };
@@ -334,6 +334,12 @@ std::string QtDesktop::Prompt(const TextPrompt& prompt) {
   dialog.setInputMode(QInputDialog::TextInput);
   dialog.setWindowTitle(ToQString(prompt.Caption));
   dialog.setLabelText(ToQString(prompt.Prompt));
+  QStringList choices;
+  for (const std::string& choice : prompt.Choices) choices << ToQString(choice);
+  if (!choices.isEmpty()) {
+    dialog.setComboBoxItems(choices);
+    dialog.setComboBoxEditable(true);
+  }
   dialog.setTextValue(ToQString(prompt.Default));
   dialog.resize(360, dialog.sizeHint().height());
   return dialog.exec() == QDialog::Accepted ? dialog.textValue().toStdString() : std::string();
@@ -360,12 +366,6 @@ std::optional<std::filesystem::path> QtDesktop::ChooseFile(const FileQuestion& q
     dialog.selectFile(ToQString(question.FileName));
   if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
   return std::filesystem::path(dialog.selectedFiles().constFirst().toStdString());
-}
-
-bool QtDesktop::PointAt(int x, int y) {
-  plot_->setFocus(Qt::ShortcutFocusReason);
-  const QPoint way = QPoint(x, y) - PointerPixel(plot_);
-  return MovePointerBy(plot_, way.x(), way.y());
 }
 
 }  // namespace graphize

@@ -14,6 +14,8 @@ class QWidget;
 
 namespace graphize {
 
+class PlotView;
+
 /// The files of a drop or of the clipboard, in their order; what lies elsewhere as its address.
 std::vector<std::filesystem::path> FilesOf(const QMimeData& data);
 
@@ -22,7 +24,7 @@ std::vector<std::filesystem::path> FilesOf(const QMimeData& data);
 class QtDesktop : public QObject {
  public:
   /// `render` shows the records before events are let run.
-  QtDesktop(QWidget* window, QWidget* plot, std::function<void()> render);
+  QtDesktop(QWidget* window, PlotView* plot, std::function<void()> render);
 
   const Desktop& Callbacks() const { return desktop_; }
 
@@ -44,10 +46,8 @@ class QtDesktop : public QObject {
   Answer ShowMessage(const Message& message);
   std::string Prompt(const TextPrompt& prompt);
   std::optional<std::filesystem::path> ChooseFile(const FileQuestion& question);
-  bool PointAt(int x, int y);
-
   QWidget* window_;
-  QWidget* plot_;
+  PlotView* plot_;
   std::function<void()> render_;
   Desktop desktop_;
   HeldEscape escape_;

@@ -33,6 +33,8 @@ FormDialog* MainWindow::MakeOptionsForm() {
           change([](Workspace& ws, bool on) { ws.options.RefreshList = on; }));
   connect(dialog, &SettingsDialog::ZoomWindowSwitched, this,
           change([](Workspace& ws, bool on) { ws.options.ZoomWindow = on; }));
+  connect(dialog, &SettingsDialog::SubPixelClicksSwitched, this,
+          change([](Workspace& ws, bool on) { ws.options.SubPixelClicks = on; }));
 
   connect(dialog, &SettingsDialog::ColourOfChosen, this, change([](Workspace& ws, int which) {
             ws.options.Colour = static_cast<OptionsForm::ColourOf>(which);

@@ -1,12 +1,11 @@
 #include "app/status_panels.h"
 
 #include <QLabel>
-#include <QPainter>
 #include <QProgressBar>
 #include <QStatusBar>
-#include <QStyle>
 #include <utility>
 
+#include "widgets/elided_label.h"
 #include "widgets/show.h"
 
 namespace graphize {
@@ -45,44 +44,30 @@ class StatusPanels::Progress : public QProgressBar {
   QString what_;
 };
 
-/// A text that ends in dots where there is no room for it; its tool tip is the whole text.
-class StatusPanels::Hint : public QLabel {
- protected:
-  void paintEvent(QPaintEvent* event) override {
-    QFrame::paintEvent(event);  // NOLINT(bugprone-parent-virtual-call): not the label's whole text
-    QPainter painter(this);
-    const QRect room = contentsRect().adjusted(2, 0, -2, 0);
-    style()->drawItemText(&painter, room, Qt::AlignLeft | Qt::AlignVCenter, palette(), isEnabled(),
-                          fontMetrics().elidedText(text(), Qt::ElideRight, room.width()),
-                          foregroundRole());
-  }
-};
-
 StatusPanels::StatusPanels(QStatusBar* bar)
     : status_(Panel(bar, "status", QObject::tr("Status"), 1, {})),
-      hint_(Panel<Hint>(bar, "hint", QObject::tr("Hint"), 1, {})),
+      hint_(Panel<ElidedLabel>(bar, "hint", QObject::tr("Hint"), 1, {})),
       points_(Panel(bar, "points", QObject::tr("Number of points"), 0, QStringLiteral("32767"))),
       sizeX_(Panel(bar, "sizex", QObject::tr("Picture width"), 0, QStringLiteral("W=32767"))),
       sizeY_(Panel(bar, "sizey", QObject::tr("Picture height"), 0, QStringLiteral("H=32767"))),
       progress_(Named(new Progress(bar), "ProgressBar1", QObject::tr("Progress"))) {
   // A long text must not widen the window.
   status_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-  hint_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-  hint_->setTextFormat(Qt::PlainText);
   progress_->setRange(0, 100);
   progress_->hide();
 }
 
-void StatusPanels::Render(const StatusBar& status, int points) {
+void StatusPanels::Render(const StatusBar& status, int points, bool hintElsewhere) {
   Show(status_, status.Status);
-  Show(hint_, status.Hint);
-  hint_->setToolTip(hint_->text());
+  hint_->ShowText(status.Hint);
+  hint_->setVisible(!hintElsewhere);
   Show(points_, std::to_string(points));
   Show(sizeX_, status.SizeX);
   Show(sizeY_, status.SizeY);
   progress_->setVisible(status.ProgressVisible);
   if (!status.ProgressVisible) return;
-  progress_->setGeometry(status_->geometry().united(hint_->geometry()));
+  const QRect panels = status_->geometry();
+  progress_->setGeometry(hintElsewhere ? panels : panels.united(hint_->geometry()));
   progress_->raise();
   progress_->Say(ToQString(status.Status));
   progress_->setValue(status.ProgressValue);

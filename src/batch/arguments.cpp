@@ -43,6 +43,7 @@ SpecOfOption Declare(CLI::App& app, const CommandSpec& command) {
     CLI::Option* option = spec.Value == nullptr ? app.add_flag(name) : app.add_option(name);
     option->description(spec.Text)->group(spec.Group)->take_all();
     if (spec.Value != nullptr) option->option_text(std::string("=") + spec.Value);
+    if (spec.Choice != nullptr) option->option_text(std::string("[=") + spec.Choice + "]");
     specs[option] = &spec;
   }
   return specs;
@@ -91,8 +92,16 @@ std::vector<std::string> FullWords(const CommandSpec& command, std::span<const s
     full.back() = std::string("--") + spec->Long;
     isValue = spec->Value != nullptr && equals == word.npos;
     if (equals == word.npos) continue;
-    if (spec->Value == nullptr) throw UsageError(full.back() + " takes no value");
-    full.push_back(word.substr(equals + 1));
+    const std::string value = word.substr(equals + 1);
+    if (spec->Value != nullptr) {
+      full.push_back(value);
+    } else if (spec->Choice == nullptr) {
+      throw UsageError(full.back() + " takes no value");
+    } else if (value != spec->Choice) {
+      throw UsageError(full.back() + " takes no value but " + spec->Choice);
+    } else {
+      full.back() += "=" + value;
+    }
   }
   return full;
 }
@@ -141,7 +150,8 @@ CommandLine ReadCommandLine(const CommandSpec& command, std::span<const std::str
     const OptionSpec& spec = *specs.at(option);
     if (!spec.Repeatable && line.Has(spec.Long))
       throw UsageError(std::string("--") + spec.Long + " is given twice");
-    line.Options.push_back({&spec, spec.Value != nullptr ? value : ""});
+    const bool isChoice = spec.Choice != nullptr && value == spec.Choice;
+    line.Options.push_back({&spec, spec.Value != nullptr || isChoice ? value : ""});
   }
   return line;
 }

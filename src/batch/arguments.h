@@ -21,6 +21,7 @@ struct OptionSpec {
   const char* Group = "";       // heading in the help
   const char* Text = "";        // what the help says of it; it may have several lines
   bool Repeatable = false;
+  const char* Choice = nullptr;  // of a switch: the one value that may stand behind it
 };
 
 /// A command, or the program itself, as the help shows it.

@@ -6,15 +6,17 @@
 #include "base/checksum.h"
 #include "base/numbers.h"
 #include "base/run_time_error.h"
+#include "base/temporary_folder.h"
 #include "base/tokens.h"
 #include "base/version.h"
 #include "base/whole_file.h"
+#include "batch/axes_command.h"
 #include "batch/commands.h"
 #include "batch/console.h"
 #include "batch/digitize.h"
 #include "batch/export_project.h"
+#include "batch/option_values.h"
 #include "batch/standard_input.h"
-#include "batch/temporary_folder.h"
 #include "codecs/file_format.h"
 #include "codecs/picture_probe.h"
 #include "session/project_file.h"
@@ -32,19 +34,8 @@ RunOptions ReadRunOptions(const CommandLine& line) {
   RunOptions options;
   options.Force = line.Has("force");
   options.Quiet = line.Has("quiet");
-  if (const GivenOption* format = line.Find("format")) {
-    if (format->Value == "csv")
-      options.Table.Format = TableFormat::Csv;
-    else if (format->Value == "json")
-      options.Table.Format = TableFormat::Json;
-    else if (format->Value == "graphize")
-      options.Table.Format = TableFormat::Project;
-    else if (format->Value != "dat")
-      throw UsageError("--format \"" + format->Value +
-                       "\": dat, csv, json or graphize is expected");
-  } else if (const GivenOption* output = line.Find("output")) {
-    if (output->Value.ends_with(kProjectEnding)) options.Table.Format = TableFormat::Project;
-  }
+  options.Table.Format = TableFormatOf(line).value_or(TableFormat::Dat);
+  options.Table.Strict = line.Has("strict");
   if (const GivenOption* jobs = line.Find("jobs")) {
     const auto number = IntegerText(jobs->Value, 1, 1024);
     if (!number)
@@ -88,6 +79,10 @@ bool Digitize(std::span<const std::string> words, const BatchStreams& streams) {
   if (line.Operands.empty()) throw UsageError("a picture is missing");
   const std::vector<BatchStep> steps = DigitizeSteps(line);
   RunOptions options = ReadRunOptions(line);
+  const auto beginsCurve = [](const BatchStep& step) { return Is<NewCurveStep>(step.Do); };
+  if (options.Table.Format == TableFormat::Dat && !IsPictureOnly(line) &&
+      std::any_of(steps.begin(), steps.end(), beginsCurve))
+    throw UsageError("a data file holds one curve: --format csv, json or graphize hold all");
   if (options.Table.Format != TableFormat::Dat)
     for (const char* name : {"digits", "decimals", "exponent", "delimiter", "decimal-point"})
       if (line.Has(name)) throw UsageError(std::string("--") + name + " is for --format dat only");
@@ -197,7 +192,9 @@ bool Replay(std::span<const std::string> words, const BatchStreams& streams) {
   const std::string& name = line.Operands.front();
   const std::string output = OutputOf(line);
   RunOptions options = ReadRunOptions(line);
-  options.Table.Errors = line.Has("errors");
+  const GivenOption* errors = line.Find("errors");
+  options.Table.Errors = errors != nullptr;
+  options.Table.PixelErrors = errors != nullptr && !errors->Value.empty();
   std::optional<TemporaryFolder> folder;
   const RecipeFile recipe = LowerCase(name).ends_with(kProjectEnding)
                                 ? ReadProjectAsRecipe(name, folder)
@@ -219,6 +216,13 @@ bool Export(std::span<const std::string> words, const BatchStreams& streams) {
   const CommandLine line = ReadCommandLine(command, words);
   if (line.Has("help")) return Print(streams, HelpText(command));
   return ExportProject(line, streams);
+}
+
+bool Axes(std::span<const std::string> words, const BatchStreams& streams) {
+  const CommandSpec command = AxesSpec();
+  const CommandLine line = ReadCommandLine(command, words);
+  if (line.Has("help")) return Print(streams, HelpText(command));
+  return PrintAxes(line, streams);
 }
 
 /// The window's own options, which are Qt's, with one dash or two.
@@ -247,7 +251,7 @@ bool IsUnknownCommand(const std::string& word) {
 bool IsBatch(const std::vector<std::string>& words) {
   if (words.empty()) return false;
   return words[0] == "digitize" || words[0] == "replay" || words[0] == "export" ||
-         IsUnknownCommand(words[0]);
+         words[0] == "axes" || IsUnknownCommand(words[0]);
 }
 
 int RunBatch(const std::vector<std::string>& words, const BatchStreams& streams) {
@@ -257,6 +261,7 @@ int RunBatch(const std::vector<std::string>& words, const BatchStreams& streams)
     if (command == "digitize") return Digitize(rest, streams) ? 0 : 1;
     if (command == "replay") return Replay(rest, streams) ? 0 : 1;
     if (command == "export") return Export(rest, streams) ? 0 : 1;
+    if (command == "axes") return Axes(rest, streams) ? 0 : 1;
     const bool known = command == "--version" || command == "--help" || command == "-h";
     if (known && !rest.empty()) throw UsageError("\"" + rest[0] + "\" is too much");
     if (command == "--version")

@@ -15,10 +15,16 @@ constexpr Options kOutputOptions = {
      "in a slash) for one file per picture, \"-\" for the\n"
      "standard output"},
     {"format", 0, "FORMAT", kOutput,
-     "dat (the program's data file), csv (RFC 4180, with\n"
-     "a header), json (with axes, units and errors) or\n"
-     "graphize (a project, as for names that end so)"},
-    {"errors", 0, nullptr, kOutput, "two more columns: the size of a pixel in X and Y"},
+     "dat (the program's data file, of one curve), csv\n"
+     "(RFC 4180, with a header), json (with axes, units\n"
+     "and errors) or graphize (a project); else what the\n"
+     "output's name ends in, and dat for other names"},
+    {"errors", 0, nullptr, kOutput,
+     "two more columns: standard uncertainties where the\n"
+     "curve was read, else the size of a pixel; that\n"
+     "everywhere with =pixel",
+     false, "pixel"},
+    {"strict", 0, nullptr, kOutput, "status 1 when points lie on no ink, or are doubtful else"},
     {"force", 'f', nullptr, kOutput, "replace files that exist"},
     {"jobs", 'j', "N", kOutput, "pictures in work at a time; one for each core"},
     {"quiet", 'q', nullptr, kOutput, "no progress and no notes, errors only"},
@@ -32,13 +38,23 @@ constexpr Options kExportOptions = {
     {"all-curves", 0, nullptr, kOutput, "all curves, the one that is worked on first"},
     {"common-x", 0, nullptr, kOutput, "one table over all X that there are"},
     {"x-grid", 0, "LIST", kOutput, "the same over these X: 0,0.5,1 or 0:0.5:10"},
-    {"errors", 0, nullptr, kOutput, "two more columns: the size of a pixel in X and Y"},
+    {"errors", 0, nullptr, kOutput,
+     "two more columns: standard uncertainties where the\n"
+     "curve was read, else the size of a pixel; that\n"
+     "everywhere with =pixel",
+     false, "pixel"},
     {"force", 'f', nullptr, kOutput, "replace a file that exists"},
     {"help", 'h', nullptr, kOutput, "this text"},
 };
 
-constexpr const char* kAxes = "Axes (needed)";
+constexpr Options kAxesOptions = {
+    {"format", 0, "FORMAT", kOutput, "text (the default) or json"},
+    {"help", 'h', nullptr, kOutput, "this text"},
+};
+
+constexpr const char* kAxes = "Axes (needed, or --propose-axes)";
 constexpr Options kAxisOptions = {
+    {"propose-axes", 0, nullptr, kAxes, "those that \"graphize axes\" finds, where it is sure"},
     {"origin", 0, "COL,ROW:X,Y", kAxes, "the origin's place and its values"},
     {"x-axis", 0, "COL,ROW:X", kAxes, "a point on the X axis and its value"},
     {"y-axis", 0, "COL,ROW:Y", kAxes, "a point on the Y axis and its value"},
@@ -49,12 +65,18 @@ constexpr Options kAxisOptions = {
 constexpr const char* kTools = "Picture, changed in the order of the options";
 constexpr Options kToolOptions = {
     {"damaged", 0, nullptr, kTools, "take what can be read of a damaged file"},
+    {"part", 0, "half|quarter|L,T,W,H", kTools,
+     "open a picture with a side above 32767 pixels at a\n"
+     "half or a quarter, or the part at column L, row T"},
     {"black-white", 0, nullptr, kTools, "reduce to black and white: tracers see black only"},
     {"threshold", 0, "auto|local|N", kTools,
      "the same; black is what is darker than N, which is\n"
      "127.5 otherwise; white is 255. \"auto\": halfway\n"
      "between paper and ink; \"local\": halfway wherever\n"
      "it is, for uneven light, faded ink and colours"},
+    {"ink", 0, "R,G,B[,TOLERANCE]", kTools,
+     "the ink of this colour alone, as black on white:\n"
+     "levels from 0 to 255; tolerance 0.5 to 2 (1)"},
     {"negate", 0, nullptr, kTools, "exchange light and dark: for light curves on dark", true},
     {"blur", 0, nullptr, kTools, "even out grain and dots", true},
     {"soften", 0, "N", kTools, "a gentle blur, 0 to 10", true},
@@ -96,9 +118,16 @@ constexpr Options kPointOptions = {
      "pixels as its ink, \"through=COL,ROW\" names another\n"
      "place of it",
      true},
+    {"symbols", 0, "COL,ROW[:mass|:box]", kPoints,
+     "all symbols like the one there, of any colour; their\n"
+     "points are the centres of mass (default) or of the\n"
+     "box; \":tolerance=T\" (0.5 to 2) takes fewer or more",
+     true},
+    {"read-all", 0, nullptr, kPoints, "all curves of the plot, each as one of its own"},
     {"scan", 0, "LEFT,TOP,RIGHT,BOTTOM", kPoints, "all black pixels in the rectangle", true},
     {"x-increment", 0, "N", kPoints, "columns to look ahead, or of a scan's step (2)"},
     {"y-increment", 0, "N", kPoints, "rows to step over (3), or of a scan's step (2)"},
+    {"inside-axes", 0, nullptr, kPoints, "traces and scans end at the frame, or at the axes"},
     {"point", 0, "COL,ROW", kPoints, "one point", true},
     {"curve", 0, "NAME", kPoints,
      "what is captured from here on is a curve of this\n"
@@ -146,6 +175,7 @@ CommandSpec ProgramSpec() {
        graphize digitize PICTURE... OPTIONS -o FILE
        graphize replay RECIPE [PICTURE...] -o FILE
        graphize export PROJECT -o FILE
+       graphize axes PICTURE
 )",
           .About = R"(Reads numbers out of pictures of graphs. Without a command the window opens,
 with PICTURE or PROJECT in it. The commands need no window and no display:
@@ -154,6 +184,7 @@ with PICTURE or PROJECT in it. The commands need no window and no display:
   replay      the steps of a recipe saved from the window, on the same or on
               other pictures
   export      the points of a project as a table
+  axes        the axes of a picture, found and read by the program
 
 "graphize COMMAND --help" tells more; so does "man graphize".
 )",
@@ -257,6 +288,36 @@ as "Export..." in the window.
   All curves in one table over the same X, with the size of a pixel:
     graphize export plot.graphize --all-curves --x-grid 0:0.5:10 --errors \
       -o curves.csv
+)"};
+}
+
+CommandSpec AxesSpec() {
+  return {
+      .Usage = "Usage: graphize axes PICTURE [--format json]\n",
+      .About = R"(Finds the axes of a plot by its frame, ticks and labels, and reads these. PICTURE
+may be "-", the standard input. The verdict comes first:
+
+  sure        two readers and the ticks agree, and nothing speaks against it
+  proposal    each value is to be confirmed
+  none        nothing was found that goes together
+
+Then, for each axis, why; its labels with their values, the places of their
+ticks and how far these lie off the scale, in pixels; and three places with
+their values that define the axes. Rows count downward from the top, and whole
+numbers are the middles of pixels.
+)",
+      .Options = kAxesOptions,
+      .Footer = std::string(R"(
+Errors go to standard error, and the status is 1 when the picture cannot be
+read, 2 when the command line cannot be understood.
+
+)") + R"(Examples
+  What the program makes of a picture:
+    graphize axes plot.png
+
+  A curve read with axes that nobody has clicked, where they are sure:
+    graphize digitize plot.png --propose-axes --read 240,214 \
+      --format csv -o curve.csv
 )"};
 }
 

@@ -9,5 +9,6 @@ CommandSpec ProgramSpec();
 CommandSpec DigitizeSpec();
 CommandSpec ReplaySpec();
 CommandSpec ExportSpec();
+CommandSpec AxesSpec();
 
 }  // namespace graphize

@@ -2,13 +2,12 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
-#include <limits>
 #include <optional>
 #include <string_view>
 #include <utility>
 
 #include "base/tokens.h"
+#include "batch/option_values.h"
 #include "capture/curve_list.h"
 #include "image_tools/image_tools.h"
 #include "workspace/step.h"
@@ -16,43 +15,6 @@
 namespace graphize {
 
 namespace {
-
-std::vector<std::string> Split(const std::string& text, char separator) {
-  std::vector<std::string> parts(1);
-  for (const char c : text) {
-    if (c == separator)
-      parts.emplace_back();
-    else
-      parts.back() += c;
-  }
-  return parts;
-}
-
-[[noreturn]] void Refuse(const GivenOption& option, const std::string& expected) {
-  throw UsageError("--" + std::string(option.Spec->Long) + " \"" + option.Value +
-                   "\": " + expected);
-}
-
-/// "140,220"
-template <std::size_t Count>
-std::array<int, Count> Numbers(const GivenOption& option, const std::string& text,
-                               const char* expected) {
-  const std::vector<std::string> parts = Split(text, ',');
-  if (parts.size() != Count) Refuse(option, expected);
-  std::array<int, Count> numbers{};
-  for (std::size_t i = 0; i < Count; ++i) {
-    const auto number = IntegerText(parts[i], 0, 32766);
-    if (!number) Refuse(option, expected);
-    numbers[i] = *number;
-  }
-  return numbers;
-}
-
-PlotPixel PixelOf(const GivenOption& option, const std::string& text,
-                  const char* expected = "COLUMN,ROW in whole pixels is expected") {
-  const auto [column, row] = Numbers<2>(option, text, expected);
-  return {column, row};
-}
 
 float At(int position) {
   return static_cast<float>(position);
@@ -62,7 +24,8 @@ bool HasAny(const CommandLine& line, std::initializer_list<const char*> names) {
   return std::any_of(names.begin(), names.end(), [&](const char* name) { return line.Has(name); });
 }
 
-constexpr std::initializer_list<const char*> kCapturing = {"point", "trace", "read", "scan"};
+constexpr std::initializer_list<const char*> kCapturing = {"point",   "trace",    "read",
+                                                           "symbols", "read-all", "scan"};
 
 bool Captures(const CommandLine& line) {
   return HasAny(line, kCapturing);
@@ -73,15 +36,21 @@ class Maker {
   explicit Maker(const CommandLine& line) : line_(line) {}
 
   std::vector<BatchStep> Make() {
-    Add(OpenStep{.Damaged = line_.Has("damaged")}, "");
+    const GivenOption* part = line_.Find("part");
+    Add(OpenStep{.Damaged = line_.Has("damaged"), .Part = part != nullptr ? part->Value : ""},
+        part != nullptr ? part->Name() : "");
     for (const GivenOption& option : line_.Options) MakeTool(option);
+    LookForAxes();
     MakeSettings();
     MakeFormat();
-    if (!IsPictureOnly(line_) || HasAny(line_, {"origin", "x-axis", "y-axis", "grid", "grid-line"}))
+    if (!IsPictureOnly(line_) ||
+        HasAny(line_, {"origin", "x-axis", "y-axis", "propose-axes", "grid", "grid-line"}))
       MakeAxes();
     for (const GivenOption& option : line_.Options) MakeOnPicture(option);
     if (!Captures(line_) && !IsPictureOnly(line_))
-      throw UsageError("nothing is captured: --point, --trace, --read or --scan is missing");
+      throw UsageError(
+          "nothing is captured: --point, --trace, --read, --symbols, --read-all or "
+          "--scan is missing");
     MakeOnLists();
     if (line_.Has("resample-log") && !line_.Has("resample"))
       throw UsageError("--resample-log needs --resample");
@@ -91,7 +60,10 @@ class Maker {
   }
 
  private:
-  void Add(Step step, const std::string& origin) { steps_.push_back({std::move(step), origin}); }
+  void Add(Step step, const std::string& origin) {
+    steps_.push_back({.Do = std::move(step), .Origin = origin});
+    steps_.back().LooksForAxes = std::exchange(lookNext_, false);
+  }
 
   void Set(const char* option, const std::string& value, const std::string& origin) {
     Add(SetStep{option, value}, origin);
@@ -100,6 +72,7 @@ class Maker {
   /// An image tool, named as its step is, or the reduction.
   void MakeTool(const GivenOption& option) {
     if (option.Is("black-white") || option.Is("threshold")) return MakeReduction(option);
+    if (option.Is("ink")) return Add(InkOf(option), option.Name());
     for (int i = 0; i < kPictureTools; ++i) {
       const auto tool = static_cast<PictureTool>(i);
       if (!option.Is(TextsOf(tool).Name)) continue;
@@ -131,6 +104,43 @@ class Maker {
     if (!std::exchange(reduced_, true)) Add(step, option.Name());
   }
 
+  static InkStep InkOf(const GivenOption& option) {
+    const std::vector<std::string> parts = Split(option.Value, ',');
+    InkStep step;
+    int* const channels[] = {&step.Red, &step.Green, &step.Blue};
+    if (parts.size() != 3 && parts.size() != 4)
+      Refuse(option, "R,G,B or R,G,B,TOLERANCE is expected");
+    for (std::size_t i = 0; i < 3; ++i) {
+      const auto level = IntegerText(parts[i], 0, 255);
+      if (!level) Refuse(option, "R,G,B are whole numbers from 0 to 255");
+      *channels[i] = *level;
+    }
+    if (parts.size() == 4) step.Tolerance = SingleOf(option, parts[3]);
+    return step;
+  }
+
+  /// On the picture in its colours, where nothing but the reduction changes it afterwards.
+  void LookForAxes() {
+    if (!line_.Has("propose-axes")) return;
+    for (const char* other : {"origin", "x-axis", "y-axis", "x-log", "y-log"})
+      if (const GivenOption* option = line_.Find(other))
+        Refuse(*option, "--propose-axes finds the axes itself");
+    if (Is<BlackWhiteStep>(steps_.back().Do))
+      steps_.back().LooksForAxes = true;
+    else
+      lookNext_ = true;
+  }
+
+  void TakeAxes() {
+    const auto take = [this](Step step) {
+      Add(std::move(step), "--propose-axes");
+      steps_.back().TakesAxes = true;
+    };
+    for (const char* log : {"x-log", "y-log"}) take(SetStep{log, "off"});
+    for (int row = 0; row < 3; ++row) take(AxisStep{.Row = row});
+    mode_ = Mode::AxisDef;
+  }
+
   void MakeSettings() {
     for (const char* log : {"x-log", "y-log"})
       if (line_.Has(log)) Set(log, "on", std::string("--") + log);
@@ -150,14 +160,16 @@ class Maker {
         Set(point, on ? "on" : "off", emit->Name());
       }
     }
-    if (line_.Has("errors")) Set("errors", "on", "--errors");
+    if (line_.Has("inside-axes")) Set("inside-axes", "on", "--inside-axes");
+    if (const GivenOption* errors = line_.Find("errors"))
+      Set("errors", errors->Value.empty() ? "on" : errors->Value, errors->Name());
   }
 
   void MakeFormat() {
     CopyNumber("digits", {"x-digits", "y-digits"}, 1, 15);
     CopyNumber("decimals", {"x-decimals", "y-decimals"}, 0, 15);
     if (const GivenOption* option = line_.Find("exponent")) {
-      const std::vector<std::string> values = ForBothAxes(*option);
+      const std::array<std::string, 2> values = ForBothAxes(*option);
       for (const std::string& value : values)
         if (value != "on" && value != "off")
           Refuse(*option, "on or off is expected, or one of each");
@@ -174,12 +186,13 @@ class Maker {
 
   void MakeAxes() {
     Add(ModeStep{Mode::AxisDef}, "");
+    if (line_.Has("propose-axes")) return TakeAxes();
     const GivenOption& origin = Needed("origin");
-    const auto [at, values] = SplitAxis(origin, 2, "COLUMN,ROW:X,Y is expected");
+    const auto [at, values] = AxisPointOf(origin, 2, "COLUMN,ROW:X,Y is expected");
     const GivenOption& x = Needed("x-axis");
-    const auto [xAt, xValues] = SplitAxis(x, 1, "COLUMN,ROW:X is expected");
+    const auto [xAt, xValues] = AxisPointOf(x, 1, "COLUMN,ROW:X is expected");
     const GivenOption& y = Needed("y-axis");
-    const auto [yAt, yValues] = SplitAxis(y, 1, "COLUMN,ROW:Y is expected");
+    const auto [yAt, yValues] = AxisPointOf(y, 1, "COLUMN,ROW:Y is expected");
     CheckApart(x, at.X == xAt.X, values[0], xValues[0]);
     CheckApart(y, at.Y == yAt.Y, values[1], yValues[0]);
     Add(AxisStep{0, At(at.X), At(at.Y), values[0], values[1]}, origin.Name());
@@ -196,7 +209,7 @@ class Maker {
     if (curves_.empty() && captured_) curves_.push_back(CurveList().Curves.front().Name);
     const std::string name = CurveNameOf(option.Value);
     if (const std::string fault = CurveNameFault(CurveList(), name, 0); !fault.empty())
-      Refuse(option, fault);
+      Refuse(option, AsClause(fault));
     if (std::find(curves_.begin(), curves_.end(), name) != curves_.end())
       Refuse(option, "there is a curve of this name before");
     curves_.push_back(name);
@@ -211,6 +224,9 @@ class Maker {
     const auto make = [this] {
       for (const GivenOption& option : line_.Options) MakeOnList(option);
     };
+    if (line_.Has("read-all") &&
+        HasAny(line_, {"sort", "swap", "resample", "curve-length", "integrate"}))
+      throw UsageError("--read-all gives several curves, the options of the list are for one");
     if (curves_.size() < 2) return make();
     for (auto curve = curves_.rbegin(); curve != curves_.rend(); ++curve) {
       if (curve != curves_.rbegin()) Add(SelectCurveStep{*curve}, "--curve");
@@ -237,10 +253,10 @@ class Maker {
       step.All = false;
       In(Mode::GridBuster, step, option);
     } else if (option.Is("erase")) {
-      const auto [at, size] = Sized(option);
+      const auto [at, size] = SizedPixelOf(option);
       In(Mode::DrawErase, EraseStep{{size, {at}}}, option);
     } else if (option.Is("block")) {
-      const auto [at, size] = Sized(option);
+      const auto [at, size] = SizedPixelOf(option);
       In(Mode::BlockTest, BlockStep{At(at.X), At(at.Y), size}, option);
     } else if (option.Is("point")) {
       const PlotPixel at = PixelOf(option, option.Value);
@@ -250,6 +266,10 @@ class Maker {
       Extract(TraceStep{At(at.X), At(at.Y), {}}, "3", option);
     } else if (option.Is("read")) {
       In(Mode::Graphize, Read(option), option);
+    } else if (option.Is("symbols")) {
+      In(Mode::Graphize, Symbols(option), option);
+    } else if (option.Is("read-all")) {
+      In(Mode::Graphize, ReadAllStep{}, option);
     } else if (option.Is("scan")) {
       const auto [left, top, right, bottom] =
           Numbers<4>(option, option.Value, "LEFT,TOP,RIGHT,BOTTOM is expected");
@@ -277,41 +297,29 @@ class Maker {
     ReadStep step{At(click.X), At(click.Y), {}};
     for (std::size_t i = 1; i < parts.size(); ++i) {
       if (parts[i].starts_with("tolerance=")) {
-        step.Tolerance = Single(option, parts[i].substr(10));
+        step.Tolerance = SingleOf(option, parts[i].substr(10));
       } else if (parts[i].starts_with("through=")) {
         step.Through.push_back(PixelOf(option, parts[i].substr(8)));
       } else {
-        step.Density = Density(option, parts[i]);
+        step.Density = DensityOf(option, parts[i]);
       }
     }
     return step;
   }
 
-  static float Single(const GivenOption& option, const std::string& text) {
-    const auto number = WholeNumberText(text);
-    if (!number || std::fabs(*number) > std::numeric_limits<float>::max())
-      Refuse(option, "\"" + text + "\" is no number of single precision");
-    return static_cast<float>(*number);
-  }
-
-  static ReadingDensity Density(const GivenOption& option, const std::string& text) {
-    using Kind = ReadingDensity::Kind;
-    ReadingDensity density;
-    if (text == "bends") {
-      density.Is = Kind::Bends;
-    } else if (text.starts_with("x=")) {
-      density.Is = Kind::AtX;
-      for (const std::string& x : Split(text.substr(2), ','))
-        density.Xs.push_back(Single(option, x));
-    } else {
-      const auto pixels = IntegerText(text, 1, 32767);
-      if (!pixels)
-        Refuse(option,
-               "COLUMN,ROW is expected, or with :PIXELS, :bends, :x=X,..., :tolerance=T or "
-               ":through=COLUMN,ROW behind");
-      density = {Kind::Every, *pixels, {}};
+  static SymbolsStep Symbols(const GivenOption& option) {
+    const std::vector<std::string> parts = Split(option.Value, ':');
+    const PlotPixel click = PixelOf(option, parts.front());
+    SymbolsStep step{At(click.X), At(click.Y)};
+    for (std::size_t i = 1; i < parts.size(); ++i) {
+      if (parts[i] == "mass" || parts[i] == "box")
+        step.Centre = parts[i] == "mass" ? SymbolCentre::Mass : SymbolCentre::Box;
+      else if (parts[i].starts_with("tolerance="))
+        step.Tolerance = SingleOf(option, parts[i].substr(10));
+      else
+        Refuse(option, "COLUMN,ROW is expected, or with :mass, :box or :tolerance=T behind");
     }
-    return density;
+    return step;
   }
 
   void MakeOnList(const GivenOption& option) {
@@ -377,62 +385,22 @@ class Maker {
     return *option;
   }
 
-  /// What stands before and behind the first colon.
-  static std::pair<std::string, std::string> SplitOff(const std::string& text) {
-    const std::size_t colon = text.find(':');
-    if (colon == text.npos) return {text, ""};
-    return {text.substr(0, colon), text.substr(colon + 1)};
-  }
-
-  std::pair<PlotPixel, std::vector<std::string>> SplitAxis(const GivenOption& option,
-                                                           std::size_t count,
-                                                           const char* expected) {
-    const auto [at, behind] = SplitOff(option.Value);
-    const std::vector<std::string> values = Split(behind, ',');
-    if (values.size() > count)
-      Refuse(option, std::string(expected) + "; a comma parts values, the decimal sign is a point");
-    if (values.size() != count) Refuse(option, expected);
-    for (const std::string& value : values) {
-      const auto number = WholeNumberText(value);
-      if (!number || std::fabs(*number) > std::numeric_limits<float>::max())
-        Refuse(option, "\"" + value + "\" is no number of single precision");
-    }
-    return {PixelOf(option, at, expected), values};
-  }
-
-  static std::pair<PlotPixel, int> Sized(const GivenOption& option) {
-    const auto [at, size] = SplitOff(option.Value);
-    const auto number = size.empty() ? std::optional(4) : IntegerText(size, 0, 1000);
-    if (!number) Refuse(option, "COLUMN,ROW or COLUMN,ROW:SIZE is expected");
-    return {PixelOf(option, at), *number};
-  }
-
   /// An axis needs two places and two values.
   void CheckApart(const GivenOption& option, bool samePlace, const std::string& origin,
                   const std::string& value) {
     if (samePlace)
       Refuse(option,
              std::string("it lies in the origin's ") + (option.Is("x-axis") ? "column" : "row"));
-    if (Single(origin) == Single(value)) Refuse(option, "it has the origin's value");
-  }
-
-  static float Single(const std::string& text) {
-    return static_cast<float>(*WholeNumberText(text));
+    if (SingleOf(option, origin) == SingleOf(option, value))
+      Refuse(option, "it has the origin's value");
   }
 
   void CheckLog(const char* log, const std::array<std::string, 2>& values,
                 const std::array<const GivenOption*, 2>& options) {
     if (!line_.Has(log)) return;
     for (int i = 0; i < 2; ++i)
-      if (!(Single(values[i]) > 0))
+      if (!(SingleOf(*options[i], values[i]) > 0))
         Refuse(*options[i], std::string("with --") + log + " the value must be above 0");
-  }
-
-  static std::vector<std::string> ForBothAxes(const GivenOption& option) {
-    std::vector<std::string> values = Split(option.Value, ',');
-    if (values.size() == 1) values.push_back(values[0]);
-    if (values.size() != 2) Refuse(option, "one value is expected, or one for X and one for Y");
-    return values;
   }
 
   /// A number into one option, or one for each of two.
@@ -440,8 +408,8 @@ class Maker {
                   int most) {
     const GivenOption* given = line_.Find(name);
     if (given == nullptr) return;
-    const std::vector<std::string> values =
-        options.size() == 2 ? ForBothAxes(*given) : std::vector{given->Value};
+    const auto values =
+        options.size() == 2 ? ForBothAxes(*given) : std::array<std::string, 2>{given->Value, {}};
     std::size_t i = 0;
     for (const char* option : options) {
       if (!IntegerText(values[i], least, most))
@@ -468,6 +436,7 @@ class Maker {
   bool captured_ = false;
   Mode mode_ = Mode::None;
   bool reduced_ = false;
+  bool lookNext_ = false;
 };
 
 }  // namespace

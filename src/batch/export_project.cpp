@@ -3,10 +3,10 @@
 #include <filesystem>
 #include <ostream>
 
-#include "base/numbers.h"
 #include "base/run_time_error.h"
 #include "base/whole_file.h"
 #include "batch/console.h"
+#include "batch/option_values.h"
 #include "session/project_file.h"
 #include "workspace/export_points.h"
 #include "workspace/replay.h"
@@ -17,16 +17,14 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// By --format, else by the ending of the output's name.
-ExportFormat FormatOf(const CommandLine& line, const std::string& output) {
-  const GivenOption* format = line.Find("format");
-  const std::string name = format != nullptr ? "." + format->Value : LowerCase(output);
-  if (name.ends_with(".csv")) return ExportFormat::Csv;
-  if (name.ends_with(".json")) return ExportFormat::Json;
-  throw UsageError(
-      format != nullptr
-          ? "--format \"" + format->Value + "\": csv or json is expected"
-          : "--format is missing: the output's name ends neither in .csv nor in .json");
+ExportFormat FormatOf(const CommandLine& line) {
+  const GivenOption* given = line.Find("format");
+  if (given != nullptr && given->Value != "csv" && given->Value != "json")
+    Refuse(*given, "csv or json is expected");
+  const auto format = TableFormatOf(line);
+  if (format == TableFormat::Csv) return ExportFormat::Csv;
+  if (format == TableFormat::Json) return ExportFormat::Json;
+  throw UsageError("--format is missing: the output's name ends neither in .csv nor in .json");
 }
 
 void ReadInto(Workspace& ws, const Desktop& desktop, const std::string& file) {
@@ -65,13 +63,20 @@ bool ExportProject(const CommandLine& line, const BatchStreams& streams) {
 
   Workspace ws;
   StartReplay(ws);
-  ws.exportForm.Format = FormatOf(line, output);
+  ws.exportForm.Format = FormatOf(line);
   ws.exportForm.AllCurves = line.Has("all-curves");
   ws.exportForm.CommonX = line.Has("common-x") || grid != nullptr;
   ws.exportForm.XGrid = grid != nullptr ? grid->Value : "";
-  ws.exportForm.Errors = line.Has("errors");
+  const GivenOption* errors = line.Find("errors");
+  ws.exportForm.Errors = errors != nullptr;
+  ws.exportForm.PixelErrors = errors != nullptr && !errors->Value.empty();
   ReadInto(ws, Console().Callbacks(), file);
-  if (const GivenOption* curve = line.Find("curve")) ChooseCurve(ws, curve->Value);
+  if (const GivenOption* curve = line.Find("curve"))
+    ChooseCurve(ws, curve->Value);
+  else if (ws.curves.Curves.size() > 1 && !ws.exportForm.AllCurves)
+    streams.Err << "graphize: " << file << ": of " << ws.curves.Curves.size()
+                << " curves this is \"" << ActiveCurve(ws.curves).Name
+                << "\" alone; --all-curves writes all\n";
   const std::string table = TableOf(ws);
   if (output == "-") {
     streams.Out << table << std::flush;

@@ -1,6 +1,8 @@
 #include "batch/job.h"
 
 #include <algorithm>
+#include <cmath>
+#include <map>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -8,14 +10,17 @@
 #include "base/numbers.h"
 #include "base/run_time_error.h"
 #include "base/tokens.h"
+#include "batch/axes_command.h"
 #include "batch/console.h"
 #include "codecs/picture_probe.h"
 #include "data/data_file.h"
-#include "data/point_table.h"
 #include "raster/black_white.h"
 #include "session/project_file.h"
+#include "workspace/export_points.h"
+#include "workspace/ink_check_commands.h"
 #include "workspace/replay.h"
 #include "workspace/run_command.h"
+#include "workspace/save_points.h"
 
 namespace graphize {
 
@@ -48,6 +53,7 @@ std::string WhyNothing(Workspace& ws, const BatchStep& step) {
 
 /// What a run has to tell beside the table.
 struct Told {
+  std::map<std::string, std::string> Doubts;  // of the curves' points, as the last step left them
   std::vector<std::string> Notes;
   std::vector<std::string> Failed;  // captures, and why; these are among the notes, too
 
@@ -71,6 +77,13 @@ void NoteWhatCameOut(Workspace& ws, const BatchStep& step, const Outcome& outcom
   } else if (outcome.HiddenByMarks) {
     note("marks of an earlier trace cover a part of the curve");
   }
+  if (outcome.Points > 0 && !ws.inkCheck.Text.empty()) {
+    const std::string& curve = ActiveCurve(ws.curves).Name;
+    if (ws.inkCheck.AnyDoubtful())
+      told.Doubts[curve] = ws.inkCheck.Text;
+    else
+      told.Doubts.erase(curve);
+  }
   if (Is<ResampleStep>(step.Do) && !ws.sample.Hint.empty()) note(ws.sample.Hint);
   if (outcome.Area) note("area = " + ShortestText(*outcome.Area));
   if (Is<OpenStep>(step.Do) && step.Width > 0 &&
@@ -87,10 +100,35 @@ std::filesystem::path AbsolutePath(const std::filesystem::path& path) {
   return failure ? path : absolute;
 }
 
+/// Axes of the picture as it is; only sure ones.
+AxesProposal SureAxes(Workspace& ws) {
+  const BasePictureShown base(ws.plot);
+  PictureOperation operation;
+  AxesProposal axes = ProposeAxes(ws.plot.Pixels, operation);
+  if (axes.Verdict != AxesVerdict::Sure)
+    throw RunTimeError("--propose-axes: the axes are not sure: " + WhyNotSure(axes));
+  return axes;
+}
+
+/// The step with what was found instead of its own values.
+void TakeAxes(const AxesProposal& axes, Step& step) {
+  if (auto* set = std::get_if<SetStep>(&step))
+    set->Value = (set->Option == "x-log" ? axes.X : axes.Y).Log ? "on" : "off";
+  if (auto* axis = std::get_if<AxisStep>(&step)) {
+    const ProposedRow& row = axes.Rows.at(axis->Row);
+    axis->X = static_cast<float>(std::nearbyint(row.Column));
+    axis->Y = static_cast<float>(std::nearbyint(row.Row));
+    axis->XText = ShortestText(row.X);
+    axis->YText = ShortestText(row.Y);
+  }
+}
+
 void RunStep(Workspace& ws, const BatchStep& step,
-             const std::vector<std::filesystem::path>& pictures, Told& told) {
+             const std::vector<std::filesystem::path>& pictures, AxesProposal& axes, Told& told) {
   Console console;
+  if (step.LooksForAxes) axes = SureAxes(ws);
   Step toDo = step.Do;
+  if (step.TakesAxes) TakeAxes(axes, toDo);
   if (auto* open = std::get_if<OpenStep>(&toDo))
     open->Path = AbsolutePath(pictures[open->Picture - 1]);
   const Outcome outcome = ReplayStep(ws, console.Callbacks(), toDo);
@@ -100,6 +138,10 @@ void RunStep(Workspace& ws, const BatchStep& step,
     problem = InOurWords(ws, console.Problems.front());
   else if (outcome.Is == Outcome::How::Refused || outcome.Is == Outcome::How::Failed)
     problem = console.Notes.empty() ? outcome.Reason : console.Notes.back();
+  if (const auto* open = std::get_if<OpenStep>(&step.Do);
+      open != nullptr && open->Part.empty() &&
+      problem.find("neither width nor height") != problem.npos)
+    problem += " See --part.";
   // Too few points for a step have a cause of their own.
   if (!problem.empty() && ws.store.CaptureCount == 0 && !told.Failed.empty())
     problem += "; " + told.WhyNoPoints();
@@ -120,14 +162,22 @@ void KnowByName(Workspace& ws, const std::filesystem::path& passing) {
     if (picture.Path.parent_path() == passing) picture.Path = picture.Path.filename();
 }
 
-/// All curves, the active one first.
-std::vector<ExportCurve> ListCurves(const Workspace& ws) {
-  std::vector<ExportCurve> curves = {
-      ListCurve(ActiveCurve(ws.curves).Name, ws.store, ws.calibration)};
-  for (const Curve& curve : ws.curves.Curves)
-    if (curve.Points != nullptr)
-      curves.push_back(ListCurve(curve.Name, *curve.Points, ws.calibration));
-  return curves;
+/// Each row gets what the picture says of its point.
+void AddInk(Workspace& ws, std::vector<ExportCurve>& curves) {
+  for (int i = 0; i < static_cast<int>(ws.curves.Curves.size()); ++i) {
+    const auto curve = std::find_if(curves.begin(), curves.end(), [&](const ExportCurve& exported) {
+      return exported.Name == ws.curves.Curves[static_cast<std::size_t>(i)].Name;
+    });
+    if (curve == curves.end()) continue;
+    const PointStore& store = PointsOf(ws.curves, ws.store, i);
+    const InkCheck check = InkCheckOf(ws, store);
+    std::vector<const char*> words(store.Places.size(), nullptr);
+    for (std::size_t k = 0; k < check.Ids.size(); ++k)
+      words[check.Ids[k]] = WordOf(check.Verdicts[k]);
+    for (int row = 1; row <= store.ListCount; ++row)
+      if (store.ListId[row] != 0)
+        curve->Rows[static_cast<std::size_t>(row - 1)].Ink = words[store.ListId[row]];
+  }
 }
 
 bool HasRows(const Workspace& ws, TableFormat format) {
@@ -139,7 +189,9 @@ bool HasRows(const Workspace& ws, TableFormat format) {
           }));
 }
 
-std::string MakeTable(Workspace& ws, const JobOptions& options, std::vector<std::string>& notes) {
+/// `saved`: the last step has saved the active curve, so that this is what is wanted.
+std::string MakeTable(Workspace& ws, const JobOptions& options, bool saved,
+                      std::vector<std::string>& notes) {
   if (options.Format == TableFormat::Project) {
     const Console console;
     if (!options.Passing.empty()) KnowByName(ws, options.Passing);
@@ -147,21 +199,30 @@ std::string MakeTable(Workspace& ws, const JobOptions& options, std::vector<std:
   }
   const bool wanted = ws.commands.SaveErrors || options.Errors;
   const bool known = HasRowErrors(ws.store, ws.calibration);
+  const ErrorKind kind = options.PixelErrors ? ErrorKind::Pixel : ErrorKindOf(ws);
   if (wanted && !known)
     notes.push_back("the rows are no places on the picture: they are written without errors");
   if (options.Format != TableFormat::Dat) {
     const bool json = options.Format == TableFormat::Json;
-    const PointTable table{.Curves = ListCurves(ws), .Errors = wanted || json};
-    return json ? JsonText(table, ws.calibration,
-                           {ws.picture.ChosenPath.filename().string(), ws.plot.Width(),
-                            ws.plot.Height(), ws.dataFileTitle})
-                : CsvText(table);
+    ws.exportForm = {.Format = json ? ExportFormat::Json : ExportFormat::Csv,
+                     .AllCurves = true,
+                     .Errors = wanted || json,
+                     .PixelErrors = kind == ErrorKind::Pixel,
+                     .Curves = ExportCurves(ws)};
+    if (json) AddInk(ws, ws.exportForm.Curves);
+    const Console console;
+    return ExportText(ws, console.Callbacks()).value_or("");
   }
-  if (ws.curves.Curves.size() > 1)
+  if (ws.curves.Curves.size() > 1) {
+    constexpr const char* kAll = "; csv, json and graphize hold all";
+    if (!saved)
+      throw RunTimeError("there are " + std::to_string(ws.curves.Curves.size()) +
+                         " curves, and a data file holds one" + kAll);
     notes.push_back("a data file holds one curve, this one \"" + ActiveCurve(ws.curves).Name +
-                    "\"; csv, json and graphize hold all");
+                    "\"" + kAll);
+  }
   std::vector<RowError> errors;
-  if (wanted && known) errors = RowErrorsOf(ws.store, ws.calibration);
+  if (wanted && known) errors = RowErrorsOf(ws.store, ws.calibration, ws.plot.Height(), kind);
   const std::string hidden = HiddenDigits(ws.store, ws.calibration, ws.settings, ws.formats);
   if (!hidden.empty()) notes.push_back(hidden);
   return DataFileText(ws.dataFileTitle, ws.store, ws.formats, ws.settings.DecimalPoint, errors);
@@ -193,7 +254,8 @@ JobResult RunJob(const std::vector<BatchStep>& steps,
   Told told;
   StartReplay(ws);
   const std::size_t end = EndOf(steps, told.Notes);
-  for (std::size_t i = 0; i < end; ++i) RunStep(ws, steps[i], pictures, told);
+  AxesProposal axes;
+  for (std::size_t i = 0; i < end; ++i) RunStep(ws, steps[i], pictures, axes, told);
   if (!options.PictureOnly) {
     const bool saved =
         end > 0 && Is<SaveStep>(steps[end - 1].Do);  // the window has written it, too
@@ -203,7 +265,12 @@ JobResult RunJob(const std::vector<BatchStep>& steps,
                              ? "the list is empty"
                              : "no points were captured" + (why.empty() ? "" : "; " + why));
     }
-    result.Table = MakeTable(ws, options, told.Notes);
+    result.Table = MakeTable(ws, options, saved, told.Notes);
+  }
+  for (const auto& [curve, doubt] : told.Doubts) {
+    if (!result.Doubt.empty()) result.Doubt += "; ";
+    if (ws.curves.Curves.size() > 1) result.Doubt += "curve \"" + curve + "\": ";
+    result.Doubt += doubt;
   }
   if (options.KeepPicture) {
     ClearMarks(ws.plot);

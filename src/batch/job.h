@@ -14,6 +14,8 @@ struct BatchStep {
   Step Do;
   std::string Origin;
   int Width = 0, Height = 0;  // an OpenStep's picture then, 0 when that is not known
+  bool LooksForAxes = false;  // before it, on the picture as it is then
+  bool TakesAxes = false;     // an AxisStep, or the SetStep of a log axis: with what was found
 };
 
 enum class TableFormat { Dat, Csv, Json, Project };
@@ -21,15 +23,18 @@ enum class TableFormat { Dat, Csv, Json, Project };
 struct JobOptions {
   TableFormat Format = TableFormat::Dat;
   bool Errors = false;          // also where no step asks for them
+  bool PixelErrors = false;     // then those of one pixel
   bool PointsExpected = false;  // a table without points is an error even where a step saves it
   bool PictureOnly = false;     // no table
   bool KeepPicture = false;
+  bool Strict = false;            // points that the picture does not bear out are an error
   std::filesystem::path Passing;  // pictures in this folder go after the run; empty: there is none
 };
 
 struct JobResult {
   std::string Table;               // the file's content
   Raster Picture;                  // as the steps leave it, without marks
+  std::string Doubt;               // points that the picture does not bear out; empty: none
   std::vector<std::string> Notes;  // what else there is to tell, such as sums
 };
 

@@ -135,9 +135,12 @@ class Run {
       if (const std::error_code error = Write(job.Output, result.Table))
         throw RunTimeError("\"" + job.Output.string() + "\" cannot be written: " + error.message());
     }
+    if (!result.Doubt.empty() && options_.Table.Strict)
+      throw RunTimeError("of the points that were written, some are doubtful: " + result.Doubt);
     if (options_.Quiet) return;
     const std::scoped_lock lock(mutex_);
     for (const std::string& note : result.Notes) Say(job.Name + ": " + note);
+    if (!result.Doubt.empty()) Say(job.Name + ": " + result.Doubt);
   }
 
   static void WritePicture(const fs::path& path, const Raster& picture) {

@@ -4,8 +4,8 @@
 #include <optional>
 #include <vector>
 
+#include "base/temporary_folder.h"
 #include "batch/run_jobs.h"
-#include "batch/temporary_folder.h"
 
 namespace graphize {
 

@@ -5,6 +5,11 @@
 
 namespace graphize {
 
+void ClearReadOut(ReadOut& readOut) {
+  for (std::string* text : {&readOut.XValue, &readOut.YValue, &readOut.XPOS, &readOut.YPos})
+    text->clear();
+}
+
 void MoveCursor(ReadOut& readOut, PointStore& store, const AxisCalibration& calibration,
                 const Desktop& desktop, int pictureHeight, float x, float y) {
   const float rowUp = static_cast<float>(pictureHeight) - y;

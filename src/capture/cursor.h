@@ -18,6 +18,9 @@ struct ReadOut {
   int PlotX = 0, PlotY = 0;  // picture pixel under the cursor, row downward: where the zoom looks
 };
 
+/// Nothing is read out until the cursor moves.
+void ClearReadOut(ReadOut& readOut);
+
 /// Moves the cursor to the picture position (x, y) (row downward from the top): the store's current
 /// point, graph values and resolution, but none of the texts. For tracers, which visit far more
 /// positions than are ever shown.

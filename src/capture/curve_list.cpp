@@ -58,7 +58,8 @@ bool IsSameCurve(const PointStore& a, const PointStore& b) {
   return SmallRecordsOf(a) == SmallRecordsOf(b) && HasSameBits(a.CaptureX, b.CaptureX) &&
          HasSameBits(a.CaptureY, b.CaptureY) && HasSameBits(a.CaptureId, b.CaptureId) &&
          HasSameBits(a.ListX, b.ListX) && HasSameBits(a.ListY, b.ListY) &&
-         HasSameBits(a.ListId, b.ListId) && HasSameBits(a.Places, b.Places);
+         HasSameBits(a.ListId, b.ListId) && HasSameBits(a.Places, b.Places) &&
+         HasSameBits(a.Certainties, b.Certainties);
 }
 
 /// No points; as many can be captured.

@@ -127,6 +127,14 @@ void EnableBlockerCommands(CommandStates& commands, bool State) {
   commands.Blockers = State;
 }
 
+void NoteCertainty(PointStore& store, PointId id, const Certainty& certainty) {
+  if (id >= store.Certainties.size()) {
+    if (certainty == Certainty()) return;
+    store.Certainties.resize(id + std::size_t{1});
+  }
+  store.Certainties[id] = certainty;
+}
+
 void FollowLastPoint(PointStore& store, int pictureHeight) {
   if (store.CaptureCount < 1) return;
   const PointId last = store.CaptureId[store.CaptureCount];

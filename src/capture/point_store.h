@@ -24,6 +24,17 @@ struct Place {
 inline constexpr Place kNoPlace = {-std::numeric_limits<float>::infinity(),
                                    -std::numeric_limits<float>::infinity()};
 
+/// How well a point is known that was read off a stroke.
+struct Certainty {
+  // Across the stroke and one standard uncertainty long: pixels, rows downward. Without length
+  // where nothing is known.
+  float AcrossColumns = 0, AcrossRows = 0;
+  std::uint32_t IsBridged = 0;  // 1: the stroke is not seen there; as long as a float, no padding
+
+  bool IsKnown() const { return AcrossColumns != 0 || AcrossRows != 0; }
+  bool operator==(const Certainty&) const = default;
+};
+
 /// The captured points, twice: in capture order and as the data list that is sorted, swapped,
 /// thinned and saved. Arrays are used from index 1; element 0 stays (0, 0). The ids move as the
 /// values do.
@@ -45,6 +56,7 @@ struct PointStore {
   Rows ListRows = Rows::Places;
 
   std::vector<Place> Places = std::vector<Place>(1);  // of each id
+  std::vector<Certainty> Certainties;                 // of each id, as far as any is known
 
   /// The points as they were when the data file was last written; element 0 left out.
   struct Points {
@@ -87,6 +99,12 @@ void EnableBlockerCommands(CommandStates& commands, bool State);
 inline bool HasPlace(const PointStore& store, PointId id) {
   return id != 0 && id < store.Places.size() && store.Places[id] != kNoPlace;
 }
+/// What is known of a point, and how it is told; what is not told is not known.
+inline Certainty CertaintyOf(const PointStore& store, PointId id) {
+  return id < store.Certainties.size() ? store.Certainties[id] : Certainty();
+}
+void NoteCertainty(PointStore& store, PointId id, const Certainty& certainty);
+
 /// The last captured point's place is the pixel of its marker again, after places have changed.
 void FollowLastPoint(PointStore& store, int pictureHeight);
 

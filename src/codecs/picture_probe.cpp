@@ -130,7 +130,7 @@ ProbeResult ProbePicture(std::string_view fileName, std::string_view head) {
     return verdict;
   }
   ReadHeader(head, verdict);
-  if (HasFixedSize(verdict.Type)) verdict.Refusal = SizeRefusal(verdict.Width, verdict.Height);
+  if (HasFixedSize(verdict.Type)) verdict.Refusal = DecodeRefusal(verdict.Width, verdict.Height);
   return verdict;
 }
 

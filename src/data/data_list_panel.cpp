@@ -35,7 +35,7 @@ class DataListPanel::Line : public QLineEdit {
   }
 };
 
-DataListPanel::DataListPanel(QWidget* above, QWidget* parent)
+DataListPanel::DataListPanel(QWidget* above, QWidget* below, QWidget* parent)
     : QGroupBox(tr("Graphized Data"), parent) {
   setObjectName(QStringLiteral("FRM_Data"));
   auto* column = new QVBoxLayout(this);
@@ -79,6 +79,7 @@ DataListPanel::DataListPanel(QWidget* above, QWidget* parent)
   scroll_->setEnabled(false);
   row->addWidget(scroll_);
   column->addLayout(row);
+  column->addWidget(below);
   connect(scroll_, &QScrollBar::valueChanged, this, &DataListPanel::Scrolled);
 }
 

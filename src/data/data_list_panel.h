@@ -15,8 +15,8 @@ namespace graphize {
 class DataListPanel : public QGroupBox {
   Q_OBJECT
  public:
-  /// `above` stands over the list.
-  explicit DataListPanel(QWidget* above, QWidget* parent = nullptr);
+  /// `above` stands over the list, `below` under it.
+  DataListPanel(QWidget* above, QWidget* below, QWidget* parent = nullptr);
   void Render(const PointStore& store, const NumberFormats& formats, bool decimalPoint);
 
  signals:

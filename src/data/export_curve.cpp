@@ -39,17 +39,29 @@ class Function {
     const std::size_t end = std::min(first + 2, curve_.Rows.size());
     for (std::size_t i = first; i < end && !row.HasY; ++i) {
       if (curve_.Rows[i].X != X) continue;
-      row.Y = curve_.Rows[i].Y;
+      row = curve_.Rows[i];
       row.HasY = true;
     }
     if (row.HasY) return row;
     const double y = between_.At(x);
+    TakeCertainty(row, first, end);
     row.Y = curve_.YLog ? std::pow(10.0, y) : y;
     row.HasY = std::isfinite(y) && std::isfinite(row.Y);
     return row;
   }
 
  private:
+  /// Between rows, as little is known as of the one that is known less.
+  void TakeCertainty(ExportRow& row, std::size_t first, std::size_t end) const {
+    row.HasStandard = first < end;
+    for (std::size_t i = first; i < end; ++i) {
+      const ExportRow& beside = curve_.Rows[i];
+      row.HasStandard = row.HasStandard && beside.HasStandard;
+      row.IsBridged = row.IsBridged || beside.IsBridged;
+      row.Standard.X = std::max(row.Standard.X, beside.Standard.X);
+      row.Standard.Y = std::max(row.Standard.Y, beside.Standard.Y);
+    }
+  }
   std::vector<double> Column(double ExportRow::*value, bool log) const {
     std::vector<double> values;
     values.reserve(curve_.Rows.size());
@@ -89,6 +101,9 @@ ExportCurve PlacedCurve(const std::string& name, const PointStore& store,
   ExportCurve curve = ListCurve(name, store, calibration);
   if (!curve.HasErrors) return curve;
   const bool swapped = curve.Kind == Kind::SwappedPlaces;
+  const std::vector<RowError> standard = store.Certainties.empty()
+                                             ? std::vector<RowError>()
+                                             : RowErrorsOf(store, calibration, pictureHeight);
   for (int i = 1; i <= store.ListCount; ++i) {
     if (store.ListId[i] == 0) continue;
     const Place& place = store.Places[store.ListId[i]];
@@ -103,6 +118,10 @@ ExportCurve PlacedCurve(const std::string& name, const PointStore& store,
     ExportRow& row = curve.Rows[i - 1];
     row.X = swapped ? real.Y : real.X;
     row.Y = swapped ? real.X : real.Y;
+    const Certainty certainty = CertaintyOf(store, store.ListId[i]);
+    row.IsBridged = certainty.IsBridged != 0;
+    row.HasStandard = certainty.IsKnown();
+    if (row.HasStandard) row.Standard = standard[static_cast<std::size_t>(i - 1)];
     --curve.WithoutPlace;
   }
   return curve;

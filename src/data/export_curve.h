@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <span>
 #include <string>
 #include <vector>
@@ -13,8 +14,11 @@ namespace graphize {
 /// A row of a table in double precision.
 struct ExportRow {
   double X = 0, Y = 0;
-  RowError Error;
+  RowError Error;     // the size of one pixel
+  RowError Standard;  // uncertainties, where the row has them
+  bool HasStandard = false, IsBridged = false;
   bool HasY = true;
+  const char* Ink = nullptr;  // what the picture says of the point; null: not asked
 };
 
 /// A curve as a table has it: its list, in the list's order.
@@ -25,6 +29,12 @@ struct ExportCurve {
   bool XLog = false, YLog = false;  // the scales of the two columns
   std::vector<ExportRow> Rows;
   int WithoutPlace = 0;  // rows that have the list's values
+
+  /// Whether some of it was read off a stroke.
+  bool HasStandard() const {
+    return std::any_of(Rows.begin(), Rows.end(),
+                       [](const ExportRow& row) { return row.HasStandard; });
+  }
 };
 
 /// The list's values, as the decimal numbers that single precision stands for.

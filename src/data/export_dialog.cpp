@@ -21,13 +21,19 @@ ExportDialog::ExportDialog(QWidget* parent) : FormDialog("FRM_Export", tr("Expor
 
   allCurves_ = Named(new QCheckBox(tr("&All curves")), "CHK_AllCurves");
   allCurves_->setToolTip(tr("All curves instead of the one that is active"));
-  errors_ = Named(new QCheckBox(tr("With &errors of one pixel")), "CHK_Errors");
-  errors_->setToolTip(tr("Two more values for each point: the size of one pixel in X and in Y"));
+  errors_ = Named(new QCheckBox(tr("With &errors")), "CHK_Errors");
+  errors_->setToolTip(
+      tr("Two more values for each point: its standard uncertainty in X and in Y where the curve "
+         "was read, else the size of one pixel"));
+  pixelErrors_ = Named(new QCheckBox(tr("Errors of &one pixel everywhere")), "CHK_PixelErrors");
+  pixelErrors_->setToolTip(tr("The size of one pixel also where the uncertainty is known"));
   // As wide as what answers to a click.
   column->addWidget(allCurves_, 0, Qt::AlignLeft);
   column->addWidget(errors_, 0, Qt::AlignLeft);
+  column->addWidget(pixelErrors_, 0, Qt::AlignLeft);
   connect(allCurves_, &QCheckBox::clicked, this, &ExportDialog::AllCurvesSwitched);
   connect(errors_, &QCheckBox::clicked, this, &ExportDialog::ErrorsSwitched);
+  connect(pixelErrors_, &QCheckBox::clicked, this, &ExportDialog::PixelErrorsSwitched);
 
   hint_ = Named(new QLabel, "LBL_Hint", tr("Hint"));
   hint_->setTextFormat(Qt::PlainText);
@@ -109,6 +115,8 @@ void ExportDialog::Render(const ExportForm& form) {
   Enable(allCurves_, form.CanAllCurves());
   errors_->setChecked(form.Errors && form.CanErrors());
   Enable(errors_, form.CanErrors());
+  pixelErrors_->setChecked(form.PixelErrors && form.CanPixelErrors());
+  Enable(pixelErrors_, form.CanPixelErrors());
   Show(hint_, form.Hint);
 }
 

@@ -26,6 +26,7 @@ class ExportDialog : public FormDialog {
   void XGridTyped(const std::string& text);
   void AllCurvesSwitched(bool on);
   void ErrorsSwitched(bool on);
+  void PixelErrorsSwitched(bool on);
   void ExportPressed();
 
  private:
@@ -37,6 +38,7 @@ class ExportDialog : public FormDialog {
   QLineEdit* xGrid_;
   QCheckBox* allCurves_;
   QCheckBox* errors_;
+  QCheckBox* pixelErrors_;
   QLabel* hint_;
 };
 

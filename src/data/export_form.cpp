@@ -77,6 +77,11 @@ bool ExportForm::CanErrors() const {
                      [](const ExportCurve& curve) { return curve.HasErrors; });
 }
 
+bool ExportForm::CanPixelErrors() const {
+  return Errors && std::any_of(Curves.begin(), Curves.end(),
+                               [](const ExportCurve& curve) { return curve.HasStandard(); });
+}
+
 bool OpenExport(ExportForm& form, std::vector<ExportCurve> curves, const Desktop& desktop) {
   if (std::all_of(curves.begin(), curves.end(),
                   [](const ExportCurve& curve) { return curve.Rows.empty(); })) {
@@ -98,7 +103,9 @@ void ShowHint(ExportForm& form) {
 std::optional<PointTable> TableOfForm(const ExportForm& form, const AxisCalibration& calibration,
                                       const Desktop& desktop) {
   const std::span<const ExportCurve> curves = ChosenCurves(form);
-  PointTable table{.CommonX = form.CommonX, .Errors = form.Errors};
+  PointTable table{.CommonX = form.CommonX,
+                   .Errors = form.Errors,
+                   .Kind = form.PixelErrors ? ErrorKind::Pixel : ErrorKind::Standard};
   if (!form.CommonX) {
     table.Curves.assign(curves.begin(), curves.end());
     return table;

@@ -21,12 +21,14 @@ struct ExportForm {
   bool CommonX = false;
   std::string XGrid;  // as typed (ReadXGrid); nothing: all X of the curves
   bool Errors = false;
+  bool PixelErrors = false;  // those of one pixel even where the standard uncertainty is known
 
   std::vector<ExportCurve> Curves;  // the active one first
   std::string Hint;                 // what will be written, or what is wrong; one or two lines
 
   bool CanAllCurves() const { return Curves.size() > 1; }
   bool CanErrors() const;
+  bool CanPixelErrors() const;  // there is the choice
 };
 
 /// The window as it opens. False without a point in any of the curves, which is told.

@@ -181,7 +181,10 @@ std::string MovePoints(PointStore& store, const AxisCalibration& calibration, in
     places.emplace_back(id, to);
     values[id] = value;
   }
-  for (const auto& [id, place] : places) store.Places[id] = place;
+  for (const auto& [id, place] : places) {
+    store.Places[id] = place;
+    NoteCertainty(store, id, {});
+  }
   TakeValues(store, values);
   FollowLastPoint(store, height);
   return {};

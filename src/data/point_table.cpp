@@ -35,8 +35,15 @@ std::string JsonAxes(const AxisCalibration& calibration, int height) {
          ",\n    \"angle\": " + JsonNumber(calibration.Angle) + "\n  },\n";
 }
 
+/// What a curve's errors are.
+enum class Errors { None, Pixel, Standard };
+
+RowError ErrorOf(const ExportRow& row, ErrorKind kind) {
+  return kind == ErrorKind::Standard && row.HasStandard ? row.Standard : row.Error;
+}
+
 /// "x": "value on the x axis", "y": ...
-std::string JsonUnits(const ExportCurve& curve, bool errors) {
+std::string JsonUnits(const ExportCurve& curve, Errors errors) {
   const bool swapped = curve.Kind == PointStore::Rows::SwappedPlaces;
   const bool places = curve.Kind != PointStore::Rows::Other;
   const std::string x =
@@ -44,10 +51,17 @@ std::string JsonUnits(const ExportCurve& curve, bool errors) {
   const std::string y =
       places ? (swapped ? "value on the x axis" : "value on the y axis") : "length";
   std::string text = "\"x\": \"" + x + "\", \"y\": \"" + y + "\"";
-  if (errors)
-    text +=
-        ", \"x_error\": \"size of one pixel, in units of x\""
-        ", \"y_error\": \"size of one pixel, in units of y\"";
+  if (errors == Errors::None) return text;
+  const std::string pixel = "size of one pixel, in units of ";
+  const bool isStandard = errors == Errors::Standard;
+  const bool isMixed =
+      isStandard && !std::all_of(curve.Rows.begin(), curve.Rows.end(),
+                                 [](const ExportRow& row) { return row.HasStandard || !row.HasY; });
+  const std::string error = !isStandard ? pixel
+                            : isMixed   ? "standard uncertainty, or " + pixel
+                                        : "standard uncertainty, in units of ";
+  text += ", \"x_error\": \"" + error + "x\", \"y_error\": \"" + error + "y\"";
+  if (isStandard) text += ", \"x_pixel\": \"" + pixel + "x\", \"y_pixel\": \"" + pixel + "y\"";
   return text;
 }
 
@@ -55,15 +69,27 @@ constexpr const char* kPictureUnits =
     "\"column\": \"pixel\", \"row\": \"pixel, downward from the top\", \"angle\": \"radian\"";
 
 /// "points": [...], its lines behind `indent`.
-std::string JsonPoints(const ExportCurve& curve, bool errors, const std::string& indent) {
+std::string JsonPoints(const ExportCurve& curve, Errors errors, const std::string& indent) {
   std::string text = "\"points\": [";
   bool first = true;
   for (const ExportRow& row : curve.Rows) {
     text += (first ? "\n" : ",\n") + indent + "  {\"x\": " + JsonNumber(row.X) +
             ", \"y\": " + (row.HasY ? JsonNumber(row.Y) : "null");
-    if (errors)
-      text += ", \"x_error\": " + (row.HasY ? JsonNumber(row.Error.X) : "null") +
-              ", \"y_error\": " + (row.HasY ? JsonNumber(row.Error.Y) : "null");
+    const auto add = [&](const char* name, float value) {
+      text += std::string(", \"") + name + "\": " + (row.HasY ? JsonNumber(value) : "null");
+    };
+    if (errors != Errors::None) {
+      const RowError error =
+          ErrorOf(row, errors == Errors::Standard ? ErrorKind::Standard : ErrorKind::Pixel);
+      add("x_error", error.X);
+      add("y_error", error.Y);
+    }
+    if (errors == Errors::Standard) {
+      add("x_pixel", row.Error.X);
+      add("y_pixel", row.Error.Y);
+      if (row.IsBridged) text += ", \"bridged\": true";
+    }
+    if (row.Ink != nullptr) text += std::string(", \"ink\": \"") + row.Ink + '"';
     text += "}";
     first = false;
   }
@@ -80,14 +106,16 @@ std::string CsvString(const std::string& text) {
 constexpr const char* kLineEnd = "\r\n";
 
 /// The two errors, each behind a comma; empty cells where they are not known.
-std::string CsvErrors(const ExportCurve& curve, const ExportRow& row) {
+std::string CsvErrors(const ExportCurve& curve, const ExportRow& row, ErrorKind kind) {
   if (!curve.HasErrors || !row.HasY) return ",,";
-  return "," + ShortestText(row.Error.X) + "," + ShortestText(row.Error.Y);
+  const RowError error = ErrorOf(row, kind);
+  return "," + ShortestText(error.X) + "," + ShortestText(error.Y);
 }
 
-std::string CsvRow(const ExportCurve& curve, const ExportRow& row, bool errors) {
+std::string CsvRow(const PointTable& table, const ExportCurve& curve, const ExportRow& row,
+                   bool errors) {
   std::string text = "," + (row.HasY ? ShortestText(row.Y) : std::string());
-  if (errors) text += CsvErrors(curve, row);
+  if (errors) text += CsvErrors(curve, row, table.Kind);
   return text;
 }
 
@@ -102,7 +130,8 @@ std::string CsvSideBySide(const PointTable& table, bool errors) {
   text += kLineEnd;
   for (std::size_t i = 0; i < table.Curves.front().Rows.size(); ++i) {
     text += ShortestText(table.Curves.front().Rows[i].X);
-    for (const ExportCurve& curve : table.Curves) text += CsvRow(curve, curve.Rows[i], errors);
+    for (const ExportCurve& curve : table.Curves)
+      text += CsvRow(table, curve, curve.Rows[i], errors);
     text += kLineEnd;
   }
   return text;
@@ -124,7 +153,7 @@ std::string CsvText(const PointTable& table) {
   for (const ExportCurve& curve : table.Curves) {
     const std::string start = several ? CsvString(curve.Name) + "," : "";
     for (const ExportRow& row : curve.Rows)
-      text += start + ShortestText(row.X) + CsvRow(curve, row, errors) + kLineEnd;
+      text += start + ShortestText(row.X) + CsvRow(table, curve, row, errors) + kLineEnd;
   }
   return text;
 }
@@ -137,7 +166,11 @@ std::string JsonText(const PointTable& table, const AxisCalibration& calibration
           ", \"width\": " + std::to_string(source.Width) +
           ", \"height\": " + std::to_string(source.Height) + "},\n";
   if (calibration.IsComplete()) text += JsonAxes(calibration, source.Height);
-  const auto errorsOf = [&](const ExportCurve& curve) { return table.Errors && curve.HasErrors; };
+  const auto errorsOf = [&](const ExportCurve& curve) {
+    if (!table.Errors || !curve.HasErrors) return Errors::None;
+    return table.Kind == ErrorKind::Standard && curve.HasStandard() ? Errors::Standard
+                                                                    : Errors::Pixel;
+  };
   if (table.Curves.size() == 1) {
     const ExportCurve& curve = table.Curves.front();
     return text + "  \"units\": {" + JsonUnits(curve, errorsOf(curve)) + ", " + kPictureUnits +

@@ -12,7 +12,8 @@ namespace graphize {
 struct PointTable {
   std::vector<ExportCurve> Curves;  // at least one
   bool CommonX = false;             // the curves' rows have the same X one by one
-  bool Errors = false;              // with the size of one pixel, where it is known
+  bool Errors = false;              // with the rows' errors, where they are known
+  ErrorKind Kind = ErrorKind::Standard;
 };
 
 /// The table as RFC 4180 has it: a header, commas, CR LF, decimal points. Numbers are the shortest
@@ -31,7 +32,10 @@ struct TableSource {
 
 /// The table with picture, axes and units as one JSON object (RFC 8259, UTF-8). Pixel rows count
 /// downward from the top. Points, and units of x and y, stand in the object of one curve, else in
-/// those of "curves", with their names. A value that there is not is null.
+/// those of "curves", with their names. A value that there is not is null. Where standard
+/// uncertainties are written, the size of one pixel stands beside them as "x_pixel" and "y_pixel",
+/// and points that the stroke was not seen at are "bridged". "ink" is what the ink check says of
+/// a point, where it was asked.
 std::string JsonText(const PointTable& table, const AxisCalibration& calibration,
                      const TableSource& source);
 

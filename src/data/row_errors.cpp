@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "base/number_pattern.h"
 #include "base/translation.h"
@@ -19,11 +20,58 @@ RowError RowErrorAt(PointStore::Rows rows, const AxisCalibration& calibration, f
   return {error.Y, error.X};
 }
 
-std::vector<RowError> RowErrorsOf(const PointStore& store, const AxisCalibration& calibration) {
+RowError StandardErrorAt(const AxisCalibration& c, int pictureHeight, const Place& place,
+                         const Certainty& certainty, float X, float Y) {
+  // Shares of both axes.
+  const double px = place.Column - static_cast<double>(c.PixelX[0]);
+  const double py = pictureHeight - static_cast<double>(place.Row) - c.PixelY[0];
+  const double cosine = c.CosAngle, sine = c.SinAngle;
+  const double width = c.XAxisLength, height = c.YAxisLength;
+  const double u = (px * cosine + py * sine) / width, v = (py * cosine - px * sine) / height;
+  // Each reference point is off by `click` in column and row, and turns the axes.
+  constexpr double click = 0.35;
+  const double turned = v * height / width;
+  const double axesX = click * std::sqrt((1 - u) * (1 - u) + u * u + 2 * turned * turned);
+  const double axesY = click * std::sqrt((1 - u - v) * (1 - u - v) + u * u + v * v);
+  const double right = certainty.AcrossColumns, up = -static_cast<double>(certainty.AcrossRows);
+  const double acrossX = std::fabs(right * cosine + up * sine);
+  const double acrossY = std::fabs(up * cosine - right * sine);
+  const double sigma = std::hypot(acrossX, acrossY);
+  const double ofX = sigma / std::max(acrossX / sigma, std::sqrt(0.5));
+  const double ofY = sigma / std::max(acrossY / sigma, 1.0 / 8);
+  const PixelSize pixel = PixelSizeAt(c, X, Y);
+  return {static_cast<float>(pixel.X * std::hypot(ofX, axesX)),
+          static_cast<float>(pixel.Y * std::hypot(ofY, axesY))};
+}
+
+bool HasStandardError(const PointStore& store, const AxisCalibration& calibration,
+                      int pictureHeight, int row) {
+  const PointId id = store.ListId[row];
+  if (!HasPlace(store, id) || !CertaintyOf(store, id).IsKnown()) return false;
+  const bool swapped = store.ListRows == PointStore::Rows::SwappedPlaces;
+  const Place& place = store.Places[id];
+  return Reads(calibration, place.Column, static_cast<float>(pictureHeight) - place.Row,
+               swapped ? store.ListY[row] : store.ListX[row],
+               swapped ? store.ListX[row] : store.ListY[row]);
+}
+
+std::vector<RowError> RowErrorsOf(const PointStore& store, const AxisCalibration& calibration,
+                                  int pictureHeight, ErrorKind kind) {
   std::vector<RowError> errors;
   errors.reserve(static_cast<std::size_t>(store.ListCount));
-  for (int i = 1; i <= store.ListCount; ++i)
-    errors.push_back(RowErrorAt(store.ListRows, calibration, store.ListX[i], store.ListY[i]));
+  const bool swapped = store.ListRows == PointStore::Rows::SwappedPlaces;
+  for (int i = 1; i <= store.ListCount; ++i) {
+    if (kind == ErrorKind::Pixel || !HasStandardError(store, calibration, pictureHeight, i)) {
+      errors.push_back(RowErrorAt(store.ListRows, calibration, store.ListX[i], store.ListY[i]));
+      continue;
+    }
+    const PointId id = store.ListId[i];
+    RowError error = StandardErrorAt(
+        calibration, pictureHeight, store.Places[id], CertaintyOf(store, id),
+        swapped ? store.ListY[i] : store.ListX[i], swapped ? store.ListX[i] : store.ListY[i]);
+    if (swapped) std::swap(error.X, error.Y);
+    errors.push_back(error);
+  }
   return errors;
 }
 
@@ -35,7 +83,7 @@ std::string HiddenDigits(const PointStore& store, const AxisCalibration& calibra
     const double step = std::fabs(static_cast<double>(pixel));
     return std::isfinite(value) && std::isnormal(step) ? MissingPlaces(value, pattern, step) : 0;
   };
-  const std::vector<RowError> pixels = RowErrorsOf(store, calibration);
+  const std::vector<RowError> pixels = RowErrorsOf(store, calibration, 0, ErrorKind::Pixel);
   for (int i = 1; i <= store.ListCount; ++i) {
     missingX = std::max(missingX, missing(store.ListX[i], formats.X, pixels[i - 1].X));
     missingY = std::max(missingY, missing(store.ListY[i], formats.Y, pixels[i - 1].Y));

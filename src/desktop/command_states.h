@@ -16,6 +16,7 @@ struct CommandStates {
   bool ShowLastPoint = true;  // check mark of MNU_OPT_ShowLastPoint
   bool Overlay = false;       // check mark of MNU_OPT_Overlay
   bool SaveErrors = false;    // check mark of MNU_FileSaveErrors
+  bool PixelErrors = false;   // then those of one pixel also where the uncertainty is known
 
   // Looked at when their menu opens.
   bool Paste = false;

@@ -39,11 +39,12 @@ struct FileQuestion {
 /// Why the question does not take this answer, in plain words; empty when it does.
 std::string Refusal(const FileQuestion& question, const std::filesystem::path& answer);
 
-/// A line of text asked of the user.
+/// A line of text asked of the user, one of `Choices` or typed.
 struct TextPrompt {
   std::string Prompt;
   std::string Caption;
   std::string Default;
+  std::vector<std::string> Choices = {};
 };
 
 /// What an operation asks of the world outside the records. Every member is always filled: the

@@ -7,6 +7,12 @@ namespace graphize {
 /// Halfway between black and white.
 inline constexpr double kMiddleOfRange = 127.5;
 
+/// A threshold as users choose it: a whole number from 1 to 255, and what is darker becomes black.
+inline constexpr int kMiddleLevel = 128;
+inline constexpr double ThresholdOf(int level) {
+  return level - 0.5;
+}
+
 /// Whether the picture holds exact black and exact white alone. Stops at the first other colour.
 bool IsBlackAndWhite(const Raster& picture);
 

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 
+#include "raster/picture_scaling.h"
+#include "raster/viewport.h"
+
 namespace graphize {
 
 namespace {
@@ -15,21 +18,46 @@ void Fill(Raster& part, int left, int top, int right, int bottom, std::uint32_t 
     std::fill(part.Row(y) + left, part.Row(y) + right + 1, pixel);
 }
 
-/// A cross of two strokes, `arm` pixels long from its middle and `breadth` to both sides.
-void Cross(Raster& part, int x, int y, int arm, int breadth, std::uint32_t pixel) {
-  Fill(part, x - arm, y - breadth, x + arm, y + breadth, pixel);
-  Fill(part, x - breadth, y - arm, x + breadth, y + arm, pixel);
-}
+/// Paints crosses, whose places are logical pixels, in screen pixels of a part.
+class Crosses {
+ public:
+  Crosses(Raster& part, int left, int top, const MarkScaling& scaling)
+      : part_(part), scaling_(scaling), left_(scaling.Left - left), top_(scaling.Top - top) {}
+
+  /// Of two strokes, `arm` long from the middle and `breadth` to both sides.
+  void Paint(const PlotOverlay::Point& point, int arm, int breadth, std::uint32_t pixel) {
+    const int x = PlaceOfMark(scaling_.Zoom, point.X), y = PlaceOfMark(scaling_.Zoom, point.Y);
+    const Range armX = At(left_, x, arm), armY = At(top_, y, arm);
+    const Range breadthX = At(left_, x, breadth), breadthY = At(top_, y, breadth);
+    Fill(part_, armX.First, breadthY.First, armX.Last, breadthY.Last, pixel);
+    Fill(part_, breadthX.First, armY.First, breadthX.Last, armY.Last, pixel);
+  }
+
+ private:
+  struct Range {
+    int First, Last;
+  };
+  Range At(double start, int place, int reach) const {
+    return {FirstScreenPixel(start, scaling_.Ratio, place - reach),
+            FirstScreenPixel(start, scaling_.Ratio, place + reach + 1) - 1};
+  }
+
+  Raster& part_;
+  const MarkScaling& scaling_;
+  double left_, top_;
+};
 
 }  // namespace
 
-void PaintMarks(Raster& part, int left, int top, const PlotOverlay::Marks& marks) {
+void PaintMarks(Raster& part, int left, int top, const PlotOverlay::Marks& marks,
+                const MarkScaling& scaling) {
   const std::uint32_t edge = PixelOfColour(EdgeColour(marks.MarkColour));
   const std::uint32_t inside = PixelOfColour(marks.MarkColour);
-  for (const auto& [x, y] : marks.Points)
-    Cross(part, x - left, y - top, kCurvePointReach + kMarkEdge, kMarkEdge, edge);
-  for (const auto& [x, y] : marks.Points)
-    Cross(part, x - left, y - top, kCurvePointReach, 0, inside);
+  Crosses crosses(part, left, top, scaling);
+  for (const PlotOverlay::Point& point : marks.Points)
+    crosses.Paint(point, kCurvePointReach + kMarkEdge, kMarkEdge, edge);
+  for (const PlotOverlay::Point& point : marks.Points)
+    crosses.Paint(point, kCurvePointReach, 0, inside);
 }
 
 }  // namespace graphize

@@ -3,15 +3,18 @@
 #include <optional>
 #include <vector>
 
+#include "base/bit_map.h"
 #include "base/palette.h"
 
 namespace graphize {
 
-/// What is painted above the raster and is never in it. Picture pixels, row downward.
+/// What is painted above the raster and is never in it.
 struct PlotOverlay {
+  /// A position on the picture, row downward; whole numbers are the pixels' centres.
   struct Point {
-    int X = 0, Y = 0;
+    float X = 0, Y = 0;
   };
+  /// Pixels, all included.
   struct Rectangle {
     int Left = 0, Top = 0, Right = 0, Bottom = 0;
 
@@ -34,9 +37,33 @@ struct PlotOverlay {
   Colour EditColour = kBlack, SelectedColour = kBlack;
   std::vector<Point> AxisPoints;
   Colour AxisColour = kBlack;
+
+  /// A position between pixels; a pixel's centre has whole numbers.
+  struct Position {
+    double X = 0, Y = 0;
+  };
+  /// What was read off the picture and is not taken over yet.
+  struct Preview {
+    struct Course {
+      std::vector<Position> Way;
+      bool IsDoubtful = false;
+    };
+    const BitMap* Ink = nullptr;  // pixels that count as the curve's; a record's, not owned
+    std::vector<Course> Courses;
+    std::vector<Position> Points;  // that would be captured
+    std::vector<Position> Clicks;
+    Colour MarkColour = kBlack;
+  };
+  std::vector<Preview> Previews;
 };
 
-/// Marks have an edge of this width around them, which makes them stand out from any ground.
+inline bool Contains(const PlotOverlay::Rectangle& area, const PlotOverlay::Point& point) {
+  return point.X >= static_cast<float>(area.Left) && point.X <= static_cast<float>(area.Right) &&
+         point.Y >= static_cast<float>(area.Top) && point.Y <= static_cast<float>(area.Bottom);
+}
+
+/// Lengths of marks are logical pixels, the same at every zoom. They have an edge of this width
+/// around them, which makes them stand out from any ground.
 inline constexpr int kMarkEdge = 1;
 /// The edge of a mark of this colour: a light mark has a dark one and the other way round.
 constexpr Colour EdgeColour(Colour mark) {
@@ -52,5 +79,7 @@ inline constexpr int kLastPointReach = 8;
 inline constexpr int kAxisPointReach = 9;
 /// And the frame around a selected point.
 inline constexpr int kEditMarkReach = 6;
+/// The largest of them all, with its edge.
+inline constexpr int kLargestReach = kAxisPointReach + kMarkEdge;
 
 }  // namespace graphize

@@ -7,10 +7,14 @@
 #include <QPainter>
 #include <QTimerEvent>
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "raster/curve_marks.h"
+#include "raster/picture_scaling.h"
+#include "raster/plot_marks_view.h"
 #include "widgets/keys.h"
+#include "widgets/paint_preview.h"
 #include "widgets/plot_cursor.h"
 #include "widgets/pointer.h"
 
@@ -25,79 +29,14 @@ int ButtonsOf(Qt::MouseButtons buttons) {
          (buttons.testFlag(Qt::MiddleButton) ? 4 : 0);
 }
 
-QColor ToQColor(Colour colour) {
-  return QColor::fromRgb(PixelOfColour(colour));
+/// The places of picture pixels, all of them included.
+QRect PlacesOf(const DirtyArea& area, double zoom) {
+  return {QPoint(FirstPlaceOf(zoom, area.Left), FirstPlaceOf(zoom, area.Top)),
+          QPoint(LastPlaceOf(zoom, area.Right), LastPlaceOf(zoom, area.Bottom))};
 }
 
-/// One pixel wide; both ends belong to it.
-QRect Stroke(int left, int top, int right, int bottom) {
-  return {QPoint(left, top), QPoint(right, bottom)};
-}
-
-/// First all edges, then the strokes: no edge covers a neighbour.
-void PaintStrokes(QPainter& painter, const QList<QRect>& strokes, Colour colour) {
-  const QColor inside = ToQColor(colour), edge = ToQColor(EdgeColour(colour));
-  for (const QRect& stroke : strokes)
-    painter.fillRect(stroke.adjusted(-kMarkEdge, -kMarkEdge, kMarkEdge, kMarkEdge), edge);
-  for (const QRect& stroke : strokes) painter.fillRect(stroke, inside);
-}
-
-/// Small crosses.
-void PaintDots(QPainter& painter, const std::vector<PlotOverlay::Point>& points, Colour colour) {
-  if (points.empty()) return;
-  QList<QRect> strokes;
-  strokes.reserve(static_cast<qsizetype>(2 * points.size()));
-  for (const auto& [x, y] : points) {
-    strokes << Stroke(x - kDataPointReach, y, x + kDataPointReach, y)
-            << Stroke(x, y - kDataPointReach, x, y + kDataPointReach);
-  }
-  PaintStrokes(painter, strokes, colour);
-}
-
-/// A cross that leaves its pixel and the ink around it free.
-void PaintCross(QPainter& painter, const PlotOverlay::Point& at, int reach, Colour colour) {
-  constexpr int kGap = 2 + kMarkEdge;
-  const auto [x, y] = at;
-  PaintStrokes(painter,
-               {Stroke(x - reach, y, x - kGap, y), Stroke(x + kGap, y, x + reach, y),
-                Stroke(x, y - reach, x, y - kGap), Stroke(x, y + kGap, x, y + reach)},
-               colour);
-}
-
-/// A frame around a point, and its corners alone.
-void PaintFrame(QPainter& painter, const PlotOverlay::Point& at, int reach, int corner,
-                Colour colour) {
-  const auto [x, y] = at;
-  QList<QRect> strokes;
-  for (const int side : {-reach, reach})
-    for (const auto& [from, to] : {std::pair(-reach, -reach + corner), {reach - corner, reach}})
-      strokes << Stroke(x + side, y + from, x + side, y + to)
-              << Stroke(x + from, y + side, x + to, y + side);
-  PaintStrokes(painter, strokes, colour);
-}
-
-/// The points of the list: where they are, which are selected, and which lies under the pointer.
-void PaintEditedPoints(QPainter& painter, const PlotOverlay& overlay) {
-  constexpr int kSelectedReach = 4;
-  PaintDots(painter, overlay.EditPoints, overlay.EditColour);
-  for (const PlotOverlay::Point& point : overlay.Selected)
-    PaintFrame(painter, point, kSelectedReach, kSelectedReach, overlay.SelectedColour);
-  if (overlay.Near) PaintFrame(painter, *overlay.Near, kEditMarkReach, 2, overlay.SelectedColour);
-}
-
-/// The pixels of the rubber band's outline: its four sides.
-QRegion OutlineOf(const PlotOverlay::Rectangle& band) {
-  const QRect outer(QPoint(band.Left, band.Top), QPoint(band.Right, band.Bottom));
-  return QRegion(outer).subtracted(outer.adjusted(1, 1, -1, -1));
-}
-
-/// Black and white by turns, so that it shows on ink and on paper.
-void PaintRubberBand(QPainter& painter, const QRegion& visible,
-                     const PlotOverlay::Rectangle& band) {
-  for (const QRect& side : OutlineOf(band) & visible) {
-    painter.fillRect(side, Qt::white);
-    painter.fillRect(side, QBrush(Qt::black, Qt::Dense4Pattern));
-  }
+bool IsWhole(double value) {
+  return value == std::floor(value);
 }
 
 }  // namespace
@@ -107,83 +46,200 @@ QImage AsImage(const Raster& raster) {
                 qsizetype{4} * raster.Width(), QImage::Format_RGB32);
 }
 
-PlotView::PlotView(const PlotImage& image, OverlayIn overlayIn, QWidget* parent)
-    : QWidget(parent), image_(image), overlayIn_(std::move(overlayIn)) {
+PlotView::PlotView(const PlotImage& image, const Viewport& view, OverlayIn overlayIn,
+                   QWidget* parent)
+    : QWidget(parent), image_(image), view_(view), overlayIn_(std::move(overlayIn)) {
   setObjectName(QStringLiteral("Plot"));
   setAccessibleName(tr("Picture of the graph"));
   setMouseTracking(true);
   setFocusPolicy(Qt::ClickFocus);  // keys meant for the picture do not go on to a value box
   setAttribute(Qt::WA_OpaquePaintEvent);
-  setCursor(PlotCursor(0, devicePixelRatioF()));
+  UseCursor(PlotCursor(0, devicePixelRatioF()));
   resize(0, 0);
 }
 
-void PlotView::Render(const DirtyArea& dirty,
+void PlotView::Render(const DirtyArea& raster, const DirtyArea& overlay,
                       const std::optional<PlotOverlay::Rectangle>& rubberBand) {
-  const QSize size(image_.Width(), image_.Height());
+  const double zoom = view_.Zoom;
+  levels_.Follow(image_.Pixels, raster);
+  const QSize size(ZoomedLength(zoom, image_.Width()), ZoomedLength(zoom, image_.Height()));
   if (this->size() != size) {
     resize(size);
     setVisible(!size.isEmpty());
   }
-  if (!dirty.IsEmpty())
-    update(QRect(QPoint(dirty.Left, dirty.Top), QPoint(dirty.Right, dirty.Bottom)));
+  if (std::exchange(zoomShown_, zoom) != zoom) update();
+  if (const QPoint place(-view_.X, -view_.Y); pos() != place) move(place);
+  if (!raster.IsEmpty()) update(PlacesOf(raster, zoom));
+  constexpr int kReach = kLargestReach + static_cast<int>(kLargestZoom) / 2 + 1;
+  if (!overlay.IsEmpty())
+    update(PlacesOf(overlay, zoom).adjusted(-kReach, -kReach, kReach, kReach));
   if (rubberBand_ == rubberBand) return;
   // Its old and new outline alone: what lies inside may be a whole page.
-  if (rubberBand_) update(OutlineOf(*rubberBand_));
-  if (rubberBand) update(OutlineOf(*rubberBand));
+  if (rubberBand_) update(OutlineOf(*rubberBand_, zoom));
+  if (rubberBand) update(OutlineOf(*rubberBand, zoom));
   rubberBand_ = rubberBand;
 }
 
-void PlotView::PaintWithCurves(QPainter& painter, const QRect& area,
-                               const PlotOverlay& overlay) const {
-  Raster part(area.width(), area.height());
-  for (int y = 0; y < area.height(); ++y)
-    std::copy_n(image_.Pixels.Row(area.top() + y) + area.left(), area.width(), part.Row(y));
-  for (const PlotOverlay::Marks& marks : overlay.Curves)
-    PaintMarks(part, area.left(), area.top(), marks);
-  painter.drawImage(area.topLeft(), AsImage(part));
+PlotOverlay::Rectangle PlotView::PixelsAround(const QRect& area) const {
+  const double zoom = view_.Zoom;
+  // A mark begins beside its pixel.
+  const int reach = static_cast<int>(std::ceil(kLargestReach / zoom)) + 1;
+  return {PixelAt(zoom, area.left()) - reach, PixelAt(zoom, area.top()) - reach,
+          PixelAt(zoom, area.right()) + reach, PixelAt(zoom, area.bottom()) + reach};
+}
+
+void PlotView::PaintPicture(QPainter& painter, const QRegion& region, const PlotOverlay& overlay) {
+  const QTransform device = painter.deviceTransform();
+  const double ratio = device.m11();
+  const PictureScaling scaling{ratio * view_.Zoom, device.dx(), device.dy()};
+  if (scaling.Scale == 1 && ratio == 1 && IsWhole(scaling.Left) && IsWhole(scaling.Top) &&
+      overlay.Curves.empty()) {
+    const QImage picture = AsImage(image_.Pixels);
+    for (const QRect& part : region) painter.drawImage(part, picture, part);
+    return;
+  }
+  painter.save();
+  painter.setWorldTransform(device.inverted());  // from here on in the screen's pixels
+  const auto screen = [ratio](double start, int place) {
+    return FirstScreenPixel(start, ratio, place);
+  };
+  for (const QRect& area : region) {
+    const int left = screen(scaling.Left, area.left()), top = screen(scaling.Top, area.top());
+    Raster part(screen(scaling.Left, area.right() + 1) - left,
+                screen(scaling.Top, area.bottom() + 1) - top);
+    PaintScaled(part, left, top, image_.Pixels, levels_, scaling);
+    for (const PlotOverlay::Marks& marks : overlay.Curves)
+      PaintMarks(part, left, top, marks, {view_.Zoom, ratio, scaling.Left, scaling.Top});
+    painter.drawImage(left, top, AsImage(part));
+  }
+  painter.restore();
 }
 
 void PlotView::paintEvent(QPaintEvent* event) {
-  if (!image_.IsPresent()) return;
+  const QRect area = event->rect() & rect();
+  if (!image_.IsPresent() || area.isEmpty()) return;
   QPainter painter(this);
-  const QImage picture = AsImage(image_.Pixels);
-  const QRect area = event->rect() & picture.rect();
-  const PlotOverlay overlay = overlayIn_({area.left(), area.top(), area.right(), area.bottom()});
-  if (overlay.Curves.empty())
-    for (const QRect& part : event->region() & area) painter.drawImage(part, picture, part);
+  const PlotOverlay overlay = overlayIn_(PixelsAround(area));
+  PaintPicture(painter, event->region() & area, overlay);
+  if (!overlay.Previews.empty()) {
+    painter.save();
+    painter.scale(view_.Zoom, view_.Zoom);
+    const PlotOverlay::Rectangle seen = PixelsAround(area);
+    for (const PlotOverlay::Preview& preview : overlay.Previews)
+      PaintPreview(painter, preview,
+                   QRect(QPoint(seen.Left, seen.Top), QPoint(seen.Right, seen.Bottom)));
+    painter.restore();
+  }
+  PaintOverlay(painter, overlay, view_.Zoom);
+  if (rubberBand_) PaintRubberBand(painter, event->region(), *rubberBand_, view_.Zoom);
+}
+
+void PlotView::UseCursor(const QCursor& cursor) {
+  cursor_ = cursor;
+  ShowCursor();
+}
+
+void PlotView::ShowCursor() {
+  if (pansWith_ != Qt::NoButton)
+    setCursor(Qt::ClosedHandCursor);
   else
-    PaintWithCurves(painter, area, overlay);
-  PaintDots(painter, overlay.DataPoints, overlay.DataColour);
-  PaintEditedPoints(painter, overlay);
-  if (overlay.LastPoint)
-    PaintCross(painter, *overlay.LastPoint, kLastPointReach, overlay.LastColour);
-  for (const PlotOverlay::Point& point : overlay.AxisPoints)
-    PaintCross(painter, point, kAxisPointReach, overlay.AxisColour);
-  if (rubberBand_) PaintRubberBand(painter, event->region(), *rubberBand_);
+    setCursor(mayPan_ ? QCursor(Qt::OpenHandCursor) : cursor_);
 }
 
-void PlotView::TellMove(QPoint position, int button, int shift) {
-  emit Moved(button, shift, static_cast<float>(position.x()), static_cast<float>(position.y()));
+void PlotView::LetPan(bool pan) {
+  if (std::exchange(mayPan_, pan) != pan) ShowCursor();
 }
 
-bool PlotView::ShowsPixel(QPoint position) const {
-  return window()->childAt(mapTo(window(), position)) == this;
+bool PlotView::BeginPan(const QMouseEvent& event) {
+  const Qt::MouseButton button = event.button();
+  if (button != Qt::MiddleButton && !(mayPan_ && button == Qt::LeftButton)) return false;
+  if (event.buttons() != button) return false;  // another one drags something
+  pansWith_ = button;
+  pannedTo_ = event.scenePosition();
+  ShowCursor();
+  return true;
+}
+
+void PlotView::Pan(const QMouseEvent& event) {
+  if (!event.buttons().testFlag(pansWith_)) return EndPan();
+  const QPoint by = (event.scenePosition() - pannedTo_).toPoint();
+  pannedTo_ += by;
+  if (!by.isNull()) emit Panned(by.x(), by.y());
+}
+
+void PlotView::EndPan() {
+  pansWith_ = Qt::NoButton;
+  ShowCursor();
+  ReadPointer();
+}
+
+PlotView::Position PlotView::PositionAt(QPointF place) const {
+  const double zoom = view_.Zoom;
+  // A screen's way outside is a long one on a picture seen from afar.
+  constexpr int kOutside = 1000;
+  const auto pixelAt = [zoom](double at, int length) {
+    const int pixel = PixelAt(zoom, at);
+    return zoom < 1 ? std::clamp(pixel, -kOutside, length + kOutside) : pixel;
+  };
+  const int column = pixelAt(place.x(), image_.Width()), row = pixelAt(place.y(), image_.Height());
+  if (!parts_ || zoom <= 1 || !image_.Contains(column, row))
+    return {static_cast<float>(column), static_cast<float>(row)};
+  // Whole numbers are the pixels' centres.
+  const auto within = [zoom](double at, int length) {
+    return static_cast<float>(std::clamp(at / zoom - 0.5, 0.0, length - 1.0));
+  };
+  return {within(place.x(), image_.Width()), within(place.y(), image_.Height())};
+}
+
+void PlotView::TellMove(const Position& position, int button, int shift) {
+  emit Moved(button, shift, position.X, position.Y);
+}
+
+bool PlotView::Shows(QPointF place) const {
+  const QPoint pixel(static_cast<int>(std::floor(place.x())),
+                     static_cast<int>(std::floor(place.y())));
+  return window()->childAt(mapTo(window(), pixel)) == this;
 }
 
 void PlotView::ReadPointer() {
-  const QPoint position = PointerPixel(this);
-  if (rect().contains(position)) TellMove(position, ButtonsOf(QGuiApplication::mouseButtons()), 0);
+  const QPointF place = PointerPlace(this);
+  if (QRectF(rect()).contains(place))
+    TellMove(PositionAt(place), ButtonsOf(QGuiApplication::mouseButtons()), 0);
+}
+
+int PlotView::WayTo(double place, int pixel) const {
+  const double zoom = view_.Zoom;
+  int middle = static_cast<int>(std::floor((pixel + 0.5) * zoom));
+  if (PixelAt(zoom, middle) < pixel) ++middle;
+  return middle - static_cast<int>(std::floor(place));
+}
+
+int PlotView::WayBy(double place, int pixels) const {
+  const bool eachIsSeen = view_.Zoom >= 1 && !(parts_ && view_.Zoom > 1);
+  return pixels == 0 || !eachIsSeen ? pixels : WayTo(place, PixelAt(view_.Zoom, place) + pixels);
+}
+
+bool PlotView::MovePointer(int dx, int dy) {
+  const QPointF place = PointerPlace(this);
+  return MovePointerBy(this, WayBy(place.x(), dx), WayBy(place.y(), dy));
+}
+
+bool PlotView::PointAt(int x, int y) {
+  setFocus(Qt::ShortcutFocusReason);
+  const QPointF place = PointerPlace(this);
+  return MovePointerBy(this, WayTo(place.x(), x), WayTo(place.y(), y));
 }
 
 void PlotView::mouseMoveEvent(QMouseEvent* event) {
-  const QPoint pixel =
-      std::exchange(entered_, false) ? EnteredPixel(this, event) : PixelOf(this, event);
-  TellMove(pixel, ButtonsOf(event->buttons()), ShiftState(event->modifiers()));
+  if (pansWith_ != Qt::NoButton) return Pan(*event);
+  const QPointF place =
+      std::exchange(entered_, false) ? EnteredPlace(this, event) : PlaceOf(this, event);
+  TellMove(PositionAt(place), ButtonsOf(event->buttons()), ShiftState(event->modifiers()));
 }
 
 void PlotView::mousePressEvent(QMouseEvent* event) {
-  const QPoint position = PixelOf(this, event);
+  if (pansWith_ != Qt::NoButton || BeginPan(*event)) return;
+  const Position position = PositionAt(PlaceOf(this, event));
   const int button = ButtonsOf(event->button()), shift = ShiftState(event->modifiers());
   // A press acts on what the move before it has read, with the axes as they are now.
   TellMove(position, ButtonsOf(event->buttons() & ~event->button()), shift);
@@ -192,23 +248,27 @@ void PlotView::mousePressEvent(QMouseEvent* event) {
     secondPress_ = event->type() == QEvent::MouseButtonDblClick;
   }
   heldOutside_.start(kScrollInterval, this);
-  emit Pressed(button, shift, static_cast<float>(position.x()), static_cast<float>(position.y()));
+  emit Pressed(button, shift, position.X, position.Y);
 }
 
 void PlotView::mouseReleaseEvent(QMouseEvent* event) {
-  const QPoint position = PixelOf(this, event);
-  emit Released(ButtonsOf(event->button()), ShiftState(event->modifiers()),
-                static_cast<float>(position.x()), static_cast<float>(position.y()));
+  if (pansWith_ != Qt::NoButton) {
+    if (event->button() == pansWith_) EndPan();
+    return;
+  }
+  const QPointF place = PlaceOf(this, event);
+  const Position position = PositionAt(place);
+  emit Released(ButtonsOf(event->button()), ShiftState(event->modifiers()), position.X, position.Y);
   if (event->button() != Qt::LeftButton) return;
-  if (std::exchange(leftPressedHere_, false) && ShowsPixel(position)) emit Clicked(secondPress_);
+  if (std::exchange(leftPressedHere_, false) && Shows(place)) emit Clicked(secondPress_);
 }
 
 void PlotView::timerEvent(QTimerEvent* event) {
   if (event->timerId() != heldOutside_.timerId()) return QWidget::timerEvent(event);
   const int buttons = ButtonsOf(QGuiApplication::mouseButtons());
   if (buttons == 0) return heldOutside_.stop();
-  const QPoint position = PointerPixel(this);
-  if (!visibleRegion().contains(position)) TellMove(position, buttons, 0);
+  const QPointF place = PointerPlace(this);
+  if (!QRegion(visibleRegion()).contains(place.toPoint())) TellMove(PositionAt(place), buttons, 0);
 }
 
 void PlotView::mouseDoubleClickEvent(QMouseEvent* event) {
@@ -217,8 +277,8 @@ void PlotView::mouseDoubleClickEvent(QMouseEvent* event) {
 
 void PlotView::enterEvent(QEnterEvent* event) {
   entered_ = true;
-  const QPoint position = EnteredPixel(this, event);
-  emit Entered(static_cast<float>(position.x()), static_cast<float>(position.y()));
+  const Position position = PositionAt(EnteredPlace(this, event));
+  emit Entered(position.X, position.Y);
 }
 
 void PlotView::leaveEvent(QEvent*) {

@@ -8,9 +8,14 @@ namespace graphize {
 /// Width and height of a picture that can be opened, in pixels: positions are 16-bit numbers.
 inline constexpr std::int64_t kMaxPictureSide = 32767;
 inline constexpr std::int64_t kMaxPicturePixels = 160'000'000;
+/// And of a file that is decoded, of which then a part is taken or that is scaled.
+inline constexpr std::int64_t kMaxDecodedSide = 1'000'000;
 
 /// Why a picture of this size is not opened, a sentence in plain words; empty when it is.
 std::string SizeRefusal(std::int64_t width, std::int64_t height);
+
+/// Why a file of this size is not decoded.
+std::string DecodeRefusal(std::int64_t width, std::int64_t height);
 
 /// The limits in a sentence.
 std::string SizeRule();

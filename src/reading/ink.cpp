@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <map>
 #include <numbers>
 
@@ -112,6 +113,42 @@ std::vector<Rgb> InkDirections(const Raster& picture, const Paper& paper) {
     if (left.size() == before) break;
   }
   return found;
+}
+
+std::vector<PictureInk> InksOf(const Raster& picture, const Paper& paper) {
+  const std::vector<Rgb> directions = InkDirections(picture, paper);
+  std::vector<std::vector<float>> lengths(directions.size());
+  std::size_t all = 0;
+  for (const Rgb& d : Ridges(picture, paper)) {
+    const auto nearest = std::max_element(directions.begin(), directions.end(),
+                                          [&](Rgb a, Rgb b) { return Dot(a, d) < Dot(b, d); });
+    const float length = Length(d);
+    if (nearest == directions.end() || length < 3.5f * paper.Grain ||
+        Dot(*nearest, d) < CosineOf(14) * length)
+      continue;
+    lengths[static_cast<std::size_t>(nearest - directions.begin())].push_back(length);
+    ++all;
+  }
+  std::vector<PictureInk> inks;
+  for (std::size_t i = 0; i < directions.size(); ++i) {
+    std::vector<float>& left = lengths[i];
+    std::sort(left.begin(), left.end(), std::greater());
+    // From the strongest down: what is weaker than half of it, and as even among itself, is drawn
+    // with another ink, such as a pale grid.
+    for (std::size_t first = 0; first < left.size();) {
+      const float strength = left[first + (left.size() - first) / 12];
+      std::size_t end = first;
+      while (end < left.size() && left[end] >= 0.45f * strength) ++end;
+      if (end - first >= std::max<std::size_t>(8, all / 400))
+        inks.push_back({{directions[i], strength},
+                        paper.Colour - strength * directions[i],
+                        static_cast<float>(end - first) / static_cast<float>(all)});
+      first = std::max(end, first + 1);
+    }
+  }
+  std::stable_sort(inks.begin(), inks.end(),
+                   [](const PictureInk& a, const PictureInk& b) { return a.Share > b.Share; });
+  return inks;
 }
 
 std::optional<Ink> InkAt(const Raster& picture, const Paper& paper,

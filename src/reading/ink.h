@@ -18,6 +18,15 @@ struct Ink {
 /// first, no two nearer than 8 degrees.
 std::vector<Rgb> InkDirections(const Raster& picture, const Paper& paper);
 
+/// An ink of the picture, pale and dark ones of one direction told apart.
+struct PictureInk {
+  Ink Of;
+  Rgb Colour;       // in full, on the paper
+  float Share = 0;  // of the strokes' pixels
+};
+/// The inks that strokes are drawn with, the most used first.
+std::vector<PictureInk> InksOf(const Raster& picture, const Paper& paper);
+
 /// The ink of the stroke nearest to a click within `reach` pixels; absent where there is only
 /// paper.
 std::optional<Ink> InkAt(const Raster& picture, const Paper& paper,

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <tuple>
 
 namespace graphize {
 
@@ -36,7 +35,7 @@ struct Profiles {
   Profile Level, Upright;
 };
 
-Profiles ProfilesOf(const InkMap& map, const AxesFrame& frame) {
+Profiles ProfilesOf(const InkMap& map, const AxesFrame& frame, const PictureOperation& operation) {
   Profiles profiles;
   const auto prepare = [&](Profile& profile, double from, double to, double length) {
     profile.First = static_cast<int>(std::floor(from)) - 1;
@@ -57,7 +56,7 @@ Profiles ProfilesOf(const InkMap& map, const AxesFrame& frame) {
     const auto bin = static_cast<std::size_t>(std::lround(across) - profile.First);
     profile.Bins[bin][static_cast<std::size_t>(part * profile.Sections)] += share;
   };
-  for (int y = 0; y < map.Height; ++y) {
+  for (int y = 0; y < map.Height && !operation.Stopped; ++y) {
     for (int x = 0; x < map.Width; ++x) {
       const auto share = static_cast<float>(map.Share(x, y));
       if (share <= 0) continue;
@@ -144,25 +143,11 @@ void TakeOut(const std::vector<std::optional<LineBin>>& lines, const Profile& pr
 
 }  // namespace
 
-AxesFrame FrameOf(const AxisCalibration& calibration, int width, int height) {
-  AxesFrame frame{.Right = width - 1.0, .Bottom = height - 1.0};
-  if (!calibration.IsComplete()) return frame;
-  const auto x = [&](int i) { return static_cast<double>(calibration.PixelX[i]); };
-  const auto y = [&](int i) { return static_cast<double>(height - calibration.PixelY[i]); };
-  double dx = x(1) - x(0), dy = y(1) - y(0);
-  if (dx < 0) dx = -dx, dy = -dy;
-  const double length = std::hypot(dx, dy);
-  frame.Cos = dx / length;
-  frame.Sin = dy / length;
-  std::tie(frame.Left, frame.Right) = std::minmax({frame.U(x(0), y(0)), frame.U(x(1), y(1))});
-  std::tie(frame.Top, frame.Bottom) = std::minmax({frame.V(x(0), y(0)), frame.V(x(2), y(2))});
-  return frame;
-}
-
-std::vector<PlotLine> TakeOutLines(InkMap& map, const AxesFrame& frame, double x, double y) {
+std::vector<PlotLine> TakeOutLines(InkMap& map, const AxesFrame& frame, double x, double y,
+                                   const PictureOperation& operation) {
   std::vector<PlotLine> found;
   if (frame.Right - frame.Left < kLeastSide || frame.Bottom - frame.Top < kLeastSide) return found;
-  const Profiles profiles = ProfilesOf(map, frame);
+  const Profiles profiles = ProfilesOf(map, frame, operation);
   const auto level = LinesIn(profiles.Level), upright = LinesIn(profiles.Upright);
   const auto note = [&](const auto& lines, const Profile& profile, bool isLevel) {
     for (std::size_t i = 0; i < lines.size(); ++i)
@@ -180,9 +165,8 @@ std::vector<PlotLine> TakeOutLines(InkMap& map, const AxesFrame& frame, double x
       for (int beyond = 2; beyond <= 26; ++beyond) {
         const double along = offset + towards * beyond, across = line.Offset;
         const double u = isLevel ? across : along, v = isLevel ? along : across;
-        const double px = u * frame.Cos - v * frame.Sin, py = u * frame.Sin + v * frame.Cos;
-        const double share =
-            map.Share(static_cast<int>(std::lround(px)), static_cast<int>(std::lround(py)));
+        const double share = map.Share(static_cast<int>(std::lround(frame.X(u, v))),
+                                       static_cast<int>(std::lround(frame.Y(u, v))));
         without += share < 0.3 ? 1 : 0;
       }
       return without <= 2;
@@ -200,7 +184,7 @@ std::vector<PlotLine> TakeOutLines(InkMap& map, const AxesFrame& frame, double x
   const auto left = side(false, -1), right = side(false, 1);
   if (found.empty()) return found;
 
-  for (int row = 0; row < map.Height; ++row) {
+  for (int row = 0; row < map.Height && !operation.Stopped; ++row) {
     for (int column = 0; column < map.Width; ++column) {
       const double u = frame.U(column, row), v = frame.V(column, row);
       std::uint8_t& value = map.At(column, row);

@@ -264,6 +264,7 @@ CurveReading ReadCurve(const Raster& picture, const AxisCalibration& calibration
     return none;
   };
   const Paper paper = PaperOf(picture);
+  if (operation.Stopped) return stopped();
   const std::vector<Rgb> directions = InkDirections(picture, paper);
   if (operation.Stopped) return stopped();
   const std::optional<Ink> ink = InkAt(picture, paper, directions, x, y, kClickReach);
@@ -275,7 +276,7 @@ CurveReading ReadCurve(const Raster& picture, const AxisCalibration& calibration
   InkMap& map = reading.Map;
   if (operation.Stopped) return stopped();
   DrawWalls(map, request.Walls);
-  TakeOutLines(map, FrameOf(calibration, picture.Width(), picture.Height()), x, y);
+  TakeOutLines(map, FrameOf(calibration, picture.Width(), picture.Height()), x, y, operation);
   operation.Advance(1);
   if (operation.Stopped) return stopped();
   const int column = static_cast<int>(std::lround(x)), row = static_cast<int>(std::lround(y));

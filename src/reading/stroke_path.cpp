@@ -175,6 +175,7 @@ std::vector<PathPixel> FindHalfPath(const InkMap& map, PathPixel start, int step
       bestRow = column.Top + static_cast<int>(most - column.Gain.begin());
     }
     columns.push_back(std::move(column));
+    columns[columns.size() - 2].Gain = {};  // the way back asks for the steps alone
   }
   std::vector<PathPixel> path;
   int y = bestRow;
@@ -183,7 +184,7 @@ std::vector<PathPixel> FindHalfPath(const InkMap& map, PathPixel start, int step
     const int x = start.X + step * static_cast<int>(i);
     path.push_back({x, y});
     for (;;) {
-      const int along = column.Along[static_cast<std::size_t>(y - column.Top)];
+      const auto along = column.Along[static_cast<std::size_t>(y - column.Top)];
       if (along == 0) break;
       y += along;
       path.push_back({x, y});

@@ -31,6 +31,10 @@ struct Name {
   std::string operator()(const TraceStep&) const { return WithPoints(Marked("Trace"), Points); }
   std::string operator()(const ScanStep&) const { return WithPoints(Marked("Scan"), Points); }
   std::string operator()(const ReadStep&) const { return WithPoints(Marked("Read Curve"), Points); }
+  std::string operator()(const SymbolsStep&) const {
+    return WithPoints(Marked("Find Symbols"), Points);
+  }
+  std::string operator()(const ReadAllStep&) const { return Tr("Read All Curves"); }
   std::string operator()(const BlockStep&) const { return Tr("Blocker"); }
   std::string operator()(const ClearLastBlockerStep&) const { return Tr("Clear last blocker"); }
   std::string operator()(const ClearBlockersStep&) const { return Tr("Clear all blockers"); }
@@ -41,6 +45,8 @@ struct Name {
   std::string operator()(const ImageToolStep& step) const { return Tr(TextsOf(step.Tool).Caption); }
   std::string operator()(const UndoImageToolStep&) const { return Tr("Undo of an image tool"); }
   std::string operator()(const BlackWhiteStep&) const { return Tr("Black and white"); }
+  std::string operator()(const InkStep&) const { return Tr("Ink from Colour"); }
+  std::string operator()(const ShowColoursStep&) const { return Tr("Show Colours"); }
   std::string operator()(const RefreshStep&) const { return ""; }
   std::string operator()(const ClearDataStep&) const { return Tr("Clear all data"); }
   std::string operator()(const ResetStep&) const { return Tr("Reset"); }

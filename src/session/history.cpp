@@ -1,7 +1,6 @@
 #include "session/history.h"
 
 #include <algorithm>
-#include <cmath>
 #include <iterator>
 #include <set>
 #include <span>
@@ -63,11 +62,11 @@ void ExchangeSteps(std::vector<Step>& steps, Change& change) {
   change.Steps = std::move(other);
 }
 
-/// The points that the only step of a command moves as keys do: by a pixel or a tenth at most.
-PointSet NudgedPoints(std::span<const Step> done) {
+/// The points that a command has moved by keys alone.
+PointSet NudgedPoints(PointEdit& edit, std::span<const Step> done) {
+  const bool byKeys = std::exchange(edit.ByKeys, false);
   const auto* move = done.size() == 1 ? std::get_if<MovePointsStep>(&done.front()) : nullptr;
-  const bool isNudge = move != nullptr && std::abs(move->Columns) <= 1 && std::abs(move->Rows) <= 1;
-  return isNudge ? move->Points : PointSet();
+  return byKeys && move != nullptr ? move->Points : PointSet();
 }
 
 void ApplyRaster(PlotImage& plot, std::vector<RasterEvent>& events, bool back) {
@@ -201,8 +200,9 @@ void History::Commit(Workspace& ws) {
   std::string name;
   const std::size_t steps = ws.recipe.Number == recipe_ ? steps_ : 0;
   std::optional<Change> change = FindChange(ws, name);
+  const PointSet nudged =
+      NudgedPoints(ws.pointEdit, std::span<const Step>(ws.recipe.Steps).subspan(steps));
   if (!change) return;
-  const PointSet nudged = NudgedPoints(std::span<const Step>(ws.recipe.Steps).subspan(steps));
   if (Join(*change, nudged)) return;
   if (HasShared(*change)) sharedChanged_ = true;
   bytes_ += change->Bytes;
@@ -281,6 +281,7 @@ bool History::Apply(Workspace& ws, Way way) {
   Commit(ws);
   if (way == Way::Back ? undo_.empty() : redo_.empty()) return false;
   const int width = ws.plot.Width(), height = ws.plot.Height();
+  const AxisCalibration axes = ws.calibration;
   DropPassing(ws);
   if (way == Way::Back) {
     redo_.push_back(std::move(undo_.back()));
@@ -296,10 +297,9 @@ bool History::Apply(Workspace& ws, Way way) {
     ws.status.Status = Tr("Done again: %1", undo_.back().Name);
   }
   if (ws.plot.Width() != width || ws.plot.Height() != height) {
-    const Viewport view = ws.view;
     ResetScrBars(ws.view, ws.plot.Width(), ws.plot.Height());
-    ScrollTo(ws.view, view.X, view.Y);
   }
+  if (ws.calibration != axes) ClearReadOut(ws.readOut);
   UpdateEditMenu(ws.store, ws.commands);
   DropOldest();
   ShowNames(ws);

@@ -10,8 +10,10 @@
 #include "base/whole_file.h"
 #include "codecs/file_format.h"
 #include "codecs/picbuf.h"
+#include "session/journal_frame.h"
 #include "session/kept_raster.h"
-#include "workspace/picture_commands.h"
+#include "workspace/recipe_options.h"
+#include "workspace/shown_picture.h"
 
 namespace graphize {
 
@@ -36,7 +38,7 @@ bool NeedsCopy(const Workspace& ws) {
 }  // namespace
 
 Journal::Journal(fs::path sessions, std::size_t most, Clock clock)
-    : sessions_(std::move(sessions)), most_(most), clock_(std::move(clock)) {}
+    : sessions_(std::move(sessions)), most_(most), clock_(clock) {}
 
 bool Journal::Begin() {
   if (!folder_.empty()) return true;
@@ -108,18 +110,29 @@ bool Journal::TakePicture(Workspace& ws, const fs::path& copy) {
 }
 
 void Journal::Append(Workspace& ws, const DocumentDelta& delta) {
-  if (sessions_.empty() || !delta.Any) return;
+  if (sessions_.empty()) return;
+  // What no command notes: options, and what is saved with the project.
+  std::vector<std::string> options = OptionValues(ws);
+  const bool isOther = options != options_ || ws.projectsSaved != projectsSaved_;
+  if (!delta.Any && !isOther) return;
+  options_ = std::move(options);
+  projectsSaved_ = ws.projectsSaved;
   const bool isEmpty = ws.recipe.Steps.empty() && !ws.plot.IsPresent();
   if ((file_ == nullptr && isEmpty) || !Begin()) return;
+  DocumentDelta told = delta;
+  told.Records = told.Records || isOther;
   std::error_code failure;
   if (whole_ && !delta.Anew && file_->Size() <= std::max(most_, 2 * start_)) {
-    failure = file_->Append(EventText(ws, delta, {number_ + 1, clock_()}, told_));
+    failure = file_->Append(EventText(ws, told, {number_ + 1, clock_()}, told_));
     if (!failure) ++number_;
     whole_ = !failure;
   } else {
-    failure = WriteWhole(ws, delta);
+    failure = WriteWhole(ws, told);
   }
+  // A picture that found no room may have it by now.
+  if (!failure && complained_) notKept_.reset();
   Tell(failure);
+  if (failure && file_ == nullptr) LeaveNothing(ws);
 }
 
 std::error_code Journal::WriteWhole(Workspace& ws, const DocumentDelta& delta) {
@@ -145,6 +158,13 @@ std::error_code Journal::WriteWhole(Workspace& ws, const DocumentDelta& delta) {
   start_ = file_->Size();
   whole_ = true;
   return {};
+}
+
+void Journal::LeaveNothing(Workspace& ws) {
+  RemoveSession(folder_);
+  folder_.clear();
+  lock_.LetGo();
+  ws.picture.KeptCopy.clear();
 }
 
 bool Journal::Flush() {

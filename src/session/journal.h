@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 #include <system_error>
+#include <vector>
 
 #include "base/append_file.h"
 #include "base/lock_file.h"
@@ -61,6 +62,8 @@ class Journal {
   bool Begin();
   std::error_code WriteWhole(Workspace& ws, const DocumentDelta& delta);
   void Tell(const std::error_code& failure);
+  /// A journal that could not begin: nothing of the session stays on the disk.
+  void LeaveNothing(Workspace& ws);
   std::filesystem::path FreePictureName() const;
 
   std::filesystem::path sessions_, folder_;
@@ -70,6 +73,8 @@ class Journal {
   std::unique_ptr<AppendFile> file_;
   std::unique_ptr<AppendFile> before_;  // until the one that follows it is on the disk
   ToldCurves told_;
+  std::vector<std::string> options_;  // as they were told last
+  int projectsSaved_ = 0;
   int number_ = 0;         // of the last event
   std::size_t start_ = 0;  // bytes of the whole document at the beginning of the file
   bool whole_ = false;     // the file tells all of the document

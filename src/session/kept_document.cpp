@@ -3,8 +3,8 @@
 #include "base/numbers.h"
 #include "data/list_edit.h"
 #include "workspace/capture_commands.h"
-#include "workspace/picture_commands.h"
 #include "workspace/recipe_options.h"
+#include "workspace/shown_picture.h"
 #include "workspace/toolbar.h"
 
 namespace graphize {
@@ -52,7 +52,7 @@ KeptDocument Keep(const Workspace& ws) {
                     .Active = ws.curves.Active,
                     .DataFileName = ws.dataFileName,
                     .DataFileTitle = ws.dataFileTitle,
-                    .Options = {},
+                    .Options = OptionValues(ws),
                     .Steps = {.Steps = ws.recipe.Steps,
                               .Pictures = ws.recipe.Pictures,
                               .SavedPoints = ws.recipe.SavedPoints,
@@ -60,7 +60,6 @@ KeptDocument Keep(const Workspace& ws) {
                               .Replaced = {}}};
   kept.Curves[static_cast<std::size_t>(kept.Active)].Points =
       std::make_shared<const PointStore>(ws.store);
-  for (const RecipeOption& option : RecipeOptions()) kept.Options.push_back(option.Read(ws));
   return kept;
 }
 
@@ -99,10 +98,7 @@ void BringBack(Workspace& ws, const Desktop& desktop, KeptDocument&& kept) {
   ws.recipe = std::move(kept.Steps);
   ws.recipe.BroughtBack = true;
 
-  ws.readOut.XValue.clear();
-  ws.readOut.YValue.clear();
-  ws.readOut.XPOS.clear();
-  ws.readOut.YPos.clear();
+  ClearReadOut(ws.readOut);
   ws.mode = CanPress(ws, ModeKey(kept.InMode)) ? kept.InMode : Mode::None;
   if (ws.mode == Mode::Graphize) ChooseErrorDisplay(ws, desktop);
   ShowModeHint(ws);

@@ -14,7 +14,16 @@ namespace graphize {
 namespace {
 
 constexpr std::string_view kHeader = "id,column,row,x,y\n";
-constexpr std::size_t kMostInLine = 96;  // bytes: an id and four numbers
+constexpr std::string_view kCertainHeader =
+    "id,column,row,x,y,across_columns,across_rows,bridged\n";
+constexpr std::size_t kMostInLine = 160;  // bytes: an id and seven numbers
+
+bool AnyCertain(const PointStore& store, const std::vector<PointId>& ids, std::size_t first,
+                std::size_t last) {
+  return std::any_of(ids.begin() + static_cast<std::ptrdiff_t>(first),
+                     ids.begin() + static_cast<std::ptrdiff_t>(last) + 1,
+                     [&](PointId id) { return CertaintyOf(store, id) != Certainty(); });
+}
 
 template <class Value>
 char* Put(char* at, Value value) {
@@ -25,8 +34,10 @@ char* Put(char* at, Value value) {
 std::string RowsText(const PointStore& store, const std::vector<PointId>& ids,
                      const std::vector<float>& xs, const std::vector<float>& ys, std::size_t first,
                      std::size_t last) {
-  std::string text(kHeader.size() + (last + 1 - first) * kMostInLine, '\0');
-  char* at = std::copy(kHeader.begin(), kHeader.end(), text.data());
+  const bool isCertain = first <= last && AnyCertain(store, ids, first, last);
+  const std::string_view header = isCertain ? kCertainHeader : kHeader;
+  std::string text(header.size() + (last + 1 - first) * kMostInLine, '\0');
+  char* at = std::copy(header.begin(), header.end(), text.data());
   for (std::size_t i = first; i <= last; ++i) {
     at = Put(at, ids[i]);
     *at++ = ',';
@@ -38,6 +49,16 @@ std::string RowsText(const PointStore& store, const std::vector<PointId>& ids,
     at = Put(at, xs[i]);
     *at++ = ',';
     at = Put(at, ys[i]);
+    if (isCertain) {
+      const Certainty certainty = CertaintyOf(store, ids[i]);
+      const bool isKnown = certainty != Certainty();
+      *at++ = ',';
+      if (isKnown) at = Put(at, certainty.AcrossColumns);
+      *at++ = ',';
+      if (isKnown) at = Put(at, certainty.AcrossRows);
+      *at++ = ',';
+      if (isKnown) at = Put(at, certainty.IsBridged);
+    }
     *at++ = '\n';
   }
   text.resize(static_cast<std::size_t>(at - text.data()));
@@ -49,8 +70,9 @@ class RowReader {
  public:
   RowReader(PointStore& store, std::string_view text)
       : store_(store), text_(text), known_(KnownIds()) {
-    if (!text_.starts_with(kHeader)) Fail("the header is not \"id,column,row,x,y\"");
-    text_.remove_prefix(kHeader.size());
+    isCertain_ = text_.starts_with(kCertainHeader);
+    if (!isCertain_ && !text_.starts_with(kHeader)) Fail("the header is not \"id,column,row,x,y\"");
+    text_.remove_prefix(isCertain_ ? kCertainHeader.size() : kHeader.size());
   }
 
   void Take(PointId& id, float& x, float& y) {
@@ -70,7 +92,10 @@ class RowReader {
       TakePlace(id, {column, row});
     }
     x = Take<float>(',', "X");
-    y = Take<float>('\n', "Y");
+    y = Take<float>(isCertain_ ? ',' : '\n', "Y");
+    // Lengths and resampled rows can run over; what axes give is finite.
+    if (id != 0 && !(std::isfinite(x) && std::isfinite(y))) Fail("a value is no number");
+    if (isCertain_) TakeCertainty(id);
   }
   bool AtEnd() const { return text_.empty(); }
   void End() {
@@ -103,6 +128,20 @@ class RowReader {
     known_[id] = true;
     place = taken;
   }
+  void TakeCertainty(PointId id) {
+    if (text_.starts_with(",,")) {
+      Expect(',');
+      Expect(',');
+      Expect('\n');
+      return;
+    }
+    Certainty certainty{Take<float>(',', "an uncertainty"), Take<float>(',', "an uncertainty"),
+                        Take<std::uint32_t>('\n', "what is bridged")};
+    if (!std::isfinite(certainty.AcrossColumns) || !std::isfinite(certainty.AcrossRows) ||
+        certainty.IsBridged > 1 || id == 0)
+      Fail("an uncertainty cannot be");
+    NoteCertainty(store_, id, certainty);
+  }
   /// The points whose place another table has told.
   std::vector<bool> KnownIds() const {
     std::vector<bool> known(store_.Places.size());
@@ -118,6 +157,7 @@ class RowReader {
   PointStore& store_;
   std::string_view text_;
   int line_ = 1;
+  bool isCertain_ = false;  // the rows have uncertainties
   std::vector<bool> known_;
 };
 

@@ -7,10 +7,11 @@
 
 namespace graphize {
 
-// The rows of a point store as CSV: a header "id,column,row,x,y", a line each. Numbers are the
-// shortest that read back as the same value; a row that is no captured point has id 0; where there
-// is no place,
-/// there are no column and row.
+// The rows of a point store as CSV: a header "id,column,row,x,y", a line each; with the header
+// "id,column,row,x,y,across_columns,across_rows,bridged" where points are known with their
+// uncertainty. Numbers are the shortest that read back as the same value; a row that is no captured
+// point has id 0; where there is no place, there are no column and row, and where there is no
+// uncertainty, there is none of the last three.
 
 /// The captured points, in capture order.
 std::string CapturedText(const PointStore& store);

@@ -24,8 +24,4 @@ std::vector<KeptPart> PartsOf(KeptDocument kept);
 /// this program's. Parts of other names are passed over.
 KeptDocument ReadParts(const std::vector<KeptPart>& parts);
 
-/// "project.json" begins with what this file is, its version and the program's.
-inline constexpr const char* kProjectFormat = "graphize project";
-inline constexpr int kProjectVersion = 1;
-
 }  // namespace graphize

@@ -14,8 +14,8 @@
 #include "session/kept_document.h"
 #include "session/kept_raster.h"
 #include "tracing/extraction_context.h"
-#include "workspace/picture_commands.h"
 #include "workspace/replay.h"
+#include "workspace/shown_picture.h"
 #include "workspace/view_commands.h"
 
 namespace graphize {
@@ -35,15 +35,23 @@ bool IsOneOf(const Step& step) {
 bool MakesPicture(const Step& step) {
   return IsOneOf<OpenStep, ReloadStep, SetStep, ModeStep, AxisStep, RedefineStep, BlockStep,
                  ClearLastBlockerStep, ClearBlockersStep, DrawStep, EraseStep, GridStep,
-                 UndoEditStep, ImageToolStep, UndoImageToolStep, BlackWhiteStep, RefreshStep,
-                 ResetStep>(step);
+                 UndoEditStep, ImageToolStep, UndoImageToolStep, BlackWhiteStep, InkStep,
+                 ShowColoursStep, RefreshStep, ResetStep>(step);
 }
 
 /// Steps that a copy of the picture, which has come later, has behind it; the others tell what to
 /// do with it.
 bool IsInCopy(const Step& step) {
   return IsOneOf<OpenStep, ReloadStep, DrawStep, EraseStep, GridStep, UndoEditStep, ImageToolStep,
-                 UndoImageToolStep, BlackWhiteStep, ResetStep>(step);
+                 UndoImageToolStep, BlackWhiteStep, InkStep, ShowColoursStep, ResetStep>(step);
+}
+
+/// The first step that the picture depends on: what came before the last picture that was opened
+/// counts only for lines found by the axes.
+std::size_t FirstOfPicture(const std::vector<Step>& steps) {
+  const auto last = std::find_if(steps.rbegin(), steps.rend(), Is<OpenStep>);
+  if (last == steps.rend() || std::any_of(steps.rbegin(), last, Is<GridStep>)) return 0;
+  return static_cast<std::size_t>(steps.rend() - last) - 1;
 }
 
 std::string Named(const fs::path& picture) {
@@ -113,6 +121,66 @@ JournalledDocument ReadSession(const fs::path& folder) {
   return ReadJournal(bytes);
 }
 
+/// RestorePicture, without the pictures of before the step `first`.
+std::string MakePicture(const LeftSession& session, Workspace& made, const Desktop& window,
+                        std::size_t first) {
+  const JournalledDocument& kept = session.Kept;
+  if (!kept.Picture) return Tr("There was no picture.");
+  std::string told;
+  Desktop desktop = window;
+  desktop.ShowMessage = [&](const Message& message) {
+    told = message.Text;
+    return Answer::Ok;
+  };
+  StartReplay(made);
+  std::size_t done = 0;
+  try {
+    if (!kept.PictureCopy.empty()) {
+      std::optional<LoadedPicture> copy =
+          LoadPicture(session.Folder / kept.PictureCopy, ShowProgress(made, desktop));
+      if (!copy) return Tr("It was not read to its end.");
+      const int width = copy->Picture.Width(), height = copy->Picture.Height();
+      const fs::path file = session.Folder / kept.PictureCopy;
+      if (const std::string text = TextBeside(file, kFaintEnding); !text.empty())
+        copy->Picture.Faint = ReadBits(text, width, height);
+      OverdrawnPixels edit;
+      if (const std::string text = TextBeside(file, kLastEditEnding); !text.empty())
+        edit = ReadRuns(text, width, height);
+      made.picture = kept.Document.Picture;
+      LoadImage(made, desktop, std::move(copy->Picture), kept.Document.SourceName);
+      PutEdited(made.plot, std::exchange(made.plot.Pixels, Raster()), std::move(edit));
+      ResizeView(made, made.plot.Width(), made.plot.Height());
+      done = static_cast<std::size_t>(kept.CopySteps);
+    }
+  } catch (const RunTimeError& error) {
+    return error.what();
+  }
+  const std::vector<RecipePicture>& pictures = kept.Document.Steps.Pictures;
+  const std::vector<Step>& steps = kept.Document.Steps.Steps;
+  for (std::size_t i = 0; i < steps.size(); ++i) {
+    if (!MakesPicture(steps[i]) || (i < std::max(done, first) && IsInCopy(steps[i]))) continue;
+    Step step = steps[i];
+    if (auto* open = std::get_if<OpenStep>(&step)) {
+      const auto number = static_cast<std::size_t>(open->Picture);
+      if (number < 1 || number > pictures.size()) return Tr("Its file is not known.");
+      const RecipePicture& picture = pictures[number - 1];
+      if (std::string fault = FileFault(picture); !fault.empty()) {
+        if (std::any_of(steps.begin() + static_cast<std::ptrdiff_t>(i) + 1, steps.end(),
+                        Is<OpenStep>))
+          continue;  // another picture has taken its place since
+        return fault;
+      }
+      open->Path = picture.Path;
+    }
+    const Outcome outcome = ReplayStep(made, desktop, step);
+    if (Is<OpenStep>(step) && !outcome.IsDone()) return told.empty() ? outcome.Reason : told;
+  }
+  ClearMarks(made.plot);
+  if (PictureNumber(made.plot) != *kept.Picture)
+    return Tr("What was done to it has led to another picture.");
+  return {};
+}
+
 }  // namespace
 
 std::string LeftSession::Describe(std::int64_t now) const {
@@ -162,61 +230,10 @@ std::optional<LeftSession> FindLeftSession(const fs::path& folder) {
 }
 
 std::string RestorePicture(const LeftSession& session, Workspace& made, const Desktop& window) {
-  const JournalledDocument& kept = session.Kept;
-  if (!kept.Picture) return Tr("There was no picture.");
-  std::string told;
-  Desktop desktop = window;
-  desktop.ShowMessage = [&](const Message& message) {
-    told = message.Text;
-    return Answer::Ok;
-  };
-  StartReplay(made);
-  std::size_t done = 0;
-  try {
-    if (!kept.PictureCopy.empty()) {
-      std::optional<LoadedPicture> copy =
-          LoadPicture(session.Folder / kept.PictureCopy, ShowProgress(made, desktop));
-      if (!copy) return Tr("It was not read to its end.");
-      const int width = copy->Picture.Width(), height = copy->Picture.Height();
-      const fs::path file = session.Folder / kept.PictureCopy;
-      if (const std::string text = TextBeside(file, kFaintEnding); !text.empty())
-        copy->Picture.Faint = ReadBits(text, width, height);
-      OverdrawnPixels edit;
-      if (const std::string text = TextBeside(file, kLastEditEnding); !text.empty())
-        edit = ReadRuns(text, width, height);
-      made.picture = kept.Document.Picture;
-      LoadImage(made, desktop, std::move(copy->Picture), kept.Document.SourceName);
-      PutEdited(made.plot, std::exchange(made.plot.Pixels, Raster()), std::move(edit));
-      ResizeView(made, made.plot.Width(), made.plot.Height());
-      done = static_cast<std::size_t>(kept.CopySteps);
-    }
-  } catch (const RunTimeError& error) {
-    return error.what();
-  }
-  const std::vector<RecipePicture>& pictures = kept.Document.Steps.Pictures;
-  const std::vector<Step>& steps = kept.Document.Steps.Steps;
-  for (std::size_t i = 0; i < steps.size(); ++i) {
-    if (!MakesPicture(steps[i]) || (i < done && IsInCopy(steps[i]))) continue;
-    Step step = steps[i];
-    if (auto* open = std::get_if<OpenStep>(&step)) {
-      const auto number = static_cast<std::size_t>(open->Picture);
-      if (number < 1 || number > pictures.size()) return Tr("Its file is not known.");
-      const RecipePicture& picture = pictures[number - 1];
-      if (std::string fault = FileFault(picture); !fault.empty()) {
-        if (std::any_of(steps.begin() + static_cast<std::ptrdiff_t>(i) + 1, steps.end(),
-                        Is<OpenStep>))
-          continue;  // another picture has taken its place since
-        return fault;
-      }
-      open->Path = picture.Path;
-    }
-    const Outcome outcome = ReplayStep(made, desktop, step);
-    if (Is<OpenStep>(step) && !outcome.IsDone()) return told.empty() ? outcome.Reason : told;
-  }
-  ClearMarks(made.plot);
-  if (PictureNumber(made.plot) != *kept.Picture)
-    return Tr("What was done to it has led to another picture.");
-  return {};
+  const std::size_t first = FirstOfPicture(session.Kept.Document.Steps.Steps);
+  if (first > 0 && MakePicture(session, made, window, first).empty()) return {};
+  if (first > 0) made = Workspace();
+  return MakePicture(session, made, window, 0);
 }
 
 void BringBackSession(Workspace& ws, const Desktop& desktop, const LeftSession& session,
@@ -233,10 +250,10 @@ void BringBackSession(Workspace& ws, const Desktop& desktop, const LeftSession& 
     SetPicture(ws.plot, Raster());
   }
   ws.imageTools.UndoCopy.reset();
+  ws.colours.reset();
   BringBack(ws, desktop, std::move(kept));
   ws.recipe.Recovered = true;
-  ws.view.X = ws.view.Y = 0;
-  ResetScrBars(ws.view, ws.plot.Width(), ws.plot.Height());
+  ShowFromCorner(ws.view, ws.plot.Width(), ws.plot.Height());
   if (ws.plot.IsPresent() && ws.mode != Mode::DrawErase && ws.mode != Mode::GridBuster)
     RedrawBlockers(ws.blockers, ws.plot, ws.settings);
 }

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "base/lock_file.h"
-#include "session/journal_text.h"
+#include "session/journal_reading.h"
 
 namespace graphize {
 

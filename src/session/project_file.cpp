@@ -17,12 +17,8 @@
 #include "codecs/picture_probe.h"
 #include "session/kept_raster.h"
 #include "session/kept_text.h"
-#include "settings/recent_files.h"
 #include "workspace/do.h"
-#include "workspace/picture_commands.h"
-#include "workspace/plot_mouse.h"
-#include "workspace/session.h"
-#include "workspace/toolbar.h"
+#include "workspace/shown_picture.h"
 
 namespace graphize {
 
@@ -37,7 +33,6 @@ constexpr const char* kLastEdit = "picture/last-edit.csv";
 constexpr const char* kMarks = "picture/marks.csv";
 constexpr const char* kSteps = "steps.txt";
 constexpr const char* kOriginal = "picture/original.";
-constexpr const char* kFilters = Marked("Graphize Projects (*.graphize)|*.graphize");
 constexpr std::size_t kMostFiles = 4000;  // three for each curve, and the others
 constexpr std::size_t kLargestPicture = std::size_t{2} << 30;
 constexpr std::size_t kLargestText = std::size_t{256} << 20;
@@ -88,7 +83,7 @@ bool IsEdited(const std::vector<Step>& steps) {
     if (const auto* reload = std::get_if<ReloadStep>(&*step)) return reload->BlackAndWhite;
     if (Is<DrawStep>(*step) || Is<EraseStep>(*step) || Is<GridStep>(*step) ||
         Is<UndoEditStep>(*step) || Is<ImageToolStep>(*step) || Is<UndoImageToolStep>(*step) ||
-        Is<BlackWhiteStep>(*step))
+        Is<BlackWhiteStep>(*step) || Is<InkStep>(*step) || Is<ShowColoursStep>(*step))
       return true;
   }
   return true;
@@ -121,11 +116,13 @@ std::string OriginalName(const PictureSource& picture) {
   return kOriginal + (IsEnding(ending) ? ending : "bin");
 }
 
-std::shared_ptr<const PointStore> SavedPoints(const std::shared_ptr<const PointStore>& points) {
-  if (points == nullptr || !HasUnsaved(*points)) return points;
-  PointStore saved = *points;
-  NoteSaved(saved);
-  return std::make_shared<const PointStore>(std::move(saved));
+/// The points as they will be when the project is on the disk; the document's own are not yet.
+std::shared_ptr<const PointStore> AsSaved(const std::shared_ptr<const PointStore>& points) {
+  if (!HasUnsaved(*points)) return points;
+  const auto saved = std::make_shared<PointStore>(*points);
+  saved->Saved = std::make_shared<PointStore::Points>();
+  NoteSaved(*saved);
+  return saved;
 }
 
 /// Everything in the archive.
@@ -234,23 +231,13 @@ void PutMarks(PlotImage& plot, const OverdrawnPixels& drawn) {
              ColourOfPixel(pixel.Pixel));
 }
 
-bool HasOriginal(std::string_view bytes) {
-  const ZipReader zip(bytes, kMostFiles);
-  return std::ranges::any_of(zip.Entries(), IsOriginal, &ZipReader::Entry::Name);
-}
-
-void NoteProject(Workspace& ws, const fs::path& path) {
-  ws.project = {path, ws.recipe.Number};
-  NoteOpened(ws.opened, path);
-}
-
 }  // namespace
 
 std::optional<std::string> ProjectBytes(Workspace& ws, const Desktop& desktop) {
   if (!ws.plot.IsPresent()) throw RunTimeError("There is no picture.");
   NoteOptions(ws);
   KeptDocument kept = Keep(ws);
-  for (Curve& curve : kept.Curves) curve.Points = SavedPoints(curve.Points);
+  for (Curve& curve : kept.Curves) curve.Points = AsSaved(curve.Points);
   Content content;
   content.Original = OriginalOf(ws.picture);
   const bool edited = IsEdited(ws.recipe.Steps);
@@ -278,57 +265,15 @@ std::optional<std::string> ProjectBytes(Workspace& ws, const Desktop& desktop) {
   return bytes;
 }
 
-bool CanSaveProject(const Workspace& ws) {
-  return ws.plot.IsPresent();
-}
-
-void SaveProject(Workspace& ws, const Desktop& desktop) {
-  const bool named = ws.project.IsOf(ws.recipe);
-  const std::string stem =
-      ws.picture.WithoutFile ? "untitled" : ws.picture.ChosenPath.stem().string();
-  const auto path = desktop.ChooseFile(
-      {.ForSaving = true,
-       .Title = Tr("Save Project As..."),
-       .Folder = named ? ws.project.File.parent_path() : ws.picture.Folder,
-       .FileName = named ? ws.project.File.filename().string() : stem + kProjectEnding,
-       .Filters = Tr(kFilters),
-       .DefaultExtension = kProjectEnding + 1,
-       .OnlyFilterTypes = true});
-  if (!path) return;
-  ws.status.Status = Tr("Saving Project...");
-  ws.window.Hourglass = true;
-  desktop.ShowNow();
-  std::string fault;
-  bool saved = false, hasOriginal = false;
-  try {
-    NamingTheFile("Cannot save the project \"%1\".", *path, [&] {
-      const auto bytes = ProjectBytes(ws, desktop);
-      if (!bytes) return;
-      ThrowSystemError(ReplaceWholeFile(*path, *bytes));
-      saved = true;
-      hasOriginal = HasOriginal(*bytes);
-    });
-  } catch (const RunTimeError& error) {
-    fault = error.what();
-  }
-  ws.status.ProgressVisible = false;
-  ws.status.Status = saved ? " " : Tr("The project was not saved");
-  ws.window.Hourglass = false;
-  if (!fault.empty()) return Tell(desktop, fault, MessageIcon::Critical);
-  if (!saved) return;
-  NoteSaved(ws.store);
-  for (Curve& curve : ws.curves.Curves) curve.Points = SavedPoints(curve.Points);
-  NoteProject(ws, *path);
-  ws.status.Status = Tr("Saved: %1", path->filename().string());
-  if (HasFile(ws.picture) && !hasOriginal)
-    ws.status.Status =
-        Tr("%1, without the picture's file, which is gone or another one by now", ws.status.Status);
-}
-
 std::string ReadProjectFile(const fs::path& path) {
   std::string bytes;
   ThrowSystemError(ReadWholeFile(path, kLargestProject, bytes));
   return bytes;
+}
+
+bool HoldsPictureFile(std::string_view bytes) {
+  const ZipReader zip(bytes, kMostFiles);
+  return std::ranges::any_of(zip.Entries(), IsOriginal, &ZipReader::Entry::Name);
 }
 
 ProjectSteps ReadProjectSteps(std::string_view bytes) {
@@ -360,7 +305,6 @@ std::optional<ProjectContent> ReadProject(std::string_view bytes, ProjectPicture
     project.Picture = Raster::Filled(kept.Width, kept.Height, kWhitePixel);
     project.LastEdit.clear();
     kept.HasUndo = false;
-    kept.Picture.Bytes = nullptr;
   }
   return project;
 }
@@ -368,59 +312,11 @@ std::optional<ProjectContent> ReadProject(std::string_view bytes, ProjectPicture
 void PutProject(Workspace& ws, const Desktop& desktop, ProjectContent&& project) {
   PutEdited(ws.plot, std::move(project.Picture), std::move(project.LastEdit));
   ws.imageTools.UndoCopy.reset();  // it was of the picture before
+  ws.colours.reset();
   PutMarks(ws.plot, project.Marks);
-  ws.view.X = ws.view.Y = 0;
-  ResetScrBars(ws.view, ws.plot.Width(), ws.plot.Height());
+  ShowFromCorner(ws.view, ws.plot.Width(), ws.plot.Height());
   BringBack(ws, desktop, std::move(project.Kept));
   if (!project.PictureFault.empty()) RedrawBlockers(ws.blockers, ws.plot, ws.settings);
-}
-
-void OpenProject(Workspace& ws, const Desktop& desktop) {
-  const auto path = desktop.ChooseFile(
-      {.Title = Tr("Open Project"),
-       .Folder = ws.project.File.empty() ? ws.picture.Folder : ws.project.File.parent_path(),
-       .FileName = "",
-       .Filters = Tr(kFilters) + "|" + Tr("All Files") + "|*"});
-  if (path) OpenProject(ws, desktop, *path);
-}
-
-void OpenProject(Workspace& ws, const Desktop& desktop, const fs::path& path) {
-  EndDrag(ws);
-  if (!MayClose(ws, desktop)) return;
-  ws.status.Status = Tr("Loading File ...");
-  ws.window.Hourglass = true;
-  desktop.ShowNow();
-  std::optional<ProjectContent> project;
-  std::string fault;
-  try {
-    project = NamingTheFile("Cannot open the project \"%1\".", path, [&] {
-      return ReadProject(ReadProjectFile(path), ProjectPicture::Decoded, ShowProgress(ws, desktop));
-    });
-  } catch (const RunTimeError& error) {
-    fault = error.what();
-  }
-  ws.status.ProgressVisible = false;
-  ws.window.Hourglass = false;
-  ws.status.Status = " ";
-  if (!fault.empty()) return Tell(desktop, fault, MessageIcon::Exclamation);
-  if (!project) return;
-  if (!project->PictureFault.empty() &&
-      desktop.ShowMessage(
-          {.Text = Tr("The picture in \"%1\" cannot be used.\r\n%2\r\n\r\nDo you want to "
-                      "open the points on an empty page ?",
-                      path.filename().string(), project->PictureFault),
-           .Icon = MessageIcon::Exclamation,
-           .Buttons = MessageButtons::YesNo,
-           .DefaultIsNo = true}) != Answer::Yes)
-    return;
-  PutProject(ws, desktop, std::move(*project));
-  ws.picture.Folder = path.parent_path();
-  NoteProject(ws, path);
-}
-
-void OpenAskedProject(Workspace& ws, const Desktop& desktop) {
-  if (const fs::path path = std::exchange(ws.projectAsked, {}); !path.empty())
-    OpenProject(ws, desktop, path);
 }
 
 }  // namespace graphize

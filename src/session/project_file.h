@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "raster/picture_operation.h"
@@ -19,31 +20,18 @@ namespace graphize {
 inline constexpr const char* kProjectEnding = ".graphize";
 inline constexpr const char* kProjectType = "application/x-graphize";
 
-/// Asks for a file and writes the project; all points then count as saved. A file that cannot be
-/// written is told, and the one that is there stays whole.
-void SaveProject(Workspace& ws, const Desktop& desktop);
-bool CanSaveProject(const Workspace& ws);
-
 /// The file's content; nothing when Escape stopped it. Equal documents give equal bytes.
 /// RunTimeError with the reason.
 std::optional<std::string> ProjectBytes(Workspace& ws, const Desktop& desktop);
-
-/// Asks for a project, and opens it.
-void OpenProject(Workspace& ws, const Desktop& desktop);
-/// The project in this file takes the place of the document; asks first about points that are not
-/// saved. A file that cannot be used is told with the reason, and nothing changes; of one whose
-/// picture alone is damaged, the points are offered on an empty page. One Undo leads back to what
-/// was there before.
-void OpenProject(Workspace& ws, const Desktop& desktop, const std::filesystem::path& path);
-/// The one that was asked for in the place of a picture, if any (Workspace::projectAsked).
-void OpenAskedProject(Workspace& ws, const Desktop& desktop);
 
 /// A project as it was read.
 struct ProjectContent {
   KeptDocument Kept;
   Raster Picture;  // without marks
   OverdrawnPixels LastEdit, Marks;
-  std::string PictureFault;  // why there is a white page instead, a sentence; else empty
+  // Why there is a white page instead, a sentence; else empty. The picture's file as it was opened,
+  // where that alone is sound, is kept.
+  std::string PictureFault;
 };
 
 enum class ProjectPicture { Decoded, Blank };
@@ -62,6 +50,9 @@ struct ProjectSteps {
   std::string Recipe, Picture;
 };
 ProjectSteps ReadProjectSteps(std::string_view bytes);
+
+/// Whether the picture's file as it was opened is in this project.
+bool HoldsPictureFile(std::string_view bytes);
 
 /// The bytes of a project's file. RunTimeError with the system's reason.
 std::string ReadProjectFile(const std::filesystem::path& path);

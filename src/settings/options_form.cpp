@@ -37,6 +37,7 @@ void FillOptions(OptionsForm& form, const Settings& settings) {
   form.SnapDistance = std::to_string(settings.SnapDistance);
   form.RefreshList = settings.RefreshList != 0;
   form.ZoomWindow = settings.Zoom == 1;
+  form.SubPixelClicks = settings.SubPixelClicks;
 }
 
 void TakeOptions(const OptionsForm& form, Settings& settings) {
@@ -50,6 +51,7 @@ void TakeOptions(const OptionsForm& form, Settings& settings) {
   // "On" has more than one number, and the file keeps the one it had.
   if ((settings.RefreshList != 0) != form.RefreshList) settings.RefreshList = form.RefreshList;
   if ((settings.Zoom == 1) != form.ZoomWindow) settings.Zoom = form.ZoomWindow;
+  settings.SubPixelClicks = form.SubPixelClicks;
 }
 
 void PutBackOptions(const OptionsForm& form, Settings& settings) {

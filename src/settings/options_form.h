@@ -16,7 +16,7 @@ struct OptionsForm {
   int XJump = 0, YJump = 0;  // pixels
   int SnapMode = 0;
   std::string SnapDistance;  // pixels, as typed
-  bool RefreshList = false, ZoomWindow = false;
+  bool RefreshList = false, ZoomWindow = false, SubPixelClicks = false;
 
   enum class ColourOf { Trace, Block };
   ColourOf Colour = ColourOf::Trace;  // which colour the palette picture chooses

@@ -24,6 +24,10 @@ struct Settings {
   bool YExp = true;
   std::int16_t Delimiter = 0;  // 0 TAB, 1 comma, 2 space, 3 semicolon
 
+  bool SubPixelClicks = false;   // above 1:1 clicks tell positions within pixels
+  std::int16_t Threshold = 128;  // 1 to 255; the reduction makes black what is darker
+  std::int16_t NextLine = 1;     // 1 shows what comes next above the picture
+
   std::int16_t SnapMode = 0;       // 0 none, 1 to X, 2 to Y, 3 centre
   std::int16_t SnapDistance = 10;  // pixels
 };

@@ -168,9 +168,13 @@ QWidget* SettingsDialog::MakeGeneral() {
   refreshList_->setToolTip(tr("Show every point in the data list while a trace runs"));
   zoomWindow_ = Named(new QCheckBox(tr("Zoom Window")), "CHK_ZoomWindow");
   zoomWindow_->setToolTip(tr("Show the picture around the pointer enlarged"));
+  subPixelClicks_ = Named(new QCheckBox(tr("Sub-pixel Clicks")), "CHK_SubPixelClicks");
+  subPixelClicks_->setToolTip(
+      tr("Where the picture is enlarged, clicks without snapping capture parts of pixels"));
+  connect(subPixelClicks_, &QCheckBox::clicked, this, &SettingsDialog::SubPixelClicksSwitched);
   connect(refreshList_, &QCheckBox::clicked, this, &SettingsDialog::RefreshListSwitched);
   connect(zoomWindow_, &QCheckBox::clicked, this, &SettingsDialog::ZoomWindowSwitched);
-  return Tab({jumps, Frame(tr("Options"), {refreshList_, zoomWindow_})});
+  return Tab({jumps, Frame(tr("Options"), {refreshList_, zoomWindow_, subPixelClicks_})});
 }
 
 QWidget* SettingsDialog::MakeSnap() {
@@ -372,6 +376,7 @@ void SettingsDialog::Render(const OptionsForm& form, const Settings& settings) {
   Show(yJump_, std::to_string(form.YJump));
   refreshList_->setChecked(form.RefreshList);
   zoomWindow_->setChecked(form.ZoomWindow);
+  subPixelClicks_->setChecked(form.SubPixelClicks);
   Check(snapMode_, form.SnapMode);
   Show(snapDistance_, form.SnapDistance);
 

@@ -33,6 +33,7 @@ class SettingsDialog : public FormDialog {
   void YJumpStepped(int step);
   void RefreshListSwitched(bool on);
   void ZoomWindowSwitched(bool on);
+  void SubPixelClicksSwitched(bool on);
   // Acting at once.
   void ColourOfChosen(int which);
   void ColourChosen(int index);
@@ -65,6 +66,7 @@ class SettingsDialog : public FormDialog {
   QLabel* yJump_;
   QCheckBox* refreshList_;
   QCheckBox* zoomWindow_;
+  QCheckBox* subPixelClicks_;
   QButtonGroup* snapMode_;
   QLineEdit* snapDistance_;
   QButtonGroup* colourOf_;

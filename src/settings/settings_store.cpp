@@ -10,6 +10,12 @@ bool ReadSwitch(const SettingsFile& file, const char* section, const char* key, 
   return ReadInt(file, section, key, otherwise ? 1 : 0) != 0;
 }
 
+/// An option that a file has only once it has been another than its default.
+void WriteWhereSet(SettingsFile& file, const char* key, int number, int byDefault) {
+  if (number != byDefault || ReadInt(file, kOptionsSection, key, byDefault) != byDefault)
+    WriteNumber(file, kOptionsSection, key, number);
+}
+
 }  // namespace
 
 void ReadSettings(const SettingsFile& file, Settings& settings, std::vector<std::string>& notes) {
@@ -24,6 +30,11 @@ void ReadSettings(const SettingsFile& file, Settings& settings, std::vector<std:
   settings.BlockColor = ReadNumber(file, kOptionsSection, "BlockColor", defaults.BlockColor, notes);
   settings.Trace = ReadNumber(file, kOptionsSection, "Trace", defaults.Trace, notes);
   settings.CursorType = ReadNumber(file, kOptionsSection, "CursorType", defaults.CursorType, notes);
+  settings.SubPixelClicks =
+      ReadSwitch(file, kOptionsSection, "SubPixelClicks", defaults.SubPixelClicks);
+  settings.Threshold = static_cast<std::int16_t>(
+      ReadNumber(file, kOptionsSection, "Threshold", defaults.Threshold, 1, 255, notes));
+  settings.NextLine = ReadNumber(file, kOptionsSection, "NextLine", defaults.NextLine, notes);
   settings.DecimalPoint = ReadSwitch(file, kFormatSection, "DecimalPoint", defaults.DecimalPoint);
   settings.XDigits = ReadNumber(file, kFormatSection, "XDigits", defaults.XDigits, notes);
   settings.XDecimals = ReadNumber(file, kFormatSection, "XDecimals", defaults.XDecimals, notes);
@@ -53,6 +64,12 @@ void WriteSettings(SettingsFile& file, const Settings& settings, bool lastPoint,
   WriteNumber(file, kOptionsSection, "LastPoint", lastPoint);
   WriteNumber(file, kOptionsSection, "OverlayData", overlay);
   WriteNumber(file, kOptionsSection, "CursorType", settings.CursorType);
+  // Files of those who do not use it stay as they are.
+  if (settings.SubPixelClicks != ReadSwitch(file, kOptionsSection, "SubPixelClicks", false))
+    WriteNumber(file, kOptionsSection, "SubPixelClicks", settings.SubPixelClicks);
+  const Settings defaults;
+  WriteWhereSet(file, "Threshold", settings.Threshold, defaults.Threshold);
+  WriteWhereSet(file, "NextLine", settings.NextLine, defaults.NextLine);
   WriteNumber(file, kFormatSection, "DecimalPoint", settings.DecimalPoint);
   WriteNumber(file, kFormatSection, "XDigits", settings.XDigits);
   WriteNumber(file, kFormatSection, "XDecimals", settings.XDecimals);

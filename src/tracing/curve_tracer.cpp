@@ -71,11 +71,11 @@ Continuation FollowInto(const InkColumn& here, const InkColumn& next, int lastRo
 /// Moves `column` to the one from which the stroke goes on, across a break of up to X increment
 /// columns. False when the trace ends.
 bool FindContinuation(RunningTrace& trace, int& column, Rows& stroke, Continuation& next) {
-  const PlotImage& image = trace.Context.Image;
   const int limit = column + trace.XIncrement;
   while (true) {
-    next = FollowInto(InkColumn(image, column), InkColumn(image, column + 1), image.Height() - 1,
-                      trace.YIncrement, stroke);
+    const InkColumn here(trace.Ink, column);
+    next = FollowInto(here, InkColumn(trace.Ink, column + 1), here.Rows() - 1, trace.YIncrement,
+                      stroke);
     if (next.Top >= 0) return true;
     if (++column > limit || !GoesOn(trace, column)) return false;
   }

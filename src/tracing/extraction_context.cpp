@@ -23,6 +23,11 @@ void PumpProgress(const ExtractionContext& context) {
   context.Callbacks.Pump();
 }
 
+std::optional<PlotBox> BoxToStayIn(const ExtractionContext& context) {
+  if (!context.Control.InsideAxes || !context.Calibration.IsComplete()) return std::nullopt;
+  return FindPlotBox(context.Image, context.Calibration);
+}
+
 std::string PointCount(long long points) {
   return TrCount("%1 point", "%1 points", points);
 }

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
+#include "base/translation.h"
 #include "calibration/axis_calibration.h"
 #include "capture/cursor.h"
 #include "capture/point_store.h"
@@ -11,6 +13,7 @@
 #include "raster/plot_image.h"
 #include "raster/viewport.h"
 #include "settings/settings.h"
+#include "tracing/plot_box.h"
 #include "tracing/tracer_control.h"
 
 namespace graphize {
@@ -40,6 +43,10 @@ bool HasValues(const ExtractionContext& context);
 void MoveCursor(const ExtractionContext& context, float x, float y);
 /// Shows where the operation is, cursor and count, and lets pending events run.
 void PumpProgress(const ExtractionContext& context);
+/// What is looked at with "Inside the axes only" and complete axes.
+std::optional<PlotBox> BoxToStayIn(const ExtractionContext& context);
+inline constexpr const char* kOnlyInside =
+    Marked("This lies outside of the axes, and \"Inside the axes only\" is checked");
 /// "1 point", "12 points".
 std::string PointCount(long long points);
 std::string CapturedCount(long long points);  // "3 points captured"

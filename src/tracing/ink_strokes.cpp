@@ -3,7 +3,7 @@
 namespace graphize {
 
 void InkFront::Advance(int column) {
-  const InkColumn ink(image_, column);
+  const InkColumn ink(ink_, column);
   const int reach = missing_ == 0 ? 1 : 1 + yIncrement_;
   next_.clear();
   for (const Stroke& from : strokes_) {
@@ -21,9 +21,9 @@ bool InkFront::Holds(int row) const {
                                       [row](const Stroke& stroke) { return stroke.Holds(row); });
 }
 
-int ExtentOfInk(const PlotImage& image, const Stroke& stroke, int column, int direction,
+int ExtentOfInk(const TracedInk& ink, const Stroke& stroke, int column, int direction,
                 int longestBreak, int yIncrement, int enough) {
-  InkFront front(image, stroke, yIncrement);
+  InkFront front(ink, stroke, yIncrement);
   int extent = 0;
   for (int distance = 1; distance <= enough; ++distance) {
     front.Advance(column + direction * distance);

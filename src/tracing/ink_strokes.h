@@ -5,7 +5,6 @@
 #include <cstdlib>
 #include <vector>
 
-#include "raster/plot_image.h"
 #include "tracing/ink_column.h"
 
 namespace graphize {
@@ -71,8 +70,8 @@ void ForEachStroke(const InkColumn& column, int top, int bottom, int yIncrement,
 /// Follows all ink that hangs together with a stroke from column to column.
 class InkFront {
  public:
-  InkFront(const PlotImage& image, const Stroke& start, int yIncrement)
-      : image_(image), strokes_{start}, yIncrement_(yIncrement) {}
+  InkFront(const TracedInk& ink, const Stroke& start, int yIncrement)
+      : ink_(ink), strokes_{start}, yIncrement_(yIncrement) {}
 
   /// Goes on to `column`, beside the one before. Behind a break, ink within the Y increment counts.
   void Advance(int column);
@@ -82,14 +81,14 @@ class InkFront {
   bool Holds(int row) const;
 
  private:
-  const PlotImage& image_;
+  const TracedInk& ink_;
   std::vector<Stroke> strokes_, next_;
   int yIncrement_, missing_ = 0;
 };
 
 /// Over how many columns, at most `enough`, ink hangs together with the stroke of `column` to the
 /// right (`direction` 1) or left (-1), across breaks of up to `longestBreak` columns.
-int ExtentOfInk(const PlotImage& image, const Stroke& stroke, int column, int direction,
+int ExtentOfInk(const TracedInk& ink, const Stroke& stroke, int column, int direction,
                 int longestBreak, int yIncrement, int enough);
 
 }  // namespace graphize

@@ -76,6 +76,9 @@ std::string ResultText(const RunningTrace& trace, bool hidden) {
   if (hidden)
     points = Tr("%1; marks of an earlier trace cover the curve: Refresh takes them away", points);
   if (trace.Stopped) return Tr("Stopped: %1", points);
+  if (trace.OnCurve == 0 && trace.Ink.Inside &&
+      !trace.Ink.Inside->Contains(trace.StartColumn, trace.StartRow))
+    return Tr(kOnlyInside);
   if (trace.OnCurve == 0) return Tr("No curve here: the tracers follow only black pixels");
   if (!trace.Center && !trace.Above && !trace.Below)
     return Tr("Nothing to capture: no point of the curve is checked");
@@ -86,6 +89,7 @@ std::string ResultText(const RunningTrace& trace, bool hidden) {
 
 RunningTrace::RunningTrace(const ExtractionContext& context, float x, float y)
     : Context(context),
+      Ink{context.Image, BoxToStayIn(context)},
       XIncrement(IncrementAtLeast(context.Control.Xrange, 0)),
       YIncrement(IncrementAtLeast(context.Control.Yrange, 0)),
       Center(context.Control.Center.Checked),
@@ -110,12 +114,15 @@ bool GoesOn(RunningTrace& trace, int column) {
 
 void ScrollToColumn(RunningTrace& trace, int column) {
   const Viewport& view = trace.Context.View;
-  const int distance = view.X + view.Width - column;
-  if (2 * distance < trace.XJump) Scroll(trace, column - view.Width + trace.XJump, view.Y);
+  const int place = FirstPlaceOf(view.Zoom, column);
+  const int distance = view.X + view.Width - place;
+  if (2 * distance < trace.XJump) Scroll(trace, place - view.Width + trace.XJump, view.Y);
 }
 
 void ScrollToRows(RunningTrace& trace, int top, int bottom) {
   const Viewport& view = trace.Context.View;
+  top = FirstPlaceOf(view.Zoom, top);
+  bottom = FirstPlaceOf(view.Zoom, bottom);
   const auto endsBelow = [&](int y) { return 2 * (y + view.Height - bottom) < trace.YJump; };
   if (endsBelow(view.Y)) {
     Scroll(trace, view.X, bottom - view.Height + trace.YJump);

@@ -5,6 +5,7 @@
 
 #include "base/palette.h"
 #include "tracing/extraction_context.h"
+#include "tracing/ink_column.h"
 
 namespace graphize {
 
@@ -21,6 +22,7 @@ struct RunningTrace {
   RunningTrace(const ExtractionContext& context, float x, float y);
 
   const ExtractionContext& Context;
+  TracedInk Ink;
   int XIncrement, YIncrement;  // at least 0
   bool Center, Below, Above;   // which points a step emits
   bool Adds, RefreshList;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -126,11 +127,18 @@ class FoundPositions {
   std::vector<std::uint32_t> keys_;  // column in the upper half, row in the lower
 };
 
+/// Read once.
+struct ScanOptions {
+  Colour MarkColour;
+  std::optional<PlotBox> Inside;
+};
+
 /// Marks the black pixels of one row on the grid and notes them in `found`.
-void SearchRow(PlotImage& image, Colour colour, const GridRange& columns, int y,
+void SearchRow(PlotImage& image, const ScanOptions& options, const GridRange& columns, int y,
                FoundPositions& found) {
   FindBlack(image.Pixels.Row(y), columns, [&](int x) {
-    SetPixel(image, x, y, colour);
+    if (options.Inside && !options.Inside->Contains(x, y)) return;
+    SetPixel(image, x, y, options.MarkColour);
     found.Take(x, y);
   });
 }
@@ -144,14 +152,14 @@ struct Strip {
 /// The black pixels of the strip's rows before `done` have been found, and all left of it. Turns
 /// that into the whole columns before `end`, which is what a stopped scan has to show: takes back
 /// what lies right of them and finds what is missing in them.
-void FinishColumns(PlotImage& image, Colour colour, const Strip& strip, const GridRange& rows,
-                   int done, int end, FoundPositions& found) {
+void FinishColumns(PlotImage& image, const ScanOptions& options, const Strip& strip,
+                   const GridRange& rows, int done, int end, FoundPositions& found) {
   const GridRange& columns = strip.Columns;
   TakeBackMarks(image, end < columns.First ? strip.MarksBeforeLast : strip.MarksBefore, end);
   found.DropColumnsFrom(end);
   const GridRange missing{columns.First, end - columns.Step, columns.Step};
   for (int i = done; i < rows.Count(); ++i)
-    SearchRow(image, colour, missing, rows.First + i * rows.Step, found);
+    SearchRow(image, options, missing, rows.First + i * rows.Step, found);
 }
 
 /// Searches all columns; false when Escape ended it: then the first columns alone, as many as make
@@ -160,10 +168,9 @@ void FinishColumns(PlotImage& image, Colour colour, const Strip& strip, const Gr
 /// The raster is read row by row, the order of its memory: column by column takes many times as
 /// long. Where there is so much black that it would take long to make that good after Escape, it
 /// goes on in strips of columns.
-bool Search(const ExtractionContext& context, const GridRange& columns, const GridRange& rows,
-            FoundPositions& found, ScanStatus& status) {
+bool Search(const ExtractionContext& context, const ScanOptions& options, const GridRange& columns,
+            const GridRange& rows, FoundPositions& found, ScanStatus& status) {
   PlotImage& image = context.Image;
-  const Colour colour = PaletteColour(context.Options.TraceColor);
   const int width = columns.Count(), height = rows.Count();
   const long long perLook = std::max(kPixelsPerLook / std::max(width, 1), 1) * 1LL * width;
   const auto column = [&](long long number) {
@@ -178,7 +185,7 @@ bool Search(const ExtractionContext& context, const GridRange& columns, const Gr
     for (int i = 0; i < height; ++i, done += right - left) {
       if (done >= look) {
         if (context.Callbacks.EscapeHeld()) {
-          FinishColumns(image, colour, strip, rows, i, column(look / height), found);
+          FinishColumns(image, options, strip, rows, i, column(look / height), found);
           return false;
         }
         status.Show(100.0 * static_cast<double>(look) / width / height);
@@ -188,13 +195,13 @@ bool Search(const ExtractionContext& context, const GridRange& columns, const Gr
       if (image.Marks.size() - strip.MarksBefore > kMarksPerStrip &&
           right - left > kNarrowestStrip) {
         const int whole = static_cast<int>(static_cast<long long>(right - left) * i / height);
-        FinishColumns(image, colour, strip, rows, i, column(left + whole), found);
+        FinishColumns(image, options, strip, rows, i, column(left + whole), found);
         stripWidth = std::max(whole / 2, kNarrowestStrip);
         right = left + whole;
         done = static_cast<long long>(right) * height;
         break;
       }
-      SearchRow(image, colour, strip.Columns, rows.First + i * rows.Step, found);
+      SearchRow(image, options, strip.Columns, rows.First + i * rows.Step, found);
     }
     left = right;
     marks = strip.MarksBefore;
@@ -232,14 +239,16 @@ Added AddFound(const ExtractionContext& context, const FoundPositions& found, bo
 /// What the status panel says afterwards, where there is something to say that the picture and the
 /// number of points do not show.
 std::string ResultText(const std::string& before, const FoundPositions& found, bool searchStopped,
-                       const Added& added, bool adds) {
+                       const Added& added, bool adds, bool onlyInside) {
   const auto count = static_cast<long long>(added.Count);
   if (added.Stopped && found.IsComplete() && !searchStopped)
     return TrCount("Stopped: %2 of %1 point captured", "Stopped: %2 of %1 points captured",
                    static_cast<long long>(found.Count()), count);
   if (added.Stopped || (searchStopped && adds)) return Tr("Stopped: %1", CapturedCount(count));
   if (searchStopped) return Tr("Stopped");
-  return found.Any() ? before : Tr("No black pixels here: the scan finds nothing else");
+  if (found.Any()) return before;
+  return onlyInside ? Tr("No black pixels here inside of the axes, and the scan finds nothing else")
+                    : Tr("No black pixels here: the scan finds nothing else");
 }
 
 }  // namespace
@@ -274,15 +283,17 @@ void Scan(const ExtractionContext& context, const ScanRectangle& rectangle) {
   const std::string before = context.Status.Status;
   ScanStatus status(context.Status);
   context.Callbacks.Pump();
+  const ScanOptions options{PaletteColour(context.Options.TraceColor), BoxToStayIn(context)};
   FoundPositions found(wanted);
-  const bool stopped = !Search(context, columns, rows, found, status);
+  const bool stopped = !Search(context, options, columns, rows, found, status);
   found.Sort();
   status.Show(100);
   const Added added = adds ? AddFound(context, found, stopped, status) : Added{};
   status.Show(100);
   ShowResult(context);
   context.Store.NPoints = store.ListCount;
-  context.Status.Status = ResultText(before, found, stopped, added, adds);
+  context.Status.Status =
+      ResultText(before, found, stopped, added, adds, options.Inside.has_value());
 }
 
 }  // namespace graphize

@@ -26,7 +26,7 @@ constexpr int kTall = 24;
 
 /// A curve on its way through the picture.
 struct FollowedCurve {
-  const PlotImage& Image;
+  const TracedInk& Picture;
   int XIncrement, YIncrement;
   int Threshold;  // rows: a greater change is a leap
   Course Way = {};
@@ -43,7 +43,7 @@ struct FoundStroke {
 };
 
 int ExtentAhead(const FollowedCurve& curve, const Stroke& stroke, int column, int longestBreak) {
-  return ExtentOfInk(curve.Image, stroke, column, 1, longestBreak, curve.YIncrement, kGoesOn);
+  return ExtentOfInk(curve.Picture, stroke, column, 1, longestBreak, curve.YIncrement, kGoesOn);
 }
 
 int InkOnCourse(const InkColumn& ink, double wanted) {
@@ -116,7 +116,7 @@ std::optional<Stroke> GoingStraightOn(const FollowedCurve& curve, int column, in
   std::optional<Stroke> here;
   int missing = 0, alone = 0;
   for (int ahead = 0; ahead < kLongestCrossing + 2; ++ahead) {
-    const InkColumn ink(curve.Image, column + ahead);
+    const InkColumn ink(curve.Picture, column + ahead);
     const double wanted = curve.Way.RowAt(column + ahead);
     const int row = InkOnCourse(ink, wanted);
     if (row < 0) {
@@ -131,8 +131,8 @@ std::optional<Stroke> GoingStraightOn(const FollowedCurve& curve, int column, in
       return std::nullopt;
     if (ahead == 0) here = run;
     if (++alone < 2) continue;
-    const int rest = std::min(enough, curve.Image.Width() - 1 - column - ahead);
-    if (ExtentOfInk(curve.Image, run, column + ahead, 1, curve.XIncrement, 0, rest) < rest)
+    const int rest = std::min(enough, curve.Picture.Image.Width() - 1 - column - ahead);
+    if (ExtentOfInk(curve.Picture, run, column + ahead, 1, curve.XIncrement, 0, rest) < rest)
       return std::nullopt;
     if (here) return here;
     const double mean = curve.Way.RowAt(column);
@@ -154,13 +154,13 @@ bool IsAnothers(const FollowedCurve& curve, const Stroke& stroke, int column, in
   constexpr int kLittle = 4;
   constexpr int kSteep = 5;  // rows per column: such a course leads anywhere
   if (!attached && (deviation > 1.5 || slope > kSteep) &&
-      ExtentOfInk(curve.Image, stroke, column, -1, 0, 0, kGoesOn) > missing + kLittle)
+      ExtentOfInk(curve.Picture, stroke, column, -1, 0, 0, kGoesOn) > missing + kLittle)
     return true;
   if (deviation <= curve.YIncrement + slope) return false;
-  InkFront front(curve.Image, stroke, curve.YIncrement);
+  InkFront front(curve.Picture, stroke, curve.YIncrement);
   for (int next = column + 1; next <= limit; ++next) {
     front.Advance(next);
-    const int row = InkOnCourse(InkColumn(curve.Image, next), curve.Way.RowAt(next));
+    const int row = InkOnCourse(InkColumn(curve.Picture, next), curve.Way.RowAt(next));
     if (row >= 0) return !front.Holds(row);
   }
   return false;
@@ -213,7 +213,7 @@ TraceEnd TraceSmooth(const ExtractionContext& context, float x, float y) {
   if (!HasValues(context)) return {};
   RunningTrace trace(context, x, y);
   const int startRow = trace.StartRow;
-  FollowedCurve curve{.Image = context.Image,
+  FollowedCurve curve{.Picture = trace.Ink,
                       .XIncrement = trace.XIncrement,
                       .YIncrement = trace.YIncrement,
                       .Threshold = 2 * trace.YIncrement,
@@ -223,7 +223,7 @@ TraceEnd TraceSmooth(const ExtractionContext& context, float x, float y) {
   int limit = trace.StartColumn + trace.XIncrement;
   bool begun = false;
   for (int column = trace.StartColumn; column <= limit && GoesOn(trace, column); ++column) {
-    const auto found = FindStroke(curve, InkColumn(context.Image, column), column);
+    const auto found = FindStroke(curve, InkColumn(trace.Ink, column), column);
     curve.Adjacent = false;
     if (!found) continue;
     const Stroke& stroke = found->Ink;

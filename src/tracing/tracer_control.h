@@ -17,6 +17,7 @@ struct TracerControl {
   CheckBox Center{"Center", true};      // CHK_Center
   CheckBox Above{"Edge Above", false};  // CHK_Above
   CheckBox Below{"Edge Below", false};  // CHK_Below
+  bool InsideAxes = false;              // tracers and scan end at the frame: CHK_InsideAxes
 };
 
 /// Captions and increments for the trace type of the settings: 0 edges, 1 smooth, 2 scan.

@@ -1,9 +1,13 @@
 #include "tracing/tracer_panel.h"
 
 #include <QCheckBox>
+#include <QComboBox>
+#include <QEvent>
 #include <QGridLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QSlider>
+#include <QSpinBox>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -37,6 +41,7 @@ TracerPanel::TracerPanel(int largestBlock, QWidget* parent)
   setObjectName(QStringLiteral("FRM_Tracer"));
   auto* column = new QVBoxLayout(this);
 
+  MakeBoxes();
   auto* grid = grid_ = new QGridLayout;
   grid->setHorizontalSpacing(4);
   xRange_ = IncrementBox("Xrange", tr("X increment"), tr("Columns to look ahead over a gap"));
@@ -62,6 +67,10 @@ TracerPanel::TracerPanel(int largestBlock, QWidget* parent)
   grid->addLayout(checks, 0, kCheckColumn, 2, 1);
   grid->setColumnStretch(kCheckColumn, 1);
   column->addLayout(grid);
+  insideAxes_ = Named(new QCheckBox(tr("Inside the axes only")), "CHK_InsideAxes");
+  insideAxes_->setToolTip(
+      tr("Traces and scans end at the frame of the plot, or where the axes end"));
+  column->addWidget(insideAxes_, 0, Qt::AlignLeft);
 
   auto* block = new QGridLayout;
   block->addWidget(new QLabel(tr("Block/Erase Size")), 0, 0);
@@ -84,7 +93,50 @@ TracerPanel::TracerPanel(int largestBlock, QWidget* parent)
   connect(center_, &QCheckBox::clicked, this, &TracerPanel::CenterSwitched);
   connect(above_, &QCheckBox::clicked, this, &TracerPanel::AboveSwitched);
   connect(below_, &QCheckBox::clicked, this, &TracerPanel::BelowSwitched);
+  connect(insideAxes_, &QCheckBox::clicked, this, &TracerPanel::InsideAxesSwitched);
   connect(blockSize_, &QSlider::valueChanged, this, &TracerPanel::BlockSizeChosen);
+}
+
+void TracerPanel::MakeBoxes() {
+  const auto box = [](const char* name, const QString& caption, const QString& tip,
+                      const QStringList& choices) {
+    auto* made = Named(new QComboBox, name, caption);
+    made->setToolTip(tip);
+    made->addItems(choices);
+    // The choices may be wider than the panel; the list that opens is not.
+    made->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    made->setMinimumContentsLength(9);
+    made->setFocusPolicy(Qt::TabFocus);
+    return made;
+  };
+  traceType_ = box("CMB_TraceType", tr("Trace"), tr("What a right click on the picture does"),
+                   {tr("Peaks, Edges, smooth"), tr("Smooth"), tr("Scan (all black points)")});
+  snap_ = box("CMB_Snap", tr("Snap"), tr("Where a click is moved to"),
+              {tr("no Snap"), tr("Snap to X"), tr("Snap to Y"), tr("Snap Center")});
+  threshold_ = Named(new QSpinBox, "SPN_Threshold", tr("Black and white threshold"));
+  threshold_->setToolTip(
+      tr("What is darker becomes black when a picture is reduced to black and white"));
+  threshold_->setPrefix(tr("BW "));
+  threshold_->setRange(1, 255);
+  threshold_->findChild<QLineEdit*>()->setAccessibleName(threshold_->accessibleName());
+  threshold_->setFocusPolicy(Qt::StrongFocus);
+  for (QWidget* made : std::initializer_list<QWidget*>{traceType_, snap_, threshold_})
+    made->installEventFilter(this);
+  auto* second = new QHBoxLayout;
+  second->addWidget(snap_, 1);
+  second->addWidget(threshold_);
+  auto* column = static_cast<QVBoxLayout*>(layout());
+  column->addWidget(traceType_);
+  column->addLayout(second);
+  connect(traceType_, &QComboBox::activated, this, &TracerPanel::TraceTypeChosen);
+  connect(snap_, &QComboBox::activated, this, &TracerPanel::SnapChosen);
+  connect(threshold_, &QSpinBox::valueChanged, this, &TracerPanel::ThresholdChosen);
+}
+
+bool TracerPanel::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() != QEvent::Wheel) return QGroupBox::eventFilter(watched, event);
+  event->ignore();
+  return true;
 }
 
 void TracerPanel::ReserveCaptions() {
@@ -101,7 +153,16 @@ void TracerPanel::ReserveCaptions() {
   grid_->setColumnMinimumWidth(kCheckColumn, width);
 }
 
-void TracerPanel::Render(const TracerControl& control, int blockSize) {
+void TracerPanel::Render(const TracerControl& control, const Settings& settings, int blockSize) {
+  const auto choose = [](QComboBox* box, int choice) {
+    box->setCurrentIndex(choice >= 0 && choice < box->count() ? choice : -1);
+  };
+  choose(traceType_, settings.Trace);
+  choose(snap_, settings.SnapMode);
+  {
+    const QSignalBlocker quiet(threshold_);
+    threshold_->setValue(settings.Threshold);
+  }
   graphize::Show(xRange_, control.Xrange);
   graphize::Show(yRange_, control.Yrange);
   for (QWidget* widget : std::initializer_list<QWidget*>{xRange_, yRange_, xSteps_, ySteps_})
@@ -109,6 +170,7 @@ void TracerPanel::Render(const TracerControl& control, int blockSize) {
   Show(center_, control.Center, control.PointsEnabled);
   Show(above_, control.Above, control.PointsEnabled);
   Show(below_, control.Below, control.PointsEnabled);
+  insideAxes_->setChecked(control.InsideAxes);
   const QSignalBlocker quiet(blockSize_);
   blockSize_->setValue(blockSize);
   graphize::Show(blockSizeShown_, std::to_string(blockSize));

@@ -56,27 +56,28 @@ int ScreenWay(int from, int to, int by, double scale) {
 }
 
 bool IsNear(QPointF a, QPointF b) {
-  return std::abs(a.x() - b.x()) <= 1 && std::abs(a.y() - b.y()) <= 1;
+  constexpr double kRounding = 2;
+  return std::abs(a.x() - b.x()) < kRounding && std::abs(a.y() - b.y()) < kRounding;
 }
 
 }  // namespace
 
-QPoint PixelOf(const QWidget* widget, const QSinglePointEvent* event) {
+QPointF PlaceOf(const QWidget* widget, const QSinglePointEvent* event) {
   const QPointF position = widget->mapFrom(widget->window(), event->scenePosition());
   // Some events that Qt makes up itself have no place in the window.
-  return IsNear(position, event->position()) ? Floor(position) : EnteredPixel(widget, event);
+  return IsNear(position, event->position()) ? position : EnteredPlace(widget, event);
 }
 
-QPoint EnteredPixel(const QWidget* widget, const QSinglePointEvent* event) {
-  const QPoint pointer = PointerPixel(widget);
-  return IsNear(pointer, event->position()) ? pointer : Floor(event->position());
+QPointF EnteredPlace(const QWidget* widget, const QSinglePointEvent* event) {
+  const QPointF pointer = PointerPlace(widget);
+  return IsNear(pointer, event->position()) ? pointer : event->position();
 }
 
-QPoint PointerPixel(const QWidget* widget) {
+QPointF PointerPlace(const QWidget* widget) {
   const auto screen = ScreenPixelInWindow(widget);
   if (!screen) return widget->mapFromGlobal(QCursor::pos());
-  return Floor(
-      widget->mapFrom(widget->window(), QPointF(*screen) / widget->window()->devicePixelRatioF()));
+  return widget->mapFrom(widget->window(),
+                         QPointF(*screen) / widget->window()->devicePixelRatioF());
 }
 
 bool MovePointerBy(const QWidget* widget, int dx, int dy) {
@@ -86,7 +87,7 @@ bool MovePointerBy(const QWidget* widget, int dx, int dy) {
     QCursor::setPos(QCursor::pos() + QPoint(dx, dy));
     return true;
   }
-  const QPoint to = widget->mapTo(widget->window(), PointerPixel(widget) + QPoint(dx, dy));
+  const QPoint to = widget->mapTo(widget->window(), Floor(PointerPlace(widget)) + QPoint(dx, dy));
   const double scale = widget->window()->devicePixelRatioF();
   xcb_connection_t* connection = XConnection();
   xcb_warp_pointer(connection, XCB_NONE, XCB_NONE, 0, 0, 0, 0,

@@ -8,14 +8,14 @@ class QWidget;
 
 namespace graphize {
 
-/// The logical pixel of `widget` in which an event lies. Where the screen is scaled, several screen
-/// pixels show one, and the event's own position is rounded to the nearer corner.
-QPoint PixelOf(const QWidget* widget, const QSinglePointEvent* event);
+/// Where an event lies in `widget`: the upper left corner of its screen pixel, exactly. Where the
+/// screen is scaled, the event's own position is rounded to the nearest logical pixel.
+QPointF PlaceOf(const QWidget* widget, const QSinglePointEvent* event);
 /// The same for an event that tells of the pointer coming over the widget: its position has gone
 /// through whole pixels of the desktop, and the screen pointer itself corrects that.
-QPoint EnteredPixel(const QWidget* widget, const QSinglePointEvent* event);
+QPointF EnteredPlace(const QWidget* widget, const QSinglePointEvent* event);
 /// The same for the screen pointer as it stands now.
-QPoint PointerPixel(const QWidget* widget);
+QPointF PointerPlace(const QWidget* widget);
 
 /// Moves the screen pointer by so many logical pixels of `widget`, at least by one screen pixel
 /// each way. False where the system does not let programs do that.

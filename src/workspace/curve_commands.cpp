@@ -14,15 +14,14 @@ Outcome RefusedAndTold(const Desktop& desktop, const std::string& reason) {
   return Refused(reason);
 }
 
-/// Another curve is the active one.
-void ShowActive(Workspace& ws) {
+}  // namespace
+
+void ShowActiveCurve(Workspace& ws) {
   EnableDataCommands(ws.commands, ws.store.CaptureCount > 0);
   UpdateEditMenu(ws.store, ws.commands);
   UpdateDataMenu(ws.store, ws.commands);
   RefreshPlot(ws);
 }
-
-}  // namespace
 
 Outcome Run(Workspace& ws, const Desktop& desktop, NewCurveStep& step) {
   step.Curve = CurveNameOf(step.Curve);
@@ -32,7 +31,7 @@ Outcome Run(Workspace& ws, const Desktop& desktop, NewCurveStep& step) {
   if (ws.curves.Curves.size() >= kMostCurves)
     return RefusedAndTold(desktop, Tr("There are %1 curves, more cannot be.", kMostCurves));
   AddCurve(ws.curves, ws.store, step.Curve);
-  ShowActive(ws);
+  ShowActiveCurve(ws);
   ws.status.Status = Tr("New curve: %1", step.Curve);
   return {};
 }
@@ -42,7 +41,7 @@ Outcome Run(Workspace& ws, const Desktop&, const SelectCurveStep& step) {
   if (curve < 0) return Refused(Tr("there is no curve \"%1\"", step.Curve));
   if (curve == ws.curves.Active) return Nothing();
   SelectCurve(ws.curves, ws.store, curve);
-  ShowActive(ws);
+  ShowActiveCurve(ws);
   return {};
 }
 
@@ -62,7 +61,7 @@ Outcome Run(Workspace& ws, const Desktop&, const DeleteCurveStep&) {
       Tr("Deleted: %1 (%2)", ActiveCurve(ws.curves).Name, PointCount(ws.store.CaptureCount));
   DeleteCurve(ws.curves, ws.store);
   if (!CanHideCurve(ws)) ActiveCurve(ws.curves).Shown = true;
-  ShowActive(ws);
+  ShowActiveCurve(ws);
   return {};
 }
 

@@ -11,6 +11,8 @@ namespace graphize {
 /// leave the picture, on which all curves that are shown are marked.
 Outcome Run(Workspace& ws, const Desktop& desktop, NewCurveStep& step);
 Outcome Run(Workspace& ws, const Desktop& desktop, const SelectCurveStep& step);
+/// After another curve has become the active one: its commands, and the marks of all.
+void ShowActiveCurve(Workspace& ws);
 /// A name that cannot be is told and refused.
 Outcome Run(Workspace& ws, const Desktop& desktop, RenameCurveStep& step);
 

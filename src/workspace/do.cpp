@@ -1,12 +1,16 @@
 #include "workspace/do.h"
 
+#include <type_traits>
 #include <utility>
 
 #include "workspace/capture_commands.h"
 #include "workspace/curve_commands.h"
 #include "workspace/data_commands.h"
 #include "workspace/extraction_commands.h"
+#include "workspace/find_commands.h"
 #include "workspace/image_tools_commands.h"
+#include "workspace/ink_check_commands.h"
+#include "workspace/ink_commands.h"
 #include "workspace/picture_commands.h"
 #include "workspace/plot_mouse.h"
 #include "workspace/point_edit_commands.h"
@@ -80,6 +84,21 @@ Outcome RunRecord(Workspace& ws, const Desktop& desktop, Record& step) {
   }
 }
 
+template <class Record, class... Kinds>
+constexpr bool kIsOneOf = (std::is_same_v<Record, Kinds> || ...);
+
+/// Nothing is captured or moved unseen: a hidden curve is shown then.
+template <class Record>
+void ShowWorkedOn(Workspace& ws, int pointsBefore) {
+  constexpr bool kMoves = kIsOneOf<Record, MovePointsStep>;
+  constexpr bool kCaptures =
+      kIsOneOf<Record, CaptureStep, PointStep, TraceStep, ScanStep, ReadStep>;
+  const bool worked = kMoves || (kCaptures && ws.store.CaptureCount > pointsBefore);
+  if (!worked || ActiveCurve(ws.curves).Shown) return;
+  ActiveCurve(ws.curves).Shown = true;
+  ws.plot.Dirty.Add(0, 0, ws.plot.Width() - 1, ws.plot.Height() - 1);
+}
+
 template <class Record>
 bool IsNoted(const Record&, const Outcome& outcome) {
   // What can be stopped can fail midway; all else fails before it has changed anything.
@@ -88,16 +107,26 @@ bool IsNoted(const Record&, const Outcome& outcome) {
   return outcome.IsDone();
 }
 
+/// Whether the step finds points by itself, so that they are held against the picture.
+template <class Record>
+constexpr bool FindsPoints(const Record&) {
+  return std::is_same_v<Record, TraceStep> || std::is_same_v<Record, ScanStep> ||
+         std::is_same_v<Record, ReadStep>;
+}
+
 }  // namespace
 
 Outcome Do(Workspace& ws, const Desktop& desktop, Step step) {
   EndDrag(ws);
   return std::visit(
       [&](auto& record) {
+        const int points = ws.store.CaptureCount;
         Outcome outcome = RunRecord(ws, desktop, record);
         if (!IsNoted(record, outcome)) return outcome;
+        ShowWorkedOn<std::remove_reference_t<decltype(record)>>(ws, points);
         Note(ws, std::move(record));
         NoteWhatStays(ws);
+        if (FindsPoints(record) && outcome.Points > 0) CheckPoints(ws);
         return outcome;
       },
       step);
@@ -113,13 +142,8 @@ void NotePen(Workspace& ws) {
 
 void NoteOptions(Workspace& ws) {
   Recipe& recipe = ws.recipe;
-  const auto read = [](const Workspace& from) {
-    std::vector<std::string> values;
-    for (const RecipeOption& option : RecipeOptions()) values.push_back(option.Read(from));
-    return values;
-  };
-  if (recipe.Options.empty()) recipe.Options = read(Workspace());
-  std::vector<std::string> now = read(ws);
+  if (recipe.Options.empty()) recipe.Options = OptionValues(Workspace());
+  std::vector<std::string> now = OptionValues(ws);
   for (std::size_t i = 0; i < now.size(); ++i)
     if (now[i] != recipe.Options[i])
       recipe.Steps.push_back(SetStep{RecipeOptions()[i].Name, now[i]});

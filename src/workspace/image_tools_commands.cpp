@@ -7,8 +7,8 @@
 #include "base/translation.h"
 #include "image_tools/picture_tools.h"
 #include "raster/black_white.h"
-#include "workspace/picture_commands.h"
 #include "workspace/picture_map.h"
+#include "workspace/shown_picture.h"
 
 namespace graphize {
 
@@ -79,6 +79,9 @@ std::optional<Raster> Processed(Workspace& ws, const Desktop& desktop) {
 PictureBox Exchange(Workspace& ws, const Desktop& desktop, PictureBox picture) {
   const Viewport view = ws.view;
   PictureBox replaced = LoadImage(ws, desktop, std::move(picture), ws.plot.SourceName);
+  ws.view.Zoom = view.Zoom;
+  ws.view.Fits = view.Fits;
+  ResetScrBars(ws.view, ws.plot.Width(), ws.plot.Height());
   ScrollTo(ws.view, view.X, view.Y);
   return replaced;
 }

@@ -22,7 +22,8 @@ ImageToolStep StepOfForm(const ImageToolsForm& form);
 Outcome Run(Workspace& ws, const Desktop& desktop, const UndoImageToolStep& step);
 bool CanUndoImageTool(const Workspace& ws);
 
-/// Makes the base picture black and white (reading/ink_threshold.h). Points, blockers, calibration and mode stay.
+/// Makes the base picture black and white (reading/ink_threshold.h). Points, blockers, calibration
+/// and mode stay.
 Outcome Run(Workspace& ws, const Desktop& desktop, const BlackWhiteStep& step);
 
 /// What closing the window does: drops the undo copy and warns when the axes no longer fit.

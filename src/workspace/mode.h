@@ -8,11 +8,28 @@
 namespace graphize {
 
 /// The pressed mode button of the toolbar, or none: what the mouse does on the picture.
-/// "Edit Points" has no button, but is switched on in the menu.
-enum class Mode { None, AxisDef, Graphize, BlockTest, DrawErase, GridBuster, EditPoints };
+/// "Edit Points" has no button, but is switched on in the menu; those that read have theirs beside
+/// the side panel's frames.
+enum class Mode {
+  None,
+  AxisDef,
+  Graphize,
+  BlockTest,
+  DrawErase,
+  GridBuster,
+  EditPoints,
+  ReadCurve,
+  FindSymbols
+};
 
-inline constexpr std::array<Mode, 6> kModes = {Mode::AxisDef,   Mode::Graphize,   Mode::BlockTest,
-                                               Mode::DrawErase, Mode::GridBuster, Mode::EditPoints};
+inline constexpr std::array<Mode, 8> kModes = {Mode::AxisDef,   Mode::Graphize,   Mode::BlockTest,
+                                               Mode::DrawErase, Mode::GridBuster, Mode::EditPoints,
+                                               Mode::ReadCurve, Mode::FindSymbols};
+
+/// Whether clicks read the picture in its colours, and what was read is shown before it is taken.
+constexpr bool IsReading(Mode mode) {
+  return mode == Mode::ReadCurve || mode == Mode::FindSymbols;
+}
 
 /// The key of a mode, as its toolbar button has it; empty for none.
 constexpr std::string_view ModeKey(Mode mode) {
@@ -29,6 +46,10 @@ constexpr std::string_view ModeKey(Mode mode) {
       return "gridbuster";
     case Mode::EditPoints:
       return "editpoints";
+    case Mode::ReadCurve:
+      return "readcurve";
+    case Mode::FindSymbols:
+      return "findsymbols";
     case Mode::None:
       break;
   }
@@ -50,6 +71,10 @@ constexpr const char* ModeHint(Mode mode) {
       return Marked("Click LEFT for X and RIGHT for Y grid lines, SHIFT click for Auto mode");
     case Mode::EditPoints:
       return Marked("Drag or arrow keys move points, Del deletes them");
+    case Mode::ReadCurve:
+      return Marked("Left click: read the curve; right: blocker");
+    case Mode::FindSymbols:
+      return Marked("Left click: find all symbols of this kind; right: blocker");
     case Mode::None:
       break;
   }

@@ -1,5 +1,7 @@
 #include "workspace/options_commands.h"
 
+#include <utility>
+
 #include "base/run_time_error.h"
 #include "base/translation.h"
 #include "settings/language.h"
@@ -17,6 +19,20 @@ void FillFromSettings(Workspace& ws) {
 
 }  // namespace
 
+void ChooseTraceType(Workspace& ws, int type) {
+  if (ws.settings.Trace == type) return;
+  ws.settings.Trace = static_cast<std::int16_t>(type);
+  SetTraceType(ws.tracer, type);
+}
+
+void ChooseSnap(Workspace& ws, int mode) {
+  ws.settings.SnapMode = static_cast<std::int16_t>(mode);
+}
+
+void ChooseThreshold(Workspace& ws, int level) {
+  ws.settings.Threshold = static_cast<std::int16_t>(level);
+}
+
 void ShowOptions(Workspace& ws) {
   ws.options = {.AtOpening = ws.settings};
   FillFromSettings(ws);
@@ -30,10 +46,9 @@ void AcceptOptions(Workspace& ws) {
 
 void ApplyOptions(Workspace& ws) {
   ws.options.Note.clear();
-  const int traceBefore = ws.settings.Trace;
+  const std::int16_t traceBefore = ws.settings.Trace;
   TakeOptions(ws.options, ws.settings);
-  // Increments that somebody has set stay with the trace type that they were set for.
-  if (ws.settings.Trace != traceBefore) SetTraceType(ws.tracer, ws.settings.Trace);
+  ChooseTraceType(ws, std::exchange(ws.settings.Trace, traceBefore));
   FillFromSettings(ws);
 }
 

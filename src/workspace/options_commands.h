@@ -7,6 +7,12 @@
 
 namespace graphize {
 
+/// Settings that the tracer's panel has, too. Increments that somebody has set stay with the trace
+/// type that they were set for.
+void ChooseTraceType(Workspace& ws, int type);
+void ChooseSnap(Workspace& ws, int mode);
+void ChooseThreshold(Workspace& ws, int level);
+
 /// Opens the window frmOptions, filled from the settings.
 void ShowOptions(Workspace& ws);
 

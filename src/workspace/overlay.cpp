@@ -4,38 +4,33 @@
 #include <cmath>
 #include <utility>
 
+#include "workspace/preview_commands.h"
+
 namespace graphize {
 
 namespace {
 
-bool Touches(const PlotOverlay::Rectangle& area, const PlotPixel& pixel, int reach) {
-  return pixel.X >= area.Left - reach && pixel.X <= area.Right + reach &&
-         pixel.Y >= area.Top - reach && pixel.Y <= area.Bottom + reach;
+PlotOverlay::Point PointAt(int column, int row) {
+  return {static_cast<float>(column), static_cast<float>(row)};
 }
 
-/// The curve's points that reach into the area: those that its list shows, and all captured ones
+/// The curve's points within the area: those that its list shows, and all captured ones
 /// while the list has other rows, such as resampled ones.
 PlotOverlay::Marks MarksOf(const Curve& curve, const PointStore& store,
                            const PlotOverlay::Rectangle& area) {
-  constexpr float kReach = kCurvePointReach + kMarkEdge + 0.5f;
-  const float left = static_cast<float>(area.Left) - kReach;
-  const float right = static_cast<float>(area.Right) + kReach;
-  const float top = static_cast<float>(area.Top) - kReach;
-  const float bottom = static_cast<float>(area.Bottom) + kReach;
   PlotOverlay::Marks marks{.MarkColour = curve.MarkColour};
   const std::vector<PointId>& ids = store.ListIsCaptured ? store.ListId : store.CaptureId;
   const int count = store.ListIsCaptured ? store.ListCount : store.CaptureCount;
   for (int i = 1; i <= count; ++i) {
     const Place& place = store.Places[ids[i]];
-    if (place.Column >= left && place.Column <= right && place.Row >= top && place.Row <= bottom)
-      marks.Points.push_back(
-          {static_cast<int>(std::lrint(place.Column)), static_cast<int>(std::lrint(place.Row))});
+    const PlotOverlay::Point point{place.Column, place.Row};
+    if (Contains(area, point)) marks.Points.push_back(point);
   }
   return marks;
 }
 
-/// The curves that are shown, the active one above the others. One alone is not marked: what is
-/// captured leaves its own marks on the picture.
+/// The curves that are shown, the active one above the others. One alone is marked only where
+/// curves are read: what is captured otherwise leaves its own marks on the picture.
 void AddCurves(PlotOverlay& overlay, const Workspace& ws, const PlotOverlay::Rectangle& area) {
   const std::vector<Curve>& curves = ws.curves.Curves;
   const auto add = [&](int i) {
@@ -44,7 +39,7 @@ void AddCurves(PlotOverlay& overlay, const Workspace& ws, const PlotOverlay::Rec
     PlotOverlay::Marks marks = MarksOf(curve, PointsOf(ws.curves, ws.store, i), area);
     if (!marks.Points.empty()) overlay.Curves.push_back(std::move(marks));
   };
-  if (curves.size() < 2) return;
+  if (curves.size() < 2 && !IsReading(ws.mode)) return;
   for (int i = 0; i < static_cast<int>(curves.size()); ++i)
     if (i != ws.curves.Active) add(i);
   // Edited, its points are shown by themselves.
@@ -72,13 +67,35 @@ void AddEditedPoints(const Workspace& ws, const PlotOverlay::Rectangle& area,
       column += edit.To.Column - edit.From.Column;
       row += edit.To.Row - edit.From.Row;
     }
-    const PlotPixel pixel{static_cast<int>(std::nearbyint(column)),
-                          static_cast<int>(std::nearbyint(row))};
-    if (!Touches(area, pixel, kEditMarkReach + kMarkEdge)) continue;
-    if (editing) overlay.EditPoints.push_back({pixel.X, pixel.Y});
-    if (isSelected) overlay.Selected.push_back({pixel.X, pixel.Y});
-    if (editing && edit.Near == id) overlay.Near = {pixel.X, pixel.Y};
+    const PlotOverlay::Point point{column, row};
+    if (!Contains(area, point)) continue;
+    if (editing) overlay.EditPoints.push_back(point);
+    if (isSelected) overlay.Selected.push_back(point);
+    if (editing && edit.Near == id) overlay.Near = point;
   }
+}
+
+/// What was read, cut into stretches that are seen and stretches that are not.
+void AddPreview(const Workspace& ws, PlotOverlay& overlay) {
+  if (!HasReading(ws)) return;
+  const CurvePreview& shown = *ws.reading.Curve;
+  PlotOverlay::Preview& preview = overlay.Previews.emplace_back();
+  if (!shown.Ink.IsEmpty()) preview.Ink = &shown.Ink;
+  preview.MarkColour = shown.MarkColour;
+  for (const CurvePoint& point : shown.Reading.Points) {
+    const bool isDoubtful = point.IsBridged || point.Sigma > kDoubtfulSigma;
+    if (preview.Courses.empty() || preview.Courses.back().IsDoubtful != isDoubtful) {
+      // The stretches meet.
+      std::vector<PlotOverlay::Position> way;
+      if (!preview.Courses.empty()) way.push_back(preview.Courses.back().Way.back());
+      preview.Courses.push_back({std::move(way), isDoubtful});
+    }
+    preview.Courses.back().Way.push_back({point.X, point.Y});
+  }
+  if (ws.reading.Density != ReadingDensity::Kind::Each)
+    for (const CurvePoint& point : shown.Points) preview.Points.push_back({point.X, point.Y});
+  for (const PlotPixel& click : shown.Clicks)
+    preview.Clicks.push_back({static_cast<double>(click.X), static_cast<double>(click.Y)});
 }
 
 }  // namespace
@@ -105,9 +122,10 @@ PlotOverlay Plot_Paint(const Workspace& ws, const PlotOverlay::Rectangle& area) 
     for (int row = 0; row < 3; ++row)
       if (ws.calibration.Defined[row])
         overlay.AxisPoints.push_back(
-            {ws.calibration.PixelX[row], ws.plot.Height() - ws.calibration.PixelY[row]});
+            PointAt(ws.calibration.PixelX[row], ws.plot.Height() - ws.calibration.PixelY[row]));
   }
   AddCurves(overlay, ws, area);
+  AddPreview(ws, overlay);
   // A curve that is hidden is not seen in any way.
   const bool shown = ActiveCurve(ws.curves).Shown;
   // But nothing is edited unseen.
@@ -118,12 +136,13 @@ PlotOverlay Plot_Paint(const Workspace& ws, const PlotOverlay::Rectangle& area) 
     for (int i = 1; i <= ws.store.ListCount; ++i) {
       const auto pixel =
           Real2Pixels(ws.calibration, ws.plot.Height(), ws.store.ListX[i], ws.store.ListY[i]);
-      if (pixel && Touches(area, *pixel, kDataPointReach + kMarkEdge))
-        overlay.DataPoints.push_back({pixel->X, pixel->Y});
+      if (!pixel) continue;
+      const PlotOverlay::Point point = PointAt(pixel->X, pixel->Y);
+      if (Contains(area, point)) overlay.DataPoints.push_back(point);
     }
   }
   if (ws.commands.ShowLastPoint) {
-    overlay.LastPoint = {ws.store.LastPixelX, ws.plot.Height() - ws.store.LastPixelY};
+    overlay.LastPoint = PointAt(ws.store.LastPixelX, ws.plot.Height() - ws.store.LastPixelY);
     overlay.LastColour = PaletteColour(1);
   }
   return overlay;

@@ -18,7 +18,9 @@
 #include "workspace/capture_commands.h"
 #include "workspace/do.h"
 #include "workspace/picture_map.h"
+#include "workspace/picture_part.h"
 #include "workspace/plot_mouse.h"
+#include "workspace/shown_picture.h"
 #include "workspace/toolbar.h"
 
 namespace graphize {
@@ -50,20 +52,39 @@ bool AcceptsDamage(const Desktop& desktop, const std::filesystem::path& path,
 }
 
 /// Offers the reduction to black and white of a picture that has other colours, before it is shown;
-/// `reduce` is the answer where it is known already. True when it was reduced.
-bool OfferBlackAndWhite(Workspace& ws, const Desktop& desktop, Raster& picture,
-                        std::optional<bool> reduce) {
-  if (IsBlackAndWhite(picture)) return false;
-  if (!reduce)
-    reduce = AskYesNo(desktop,
-                      "Image is not Black & White !\r\nAuto-Trace works best on BW "
-                      "images\r\n\r\nDo you want to reduce colors to BW ?");
+/// the step has the answer, or gets it when it asks.
+template <class Step>
+void OfferBlackAndWhite(Workspace& ws, const Desktop& desktop, Raster& picture, Step& step) {
+  if (IsBlackAndWhite(picture)) return void(step.BlackAndWhite = false);
+  if (step.Ask) {
+    step.BlackAndWhite = AskYesNo(desktop,
+                                  "Image is not Black & White !\r\nAuto-Trace works best on BW "
+                                  "images\r\n\r\nDo you want to reduce colors to BW ?");
+    step.Threshold = ws.settings.Threshold;
+  }
   desktop.ShowNow();
-  if (!*reduce) return false;
+  if (!step.BlackAndWhite) return;
   ws.status.Status = Tr("Reducing color depth...");
   desktop.ShowNow();
-  ReduceToBlackAndWhite(picture);
-  return true;
+  ReduceToBlackAndWhite(picture, ThresholdOf(step.Threshold));
+}
+
+/// Of a picture that is too long, the part that the step names, or gets when it asks. False after
+/// Cancel or Escape.
+template <class Step>
+bool FitToPositions(Workspace& ws, const Desktop& desktop, const std::filesystem::path& path,
+                    Raster& picture, Step& step) {
+  if (step.Part.empty() && !IsTooLong(picture.Width(), picture.Height())) return true;
+  if (step.Ask && step.Part.empty())
+    step.Part = AskForPart(desktop, path.filename().string(), picture.Width(), picture.Height());
+  else if (step.Part.empty())
+    throw RunTimeError(SizeRefusal(picture.Width(), picture.Height()));
+  if (step.Part.empty()) return false;
+  if (const std::string fault = PartFault(step.Part, picture.Width(), picture.Height());
+      !fault.empty())
+    throw RunTimeError(fault);
+  ws.status.Status = Tr("Loading File ...");
+  return TakePart(picture, step.Part, ShowProgress(ws, desktop));
 }
 
 /// The file's picture as an OpenStep or a ReloadStep wants it, which then says what was wrong with
@@ -102,8 +123,14 @@ std::optional<LoadedPicture> Decode(Workspace& ws, const Desktop& desktop,
     return {};
   }
   step.Damaged = isDamaged;
-  step.BlackAndWhite = OfferBlackAndWhite(
-      ws, desktop, loaded->Picture, step.Ask ? std::nullopt : std::optional(step.BlackAndWhite));
+  const bool fits = FitToPositions(ws, desktop, path, loaded->Picture, step);
+  ws.status.ProgressVisible = false;
+  if (!fits) {
+    ws.status.Status = " ";
+    ShowPictureCaption(ws);
+    return {};
+  }
+  OfferBlackAndWhite(ws, desktop, loaded->Picture, step);
   return loaded;
 }
 
@@ -248,11 +275,11 @@ Outcome Run(Workspace& ws, const Desktop& desktop, ReloadStep& step) {
   std::optional<LoadedPicture> loaded = Decode(ws, desktop, ws.picture.ChosenPath, step);
   if (!loaded) return Nothing("the picture was not read again");
   SetPicture(ws.plot, std::move(loaded->Picture));
+  ws.colours.reset();
   CarryToOpened(ws, ws.plot.Height());
   ws.window.Caption = Tr("GRAPHIZE is Resizing ....");
   desktop.ShowNow();
-  ws.view.X = ws.view.Y = 0;
-  ResetScrBars(ws.view, ws.plot.Width(), ws.plot.Height());
+  ShowFromCorner(ws.view, ws.plot.Width(), ws.plot.Height());
   RedrawBlockers(ws.blockers, ws.plot, ws.settings);
   ShowPictureSize(ws);
   ShowPictureCaption(ws);
@@ -334,10 +361,6 @@ void OfferReset(Workspace& ws, const Desktop& desktop) {
   ReleaseButtons(ws, desktop);
 }
 
-void KeepPictureUsable(Workspace& ws) {
-  ws.commands.Picture = ws.plot.IsPresent();
-}
-
 Outcome Run(Workspace& ws, const Desktop& desktop, const ResetStep&) {
   ResetCurves(ws.curves, ws.store);
   DeleteAllData(ws.store, ws.commands, desktop, false);
@@ -349,66 +372,11 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const ResetStep&) {
   ws.commands.Graphize = false;
   ws.commands.GridBuster = false;
   ws.mode = Mode::None;
-  ws.readOut.XValue.clear();
-  ws.readOut.YValue.clear();
-  ws.readOut.XPOS.clear();
-  ws.readOut.YPos.clear();
+  ClearReadOut(ws.readOut);
   ws.picture.FromFile = true;
   ws.picture.WithoutFile = false;
   ShowFrame(ws, "Graphize");
   return {};
-}
-
-PictureBox LoadImage(Workspace& ws, const Desktop& desktop, Raster picture,
-                     const std::string& sourceName) {
-  return LoadImage(ws, desktop, std::make_shared<Raster>(std::move(picture)), sourceName);
-}
-
-PictureBox LoadImage(Workspace& ws, const Desktop& desktop, PictureBox picture,
-                     const std::string& sourceName) {
-  ws.plot.PersistentDrawing = false;
-  ClearMarks(ws.plot);
-  desktop.ShowNow();
-  PictureBox replaced = SetPicture(ws.plot, std::move(picture));
-  ws.imageTools.UndoCopy.reset();  // it was of the picture before
-  ws.window.Caption = Tr("GRAPHIZE is Resizing ....");
-  desktop.ShowNow();
-  ws.view.X = ws.view.Y = 0;
-  ResetScrBars(ws.view, ws.plot.Width(), ws.plot.Height());
-  RedrawBlockers(ws.blockers, ws.plot, ws.settings);
-  ws.plot.PersistentDrawing = true;
-  ws.plot.SourceName = sourceName;
-  ShowPictureSize(ws);
-  ShowPictureCaption(ws);
-  ws.commands.Picture = true;
-  return replaced;
-}
-
-PictureProgress ShowProgress(Workspace& ws, const Desktop& desktop, int from, int to) {
-  return [&ws, &desktop, from, to](int percent) {
-    ws.status.ProgressVisible = true;
-    ws.status.ProgressValue = from + (to - from) * percent / 100;
-    desktop.Pump();
-    return !desktop.EscapeHeld();
-  };
-}
-
-void ShowPictureSize(Workspace& ws) {
-  ws.status.SizeX = "W=" + std::to_string(ws.plot.Width());
-  ws.status.SizeY = "H=" + std::to_string(ws.plot.Height());
-}
-
-std::string PictureLabel(const std::string& sourceName, bool withoutFile) {
-  const std::string name = TrimRight(sourceName);
-  return withoutFile ? Tr(name.c_str()) : name;
-}
-
-void ShowPictureCaption(Workspace& ws) {
-  ws.window.Caption = kTitle;
-  if (!ws.plot.IsPresent()) return;
-  ws.window.Caption += " - " + PictureLabel(ws.plot.SourceName, ws.picture.WithoutFile) + " (" +
-                       std::to_string(ws.plot.Width()) + "x" + std::to_string(ws.plot.Height()) +
-                       ")";
 }
 
 }  // namespace graphize

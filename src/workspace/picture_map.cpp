@@ -19,6 +19,20 @@ Place Mapped(const AffineMap& map, const Place& place) {
           static_cast<float>(map.YX * x + map.YY * y + map.Y)};
 }
 
+/// The uncertainty across a stroke that goes along with its picture: across the new direction.
+Certainty Mapped(const AffineMap& map, const Certainty& certainty) {
+  if (!certainty.IsKnown()) return certainty;
+  const double x = certainty.AcrossColumns, y = certainty.AcrossRows;
+  const double sigma = std::hypot(x, y);
+  const double alongX = -map.XX * y + map.XY * x, alongY = -map.YX * y + map.YY * x;
+  const double acrossX = map.XX * x + map.XY * y, acrossY = map.YX * x + map.YY * y;
+  const double along = std::hypot(alongX, alongY);
+  if (!(along > 0 && sigma > 0)) return certainty;
+  const double length = (acrossY * alongX - acrossX * alongY) / along;
+  return {static_cast<float>(-length * alongY / along), static_cast<float>(length * alongX / along),
+          certainty.IsBridged};
+}
+
 std::int16_t Within16Bits(double position) {
   using Limits = std::numeric_limits<std::int16_t>;
   return static_cast<std::int16_t>(
@@ -43,11 +57,12 @@ bool AxesFitPicture(const Workspace& ws) {
 void CarryAlong(Workspace& ws, const AffineMap& map, int height) {
   BeforeImageTool& before = ws.beforeImageTool;
   before = {map, ws.map.Shown, {}, ws.blockers};
-  before.Places.resize(ws.curves.Curves.size());
+  before.Curves.resize(ws.curves.Curves.size());
   ChangePoints(ws.curves, ws.store, [&](PointStore& points, std::size_t curve) {
-    before.Places[curve] = points.Places;
+    before.Curves[curve] = {points.Places, points.Certainties};
     for (std::size_t id = 1; id < points.Places.size(); ++id)
       points.Places[id] = Mapped(map, points.Places[id]);
+    for (Certainty& certainty : points.Certainties) certainty = Mapped(map, certainty);
     FollowLastPoint(points, height);
   });
   for (int i = 1; i <= ws.blockers.Count; ++i)
@@ -57,16 +72,19 @@ void CarryAlong(Workspace& ws, const AffineMap& map, int height) {
 
 void CarryBack(Workspace& ws, int height) {
   BeforeImageTool before = std::exchange(ws.beforeImageTool, {});
-  before.Places.resize(ws.curves.Curves.size());
+  before.Curves.resize(ws.curves.Curves.size());
   const AffineMap back = Inverse(before.Map);
   // Mapped back, what has come with the tool would not be the same to the last bit.
   const auto carryBack = [&](auto& now, const auto* was) {
     now = was != nullptr && Mapped(before.Map, *was) == now ? *was : Mapped(back, now);
   };
   ChangePoints(ws.curves, ws.store, [&](PointStore& points, std::size_t curve) {
-    const std::vector<Place>& places = before.Places[curve];
-    for (std::size_t id = 1; id < points.Places.size(); ++id)
-      carryBack(points.Places[id], id < places.size() ? &places[id] : nullptr);
+    const auto carryAll = [&](auto& now, const auto& was) {
+      for (std::size_t id = 1; id < now.size(); ++id)
+        carryBack(now[id], id < was.size() ? &was[id] : nullptr);
+    };
+    carryAll(points.Places, before.Curves[curve].Places);
+    carryAll(points.Certainties, before.Curves[curve].Certainties);
     FollowLastPoint(points, height);
   });
   for (int i = 1; i <= ws.blockers.Count; ++i)
@@ -84,13 +102,16 @@ void CarryToOpened(Workspace& ws, int height) {
 void LosePlaces(Workspace& ws) {
   ChangePoints(ws.curves, ws.store, [](PointStore& points, std::size_t) {
     std::fill(points.Places.begin() + 1, points.Places.end(), kNoPlace);
+    points.Certainties.clear();
   });
   ws.map = {};
 }
 
 void ForgetPlaces(Workspace& ws) {
-  ChangePoints(ws.curves, ws.store,
-               [](PointStore& points, std::size_t) { points.Places.resize(1); });
+  ChangePoints(ws.curves, ws.store, [](PointStore& points, std::size_t) {
+    points.Places.resize(1);
+    points.Certainties.clear();
+  });
 }
 
 }  // namespace graphize

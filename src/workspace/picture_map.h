@@ -22,9 +22,13 @@ struct PictureMap {
 
 /// What lay on the picture before the last image tool.
 struct BeforeImageTool {
-  AffineMap Map;                           // of the tool
-  AffineMap Shown;                         // PictureMap
-  std::vector<std::vector<Place>> Places;  // of each curve
+  AffineMap Map;    // of the tool
+  AffineMap Shown;  // PictureMap
+  struct Points {
+    std::vector<Place> Places;
+    std::vector<Certainty> Certainties;
+  };
+  std::vector<Points> Curves;
   BlockerList Blockers;
 };
 

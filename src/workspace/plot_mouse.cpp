@@ -12,6 +12,7 @@
 #include "workspace/do.h"
 #include "workspace/extraction_commands.h"
 #include "workspace/point_edit_commands.h"
+#include "workspace/preview_commands.h"
 #include "workspace/toolbar.h"
 
 namespace graphize {
@@ -28,20 +29,21 @@ int DraggingButton(const Workspace& ws) {
   return 0;
 }
 
-/// How far a view from `start` on, `length` wide, has to move to reach `position`: one jump at
+/// How far a view from `start` on, `length` wide, has to move to reach a picture pixel: one jump at
 /// most.
-int StepTowards(int position, int start, int length, int jump) {
-  if (position < start) return std::max(position - start, -jump);
-  return std::clamp(position - (start + length - 1), 0, jump);
+int StepTowards(double zoom, int pixel, int start, int length, int jump) {
+  if (const int last = LastPlaceOf(zoom, pixel); last < start) return std::max(last - start, -jump);
+  return std::clamp(FirstPlaceOf(zoom, pixel) - (start + length - 1), 0, jump);
 }
 
 /// A drag beyond the edge of what is seen takes the view with it.
 void FollowDrag(Workspace& ws, float X, float Y) {
   const Viewport& view = ws.view;
-  ScrollTo(
-      ws.view,
-      view.X + StepTowards(ToInt32(X), view.X, view.Width, std::max<int>(ws.settings.XJump, 1)),
-      view.Y + StepTowards(ToInt32(Y), view.Y, view.Height, std::max<int>(ws.settings.YJump, 1)));
+  ScrollTo(ws.view,
+           view.X + StepTowards(view.Zoom, ToInt32(X), view.X, view.Width,
+                                std::max<int>(ws.settings.XJump, 1)),
+           view.Y + StepTowards(view.Zoom, ToInt32(Y), view.Y, view.Height,
+                                std::max<int>(ws.settings.YJump, 1)));
 }
 
 /// A message that is cleared stays readable in the panel beside it.
@@ -66,12 +68,23 @@ std::optional<Outcome> CaptureRefused(const Workspace& ws, float x, float y) {
   return RefusedAt(ws, x, y);
 }
 
+/// A position in whole pixels.
+PlotPosition PixelUnder(float X, float Y) {
+  return {static_cast<float>(ToInt16(X)), static_cast<float>(ToInt16(Y))};
+}
+
+/// Whether the last position lies within a pixel, which was asked for.
+bool IsWithinPixel(const Workspace& ws) {
+  const auto [x, y] = ws.store.CurrentPlace;
+  return ws.settings.SubPixelClicks && (x != std::floor(x) || y != std::floor(y));
+}
+
 /// Whether the hand that holds the button has not moved on since the press was snapped.
 bool StaysSnapped(Workspace& ws, int Button, float X, float Y) {
   PlotMouse& mouse = ws.mouse;
   const float way = std::abs(X - mouse.DownPixelX) + std::abs(Y - mouse.DownPixelY);
-  mouse.Snapped = mouse.Snapped && (Button & kLeftButton) != 0 &&
-                  way < static_cast<float>(ws.window.DragDistance);
+  mouse.Snapped =
+      mouse.Snapped && (Button & kLeftButton) != 0 && way * ws.view.Zoom < ws.window.DragDistance;
   return mouse.Snapped;
 }
 
@@ -167,8 +180,9 @@ void Plot_MouseMove(Workspace& ws, const Desktop& desktop, int Button, int /*Shi
   if (StaysSnapped(ws, Button, X, Y)) return;
   if (!ws.mouse.TraceRunning) ClearStatus(ws.status);
   ReadPlot(ws, desktop, X, Y);
-  if (ws.scanRectangle.Active) MoveScanCorner(ws.scanRectangle, X, Y);
-  DragPen(ws.pen, ws.plot, X, Y);
+  const auto [x, y] = PixelUnder(X, Y);
+  if (ws.scanRectangle.Active) MoveScanCorner(ws.scanRectangle, x, y);
+  DragPen(ws.pen, ws.plot, x, y);
   if (ws.mode == Mode::EditPoints) {
     PointTo(ws, X, Y);
     DragPoints(ws, desktop, X, Y);
@@ -180,37 +194,55 @@ void Plot_MouseMove(Workspace& ws, const Desktop& desktop, int Button, int /*Shi
 void Plot_MouseDown(Workspace& ws, const Desktop& desktop, int Button, int Shift, float X,
                     float Y) {
   ShowModeHint(ws);
+  const auto [x, y] = PixelUnder(X, Y);
   if (ws.mode == Mode::GridBuster) {
     if (Button == kLeftButton || Button == kRightButton)
       Do(ws, desktop,
          GridStep{Button == kLeftButton ? GridDirection::X : GridDirection::Y,
                   (Shift & kShiftKey) != 0,
-                  PlotPosition{X, Y},
+                  PlotPosition{x, y},
                   {}});
     return;
   }
   if (Button == kRightButton && CanExtract(ws)) {
     if (ws.settings.Trace == 2) {
       ws.mouse.SuppressNextClick = true;
-      StartScanRectangle(ws.scanRectangle, X, Y);
+      StartScanRectangle(ws.scanRectangle, x, y);
     } else {
-      Do(ws, desktop, TraceStep{X, Y, {}});
+      Do(ws, desktop, TraceStep{x, y, {}});
     }
   }
   if (ws.mode == Mode::BlockTest && Button == kLeftButton) ws.mouse.Painting = true;
+  if (IsReading(ws.mode) && Button == kRightButton) BlockReading(ws, desktop, X, Y);
   if (ws.mode == Mode::DrawErase && ws.plot.IsPresent() &&
       (Button == kLeftButton || Button == kRightButton))
-    UsePen(ws, Button == kLeftButton ? PenTool::Draw : PenTool::Erase, X, Y, ws.blockSize);
+    UsePen(ws, Button == kLeftButton ? PenTool::Draw : PenTool::Erase, x, y, ws.blockSize);
   if (ws.mode == Mode::EditPoints && Button == kLeftButton) PressPoint(ws, Shift, X, Y);
   ws.mouse.DownPixelX = ToInt16(X);
   ws.mouse.DownPixelY = ToInt16(Y);
   if (ws.mode != Mode::Graphize || Button != kLeftButton) return;
   ws.mouse.PressFailed = true;  // until it is seen not to
-  const auto snapped = SnapToXY(ws.plot, X, Y, ws.settings.SnapMode, ws.settings.SnapDistance);
+  const auto snapped = SnapToXY(ws.plot, x, y, ws.settings.SnapMode, ws.settings.SnapDistance);
   if (snapped) Plot_MouseMove(ws, desktop, 0, 0, snapped->X, snapped->Y);
   ws.mouse.Snapped = snapped.has_value();
   ws.mouse.PressFailed = false;
   ws.mouse.CapturePress = {ws.readOut.PlotX, ws.readOut.PlotY};
+}
+
+std::optional<PlotPixel> SnapAhead(const Workspace& ws) {
+  const int x = ws.readOut.PlotX, y = ws.readOut.PlotY;
+  if (ws.mode != Mode::Graphize || ws.mouse.TraceRunning || ws.mouse.Snapped ||
+      !ws.plot.Contains(x, y))
+    return std::nullopt;
+  try {
+    const auto at = SnapToXY(ws.plot, static_cast<float>(x), static_cast<float>(y),
+                             ws.settings.SnapMode, ws.settings.SnapDistance);
+    const PlotPixel pixel = at ? PlotPixel{ToInt32(at->X), ToInt32(at->Y)} : PlotPixel{x, y};
+    if (pixel.X == x && pixel.Y == y) return std::nullopt;
+    return pixel;
+  } catch (const RunTimeError&) {
+    return std::nullopt;  // the press will tell
+  }
 }
 
 void Plot_MouseUp(Workspace& ws, const Desktop& desktop, int Button, int /*Shift*/, float /*X*/,
@@ -235,7 +267,9 @@ void Plot_Click(Workspace& ws, const Desktop& desktop) {
   } else if (ws.mode == Mode::Graphize) {
     const auto press = std::exchange(ws.mouse.CapturePress, std::nullopt);
     // A pointer that was moved since the press captures where it is, without snapping.
-    if (press && press->X == ws.readOut.PlotX && press->Y == ws.readOut.PlotY)
+    if (IsWithinPixel(ws))
+      Do(ws, desktop, PointStep{ws.store.CurrentPlace.Column, ws.store.CurrentPlace.Row});
+    else if (press && press->X == ws.readOut.PlotX && press->Y == ws.readOut.PlotY)
       Do(ws, desktop,
          CaptureStep{static_cast<float>(ws.mouse.DownPixelX),
                      static_cast<float>(ws.mouse.DownPixelY)});
@@ -243,6 +277,8 @@ void Plot_Click(Workspace& ws, const Desktop& desktop) {
       Do(ws, desktop, PointStep{x, y});
   } else if (ws.mode == Mode::BlockTest) {
     PlaceBlocker(ws, desktop);
+  } else if (ws.mode == Mode::ReadCurve) {
+    ClickCurve(ws, desktop, ws.readOut.PlotX, ws.readOut.PlotY);
   }
 }
 
@@ -266,13 +302,14 @@ bool CanPutPointer(const Workspace& ws) {
 
 void PutPointer(Workspace& ws, const Desktop& desktop) {
   const Viewport& view = ws.view;
-  const int right = std::min(view.X + view.Width, ws.plot.Width()) - 1;
-  const int bottom = std::min(view.Y + view.Height, ws.plot.Height()) - 1;
+  const int left = PixelAt(view.Zoom, view.X), top = PixelAt(view.Zoom, view.Y);
+  const int right = std::min(PixelAt(view.Zoom, view.X + view.Width - 1), ws.plot.Width() - 1);
+  const int bottom = std::min(PixelAt(view.Zoom, view.Y + view.Height - 1), ws.plot.Height() - 1);
   const int x = ws.readOut.PlotX, y = ws.readOut.PlotY;
-  const bool seen = x > view.X && x < right && y > view.Y && y < bottom;
+  const bool seen = x > left && x < right && y > top && y < bottom;
   const bool moved =
-      seen ? desktop.PointAt(x, y) : desktop.PointAt((view.X + right) / 2, (view.Y + bottom) / 2);
-  if (!moved) ws.status.Status = Tr(kPointerStays);
+      seen ? desktop.PointAt(x, y) : desktop.PointAt((left + right) / 2, (top + bottom) / 2);
+  if (!moved) ws.status.Status = kPointerStays;
 }
 
 void StepZoom(Workspace& ws, int step) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "desktop/desktop.h"
 #include "workspace/outcome.h"
@@ -41,6 +42,9 @@ void ReadPlot(Workspace& ws, const Desktop& desktop, float X, float Y);
 Outcome Run(Workspace& ws, const Desktop& desktop, AxisStep& step);
 Outcome Run(Workspace& ws, const Desktop& desktop, const CaptureStep& step);
 Outcome Run(Workspace& ws, const Desktop& desktop, const PointStep& step);
+
+/// The pixel that a press here would capture, where snapping leads to another one.
+std::optional<PlotPixel> SnapAhead(const Workspace& ws);
 
 /// A key pressed while the pointer is over the plot; true when it moved the pointer. Unless Ctrl
 /// alone is held (ten pixels), the step is one pixel.

@@ -14,9 +14,10 @@ struct PointEdit {
   bool Extends = false;            // the press was with Shift or Ctrl
   bool Dragged = false;            // further than a click
   Place From, To;                  // the pointer at the press, and where it has led
+  bool ByKeys = false;             // the last command has moved points by keys, for the history
 };
 
-/// How near to a point a press takes it, and where a drag begins, in pixels.
+/// How near to a point a press takes it, and where a drag begins, in pixels of the screen.
 inline constexpr float kTakeReach = 8;
 inline constexpr float kDragBegins = 3;
 

@@ -45,9 +45,10 @@ Outcome Refuse(const Desktop& desktop, const char* english) {
 /// What the axes give to the points of every curve.
 struct CurveValues {
   std::vector<NewValues> Of;
-  int Others = 0;        // points that would get other values
-  int WithoutValue = 0;  // points to which the axes give none
-  int RowsThatStay = 0;  // of the lists
+  int Others = 0;          // points that would get other values
+  int WithoutValue = 0;    // points to which the axes give none
+  int RowsThatStay = 0;    // of the lists
+  bool AnyPlaced = false;  // a point lies on the picture
 
   explicit CurveValues(const Workspace& ws) {
     for (std::size_t i = 0; i < ws.curves.Curves.size(); ++i) {
@@ -56,23 +57,27 @@ struct CurveValues {
       Others += CountOthers(points, Of.back());
       WithoutValue += CountWithoutValue(Of.back());
       RowsThatStay += RowsWithoutPlace(points);
+      AnyPlaced = AnyPlaced || std::ranges::any_of(
+                                   Of.back(), [](const auto& value) { return value.has_value(); });
     }
   }
 };
 
 /// The view shows anew what lies there.
 void Repaint(Workspace& ws, const PlaceArea& area) {
-  constexpr float kReach = kEditMarkReach + kMarkEdge + 1;
-  ws.plot.Dirty.Add(static_cast<int>(std::max(area.Left - kReach, 0.0f)),
-                    static_cast<int>(std::max(area.Top - kReach, 0.0f)),
-                    std::min(static_cast<int>(area.Right + kReach), ws.plot.Width() - 1),
-                    std::min(static_cast<int>(area.Bottom + kReach), ws.plot.Height() - 1));
+  ws.marksDirty.Add(ToInt32(area.Left), ToInt32(area.Top), ToInt32(area.Right),
+                    ToInt32(area.Bottom));
 }
 
 void RepaintPoint(Workspace& ws, std::optional<PointId> id) {
   if (!id || !HasPlace(ws.store, *id)) return;
   const auto& [column, row] = ws.store.Places[*id];
   Repaint(ws, {column, row, column, row});
+}
+
+/// A length on the screen in picture pixels.
+float OnPicture(const Workspace& ws, float length) {
+  return static_cast<float>(length / ws.view.Zoom);
 }
 
 void Select(Workspace& ws, PointSet points) {
@@ -165,13 +170,19 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const RecalculateStep&) {
                   TrCount("The axes give no number for %1 point: nothing was recalculated",
                           "The axes give no number for %1 points: nothing was recalculated",
                           values.WithoutValue));
+  if (!values.AnyPlaced)
+    return Refuse(desktop, Tr("No point has a place on this picture: nothing was recalculated"));
   const int staying = values.RowsThatStay;
   const std::string stay =
       staying == 0 ? ""
                    : "; " + TrCount("%1 row without a place on the picture stays",
                                     "%1 rows without a place on the picture stay", staying);
   if (values.Others == 0) {
-    const std::string reason = Tr("All points have the values of these axes already") + stay;
+    const std::string reason =
+        (ws.curves.Curves.size() > 1
+             ? Tr("All points of all curves have the values of these axes already")
+             : Tr("All points have the values of these axes already")) +
+        stay;
     Tell(desktop, reason);
     return Nothing(reason);
   }
@@ -185,7 +196,8 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const RecalculateStep&) {
 
 void PointTo(Workspace& ws, float X, float Y) {
   const PointEdit& edit = ws.pointEdit;
-  MarkNear(ws, edit.Pressed ? edit.Grabbed : NearestPoint(ws.store, {X, Y}, kTakeReach));
+  MarkNear(ws,
+           edit.Pressed ? edit.Grabbed : NearestPoint(ws.store, {X, Y}, OnPicture(ws, kTakeReach)));
 }
 
 void PointNowhere(Workspace& ws) {
@@ -195,7 +207,7 @@ void PointNowhere(Workspace& ws) {
 void PressPoint(Workspace& ws, int Shift, float X, float Y) {
   PointEdit& edit = ws.pointEdit;
   edit.Pressed = true;
-  edit.Grabbed = NearestPoint(ws.store, {X, Y}, kTakeReach);
+  edit.Grabbed = NearestPoint(ws.store, {X, Y}, OnPicture(ws, kTakeReach));
   edit.Extends = (Shift & (kShiftKey | kCtrlKey)) != 0;
   edit.Dragged = false;
   edit.From = edit.To = {X, Y};
@@ -215,7 +227,8 @@ void DragPoints(Workspace& ws, const Desktop& desktop, float X, float Y) {
   PointEdit& edit = ws.pointEdit;
   if (!edit.Pressed) return;
   Place way{X - edit.From.Column, Y - edit.From.Row};
-  edit.Dragged = edit.Dragged || std::max(std::abs(way.Column), std::abs(way.Row)) >= kDragBegins;
+  edit.Dragged = edit.Dragged ||
+                 std::max(std::abs(way.Column), std::abs(way.Row)) >= OnPicture(ws, kDragBegins);
   if (!edit.Dragged) return;
   if (!edit.Grabbed) {
     edit.To = {X, Y};
@@ -263,7 +276,7 @@ void ReleasePoints(Workspace& ws, const Desktop& desktop) {
 
 void EndPointDrag(Workspace& ws) {
   if (ws.pointEdit.Pressed && ws.pointEdit.Dragged)
-    ws.plot.Dirty.Add(0, 0, ws.plot.Width() - 1, ws.plot.Height() - 1);
+    ws.marksDirty.Add(0, 0, ws.plot.Width() - 1, ws.plot.Height() - 1);
   ws.pointEdit = {};
 }
 
@@ -277,6 +290,7 @@ bool NudgePoints(Workspace& ws, const Desktop& desktop, float columns, float row
     return true;
   }
   Do(ws, desktop, MovePointsStep{points, columns, rows});
+  ws.pointEdit.ByKeys = true;
   if (!selected) Select(ws, points);
   ShowRow(ws, points.Ranges().front().First);
   return true;
@@ -307,7 +321,7 @@ void FollowListSelection(Workspace& ws) {
   // A point that is out of sight comes into the middle.
   const auto& [column, row] = ws.store.Places[ws.store.ListId[end]];
   const Viewport& view = ws.view;
-  const int x = static_cast<int>(column), y = static_cast<int>(row);
+  const int x = PlaceOfMark(view.Zoom, column), y = PlaceOfMark(view.Zoom, row);
   const bool seen =
       x >= view.X && x < view.X + view.Width && y >= view.Y && y < view.Y + view.Height;
   if (!seen) ScrollTo(ws.view, x - view.Width / 2, y - view.Height / 2);

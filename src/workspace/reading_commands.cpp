@@ -9,7 +9,7 @@
 #include "base/translation.h"
 #include "tracing/extraction_context.h"
 #include "workspace/extraction_commands.h"
-#include "workspace/picture_commands.h"
+#include "workspace/shown_picture.h"
 
 namespace graphize {
 
@@ -22,6 +22,11 @@ std::string Hundredths(double pixels) {
 }
 
 }  // namespace
+
+Certainty CertaintyOf(const CurvePoint& point) {
+  return {static_cast<float>(point.Sigma * point.AcrossX),
+          static_cast<float>(point.Sigma * point.AcrossY), point.IsBridged ? 1u : 0u};
+}
 
 std::string HowSure(const CurveReading& reading) {
   std::vector<double> sigmas;
@@ -103,6 +108,7 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const ReadStep& step) {
   for (const CurvePoint& point : reading.Points) {
     MoveCursor(context, static_cast<float>(point.X), static_cast<float>(point.Y));
     AddPoint(ws.store, ws.commands, desktop, false);
+    NoteCertainty(ws.store, ws.store.CaptureId[ws.store.CaptureCount], CertaintyOf(point));
   }
   ShowCursor(ws.readOut, ws.axisPanel, ws.store, ws.calibration);
   ShowNewest(ws.store);

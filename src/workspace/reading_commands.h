@@ -11,6 +11,9 @@
 
 namespace graphize {
 
+/// How well the place of a point that was read is known.
+Certainty CertaintyOf(const CurvePoint& point);
+
 /// Whether a curve can be read: a picture with complete axes.
 bool CanRead(const Workspace& ws);
 

@@ -180,7 +180,8 @@ bool HadPoints(const RecipeFile& recipe) {
   if (recipe.Points) return *recipe.Points > 0;
   return std::any_of(recipe.Steps.begin(), recipe.Steps.end(), [](const RecipeFile::Line& line) {
     return Is<CaptureStep>(line.Is) || Is<PointStep>(line.Is) || Is<TraceStep>(line.Is) ||
-           Is<ReadStep>(line.Is) || Is<ScanStep>(line.Is);
+           Is<ReadStep>(line.Is) || Is<SymbolsStep>(line.Is) || Is<ReadAllStep>(line.Is) ||
+           Is<ScanStep>(line.Is);
   });
 }
 

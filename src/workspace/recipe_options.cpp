@@ -116,6 +116,10 @@ constexpr RecipeOption kOptions[] = {
     {"center", ReadChecked<&T::Center>, TakeChecked<&T::Center>},
     {"above", ReadChecked<&T::Above>, TakeChecked<&T::Above>},
     {"below", ReadChecked<&T::Below>, TakeChecked<&T::Below>},
+    {"inside-axes", [](const Workspace& ws) { return OnOff(ws.tracer.InsideAxes); },
+     [](Workspace& ws, const std::string& value) {
+       return TakeOnOff(value, ws.tracer.InsideAxes);
+     }},
     {"trace-color", ReadNumber<&S::TraceColor>, TakeNumber<&S::TraceColor, kLeast, kMost>},
     {"block-color", ReadNumber<&S::BlockColor>, TakeNumber<&S::BlockColor, kLeast, kMost>},
     {"x-digits", ReadNumber<&S::XDigits>, TakeNumber<&S::XDigits, 1, kMaxPlaces>},
@@ -126,9 +130,14 @@ constexpr RecipeOption kOptions[] = {
     {"y-exponent", ReadSwitch<&S::YExp>, TakeSwitch<&S::YExp>},
     {"decimal-point", ReadSwitch<&S::DecimalPoint>, TakeSwitch<&S::DecimalPoint>},
     {"delimiter", ReadChoice<&S::Delimiter, kDelimiters>, TakeChoice<&S::Delimiter, kDelimiters>},
-    {"errors", [](const Workspace& ws) { return OnOff(ws.commands.SaveErrors); },
+    {"errors",
+     [](const Workspace& ws) {
+       const bool isPixel = ws.commands.SaveErrors && ws.commands.PixelErrors;
+       return isPixel ? std::string("pixel") : std::string(OnOff(ws.commands.SaveErrors));
+     },
      [](Workspace& ws, const std::string& value) {
-       return TakeOnOff(value, ws.commands.SaveErrors);
+       ws.commands.PixelErrors = value == "pixel";
+       return TakeOnOff(value == "pixel" ? "on" : value, ws.commands.SaveErrors);
      }},
 };
 
@@ -136,6 +145,12 @@ constexpr RecipeOption kOptions[] = {
 
 std::span<const RecipeOption> RecipeOptions() {
   return kOptions;
+}
+
+std::vector<std::string> OptionValues(const Workspace& ws) {
+  std::vector<std::string> values;
+  for (const RecipeOption& option : kOptions) values.push_back(option.Read(ws));
+  return values;
 }
 
 Outcome Run(Workspace& ws, const Desktop&, const SetStep& step) {

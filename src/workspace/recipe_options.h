@@ -2,6 +2,7 @@
 
 #include <span>
 #include <string>
+#include <vector>
 
 #include "desktop/desktop.h"
 #include "workspace/outcome.h"
@@ -21,6 +22,8 @@ struct RecipeOption {
 };
 
 std::span<const RecipeOption> RecipeOptions();
+/// All values, in that order.
+std::vector<std::string> OptionValues(const Workspace& ws);
 
 /// Refused when there is no such option, or it cannot have this value.
 Outcome Run(Workspace& ws, const Desktop& desktop, const SetStep& step);

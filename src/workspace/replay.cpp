@@ -1,7 +1,7 @@
 #include "workspace/replay.h"
 
 #include "workspace/image_tools_commands.h"
-#include "workspace/picture_commands.h"
+#include "workspace/shown_picture.h"
 #include "workspace/view_commands.h"
 
 namespace graphize {

@@ -3,9 +3,9 @@
 #include <new>
 
 #include "base/run_time_error.h"
-#include "base/translation.h"
-#include "workspace/picture_commands.h"
 #include "workspace/plot_mouse.h"
+#include "workspace/preview_commands.h"
+#include "workspace/shown_picture.h"
 
 namespace graphize {
 
@@ -43,6 +43,7 @@ bool RunCommand(Workspace& ws, const Desktop& desktop, const std::function<void(
   if (ws.commandRuns) return false;
   ws.commandRuns = true;
   const bool done = Guarded(ws, desktop, command).empty();
+  DropStaleReading(ws);
   ws.commandRuns = false;
   return done;
 }

@@ -14,12 +14,17 @@ bool CanSavePoints(const Workspace& ws) {
   return ws.commands.Data;
 }
 
+ErrorKind ErrorKindOf(const Workspace& ws) {
+  return ws.commands.PixelErrors ? ErrorKind::Pixel : ErrorKind::Standard;
+}
+
 namespace {
 
-/// The two columns of pixel sizes when they are wanted; a list that has none is told.
+/// The two columns of errors when they are wanted; a list that has none is told.
 std::vector<RowError> ErrorColumns(const Workspace& ws, const Desktop& desktop) {
   if (!ws.commands.SaveErrors) return {};
-  if (HasRowErrors(ws.store, ws.calibration)) return RowErrorsOf(ws.store, ws.calibration);
+  if (HasRowErrors(ws.store, ws.calibration))
+    return RowErrorsOf(ws.store, ws.calibration, ws.plot.Height(), ErrorKindOf(ws));
   Tell(desktop, "The rows of the list are no places on the picture: they are saved without errors",
        MessageIcon::Exclamation);
   return {};

@@ -1,11 +1,15 @@
 #pragma once
 
+#include "data/row_errors.h"
 #include "desktop/desktop.h"
 #include "workspace/outcome.h"
 #include "workspace/step.h"
 #include "workspace/workspace.h"
 
 namespace graphize {
+
+/// Which errors are written beside the points.
+ErrorKind ErrorKindOf(const Workspace& ws);
 
 /// Asks for a title line and a file, and writes the data list there. False when nothing was
 /// written: cancelled, or failed with a message.

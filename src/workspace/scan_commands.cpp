@@ -11,6 +11,7 @@
 #include "settings/settings_file.h"
 #include "workspace/forms.h"
 #include "workspace/picture_commands.h"
+#include "workspace/shown_picture.h"
 
 namespace graphize {
 

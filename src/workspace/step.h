@@ -13,7 +13,9 @@
 #include "data/sort.h"
 #include "grid/grid_lines.h"
 #include "image_tools/picture_tools.h"
+#include "raster/black_white.h"
 #include "reading/density.h"
+#include "reading/find_symbols.h"
 #include "reading/ink_threshold.h"
 #include "tracing/scan.h"
 #include "workspace/mode.h"
@@ -44,6 +46,8 @@ struct OpenStep {
   int Picture = 1;  // number in the recipe, from 1
   bool Damaged = false;
   bool BlackAndWhite = false;
+  int Threshold = kMiddleLevel;  // of the reduction
+  std::string Part;  // what is taken of a picture that is too long (workspace/picture_part.h)
   // Not part of the text:
   std::filesystem::path Path;             // the file to read
   std::shared_ptr<PictureInHand> InHand;  // or the picture itself, which is taken
@@ -53,6 +57,8 @@ struct ReloadStep {
   static constexpr const char* Name = "reload";
   bool Damaged = false;
   bool BlackAndWhite = false;
+  int Threshold = kMiddleLevel;
+  std::string Part;
   bool Ask = false;  // not part of the text
 };
 
@@ -108,6 +114,27 @@ struct ReadStep {
   std::vector<PlotPixel> Through = {};  // further places of the curve
 };
 
+/// All symbols like the one there, from left to right.
+struct SymbolsStep {
+  static constexpr const char* Name = "symbols";
+  float X = 0, Y = 0;
+  SymbolCentre Centre = SymbolCentre::Mass;
+  float Tolerance = 1;    // SymbolRequest
+  PointSet LeftOut = {};  // numbers of those that are not taken, from 1
+};
+
+/// All curves of the plot, each to a curve of the list.
+struct ReadAllStep {
+  static constexpr const char* Name = "read-all";
+  struct Curve {
+    int Number = 1;    // of those that ReadAllAt finds, from 1
+    std::string Name;  // empty: one is found for it
+
+    bool operator==(const Curve&) const = default;
+  };
+  std::vector<Curve> Taken;  // empty: all
+};
+
 struct BlockStep {
   static constexpr const char* Name = "block";
   float X = 0, Y = 0;
@@ -154,6 +181,16 @@ struct UndoImageToolStep {
 struct BlackWhiteStep {
   static constexpr const char* Name = "black-white";
   InkThreshold Threshold;
+};
+/// The ink of a colour alone becomes the picture, black on white; and the picture with its colours
+/// comes back.
+struct InkStep {
+  static constexpr const char* Name = "ink";
+  int Red = 0, Green = 0, Blue = 0;  // 0 to 255
+  float Tolerance = 1;               // MapOf
+};
+struct ShowColoursStep {
+  static constexpr const char* Name = "show-colours";
 };
 struct RefreshStep {
   static constexpr const char* Name = "refresh";
@@ -245,11 +282,12 @@ struct SaveStep {
 
 using Step =
     std::variant<OpenStep, ReloadStep, SetStep, ModeStep, AxisStep, RedefineStep, CaptureStep,
-                 PointStep, TraceStep, ScanStep, ReadStep, BlockStep, ClearLastBlockerStep,
-                 ClearBlockersStep, DrawStep, EraseStep, GridStep, UndoEditStep, ImageToolStep,
-                 UndoImageToolStep, BlackWhiteStep, RefreshStep, ClearDataStep, ResetStep,
-                 ClearRowsStep, MovePointsStep, DeletePointsStep, RecalculateStep, SortStep,
-                 SwapStep, UndoListStep, CurveLengthStep, IntegrateStep, ResampleStep, NewCurveStep,
+                 PointStep, TraceStep, ScanStep, ReadStep, SymbolsStep, ReadAllStep, BlockStep,
+                 ClearLastBlockerStep, ClearBlockersStep, DrawStep, EraseStep, GridStep,
+                 UndoEditStep, ImageToolStep, UndoImageToolStep, BlackWhiteStep, InkStep,
+                 ShowColoursStep, RefreshStep, ClearDataStep, ResetStep, ClearRowsStep,
+                 MovePointsStep, DeletePointsStep, RecalculateStep, SortStep, SwapStep,
+                 UndoListStep, CurveLengthStep, IntegrateStep, ResampleStep, NewCurveStep,
                  RenameCurveStep, DeleteCurveStep, SelectCurveStep, ShowCurveStep, SaveStep>;
 
 /// Whether the step is an X.

@@ -196,15 +196,24 @@ void Fields(Io& io, Interruptions& went) {
 }
 
 template <class Io>
+void FileFields(Io& io, auto& step) {
+  io.Flag(step.Damaged, "damaged");
+  bool isPart = !step.Part.empty();
+  io.Flag(isPart, "part");
+  if (isPart) io.Word(step.Part);
+  io.Flag(step.BlackAndWhite, "black-and-white");
+  bool isOther = step.BlackAndWhite && step.Threshold != kMiddleLevel;
+  io.Flag(isOther, "threshold");
+  if (isOther) io.Integer(step.Threshold, 1, 255);
+}
+template <class Io>
 void Fields(Io& io, OpenStep& step) {
   io.Integer(step.Picture, 1, std::numeric_limits<int>::max());
-  io.Flag(step.Damaged, "damaged");
-  io.Flag(step.BlackAndWhite, "black-and-white");
+  FileFields(io, step);
 }
 template <class Io>
 void Fields(Io& io, ReloadStep& step) {
-  io.Flag(step.Damaged, "damaged");
-  io.Flag(step.BlackAndWhite, "black-and-white");
+  FileFields(io, step);
 }
 template <class Io>
 void Fields(Io& io, SetStep& step) {
@@ -220,7 +229,9 @@ void Fields(Io& io, ModeStep& step) {
                             {Mode::BlockTest, "blocktest"},
                             {Mode::DrawErase, "drawerase"},
                             {Mode::GridBuster, "gridbuster"},
-                            {Mode::EditPoints, "editpoints"}});
+                            {Mode::EditPoints, "editpoints"},
+                            {Mode::ReadCurve, "readcurve"},
+                            {Mode::FindSymbols, "findsymbols"}});
 }
 template <class Io>
 void Fields(Io& io, AxisStep& step) {
@@ -276,6 +287,31 @@ void Fields(Io& io, ReadStep& step) {
       {{Kind::Each, "each"}, {Kind::Every, "every"}, {Kind::Bends, "bends"}, {Kind::AtX, "at"}});
   if (step.Density.Is == Kind::Every) io.Integer(step.Density.Pixels, 1, kMostPixels);
   if (step.Density.Is == Kind::AtX) io.Values(step.Density.Xs);
+}
+template <class Io>
+void Fields(Io& io, SymbolsStep& step) {
+  io.Position(step.X, step.Y);
+  io.template Choice<SymbolCentre>(step.Centre, "centre",
+                                   {{SymbolCentre::Mass, "mass"}, {SymbolCentre::Box, "box"}});
+  io.Number(step.Tolerance);
+  bool without = step.LeftOut.Count() > 0;
+  io.Flag(without, "without");
+  if (without) io.Points(step.LeftOut);
+}
+template <class Io>
+void Fields(Io& io, ReadAllStep& step) {
+  int count = static_cast<int>(step.Taken.size());
+  io.Integer(count, 0, kMostPixels);
+  step.Taken.resize(static_cast<std::size_t>(count));
+  for (ReadAllStep::Curve& curve : step.Taken) {
+    io.Integer(curve.Number, 1, kMostPixels);
+    io.Word(curve.Name);
+  }
+}
+template <class Io>
+void Fields(Io& io, InkStep& step) {
+  for (int* channel : {&step.Red, &step.Green, &step.Blue}) io.Integer(*channel, 0, 255);
+  io.Number(step.Tolerance);
 }
 template <class Io>
 void Fields(Io& io, BlockStep& step) {

@@ -73,7 +73,7 @@ bool CanPress(const Workspace& ws, std::string_view key) {
   if (key == "undo") return can.Blockers;
   if (key == "aquire") return can.Scanner;
   if (key == "refresh" || key == "axisdef" || key == "blocktest" || key == "drawerase" ||
-      key == "editpoints")
+      key == "editpoints" || key == "readcurve" || key == "findsymbols")
     return can.Picture;
   if (key == "graphize") return can.Graphize;
   if (key == "gridbuster") return can.GridBuster;
@@ -142,7 +142,7 @@ void RefreshPlot(Workspace& ws) {
   ClearMarks(ws.plot);
   RedrawBlockers(ws.blockers, ws.plot, ws.settings);
   // Overlay and last-point marker are painted above the raster: the whole view shows them anew.
-  ws.plot.Dirty = {0, 0, ws.plot.Width() - 1, ws.plot.Height() - 1};
+  ws.marksDirty = {0, 0, ws.plot.Width() - 1, ws.plot.Height() - 1};
 }
 
 }  // namespace graphize

@@ -19,6 +19,7 @@
 #include "desktop/command_states.h"
 #include "desktop/status_bar.h"
 #include "image_tools/image_tools.h"
+#include "raster/black_white_form.h"
 #include "raster/plot_image.h"
 #include "raster/viewport.h"
 #include "scanner/scan_form.h"
@@ -28,6 +29,7 @@
 #include "settings/settings.h"
 #include "settings/window_placement.h"
 #include "tracing/blockers.h"
+#include "tracing/ink_check.h"
 #include "tracing/pen.h"
 #include "tracing/scan.h"
 #include "tracing/tracer_control.h"
@@ -36,6 +38,7 @@
 #include "workspace/mode.h"
 #include "workspace/picture_map.h"
 #include "workspace/point_edit.h"
+#include "workspace/reading_preview.h"
 #include "workspace/recipe.h"
 
 namespace graphize {
@@ -66,6 +69,7 @@ struct PictureSource {
 struct ProjectName {
   std::filesystem::path File;
   int RecipeNumber = -1;  // of the document's recipe
+  std::string Work;       // what it holds beside the points (WorkText in session/project_commands)
 
   bool IsOf(const Recipe& recipe) const { return !File.empty() && RecipeNumber == recipe.Number; }
 };
@@ -106,7 +110,18 @@ struct UndoNames {
 };
 
 /// The modal window that is open over the main window.
-enum class Form { None, Integrate, Sample, Options, About, SelectSource, Scan, ImageTools, Export };
+enum class Form {
+  None,
+  Integrate,
+  Sample,
+  Options,
+  About,
+  SelectSource,
+  Scan,
+  ImageTools,
+  Export,
+  BlackWhite
+};
 
 /// The scanner that is used.
 struct Scanner {
@@ -125,10 +140,15 @@ struct Workspace {
 
   PlotImage plot;
   Viewport view;
+  DirtyArea marksDirty;  // where what is painted above the raster has changed
   PictureSource picture;
   ProjectName project;
+  int projectsSaved = 0;                      // since the start
   std::filesystem::path projectAsked;         // to be opened in the place of a picture
   std::vector<std::filesystem::path> opened;  // files, newest first, for the list of recent ones
+
+  // The picture before an ink alone took its place: "Show Colours" brings it back.
+  PictureBox colours;
 
   PictureMap map;
   BeforeImageTool beforeImageTool;  // while its picture is the undo copy
@@ -143,6 +163,7 @@ struct Workspace {
   std::string dataFileTitle;  // and its title line
 
   TracerControl tracer;
+  InkCheck inkCheck;
   ScanRectangle scanRectangle;
   BlockerList blockers;
   Pen pen;
@@ -152,6 +173,7 @@ struct Workspace {
   Mode mode = Mode::None;
   PlotMouse mouse;
   PointEdit pointEdit;
+  ReadingControl reading;
   CommandStates commands;
   StatusBar status;
   WindowFrame window;
@@ -164,6 +186,7 @@ struct Workspace {
   AboutForm about;
   ImageToolsForm imageTools;
   ExportForm exportForm;
+  BlackWhiteForm blackWhite;
 
   HelpRequest help;
   SourceForm source;

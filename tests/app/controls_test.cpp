@@ -359,7 +359,7 @@ TEST_F(Controls, WhatALongOperationSaysIsReadableOnItsProgressBar) {
   const auto* progress = bar.findChild<QProgressBar*>(QStringLiteral("ProgressBar1"));
   StatusBar status{
       .Status = "Removing grid lines please wait...", .ProgressVisible = true, .ProgressValue = 42};
-  panels.Render(status, 0);
+  panels.Render(status, 0, false);
   EXPECT_TRUE(progress->isVisible());
   EXPECT_TRUE(progress->isTextVisible());
   EXPECT_EQ(progress->text(), "Removing grid lines please wait...  42%");
@@ -371,11 +371,42 @@ TEST_F(Controls, WhatALongOperationSaysIsReadableOnItsProgressBar) {
   } cases[] = {{" ", "42%"}, {"100%p of %v", "100%p of %v"}, {std::string(300, 'x'), "xxx"}};
   for (const auto& c : cases) {
     status.Status = c.Status;
-    panels.Render(status, 0);
+    panels.Render(status, 0, false);
     EXPECT_TRUE(progress->text().startsWith(c.Start)) << c.Status;
     EXPECT_TRUE(progress->text().endsWith("42%")) << c.Status;
     EXPECT_LE(progress->fontMetrics().horizontalAdvance(progress->text()), progress->width());
   }
+}
+
+TEST_F(Controls, MarksStandOutFromEveryGround) {
+  constexpr int kClear = 60;  // of 256 greys
+  for (const std::uint32_t ground : {kWhitePixel, kBlackPixel, 0xffffa500u, 0xff808080u})
+    for (int colour = 0; colour < 16; ++colour)
+      for (const bool last : {false, true}) {
+        PlotImage image;
+        SetPicture(image, Raster::Filled(40, 40, ground));
+        const Viewport at;
+        PlotView view(
+            image, at,
+            [&](const PlotOverlay::Rectangle&) {
+              PlotOverlay overlay{.DataColour = PaletteColour(colour),
+                                  .LastColour = PaletteColour(colour)};
+              if (last)
+                overlay.LastPoint = {20, 20};
+              else
+                overlay.DataPoints = {{20, 20}};
+              return overlay;
+            },
+            nullptr);
+        view.Render({}, {}, {});
+        const QImage shown = view.grab().toImage();
+        int seen = 0;
+        for (int y = 0; y < shown.height(); ++y)
+          for (int x = 0; x < shown.width(); ++x)
+            if (std::abs(qGray(shown.pixel(x, y)) - qGray(ground)) > kClear) ++seen;
+        EXPECT_GE(seen, 9) << std::hex << ground << std::dec << ", colour " << colour;
+        EXPECT_TRUE(!last || shown.pixel(20, 20) == ground) << "its point itself stays free";
+      }
 }
 
 }  // namespace

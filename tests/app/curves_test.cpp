@@ -5,8 +5,6 @@
 #include <QScreen>
 
 #include "app/window_driver.h"
-#include "raster/plot_image.h"
-#include "raster/plot_view.h"
 #include "support/temporary_folder.h"
 
 namespace graphize::test {
@@ -101,36 +99,6 @@ TEST_F(CurvesTest, ThreeAreCapturedShownExportedAndTakenBack) {
   Key("ctrl+Tab");
   EXPECT_EQ(TextOf("npts"), "1");
   EXPECT_TRUE(Find<QCheckBox>("CHK_CurveShown")->isChecked());
-}
-
-TEST_F(CurvesTest, MarksStandOutFromEveryGround) {
-  constexpr int kClear = 60;  // of 256 greys
-  for (const std::uint32_t ground : {kWhitePixel, kBlackPixel, 0xffffa500u, 0xff808080u})
-    for (int colour = 0; colour < 16; ++colour)
-      for (const bool last : {false, true}) {
-        PlotImage image;
-        SetPicture(image, Raster::Filled(40, 40, ground));
-        PlotView view(
-            image,
-            [&](const PlotOverlay::Rectangle&) {
-              PlotOverlay overlay{.DataColour = PaletteColour(colour),
-                                  .LastColour = PaletteColour(colour)};
-              if (last)
-                overlay.LastPoint = {20, 20};
-              else
-                overlay.DataPoints = {{20, 20}};
-              return overlay;
-            },
-            nullptr);
-        view.Render({}, {});
-        const QImage shown = view.grab().toImage();
-        int seen = 0;
-        for (int y = 0; y < shown.height(); ++y)
-          for (int x = 0; x < shown.width(); ++x)
-            if (std::abs(qGray(shown.pixel(x, y)) - qGray(ground)) > kClear) ++seen;
-        EXPECT_GE(seen, 9) << std::hex << ground << std::dec << ", colour " << colour;
-        EXPECT_TRUE(!last || shown.pixel(20, 20) == ground) << "its point itself stays free";
-      }
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QScreen>
+#include <QSpinBox>
 #include <cmath>
 #include <fstream>
 
@@ -57,6 +58,58 @@ TEST_F(Extraction, ARightClickTracesTheCurve) {
   EXPECT_FALSE(State().plot.Marks.empty()) << "the marks stay";
   ClickTool("refresh");
   EXPECT_TRUE(State().plot.Marks.empty());
+}
+
+TEST_F(Extraction, DoubtfulPointsAreToldUnderTheListShownRemovedAndBroughtBack) {
+  Start();
+  EXPECT_TRUE(TextOf("LBL_Next").startsWith(QStringLiteral("Open")));
+  OpenSample("pendulum.bmp");
+  EXPECT_TRUE(TextOf("LBL_Next").contains(QStringLiteral("Define Axis")));
+  CalibratePendulum();
+  EXPECT_TRUE(TextOf("LBL_Next").contains(QStringLiteral("right: trace")));
+  auto* check = Find<QLabel>("LBL_InkCheck");
+  EXPECT_FALSE(check->isVisible());
+  ClickControl(Find<QWidget>("CHK_InsideAxes"));
+  EXPECT_TRUE(State().tracer.InsideAxes);
+  ClickPlot(77, 58, 3);
+  const int good = State().store.ListCount;
+  EXPECT_GT(good, 500);
+  EXPECT_TRUE(check->isVisible());
+  EXPECT_EQ(check->text(), QString::number(good) + QStringLiteral(" points: all on ink"));
+  EXPECT_FALSE(Find<QWidget>("BTN_ShowDoubtful")->isVisible());
+  ClickPlot(300, 120);
+  EXPECT_FALSE(check->isVisible()) << "the points have changed";
+  ChooseMenu("MNU_DATA_CheckInk");
+  EXPECT_TRUE(check->text().endsWith(QStringLiteral(" points: 1 not on ink")));
+  ClickControl(Find<QWidget>("BTN_ShowDoubtful"));
+  EXPECT_EQ(State().store.Page.SelectionStart, good + 1);
+  ClickControl(Find<QWidget>("BTN_RemoveDoubtful"));
+  EXPECT_EQ(State().store.ListCount, good);
+  ChooseMenu("MNU_EDIT_Undo");
+  EXPECT_EQ(State().store.ListCount, good + 1);
+  ChooseMenu("MNU_OPT_WhatComesNext");
+  EXPECT_FALSE(Find<QLabel>("LBL_Next")->isVisible());
+  EXPECT_TRUE(Find<QLabel>("hint")->isVisible());
+}
+
+TEST_F(Extraction, TheBoxesBesideThePictureAreTheSettings) {
+  Start();
+  const auto choose = [&](const char* name, int downs) {
+    ClickControl(Find<QWidget>(name));
+    for (int i = 0; i < downs; ++i) Xdo({QStringLiteral("key"), QStringLiteral("Down")});
+    Xdo({QStringLiteral("key"), QStringLiteral("Return")});
+  };
+  choose("CMB_TraceType", 2);
+  Until([&] { return State().settings.Trace == 2; }, "the scan is chosen");
+  EXPECT_EQ(Find<QWidget>("CHK_Center")->isEnabled(), false);
+  EXPECT_EQ(ValueOf("Yrange"), QStringLiteral("2"));
+  choose("CMB_Snap", 3);
+  Until([&] { return State().settings.SnapMode == 3; }, "the snap mode is chosen");
+  auto* threshold = Find<QSpinBox>("SPN_Threshold");
+  EXPECT_EQ(threshold->value(), 128);
+  ClickControl(threshold);
+  Xdo({QStringLiteral("key"), QStringLiteral("Up")});
+  Until([&] { return State().settings.Threshold == 129; }, "the threshold is raised");
 }
 
 TEST_F(Extraction, ABlockerEndsTheTrace) {

@@ -4,6 +4,7 @@
 #include <QTimer>
 
 #include "app/window_driver.h"
+#include "raster/plot_view.h"
 
 namespace graphize::test {
 namespace {
@@ -29,7 +30,10 @@ TEST_F(StoppingKey, DoesNotCloseTheBoxThatOpensWhileItIsHeld) {
   QWidget window;
   window.show();
   Until([&] { return window.isActiveWindow(); }, "the window is active");
-  QtDesktop desktop(&window, &window, [] {});
+  const PlotImage image;
+  const Viewport view;
+  PlotView plot(image, view, {}, &window);
+  QtDesktop desktop(&window, &plot, [] {});
   const Repeats repeats;
   desktop.BeginCommand();
   Xdo({"keydown", "Escape"});

@@ -184,7 +184,8 @@ TEST_F(HelpTest, TellsOfEveryCommandAndControl) {
   const HelpFile help;
   const QString text = help.Document.toPlainText();
   const auto expect = [&text](QString caption) {
-    caption.remove(u'&');
+    const QChar ampersand(u'\1');
+    caption.replace(QLatin1String("&&"), ampersand).remove(u'&').replace(ampersand, u'&');
     EXPECT_TRUE(text.contains(caption)) << caption.toStdString();
   };
   const auto expectControls = [&expect](const QWidget* window) {
@@ -195,7 +196,7 @@ TEST_F(HelpTest, TellsOfEveryCommandAndControl) {
   };
   for (const MenuEntry& entry : MenuEntries()) {
     expect(QLatin1String(entry.Caption));
-    expect(QLatin1String(entry.Key));
+    expect(QString(QLatin1String(entry.Key)).section(QLatin1String("; "), 0, 0));
   }
   for (const ToolButton& button : ToolButtons()) expect(QLatin1String(button.Tip));
   Start();

@@ -166,6 +166,10 @@ TEST_F(RecoveryWindow, WhatWasLeftIsOfferedBroughtBackOrDeleted) {
   Until([&] { return Find<QWidget>("RecoveryBar")->isVisible(); }, "the bar");
   Settle();
   EXPECT_TRUE(TextOf("LBL_Session").startsWith(QString::number(points + 1)));
+  OnMessage("delete this for good", QMessageBox::No);
+  ClickControl(Find<QAbstractButton>("BTN_DeleteSession"));
+  EXPECT_FALSE(SessionFolders(Sessions()).empty());
+  OnMessage("delete this for good", QMessageBox::Yes);
   ClickControl(Find<QAbstractButton>("BTN_DeleteSession"));
   EXPECT_TRUE(Find<QWidget>("RecoveryBar")->isHidden());
   EXPECT_TRUE(SessionFolders(Sessions()).empty());

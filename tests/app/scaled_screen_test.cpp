@@ -2,6 +2,7 @@
 // its own.
 
 #include <QProcess>
+#include <QScreen>
 #include <QWindow>
 #include <cmath>
 
@@ -68,6 +69,35 @@ TEST_F(ScaledScreen, DISABLED_PixelsAreExact) {
       EXPECT_EQ(read(), at) << key << round;
     }
   }
+  // Enlarged or not, each screen pixel shows the pixel that a pointer there reads.
+  for (const double zoom : {1.0, 2.0, 3.0}) {
+    const QPoint start = plot->mapTo(&Window(), QPoint());
+    const QImage shown = Window().screen()->grabWindow(Window().winId()).toImage();
+    // The window may be larger than the screen, whose last logical pixel may be half a one.
+    const QRect screen(plot->mapFromGlobal(Window().screen()->geometry().topLeft()),
+                       Window().screen()->geometry().size() - QSize(1, 1));
+    QRegion seen = plot->visibleRegion() & screen & plot->rect().adjusted(1, 1, -1, -1);
+    for (const char* above : {"FRM_Zoom", "Overview"}) {
+      const auto* view = Find<QWidget>(above);
+      seen -= QRect(plot->mapFromGlobal(view->mapToGlobal(QPoint())), view->size())
+                  .adjusted(-2, -2, 2, 2);
+    }
+    int looked = 0, differ = 0;
+    for (int y = 0; y < shown.height(); ++y) {
+      for (int x = 0; x < shown.width(); ++x) {
+        const QPointF place = QPointF(x, y) / scale - start;
+        if (!seen.contains(QPoint(PixelAt(1, place.x()), PixelAt(1, place.y())))) continue;
+        ++looked;
+        const Colour colour =
+            GetPixel(State().plot, PixelAt(zoom, place.x()), PixelAt(zoom, place.y()));
+        differ += (shown.pixel(x, y) & 0xffffffu) != (PixelOfColour(colour) & 0xffffffu) ? 1 : 0;
+      }
+    }
+    EXPECT_GT(looked, 20000);
+    EXPECT_EQ(differ, 0) << "zoom " << zoom;
+    Xdo({"key", zoom < 3 ? "ctrl+plus" : "ctrl+1"});
+  }
+  ClickControl(Find<QLabel>("npts"));
   // From beside the picture one key brings the pointer back to the pixel it was over.
   for (int i = 0; i < 3; ++i) {
     go(left + i, top + i);

@@ -78,7 +78,8 @@ TEST_F(Batch, BadInvocationsAreToldInOneLineAndWriteNothing) {
       {digitize({"-o", o, "--trace", "76,58"}), 2, "a picture is missing"},
       {digitize({p, "--trace", "76,58"}), 2, "--output is missing"},
       {digitize({p, "-o", o}), 2,
-       "nothing is captured: --point, --trace, --read or --scan is missing"},
+       "nothing is captured: --point, --trace, --read, --symbols, --read-all or "
+       "--scan is missing"},
       {digitize({p, "-o", o, "--trace", "76,58"}, false), 2, "--origin is missing"},
       {traced({"--origin", "1,1:0,0"}), 2, "--origin is given twice"},
       {traced({"--read=76,58:half"}), 2, "--read \"76,58:half\": COLUMN,ROW is expected, or with"},
@@ -153,6 +154,49 @@ TEST_F(Batch, BadInvocationsAreToldInOneLineAndWriteNothing) {
   }
 }
 
+TEST_F(Batch, AxesAreFoundAndTakenWhereTheyAreSure) {
+  ASSERT_EQ(Run({"axes", Pendulum(), "--format=json"}), 0) << err.str();
+  const auto axes = nlohmann::json::parse(out.str());
+  EXPECT_EQ(axes["verdict"], "sure") << out.str();
+  EXPECT_EQ(axes["x"]["log"], false);
+  ASSERT_EQ(axes["rows"].size(), 3u);
+  const auto& label = axes["x"]["labels"].back();
+  EXPECT_EQ(label["text"], "12");
+  EXPECT_EQ(label["value"], 12);
+  EXPECT_NEAR(label["column"].get<double>(), 610, 0.6);
+  EXPECT_NEAR(label["row"].get<double>(), 430, 0.6);
+
+  // The same points as with axes that are told, to less than a pixel.
+  const Words capture = {"--black-white", "--trace=76,58", "--format=csv", "-o", "-"};
+  const auto points = [&](Words words) {
+    words.insert(words.end(), capture.begin(), capture.end());
+    EXPECT_EQ(Run(words), 0) << err.str();
+    std::istringstream lines(out.str());
+    std::vector<std::pair<double, double>> read;
+    std::string line;
+    for (std::getline(lines, line); std::getline(lines, line);)
+      read.emplace_back(std::stod(line), std::stod(line.substr(line.find(',') + 1)));
+    return read;
+  };
+  const auto told = points(OnPendulum({}));
+  const auto found = points({"digitize", Pendulum(), "--propose-axes"});
+  ASSERT_EQ(found.size(), told.size());
+  for (std::size_t i = 0; i < told.size(); ++i) {
+    EXPECT_NEAR(found[i].first, told[i].first, 12.0 / 540);
+    EXPECT_NEAR(found[i].second, told[i].second, 2.0 / 390);
+  }
+
+  ASSERT_TRUE(SavePicture(At("blank.bmp"), kBmpFormat, 0, Raster::Filled(200, 100, kWhitePixel)));
+  EXPECT_EQ(Run({"axes", At("blank.bmp")}), 0);
+  EXPECT_TRUE(out.str().starts_with("none\n")) << out.str();
+  EXPECT_EQ(Run({"digitize", At("blank.bmp"), "--propose-axes", "--point=2,2", "-o", "-"}), 1);
+  IsTold("the axes are not sure: X: fewer than three labels");
+  EXPECT_EQ(Run({"axes"}), 2);
+  EXPECT_EQ(Run({"axes", Pendulum(), "--format=csv"}), 2);
+  EXPECT_EQ(Run(OnPendulum({"--propose-axes", "--point=2,2", "-o", "-"})), 2);
+  IsTold("--propose-axes finds the axes itself");
+}
+
 TEST_F(Batch, EveryOptionIsInTheHelpTheManPageAndTheCompletion) {
   const std::filesystem::path packaging = std::filesystem::path(GRAPHIZE_SOURCE_DIR) / "packaging";
   std::string man = test::BytesOf(packaging / "graphize.1.in");
@@ -164,8 +208,8 @@ TEST_F(Batch, EveryOptionIsInTheHelpTheManPageAndTheCompletion) {
       if (!goesOn(text[at + option.size()])) return true;
     return false;
   };
-  const std::pair<const char*, CommandSpec> commands[] = {{"digitize", DigitizeSpec()},
-                                                          {"export", ExportSpec()}};
+  const std::pair<const char*, CommandSpec> commands[] = {
+      {"digitize", DigitizeSpec()}, {"export", ExportSpec()}, {"axes", AxesSpec()}};
   for (const auto& [name, command] : commands) {
     ASSERT_EQ(Run({name, "--help"}), 0);
     for (const OptionSpec& option : command.Options)
@@ -289,16 +333,25 @@ TEST_F(Batch, SeveralCurvesAreOneTable) {
   ASSERT_EQ(Run(with({"-o", At("three.graphize")})), 0);
   ASSERT_EQ(Run({"replay", At("three.graphize"), "-o", "-", "--format=csv"}), 0);
   EXPECT_EQ(out.str(), table);
-  ASSERT_EQ(Run(with({"-o", At("one.dat")})), 0);
-  EXPECT_TRUE(IsTold("a data file holds one curve, this one \"A, a\""));
-  ASSERT_EQ(Run({"replay", At("three.graphize"), "-o", At("two.dat")}), 0);
-  EXPECT_TRUE(IsTold("three.graphize: a data file holds one curve")) << "no file that is gone";
+  ASSERT_EQ(Run(with({"-o", At("named.csv")})), 0);
+  EXPECT_EQ(test::BytesOf(folder / "named.csv"), table) << "its ending tells the format";
+  ASSERT_EQ(Run({"export", At("three.graphize"), "--all-curves", "-o", At("exported.csv")}), 0);
+  EXPECT_EQ(test::BytesOf(folder / "exported.csv"), table);
+  ASSERT_EQ(Run({"export", At("three.graphize"), "-o", "-", "--format=csv"}), 0);
+  EXPECT_TRUE(IsTold("of 2 curves this is \"A, a\" alone"));
+  // A data file holds one: none is left out without a word.
+  EXPECT_EQ(Run(with({"-o", At("one.dat")})), 2);
+  EXPECT_TRUE(IsTold("a data file holds one curve"));
+  EXPECT_EQ(Run({"replay", At("three.graphize"), "-o", At("one.dat")}), 1);
+  EXPECT_TRUE(IsTold("three.graphize: there are 2 curves, and a data file holds one"));
+  EXPECT_FALSE(std::filesystem::exists(folder / "one.dat"));
   ASSERT_EQ(
       Run(OnPendulum({"--point=70,40", "--curve=b", "--point=610,40", "-o", "-", "--format=csv"})),
       0);
   EXPECT_EQ(out.str(), "curve,x,y\r\ncurve 1,0,1\r\nb,12,1\r\n");
   for (const char* name : {"--curve=b", "--curve= "})
     EXPECT_EQ(Run(with({name, "-o", "-"})), 2) << name;
+  EXPECT_TRUE(IsTold("--curve \" \": a curve needs a name; see"));
 }
 
 TEST_F(Batch, WordsAreReadByTheHabitsOfCommandLines) {
@@ -368,6 +421,66 @@ TEST_F(Batch, PicturesAreChangedFirstAndCanBeWritten) {
   EXPECT_EQ(Run(OnPendulum({"--trace=300,300", "-o", At("q.dat"), "--save-picture", At("q.bmp")})),
             1);
   EXPECT_FALSE(std::filesystem::exists(folder / "q.bmp"));
+}
+
+TEST_F(Batch, PointsThatThePictureDoesNotBearOutAreTold) {
+  const Words good = OnPendulum({"--trace", "76,58", "-o", "-", "--format", "json", "--strict"});
+  ASSERT_EQ(Run(good), 0) << err.str();
+  EXPECT_EQ(err.str(), "");
+  const nlohmann::json clean = nlohmann::json::parse(out.str());
+  for (const auto& point : clean["points"]) EXPECT_EQ(point["ink"], "ink") << point;
+  // The rows that are stepped over reach the frame.
+  Words bad = OnPendulum({"--trace", "76,58", "--y-increment", "300", "-o", "-", "--format=json"});
+  ASSERT_EQ(Run(bad), 0);
+  EXPECT_TRUE(IsTold(" not on ink"));
+  int doubtful = 0;
+  const nlohmann::json table = nlohmann::json::parse(out.str());
+  for (const auto& point : table["points"]) doubtful += point["ink"] == "none" ? 1 : 0;
+  EXPECT_GT(doubtful, 400);
+  EXPECT_TRUE(IsTold(": " + std::to_string(doubtful) + " not on ink"));
+  bad.emplace_back("--strict");
+  EXPECT_EQ(Run(bad), 1);
+  EXPECT_TRUE(IsTold("some are doubtful: "));
+  EXPECT_NE(out.str(), "") << "they are written all the same";
+
+  // The curve alone, from axis to axis.
+  const auto rows = [&](Words options) {
+    EXPECT_EQ(Run(OnPendulum(std::move(options))), 0) << err.str();
+    return std::ranges::count(out.str(), '\n');
+  };
+  const auto all = rows({"--scan=30,20,630,470", "-o-"});
+  EXPECT_LT(rows({"--scan=30,20,630,470", "--inside-axes", "-o-"}), all);
+}
+
+TEST_F(Batch, APictureThatIsTooLongIsOpenedInPart) {
+  Raster strip = Raster::Filled(40000, 24, kWhitePixel);
+  for (int x = 0; x < strip.Width(); ++x) strip.Row(12)[x] = strip.Row(13)[x] = kBlackPixel;
+  std::int16_t format = 0, option = 0;
+  GetFileFormat("strip.png", format, option);
+  SavePicture(folder / "strip.png", format, option, strip);
+  const auto size = [&](Words options) {
+    options.insert(options.begin(), {"digitize", At("strip.png")});
+    options.insert(options.end(), {"-f", "--save-picture", At("part.bmp")});
+    if (Run(options) != 0) return std::pair(0, 0);
+    const Raster part = std::move(LoadPicture(folder / "part.bmp")->Picture);
+    EXPECT_TRUE(IsBlackPixel(part.Row(part.Height() / 2)[part.Width() / 2]));
+    return std::pair(part.Width(), part.Height());
+  };
+  EXPECT_EQ(size({}), std::pair(0, 0));
+  EXPECT_TRUE(IsTold("40000 x 24 pixels, and neither width nor height may be more than 32767"));
+  EXPECT_TRUE(IsTold("--part"));
+  EXPECT_EQ(size({"--part=half"}), std::pair(20000, 12));
+  EXPECT_EQ(size({"--part", "quarter"}), std::pair(10000, 6));
+  EXPECT_EQ(size({"--part=39000,2,1000,22"}), std::pair(1000, 22));
+  const std::pair<const char*, const char*> faults[] = {
+      {"third", "\"third\" is not half, quarter or a part"},
+      {"39001,0,1000,24", "does not lie on the picture, which is 40000 x 24 pixels"},
+      {"0,0,0,24", "does not lie on the picture"},
+      {"0,0,33000,24", "neither width nor height may be more than 32767"}};
+  for (const auto& [part, told] : faults) {
+    EXPECT_EQ(size({"--part", part}), std::pair(0, 0)) << part;
+    EXPECT_TRUE(IsTold(told));
+  }
 }
 
 TEST_F(Batch, ManyPicturesAreDoneSideBySideAndBadOnesAreCounted) {

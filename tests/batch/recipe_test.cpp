@@ -17,6 +17,7 @@
 #include "workspace/picture_commands.h"
 #include "workspace/recipe_file.h"
 #include "workspace/replay.h"
+#include "workspace/save_points.h"
 #include "workspace/toolbar.h"
 
 namespace graphize {
@@ -75,13 +76,14 @@ TEST_F(RecipeTest, LeadsToTheSameBytesWhateverTheUserDoes) {
     test::RandomUser user(seed, folder / "plot.bmp", file);
     for (int i = 0; i < 40; ++i) user.DoSomething();
     Workspace& ws = user.ws;
-    const std::vector<BatchStep> steps = StepsOf(ws);
+    std::vector<BatchStep> steps = StepsOf(ws);
     const bool isSaved = std::any_of(steps.begin(), steps.end(),
                                      [](const BatchStep& step) { return Is<SaveStep>(step.Do); });
     if (!isSaved && ws.store.ListCount == 0) continue;
+    if (!isSaved) steps.push_back({.Do = SaveStep{}, .Origin = {}});
     const std::vector<RowError> errors =
         ws.commands.SaveErrors && HasRowErrors(ws.store, ws.calibration)
-            ? RowErrorsOf(ws.store, ws.calibration)
+            ? RowErrorsOf(ws.store, ws.calibration, ws.plot.Height(), ErrorKindOf(ws))
             : std::vector<RowError>();
     const std::string saved =
         isSaved ? test::BytesOf(file)

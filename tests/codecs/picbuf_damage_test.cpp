@@ -66,7 +66,7 @@ void ExpectPictureOrError(const TemporaryFolder& folder, const std::string& byte
     const auto loaded = LoadPicture(folder / "broken.tga");
     ASSERT_TRUE(loaded.has_value());
     const Raster& picture = loaded->Picture;
-    EXPECT_EQ(SizeRefusal(picture.Width(), picture.Height()), "");
+    EXPECT_EQ(DecodeRefusal(picture.Width(), picture.Height()), "");
     for (std::size_t i = 0; i < picture.PixelCount(); ++i)
       ASSERT_EQ(picture.Pixels()[i] >> 24, 255u);
   } catch (const RunTimeError& error) {

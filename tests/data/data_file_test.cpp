@@ -128,7 +128,7 @@ TEST(RowErrors, FollowTheColumnsAndNameWhatTheFormatHides) {
   EXPECT_TRUE(hidden().ends_with("7 decimals for X and 1 decimal for Y would show them."));
 
   SwapXY(store);
-  const RowError swapped = RowErrorsOf(store, axes)[0];
+  const RowError swapped = RowErrorsOf(store, axes, 480)[0];
   EXPECT_FLOAT_EQ(swapped.X, 10 * std::log(10.0f) / 100);
   EXPECT_FLOAT_EQ(swapped.Y, 0.5f / 538);
   settings = Settings();

@@ -81,7 +81,7 @@ TEST(ExportCurve, HasTheValuesOfThePlacesInDoublePrecisionInTheListsOrder) {
     EXPECT_EQ(curve.WithoutPlace, 0);
     EXPECT_EQ(curve.XLog, !swapped);
     EXPECT_EQ(curve.YLog, swapped);
-    const std::vector<RowError> errors = RowErrorsOf(store, kTurned);
+    const std::vector<RowError> errors = RowErrorsOf(store, kTurned, kHeight);
     for (std::size_t i = 0; i < curve.Rows.size(); ++i) {
       const ExportRow& row = curve.Rows[i];
       auto [x, y] = SlowValues(kTurned, store.Places[store.ListId[i + 1]]);

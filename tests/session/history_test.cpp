@@ -12,6 +12,9 @@
 #include "support/quiet_desktop.h"
 #include "support/random_user.h"
 #include "support/temporary_folder.h"
+#include "workspace/do.h"
+#include "workspace/ink_commands.h"
+#include "workspace/picture_commands.h"
 #include "workspace/plot_mouse.h"
 #include "workspace/replay.h"
 #include "workspace/step_text.h"
@@ -91,6 +94,9 @@ State StateOf(const Workspace& ws) {
       add(state.Numbers, *numbers);
     for (const Place& place : points.Places)
       add(state.Numbers, std::initializer_list<float>{place.Column, place.Row});
+    for (const Certainty& certainty : points.Certainties)
+      add(state.Numbers,
+          std::initializer_list<float>{certainty.AcrossColumns, certainty.AcrossRows});
     for (const auto* ids : {&points.CaptureId, &points.ListId}) add(state.Ids, *ids);
     add(state.Ids, std::initializer_list<PointId>{static_cast<PointId>(points.CaptureCount),
                                                   static_cast<PointId>(points.ListCount)});
@@ -128,6 +134,7 @@ void ExpectReplayed(Workspace& ws) {
     for (const auto array : {&PointStore::ListX, &PointStore::ListY})
       EXPECT_EQ(rows(replayed.*array, points.ListCount), rows(points.*array, points.ListCount));
     EXPECT_EQ(replayed.Places, points.Places);
+    EXPECT_EQ(replayed.Certainties, points.Certainties);
   }
   EXPECT_EQ(again.blockers.Count, ws.blockers.Count);
   const BasePictureShown shown(ws.plot), base(again.plot);
@@ -279,14 +286,27 @@ TEST_F(HistoryTest, BringsCurvesBackAndUnsavesNone) {
   ExpectReplayed(ws);
 }
 
+TEST_F(HistoryTest, NothingIsReadOutWithAxesThatAreGone) {
+  Start(1);
+  Workspace& ws = user->ws;
+  user->Do(PointStep{50, 60});
+  ws.readOut.XValue = ws.readOut.YValue = "1";
+  ASSERT_TRUE(history.Undo(ws));
+  EXPECT_EQ(ws.readOut.XValue, "1");
+  ASSERT_TRUE(history.Undo(ws)) << "the axis";
+  EXPECT_EQ(ws.readOut.XValue + ws.readOut.YValue, "");
+}
+
 TEST_F(HistoryTest, JoinsMovesOfTheSamePointsByKeys) {
   Start(1);
   Workspace& ws = user->ws;
   for (int x = 40; x < 100; x += 20) user->Do(PointStep{static_cast<float>(x), 60});
   const std::size_t size = history.Size();
   const State begin = StateOf(ws);
-  const auto move = [&](const PointSet& points, float columns, float rows) {
-    user->Do(MovePointsStep{points, columns, rows});
+  const auto move = [&](const PointSet& points, float columns, float rows, bool byKeys = true) {
+    Do(ws, test::QuietDesktop(), MovePointsStep{points, columns, rows});
+    ws.pointEdit.ByKeys = byKeys;
+    Commit(ws);
     return history.Size() - size;
   };
   // Along one axis first, then along both; what they have in common differs from step to step.
@@ -296,7 +316,7 @@ TEST_F(HistoryTest, JoinsMovesOfTheSamePointsByKeys) {
   EXPECT_EQ(move({1, 3}, 1, 0), 2u) << "the mode came between";
   EXPECT_EQ(move({1, 3}, -1, 1), 2u);
   EXPECT_EQ(move({1}, 1, 0), 3u);
-  EXPECT_EQ(move({1}, 9, 0), 4u) << "a drag is one of its own";
+  EXPECT_EQ(move({1}, 1, 0, false), 4u) << "a drag is one of its own, however short";
   EXPECT_EQ(move({1}, 1, 0), 5u);
   EXPECT_EQ(ws.undoNames.Undo, "Move (1 point)");
   const State end = StateOf(ws);
@@ -336,6 +356,43 @@ TEST_F(HistoryTest, GivesUpWhatIsOnlyBeingDragged) {
   EXPECT_EQ(ws.undoNames.Undo, "Capture");
   Plot_MouseUp(ws, Desktop(), kLeftButton, 0, 70, 70);
   EXPECT_EQ(ws.store.Places.back(), (Place{50, 60}));
+}
+
+TEST(History, TheColoursOfAnInkAloneGoAlong) {
+  Raster colours = Raster::Filled(60, 40, kWhitePixel);
+  for (int x = 5; x < 55; ++x)
+    for (int y = 10; y < 30; ++y) colours.Row(y)[x] = y % 7 < 3 ? 0xffd62728 : 0xff1f77b4;
+  Workspace ws;
+  const Desktop desktop = test::QuietDesktop();
+  TakeInHand(ws, desktop, colours.Clone(), "Pasted Plot");
+  History history;
+  history.Begin(ws);
+  const auto shown = [&] { return PixelsOf(ws.plot.Pixels); };
+  std::vector<std::vector<std::uint32_t>> states = {shown()};
+  for (const Step& step : {Step(InkStep{0xd6, 0x27, 0x28}), Step(InkStep{0x1f, 0x77, 0xb4}),
+                           Step(ShowColoursStep{})}) {
+    ASSERT_TRUE(Do(ws, desktop, step).IsDone());
+    history.Commit(ws);
+    states.push_back(shown());
+  }
+  EXPECT_NE(states[1], states[2]);
+  EXPECT_EQ(states[3], states[0]);
+  for (int round = 0; round < 2; ++round) {
+    for (int i = 2; i >= 0; --i) {
+      ASSERT_TRUE(history.Undo(ws));
+      EXPECT_EQ(shown(), states[static_cast<std::size_t>(i)]);
+      EXPECT_EQ(CanShowColours(ws), i > 0);
+    }
+    for (std::size_t i = 1; i <= 3; ++i) {
+      ASSERT_TRUE(history.Redo(ws));
+      EXPECT_EQ(shown(), states[i]);
+      EXPECT_EQ(CanShowColours(ws), i < 3);
+    }
+  }
+  // The colours that Undo has brought into the box are those that come back.
+  ASSERT_TRUE(history.Undo(ws));
+  ASSERT_TRUE(Do(ws, desktop, ShowColoursStep{}).IsDone());
+  EXPECT_EQ(shown(), states[0]);
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 #include "base/run_time_error.h"
 #include "base/whole_file.h"
 #include "codecs/picbuf.h"
+#include "session/journal_frame.h"
 #include "session/left_session.h"
 #include "session/project_file.h"
 #include "support/document_text.h"
@@ -210,6 +211,31 @@ TEST_F(JournalTest, AFullDiskIsToldOnceAndCostsNothingWhenThereIsRoomAgain) {
   fill(test::BytesOf(file).size() + 20);
   static_cast<void>(ReadJournal(test::BytesOf(file)));
   expectAllKept();
+  // One that cannot begin leaves nothing, and begins with its picture when there is room.
+  const fs::path sessions = folder / "late";
+  Workspace late;
+  History lately;
+  const Desktop quiet = test::QuietDesktop();
+  StartReplay(late);
+  lately.Begin(late);
+  journal = std::make_unique<Journal>(sessions);
+  const auto step = [&](Step what) {
+    Do(late, quiet, std::move(what));
+    journal->KeepPicture(late, quiet);
+    lately.Commit(late);
+    journal->Append(late, lately.TakeDelta());
+  };
+  const auto pasted = std::make_shared<PictureInHand>();
+  pasted->Picture = Raster::Filled(3, 3, kWhitePixel);
+  {
+    const test::FullDisk full(200);
+    step(OpenStep{.InHand = pasted});
+    EXPECT_TRUE(SessionFolders(sessions).empty());
+  }
+  step(DrawStep{{1, {{1, 1}}}});
+  step(DrawStep{{1, {{2, 2}}}});
+  EXPECT_TRUE(fs::exists(journal->Folder() / late.picture.KeptCopy));
+  EXPECT_FALSE(late.picture.KeptCopy.empty());
   // Nowhere to write at all.
   test::WriteBytes(folder / "file", "");
   journal = std::make_unique<Journal>(folder / "file" / "sessions");

@@ -26,8 +26,10 @@ bool IsSame(const std::vector<T>& a, const std::vector<T>& b) {
 ArrayCopies TrimmedArrays(PointStore store) {
   ArrayCopies arrays = ArraysOf(store);
   for (PointId id = 0; id < store.Places.size(); ++id)
-    if (std::ranges::count(store.CaptureId, id) + std::ranges::count(store.ListId, id) == 0)
+    if (std::ranges::count(store.CaptureId, id) + std::ranges::count(store.ListId, id) == 0) {
       std::get<6>(arrays)[id] = {};
+      if (id < store.Certainties.size()) std::get<7>(arrays)[id] = {};
+    }
   const auto trim = [](auto& array) {
     const std::remove_reference_t<decltype(array[0])> zero{};
     while (!array.empty() && array_change::Same(&array.back(), &zero, 1)) array.pop_back();

@@ -15,6 +15,7 @@
 #include "data/data_file.h"
 #include "session/history.h"
 #include "session/kept_text.h"
+#include "session/project_commands.h"
 #include "support/quiet_desktop.h"
 #include "support/random_user.h"
 #include "support/scripted_desktop.h"
@@ -25,6 +26,7 @@
 #include "workspace/plot_mouse.h"
 #include "workspace/recipe_file.h"
 #include "workspace/replay.h"
+#include "workspace/shown_picture.h"
 
 namespace graphize {
 namespace {
@@ -186,7 +188,8 @@ TEST_F(ProjectTest, IsOneStepForUndo) {
 TEST_F(ProjectTest, IsToldOnceWhereItCannotBeWrittenAndLeavesTheOldOne) {
   test::RandomUser user(5, folder / "plot.bmp", folder / "saved.dat");
   Workspace& ws = user.ws;
-  NoteSaved(ws.store);
+  Do(ws, test::QuietDesktop(), ModeStep{Mode::Graphize});
+  Do(ws, test::QuietDesktop(), PointStep{30, 40});
   const auto save = [&](const std::filesystem::path& file, const char* message) {
     test::ScriptedDesktop desktop;
     desktop.ExpectFile(file);
@@ -194,8 +197,9 @@ TEST_F(ProjectTest, IsToldOnceWhereItCannotBeWrittenAndLeavesTheOldOne) {
     SaveProject(ws, desktop);
   };
   save(folder / "no folder" / "a.graphize", "Cannot save the project \"a.graphize\".");
-  EXPECT_FALSE(ws.project.IsOf(ws.recipe));
+  EXPECT_FALSE(ws.project.IsOf(ws.recipe) || UnsavedCurves(ws.curves, ws.store).empty());
   save(folder / "a.graphize", nullptr);
+  EXPECT_TRUE(UnsavedCurves(ws.curves, ws.store).empty());
   EXPECT_TRUE(ws.project.IsOf(ws.recipe));
   const std::string bytes = ReadProjectFile(folder / "a.graphize");
   // The picture's file has gone: kept as it is shown, and said.
@@ -206,6 +210,41 @@ TEST_F(ProjectTest, IsToldOnceWhereItCannotBeWrittenAndLeavesTheOldOne) {
   save(folder / "b.graphize", nullptr);
   EXPECT_NE(ws.status.Status.find("without the picture's file"), std::string::npos);
   EXPECT_NE(ReadProjectFile(folder / "b.graphize"), bytes);
+}
+
+TEST_F(ProjectTest, IsAskedAboutWhereTheDocumentIsAnother) {
+  test::RandomUser user(5, folder / "plot.bmp", folder / "saved.dat");
+  Workspace& ws = user.ws;
+  const auto step = [&](Step what) { Do(ws, test::QuietDesktop(), std::move(what)); };
+  const auto leaves = [&](std::optional<Answer> answer) {
+    test::ScriptedDesktop desktop;
+    if (answer) desktop.ExpectMessage("save the project", *answer);
+    return MayLeave(ws, desktop);
+  };
+  step(ClearDataStep{});
+  step(DrawStep{{3, {{9, 9}}}});
+  EXPECT_TRUE(leaves(std::nullopt)) << "there is no project";
+  const std::filesystem::path file = folder / "a.graphize";
+  {
+    test::ScriptedDesktop desktop;
+    desktop.ExpectFile(file);
+    SaveProject(ws, desktop);
+  }
+  step(RefreshStep{});
+  EXPECT_TRUE(leaves(std::nullopt));
+  const Step kChanges[] = {EraseStep{{3, {{9, 9}}}}, BlockStep{20, 20, 4}, RedefineStep{2},
+                           RenameCurveStep{"other"}};
+  for (const Step& change : kChanges) {
+    if (Is<EraseStep>(change)) step(ModeStep{Mode::DrawErase});
+    if (Is<BlockStep>(change)) step(ModeStep{Mode::BlockTest});
+    if (Is<RedefineStep>(change)) step(ModeStep{Mode::AxisDef});
+    step(change);
+    EXPECT_FALSE(leaves(Answer::Cancel)) << change.index();
+    EXPECT_TRUE(leaves(Answer::No));
+    EXPECT_TRUE(leaves(Answer::Yes));
+    EXPECT_TRUE(leaves(std::nullopt)) << "it is saved";
+  }
+  EXPECT_EQ(Opened(ReadProjectFile(file)).curves.Curves.front().Name, "other");
 }
 
 /// What reading gives: the project again, or a reason in words.
@@ -274,6 +313,9 @@ TEST_F(ProjectTest, RefusesWhatCannotBe) {
       {"project.json", "{", "{\"a\":[[[[[[[[[[[[[[[[[[[[", "project.json"},
       {"curves/1.csv", "\n", "\n0,,,1,1\n", "line "},
       {"curves/1.csv", "\n", "\n1,x,1,1,1\n", "a column is no number"},
+      {"curves/1.csv", "\n", "\n1,1,1,nan,1\n", "line 2: a value is no number"},
+      {"project.json", "\"x_axis_length\": ", "\"x_axis_length\": 9", "axes cannot be"},
+      {"project.json", "\"sin_angle\": ", "\"sin_angle\": 0.5, \"was\": ", "axes cannot be"},
       {"steps.txt", "mode ", "walk ", "there is no step \"walk\""},
       {"mimetype", "graphize", "graphite", "no project of this program"}};
   for (const auto& [file, from, to, reason] : kCases) {
@@ -287,6 +329,10 @@ TEST_F(ProjectTest, RefusesWhatCannotBe) {
   const ProjectContent other = Read(With(whole, "picture/original.bmp", "BM", "BM "));
   EXPECT_NE(other.PictureFault.find("checksum"), std::string::npos);
   EXPECT_EQ(other.Picture.Width(), other.Kept.Width);
+  EXPECT_EQ(other.Kept.Picture.Bytes, nullptr);
+  const ProjectContent sound = Read(With(whole, "picture/base.png", "IDAT", "IDAX"));
+  EXPECT_NE(sound.PictureFault, "");
+  EXPECT_NE(sound.Kept.Picture.Bytes, nullptr) << "the picture as it was opened stays";
 }
 
 /// What a user does next.

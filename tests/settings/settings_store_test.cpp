@@ -90,6 +90,21 @@ TEST(SettingsStore, MissingFilesSectionsAndKeysGiveTheDefaults) {
   }
 }
 
+TEST(SettingsStore, OptionsThatAreNoLongerTheirDefaultStand) {
+  std::vector<std::string> notes;
+  Settings settings = SettingsOf("[Options]\nThreshold=90\nNextLine=0\n", notes);
+  EXPECT_EQ(settings.Threshold, 90);
+  EXPECT_EQ(settings.NextLine, 0);
+  SettingsFile file = FileOf("");
+  for (const int threshold : {90, 128}) {
+    settings.Threshold = static_cast<std::int16_t>(threshold);
+    WriteSettings(file, settings, true, true, {});
+    EXPECT_EQ(ReadInt(file, "Options", "Threshold", 0), threshold);
+  }
+  EXPECT_EQ(SettingsOf("[Options]\nThreshold=256\n", notes).Threshold, 128);
+  EXPECT_EQ(notes.size(), 1u) << "a threshold that there is not";
+}
+
 TEST(SettingsStore, RefreshListTurnsItsSignEachTimeAndStaysOn) {
   Settings settings;
   Notes notes;

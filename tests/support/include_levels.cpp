@@ -56,15 +56,23 @@ bool IsStandard(std::string_view header) {
 /// The folder of a module that shuts a library in; empty for any other file.
 std::string ModuleOf(const fs::path& path) {
   const std::string folder = path.parent_path().generic_string();
-  return folder == "codecs/picbuf" || folder == "scanner/sane" ? folder : "";
+  return folder == "codecs/picbuf" || folder == "scanner/sane" || folder == "finding_axes/tesseract"
+             ? folder
+             : "";
 }
 
 /// The one file or folder that sees a library, by how its headers start.
 constexpr std::pair<std::string_view, std::string_view> kLibraries[] = {
-    {"Magick", "codecs/picbuf"},     {"magick/", "codecs/picbuf"},
-    {"sane/", "scanner/sane"},       {"dlfcn.h", "base/module.cpp"},
-    {"zlib.h", "base/checksum.cpp"}, {"zlib.h", "base/zip_file.cpp"},
-    {"nlohmann/", "base/json.cpp"},  {"CLI/", "batch/arguments.cpp"},
+    {"Magick", "codecs/picbuf"},
+    {"magick/", "codecs/picbuf"},
+    {"sane/", "scanner/sane"},
+    {"dlfcn.h", "base/module.cpp"},
+    {"zlib.h", "base/checksum.cpp"},
+    {"zlib.h", "base/zip_file.cpp"},
+    {"tesseract/", "finding_axes/tesseract"},
+    {"omp.h", "finding_axes/tesseract"},
+    {"nlohmann/", "base/json.cpp"},
+    {"CLI/", "batch/arguments.cpp"},
 };
 
 /// The files of the logic that see the system's files.

@@ -60,7 +60,7 @@ RandomUser::RandomUser(unsigned seed, const std::filesystem::path& picture,
 
 void RandomUser::DoSomething() {
   escapeIn_ = Chance(6) ? Pick(40) : -1;
-  switch (Pick(29)) {
+  switch (Pick(31)) {
     case 0:
       return Mode("graphize");
     case 1:
@@ -116,9 +116,22 @@ void RandomUser::DoSomething() {
       return EditPoints();
     case 26:
       return Do(RecalculateStep{});
+    case 27:
+    case 28:
+      return ReadSomething();
     default:
       return Chance(4) ? Rarely() : ClickWithoutPress();
   }
+}
+
+void RandomUser::ReadSomething() {
+  escapeIn_ = -1;  // when it would stop, the clock decides
+  using Kind = ReadingDensity::Kind;
+  constexpr Kind kKinds[] = {Kind::Each, Kind::Every, Kind::Bends};
+  ReadStep step{X(), Y(), {kKinds[Pick(3)], 1 + Pick(9), {}}};
+  if (Chance(3)) step.Tolerance = 0.5f + 0.25f * static_cast<float>(Pick(7));
+  if (Chance(4)) step.Through.push_back({static_cast<int>(X()), static_cast<int>(Y())});
+  Do(step);
 }
 
 void RandomUser::EditPoints() {
@@ -232,6 +245,7 @@ void RandomUser::ChangeOptions() {
   ws.tracer.Below.Checked = Chance(3);
   ws.blockSize = Pick(9);
   ws.commands.SaveErrors = Chance(2);
+  ws.commands.PixelErrors = ws.commands.SaveErrors && Chance(3);
   ws.calibration.XLog = Chance(4);
   ws.calibration.YLog = Chance(3);
   Do([&] { FormatChanged(ws); });

@@ -40,6 +40,7 @@ class RandomUser {
   void ReSampleList();
   void IntegrateSome();
   void ClearSome();
+  void ReadSomething();
   void EditPoints();
   void Drag(float x, float y, int shift);
   void ChangeCurves();

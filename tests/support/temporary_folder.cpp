@@ -1,32 +1,19 @@
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <algorithm>
 #include <fstream>
 #include <iterator>
-#include <system_error>
 
 namespace graphize::test {
 
 namespace fs = std::filesystem;
 
-TemporaryFolder::TemporaryFolder() {
-  std::string name = (fs::temp_directory_path() / "graphize-test-XXXXXX").string();
-  if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder");
-  path_ = fs::canonical(name);
-}
-
-TemporaryFolder::~TemporaryFolder() {
-  std::error_code ignored;
-  fs::remove_all(path_, ignored);
-}
-
 std::vector<std::string> TemporaryFolder::Names() const {
   std::vector<std::string> names;
-  for (const auto& entry : fs::recursive_directory_iterator(path_))
-    names.push_back(entry.path().lexically_relative(path_).string());
+  for (const auto& entry : fs::recursive_directory_iterator(Path()))
+    names.push_back(entry.path().lexically_relative(Path()).string());
   std::sort(names.begin(), names.end());
   return names;
 }

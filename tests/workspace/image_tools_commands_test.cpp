@@ -10,8 +10,8 @@
 #include "support/scripted_desktop.h"
 #include "workspace/extraction_commands.h"
 #include "workspace/forms.h"
-#include "workspace/picture_commands.h"
 #include "workspace/run_command.h"
+#include "workspace/shown_picture.h"
 
 namespace graphize {
 namespace {

@@ -5,11 +5,16 @@
 
 #include <cmath>
 
+#include "data/point_edit.h"
+#include "data/point_table.h"
 #include "support/calibrated.h"
 #include "support/plot_drawing.h"
 #include "support/quiet_desktop.h"
 #include "workspace/do.h"
 #include "workspace/export_points.h"
+#include "workspace/picture_map.h"
+#include "workspace/preview_commands.h"
+#include "workspace/run_command.h"
 #include "workspace/step_text.h"
 
 namespace graphize {
@@ -47,7 +52,40 @@ TEST_F(ReadingTest, CapturesTheCurveWithItsPlaces) {
     const Place& place = ws.store.Places[ws.store.CaptureId[i]];
     EXPECT_NEAR(ws.store.CaptureX[i], place.Column, 1e-3);
     EXPECT_NEAR(ws.store.CaptureY[i], 200 - place.Row, 1e-3);
+    EXPECT_TRUE(CertaintyOf(ws.store, ws.store.CaptureId[i]).IsKnown());
   }
+}
+
+TEST_F(ReadingTest, TellsStandardUncertaintiesWhereverThePointsGo) {
+  Read({.Is = ReadingDensity::Kind::Every, .Pixels = 40});
+  const auto table = [&](ErrorKind kind) {
+    return CsvText({.Curves = ExportCurves(ws), .Errors = true, .Kind = kind});
+  };
+  const ExportRow row = ExportCurves(ws).front().Rows[2];
+  ASSERT_TRUE(row.HasStandard);
+  // On axes of a unit per pixel: the stroke's share is small, the axes' is that of rounded clicks.
+  EXPECT_GT(row.Standard.Y, 0.15);
+  EXPECT_LT(row.Standard.Y, 1);
+  EXPECT_THAT(table(ErrorKind::Pixel), testing::EndsWith(",1,1\r\n"));
+  EXPECT_THAT(table(ErrorKind::Standard), testing::Not(testing::HasSubstr(",1,1\r\n")));
+  const std::string json =
+      JsonText({.Curves = ExportCurves(ws), .Errors = true}, ws.calibration, {});
+  EXPECT_THAT(json, testing::HasSubstr("\"x_error\": \"standard uncertainty, in units of x\""));
+  EXPECT_THAT(json, testing::HasSubstr("\"y_pixel\": 1}"));
+
+  // An image tool takes them along and back; moved by hand, a point is no longer known so well.
+  const std::vector<Certainty> before = ws.store.Certainties;
+  const std::vector<Place> places = ws.store.Places;
+  CarryAlong(ws, {0, -2, 400, 2, 0, 0}, 600);
+  for (std::size_t id = 1; id < before.size(); ++id) {
+    EXPECT_NEAR(ws.store.Certainties[id].AcrossColumns, -2 * before[id].AcrossRows, 1e-6);
+    EXPECT_NEAR(ws.store.Certainties[id].AcrossRows, 2 * before[id].AcrossColumns, 1e-6);
+  }
+  CarryBack(ws, 200);
+  EXPECT_EQ(ws.store.Certainties, before);
+  EXPECT_EQ(ws.store.Places, places);
+  EXPECT_EQ(MovePoints(ws.store, ws.calibration, 300, 200, PointSet({2}), 1, 0), "");
+  EXPECT_FALSE(CertaintyOf(ws.store, 2).IsKnown());
 }
 
 TEST_F(ReadingTest, RefusesWithoutChangingAnything) {
@@ -64,6 +102,43 @@ TEST_F(ReadingTest, RefusesWithoutChangingAnything) {
   EXPECT_THAT(Read().Reason, testing::HasSubstr("needs a picture and its axes"));
   EXPECT_EQ(ws.store.CaptureCount, 0);
   EXPECT_TRUE(ws.recipe.Steps.empty());
+}
+
+TEST_F(ReadingTest, WhatIsShownIsTakenAsItWasReadAndGoesWithWhatItWasReadFrom) {
+  ws.commands.Picture = ws.commands.Graphize = true;
+  const auto run = [this](const Step& step) {
+    RunCommand(ws, desktop, [&] { Do(ws, desktop, step); });
+  };
+  const auto show = [&] {
+    run(ModeStep{Mode::ReadCurve});
+    ClickCurve(ws, desktop, static_cast<int>(std::lround(course[200].X)),
+               static_cast<int>(std::lround(course[200].Y)));
+    ASSERT_TRUE(HasReading(ws)) << ws.reading.Reading;
+  };
+  for (const Step& step : {Step(ModeStep{Mode::Graphize}), Step(BlockStep{50, 50, 4}),
+                           Step(RedefineStep{1}), Step(BlackWhiteStep{})}) {
+    ws.calibration = test::PixelCalibration();
+    show();
+    EXPECT_EQ(ws.store.CaptureCount, 0);
+    run(step);
+    EXPECT_FALSE(HasReading(ws)) << TextOf(step);
+  }
+
+  ws.calibration = test::PixelCalibration();
+  show();
+  SetDensity(ws, ReadingDensity::Kind::Every);
+  TypeDensity(ws, "0");
+  EXPECT_FALSE(CanTakeReading(ws));
+  TypeDensity(ws, "50");
+  SetTolerance(ws, 60);  // and it is not read again yet
+  const std::size_t points = ws.reading.Curve->Points.size();
+  EXPECT_LT(points, 10u);
+  TakeReading(ws, desktop);
+  EXPECT_EQ(ws.store.CaptureCount, static_cast<int>(points));
+  EXPECT_FALSE(HasReading(ws));
+  const auto* step = std::get_if<ReadStep>(&ws.recipe.Steps.back());
+  ASSERT_NE(step, nullptr);
+  EXPECT_EQ(step->Tolerance, 1);
 }
 
 TEST(ReadStep, IsWrittenWithItsDensity) {

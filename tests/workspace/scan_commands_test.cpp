@@ -13,6 +13,7 @@
 #include "workspace/forms.h"
 #include "workspace/picture_commands.h"
 #include "workspace/session.h"
+#include "workspace/shown_picture.h"
 #include "workspace/toolbar.h"
 
 namespace graphize {

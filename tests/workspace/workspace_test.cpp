@@ -13,19 +13,25 @@
 #include "base/run_time_error.h"
 #include "codecs/file_format.h"
 #include "codecs/picbuf.h"
+#include "raster/black_white.h"
 #include "support/ascii_picture.h"
 #include "support/scripted_desktop.h"
 #include "support/temporary_folder.h"
+#include "workspace/black_white_commands.h"
 #include "workspace/capture_commands.h"
 #include "workspace/do.h"
 #include "workspace/export_points.h"
 #include "workspace/extraction_commands.h"
+#include "workspace/forms.h"
+#include "workspace/ink_check_commands.h"
+#include "workspace/next_step.h"
 #include "workspace/overlay.h"
 #include "workspace/picture_commands.h"
 #include "workspace/plot_mouse.h"
 #include "workspace/run_command.h"
 #include "workspace/save_points.h"
 #include "workspace/session.h"
+#include "workspace/step_text.h"
 #include "workspace/toolbar.h"
 #include "workspace/view_commands.h"
 
@@ -125,6 +131,66 @@ TEST_F(WorkspaceTest, ADamagedPictureIsShownOnlyWhenWanted) {
     EXPECT_EQ(ws.plot.Width(), width);
   }
   EXPECT_TRUE(desktop.Messages[0].DefaultIsNo);
+}
+
+TEST_F(WorkspaceTest, OfAPictureThatIsTooLongAPartIsAskedFor) {
+  OpenPicture(ws, desktop, Picture("plot.bmp"));
+  Raster strip = Raster::Filled(33000, 20, kWhitePixel);
+  for (int x = 0; x < strip.Width(); ++x) strip.Row(9)[x] = strip.Row(10)[x] = kBlackPixel;
+  SavePicture(folder.Path() / "strip.bmp", 3, 0, strip);
+  const auto open = [&](std::initializer_list<const char*> answers) {
+    for (const char* answer : answers) desktop.ExpectPrompt(answer);
+    OpenPicture(ws, desktop, folder.Path() / "strip.bmp");
+    return ws.plot.Width();
+  };
+  EXPECT_EQ(open({""}), 60) << "cancelled";
+  EXPECT_EQ(ws.status.Status, " ");
+  EXPECT_EQ(open({"Half"}), 16500);
+  EXPECT_THAT(desktop.Prompts.back().Choices,
+              testing::ElementsAre("half", "quarter", "0,0,32767,20"));
+  desktop.ExpectMessage("does not lie on the picture");
+  EXPECT_EQ(open({"5,5,40000,3", "31000,0,2000,20"}), 2000);
+  EXPECT_TRUE(IsBlack(ws.plot, 1999, 10));
+  // The recipe says which part it was, and a reload takes the same.
+  const auto& step = std::get<OpenStep>(ws.recipe.Steps.back());
+  EXPECT_EQ(TextOf(step), "open 1 part 31000,0,2000,20");
+  Do(ws, desktop, ReloadStep{.Part = step.Part});
+  EXPECT_EQ(ws.plot.Width(), 2000);
+}
+
+TEST_F(WorkspaceTest, TheReductionIsPreviewedBeforeItIsDone) {
+  Raster shades = Raster::Filled(300, 200, kWhitePixel);
+  for (int y = 0; y < 200; ++y)
+    for (int x = 0; x < 250; ++x) shades.Row(y)[x] = 0xff000000u + 0x010101u * x;
+  SavePicture(folder.Path() / "shades.bmp", 3, 0, shades);
+  ws.settings.Threshold = 40;
+  desktop.ExpectMessage(kBlackAndWhite, Answer::Yes);
+  OpenPicture(ws, desktop, folder.Path() / "shades.bmp");
+  EXPECT_TRUE(IsBlack(ws.plot, 39, 5) && !IsBlack(ws.plot, 40, 5)) << "as the settings say";
+  EXPECT_EQ(TextOf(ws.recipe.Steps.back()), "open 1 black-and-white threshold 40");
+  ShowBlackWhite(ws);
+  EXPECT_FALSE(ws.blackWhite.CanReduce);
+  CloseForm(ws, desktop);
+
+  desktop.ExpectMessage(kBlackAndWhite, Answer::No);
+  Do(ws, desktop, ReloadStep{.Ask = true});
+  ResizeView(ws, 300, 200);
+  ShowBlackWhite(ws);
+  const BlackWhiteForm& form = ws.blackWhite;
+  EXPECT_EQ(form.Threshold, 40);
+  EXPECT_EQ(form.Histogram[100], 200);
+  MoveThreshold(ws, 90);
+  EXPECT_TRUE(IsBlackPixel(form.Preview.Row(9)[89]) && !IsBlackPixel(form.Preview.Row(9)[90]));
+  EXPECT_EQ(GetPixel(ws.plot, 60, 5), MakeColour(60, 60, 60)) << "the picture itself stays";
+  const int changes = form.Changes;
+  ChooseLocalThreshold(ws, true);
+  EXPECT_GT(form.Changes, changes);
+  EXPECT_TRUE(IsBlackAndWhite(form.Preview));
+  ChooseLocalThreshold(ws, false);
+  ReduceAsPreviewed(ws, desktop);
+  EXPECT_EQ(ws.form, Form::None);
+  EXPECT_EQ(ws.settings.Threshold, 90);
+  EXPECT_TRUE(IsBlack(ws.plot, 89, 5) && !IsBlack(ws.plot, 90, 5));
 }
 
 TEST_F(WorkspaceTest, APictureThatStaysAfterAResetCanBeWorkedOn) {
@@ -559,6 +625,61 @@ TEST_F(WorkspaceTest, WhatTheStatusSaidStaysReadableBesideIt) {
   EXPECT_EQ(ws.status.Hint, "");
 }
 
+TEST_F(WorkspaceTest, WhatComesNextIsSaidFromThePictureToTheFile) {
+  const auto next = [&] { return NextStepOf(ws); };
+  EXPECT_EQ(next().Present, 0);
+  EXPECT_TRUE(next().Hint.starts_with("Open"));
+  OpenPicture(ws, desktop, Picture("plot.bmp"));
+  EXPECT_EQ(next().Present, 1);
+  EXPECT_TRUE(next().Hint.find("Define Axis") != std::string::npos);
+  Toolbar_ButtonClick(ws, desktop, "axisdef");
+  EXPECT_EQ(next().Present, 1);
+  EXPECT_EQ(next().Hint, ws.status.Hint);
+  Calibrate();
+  Toolbar_ButtonClick(ws, desktop, "graphize");
+  EXPECT_EQ(next().Present, 2);
+  EXPECT_EQ(next().Hint, ModeHint(Mode::Graphize));
+  Click(30, 30);
+  EXPECT_EQ(next().Present, 2);
+  ReleaseButtons(ws, desktop);
+  EXPECT_EQ(next().Present, 3);
+  EXPECT_TRUE(next().Hint.starts_with("Save"));
+  NoteSaved(ws.store);
+  EXPECT_EQ(next().Hint, "All points are saved");
+  SwitchNext(ws);
+  EXPECT_FALSE(IsNextShown(ws));
+}
+
+TEST_F(WorkspaceTest, DoubtfulPointsAreToldShownAndRemoved) {
+  OpenAndCalibrate();
+  Raster picture = Raster::Filled(60, 50, kWhitePixel);
+  for (int x = 5; x < 55; ++x) picture.Row(20)[x] = picture.Row(40)[x] = kBlackPixel;
+  SetPicture(ws.plot, std::move(picture));
+  Do(ws, desktop, TraceStep{8, 20, {}});
+  const int traced = ws.store.ListCount;
+  EXPECT_EQ(ws.inkCheck.Text, std::to_string(traced) + " points: all on ink");
+  EXPECT_FALSE(CanRemoveDoubtful(ws));
+  DropOldInkCheck(ws);
+  EXPECT_NE(ws.inkCheck.Text, "") << "nothing has changed";
+  Do(ws, desktop, PointStep{30, 30});
+  DropOldInkCheck(ws);
+  EXPECT_EQ(ws.inkCheck.Text, "") << "a point has come";
+  CheckPoints(ws);
+  EXPECT_EQ(ws.inkCheck.Text, std::to_string(traced + 1) + " points: 1 not on ink");
+  ShowDoubtful(ws);
+  EXPECT_TRUE(IsDoubtfulShown(ws));
+  EXPECT_EQ(ws.store.Page.SelectionStart, traced + 1);
+  ShowDoubtful(ws);
+  EXPECT_FALSE(IsDoubtfulShown(ws));
+  RemoveDoubtful(ws, desktop);
+  EXPECT_EQ(ws.store.ListCount, traced);
+  EXPECT_EQ(ws.inkCheck.Text, std::to_string(traced) + " points: all on ink");
+  EXPECT_TRUE(Is<DeletePointsStep>(ws.recipe.Steps.back()));
+  Do(ws, desktop, EraseStep{{2, {{30, 20}}}});
+  DropOldInkCheck(ws);
+  EXPECT_EQ(ws.inkCheck.Text, "") << "the picture has changed";
+}
+
 TEST_F(WorkspaceTest, ThePointerIsPutWhereItWasOrIntoWhatIsSeen) {
   OpenAndCalibrate();
   ResizeView(ws, 40, 30);
@@ -643,14 +764,21 @@ TEST_F(WorkspaceTest, EveryCurveIsAskedAboutAndMarked) {
     return text;
   };
   EXPECT_EQ(marks(0, 59), "1b2a") << "the active one above the other";
-  EXPECT_EQ(marks(32, 59), "2a");
-  EXPECT_EQ(marks(33, 59), "1a");
+  EXPECT_EQ(marks(30, 59), "2a");
+  EXPECT_EQ(marks(31, 59), "1a");
   Do(ws, desktop, ClearRowsStep{2, 2});
   EXPECT_EQ(marks(0, 59), "1b1a") << "not what the list has no longer";
   Do(ws, desktop, UndoListStep{});
   Do(ws, desktop, ShowCurveStep{false});
   EXPECT_EQ(marks(0, 59), "1b");
   EXPECT_FALSE(Plot_Paint(ws, {0, 0, 59, 49}).LastPoint) << "nothing of it is seen";
+  const std::vector<Step> kWork = {PointStep{40, 30}, MovePointsStep{{3}, 1, 0}};
+  for (const Step& work : kWork) {
+    ASSERT_TRUE(Do(ws, desktop, work).IsDone());
+    EXPECT_TRUE(ActiveCurve(ws.curves).Shown) << "nothing is captured or moved unseen";
+    Do(ws, desktop, ShowCurveStep{false});
+  }
+  Do(ws, desktop, DeletePointsStep{{3}});
   EXPECT_FALSE(IsBlackPixel(0xff000000u | static_cast<unsigned>(GetPixel(ws.plot, 30, 30))));
 
   desktop.ExpectMessage("points ?\r\n\r\nNot saved: A/a, curve 2.", Answer::Yes);

@@ -61,8 +61,8 @@ void StartLibrary() {
     lib::SetMonitorHandler(OnProgress);
     constexpr lib::magick_int64_t kGiB = 1 << 30;
     lib::SetMagickResourceLimit(lib::PixelsResource, kMaxPicturePixels);
-    lib::SetMagickResourceLimit(lib::WidthResource, kMaxPictureSide);
-    lib::SetMagickResourceLimit(lib::HeightResource, kMaxPictureSide);
+    lib::SetMagickResourceLimit(lib::WidthResource, kMaxDecodedSide);
+    lib::SetMagickResourceLimit(lib::HeightResource, kMaxDecodedSide);
     // The largest picture's pixels and indexes take 10 bytes, its samples in the decoder up to 8.
     lib::SetMagickResourceLimit(lib::MemoryResource, 18 * kMaxPicturePixels);
     lib::SetMagickResourceLimit(lib::MapResource, 0);

@@ -53,7 +53,7 @@ ImageInfoPtr InfoForFirst(PictureType type) {
 }
 
 void CheckSize(std::int64_t width, std::int64_t height) {
-  const std::string refusal = SizeRefusal(width, height);
+  const std::string refusal = DecodeRefusal(width, height);
   if (!refusal.empty()) throw RunTimeError(refusal);
 }
 

@@ -1,4 +1,4 @@
-#include "batch/temporary_folder.h"
+#include "base/temporary_folder.h"
 
 #include <cerrno>
 #include <cstdlib>
@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "base/run_time_error.h"
+#include "base/translation.h"
 
 namespace graphize {
 
@@ -14,9 +15,9 @@ namespace fs = std::filesystem;
 TemporaryFolder::TemporaryFolder() {
   std::string name = (fs::temp_directory_path() / "graphize-XXXXXX").string();
   if (mkdtemp(name.data()) == nullptr)
-    throw RunTimeError("a picture cannot be kept in \"" + fs::temp_directory_path().string() +
-                       "\": " + std::generic_category().message(errno));
-  path_ = name;
+    throw RunTimeError(Tr("nothing can be kept in \"%1\": %2", fs::temp_directory_path().string(),
+                          std::generic_category().message(errno)));
+  path_ = fs::canonical(name);
 }
 
 TemporaryFolder::~TemporaryFolder() {

@@ -1,0 +1,255 @@
+#include "ink_report.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "measure.h"
+#include "raster/black_white.h"
+#include "support/plot_drawing.h"
+#include "support/quiet_desktop.h"
+#include "tracing/ink_check.h"
+#include "workspace/do.h"
+#include "workspace/workspace.h"
+
+namespace graphize::accuracy {
+
+namespace {
+
+using test::PlotDrawing;
+using test::Stroke;
+using Function = std::function<double(double)>;
+
+constexpr unsigned kSeeds = 60;
+constexpr int kWidth = 660, kHeight = 480;
+
+class Random {
+ public:
+  explicit Random(unsigned seed) : engine_(seed) {}
+  double From(double least, double most) {
+    return least + (most - least) * static_cast<double>(engine_()) / std::mt19937::max();
+  }
+  bool Chance(double part) { return From(0, 1) < part; }
+
+ private:
+  std::mt19937 engine_;
+};
+
+/// A smooth curve within `least` to `most` of the plot's height.
+Function Wandering(Random& random, double least, double most) {
+  const double slope = random.From(-1, 1), waves = random.From(0.3, 2.2);
+  const double phase = random.From(0, 6.28), height = random.From(0.2, 1);
+  const double second = random.From(0, 0.5), phase2 = random.From(0, 6.28);
+  return [=](double u) {
+    const double y = slope * (u - 0.5) + height * std::sin(6.28 * waves * u + phase) +
+                     second * std::sin(15 * u + phase2);
+    return least + (most - least) * (0.5 + 0.5 * std::tanh(y));
+  };
+}
+
+struct InkPlot {
+  explicit InkPlot(unsigned seed)
+      : Chosen(seed), Drawing(kWidth, kHeight, 60, 40, 620, 430, Chosen.From(-1, 1)) {}
+
+  Random Chosen;
+  PlotDrawing Drawing;
+  std::vector<PixelPosition> Course;
+  bool Grey = false;
+  const char* XIncrement = "2";
+
+  Stroke Line() { return {.Thickness = Chosen.From(1, 3.5)}; }
+  void Curve(const Function& v, const Stroke& stroke, double first = 0.02, double last = 0.98) {
+    Course = Drawing.Curve(v, stroke, first, last);
+  }
+  void Frame() { Drawing.Frame({.Thickness = Chosen.From(1, 3)}, 10, Chosen.Chance(0.5) ? 6 : -6); }
+};
+
+using Draw = void (*)(InkPlot&);
+
+void Clean(InkPlot& plot) {
+  plot.Curve(Wandering(plot.Chosen, 0.1, 0.9), plot.Line());
+  plot.Frame();
+}
+
+void Crossings(InkPlot& plot) {
+  for (int others = plot.Chosen.Chance(0.5) ? 2 : 1; others > 0; --others)
+    plot.Drawing.Curve(Wandering(plot.Chosen, 0.05, 0.95), plot.Line(), 0.02, 0.98);
+  Clean(plot);
+}
+
+/// Up to the frame, and along it.
+void AtTheFrame(InkPlot& plot) {
+  const double level = plot.Chosen.From(0.3, 1.5), bend = plot.Chosen.From(2, 6);
+  const bool falls = plot.Chosen.Chance(0.5);
+  const Function inside = Wandering(plot.Chosen, 0.08, 0.92);
+  const bool leaves = plot.Chosen.Chance(0.5);
+  plot.Curve(
+      [=](double u) {
+        if (!leaves) return inside(u);
+        const double rise = std::min(level * std::tanh(bend * u * u), 1.0);
+        return falls ? 1 - rise : rise;
+      },
+      plot.Line(), 0, leaves ? 0.9 : 1);
+  plot.Frame();
+}
+
+void Labels(InkPlot& plot) {
+  const Function v = Wandering(plot.Chosen, 0.15, 0.85);
+  plot.Curve(v, plot.Line());
+  for (int labels = 3; labels > 0; --labels) {
+    const double u = plot.Chosen.From(0.15, 0.85);
+    const PixelPosition at = plot.Drawing.Place(u, v(u));
+    plot.Drawing.Digits({at.X, at.Y + plot.Chosen.From(-14, 8)}, "12.5", plot.Chosen.From(1, 2));
+  }
+  plot.Frame();
+}
+
+void LightColours(InkPlot& plot) {
+  const Function v = Wandering(plot.Chosen, 0.1, 0.9);
+  plot.Drawing.LinesAtV(test::Linear(5), {.Darkness = plot.Chosen.From(0.1, 0.6)});
+  plot.Drawing.Curve(Wandering(plot.Chosen, 0.05, 0.95),
+                     {.Thickness = 2, .Darkness = plot.Chosen.From(0.2, 0.7)}, 0.02, 0.98);
+  plot.Curve(v, {.Thickness = plot.Chosen.From(1.5, 3), .Darkness = plot.Chosen.From(0.55, 0.9)});
+  plot.Frame();
+  plot.Grey = true;
+}
+
+void Dashes(InkPlot& plot) {
+  const auto dashed = [&] {
+    return Stroke{plot.Chosen.From(1.5, 3), 1, plot.Chosen.From(6, 12), plot.Chosen.From(3, 6)};
+  };
+  plot.Drawing.Curve(Wandering(plot.Chosen, 0.05, 0.95),
+                     plot.Chosen.Chance(0.5) ? dashed() : plot.Line(), 0.02, 0.98);
+  plot.Curve(Wandering(plot.Chosen, 0.1, 0.9), dashed());
+  plot.Frame();
+  plot.XIncrement = "8";
+}
+
+void GridLeft(InkPlot& plot) {
+  plot.Drawing.LinesAtU(test::Linear(6), {});
+  plot.Drawing.LinesAtV(test::Linear(5), {});
+  plot.Curve(Wandering(plot.Chosen, 0.1, 0.9), plot.Line(), 0, 1);
+  plot.Frame();
+}
+
+void Symbols(InkPlot& plot) {
+  const Function v = Wandering(plot.Chosen, 0.1, 0.9);
+  plot.Curve(v, plot.Line());
+  const double size = plot.Chosen.From(6, 11);
+  const bool hollow = plot.Chosen.Chance(0.4);
+  for (double u = 0.1; u < 0.95; u += 0.1)
+    if (hollow)
+      plot.Drawing.Box(plot.Drawing.Place(u, v(u)), size, {});
+    else
+      plot.Drawing.Disc(plot.Drawing.Place(u, v(u)), size);
+  plot.Frame();
+}
+
+struct Family {
+  const char* Name;
+  Draw Plot;
+  bool IsJudged = true;  // else shown alone: docs/accuracy.md says why
+};
+constexpr Family kFamilies[] = {{"curve alone", Clean},
+                                {"crossing curves", Crossings},
+                                {"frame", AtTheFrame},
+                                {"labels on the curve", Labels},
+                                {"light colours", LightColours},
+                                {"dashes", Dashes},
+                                {"grid left in", GridLeft, false},
+                                {"symbols on the curve", Symbols, false}};
+
+struct Figures {
+  int Wrong = 0, WrongFlagged = 0, Good = 0, GoodFlagged = 0;
+
+  void Add(const Figures& other) {
+    Wrong += other.Wrong;
+    WrongFlagged += other.WrongFlagged;
+    Good += other.Good;
+    GoodFlagged += other.GoodFlagged;
+  }
+  /// Traces the plot and holds its points against the picture.
+  void Trace(const char* family, InkPlot& plot, unsigned seed, std::int16_t tracer) {
+    const Desktop desktop = test::QuietDesktop();
+    Workspace ws;
+    Raster picture = plot.Grey ? plot.Drawing.GreyPicture() : plot.Drawing.Picture();
+    ReduceToBlackAndWhite(picture);
+    const auto start = std::find_if(plot.Course.begin(), plot.Course.end(), [&](PixelPosition at) {
+      const std::uint32_t* row = picture.Row(static_cast<int>(std::lround(at.Y)));
+      return at.X > plot.Course.front().X + 5 && IsBlackPixel(row[std::lround(at.X)]);
+    });
+    if (start == plot.Course.end()) return;
+    SetPicture(ws.plot, std::move(picture));
+    ws.calibration = plot.Drawing.Calibration();
+    ws.mode = Mode::Graphize;
+    ws.settings.Trace = tracer;
+    ws.tracer.Xrange = plot.XIncrement;
+    Do(ws, desktop, TraceStep{static_cast<float>(start->X), static_cast<float>(start->Y), {}});
+    std::vector<PlotPosition> points;
+    int wrong = 0, firstWrong = 0;
+    for (int i = 1; i <= ws.store.ListCount; ++i) {
+      const Place& place = ws.store.Places[ws.store.ListId[i]];
+      points.push_back({place.Column, place.Row});
+      if (DistanceTo({place.Column, place.Row}, plot.Course) <= kNear) continue;
+      if (wrong++ == 0) firstWrong = i;
+    }
+    // A click where the curve was not alone is none that a user would make.
+    constexpr int kClearStart = 20;
+    if (points.empty() || (wrong > 0 && firstWrong < kClearStart)) return;
+    const BasePictureShown base(ws.plot);
+    const auto verdicts = CheckInk(ws.plot.Pixels, ws.calibration, points);
+    const auto doubtful = std::count_if(verdicts.begin(), verdicts.end(),
+                                        [](InkVerdict v) { return v != InkVerdict::OnInk; });
+    const bool isWrong = wrong > 0.01 * static_cast<double>(points.size());
+    if (!isWrong && wrong > 0) return;  // neither the one nor the other
+    (isWrong ? Wrong : Good) += 1;
+    if (doubtful > 0) (isWrong ? WrongFlagged : GoodFlagged) += 1;
+    if (std::getenv("INK_DETAILS") != nullptr && isWrong != (doubtful > 0))
+      std::printf("%s %u %d: %d of %zu wrong; %s\n", family, seed, tracer, wrong, points.size(),
+                  InkCheckText(verdicts).c_str());
+  }
+};
+
+double Percent(int part, int all) {
+  return all == 0 ? 0 : 100.0 * part / all;
+}
+
+}  // namespace
+
+int PrintInkTable() {
+  std::puts(
+      "\n| plots, traced by edges and by the middle | wrong traces | of them flagged | good traces "
+      "| of them flagged |\n|---|---:|---:|---:|---:|");
+  Figures all;
+  const auto print = [](const char* name, const Figures& figures) {
+    std::printf("| %s | %d | %.1f %% | %d | %.1f %% |\n", name, figures.Wrong,
+                Percent(figures.WrongFlagged, figures.Wrong), figures.Good,
+                Percent(figures.GoodFlagged, figures.Good));
+  };
+  for (const auto& [name, draw, isJudged] : kFamilies) {
+    Figures figures;
+    for (unsigned seed = 1; seed <= kSeeds; ++seed) {
+      for (const std::int16_t tracer : {std::int16_t{0}, std::int16_t{1}}) {
+        InkPlot plot(seed);
+        draw(plot);
+        figures.Trace(name, plot, seed, tracer);
+      }
+    }
+    print(name, figures);
+    if (isJudged) all.Add(figures);
+  }
+  print("all that are judged", all);
+  const bool hits = Percent(all.WrongFlagged, all.Wrong) >= 95;
+  const bool quiet = Percent(all.GoodFlagged, all.Good) <= 2;
+  std::printf(
+      "\nTargets: of the wrong traces at least 95 %% (%s), of the good ones at most 2 %% (%s).\n",
+      hits ? "met" : "**missed**", quiet ? "met" : "**missed**");
+  return (hits ? 0 : 1) + (quiet ? 0 : 1);
+}
+
+}  // namespace graphize::accuracy

@@ -1,0 +1,132 @@
+// read_pictures FOLDER SHEET.png
+// Reads every curve of the pictures in FOLDER with one click and draws what was read over them, as
+// the window shows it, on one sheet. What was refused or is doubtful is said on the standard
+// output.
+
+#include <QApplication>
+#include <QImage>
+#include <QPainter>
+#include <cmath>
+#include <cstdio>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "base/run_time_error.h"
+#include "codecs/picbuf.h"
+#include "raster/plot_view.h"
+#include "support/quiet_desktop.h"
+#include "widgets/paint_preview.h"
+#include "workspace/do.h"
+#include "workspace/overlay.h"
+#include "workspace/preview_commands.h"
+#include "workspace/shown_picture.h"
+
+namespace graphize {
+namespace {
+
+struct Click {
+  int X, Y;
+};
+/// The frame's lower left corner or another known origin, a point on each axis, all pixels with
+/// rows downward; one click on each curve, and one on each kind of symbol.
+struct Example {
+  const char* File;
+  Click Origin, XAxis, YAxis;
+  std::vector<Click> Curves;
+};
+
+const std::vector<Example> kExamples = {
+    {"gnuplot_three_functions.png",
+     {52, 440},
+     {617, 440},
+     {52, 16},
+     {{165, 185}, {460, 38}, {100, 211}}},
+    {"gnuplot_normal_cdf.png", {52, 440}, {617, 440}, {52, 60}, {{335, 250}}},
+    {"gnuplot_inverf.png", {52, 440}, {617, 440}, {52, 60}, {{335, 250}}},
+    {"gnuplot_sinc_sideways.png", {37, 400}, {617, 400}, {37, 17}, {{391, 145}}},
+    {"gnuplot_transistor.png", {80, 408}, {540, 408}, {80, 69}, {{118, 270}, {200, 190}}},
+    {"gonum_functions.png", {63, 217}, {260, 217}, {63, 25}, {{230, 79}, {181, 94}, {97, 102}}},
+    {"gonum_inverted_log.png", {82, 328}, {376, 328}, {82, 18}, {{230, 173}}},
+    {"gr_sine_cosine.png", {40, 273}, {488, 273}, {40, 12}, {{62, 58}, {79, 194}}},
+    {"inspectdr_lissajous.png", {84, 261}, {451, 261}, {84, 24}, {{221, 85}}},
+    {"mpl_cross_axes.png", {295, 180}, {498, 180}, {295, 49}, {{376, 140}, {230, 290}}},
+    {"mpl_sine_cosine.png", {71, 388}, {517, 388}, {71, 43}, {{361, 153}, {238, 360}}},
+    {"pgfplotsx_markers.png", {41, 366}, {656, 366}, {41, 21}, {}},
+    {"plotters_parabola.png", {34, 445}, {635, 445}, {34, 54}, {{154, 280}}},
+    {"plotters_twoscale.png", {45, 728}, {979, 728}, {45, 56}, {{185, 344}, {500, 537}}},
+};
+
+constexpr int kColumns = 3, kTileWidth = 640, kTileHeight = 480;
+
+void DefineAxes(Workspace& ws, const Desktop& desktop, const Example& example) {
+  Do(ws, desktop, ModeStep{Mode::AxisDef});
+  const Click points[] = {example.Origin, example.XAxis, example.YAxis};
+  for (int row = 0; row < 3; ++row)
+    Do(ws, desktop,
+       AxisStep{row, static_cast<float>(points[row].X), static_cast<float>(points[row].Y),
+                std::to_string(points[row].X), std::to_string(-points[row].Y)});
+  if (!ws.calibration.IsComplete()) throw RunTimeError("the axes were refused");
+}
+
+void Say(const Example& example, const Click& click, std::string text) {
+  for (std::size_t at = 0; (at = text.find('\n', at)) != std::string::npos;)
+    text.replace(at, 1, "; ");
+  std::printf("%s %d,%d: %s\n", example.File, click.X, click.Y, text.c_str());
+}
+
+QImage Draw(const std::filesystem::path& folder, const Example& example) {
+  const Desktop desktop = test::QuietDesktop();
+  Workspace ws;
+  LoadImage(ws, desktop, std::move(LoadPicture(folder / example.File)->Picture), example.File);
+  DefineAxes(ws, desktop, example);
+  QImage tile = AsImage(ws.plot.Pixels).copy();
+  QPainter painter(&tile);
+  Do(ws, desktop, ModeStep{Mode::ReadCurve});
+  for (const Click& click : example.Curves) {
+    DropReading(ws);
+    ClickCurve(ws, desktop, click.X, click.Y);
+    Say(example, click, ws.reading.Reading);
+    const PlotOverlay overlay = Plot_Paint(ws, {0, 0, ws.plot.Width() - 1, ws.plot.Height() - 1});
+    for (const PlotOverlay::Preview& preview : overlay.Previews)
+      PaintPreview(painter, preview, tile.rect());
+  }
+  painter.end();
+  if (tile.width() <= kTileWidth && tile.height() <= kTileHeight) return tile;
+  return tile.scaled(kTileWidth, kTileHeight, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+}
+
+int MakeSheet(const std::filesystem::path& folder, const QString& sheetFile) {
+  const int count = static_cast<int>(kExamples.size());
+  QImage sheet(kColumns * kTileWidth, (count + kColumns - 1) / kColumns * kTileHeight,
+               QImage::Format_RGB32);
+  sheet.fill(Qt::white);
+  QPainter painter(&sheet);
+  for (int i = 0; i < count; ++i) {
+    const QImage tile = Draw(folder, kExamples[static_cast<std::size_t>(i)]);
+    painter.drawImage(i % kColumns * kTileWidth + (kTileWidth - tile.width()) / 2,
+                      i / kColumns * kTileHeight + (kTileHeight - tile.height()) / 2, tile);
+  }
+  painter.end();
+  if (sheet.save(sheetFile)) return 0;
+  std::fprintf(stderr, "the sheet could not be written\n");
+  return 1;
+}
+
+}  // namespace
+}  // namespace graphize
+
+int main(int argc, char** argv) {
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  QApplication application(argc, argv);
+  if (argc != 3) {
+    std::fputs("usage: read_pictures FOLDER SHEET.png\n", stderr);
+    return 2;
+  }
+  try {
+    return graphize::MakeSheet(argv[1], QString::fromLocal8Bit(argv[2]));
+  } catch (const graphize::RunTimeError& error) {
+    std::fprintf(stderr, "%s\n", error.what());
+    return 1;
+  }
+}

@@ -1,0 +1,39 @@
+#include "app/next_line.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+
+#include "widgets/elided_label.h"
+#include "widgets/show.h"
+
+namespace graphize {
+
+NextLine::NextLine(QWidget* parent) : QWidget(parent) {
+  setObjectName(QStringLiteral("FRM_Next"));
+  auto* row = new QHBoxLayout(this);
+  row->setContentsMargins(2, 1, 2, 3);
+  row->setSpacing(4);
+  for (std::size_t i = 0; i < kWay.size(); ++i) {
+    if (i > 0) row->addWidget(new QLabel(QStringLiteral("\u2192")));
+    stations_[i] = new QLabel(tr(kWay[i]));
+    stations_[i]->setObjectName(MemberName("LBL_Station", static_cast<int>(i)));
+    row->addWidget(stations_[i]);
+  }
+  row->addSpacing(12);
+  hint_ = Named(new ElidedLabel, "LBL_Next", tr("What comes next"));
+  row->addWidget(hint_, 1);
+}
+
+void NextLine::Render(const NextStep& next, bool shown) {
+  setVisible(shown);
+  hint_->ShowText(next.Hint);
+  if (present_ == next.Present) return;
+  present_ = next.Present;
+  for (std::size_t i = 0; i < stations_.size(); ++i) {
+    QFont font = this->font();
+    font.setBold(static_cast<int>(i) == present_);
+    stations_[i]->setFont(font);
+  }
+}
+
+}  // namespace graphize

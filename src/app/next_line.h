@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QWidget>
+#include <array>
+
+#include "workspace/next_step.h"
+
+class QLabel;
+
+namespace graphize {
+
+class ElidedLabel;
+
+/// The line above the picture: the way from a picture to a data file, where on it one is, and what
+/// is to be done there.
+class NextLine : public QWidget {
+  Q_OBJECT
+ public:
+  explicit NextLine(QWidget* parent = nullptr);
+  void Render(const NextStep& next, bool shown);
+
+ private:
+  std::array<QLabel*, kWay.size()> stations_{};
+  ElidedLabel* hint_;
+  int present_ = -1;
+};
+
+}  // namespace graphize

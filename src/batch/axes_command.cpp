@@ -1,0 +1,110 @@
+#include "batch/axes_command.h"
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <ostream>
+#include <vector>
+
+#include "base/json.h"
+#include "base/numbers.h"
+#include "base/run_time_error.h"
+#include "batch/console.h"
+#include "batch/job.h"
+#include "batch/standard_input.h"
+#include "codecs/picbuf.h"
+
+namespace graphize {
+
+namespace {
+
+/// Places to a thousandth of a pixel.
+std::string Pixels(double value) {
+  const double rounded = std::round(value * 1000) / 1000;
+  return ShortestText(rounded == 0 ? 0.0 : rounded);
+}
+
+std::string AxisJson(const ProposedAxis& axis) {
+  std::string text = "{\"verdict\": " + JsonString(NameOf(axis.Verdict)) +
+                     ", \"log\": " + (axis.Log ? "true" : "false") +
+                     ", \"reason\": " + JsonString(axis.Reason) + ",\n    \"labels\": [";
+  const char* separator = "\n";
+  for (const ProposedLabel& label : axis.Labels) {
+    text += separator;
+    text += "      {\"text\": " + JsonString(label.Text) +
+            ", \"value\": " + ShortestText(label.Value) + ", \"column\": " + Pixels(label.Column) +
+            ", \"row\": " + Pixels(label.Row) + ", \"residual\": " + Pixels(label.Residual) + "}";
+    separator = ",\n";
+  }
+  return text + (axis.Labels.empty() ? "]}" : "\n    ]}");
+}
+
+std::string AxisLines(const char* name, const ProposedAxis& axis) {
+  std::string text = std::string(name) + ": " + NameOf(axis.Verdict) +
+                     (axis.Log ? ", logarithmic" : "") + ": " + axis.Reason + "\n";
+  for (const ProposedLabel& label : axis.Labels)
+    text += "  " + label.Text + " = " + ShortestText(label.Value) + " at " + Pixels(label.Column) +
+            "," + Pixels(label.Row) + ", " + Pixels(label.Residual) + " pixels off\n";
+  return text;
+}
+
+}  // namespace
+
+std::string ProposalJson(const AxesProposal& proposal) {
+  std::string text = "{\n  \"verdict\": " + JsonString(NameOf(proposal.Verdict)) +
+                     ",\n  \"x\": " + AxisJson(proposal.X) + ",\n  \"y\": " + AxisJson(proposal.Y) +
+                     ",\n  \"rows\": [";
+  const char* separator = "\n";
+  for (const ProposedRow& row : proposal.Rows) {
+    text += separator;
+    text += "    {\"column\": " + Pixels(row.Column) + ", \"row\": " + Pixels(row.Row) +
+            ", \"x\": " + ShortestText(row.X) + ", \"y\": " + ShortestText(row.Y) + "}";
+    separator = ",\n";
+  }
+  return text + (proposal.Rows.empty() ? "]\n}\n" : "\n  ]\n}\n");
+}
+
+std::string ProposalText(const AxesProposal& proposal) {
+  std::string text = std::string(NameOf(proposal.Verdict)) + "\n" + AxisLines("X", proposal.X) +
+                     AxisLines("Y", proposal.Y);
+  static constexpr const char* kNames[] = {"origin", "X axis", "Y axis"};
+  for (std::size_t i = 0; i < proposal.Rows.size(); ++i) {
+    const ProposedRow& row = proposal.Rows[i];
+    text += std::string(kNames[i]) + ": " + Pixels(row.Column) + "," + Pixels(row.Row) + " is " +
+            ShortestText(row.X) + "," + ShortestText(row.Y) + "\n";
+  }
+  return text;
+}
+
+std::string WhyNotSure(const AxesProposal& proposal) {
+  std::string text;
+  for (const auto& [name, axis] : {std::pair("X: ", &proposal.X), std::pair("Y: ", &proposal.Y)})
+    if (axis->Verdict != AxesVerdict::Sure)
+      text += (text.empty() ? "" : "; ") + std::string(name) + axis->Reason;
+  return text;
+}
+
+bool PrintAxes(const CommandLine& line, const BatchStreams& streams) {
+  if (line.Operands.size() != 1) throw UsageError("one picture is expected");
+  const GivenOption* format = line.Find("format");
+  if (format != nullptr && format->Value != "json" && format->Value != "text")
+    throw UsageError("--format \"" + format->Value + "\": text or json is expected");
+  std::vector<Job> jobs(1);
+  jobs.front().Pictures = {line.Operands.front()};
+  const StandardInput input(jobs, streams.In);
+  std::optional<LoadedPicture> picture;
+  try {
+    picture = LoadPicture(jobs.front().Pictures.front());
+  } catch (const RunTimeError& error) {
+    throw RunTimeError(OneLine(error.what()));
+  }
+  if (!picture->Warning.empty()) streams.Err << OneLine(picture->Warning) << "\n";
+  PictureOperation operation;
+  const AxesProposal proposal = ProposeAxes(picture->Picture, operation);
+  streams.Out << (format != nullptr && format->Value == "json" ? ProposalJson(proposal)
+                                                               : ProposalText(proposal))
+              << std::flush;
+  return !streams.Out.fail();
+}
+
+}  // namespace graphize

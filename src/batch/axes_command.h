@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+
+#include "batch/arguments.h"
+#include "batch/batch.h"
+#include "finding_axes/propose_axes.h"
+
+namespace graphize {
+
+/// What `axes` prints of a proposal: one JSON object, or lines for people.
+std::string ProposalJson(const AxesProposal& proposal);
+std::string ProposalText(const AxesProposal& proposal);
+
+/// "X: a second scale; Y: ...": why a proposal is not sure.
+std::string WhyNotSure(const AxesProposal& proposal);
+
+/// Proposes axes of one picture and prints what was found: true whatever the verdict is. Throws
+/// UsageError, and RunTimeError for a picture that cannot be read.
+bool PrintAxes(const CommandLine& line, const BatchStreams& streams);
+
+}  // namespace graphize

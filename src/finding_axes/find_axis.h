@@ -1,0 +1,44 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "finding_axes/axis_law.h"
+#include "finding_axes/label_page.h"
+#include "finding_axes/ticks.h"
+
+namespace graphize {
+
+/// A label that was tied to its place.
+struct TiedLabel {
+  int Word = 0;  // on the page
+  double Value = 0;
+  double Position = 0;  // of its tick along the axis, or of its own middle
+  double Residual = 0;  // from the law, pixels of the image
+  bool OnTick = false;
+  bool ReadTwice = false;  // alike by the second reader
+};
+
+/// One axis as it was found on an upright page, in pixels of that image.
+struct FoundAxis {
+  AxisLaw Law;
+  std::vector<TiedLabel> Labels;    // along the axis; empty: no axis was found
+  double Across = 0;                // its line: a row of a level axis
+  double LineFrom = 0, LineTo = 0;  // along it
+  double Height = 0;                // of the labels' digits
+  std::vector<int> Unexplained;     // words among the labels that the law does not explain
+  std::vector<std::string> Doubts;  // why it is not sure, a sentence's part each
+  // Those of them that no other look at the labels can dispel.
+  std::vector<std::string> Lasting;
+};
+
+/// How far a label's middle may lie from its tick, pixels, by its digits' height: one of an upright
+/// axis stands more exactly.
+double ToleranceOf(AxisCourse course, double height);
+/// The coordinate of a word along the axis.
+double AlongOf(const Word& word, AxisCourse course);
+
+/// The labels along the rows or columns that lie on one scale, tied to ticks or grid lines.
+FoundAxis FindAxis(const LabelPage& page, AxisCourse course);
+
+}  // namespace graphize

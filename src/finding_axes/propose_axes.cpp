@@ -1,0 +1,322 @@
+#include "finding_axes/propose_axes.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <memory>
+#include <string_view>
+
+#include "base/numbers.h"
+#include "finding_axes/find_axis.h"
+#include "finding_axes/label_text.h"
+#include "finding_axes/second_reading.h"
+
+namespace graphize {
+
+namespace {
+
+constexpr double kDegree = 0.017453292519943295;
+/// What the three rows cannot hold.
+constexpr double kMostSkew = 0.15 * kDegree;
+
+/// An axis, and the page on which its labels were read, which may be turned to the left.
+struct UprightAxis {
+  FoundAxis Found;
+  const LabelPage* Page = nullptr;
+  AxisCourse There = AxisCourse::Level;  // its course on that page
+  bool IsTurned = false;
+};
+
+/// From a page that was enlarged.
+void Reduce(FoundAxis& axis, int times) {
+  const auto reduce = [&](double& place) { place = (place + 0.5) / times - 0.5; };
+  axis.Law.Step /= times;
+  reduce(axis.Law.Start);
+  reduce(axis.Across);
+  axis.Height /= times;
+  for (TiedLabel& label : axis.Labels) {
+    reduce(label.Position);
+    label.Residual /= times;
+  }
+}
+
+/// From the page that was turned to the left: its rows are columns.
+FoundAxis TurnedBack(FoundAxis axis, AxisCourse course, int height) {
+  if (course == AxisCourse::Upright) {
+    axis.Law.Start = height - 1 - axis.Law.Start;
+    axis.Law.Step = -axis.Law.Step;
+    for (TiedLabel& label : axis.Labels) {
+      label.Position = height - 1 - label.Position;
+      label.Residual = -label.Residual;
+    }
+    std::reverse(axis.Labels.begin(), axis.Labels.end());
+  } else {
+    axis.Across = height - 1 - axis.Across;
+  }
+  return axis;
+}
+
+std::string Joined(const std::vector<std::string>& doubts) {
+  std::string text;
+  for (const std::string& doubt : doubts) text += (text.empty() ? "" : "; ") + doubt;
+  return text;
+}
+
+std::string Tenths(double value) {
+  return ShortestText(std::round(value * 100) / 100);
+}
+
+/// Whether a word that our own reader has got wrong is the second one's value at its place.
+bool IsExplained(const UprightAxis& axis, const Word& word, const WordReading& other) {
+  for (const double value : MeaningsOf(other.Text, other.Exponent))
+    if (std::fabs(axis.Found.Law.PositionOf(value) - AlongOf(word, axis.There)) <=
+        ToleranceOf(axis.There, axis.Found.Height))
+      return true;
+  return false;
+}
+
+/// Reads the labels once more.
+void Confirm(UprightAxis& axis, SecondReader& second) {
+  FoundAxis& found = axis.Found;
+  if (found.Labels.empty()) return;
+  int alike = 0;
+  const bool someWithoutMinus =
+      std::any_of(found.Labels.begin(), found.Labels.end(),
+                  [](const TiedLabel& label) { return label.Value >= 0; });
+  for (TiedLabel& label : found.Labels) {
+    const auto& [word, reading, meanings] = axis.Page->Words[label.Word];
+    const WordReading other = second.Read(*axis.Page, word);
+    // A thin minus is lost on the recogniser; where other labels have none, ours is no tick.
+    const std::string_view text = reading.Text;
+    const bool same = other.Text == text ||
+                      (someWithoutMinus && text.starts_with('-') && other.Text == text.substr(1));
+    label.ReadTwice = same && other.Exponent == reading.Exponent;
+    alike += label.ReadTwice ? 1 : 0;
+  }
+  for (const int number : found.Unexplained) {
+    const auto& [word, reading, meanings] = axis.Page->Words[number];
+    if (IsExplained(axis, word, second.Read(*axis.Page, word))) continue;
+    found.Doubts.push_back("among the labels stands \"" +
+                           ShownLabel(reading.Text, reading.Exponent) + "\"");
+    break;
+  }
+  for (const std::string& doubt : found.Lasting)
+    if (std::find(found.Doubts.begin(), found.Doubts.end(), doubt) == found.Doubts.end())
+      found.Doubts.push_back(doubt);
+  const int count = static_cast<int>(found.Labels.size());
+  if (!second.Missing().empty())
+    found.Doubts.push_back("there is no second reader: " + second.Missing());
+  else if (alike < 3 || 5 * alike < 3 * count)
+    found.Doubts.push_back("of " + std::to_string(count) + " labels a second reader reads " +
+                           std::to_string(alike) + " alike");
+}
+
+/// What the axis is worth.
+ProposedAxis Judged(const UprightAxis& axis, AxisCourse course, const InkImage& upright) {
+  ProposedAxis proposed;
+  if (axis.Found.Labels.empty()) {
+    proposed.Reason = "fewer than three labels lie on one scale";
+    return proposed;
+  }
+  proposed.Log = axis.Found.Law.Log;
+  std::vector<std::string> doubts = axis.Found.Doubts;
+  double worst = 0;
+  for (const TiedLabel& label : axis.Found.Labels) {
+    const WordReading& reading = axis.Page->Words[label.Word].Reading;
+    const bool level = course == AxisCourse::Level;
+    const double u = level ? label.Position : axis.Found.Across;
+    const double v = level ? axis.Found.Across : label.Position;
+    const AffineMap& map = upright.ToPicture;
+    proposed.Labels.push_back({ShownLabel(reading.Text, reading.Exponent), label.Value,
+                               map.XX * u + map.XY * v + map.X, map.YX * u + map.YY * v + map.Y,
+                               label.Residual * upright.Scale, label.ReadTwice});
+    worst = std::max(worst, std::fabs(label.Residual) * upright.Scale);
+  }
+  if (worst > std::max(1.0, 0.6 * upright.Scale))
+    doubts.push_back("ticks lie up to " + Tenths(worst) + " pixels off the scale");
+  proposed.Verdict = doubts.empty() ? AxesVerdict::Sure : AxesVerdict::Proposal;
+  proposed.Reason = doubts.empty() ? std::to_string(proposed.Labels.size()) +
+                                         " labels at their ticks, read alike by two readers, off "
+                                         "the scale by up to " +
+                                         Tenths(worst) + " pixels"
+                                   : Joined(doubts);
+  return proposed;
+}
+
+bool IsClear(const FoundAxis& axis) {
+  return !axis.Labels.empty() && axis.Doubts.empty() && axis.Unexplained.empty();
+}
+
+/// Whether a page tells more of an axis than another.
+bool IsBetter(const FoundAxis& a, const FoundAxis& b) {
+  if (IsClear(a) != IsClear(b)) return IsClear(a);
+  if (a.Labels.size() != b.Labels.size()) return a.Labels.size() > b.Labels.size();
+  return a.Doubts.size() + a.Unexplained.size() < b.Doubts.size() + b.Unexplained.size();
+}
+
+/// One way of looking at an image.
+struct Look {
+  bool IsTurned;    // to the left, for what is written upward
+  double Part;      // as FindPieces has it
+  bool IsEnlarged;  // for small letters
+};
+constexpr Look kLooks[] = {{false, 0.45, false}, {false, 0.28, false}, {false, 0.4, true},
+                           {true, 0.45, false},  {true, 0.28, false},  {true, 0.4, true}};
+/// Beyond it nothing is enlarged, pixels.
+constexpr double kMostToEnlarge = 1.6e6;
+
+/// Looks for both axes as long as they are in doubt; at what is written upward only for one of
+/// which nothing else was found.
+void LookAtPages(const InkImage& upright, std::vector<std::unique_ptr<LabelPage>>& pages,
+                 UprightAxis& x, UprightAxis& y, PictureOperation& operation) {
+  for (const Look& look : kLooks) {
+    const auto isWanted = [&](const UprightAxis& axis) {
+      return look.IsTurned && !axis.IsTurned ? axis.Found.Labels.empty() : !IsClear(axis.Found);
+    };
+    const bool large = static_cast<double>(upright.Values.size()) > kMostToEnlarge;
+    if ((!isWanted(x) && !isWanted(y)) || (look.IsEnlarged && large)) continue;
+    InkImage image = look.IsTurned ? QuarterTurned(upright) : upright;
+    if (look.IsEnlarged) image = Enlarged(image);
+    pages.push_back(std::make_unique<LabelPage>(ReadPage(std::move(image), look.Part, operation)));
+    if (operation.Stopped) return;
+    const auto find = [&](UprightAxis& axis, AxisCourse there) {
+      if (!isWanted(axis)) return;
+      FoundAxis found = FindAxis(*pages.back(), there);
+      std::vector<std::string> lasting = axis.Found.Lasting;
+      lasting.insert(lasting.end(), found.Lasting.begin(), found.Lasting.end());
+      if (IsBetter(found, axis.Found))
+        axis = {std::move(found), pages.back().get(), there, look.IsTurned};
+      axis.Found.Lasting = std::move(lasting);
+    };
+    find(x, look.IsTurned ? AxisCourse::Upright : AxisCourse::Level);
+    find(y, look.IsTurned ? AxisCourse::Level : AxisCourse::Upright);
+    operation.Advance(static_cast<double>(pages.size()) / static_cast<double>(std::size(kLooks)));
+  }
+}
+
+/// Two labels of an axis far apart.
+struct Ends {
+  int First = 0, Last = 0;
+};
+std::vector<Ends> FarApart(const FoundAxis& axis) {
+  std::vector<Ends> pairs;
+  const int count = static_cast<int>(axis.Labels.size());
+  const double most = axis.Labels.back().Position - axis.Labels.front().Position;
+  for (int i = 0; i < count; ++i)
+    for (int j = i + 1; j < count; ++j)
+      if (axis.Labels[j].Position - axis.Labels[i].Position >= 0.6 * most) pairs.push_back({i, j});
+  return pairs;
+}
+
+/// The pair of whose rounding to whole pixels the scale suffers least. `placeOf` gives the
+/// coordinate of a label that is rounded.
+template <class PlaceOf>
+Ends BestEnds(const FoundAxis& axis, const PlaceOf& placeOf) {
+  Ends best;
+  double least = std::numeric_limits<double>::infinity();
+  for (const Ends& ends : FarApart(axis)) {
+    double first = placeOf(axis.Labels[ends.First]), last = placeOf(axis.Labels[ends.Last]);
+    const double length = std::fabs(last - first);
+    first -= std::round(first);
+    last -= std::round(last);
+    // What it does at the ends of the axis.
+    const double harm = (std::fabs(first) + std::fabs(last) + 0.05) / length;
+    if (harm >= least) continue;
+    least = harm;
+    best = ends;
+  }
+  return best;
+}
+
+std::vector<ProposedRow> RowsOf(const FoundAxis& x, const FoundAxis& y, const AffineMap& map) {
+  const auto at = [&](const TiedLabel& u, const TiedLabel& v) {
+    // The scale's own places: ticks are rounded by the program that drew them.
+    const double column = x.Law.PositionOf(u.Value), row = y.Law.PositionOf(v.Value);
+    return ProposedRow{map.XX * column + map.XY * row + map.X,
+                       map.YX * column + map.YY * row + map.Y, u.Value, v.Value};
+  };
+  const Ends xs = BestEnds(x, [&](const TiedLabel& u) { return at(u, y.Labels.front()).Column; });
+  // The X axis's points lie on the row of one of these.
+  Ends ys = BestEnds(y, [&](const TiedLabel& v) { return at(x.Labels[xs.First], v).Row; });
+  const TiedLabel &left = x.Labels[xs.First], &right = x.Labels[xs.Last];
+  const TiedLabel *low = &y.Labels[ys.First], *high = &y.Labels[ys.Last];
+  // The origin is where the axes meet, or nearest to it: below, in most plots.
+  if (std::fabs(high->Position - x.Across) < std::fabs(low->Position - x.Across))
+    std::swap(low, high);
+  return {at(left, *low), at(right, *low), at(left, *high)};
+}
+
+/// Axes of one plot meet, or nearly.
+bool GoTogether(const FoundAxis& x, const FoundAxis& y) {
+  const auto isNear = [](const FoundAxis& axis, double place) {
+    const double first = axis.Labels.front().Position, last = axis.Labels.back().Position;
+    const double reach = 0.5 * (last - first) + 3 * axis.Height;
+    return place > first - reach && place < last + reach;
+  };
+  return isNear(x, y.Across) && isNear(y, x.Across);
+}
+
+}  // namespace
+
+const char* NameOf(AxesVerdict verdict) {
+  switch (verdict) {
+    case AxesVerdict::Sure:
+      return "sure";
+    case AxesVerdict::Proposal:
+      return "proposal";
+    case AxesVerdict::None:
+      break;
+  }
+  return "none";
+}
+
+AxesProposal ProposeAxes(const Raster& picture, PictureOperation& operation,
+                         const TextLineReader& second) {
+  AxesProposal proposal;
+  const auto stopped = [&] {
+    AxesProposal none;
+    none.IsStopped = true;
+    return none;
+  };
+  if (picture.IsEmpty()) return proposal;
+  operation.To = 0.2;
+  InkImage ink = InkOf(picture, operation);
+  if (operation.Stopped) return stopped();
+  const PageTurn turn = FindTurn(ink);
+  operation.Advance(1);
+  if (operation.Stopped) return stopped();
+  if (turn.Angle != 0 || turn.Skew != 0) ink = Upright(ink, turn.Angle, turn.Skew);
+  operation.From = 0.2;
+  operation.To = 0.8;
+  UprightAxis x, y;
+  std::vector<std::unique_ptr<LabelPage>> pages;
+  LookAtPages(ink, pages, x, y, operation);
+  if (operation.Stopped) return stopped();
+  operation.From = 0.8;
+  operation.To = 1;
+  SecondReader reader(second);
+  for (UprightAxis* axis : {&x, &y}) {
+    Confirm(*axis, reader);
+    operation.Advance(0.5);
+    if (operation.Stopped) return stopped();
+    if (axis->Page != nullptr) Reduce(axis->Found, axis->Page->Ink.Enlarged);
+    if (axis->IsTurned)
+      axis->Found = TurnedBack(std::move(axis->Found),
+                               axis == &x ? AxisCourse::Level : AxisCourse::Upright, ink.Height);
+  }
+  const bool both = !x.Found.Labels.empty() && !y.Found.Labels.empty();
+  for (UprightAxis* axis : {&x, &y}) {
+    if (std::fabs(turn.Skew) > kMostSkew)
+      axis->Found.Doubts.push_back("the axes do not stand at a right angle");
+    if (both && !GoTogether(x.Found, y.Found))
+      axis->Found.Doubts.push_back("the axes may belong to different plots");
+  }
+  proposal.X = Judged(x, AxisCourse::Level, ink);
+  proposal.Y = Judged(y, AxisCourse::Upright, ink);
+  proposal.Verdict = std::min(proposal.X.Verdict, proposal.Y.Verdict);
+  if (both) proposal.Rows = RowsOf(x.Found, y.Found, ink.ToPicture);
+  operation.Advance(1);
+  return proposal;
+}
+
+}  // namespace graphize

@@ -1,0 +1,45 @@
+#include "tracing/ink_check_panel.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "widgets/show.h"
+
+namespace graphize {
+
+InkCheckPanel::InkCheckPanel(QWidget* parent) : QWidget(parent) {
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(2);
+  text_ = Named(new QLabel, "LBL_InkCheck", tr("Points held against the picture"));
+  text_->setTextFormat(Qt::PlainText);
+  text_->setWordWrap(true);
+  column->addWidget(text_);
+  auto* row = new QHBoxLayout;
+  show_ = Named(new QPushButton(tr("Sho&w")), "BTN_ShowDoubtful", tr("Show doubtful points"));
+  show_->setToolTip(tr("Frame the doubtful points on the picture, and select them in the list"));
+  show_->setCheckable(true);
+  remove_ =
+      Named(new QPushButton(tr("Remo&ve")), "BTN_RemoveDoubtful", tr("Remove doubtful points"));
+  remove_->setToolTip(tr("Delete the doubtful points; Undo brings them back"));
+  for (QPushButton* button : {show_, remove_}) {
+    button->setAutoDefault(false);
+    row->addWidget(button);
+  }
+  column->addLayout(row);
+  connect(show_, &QPushButton::clicked, this, &InkCheckPanel::ShowPressed);
+  connect(remove_, &QPushButton::clicked, this, &InkCheckPanel::RemovePressed);
+  hide();
+}
+
+void InkCheckPanel::Render(const std::string& text, bool isDoubtful, bool areShown) {
+  Show(text_, text);
+  show_->setChecked(areShown);
+  show_->setVisible(isDoubtful);
+  remove_->setVisible(isDoubtful);
+  setVisible(!text.empty());
+}
+
+}  // namespace graphize

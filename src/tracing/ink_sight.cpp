@@ -1,0 +1,108 @@
+#include "tracing/ink_sight.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdlib>
+
+namespace graphize {
+
+namespace {
+
+constexpr int kTile = 128;     // pixels
+constexpr int kAround = 32;    // pixels of its neighbours that a tile's paper is told from, too
+constexpr int kStep = 6;       // of the pixels that are looked at there
+constexpr int kPale = 24;      // levels by which the palest ink differs from even paper
+constexpr int kCoarsest = 60;  // the same on the coarsest paper
+
+struct Channels {
+  int Red, Green, Blue;
+};
+
+Channels ChannelsOf(std::uint32_t pixel) {
+  return {static_cast<int>(pixel >> 16 & 0xffu), static_cast<int>(pixel >> 8 & 0xffu),
+          static_cast<int>(pixel & 0xffu)};
+}
+
+using Counts = std::array<int, 256>;
+
+int MedianOf(const Counts& counts, int all) {
+  int below = 0;
+  for (int level = 0; level < 255; ++level) {
+    below += counts[static_cast<std::size_t>(level)];
+    if (2 * below >= all) return level;
+  }
+  return 255;
+}
+
+int DifferenceOf(Channels a, Channels b) {
+  return std::max(
+      {std::abs(a.Red - b.Red), std::abs(a.Green - b.Green), std::abs(a.Blue - b.Blue)});
+}
+
+}  // namespace
+
+InkSight::InkSight(const Raster& picture)
+    : picture_(picture),
+      columns_((picture.Width() + kTile - 1) / kTile),
+      tiles_(static_cast<std::size_t>(columns_) * ((picture.Height() + kTile - 1) / kTile)) {
+  constexpr int kSamples = 64;  // in either direction
+  int black = 0, all = 0;
+  for (int row = 0; row < kSamples; ++row) {
+    const auto y = static_cast<int>((2 * row + 1LL) * Height() / (2 * kSamples));
+    for (int column = 0; column < kSamples; ++column, ++all) {
+      const auto x = static_cast<int>((2 * column + 1LL) * Width() / (2 * kSamples));
+      black += IsBlackPixel(picture_.Row(y)[x]) ? 1 : 0;
+    }
+  }
+  blackIsInk_ = 2 * black < all;
+}
+
+bool InkSight::IsInk(int x, int y) {
+  if (x < 0 || y < 0 || x >= Width() || y >= Height()) return false;
+  const std::uint32_t pixel = picture_.Row(y)[x];
+  if (blackIsInk_ && IsBlackPixel(pixel)) return true;
+  const Tile& tile = TileAt(x, y);
+  return DifferenceOf(ChannelsOf(pixel), {tile.Red, tile.Green, tile.Blue}) >= tile.Least;
+}
+
+bool InkSight::HasInkNear(double x, double y, double reach) {
+  constexpr double kRounding = 0.01;
+  const double far = reach + kRounding;
+  for (int row = static_cast<int>(std::ceil(y - far)); row <= y + far; ++row)
+    for (int column = static_cast<int>(std::ceil(x - far)); column <= x + far; ++column)
+      if (IsInk(column, row)) return true;
+  return false;
+}
+
+const InkSight::Tile& InkSight::TileAt(int x, int y) {
+  Tile& tile = tiles_[static_cast<std::size_t>(y / kTile) * columns_ + x / kTile];
+  if (tile.Red < 0) LookAt(tile, x / kTile * kTile, y / kTile * kTile);
+  return tile;
+}
+
+void InkSight::LookAt(Tile& tile, int left, int top) const {
+  const int firstX = std::max(left - kAround, 0), firstY = std::max(top - kAround, 0);
+  const int endX = std::min(left + kTile + kAround, Width());
+  const int endY = std::min(top + kTile + kAround, Height());
+  Counts red{}, green{}, blue{}, differences{};
+  int all = 0;
+  const auto forEach = [&](const auto& take) {
+    for (int y = firstY; y < endY; y += kStep)
+      for (int x = firstX; x < endX; x += kStep) take(ChannelsOf(picture_.Row(y)[x]));
+  };
+  forEach([&](Channels pixel) {
+    ++red[static_cast<std::size_t>(pixel.Red)];
+    ++green[static_cast<std::size_t>(pixel.Green)];
+    ++blue[static_cast<std::size_t>(pixel.Blue)];
+    ++all;
+  });
+  const Channels paper{MedianOf(red, all), MedianOf(green, all), MedianOf(blue, all)};
+  forEach(
+      [&](Channels pixel) { ++differences[static_cast<std::size_t>(DifferenceOf(pixel, paper))]; });
+  // Of evenly spread grain, half lies within two thirds of its standard deviation.
+  const int grain = MedianOf(differences, all);
+  tile = {paper.Red, paper.Green, paper.Blue, std::clamp(6 * grain, kPale, kCoarsest)};
+}
+
+}  // namespace graphize

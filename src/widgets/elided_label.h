@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QLabel>
+
+namespace graphize {
+
+/// A text that ends in dots where there is no room for it; its tool tip is the whole text.
+class ElidedLabel : public QLabel {
+  Q_OBJECT
+ public:
+  explicit ElidedLabel(QWidget* parent = nullptr);
+  void ShowText(const std::string& text);
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+};
+
+}  // namespace graphize

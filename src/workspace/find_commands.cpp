@@ -1,0 +1,212 @@
+#include "workspace/find_commands.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+#include <vector>
+
+#include "base/translation.h"
+#include "tracing/extraction_context.h"
+#include "workspace/curve_commands.h"
+#include "workspace/extraction_commands.h"
+#include "workspace/picture_commands.h"
+#include "workspace/reading_commands.h"
+#include "workspace/shown_picture.h"
+
+namespace graphize {
+
+namespace {
+
+std::vector<ReadingWall> WallsOf(const BlockerList& blockers) {
+  std::vector<ReadingWall> walls;
+  for (int i = 1; i <= blockers.Count; ++i) {
+    const Blocker& blocker = blockers.Blockers[static_cast<std::size_t>(i)];
+    walls.push_back({blocker.X, blocker.Y, blocker.Size});
+  }
+  return walls;
+}
+
+/// Runs `work` beside the window, on the picture without marks.
+template <class Work>
+auto Beside(Workspace& ws, const Desktop& desktop, const char* english, const Work& work) {
+  ws.window.Hourglass = true;
+  ws.status.Status = Tr(english);
+  const BasePictureShown base(ws.plot);
+  auto result = RunBeside(ShowProgress(ws, desktop), work);
+  ws.window.Hourglass = false;
+  ws.status.ProgressVisible = false;
+  ws.status.Status.clear();
+  return result;
+}
+
+std::optional<Outcome> AxesRefused(const Workspace& ws) {
+  if (!CanRead(ws)) return Refused("reading a picture needs its axes");
+  for (const char* fault : {LogOriginFault(ws.calibration), LogPointFault(ws.calibration)})
+    if (fault != nullptr) return Refused(fault);
+  return std::nullopt;
+}
+
+std::string SymbolCount(std::size_t count) {
+  return TrCount("%1 symbol", "%1 symbols", static_cast<long long>(count));
+}
+
+std::string CurveCount(std::size_t count) {
+  return TrCount("%1 curve", "%1 curves", static_cast<long long>(count));
+}
+
+std::optional<Outcome> RoomRefused(const PointStore& store, std::size_t count) {
+  const int room = store.MaxPoints - std::max(store.CaptureCount, store.ListCount);
+  if (static_cast<int>(count) <= room) return std::nullopt;
+  return Refused(Tr("there are %1, and the list takes only %2 more",
+                    PointCount(static_cast<long long>(count)), room));
+}
+
+/// The same to all sides.
+Certainty CertaintyOf(const FoundSymbol& symbol) {
+  return {static_cast<float>(symbol.Sigma), static_cast<float>(symbol.Sigma), 0};
+}
+
+template <class Points>
+void Capture(Workspace& ws, const Desktop& desktop, const Points& points) {
+  const ExtractionContext context = ExtractionOf(ws, desktop);
+  for (const auto& point : points) {
+    MoveCursor(context, static_cast<float>(point.X), static_cast<float>(point.Y));
+    AddPoint(ws.store, ws.commands, desktop, false);
+    NoteCertainty(ws.store, ws.store.CaptureId[ws.store.CaptureCount], CertaintyOf(point));
+  }
+  ShowCursor(ws.readOut, ws.axisPanel, ws.store, ws.calibration);
+  ShowNewest(ws.store);
+}
+
+Colour ColourOf(Rgb colour) {
+  const auto level = [](float part) {
+    return static_cast<int>(std::lround(std::clamp(part, 0.0f, 255.0f)));
+  };
+  return MakeColour(level(colour.R), level(colour.G), level(colour.B));
+}
+
+}  // namespace
+
+std::optional<Outcome> SymbolsRefused(const Workspace& ws, const SymbolsStep& step) {
+  if (auto refused = AxesRefused(ws)) return refused;
+  if (auto outside = RefusedAt(ws, step.X, step.Y)) return outside;
+  if (!(step.Tolerance >= kLeastTolerance && step.Tolerance <= kMostTolerance))
+    return Refused("the tolerance of symbols is a number from 0.5 to 2");
+  return std::nullopt;
+}
+
+SymbolFinding SymbolsAt(Workspace& ws, const Desktop& desktop, const SymbolsStep& step) {
+  const SymbolRequest request{.X = step.X,
+                              .Y = step.Y,
+                              .Centre = step.Centre,
+                              .Tolerance = step.Tolerance,
+                              .Walls = WallsOf(ws.blockers)};
+  return Beside(ws, desktop, Marked("Looking for symbols..."), [&](PictureOperation& operation) {
+    return FindSymbols(ws.plot.Pixels, ws.calibration, request, operation);
+  });
+}
+
+std::string HowSure(const SymbolFinding& finding) {
+  std::string text = SymbolCount(finding.Symbols.size());
+  const FoundSymbol* first = nullptr;
+  std::size_t doubtful = 0;
+  for (const FoundSymbol& symbol : finding.Symbols) {
+    if (symbol.Doubt.empty()) continue;
+    if (doubtful++ == 0) first = &symbol;
+  }
+  if (first == nullptr) return text;
+  return Tr("%1, %2 of them doubtful: at %3,%4 %5", text, doubtful, std::lround(first->X),
+            std::lround(first->Y), first->Doubt);
+}
+
+Outcome Run(Workspace& ws, const Desktop& desktop, const SymbolsStep& step) {
+  if (auto refused = SymbolsRefused(ws, step)) return *refused;
+  const SymbolFinding finding = SymbolsAt(ws, desktop, step);
+  if (finding.IsStopped) {
+    ws.status.Status = Tr("Stopped: nothing was looked for");
+    return Nothing("it was stopped");
+  }
+  if (!finding.Refusal.empty()) {
+    ws.status.Status = Tr("No symbols: %1", finding.Refusal);
+    return Refused(finding.Refusal);
+  }
+  std::vector<FoundSymbol> taken;
+  for (std::size_t i = 0; i < finding.Symbols.size(); ++i)
+    if (!step.LeftOut.Has(static_cast<PointId>(i + 1))) taken.push_back(finding.Symbols[i]);
+  if (taken.empty()) return Nothing("all symbols are left out");
+  if (auto refused = RoomRefused(ws.store, taken.size())) return *refused;
+  Capture(ws, desktop, taken);
+  const std::string sure = HowSure(finding);
+  ws.status.Status = Tr("Found %1", sure);
+  return {.Points = static_cast<int>(taken.size()), .Remark = sure};
+}
+
+std::optional<Outcome> ReadAllRefused(const Workspace& ws) {
+  return AxesRefused(ws);
+}
+
+PlotReading ReadAllAt(Workspace& ws, const Desktop& desktop) {
+  const std::vector<ReadingWall> walls = WallsOf(ws.blockers);
+  return Beside(ws, desktop, Marked("Reading all curves..."), [&](PictureOperation& operation) {
+    return ReadAllCurves(ws.plot.Pixels, ws.calibration, walls, operation);
+  });
+}
+
+Outcome Run(Workspace& ws, const Desktop& desktop, const ReadAllStep& step) {
+  if (auto refused = ReadAllRefused(ws)) return *refused;
+  const PlotReading reading = ReadAllAt(ws, desktop);
+  if (reading.IsStopped) {
+    ws.status.Status = Tr("Stopped: nothing was read");
+    return Nothing("it was stopped");
+  }
+  if (reading.Curves.empty()) {
+    ws.status.Status = Tr("No curves were found");
+    return Refused("there is no curve within the axes");
+  }
+  std::vector<ReadAllStep::Curve> taken = step.Taken;
+  if (taken.empty())
+    for (std::size_t i = 0; i < reading.Curves.size(); ++i)
+      taken.push_back({static_cast<int>(i + 1), ""});
+  // Everything is checked first: a step that is refused changes nothing.
+  const bool isEmpty = ws.store.CaptureCount == 0 && ws.store.ListCount == 0;
+  std::vector<std::string> names;
+  for (const ReadAllStep::Curve& curve : taken) {
+    if (curve.Number > static_cast<int>(reading.Curves.size()))
+      return Refused(Tr("there are %1, not %2", CurveCount(reading.Curves.size()), curve.Number));
+    const std::string name = CurveNameOf(curve.Name);
+    const int current = names.empty() && isEmpty ? ws.curves.Active : -1;
+    if (!name.empty())
+      if (const std::string fault = CurveNameFault(ws.curves, name, current); !fault.empty())
+        return Refused(fault);
+    if (!name.empty() && std::find(names.begin(), names.end(), name) != names.end())
+      return Refused(Tr("two curves have the name \"%1\"", name));
+    names.push_back(name);
+    const std::size_t count =
+        reading.Curves[static_cast<std::size_t>(curve.Number - 1)].Reading.Points.size();
+    if (auto refused = RoomRefused(PointStore(), count)) return *refused;
+  }
+  if (ws.curves.Curves.size() + taken.size() > kMostCurves)
+    return Refused(Tr("there would be more than %1 curves", kMostCurves));
+  int points = 0, first = -1;
+  std::size_t doubtful = 0;
+  for (std::size_t i = 0; i < taken.size(); ++i) {
+    const PlotCurve& curve = reading.Curves[static_cast<std::size_t>(taken[i].Number - 1)];
+    if (i > 0 || !isEmpty)
+      AddCurve(ws.curves, ws.store, names[i].empty() ? FreeCurveName(ws.curves) : names[i]);
+    else if (!names[i].empty())
+      ActiveCurve(ws.curves).Name = names[i];
+    if (first < 0) first = ws.curves.Active;
+    ActiveCurve(ws.curves).MarkColour = ColourOf(curve.Colour);
+    Capture(ws, desktop, curve.Reading.Points);
+    points += static_cast<int>(curve.Reading.Points.size());
+    doubtful += curve.Reading.Doubts.empty() ? 0 : 1;
+  }
+  SelectCurve(ws.curves, ws.store, first);
+  ShowActiveCurve(ws);
+  std::string remark = CurveCount(taken.size());
+  if (doubtful > 0) remark = Tr("%1, %2 of them with doubts", remark, doubtful);
+  ws.status.Status = Tr("Read %1 (%2)", remark, PointCount(points));
+  return {.Points = points, .Remark = remark};
+}
+
+}  // namespace graphize

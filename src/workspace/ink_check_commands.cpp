@@ -1,0 +1,79 @@
+#include "workspace/ink_check_commands.h"
+
+#include <algorithm>
+
+#include "data/point_edit.h"
+#include "workspace/do.h"
+
+namespace graphize {
+
+namespace {
+
+/// The points that are checked, in the order of their capture, and where they lie.
+void FindPoints(const PointStore& store, std::vector<PointId>& ids,
+                std::vector<PlotPosition>& places) {
+  std::vector<bool> listed(store.Places.size());
+  for (int i = 1; i <= store.ListCount; ++i) listed[store.ListId[i]] = true;
+  for (int i = 1; i <= store.CaptureCount; ++i) {
+    const PointId id = store.CaptureId[i];
+    if (!HasPlace(store, id) || !listed[id]) continue;
+    ids.push_back(id);
+    places.push_back({store.Places[id].Column, store.Places[id].Row});
+  }
+}
+
+bool SamePlace(PlotPosition a, PlotPosition b) {
+  return a.Column == b.Column && a.Row == b.Row;
+}
+
+}  // namespace
+
+InkCheck InkCheckOf(Workspace& ws, const PointStore& store) {
+  InkCheck check{.Pixels = ws.plot.Pixels.Pixels(), .Edited = ws.plot.LastEdit.size()};
+  FindPoints(store, check.Ids, check.Places);
+  if (check.Ids.empty() || !ws.plot.IsPresent()) return {};
+  const BasePictureShown base(ws.plot);
+  check.Verdicts = CheckInk(ws.plot.Pixels, ws.calibration, check.Places);
+  check.Text = InkCheckText(check.Verdicts);
+  return check;
+}
+
+void CheckPoints(Workspace& ws) {
+  ws.inkCheck = InkCheckOf(ws, ws.store);
+}
+
+bool CanCheckPoints(const Workspace& ws) {
+  return ws.plot.IsPresent() && ws.store.ListCount > 0 && ws.store.CaptureCount > 0;
+}
+
+void DropOldInkCheck(Workspace& ws) {
+  const InkCheck& check = ws.inkCheck;
+  if (check.Text.empty()) return;
+  std::vector<PointId> ids;
+  std::vector<PlotPosition> places;
+  FindPoints(ws.store, ids, places);
+  if (check.Pixels == ws.plot.Pixels.Pixels() && check.Edited == ws.plot.LastEdit.size() &&
+      check.Ids == ids &&
+      std::equal(places.begin(), places.end(), check.Places.begin(), check.Places.end(), SamePlace))
+    return;
+  ws.inkCheck = {};
+}
+
+bool IsDoubtfulShown(const Workspace& ws) {
+  return CanRemoveDoubtful(ws) && ws.store.Page.Points == ws.inkCheck.Doubtful();
+}
+
+void ShowDoubtful(Workspace& ws) {
+  SelectPoints(ws.store, IsDoubtfulShown(ws) ? PointSet() : ws.inkCheck.Doubtful());
+}
+
+void RemoveDoubtful(Workspace& ws, const Desktop& desktop) {
+  if (!CanRemoveDoubtful(ws)) return;
+  if (Do(ws, desktop, DeletePointsStep{ws.inkCheck.Doubtful()}).IsDone()) CheckPoints(ws);
+}
+
+bool CanRemoveDoubtful(const Workspace& ws) {
+  return ws.inkCheck.AnyDoubtful();
+}
+
+}  // namespace graphize

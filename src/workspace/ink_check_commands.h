@@ -1,0 +1,28 @@
+#pragma once
+
+#include <vector>
+
+#include "capture/point_store.h"
+#include "desktop/desktop.h"
+#include "tracing/ink_check.h"
+#include "workspace/workspace.h"
+
+namespace graphize {
+
+/// What the picture, without marks, says of the list's points that have a place on it.
+InkCheck InkCheckOf(Workspace& ws, const PointStore& store);
+
+/// The active curve's points against the picture: fills the line under the list.
+void CheckPoints(Workspace& ws);
+bool CanCheckPoints(const Workspace& ws);
+/// The line goes when the points, or the pixels under them, are no longer those of the check.
+void DropOldInkCheck(Workspace& ws);
+
+/// Selects the doubtful points, which frames them on the picture; or none when they are selected.
+void ShowDoubtful(Workspace& ws);
+bool IsDoubtfulShown(const Workspace& ws);
+/// The doubtful points go, as points that are deleted do, and the others are checked anew.
+void RemoveDoubtful(Workspace& ws, const Desktop& desktop);
+bool CanRemoveDoubtful(const Workspace& ws);
+
+}  // namespace graphize

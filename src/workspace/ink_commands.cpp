@@ -1,0 +1,73 @@
+#include "workspace/ink_commands.h"
+
+#include <memory>
+#include <optional>
+#include <utility>
+
+#include "base/translation.h"
+#include "raster/black_white.h"
+#include "reading/ink_mask.h"
+#include "workspace/picture_commands.h"
+#include "workspace/shown_picture.h"
+
+namespace graphize {
+
+const Raster& ColouredPicture(const Workspace& ws) {
+  return ws.colours != nullptr ? *ws.colours : ws.plot.Pixels;
+}
+
+std::vector<PictureInk> InksIn(const Workspace& ws) {
+  const Raster& picture = ColouredPicture(ws);
+  return picture.IsEmpty() ? std::vector<PictureInk>() : InksOf(picture, PaperOf(picture));
+}
+
+bool CanTakeInk(const Workspace& ws) {
+  return ws.plot.IsPresent();
+}
+
+Outcome Run(Workspace& ws, const Desktop& desktop, const InkStep& step) {
+  if (!CanTakeInk(ws)) return Refused("there is no picture");
+  if (!(step.Tolerance >= kLeastTolerance && step.Tolerance <= kMostTolerance))
+    return Refused("the tolerance of an ink is a number from 0.5 to 2");
+  const auto channel = [](int level) { return static_cast<std::uint32_t>(level) & 0xff; };
+  const std::uint32_t colour =
+      0xff000000u | channel(step.Red) << 16 | channel(step.Green) << 8 | channel(step.Blue);
+  std::optional<Raster> alone;
+  bool isBlackAndWhite = false;
+  ws.window.Hourglass = true;
+  ws.status.Status = Tr("Taking the ink...");
+  {
+    const BasePictureShown base(ws.plot);
+    isBlackAndWhite = ws.colours == nullptr && IsBlackAndWhite(ws.plot.Pixels);
+    if (!isBlackAndWhite)
+      alone = RunBeside(ShowProgress(ws, desktop), [&](PictureOperation& operation) {
+        return InkAlone(ColouredPicture(ws), colour, step.Tolerance, operation);
+      });
+  }
+  ws.window.Hourglass = false;
+  ws.status.ProgressVisible = false;
+  ws.status.Status = " ";
+  if (isBlackAndWhite)
+    return Refused("the picture is black and white: there are no colours to take an ink from");
+  if (!alone) return Refused("this is the colour of the paper");
+  if (alone->IsEmpty()) {
+    ws.status.Status = Tr("Stopped: the picture is as it was");
+    return Nothing(ws.status.Status);
+  }
+  PictureBox colours = ws.colours;
+  PictureBox replaced = LoadImage(ws, desktop, std::move(*alone), ws.plot.SourceName);
+  ws.colours = colours != nullptr ? std::move(colours) : std::move(replaced);
+  return {};
+}
+
+bool CanShowColours(const Workspace& ws) {
+  return ws.colours != nullptr;
+}
+
+Outcome Run(Workspace& ws, const Desktop& desktop, const ShowColoursStep&) {
+  if (!CanShowColours(ws)) return Refused("the colours are shown");
+  LoadImage(ws, desktop, std::exchange(ws.colours, nullptr), ws.plot.SourceName);
+  return {};
+}
+
+}  // namespace graphize

@@ -1,0 +1,52 @@
+#include "workspace/next_step.h"
+
+#include "base/translation.h"
+
+namespace graphize {
+
+namespace {
+
+enum Station { kOpen, kDefineAxis, kGraphize, kSave };
+
+Station StationOf(const Workspace& ws) {
+  if (!ws.plot.IsPresent()) return kOpen;
+  if (ws.mode == Mode::AxisDef || !ws.calibration.IsComplete()) return kDefineAxis;
+  if (ws.mode == Mode::None && AnyPoints(ws.curves, ws.store)) return kSave;
+  return kGraphize;
+}
+
+const char* HintAt(Station station, const Workspace& ws) {
+  switch (station) {
+    case kOpen:
+      return Marked("Open, paste or scan a picture of a graph, or drop its file here");
+    case kDefineAxis:
+      return ws.calibration.AnyDefined()
+                 ? Marked("Press \"Define Axis\" and click the points that are still missing")
+                 : Marked(
+                       "Press \"Define Axis\", then tell three points of the axes and their "
+                       "values");
+    case kGraphize:
+      return Marked("Press \"Graphize\", then click points, or right-click a curve to trace it");
+    case kSave:
+      break;
+  }
+  return UnsavedCurves(ws.curves, ws.store).empty() ? Marked("All points are saved")
+                                                    : Marked("Save the points to a data file");
+}
+
+}  // namespace
+
+NextStep NextStepOf(const Workspace& ws) {
+  const Station station = StationOf(ws);
+  return {station, ws.status.Hint.empty() ? Tr(HintAt(station, ws)) : ws.status.Hint};
+}
+
+bool IsNextShown(const Workspace& ws) {
+  return ws.settings.NextLine == 1;
+}
+
+void SwitchNext(Workspace& ws) {
+  ws.settings.NextLine = IsNextShown(ws) ? 0 : 1;
+}
+
+}  // namespace graphize

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string>
+
+#include "desktop/desktop.h"
+#include "workspace/outcome.h"
+#include "workspace/workspace.h"
+
+namespace graphize {
+
+/// A click in the mode "readcurve": reads the curve there and shows it. While one is shown, the
+/// curve goes through here, too. What could not be read leaves what was shown, and says why.
+void ClickCurve(Workspace& ws, const Desktop& desktop, int x, int y);
+/// A blocker at (x, y) while curves are read; what is shown is read again.
+void BlockReading(Workspace& ws, const Desktop& desktop, float x, float y);
+
+/// The controls of the frame. What is shown is read again by ReadAgain, which the window calls when
+/// the slider has come to rest.
+void SetTolerance(Workspace& ws, int percent);
+void ReadAgain(Workspace& ws, const Desktop& desktop);
+void SetDensity(Workspace& ws, ReadingDensity::Kind density);
+void TypeDensity(Workspace& ws, const std::string& text);
+
+/// Captures the points that are shown, as one step.
+void TakeReading(Workspace& ws, const Desktop& desktop);
+bool CanTakeReading(const Workspace& ws);
+/// Nothing is shown any longer.
+void DropReading(Workspace& ws);
+bool HasReading(const Workspace& ws);
+/// After each command: another mode, picture, blocker or axis than it was read with drops it.
+void DropStaleReading(Workspace& ws);
+
+}  // namespace graphize

@@ -1,0 +1,130 @@
+#include "workspace/reading_panel.h"
+
+#include <QComboBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QSlider>
+#include <QVBoxLayout>
+
+#include "base/translation.h"
+#include "widgets/show.h"
+
+namespace graphize {
+
+namespace {
+
+using Kind = ReadingDensity::Kind;
+
+/// In the order of the box.
+constexpr std::pair<Kind, const char*> kDensities[] = {
+    {Kind::Each, Marked("each column")},
+    {Kind::Every, Marked("every n pixels")},
+    {Kind::AtX, Marked("at given X")},
+    {Kind::Bends, Marked("where it bends")},
+};
+
+}  // namespace
+
+ReadingPanel::ReadingPanel(QWidget* parent) : QWidget(parent) {
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->addWidget(readCurve_ = MakeReadCurve());
+  ending_ = MakeEnding();
+  readCurve_->layout()->addWidget(ending_);
+}
+
+QGroupBox* ReadingPanel::MakeReadCurve() {
+  auto* frame = Named(new QGroupBox(tr("Read Curve")), "FRM_ReadCurve");
+  auto* column = new QVBoxLayout(frame);
+  auto* row = new QHBoxLayout;
+  density_ = Named(new QComboBox, "CMB_Density", tr("Points"));
+  density_->setToolTip(tr("How dense the points are"));
+  for (const auto& [kind, caption] : kDensities)
+    density_->addItem(tr(caption), static_cast<int>(kind));
+  densityText_ = Named(new QLineEdit, "TXT_Density");
+  row->addWidget(new QLabel(tr("Points")));
+  row->addWidget(density_);
+  row->addWidget(densityText_, 1);
+  column->addLayout(row);
+  connect(density_, &QComboBox::activated, this,
+          [this](int index) { emit DensityChosen(density_->itemData(index).toInt()); });
+  connect(densityText_, &QLineEdit::textEdited, this,
+          [this](const QString& text) { emit DensityTyped(text.toStdString()); });
+  return frame;
+}
+
+QWidget* ReadingPanel::MakeEnding() {
+  auto* ending = new QWidget;
+  auto* column = new QVBoxLayout(ending);
+  column->setContentsMargins(0, 0, 0, 0);
+
+  auto* row = new QHBoxLayout;
+  tolerance_ = Named(new QSlider(Qt::Horizontal), "SCRL_Tolerance", tr("Tolerance"));
+  tolerance_->setRange(ReadingControl::kNarrowest, ReadingControl::kWidest);
+  tolerance_->setValue(ReadingControl::kAsFound);
+  tolerance_->setPageStep(10);
+  tolerance_->setToolTip(
+      tr("How much another colour may differ and still count as this ink: what is marked"));
+  toleranceShown_ = new QLabel;
+  toleranceShown_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  toleranceShown_->setMinimumWidth(
+      toleranceShown_->fontMetrics().horizontalAdvance(QStringLiteral("200 %")));
+  row->addWidget(new QLabel(tr("Tolerance")));
+  row->addWidget(tolerance_, 1);
+  row->addWidget(toleranceShown_);
+  column->addLayout(row);
+
+  reading_ = Named(new QLabel, "LBL_Reading", tr("What was read"));
+  reading_->setTextFormat(Qt::PlainText);
+  reading_->setWordWrap(true);
+  reading_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+  reading_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  // Room for what is said most often: the buttons below seldom jump.
+  reading_->setMinimumHeight(3 * reading_->fontMetrics().lineSpacing());
+  column->addWidget(reading_);
+
+  auto* buttons = new QHBoxLayout;
+  accept_ = Named(new QPushButton(tr("&Accept")), "BTN_Accept");
+  accept_->setToolTip(tr("Take the points over into the list (Return)"));
+  cancel_ = Named(new QPushButton(tr("Cancel")), "BTN_Cancel");
+  cancel_->setToolTip(tr("Leave what is shown (Escape)"));
+  // Return presses the one that has the focus.
+  for (QPushButton* button : {accept_, cancel_}) {
+    button->setAutoDefault(true);
+    buttons->addWidget(button);
+  }
+  column->addLayout(buttons);
+
+  connect(tolerance_, &QSlider::valueChanged, this, &ReadingPanel::ToleranceChosen);
+  connect(tolerance_, &QSlider::sliderReleased, this,
+          [this] { emit ToleranceChosen(tolerance_->value()); });
+  connect(accept_, &QPushButton::clicked, this, &ReadingPanel::AcceptPressed);
+  connect(cancel_, &QPushButton::clicked, this, &ReadingPanel::CancelPressed);
+  return ending;
+}
+
+void ReadingPanel::Render(const ReadingControl& control, bool canTake, bool canCancel) {
+  const bool every = control.Density == Kind::Every, atX = control.Density == Kind::AtX;
+  density_->setCurrentIndex(density_->findData(static_cast<int>(control.Density)));
+  densityText_->setVisible(every || atX);
+  graphize::Show(densityText_, atX ? control.Xs : control.Pixels);
+  const QString what = atX ? tr("X values") : tr("Pixels from one point to the next");
+  if (densityText_->accessibleName() != what) {
+    densityText_->setAccessibleName(what);
+    densityText_->setToolTip(atX ? tr("X values, such as 0, 2.5, 7 or 0:0.5:10") : what);
+  }
+  const QSignalBlocker quiet(tolerance_);
+  if (!tolerance_->isSliderDown()) tolerance_->setValue(control.Tolerance);
+  graphize::Show(toleranceShown_, std::to_string(control.Tolerance) + " %");
+  graphize::Show(reading_, control.Reading);
+  Enable(accept_, canTake);
+  Enable(cancel_, canCancel);
+}
+
+bool ReadingPanel::IsSliding() const {
+  return tolerance_->isSliderDown();
+}
+
+}  // namespace graphize

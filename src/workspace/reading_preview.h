@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/bit_map.h"
+#include "base/palette.h"
+#include "calibration/axis_calibration.h"
+#include "calibration/transform.h"
+#include "reading/density.h"
+#include "reading/read_curve.h"
+#include "tracing/blockers.h"
+
+namespace graphize {
+
+/// What a preview was read from. It goes when anything of this becomes another.
+struct ReadFrom {
+  std::uint64_t Picture = 0;  // PictureNumber
+  AxisCalibration Calibration;
+  BlockerList Blockers;
+
+  bool operator==(const ReadFrom&) const = default;
+};
+
+/// A curve as it was read where the user has clicked, shown over the picture until it is taken over
+/// or left. Not part of the document.
+struct CurvePreview {
+  /// Picture pixels, row downward: the first click, and those that the curve goes through.
+  std::vector<PlotPixel> Clicks;
+  int Tolerance = 0;               // that it was read with, percent of as found
+  CurveReading Reading;            // as dense as it was read
+  std::vector<CurvePoint> Points;  // those that would be captured
+  BitMap Ink;                      // the pixels that count as the curve's
+  Colour MarkColour = kBlack;      // which stands out from its ink
+  ReadFrom From;
+};
+
+/// A standard uncertainty, in pixels, from which on a point is shown as doubtful.
+inline constexpr double kDoubtfulSigma = 0.5;
+
+/// The frame "Read Curve" of the side panel, and what it has led to.
+struct ReadingControl {
+  static constexpr int kNarrowest = 50, kAsFound = 100, kWidest = 200;
+  int Tolerance = kAsFound;  // SCRL_Tolerance: what counts as the curve's ink, percent of as found
+  ReadingDensity::Kind Density = ReadingDensity::Kind::Each;  // CMB_Density
+  std::string Pixels = "10", Xs;                              // TXT_Density, as typed
+  std::string Reading;  // LBL_Reading: what was read, how sure, or why nothing was
+
+  std::optional<CurvePreview> Curve;
+};
+
+}  // namespace graphize

@@ -1,0 +1,168 @@
+#include "tracing/ink_check.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+#include <map>
+
+#include "support/plot_drawing.h"
+
+namespace graphize::test {
+namespace {
+
+using Points = std::vector<PlotPosition>;
+using Counts = std::map<InkVerdict, int>;
+
+constexpr int kWidth = 500, kHeight = 360;
+
+PlotDrawing Paper() {
+  return PlotDrawing(kWidth, kHeight, 60, 50, 440, 310);
+}
+
+PlotPosition At(PixelPosition place) {
+  return {static_cast<float>(place.X), static_cast<float>(place.Y)};
+}
+
+/// Where the function runs, in whole columns as a trace has them.
+Points Along(const PlotDrawing& drawing, const std::function<double(double)>& v, double first = 0.1,
+             double last = 0.9, float aside = 0) {
+  Points points;
+  for (int i = 0; i <= static_cast<int>((last - first) * 380); ++i) {
+    const double u = first + i / 380.0;
+    PlotPosition at = At(drawing.Place(u, v(u)));
+    points.push_back({std::round(at.Column), std::round(2 * at.Row) / 2 + aside});
+  }
+  return points;
+}
+
+Counts Check(const Raster& picture, const Points& points, const AxisCalibration& axes) {
+  Counts counts;
+  for (const InkVerdict verdict : CheckInk(picture, axes, points)) ++counts[verdict];
+  return counts;
+}
+
+double Rising(double u) {
+  return 0.2 + 0.6 * u;
+}
+double Falling(double u) {
+  return 0.8 - 0.6 * u;
+}
+/// Over at the crossing from the one to the other.
+double Changing(double u) {
+  return u < 0.5 ? Rising(u) : Falling(u);
+}
+
+TEST(InkCheck, PointsAreJudgedByWhatIsDrawnThere) {
+  const auto thin = [](PlotDrawing& drawing) { drawing.Curve(Rising, {.Thickness = 2}); };
+  const auto pale = [](PlotDrawing& drawing) {
+    drawing.Curve(Rising, {.Thickness = 2, .Darkness = 0.15});
+  };
+  const auto dashed = [](PlotDrawing& drawing) {
+    drawing.Curve(Rising, {.Thickness = 2, .Dash = 6, .Gap = 2});
+  };
+  const auto cross = [](PlotDrawing& drawing) {
+    drawing.Curve(Rising, {.Thickness = 2});
+    drawing.Curve(Falling, {.Thickness = 2});
+    drawing.LinesAtV({0.5}, {});
+    drawing.LinesAtU({0.5}, {});
+  };
+  const auto twin = [](PlotDrawing& drawing) {
+    drawing.Curve(Rising, {});
+    drawing.Curve([](double u) { return Rising(u) + 5 / 260.0; }, {});
+  };
+  const auto symbols = [](PlotDrawing& drawing) {
+    drawing.Curve(Rising, {.Thickness = 2});
+    for (double u = 0.1; u < 1; u += 0.2) drawing.Disc(drawing.Place(u, Rising(u)), 10);
+  };
+  const auto blot = [](PlotDrawing& drawing) {
+    drawing.Curve(Rising, {.Thickness = 2});
+    drawing.Curve(Rising, {.Thickness = 16}, 0.4, 0.7);
+  };
+  using Function = std::function<double(double)>;
+  const Function midway = [](double u) { return Rising(u) + 2.5 / 260; };
+  const Function off = [](double u) { return Rising(u) + 7 / 260.0; };
+  const Function frameTop = [](double) { return 1.0; };
+  const Function above = [](double) { return 1 + 9 / 260.0; };
+  constexpr double kAll = 305;
+  const struct {
+    const char* Name;
+    void (*Draw)(PlotDrawing&);
+    Function V;
+    float Aside;
+    InkVerdict Verdict;
+    double Least, Most;  // so many points have it
+  } cases[] = {
+      {"on ink", thin, Rising, 0, InkVerdict::OnInk, kAll, kAll},
+      {"its edge", thin, Rising, 2, InkVerdict::OnInk, kAll, kAll},
+      {"pale ink", pale, Rising, 0, InkVerdict::OnInk, kAll, kAll},
+      {"beside", thin, off, 0, InkVerdict::NotOnInk, kAll, kAll},
+      {"dashes", dashed, Rising, 0, InkVerdict::OnInk, kAll, kAll},
+      {"crossing, straight on", cross, Rising, 0, InkVerdict::OnInk, kAll, kAll},
+      {"crossing, changed over", cross, Changing, 0, InkVerdict::Leap, 1, 40},
+      {"a corner alone", [](PlotDrawing& drawing) { drawing.Curve(Changing, {}); }, Changing, 0,
+       InkVerdict::OnInk, kAll, kAll},
+      {"between two", twin, midway, 0, InkVerdict::BetweenStrokes, 0.7 * kAll, kAll},
+      {"symbols", symbols, Rising, 0, InkVerdict::OnInk, kAll, kAll},
+      {"a blot", blot, Rising, 0, InkVerdict::BetweenStrokes, 80, 130},
+      {"the frame", thin, frameTop, 0, InkVerdict::OnFrame, kAll, kAll},
+      {"beyond it",
+       [](PlotDrawing& drawing) {
+         drawing.Polyline({drawing.Place(0, 1 + 9 / 260.0), drawing.Place(1, 1 + 9 / 260.0)}, {});
+       },
+       above, 0, InkVerdict::OnFrame, kAll, kAll},
+      {"up to it", [](PlotDrawing& drawing) { drawing.Curve(Rising, {.Thickness = 2}); }, Rising, 0,
+       InkVerdict::OnInk, kAll, kAll},
+  };
+  for (const auto& c : cases) {
+    PlotDrawing drawing = Paper();
+    drawing.Frame({.Thickness = 2}, 5, 6);
+    c.Draw(drawing);
+    const Counts counts =
+        Check(drawing.GreyPicture(), Along(drawing, c.V, 0.1, 0.9, c.Aside), drawing.Calibration());
+    const auto found = counts.find(c.Verdict);
+    const int count = found == counts.end() ? 0 : found->second;
+    EXPECT_GE(count, c.Least) << c.Name;
+    EXPECT_LE(count, c.Most) << c.Name;
+  }
+}
+
+TEST(InkCheck, SymbolsFramesEndsAndDarkPagesAreNotDoubted) {
+  PlotDrawing drawing = Paper();
+  drawing.Frame({.Thickness = 2}, 5, 6);
+  drawing.Curve(Rising, {.Thickness = 2});
+  drawing.Box(drawing.Place(0.3, 0.8), 12, {});
+  Raster picture = drawing.Picture();
+  const AxisCalibration axes = drawing.Calibration();
+  const auto verdictAt = [&](double u, double v) {
+    return CheckInk(picture, axes, Points{At(drawing.Place(u, v))}).front();
+  };
+  EXPECT_EQ(verdictAt(0.3, 0.8), InkVerdict::OnInk) << "the middle of a hollow symbol";
+  EXPECT_EQ(verdictAt(0.5, 0.8), InkVerdict::NotOnInk);
+  EXPECT_EQ(verdictAt(1, Rising(1)), InkVerdict::OnInk) << "where the curve meets the frame";
+  // A whole column of a scan through a black area.
+  drawing.Disc(drawing.Place(0.7, 0.3), 70);
+  picture = drawing.Picture();
+  Points scanned;
+  for (float column = 315; column < 335; ++column)
+    for (float row = 205; row < 260; ++row) scanned.push_back({column, row});
+  EXPECT_EQ(Check(picture, scanned, axes)[InkVerdict::OnInk], static_cast<int>(scanned.size()));
+
+  for (std::size_t i = 0; i < picture.PixelCount(); ++i) picture.Pixels()[i] ^= 0xffffffu;
+  EXPECT_EQ(verdictAt(0.2, Rising(0.2)), InkVerdict::OnInk) << "white on black";
+  EXPECT_EQ(verdictAt(0.5, 0.8), InkVerdict::NotOnInk);
+  EXPECT_EQ(CheckInk(picture, {}, Points{{-5, 9}, {1e9f, 3}}),
+            (std::vector{InkVerdict::NotOnInk, InkVerdict::NotOnInk}));
+}
+
+TEST(InkCheck, IsToldInOneLine) {
+  using enum InkVerdict;
+  EXPECT_EQ(InkCheckText(std::vector{OnInk}), "1 point: all on ink");
+  EXPECT_EQ(InkCheckText(std::vector{OnInk, NotOnInk, NotOnInk, OnFrame}),
+            "4 points: 2 not on ink, 1 on the frame");
+  EXPECT_EQ(InkCheckText(std::vector{Leap, BetweenStrokes}),
+            "2 points: 1 between two strokes, 1 where the direction leaps");
+}
+
+}  // namespace
+}  // namespace graphize::test

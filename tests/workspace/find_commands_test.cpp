@@ -1,0 +1,103 @@
+#include "workspace/find_commands.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "raster/black_white.h"
+#include "support/calibrated.h"
+#include "support/colour_plot.h"
+#include "support/quiet_desktop.h"
+#include "workspace/do.h"
+#include "workspace/ink_commands.h"
+#include "workspace/step_text.h"
+
+namespace graphize {
+namespace {
+
+constexpr std::uint32_t kBlue = 0xff1f77b4, kRed = 0xffd62728;
+
+class FindTest : public ::testing::Test {
+ protected:
+  FindTest() {
+    test::ColourPlot drawn;
+    drawn.Curve([](double u) { return 0.7 - 0.2 * u; }, {.Thickness = 2}, kBlue);
+    drawn.Curve([](double u) { return 0.2 + 0.3 * u; }, {.Thickness = 2}, kRed);
+    drawn.Symbols({{100, 100}, {150.4, 130}, {200, 40.6}}, {test::Symbol::Disc, 9}, kBlackPixel);
+    SetPicture(ws.plot, drawn.Picture.Clone());
+    ws.calibration = test::PixelCalibration();
+  }
+  Raster Shown() const { return ws.plot.Pixels.Clone(); }
+  static bool Same(const Raster& a, const Raster& b) {
+    return std::equal(a.Pixels(), a.Pixels() + a.PixelCount(), b.Pixels());
+  }
+
+  Workspace ws;
+  Desktop desktop = test::QuietDesktop();
+};
+
+TEST_F(FindTest, CapturesTheSymbolsThatAreNotLeftOut) {
+  const Outcome outcome = Do(ws, desktop, SymbolsStep{.X = 101, .Y = 99, .LeftOut = {2}});
+  ASSERT_TRUE(outcome.IsDone()) << outcome.Reason;
+  EXPECT_EQ(outcome.Points, 2);
+  ASSERT_EQ(ws.store.CaptureCount, 2);
+  EXPECT_NEAR(ws.store.CaptureX[1], 100, 0.1);
+  EXPECT_NEAR(ws.store.CaptureX[2], 200, 0.1);
+  EXPECT_THAT(ws.status.Status, testing::StartsWith("Found 3 symbols"));
+  EXPECT_THAT(Do(ws, desktop, SymbolsStep{.X = 20, .Y = 20}).Reason,
+              testing::HasSubstr("only paper"));
+  EXPECT_THAT(Do(ws, desktop, SymbolsStep{.X = 101, .Y = 99, .Tolerance = 9}).Reason,
+              testing::HasSubstr("tolerance"));
+  ws.calibration = {};
+  EXPECT_FALSE(Do(ws, desktop, SymbolsStep{.X = 101, .Y = 99}).IsDone());
+  EXPECT_EQ(ws.store.CaptureCount, 2);
+}
+
+TEST_F(FindTest, ReadsAllCurvesOrThoseThatAreTakenIntoTheList) {
+  ASSERT_TRUE(Do(ws, desktop, ReadAllStep{}).IsDone());
+  ASSERT_EQ(ws.curves.Curves.size(), 2u);
+  EXPECT_EQ(ws.curves.Active, 0);
+  EXPECT_EQ(ws.curves.Curves[1].Name, "curve 2");
+  for (int i = 0; i < 2; ++i) EXPECT_GT(PointsOf(ws.curves, ws.store, i).CaptureCount, 250);
+  EXPECT_NE(ws.curves.Curves[0].MarkColour, ws.curves.Curves[1].MarkColour);
+
+  // Into further curves, and all or nothing.
+  EXPECT_FALSE(Do(ws, desktop, ReadAllStep{{{1, "a"}, {9, "b"}}}).IsDone());
+  EXPECT_FALSE(Do(ws, desktop, ReadAllStep{{{1, "curve 1"}}}).IsDone());
+  EXPECT_EQ(ws.curves.Curves.size(), 2u);
+  ASSERT_TRUE(Do(ws, desktop, ReadAllStep{{{2, "a"}}}).IsDone());
+  EXPECT_EQ(ActiveCurve(ws.curves).Name, "a");
+}
+
+TEST_F(FindTest, AnInkAloneGivesWayToAnotherAndToTheColours) {
+  const auto done = [&](Step step) { return Do(ws, desktop, std::move(step)); };
+  const Raster colours = Shown();
+  const InkStep blue{0x1f, 0x77, 0xb4}, red{0xd6, 0x27, 0x28};
+  ASSERT_TRUE(done(red).IsDone());
+  const Raster redAlone = Shown();
+  EXPECT_TRUE(IsBlackAndWhite(redAlone));
+  ASSERT_TRUE(done(blue).IsDone());
+  EXPECT_FALSE(Same(Shown(), redAlone));
+  ASSERT_TRUE(done(ShowColoursStep{}).IsDone());
+  EXPECT_TRUE(Same(Shown(), colours));
+  EXPECT_FALSE(done(ShowColoursStep{}).IsDone());
+  EXPECT_THAT(done(InkStep{250, 250, 250}).Reason, testing::HasSubstr("colour of the paper"));
+  EXPECT_THAT(done(InkStep{0, 0, 0, 7}).Reason, testing::HasSubstr("tolerance"));
+  ASSERT_TRUE(done(BlackWhiteStep{}).IsDone());
+  EXPECT_THAT(done(blue).Reason, testing::HasSubstr("black and white"));
+}
+
+TEST(FindSteps, AreWrittenAndReadBack) {
+  for (const char* text :
+       {"symbols 12 34 mass 1", "symbols 12.5 34 box 0.75 without 2-4,9", "read-all 0",
+        "read-all 2 1 \"\" 3 \"a b\"", "ink 214 39 40 1", "ink 0 0 255 1.5", "show-colours",
+        "black-white auto", "black-white local", "black-white 127.5"}) {
+    const auto step = StepOf(text);
+    ASSERT_TRUE(std::holds_alternative<Step>(step)) << text << std::get<std::string>(step);
+    EXPECT_EQ(TextOf(std::get<Step>(step)), text);
+  }
+  for (const char* text : {"symbols 1 2 middle 1", "read-all 2 1 \"\"", "ink 1 2 256 1"})
+    EXPECT_TRUE(std::holds_alternative<std::string>(StepOf(text))) << text;
+}
+
+}  // namespace
+}  // namespace graphize
