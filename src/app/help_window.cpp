@@ -174,7 +174,8 @@ void HelpWindow::Load(const std::string& html) {
   html_ = html;
   static_cast<HelpText*>(text_)->Html = QByteArray::fromStdString(html);
   text_->setSource(QUrl(QLatin1String(kAddress)), QTextDocument::HtmlResource);
-  if (!text_->documentTitle().isEmpty()) setWindowTitle(text_->documentTitle());
+  if (!text_->documentTitle().isEmpty())
+    setWindowTitle(tr(text_->documentTitle().toUtf8().constData()));
   FillContents();
   FindAll();
 }

@@ -15,6 +15,7 @@
 
 #include "app/end_signals.h"
 #include "app/fonts.h"
+#include "app/language.h"
 #include "app/main_window.h"
 #include "batch/batch.h"
 #include "scanner/scanner.h"
@@ -36,14 +37,14 @@ std::filesystem::path SessionsFolder() {
   return state / "graphize/sessions";
 }
 
-/// The help stands beside the program, as it does where the program was built, or where an
-/// installed program has what it shares between machines.
-std::filesystem::path HelpFile() {
+/// The help and the translations stand beside the program, as they do where it was built, or where
+/// an installed program has what it shares between machines.
+std::filesystem::path Shared(const char* name) {
   const std::filesystem::path folder = QApplication::applicationDirPath().toStdString();
-  std::filesystem::path beside = folder / "Graphize.hlp";
+  std::filesystem::path beside = folder / name;
   std::error_code ignored;
   if (std::filesystem::exists(beside, ignored)) return beside;
-  return (folder / "../share/graphize/Graphize.hlp").lexically_normal();
+  return (folder / "../share/graphize" / name).lexically_normal();
 }
 
 /// A picture as the command line names it: a path from where the user stands, or a file's URI.
@@ -81,9 +82,10 @@ int RunWindow(int argc, char** argv) {
   const std::filesystem::path startFolder = std::filesystem::current_path(ignored);
   std::filesystem::current_path(QApplication::applicationDirPath().toStdString(), ignored);
 
+  graphize::SpeakLanguage(SettingsPath(), Shared("translations"));
   graphize::MainWindow window({.Settings = SettingsPath(),
                                .StartFolder = startFolder,
-                               .Help = HelpFile(),
+                               .Help = Shared("Graphize.hlp"),
                                .Sessions = SessionsFolder()});
   const graphize::EndSignals endSignals;
   QObject::connect(&endSignals, &graphize::EndSignals::EndAsked, &window,

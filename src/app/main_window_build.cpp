@@ -20,6 +20,7 @@
 #include "app/recovery_bar.h"
 #include "app/status_panels.h"
 #include "app/zoom_percent.h"
+#include "base/translation.h"
 #include "calibration/axis_panel.h"
 #include "capture/curve_panel.h"
 #include "capture/read_out_panel.h"
@@ -44,10 +45,10 @@
 namespace graphize {
 
 QAction* MainWindow::MakeAction(const MenuEntry& entry) {
-  auto* action = new QAction(QLatin1String(entry.Caption), this);
+  auto* action = new QAction(tr(entry.Caption), this);
   action->setObjectName(QLatin1String(entry.Name));
   action->setStatusTip({});
-  action->setToolTip(QLatin1String(entry.Tip));
+  action->setToolTip(tr(entry.Tip));
   action->setShortcuts(QKeySequence::listFromString(QLatin1String(entry.Key)));
   action->setCheckable(entry.Checked != nullptr);
   if (entry.Run != nullptr)
@@ -62,7 +63,7 @@ void MainWindow::BuildMenus() {
   for (const MenuEntry& entry : MenuEntries()) {
     if (entry.Is == MenuEntry::Kind::Menu) {
       subMenu = nullptr;
-      menu = menuBar()->addMenu(QLatin1String(entry.Caption));
+      menu = menuBar()->addMenu(tr(entry.Caption));
       menu->setObjectName(QLatin1String(entry.Name));
       menu->setToolTipsVisible(true);
     }
@@ -72,7 +73,7 @@ void MainWindow::BuildMenus() {
       case MenuEntry::Kind::Menu:
         break;
       case MenuEntry::Kind::SubMenu:
-        subMenu = menu->addMenu(QLatin1String(entry.Caption));
+        subMenu = menu->addMenu(tr(entry.Caption));
         subMenu->menuAction()->setObjectName(QLatin1String(entry.Name));
         menuActions_.emplace_back(subMenu->menuAction(), &entry);
         break;
@@ -128,7 +129,7 @@ void MainWindow::NoteRecentFiles() {
   if (ws_.opened.empty()) return;
   const auto failure = AddRecentFiles(RecentList(), std::exchange(ws_.opened, {}));
   if (failure && !std::exchange(recentFailureTold_, true))
-    ws_.status.Status = "The list of recent files cannot be written: " + failure.message();
+    ws_.status.Status = Tr("The list of recent files cannot be written: %1", failure.message());
 }
 
 void MainWindow::FinishStart() {
@@ -152,9 +153,9 @@ void MainWindow::BuildToolbar() {
   setContextMenuPolicy(Qt::NoContextMenu);  // there is nothing to hide
   for (const ToolButton& button : ToolButtons()) {
     if (button.SeparatorBefore) bar->addSeparator();
-    QAction* action = bar->addAction(ToolIcon(button.Key), QLatin1String(button.Tip));
+    QAction* action = bar->addAction(ToolIcon(button.Key), tr(button.Tip));
     action->setObjectName(QLatin1String(button.Key));
-    action->setToolTip(QLatin1String(button.Tip));
+    action->setToolTip(tr(button.Tip));
     action->setCheckable(button.IsMode);
     QWidget* shown = bar->widgetForAction(action);
     shown->setObjectName(QLatin1String("Toolbar1_") + QLatin1String(button.Key));

@@ -6,6 +6,7 @@
 
 #include "app/main_window.h"
 #include "app/recovery_bar.h"
+#include "base/translation.h"
 #include "raster/plot_view.h"
 #include "session/project_commands.h"
 #include "workspace/plot_mouse.h"
@@ -27,7 +28,7 @@ void MainWindow::DeleteSession() {
   if (IsBusy() || !leftSession_) return;
   bool sure = false;
   Do([&](Workspace&, const Desktop& desktop) {
-    sure = desktop.ShowMessage({.Text = "Do you want to delete this for good ?\r\n\r\n" +
+    sure = desktop.ShowMessage({.Text = Tr("Do you want to delete this for good ?") + "\r\n\r\n" +
                                         leftSession_->Describe(std::time(nullptr)),
                                 .Icon = MessageIcon::Exclamation,
                                 .Buttons = MessageButtons::YesNo,
@@ -55,8 +56,10 @@ void MainWindow::RecoverSession() {
     ws.window.Hourglass = ws.status.ProgressVisible = false;
     const bool hadPicture = leftSession_->Kept.Picture.has_value();
     if (hadPicture && !fault.empty() &&
-        !AskYesNo(desktop, "The picture cannot be brought back as it was. " + fault +
-                               "\r\n\r\nDo you want to have the points without the picture ?"))
+        !AskYesNo(desktop,
+                  Tr("The picture cannot be brought back as it was. %1\r\n\r\nDo you want to "
+                     "have the points without the picture ?",
+                     fault)))
       return;
     EndDrag(ws);
     BringBackSession(ws, desktop, *leftSession_, fault.empty() ? &made : nullptr);
@@ -64,7 +67,7 @@ void MainWindow::RecoverSession() {
       whole = journal_.TakePicture(ws, leftSession_->Folder / ws.picture.KeptCopy);
     // A picture that cannot be had today, from a drive that is not there, may be had tomorrow.
     whole = whole && (!hadPicture || fault.empty());
-    ws.status.Status = "Brought back: " + leftSession_->Describe(std::time(nullptr));
+    ws.status.Status = Tr("Brought back: %1", leftSession_->Describe(std::time(nullptr)));
     broughtBack = true;
   });
   if (!broughtBack) return;

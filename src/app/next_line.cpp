@@ -15,7 +15,7 @@ NextLine::NextLine(QWidget* parent) : QWidget(parent) {
   row->setSpacing(4);
   for (std::size_t i = 0; i < kWay.size(); ++i) {
     if (i > 0) row->addWidget(new QLabel(QStringLiteral("\u2192")));
-    stations_[i] = new QLabel(QString::fromLatin1(kWay[i]));
+    stations_[i] = new QLabel(tr(kWay[i]));
     stations_[i]->setObjectName(MemberName("LBL_Station", static_cast<int>(i)));
     row->addWidget(stations_[i]);
   }

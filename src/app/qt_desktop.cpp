@@ -15,6 +15,7 @@
 #include <cstring>
 
 #include "base/run_time_error.h"
+#include "base/translation.h"
 #include "raster/plot_view.h"
 #include "raster/size_limits.h"
 #include "raster/transparency.h"
@@ -24,6 +25,10 @@
 namespace graphize {
 
 namespace {
+
+/// Of Qt's own texts, those that must be there without its catalogues.
+[[maybe_unused]] constexpr const char* kQtTexts[] = {Marked("&Yes"), Marked("&No"),
+                                                     Marked("Cancel"), Marked("OK")};
 
 constexpr qint64 kPumpEvery = 30;  // ms: often enough to look live, cheap enough for a tracer
 constexpr qint64 kLongCommand =
@@ -160,7 +165,8 @@ Raster ClipboardRaster() {
   if (data == nullptr || !data->hasImage()) return {};
   QImage image = QGuiApplication::clipboard()->image();
   if (image.isNull())
-    throw RunTimeError("The picture in the clipboard is damaged or too large. " + SizeRule());
+    throw RunTimeError(Tr("The picture in the clipboard is damaged or too large.") + ' ' +
+                       SizeRule());
   const bool clear = image.hasAlphaChannel();
   image.convertTo(clear ? QImage::Format_ARGB32 : QImage::Format_RGB32);
   Raster raster(image.width(), image.height());

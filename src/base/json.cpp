@@ -90,7 +90,7 @@ void JsonReader::Fail(const char* name, const std::string& problem) const {
   for (const std::string& part : place_->Names)
     path += (path.empty() || part[0] == '[' ? "" : ".") + part;
   if (name != nullptr) path += (path.empty() ? "" : ".") + std::string(name);
-  throw RunTimeError(path + " " + problem);
+  throw RunTimeError(path + ' ' + problem);
 }
 
 namespace {

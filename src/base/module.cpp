@@ -8,6 +8,7 @@
 #include <system_error>
 
 #include "base/run_time_error.h"
+#include "base/translation.h"
 #include "base/version.h"
 
 namespace graphize {
@@ -18,7 +19,7 @@ namespace {
 std::filesystem::path PathOf(const char* file) {
   std::error_code failure;
   const auto program = std::filesystem::read_symlink("/proc/self/exe", failure);
-  if (failure) throw RunTimeError("The program is not complete: " + failure.message());
+  if (failure) throw RunTimeError(Tr("The program is not complete: %1", failure.message()));
   const std::filesystem::path folder = program.parent_path();
   const std::filesystem::path modules = std::filesystem::path("lib/graphize/modules") / file;
   // In the program's folder where it was built, beside it where it was installed.
@@ -32,11 +33,19 @@ const void* LoadModule(const char* file, const char* symbol) {
   void* library = dlopen(PathOf(file).c_str(), RTLD_NOW | RTLD_LOCAL);
   const void* object = library == nullptr ? nullptr : dlsym(library, symbol);
   if (object == nullptr)
-    throw RunTimeError(std::string("The program is not complete: ") + dlerror());
+    throw RunTimeError(Tr("The program is not complete: %1", std::string(dlerror())));
   const auto* stamp = static_cast<const char* const*>(dlsym(library, "GraphizeModuleStamp"));
   if (stamp == nullptr || std::strcmp(*stamp, ModuleStamp()) != 0)
     throw RunTimeError(
         "The program was updated while it was open. Please save your points and start it again.");
+  // It has a place of its own for the translator, which is empty.
+  const auto translate =
+      reinterpret_cast<void (*)(Translator)>(dlsym(library, "GraphizeSetTranslator"));
+  if (translate != nullptr)
+    translate([](const char* english, long long count) {
+      const Translator chosen = ChosenTranslator();
+      return chosen != nullptr ? chosen(english, count) : std::string();
+    });
   return object;
 }
 

@@ -10,9 +10,9 @@ namespace graphize {
 class RunTimeError : public std::runtime_error {
  public:
   explicit RunTimeError(const std::string& plainWords) : std::runtime_error(plainWords) {}
-  /// Makes no string in the frame of a function that throws, which would then be a guarded one:
-  /// some are in every inner loop.
-  explicit RunTimeError(const char* plainWords) : std::runtime_error(plainWords) {}
+  /// Translates the text. Makes no string in the frame of a function that throws, which would then
+  /// be a guarded one: some are in every inner loop.
+  explicit RunTimeError(const char* english);
 };
 
 }  // namespace graphize

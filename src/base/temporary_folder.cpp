@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "base/run_time_error.h"
+#include "base/translation.h"
 
 namespace graphize {
 
@@ -14,8 +15,8 @@ namespace fs = std::filesystem;
 TemporaryFolder::TemporaryFolder() {
   std::string name = (fs::temp_directory_path() / "graphize-XXXXXX").string();
   if (mkdtemp(name.data()) == nullptr)
-    throw RunTimeError("nothing can be kept in \"" + fs::temp_directory_path().string() +
-                       "\": " + std::generic_category().message(errno));
+    throw RunTimeError(Tr("nothing can be kept in \"%1\": %2", fs::temp_directory_path().string(),
+                          std::generic_category().message(errno)));
   path_ = fs::canonical(name);
 }
 

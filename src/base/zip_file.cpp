@@ -8,6 +8,7 @@
 
 #include "base/checksum.h"
 #include "base/run_time_error.h"
+#include "base/translation.h"
 
 namespace graphize {
 
@@ -23,8 +24,12 @@ constexpr unsigned kVersion = 10;   // needed to read what is stored
 constexpr unsigned kDate = 0x0021;  // 1 January 1980, the earliest there is
 constexpr std::size_t kTooLarge = std::numeric_limits<std::uint32_t>::max();
 
-[[noreturn]] void Damaged(const char* detail) {
-  throw RunTimeError(std::string("The file is damaged or incomplete (") + detail + ").");
+[[noreturn]] void DamagedSo(const std::string& detail) {
+  throw RunTimeError(Tr("The file is damaged or incomplete (%1).", detail));
+}
+
+[[noreturn]] void Damaged(const char* english) {
+  DamagedSo(Tr(english));
 }
 
 void Put(std::string& to, std::uint64_t value, int bytes) {
@@ -178,11 +183,10 @@ void ZipReader::CheckOverlaps() const {
 }
 
 std::string ZipReader::Read(const Entry& entry, std::size_t limit) const {
-  if (entry.Size > limit) throw RunTimeError("\"" + entry.Name + "\" in it is too large.");
+  if (entry.Size > limit) throw RunTimeError(Tr("\"%1\" in it is too large.", entry.Name));
   const std::string_view held = bytes_.substr(entry.Offset, entry.Held);
   std::string bytes = entry.Deflated ? Inflated(held, entry.Size) : std::string(held);
-  if (Crc32(bytes) != entry.Checksum)
-    Damaged(("the checksum of \"" + entry.Name + "\" is wrong").c_str());
+  if (Crc32(bytes) != entry.Checksum) DamagedSo(Tr("the checksum of \"%1\" is wrong", entry.Name));
   return bytes;
 }
 

@@ -6,24 +6,25 @@
 #include "base/number_pattern.h"
 #include "base/numbers.h"
 #include "base/run_time_error.h"
+#include "base/translation.h"
 
 namespace graphize {
 
 namespace {
 
 constexpr const char* kOriginTip =
-    "Enter the origin X,Y values in the text box and click on the plot origin";
+    Marked("Enter the origin X,Y values in the text box and click on the plot origin");
 constexpr const char* kXAxisTip =
-    "Enter an X axis value and click on the apropriate location on the plot";
+    Marked("Enter an X axis value and click on the apropriate location on the plot");
 constexpr const char* kYAxisTip =
-    "Enter a Y axis value and click on the apropriate location on the plot";
+    Marked("Enter a Y axis value and click on the apropriate location on the plot");
 constexpr const char* kYAxisAgainTip =
-    "Enter an Y axis value and click on the apropriate location on the plot";
+    Marked("Enter an Y axis value and click on the apropriate location on the plot");
 
 constexpr const char* kXPointFault =
-    "X axis value must be positive for Log Axis, Please ReDefine X axis";
+    Marked("X axis value must be positive for Log Axis, Please ReDefine X axis");
 constexpr const char* kYPointFault =
-    "Y axis value must be positive for Log Axis, Please ReDefine Y axis";
+    Marked("Y axis value must be positive for Log Axis, Please ReDefine Y axis");
 
 void CheckRow(int Index) {
   if (Index < 0 || Index > 2) throw RunTimeError("Subscript out of range");
@@ -47,7 +48,7 @@ float ReadValue(std::string& box, const char* axis, std::string& note) {
   const float value = ToSingle(typed.Value);
   if (typed.IsPlain) return value;
   box = ShortestText(value);
-  note += std::string(axis) + " was read as " + box + ". ";
+  note += Tr("%1 was read as %2.", axis, box) + " ";
   return value;
 }
 
@@ -64,7 +65,7 @@ bool AcceptXAxis(AxisCalibration& calibration, AxisPanel& panel, const Desktop& 
                  int dy) {
   if (dx == 0)
     return Refuse(calibration, 1, desktop,
-                  "Origin and axis point can't be same, Please ReDefine X axis");
+                  Marked("Origin and axis point can't be same, Please ReDefine X axis"));
   calibration.Angle = std::atan(static_cast<float>(dy) / static_cast<float>(dx));
   // 3.14, not pi: the shown rotation is meant to be this much larger.
   panel.Angle =
@@ -85,11 +86,11 @@ bool AcceptYAxis(AxisCalibration& calibration, AxisPanel& panel, CommandStates& 
                  const Desktop& desktop, int dy) {
   if (dy == 0)
     return Refuse(calibration, 2, desktop,
-                  "Origin and axis point can't be identical, Please ReDefine Y axis");
+                  Marked("Origin and axis point can't be identical, Please ReDefine Y axis"));
   calibration.YAxisLength = static_cast<float>(dy) / calibration.CosAngle;
   panel.Rows[2].YEnabled = false;
   for (AxisPanel::Row& row : panel.Rows) row.ReDefineEnabled = true;
-  panel.Tips = "To continue, click the Graphize button";
+  panel.Tips = Marked("To continue, click the Graphize button");
   commands.Graphize = true;
   commands.GridBuster = true;
   return true;
@@ -102,8 +103,9 @@ void TellUselessValue(const AxisCalibration& calibration, const Desktop& desktop
   const bool isLog = isX ? calibration.XLog : calibration.YLog;
   if (isLog && !(values[row] > 0)) return Tell(desktop, isX ? kXPointFault : kYPointFault);
   if (values[row] == values[0])
-    Tell(desktop, isX ? "X axis value can't be the same as the origin's, Please ReDefine X axis"
-                      : "Y axis value can't be the same as the origin's, Please ReDefine Y axis");
+    Tell(desktop,
+         isX ? Tr("X axis value can't be the same as the origin's, Please ReDefine X axis")
+             : Tr("Y axis value can't be the same as the origin's, Please ReDefine Y axis"));
 }
 
 }  // namespace
@@ -112,6 +114,10 @@ const char* LogPointFault(const AxisCalibration& c) {
   if (c.Defined[1] && c.XLog && !(c.ValueX[1] > 0)) return kXPointFault;
   if (c.Defined[2] && c.YLog && !(c.ValueY[2] > 0)) return kYPointFault;
   return nullptr;
+}
+
+std::string Instruction(const AxisPanel& panel) {
+  return panel.Note + Tr(panel.Tips.c_str());
 }
 
 bool HasBegun(const AxisCalibration& calibration, const AxisPanel& panel) {
@@ -133,6 +139,7 @@ void InitAxisDefFrame(AxisCalibration& calibration, AxisPanel& panel) {
   calibration.CurrentRow = 0;
   calibration.FocusOriginPending = true;
   panel.Tips = kOriginTip;
+  panel.Note.clear();
 }
 
 bool DefineAxis(AxisCalibration& calibration, AxisPanel& panel, CommandStates& commands,
@@ -162,11 +169,11 @@ bool DefineAxis(AxisCalibration& calibration, AxisPanel& panel, CommandStates& c
   if (Index < 2) calibration.Armed[Index + 1] = true;
 
   static constexpr std::array<const char*, 3> kTips = {kOriginTip, kXAxisTip, kYAxisTip};
-  if (!note.empty()) panel.Tips = note + kTips[Index];
+  panel.Note = note;
+  if (!note.empty()) panel.Tips = kTips[Index];
   if (Index == 1 && !AcceptXAxis(calibration, panel, desktop, dx, dy)) return false;
   if (Index == 2 && !AcceptYAxis(calibration, panel, commands, desktop, dy)) return false;
   if (Index == 0) AcceptOrigin(calibration, panel);
-  panel.Tips = note + panel.Tips;
   if (Index > 0) TellUselessValue(calibration, desktop, Index);
   return true;
 }
@@ -174,6 +181,7 @@ bool DefineAxis(AxisCalibration& calibration, AxisPanel& panel, CommandStates& c
 void ReDefineAxis(AxisCalibration& calibration, AxisPanel& panel, CommandStates& commands,
                   int Index) {
   CheckRow(Index);
+  panel.Note.clear();
   for (int i = 0; i < 3; ++i) EnableValues(panel, i, i == Index, i == Index);
   calibration.Armed[Index] = true;
   calibration.CurrentRow = static_cast<std::int16_t>(Index);

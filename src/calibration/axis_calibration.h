@@ -48,11 +48,15 @@ struct AxisPanel {
   };
   std::array<Row, 3> Rows;
   std::string Angle;                      // LBL_Angle, degrees
-  std::string Tips;                       // LBL_Tips
+  std::string Tips;                       // LBL_Tips, in English
+  std::string Note;                       // in front of Tips: how a typed text was read
   std::string LiveXPixel;                 // LBL_XRTPixel
   std::string LiveYPixel;                 // LBL_YRTPixel
   FocusTarget Focus = FocusTarget::None;  // asked for once; the window takes it back
 };
+
+/// What LBL_Tips says: note and instruction.
+std::string Instruction(const AxisPanel& panel);
 
 /// Whether there is anything in the panel that a reset would lose.
 bool HasBegun(const AxisCalibration& calibration, const AxisPanel& panel);
@@ -63,7 +67,7 @@ void InitAxisDefFrame(AxisCalibration& calibration, AxisPanel& panel);
 /// Accepts row Index at a pixel (row upward) with the values in the row's text boxes; false when it
 /// is refused (already defined, empty boxes, on the origin's column or row), with a message where
 /// the user can do something about it. A box that holds anything but a number then shows the number
-/// that was read, and Tips says so. A value that never gives numbers (not positive on a log axis,
+/// that was read, and Note says so. A value that never gives numbers (not positive on a log axis,
 /// the origin's once more) is accepted, and told. Index outside 0..2 and 16-bit overflow are
 /// run-time errors.
 bool DefineAxis(AxisCalibration& calibration, AxisPanel& panel, CommandStates& commands,

@@ -11,6 +11,7 @@
 #include <QVBoxLayout>
 #include <utility>
 
+#include "base/translation.h"
 #include "widgets/show.h"
 
 namespace graphize {
@@ -117,8 +118,10 @@ AxisPanelWidget::AxisPanelWidget(QWidget* parent) : QGroupBox(tr("Axis Definitio
 }
 
 AxisPanelWidget::Row AxisPanelWidget::MakeRow(int row, const QString& caption, QGridLayout* grid) {
-  static constexpr std::array<const char*, 3> kXTips = {"X origin", "X Axis", "X origin"};
-  static constexpr std::array<const char*, 3> kYTips = {"Y origin", "Y origin", "Y axis"};
+  static constexpr std::array<const char*, 3> kXTips = {Marked("X origin"), Marked("X Axis"),
+                                                        Marked("X origin")};
+  static constexpr std::array<const char*, 3> kYTips = {Marked("Y origin"), Marked("Y origin"),
+                                                        Marked("Y axis")};
   const QString plain = caption.chopped(1);
   Row r{};
   r.XPixel = PixelLabel(MemberName("LBL_Xpixel", row), tr("%1, pixel column").arg(plain));
@@ -170,7 +173,7 @@ void AxisPanelWidget::Render(const AxisPanel& panel, const AxisCalibration& cali
     Enable(rows_[i].Y, from.YEnabled);
     Enable(rows_[i].ReDefine, from.ReDefineEnabled);
   }
-  Show(tips_, panel.Tips);
+  Show(tips_, Instruction(panel));
   Show(angle_, panel.Angle);
   Show(liveX_, panel.LiveXPixel);
   Show(liveY_, panel.LiveYPixel);

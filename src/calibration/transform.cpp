@@ -5,6 +5,7 @@
 #include "base/decimal_scale.h"
 #include "base/numbers.h"
 #include "base/run_time_error.h"
+#include "base/translation.h"
 
 namespace graphize {
 
@@ -71,8 +72,8 @@ double ValueAtShare(const Axis& axis, double over, double under) {
 }  // namespace
 
 const char* LogOriginFault(const AxisCalibration& c) {
-  if (c.XLog && !(c.ValueX[0] > 0)) return "X origin must be positive for Log Axis";
-  if (c.YLog && !(c.ValueY[0] > 0)) return "Y origin must be positive for Log Axis";
+  if (c.XLog && !(c.ValueX[0] > 0)) return Marked("X origin must be positive for Log Axis");
+  if (c.YLog && !(c.ValueY[0] > 0)) return Marked("Y origin must be positive for Log Axis");
   return nullptr;
 }
 

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "base/numbers.h"
+#include "base/translation.h"
 
 namespace graphize {
 
@@ -84,14 +85,14 @@ std::string CurveNameOf(std::string_view typed) {
 }
 
 std::string CurveNameFault(const CurveList& list, std::string_view name, int current) {
-  if (CurveNameOf(name).empty()) return "A curve needs a name.";
+  if (CurveNameOf(name).empty()) return Tr("A curve needs a name.");
   if (HasControlCharacter(name))
-    return "A curve's name is one line without tabs and other control characters.";
+    return Tr("A curve's name is one line without tabs and other control characters.");
   if (name.size() > kLongestCurveName)
-    return "A curve's name has at most " + std::to_string(kLongestCurveName) + " bytes.";
+    return Tr("A curve's name has at most %1 bytes.", static_cast<long long>(kLongestCurveName));
   const int same = FindCurve(list, name);
   if (same >= 0 && same != current)
-    return "There is a curve \"" + std::string(name) + "\" already.";
+    return Tr("There is a curve \"%1\" already.", std::string(name));
   return {};
 }
 

@@ -7,6 +7,7 @@
 #include <span>
 
 #include "base/numbers.h"
+#include "base/translation.h"
 
 namespace graphize {
 
@@ -85,7 +86,7 @@ bool AddValuePoint(PointStore& store, CommandStates& commands, const Desktop& de
 
 bool DeleteAllData(PointStore& store, CommandStates& commands, const Desktop& desktop, bool Ask,
                    const std::string& note) {
-  if (Ask && !AskYesNo(desktop, "Delete all graphized X,Y data ?" + note)) return false;
+  if (Ask && !AskYesNo(desktop, Tr("Delete all graphized X,Y data ?") + note)) return false;
   ClearList(store);
   store.CaptureCount = 0;
   store.ListCount = 0;

@@ -5,6 +5,7 @@
 
 #include "base/numbers.h"
 #include "base/run_time_error.h"
+#include "base/translation.h"
 #include "base/whole_file.h"
 #include "codecs/bitmap_header.h"
 #include "codecs/byte_order.h"
@@ -115,15 +116,17 @@ bool HasFixedSize(PictureType type) {
 ProbeResult ProbePicture(std::string_view fileName, std::string_view head) {
   ProbeResult verdict;
   if (head.empty()) {
-    verdict.Refusal = "The file is empty.";
+    verdict.Refusal = Tr("The file is empty.");
     return verdict;
   }
   verdict.Type = TypeOf(fileName, head);
   if (verdict.Type == PictureType::None) {
+    static constexpr const char* kTypes = "tif, tga, bmp, gif, dib, pcx, jpg, png, webp";
     const std::string_view kind = ForeignFileKind(head);
-    verdict.Refusal = "It is " + (kind.empty() ? "not " : std::string(kind) + ", not ") +
-                      "a picture of a type that can be opened (tif, tga, bmp, gif, dib, pcx, jpg, "
-                      "png, webp).";
+    verdict.Refusal = kind.empty()
+                          ? Tr("It is not a picture of a type that can be opened (%1).", kTypes)
+                          : Tr("It is %1, not a picture of a type that can be opened (%2).",
+                               Tr(std::string(kind).c_str()), kTypes);
     return verdict;
   }
   ReadHeader(head, verdict);

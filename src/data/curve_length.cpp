@@ -5,12 +5,13 @@
 
 #include "base/number_pattern.h"
 #include "base/numbers.h"
+#include "base/translation.h"
 #include "data/list_edit.h"
 
 namespace graphize {
 
 CurveSums CurveLength(PointStore& store, StatusBar& status, const Desktop& desktop) {
-  status.Status = "Converting X,Y to Curve length";
+  status.Status = Tr("Converting X,Y to Curve length");
   desktop.ShowNow();
   ClearList(store);
 
@@ -33,14 +34,12 @@ CurveSums CurveLength(PointStore& store, StatusBar& status, const Desktop& deskt
   store.ListIsCaptured = store.CaptureCount == 0;
   store.ListRows = PointStore::Rows::Other;
   ShowNewest(store);
-  status.Status = "Curve length calculated successfully";
+  status.Status = Tr("Curve length calculated successfully");
 
-  const auto line = [](const char* name, float value) {
-    return name + FormatNumber(value, kReadingPattern) + "\r\n";
-  };
-  Tell(desktop, "X,Y List-box now containes distance between points \r\n\r\n" +
-                    line("Total curve length = ", sums.Length) + line("X-length = ", sums.XLength) +
-                    line("Y-length = ", sums.YLength));
+  const auto shown = [](float value) { return FormatNumber(value, kReadingPattern); };
+  Tell(desktop, Tr("X,Y List-box now containes distance between points \r\n\r\n"
+                   "Total curve length = %1\r\nX-length = %2\r\nY-length = %3\r\n",
+                   shown(sums.Length), shown(sums.XLength), shown(sums.YLength)));
   return sums;
 }
 

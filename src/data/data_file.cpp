@@ -5,6 +5,7 @@
 
 #include "base/numbers.h"
 #include "base/run_time_error.h"
+#include "base/translation.h"
 #include "base/whole_file.h"
 #include "data/list_text.h"
 

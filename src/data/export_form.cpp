@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "base/numbers.h"
+#include "base/translation.h"
 #include "data/x_grid.h"
 
 namespace graphize {
@@ -15,8 +16,8 @@ std::span<const ExportCurve> ChosenCurves(const ExportForm& form) {
   return std::span(form.Curves).first(form.AllCurves ? form.Curves.size() : 1);
 }
 
-std::string Counted(std::size_t count, const char* one, const char* several) {
-  return std::to_string(count) + " " + (count == 1 ? one : several);
+std::string XValues(std::size_t count) {
+  return TrCount("%1 X value", "%1 X values", static_cast<long long>(count));
 }
 
 /// How many X of the grid lie outside a curve, added up over the curves.
@@ -40,19 +41,18 @@ std::string HintOnRows(const ExportForm& form, const XGrid& grid) {
     std::size_t rows = 0;
     for (const ExportCurve& curve : curves) rows += curve.Rows.size();
     const bool isOneOfSeveral = form.Curves.size() > 1 && !form.AllCurves;
-    return Counted(rows, "point", "points") +
-           (isOneOfSeveral ? " of " + curves.front().Name + " alone" : "");
+    const std::string points = TrCount("%1 point", "%1 points", static_cast<long long>(rows));
+    return isOneOfSeveral ? Tr("%1 of %2 alone", points, curves.front().Name) : points;
   }
   if (!grid.Fault.empty()) return grid.Fault;
-  if (grid.Values.empty())
-    return Counted(AllX(curves).size(), "X value", "X values") + ", all that there are";
+  if (grid.Values.empty()) return Tr("%1, all that there are", XValues(AllX(curves).size()));
   const auto [least, most] = std::minmax_element(grid.Values.begin(), grid.Values.end());
-  std::string text = Counted(grid.Values.size(), "X value", "X values") + " from " +
-                     ShortestText(*least) + " to " + ShortestText(*most);
-  if (const std::size_t outside = CountOutside(curves, grid.Values))
-    text += curves.size() > 1
-                ? "; " + Counted(outside, "cell", "cells") + " outside the curves, left empty"
-                : "; " + std::to_string(outside) + " outside the curve, left empty";
+  std::string text = Tr("%1 from %2 to %3", XValues(grid.Values.size()), ShortestText(*least),
+                        ShortestText(*most));
+  if (const auto outside = static_cast<long long>(CountOutside(curves, grid.Values)))
+    text += "; " + (curves.size() > 1 ? TrCount("%1 cell outside the curves, left empty",
+                                                "%1 cells outside the curves, left empty", outside)
+                                      : Tr("%1 outside the curve, left empty", outside));
   return text;
 }
 
@@ -64,10 +64,10 @@ std::string HintOnPlaces(const ExportForm& form) {
     without += static_cast<std::size_t>(curve.WithoutPlace);
   }
   if (without == 0) return {};
-  const std::string which = without == rows
-                                ? "The rows"
-                                : std::to_string(without) + " of " + std::to_string(rows) + " rows";
-  return which + " are no places on the picture as it is: they have the list's values.";
+  if (without == rows)
+    return Tr("The rows are no places on the picture as it is: they have the list's values.");
+  return Tr("%1 of %2 rows are no places on the picture as it is: they have the list's values.",
+            static_cast<long long>(without), static_cast<long long>(rows));
 }
 
 }  // namespace
@@ -113,7 +113,7 @@ std::optional<PointTable> TableOfForm(const ExportForm& form, const AxisCalibrat
   const XGrid grid = ReadXGrid(form.XGrid);
   if (!grid.Fault.empty()) {
     Tell(desktop,
-         grid.Fault + "\r\nThe X grid is a list of numbers (0, 0.5, 1) or a range (0:0.5:10).",
+         Tr("%1\r\nThe X grid is a list of numbers (0, 0.5, 1) or a range (0:0.5:10).", grid.Fault),
          MessageIcon::Exclamation);
     return std::nullopt;
   }

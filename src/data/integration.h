@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 
+#include "base/translation.h"
 #include "calibration/axis_calibration.h"
 #include "capture/point_store.h"
 #include "desktop/desktop.h"
@@ -14,11 +15,11 @@ namespace graphize {
 /// the limits: after a refused move they are back there.
 struct IntegrateForm {
   std::int16_t Points = 0;
-  std::int16_t LowLimit = 1;                            // SCRL_Min
-  std::int16_t HighLimit = 0;                           // SCRL_Max
-  float Area = 0;                                       // last computed, in X units times Y units
-  std::string Xmin, Xmax;                               // LBL_Xmin, LBL_Xmax
-  std::string AreaText = "Click the integrate button";  // LBL_Area
+  std::int16_t LowLimit = 1;   // SCRL_Min
+  std::int16_t HighLimit = 0;  // SCRL_Max
+  float Area = 0;              // last computed, in X units times Y units
+  std::string Xmin, Xmax;      // LBL_Xmin, LBL_Xmax
+  std::string AreaText = Tr("Click the integrate button");  // LBL_Area
 };
 
 IntegrateForm OpenIntegrate(const PointStore& store);

@@ -4,6 +4,7 @@
 
 #include "base/number_pattern.h"
 #include "base/run_time_error.h"
+#include "base/translation.h"
 
 namespace graphize {
 
@@ -11,9 +12,8 @@ namespace {
 
 void CheckPlaces(const char* setting, int places, int least) {
   if (places >= least && places <= kMaxPlaces) return;
-  throw RunTimeError("The setting " + std::string(setting) + " is " + std::to_string(places) +
-                     "; it must be from " + std::to_string(least) + " to " +
-                     std::to_string(kMaxPlaces) + ".");
+  throw RunTimeError(
+      Tr("The setting %1 is %2; it must be from %3 to %4.", setting, places, least, kMaxPlaces));
 }
 
 std::string Pattern(int digits, int decimals, bool exponent) {

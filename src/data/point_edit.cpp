@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "base/numbers.h"
+#include "base/translation.h"
 
 namespace graphize {
 
@@ -14,7 +15,7 @@ namespace {
 
 using Rows = PointStore::Rows;
 
-constexpr const char* kNoValue = "The axes give no number there: nothing was moved";
+constexpr const char* kNoValue = Marked("The axes give no number there: nothing was moved");
 
 /// Calls visit(id, place) for every row that lies at a place.
 template <class Visit>
@@ -163,20 +164,20 @@ void SelectPoints(PointStore& store, PointSet points) {
 
 std::string MovePoints(PointStore& store, const AxisCalibration& calibration, int width, int height,
                        const PointSet& points, float columns, float rows) {
-  if (!AreListed(store, points)) return "The list has no such points to move";
+  if (!AreListed(store, points)) return Tr("The list has no such points to move");
   const std::vector<PointId> ids = points.Ids();
   std::vector<std::pair<PointId, Place>> places;
   NewValues values(store.Places.size());
   for (const PointId id : ids) {
     if (!HasPlace(store, id))
-      return "These points were captured on another picture: they cannot be moved on this one";
+      return Tr("These points were captured on another picture: they cannot be moved on this one");
     const Place& from = store.Places[id];
     const Place to{Moved(from.Column, columns), Moved(from.Row, rows)};
     if (!(to.Column >= 0 && to.Row >= 0 && to.Column <= static_cast<float>(width - 1) &&
           to.Row <= static_cast<float>(height - 1)))
-      return "Points cannot be moved out of the picture";
+      return Tr("Points cannot be moved out of the picture");
     const GraphValues value = ValuesAt(calibration, to.Column, static_cast<float>(height) - to.Row);
-    if (!std::isfinite(value.X) || !std::isfinite(value.Y)) return kNoValue;
+    if (!std::isfinite(value.X) || !std::isfinite(value.Y)) return Tr(kNoValue);
     places.emplace_back(id, to);
     values[id] = value;
   }
@@ -191,7 +192,7 @@ std::string MovePoints(PointStore& store, const AxisCalibration& calibration, in
 
 std::string DeletePoints(PointStore& store, CommandStates& commands, const PointSet& points,
                          int height) {
-  if (!AreListed(store, points)) return "The list has no such points to delete";
+  if (!AreListed(store, points)) return Tr("The list has no such points to delete");
   store.ListCount =
       ToInt16(TakeOut(points, store.ListCount, store.ListId, store.ListX, store.ListY));
   store.CaptureCount =

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "base/number_pattern.h"
+#include "base/translation.h"
 
 namespace graphize {
 
@@ -88,15 +89,18 @@ std::string HiddenDigits(const PointStore& store, const AxisCalibration& calibra
     missingY = std::max(missingY, missing(store.ListY[i], formats.Y, pixels[i - 1].Y));
   }
   std::string needed;
-  const auto name = [&](const char* axis, int count) {
-    if (!needed.empty()) needed += " and ";
-    needed += std::to_string(count) + (count == 1 ? " decimal for " : " decimals for ") + axis;
+  const auto name = [&](const std::string& decimals) {
+    needed = needed.empty() ? decimals : Tr("%1 and %2", needed, decimals);
   };
-  if (missingX > 0) name("X", settings.XDecimals + missingX);
-  if (missingY > 0) name("Y", settings.YDecimals + missingY);
+  if (missingX > 0)
+    name(TrCount("%1 decimal for X", "%1 decimals for X", settings.XDecimals + missingX));
+  if (missingY > 0)
+    name(TrCount("%1 decimal for Y", "%1 decimals for Y", settings.YDecimals + missingY));
   if (needed.empty()) return {};
-  return "The number format hides digits: neighbouring pixels may be saved as one number. " +
-         needed + " would show them.";
+  return Tr(
+      "The number format hides digits: neighbouring pixels may be saved as one number. %1 would "
+      "show them.",
+      needed);
 }
 
 }  // namespace graphize

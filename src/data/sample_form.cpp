@@ -7,6 +7,7 @@
 
 #include "base/number_pattern.h"
 #include "base/numbers.h"
+#include "base/translation.h"
 
 namespace graphize {
 
@@ -50,7 +51,7 @@ void ShowStep(SampleForm& form) {
 /// A count below 2, or none, is told with the text it came from and becomes 2.
 double UsableCount(double count, const std::string& entered, const Desktop& desktop) {
   if (count >= 2) return count;
-  Tell(desktop, entered + "\r\nError in sampling parameters\r\nSetting n=2",
+  Tell(desktop, Tr("%1\r\nError in sampling parameters\r\nSetting n=2", entered),
        MessageIcon::Exclamation);
   return 2;
 }
@@ -93,8 +94,8 @@ std::string HintOnCourse(const PointStore& store) {
   for (int i = 2; i <= store.CaptureCount; ++i) {
     if (falls ? xs[i] < xs[i - 1] : xs[i] > xs[i - 1]) continue;
     const bool turns = falls ? xs[i] > xs[i - 1] : xs[i] < xs[i - 1];
-    return std::string(turns ? "X turns back" : "X does not change") + " at captured point " +
-           std::to_string(i) + (turns ? ": one of several Y is taken." : ".");
+    return turns ? Tr("X turns back at captured point %1: one of several Y is taken.", i)
+                 : Tr("X does not change at captured point %1.", i);
   }
   return {};
 }
@@ -122,22 +123,19 @@ bool GoesBeyond(float minX, float maxX, const PointStore& store) {
 
 /// One line on what will not work well, the worst first; empty when all is well.
 std::string HintOf(const SampleForm& form, const PointStore& store) {
-  if (UnusableLimit(form)) return "Min X and Max X must be numbers.";
+  if (UnusableLimit(form)) return Tr("Min X and Max X must be numbers.");
   const float minX = ReadSingle(form.MinXBox), maxX = ReadSingle(form.MaxXBox);
   if (form.SampleXLog && !(minX > 0 && maxX > 0))
-    return "X - Log needs a Min X and a Max X above 0.";
-  const auto notAbove0 = [](const char* axis, int point) {
-    return std::string(axis) + " of point " + std::to_string(point) + " is not above 0.";
-  };
+    return Tr("X - Log needs a Min X and a Max X above 0.");
   if (form.SampleXLog)
     if (const int i = FirstWithoutLog(store.CaptureX, store.CaptureCount))
-      return notAbove0("X - Log: X", i);
+      return Tr("X - Log: X of point %1 is not above 0.", i);
   if (form.SampleYLog)
     if (const int i = FirstWithoutLog(store.CaptureY, store.CaptureCount))
-      return notAbove0("Y - Log: Y", i);
-  if (minX == maxX) return "Min X equals Max X: all rows are the same.";
+      return Tr("Y - Log: Y of point %1 is not above 0.", i);
+  if (minX == maxX) return Tr("Min X equals Max X: all rows are the same.");
   if (GoesBeyond(minX, maxX, store))
-    return "X goes beyond the captured points: the segments at the ends are extended.";
+    return Tr("X goes beyond the captured points: the segments at the ends are extended.");
   return HintOnCourse(store);
 }
 
@@ -186,10 +184,10 @@ std::string ShowReadLimits(SampleForm& form) {
     if (!FindLeadingNumber(box) || !std::isfinite(ReadSingle(box)) || ReadTyped(box).IsPlain)
       return;
     box = ShortestText(ReadSingle(box));
-    note += std::string(caption) + " was read as " + box + ". ";
+    note += Tr("%1 was read as %2.", Tr(caption), box) + " ";
   };
-  read(form.MinXBox, "Min X");
-  read(form.MaxXBox, "Max X");
+  read(form.MinXBox, Marked("Min X"));
+  read(form.MaxXBox, Marked("Max X"));
   return note;
 }
 
@@ -225,7 +223,7 @@ bool CalculateStep(SampleForm& form, const PointStore& store, const Desktop& des
 std::optional<SampleEnd> ReSample(SampleForm& form, PointStore& store, bool RefreshList,
                                   const Desktop& desktop) {
   if (const std::string* limit = UnusableLimit(form)) {
-    Tell(desktop, *limit + "\r\nError in sampling parameters", MessageIcon::Exclamation);
+    Tell(desktop, Tr("%1\r\nError in sampling parameters", *limit), MessageIcon::Exclamation);
     return std::nullopt;
   }
   if (!CalculateStep(form, store, desktop)) return std::nullopt;

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "base/decimal_scale.h"
+#include "base/translation.h"
 
 namespace graphize {
 
@@ -43,7 +44,7 @@ std::string Quoted(std::string_view text) {
 }
 
 std::string TooMany() {
-  return "The X grid has more than " + std::to_string(kMostGridX) + " values.";
+  return Tr("The X grid has more than %1 values.", kMostGridX);
 }
 
 /// The range's values behind the others; what is wrong with it, else an empty text.
@@ -52,16 +53,16 @@ std::string AddRange(std::string_view item, std::vector<double>& values) {
   std::array<double, 3> numbers{};
   for (double& number : numbers) {
     const auto read = ReadNumber(NextPart(rest, ":"));
-    if (!read) return Quoted(item) + " is no range first:step:last.";
+    if (!read) return Tr("%1 is no range first:step:last.", Quoted(item));
     number = *read;
   }
   if (!rest.empty() || std::count(item.begin(), item.end(), ':') != 2)
-    return Quoted(item) + " is no range first:step:last.";
+    return Tr("%1 is no range first:step:last.", Quoted(item));
   const auto [first, step, last] = numbers;
-  if (step == 0) return "The step of " + Quoted(item) + " is 0.";
+  if (step == 0) return Tr("The step of %1 is 0.", Quoted(item));
   // A little more, so that rounding does not take the last value away.
   const double steps = std::floor((last - first) / step + 1e-6);
-  if (steps < 0) return "The step of " + Quoted(item) + " leads away from its end.";
+  if (steps < 0) return Tr("The step of %1 leads away from its end.", Quoted(item));
   if (!(steps + static_cast<double>(values.size()) < kMostGridX)) return TooMany();
   const double scale = DecimalScale(first, step);
   const double start = std::nearbyint(first * scale), stride = std::nearbyint(step * scale);
@@ -85,7 +86,7 @@ XGrid ReadXGrid(std::string_view text) {
       if (word.empty()) continue;
       const auto value = ReadNumber(word);
       if (!value)
-        grid.Fault = Quoted(word) + " is no number.";
+        grid.Fault = Tr("%1 is no number.", Quoted(word));
       else if (grid.Values.size() >= kMostGridX)
         grid.Fault = TooMany();
       else

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <vector>
 
+#include "base/translation.h"
+
 namespace graphize {
 
 namespace {
@@ -33,19 +35,30 @@ std::string Refusal(const FileQuestion& question, const std::filesystem::path& a
   const std::vector<std::string> endings = EndingsOf(question.Filters);
   for (const std::string& ending : endings) {
     if (own == "." + ending) return {};
-    types += (types.empty() ? "" : &ending == &endings.back() ? " or " : ", ") + ending;
+    if (types.empty())
+      types = ending;
+    else
+      types = &ending == &endings.back() ? Tr("%1 or %2", types, ending) : types + ", " + ending;
   }
-  return "The name must end in one of the types " + types + ".";
+  return Tr("The name must end in one of the types %1.", types);
 }
 
 void Tell(const Desktop& desktop, const std::string& text, MessageIcon icon) {
   desktop.ShowMessage({.Text = text, .Icon = icon});
 }
 
+void Tell(const Desktop& desktop, const char* english, MessageIcon icon) {
+  Tell(desktop, Tr(english), icon);
+}
+
 bool AskYesNo(const Desktop& desktop, const std::string& text) {
   return desktop.ShowMessage(
              {.Text = text, .Icon = MessageIcon::Question, .Buttons = MessageButtons::YesNo}) ==
          Answer::Yes;
+}
+
+bool AskYesNo(const Desktop& desktop, const char* english) {
+  return AskYesNo(desktop, Tr(english));
 }
 
 }  // namespace graphize

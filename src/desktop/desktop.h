@@ -85,9 +85,11 @@ struct Desktop {
   std::function<bool(const std::vector<OutsideProgram>& programs)> StartProgram;
 };
 
-/// The common forms of a message.
+/// The common forms of a message. A literal is translated.
 void Tell(const Desktop& desktop, const std::string& text,
           MessageIcon icon = MessageIcon::Information);
+void Tell(const Desktop& desktop, const char* english, MessageIcon icon = MessageIcon::Information);
 bool AskYesNo(const Desktop& desktop, const std::string& text);
+bool AskYesNo(const Desktop& desktop, const char* english);
 
 }  // namespace graphize

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "base/translation.h"
 #include "grid/grid_search.h"
 #include "grid/line_thickness.h"
 #include "grid/stroke_protection.h"
@@ -17,7 +18,7 @@ namespace {
 class Progress {
  public:
   Progress(const Desktop& desktop, StatusBar& status) : desktop_(desktop), status_(status) {
-    status_.Status = "Removing grid lines please wait...";
+    status_.Status = Tr("Removing grid lines please wait...");
     status_.ProgressVisible = true;
     status_.ProgressValue = 0;
   }
@@ -46,12 +47,13 @@ void Refresh(const BlackMap& map, GridLine& line) {
 }
 
 std::string ResultText(const GridRemoval& removal, GridDirection direction) {
-  const std::string name = direction == GridDirection::X ? "X grid line" : "Y grid line";
-  std::string lines =
-      std::to_string(removal.Lines) + " " + name + (removal.Lines == 1 ? "" : "s") + " removed";
-  if (removal.Stopped) return "Stopped: " + lines;
+  const bool isX = direction == GridDirection::X;
+  const std::string lines =
+      isX ? TrCount("%1 X grid line removed", "%1 X grid lines removed", removal.Lines)
+          : TrCount("%1 Y grid line removed", "%1 Y grid lines removed", removal.Lines);
+  if (removal.Stopped) return Tr("Stopped: %1", lines);
   if (removal.Lines > 0) return lines;
-  return "No " + name + "s found";
+  return isX ? Tr("No X grid lines found") : Tr("No Y grid lines found");
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "base/translation.h"
+
 namespace graphize {
 
 namespace {
@@ -16,16 +18,16 @@ AmountKind AmountOf(PictureTool tool) {
   switch (tool) {
     case PictureTool::Blur:
     case PictureTool::Negate:
-      return {"Amount", 0, 10, false};
+      return {Marked("Amount"), 0, 10, false};
     case PictureTool::EdgeDetect:
     case PictureTool::Sharpen:
     case PictureTool::Soften:
-      return {"Amount", 0, 10, true};
+      return {Marked("Amount"), 0, 10, true};
     case PictureTool::Resize:
     case PictureTool::Stretch:
-      return {"Amount (%)", 0, 300, true};
+      return {Marked("Amount (%)"), 0, 300, true};
     case PictureTool::Rotate:
-      return {"Amount (Deg)", -180, 180, true};
+      return {Marked("Amount (Deg)"), -180, 180, true};
   }
   return {};
 }
@@ -34,22 +36,26 @@ AmountKind AmountOf(PictureTool tool) {
 
 const ToolTexts& TextsOf(PictureTool tool) {
   static constexpr ToolTexts kTexts[kPictureTools] = {
-      {"blur", "Blure", "Bluring image...", "Bluring completed",
-       "Evens out grain and dots: each pixel becomes the mean of 5 x 5."},
-      {"edge-detect", "Edge Detect", "Detecting Edges...", "Detect Edges completed",
-       "Shows outlines bright on black. Negate makes them dark on white."},
-      {"negate", "Negate", "Negating...", "Negate completed",
-       "Exchanges light and dark. Only black is followed by tracers: use it for white curves."},
-      {"sharpen", "Sharpen", "Sharpening Image...", "Sharpening completed",
-       "Makes soft edges steeper. 0 changes nothing."},
-      {"soften", "Soften", "Softening Image...", "Softening completed",
-       "A gentle blur: each pixel moves towards the mean of 3 x 3. 0 changes nothing."},
-      {"resize", "Resize", "Resizing Image...", "Resize completed",
-       "Scales the picture smoothly. 100 keeps its size. Define the axes afterwards."},
-      {"stretch", "Stretch", "Stretching Image...", "",
-       "Scales the picture by repeating or leaving out pixels. Define the axes afterwards."},
-      {"rotate", "Rotate", "Rotating Image...", "Rotate completed",
-       "Turns the picture clockwise, on white. Steps of 90 are exact. Define the axes afterwards."},
+      {"blur", Marked("Blure"), Marked("Bluring image..."), Marked("Bluring completed"),
+       Marked("Evens out grain and dots: each pixel becomes the mean of 5 x 5.")},
+      {"edge-detect", Marked("Edge Detect"), Marked("Detecting Edges..."),
+       Marked("Detect Edges completed"),
+       Marked("Shows outlines bright on black. Negate makes them dark on white.")},
+      {"negate", Marked("Negate"), Marked("Negating..."), Marked("Negate completed"),
+       Marked("Exchanges light and dark. Only black is followed by tracers: use it for white "
+              "curves.")},
+      {"sharpen", Marked("Sharpen"), Marked("Sharpening Image..."), Marked("Sharpening completed"),
+       Marked("Makes soft edges steeper. 0 changes nothing.")},
+      {"soften", Marked("Soften"), Marked("Softening Image..."), Marked("Softening completed"),
+       Marked("A gentle blur: each pixel moves towards the mean of 3 x 3. 0 changes nothing.")},
+      {"resize", Marked("Resize"), Marked("Resizing Image..."), Marked("Resize completed"),
+       Marked("Scales the picture smoothly. 100 keeps its size. Define the axes afterwards.")},
+      {"stretch", Marked("Stretch"), Marked("Stretching Image..."), "",
+       Marked(
+           "Scales the picture by repeating or leaving out pixels. Define the axes afterwards.")},
+      {"rotate", Marked("Rotate"), Marked("Rotating Image..."), Marked("Rotate completed"),
+       Marked("Turns the picture clockwise, on white. Steps of 90 are exact. Define the axes "
+              "afterwards.")},
   };
   return kTexts[static_cast<int>(tool)];
 }

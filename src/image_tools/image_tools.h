@@ -11,7 +11,7 @@ namespace graphize {
 /// The window FRM_ImageTools.
 struct ImageToolsForm {
   PictureTool Tool = PictureTool::Blur;  // the pressed ToolOption
-  std::string AmountCaption = "Amount";  // FRM_Amount
+  std::string AmountCaption = "Amount";  // FRM_Amount, in English
   int Minimum = 0, Maximum = 10;         // LBL_Min, LBL_Max
   int Amount = 5;                        // ToolAmount, LBL_Amount
   bool AmountEnabled = false;
@@ -21,7 +21,8 @@ struct ImageToolsForm {
   bool Busy = false;                            // a tool runs
 };
 
-/// What a tool is called, and what is said while it runs and afterwards.
+/// What a tool is called, and what is said while it runs and afterwards: texts to be translated
+/// where they are shown.
 struct ToolTexts {
   const char* Name;  // in recipes
   const char* Caption;

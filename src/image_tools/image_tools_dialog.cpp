@@ -9,6 +9,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "base/translation.h"
 #include "widgets/show.h"
 
 namespace graphize {
@@ -46,11 +47,11 @@ QWidget* ImageToolsDialog::MakeTools() {
   auto* column = new QVBoxLayout(tools_);
   for (int i = 0; i < kPictureTools; ++i) {
     const ToolTexts& texts = TextsOf(static_cast<PictureTool>(i));
-    auto* option = new QRadioButton(QString::fromLatin1(texts.Caption));
+    auto* option = new QRadioButton(tr(texts.Caption));
     option->setObjectName(MemberName("ToolOption", i));
-    option->setToolTip(QString::fromLatin1(texts.Hint));
+    option->setToolTip(tr(texts.Hint));
     connect(option, &QRadioButton::clicked, this, [this, i] { emit ToolChosen(i); });
-    column->addWidget(option);
+    column->addWidget(option, 0, Qt::AlignLeft);  // as wide as what answers to a click
     toolOption_[static_cast<std::size_t>(i)] = option;
   }
   return tools_;
@@ -82,7 +83,7 @@ QWidget* ImageToolsDialog::MakeAmount() {
 
 void ImageToolsDialog::Render(const ImageToolsForm& form) {
   toolOption_[static_cast<std::size_t>(form.Tool)]->setChecked(true);
-  if (const QString caption = ToQString(form.AmountCaption); amountFrame_->title() != caption)
+  if (const QString caption = tr(form.AmountCaption.c_str()); amountFrame_->title() != caption)
     amountFrame_->setTitle(caption);
   {
     const QSignalBlocker quiet(toolAmount_);
@@ -94,8 +95,8 @@ void ImageToolsDialog::Render(const ImageToolsForm& form) {
   Show(max_, std::to_string(form.Maximum));
   Show(amount_, std::to_string(form.Amount));
   Show(hint_, form.Busy
-                  ? "Working on the picture. Escape stops it and leaves the picture as it was."
-                  : TextsOf(form.Tool).Hint);
+                  ? Tr("Working on the picture. Escape stops it and leaves the picture as it was.")
+                  : Tr(TextsOf(form.Tool).Hint));
   RenderBusy(form.Busy);
   Enable(toolAmount_, form.AmountEnabled);
   for (QLabel* label : {min_, max_, amount_}) Enable(label, form.AmountEnabled);

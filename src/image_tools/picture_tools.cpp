@@ -4,6 +4,7 @@
 #include <fstream>
 #include <limits>
 
+#include "base/translation.h"
 #include "image_tools/colour_reduction.h"
 #include "image_tools/neighbourhood_filters.h"
 #include "image_tools/scaling.h"
@@ -74,19 +75,21 @@ bool IsTooSmall(PictureTool tool, int amount, PictureSize size) {
 
 std::string ResultRefusal(PictureTool tool, int amount, PictureSize size, std::int64_t freeMemory) {
   const auto [width, height] = ResultSize(tool, amount, size);
-  const std::string result = "The picture would be too large: " + std::to_string(width) + " x " +
-                             std::to_string(height) + " pixels";
   if (std::max(width, height) > kMaxPictureSide)
-    return result + ", and neither width nor height may be more than " +
-           std::to_string(kMaxPictureSide) + ".";
+    return Tr(
+        "The picture would be too large: %1 x %2 pixels, and neither width nor height may be more "
+        "than %3.",
+        width, height, kMaxPictureSide);
   const std::int64_t pixels = width * height;
   if (pixels > kMaxResultPixels)
-    return result + " are " + std::to_string(pixels / 1'000'000) + " million, and at most " +
-           std::to_string(kMaxResultPixels / 1'000'000) + " million are possible.";
+    return Tr(
+        "The picture would be too large: %1 x %2 pixels are %3 million, and at most %4 million are "
+        "possible.",
+        width, height, pixels / 1'000'000, kMaxResultPixels / 1'000'000);
   const std::int64_t needed = 4 * pixels;
   if (needed > freeMemory)
-    return "There is not enough memory: the picture needs " + std::to_string(Megabytes(needed)) +
-           " MB, and " + std::to_string(Megabytes(freeMemory)) + " MB are free.";
+    return Tr("There is not enough memory: the picture needs %1 MB, and %2 MB are free.",
+              Megabytes(needed), Megabytes(freeMemory));
   return {};
 }
 

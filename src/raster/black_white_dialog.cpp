@@ -13,6 +13,7 @@
 #include <cmath>
 #include <utility>
 
+#include "base/translation.h"
 #include "widgets/show.h"
 
 namespace graphize {
@@ -104,8 +105,8 @@ BlackWhiteDialog::BlackWhiteDialog(QWidget* parent)
   auto* column = static_cast<QVBoxLayout*>(layout());
   preview_ = new Preview(this);
   column->addWidget(preview_, 1);
-  const char* const captions[] = {QT_TR_NOOP("&Fixed threshold"),
-                                  QT_TR_NOOP("&Local threshold, for uneven light and faded scans")};
+  const char* const captions[] = {Marked("&Fixed threshold"),
+                                  Marked("&Local threshold, for uneven light and faded scans")};
   for (int i = 0; i < 2; ++i) {
     auto* option = new QRadioButton(tr(captions[i]));
     option->setObjectName(MemberName("OPT_Threshold", i));
@@ -153,10 +154,11 @@ void BlackWhiteDialog::Render(const BlackWhiteForm& form) {
   for (QRadioButton* option : threshold_) Enable(option, form.CanReduce);
   Enable(reduce_, form.CanReduce);
   Show(shown_, std::to_string(form.Threshold));
-  Show(hint_, form.CanReduce
-                  ? "Tracers and scan follow only what is black."
-                  : "The picture is black and white already. Reload Image (F5) brings its colours "
-                    "back.");
+  Show(hint_,
+       form.CanReduce
+           ? Tr("Tracers and scan follow only what is black.")
+           : Tr("The picture is black and white already. Reload Image (F5) brings its colours "
+                "back."));
   histogram_->Look(form.Histogram, isFixed ? form.Threshold : 0);
   preview_->Look(form.Preview, form.Changes);
 }

@@ -12,6 +12,7 @@
 #include <system_error>
 
 #include "base/run_time_error.h"
+#include "base/translation.h"
 
 namespace graphize {
 
@@ -51,24 +52,25 @@ auto RunBeside(const PictureProgress& progress, const Work& work) {
   return result.get();
 }
 
-/// Runs `work`; its errors get `lead` and the file's name in front of their reason.
+/// Runs `work`; its errors get a sentence in front of their reason, with the file's name as its %1.
 template <class Work>
-auto NamingTheFile(std::string_view lead, const std::filesystem::path& path, const Work& work) {
-  const auto error = [&](const char* reason) {
-    return RunTimeError(std::string(lead) + " \"" + path.filename().string() + "\".\r\n" + reason);
+auto NamingTheFile(const char* sentence, const std::filesystem::path& path, const Work& work) {
+  const auto error = [&](const std::string& reason) {
+    const std::string text = Tr(sentence, path.filename().string()) + "\r\n" + reason;
+    return RunTimeError(text);
   };
   try {
     return work();
   } catch (const RunTimeError& reason) {
     throw error(reason.what());
   } catch (const std::bad_alloc&) {
-    throw error("There is not enough memory.");
+    throw error(Tr("There is not enough memory."));
   }
 }
 
 /// What the system gives as its reason, when it gives one.
 inline void ThrowSystemError(const std::error_code& failure) {
-  if (failure) throw RunTimeError(failure.message() + ".");
+  if (failure) throw RunTimeError(failure.message() + '.');
 }
 
 }  // namespace graphize

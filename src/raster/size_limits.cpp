@@ -1,27 +1,29 @@
 #include "raster/size_limits.h"
 
+#include "base/translation.h"
+
 namespace graphize {
 
 std::string SizeRule() {
-  return "Width and height may be at most " + std::to_string(kMaxPictureSide) +
-         " pixels, and all together at most " + std::to_string(kMaxPicturePixels / 1'000'000) +
-         " million.";
+  return Tr("Width and height may be at most %1 pixels, and all together at most %2 million.",
+            kMaxPictureSide, kMaxPicturePixels / 1'000'000);
 }
 
 namespace {
 
 std::string RefusalOf(std::int64_t width, std::int64_t height, std::int64_t maxSide) {
-  const std::string size = std::to_string(width) + " x " + std::to_string(height);
   if (width < 1 || height < 1)
-    return "The file is damaged: its picture would be " + size + " pixels.";
+    return Tr("The file is damaged: its picture would be %1 x %2 pixels.", width, height);
   if (width > maxSide || height > maxSide)
-    return "The picture is too large: it is " + size +
-           " pixels, and neither width nor height may " + "be more than " +
-           std::to_string(maxSide) + ".";
+    return Tr(
+        "The picture is too large: it is %1 x %2 pixels, and neither width nor height may be more "
+        "than %3.",
+        width, height, maxSide);
   if (width * height > kMaxPicturePixels)
-    return "The picture is too large: it is " + size + " pixels, which is " +
-           std::to_string(width * height / 1'000'000) + " million, and at most " +
-           std::to_string(kMaxPicturePixels / 1'000'000) + " million can be opened.";
+    return Tr(
+        "The picture is too large: it is %1 x %2 pixels, which is %3 million, and at most %4 "
+        "million can be opened.",
+        width, height, width * height / 1'000'000, kMaxPicturePixels / 1'000'000);
   return {};
 }
 

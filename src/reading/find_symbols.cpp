@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "base/bit_map.h"
+#include "base/translation.h"
 #include "reading/plot_lines.h"
 #include "reading/symbol_search.h"
 
@@ -178,10 +179,10 @@ bool IsBesideLetters(const InkMap& map, const SymbolMatch& match, const SymbolSh
 }
 
 std::string DoubtOf(const SymbolMatch& match, double cut) {
-  if (match.Visible < 0.65) return "partly hidden";
-  if (match.Overlapped > 0.5) return "mostly under another one";
-  if (match.Missing > 0.5 * cut && match.Missing > 0.08) return "part of it is missing";
-  if (match.Excess > 0.5 * cut && match.Excess > 0.08) return "something hangs on to it";
+  if (match.Visible < 0.65) return Tr("partly hidden");
+  if (match.Overlapped > 0.5) return Tr("mostly under another one");
+  if (match.Missing > 0.5 * cut && match.Missing > 0.08) return Tr("part of it is missing");
+  if (match.Excess > 0.5 * cut && match.Excess > 0.08) return Tr("something hangs on to it");
   return "";
 }
 
@@ -192,8 +193,7 @@ SymbolFinding FindSymbols(const Raster& picture, const AxisCalibration& calibrat
   const double x = request.X, y = request.Y;
   SymbolFinding finding;
   const auto refused = [&](const std::string& found) {
-    finding.Refusal = "at " + std::to_string(std::lround(x)) + "," +
-                      std::to_string(std::lround(y)) + " there is " + found;
+    finding.Refusal = Tr("at %1,%2 there is %3", std::lround(x), std::lround(y), found);
     return finding;
   };
   const auto stopped = [] {
@@ -207,8 +207,8 @@ SymbolFinding FindSymbols(const Raster& picture, const AxisCalibration& calibrat
   std::optional<Ink> ink = InkAt(picture, paper, directions, x, y, kNearReach);
   if (!ink) ink = InkAt(picture, paper, directions, x, y, kFarReach);
   if (!ink)
-    return refused(directions.empty() ? "no symbol: the picture has one colour"
-                                      : "only paper, no symbol");
+    return refused(directions.empty() ? Tr("no symbol: the picture has one colour")
+                                      : Tr("only paper, no symbol"));
   operation.To = 0.5;
   InkMap map = MapOf(picture, paper, directions, *ink, 1, operation);
   if (operation.Stopped) return stopped();
@@ -254,10 +254,11 @@ SymbolFinding FindSymbols(const Raster& picture, const AxisCalibration& calibrat
          .Y = py,
          .Sigma = std::hypot(wider * match.Sigma, shape.IsHard ? kHardSigma : kLeastSigma),
          .Score = std::clamp(1 - match.Mismatch(), 0.0, 1.0),
-         .Doubt = IsBesideLetters(map, match, shape, matches) ? "beside letters, as in a legend"
+         .Doubt = IsBesideLetters(map, match, shape, matches) ? Tr("beside letters, as in a legend")
                                                               : DoubtOf(match, cut)});
   }
-  if (finding.Symbols.empty()) return refused("nothing that could be told from its surroundings");
+  if (finding.Symbols.empty())
+    return refused(Tr("nothing that could be told from its surroundings"));
   std::sort(finding.Symbols.begin(), finding.Symbols.end(),
             [](const FoundSymbol& a, const FoundSymbol& b) {
               return std::pair(a.X, a.Y) < std::pair(b.X, b.Y);

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "base/bit_map.h"
+#include "base/translation.h"
 #include "reading/free_follower.h"
 #include "reading/plot_lines.h"
 #include "reading/stroke_crossings.h"
@@ -254,7 +255,7 @@ CurveReading ReadCurve(const Raster& picture, const AxisCalibration& calibration
   const double x = request.X, y = request.Y;
   CurveReading reading;
   const auto refused = [&](const std::string& found) {
-    reading.Refusal = "at " + PlaceText(x, y) + " there is " + found;
+    reading.Refusal = Tr("at %1 there is %2", PlaceText(x, y), found);
     return std::move(reading);
   };
   const auto stopped = [] {
@@ -268,8 +269,8 @@ CurveReading ReadCurve(const Raster& picture, const AxisCalibration& calibration
   if (operation.Stopped) return stopped();
   const std::optional<Ink> ink = InkAt(picture, paper, directions, x, y, kClickReach);
   if (!ink)
-    return refused(directions.empty() ? "no curve: the picture has one colour"
-                                      : "only paper, no curve");
+    return refused(directions.empty() ? Tr("no curve: the picture has one colour")
+                                      : Tr("only paper, no curve"));
   operation.To = 0.6;
   reading.Map = MapOf(picture, paper, directions, *ink, request.Tolerance, operation);
   InkMap& map = reading.Map;
@@ -281,8 +282,9 @@ CurveReading ReadCurve(const Raster& picture, const AxisCalibration& calibration
   const int column = static_cast<int>(std::lround(x)), row = static_cast<int>(std::lround(y));
   const std::optional<PathPixel> start = StartNear(map, x, y);
   if (!start) {
-    if (map.At(column, row) == InkMap::kWall) return refused("the frame, or what lies outside it");
-    return refused("a line of the grid or the frame, no curve");
+    if (map.At(column, row) == InkMap::kWall)
+      return refused(Tr("the frame, or what lies outside it"));
+    return refused(Tr("a line of the grid or the frame, no curve"));
   }
   Followed followed = FollowSomehow(map, *start, request.Through, operation);
   if (operation.Stopped) return stopped();
@@ -299,23 +301,24 @@ CurveReading ReadCurve(const Raster& picture, const AxisCalibration& calibration
   if (std::max(right - left, bottom - top) < kLeastExtent) {
     followed.Walls.TakeDown(map);
     reading.Points.clear();
-    return refused("too little ink for a curve: a letter or a symbol");
+    return refused(Tr("too little ink for a curve: a letter or a symbol"));
   }
   const CurvePoint& worst = *std::ranges::max_element(
       reading.Points, {}, [](const CurvePoint& at) { return at.IsBridged ? at.Sigma : 0; });
   if (worst.IsBridged && worst.Sigma > kMostGuessed)
-    reading.Doubts.push_back("at " + PlaceText(worst.X, worst.Y) +
-                             " the curve is not seen, and may be off by " +
-                             std::to_string(std::lround(2 * worst.Sigma)) + " pixels");
+    reading.Doubts.push_back(TrCount("at %2 the curve is not seen, and may be off by %1 pixel",
+                                     "at %2 the curve is not seen, and may be off by %1 pixels",
+                                     std::lround(2 * worst.Sigma), PlaceText(worst.X, worst.Y)));
   for (const PathPixel& at : request.Through)
     if (!LeadsThrough(reading.Points, at))
-      reading.Doubts.push_back("the curve was not found to go through " + PlaceText(at.X, at.Y));
+      reading.Doubts.push_back(
+          Tr("the curve was not found to go through %1", PlaceText(at.X, at.Y)));
   const InkCount found = CountInk(map, followed.Samples, followed.Kind);
   followed.Walls.TakeDown(map);
   if (found.Left > 0.2 * found.Taken)
     reading.Doubts.push_back(
-        "ink of its colour that joins the curve is left out: where a curve turns back or branches, "
-        "one way is followed");
+        Tr("ink of its colour that joins the curve is left out: where a curve turns back or "
+           "branches, one way is followed"));
   operation.Advance(1);
   return reading;
 }

@@ -6,6 +6,7 @@
 #include <limits>
 #include <optional>
 
+#include "base/translation.h"
 #include "reading/polynomial.h"
 #include "reading/stroke_fit.h"
 
@@ -195,8 +196,8 @@ class Crossings {
       }
       from = crossing->End;
       if (choice.IsDoubtful)
-        doubts.push_back("at " + std::to_string(at.X) + "," + std::to_string(at.Y) +
-                         " the curve meets another of its colour, and either may go on");
+        doubts.push_back(
+            Tr("at %1,%2 the curve meets another of its colour, and either may go on", at.X, at.Y));
       if (choice.IsOther) {
         walls.TakeOver(WallAcross(map_, samples, crossing->End + 1, 1));
         half.Path = Rerouted(half.Path, Index(samples[crossing->First - 1]),

@@ -6,6 +6,8 @@
 #include <numbers>
 #include <optional>
 
+#include "base/translation.h"
+
 namespace graphize {
 
 namespace {
@@ -317,8 +319,9 @@ std::variant<std::vector<SymbolShape>, std::string> ShapesAt(const InkMap& map, 
       start = {u, v};
     }
   if (!start || (isHidden && std::hypot(start->X, start->Y) > 7)) {
-    if (map.At(column, row) == InkMap::kWall) return "the frame, or what lies outside it";
-    return isHidden ? "a line of the grid or the frame, no symbol" : "only paper, no symbol";
+    if (map.At(column, row) == InkMap::kWall) return Tr("the frame, or what lies outside it");
+    return isHidden ? Tr("a line of the grid or the frame, no symbol")
+                    : Tr("only paper, no symbol");
   }
   const auto isInk = [&](int u, int v) { return cutting.IsInk(u, v); };
   const Area component = Connected(cutting, *start, isInk);
@@ -327,7 +330,7 @@ std::variant<std::vector<SymbolShape>, std::string> ShapesAt(const InkMap& map, 
                      box.Top <= -cutting.Radius() || box.Bottom >= cutting.Radius();
   if (!isCut && box.Extent() <= largest) {
     SymbolShape shape = ShapeOf(cutting, component, true);
-    if (shape.Size() < kLeastExtent) return "a speck, too small for a symbol";
+    if (shape.Size() < kLeastExtent) return Tr("a speck, too small for a symbol");
     return std::vector{std::move(shape)};
   }
 
@@ -405,7 +408,7 @@ std::variant<std::vector<SymbolShape>, std::string> ShapesAt(const InkMap& map, 
     });
     shapes.push_back(ShapeOf(cutting, disc, false));
   }
-  if (shapes.empty()) return "a curve, no symbol";
+  if (shapes.empty()) return Tr("a curve, no symbol");
   return shapes;
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/translation.h"
 #include "scanner/scan_page.h"
 
 namespace graphize {
@@ -26,8 +27,8 @@ std::vector<double> ChoicesOf(const ScanAbilities& can) {
 
 std::string SizeOf(const ScanAbilities& can) {
   if (can.Width < 1) return {};
-  if (can.Height < 1) return std::to_string(can.Width) + " pixels wide, as long as you scan";
-  return std::to_string(can.Width) + " x " + std::to_string(can.Height) + " pixels";
+  if (can.Height < 1) return Tr("%1 pixels wide, as long as you scan", can.Width);
+  return Tr("%1 x %2 pixels", can.Width, can.Height);
 }
 
 /// The part of the stretch from `start` that lies in the range.

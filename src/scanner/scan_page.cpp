@@ -5,6 +5,7 @@
 #include <string>
 #include <utility>
 
+#include "base/translation.h"
 #include "raster/size_limits.h"
 #include "scanner/scanner.h"
 
@@ -35,11 +36,10 @@ std::size_t LeastBytes(const ScanFrame& frame) {
 
 std::string RefusalOf(const ScanFrame& frame) {
   if (frame.Depth != 1 && frame.Depth != 8 && frame.Depth != 16)
-    return "The scanner sends " + std::to_string(frame.Depth) +
-           " bits per colour; only 1, 8 and 16 can be read.";
+    return Tr("The scanner sends %1 bits per colour; only 1, 8 and 16 can be read.", frame.Depth);
   if (frame.Width < 1 || frame.Lines < -1 || frame.Lines == 0 || frame.BytesPerLine < 1 ||
       static_cast<std::size_t>(frame.BytesPerLine) < LeastBytes(frame))
-    return "The scanner announces a picture that cannot be.";
+    return Tr("The scanner announces a picture that cannot be.");
   return {};
 }
 
@@ -173,9 +173,8 @@ void ScanPage::Grow() {
 void ScanPage::EndFrame() {
   const int wanted = std::max(height_ < 0 ? frame_.Lines : height_, 1);
   if (rows_ < wanted)
-    throw RunTimeError(rows_ == 0 ? "The scanner sent no picture."
-                                  : "The scanner sent only " + std::to_string(rows_) + " of " +
-                                        std::to_string(wanted) + " lines.");
+    throw RunTimeError(rows_ == 0 ? Tr("The scanner sent no picture.")
+                                  : Tr("The scanner sent only %1 of %2 lines.", rows_, wanted));
   height_ = rows_;
 }
 

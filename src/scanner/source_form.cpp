@@ -2,14 +2,16 @@
 
 #include <utility>
 
+#include "base/translation.h"
+
 namespace graphize {
 
 void BeginLooking(SourceForm& form) {
   form.Sources.clear();
   form.Selected = -1;
   form.Looking = true;
-  form.Hint =
-      form.Network ? "Looking for scanners, in the network, too ..." : "Looking for scanners ...";
+  form.Hint = form.Network ? Tr("Looking for scanners, in the network, too ...")
+                           : Tr("Looking for scanners ...");
 }
 
 void ShowSources(SourceForm& form, std::vector<ScanSource> sources, const std::string& chosen) {
@@ -18,9 +20,9 @@ void ShowSources(SourceForm& form, std::vector<ScanSource> sources, const std::s
   for (std::size_t i = 0; i < form.Sources.size(); ++i)
     if (form.Sources[i].Name == chosen) form.Selected = static_cast<int>(i);
   if (form.Sources.empty())
-    form.Hint = "No scanner was found. Is it switched on and connected?";
+    form.Hint = Tr("No scanner was found. Is it switched on and connected?");
   else if (form.Selected < 0 && !chosen.empty())
-    form.Hint = "The scanner chosen before, " + chosen + ", is not there now.";
+    form.Hint = Tr("The scanner chosen before, %1, is not there now.", chosen);
   if (form.Selected < 0 && !form.Sources.empty()) form.Selected = 0;
 }
 

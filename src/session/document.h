@@ -23,12 +23,12 @@ inline auto RecordsOf(Workspace& ws) {
                   ws.dataFileTitle,
                   // what is worked on
                   ws.calibration, ws.axisPanel.Rows, ws.axisPanel.Angle, ws.axisPanel.Tips,
-                  ws.picture, ws.map, ws.blockers, ws.plot.HasUndo, ws.plot.SourceName, ws.colours,
-                  ws.window.Caption, ws.status.SizeX, ws.status.SizeY, ws.curves.Curves,
-                  ws.curves.Active, commands.Data, commands.Blockers, commands.Picture,
-                  commands.Graphize, commands.GridBuster, store.CaptureCount, store.ListCount,
-                  store.ListIsCaptured, store.ListRows, store.LastPixelX, store.LastPixelY,
-                  store.NPoints);
+                  ws.axisPanel.Note, ws.picture, ws.map, ws.blockers, ws.plot.HasUndo,
+                  ws.plot.SourceName, ws.colours, ws.window.Caption, ws.status.SizeX,
+                  ws.status.SizeY, ws.curves.Curves, ws.curves.Active, commands.Data,
+                  commands.Blockers, commands.Picture, commands.Graphize, commands.GridBuster,
+                  store.CaptureCount, store.ListCount, store.ListIsCaptured, store.ListRows,
+                  store.LastPixelX, store.LastPixelY, store.NPoints);
 }
 inline constexpr std::size_t kPassingRecords = 9;
 inline constexpr std::size_t kPointNumbers = 7;

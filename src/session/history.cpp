@@ -6,6 +6,7 @@
 #include <span>
 #include <utility>
 
+#include "base/translation.h"
 #include "data/list_edit.h"
 #include "raster/plot_image.h"
 #include "session/change_name.h"
@@ -166,8 +167,8 @@ std::optional<Change> History::FindChange(Workspace& ws, std::string& name) {
   if (!substance && change.Records.empty() && done.empty() && !anew) return std::nullopt;
   if (substance)
     name = !anew || !ws.recipe.BroughtBack ? NameOfChange(done, points)
-           : ws.recipe.Recovered           ? "Recovery"
-                                           : "Open project";
+           : ws.recipe.Recovered           ? Tr("Recovery")
+                                           : Tr("Open project");
   delta_.Add(change);
   change.Bytes = BytesOf(change);
   return change;
@@ -288,12 +289,12 @@ bool History::Apply(Workspace& ws, Way way) {
     std::vector<Change>& changes = redo_.back().Changes;
     for (auto change = changes.rbegin(); change != changes.rend(); ++change)
       Apply(ws, *change, way);
-    ws.status.Status = "Undone: " + redo_.back().Name;
+    ws.status.Status = Tr("Undone: %1", redo_.back().Name);
   } else {
     undo_.push_back(std::move(redo_.back()));
     redo_.pop_back();
     for (Change& change : undo_.back().Changes) Apply(ws, change, way);
-    ws.status.Status = "Done again: " + undo_.back().Name;
+    ws.status.Status = Tr("Done again: %1", undo_.back().Name);
   }
   if (ws.plot.Width() != width || ws.plot.Height() != height) {
     ResetScrBars(ws.view, ws.plot.Width(), ws.plot.Height());

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "base/run_time_error.h"
+#include "base/translation.h"
 #include "base/whole_file.h"
 #include "codecs/file_format.h"
 #include "codecs/picbuf.h"
@@ -88,7 +89,7 @@ void Journal::KeepPicture(Workspace& ws, const Desktop& desktop) {
     ws.picture.KeptCopy = name;
     ws.picture.KeptSteps = static_cast<int>(ws.recipe.Steps.size());
   } catch (const RunTimeError& error) {
-    note_ = std::string("This picture is not kept for the case of a crash: ") + error.what();
+    note_ = Tr("This picture is not kept for the case of a crash: %1", std::string(error.what()));
   }
   ws.status.ProgressVisible = false;
 }
@@ -186,8 +187,8 @@ void Journal::Close() {
 
 void Journal::Tell(const std::error_code& failure) {
   if (failure && !complained_)
-    note_ = "What you do is not being kept for the case of a crash: " + failure.message();
-  if (!failure && complained_) note_ = "What you do is being kept again";
+    note_ = Tr("What you do is not being kept for the case of a crash: %1", failure.message());
+  if (!failure && complained_) note_ = Tr("What you do is being kept again");
   complained_ = static_cast<bool>(failure);
 }
 

@@ -6,6 +6,7 @@
 #include "base/checksum.h"
 #include "base/run_time_error.h"
 #include "base/tokens.h"
+#include "base/translation.h"
 
 namespace graphize {
 
@@ -17,7 +18,7 @@ constexpr std::string_view kFrame = "event ";
 }  // namespace
 
 void FailJournal(const std::string& problem) {
-  throw RunTimeError("The journal cannot be read: " + problem + ".");
+  throw RunTimeError(Tr("The journal cannot be read: %1.", problem));
 }
 
 std::string JournalStart() {
@@ -31,8 +32,8 @@ void TakeStart(std::string_view& bytes) {
   const auto number = IntegerText(version, 1, 1000000);
   if (!number) FailJournal("its version is no number");
   if (*number > kJournalVersion)
-    FailJournal("it is of version " + version + ", from a newer program; this one reads version " +
-                std::to_string(kJournalVersion));
+    FailJournal(Tr("it is of version %1, from a newer program; this one reads version %2", version,
+                   kJournalVersion));
   bytes.remove_prefix(end + 1);
 }
 

@@ -13,6 +13,7 @@
 
 #include "base/run_time_error.h"
 #include "base/tokens.h"
+#include "base/translation.h"
 #include "session/document.h"
 #include "session/journal_frame.h"
 #include "session/kept_text.h"
@@ -263,7 +264,8 @@ JournalledDocument ReadJournal(std::string_view bytes) {
   while (const auto payload = TakeFrame(bytes)) model.Take(*payload);
   if (model.Events == 0) FailJournal("its first event is not whole");
   JournalledDocument read = model.Document();
-  if (HasFrame(bytes)) read.Damage = "A part of it is damaged: what was done after that is lost.";
+  if (HasFrame(bytes))
+    read.Damage = Tr("A part of it is damaged: what was done after that is lost.");
   return read;
 }
 

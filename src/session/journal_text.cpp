@@ -4,6 +4,7 @@
 #include <type_traits>
 
 #include "base/tokens.h"
+#include "base/translation.h"
 #include "raster/plot_image.h"
 #include "session/journal_frame.h"
 #include "session/kept_text.h"

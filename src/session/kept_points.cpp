@@ -7,6 +7,7 @@
 #include <cstdint>
 
 #include "base/run_time_error.h"
+#include "base/translation.h"
 
 namespace graphize {
 
@@ -150,7 +151,7 @@ class RowReader {
     return known;
   }
   [[noreturn]] void Fail(const std::string& problem) const {
-    throw RunTimeError("line " + std::to_string(line_) + ": " + problem);
+    throw RunTimeError(Tr("line %1: %2", line_, problem));
   }
 
   PointStore& store_;

@@ -5,6 +5,7 @@
 
 #include "base/checksum.h"
 #include "base/run_time_error.h"
+#include "base/translation.h"
 
 namespace graphize {
 
@@ -75,7 +76,7 @@ class RunReader {
     text_.remove_prefix(1);
   }
   [[noreturn]] void Fail(const char* problem) const {
-    throw RunTimeError("line " + std::to_string(line_) + ": " + problem);
+    throw RunTimeError(Tr("line %1: %2", line_, problem));
   }
 
   std::string_view text_;

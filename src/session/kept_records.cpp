@@ -10,6 +10,7 @@
 #include "base/numbers.h"
 #include "base/run_time_error.h"
 #include "base/tokens.h"
+#include "base/translation.h"
 #include "base/version.h"
 #include "raster/size_limits.h"
 #include "workspace/recipe_options.h"
@@ -357,9 +358,9 @@ KeptRecords ReadRecords(const std::string& text) {
   HeadFields(reader, small);
   if (small.Format != kProjectFormat) reader.Fail("format", "is another one");
   if (small.Version > kProjectVersion)
-    throw RunTimeError("it is of version " + std::to_string(small.Version) +
-                       ", from a newer program (" + small.Program + "); this one reads version " +
-                       std::to_string(kProjectVersion));
+    throw RunTimeError(
+        Tr("it is of version %1, from a newer program (%2); this one reads version %3",
+           small.Version, small.Program, kProjectVersion));
   Fields(reader, small);
   if (reader.Has(kStepOptions)) {
     small.StepOptions = OptionValues(Workspace());

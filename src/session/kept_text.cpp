@@ -48,7 +48,7 @@ const KeptPart* Find(const std::vector<KeptPart>& parts, const std::string& name
 
 const KeptPart& Need(const std::vector<KeptPart>& parts, const std::string& name) {
   const KeptPart* part = Find(parts, name);
-  if (part == nullptr) throw RunTimeError("\"" + name + "\" is missing");
+  if (part == nullptr) throw RunTimeError(Tr("\"%1\" is missing", name));
   return *part;
 }
 
@@ -58,7 +58,7 @@ void Naming(const std::string& name, const Read& read) {
   try {
     read();
   } catch (const RunTimeError& error) {
-    throw RunTimeError(name + ": " + error.what());
+    throw RunTimeError(Tr("%1: %2", name, std::string(error.what())));
   }
 }
 

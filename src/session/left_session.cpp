@@ -7,6 +7,7 @@
 
 #include "base/checksum.h"
 #include "base/run_time_error.h"
+#include "base/translation.h"
 #include "base/whole_file.h"
 #include "codecs/picbuf.h"
 #include "session/journal.h"
@@ -59,12 +60,12 @@ std::string Named(const fs::path& picture) {
 
 /// What has become of a picture's file; empty when it is as it was.
 std::string FileFault(const RecipePicture& picture) {
-  if (picture.Path.empty()) return "It has come from no file, and could not be kept.";
+  if (picture.Path.empty()) return Tr("It has come from no file, and could not be kept.");
   std::string bytes;
   if (const std::error_code failure = ReadWholeFile(picture.Path, SIZE_MAX - 1, bytes))
     return Named(picture.Path) + ": " + failure.message() + ".";
   if (bytes.size() != picture.FileSize || Crc32(bytes) != picture.FileChecksum)
-    return Named(picture.Path) + " is another picture by now.";
+    return Tr("%1 is another picture by now.", Named(picture.Path));
   return {};
 }
 
@@ -116,7 +117,7 @@ JournalledDocument ReadSession(const fs::path& folder) {
     }
   }
   if (const std::error_code failure = ReadWholeFile(folder / kJournalName, kLargestJournal, bytes))
-    throw RunTimeError("The journal cannot be read: " + failure.message() + ".");
+    throw RunTimeError(Tr("The journal cannot be read: %1.", failure.message()));
   return ReadJournal(bytes);
 }
 
@@ -124,7 +125,7 @@ JournalledDocument ReadSession(const fs::path& folder) {
 std::string MakePicture(const LeftSession& session, Workspace& made, const Desktop& window,
                         std::size_t first) {
   const JournalledDocument& kept = session.Kept;
-  if (!kept.Picture) return "There was no picture.";
+  if (!kept.Picture) return Tr("There was no picture.");
   std::string told;
   Desktop desktop = window;
   desktop.ShowMessage = [&](const Message& message) {
@@ -137,7 +138,7 @@ std::string MakePicture(const LeftSession& session, Workspace& made, const Deskt
     if (!kept.PictureCopy.empty()) {
       std::optional<LoadedPicture> copy =
           LoadPicture(session.Folder / kept.PictureCopy, ShowProgress(made, desktop));
-      if (!copy) return "It was not read to its end.";
+      if (!copy) return Tr("It was not read to its end.");
       const int width = copy->Picture.Width(), height = copy->Picture.Height();
       const fs::path file = session.Folder / kept.PictureCopy;
       if (const std::string text = TextBeside(file, kFaintEnding); !text.empty())
@@ -161,7 +162,7 @@ std::string MakePicture(const LeftSession& session, Workspace& made, const Deskt
     Step step = steps[i];
     if (auto* open = std::get_if<OpenStep>(&step)) {
       const auto number = static_cast<std::size_t>(open->Picture);
-      if (number < 1 || number > pictures.size()) return "Its file is not known.";
+      if (number < 1 || number > pictures.size()) return Tr("Its file is not known.");
       const RecipePicture& picture = pictures[number - 1];
       if (std::string fault = FileFault(picture); !fault.empty()) {
         if (std::any_of(steps.begin() + static_cast<std::ptrdiff_t>(i) + 1, steps.end(),
@@ -176,19 +177,23 @@ std::string MakePicture(const LeftSession& session, Workspace& made, const Deskt
   }
   ClearMarks(made.plot);
   if (PictureNumber(made.plot) != *kept.Picture)
-    return "What was done to it has led to another picture.";
+    return Tr("What was done to it has led to another picture.");
   return {};
 }
 
 }  // namespace
 
 std::string LeftSession::Describe(std::int64_t now) const {
-  if (!Fault.empty()) return "A session cannot be brought back. " + Fault;
+  if (!Fault.empty()) return Tr("A session cannot be brought back. %1", Fault);
   const KeptDocument& kept = Kept.Document;
   const int points = PointsIn(kept);
-  std::string text = points > 0 ? PointCount(points) : std::string("The work");
-  if (kept.Curves.size() > 1) text += " in " + std::to_string(kept.Curves.size()) + " curves";
-  text += (points > 0 ? " of " : " on ") + kept.SourceName + ", " + TimeText(Kept.Time, now);
+  const auto curves = static_cast<long long>(kept.Curves.size());
+  const std::string time = TimeText(Kept.Time, now),
+                    picture = PictureLabel(kept.SourceName, kept.Picture.WithoutFile);
+  const std::string text =
+      points == 0  ? Tr("The work on %1, %2", picture, time)
+      : curves > 1 ? Tr("%1 in %2 curves of %3, %4", PointCount(points), curves, picture, time)
+                   : Tr("%1 of %2, %3", PointCount(points), picture, time);
   return Kept.Damage.empty() ? text : text + ". " + Kept.Damage;
 }
 

@@ -7,6 +7,7 @@
 #include "base/numbers.h"
 #include "base/run_time_error.h"
 #include "base/tokens.h"
+#include "base/translation.h"
 #include "base/whole_file.h"
 #include "raster/plot_image.h"
 #include "session/project_file.h"
@@ -21,7 +22,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kFilters = "Graphize Projects (*.graphize)|*.graphize";
+constexpr const char* kFilters = Marked("Graphize Projects (*.graphize)|*.graphize");
 
 /// All that a project holds and closing could lose, but for the points.
 std::string WorkText(Workspace& ws) {
@@ -54,13 +55,13 @@ void NoteProject(Workspace& ws, const fs::path& path) {
 
 /// False, after a message, where it was not written.
 bool SaveProjectTo(Workspace& ws, const Desktop& desktop, const fs::path& path) {
-  ws.status.Status = "Saving Project...";
+  ws.status.Status = Tr("Saving Project...");
   ws.window.Hourglass = true;
   desktop.ShowNow();
   std::string fault;
   bool saved = false, hasOriginal = false;
   try {
-    NamingTheFile("Cannot save the project", path, [&] {
+    NamingTheFile("Cannot save the project \"%1\".", path, [&] {
       const auto bytes = ProjectBytes(ws, desktop);
       if (!bytes) return;
       ThrowSystemError(ReplaceWholeFile(path, *bytes));
@@ -71,7 +72,7 @@ bool SaveProjectTo(Workspace& ws, const Desktop& desktop, const fs::path& path) 
     fault = error.what();
   }
   ws.status.ProgressVisible = false;
-  ws.status.Status = saved ? " " : "The project was not saved";
+  ws.status.Status = saved ? " " : Tr("The project was not saved");
   ws.window.Hourglass = false;
   if (!fault.empty()) Tell(desktop, fault, MessageIcon::Critical);
   if (!saved) return false;
@@ -79,9 +80,10 @@ bool SaveProjectTo(Workspace& ws, const Desktop& desktop, const fs::path& path) 
     NoteSaved(PointsOf(ws.curves, ws.store, i));
   ++ws.projectsSaved;
   NoteProject(ws, path);
-  ws.status.Status = "Saved: " + path.filename().string();
+  ws.status.Status = Tr("Saved: %1", path.filename().string());
   if (!ws.picture.ChosenPath.empty() && !hasOriginal)
-    ws.status.Status += ", without the picture's file, which is gone or another one by now";
+    ws.status.Status =
+        Tr("%1, without the picture's file, which is gone or another one by now", ws.status.Status);
   return true;
 }
 
@@ -97,10 +99,10 @@ void SaveProject(Workspace& ws, const Desktop& desktop) {
       ws.picture.WithoutFile ? "untitled" : ws.picture.ChosenPath.stem().string();
   const auto path = desktop.ChooseFile(
       {.ForSaving = true,
-       .Title = "Save Project As...",
+       .Title = Tr("Save Project As..."),
        .Folder = named ? ws.project.File.parent_path() : ws.picture.Folder,
        .FileName = named ? ws.project.File.filename().string() : stem + kProjectEnding,
-       .Filters = kFilters,
+       .Filters = Tr(kFilters),
        .DefaultExtension = kProjectEnding + 1,
        .OnlyFilterTypes = true});
   if (path) SaveProjectTo(ws, desktop, *path);
@@ -109,8 +111,10 @@ void SaveProject(Workspace& ws, const Desktop& desktop) {
 bool MayLeave(Workspace& ws, const Desktop& desktop) {
   if (!ws.project.IsOf(ws.recipe) || ws.project.Work == WorkText(ws)) return MayClose(ws, desktop);
   switch (desktop.ShowMessage(
-      {.Text = "The axes, the picture, blockers or curves are not as they are in the project \"" +
-               ws.project.File.filename().string() + "\".\r\n\r\nDo you want to save the project ?",
+      {.Text =
+           Tr("The axes, the picture, blockers or curves are not as they are in the project \"%1\"."
+              "\r\n\r\nDo you want to save the project ?",
+              ws.project.File.filename().string()),
        .Icon = MessageIcon::Question,
        .Buttons = MessageButtons::YesNoCancel})) {
     case Answer::Yes:
@@ -124,23 +128,23 @@ bool MayLeave(Workspace& ws, const Desktop& desktop) {
 
 void OpenProject(Workspace& ws, const Desktop& desktop) {
   const auto path = desktop.ChooseFile(
-      {.Title = "Open Project",
+      {.Title = Tr("Open Project"),
        .Folder = ws.project.File.empty() ? ws.picture.Folder : ws.project.File.parent_path(),
        .FileName = "",
-       .Filters = kFilters + std::string("|All Files|*")});
+       .Filters = Tr(kFilters) + "|" + Tr("All Files") + "|*"});
   if (path) OpenProject(ws, desktop, *path);
 }
 
 void OpenProject(Workspace& ws, const Desktop& desktop, const fs::path& path) {
   EndDrag(ws);
   if (!MayLeave(ws, desktop)) return;
-  ws.status.Status = "Loading File ...";
+  ws.status.Status = Tr("Loading File ...");
   ws.window.Hourglass = true;
   desktop.ShowNow();
   std::optional<ProjectContent> project;
   std::string fault;
   try {
-    project = NamingTheFile("Cannot open the project", path, [&] {
+    project = NamingTheFile("Cannot open the project \"%1\".", path, [&] {
       return ReadProject(ReadProjectFile(path), ProjectPicture::Decoded, ShowProgress(ws, desktop));
     });
   } catch (const RunTimeError& error) {
@@ -152,12 +156,13 @@ void OpenProject(Workspace& ws, const Desktop& desktop, const fs::path& path) {
   if (!fault.empty()) return Tell(desktop, fault, MessageIcon::Exclamation);
   if (!project) return;
   if (!project->PictureFault.empty() &&
-      desktop.ShowMessage({.Text = "The picture in \"" + path.filename().string() +
-                                   "\" cannot be used.\r\n" + project->PictureFault +
-                                   "\r\n\r\nDo you want to open the points on an empty page ?",
-                           .Icon = MessageIcon::Exclamation,
-                           .Buttons = MessageButtons::YesNo,
-                           .DefaultIsNo = true}) != Answer::Yes)
+      desktop.ShowMessage(
+          {.Text = Tr("The picture in \"%1\" cannot be used.\r\n%2\r\n\r\nDo you want to "
+                      "open the points on an empty page ?",
+                      path.filename().string(), project->PictureFault),
+           .Icon = MessageIcon::Exclamation,
+           .Buttons = MessageButtons::YesNo,
+           .DefaultIsNo = true}) != Answer::Yes)
     return;
   PutProject(ws, desktop, std::move(*project));
   ws.picture.Folder = path.parent_path();

@@ -9,6 +9,7 @@
 #include "base/checksum.h"
 #include "base/numbers.h"
 #include "base/run_time_error.h"
+#include "base/translation.h"
 #include "base/whole_file.h"
 #include "base/zip_file.h"
 #include "codecs/file_format.h"
@@ -153,7 +154,7 @@ std::vector<KeptPart> RasterParts(const PlotImage& plot) {
 // ---- Reading ------------------------------------------------------------------------------------
 
 ZipReader ArchiveOf(std::string_view bytes) {
-  constexpr const char* kNone = "The file is no project of this program.";
+  constexpr const char* kNone = Marked("The file is no project of this program.");
   if (!bytes.starts_with("PK")) throw RunTimeError(kNone);
   ZipReader zip(bytes, kMostFiles);
   const ZipReader::Entry* type = zip.Find(kMimeType);
@@ -168,8 +169,8 @@ std::vector<KeptPart> TextsIn(const ZipReader& zip, std::size_t fileSize) {
   std::vector<KeptPart> parts;
   for (const ZipReader::Entry& entry : zip.Entries()) {
     if (!IsKnown(entry.Name))
-      throw RunTimeError("There is a file \"" + entry.Name +
-                         "\" in it, which is not of a project.");
+      throw RunTimeError(
+          Tr("There is a file \"%1\" in it, which is not of a project.", entry.Name));
     if (IsPicturePart(entry.Name) || entry.Name.ends_with('/')) continue;
     parts.push_back({entry.Name, zip.Read(entry, std::min(left, kLargestText))});
     left -= entry.Size;
@@ -185,7 +186,7 @@ auto RasterText(const ZipReader& zip, const char* name, const Read& read) {
     try {
       result = read(zip.Read(*entry, kLargestText));
     } catch (const RunTimeError& error) {
-      throw RunTimeError(std::string(name) + ": " + error.what());
+      throw RunTimeError(Tr("%1: %2", std::string(name), std::string(error.what())));
     }
   }
   return result;

@@ -112,6 +112,7 @@ QPixmap OnPaper(const QPixmap& cursor) {
 SettingsDialog::SettingsDialog(QWidget* parent)
     : FormDialog("frmOptions", tr("Graphize settings"), parent) {
   auto* tabs = Named(new QTabWidget, "Tabs", tr("Groups of options"));
+  tabs->setUsesScrollButtons(false);  // all are there to be chosen, whatever the font
   tabs->tabBar()->setAccessibleName(tr("Groups of options"));
   const auto add = [tabs](QWidget* tab, const QString& caption) {
     tabs->addTab(new ScrollingTab(tab), caption);
@@ -341,8 +342,9 @@ QWidget* SettingsDialog::MakeDelimiter() {
   auto* grid = new QGridLayout(frame);
   const QString captions[] = {tr("TAB"), tr("Comma"), tr("Space"), tr("Semicolon")};
   for (int index = 0; index < 4; ++index)
-    grid->addWidget(Option(delimiter_, "CHK_Delimiter", index, captions[index]), index % 2,
-                    index / 2, Qt::AlignLeft);
+    grid->addWidget(Option(delimiter_, "CHK_Delimiter", index, captions[index],
+                           tr("Between the values of a line")),
+                    index % 2, index / 2, Qt::AlignLeft);
   connect(delimiter_, &QButtonGroup::idClicked, this, &SettingsDialog::DelimiterChosen);
   return frame;
 }

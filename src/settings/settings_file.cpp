@@ -7,6 +7,7 @@
 
 #include "base/numbers.h"
 #include "base/run_time_error.h"
+#include "base/translation.h"
 #include "base/whole_file.h"
 
 namespace graphize {
@@ -94,8 +95,8 @@ SettingsFile ReadSettingsFile(const std::filesystem::path& path) {
     return file;
   const bool isText = text.find('\0') == std::string::npos;
   if (failure || !isText) {
-    file.ReadError = "The settings file " + path.string() +
-                     " cannot be read: " + (failure ? failure.message() : "it is not plain text");
+    file.ReadError = Tr("The settings file %1 cannot be read: %2", path.string(),
+                        failure ? failure.message() : Tr("it is not plain text"));
     return file;
   }
   for (std::size_t at = 0; at < text.size();) {
@@ -151,8 +152,8 @@ void SaveSettingsFile(const std::filesystem::path& path, const SettingsFile& fil
   if (path.has_parent_path()) std::filesystem::create_directories(path.parent_path(), failure);
   if (!failure) failure = ReplaceWholeFile(path, text);
   if (failure) {
-    throw RunTimeError("The settings file " + path.string() +
-                       " cannot be written: " + failure.message());
+    throw RunTimeError(
+        Tr("The settings file %1 cannot be written: %2", path.string(), failure.message()));
   }
 }
 

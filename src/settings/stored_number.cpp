@@ -1,5 +1,7 @@
 #include "settings/stored_number.h"
 
+#include "base/translation.h"
+
 namespace graphize {
 
 std::int64_t ReadNumber(const SettingsFile& file, const char* section, const char* key,
@@ -7,9 +9,8 @@ std::int64_t ReadNumber(const SettingsFile& file, const char* section, const cha
                         std::vector<std::string>& notes) {
   const std::int64_t number = ReadInt(file, section, key, defaultValue);
   if (number >= least && number <= most) return number;
-  notes.push_back("\"" + std::string(key) + "\" in [" + section + "] is not between " +
-                  std::to_string(least) + " and " + std::to_string(most) + "; " +
-                  std::to_string(defaultValue) + " is used instead.");
+  notes.push_back(Tr("\"%1\" in [%2] is not between %3 and %4; %5 is used instead.", key, section,
+                     least, most, defaultValue));
   return defaultValue;
 }
 

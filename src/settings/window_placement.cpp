@@ -1,6 +1,7 @@
 #include "settings/window_placement.h"
 
 #include "base/numbers.h"
+#include "base/translation.h"
 #include "settings/stored_number.h"
 
 namespace graphize {
@@ -40,7 +41,7 @@ void ReadPlacement(const SettingsFile& file, const std::optional<WindowPlacement
   placement.State = static_cast<WindowState>(ReadNumber(
       file, kWindowSection, "WindowState", static_cast<int>(WindowState::Maximised), 0, 2, notes));
   if (missing && !defaults)
-    notes.push_back("The screen is too large for the window's default place (Overflow).");
+    notes.push_back(Tr("The screen is too large for the window's default place (Overflow)."));
 }
 
 void WritePlacement(SettingsFile& file, const WindowPlacement& placement) {

@@ -1,5 +1,6 @@
 #include "tracing/extraction_context.h"
 
+#include "base/translation.h"
 #include "calibration/transform.h"
 
 namespace graphize {
@@ -28,7 +29,11 @@ std::optional<PlotBox> BoxToStayIn(const ExtractionContext& context) {
 }
 
 std::string PointCount(long long points) {
-  return std::to_string(points) + (points == 1 ? " point" : " points");
+  return TrCount("%1 point", "%1 points", points);
+}
+
+std::string CapturedCount(long long points) {
+  return TrCount("%1 point captured", "%1 points captured", points);
 }
 
 void ShowResult(const ExtractionContext& context) {

@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 
+#include "base/translation.h"
 #include "calibration/axis_calibration.h"
 #include "capture/cursor.h"
 #include "capture/point_store.h"
@@ -45,9 +46,10 @@ void PumpProgress(const ExtractionContext& context);
 /// What is looked at with "Inside the axes only" and complete axes.
 std::optional<PlotBox> BoxToStayIn(const ExtractionContext& context);
 inline constexpr const char* kOnlyInside =
-    "This lies outside of the axes, and \"Inside the axes only\" is checked";
+    Marked("This lies outside of the axes, and \"Inside the axes only\" is checked");
 /// "1 point", "12 points".
 std::string PointCount(long long points);
+std::string CapturedCount(long long points);  // "3 points captured"
 /// The end of an operation: read-out and data list show the newest.
 void ShowResult(const ExtractionContext& context);
 

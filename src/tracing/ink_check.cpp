@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 
+#include "base/translation.h"
 #include "tracing/extraction_context.h"
 #include "tracing/ink_sight.h"
 #include "tracing/plot_box.h"
@@ -126,16 +127,16 @@ PointSet InkCheck::Doubtful() const {
 
 std::string InkCheckText(std::span<const InkVerdict> verdicts) {
   static constexpr std::pair<InkVerdict, const char*> kTexts[] = {
-      {InkVerdict::NotOnInk, " not on ink"},
-      {InkVerdict::OnFrame, " on the frame"},
-      {InkVerdict::BetweenStrokes, " between two strokes"},
-      {InkVerdict::Leap, " where the direction leaps"}};
-  std::string text = PointCount(static_cast<long long>(verdicts.size())) + ": ";
-  const std::size_t start = text.size();
+      {InkVerdict::NotOnInk, Marked("%1 not on ink")},
+      {InkVerdict::OnFrame, Marked("%1 on the frame")},
+      {InkVerdict::BetweenStrokes, Marked("%1 between two strokes")},
+      {InkVerdict::Leap, Marked("%1 where the direction leaps")}};
+  std::string faults;
   for (const auto& [verdict, words] : kTexts)
     if (const auto count = std::count(verdicts.begin(), verdicts.end(), verdict); count > 0)
-      text += (text.size() > start ? ", " : "") + std::to_string(count) + words;
-  return text.size() > start ? text : text + "all on ink";
+      faults += (faults.empty() ? "" : ", ") + Tr(words, count);
+  return PointCount(static_cast<long long>(verdicts.size())) + ": " +
+         (faults.empty() ? Tr("all on ink") : faults);
 }
 
 }  // namespace graphize

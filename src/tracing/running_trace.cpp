@@ -5,6 +5,7 @@
 #include <string>
 
 #include "base/numbers.h"
+#include "base/translation.h"
 #include "tracing/blockers.h"
 
 namespace graphize {
@@ -64,22 +65,23 @@ bool MarksHideTheCurve(const RunningTrace& trace) {
   return std::any_of(first, first + static_cast<std::ptrdiff_t>(trace.MarksBefore), hides);
 }
 
+std::string MarkedCount(long long points) {
+  return TrCount("%1 point marked", "%1 points marked", points);
+}
+
 std::string ResultText(const RunningTrace& trace, bool hidden) {
-  static constexpr const char* kHiddenOnly =
-      "Marks of an earlier trace cover the curve: Refresh takes them away";
-  static constexpr const char* kHiddenToo =
-      "; marks of an earlier trace cover the curve: Refresh takes them away";
-  if (hidden && trace.OnCurve == 0 && !trace.Stopped) return kHiddenOnly;
-  std::string points = PointCount(trace.Points);
-  points += trace.Adds ? " captured" : " marked";
-  if (hidden) points += kHiddenToo;
-  if (trace.Stopped) return "Stopped: " + points;
+  if (hidden && trace.OnCurve == 0 && !trace.Stopped)
+    return Tr("Marks of an earlier trace cover the curve: Refresh takes them away");
+  std::string points = trace.Adds ? CapturedCount(trace.Points) : MarkedCount(trace.Points);
+  if (hidden)
+    points = Tr("%1; marks of an earlier trace cover the curve: Refresh takes them away", points);
+  if (trace.Stopped) return Tr("Stopped: %1", points);
   if (trace.OnCurve == 0 && trace.Ink.Inside &&
       !trace.Ink.Inside->Contains(trace.StartColumn, trace.StartRow))
-    return kOnlyInside;
-  if (trace.OnCurve == 0) return "No curve here: the tracers follow only black pixels";
+    return Tr(kOnlyInside);
+  if (trace.OnCurve == 0) return Tr("No curve here: the tracers follow only black pixels");
   if (!trace.Center && !trace.Above && !trace.Below)
-    return "Nothing to capture: no point of the curve is checked";
+    return Tr("Nothing to capture: no point of the curve is checked");
   return points;
 }
 

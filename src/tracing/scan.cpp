@@ -10,6 +10,7 @@
 
 #include "base/number_pattern.h"
 #include "base/numbers.h"
+#include "base/translation.h"
 
 namespace graphize {
 
@@ -40,7 +41,7 @@ GridRange RangeOf(std::int32_t low, std::int32_t high, int step, int size) {
 class ScanStatus {
  public:
   explicit ScanStatus(StatusBar& status) : status_(status) {
-    status_.Status = "To stop the Scan hold down the ESC key";
+    status_.Status = Tr("To stop the Scan hold down the ESC key");
     status_.ProgressValue = 0;
     status_.ProgressVisible = true;
   }
@@ -241,14 +242,13 @@ std::string ResultText(const std::string& before, const FoundPositions& found, b
                        const Added& added, bool adds, bool onlyInside) {
   const auto count = static_cast<long long>(added.Count);
   if (added.Stopped && found.IsComplete() && !searchStopped)
-    return "Stopped: " + std::to_string(added.Count) + " of " +
-           PointCount(static_cast<long long>(found.Count())) + " captured";
-  if (added.Stopped || (searchStopped && adds))
-    return "Stopped: " + PointCount(count) + " captured";
-  if (searchStopped) return "Stopped";
+    return TrCount("Stopped: %2 of %1 point captured", "Stopped: %2 of %1 points captured",
+                   static_cast<long long>(found.Count()), count);
+  if (added.Stopped || (searchStopped && adds)) return Tr("Stopped: %1", CapturedCount(count));
+  if (searchStopped) return Tr("Stopped");
   if (found.Any()) return before;
-  return onlyInside ? "No black pixels here inside of the axes, and the scan finds nothing else"
-                    : "No black pixels here: the scan finds nothing else";
+  return onlyInside ? Tr("No black pixels here inside of the axes, and the scan finds nothing else")
+                    : Tr("No black pixels here: the scan finds nothing else");
 }
 
 }  // namespace

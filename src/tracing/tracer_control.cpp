@@ -6,13 +6,14 @@
 
 #include "base/numbers.h"
 #include "base/run_time_error.h"
+#include "base/translation.h"
 
 namespace graphize {
 
 void SetTraceType(TracerControl& control, int trace) {
-  control.Center.Caption = "Y-Down";
-  control.Above.Caption = "Y-Up";
-  control.Below.Caption = "Repeat";
+  control.Center.Caption = Marked("Y-Down");
+  control.Above.Caption = Marked("Y-Up");
+  control.Below.Caption = Marked("Repeat");
   control.PointsEnabled = trace != 2;
   if (trace < 0 || trace > 2) return;
   control.Xrange = "2";
@@ -22,9 +23,9 @@ void SetTraceType(TracerControl& control, int trace) {
     return;
   }
   control.Yrange = "3";
-  control.Above.Caption = "Edge Above";
-  control.Center.Caption = "Center";
-  control.Below.Caption = "Edge Below";
+  control.Above.Caption = Marked("Edge Above");
+  control.Center.Caption = Marked("Center");
+  control.Below.Caption = Marked("Edge Below");
 }
 
 int IncrementAtLeast(std::string& text, int least) {

@@ -7,7 +7,7 @@ namespace graphize {
 /// The frame "Tracer Control" of the side panel.
 struct TracerControl {
   struct CheckBox {
-    std::string Caption;
+    std::string Caption;  // in English
     bool Checked = false;
   };
   std::string Xrange = "2";  // "X increment", pixels

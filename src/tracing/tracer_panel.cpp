@@ -28,7 +28,7 @@ QLineEdit* IncrementBox(const char* name, const QString& caption, const QString&
 }
 
 void Show(QCheckBox* box, const TracerControl::CheckBox& from, bool enabled) {
-  const QString caption = ToQString(from.Caption);
+  const QString caption = TracerPanel::tr(from.Caption.c_str());
   if (box->text() != caption) box->setText(caption);
   box->setChecked(from.Checked);
   Enable(box, enabled);
@@ -146,7 +146,7 @@ void TracerPanel::ReserveCaptions() {
     TracerControl control;
     SetTraceType(control, trace);
     for (const auto* check : {&control.Center, &control.Above, &control.Below}) {
-      box.setText(ToQString(check->Caption));
+      box.setText(tr(check->Caption.c_str()));
       width = std::max(width, box.sizeHint().width());
     }
   }

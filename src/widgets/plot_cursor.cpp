@@ -4,6 +4,8 @@
 #include <QPainter>
 #include <QPixmap>
 
+#include "base/translation.h"
+
 namespace graphize {
 
 namespace {
@@ -68,9 +70,11 @@ QPixmap PlotCursorPicture(int index, double ratio) {
 }
 
 QString PlotCursorName(int index) {
-  static constexpr const char* kShapeNames[] = {"Thin cross", "Thick cross", "Cross with a gap",
-                                                "Circle", "Dot"};
-  static constexpr const char* kInkNames[] = {"black", "red", "light on dark"};
+  static constexpr const char* kShapeNames[] = {Marked("Thin cross"), Marked("Thick cross"),
+                                                Marked("Cross with a gap"), Marked("Circle"),
+                                                Marked("Dot")};
+  static constexpr const char* kInkNames[] = {Marked("black"), Marked("red"),
+                                              Marked("light on dark")};
   return QStringLiteral("%1, %2").arg(
       QCoreApplication::translate("PlotCursor", kShapeNames[static_cast<int>(ShapeOf(index))]),
       QCoreApplication::translate("PlotCursor", kInkNames[static_cast<int>(InkOf(index))]));

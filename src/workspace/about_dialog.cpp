@@ -5,6 +5,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "base/translation.h"
 #include "widgets/show.h"
 
 namespace graphize {
@@ -74,7 +75,7 @@ AboutDialog::AboutDialog(const QIcon& icon, QWidget* parent)
 void AboutDialog::Render(const AboutForm& form) {
   Show(title_, form.Title);
   Show(version_, form.Version);
-  Show(libraries_, "Stands on Qt " + std::string(qVersion()) + ", " + form.Libraries);
+  Show(libraries_, Tr("Stands on Qt %1, %2", std::string(qVersion()), form.Libraries));
 }
 
 }  // namespace graphize

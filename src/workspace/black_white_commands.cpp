@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/translation.h"
 #include "reading/ink_threshold.h"
 #include "workspace/do.h"
 #include "workspace/forms.h"
@@ -89,11 +90,11 @@ void ReduceAsPreviewed(Workspace& ws, const Desktop& desktop) {
   if (!form.CanReduce) return;
   if (!form.Local) ws.settings.Threshold = static_cast<std::int16_t>(form.Threshold);
   ws.window.Hourglass = true;
-  ws.status.Status = "Reducing color depth...";
+  ws.status.Status = Tr("Reducing color depth...");
   desktop.ShowNow();
   const Outcome outcome = Do(ws, desktop, BlackWhiteStep{ChosenThreshold(form)});
   ws.window.Hourglass = false;
-  ws.status.Status = outcome.IsDone() ? "The picture is black and white" : " ";
+  ws.status.Status = outcome.IsDone() ? Tr("The picture is black and white") : " ";
   CloseForm(ws, desktop);
 }
 

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/numbers.h"
+#include "base/translation.h"
 #include "data/list_edit.h"
 #include "workspace/do.h"
 #include "workspace/plot_mouse.h"
@@ -65,7 +66,7 @@ void SwitchYLog(Workspace& ws, const Desktop& desktop, bool on) {
 Outcome Run(Workspace& ws, const Desktop& desktop, ClearDataStep& step) {
   std::string note;
   if (ws.curves.Curves.size() > 1)
-    note = "\r\n\r\nOf \"" + ActiveCurve(ws.curves).Name + "\"; the other curves stay.";
+    note = "\r\n\r\n" + Tr("Of \"%1\"; the other curves stay.", ActiveCurve(ws.curves).Name);
   if (!DeleteAllData(ws.store, ws.commands, desktop, std::exchange(step.Ask, false), note))
     return Nothing();
   RefreshPlot(ws);

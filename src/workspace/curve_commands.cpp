@@ -1,5 +1,6 @@
 #include "workspace/curve_commands.h"
 
+#include "base/translation.h"
 #include "data/list_edit.h"
 #include "tracing/extraction_context.h"
 #include "workspace/toolbar.h"
@@ -28,17 +29,16 @@ Outcome Run(Workspace& ws, const Desktop& desktop, NewCurveStep& step) {
   if (const std::string fault = CurveNameFault(ws.curves, step.Curve); !fault.empty())
     return RefusedAndTold(desktop, fault);
   if (ws.curves.Curves.size() >= kMostCurves)
-    return RefusedAndTold(desktop,
-                          "There are " + std::to_string(kMostCurves) + " curves, more cannot be.");
+    return RefusedAndTold(desktop, Tr("There are %1 curves, more cannot be.", kMostCurves));
   AddCurve(ws.curves, ws.store, step.Curve);
   ShowActiveCurve(ws);
-  ws.status.Status = "New curve: " + step.Curve;
+  ws.status.Status = Tr("New curve: %1", step.Curve);
   return {};
 }
 
 Outcome Run(Workspace& ws, const Desktop&, const SelectCurveStep& step) {
   const int curve = FindCurve(ws.curves, step.Curve);
-  if (curve < 0) return Refused("there is no curve \"" + step.Curve + "\"");
+  if (curve < 0) return Refused(Tr("there is no curve \"%1\"", step.Curve));
   if (curve == ws.curves.Active) return Nothing();
   SelectCurve(ws.curves, ws.store, curve);
   ShowActiveCurve(ws);
@@ -58,7 +58,7 @@ Outcome Run(Workspace& ws, const Desktop& desktop, RenameCurveStep& step) {
 Outcome Run(Workspace& ws, const Desktop&, const DeleteCurveStep&) {
   if (!CanDeleteCurve(ws)) return Refused("the only curve stays");
   ws.status.Status =
-      "Deleted: " + ActiveCurve(ws.curves).Name + " (" + PointCount(ws.store.CaptureCount) + ")";
+      Tr("Deleted: %1 (%2)", ActiveCurve(ws.curves).Name, PointCount(ws.store.CaptureCount));
   DeleteCurve(ws.curves, ws.store);
   if (!CanHideCurve(ws)) ActiveCurve(ws.curves).Shown = true;
   ShowActiveCurve(ws);

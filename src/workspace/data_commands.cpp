@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/numbers.h"
+#include "base/translation.h"
 #include "data/curve_length.h"
 #include "data/list_edit.h"
 #include "workspace/plot_mouse.h"
@@ -107,7 +108,8 @@ Outcome Run(Workspace& ws, const Desktop& desktop, ResampleStep& step) {
   const std::optional<SampleEnd> end =
       ReSample(form, ws.store, ws.settings.RefreshList != 0, desktop);
   if (!end) return Refused("the list cannot be sampled so");
-  if (end == SampleEnd::Done && !form.Hint.empty()) ws.status.Status = "Resampled: " + form.Hint;
+  if (end == SampleEnd::Done && !form.Hint.empty())
+    ws.status.Status = Tr("Resampled: %1", form.Hint);
   Interruptions went = std::move(step.Went);
   step = StepOfForm(form);
   step.Went = std::move(went);

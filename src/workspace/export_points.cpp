@@ -1,5 +1,6 @@
 #include "workspace/export_points.h"
 
+#include "base/translation.h"
 #include "base/whole_file.h"
 #include "data/data_file.h"
 #include "workspace/forms.h"
@@ -17,10 +18,10 @@ std::string PictureName(const PictureSource& picture) {
 FileQuestion QuestionFor(const Workspace& ws) {
   const bool json = ws.exportForm.Format == ExportFormat::Json;
   return {.ForSaving = true,
-          .Title = "Export Points As...",
+          .Title = Tr("Export Points As..."),
           .Folder = ws.picture.Folder,
           .FileName = DataFileProposal(ws.picture.Name, json ? ".json" : ".csv"),
-          .Filters = json ? "JSON Files (*.json)|*.json" : "CSV Files (*.csv)|*.csv",
+          .Filters = json ? Tr("JSON Files (*.json)|*.json") : Tr("CSV Files (*.csv)|*.csv"),
           .DefaultExtension = json ? "json" : "csv"};
 }
 
@@ -65,10 +66,11 @@ void ExportPoints(Workspace& ws, const Desktop& desktop) {
   const std::error_code failure = ReplaceWholeFile(*path, *text);
   ws.window.Hourglass = false;
   if (failure) {
-    Tell(desktop, "Error while saving. \r\n" + failure.message(), MessageIcon::Critical);
+    Tell(desktop, Tr("Error while saving. \r\n%1", failure.message()), MessageIcon::Critical);
     return;
   }
-  ws.status.Status = "Exported: " + ws.exportForm.Hint.substr(0, ws.exportForm.Hint.find('\n'));
+  ws.status.Status =
+      Tr("Exported: %1", ws.exportForm.Hint.substr(0, ws.exportForm.Hint.find('\n')));
   CloseForm(ws, desktop);
 }
 

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/numbers.h"
+#include "base/translation.h"
 #include "tracing/curve_tracer.h"
 #include "tracing/smooth_tracer.h"
 #include "workspace/do.h"
@@ -20,16 +21,16 @@ class TypedIncrements {
   explicit TypedIncrements(const TracerControl& control) : x_(control.Xrange), y_(control.Yrange) {}
 
   void TellChanges(Workspace& ws) const {
-    Tell(ws.status, "X increment", x_, ws.tracer.Xrange);
-    Tell(ws.status, "Y increment", y_, ws.tracer.Yrange);
+    Tell(ws.status, Tr("X increment"), x_, ws.tracer.Xrange);
+    Tell(ws.status, Tr("Y increment"), y_, ws.tracer.Yrange);
   }
 
  private:
-  static void Tell(StatusBar& status, const char* box, const std::string& typed,
+  static void Tell(StatusBar& status, const std::string& box, const std::string& typed,
                    const std::string& used) {
     const TypedNumber number = ReadTyped(typed);
     if (number.IsPlain && number.Value == LeadingNumber(used)) return;
-    status.Status += std::string("; ") + box + " was read as " + used;
+    status.Status = Tr("%1; %2 was read as %3", status.Status, box, used);
   }
 
   std::string x_, y_;
@@ -63,9 +64,8 @@ std::optional<Outcome> RefusedAt(const Workspace& ws, float x, float y) {
     return at >= 0 && at <= static_cast<float>(size - 1);
   };
   if (inside(x, plot.Width()) && inside(y, plot.Height())) return std::nullopt;
-  return Refused("the position " + ShortestText(x) + "," + ShortestText(y) +
-                 " lies outside of the picture (" + std::to_string(plot.Width()) + "x" +
-                 std::to_string(plot.Height()) + ")");
+  return Refused(Tr("the position %1,%2 lies outside of the picture (%3x%4)", ShortestText(x),
+                    ShortestText(y), plot.Width(), plot.Height()));
 }
 
 namespace {
@@ -190,7 +190,7 @@ bool CanUndoErase(const Workspace& ws) {
 Outcome Run(Workspace& ws, const Desktop&, const UndoEditStep&) {
   if (!CanUndoErase(ws)) return Nothing();
   UndoEdit(ws.plot);
-  ws.status.Status = "Undo completed";
+  ws.status.Status = Tr("Undo completed");
   ws.plot.PersistentDrawing = true;
   // The edit modes show the picture alone; everywhere else a blocker must go on fencing.
   if (ws.mode != Mode::DrawErase && ws.mode != Mode::GridBuster)

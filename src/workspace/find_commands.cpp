@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/translation.h"
 #include "tracing/extraction_context.h"
 #include "workspace/curve_commands.h"
 #include "workspace/extraction_commands.h"
@@ -27,9 +28,9 @@ std::vector<ReadingWall> WallsOf(const BlockerList& blockers) {
 
 /// Runs `work` beside the window, on the picture without marks.
 template <class Work>
-auto Beside(Workspace& ws, const Desktop& desktop, const char* what, const Work& work) {
+auto Beside(Workspace& ws, const Desktop& desktop, const char* english, const Work& work) {
   ws.window.Hourglass = true;
-  ws.status.Status = what;
+  ws.status.Status = Tr(english);
   const BasePictureShown base(ws.plot);
   auto result = RunBeside(ShowProgress(ws, desktop), work);
   ws.window.Hourglass = false;
@@ -45,15 +46,19 @@ std::optional<Outcome> AxesRefused(const Workspace& ws) {
   return std::nullopt;
 }
 
-std::string Plural(std::size_t count, const char* what) {
-  return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+std::string SymbolCount(std::size_t count) {
+  return TrCount("%1 symbol", "%1 symbols", static_cast<long long>(count));
+}
+
+std::string CurveCount(std::size_t count) {
+  return TrCount("%1 curve", "%1 curves", static_cast<long long>(count));
 }
 
 std::optional<Outcome> RoomRefused(const PointStore& store, std::size_t count) {
   const int room = store.MaxPoints - std::max(store.CaptureCount, store.ListCount);
   if (static_cast<int>(count) <= room) return std::nullopt;
-  return Refused("there are " + PointCount(static_cast<long long>(count)) +
-                 ", and the list takes only " + std::to_string(room) + " more");
+  return Refused(Tr("there are %1, and the list takes only %2 more",
+                    PointCount(static_cast<long long>(count)), room));
 }
 
 /// The same to all sides.
@@ -96,13 +101,13 @@ SymbolFinding SymbolsAt(Workspace& ws, const Desktop& desktop, const SymbolsStep
                               .Centre = step.Centre,
                               .Tolerance = step.Tolerance,
                               .Walls = WallsOf(ws.blockers)};
-  return Beside(ws, desktop, "Looking for symbols...", [&](PictureOperation& operation) {
+  return Beside(ws, desktop, Marked("Looking for symbols..."), [&](PictureOperation& operation) {
     return FindSymbols(ws.plot.Pixels, ws.calibration, request, operation);
   });
 }
 
 std::string HowSure(const SymbolFinding& finding) {
-  std::string text = Plural(finding.Symbols.size(), "symbol");
+  std::string text = SymbolCount(finding.Symbols.size());
   const FoundSymbol* first = nullptr;
   std::size_t doubtful = 0;
   for (const FoundSymbol& symbol : finding.Symbols) {
@@ -110,20 +115,19 @@ std::string HowSure(const SymbolFinding& finding) {
     if (doubtful++ == 0) first = &symbol;
   }
   if (first == nullptr) return text;
-  return text + ", " + std::to_string(doubtful) + " of them doubtful: at " +
-         std::to_string(std::lround(first->X)) + "," + std::to_string(std::lround(first->Y)) + " " +
-         first->Doubt;
+  return Tr("%1, %2 of them doubtful: at %3,%4 %5", text, doubtful, std::lround(first->X),
+            std::lround(first->Y), first->Doubt);
 }
 
 Outcome Run(Workspace& ws, const Desktop& desktop, const SymbolsStep& step) {
   if (auto refused = SymbolsRefused(ws, step)) return *refused;
   const SymbolFinding finding = SymbolsAt(ws, desktop, step);
   if (finding.IsStopped) {
-    ws.status.Status = "Stopped: nothing was looked for";
+    ws.status.Status = Tr("Stopped: nothing was looked for");
     return Nothing("it was stopped");
   }
   if (!finding.Refusal.empty()) {
-    ws.status.Status = "No symbols: " + finding.Refusal;
+    ws.status.Status = Tr("No symbols: %1", finding.Refusal);
     return Refused(finding.Refusal);
   }
   std::vector<FoundSymbol> taken;
@@ -133,7 +137,7 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const SymbolsStep& step) {
   if (auto refused = RoomRefused(ws.store, taken.size())) return *refused;
   Capture(ws, desktop, taken);
   const std::string sure = HowSure(finding);
-  ws.status.Status = "Found " + sure;
+  ws.status.Status = Tr("Found %1", sure);
   return {.Points = static_cast<int>(taken.size()), .Remark = sure};
 }
 
@@ -143,7 +147,7 @@ std::optional<Outcome> ReadAllRefused(const Workspace& ws) {
 
 PlotReading ReadAllAt(Workspace& ws, const Desktop& desktop) {
   const std::vector<ReadingWall> walls = WallsOf(ws.blockers);
-  return Beside(ws, desktop, "Reading all curves...", [&](PictureOperation& operation) {
+  return Beside(ws, desktop, Marked("Reading all curves..."), [&](PictureOperation& operation) {
     return ReadAllCurves(ws.plot.Pixels, ws.calibration, walls, operation);
   });
 }
@@ -152,11 +156,11 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const ReadAllStep& step) {
   if (auto refused = ReadAllRefused(ws)) return *refused;
   const PlotReading reading = ReadAllAt(ws, desktop);
   if (reading.IsStopped) {
-    ws.status.Status = "Stopped: nothing was read";
+    ws.status.Status = Tr("Stopped: nothing was read");
     return Nothing("it was stopped");
   }
   if (reading.Curves.empty()) {
-    ws.status.Status = "No curves were found";
+    ws.status.Status = Tr("No curves were found");
     return Refused("there is no curve within the axes");
   }
   std::vector<ReadAllStep::Curve> taken = step.Taken;
@@ -168,22 +172,21 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const ReadAllStep& step) {
   std::vector<std::string> names;
   for (const ReadAllStep::Curve& curve : taken) {
     if (curve.Number > static_cast<int>(reading.Curves.size()))
-      return Refused("there are " + Plural(reading.Curves.size(), "curve") + ", not " +
-                     std::to_string(curve.Number));
+      return Refused(Tr("there are %1, not %2", CurveCount(reading.Curves.size()), curve.Number));
     const std::string name = CurveNameOf(curve.Name);
     const int current = names.empty() && isEmpty ? ws.curves.Active : -1;
     if (!name.empty())
       if (const std::string fault = CurveNameFault(ws.curves, name, current); !fault.empty())
         return Refused(fault);
     if (!name.empty() && std::find(names.begin(), names.end(), name) != names.end())
-      return Refused("two curves have the name \"" + name + "\"");
+      return Refused(Tr("two curves have the name \"%1\"", name));
     names.push_back(name);
     const std::size_t count =
         reading.Curves[static_cast<std::size_t>(curve.Number - 1)].Reading.Points.size();
     if (auto refused = RoomRefused(PointStore(), count)) return *refused;
   }
   if (ws.curves.Curves.size() + taken.size() > kMostCurves)
-    return Refused("there would be more than " + std::to_string(kMostCurves) + " curves");
+    return Refused(Tr("there would be more than %1 curves", kMostCurves));
   int points = 0, first = -1;
   std::size_t doubtful = 0;
   for (std::size_t i = 0; i < taken.size(); ++i) {
@@ -200,9 +203,9 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const ReadAllStep& step) {
   }
   SelectCurve(ws.curves, ws.store, first);
   ShowActiveCurve(ws);
-  std::string remark = Plural(taken.size(), "curve");
-  if (doubtful > 0) remark += ", " + std::to_string(doubtful) + " of them with doubts";
-  ws.status.Status = "Read " + remark + " (" + PointCount(points) + ")";
+  std::string remark = CurveCount(taken.size());
+  if (doubtful > 0) remark = Tr("%1, %2 of them with doubts", remark, doubtful);
+  ws.status.Status = Tr("Read %1 (%2)", remark, PointCount(points));
   return {.Points = points, .Remark = remark};
 }
 

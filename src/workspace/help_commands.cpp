@@ -1,5 +1,6 @@
 #include "workspace/help_commands.h"
 
+#include "base/translation.h"
 #include "base/version.h"
 #include "base/whole_file.h"
 
@@ -9,8 +10,8 @@ void ShowHelp(Workspace& ws, const Desktop& desktop, const std::string& chapter)
   constexpr std::size_t kLargest = 64 << 20;
   if (const std::error_code error = ReadWholeFile(ws.help.File, kLargest, ws.help.Text)) {
     Tell(desktop,
-         "The help file " + ws.help.File.string() + " cannot be read: " + error.message() +
-             ".\r\nInstalling Graphize again brings it back.",
+         Tr("The help file %1 cannot be read: %2.\r\nInstalling Graphize again brings it back.",
+            ws.help.File.string(), error.message()),
          MessageIcon::Exclamation);
     return;
   }
@@ -20,7 +21,7 @@ void ShowHelp(Workspace& ws, const Desktop& desktop, const std::string& chapter)
 
 void ShowAbout(Workspace& ws) {
   ws.about = {.Title = kTitle,
-              .Version = std::string("Version ") + ProgramVersion(),
+              .Version = Tr("Version %1", std::string(ProgramVersion())),
               .Libraries = std::string("GraphicsMagick ") + PictureLibraryVersion()};
   if (const std::string scanner = ScannerLibraryVersion(); !scanner.empty())
     ws.about.Libraries += ", SANE " + scanner;

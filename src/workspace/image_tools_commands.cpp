@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/numbers.h"
+#include "base/translation.h"
 #include "image_tools/picture_tools.h"
 #include "raster/black_white.h"
 #include "workspace/picture_map.h"
@@ -13,8 +14,8 @@ namespace graphize {
 
 namespace {
 
-void ShowStep(Workspace& ws, const Desktop& desktop, const char* text) {
-  ws.status.Status = text;
+void ShowStep(Workspace& ws, const Desktop& desktop, const char* english) {
+  ws.status.Status = Tr(english);
   desktop.ShowNow();
 }
 
@@ -57,7 +58,7 @@ std::optional<Raster> Processed(Workspace& ws, const Desktop& desktop) {
   ShowStep(ws, desktop, TextsOf(tool).Progress);
   std::optional<Raster> result;
   if (IsTooSmall(tool, amount, {picture.Width(), picture.Height()})) {
-    desktop.ShowMessage({.Text = "Image too small !", .Caption = std::string(kTitle) + " Error"});
+    desktop.ShowMessage({.Text = Tr("Image too small !"), .Caption = Tr("%1 Error", kTitle)});
     result = picture.Clone();
   } else {
     result = RunTool(tool, amount, picture, palette ? &*palette : nullptr, progress(10, 80));
@@ -123,7 +124,7 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const ImageToolStep& step) {
       result = Processed(ws, desktop);
     }
     if (!result) {
-      ws.status.Status = "Stopped: the picture is as it was";
+      ws.status.Status = Tr("Stopped: the picture is as it was");
       return Nothing(ws.status.Status);
     }
     const PictureSize size{ws.plot.Width(), ws.plot.Height()};
@@ -132,7 +133,7 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const ImageToolStep& step) {
     // The old picture itself is the undo copy: a page is never there a third time.
     form.UndoCopy = Exchange(ws, desktop, std::make_shared<Raster>(std::move(*result)));
   }
-  if (*TextsOf(tool).Completion != '\0') ws.status.Status = TextsOf(tool).Completion;
+  if (*TextsOf(tool).Completion != '\0') ws.status.Status = Tr(TextsOf(tool).Completion);
   if (tool == PictureTool::Rotate) form.KeptRotation = form.Amount;
   const bool movesPixels = tool == PictureTool::Resize || tool == PictureTool::Rotate;
   if (movesPixels && ws.calibration.AnyDefined())
@@ -148,7 +149,7 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const UndoImageToolStep&) {
   if (!CanUndoImageTool(ws)) return Refused("there is nothing to undo");
   CarryBack(ws, ws.imageTools.UndoCopy->Height());
   Exchange(ws, desktop, std::exchange(ws.imageTools.UndoCopy, nullptr));
-  ws.status.Status = "Undo completed";
+  ws.status.Status = Tr("Undo completed");
   return {};
 }
 

@@ -4,6 +4,7 @@
 #include <optional>
 #include <utility>
 
+#include "base/translation.h"
 #include "raster/black_white.h"
 #include "reading/ink_mask.h"
 #include "workspace/picture_commands.h"
@@ -34,7 +35,7 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const InkStep& step) {
   std::optional<Raster> alone;
   bool isBlackAndWhite = false;
   ws.window.Hourglass = true;
-  ws.status.Status = "Taking the ink...";
+  ws.status.Status = Tr("Taking the ink...");
   {
     const BasePictureShown base(ws.plot);
     isBlackAndWhite = ws.colours == nullptr && IsBlackAndWhite(ws.plot.Pixels);
@@ -50,7 +51,7 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const InkStep& step) {
     return Refused("the picture is black and white: there are no colours to take an ink from");
   if (!alone) return Refused("this is the colour of the paper");
   if (alone->IsEmpty()) {
-    ws.status.Status = "Stopped: the picture is as it was";
+    ws.status.Status = Tr("Stopped: the picture is as it was");
     return Nothing(ws.status.Status);
   }
   PictureBox colours = ws.colours;

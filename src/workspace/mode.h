@@ -3,6 +3,8 @@
 #include <array>
 #include <string_view>
 
+#include "base/translation.h"
+
 namespace graphize {
 
 /// The pressed mode button of the toolbar, or none: what the mouse does on the picture.
@@ -54,25 +56,25 @@ constexpr std::string_view ModeKey(Mode mode) {
   return "";
 }
 
-/// What the clicks of a mode do, for the panel "hint".
+/// What the clicks of a mode do, for the panel "hint"; to be translated.
 constexpr const char* ModeHint(Mode mode) {
   switch (mode) {
     case Mode::AxisDef:
-      return "Type the values, then click the point";
+      return Marked("Type the values, then click the point");
     case Mode::Graphize:
-      return "Left click: capture; right: trace or scan";
+      return Marked("Left click: capture; right: trace or scan");
     case Mode::BlockTest:
-      return "Left click: blocker; right: test the tracer";
+      return Marked("Left click: blocker; right: test the tracer");
     case Mode::DrawErase:
-      return "Left button: draw; right: erase";
+      return Marked("Left button: draw; right: erase");
     case Mode::GridBuster:
-      return "Click LEFT for X and RIGHT for Y grid lines, SHIFT click for Auto mode";
+      return Marked("Click LEFT for X and RIGHT for Y grid lines, SHIFT click for Auto mode");
     case Mode::EditPoints:
-      return "Drag or arrow keys move points, Del deletes them";
+      return Marked("Drag or arrow keys move points, Del deletes them");
     case Mode::ReadCurve:
-      return "Left click: read the curve; right: blocker";
+      return Marked("Left click: read the curve; right: blocker");
     case Mode::FindSymbols:
-      return "Left click: find all symbols of this kind; right: blocker";
+      return Marked("Left click: find all symbols of this kind; right: blocker");
     case Mode::None:
       break;
   }

@@ -1,5 +1,7 @@
 #include "workspace/next_step.h"
 
+#include "base/translation.h"
+
 namespace graphize {
 
 namespace {
@@ -16,25 +18,27 @@ Station StationOf(const Workspace& ws) {
 const char* HintAt(Station station, const Workspace& ws) {
   switch (station) {
     case kOpen:
-      return "Open, paste or scan a picture of a graph, or drop its file here";
+      return Marked("Open, paste or scan a picture of a graph, or drop its file here");
     case kDefineAxis:
       return ws.calibration.AnyDefined()
-                 ? "Press \"Define Axis\" and click the points that are still missing"
-                 : "Press \"Define Axis\", then tell three points of the axes and their values";
+                 ? Marked("Press \"Define Axis\" and click the points that are still missing")
+                 : Marked(
+                       "Press \"Define Axis\", then tell three points of the axes and their "
+                       "values");
     case kGraphize:
-      return "Press \"Graphize\", then click points, or right-click a curve to trace it";
+      return Marked("Press \"Graphize\", then click points, or right-click a curve to trace it");
     case kSave:
       break;
   }
-  return UnsavedCurves(ws.curves, ws.store).empty() ? "All points are saved"
-                                                    : "Save the points to a data file";
+  return UnsavedCurves(ws.curves, ws.store).empty() ? Marked("All points are saved")
+                                                    : Marked("Save the points to a data file");
 }
 
 }  // namespace
 
 NextStep NextStepOf(const Workspace& ws) {
   const Station station = StationOf(ws);
-  return {station, ws.status.Hint.empty() ? HintAt(station, ws) : ws.status.Hint};
+  return {station, ws.status.Hint.empty() ? Tr(HintAt(station, ws)) : ws.status.Hint};
 }
 
 bool IsNextShown(const Workspace& ws) {

@@ -3,12 +3,14 @@
 #include <array>
 #include <string>
 
+#include "base/translation.h"
 #include "workspace/workspace.h"
 
 namespace graphize {
 
-/// The way from a picture to a data file.
-inline constexpr std::array<const char*, 4> kWay = {"Open", "Define Axis", "Graphize", "Save"};
+/// The way from a picture to a data file; to be translated.
+inline constexpr std::array<const char*, 4> kWay = {Marked("Open"), Marked("Define Axis"),
+                                                    Marked("Graphize"), Marked("Save")};
 
 /// Where on it one is, and what is to be done there, in one sentence.
 struct NextStep {

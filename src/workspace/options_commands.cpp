@@ -2,6 +2,9 @@
 
 #include <utility>
 
+#include "base/run_time_error.h"
+#include "base/translation.h"
+#include "settings/language.h"
 #include "workspace/session.h"
 
 namespace graphize {
@@ -86,6 +89,18 @@ void FormatChanged(Workspace& ws) {
 
 void ColoursChanged(Workspace& ws) {
   RedrawBlockers(ws.blockers, ws.plot, ws.settings);
+}
+
+void ChooseLanguage(Workspace& ws, const Desktop& desktop, const std::string& code) {
+  try {
+    SettingsFile file = ReadSettingsFile(ws.settingsPath);
+    WriteLanguage(file, code);
+    SaveSettingsFile(ws.settingsPath, file);
+    ws.language = code;
+    ws.status.Status = Tr("The window speaks this language from its next start on.");
+  } catch (const RunTimeError& error) {
+    Tell(desktop, error.what(), MessageIcon::Exclamation);
+  }
 }
 
 }  // namespace graphize

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "desktop/desktop.h"
 #include "workspace/workspace.h"
 
@@ -28,5 +30,8 @@ void DefaultOptions(Workspace& ws);
 void FormatChanged(Workspace& ws);
 /// A colour was changed: the blockers on the picture follow.
 void ColoursChanged(Workspace& ws);
+
+/// The window speaks the language of this code from its next start on; written at once.
+void ChooseLanguage(Workspace& ws, const Desktop& desktop, const std::string& code);
 
 }  // namespace graphize

@@ -4,6 +4,8 @@
 #include <string>
 #include <utility>
 
+#include "base/translation.h"
+
 namespace graphize {
 
 /// What came of a step.
@@ -28,8 +30,15 @@ struct Outcome {
 inline Outcome Refused(std::string reason) {
   return {.Is = Outcome::How::Refused, .Reason = std::move(reason)};
 }
+/// Translates the reason.
+inline Outcome Refused(const char* english) {
+  return Refused(Tr(english));
+}
 inline Outcome Nothing(std::string reason = {}) {
   return {.Is = Outcome::How::Nothing, .Reason = std::move(reason)};
+}
+inline Outcome Nothing(const char* english) {
+  return Nothing(Tr(english));
 }
 
 }  // namespace graphize

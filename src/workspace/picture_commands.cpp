@@ -7,6 +7,7 @@
 
 #include "base/numbers.h"
 #include "base/run_time_error.h"
+#include "base/translation.h"
 #include "base/whole_file.h"
 #include "codecs/file_format.h"
 #include "codecs/picbuf.h"
@@ -27,24 +28,24 @@ namespace graphize {
 namespace {
 
 constexpr const char* kAllImages = "*.bmp;*.pcx;*.tif;*.tga;*.gif;*.jpg";
-constexpr const char* kOpenFilters =
+constexpr const char* kOpenFilters = Marked(
     "All Images|*.bmp;*.pcx;*.tif;*.tga;*.gif;*.jpg|BMP Files (*.bmp)|*.bmp|PCX Files (*.pcx)|"
     "*.pcx|TIFF Files (*.tif)|*.tif|GIF Files (*.gif)|*.gif|TARGA Files (*.tga)|*.tga|JPEG Files "
-    "(*.jpg)|*.jpg";
-constexpr const char* kOtherFilters =
+    "(*.jpg)|*.jpg");
+constexpr const char* kOtherFilters = Marked(
     "All Pictures|*.png;*.webp;*.bmp;*.dib;*.pcx;*.tif;*.tiff;*.tga;*.gif;*.jpg;*.jpeg|PNG Files "
-    "(*.png)|*.png|WebP Files (*.webp)|*.webp|DIB Files (*.dib)|*.dib|All Files|*";
-constexpr const char* kSaveFilters =
+    "(*.png)|*.png|WebP Files (*.webp)|*.webp|DIB Files (*.dib)|*.dib|All Files|*");
+constexpr const char* kSaveFilters = Marked(
     "TIFF Files (*.tif)|*.tif|TARGA Files (*.tga)|*.tga|BMP Files (*.bmp)|*.bmp|GIF Files "
     "(*.gif)|*.gif|DIB Files (*.dib)|*.dib|PCX Files (*.pcx)|*.pcx|JPEG Files (*.jpg)|*.jpg|PNG "
-    "Files (*.png)|*.png|";
-constexpr const char* kLoading = "GRAPHIZE is Loading the File";
+    "Files (*.png)|*.png|");
+constexpr const char* kLoading = Marked("GRAPHIZE is Loading the File");
 
 /// A damaged picture takes the place of a good one only when the user wants it.
 bool AcceptsDamage(const Desktop& desktop, const std::filesystem::path& path,
                    const std::string& damage) {
   return desktop.ShowMessage({.Text = "\"" + path.filename().string() + "\": " + damage +
-                                      "\r\n\r\nDo you want to open it all the same ?",
+                                      "\r\n\r\n" + Tr("Do you want to open it all the same ?"),
                               .Icon = MessageIcon::Exclamation,
                               .Buttons = MessageButtons::YesNo,
                               .DefaultIsNo = true}) == Answer::Yes;
@@ -63,7 +64,7 @@ void OfferBlackAndWhite(Workspace& ws, const Desktop& desktop, Raster& picture, 
   }
   desktop.ShowNow();
   if (!step.BlackAndWhite) return;
-  ws.status.Status = "Reducing color depth...";
+  ws.status.Status = Tr("Reducing color depth...");
   desktop.ShowNow();
   ReduceToBlackAndWhite(picture, ThresholdOf(step.Threshold));
 }
@@ -82,7 +83,7 @@ bool FitToPositions(Workspace& ws, const Desktop& desktop, const std::filesystem
   if (const std::string fault = PartFault(step.Part, picture.Width(), picture.Height());
       !fault.empty())
     throw RunTimeError(fault);
-  ws.status.Status = "Loading File ...";
+  ws.status.Status = Tr("Loading File ...");
   return TakePart(picture, step.Part, ShowProgress(ws, desktop));
 }
 
@@ -94,7 +95,7 @@ std::optional<LoadedPicture> Decode(Workspace& ws, const Desktop& desktop,
                                     const std::filesystem::path& path, Step& step) {
   std::optional<LoadedPicture> loaded;
   std::string error;
-  ws.window.Caption = kLoading;
+  ws.window.Caption = Tr(kLoading);
   ws.window.Hourglass = true;
   desktop.ShowNow();
   try {
@@ -177,7 +178,7 @@ void AskAndOpen(Workspace& ws, const Desktop& desktop, const char* title, const 
                 const char* filters) {
   OfferReset(ws, desktop);
   const auto path = desktop.ChooseFile(
-      {.Title = title, .Folder = ws.picture.Folder, .FileName = names, .Filters = filters});
+      {.Title = Tr(title), .Folder = ws.picture.Folder, .FileName = names, .Filters = Tr(filters)});
   if (path && IsProject(*path))
     ws.projectAsked = *path;
   else if (path)
@@ -188,11 +189,11 @@ void AskAndOpen(Workspace& ws, const Desktop& desktop, const char* title, const 
 }  // namespace
 
 void OpenImage(Workspace& ws, const Desktop& desktop) {
-  AskAndOpen(ws, desktop, "Open Image File", kAllImages, kOpenFilters);
+  AskAndOpen(ws, desktop, Marked("Open Image File"), kAllImages, kOpenFilters);
 }
 
 void OpenOtherPicture(Workspace& ws, const Desktop& desktop) {
-  AskAndOpen(ws, desktop, "Open Other Picture", "", kOtherFilters);
+  AskAndOpen(ws, desktop, Marked("Open Other Picture"), "", kOtherFilters);
 }
 
 void OpenPicture(Workspace& ws, const Desktop& desktop, const std::filesystem::path& path) {
@@ -214,7 +215,7 @@ Outcome Run(Workspace& ws, const Desktop& desktop, OpenStep& step) {
                   .FromFile = false,
                   .WithoutFile = true};
   } else {
-    ws.status.Status = "Loading File ...";
+    ws.status.Status = Tr("Loading File ...");
     std::optional<LoadedPicture> loaded = Decode(ws, desktop, step.Path, step);
     if (!loaded) return Nothing("the picture was not opened");
     const bool again =
@@ -249,17 +250,18 @@ void OpenFiles(Workspace& ws, const Desktop& desktop,
   std::error_code ignored;
   for (const std::filesystem::path& file : files) {
     if (IsAddress(file))
-      told += named(file) + " is not a file of this computer. Please save it here first.\r\n";
+      told +=
+          Tr("%1 is not a file of this computer. Please save it here first.", named(file)) + "\r\n";
     else if (std::filesystem::is_directory(file, ignored))
-      told += named(file) + " is a folder. Please choose a picture in it.\r\n";
+      told += Tr("%1 is a folder. Please choose a picture in it.", named(file)) + "\r\n";
     else if (chosen == nullptr)
       chosen = &file;
     else if (++others <= kNamed)
       names += (others == 1 ? "" : ", ") + named(file);
   }
   if (chosen != nullptr) OpenPicture(ws, desktop, *chosen);
-  if (others > kNamed) names += " and " + std::to_string(others - kNamed) + " more";
-  if (others > 0) told += "One picture is worked on at a time. Not opened: " + names + ".\r\n";
+  if (others > kNamed) names = Tr("%1 and %2 more", names, others - kNamed);
+  if (others > 0) told += Tr("One picture is worked on at a time. Not opened: %1.", names) + "\r\n";
   if (!told.empty()) Tell(desktop, TrimRight(told), MessageIcon::Exclamation);
 }
 
@@ -275,7 +277,7 @@ Outcome Run(Workspace& ws, const Desktop& desktop, ReloadStep& step) {
   SetPicture(ws.plot, std::move(loaded->Picture));
   ws.colours.reset();
   CarryToOpened(ws, ws.plot.Height());
-  ws.window.Caption = "GRAPHIZE is Resizing ....";
+  ws.window.Caption = Tr("GRAPHIZE is Resizing ....");
   desktop.ShowNow();
   ShowFromCorner(ws.view, ws.plot.Width(), ws.plot.Height());
   RedrawBlockers(ws.blockers, ws.plot, ws.settings);
@@ -305,11 +307,11 @@ void PasteImage(Workspace& ws, const Desktop& desktop) {
     if (ws.calibration.AnyDefined() && AskYesNo(desktop, "Reset Axis Definisions ?"))
       Do(ws, desktop, ResetStep{});
     ReleaseButtons(ws, desktop);
-    ws.status.Status = "Copying ClipBorad ...";
-    ws.window.Caption = "GRAPHIZE is Copying ClipBorad";
+    ws.status.Status = Tr("Copying ClipBorad ...");
+    ws.window.Caption = Tr("GRAPHIZE is Copying ClipBorad");
     ws.window.Hourglass = true;
     desktop.ShowNow();
-    TakeInHand(ws, desktop, std::move(picture), "Pasted Plot");
+    TakeInHand(ws, desktop, std::move(picture), Marked("Pasted Plot"));
   }
   ws.status.Status = " ";
   ws.window.Hourglass = false;
@@ -326,16 +328,16 @@ void SaveImageAs(Workspace& ws, const Desktop& desktop) {
   const bool untitled = ws.picture.WithoutFile;
   const auto path = desktop.ChooseFile(
       {.ForSaving = true,
-       .Title = "Save Image File",
+       .Title = Tr("Save Image File"),
        .Folder = ws.picture.Folder,
        .FileName = untitled ? "untitled.tif" : ImageFileProposal(ws.picture.Name, format),
-       .Filters = kSaveFilters,
+       .Filters = Tr(kSaveFilters),
        .FilterIndex = untitled || format == 0 ? 1 : format,
        .OnlyFilterTypes = true});
   if (!path) return;
   const std::string lowerPath = LowerCase(path->string());
   GetFileFormat(lowerPath, format, option);
-  ws.status.Status = "Saving Image to: " + lowerPath;
+  ws.status.Status = Tr("Saving Image to: %1", lowerPath);
   ws.window.Hourglass = true;
   desktop.ShowNow();
   std::string error;
@@ -343,7 +345,7 @@ void SaveImageAs(Workspace& ws, const Desktop& desktop) {
     const BasePictureShown base(ws.plot);
     const bool saved =
         SavePicture(*path, format, option, ws.plot.Pixels, ShowProgress(ws, desktop));
-    ws.status.Status = saved ? "Image was successfully saved" : " ";
+    ws.status.Status = saved ? Tr("Image was successfully saved") : " ";
   } catch (const RunTimeError& e) {
     ws.status.Status = " ";
     error = e.what();

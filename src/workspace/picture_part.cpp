@@ -9,6 +9,7 @@
 
 #include "base/numbers.h"
 #include "base/tokens.h"
+#include "base/translation.h"
 #include "image_tools/picture_tools.h"
 #include "raster/size_limits.h"
 
@@ -56,11 +57,10 @@ bool IsTooLong(int width, int height) {
 }
 
 std::string AskForPart(const Desktop& desktop, const std::string& name, int width, int height) {
-  TextPrompt prompt{.Prompt = "\"" + name + "\" is " + SizeText(width, height) +
-                              " pixels, and neither width nor height may be more than " +
-                              std::to_string(kMaxPictureSide) +
-                              ".\r\nOpen it at half or a quarter of its size, or a part of it: "
-                              "LEFT,TOP,WIDTH,HEIGHT",
+  TextPrompt prompt{.Prompt = Tr("\"%1\" is %2 pixels, and neither width nor height may be more "
+                                 "than %3.\r\nOpen it at half "
+                                 "or a quarter of its size, or a part of it: LEFT,TOP,WIDTH,HEIGHT",
+                                 name, SizeText(width, height), kMaxPictureSide),
                     .Caption = "Graphize"};
   for (const auto& share : kShares)
     if (PartFault(share.first, width, height).empty()) prompt.Choices.push_back(share.first);
@@ -81,14 +81,14 @@ std::string PartFault(const std::string& part, int width, int height) {
   if (const auto percent = PercentOf(part)) {
     const PictureSize size = ResultSize(PictureTool::Resize, *percent, {width, height});
     if (std::max(size.Width, size.Height) <= kMaxPictureSide) return {};
-    return "A " + part + " of " + SizeText(width, height) + " pixels is still too large.";
+    return Tr("A %1 of %2 pixels is still too large.", part, SizeText(width, height));
   }
   const auto asked = RectangleOf(part);
-  if (!asked) return "\"" + part + "\" is not half, quarter or a part LEFT,TOP,WIDTH,HEIGHT.";
+  if (!asked) return Tr("\"%1\" is not half, quarter or a part LEFT,TOP,WIDTH,HEIGHT.", part);
   if (asked->Width < 1 || asked->Height < 1 || std::int64_t{asked->Left} + asked->Width > width ||
       std::int64_t{asked->Top} + asked->Height > height)
-    return "The part " + part + " does not lie on the picture, which is " +
-           SizeText(width, height) + " pixels.";
+    return Tr("The part %1 does not lie on the picture, which is %2 pixels.", part,
+              SizeText(width, height));
   return SizeRefusal(asked->Width, asked->Height);
 }
 

@@ -7,6 +7,7 @@
 
 #include "base/numbers.h"
 #include "base/run_time_error.h"
+#include "base/translation.h"
 #include "capture/snap.h"
 #include "workspace/do.h"
 #include "workspace/extraction_commands.h"
@@ -18,7 +19,7 @@ namespace graphize {
 
 namespace {
 
-constexpr const char* kPointerStays = "This desktop does not let programs move the pointer";
+constexpr const char* kPointerStays = Marked("This desktop does not let programs move the pointer");
 
 /// The button that a drag on the picture holds down; 0 without one.
 int DraggingButton(const Workspace& ws) {
@@ -291,7 +292,7 @@ bool MovePointerByKey(Workspace& ws, const Desktop& desktop, PointerKey key, int
   if (!desktop.PointerOverPlot()) return false;
   const int step = Shift == kCtrlKey ? 10 : 1;
   const auto [x, y] = kMoves[static_cast<std::size_t>(key)];
-  if (!desktop.MovePointer(x * step, y * step)) ws.status.Status = kPointerStays;
+  if (!desktop.MovePointer(x * step, y * step)) ws.status.Status = Tr(kPointerStays);
   return true;
 }
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/numbers.h"
+#include "base/translation.h"
 #include "data/list_edit.h"
 #include "data/point_edit.h"
 #include "raster/plot_overlay.h"
@@ -22,10 +23,12 @@ namespace {
 /// What the axes lack for values to be taken from places; nullptr when nothing is.
 const char* AxesFault(const Workspace& ws) {
   if (!ws.calibration.IsComplete())
-    return "The values of points come from the axes: please define all three axis points first";
+    return Marked(
+        "The values of points come from the axes: please define all three axis points first");
   if (!AxesFitPicture(ws))
-    return "An image tool has changed the picture since the axes were defined: please redefine all "
-           "three axis points first";
+    return Marked(
+        "An image tool has changed the picture since the axes were defined: please redefine all "
+        "three axis points first");
   if (const char* fault = LogOriginFault(ws.calibration)) return fault;
   return LogPointFault(ws.calibration);
 }
@@ -33,6 +36,10 @@ const char* AxesFault(const Workspace& ws) {
 Outcome Refuse(const Desktop& desktop, const std::string& reason) {
   Tell(desktop, reason, MessageIcon::Exclamation);
   return Refused(reason);
+}
+
+Outcome Refuse(const Desktop& desktop, const char* english) {
+  return Refuse(desktop, Tr(english));
 }
 
 /// What the axes give to the points of every curve.
@@ -117,7 +124,7 @@ PointSet JustCaptured(const Workspace& ws) {
 }
 
 std::string Position(const Place& place) {
-  return "column " + ShortestText(place.Column) + ", row " + ShortestText(place.Row);
+  return Tr("column %1, row %2", ShortestText(place.Column), ShortestText(place.Row));
 }
 
 }  // namespace
@@ -129,16 +136,17 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const MovePointsStep& step) {
                                          ws.plot.Height(), step.Points, step.Columns, step.Rows);
   if (!refusal.empty()) return Refuse(desktop, refusal);
   const std::size_t count = step.Points.Count();
-  ws.status.Status = count == 1
-                         ? "Point moved to " + Position(ws.store.Places[step.Points.Ids().front()])
-                         : PointCount(static_cast<long long>(count)) + " moved";
+  ws.status.Status =
+      count == 1 ? Tr("Point moved to %1", Position(ws.store.Places[step.Points.Ids().front()]))
+                 : TrCount("%1 point moved", "%1 points moved", static_cast<long long>(count));
   return {};
 }
 
 Outcome Run(Workspace& ws, const Desktop& desktop, const DeletePointsStep& step) {
   const std::string refusal = DeletePoints(ws.store, ws.commands, step.Points, ws.plot.Height());
   if (!refusal.empty()) return Refuse(desktop, refusal);
-  ws.status.Status = PointCount(static_cast<long long>(step.Points.Count())) + " deleted";
+  ws.status.Status =
+      TrCount("%1 point deleted", "%1 points deleted", static_cast<long long>(step.Points.Count()));
   UpdateEditMenu(ws.store, ws.commands);
   return {};
 }
@@ -154,30 +162,35 @@ bool HasOldValues(const Workspace& ws) {
 }
 
 Outcome Run(Workspace& ws, const Desktop& desktop, const RecalculateStep&) {
-  if (!CanRecalculate(ws)) return Refuse(desktop, "There are no points to recalculate");
+  if (!CanRecalculate(ws)) return Refuse(desktop, Tr("There are no points to recalculate"));
   if (const char* fault = AxesFault(ws)) return Refuse(desktop, fault);
   const CurveValues values(ws);
   if (values.WithoutValue > 0)
-    return Refuse(desktop, "The axes give no number for " + PointCount(values.WithoutValue) +
-                               ": nothing was recalculated");
+    return Refuse(desktop,
+                  TrCount("The axes give no number for %1 point: nothing was recalculated",
+                          "The axes give no number for %1 points: nothing was recalculated",
+                          values.WithoutValue));
   if (!values.AnyPlaced)
-    return Refuse(desktop, "No point has a place on this picture: nothing was recalculated");
+    return Refuse(desktop, Tr("No point has a place on this picture: nothing was recalculated"));
   const int staying = values.RowsThatStay;
   const std::string stay =
-      staying == 0   ? ""
-      : staying == 1 ? "; 1 row without a place on the picture stays"
-                     : "; " + std::to_string(staying) + " rows without a place on the picture stay";
+      staying == 0 ? ""
+                   : "; " + TrCount("%1 row without a place on the picture stays",
+                                    "%1 rows without a place on the picture stay", staying);
   if (values.Others == 0) {
-    const char* curves = ws.curves.Curves.size() > 1 ? " of all curves" : "";
     const std::string reason =
-        std::string("All points") + curves + " have the values of these axes already" + stay;
+        (ws.curves.Curves.size() > 1
+             ? Tr("All points of all curves have the values of these axes already")
+             : Tr("All points have the values of these axes already")) +
+        stay;
     Tell(desktop, reason);
     return Nothing(reason);
   }
   ChangePoints(ws.curves, ws.store, [&](PointStore& points, std::size_t curve) {
     TakeValues(points, values.Of[curve]);
   });
-  ws.status.Status = PointCount(values.Others) + " recalculated" + stay;
+  ws.status.Status =
+      TrCount("%1 point recalculated", "%1 points recalculated", values.Others) + stay;
   return {};
 }
 
@@ -255,7 +268,8 @@ void ReleasePoints(Workspace& ws, const Desktop& desktop) {
     if (edit.Extends) found = Union(found, ws.store.Page.Points);
     Select(ws, found);
     if (found.IsEmpty()) return;
-    ws.status.Status = PointCount(static_cast<long long>(found.Count())) + " selected";
+    ws.status.Status =
+        TrCount("%1 point selected", "%1 points selected", static_cast<long long>(found.Count()));
     ShowRow(ws, found.Ranges().front().First);
   }
 }
@@ -272,7 +286,7 @@ bool NudgePoints(Workspace& ws, const Desktop& desktop, float columns, float row
   const auto area = AreaOf(ws.store, points);
   if (!area) return false;
   if (Within(ws, *area, {columns, rows}) != Place{columns, rows}) {
-    ws.status.Status = "There the picture ends";
+    ws.status.Status = Tr("There the picture ends");
     return true;
   }
   Do(ws, desktop, MovePointsStep{points, columns, rows});

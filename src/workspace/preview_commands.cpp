@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "base/tokens.h"
+#include "base/translation.h"
 #include "data/x_grid.h"
 #include "raster/paper.h"
 #include "tracing/extraction_context.h"
@@ -33,16 +34,16 @@ ReadingDensity DensityOf(const Workspace& ws, std::string& fault) {
     if (pixels)
       density.Pixels = *pixels;
     else
-      fault = "\"" + control.Pixels + "\" is no whole number from 1 to " + std::to_string(kMost);
+      fault = Tr("\"%1\" is no whole number from 1 to %2", control.Pixels, kMost);
   } else if (density.Is == Kind::AtX) {
     const XGrid grid = ReadXGrid(control.Xs);
     for (const double x : grid.Values) density.Xs.push_back(static_cast<float>(x));
     if (!ws.calibration.IsComplete())
-      fault = "X values mean something when the axes are defined";
+      fault = Tr("X values mean something when the axes are defined");
     else if (!grid.Fault.empty())
       fault = grid.Fault;
     else if (density.Xs.empty())
-      fault = "Type the X values, such as 0, 2.5, 7 or 0:0.5:10";
+      fault = Tr("Type the X values, such as 0, 2.5, 7 or 0:0.5:10");
   }
   return density;
 }
@@ -99,21 +100,21 @@ void ShowReading(Workspace& ws) {
   shown.Points.clear();
   if (fault.empty()) {
     shown.Points = Thinned(shown.Reading.Points, density, ws.calibration, ws.plot.Height());
-    if (shown.Points.empty()) fault = "The curve has no point there";
+    if (shown.Points.empty()) fault = Tr("The curve has no point there");
   }
   if (!fault.empty()) return Say(ws, fault);
   std::string text =
       PointCount(static_cast<long long>(shown.Points.size())) + ", " +
       HowSure({.Points = shown.Points, .Kind = {}, .Refusal = {}, .Doubts = {}, .Map = {}});
   for (const std::string& doubt : shown.Reading.Doubts) text += "\n" + doubt;
-  if (!CanRead(ws)) text += "\nDefine the axes to take it over";
+  if (!CanRead(ws)) text += "\n" + Tr("Define the axes to take it over");
   Say(ws, text);
 }
 
 /// Reads the curve that was clicked at these places. False when nothing was read: what was shown
 /// stays, and the label says why.
 bool Read(Workspace& ws, const Desktop& desktop, std::vector<PlotPixel> clicks) {
-  ws.reading.Reading = "Reading the curve...";
+  ws.reading.Reading = Tr("Reading the curve...");
   ReadFrom from = ReadFromNow(ws);
   const int tolerance = ws.reading.Tolerance;
   ReadStep step = StepOfReading(ws, clicks, tolerance);
@@ -121,7 +122,7 @@ bool Read(Workspace& ws, const Desktop& desktop, std::vector<PlotPixel> clicks) 
   CurveReading reading = ReadAt(ws, desktop, step);
   if (reading.IsStopped || !reading.Refusal.empty()) {
     const std::string why =
-        reading.IsStopped ? "Stopped: nothing was read" : "No curve: " + reading.Refusal;
+        reading.IsStopped ? Tr("Stopped: nothing was read") : Tr("No curve: %1", reading.Refusal);
     if (ws.reading.Curve) ShowReading(ws);
     Say(ws, why + (ws.reading.Curve ? "\n" + ws.reading.Reading : ""));
     return false;

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/translation.h"
 #include "tracing/extraction_context.h"
 #include "workspace/extraction_commands.h"
 #include "workspace/shown_picture.h"
@@ -33,15 +34,17 @@ std::string HowSure(const CurveReading& reading) {
   const auto middle = sigmas.begin() + static_cast<std::ptrdiff_t>(sigmas.size() / 2);
   std::nth_element(sigmas.begin(), middle, sigmas.end());
   const double median = *middle;
-  std::string text = "uncertain by " + Hundredths(median) + " pixels, at most by " +
-                     Hundredths(*std::max_element(sigmas.begin(), sigmas.end()));
+  std::string text = Tr("uncertain by %1 pixels, at most by %2", Hundredths(median),
+                        Hundredths(*std::max_element(sigmas.begin(), sigmas.end())));
   const auto bridged = std::count_if(reading.Points.begin(), reading.Points.end(),
                                      [](const CurvePoint& point) { return point.IsBridged; });
-  if (bridged > 0) text += "; " + std::to_string(bridged) + " of them where the curve is not seen";
+  if (bridged > 0) text += "; " + Tr("%1 of them where the curve is not seen", bridged);
   constexpr std::size_t kTold = 2;
   const std::size_t doubts = reading.Doubts.size();
   for (std::size_t i = 0; i < std::min(doubts, kTold); ++i) text += "; " + reading.Doubts[i];
-  if (doubts > kTold) text += "; and " + std::to_string(doubts - kTold) + " doubts more";
+  if (doubts > kTold)
+    text += "; " + TrCount("and %1 doubt more", "and %1 doubts more",
+                           static_cast<long long>(doubts - kTold));
   return text;
 }
 
@@ -57,7 +60,7 @@ CurveReading ReadAt(Workspace& ws, const Desktop& desktop, const ReadStep& step)
     request.Walls.push_back({blocker.X, blocker.Y, blocker.Size});
   }
   ws.window.Hourglass = true;
-  ws.status.Status = "Reading the curve...";
+  ws.status.Status = Tr("Reading the curve...");
   // The window paints the raster while the work goes on beside it, and changes nothing.
   const BasePictureShown base(ws.plot);
   CurveReading reading = RunBeside(ShowProgress(ws, desktop), [&](PictureOperation& operation) {
@@ -69,7 +72,7 @@ CurveReading ReadAt(Workspace& ws, const Desktop& desktop, const ReadStep& step)
   reading.Points =
       Thinned(std::move(reading.Points), step.Density, ws.calibration, ws.plot.Height());
   if (!reading.IsStopped && reading.Refusal.empty() && reading.Points.empty())
-    reading.Refusal = "the curve has no point there";
+    reading.Refusal = Tr("the curve has no point there");
   return reading;
 }
 
@@ -90,17 +93,17 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const ReadStep& step) {
   if (auto refused = ReadingRefused(ws, step)) return *refused;
   const CurveReading reading = ReadAt(ws, desktop, step);
   if (reading.IsStopped) {
-    ws.status.Status = "Stopped: nothing was read";
+    ws.status.Status = Tr("Stopped: nothing was read");
     return Nothing("it was stopped");
   }
   if (!reading.Refusal.empty()) {
-    ws.status.Status = "No curve: " + reading.Refusal;
+    ws.status.Status = Tr("No curve: %1", reading.Refusal);
     return Refused(reading.Refusal);
   }
   const int room = ws.store.MaxPoints - std::max(ws.store.CaptureCount, ws.store.ListCount);
   if (static_cast<int>(reading.Points.size()) > room)
-    return Refused("the curve has " + PointCount(static_cast<long long>(reading.Points.size())) +
-                   ", and the list takes only " + std::to_string(room) + " more");
+    return Refused(Tr("the curve has %1, and the list takes only %2 more",
+                      PointCount(static_cast<long long>(reading.Points.size())), room));
   const ExtractionContext context = ExtractionOf(ws, desktop);
   for (const CurvePoint& point : reading.Points) {
     MoveCursor(context, static_cast<float>(point.X), static_cast<float>(point.Y));
@@ -111,7 +114,7 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const ReadStep& step) {
   ShowNewest(ws.store);
   const std::string sure = HowSure(reading);
   const auto count = static_cast<int>(reading.Points.size());
-  ws.status.Status = "Read " + PointCount(count) + ", " + sure;
+  ws.status.Status = TrCount("Read %1 point, %2", "Read %1 points, %2", count, sure);
   return {.Points = count, .Remark = sure};
 }
 

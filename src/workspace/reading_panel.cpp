@@ -8,6 +8,7 @@
 #include <QSlider>
 #include <QVBoxLayout>
 
+#include "base/translation.h"
 #include "widgets/show.h"
 
 namespace graphize {
@@ -18,10 +19,10 @@ using Kind = ReadingDensity::Kind;
 
 /// In the order of the box.
 constexpr std::pair<Kind, const char*> kDensities[] = {
-    {Kind::Each, QT_TRANSLATE_NOOP("ReadingPanel", "each column")},
-    {Kind::Every, QT_TRANSLATE_NOOP("ReadingPanel", "every n pixels")},
-    {Kind::AtX, QT_TRANSLATE_NOOP("ReadingPanel", "at given X")},
-    {Kind::Bends, QT_TRANSLATE_NOOP("ReadingPanel", "where it bends")},
+    {Kind::Each, Marked("each column")},
+    {Kind::Every, Marked("every n pixels")},
+    {Kind::AtX, Marked("at given X")},
+    {Kind::Bends, Marked("where it bends")},
 };
 
 }  // namespace

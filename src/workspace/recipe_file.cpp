@@ -9,6 +9,7 @@
 #include "base/numbers.h"
 #include "base/run_time_error.h"
 #include "base/tokens.h"
+#include "base/translation.h"
 #include "base/whole_file.h"
 #include "workspace/do.h"
 #include "workspace/step_text.h"
@@ -38,7 +39,7 @@ std::string PictureLine(int number, const RecipePicture& picture, const fs::path
 }
 
 RunTimeError LineError(int line, const std::string& problem) {
-  return RunTimeError("line " + std::to_string(line) + ": " + problem);
+  return RunTimeError(Tr("line %1: %2", line, problem));
 }
 
 /// "640x480"
@@ -96,10 +97,10 @@ bool CanSaveRecipe(const Workspace& ws) {
 void SaveRecipe(Workspace& ws, const Desktop& desktop) {
   const fs::path name = fs::path(ws.picture.Name).stem();
   auto path = desktop.ChooseFile({.ForSaving = true,
-                                  .Title = "Save Recipe As...",
+                                  .Title = Tr("Save Recipe As..."),
                                   .Folder = ws.picture.Folder,
                                   .FileName = name.string() + ".recipe",
-                                  .Filters = "Recipes (*.recipe)|*.recipe",
+                                  .Filters = Tr("Recipes (*.recipe)|*.recipe"),
                                   .DefaultExtension = "recipe"});
   if (!path) return;
   try {
@@ -107,7 +108,8 @@ void SaveRecipe(Workspace& ws, const Desktop& desktop) {
     if (const std::error_code error = ReplaceWholeFile(*path, text))
       throw RunTimeError(error.message());
   } catch (const RunTimeError& error) {
-    Tell(desktop, std::string("Error while saving. \r\n") + error.what(), MessageIcon::Critical);
+    Tell(desktop, Tr("Error while saving. \r\n%1", std::string(error.what())),
+         MessageIcon::Critical);
   }
 }
 

@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "base/tokens.h"
+#include "base/translation.h"
 #include "workspace/workspace.h"
 
 namespace graphize {
@@ -156,11 +157,11 @@ Outcome Run(Workspace& ws, const Desktop&, const SetStep& step) {
   for (const RecipeOption& option : kOptions) {
     if (step.Option != option.Name) continue;
     if (!option.Take(ws, step.Value))
-      return Refused("\"" + step.Option + "\" cannot be \"" + step.Value + "\"");
+      return Refused(Tr("\"%1\" cannot be \"%2\"", step.Option, step.Value));
     BuildFormats(ws.settings, ws.formats);
     return {};
   }
-  return Refused("there is no option \"" + step.Option + "\"");
+  return Refused(Tr("there is no option \"%1\"", step.Option));
 }
 
 }  // namespace graphize

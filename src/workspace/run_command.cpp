@@ -29,9 +29,9 @@ std::string Guarded(Workspace& ws, const Desktop& desktop, const std::function<v
   } catch (const RunTimeError& e) {
     error = e.what();
   } catch (const std::bad_alloc&) {
-    error = "Out of memory";
+    error = Tr("Out of memory");
   } catch (const std::exception& e) {
-    error = std::string("Unexpected error: ") + e.what();
+    error = Tr("Unexpected error: %1", std::string(e.what()));
   }
   if (error.empty()) return error;
   PutBackAfterError(ws);

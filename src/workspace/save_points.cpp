@@ -4,6 +4,7 @@
 
 #include "base/numbers.h"
 #include "base/run_time_error.h"
+#include "base/translation.h"
 #include "data/data_file.h"
 #include "workspace/do.h"
 
@@ -32,7 +33,7 @@ std::vector<RowError> ErrorColumns(const Workspace& ws, const Desktop& desktop) 
 void TellHiddenDigits(const Workspace& ws, const Desktop& desktop) {
   const std::string hidden = HiddenDigits(ws.store, ws.calibration, ws.settings, ws.formats);
   if (!hidden.empty())
-    Tell(desktop, hidden + " Decimals are set on the tab Format of the settings.");
+    Tell(desktop, hidden + ' ' + Tr("Decimals are set on the tab Format of the settings."));
 }
 
 /// Of several curves, none proposes the name of another's file.
@@ -47,13 +48,14 @@ std::string ProposalFor(const Workspace& ws) {
 }  // namespace
 
 bool SavePoints(Workspace& ws, const Desktop& desktop) {
-  const std::string title = desktop.Prompt(
-      {.Prompt = "Enter file title line (press Enter to Skip)", .Caption = "File Title Line"});
+  const std::string title =
+      desktop.Prompt({.Prompt = Tr("Enter file title line (press Enter to Skip)"),
+                      .Caption = Tr("File Title Line")});
   const auto path = desktop.ChooseFile({.ForSaving = true,
-                                        .Title = "Save Points As...",
+                                        .Title = Tr("Save Points As..."),
                                         .Folder = ws.picture.Folder,
                                         .FileName = ProposalFor(ws),
-                                        .Filters = "Data Files (*.dat)|*.dat",
+                                        .Filters = Tr("Data Files (*.dat)|*.dat"),
                                         .DefaultExtension = "DAT"});
   return path && Do(ws, desktop, SaveStep{title, *path}).IsDone();
 }
@@ -68,7 +70,7 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const SaveStep& step) {
       WriteDataFile(step.Path, DataFileText(step.Title, ws.store, ws.formats,
                                             ws.settings.DecimalPoint, ErrorColumns(ws, desktop)));
     } catch (const RunTimeError& error) {
-      outcome = Refused(std::string("Error while saving. \r\n") + error.what());
+      outcome = Refused(Tr("Error while saving. \r\n%1", std::string(error.what())));
       Tell(desktop, outcome.Reason, MessageIcon::Critical);
     }
     ws.window.Hourglass = false;

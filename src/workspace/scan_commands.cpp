@@ -6,6 +6,7 @@
 
 #include "base/numbers.h"
 #include "base/run_time_error.h"
+#include "base/translation.h"
 #include "settings/scanner_source.h"
 #include "settings/settings_file.h"
 #include "workspace/forms.h"
@@ -16,7 +17,8 @@ namespace graphize {
 
 namespace {
 
-constexpr const char* kNothingFound = "No scanner was found. Is it switched on and connected?";
+constexpr const char* kNothingFound =
+    Marked("No scanner was found. Is it switched on and connected?");
 
 /// Waits for the scanner; Escape stops.
 PictureProgress Wait(const Desktop& desktop) {
@@ -37,10 +39,10 @@ PictureProgress ShowProgress(ScanForm& form, const Desktop& desktop) {
 void TellScanError(const Desktop& desktop, const std::string& description, bool tooLarge) {
   // The line ends with LF before CR, as in the message that the point store is full.
   desktop.ShowMessage(
-      {.Text = "Error while scanning: " + description +
-               (tooLarge ? "\n\rTry to reduce image size or use lower dpi setting." : ""),
+      {.Text = Tr("Error while scanning: %1", description) +
+               (tooLarge ? "\n\r" + Tr("Try to reduce image size or use lower dpi setting.") : ""),
        .Icon = MessageIcon::Critical,
-       .Caption = std::string(kTitle) + " Error"});
+       .Caption = Tr("%1 Error", kTitle)});
 }
 
 /// Runs a part of the acquisition. A failure is told and ends all of it.
@@ -56,7 +58,7 @@ void Acquiring(Workspace& ws, const Desktop& desktop, const Work& work) {
   } catch (const RunTimeError& e) {
     error = e.what();
   } catch (const std::bad_alloc&) {
-    error = "There is not enough memory.";
+    error = Tr("There is not enough memory.");
     tooLarge = true;
   }
   ws.scan.Doing = ScanForm::Work::None;
@@ -68,9 +70,9 @@ void Acquiring(Workspace& ws, const Desktop& desktop, const Work& work) {
 }
 
 void TellSourceError(const Desktop& desktop, const std::string& description) {
-  desktop.ShowMessage({.Text = "Select Source Error: " + description,
+  desktop.ShowMessage({.Text = Tr("Select Source Error: %1", description),
                        .Icon = MessageIcon::Critical,
-                       .Caption = "Select Source Error"});
+                       .Caption = Tr("Select Source Error")});
 }
 
 /// The chosen source or, when none was chosen, the first at this computer; no name after Escape.
@@ -83,7 +85,7 @@ ScannerSource SourceToOpen(const Workspace& ws, const Desktop& desktop) {
 }
 
 void OpenScanWindow(Workspace& ws, const Desktop& desktop) {
-  ws.status.Status = "Waiting for the scanner ...";
+  ws.status.Status = Tr("Waiting for the scanner ...");
   ws.window.Hourglass = true;
   desktop.ShowNow();
   const auto [name, label] = SourceToOpen(ws, desktop);
@@ -105,7 +107,7 @@ void OpenScanWindow(Workspace& ws, const Desktop& desktop) {
 
 void TakePage(Workspace& ws, const Desktop& desktop, PageRaster bitmap) {
   ws.window.Hourglass = true;
-  TakeInHand(ws, desktop, std::move(*bitmap), "Scanned Plot");
+  TakeInHand(ws, desktop, std::move(*bitmap), Marked("Scanned Plot"));
 }
 
 }  // namespace
@@ -134,10 +136,10 @@ void LookForSources(Workspace& ws, const Desktop& desktop, bool network) {
     if (sources)
       ShowSources(ws.source, std::move(*sources), ws.scanner.Source.Name);
     else
-      ShowNoSources(ws.source, "The search was stopped.");
+      ShowNoSources(ws.source, Tr("The search was stopped."));
   } catch (const RunTimeError& e) {
     error = e.what();
-    ShowNoSources(ws.source, kNothingFound);
+    ShowNoSources(ws.source, Tr(kNothingFound));
   }
   if (!error.empty()) TellSourceError(desktop, error);
 }

@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "base/run_time_error.h"
+#include "base/translation.h"
+#include "settings/language.h"
 #include "settings/scanner_source.h"
 #include "settings/settings_store.h"
 #include "tracing/tracer_control.h"
@@ -51,7 +53,7 @@ void ApplyFormats(Workspace& ws, std::vector<std::string>& notes) {
   try {
     BuildFormats(ws.settings, ws.formats);
   } catch (const RunTimeError& error) {
-    notes.push_back(std::string(error.what()) + " The default is used.");
+    notes.push_back(std::string(error.what()) + " " + Tr("The default is used."));
     Settings& settings = ws.settings;
     const auto repair = [](std::int16_t& places, int least, std::int16_t byDefault) {
       if (places < least || places > kMaxPlaces) places = byDefault;
@@ -103,8 +105,8 @@ bool MayClose(Workspace& ws, const Desktop& desktop) {
   const std::vector<std::string> unsaved = UnsavedNames(ws);
   if (unsaved.empty()) return true;
   std::string which;
-  if (ws.curves.Curves.size() > 1) which = "\r\n\r\nNot saved: " + Joined(unsaved, ", ") + ".";
-  switch (desktop.ShowMessage({.Text = "Do you want to save graphized points ?" + which,
+  if (ws.curves.Curves.size() > 1) which = "\r\n\r\n" + Tr("Not saved: %1.", Joined(unsaved, ", "));
+  switch (desktop.ShowMessage({.Text = Tr("Do you want to save graphized points ?") + which,
                                .Icon = MessageIcon::Question,
                                .Buttons = MessageButtons::YesNoCancel})) {
     case Answer::Yes:
@@ -120,6 +122,7 @@ void Get_INI(Workspace& ws, const Desktop& desktop) {
   std::vector<std::string> notes;
   const SettingsFile file = ReadSettingsFile(ws.settingsPath);
   ReadSettings(file, ws.settings, notes);
+  ws.language = ReadLanguage(file);
   ApplyFormats(ws, notes);
   SetTraceType(ws.tracer, ws.settings.Trace);
   ws.commands.ShowLastPoint = ReadLastPoint(file);

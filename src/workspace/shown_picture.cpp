@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/numbers.h"
+#include "base/translation.h"
 #include "tracing/blockers.h"
 
 namespace graphize {
@@ -21,7 +22,7 @@ PictureBox LoadImage(Workspace& ws, const Desktop& desktop, PictureBox picture,
   PictureBox replaced = SetPicture(ws.plot, std::move(picture));
   ws.imageTools.UndoCopy.reset();  // it was of the picture before
   ws.colours.reset();
-  ws.window.Caption = "GRAPHIZE is Resizing ....";
+  ws.window.Caption = Tr("GRAPHIZE is Resizing ....");
   desktop.ShowNow();
   ShowFromCorner(ws.view, ws.plot.Width(), ws.plot.Height());
   RedrawBlockers(ws.blockers, ws.plot, ws.settings);
@@ -47,10 +48,15 @@ void ShowPictureSize(Workspace& ws) {
   ws.status.SizeY = "H=" + std::to_string(ws.plot.Height());
 }
 
+std::string PictureLabel(const std::string& sourceName, bool withoutFile) {
+  const std::string name = TrimRight(sourceName);
+  return withoutFile ? Tr(name.c_str()) : name;
+}
+
 void ShowPictureCaption(Workspace& ws) {
   ws.window.Caption = kTitle;
   if (!ws.plot.IsPresent()) return;
-  ws.window.Caption += " - " + TrimRight(ws.plot.SourceName) + " (" +
+  ws.window.Caption += " - " + PictureLabel(ws.plot.SourceName, ws.picture.WithoutFile) + " (" +
                        std::to_string(ws.plot.Width()) + "x" + std::to_string(ws.plot.Height()) +
                        ")";
 }

@@ -19,6 +19,9 @@ PictureBox LoadImage(Workspace& ws, const Desktop& desktop, Raster picture,
 /// Escape stops it.
 PictureProgress ShowProgress(Workspace& ws, const Desktop& desktop, int from = 0, int to = 100);
 
+/// What a picture is called: by its file, or what it is ("Pasted Plot") in the user's language.
+std::string PictureLabel(const std::string& sourceName, bool withoutFile);
+
 /// Title, source name and size in the caption, and the size panels.
 void ShowPictureCaption(Workspace& ws);
 void ShowPictureSize(Workspace& ws);

@@ -1,5 +1,7 @@
 #include "workspace/system_programs.h"
 
+#include "base/translation.h"
+
 namespace graphize {
 
 namespace {
@@ -43,13 +45,15 @@ void Start(const Desktop& desktop, const std::vector<OutsideProgram>& programs,
 
 void MouseSettings(const Desktop& desktop) {
   Start(desktop, kMouseSettings,
-        "No program for the mouse settings was found. Please open them from your desktop's own "
-        "settings.");
+        Marked(
+            "No program for the mouse settings was found. Please open them from your desktop's own "
+            "settings."));
 }
 
 void SystemInformation(const Desktop& desktop) {
   Start(desktop, kSystemInformation,
-        "No program for system information was found. Installing the package hardinfo adds one.");
+        Marked("No program for system information was found. Installing the package hardinfo adds "
+               "one."));
 }
 
 }  // namespace graphize

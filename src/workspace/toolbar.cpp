@@ -1,6 +1,7 @@
 #include "workspace/toolbar.h"
 
 #include "base/numbers.h"
+#include "base/translation.h"
 #include "data/point_edit.h"
 #include "workspace/capture_commands.h"
 #include "workspace/do.h"
@@ -35,7 +36,7 @@ void EnterEditMode(Workspace& ws, std::string_view key) {
   ShowFrame(ws, "graphize");
   ClearMarks(ws.plot);
   ws.plot.PersistentDrawing = true;
-  if (key == "gridbuster") ws.status.Status = ModeHint(Mode::GridBuster);
+  if (key == "gridbuster") ws.status.Status = Tr(ModeHint(Mode::GridBuster));
 }
 
 void EnterMode(Workspace& ws, const Desktop& desktop, std::string_view key) {
@@ -60,9 +61,9 @@ void EnterMode(Workspace& ws, const Desktop& desktop, std::string_view key) {
 
 void ShowModeHint(Workspace& ws) {
   const bool complete = ws.mode == Mode::AxisDef && ws.calibration.IsComplete();
-  ws.status.Hint = complete ? ws.axisPanel.Tips : ModeHint(ws.mode);
+  ws.status.Hint = complete ? Instruction(ws.axisPanel) : Tr(ModeHint(ws.mode));
   if (complete && HasOldValues(ws))
-    ws.status.Hint = "Points have values of other axes: see Edit, Recalculate Points";
+    ws.status.Hint = Tr("Points have values of other axes: see Edit, Recalculate Points");
 }
 
 bool CanPress(const Workspace& ws, std::string_view key) {
@@ -115,9 +116,9 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const ModeStep& step) {
   }
   const std::string key(ModeKey(step.To));
   if (!CanPress(ws, key))
-    return Refused(
-        "the mode \"" + key + "\" needs a picture" +
-        (step.To == Mode::Graphize || step.To == Mode::GridBuster ? " and its axes" : ""));
+    return Refused(step.To == Mode::Graphize || step.To == Mode::GridBuster
+                       ? Tr("the mode \"%1\" needs a picture and its axes", key)
+                       : Tr("the mode \"%1\" needs a picture", key));
   EnterMode(ws, desktop, key);
   return {};
 }

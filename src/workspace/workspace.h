@@ -136,6 +136,7 @@ struct Workspace {
   Settings settings;
   NumberFormats formats;
   std::filesystem::path settingsPath;
+  std::string language = "en";  // of the window from its next start on
 
   PlotImage plot;
   Viewport view;

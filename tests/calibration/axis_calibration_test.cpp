@@ -65,18 +65,18 @@ TEST_F(AxisCalibrationTest, TheAngleIsShownWithTheDivisor314) {
 
 TEST_F(AxisCalibrationTest, ABoxShowsTheNumberThatWasReadAndTheTipSaysSo) {
   ASSERT_TRUE(Define(0, 100, 50, "0,5", "\u22122"));
-  EXPECT_EQ(panel.Tips.find("was read"), std::string::npos);
+  EXPECT_EQ(Instruction(panel).find("was read"), std::string::npos);
   EXPECT_EQ(calibration.ValueX[0], 0.5f);
   EXPECT_EQ(calibration.ValueY[0], -2);
   desktop.ExpectMessage("Please ReDefine X axis");
   EXPECT_FALSE(Define(1, 100, 50, "12 m"));
-  EXPECT_EQ(panel.Tips.find("X was read as 12. Enter an X axis value"), 0u);
+  EXPECT_EQ(Instruction(panel).find("X was read as 12. Enter an X axis value"), 0u);
   ASSERT_TRUE(Define(1, 110, 50, "1,000"));
   EXPECT_EQ(panel.Rows[1].XText, "1");
-  EXPECT_EQ(panel.Tips.find("X was read as 1. Enter a Y axis value"), 0u);
+  EXPECT_EQ(Instruction(panel).find("X was read as 1. Enter a Y axis value"), 0u);
   ASSERT_TRUE(Define(2, 100, 90, nullptr, "high"));
   EXPECT_EQ(panel.Rows[2].YText, "0");
-  EXPECT_EQ(panel.Tips, "Y was read as 0. To continue, click the Graphize button");
+  EXPECT_EQ(Instruction(panel), "Y was read as 0. To continue, click the Graphize button");
 }
 
 TEST_F(AxisCalibrationTest, RefusalsKeepTheEarlierRows) {

@@ -54,7 +54,7 @@ void Write(std::ostream& out, const AxisCalibration& axes, const AxisPanel& pane
         << ',' << row.YText << row.XEnabled << row.YEnabled << row.ReDefineEnabled << '\n';
   }
   out << axes.CurrentRow << axes.XLog << axes.YLog << axes.Angle << ' ' << axes.XAxisLength << ' '
-      << axes.YAxisLength << panel.Angle << panel.Tips << '\n';
+      << axes.YAxisLength << panel.Angle << Instruction(panel) << '\n';
 }
 
 State StateOf(const Workspace& ws) {

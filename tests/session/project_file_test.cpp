@@ -9,8 +9,10 @@
 
 #include "base/numbers.h"
 #include "base/run_time_error.h"
+#include "base/translation.h"
 #include "base/zip_file.h"
 #include "codecs/picbuf.h"
+#include "data/data_file.h"
 #include "session/history.h"
 #include "session/kept_text.h"
 #include "session/project_commands.h"
@@ -22,6 +24,7 @@
 #include "workspace/export_points.h"
 #include "workspace/picture_commands.h"
 #include "workspace/plot_mouse.h"
+#include "workspace/recipe_file.h"
 #include "workspace/replay.h"
 #include "workspace/shown_picture.h"
 
@@ -101,6 +104,24 @@ TEST_F(ProjectTest, GivesTheSameBytesAndPixelsWhenOpened) {
   EXPECT_GT(withEdit, 3);
   EXPECT_GT(withMarks, 3);
   EXPECT_GT(withFaint, 3);
+}
+
+TEST_F(ProjectTest, AndRecipesAndDataAreTheSameInEveryLanguage) {
+  const auto written = [&](unsigned seed, Translator translator) {
+    SetTranslator(translator);
+    test::RandomUser user(seed, folder / "plot.bmp", folder / "saved.dat");
+    for (int i = 0; i < 60; ++i) user.DoSomething();
+    EndDrag(user.ws);
+    std::string all = BytesOf(user.ws) + RecipeText(user.ws, folder.Path());
+    all += DataFileText("title", user.ws.store, user.ws.formats, false);
+    SetTranslator(nullptr);
+    return all;
+  };
+  for (unsigned seed = 1; seed <= 12; ++seed)
+    EXPECT_TRUE(
+        written(seed, nullptr) ==
+        written(seed, [](const char* text, long long) { return "\u00bf" + std::string(text); }))
+        << "seed " << seed;
 }
 
 TEST_F(ProjectTest, KeepsAPastedPictureAndOneWhoseFileHasChanged) {

@@ -479,7 +479,7 @@ TEST_F(WorkspaceTest, AnImpossibleAxisIsToldInOneBox) {
     Click(45, 45);
     Click(5, 5);
     EXPECT_TRUE(ws.calibration.IsComplete());
-    EXPECT_EQ(ws.status.Hint, ws.axisPanel.Tips) << "nothing is asked for any more";
+    EXPECT_EQ(ws.status.Hint, Instruction(ws.axisPanel)) << "nothing is asked for any more";
     Plot_MouseMove(ws, desktop, 0, 0, 20, 20);
   };
   ws.calibration.ValueX[0] = 2;

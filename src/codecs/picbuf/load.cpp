@@ -9,6 +9,7 @@
 
 #include "base/checksum.h"
 #include "base/run_time_error.h"
+#include "base/translation.h"
 #include "codecs/bitmap_header.h"
 #include "codecs/picbuf.h"
 #include "codecs/picbuf/library.h"
@@ -27,7 +28,7 @@ static_assert(sizeof(lib::PixelPacket) == 8 && offsetof(lib::PixelPacket, blue) 
               "the hand-out reads the library's pixels as 16-bit blue, green, red, opacity");
 
 constexpr const char* kDamaged =
-    "The file is damaged or incomplete. What could be read of it is shown.";
+    Marked("The file is damaged or incomplete. What could be read of it is shown.");
 
 const char* CoderOf(PictureType type) {
   static constexpr const char* kCoders[] = {"",    "TIFF", "TGA",  "BMP", "GIF",
@@ -46,8 +47,9 @@ ImageInfoPtr InfoForFirst(PictureType type) {
 [[noreturn]] void ThrowDecodeError(const Report& report) {
   const auto severity = report.Severity();
   if (severity == lib::ResourceLimitError || severity == lib::ResourceLimitFatalError)
-    throw RunTimeError("The picture is too large, or there is not enough memory. " + SizeRule());
-  throw RunTimeError("The file is damaged, incomplete or of a rare kind." + report.Detail());
+    throw RunTimeError(Tr("The picture is too large, or there is not enough memory.") + ' ' +
+                       SizeRule());
+  throw RunTimeError(Tr("The file is damaged, incomplete or of a rare kind.") + report.Detail());
 }
 
 void CheckSize(std::int64_t width, std::int64_t height) {
@@ -236,7 +238,7 @@ std::optional<LoadedPicture> Load(std::string bytes, const ProbeResult& verdict,
     CheckSize(stripped.ScreenWidth, stripped.ScreenHeight);
   else if (verdict.Width == 0)
     CheckSize(verdict.Type, bytes);
-  if (stripped.IsDamaged) loaded.Warning = kDamaged;
+  if (stripped.IsDamaged) loaded.Warning = Tr(kDamaged);
 
   bool transparent = !verdict.Opaque;
   const int orientation = bitmap && bitmap->Height < 0 ? 4
@@ -272,7 +274,7 @@ std::optional<LoadedPicture> Load(std::string bytes, const ProbeResult& verdict,
 
 std::optional<LoadedPicture> LoadPicture(const std::filesystem::path& path,
                                          const PictureProgress& progress) {
-  return NamingTheFile("Cannot open the picture", path, [&] {
+  return NamingTheFile("Cannot open the picture \"%1\".", path, [&] {
     StartLibrary();
     return RunBeside(progress, [&](PictureOperation& operation) {
       ProbeResult verdict;
@@ -284,7 +286,7 @@ std::optional<LoadedPicture> LoadPicture(const std::filesystem::path& path,
 
 std::optional<LoadedPicture> DecodePicture(const std::string& name, std::string bytes,
                                            const PictureProgress& progress) {
-  return NamingTheFile("Cannot open the picture", name, [&] {
+  return NamingTheFile("Cannot open the picture \"%1\".", name, [&] {
     StartLibrary();
     return RunBeside(progress, [&](PictureOperation& operation) {
       const ProbeResult verdict = ProbePicture(name, std::string_view(bytes).substr(0, kProbeSize));

@@ -1,8 +1,14 @@
+#include "base/translation.h"
 #include "base/version.h"
 #include "codecs/picbuf_module.h"
 
 extern "C" __attribute__((visibility("default"))) const char* const GraphizeModuleStamp =
     graphize::ModuleStamp();
+
+extern "C" __attribute__((visibility("default"))) void GraphizeSetTranslator(
+    graphize::Translator translator) {
+  graphize::SetTranslator(translator);
+}
 
 extern "C" __attribute__((visibility("default"))) const graphize::PicbufModule GraphizePicbuf = {
     graphize::LoadPicture, graphize::SavePicture, graphize::DecodePicture, graphize::EncodePicture};

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "base/run_time_error.h"
+#include "base/translation.h"
 #include "base/whole_file.h"
 #include "codecs/bitmap_header.h"
 #include "codecs/file_format.h"
@@ -101,7 +102,7 @@ std::optional<std::string> Encode(int format, int option, const Raster& picture,
       lib::ImageToBlob(info.get(), image.get(), &size, report), lib::MagickFree);
   if (operation.Stopped) return std::nullopt;
   if (blob == nullptr || report.Severity() >= lib::ErrorException)
-    throw RunTimeError("The picture cannot be written in this type." + report.Detail());
+    throw RunTimeError(Tr("The picture cannot be written in this type.") + report.Detail());
   image.reset();
   std::string_view bytes(static_cast<const char*>(blob.get()), size);
   if (format == kDibFormat) bytes.remove_prefix(kBmpFileHeaderSize);
@@ -112,7 +113,7 @@ std::optional<std::string> Encode(int format, int option, const Raster& picture,
 
 bool SavePicture(const std::filesystem::path& path, int format, int option, const Raster& picture,
                  const PictureProgress& progress) {
-  return NamingTheFile("Cannot save the picture", path, [&] {
+  return NamingTheFile("Cannot save the picture \"%1\".", path, [&] {
     StartLibrary();
     return RunBeside(progress, [&](PictureOperation& operation) {
       const auto bytes = Encode(format, option, picture, operation);

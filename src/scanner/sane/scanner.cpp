@@ -1,4 +1,5 @@
 #include "scanner/scanner.h"
+#include "base/translation.h"
 
 #include <algorithm>
 #include <chrono>
@@ -133,8 +134,8 @@ struct ScannerHandle {
   explicit ScannerHandle(const std::string& name) {
     const SANE_Status status = sane_open(name.c_str(), &Device);
     if (status == SANE_STATUS_INVAL)
-      throw RunTimeError("The scanner " + name +
-                         " was not found. Is it switched on and connected?");
+      throw RunTimeError(
+          Tr("The scanner %1 was not found. Is it switched on and connected?", name));
     Require(status);
   }
   ~ScannerHandle() { sane_close(Device); }

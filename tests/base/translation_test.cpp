@@ -1,0 +1,35 @@
+#include "base/translation.h"
+
+#include <gtest/gtest.h>
+
+namespace graphize {
+namespace {
+
+struct Translated {
+  explicit Translated(Translator translator) { SetTranslator(translator); }
+  ~Translated() { SetTranslator(nullptr); }
+};
+
+TEST(Translation, PutsValuesWhereTheTextHasThem) {
+  EXPECT_EQ(Tr("%2 of %1, %3 and 5% of %12", "a", 7, std::string("%1")), "7 of a, %1 and 5% of a2")
+      << "a value's own signs stay";
+  EXPECT_EQ(Tr("%1 and %2", "x"), "x and %2") << "no value, no change";
+  EXPECT_EQ(Tr("100%"), "100%");
+  EXPECT_EQ(TrCount("%1 row of %2", "%1 rows of %2", 1, "a"), "1 row of a");
+  EXPECT_EQ(TrCount("%1 row of %2", "%1 rows of %2", 0, "%1"), "0 rows of %1");
+}
+
+TEST(Translation, TakesTheLanguagesOrderAndCounts) {
+  const Translated german([](const char* text, long long count) -> std::string {
+    if (std::string_view(text) == "%1 of %2") return "von %2 %1";
+    if (std::string_view(text) == "%1 row") return count == 1 ? "%1 Zeile" : "%1 Zeilen";
+    return {};
+  });
+  EXPECT_EQ(Tr("%1 of %2", 3, 9), "von 9 3");
+  EXPECT_EQ(TrCount("%1 row", "%1 rows", 1), "1 Zeile");
+  EXPECT_EQ(TrCount("%1 row", "%1 rows", 2), "2 Zeilen");
+  EXPECT_EQ(Tr("unknown %1", 3), "unknown 3");
+}
+
+}  // namespace
+}  // namespace graphize
