@@ -25,6 +25,7 @@
 #include "app/window_driver.h"
 #include "base/translation.h"
 #include "codecs/picbuf.h"
+#include "raster/plot_view.h"
 #include "session/project_file.h"
 #include "support/quiet_desktop.h"
 #include "support/random_user.h"
