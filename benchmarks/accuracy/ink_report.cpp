@@ -25,7 +25,8 @@ using test::PlotDrawing;
 using test::Stroke;
 using Function = std::function<double(double)>;
 
-constexpr unsigned kSeeds = 60;
+// Seeds that the check was never tuned by.
+constexpr unsigned kFirstSeed = 5000, kSeeds = 150;
 constexpr int kWidth = 660, kHeight = 480;
 
 class Random {
@@ -233,7 +234,7 @@ int PrintInkTable() {
   };
   for (const auto& [name, draw, isJudged] : kFamilies) {
     Figures figures;
-    for (unsigned seed = 1; seed <= kSeeds; ++seed) {
+    for (unsigned seed = kFirstSeed; seed < kFirstSeed + kSeeds; ++seed) {
       for (const std::int16_t tracer : {std::int16_t{0}, std::int16_t{1}}) {
         InkPlot plot(seed);
         draw(plot);

@@ -41,11 +41,22 @@ void StartXdo(const QStringList& arguments) {
 }
 
 /// Types into a dialog's line of text and presses Return until the dialog is gone: a list of
-/// completions takes the first one when it is up by then.
+/// completions takes the first one when it is up by then. Text that does not arrive whole, which
+/// happens on a busy machine, is typed again.
 void TypeAndReturn(QWidget* dialog, const QString& text) {
-  StartXdo(Words("key ctrl+a type --delay 2 --") + QStringList{text});
+  const auto type = [text] { StartXdo(Words("key ctrl+a type --delay 2 --") + QStringList{text}); };
+  type();
   auto* timer = new QTimer(dialog);
-  QObject::connect(timer, &QTimer::timeout, dialog, [] { StartXdo(Words("key Return")); });
+  int looks = 0;
+  bool arrived = false;
+  QObject::connect(timer, &QTimer::timeout, dialog, [=]() mutable {
+    const auto* box = dialog->findChild<QLineEdit*>();
+    arrived = arrived || box == nullptr || box->text() == text;
+    if (arrived)
+      StartXdo(Words("key Return"));
+    else if (++looks % 6 == 0)
+      type();
+  });
   timer->start(500);
 }
 
