@@ -93,7 +93,7 @@ int RunWindow(int argc, char** argv) {
   window.Start();
   window.show();
   if (!pictures.empty()) window.OpenWhenShown(pictures);
-  return QApplication::exec();
+  return window.IsLeaving() ? 0 : QApplication::exec();
 }
 
 }  // namespace

@@ -66,6 +66,8 @@ class MainWindow : public QMainWindow {
 
   /// Ends the program without a question. What is not saved is offered at the next start.
   void LeaveForLater();
+  /// It was asked to, perhaps before the event loop began, which would know nothing of it.
+  bool IsLeaving() const { return leaving_; }
 
   const Workspace& State() const { return ws_; }
 
@@ -205,7 +207,7 @@ class MainWindow : public QMainWindow {
   bool shown_ = false;
   QMenu* recentMenu_ = nullptr;
   bool recentFailureTold_ = false;
-  bool sessionEnds_ = false;  // the desktop's; nothing has changed since it said so
+  bool sessionEnds_ = false, leaving_ = false;  // the desktop's; nothing has changed since it said so
 };
 
 }  // namespace graphize

@@ -77,6 +77,7 @@ void MainWindow::RecoverSession() {
 }
 
 void MainWindow::LeaveForLater() {
+  leaving_ = true;
   // What runs is stopped, and a question is answered with a no; either is committed on its way out.
   desktop_->AskToStop();
   if (!IsBusy()) PrepareForSessionEnd();
