@@ -71,7 +71,7 @@ std::optional<Chord> ChordOf(double a, double b, double c, const PicturePart& bo
   double first = -HUGE_VAL, last = HUGE_VAL;
   const auto clip = [&](double place, double way, double low, double high) {
     if (way == 0) return place >= low && place <= high;
-    const auto [from, to] = std::minmax((low - place) / way, (high - place) / way);
+    const auto [from, to] = std::minmax({(low - place) / way, (high - place) / way});
     first = std::max(first, from);
     last = std::min(last, to);
     return true;

@@ -10,9 +10,9 @@ namespace graphize {
 namespace {
 
 constexpr double kMostSkewAsNone = 0.15 * std::numbers::pi / 180;
-constexpr double kLeastSigma = 0.2;  // pixels: what few references agree to by chance
-constexpr double kClick = 0.35;      // pixels, of a reference in column and row
-constexpr double kDisagreement = 2;  // pixels
+constexpr double kLeastSigma = 0.2;    // pixels: what few references agree to by chance
+constexpr double kClick = 0.35;        // pixels, of a reference in column and row
+constexpr double kDisagreement = 1.5;  // pixels, rms
 constexpr std::size_t kFewestToName = 8, kFewestToCompare = 4;
 
 /// A place with what is known of it on one scale: the value, or its log10.
@@ -187,7 +187,7 @@ std::vector<double> ResidualsOf(const Solution& solution, const KnownPlaces& kno
 
 /// The one without which the others agree best, where it then lies far off what they say.
 std::optional<int> DoubtfulOf(const KnownPlaces& known) {
-  constexpr double kLeastRms = 0.5, kTimes = 4;
+  constexpr double kLeastRms = 0.5, kTimes = 5.5;
   std::optional<int> doubtful;
   double least = std::numeric_limits<double>::infinity();
   for (int number = 0; number < known.Count; ++number) {

@@ -17,6 +17,7 @@ constexpr int kHalf = kReach + kEdge;      // of the profile
 constexpr int kAround = kReach + kFar[0];  // of what is looked at
 constexpr int kWidest = 6;                 // of a line
 constexpr double kFaintest = 0.1;          // of a line's ink
+constexpr double kEven = 0.6;              // of its best ink, a line has at least
 constexpr double kPlain = 0.35;            // most ink beside it, of its own
 
 /// How much each pixel differs from the paper around a click, 0 to 1.
@@ -57,8 +58,11 @@ class Neighbourhood {
   std::array<int, 3> paper_{};
 };
 
+/// Ink across a piece of a line: what most of the piece has, and what the best of it has.
+using Profile = std::array<double, 2 * kHalf + 1>;
+
 /// The middle of the one line that a profile shows nearest to its own, in steps from there.
-std::optional<double> MiddleOf(const std::array<double, 2 * kHalf + 1>& profile) {
+std::optional<double> MiddleOf(const Profile& profile, const Profile& best) {
   const double most = *std::max_element(profile.begin(), profile.end());
   if (most < kFaintest) return std::nullopt;
   std::optional<double> nearest;
@@ -74,8 +78,11 @@ std::optional<double> MiddleOf(const std::array<double, 2 * kHalf + 1>& profile)
       moment += at(step) * (step - kHalf);
     }
     const double middle = moment / sum;
-    if (end - i + 1 <= kWidest && i > 0 && end < 2 * kHalf && std::fabs(middle) <= kReach &&
-        (!nearest || std::fabs(middle) < std::fabs(*nearest)))
+    // A slope crosses the profile somewhere, with all of its ink in few places only.
+    const auto top = std::max_element(profile.begin() + i, profile.begin() + end + 1);
+    const bool isEven = *top >= kEven * best[static_cast<std::size_t>(top - profile.begin())];
+    if (isEven && end - i + 1 <= kWidest && i > 0 && end < 2 * kHalf &&
+        std::fabs(middle) <= kReach && (!nearest || std::fabs(middle) < std::fabs(*nearest)))
       nearest = middle;
     i = end;
   }
@@ -88,7 +95,7 @@ std::optional<double> LineNear(const Neighbourhood& near, bool upright, int acro
   for (const int far : kFar) {
     std::optional<double> sides[2];
     for (const int side : {0, 1}) {
-      std::array<double, 2 * kHalf + 1> profile{};
+      Profile profile{}, best{};
       for (int step = -kHalf; step <= kHalf; ++step) {
         std::array<double, kFar[0] - kNear + 1> ink{};
         const auto count = static_cast<std::ptrdiff_t>(far - kNear + 1);
@@ -96,10 +103,12 @@ std::optional<double> LineNear(const Neighbourhood& near, bool upright, int acro
           const int a = across + step, b = along + (side == 0 ? -k : k);
           ink[static_cast<std::size_t>(k - kNear)] = upright ? near.Ink(a, b) : near.Ink(b, a);
         }
-        std::nth_element(ink.begin(), ink.begin() + count / 2, ink.begin() + count);
-        profile[static_cast<std::size_t>(step + kHalf)] = ink[static_cast<std::size_t>(count / 2)];
+        std::sort(ink.begin(), ink.begin() + count);
+        const auto at = static_cast<std::size_t>(step + kHalf);
+        profile[at] = ink[static_cast<std::size_t>(count / 3)];
+        best[at] = ink[static_cast<std::size_t>(count - 1)];
       }
-      sides[side] = MiddleOf(profile);
+      sides[side] = MiddleOf(profile, best);
     }
     if (!sides[0] && !sides[1]) continue;
     constexpr double kSame = 1;

@@ -14,8 +14,8 @@ struct LineSnap {
 };
 
 /// The line pieces that begin 3 pixels from the click and go on for up to 14, to either side: their
-/// profile is the median over the piece, their middle its centre of mass, three times over. Without
-/// a line within 7 pixels, neither flag is set.
+/// profile is what two thirds of the piece have, their middle its centre of mass, three times over.
+/// Without a line within 7 pixels, neither flag is set.
 LineSnap SnapToLines(const Raster& picture, int x, int y);
 
 }  // namespace graphize

@@ -51,7 +51,7 @@ Sketch SketchOf(const ProposedAxis& axis, Sketch::Side side) {
   for (const ProposedLabel& label : axis.Labels) {
     const PlotOverlay::Position at{label.Column, label.Row};
     sketch.Crosses.push_back(at);
-    const auto off = static_cast<float>(label.Residual);
+    const auto off = static_cast<float>(std::round(10 * label.Residual) / 10 + 0.0);
     sketch.Texts.push_back({at, label.Text + " (" + FormatNumber(off, "0.0") + ")", side});
   }
   if (!sketch.Crosses.empty())

@@ -5,7 +5,6 @@
 #include <QListWidget>
 
 #include "app/window_driver.h"
-#include "codecs/picbuf.h"
 
 namespace graphize::test {
 namespace {
@@ -23,15 +22,10 @@ class AxesWindow : public WindowTest {
     Until([this] { return State().proposedAxes.Shown && !State().commandRuns; }, "axes are shown");
     Settle();
   }
-  /// The pendulum's picture with the lower half of its Y labels wiped out: what is left is no more
-  /// than a proposal.
-  void OpenDoubtfulPendulum() {
-    Raster picture = LoadPicture(kSamples / "pendulum.bmp")->Picture.Clone();
-    for (int y = 320; y < 440; ++y)
-      for (int x = 26; x < 64; ++x)
-        if (y % 7 == 0) picture.Row(y)[x] = 0xff000000u;
-    SavePicture(Folder() / "doubtful.bmp", 3, 0, picture);
-    OnFileDialog(Folder() / "doubtful.bmp");
+  /// A scan of which no more than a proposal can be made.
+  void OpenScan() {
+    OnFileDialog(kSamples / "record_scanned.jpg");
+    OnMessage("reduce colors", QMessageBox::No);
     ClickTool("open");
     Until([this] { return State().plot.IsPresent(); }, "the picture is open");
     Settle();
@@ -86,7 +80,7 @@ TEST_F(AxesWindow, SureAxesAreAcceptedWithOneKeyAndTakenBackAtOnce) {
 
 TEST_F(AxesWindow, OfAProposalEachValueIsConfirmedOrAmended) {
   Start();
-  OpenDoubtfulPendulum();
+  OpenScan();
   Propose();
   ASSERT_TRUE(Verdict().startsWith(QLatin1String("proposal"))) << Verdict().toStdString();
   EXPECT_FALSE(Button("BTN_Accept")->isEnabled());
