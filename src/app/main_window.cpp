@@ -185,6 +185,8 @@ void MainWindow::RenderModeFrame() {
   for (QWidget* frame :
        std::initializer_list<QWidget*>{axisPanel_, proposePanel_, tracerPanel_, readingPanel_})
     frame->setVisible(frame == panel);
+  // Several frames have buttons of one name: who looks for a name finds those that are shown.
+  panel->lower();
   PlaceFloatingViews();
   // Where it will stand is known once the layout has been done.
   QTimer::singleShot(0, this, [this, panel] {
