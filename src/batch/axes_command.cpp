@@ -9,6 +9,7 @@
 #include "base/json.h"
 #include "base/numbers.h"
 #include "base/run_time_error.h"
+#include "base/tokens.h"
 #include "batch/console.h"
 #include "batch/job.h"
 #include "batch/standard_input.h"
@@ -61,7 +62,17 @@ std::string ProposalJson(const AxesProposal& proposal) {
             ", \"x\": " + ShortestText(row.X) + ", \"y\": " + ShortestText(row.Y) + "}";
     separator = ",\n";
   }
-  return text + (proposal.Rows.empty() ? "]\n}\n" : "\n  ]\n}\n");
+  text += proposal.Rows.empty() ? "]" : "\n  ]";
+  separator = ",\n  \"plots\": [\n";
+  for (const PlotArea& plot : proposal.Plots) {
+    text += separator;
+    text += "    {\"left\": " + std::to_string(plot.Left) +
+            ", \"top\": " + std::to_string(plot.Top) +
+            ", \"right\": " + std::to_string(plot.Right) +
+            ", \"bottom\": " + std::to_string(plot.Bottom) + "}";
+    separator = ",\n";
+  }
+  return text + (proposal.Plots.empty() ? "\n}\n" : "\n  ]\n}\n");
 }
 
 std::string ProposalText(const AxesProposal& proposal) {
@@ -73,6 +84,11 @@ std::string ProposalText(const AxesProposal& proposal) {
     text += std::string(kNames[i]) + ": " + Pixels(row.Column) + "," + Pixels(row.Row) + " is " +
             ShortestText(row.X) + "," + ShortestText(row.Y) + "\n";
   }
+  int number = 0;
+  for (const PlotArea& plot : proposal.Plots)
+    text += "plot " + std::to_string(++number) + ": from " + std::to_string(plot.Left) + "," +
+            std::to_string(plot.Top) + " to " + std::to_string(plot.Right) + "," +
+            std::to_string(plot.Bottom) + "\n";
   return text;
 }
 
@@ -89,6 +105,13 @@ bool PrintAxes(const CommandLine& line, const BatchStreams& streams) {
   const GivenOption* format = line.Find("format");
   if (format != nullptr && format->Value != "json" && format->Value != "text")
     throw UsageError("--format \"" + format->Value + "\": text or json is expected");
+  AxesChoice choice;
+  if (const GivenOption* plot = line.Find("plot")) {
+    const auto number = IntegerText(plot->Value, 1, 1000);
+    if (!number)
+      throw UsageError("--plot \"" + plot->Value + "\": the number of a plot is expected");
+    choice.Plot = *number - 1;
+  }
   std::vector<Job> jobs(1);
   jobs.front().Pictures = {line.Operands.front()};
   const StandardInput input(jobs, streams.In);
@@ -100,7 +123,10 @@ bool PrintAxes(const CommandLine& line, const BatchStreams& streams) {
   }
   if (!picture->Warning.empty()) streams.Err << OneLine(picture->Warning) << "\n";
   PictureOperation operation;
-  const AxesProposal proposal = ProposeAxes(picture->Picture, operation);
+  const AxesProposal proposal = ProposeAxes(picture->Picture, operation, ReadTextLine, choice);
+  if (choice.Plot && *choice.Plot > 0 &&
+      static_cast<std::size_t>(*choice.Plot) >= proposal.Plots.size())
+    throw RunTimeError("--plot: the picture has no such plot");
   streams.Out << (format != nullptr && format->Value == "json" ? ProposalJson(proposal)
                                                                : ProposalText(proposal))
               << std::flush;

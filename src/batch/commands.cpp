@@ -49,6 +49,7 @@ constexpr Options kExportOptions = {
 
 constexpr Options kAxesOptions = {
     {"format", 0, "FORMAT", kOutput, "text (the default) or json"},
+    {"plot", 0, "N", kOutput, "of several plots on the picture, this one"},
     {"help", 'h', nullptr, kOutput, "this text"},
 };
 
@@ -293,7 +294,7 @@ as "Export..." in the window.
 
 CommandSpec AxesSpec() {
   return {
-      .Usage = "Usage: graphize axes PICTURE [--format json]\n",
+      .Usage = "Usage: graphize axes PICTURE [--plot N] [--format json]\n",
       .About = R"(Finds the axes of a plot by its frame, ticks and labels, and reads these. PICTURE
 may be "-", the standard input. The verdict comes first:
 
@@ -304,7 +305,8 @@ may be "-", the standard input. The verdict comes first:
 Then, for each axis, why; its labels with their values, the places of their
 ticks and how far these lie off the scale, in pixels; and three places with
 their values that define the axes. Rows count downward from the top, and whole
-numbers are the middles of pixels.
+numbers are the middles of pixels. Of a picture with several plots only the
+places of these are told, unless --plot says which of them is meant.
 )",
       .Options = kAxesOptions,
       .Footer = std::string(R"(

@@ -77,9 +77,10 @@ void AddProposal(const Workspace& ws, PlotOverlay& overlay) {
     for (std::size_t i = 0; i < form.Found.Plots.size(); ++i) {
       const PlotArea& area = form.Found.Plots[i];
       AddOutline(area, plots);
-      plots.Texts.push_back({{static_cast<double>(area.Left), static_cast<double>(area.Top)},
-                             std::to_string(i + 1),
-                             Sketch::Side::Right});
+      // Within the corner.
+      constexpr double kInside = 12;
+      plots.Texts.push_back(
+          {{area.Left + kInside, area.Top + kInside}, std::to_string(i + 1), Sketch::Side::Right});
     }
     overlay.Sketches.push_back(std::move(plots));
   }

@@ -43,13 +43,9 @@ class GoneThroughBox : public QLineEdit {
   }
 };
 
-/// A strip in the verdict's colour beside its words, which so are read on every palette.
-QString StripOf(AxesVerdict verdict) {
-  const char* colour = verdict == AxesVerdict::Sure       ? "#008c32"
-                       : verdict == AxesVerdict::Proposal ? "#e08a00"
-                                                          : "#909090";
-  return QStringLiteral("QLabel { border-left: 6px solid %1; padding-left: 6px; }")
-      .arg(QLatin1String(colour));
+QColor ColourOf(AxesVerdict verdict) {
+  if (verdict == AxesVerdict::Sure) return {0, 140, 50};
+  return verdict == AxesVerdict::Proposal ? QColor(224, 138, 0) : QColor(144, 144, 144);
 }
 
 }  // namespace
@@ -61,7 +57,14 @@ ProposeAxesPanel::ProposeAxesPanel(QWidget* parent) : QGroupBox(tr("Propose Axes
   verdict_->setTextFormat(Qt::PlainText);
   verdict_->setWordWrap(true);
   verdict_->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  column->addWidget(verdict_);
+  // The verdict's colour stands beside its words, which so are read on every palette.
+  strip_ = new QWidget;
+  strip_->setFixedWidth(6);
+  strip_->setAutoFillBackground(true);
+  auto* verdict = new QHBoxLayout;
+  verdict->addWidget(strip_);
+  verdict->addWidget(verdict_, 1);
+  column->addLayout(verdict);
 
   plot_ = MakeChoice("CMB_Plot", tr("Plot"), column);
   plot_->setToolTip(tr("The plot whose axes are looked for; a click on the picture, too"));
@@ -170,8 +173,9 @@ void ProposeAxesPanel::Render(const ProposedAxesForm& form, const std::string& v
                               bool canTake) {
   if (!form.Shown) return;
   graphize::Show(verdict_, verdict);
-  if (const QString strip = StripOf(form.Found.Verdict); verdict_->styleSheet() != strip)
-    verdict_->setStyleSheet(strip);
+  QPalette colours = strip_->palette();
+  colours.setColor(QPalette::Window, ColourOf(form.Found.Verdict));
+  strip_->setPalette(colours);
   const auto choice = [](QComboBox* box, const QStringList& texts, int chosen) {
     box->parentWidget()->setVisible(texts.size() > 1);
     QStringList shown;

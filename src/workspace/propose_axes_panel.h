@@ -47,6 +47,7 @@ class ProposeAxesPanel : public QGroupBox {
   QComboBox* MakeChoice(const char* name, const QString& caption, QLayout* column);
 
   QLabel* verdict_;
+  QWidget* strip_;
   QComboBox *plot_, *xScale_, *yScale_;
   std::array<Value, 3> x_, y_;
   QCheckBox *xLog_, *yLog_;

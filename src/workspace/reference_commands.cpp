@@ -162,7 +162,9 @@ ReferenceView ReferencesOf(const Workspace& ws) {
                      .Lines = {},
                      .Summary = {}};
   const std::vector<AxisReference>& references = ws.calibration.Refined.References;
-  const auto fit = CanRefine(ws) ? FitAxes(ws.calibration) : std::nullopt;
+  // The three rows alone always agree.
+  const bool some = CanRefine(ws) && !references.empty();
+  const auto fit = some ? FitAxes(ws.calibration) : std::nullopt;
   const auto residual = [&](std::size_t number) {
     if (!fit) return std::string();
     const bool marked = fit->Doubtful && static_cast<std::size_t>(*fit->Doubtful) == number;

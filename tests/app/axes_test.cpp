@@ -5,6 +5,8 @@
 #include <QListWidget>
 
 #include "app/window_driver.h"
+#include "codecs/picbuf.h"
+#include "raster/orientation.h"
 
 namespace graphize::test {
 namespace {
@@ -105,6 +107,28 @@ TEST_F(AxesWindow, OfAProposalEachValueIsConfirmedOrAmended) {
   EXPECT_EQ(axes.ValueX[1], static_cast<float>(2 * wide));
   EXPECT_EQ(axes.ValueY[1], axes.ValueY[0]);
   EXPECT_EQ(axes.ValueX[2], axes.ValueX[0]);
+}
+
+TEST_F(AxesWindow, OfPlotsSideBySideAClickChooses) {
+  const Raster one = LoadPicture(kSamples / "pendulum.bmp")->Picture.Clone();
+  Raster two(2 * one.Width(), one.Height());
+  for (int y = 0; y < one.Height(); ++y)
+    for (const int left : {0, one.Width()})
+      std::copy(one.Row(y), one.Row(y) + one.Width(), two.Row(y) + left);
+  SavePicture(Folder() / "two.bmp", 3, 0, two);
+  Start();
+  OnFileDialog(Folder() / "two.bmp");
+  ClickTool("open");
+  Until([this] { return State().plot.IsPresent(); }, "the picture is open");
+  Propose();
+  EXPECT_TRUE(Verdict().startsWith(QLatin1String("none"))) << Verdict().toStdString();
+  EXPECT_TRUE(Find<QWidget>("CMB_Plot")->isVisible());
+  ClickPlot(300, 200);
+  Until([this] { return State().proposedAxes.Found.Choice.Plot == 0; }, "the left one is chosen");
+  Until([this] { return Button("BTN_Accept")->hasFocus(); }, "it can be accepted");
+  EXPECT_TRUE(Verdict().startsWith(QLatin1String("sure"))) << Verdict().toStdString();
+  Key("Return");
+  ExpectPendulum();
 }
 
 TEST_F(AxesWindow, ClicksSnapToTicksWhileTheRowsKeepTheirPixels) {

@@ -193,6 +193,8 @@ TEST_F(Batch, AxesAreFoundAndTakenWhereTheyAreSure) {
   IsTold("the axes are not sure: X: fewer than three labels");
   EXPECT_EQ(Run({"axes"}), 2);
   EXPECT_EQ(Run({"axes", Pendulum(), "--format=csv"}), 2);
+  EXPECT_EQ(Run({"axes", Pendulum(), "--plot=left"}), 2);
+  EXPECT_EQ(Run({"axes", Pendulum(), "--plot=2"}), 1);
   EXPECT_EQ(Run(OnPendulum({"--propose-axes", "--point=2,2", "-o", "-"})), 2);
   IsTold("--propose-axes finds the axes itself");
 }
