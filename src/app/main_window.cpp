@@ -161,7 +161,7 @@ void MainWindow::Render() {
   RenderPicture();
   axisPanel_->Render(ws_.axisPanel, ws_.calibration);
   tracerPanel_->Render(ws_.tracer, ws_.settings, ws_.blockSize);
-  readingPanel_->Render(ws_.reading, CanTakeReading(ws_), HasReading(ws_));
+  RenderReading();
   readOut_->Render(ws_.readOut);
   curvePanel_->Render();
   const bool checkWasHidden = inkCheck_->isHidden();

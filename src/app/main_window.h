@@ -98,6 +98,7 @@ class MainWindow : public QMainWindow {
   /// a control that the Tab key has led to.
   bool TakeSpace(QObject* watched, QEvent* event);
   void ConnectReading();
+  void RenderReading();
   void ConnectInkCheck();
   void FitSidePanel();
   void FinishStart();
@@ -111,6 +112,8 @@ class MainWindow : public QMainWindow {
   FormDialog* MakeImageToolsForm();
   FormDialog* MakeExportForm();
   FormDialog* MakeBlackWhiteForm();
+  FormDialog* MakeInkForm();
+  FormDialog* MakeReadAllForm();
   FormDialog* MakeAboutForm();
   FormDialog* MakeSelectSourceForm();
   FormDialog* MakeScanForm();
@@ -152,8 +155,9 @@ class MainWindow : public QMainWindow {
   bool TakeKey(QKeyEvent* key);
   /// Keys that select and move captured points.
   bool TakePointKey(const QKeyEvent& key);
-  /// Return and Escape while something that was read is shown.
+  /// Return and Escape while something that was read is shown, and keys that go through symbols.
   bool TakeReadingKey(const QKeyEvent& key);
+  bool TakeSymbolKey(const QKeyEvent& key);
   /// Whether keys are meant for the picture, and not for a box or the list.
   bool KeysAreForPicture() const;
   void NotePlacement();

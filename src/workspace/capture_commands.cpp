@@ -54,12 +54,14 @@ void TellLogFault(Workspace& ws, const Desktop& desktop) {
 void SwitchXLog(Workspace& ws, const Desktop& desktop, bool on) {
   ws.calibration.XLog = on;
   NoteOptions(ws);
+  GiveWaitingValues(ws);
   if (on) TellLogFault(ws, desktop);
 }
 
 void SwitchYLog(Workspace& ws, const Desktop& desktop, bool on) {
   ws.calibration.YLog = on;
   NoteOptions(ws);
+  GiveWaitingValues(ws);
   if (on) TellLogFault(ws, desktop);
 }
 

@@ -35,9 +35,11 @@
 #include "tracing/tracer_control.h"
 #include "workspace/about_form.h"
 #include "workspace/help_request.h"
+#include "workspace/ink_form.h"
 #include "workspace/mode.h"
 #include "workspace/picture_map.h"
 #include "workspace/point_edit.h"
+#include "workspace/read_all_form.h"
 #include "workspace/reading_preview.h"
 #include "workspace/recipe.h"
 
@@ -120,7 +122,9 @@ enum class Form {
   Scan,
   ImageTools,
   Export,
-  BlackWhite
+  BlackWhite,
+  Ink,
+  ReadAll
 };
 
 /// The scanner that is used.
@@ -187,6 +191,8 @@ struct Workspace {
   ImageToolsForm imageTools;
   ExportForm exportForm;
   BlackWhiteForm blackWhite;
+  InkForm ink;
+  ReadAllForm readAll;
 
   HelpRequest help;
   SourceForm source;

@@ -25,6 +25,7 @@
 #include "app/window_driver.h"
 #include "base/translation.h"
 #include "codecs/picbuf.h"
+#include "raster/plot_view.h"
 #include "session/project_file.h"
 #include "support/quiet_desktop.h"
 #include "support/random_user.h"
@@ -149,6 +150,7 @@ class Speaking : public Controls {
   std::filesystem::path Project() {
     SavePicture(Folder() / "plot.bmp", 3, 0, PictureForRandomUser());
     RandomUser user(1, Folder() / "plot.bmp", Folder() / "saved.dat");
+    user.Do(ReloadStep{});  // with its greys
     for (int i = 0; i < 9; ++i)
       user.Do(PointStep{static_cast<float>(40 + 12 * i), static_cast<float>(60 + i)});
     std::ofstream file(Folder() / "plot.graphize", std::ios::binary);
@@ -160,7 +162,8 @@ class Speaking : public Controls {
   void WalkAllWindows(const std::function<void(QWidget*)>& look) {
     Window().OpenWhenShown({Project()});
     Until([this] { return State().store.ListCount == 9 && IsEnabled("aquire"); }, "all is there");
-    for (const char* mode : {"axisdef", "graphize", "blocktest", "drawerase", "gridbuster"}) {
+    for (const char* mode : {"axisdef", "graphize", "blocktest", "drawerase", "gridbuster",
+                             "MNU_MODE_readcurve", "MNU_MODE_findsymbols"}) {
       Find<QAction>(mode)->trigger();
       Settle();
       look(&Window());
@@ -171,13 +174,15 @@ class Speaking : public Controls {
         {"MNU_DATA_integrate", "FRM_Integrate"},
         {"MNU_Data_Sample", "Sample"},
         {"MNU_IMAGE_ImageTools", "FRM_ImageTools"},
+        {"MNU_IMAGE_InkFromColour", "FRM_Ink"},
+        {"MNU_DATA_ReadAll", "FRM_ReadAll"},
         {"MNU_FILE_SelectSource", "FRM_SelectSource"},
         {"MNU_FILE_Aquire", "FRM_Scan"},
         {"MNU_Help_About", "frmAbout"}};
     for (const auto& [action, name] : kForms) {
       // The new page would need its axes defined again.
       if (name == std::string_view("FRM_Scan")) OnMessage({}, QMessageBox::No);
-      QWidget* form = OpenForm(action, name);
+      QWidget* form = FormOf(action, name);
       ASSERT_NE(form, nullptr) << name;
       auto* tabs = form->findChild<QTabWidget*>();
       for (int tab = 0; tab < (tabs != nullptr ? tabs->count() : 1); ++tab) {
@@ -196,10 +201,10 @@ class Speaking : public Controls {
         look(window);
   }
 
-  QWidget* OpenForm(const char* action, const char* name) {
+  QWidget* FormOf(const char* action, const char* name) {
     ChooseForm(action, name);
     Until([this] { return !State().commandRuns; }, "the command is done");
-    return QApplication::activeModalWidget();
+    return OpenForm();
   }
 
  private:
@@ -298,7 +303,7 @@ TEST_F(Speaking, GermanInMenusMessagesFormsAndStatus) {
   EXPECT_EQ(Find<QAction>("MNU_EDIT_Undo")->text(), "Rückgängig: X-Y tauschen");
   Find<QAction>("MNU_EDIT_Undo")->trigger();
   EXPECT_EQ(State().status.Status, "Rückgängig gemacht: X-Y tauschen");
-  QWidget* form = OpenForm("MNU_OPT_Settings", "frmOptions");
+  QWidget* form = FormOf("MNU_OPT_Settings", "frmOptions");
   EXPECT_EQ(form->windowTitle(), "Graphize: Einstellungen");
   form->close();
   UntilFormIsClosed();
