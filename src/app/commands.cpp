@@ -11,12 +11,15 @@
 #include "workspace/help_commands.h"
 #include "workspace/image_tools_commands.h"
 #include "workspace/ink_check_commands.h"
+#include "workspace/ink_commands.h"
+#include "workspace/ink_preview.h"
 #include "workspace/next_step.h"
 #include "workspace/options_commands.h"
 #include "workspace/picture_commands.h"
 #include "workspace/plot_mouse.h"
 #include "workspace/point_edit_commands.h"
 #include "workspace/propose_axes_commands.h"
+#include "workspace/read_all_preview.h"
 #include "workspace/recipe_file.h"
 #include "workspace/save_points.h"
 #include "workspace/scan_commands.h"
@@ -313,6 +316,14 @@ const MenuEntry kMenus[] = {
      .Can = CanEnter<Mode::ReadCurve>,
      .Run = Enter<Mode::ReadCurve>,
      .Checked = IsIn<Mode::ReadCurve>},
+    {.Is = Kind::Check,
+     .Name = "MNU_MODE_findsymbols",
+     .Caption = Marked("&Find Symbols"),
+     .Key = "Ctrl+7",
+     .Tip = Marked("A click finds all symbols of one kind, shown before they are captured"),
+     .Can = CanEnter<Mode::FindSymbols>,
+     .Run = Enter<Mode::FindSymbols>,
+     .Checked = IsIn<Mode::FindSymbols>},
     kSeparator,
     {.Name = "MNU_MODE_Pointer",
      .Caption = Marked("&Pointer to Picture"),
@@ -359,6 +370,11 @@ const MenuEntry kMenus[] = {
      .Tip = Marked("Find points that lie on no ink, on the frame or between two strokes"),
      .Can = CanCheckPoints,
      .Run = [](Workspace& ws, const Desktop&) { CheckPoints(ws); }},
+    {.Name = "MNU_DATA_ReadAll",
+     .Caption = Marked("Read A&ll Curves..."),
+     .Tip = Marked("Read the curves of every ink of the plot, each to a curve of its own"),
+     .Can = CanReadAll,
+     .Run = ShowReadAll},
     kSeparator,
     {.Name = "MNU_Data_XY2List",
      .Caption = Marked("&Graphized X Y (Undo)"),
@@ -383,6 +399,16 @@ const MenuEntry kMenus[] = {
      .Tip = Marked("Reduce the picture to black and white, and see before what becomes of it"),
      .Can = CanShowImageTools,
      .Run = [](Workspace& ws, const Desktop&) { ShowBlackWhite(ws); }},
+    {.Name = "MNU_IMAGE_InkFromColour",
+     .Caption = Marked("&Ink from Colour..."),
+     .Tip = Marked("Make one ink black and all else white, and see before what counts as it"),
+     .Can = CanTakeInk,
+     .Run = ShowInk},
+    {.Name = "MNU_IMAGE_ShowColours",
+     .Caption = Marked("Show &Colours"),
+     .Tip = Marked("The picture with its colours, as it was before an ink was taken alone"),
+     .Can = CanShowColours,
+     .Run = Does<ShowColoursStep>},
     {.Name = "MNU_IMAGE_ImageTools",
      .Caption = Marked("Image &Tools..."),
      .Tip = Marked("Sharpen, scale or turn the picture before points are captured"),

@@ -162,7 +162,7 @@ void MainWindow::Render() {
   RenderPicture();
   RenderAxes();
   tracerPanel_->Render(ws_.tracer, ws_.settings, ws_.blockSize);
-  readingPanel_->Render(ws_.reading, CanTakeReading(ws_), HasReading(ws_));
+  RenderReading();
   readOut_->Render(ws_.readOut, ws_.calibration.Refined.On);
   curvePanel_->Render();
   const bool checkWasHidden = inkCheck_->isHidden();

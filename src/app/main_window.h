@@ -102,6 +102,7 @@ class MainWindow : public QMainWindow {
   bool TakeSpace(QObject* watched, QEvent* event);
   void ConnectReading();
   void ConnectAxes();
+  void RenderReading();
   void ConnectInkCheck();
   void FitSidePanel();
   void FinishStart();
@@ -115,6 +116,8 @@ class MainWindow : public QMainWindow {
   FormDialog* MakeImageToolsForm();
   FormDialog* MakeExportForm();
   FormDialog* MakeBlackWhiteForm();
+  FormDialog* MakeInkForm();
+  FormDialog* MakeReadAllForm();
   FormDialog* MakeAboutForm();
   FormDialog* MakeSelectSourceForm();
   FormDialog* MakeScanForm();
@@ -159,8 +162,9 @@ class MainWindow : public QMainWindow {
   bool TakePointKey(const QKeyEvent& key);
   /// Return and Escape while axes are proposed.
   bool TakeProposalKey(const QKeyEvent& key);
-  /// Return and Escape while something that was read is shown.
+  /// Return and Escape while something that was read is shown, and keys that go through symbols.
   bool TakeReadingKey(const QKeyEvent& key);
+  bool TakeSymbolKey(const QKeyEvent& key);
   /// Whether keys are meant for the picture, and not for a box or the list.
   bool KeysAreForPicture() const;
   void NotePlacement();

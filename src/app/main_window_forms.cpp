@@ -55,6 +55,12 @@ void MainWindow::RenderForm() {
       case Form::BlackWhite:
         form_ = MakeBlackWhiteForm();
         break;
+      case Form::Ink:
+        form_ = MakeInkForm();
+        break;
+      case Form::ReadAll:
+        form_ = MakeReadAllForm();
+        break;
     }
     if (form_ != nullptr) {
       renderForm_();
@@ -68,8 +74,9 @@ void MainWindow::RenderForm() {
         });
       });
       PlaceForm();
-      // Not run in a loop of its own: every event of the form is a command like any other.
-      form_->open();
+      // Not run in a loop of its own: every event of the form is a command like any other. But for
+      // the one whose eyedropper needs the picture, it locks the main window.
+      formShown_ == Form::Ink ? form_->show() : form_->open();
     }
   }
   if (renderForm_) renderForm_();

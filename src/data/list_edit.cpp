@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/numbers.h"
+#include "data/waiting_points.h"
 
 namespace graphize {
 
@@ -88,7 +89,7 @@ void UpdateEditMenu(const PointStore& store, CommandStates& commands) {
 }
 
 void UpdateDataMenu(const PointStore& store, CommandStates& commands) {
-  const int captured = store.CaptureCount;
+  const int captured = CountWaiting(store) > 0 ? 0 : store.CaptureCount;
   commands.Sort = commands.SwapXY = commands.ListUndo = captured >= 1;
   if (captured != 1) commands.CurveLength = captured >= 2;
   commands.Resample = captured >= 2;

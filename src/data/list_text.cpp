@@ -2,6 +2,10 @@
 
 #include <string_view>
 
+#include "base/numbers.h"
+#include "base/translation.h"
+#include "data/waiting_points.h"
+
 namespace graphize {
 
 namespace {
@@ -28,6 +32,10 @@ std::string ListText(float X, float Y, const NumberFormats& formats, bool decima
 std::string LineText(const PointStore& store, int point, const NumberFormats& formats,
                      bool decimalPoint) {
   if (point < 1 || point > store.ListCount) return "";
+  const PointId id = store.ListId[point];
+  if (IsWaiting(id, store.ListX[point], store.ListY[point]) && HasPlace(store, id))
+    return Tr("column %1, row %2", ShortestText(store.Places[id].Column),
+              ShortestText(store.Places[id].Row));
   return ListText(store.ListX[point], store.ListY[point], formats, decimalPoint);
 }
 

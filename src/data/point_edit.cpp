@@ -76,7 +76,8 @@ class MixedRows {
   bool IsSwapped(int row) const {
     if (store_.ListRows != Rows::Other) return store_.ListRows == Rows::SwappedPlaces;
     const GraphValues& captured = captured_[store_.ListId[row]];
-    return store_.ListX[row] != captured.X || store_.ListY[row] != captured.Y;
+    // By their bits: values that are still to come are no numbers.
+    return !SameBits(store_.ListX[row], captured.X) || !SameBits(store_.ListY[row], captured.Y);
   }
 
  private:

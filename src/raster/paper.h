@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <vector>
@@ -16,6 +17,13 @@ struct Rgb {
 inline Rgb RgbOf(std::uint32_t pixel) {
   return {static_cast<float>(pixel >> 16 & 0xff), static_cast<float>(pixel >> 8 & 0xff),
           static_cast<float>(pixel & 0xff)};
+}
+/// The nearest pixel, opaque.
+inline std::uint32_t PixelOf(Rgb colour) {
+  const auto level = [](float value) {
+    return static_cast<std::uint32_t>(std::lround(std::clamp(value, 0.0f, 255.0f)));
+  };
+  return 0xff000000u | level(colour.R) << 16 | level(colour.G) << 8 | level(colour.B);
 }
 inline Rgb operator-(Rgb a, Rgb b) {
   return {a.R - b.R, a.G - b.G, a.B - b.B};

@@ -53,6 +53,14 @@ struct PlotOverlay {
     std::vector<Course> Courses;
     std::vector<Position> Points;  // that would be captured
     std::vector<Position> Clicks;
+    /// Around a symbol.
+    struct Ring {
+      Position At;
+      double Width = 0, Height = 0;  // of the symbol, pixels
+      bool IsDoubtful = false, IsLeftOut = false, IsCurrent = false;
+    };
+    std::vector<Ring> Rings;
+    bool IsCurrent = false;  // of several, the one that is looked at
     Colour MarkColour = kBlack;
   };
   std::vector<Preview> Previews;

@@ -13,8 +13,9 @@ namespace graphize {
 
 namespace {
 
-constexpr double kLeastPart = 0.2;  // of the plot's width or height that a curve goes along
-constexpr int kMostTries = 14;      // of one ink
+constexpr double kLeastPart = 0.2;   // of the plot's width or height that a curve goes along
+constexpr int kMostTries = 14;       // of one ink
+constexpr double kSameCourse = 0.9;  // part of a curve that lies on others: it was read before
 
 /// What hangs together of an ink.
 struct Piece {
@@ -70,19 +71,19 @@ bool IsScattered(const CurveReading& reading) {
   return 10 * bridged > 7 * static_cast<std::ptrdiff_t>(reading.Points.size());
 }
 
-/// Whether most of a curve has been read before.
-bool IsAmong(const CurveReading& reading, const BitMap& taken) {
+/// How much of a curve lies on the pixels, 0 to 1.
+double PartAmong(const CurveReading& reading, const BitMap& taken) {
   std::size_t among = 0;
   for (const CurvePoint& point : reading.Points)
     among +=
         taken.Get(static_cast<int>(std::lround(point.X)), static_cast<int>(std::lround(point.Y)))
             ? 1
             : 0;
-  return 2 * among > reading.Points.size();
+  return static_cast<double>(among) / static_cast<double>(reading.Points.size());
 }
 
-void Take(BitMap& taken, const CurveReading& reading) {
-  const int reach = 2 + static_cast<int>(std::ceil(0.5 * reading.Kind.Width));
+/// Sets the pixels within `reach` of the curve's course.
+void Take(BitMap& taken, const CurveReading& reading, int reach) {
   for (const CurvePoint& point : reading.Points)
     for (int v = -reach; v <= reach; ++v)
       for (int u = -reach; u <= reach; ++u) {
@@ -147,6 +148,7 @@ PlotReading ReadAllCurves(const Raster& picture, const AxisCalibration& calibrat
   };
   std::vector<std::vector<Piece>> pieces;
   std::vector<std::size_t> inkOf;  // each curve's
+  BitMap courses(picture.Width(), picture.Height());
   for (std::size_t i = 0; i < inks.size() && !operation.Stopped; ++i) {
     const auto part = [&](double done) {
       return (static_cast<double>(i) + done) / static_cast<double>(inks.size());
@@ -175,9 +177,11 @@ PlotReading ReadAllCurves(const Raster& picture, const AxisCalibration& calibrat
       CurveReading reading = ReadCurve(picture, calibration, request, operation);
       reading.Map = {};
       if (reading.IsStopped || reading.Points.empty() || IsScattered(reading) ||
-          IsAmong(reading, taken))
+          PartAmong(reading, taken) > 0.5)
         continue;
-      Take(taken, reading);
+      Take(taken, reading, 2 + static_cast<int>(std::ceil(0.5 * reading.Kind.Width)));
+      // Compression makes several inks of one: the same stroke is read once.
+      if (PartAmong(reading, courses) > kSameCourse) continue;
       const auto [left, right] =
           std::minmax_element(reading.Points.begin(), reading.Points.end(),
                               [](const CurvePoint& a, const CurvePoint& b) { return a.X < b.X; });
@@ -186,6 +190,7 @@ PlotReading ReadAllCurves(const Raster& picture, const AxisCalibration& calibrat
                               [](const CurvePoint& a, const CurvePoint& b) { return a.Y < b.Y; });
       if (right->X - left->X < kLeastPart * wide && bottom->Y - top->Y < kLeastPart * high)
         continue;
+      Take(courses, reading, 1);
       all.Curves.push_back({inks[i].Colour, request.X, request.Y, std::move(reading)});
       inkOf.push_back(i);
     }

@@ -76,10 +76,14 @@ void Journal::KeepPicture(Workspace& ws, const Desktop& desktop) {
     const BasePictureShown base(ws.plot);
     // It cannot be stopped: what the user wanted has been done.
     const PictureProgress show = ShowProgress(ws, desktop);
-    SavePicture(folder_ / name, kBmpFormat, 0, ws.plot.Pixels, [&](int percent) {
-      show(percent);
-      return true;
-    });
+    const auto save = [&](const fs::path& file, const Raster& picture) {
+      SavePicture(file, kBmpFormat, 0, picture, [&](int percent) {
+        show(percent);
+        return true;
+      });
+    };
+    save(folder_ / name, ws.plot.Pixels);
+    if (ws.colours != nullptr) save(fs::path(folder_ / name) += kColoursEnding, *ws.colours);
     const auto keepBeside = [&](const char* ending, const std::string& text) {
       ThrowSystemError(ReplaceWholeFile(fs::path(folder_ / name) += ending, text));
     };
@@ -99,7 +103,7 @@ bool Journal::TakePicture(Workspace& ws, const fs::path& copy) {
   if (sessions_.empty() || !Begin()) return false;
   const fs::path name = FreePictureName();
   std::error_code failure;
-  for (const char* ending : {"", kFaintEnding, kLastEditEnding}) {
+  for (const char* ending : {"", kColoursEnding, kFaintEnding, kLastEditEnding}) {
     const fs::path from = fs::path(copy) += ending, to = fs::path(folder_ / name) += ending;
     if (failure || (*ending != '\0' && !fs::exists(from, failure))) continue;
     fs::create_hard_link(from, to, failure);

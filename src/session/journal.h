@@ -23,6 +23,7 @@ inline constexpr const char* kNewJournalName = "journal.new";
 // Behind the name of a picture's copy: what the raster remembers beside its pixels, where there is
 // any (session/kept_raster.h).
 inline constexpr const char* kFaintEnding = ".faint.csv";
+inline constexpr const char* kColoursEnding = ".colours.bmp";
 inline constexpr const char* kLastEditEnding = ".last-edit.csv";
 
 /// Removes a session's folder, whose lock is held.

@@ -15,6 +15,7 @@ namespace graphize {
 struct KeptDocument {
   PictureSource Picture;
   std::string OriginalFile, PictureFile;  // names in a project; the latter of what is shown
+  std::string ColoursFile;                // of Workspace::colours; empty: there are none
   std::string SourceName;
   int Width = 0, Height = 0;  // pixels
   bool HasUndo = false, PersistentDrawing = false;

@@ -8,6 +8,7 @@
 
 #include "base/run_time_error.h"
 #include "base/translation.h"
+#include "data/waiting_points.h"
 
 namespace graphize {
 
@@ -46,9 +47,10 @@ std::string RowsText(const PointStore& store, const std::vector<PointId>& ids,
     *at++ = ',';
     if (placed) at = Put(at, store.Places[ids[i]].Row);
     *at++ = ',';
-    at = Put(at, xs[i]);
+    const bool waits = placed && IsWaiting(ids[i], xs[i], ys[i]);
+    if (!waits) at = Put(at, xs[i]);
     *at++ = ',';
-    at = Put(at, ys[i]);
+    if (!waits) at = Put(at, ys[i]);
     if (isCertain) {
       const Certainty certainty = CertaintyOf(store, ids[i]);
       const bool isKnown = certainty != Certainty();
@@ -91,10 +93,7 @@ class RowReader {
       if (!std::isfinite(column) || !std::isfinite(row)) Fail("a place is no number");
       TakePlace(id, {column, row});
     }
-    x = Take<float>(',', "X");
-    y = Take<float>(isCertain_ ? ',' : '\n', "Y");
-    // Lengths and resampled rows can run over; what axes give is finite.
-    if (id != 0 && !(std::isfinite(x) && std::isfinite(y))) Fail("a value is no number");
+    TakeValues(id, x, y);
     if (isCertain_) TakeCertainty(id);
   }
   bool AtEnd() const { return text_.empty(); }
@@ -104,6 +103,18 @@ class RowReader {
   }
 
  private:
+  void TakeValues(PointId id, float& x, float& y) {
+    const char end = isCertain_ ? ',' : '\n';
+    if (HasPlace(store_, id) && text_.starts_with(',')) {
+      x = y = kNoValueYet;
+      Expect(',');
+      return Expect(end);
+    }
+    x = Take<float>(',', "X");
+    y = Take<float>(end, "Y");
+    // Lengths and resampled rows can run over; what axes give is finite.
+    if (id != 0 && !(std::isfinite(x) && std::isfinite(y))) Fail("a value is no number");
+  }
   template <class Value>
   Value Take(char end, const char* what) {
     Value value{};

@@ -169,6 +169,10 @@ void PictureFields(Io& io, Small& small) {
   KeptDocument& kept = small.Kept;
   io.Text("file", kept.PictureFile);
   io.Text("original", kept.OriginalFile);
+  constexpr const char* kColours = "colours";
+  bool hasColours = !kept.ColoursFile.empty();
+  if constexpr (requires { io.Has(kColours); }) hasColours = io.Has(kColours);
+  if (hasColours) io.Text(kColours, kept.ColoursFile);
   io.Text("source", kept.SourceName);
   io.Integer("width", kept.Width, 0, kMost16);
   io.Integer("height", kept.Height, 0, kMost16);

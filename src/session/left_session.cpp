@@ -149,6 +149,11 @@ std::string MakePicture(const LeftSession& session, Workspace& made, const Deskt
       made.picture = kept.Document.Picture;
       LoadImage(made, desktop, std::move(copy->Picture), kept.Document.SourceName);
       PutEdited(made.plot, std::exchange(made.plot.Pixels, Raster()), std::move(edit));
+      if (const fs::path colours = fs::path(file) += kColoursEnding; fs::exists(colours)) {
+        copy = LoadPicture(colours, ShowProgress(made, desktop));
+        if (!copy) return Tr("It was not read to its end.");
+        made.colours = std::make_shared<Raster>(std::move(copy->Picture));
+      }
       ResizeView(made, made.plot.Width(), made.plot.Height());
       done = static_cast<std::size_t>(kept.CopySteps);
     }
@@ -250,7 +255,7 @@ void BringBackSession(Workspace& ws, const Desktop& desktop, const LeftSession& 
     SetPicture(ws.plot, Raster());
   }
   ws.imageTools.UndoCopy.reset();
-  ws.colours.reset();
+  ws.colours = made != nullptr ? std::move(made->colours) : nullptr;
   BringBack(ws, desktop, std::move(kept));
   ws.recipe.Recovered = true;
   ShowFromCorner(ws.view, ws.plot.Width(), ws.plot.Height());

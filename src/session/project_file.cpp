@@ -4,6 +4,7 @@
 #include <array>
 #include <limits>
 #include <memory>
+#include <span>
 #include <utility>
 
 #include "base/checksum.h"
@@ -28,6 +29,7 @@ namespace fs = std::filesystem;
 
 constexpr const char* kMimeType = "mimetype";
 constexpr const char* kBase = "picture/base.png";
+constexpr const char* kColours = "picture/colours.png";
 constexpr const char* kFaint = "picture/faint.csv";
 constexpr const char* kLastEdit = "picture/last-edit.csv";
 constexpr const char* kMarks = "picture/marks.csv";
@@ -66,7 +68,8 @@ bool IsCurvePart(std::string_view name) {
 }
 
 bool IsPicturePart(std::string_view name) {
-  return name == kBase || name == kFaint || name == kLastEdit || name == kMarks || IsOriginal(name);
+  return name == kBase || name == kColours || name == kFaint || name == kLastEdit ||
+         name == kMarks || IsOriginal(name);
 }
 
 bool IsKnown(std::string_view name) {
@@ -77,7 +80,7 @@ bool IsKnown(std::string_view name) {
 // ---- Writing ------------------------------------------------------------------------------------
 
 /// Whether the picture is another one than its file gives, by the steps since it was opened.
-bool IsEdited(const std::vector<Step>& steps) {
+bool IsEdited(std::span<const Step> steps) {
   for (auto step = steps.rbegin(); step != steps.rend(); ++step) {
     if (const auto* open = std::get_if<OpenStep>(&*step)) return open->BlackAndWhite;
     if (const auto* reload = std::get_if<ReloadStep>(&*step)) return reload->BlackAndWhite;
@@ -87,6 +90,19 @@ bool IsEdited(const std::vector<Step>& steps) {
       return true;
   }
   return true;
+}
+
+/// The steps before an ink was first taken alone from the colours that can come back.
+std::span<const Step> BeforeInk(std::span<const Step> steps) {
+  std::size_t first = steps.size();
+  for (std::size_t i = steps.size(); i-- > 0;) {
+    const Step& step = steps[i];
+    if (Is<InkStep>(step)) first = i;
+    if (Is<OpenStep>(step) || Is<ReloadStep>(step) || Is<ImageToolStep>(step) ||
+        Is<UndoImageToolStep>(step) || Is<BlackWhiteStep>(step) || Is<ShowColoursStep>(step))
+      break;
+  }
+  return steps.first(first);
 }
 
 /// Else it was pasted or scanned.
@@ -129,13 +145,14 @@ std::shared_ptr<const PointStore> AsSaved(const std::shared_ptr<const PointStore
 struct Content {
   std::vector<KeptPart> Texts;
   std::shared_ptr<const std::string> Original;
-  std::string Base;
+  std::string Base, Colours;
 
   std::string Bytes(const std::string& originalName) const {
     std::vector<ZipMember> members = {{kMimeType, kProjectType},
                                       {Texts.front().Name, Texts.front().Text}};
     if (Original != nullptr) members.push_back({originalName, *Original});
     if (!Base.empty()) members.push_back({kBase, Base});
+    if (!Colours.empty()) members.push_back({kColours, Colours});
     for (std::size_t i = 1; i < Texts.size(); ++i)
       members.push_back({Texts[i].Name, Texts[i].Text});
     return ZipBytes(members);
@@ -204,17 +221,20 @@ bool ReadPicture(const ZipReader& zip, ProjectContent& project, const PicturePro
   } else if (!kept.OriginalFile.empty()) {
     throw RunTimeError("Its file is missing.");
   }
-  const ZipReader::Entry* shown = zip.Find(kept.PictureFile);
-  if (shown == nullptr) throw RunTimeError("Its file is missing.");
-  auto loaded =
-      DecodePicture(kept.PictureFile,
-                    kept.PictureFile == kept.OriginalFile ? *kept.Picture.Bytes
-                                                          : zip.Read(*shown, kLargestPicture),
-                    progress);
-  if (!loaded) return false;
-  if (loaded->Picture.Width() != kept.Width || loaded->Picture.Height() != kept.Height)
-    throw RunTimeError("Its size is another one.");
-  project.Picture = std::move(loaded->Picture);
+  const auto decode = [&](const std::string& name, Raster& picture) {
+    const ZipReader::Entry* shown = zip.Find(name);
+    if (shown == nullptr) throw RunTimeError("Its file is missing.");
+    auto loaded = DecodePicture(
+        name, name == kept.OriginalFile ? *kept.Picture.Bytes : zip.Read(*shown, kLargestPicture),
+        progress);
+    if (!loaded) return false;
+    if (loaded->Picture.Width() != kept.Width || loaded->Picture.Height() != kept.Height)
+      throw RunTimeError("Its size is another one.");
+    picture = std::move(loaded->Picture);
+    return true;
+  };
+  if (!decode(kept.PictureFile, project.Picture)) return false;
+  if (!kept.ColoursFile.empty() && !decode(kept.ColoursFile, project.Colours)) return false;
   const int width = kept.Width, height = kept.Height;
   project.Picture.Faint = RasterText(
       zip, kFaint, [&](const std::string& text) { return ReadBits(text, width, height); });
@@ -244,8 +264,11 @@ std::optional<std::string> ProjectBytes(Workspace& ws, const Desktop& desktop) {
   const bool isItsOwn = content.Original == nullptr && !HasFile(ws.picture) && !edited;
 
   const BasePictureShown base(ws.plot);
+  const auto encode = [&](const Raster& picture) {
+    return EncodePicture(kPngFormat, 0, picture, ShowProgress(ws, desktop));
+  };
   if (content.Original == nullptr || edited) {
-    auto png = EncodePicture(kPngFormat, 0, ws.plot.Pixels, ShowProgress(ws, desktop));
+    auto png = encode(ws.plot.Pixels);
     if (!png) return std::nullopt;
     if (isItsOwn)
       content.Original = ws.picture.Bytes = std::make_shared<const std::string>(std::move(*png));
@@ -253,6 +276,15 @@ std::optional<std::string> ProjectBytes(Workspace& ws, const Desktop& desktop) {
       content.Base = std::move(*png);
   }
   const std::string original = OriginalName(ws.picture);
+  if (ws.colours != nullptr) {
+    kept.ColoursFile = original;
+    if (content.Original == nullptr || IsEdited(BeforeInk(ws.recipe.Steps))) {
+      auto png = encode(*ws.colours);
+      if (!png) return std::nullopt;
+      content.Colours = std::move(*png);
+      kept.ColoursFile = kColours;
+    }
+  }
   if (content.Original != nullptr) kept.OriginalFile = original;
   kept.PictureFile = content.Base.empty() ? original : kBase;
   content.Texts = PartsOf(std::move(kept));
@@ -292,7 +324,8 @@ std::optional<ProjectContent> ReadProject(std::string_view bytes, ProjectPicture
   ProjectContent project{.Kept = ReadParts(TextsIn(zip, bytes.size())), .PictureFault = {}};
   KeptDocument& kept = project.Kept;
   if (kept.Width == 0 || !IsPicturePart(kept.PictureFile) ||
-      (!kept.OriginalFile.empty() && !IsOriginal(kept.OriginalFile)))
+      (!kept.OriginalFile.empty() && !IsOriginal(kept.OriginalFile)) ||
+      (!kept.ColoursFile.empty() && !IsPicturePart(kept.ColoursFile)))
     throw RunTimeError("project.json: picture.file is none");
   if (picture == ProjectPicture::Blank) {
     project.Picture = Raster(kept.Width, kept.Height);
@@ -303,6 +336,7 @@ std::optional<ProjectContent> ReadProject(std::string_view bytes, ProjectPicture
   } catch (const RunTimeError& error) {
     project.PictureFault = error.what();
     project.Picture = Raster::Filled(kept.Width, kept.Height, kWhitePixel);
+    project.Colours = {};
     project.LastEdit.clear();
     kept.HasUndo = false;
   }
@@ -312,7 +346,8 @@ std::optional<ProjectContent> ReadProject(std::string_view bytes, ProjectPicture
 void PutProject(Workspace& ws, const Desktop& desktop, ProjectContent&& project) {
   PutEdited(ws.plot, std::move(project.Picture), std::move(project.LastEdit));
   ws.imageTools.UndoCopy.reset();  // it was of the picture before
-  ws.colours.reset();
+  ws.colours =
+      project.Colours.IsEmpty() ? nullptr : std::make_shared<Raster>(std::move(project.Colours));
   PutMarks(ws.plot, project.Marks);
   ShowFromCorner(ws.view, ws.plot.Width(), ws.plot.Height());
   BringBack(ws, desktop, std::move(project.Kept));

@@ -14,7 +14,8 @@ namespace graphize {
 // A project: one file with the picture, its edits, axes, curves, blockers, options and steps. It is
 // a ZIP archive whose files are stored as they are: "mimetype", "project.json",
 // "picture/original.EXT" (the picture's file as it was opened), "picture/base.png" where the
-// picture is not that any more, "picture/faint.csv", "picture/last-edit.csv" and
+// picture is not that any more, "picture/colours.png" where an ink alone is shown and the picture
+// with its colours is not the file either, "picture/faint.csv", "picture/last-edit.csv" and
 // "picture/marks.csv" (session/kept_raster.h), and the parts of session/kept_text.h.
 
 inline constexpr const char* kProjectEnding = ".graphize";
@@ -28,6 +29,7 @@ std::optional<std::string> ProjectBytes(Workspace& ws, const Desktop& desktop);
 struct ProjectContent {
   KeptDocument Kept;
   Raster Picture;  // without marks
+  Raster Colours;  // Workspace::colours; empty: there are none
   OverdrawnPixels LastEdit, Marks;
   // Why there is a white page instead, a sentence; else empty. The picture's file as it was opened,
   // where that alone is sound, is kept.

@@ -49,10 +49,10 @@ void PaintInk(QPainter& painter, const BitMap& ink, const QRect& whole, const QC
 }
 
 void PaintCourse(QPainter& painter, const PlotOverlay::Preview::Course& course, const QRectF& area,
-                 const QColor& colour) {
+                 const QColor& colour, double width) {
   // The ink beside it stays in sight; where there is none, the dots stand out from any ground.
   QPen edge(course.IsDoubtful ? QColor(255, 255, 255, 200) : QColor(Qt::transparent), 4);
-  QPen line(colour, course.IsDoubtful ? 2 : 1);
+  QPen line(colour, course.IsDoubtful ? 2 : width);
   for (QPen* pen : {&edge, &line}) {
     pen->setCosmetic(true);
     pen->setJoinStyle(Qt::RoundJoin);
@@ -81,6 +81,31 @@ void PaintCourse(QPainter& painter, const PlotOverlay::Preview::Course& course, 
   draw();
 }
 
+void PaintRings(QPainter& painter, const PlotOverlay::Preview& preview, const QRectF& area,
+                const QColor& colour) {
+  const double unit = 1 / painter.transform().m11();  // a logical pixel
+  painter.setBrush(Qt::NoBrush);
+  for (const PlotOverlay::Preview::Ring& ring : preview.Rings) {
+    const QPointF centre = Centre(ring.At);
+    const double across = ring.Width / 2 + 2.5 * unit, down = ring.Height / 2 + 2.5 * unit;
+    const QRectF box(centre.x() - across, centre.y() - down, 2 * across, 2 * down);
+    const double beside = 5 * unit;
+    const QRectF second = box.adjusted(-beside, -beside, beside, beside);
+    if (!second.adjusted(-beside, -beside, beside, beside).intersects(area)) continue;
+    QPen edge(QColor(255, 255, 255, 200), 4), line(ring.IsLeftOut ? QColor(Qt::gray) : colour, 2);
+    for (QPen* pen : {&edge, &line}) pen->setCosmetic(true);
+    if (ring.IsDoubtful) line.setDashPattern({2, 1.5});
+    for (const QPen* pen : {&edge, &line}) {
+      painter.setPen(*pen);
+      painter.drawEllipse(box);
+      if (ring.IsCurrent) painter.drawRect(second);
+      if (!ring.IsLeftOut) continue;
+      painter.drawLine(box.topLeft(), box.bottomRight());
+      painter.drawLine(box.bottomLeft(), box.topRight());
+    }
+  }
+}
+
 }  // namespace
 
 void PaintPreview(QPainter& painter, const PlotOverlay::Preview& preview, const QRect& area) {
@@ -90,7 +115,8 @@ void PaintPreview(QPainter& painter, const PlotOverlay::Preview& preview, const 
   painter.setRenderHint(QPainter::Antialiasing);
   const QRectF seen = QRectF(area).adjusted(-4, -4, 4, 4);
   for (const PlotOverlay::Preview::Course& course : preview.Courses)
-    PaintCourse(painter, course, seen, colour);
+    PaintCourse(painter, course, seen, colour, preview.IsCurrent ? 3 : 1);
+  PaintRings(painter, preview, seen, colour);
   const auto dots = [&](const std::vector<PlotOverlay::Position>& positions, double width,
                         const QColor& inside) {
     for (const auto& [size, fill] : {std::pair{width + 2, QColor(Qt::white)}, {width, inside}}) {

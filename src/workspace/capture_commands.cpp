@@ -54,12 +54,14 @@ void TellLogFault(Workspace& ws, const Desktop& desktop) {
 void SwitchXLog(Workspace& ws, const Desktop& desktop, bool on) {
   SetXLog(ws.calibration, on);
   NoteOptions(ws);
+  GiveWaitingValues(ws);
   if (on) TellLogFault(ws, desktop);
 }
 
 void SwitchYLog(Workspace& ws, const Desktop& desktop, bool on) {
   SetYLog(ws.calibration, on);
   NoteOptions(ws);
+  GiveWaitingValues(ws);
   if (on) TellLogFault(ws, desktop);
 }
 

@@ -7,6 +7,7 @@
 #include "base/translation.h"
 #include "data/curve_length.h"
 #include "data/list_edit.h"
+#include "data/waiting_points.h"
 #include "workspace/plot_mouse.h"
 #include "workspace/toolbar.h"
 
@@ -19,6 +20,7 @@ void OpenDataMenu(Workspace& ws) {
 namespace {
 
 std::optional<Outcome> WithFewer(const Workspace& ws, int points) {
+  if (const int waiting = CountWaiting(ws.store); waiting > 0) return Refused(WaitingText(waiting));
   if (ws.store.CaptureCount >= points) return std::nullopt;
   return Refused("there are not enough captured points");
 }

@@ -93,7 +93,7 @@ template <class Record>
 void ShowWorkedOn(Workspace& ws, int pointsBefore) {
   constexpr bool kMoves = kIsOneOf<Record, MovePointsStep>;
   constexpr bool kCaptures =
-      kIsOneOf<Record, CaptureStep, PointStep, TraceStep, ScanStep, ReadStep>;
+      kIsOneOf<Record, CaptureStep, PointStep, TraceStep, ScanStep, ReadStep, SymbolsStep>;
   const bool worked = kMoves || (kCaptures && ws.store.CaptureCount > pointsBefore);
   if (!worked || ActiveCurve(ws.curves).Shown) return;
   ActiveCurve(ws.curves).Shown = true;
@@ -110,8 +110,12 @@ bool IsNoted(const Record&, const Outcome& outcome) {
 
 /// Whether the step finds points by itself, so that they are held against the picture.
 template <class Record>
-constexpr bool kFindsPoints = std::is_same_v<Record, TraceStep> ||
-                              std::is_same_v<Record, ScanStep> || std::is_same_v<Record, ReadStep>;
+constexpr bool kFindsPoints =
+    kIsOneOf<Record, TraceStep, ScanStep, ReadStep, SymbolsStep, ReadAllStep>;
+
+/// Whether points that wait for the axes may have values after the step.
+template <class Record>
+constexpr bool kBringsAxes = kIsOneOf<Record, AxisStep, SetStep, UndoImageToolStep, ReloadStep>;
 
 }  // namespace
 
@@ -124,9 +128,11 @@ Outcome Do(Workspace& ws, const Desktop& desktop, Step step) {
         if (!IsNoted(record, outcome)) return outcome;
         using Record = std::remove_reference_t<decltype(record)>;
         ShowWorkedOn<Record>(ws, points);
+        if (kBringsAxes<Record>) GiveWaitingValues(ws);
         Note(ws, std::move(record));
         NoteWhatStays(ws);
-        if (kFindsPoints<Record> && outcome.Points > 0) CheckPoints(ws);
+        if (kFindsPoints<Record> && outcome.Points > 0)
+          std::is_same_v<Record, ReadAllStep> ? CheckAllCurves(ws) : CheckPoints(ws);
         return outcome;
       },
       step);

@@ -9,42 +9,12 @@
 #include "tracing/extraction_context.h"
 #include "workspace/curve_commands.h"
 #include "workspace/extraction_commands.h"
-#include "workspace/picture_commands.h"
+#include "workspace/picture_reading.h"
 #include "workspace/reading_commands.h"
-#include "workspace/shown_picture.h"
 
 namespace graphize {
 
 namespace {
-
-std::vector<ReadingWall> WallsOf(const BlockerList& blockers) {
-  std::vector<ReadingWall> walls;
-  for (int i = 1; i <= blockers.Count; ++i) {
-    const Blocker& blocker = blockers.Blockers[static_cast<std::size_t>(i)];
-    walls.push_back({blocker.X, blocker.Y, blocker.Size});
-  }
-  return walls;
-}
-
-/// Runs `work` beside the window, on the picture without marks.
-template <class Work>
-auto Beside(Workspace& ws, const Desktop& desktop, const char* english, const Work& work) {
-  ws.window.Hourglass = true;
-  ws.status.Status = Tr(english);
-  const BasePictureShown base(ws.plot);
-  auto result = RunBeside(ShowProgress(ws, desktop), work);
-  ws.window.Hourglass = false;
-  ws.status.ProgressVisible = false;
-  ws.status.Status.clear();
-  return result;
-}
-
-std::optional<Outcome> AxesRefused(const Workspace& ws) {
-  if (!CanRead(ws)) return Refused("reading a picture needs its axes");
-  for (const char* fault : {LogOriginFault(ws.calibration), LogPointFault(ws.calibration)})
-    if (fault != nullptr) return Refused(fault);
-  return std::nullopt;
-}
 
 std::string SymbolCount(std::size_t count) {
   return TrCount("%1 symbol", "%1 symbols", static_cast<long long>(count));
@@ -54,41 +24,19 @@ std::string CurveCount(std::size_t count) {
   return TrCount("%1 curve", "%1 curves", static_cast<long long>(count));
 }
 
-std::optional<Outcome> RoomRefused(const PointStore& store, std::size_t count) {
-  const int room = store.MaxPoints - std::max(store.CaptureCount, store.ListCount);
-  if (static_cast<int>(count) <= room) return std::nullopt;
-  return Refused(Tr("there are %1, and the list takes only %2 more",
-                    PointCount(static_cast<long long>(count)), room));
-}
-
-/// The same to all sides.
-Certainty CertaintyOf(const FoundSymbol& symbol) {
-  return {static_cast<float>(symbol.Sigma), static_cast<float>(symbol.Sigma), 0};
-}
-
-template <class Points>
-void Capture(Workspace& ws, const Desktop& desktop, const Points& points) {
-  const ExtractionContext context = ExtractionOf(ws, desktop);
-  for (const auto& point : points) {
-    MoveCursor(context, static_cast<float>(point.X), static_cast<float>(point.Y));
-    AddPoint(ws.store, ws.commands, desktop, false);
-    NoteCertainty(ws.store, ws.store.CaptureId[ws.store.CaptureCount], CertaintyOf(point));
+std::vector<ReadPlace> PlacesOf(const std::vector<FoundSymbol>& symbols) {
+  std::vector<ReadPlace> places;
+  for (const FoundSymbol& symbol : symbols) {
+    const auto sigma = static_cast<float>(symbol.Sigma);
+    places.push_back({symbol.X, symbol.Y, {sigma, sigma, 0}});  // the same to all sides
   }
-  ShowCursor(ws.readOut, ws.axisPanel, ws.store, ws.calibration);
-  ShowNewest(ws.store);
-}
-
-Colour ColourOf(Rgb colour) {
-  const auto level = [](float part) {
-    return static_cast<int>(std::lround(std::clamp(part, 0.0f, 255.0f)));
-  };
-  return MakeColour(level(colour.R), level(colour.G), level(colour.B));
+  return places;
 }
 
 }  // namespace
 
 std::optional<Outcome> SymbolsRefused(const Workspace& ws, const SymbolsStep& step) {
-  if (auto refused = AxesRefused(ws)) return refused;
+  if (auto refused = ReadingRefused(ws)) return refused;
   if (auto outside = RefusedAt(ws, step.X, step.Y)) return outside;
   if (!(step.Tolerance >= kLeastTolerance && step.Tolerance <= kMostTolerance))
     return Refused("the tolerance of symbols is a number from 0.5 to 2");
@@ -101,9 +49,10 @@ SymbolFinding SymbolsAt(Workspace& ws, const Desktop& desktop, const SymbolsStep
                               .Centre = step.Centre,
                               .Tolerance = step.Tolerance,
                               .Walls = WallsOf(ws.blockers)};
-  return Beside(ws, desktop, Marked("Looking for symbols..."), [&](PictureOperation& operation) {
-    return FindSymbols(ws.plot.Pixels, ws.calibration, request, operation);
-  });
+  return ReadBeside(ws, desktop, Marked("Looking for symbols..."),
+                    [&](PictureOperation& operation) {
+                      return FindSymbols(ws.plot.Pixels, ws.calibration, request, operation);
+                    });
 }
 
 std::string HowSure(const SymbolFinding& finding) {
@@ -135,19 +84,19 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const SymbolsStep& step) {
     if (!step.LeftOut.Has(static_cast<PointId>(i + 1))) taken.push_back(finding.Symbols[i]);
   if (taken.empty()) return Nothing("all symbols are left out");
   if (auto refused = RoomRefused(ws.store, taken.size())) return *refused;
-  Capture(ws, desktop, taken);
+  CaptureRead(ws, desktop, PlacesOf(taken));
   const std::string sure = HowSure(finding);
   ws.status.Status = Tr("Found %1", sure);
   return {.Points = static_cast<int>(taken.size()), .Remark = sure};
 }
 
 std::optional<Outcome> ReadAllRefused(const Workspace& ws) {
-  return AxesRefused(ws);
+  return ReadingRefused(ws);
 }
 
 PlotReading ReadAllAt(Workspace& ws, const Desktop& desktop) {
   const std::vector<ReadingWall> walls = WallsOf(ws.blockers);
-  return Beside(ws, desktop, Marked("Reading all curves..."), [&](PictureOperation& operation) {
+  return ReadBeside(ws, desktop, Marked("Reading all curves..."), [&](PictureOperation& operation) {
     return ReadAllCurves(ws.plot.Pixels, ws.calibration, walls, operation);
   });
 }
@@ -196,8 +145,9 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const ReadAllStep& step) {
     else if (!names[i].empty())
       ActiveCurve(ws.curves).Name = names[i];
     if (first < 0) first = ws.curves.Active;
-    ActiveCurve(ws.curves).MarkColour = ColourOf(curve.Colour);
-    Capture(ws, desktop, curve.Reading.Points);
+    ActiveCurve(ws.curves).Shown = true;
+    ActiveCurve(ws.curves).MarkColour = ColourOfPixel(PixelOf(curve.Colour));
+    CaptureRead(ws, desktop, PlacesOf(curve.Reading.Points));
     points += static_cast<int>(curve.Reading.Points.size());
     doubtful += curve.Reading.Doubts.empty() ? 0 : 1;
   }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/translation.h"
 #include "data/point_edit.h"
 #include "workspace/do.h"
 
@@ -40,6 +41,16 @@ InkCheck InkCheckOf(Workspace& ws, const PointStore& store) {
 
 void CheckPoints(Workspace& ws) {
   ws.inkCheck = InkCheckOf(ws, ws.store);
+}
+
+void CheckAllCurves(Workspace& ws) {
+  CheckPoints(ws);
+  for (int i = 0; i < static_cast<int>(ws.curves.Curves.size()); ++i) {
+    if (i == ws.curves.Active) continue;
+    const InkCheck check = InkCheckOf(ws, PointsOf(ws.curves, ws.store, i));
+    if (check.AnyDoubtful())
+      ws.inkCheck.Text += "\n" + Tr("%1: %2", ws.curves.Curves[i].Name, check.Text);
+  }
 }
 
 bool CanCheckPoints(const Workspace& ws) {

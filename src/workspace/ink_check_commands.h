@@ -14,6 +14,8 @@ InkCheck InkCheckOf(Workspace& ws, const PointStore& store);
 
 /// The active curve's points against the picture: fills the line under the list.
 void CheckPoints(Workspace& ws);
+/// The same, with a line for each other curve of which a point is doubtful.
+void CheckAllCurves(Workspace& ws);
 bool CanCheckPoints(const Workspace& ws);
 /// The line goes when the points, or the pixels under them, are no longer those of the check.
 void DropOldInkCheck(Workspace& ws);

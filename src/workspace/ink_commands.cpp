@@ -25,30 +25,33 @@ bool CanTakeInk(const Workspace& ws) {
   return ws.plot.IsPresent();
 }
 
-Outcome Run(Workspace& ws, const Desktop& desktop, const InkStep& step) {
+std::optional<Outcome> InkRefused(Workspace& ws) {
   if (!CanTakeInk(ws)) return Refused("there is no picture");
+  if (ws.colours != nullptr) return std::nullopt;
+  const BasePictureShown base(ws.plot);
+  if (!IsBlackAndWhite(ws.plot.Pixels)) return std::nullopt;
+  return Refused("the picture is black and white: there are no colours to take an ink from");
+}
+
+Outcome Run(Workspace& ws, const Desktop& desktop, const InkStep& step) {
+  if (auto refused = InkRefused(ws)) return *refused;
   if (!(step.Tolerance >= kLeastTolerance && step.Tolerance <= kMostTolerance))
     return Refused("the tolerance of an ink is a number from 0.5 to 2");
   const auto channel = [](int level) { return static_cast<std::uint32_t>(level) & 0xff; };
   const std::uint32_t colour =
       0xff000000u | channel(step.Red) << 16 | channel(step.Green) << 8 | channel(step.Blue);
   std::optional<Raster> alone;
-  bool isBlackAndWhite = false;
   ws.window.Hourglass = true;
   ws.status.Status = Tr("Taking the ink...");
   {
     const BasePictureShown base(ws.plot);
-    isBlackAndWhite = ws.colours == nullptr && IsBlackAndWhite(ws.plot.Pixels);
-    if (!isBlackAndWhite)
-      alone = RunBeside(ShowProgress(ws, desktop), [&](PictureOperation& operation) {
-        return InkAlone(ColouredPicture(ws), colour, step.Tolerance, operation);
-      });
+    alone = RunBeside(ShowProgress(ws, desktop), [&](PictureOperation& operation) {
+      return InkAlone(ColouredPicture(ws), colour, step.Tolerance, operation);
+    });
   }
   ws.window.Hourglass = false;
   ws.status.ProgressVisible = false;
   ws.status.Status = " ";
-  if (isBlackAndWhite)
-    return Refused("the picture is black and white: there are no colours to take an ink from");
   if (!alone) return Refused("this is the colour of the paper");
   if (alone->IsEmpty()) {
     ws.status.Status = Tr("Stopped: the picture is as it was");

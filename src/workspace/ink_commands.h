@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "desktop/desktop.h"
@@ -16,8 +17,9 @@ const Raster& ColouredPicture(const Workspace& ws);
 /// is not made: call it with the base picture shown.
 std::vector<PictureInk> InksIn(const Workspace& ws);
 
-/// Whether there are colours to take an ink from: not in what is black and white.
 bool CanTakeInk(const Workspace& ws);
+/// Why no ink can be taken: there are no colours. Looks at the picture.
+std::optional<Outcome> InkRefused(Workspace& ws);
 /// The picture becomes the ink of a colour alone, as black on white (reading/ink_mask.h), for the
 /// tracers and the scan. Taken from the colours that were shown first. Points, blockers,
 /// calibration and mode stay; Escape changes nothing.

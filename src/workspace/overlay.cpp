@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "workspace/axes_overlay.h"
+#include "data/waiting_points.h"
 #include "workspace/preview_commands.h"
 
 namespace graphize {
@@ -77,13 +78,8 @@ void AddEditedPoints(const Workspace& ws, const PlotOverlay::Rectangle& area,
 }
 
 /// What was read, cut into stretches that are seen and stretches that are not.
-void AddPreview(const Workspace& ws, PlotOverlay& overlay) {
-  if (!HasReading(ws)) return;
-  const CurvePreview& shown = *ws.reading.Curve;
-  PlotOverlay::Preview& preview = overlay.Previews.emplace_back();
-  if (!shown.Ink.IsEmpty()) preview.Ink = &shown.Ink;
-  preview.MarkColour = shown.MarkColour;
-  for (const CurvePoint& point : shown.Reading.Points) {
+void AddCourses(const std::vector<CurvePoint>& points, PlotOverlay::Preview& preview) {
+  for (const CurvePoint& point : points) {
     const bool isDoubtful = point.IsBridged || point.Sigma > kDoubtfulSigma;
     if (preview.Courses.empty() || preview.Courses.back().IsDoubtful != isDoubtful) {
       // The stretches meet.
@@ -93,10 +89,60 @@ void AddPreview(const Workspace& ws, PlotOverlay& overlay) {
     }
     preview.Courses.back().Way.push_back({point.X, point.Y});
   }
-  if (ws.reading.Density != ReadingDensity::Kind::Each)
+}
+
+void AddPreview(const CurvePreview& shown, bool isThinned, PlotOverlay& overlay) {
+  PlotOverlay::Preview& preview = overlay.Previews.emplace_back();
+  if (!shown.Ink.IsEmpty()) preview.Ink = &shown.Ink;
+  preview.MarkColour = shown.MarkColour;
+  AddCourses(shown.Reading.Points, preview);
+  if (isThinned)
     for (const CurvePoint& point : shown.Points) preview.Points.push_back({point.X, point.Y});
   for (const PlotPixel& click : shown.Clicks)
     preview.Clicks.push_back({static_cast<double>(click.X), static_cast<double>(click.Y)});
+}
+
+void AddPreview(const SymbolPreview& shown, PlotOverlay& overlay) {
+  PlotOverlay::Preview& preview = overlay.Previews.emplace_back();
+  preview.MarkColour = shown.MarkColour;
+  const auto& symbols = shown.Finding.Symbols;
+  for (std::size_t i = 0; i < symbols.size(); ++i) {
+    preview.Rings.push_back({.At = {symbols[i].X, symbols[i].Y},
+                             .Width = shown.Finding.Width,
+                             .Height = shown.Finding.Height,
+                             .IsDoubtful = !symbols[i].Doubt.empty(),
+                             .IsLeftOut = shown.LeftOut[i],
+                             .IsCurrent = static_cast<int>(i) == shown.Current});
+    if (!shown.LeftOut[i]) preview.Points.push_back({symbols[i].X, symbols[i].Y});
+  }
+}
+
+/// The ticked curves of the window FRM_ReadAll, the chosen row's above the others.
+void AddPreview(const ReadAllForm& form, PlotOverlay& overlay) {
+  const auto add = [&](int i) {
+    const ReadAllForm::Item& item = form.Items[static_cast<std::size_t>(i)];
+    if (!item.IsTaken && i != form.Current) return;
+    PlotOverlay::Preview& preview = overlay.Previews.emplace_back();
+    preview.MarkColour = ColourBeside(item.Curve.Colour);
+    preview.IsCurrent = i == form.Current;
+    AddCourses(item.Curve.Reading.Points, preview);
+  };
+  for (int i = 0; i < static_cast<int>(form.Items.size()); ++i)
+    if (i != form.Current) add(i);
+  if (form.Current >= 0) add(form.Current);
+}
+
+void AddPreviews(const Workspace& ws, PlotOverlay& overlay) {
+  if (HasReading(ws)) {
+    const ReadingControl& control = ws.reading;
+    if (control.Curve)
+      AddPreview(*control.Curve, control.Density != ReadingDensity::Kind::Each, overlay);
+    else
+      AddPreview(*control.Symbols, overlay);
+  }
+  if (ws.form == Form::Ink && !ws.ink.Mask.IsEmpty())
+    overlay.Previews.push_back({.Ink = &ws.ink.Mask, .MarkColour = ws.ink.MarkColour});
+  if (ws.form == Form::ReadAll) AddPreview(ws.readAll, overlay);
 }
 
 }  // namespace
@@ -127,7 +173,7 @@ PlotOverlay Plot_Paint(const Workspace& ws, const PlotOverlay::Rectangle& area) 
   }
   AddAxes(ws, overlay);
   AddCurves(overlay, ws, area);
-  AddPreview(ws, overlay);
+  AddPreviews(ws, overlay);
   // A curve that is hidden is not seen in any way.
   const bool shown = ActiveCurve(ws.curves).Shown;
   // But nothing is edited unseen.
@@ -136,6 +182,7 @@ PlotOverlay Plot_Paint(const Workspace& ws, const PlotOverlay::Rectangle& area) 
   if (ws.commands.Overlay && ws.calibration.IsComplete()) {
     overlay.DataColour = PaletteColour(ws.settings.TraceColor);
     for (int i = 1; i <= ws.store.ListCount; ++i) {
+      if (IsWaiting(ws.store.ListId[i], ws.store.ListX[i], ws.store.ListY[i])) continue;
       const auto pixel =
           Real2Pixels(ws.calibration, ws.plot.Height(), ws.store.ListX[i], ws.store.ListY[i]);
       if (!pixel) continue;

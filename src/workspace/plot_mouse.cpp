@@ -11,10 +11,12 @@
 #include "capture/snap.h"
 #include "workspace/do.h"
 #include "workspace/extraction_commands.h"
+#include "workspace/ink_preview.h"
 #include "workspace/point_edit_commands.h"
 #include "workspace/preview_commands.h"
 #include "workspace/propose_axes_commands.h"
 #include "workspace/reference_commands.h"
+#include "workspace/symbol_preview.h"
 #include "workspace/toolbar.h"
 
 namespace graphize {
@@ -200,6 +202,7 @@ void Plot_MouseMove(Workspace& ws, const Desktop& desktop, int Button, int Shift
 
 void Plot_MouseDown(Workspace& ws, const Desktop& desktop, int Button, int Shift, float X,
                     float Y) {
+  if (ws.form == Form::Ink) return;  // the click picks an ink
   ShowModeHint(ws);
   const auto [x, y] = PixelUnder(X, Y);
   if (ws.mode == Mode::GridBuster) {
@@ -266,6 +269,7 @@ void Plot_Click(Workspace& ws, const Desktop& desktop) {
   if (ws.mouse.TraceRunning) return;
   if (std::exchange(ws.mouse.SuppressNextClick, false)) return;
   if (std::exchange(ws.mouse.PressFailed, false)) return;
+  if (ws.form == Form::Ink) return PickInk(ws, desktop, ws.readOut.PlotX, ws.readOut.PlotY);
   const float x = static_cast<float>(ws.readOut.PlotX), y = static_cast<float>(ws.readOut.PlotY);
   if (ClickProposedPlot(ws, desktop, ws.readOut.PlotX, ws.readOut.PlotY)) return;
   if (ws.mode == Mode::AxisDef) {
@@ -292,6 +296,8 @@ void Plot_Click(Workspace& ws, const Desktop& desktop) {
     PlaceBlocker(ws, desktop);
   } else if (ws.mode == Mode::ReadCurve) {
     ClickCurve(ws, desktop, ws.readOut.PlotX, ws.readOut.PlotY);
+  } else if (ws.mode == Mode::FindSymbols) {
+    ClickSymbol(ws, desktop, ws.readOut.PlotX, ws.readOut.PlotY);
   }
 }
 

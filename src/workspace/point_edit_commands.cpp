@@ -10,11 +10,13 @@
 #include "base/translation.h"
 #include "data/list_edit.h"
 #include "data/point_edit.h"
+#include "data/waiting_points.h"
 #include "raster/plot_overlay.h"
 #include "tracing/extraction_context.h"
 #include "workspace/do.h"
 #include "workspace/picture_map.h"
 #include "workspace/plot_mouse.h"
+#include "workspace/view_commands.h"
 
 namespace graphize {
 
@@ -194,6 +196,23 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const RecalculateStep&) {
   return {};
 }
 
+void GiveWaitingValues(Workspace& ws) {
+  if (AxesFault(ws) != nullptr) return;
+  int waiting = 0;
+  for (std::size_t i = 0; i < ws.curves.Curves.size(); ++i)
+    waiting += CountWaiting(PointsOf(ws.curves, ws.store, static_cast<int>(i)));
+  if (waiting == 0) return;
+  int given = 0;
+  ChangePoints(ws.curves, ws.store, [&](PointStore& points, std::size_t) {
+    given += GiveValues(points, ws.calibration, ws.plot.Height());
+  });
+  ws.status.Status =
+      TrCount("%1 point has got its value", "%1 points have got their values", given);
+  if (given < waiting)
+    ws.status.Status += "; " + TrCount("the axes give no number for %1",
+                                       "the axes give no numbers for %1", waiting - given);
+}
+
 void PointTo(Workspace& ws, float X, float Y) {
   const PointEdit& edit = ws.pointEdit;
   MarkNear(ws,
@@ -318,13 +337,8 @@ void FollowListSelection(Workspace& ws) {
   ShowPage(ws.store);
   const int end = page.SelectionEnd;
   if (end < 1 || end > ws.store.ListCount || !HasPlace(ws.store, ws.store.ListId[end])) return;
-  // A point that is out of sight comes into the middle.
   const auto& [column, row] = ws.store.Places[ws.store.ListId[end]];
-  const Viewport& view = ws.view;
-  const int x = PlaceOfMark(view.Zoom, column), y = PlaceOfMark(view.Zoom, row);
-  const bool seen =
-      x >= view.X && x < view.X + view.Width && y >= view.Y && y < view.Y + view.Height;
-  if (!seen) ScrollTo(ws.view, x - view.Width / 2, y - view.Height / 2);
+  BringIntoSight(ws, column, row);
 }
 
 }  // namespace graphize

@@ -14,14 +14,11 @@
 #include "workspace/do.h"
 #include "workspace/extraction_commands.h"
 #include "workspace/reading_commands.h"
+#include "workspace/symbol_preview.h"
 
 namespace graphize {
 
 namespace {
-
-ReadFrom ReadFromNow(Workspace& ws) {
-  return {PictureNumber(ws.plot), ws.calibration, ws.blockers};
-}
 
 /// The density that the boxes ask for; `fault` says what is wrong with what was typed.
 ReadingDensity DensityOf(const Workspace& ws, std::string& fault) {
@@ -68,11 +65,8 @@ BitMap InkOf(const InkMap& map) {
   return ink;
 }
 
-/// Of some colours that are far from each other and from paper, the one farthest from the ink's.
-Colour ColourBeside(const Raster& picture, const BitMap& ink) {
-  static constexpr std::array<Colour, 4> kColours = {MakeColour(220, 0, 170),
-                                                     MakeColour(0, 150, 60), MakeColour(0, 90, 255),
-                                                     MakeColour(255, 120, 0)};
+/// The mean colour of these pixels.
+Rgb MeanOf(const Raster& picture, const BitMap& ink) {
   Rgb sum;
   float count = 0;
   for (int y = 0; y < ink.Height(); ++y)
@@ -81,15 +75,7 @@ Colour ColourBeside(const Raster& picture, const BitMap& ink) {
         sum = sum + RgbOf(picture.Row(y)[x]);
         ++count;
       }
-  const Rgb mean = 1 / std::max(count, 1.0f) * sum;
-  const auto distance = [&](Colour colour) { return Length(RgbOf(PixelOfColour(colour)) - mean); };
-  return *std::max_element(kColours.begin(), kColours.end(),
-                           [&](Colour a, Colour b) { return distance(a) < distance(b); });
-}
-
-void Say(Workspace& ws, const std::string& text) {
-  ws.reading.Reading = text;
-  ws.status.Status = text.substr(0, text.find('\n'));
+  return 1 / std::max(count, 1.0f) * sum;
 }
 
 /// The points that the boxes ask for, and how sure they are.
@@ -102,13 +88,12 @@ void ShowReading(Workspace& ws) {
     shown.Points = Thinned(shown.Reading.Points, density, ws.calibration, ws.plot.Height());
     if (shown.Points.empty()) fault = Tr("The curve has no point there");
   }
-  if (!fault.empty()) return Say(ws, fault);
+  if (!fault.empty()) return SayReading(ws, fault);
   std::string text =
       PointCount(static_cast<long long>(shown.Points.size())) + ", " +
       HowSure({.Points = shown.Points, .Kind = {}, .Refusal = {}, .Doubts = {}, .Map = {}});
   for (const std::string& doubt : shown.Reading.Doubts) text += "\n" + doubt;
-  if (!CanRead(ws)) text += "\n" + Tr("Define the axes to take it over");
-  Say(ws, text);
+  SayReading(ws, text + NoteOnAxes(ws));
 }
 
 /// Reads the curve that was clicked at these places. False when nothing was read: what was shown
@@ -124,19 +109,65 @@ bool Read(Workspace& ws, const Desktop& desktop, std::vector<PlotPixel> clicks) 
     const std::string why =
         reading.IsStopped ? Tr("Stopped: nothing was read") : Tr("No curve: %1", reading.Refusal);
     if (ws.reading.Curve) ShowReading(ws);
-    Say(ws, why + (ws.reading.Curve ? "\n" + ws.reading.Reading : ""));
+    SayReading(ws, why + (ws.reading.Curve ? "\n" + ws.reading.Reading : ""));
     return false;
   }
   CurvePreview shown{.Clicks = std::move(clicks), .Tolerance = tolerance, .From = std::move(from)};
   shown.Ink = InkOf(std::exchange(reading.Map, {}));
   shown.Reading = std::move(reading);
-  shown.MarkColour = ColourBeside(ws.plot.Pixels, shown.Ink);
+  shown.MarkColour = ColourBeside(MeanOf(ws.plot.Pixels, shown.Ink));
   ws.reading.Curve = std::move(shown);
   ShowReading(ws);
   return true;
 }
 
 }  // namespace
+
+ReadFrom ReadFromNow(Workspace& ws) {
+  return {PictureNumber(ws.plot), ws.calibration, ws.blockers};
+}
+
+Colour ColourBeside(Rgb ink) {
+  // Far from each other and from paper.
+  static constexpr std::array<Colour, 4> kColours = {MakeColour(220, 0, 170),
+                                                     MakeColour(0, 150, 60), MakeColour(0, 90, 255),
+                                                     MakeColour(255, 120, 0)};
+  return *std::ranges::max_element(
+      kColours, {}, [&](Colour colour) { return Length(RgbOf(PixelOfColour(colour)) - ink); });
+}
+
+Rgb InkNear(const Raster& picture, int x, int y) {
+  constexpr int kReach = 2, kAround = 7;  // pixels
+  const auto visit = [&](int reach, const auto& use) {
+    for (int row = std::max(y - reach, 0); row <= std::min(y + reach, picture.Height() - 1); ++row)
+      for (int column = std::max(x - reach, 0); column <= std::min(x + reach, picture.Width() - 1);
+           ++column)
+        use(RgbOf(picture.Row(row)[column]));
+  };
+  Rgb sum;
+  float count = 0;
+  visit(kAround, [&](Rgb colour) {
+    sum = sum + colour;
+    ++count;
+  });
+  const Rgb mean = 1 / std::max(count, 1.0f) * sum;
+  Rgb best = mean;
+  visit(kReach, [&](Rgb colour) {
+    if (Length(colour - mean) > Length(best - mean)) best = colour;
+  });
+  return best;
+}
+
+void SayReading(Workspace& ws, const std::string& text) {
+  ws.reading.Reading = text;
+  ws.reading.SaidIn = ws.mode;
+  ws.status.Status = text.substr(0, text.find('\n'));
+}
+
+std::string NoteOnAxes(const Workspace& ws) {
+  if (ws.calibration.IsComplete()) return {};
+  return "\n" + Tr("No axes yet: places are kept, values come when the axes are defined");
+}
 
 void ClickCurve(Workspace& ws, const Desktop& desktop, int x, int y) {
   constexpr int kSamePlace = 2;  // pixels: the second press of a double click
@@ -161,6 +192,7 @@ void SetTolerance(Workspace& ws, int percent) {
 
 void ReadAgain(Workspace& ws, const Desktop& desktop) {
   if (ws.reading.Curve) Read(ws, desktop, ws.reading.Curve->Clicks);
+  FindAgain(ws, desktop);
 }
 
 void SetDensity(Workspace& ws, ReadingDensity::Kind density) {
@@ -176,28 +208,41 @@ void TypeDensity(Workspace& ws, const std::string& text) {
 
 void TakeReading(Workspace& ws, const Desktop& desktop) {
   if (!CanTakeReading(ws)) return;
-  const CurvePreview& shown = *ws.reading.Curve;
-  const Outcome outcome = Do(ws, desktop, StepOfReading(ws, shown.Clicks, shown.Tolerance));
-  if (outcome.IsDone()) ws.reading.Curve.reset();
-  Say(ws, ws.status.Status);
+  const auto& curve = ws.reading.Curve;
+  const Step step =
+      curve ? Step(StepOfReading(ws, curve->Clicks, curve->Tolerance)) : Step(StepOfSymbols(ws));
+  const Outcome outcome = Do(ws, desktop, step);
+  if (outcome.IsDone()) DropReading(ws);
+  // A refusal is its reason; a run-time error was told in a box.
+  SayReading(ws, outcome.Is == Outcome::How::Refused ? outcome.Reason : ws.status.Status);
 }
 
 bool CanTakeReading(const Workspace& ws) {
-  return HasReading(ws) && !ws.reading.Curve->Points.empty() && CanRead(ws);
+  if (!HasReading(ws)) return false;
+  return ws.reading.Curve ? !ws.reading.Curve->Points.empty() : CanTakeSymbols(ws);
 }
 
 void DropReading(Workspace& ws) {
   ws.reading.Curve.reset();
+  ws.reading.Symbols.reset();
   ws.reading.Reading.clear();
 }
 
 bool HasReading(const Workspace& ws) {
-  return ws.mode == Mode::ReadCurve && ws.reading.Curve.has_value();
+  return (ws.mode == Mode::ReadCurve && ws.reading.Curve) ||
+         (ws.mode == Mode::FindSymbols && ws.reading.Symbols);
 }
 
 void DropStaleReading(Workspace& ws) {
-  if (!IsReading(ws.mode)) return DropReading(ws);
-  if (ws.reading.Curve && ws.reading.Curve->From != ReadFromNow(ws)) DropReading(ws);
+  const ReadingControl& control = ws.reading;
+  if (control.Curve || control.Symbols) {
+    const ReadFrom& from = control.Curve ? control.Curve->From : control.Symbols->From;
+    if (!HasReading(ws) || from != ReadFromNow(ws)) DropReading(ws);
+  }
+  if (control.SaidIn != ws.mode) ws.reading.Reading.clear();
+  // That window stands beside the commands of others.
+  if (ws.form == Form::Ink && ws.ink.Picture != PictureNumber(ws.plot)) ws.form = Form::None;
+  if (ws.form != Form::Ink) ws.ink = {};
 }
 
 }  // namespace graphize

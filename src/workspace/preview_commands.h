@@ -3,10 +3,22 @@
 #include <string>
 
 #include "desktop/desktop.h"
-#include "workspace/outcome.h"
+#include "raster/paper.h"
 #include "workspace/workspace.h"
 
 namespace graphize {
+
+/// What a preview that is made now is read from.
+ReadFrom ReadFromNow(Workspace& ws);
+/// A colour for marks that stands out from an ink and from paper.
+Colour ColourBeside(Rgb ink);
+/// The colour near a picture position that differs most from what is around: nobody hits a thin
+/// line.
+Rgb InkNear(const Raster& picture, int x, int y);
+/// Into LBL_Reading, and the first line into the panel "status".
+void SayReading(Workspace& ws, const std::string& text);
+/// Without axes, that the values come with them: a line to follow what was read; else nothing.
+std::string NoteOnAxes(const Workspace& ws);
 
 /// A click in the mode "readcurve": reads the curve there and shows it. While one is shown, the
 /// curve goes through here, too. What could not be read leaves what was shown, and says why.
@@ -14,8 +26,8 @@ void ClickCurve(Workspace& ws, const Desktop& desktop, int x, int y);
 /// A blocker at (x, y) while curves are read; what is shown is read again.
 void BlockReading(Workspace& ws, const Desktop& desktop, float x, float y);
 
-/// The controls of the frame. What is shown is read again by ReadAgain, which the window calls when
-/// the slider has come to rest.
+/// The controls of the frames. What is shown is read again by ReadAgain, which the window calls
+/// when the slider has come to rest.
 void SetTolerance(Workspace& ws, int percent);
 void ReadAgain(Workspace& ws, const Desktop& desktop);
 void SetDensity(Workspace& ws, ReadingDensity::Kind density);
@@ -27,7 +39,8 @@ bool CanTakeReading(const Workspace& ws);
 /// Nothing is shown any longer.
 void DropReading(Workspace& ws);
 bool HasReading(const Workspace& ws);
-/// After each command: another mode, picture, blocker or axis than it was read with drops it.
+/// After each command: another mode, picture, blocker or axis than it was read with drops what is
+/// shown, and closes a window that shows it.
 void DropStaleReading(Workspace& ws);
 
 }  // namespace graphize

@@ -9,7 +9,7 @@
 #include "base/translation.h"
 #include "tracing/extraction_context.h"
 #include "workspace/extraction_commands.h"
-#include "workspace/shown_picture.h"
+#include "workspace/picture_reading.h"
 
 namespace graphize {
 
@@ -48,27 +48,20 @@ std::string HowSure(const CurveReading& reading) {
   return text;
 }
 
-bool CanRead(const Workspace& ws) {
-  return ws.plot.IsPresent() && ws.calibration.IsComplete();
+std::vector<ReadPlace> PlacesOf(const std::vector<CurvePoint>& points) {
+  std::vector<ReadPlace> places;
+  for (const CurvePoint& point : points) places.push_back({point.X, point.Y, CertaintyOf(point)});
+  return places;
 }
 
 CurveReading ReadAt(Workspace& ws, const Desktop& desktop, const ReadStep& step) {
   ReadingRequest request{.X = step.X, .Y = step.Y, .Tolerance = step.Tolerance};
   for (const PlotPixel& at : step.Through) request.Through.push_back({at.X, at.Y});
-  for (int i = 1; i <= ws.blockers.Count; ++i) {
-    const Blocker& blocker = ws.blockers.Blockers[static_cast<std::size_t>(i)];
-    request.Walls.push_back({blocker.X, blocker.Y, blocker.Size});
-  }
-  ws.window.Hourglass = true;
-  ws.status.Status = Tr("Reading the curve...");
-  // The window paints the raster while the work goes on beside it, and changes nothing.
-  const BasePictureShown base(ws.plot);
-  CurveReading reading = RunBeside(ShowProgress(ws, desktop), [&](PictureOperation& operation) {
-    return ReadCurve(ws.plot.Pixels, ws.calibration, request, operation);
-  });
-  ws.window.Hourglass = false;
-  ws.status.ProgressVisible = false;
-  ws.status.Status.clear();
+  request.Walls = WallsOf(ws.blockers);
+  CurveReading reading =
+      ReadBeside(ws, desktop, Marked("Reading the curve..."), [&](PictureOperation& operation) {
+        return ReadCurve(ws.plot.Pixels, ws.calibration, request, operation);
+      });
   reading.Points =
       Thinned(std::move(reading.Points), step.Density, ws.calibration, ws.plot.Height());
   if (!reading.IsStopped && reading.Refusal.empty() && reading.Points.empty())
@@ -77,15 +70,13 @@ CurveReading ReadAt(Workspace& ws, const Desktop& desktop, const ReadStep& step)
 }
 
 std::optional<Outcome> ReadingRefused(const Workspace& ws, const ReadStep& step) {
-  if (!CanRead(ws)) return Refused("reading a curve needs a picture and its axes");
+  if (auto refused = ReadingRefused(ws)) return refused;
   if (auto outside = RefusedAt(ws, step.X, step.Y)) return outside;
   for (const PlotPixel& at : step.Through)
     if (auto outside = RefusedAt(ws, static_cast<float>(at.X), static_cast<float>(at.Y)))
       return outside;
   if (!(step.Tolerance >= kLeastTolerance && step.Tolerance <= kMostTolerance))
     return Refused("the tolerance of a reading is a number from 0.5 to 2");
-  for (const char* fault : {LogOriginFault(ws.calibration), LogPointFault(ws.calibration)})
-    if (fault != nullptr) return Refused(fault);
   return std::nullopt;
 }
 
@@ -100,18 +91,8 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const ReadStep& step) {
     ws.status.Status = Tr("No curve: %1", reading.Refusal);
     return Refused(reading.Refusal);
   }
-  const int room = ws.store.MaxPoints - std::max(ws.store.CaptureCount, ws.store.ListCount);
-  if (static_cast<int>(reading.Points.size()) > room)
-    return Refused(Tr("the curve has %1, and the list takes only %2 more",
-                      PointCount(static_cast<long long>(reading.Points.size())), room));
-  const ExtractionContext context = ExtractionOf(ws, desktop);
-  for (const CurvePoint& point : reading.Points) {
-    MoveCursor(context, static_cast<float>(point.X), static_cast<float>(point.Y));
-    AddPoint(ws.store, ws.commands, desktop, false);
-    NoteCertainty(ws.store, ws.store.CaptureId[ws.store.CaptureCount], CertaintyOf(point));
-  }
-  ShowCursor(ws.readOut, ws.axisPanel, ws.store, ws.calibration);
-  ShowNewest(ws.store);
+  if (auto refused = RoomRefused(ws.store, reading.Points.size())) return *refused;
+  CaptureRead(ws, desktop, PlacesOf(reading.Points));
   const std::string sure = HowSure(reading);
   const auto count = static_cast<int>(reading.Points.size());
   ws.status.Status = TrCount("Read %1 point, %2", "Read %1 points, %2", count, sure);

@@ -2,10 +2,12 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "desktop/desktop.h"
 #include "reading/read_curve.h"
 #include "workspace/outcome.h"
+#include "workspace/picture_reading.h"
 #include "workspace/step.h"
 #include "workspace/workspace.h"
 
@@ -14,8 +16,7 @@ namespace graphize {
 /// How well the place of a point that was read is known.
 Certainty CertaintyOf(const CurvePoint& point);
 
-/// Whether a curve can be read: a picture with complete axes.
-bool CanRead(const Workspace& ws);
+std::vector<ReadPlace> PlacesOf(const std::vector<CurvePoint>& points);
 
 /// Why there is nothing to read; absent where ReadAt can be asked.
 std::optional<Outcome> ReadingRefused(const Workspace& ws, const ReadStep& step);

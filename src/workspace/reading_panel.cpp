@@ -5,6 +5,7 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QSlider>
 #include <QVBoxLayout>
 
@@ -31,6 +32,8 @@ ReadingPanel::ReadingPanel(QWidget* parent) : QWidget(parent) {
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->addWidget(readCurve_ = MakeReadCurve());
+  column->addWidget(findSymbols_ = MakeFindSymbols());
+  findSymbols_->hide();
   ending_ = MakeEnding();
   readCurve_->layout()->addWidget(ending_);
 }
@@ -52,6 +55,41 @@ QGroupBox* ReadingPanel::MakeReadCurve() {
           [this](int index) { emit DensityChosen(density_->itemData(index).toInt()); });
   connect(densityText_, &QLineEdit::textEdited, this,
           [this](const QString& text) { emit DensityTyped(text.toStdString()); });
+  return frame;
+}
+
+QGroupBox* ReadingPanel::MakeFindSymbols() {
+  auto* frame = Named(new QGroupBox(tr("Find Symbols")), "FRM_FindSymbols");
+  auto* column = new QVBoxLayout(frame);
+  auto* row = new QHBoxLayout;
+  row->addWidget(new QLabel(tr("Centre")));
+  const char* const captions[] = {Marked("of mass"), Marked("of the box")};
+  const char* const tips[] = {Marked("The point is the middle of the symbol's ink"),
+                              Marked("The point is the middle between the symbol's sides")};
+  for (int i = 0; i < 2; ++i) {
+    auto* option = new QRadioButton(tr(captions[i]));
+    option->setObjectName(MemberName("OPT_Centre", i));
+    option->setToolTip(tr(tips[i]));
+    connect(option, &QRadioButton::clicked, this, [this, i] { emit CentreChosen(i); });
+    row->addWidget(option);
+    centre_[static_cast<std::size_t>(i)] = option;
+  }
+  row->addStretch();
+  column->addLayout(row);
+  auto* buttons = new QHBoxLayout;
+  doubtful_ = Named(new QPushButton(tr("Next Doubtful")), "BTN_NextDoubtful");
+  doubtful_->setToolTip(
+      tr("Look at the next symbol that may be none (N; Shift+N: the one before)"));
+  leaveOut_ = Named(new QPushButton(tr("Leave Out")), "BTN_LeaveOut");
+  leaveOut_->setCheckable(true);
+  leaveOut_->setToolTip(tr("Do not take the framed symbol over (Del; Ins keeps it)"));
+  for (QPushButton* button : {doubtful_, leaveOut_}) {
+    button->setAutoDefault(true);
+    buttons->addWidget(button);
+  }
+  column->addLayout(buttons);
+  connect(doubtful_, &QPushButton::clicked, this, [this] { emit DoubtfulStepped(1); });
+  connect(leaveOut_, &QPushButton::clicked, this, &ReadingPanel::LeaveOutPressed);
   return frame;
 }
 
@@ -105,7 +143,24 @@ QWidget* ReadingPanel::MakeEnding() {
   return ending;
 }
 
-void ReadingPanel::Render(const ReadingControl& control, bool canTake, bool canCancel) {
+void ReadingPanel::RenderSymbols(const ReadingControl& control, const State& state) {
+  // The frame that is shown has what both end with: its names stand once in the window.
+  if (QGroupBox* frame = state.FindsSymbols ? findSymbols_ : readCurve_; frame->isHidden()) {
+    QGroupBox* other = state.FindsSymbols ? readCurve_ : findSymbols_;
+    other->layout()->removeWidget(ending_);
+    frame->layout()->addWidget(ending_);
+    other->hide();
+    frame->show();
+  }
+  for (int i = 0; i < 2; ++i)
+    centre_[static_cast<std::size_t>(i)]->setChecked(static_cast<int>(control.Centre) == i);
+  Enable(doubtful_, state.HasDoubtful);
+  Enable(leaveOut_, state.HasCurrent);
+  leaveOut_->setChecked(state.IsLeftOut);
+}
+
+void ReadingPanel::Render(const ReadingControl& control, const State& state) {
+  RenderSymbols(control, state);
   const bool every = control.Density == Kind::Every, atX = control.Density == Kind::AtX;
   density_->setCurrentIndex(density_->findData(static_cast<int>(control.Density)));
   densityText_->setVisible(every || atX);
@@ -119,8 +174,8 @@ void ReadingPanel::Render(const ReadingControl& control, bool canTake, bool canC
   if (!tolerance_->isSliderDown()) tolerance_->setValue(control.Tolerance);
   graphize::Show(toleranceShown_, std::to_string(control.Tolerance) + " %");
   graphize::Show(reading_, control.Reading);
-  Enable(accept_, canTake);
-  Enable(cancel_, canCancel);
+  Enable(accept_, state.CanTake);
+  Enable(cancel_, state.CanCancel);
 }
 
 bool ReadingPanel::IsSliding() const {

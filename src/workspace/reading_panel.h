@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QWidget>
+#include <array>
 
 #include "workspace/reading_preview.h"
 
@@ -9,6 +10,7 @@ class QGroupBox;
 class QLabel;
 class QLineEdit;
 class QPushButton;
+class QRadioButton;
 class QSlider;
 
 namespace graphize {
@@ -19,7 +21,13 @@ class ReadingPanel : public QWidget {
   Q_OBJECT
  public:
   explicit ReadingPanel(QWidget* parent = nullptr);
-  void Render(const ReadingControl& control, bool canTake, bool canCancel);
+  struct State {
+    bool FindsSymbols = false;  // the frame "Find Symbols" is shown, else "Read Curve"
+    bool CanTake = false, CanCancel = false;
+    bool HasDoubtful = false;                    // symbols that can be stepped through
+    bool HasCurrent = false, IsLeftOut = false;  // the one that is looked at
+  };
+  void Render(const ReadingControl& control, const State& state);
   /// Whether the slider is held: it is not where the user wants it yet.
   bool IsSliding() const;
 
@@ -27,17 +35,26 @@ class ReadingPanel : public QWidget {
   void ToleranceChosen(int percent);
   void DensityChosen(int kind);
   void DensityTyped(const std::string& text);
+  void CentreChosen(int centre);
+  void DoubtfulStepped(int step);
+  void LeaveOutPressed(bool leaveOut);
   void AcceptPressed();
   void CancelPressed();
 
  private:
   QGroupBox* MakeReadCurve();
+  QGroupBox* MakeFindSymbols();
   QWidget* MakeEnding();
+  void RenderSymbols(const ReadingControl& control, const State& state);
 
   QGroupBox* readCurve_;
+  QGroupBox* findSymbols_;
   QWidget* ending_;
   QComboBox* density_;
   QLineEdit* densityText_;
+  std::array<QRadioButton*, 2> centre_;
+  QPushButton* doubtful_;
+  QPushButton* leaveOut_;
   QSlider* tolerance_;
   QLabel* toleranceShown_;
   QLabel* reading_;

@@ -10,8 +10,10 @@
 #include "calibration/axis_calibration.h"
 #include "calibration/transform.h"
 #include "reading/density.h"
+#include "reading/find_symbols.h"
 #include "reading/read_curve.h"
 #include "tracing/blockers.h"
+#include "workspace/mode.h"
 
 namespace graphize {
 
@@ -40,15 +42,32 @@ struct CurvePreview {
 /// A standard uncertainty, in pixels, from which on a point is shown as doubtful.
 inline constexpr double kDoubtfulSigma = 0.5;
 
-/// The frame "Read Curve" of the side panel, and what it has led to.
+/// The symbols that were found where the user has clicked, shown likewise.
+struct SymbolPreview {
+  PlotPixel Click;  // picture pixels, row downward
+  int Tolerance = 0;
+  SymbolCentre Centre = SymbolCentre::Mass;
+  SymbolFinding Finding;
+  std::vector<bool> LeftOut;  // of the finding's symbols
+  int Current = -1;           // the one that is looked at; -1: none
+  Colour MarkColour = kBlack;
+  ReadFrom From;
+};
+
+/// The frames "Read Curve" and "Find Symbols" of the side panel, and what they have led to: at most
+/// one preview, which belongs to the mode.
 struct ReadingControl {
   static constexpr int kNarrowest = 50, kAsFound = 100, kWidest = 200;
   int Tolerance = kAsFound;  // SCRL_Tolerance: what counts as the curve's ink, percent of as found
   ReadingDensity::Kind Density = ReadingDensity::Kind::Each;  // CMB_Density
   std::string Pixels = "10", Xs;                              // TXT_Density, as typed
-  std::string Reading;  // LBL_Reading: what was read, how sure, or why nothing was
+  std::string Reading;       // LBL_Reading: what was read, how sure, or why nothing was
+  Mode SaidIn = Mode::None;  // of the text
+
+  SymbolCentre Centre = SymbolCentre::Mass;  // OPT_Centre_0 (mass), OPT_Centre_1 (box)
 
   std::optional<CurvePreview> Curve;
+  std::optional<SymbolPreview> Symbols;
 };
 
 }  // namespace graphize

@@ -6,6 +6,7 @@
 #include "base/run_time_error.h"
 #include "base/translation.h"
 #include "data/data_file.h"
+#include "data/waiting_points.h"
 #include "workspace/do.h"
 
 namespace graphize {
@@ -45,9 +46,17 @@ std::string ProposalFor(const Workspace& ws) {
   return name.insert(name.rfind('.'), " - " + curve);
 }
 
+/// Tells that there are points without values, where there are.
+bool TellWaiting(const Workspace& ws, const Desktop& desktop) {
+  const int waiting = CountWaiting(ws.store);
+  if (waiting > 0) Tell(desktop, WaitingText(waiting), MessageIcon::Exclamation);
+  return waiting > 0;
+}
+
 }  // namespace
 
 bool SavePoints(Workspace& ws, const Desktop& desktop) {
+  if (TellWaiting(ws, desktop)) return false;
   const std::string title =
       desktop.Prompt({.Prompt = Tr("Enter file title line (press Enter to Skip)"),
                       .Caption = Tr("File Title Line")});
@@ -61,6 +70,7 @@ bool SavePoints(Workspace& ws, const Desktop& desktop) {
 }
 
 Outcome Run(Workspace& ws, const Desktop& desktop, const SaveStep& step) {
+  if (const int waiting = CountWaiting(ws.store); waiting > 0) return Refused(WaitingText(waiting));
   Outcome outcome;
   if (!step.Path.empty()) {
     ws.dataFileName = LowerCase(step.Path.string());
@@ -86,6 +96,7 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const SaveStep& step) {
 }
 
 void CopyPoints(Workspace& ws, const Desktop& desktop) {
+  if (TellWaiting(ws, desktop)) return;
   desktop.CopyText(PointLines(ws.store, ws.formats, ws.settings.DecimalPoint));
 }
 

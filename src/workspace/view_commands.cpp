@@ -48,6 +48,15 @@ void ShowPlace(Workspace& ws, double x, double y) {
   ScrollTo(view, start(x, view.Width), start(y, view.Height));
 }
 
+void BringIntoSight(Workspace& ws, double x, double y) {
+  const Viewport& view = ws.view;
+  const int column = PlaceOfMark(view.Zoom, static_cast<float>(x));
+  const int row = PlaceOfMark(view.Zoom, static_cast<float>(y));
+  if (column < view.X || column >= view.X + view.Width || row < view.Y ||
+      row >= view.Y + view.Height)
+    ScrollTo(ws.view, column - view.Width / 2, row - view.Height / 2);
+}
+
 std::string ZoomText(double zoom) {
   constexpr double kTenths = 1000;  // of a percent
   const auto tenths = static_cast<int>(std::lround(zoom * kTenths));

@@ -19,6 +19,8 @@ void ZoomTo(Workspace& ws, double zoom, double x, double y);
 void FitPicture(Workspace& ws);
 /// A place of the picture, in its pixels, comes into the middle of the opening.
 void ShowPlace(Workspace& ws, double x, double y);
+/// The same where it is out of sight.
+void BringIntoSight(Workspace& ws, double x, double y);
 
 /// A zoom in words: "100%", "12.5%".
 std::string ZoomText(double zoom);

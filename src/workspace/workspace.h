@@ -37,9 +37,11 @@
 #include "workspace/about_form.h"
 #include "workspace/axes_proposal.h"
 #include "workspace/help_request.h"
+#include "workspace/ink_form.h"
 #include "workspace/mode.h"
 #include "workspace/picture_map.h"
 #include "workspace/point_edit.h"
+#include "workspace/read_all_form.h"
 #include "workspace/reading_preview.h"
 #include "workspace/recipe.h"
 
@@ -123,7 +125,9 @@ enum class Form {
   Scan,
   ImageTools,
   Export,
-  BlackWhite
+  BlackWhite,
+  Ink,
+  ReadAll
 };
 
 /// The scanner that is used.
@@ -192,6 +196,8 @@ struct Workspace {
   ImageToolsForm imageTools;
   ExportForm exportForm;
   BlackWhiteForm blackWhite;
+  InkForm ink;
+  ReadAllForm readAll;
 
   HelpRequest help;
   SourceForm source;

@@ -150,6 +150,7 @@ class Speaking : public Controls {
   std::filesystem::path Project() {
     SavePicture(Folder() / "plot.bmp", 3, 0, PictureForRandomUser());
     RandomUser user(1, Folder() / "plot.bmp", Folder() / "saved.dat");
+    user.Do(ReloadStep{});  // with its greys
     for (int i = 0; i < 9; ++i)
       user.Do(PointStep{static_cast<float>(40 + 12 * i), static_cast<float>(60 + i)});
     user.Do(ReferenceStep{100, 70, "5", "50"});
@@ -162,7 +163,8 @@ class Speaking : public Controls {
   void WalkAllWindows(const std::function<void(QWidget*)>& look) {
     Window().OpenWhenShown({Project()});
     Until([this] { return State().store.ListCount == 9 && IsEnabled("aquire"); }, "all is there");
-    for (const char* mode : {"axisdef", "graphize", "blocktest", "drawerase", "gridbuster"}) {
+    for (const char* mode : {"axisdef", "graphize", "blocktest", "drawerase", "gridbuster",
+                             "MNU_MODE_readcurve", "MNU_MODE_findsymbols"}) {
       Find<QAction>(mode)->trigger();
       Settle();
       look(&Window());
@@ -181,13 +183,15 @@ class Speaking : public Controls {
         {"MNU_DATA_integrate", "FRM_Integrate"},
         {"MNU_Data_Sample", "Sample"},
         {"MNU_IMAGE_ImageTools", "FRM_ImageTools"},
+        {"MNU_IMAGE_InkFromColour", "FRM_Ink"},
+        {"MNU_DATA_ReadAll", "FRM_ReadAll"},
         {"MNU_FILE_SelectSource", "FRM_SelectSource"},
         {"MNU_FILE_Aquire", "FRM_Scan"},
         {"MNU_Help_About", "frmAbout"}};
     for (const auto& [action, name] : kForms) {
       // The new page would need its axes defined again.
       if (name == std::string_view("FRM_Scan")) OnMessage({}, QMessageBox::No);
-      QWidget* form = OpenForm(action, name);
+      QWidget* form = FormOf(action, name);
       ASSERT_NE(form, nullptr) << name;
       auto* tabs = form->findChild<QTabWidget*>();
       for (int tab = 0; tab < (tabs != nullptr ? tabs->count() : 1); ++tab) {
@@ -206,10 +210,10 @@ class Speaking : public Controls {
         look(window);
   }
 
-  QWidget* OpenForm(const char* action, const char* name) {
+  QWidget* FormOf(const char* action, const char* name) {
     ChooseForm(action, name);
     Until([this] { return !State().commandRuns; }, "the command is done");
-    return QApplication::activeModalWidget();
+    return OpenForm();
   }
 
  private:
@@ -308,7 +312,7 @@ TEST_F(Speaking, GermanInMenusMessagesFormsAndStatus) {
   EXPECT_EQ(Find<QAction>("MNU_EDIT_Undo")->text(), "Rückgängig: X-Y tauschen");
   Find<QAction>("MNU_EDIT_Undo")->trigger();
   EXPECT_EQ(State().status.Status, "Rückgängig gemacht: X-Y tauschen");
-  QWidget* form = OpenForm("MNU_OPT_Settings", "frmOptions");
+  QWidget* form = FormOf("MNU_OPT_Settings", "frmOptions");
   EXPECT_EQ(form->windowTitle(), "Graphize: Einstellungen");
   form->close();
   UntilFormIsClosed();

@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QScreen>
 #include <QSlider>
+#include <QTableWidget>
 
 #include "app/window_driver.h"
 #include "support/true_data.h"
@@ -110,8 +111,8 @@ TEST_F(ReadingWindow, DensityToleranceAndBlockersChangeWhatIsShown) {
   Key("ctrl+6");
   ClickCurve(1, 200);
   ASSERT_TRUE(State().reading.Curve);
-  EXPECT_FALSE(CanAccept());
-  EXPECT_TRUE(Reading().contains("Define the axes")) << Reading().toStdString();
+  EXPECT_TRUE(CanAccept());
+  EXPECT_TRUE(Reading().contains("values come when the axes")) << Reading().toStdString();
   CalibrateTemperatures();
   Key("ctrl+6");
   ClickCurve(1, 200);
@@ -151,6 +152,149 @@ TEST_F(ReadingWindow, DensityToleranceAndBlockersChangeWhatIsShown) {
   EXPECT_EQ(static_cast<std::size_t>(State().store.CaptureCount), State().store.ListCount);
   EXPECT_GT(State().store.CaptureCount, 100);
   EXPECT_FALSE(State().reading.Curve);
+}
+
+TEST_F(ReadingWindow, AllCurvesAreReadAndTheTickedOnesTaken) {
+  Start();
+  OpenTemperatures();
+  CalibrateTemperatures();
+  ChooseForm("MNU_DATA_ReadAll", "FRM_ReadAll");
+  auto* table = Find<QTableWidget>("LST_Curves");
+  ASSERT_EQ(table->rowCount(), 3);
+  EXPECT_GT(table->item(0, 1)->text().toInt(), 600);
+  const auto clickName = [&](int row) {
+    MoveTo(table->viewport(), table->visualItemRect(table->item(row, 0)).center());
+    Xdo({"click", "1"});
+  };
+  clickName(1);
+  Key("space");
+  EXPECT_EQ(State().readAll.Current, 1);
+  EXPECT_FALSE(State().readAll.Items[1].IsTaken);
+  clickName(2);
+  Key("F2");
+  Xdo({"type", "summit"});
+  Key("Return");
+  EXPECT_TRUE(FormIsOpen()) << "Return ends the name alone";
+  EXPECT_EQ(State().readAll.Items[2].Name, "summit");
+  ClickControl(Find<QWidget>("BTN_Accept"));
+  UntilFormIsClosed();
+  ASSERT_EQ(State().curves.Curves.size(), 2u);
+  EXPECT_EQ(State().curves.Curves[1].Name, "summit");
+  for (int i = 0; i < 2; ++i)
+    EXPECT_GT(PointsOf(State().curves, State().store, i).CaptureCount, 600);
+  EXPECT_TRUE(TextOf("LBL_InkCheck").contains("points: ")) << "they are held against the picture";
+  Key("ctrl+z");
+  EXPECT_EQ(State().curves.Curves.size(), 1u);
+  EXPECT_EQ(State().store.CaptureCount, 0);
+
+  // A name that is there is told, and nothing is taken.
+  ChooseForm("MNU_DATA_ReadAll", "FRM_ReadAll");
+  table = Find<QTableWidget>("LST_Curves");
+  clickName(2);
+  Key("F2");
+  Xdo({"type", "curve 1"});
+  ClickControl(Find<QWidget>("BTN_Accept"));
+  EXPECT_TRUE(TextOf("LBL_Hint").contains("curve 1")) << TextOf("LBL_Hint").toStdString();
+  Key("Escape");
+  UntilFormIsClosed();
+  EXPECT_EQ(State().store.CaptureCount, 0);
+}
+
+TEST_F(ReadingWindow, AnInkThatIsClickedBecomesBlackAndItsColoursComeBack) {
+  Start();
+  OpenTemperatures();
+  ChooseForm("MNU_IMAGE_InkFromColour", "FRM_Ink");
+  const auto in = [&](const char* name) { return Find<QWidget>(name); };
+  const auto text = [&] { return TextOf("LBL_Ink"); };
+  ASSERT_NE(in("BTN_Swatch_2"), nullptr);
+  EXPECT_FALSE(CanAccept());
+  ClickPlot(450, 255);
+  EXPECT_EQ(text(), "This is the colour of the paper");
+  const QPoint red = On(2, 450), blue = On(1, 300);
+  const QColor before = Seen(red);
+  ClickControl(in("BTN_Swatch_0"));
+  const BitMap ofSwatch = State().ink.Mask;
+  EXPECT_FALSE(ofSwatch.IsEmpty());
+  ClickPlot(red.x(), red.y());
+  EXPECT_TRUE(text().contains(" pixels are this ink")) << text().toStdString();
+  EXPECT_NE(Seen(red), before) << "the mask lies over it";
+  EXPECT_EQ(State().store.CaptureCount, 0);
+  const QString wide = text();
+  auto* slider = in("SCRL_Tolerance");
+  MoveTo(slider, QPoint(2, slider->height() / 2));
+  Xdo({"click", "1"});
+  Until([&] { return text() != wide; }, "what counts as the ink is shown again");
+  ClickControl(in("BTN_Accept"));
+  UntilFormIsClosed();
+  const auto isBlackNear = [&](QPoint at) {
+    bool black = false;
+    for (int dy = -1; dy <= 1; ++dy) black = black || IsBlack(State().plot, at.x(), at.y() + dy);
+    return black;
+  };
+  EXPECT_TRUE(isBlackNear(red));
+  EXPECT_FALSE(isBlackNear(blue));
+
+  // Another one from the colours, which are not shown.
+  ChooseForm("MNU_IMAGE_InkFromColour", "FRM_Ink");
+  ClickPlot(blue.x(), blue.y());
+  ClickControl(in("BTN_Accept"));
+  UntilFormIsClosed();
+  EXPECT_FALSE(isBlackNear(red));
+  EXPECT_TRUE(isBlackNear(blue));
+  ChooseMenu("MNU_IMAGE_ShowColours");
+  EXPECT_FALSE(isBlackNear(blue));
+  EXPECT_FALSE(IsEnabled("MNU_IMAGE_ShowColours"));
+  EXPECT_EQ(Seen(red), before);
+}
+
+TEST_F(ReadingWindow, OneSymbolFindsItsKindOfWhichSomeAreLeftOut) {
+  Start();
+  OpenSample("groups_scatter.tga");
+  ClickControl(Find<QWidget>("CMD_FindSymbols"));
+  EXPECT_TRUE(Find<QWidget>("FRM_FindSymbols")->isVisible());
+  EXPECT_FALSE(Find<QWidget>("FRM_ReadCurve")->isVisible());
+  ClickPlot(300, 400);
+  EXPECT_TRUE(Reading().startsWith("No symbols: ")) << Reading().toStdString();
+  ClickPlot(548, 163);
+  ASSERT_TRUE(State().reading.Symbols) << Reading().toStdString();
+  EXPECT_TRUE(Reading().contains("No axes yet")) << Reading().toStdString();
+  const auto found = [this]() -> const auto& {
+    return State().reading.Symbols->Finding.Symbols;
+  };
+  constexpr std::size_t kFilled = 26;
+  EXPECT_EQ(found().size(), kFilled);
+  EXPECT_TRUE(Reading().startsWith("26 symbols")) << Reading().toStdString();
+  ClickControl(Find<QWidget>("OPT_Centre_1"));
+  EXPECT_EQ(State().reading.Symbols->Centre, SymbolCentre::Box);
+
+  const auto clickSymbol = [&](std::size_t i) {
+    ClickPlot(static_cast<int>(std::lround(found()[i].X)),
+              static_cast<int>(std::lround(found()[i].Y)));
+  };
+  clickSymbol(3);
+  EXPECT_TRUE(Reading().contains("1 is left out")) << Reading().toStdString();
+  Key("Insert");
+  EXPECT_FALSE(Reading().contains("is left out")) << Reading().toStdString();
+  Key("Delete");
+  clickSymbol(5);
+  ClickControl(Find<QWidget>("OPT_Centre_0"));
+  EXPECT_TRUE(Reading().contains("2 are left out")) << "they stay so: " << Reading().toStdString();
+
+  // Their places are kept until the axes come.
+  Key("Return");
+  EXPECT_EQ(State().store.CaptureCount, kFilled - 2);
+  EXPECT_FALSE(State().reading.Symbols);
+  EXPECT_TRUE(ValueOf("TXT_Line_0").startsWith("column ")) << ValueOf("TXT_Line_0").toStdString();
+  OnMessage("points have no values yet", QMessageBox::Ok);
+  ClickTool("save");
+  Calibrate({{{70, 430, "0", "0"}, {610, 430, "90", "0"}, {70, 40, "0", "65"}}});
+  EXPECT_NEAR(State().store.CaptureX[1] * 6 + 70,
+              State().store.Places[State().store.CaptureId[1]].Column, 1e-2);
+  Key("ctrl+7");
+  ClickPlot(548, 163);
+  EXPECT_EQ(found().size(), kFilled);
+  Key("Escape");
+  EXPECT_FALSE(State().reading.Symbols);
 }
 
 }  // namespace

@@ -158,11 +158,18 @@ void WindowTest::ChooseMenu(const char* name) {
   }
 }
 
+QWidget* WindowTest::OpenForm() const {
+  if (QWidget* modal = QApplication::activeModalWidget()) return modal;
+  for (auto* form : window_->findChildren<FormDialog*>(QString(), Qt::FindDirectChildrenOnly))
+    if (form->isVisible()) return form;
+  return nullptr;
+}
+
 void WindowTest::ChooseForm(const char* action, const char* form) {
   ChooseMenu(action);
   Until(
       [&] {
-        const QWidget* open = QApplication::activeModalWidget();
+        const QWidget* open = OpenForm();
         return open != nullptr && open->objectName() == QLatin1String(form) &&
                open->isActiveWindow();
       },

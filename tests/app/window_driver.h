@@ -37,8 +37,7 @@ class WindowTest : public ::testing::Test {
   template <typename Control>
   Control* Find(const char* name) const {
     Control* control = nullptr;
-    if (const QWidget* form = QApplication::activeModalWidget())
-      control = form->findChild<Control*>(QLatin1String(name));
+    if (const QWidget* form = OpenForm()) control = form->findChild<Control*>(QLatin1String(name));
     if (control == nullptr) control = window_->findChild<Control*>(QLatin1String(name));
     if (control == nullptr) ADD_FAILURE() << "no control " << name;
     return control;
@@ -65,7 +64,9 @@ class WindowTest : public ::testing::Test {
   void ChooseForm(const char* action, const char* form);
   /// The form is gone, and the keys are the main window's again.
   void UntilFormIsClosed();
-  bool FormIsOpen() const { return QApplication::activeModalWidget() != nullptr; }
+  /// The one that is open, whether it locks the main window or not; null without one.
+  QWidget* OpenForm() const;
+  bool FormIsOpen() const { return OpenForm() != nullptr; }
 
   // The way to captured points on the pendulum's picture: X from 0 to 12 at columns 70 to 610, Y
   // from -1 to 1 at rows 430 to 40.

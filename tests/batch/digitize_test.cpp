@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <fstream>
 #include <nlohmann/json.hpp>
 #include <sstream>
 #include <tuple>
@@ -423,6 +425,60 @@ TEST_F(Batch, PicturesAreChangedFirstAndCanBeWritten) {
   EXPECT_EQ(Run(OnPendulum({"--trace=300,300", "-o", At("q.dat"), "--save-picture", At("q.bmp")})),
             1);
   EXPECT_FALSE(std::filesystem::exists(folder / "q.bmp"));
+}
+
+TEST_F(Batch, SymbolsInksAndAllCurvesAreReadFromColours) {
+  /// The points of each curve in the table.
+  const auto read = [&](const char* picture, Words options) {
+    options.insert(options.begin(), {"digitize", (kSamples / picture).string()});
+    options.insert(options.end(), {"-o", "-", "--format", "json"});
+    EXPECT_EQ(Run(options), 0) << err.str();
+    const nlohmann::json table = nlohmann::json::parse(out.str());
+    std::vector<std::vector<test::TruePoint>> curves;
+    const auto add = [&](const nlohmann::json& points) {
+      std::vector<test::TruePoint>& curve = curves.emplace_back();
+      for (const auto& point : points) curve.push_back({point["x"], point["y"]});
+    };
+    if (table.contains("curves"))
+      for (const auto& curve : table["curves"]) add(curve["points"]);
+    else
+      add(table["points"]);
+    return curves;
+  };
+  const Words scatter = {"--origin=70,430:0,0", "--x-axis=610,430:90", "--y-axis=70,40:65"};
+  const auto with = [](Words words, const Words& more) {
+    words.insert(words.end(), more.begin(), more.end());
+    return words;
+  };
+  const auto found = read("groups_scatter.tga", with(scatter, {"--symbols=548,163"})).at(0);
+  std::ifstream truth(kSamples / "groups_scatter.csv");
+  int filled = 0, missed = 0;
+  for (std::string line; std::getline(truth, line);) {
+    double x = 0, y = 0;
+    if (std::sscanf(line.c_str(), "filled,%lf,%lf", &x, &y) != 2) continue;
+    ++filled;
+    missed += std::ranges::none_of(found, [&](const test::TruePoint& point) {
+      return std::hypot((point.X - x) * 6, (point.Y - y) * 6) < 0.5;  // pixels
+    });
+  }
+  EXPECT_EQ(found.size(), filled);
+  EXPECT_EQ(missed, 0);
+
+  const Words day = {"--origin=70,470:0,-6", "--x-axis=720,470:24", "--y-axis=70,40:24"};
+  const auto curves = read("temperature_colour.jpg", with(day, {"--read-all"}));
+  EXPECT_EQ(curves.size(), 3u);
+  for (const auto& curve : curves) EXPECT_GT(curve.size(), 600u);
+  // Of the red ink alone, all that is black is one curve.
+  std::vector<test::TruePoint> inland;
+  std::ifstream file(kSamples / "temperature_colour.csv");
+  for (std::string line; std::getline(file, line);)
+    if (double x = 0, y = 0; std::sscanf(line.c_str(), "%lf,%*f,%lf", &x, &y) == 2)
+      inland.push_back({x, y});
+  const auto black =
+      read("temperature_colour.jpg", with(day, {"--ink=160,32,42", "--scan=80,160,710,460"})).at(0);
+  EXPECT_GT(black.size(), 300u);
+  for (const test::TruePoint& point : black)
+    EXPECT_LT(std::abs(test::TrueY(inland, point.X) - point.Y), 0.3) << point.X << " " << point.Y;
 }
 
 TEST_F(Batch, PointsThatThePictureDoesNotBearOutAreTold) {

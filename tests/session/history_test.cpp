@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <bit>
+
 #include <memory>
 #include <sstream>
 #include <utility>
@@ -27,7 +29,7 @@ struct State {
   std::string Records, Recipe;
   std::vector<std::uint32_t> Pixels;
   OverdrawnPixels Marks, LastEdit;
-  std::vector<float> Numbers;
+  std::vector<std::uint32_t> Numbers;  // bits: values that wait for the axes are no numbers
   std::vector<PointId> Ids;
 
   bool operator==(const State&) const = default;
@@ -86,7 +88,7 @@ State StateOf(const Workspace& ws) {
               .LastEdit = ws.plot.LastEdit};
   for (const Step& step : ws.recipe.Steps) state.Recipe += TextOf(step) + "\n";
   const auto add = [](auto& all, const auto& array) {
-    all.insert(all.end(), array.begin(), array.end());
+    for (const auto& value : array) all.push_back(std::bit_cast<std::uint32_t>(value));
   };
   for (std::size_t i = 0; i < ws.curves.Curves.size(); ++i) {
     const PointStore& points = PointsOf(ws.curves, ws.store, static_cast<int>(i));
@@ -117,7 +119,9 @@ void ExpectReplayed(Workspace& ws) {
     ReplayStep(again, test::QuietDesktop(), step);
   }
   const auto rows = [](const std::vector<float>& numbers, int count) {
-    return std::vector<float>(numbers.begin(), numbers.begin() + count + 1);
+    std::vector<std::uint32_t> bits;
+    for (int i = 0; i <= count; ++i) bits.push_back(std::bit_cast<std::uint32_t>(numbers[i]));
+    return bits;
   };
   ASSERT_EQ(again.curves.Curves.size(), ws.curves.Curves.size());
   ASSERT_EQ(again.curves.Active, ws.curves.Active);
@@ -234,11 +238,11 @@ TEST_F(HistoryTest, GoesBackAndForthOverWhateverTheUserDoes) {
 }
 
 TEST_F(HistoryTest, DropsTheOldestBeyondItsBudget) {
-  Start(3, 60'000);
+  Start(3, 100'000);
   Workspace& ws = user->ws;
   for (int i = 0; i < 200; ++i) {
     user->DoSomething();
-    EXPECT_LE(history.Bytes(), 60'000u);
+    EXPECT_LE(history.Bytes(), 100'000u);
   }
   EndDrag(ws);
   history.Commit(ws);

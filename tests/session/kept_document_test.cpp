@@ -52,6 +52,7 @@ struct Compared {
               Blocker());
     const int number = std::exchange(ws.recipe.Number, 0);
     const auto folder = std::exchange(ws.picture.Folder, {});
+    const PictureBox colours = std::exchange(ws.colours, nullptr);  // the picture's, as its pixels
     const std::vector<Curve> curves = ws.curves.Curves;
     for (Curve& curve : ws.curves.Curves) curve.Points = nullptr;
     Records = RecordsOf(ws);
@@ -59,6 +60,7 @@ struct Compared {
     ws.recipe.Number = number;
     ws.picture.Folder = folder;
     ws.curves.Curves = curves;
+    ws.colours = colours;
     for (int i = 0; i < static_cast<int>(curves.size()); ++i)
       Arrays.push_back(TrimmedArrays(PointsOf(ws.curves, ws.store, i)));
     Unsaved = UnsavedCurves(ws.curves, ws.store);

@@ -31,6 +31,8 @@ Raster PictureForRandomUser() {
   drawing.Curve([](double u) { return 0.5 + 0.4 * std::sin(7 * u); }, {.Thickness = 2});
   Raster picture = drawing.Picture();
   for (int x = 0; x < 20; ++x) picture.Row(3)[x] = 0xff808080;  // asks about black and white
+  for (const auto& [left, top] : {std::pair(40, 18), {90, 116}, {120, 19}, {150, 112}})
+    for (int y = top; y < top + 7; ++y) std::fill_n(picture.Row(y) + left, 7, kBlackPixel);
   return picture;
 }
 
@@ -128,10 +130,30 @@ void RandomUser::DoSomething() {
 
 void RandomUser::ReadSomething() {
   escapeIn_ = -1;  // when it would stop, the clock decides
+  const auto tolerance = [&] { return Chance(3) ? 0.5f + 0.25f * static_cast<float>(Pick(7)) : 1; };
+  switch (Pick(12)) {
+    case 0: {
+      SymbolsStep step{Chance(2) ? 43.0f : X(), Chance(2) ? 21.0f : Y()};
+      step.Centre = Chance(2) ? SymbolCentre::Mass : SymbolCentre::Box;
+      step.Tolerance = tolerance();
+      if (Chance(2)) step.LeftOut = PointSet({static_cast<PointId>(1 + Pick(4))});
+      return Do(step);
+    }
+    case 1:
+      return Do(Chance(2) ? ReadAllStep{} : ReadAllStep{{{1 + Pick(2), Chance(2) ? "all" : ""}}});
+    case 2: {
+      const int level = Chance(2) ? 0 : 0x80;
+      return Do(InkStep{level, level, level, tolerance()});
+    }
+    case 3:
+      return Do(ShowColoursStep{});
+    default:
+      break;
+  }
   using Kind = ReadingDensity::Kind;
   constexpr Kind kKinds[] = {Kind::Each, Kind::Every, Kind::Bends};
   ReadStep step{X(), Y(), {kKinds[Pick(3)], 1 + Pick(9), {}}};
-  if (Chance(3)) step.Tolerance = 0.5f + 0.25f * static_cast<float>(Pick(7));
+  step.Tolerance = tolerance();
   if (Chance(4)) step.Through.push_back({static_cast<int>(X()), static_cast<int>(Y())});
   Do(step);
 }
@@ -256,9 +278,9 @@ void RandomUser::ChangeOptions() {
   ws.blockSize = Pick(9);
   ws.commands.SaveErrors = Chance(2);
   ws.commands.PixelErrors = ws.commands.SaveErrors && Chance(3);
-  SetXLog(ws.calibration, Chance(4));
-  SetYLog(ws.calibration, Chance(3));
   Do([&] { FormatChanged(ws); });
+  Do([&] { SwitchXLog(ws, desktop_, Chance(4)); });
+  Do([&] { SwitchYLog(ws, desktop_, Chance(3)); });
 }
 
 void RandomUser::ReSampleList() {
@@ -323,6 +345,7 @@ void RandomUser::Rarely() {
       return Do(ClearBlockersStep{});
     case 3:
       Do(RedefineStep{Pick(3)});
+      for (int i = Pick(3); i > 0; --i) ReadSomething();  // what is read waits for the axes
       return Calibrate();
     default:
       Do([&] { OpenPicture(ws, desktop_, picture_); });

@@ -5,8 +5,11 @@
 
 #include <cmath>
 
+#include "data/list_edit.h"
+#include "data/list_text.h"
 #include "data/point_edit.h"
 #include "data/point_table.h"
+#include "data/waiting_points.h"
 #include "support/calibrated.h"
 #include "support/plot_drawing.h"
 #include "support/quiet_desktop.h"
@@ -98,10 +101,47 @@ TEST_F(ReadingTest, RefusesWithoutChangingAnything) {
               testing::HasSubstr("lies outside"));
   ws.store.MaxPoints = 100;
   EXPECT_THAT(Read().Reason, testing::HasSubstr("takes only 100 more"));
-  ws.calibration = {};
-  EXPECT_THAT(Read().Reason, testing::HasSubstr("needs a picture and its axes"));
+  ws.store.MaxPoints = 32767;
+  ws.calibration.XLog = true;  // the origin is 0
+  EXPECT_THAT(Read().Reason, testing::HasSubstr("Log"));
   EXPECT_EQ(ws.store.CaptureCount, 0);
   EXPECT_TRUE(ws.recipe.Steps.empty());
+}
+
+TEST_F(ReadingTest, WithoutAxesKeepsPlacesWhoseValuesComeWithThem) {
+  ws.calibration = {};
+  ws.commands.Picture = true;
+  const auto done = [&](const Step& step) { return Do(ws, desktop, step); };
+  Read({.Is = ReadingDensity::Kind::Every, .Pixels = 40});
+  done(NewCurveStep{});
+  Read({.Is = ReadingDensity::Kind::Every, .Pixels = 60});
+  const int points = ws.store.CaptureCount;
+  ASSERT_GT(points, 3);
+  EXPECT_EQ(CountWaiting(ws.store), points);
+  EXPECT_THAT(LineText(ws.store, 1, ws.formats, true), testing::StartsWith("column "));
+  for (const Step& step : {Step(SortStep{}), Step(SwapStep{}), Step(CurveLengthStep{}),
+                           Step(ResampleStep{.Count = "9"}), Step(SaveStep{})})
+    EXPECT_THAT(done(step).Reason, testing::HasSubstr("points have no values yet"));
+  UpdateDataMenu(ws.store, ws.commands);
+  EXPECT_FALSE(ws.commands.Sort || ws.commands.Resample || ws.commands.CurveLength);
+  EXPECT_TRUE(done(DeletePointsStep{{2}}).IsDone());
+
+  // A unit per pixel.
+  done(ModeStep{Mode::AxisDef});
+  done(AxisStep{0, 0, 199, "0", "1"});
+  done(AxisStep{1, 299, 199, "299", "1"});
+  EXPECT_EQ(CountWaiting(ws.store), points - 1);
+  ASSERT_TRUE(done(AxisStep{2, 0, 0, "0", "200"}).IsDone());
+  EXPECT_THAT(ws.status.Status, testing::EndsWith(" points have got their values"));
+  for (int curve = 0; curve < 2; ++curve) {
+    const PointStore& store = PointsOf(ws.curves, ws.store, curve);
+    EXPECT_EQ(store.ListX[1], store.CaptureX[1]);
+    for (int i = 1; i <= store.CaptureCount; ++i) {
+      const Place& place = store.Places[store.CaptureId[i]];
+      EXPECT_NEAR(store.CaptureX[i], place.Column, 1e-3);
+      EXPECT_NEAR(store.CaptureY[i], 200 - place.Row, 1e-3);
+    }
+  }
 }
 
 TEST_F(ReadingTest, WhatIsShownIsTakenAsItWasReadAndGoesWithWhatItWasReadFrom) {

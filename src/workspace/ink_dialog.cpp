@@ -1,0 +1,129 @@
+#include "workspace/ink_dialog.h"
+
+#include <QGridLayout>
+#include <QLabel>
+#include <QPainter>
+#include <QPushButton>
+#include <QSlider>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include "widgets/show.h"
+
+namespace graphize {
+
+namespace {
+
+constexpr int kSwatchesInRow = 8;
+
+QPixmap Swatch(const QWidget& on, std::uint32_t pixel) {
+  const int side = 2 * on.fontMetrics().height();
+  const qreal ratio = on.devicePixelRatioF();
+  QPixmap pixmap(QSize(side, side) * ratio);
+  pixmap.setDevicePixelRatio(ratio);
+  pixmap.fill(QColor::fromRgb(pixel));
+  QPainter painter(&pixmap);
+  painter.setPen(on.palette().color(QPalette::WindowText));
+  painter.drawRect(QRectF(0.5, 0.5, side - 1, side - 1));
+  return pixmap;
+}
+
+}  // namespace
+
+InkDialog::InkDialog(QWidget* parent) : FormDialog("FRM_Ink", tr("Ink from Colour"), parent) {
+  // The picture takes the eyedropper's clicks.
+  setWindowModality(Qt::NonModal);
+  auto* column = static_cast<QVBoxLayout*>(layout());
+  swatchesAt_ = new QGridLayout;
+  swatchesAt_->setColumnStretch(kSwatchesInRow, 1);
+  column->addLayout(swatchesAt_);
+
+  auto* chosen = new QHBoxLayout;
+  chosen_ = Named(new QLabel, "LBL_Colour", tr("The chosen ink"));
+  ink_ = Named(new QLabel, "LBL_Ink", tr("What counts as this ink"));
+  ink_->setTextFormat(Qt::PlainText);
+  ink_->setWordWrap(true);
+  // Room for the longest: the controls below seldom jump.
+  ink_->setMinimumSize(32 * ink_->fontMetrics().averageCharWidth(),
+                       2 * ink_->fontMetrics().height());
+  chosen->addWidget(chosen_);
+  chosen->addWidget(ink_, 1);
+  column->addLayout(chosen);
+
+  auto* slide = new QHBoxLayout;
+  tolerance_ = Named(new QSlider(Qt::Horizontal), "SCRL_Tolerance", tr("Tolerance"));
+  tolerance_->setRange(InkForm::kNarrowest, InkForm::kWidest);
+  tolerance_->setValue(InkForm::kAsFound);
+  tolerance_->setPageStep(10);
+  tolerance_->setToolTip(
+      tr("How much another colour may differ and still count as this ink: what is marked"));
+  toleranceShown_ = new QLabel;
+  toleranceShown_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  toleranceShown_->setMinimumWidth(
+      toleranceShown_->fontMetrics().horizontalAdvance(QStringLiteral("200 %")));
+  slide->addWidget(new QLabel(tr("Tolerance")));
+  slide->addWidget(tolerance_, 1);
+  slide->addWidget(toleranceShown_);
+  column->addLayout(slide);
+
+  accept_ = Named(new QPushButton(tr("As &Black and White")), "BTN_Accept");
+  accept_->setToolTip(tr("Make this ink black and all else white, for tracers, scan and snapping"));
+  showColours_ = Named(new QPushButton(tr("&Show Colours")), "BTN_ShowColours");
+  showColours_->setToolTip(tr("The picture with its colours again"));
+  auto* cancel = Named(new QPushButton(tr("&Cancel")), "BTN_Cancel");
+  cancel->setToolTip(tr("Close this window and leave the picture as it is"));
+  AddButtons({accept_, showColours_, cancel});
+  connect(tolerance_, &QSlider::valueChanged, this, &InkDialog::ToleranceChosen);
+  connect(tolerance_, &QSlider::sliderReleased, this,
+          [this] { emit ToleranceChosen(tolerance_->value()); });
+  connect(accept_, &QPushButton::clicked, this, &InkDialog::AcceptPressed);
+  connect(showColours_, &QPushButton::clicked, this, &InkDialog::ShowColoursPressed);
+}
+
+QToolButton* InkDialog::MakeSwatch(const PictureInk& ink, int index) {
+  const std::uint32_t pixel = PixelOf(ink.Colour);
+  auto* button = new QToolButton;
+  button->setObjectName(MemberName("BTN_Swatch", index));
+  const QString what = tr("Ink %1: %2 % of what is drawn")
+                           .arg(QColor::fromRgb(pixel).name())
+                           .arg(QString::number(100.0 * static_cast<double>(ink.Share), 'f', 1));
+  button->setAccessibleName(what);
+  button->setToolTip(what);
+  const QPixmap swatch = Swatch(*this, pixel);
+  button->setIcon(QIcon(swatch));
+  button->setIconSize(swatch.deviceIndependentSize().toSize());
+  button->setCheckable(true);
+  button->setFocusPolicy(Qt::StrongFocus);
+  connect(button, &QToolButton::clicked, this, [this, index] { emit SwatchChosen(index); });
+  return button;
+}
+
+void InkDialog::Render(const InkForm& form) {
+  for (std::size_t i = swatches_.size(); i < form.Swatches.size(); ++i) {
+    const int index = static_cast<int>(i);
+    swatches_.push_back(MakeSwatch(form.Swatches[i], index));
+    swatchesAt_->addWidget(swatches_.back(), index / kSwatchesInRow, index % kSwatchesInRow);
+  }
+  for (std::size_t i = 0; i < swatches_.size(); ++i)
+    swatches_[i]->setChecked(form.Chosen && i < form.Swatches.size() &&
+                             PixelOf(form.Swatches[i].Colour) == *form.Chosen);
+  {
+    const QSignalBlocker quiet(tolerance_);
+    if (!tolerance_->isSliderDown()) tolerance_->setValue(form.Tolerance);
+  }
+  graphize::Show(toleranceShown_, std::to_string(form.Tolerance) + " %");
+  const QColor colour = form.Chosen ? QColor::fromRgb(*form.Chosen) : QColor();
+  if (chosen_->property("colour").value<QColor>() != colour) {
+    chosen_->setProperty("colour", colour);
+    chosen_->setPixmap(form.Chosen ? Swatch(*this, *form.Chosen) : QPixmap());
+  }
+  graphize::Show(ink_, form.Hint);
+  Enable(accept_, form.Chosen.has_value());
+  Enable(showColours_, form.IsAlone);
+}
+
+bool InkDialog::IsSliding() const {
+  return tolerance_->isSliderDown();
+}
+
+}  // namespace graphize

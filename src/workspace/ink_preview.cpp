@@ -1,0 +1,125 @@
+#include "workspace/ink_preview.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "base/translation.h"
+#include "reading/ink_mask.h"
+#include "workspace/do.h"
+#include "workspace/forms.h"
+#include "workspace/ink_commands.h"
+#include "workspace/preview_commands.h"
+#include "workspace/shown_picture.h"
+
+namespace graphize {
+
+namespace {
+
+float ToleranceOf(const InkForm& form) {
+  return static_cast<float>(form.Tolerance) / InkForm::kAsFound;
+}
+
+void LookAtPicture(Workspace& ws) {
+  ws.ink.Picture = PictureNumber(ws.plot);
+  ws.ink.IsAlone = CanShowColours(ws);
+}
+
+/// Sets the black pixels in the map; their number.
+long long NoteBlack(const Raster& picture, BitMap& black) {
+  long long count = 0;
+  black = BitMap(picture.Width(), picture.Height());
+  for (int y = 0; y < picture.Height(); ++y)
+    for (int x = 0; x < picture.Width(); ++x)
+      if (picture.Row(y)[x] == kBlackPixel) {
+        black.Set(x, y);
+        ++count;
+      }
+  return count;
+}
+
+void Choose(Workspace& ws, const Desktop& desktop, std::uint32_t pixel) {
+  ws.ink.Chosen = pixel;
+  ShowMask(ws, desktop);
+}
+
+}  // namespace
+
+void ShowInk(Workspace& ws, const Desktop& desktop) {
+  if (const auto refused = InkRefused(ws)) return Tell(desktop, refused->Reason);
+  ws.ink = {};
+  {
+    const BasePictureShown base(ws.plot);
+    ws.ink.Swatches = InksIn(ws);
+  }
+  ws.ink.Hint = ws.ink.Swatches.empty() ? Tr("No ink was found: click one on the picture")
+                                        : Tr("Choose an ink, or click one on the picture");
+  LookAtPicture(ws);
+  ws.form = Form::Ink;
+}
+
+void ShowMask(Workspace& ws, const Desktop& desktop) {
+  InkForm& form = ws.ink;
+  if (ws.form != Form::Ink || !form.Chosen) return;
+  const std::uint32_t colour = *form.Chosen;
+  const float tolerance = ToleranceOf(form);
+  form.Hint = Tr("Looking for this ink...");
+  std::optional<Raster> alone;
+  {
+    const BasePictureShown base(ws.plot);
+    alone = RunBeside(ShowProgress(ws, desktop), [&](PictureOperation& operation) {
+      return InkAlone(ColouredPicture(ws), colour, tolerance, operation);
+    });
+  }
+  ws.status.ProgressVisible = false;
+  form.Mask = {};
+  if (!alone) {
+    form.Chosen.reset();
+    form.Hint = Tr("This is the colour of the paper");
+  } else if (alone->IsEmpty()) {
+    form.Hint = Tr("Stopped: what counts as this ink is not shown");
+  } else {
+    form.MarkColour = ColourBeside(RgbOf(colour));
+    form.Hint =
+        TrCount("%1 pixel is this ink", "%1 pixels are this ink", NoteBlack(*alone, form.Mask));
+  }
+}
+
+void ChooseSwatch(Workspace& ws, const Desktop& desktop, int index) {
+  const auto& swatches = ws.ink.Swatches;
+  if (index < static_cast<int>(swatches.size()))
+    Choose(ws, desktop, PixelOf(swatches[static_cast<std::size_t>(index)].Colour));
+}
+
+void PickInk(Workspace& ws, const Desktop& desktop, int x, int y) {
+  if (!ws.plot.Contains(x, y)) return;
+  const auto pixel = [&] {
+    const BasePictureShown base(ws.plot);
+    return PixelOf(InkNear(ColouredPicture(ws), x, y));
+  }();
+  Choose(ws, desktop, pixel);
+}
+
+void SetInkTolerance(Workspace& ws, int percent) {
+  ws.ink.Tolerance = std::clamp(percent, InkForm::kNarrowest, InkForm::kWidest);
+}
+
+void TakeInk(Workspace& ws, const Desktop& desktop) {
+  if (!ws.ink.Chosen) return;
+  const std::uint32_t pixel = *ws.ink.Chosen;
+  const auto channel = [pixel](int shift) { return static_cast<int>(pixel >> shift & 0xff); };
+  const Outcome outcome =
+      Do(ws, desktop, InkStep{channel(16), channel(8), channel(0), ToleranceOf(ws.ink)});
+  if (!outcome.IsDone()) {
+    ws.ink.Hint = outcome.Reason;
+    return;
+  }
+  CloseForm(ws, desktop);
+  ws.status.Status = Tr("This ink is black: Image, Show Colours brings the others back");
+}
+
+void ShowColoursAgain(Workspace& ws, const Desktop& desktop) {
+  Do(ws, desktop, ShowColoursStep{});
+  LookAtPicture(ws);
+}
+
+}  // namespace graphize
