@@ -122,6 +122,7 @@ std::shared_ptr<const PointStore> History::TakeLeft(Workspace& ws) {
     // The command had worked on it before.
     auto before = std::make_shared<PointStore>(*left);
     ArraysOf(*before) = arrays_;
+    before->Page = page_;
     left = std::move(before);
   }
   arrays_ = ArraysOf(ws.store);
