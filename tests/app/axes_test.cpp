@@ -117,9 +117,9 @@ TEST_F(AxesWindow, OfPlotsSideBySideAClickChooses) {
       std::copy(one.Row(y), one.Row(y) + one.Width(), two.Row(y) + left);
   SavePicture(Folder() / "two.bmp", 3, 0, two);
   Start();
-  OnFileDialog(Folder() / "two.bmp");
-  ClickTool("open");
+  Window().OpenWhenShown({Folder() / "two.bmp"});
   Until([this] { return State().plot.IsPresent(); }, "the picture is open");
+  Settle();
   Propose();
   EXPECT_TRUE(Verdict().startsWith(QLatin1String("none"))) << Verdict().toStdString();
   EXPECT_TRUE(Find<QWidget>("CMB_Plot")->isVisible());

@@ -64,16 +64,17 @@ bool HasSameBits(const BitMap& a, const BitMap& b) {
 class ProjectTest : public ::testing::Test {
  protected:
   ProjectTest() { SavePicture(folder / "plot.bmp", 3, 0, test::PictureForRandomUser()); }
-  /// A project with marks, an edit and two curves, the first of them with points.
+  /// A project with marks, an edit and two curves, the first of them with points that no reader
+  /// has found.
   std::string SmallProject() {
     for (unsigned seed = 1;; ++seed) {
       test::RandomUser user(seed, folder / "plot.bmp", folder / "saved.dat");
       for (int i = 0; i < 60; ++i) user.DoSomething();
       EndDrag(user.ws);
       const Workspace& ws = user.ws;
-      if (ws.curves.Curves.size() == 2 && PointsOf(ws.curves, ws.store, 0).CaptureCount > 9 &&
-          PointsOf(ws.curves, ws.store, 0).Certainties.empty() && ws.plot.HasUndo &&
-          !ws.plot.Marks.empty())
+      const PointStore& first = PointsOf(ws.curves, ws.store, 0);
+      if (ws.curves.Curves.size() == 2 && first.CaptureCount > 9 && first.Certainties.empty() &&
+          ws.plot.HasUndo && !ws.plot.Marks.empty())
         return BytesOf(user.ws);
     }
   }
