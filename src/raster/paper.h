@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "base/raster.h"
+#include "raster/picture_operation.h"
 
 namespace graphize {
 
@@ -45,6 +46,7 @@ struct Paper {
   Rgb At(int x, int y) const;
 };
 
-Paper PaperOf(const Raster& picture);
+/// A stopped operation gives any paper.
+Paper PaperOf(const Raster& picture, const PictureOperation* operation = nullptr);
 
 }  // namespace graphize
