@@ -47,8 +47,7 @@ double SigmasOff(const ReadPlot& plot, const CurvePoint& point) {
   return std::fabs(real.Y - plot.Value(real.X)) / error.Y;
 }
 
-/// A point and its standard uncertainty along Y of the plot's axes or across the curve; tracers
-/// tell none.
+/// A point, and how many of its standard uncertainties it is off; tracers tell none.
 struct Judged {
   PixelPosition At;
   double SigmasOff = 0;
@@ -69,9 +68,8 @@ struct WayResult {
     for (const Judged& point : points) {
       const double distance = DistanceTo(point.At, plot.Course);
       sum += distance * distance;
-      const double sigmas = plot.Value ? point.SigmasOff : distance * point.SigmasOff;
-      WithinOne += sigmas <= 1 ? 1 : 0;
-      WithinTwo += sigmas <= 2 ? 1 : 0;
+      WithinOne += point.SigmasOff <= 1 ? 1 : 0;
+      WithinTwo += point.SigmasOff <= 2 ? 1 : 0;
       Vertical += std::pow(HeightAbove(point.At, plot.Course, distance), 2);
       ++Points;
       const auto column = static_cast<std::size_t>(std::max(std::lround(point.At.X), 0L));
@@ -105,7 +103,9 @@ void AddReading(WayResult& result, const ReadPlot& plot) {
       ReadCurve(plot.Picture, plot.Axes, {plot.Click.X, plot.Click.Y}, operation);
   std::vector<Judged> points;
   for (const CurvePoint& point : reading.Points)
-    points.push_back({{point.X, point.Y}, plot.Value ? SigmasOff(plot, point) : 1 / point.Sigma});
+    points.push_back({{point.X, point.Y},
+                      plot.Value ? SigmasOff(plot, point)
+                                 : DistanceTo({point.X, point.Y}, plot.Course) / point.Sigma});
   result.Add(plot, points, !reading.Doubts.empty());
 }
 
