@@ -224,7 +224,8 @@ double Percent(int part, int all) {
 
 int PrintInkTable() {
   std::puts(
-      "\n| plots, traced by edges and by the middle | wrong traces | of them flagged | good traces "
+      "<!-- check -->\n| plots, traced by edges and by the middle | wrong traces | of them flagged "
+      "| good traces "
       "| of them flagged |\n|---|---:|---:|---:|---:|");
   Figures all;
   const auto print = [](const char* name, const Figures& figures) {

@@ -27,6 +27,7 @@ struct ReadFamily {
   double Middle = 0, Worst = 0;  // rms of the shortest distances, over the seeds
   double Coverage = 0.99;
   ReadPlot (*Draw)(unsigned seed) = nullptr;
+  unsigned Plots = 6;  // that are drawn
 };
 
 std::vector<ReadFamily> ReadFamilies();

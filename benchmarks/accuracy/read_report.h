@@ -2,8 +2,8 @@
 
 namespace graphize::accuracy {
 
-/// Prints what one click reads of every family of plots, six of each, as a table. How many
-/// families miss their target.
-int PrintReadTable();
+/// Prints what one click reads of every family of plots, six of each from the first seed on, and
+/// what both tracers make of them, as a table. How many families miss their target.
+int PrintReadTable(unsigned firstSeed);
 
 }  // namespace graphize::accuracy

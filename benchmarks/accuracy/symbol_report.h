@@ -2,7 +2,8 @@
 
 namespace graphize::accuracy {
 
-/// Prints the table of symbols found from one click; how many families miss their target.
-int PrintSymbolTable();
+/// Prints the table of symbols found from one click, eight plots of each family from the first seed
+/// on; how many families miss their target.
+int PrintSymbolTable(unsigned firstSeed);
 
 }  // namespace graphize::accuracy

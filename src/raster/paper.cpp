@@ -98,7 +98,7 @@ Rgb Paper::At(int x, int y) const {
          t * ((1 - s) * block(left, bottom) + s * block(right, bottom));
 }
 
-Paper PaperOf(const Raster& picture) {
+Paper PaperOf(const Raster& picture, const PictureOperation* operation) {
   Paper paper;
   paper.Side = std::clamp(std::min(picture.Width(), picture.Height()) / 16, 24, 256);
   paper.Columns = std::max(picture.Width() / paper.Side, 1);
@@ -106,6 +106,7 @@ Paper PaperOf(const Raster& picture) {
   for (int row = 0; row < paper.Rows; ++row) {
     const int bottom = row + 1 == paper.Rows ? picture.Height() : (row + 1) * paper.Side;
     for (int column = 0; column < paper.Columns; ++column) {
+      if (operation && operation->Stopped) return {};
       const int right = column + 1 == paper.Columns ? picture.Width() : (column + 1) * paper.Side;
       paper.Blocks.push_back(
           MedianOf(picture, column * paper.Side, row * paper.Side, right, bottom));

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "base/raster.h"
+#include "raster/picture_operation.h"
 
 namespace graphize {
 
@@ -53,6 +54,7 @@ struct Paper {
   Rgb At(int x, int y) const;
 };
 
-Paper PaperOf(const Raster& picture);
+/// A stopped operation gives any paper.
+Paper PaperOf(const Raster& picture, const PictureOperation* operation = nullptr);
 
 }  // namespace graphize

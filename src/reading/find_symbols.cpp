@@ -201,8 +201,9 @@ SymbolFinding FindSymbols(const Raster& picture, const AxisCalibration& calibrat
     none.IsStopped = true;
     return none;
   };
-  const Paper paper = PaperOf(picture);
-  const std::vector<Rgb> directions = InkDirections(picture, paper);
+  const Paper paper = PaperOf(picture, &operation);
+  if (operation.Stopped) return stopped();
+  const std::vector<Rgb> directions = InkDirections(picture, paper, &operation);
   if (operation.Stopped) return stopped();
   std::optional<Ink> ink = InkAt(picture, paper, directions, x, y, kNearReach);
   if (!ink) ink = InkAt(picture, paper, directions, x, y, kFarReach);

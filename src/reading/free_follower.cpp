@@ -30,15 +30,16 @@ class Follower {
         ahead_(3 * width_ + 8),
         gap_(20 + 2 * width_) {}
 
+  bool IsClosed = false;
+
   /// Both ways from the start, one place after the other.
   std::vector<Heading> Follow(PathPixel start, const PictureOperation& operation) {
     Heading here{static_cast<double>(start.X), static_cast<double>(start.Y), 0};
     here = Centred({here.X, here.Y, BestDirection(here)});
-    bool isClosed = false;
-    std::vector<Heading> there = Walk(here, 1, operation, isClosed);
-    if (isClosed) return there;
+    std::vector<Heading> there = Walk(here, 1, operation);
+    if (IsClosed) return there;
     std::vector<Heading> places =
-        Walk({here.X, here.Y, here.Angle + std::numbers::pi}, -1, operation, isClosed);
+        Walk({here.X, here.Y, here.Angle + std::numbers::pi}, -1, operation);
     std::reverse(places.begin(), places.end());
     if (!places.empty()) places.pop_back();
     places.insert(places.end(), there.begin(), there.end());
@@ -103,8 +104,7 @@ class Follower {
     return at;
   }
 
-  std::vector<Heading> Walk(Heading here, int side, const PictureOperation& operation,
-                            bool& isClosed) {
+  std::vector<Heading> Walk(Heading here, int side, const PictureOperation& operation) {
     std::vector<Heading> places = {here};
     Note(here, 0);
     double bend = 0, along = 0, doubled = 0;  // radians per pixel, pixels
@@ -147,7 +147,7 @@ class Follower {
         doubled += step_;
         if (doubled > 2 * width_ + 10) {
           places.resize(keep);
-          isClosed = std::fabs(doubledFrom) < ahead_;
+          IsClosed = std::fabs(doubledFrom) < ahead_;
           return places;
         }
       } else {
@@ -239,11 +239,32 @@ class Follower {
   std::unordered_map<std::int64_t, std::vector<Visit>> visits_;
 };
 
+/// Whether the way goes back in x round a corner.
+bool HasTip(const std::vector<Heading>& places) {
+  constexpr double kReach = 6, kTurned = 0.4;  // pixels to both sides; the cosine
+  std::size_t before = 0, behind = 0;
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    const auto away = [&](std::size_t k) {
+      return std::hypot(places[k].X - places[i].X, places[k].Y - places[i].Y);
+    };
+    while (before + 1 < i && away(before + 1) >= kReach) ++before;
+    behind = std::max(behind, i);
+    while (behind + 1 < places.size() && away(behind) < kReach) ++behind;
+    const double ax = places[i].X - places[before].X, ay = places[i].Y - places[before].Y;
+    const double bx = places[behind].X - places[i].X, by = places[behind].Y - places[i].Y;
+    const double lengths = std::hypot(ax, ay) * std::hypot(bx, by);
+    if (lengths > 0.25 * kReach * kReach && ax * bx < 0 && ax * bx + ay * by < kTurned * lengths)
+      return true;
+  }
+  return false;
+}
+
 }  // namespace
 
-std::vector<PathPixel> FollowFreely(const InkMap& map, PathPixel start, const StrokeKind& kind,
-                                    const PictureOperation& operation) {
-  const std::vector<Heading> places = Follower(map, kind).Follow(start, operation);
+FreePath FollowFreely(const InkMap& map, PathPixel start, const StrokeKind& kind,
+                      const PictureOperation& operation) {
+  Follower follower(map, kind);
+  const std::vector<Heading> places = follower.Follow(start, operation);
   std::vector<PathPixel> path;
   const auto add = [&](double x, double y) {
     const PathPixel pixel{static_cast<int>(std::lround(x)), static_cast<int>(std::lround(y))};
@@ -259,7 +280,7 @@ std::vector<PathPixel> FollowFreely(const InkMap& map, PathPixel start, const St
     }
     add(places[i].X, places[i].Y);
   }
-  return path;
+  return {std::move(path), follower.IsClosed, HasTip(places)};
 }
 
 }  // namespace graphize

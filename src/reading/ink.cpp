@@ -22,7 +22,8 @@ Rgb Unit(Rgb d) {
 }
 
 /// Differences of pixels that differ no less than those around them.
-std::vector<Rgb> Ridges(const Raster& picture, const Paper& paper) {
+std::vector<Rgb> Ridges(const Raster& picture, const Paper& paper,
+                        const PictureOperation* operation = nullptr) {
   const int width = picture.Width(), height = picture.Height();
   // Of a large page, bands of rows are enough.
   const int band = 3,
@@ -38,6 +39,7 @@ std::vector<Rgb> Ridges(const Raster& picture, const Paper& paper) {
     }
   };
   for (int top = 0; top + 2 < height; top += period) {
+    if (operation && operation->Stopped) break;
     const int end = std::min(period <= band ? top + band : top + band + 1, height - 2);
     for (int y = top; y < end; ++y) {
       for (int r = y; r < y + 3; ++r)
@@ -59,8 +61,9 @@ std::vector<Rgb> Ridges(const Raster& picture, const Paper& paper) {
 
 }  // namespace
 
-std::vector<Rgb> InkDirections(const Raster& picture, const Paper& paper) {
-  std::vector<Rgb> ridges = Ridges(picture, paper);
+std::vector<Rgb> InkDirections(const Raster& picture, const Paper& paper,
+                               const PictureOperation* operation) {
+  std::vector<Rgb> ridges = Ridges(picture, paper, operation);
   std::vector<Rgb> found;
   if (ridges.empty()) return found;
   std::vector<float> lengths;

@@ -15,8 +15,9 @@ struct Ink {
 };
 
 /// The directions in which the strongest pixels of all strokes differ from the paper, densest
-/// first, no two nearer than 8 degrees.
-std::vector<Rgb> InkDirections(const Raster& picture, const Paper& paper);
+/// first, no two nearer than 8 degrees. A stopped operation gives some of them.
+std::vector<Rgb> InkDirections(const Raster& picture, const Paper& paper,
+                               const PictureOperation* operation = nullptr);
 
 /// An ink of the picture, pale and dark ones of one direction told apart.
 struct PictureInk {

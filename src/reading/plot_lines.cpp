@@ -131,8 +131,8 @@ std::optional<int> SideOf(const std::vector<std::optional<LineBin>>& lines, int 
 void TakeOut(const std::vector<std::optional<LineBin>>& lines, const Profile& profile,
              double across, std::uint8_t& value) {
   const auto& line = lines[static_cast<std::size_t>(std::lround(across) - profile.First)];
-  if (!line || value > InkMap::kFull) return;
-  if (line->Share >= 0.4f || !line->IsEven) {
+  if (!line || value == InkMap::kWall) return;
+  if (value > InkMap::kFull || line->Share >= 0.4f || !line->IsEven) {
     value = InkMap::kHidden;
     return;
   }
@@ -193,7 +193,7 @@ std::vector<PlotLine> TakeOutLines(InkMap& map, const AxesFrame& frame, double x
         value = InkMap::kWall;
         continue;
       }
-      if (value == 0 || value > InkMap::kFull) continue;
+      if (value == 0 || value == InkMap::kHidden) continue;
       TakeOut(level, profiles.Level, v, value);
       TakeOut(upright, profiles.Upright, u, value);
     }

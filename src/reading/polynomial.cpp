@@ -11,16 +11,18 @@ std::optional<Polynomial> FitPolynomial(std::span<const PolynomialNode> nodes, i
   if (static_cast<int>(nodes.size()) < n) return std::nullopt;
   double scale = 1;
   for (const PolynomialNode& node : nodes) scale = std::max(scale, std::fabs(node.T));
-  std::array<std::array<double, 6>, 4> m{};  // columns: the matrix, right side, first unit vector
+  // Columns: the matrix, the right side, the first unit vector.
+  constexpr int kRight = kHighestDegree + 1, kUnit = kRight + 1;
+  std::array<std::array<double, kUnit + 1>, kHighestDegree + 1> m{};
   for (const PolynomialNode& node : nodes) {
-    std::array<double, 4> power{1, 0, 0, 0};
+    std::array<double, kHighestDegree + 1> power{1};
     for (int i = 1; i < n; ++i) power[i] = power[i - 1] * node.T / scale;
     for (int i = 0; i < n; ++i) {
       for (int j = 0; j < n; ++j) m[i][j] += power[i] * power[j];
-      m[i][4] += power[i] * node.F;
+      m[i][kRight] += power[i] * node.F;
     }
   }
-  m[0][5] = 1;
+  m[0][kUnit] = 1;
   // Gauss' elimination with pivots.
   for (int k = 0; k < n; ++k) {
     int pivot = k;
@@ -31,13 +33,13 @@ std::optional<Polynomial> FitPolynomial(std::span<const PolynomialNode> nodes, i
     for (int i = 0; i < n; ++i) {
       if (i == k) continue;
       const double part = m[i][k] / m[k][k];
-      for (int j = 0; j < 6; ++j) m[i][j] -= part * m[k][j];
+      for (int j = 0; j <= kUnit; ++j) m[i][j] -= part * m[k][j];
     }
   }
   Polynomial fit;
   double unit = 1;  // of what t was scaled by
-  for (int i = 0; i < n; ++i, unit *= scale) fit.C[i] = m[i][4] / m[i][i] / unit;
-  fit.Leverage = m[0][5] / m[0][0];
+  for (int i = 0; i < n; ++i, unit *= scale) fit.C[i] = m[i][kRight] / m[i][i] / unit;
+  fit.Leverage = m[0][kUnit] / m[0][0];
   double sum = 0;
   for (const PolynomialNode& node : nodes) {
     const double r = std::fabs(node.F - fit.At(node.T));

@@ -10,16 +10,23 @@ struct PolynomialNode {
   double T = 0, F = 0;
 };
 
+inline constexpr int kHighestDegree = 5;
+
 /// A least-squares polynomial in t.
 struct Polynomial {
-  std::array<double, 4> C{};    // of t^0 to t^3
+  std::array<double, kHighestDegree + 1> C{};  // of the powers of t
   double Rms = 0, Largest = 0;  // of the residuals; the rms with the degrees of freedom left
   double Leverage = 1;          // the variance at t = 0 is that of a residual times this
 
-  double At(double t) const { return C[0] + t * (C[1] + t * (C[2] + t * C[3])); }
+  double At(double t) const {
+    double value = 0;
+    for (auto c = C.rbegin(); c != C.rend(); ++c) value = value * t + *c;
+    return value;
+  }
 };
 
-/// By the normal equations, of a degree from 0 to 3; absent where they have no one solution.
+/// By the normal equations, of a degree up to kHighestDegree; absent where they have no one
+/// solution.
 std::optional<Polynomial> FitPolynomial(std::span<const PolynomialNode> nodes, int degree);
 
 }  // namespace graphize

@@ -132,8 +132,9 @@ PlotReading ReadAllCurves(const Raster& picture, const AxisCalibration& calibrat
     none.IsStopped = true;
     return none;
   };
-  const Paper paper = PaperOf(picture);
-  const std::vector<Rgb> directions = InkDirections(picture, paper);
+  const Paper paper = PaperOf(picture, &operation);
+  const std::vector<Rgb> directions = InkDirections(picture, paper, &operation);
+  if (operation.Stopped) return stopped();
   const std::vector<PictureInk> inks = InksOf(picture, paper);
   const AxesFrame frame = FrameOf(calibration, picture.Width(), picture.Height());
   const double u = 0.5 * (frame.Left + frame.Right), v = 0.5 * (frame.Top + frame.Bottom);

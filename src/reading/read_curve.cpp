@@ -2,13 +2,17 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <optional>
+#include <unordered_map>
+#include <utility>
 
-#include "base/bit_map.h"
 #include "base/translation.h"
 #include "reading/free_follower.h"
 #include "reading/plot_lines.h"
 #include "reading/stroke_crossings.h"
+#include "reading/stroke_ends.h"
+#include "reading/stroke_tolerance.h"
 
 namespace graphize {
 
@@ -76,7 +80,7 @@ void HideBesideCrowds(std::vector<StrokeSample>& samples) {
   }
 }
 
-Followed Follow(InkMap& map, PathPixel start, const PathCosts& costs,
+Followed Follow(InkMap& map, const InkBlends& blends, PathPixel start, const PathCosts& costs,
                 const std::vector<PathPixel>& through, const PictureOperation& operation) {
   Followed followed;
   followed.Kind = KindOf(map, FindPath(map, start, costs, through, operation));
@@ -87,7 +91,7 @@ Followed Follow(InkMap& map, PathPixel start, const PathCosts& costs,
   const HalfStroke left = half(-1), right = half(1);
   std::vector<PathPixel> path(left.Path.rbegin(), left.Path.rend());
   path.insert(path.end(), right.Path.begin() + 1, right.Path.end());
-  followed.Samples = SamplesOf(map, path, followed.Kind);
+  followed.Samples = SamplesOf(map, path, followed.Kind, &blends);
   const int middle = static_cast<int>(left.Path.size()) - 1;
   const auto hide = [&](int first, int last) {
     for (StrokeSample& sample : followed.Samples)
@@ -96,7 +100,7 @@ Followed Follow(InkMap& map, PathPixel start, const PathCosts& costs,
         sample.IsCrowded = true;
       }
   };
-  if (!IsRecord(followed.Samples, followed.Kind)) HideBesideCrowds(followed.Samples);
+  if (!ToleranceOf(followed.Samples, followed.Kind).IsData) HideBesideCrowds(followed.Samples);
   for (const auto& [first, last] : left.Merged) hide(middle - last, middle - first);
   for (const auto& [first, last] : right.Merged) hide(middle + first, middle + last);
   return followed;
@@ -165,6 +169,24 @@ void CutAtGaps(Followed& followed, PathPixel start) {
   samples = {samples.begin() + first, samples.begin() + last + 1};
 }
 
+/// A set of pixels, of which a large page has few.
+class PixelSet {
+ public:
+  explicit PixelSet(int width) : wordsPerRow_((width >> 6) + 1) {}
+  /// False when it was in already.
+  bool Add(int x, int y) {
+    std::uint64_t& word = words_[static_cast<std::int64_t>(y) * wordsPerRow_ + (x >> 6)];
+    const std::uint64_t bit = std::uint64_t{1} << (x & 63);
+    if ((word & bit) != 0) return false;
+    word |= bit;
+    return true;
+  }
+
+ private:
+  int wordsPerRow_;
+  std::unordered_map<std::int64_t, std::uint64_t> words_;
+};
+
 /// Pixels of clear ink: the samples' own, and what hangs on to them that is not theirs.
 struct InkCount {
   double Taken = 0, Left = 0;
@@ -173,12 +195,8 @@ InkCount CountInk(const InkMap& map, const std::vector<StrokeSample>& samples,
                   const StrokeKind& kind) {
   InkCount count;
   constexpr std::uint8_t kClear = InkMap::kFull * 2 / 5;
-  BitMap met(map.Width, map.Height);
+  PixelSet met(map.Width);
   std::vector<PathPixel> rim;
-  const auto meet = [&](int x, int y) {
-    met.Set(x, y);
-    rim.push_back({x, y});
-  };
   for (const StrokeSample& sample : samples) {
     const double chord = kind.Width * std::sqrt(1 + sample.Slope * sample.Slope);
     const int half = static_cast<int>(std::ceil(0.5 * chord)) + 1;
@@ -186,10 +204,9 @@ InkCount CountInk(const InkMap& map, const std::vector<StrokeSample>& samples,
     for (int across = middle - half; across <= middle + half; ++across) {
       const PathPixel at =
           sample.AlongRow ? PathPixel{across, sample.At} : PathPixel{sample.At, across};
-      if (!map.Contains(at.X, at.Y) || met.Get(at.X, at.Y) || map.At(at.X, at.Y) > InkMap::kFull)
-        continue;
+      if (map.At(at.X, at.Y) > InkMap::kFull || !met.Add(at.X, at.Y)) continue;
       count.Taken += map.At(at.X, at.Y) >= kClear ? 1 : 0;
-      meet(at.X, at.Y);
+      rim.push_back(at);
     }
   }
   while (!rim.empty()) {
@@ -198,27 +215,27 @@ InkCount CountInk(const InkMap& map, const std::vector<StrokeSample>& samples,
     for (int y = at.Y - 1; y <= at.Y + 1; ++y)
       for (int x = at.X - 1; x <= at.X + 1; ++x) {
         const std::uint8_t value = map.At(x, y);
-        if (value < kClear || value > InkMap::kFull || met.Get(x, y)) continue;
+        if (value < kClear || value > InkMap::kFull || !met.Add(x, y)) continue;
         ++count.Left;
-        meet(x, y);
+        rim.push_back({x, y});
       }
   }
   return count;
 }
 
-void FinishEnds(Followed& followed, PathPixel start) {
+void FinishCourse(const InkMap& map, Followed& followed, PathPixel start) {
   CutAtGaps(followed, start);
-  if (!followed.Kind.IsHard || followed.Kind.Width > 2.5) TrimEnds(followed.Samples, followed.Kind);
+  FinishEnds(map, followed.Samples, followed.Kind);
 }
 
 /// From left to right; with gaps where that finds more; and wherever it leads where a way from left
 /// to right leaves much of the ink out.
-Followed FollowSomehow(InkMap& map, PathPixel start, const std::vector<PathPixel>& through,
-                       const PictureOperation& operation) {
-  Followed followed = Follow(map, start, kSolidStroke, through, operation);
+Followed FollowSomehow(InkMap& map, const InkBlends& blends, PathPixel start,
+                       const std::vector<PathPixel>& through, const PictureOperation& operation) {
+  Followed followed = Follow(map, blends, start, kSolidStroke, through, operation);
   if (2 * followed.Samples.size() < static_cast<std::size_t>(map.Width)) {
     followed.Walls.TakeDown(map);
-    Followed broken = Follow(map, start, kBrokenStroke, through, operation);
+    Followed broken = Follow(map, blends, start, kBrokenStroke, through, operation);
     if (100 * broken.Seen() > 115 * followed.Seen()) {
       followed = std::move(broken);
     } else {
@@ -226,16 +243,17 @@ Followed FollowSomehow(InkMap& map, PathPixel start, const std::vector<PathPixel
       followed.Walls.PutUp(map);
     }
   }
-  FinishEnds(followed, start);
+  FinishCourse(map, followed, start);
   const InkCount ink = CountInk(map, followed.Samples, followed.Kind);
   if (ink.Left < 0.25 * ink.Taken || operation.Stopped) return followed;
   followed.Walls.TakeDown(map);
   Followed free;
   free.Kind = followed.Kind;
-  const std::vector<PathPixel> path = FollowFreely(map, start, free.Kind, operation);
-  if (path.size() > 1 && TurnsBack(path, free.Kind)) {
-    free.Samples = SamplesOf(map, path, free.Kind);
-    FinishEnds(free, start);
+  const FreePath path = FollowFreely(map, start, free.Kind, operation);
+  // Where two curves end at one place, the way from one to the other is a tip.
+  if (path.Path.size() > 1 && TurnsBack(path.Path, free.Kind) && (path.IsClosed || !path.HasTip)) {
+    free.Samples = SamplesOf(map, path.Path, free.Kind, &blends);
+    FinishCourse(map, free, start);
     if (CountInk(map, free.Samples, free.Kind).Taken > 1.12 * ink.Taken) return free;
   }
   followed.Walls.PutUp(map);
@@ -263,9 +281,9 @@ CurveReading ReadCurve(const Raster& picture, const AxisCalibration& calibration
     none.IsStopped = true;
     return none;
   };
-  const Paper paper = PaperOf(picture);
+  const Paper paper = PaperOf(picture, &operation);
   if (operation.Stopped) return stopped();
-  const std::vector<Rgb> directions = InkDirections(picture, paper);
+  const std::vector<Rgb> directions = InkDirections(picture, paper, &operation);
   if (operation.Stopped) return stopped();
   const std::optional<Ink> ink = InkAt(picture, paper, directions, x, y, kClickReach);
   if (!ink)
@@ -282,11 +300,12 @@ CurveReading ReadCurve(const Raster& picture, const AxisCalibration& calibration
   const int column = static_cast<int>(std::lround(x)), row = static_cast<int>(std::lround(y));
   const std::optional<PathPixel> start = StartNear(map, x, y);
   if (!start) {
-    if (map.At(column, row) == InkMap::kWall)
+    if (std::as_const(map).At(column, row) == InkMap::kWall)
       return refused(Tr("the frame, or what lies outside it"));
     return refused(Tr("a line of the grid or the frame, no curve"));
   }
-  Followed followed = FollowSomehow(map, *start, request.Through, operation);
+  const InkBlends blends(picture, paper, directions, *ink);
+  Followed followed = FollowSomehow(map, blends, *start, request.Through, operation);
   if (operation.Stopped) return stopped();
   reading.Kind = followed.Kind;
   reading.Doubts = followed.Doubts;

@@ -7,18 +7,17 @@
 #include <optional>
 
 #include "base/translation.h"
-#include "reading/polynomial.h"
-#include "reading/stroke_fit.h"
+#include "reading/stroke_arms.h"
+#include "reading/stroke_tolerance.h"
 
 namespace graphize {
 
 namespace {
 
-constexpr int kArm = 34;     // samples on either side of a crossing that tell its arms' bend
-constexpr int kApart = 2;    // samples beside a crossing that its other stroke may reach into
-constexpr int kMerged = 90;  // samples for which two strokes may be one
-constexpr double kNoArm = std::numeric_limits<double>::infinity();
-constexpr double kNoBend = 1e6;  // of an arm that turns back
+constexpr int kApart = 2;        // samples beside a crossing that its other stroke may reach into
+constexpr double kNarrow = 2.2;  // pixels of a gap that a path may change over
+constexpr int kMostNarrow = 60;  // samples beside such a gap
+constexpr int kMerged = 90;      // samples for which two strokes may be one
 constexpr int kMostCrossings = 60;
 // Pixels, by BendOf: two arms are one smooth stroke's; where no second stroke is seen whole; for
 // sure.
@@ -77,13 +76,12 @@ std::optional<Crossing> NextCrossing(const InkMap& map, const StrokeKind& kind,
       parts = parts || HasOtherBeside(map, samples[i], kind, kind.Width + 5);
     const int again = parts ? -1 : nextCrowded(crossing.End, crossing.End + kMerged);
     if (again < 0) {
-      if (!crossing.IsLong()) return crossing;
       // Where the gap between them is narrow, the path may change over.
       const auto isClose = [&](int i) {
-        return i > 1 && i + 1 < count && HasOtherBeside(map, samples[i], kind, 1.5);
+        return i > 1 && i + 1 < count && HasOtherBeside(map, samples[i], kind, kNarrow);
       };
-      for (int i = 0; i < kArm && isClose(crossing.First - 1); ++i) --crossing.First;
-      for (int i = 0; i < kArm && isClose(crossing.End); ++i) ++crossing.End;
+      for (int i = 0; i < kMostNarrow && isClose(crossing.First - 1); ++i) --crossing.First;
+      for (int i = 0; i < kMostNarrow && isClose(crossing.End); ++i) ++crossing.End;
       return crossing;
     }
     end = endOf(again);
@@ -91,46 +89,6 @@ std::optional<Crossing> NextCrossing(const InkMap& map, const StrokeKind& kind,
   if (crossing.End == count) return std::nullopt;
   crossing.End = crossing.NearEnd;
   return crossing;
-}
-
-using Arm = std::vector<PolynomialNode>;  // columns and rows, away from the crossing
-
-/// The seen samples from `first` on, `step` by `step`.
-Arm ArmOf(const std::vector<StrokeSample>& samples, int first, int step) {
-  Arm arm;
-  const int count = static_cast<int>(samples.size());
-  for (int i = first; i >= 0 && i < count && std::abs(i - first) < kArm; i += step)
-    if (samples[i].IsSeen) arm.push_back({samples[i].X(), samples[i].Y()});
-  return arm;
-}
-
-/// How much a course bends from one arm to the other: the rms distance, in pixels, of both from one
-/// polynomial along the way from end to end; infinite where one of them is missing.
-double BendOf(const Arm& before, const Arm& behind) {
-  if (before.size() < 6 || behind.size() < 6) return kNoArm;
-  const PolynomialNode &a = before.back(), &b = behind.back();
-  const double length = std::hypot(b.T - a.T, b.F - a.F);
-  if (length <= 0) return kNoBend;
-  const double cx = (b.T - a.T) / length, cy = (b.F - a.F) / length;
-  std::vector<PolynomialNode> nodes;
-  const auto add = [&](const PolynomialNode& at) {
-    const double x = at.T - a.T, y = at.F - a.F;
-    nodes.push_back({x * cx + y * cy, y * cx - x * cy});
-  };
-  std::for_each(before.rbegin(), before.rend(), add);
-  std::for_each(behind.begin(), behind.end(), add);
-  // An arm that turns back is no way on.
-  if (nodes[before.size() - 1].T >= nodes[before.size()].T) return kNoBend;
-  const auto fit = FitPolynomial(nodes, nodes.size() >= 24 ? 3 : 2);
-  return fit ? fit->Rms : kNoBend;
-}
-
-/// Whether the arm ends on the stroke of these samples.
-bool EndsOn(const Arm& arm, const std::vector<StrokeSample>& samples, const StrokeKind& kind) {
-  const PolynomialNode& end = arm.back();
-  return std::any_of(samples.begin(), samples.end(), [&](const StrokeSample& sample) {
-    return std::hypot(sample.X() - end.T, sample.Y() - end.F) < 0.5 * kind.Width + 1;
-  });
 }
 
 /// Whether there is a stroke within these samples, and no leap over paper.
@@ -144,7 +102,7 @@ bool IsInked(const std::vector<StrokeSample>& samples, int first, int end) {
 /// A wall across the stroke at the samples from `first` on, `step` by `step`: long enough that no
 /// path goes round it at little cost.
 MapWalls WallAcross(InkMap& map, const std::vector<StrokeSample>& samples, int first, int step) {
-  constexpr int kLength = 15, kMargin = 2;
+  constexpr int kLength = 15, kMargin = 2, kRise = InkMap::kFull / 10;
   MapWalls walls;
   const int count = static_cast<int>(samples.size());
   for (int i = first; i >= 0 && i < count && std::abs(i - first) < kLength; i += step) {
@@ -152,13 +110,16 @@ MapWalls WallAcross(InkMap& map, const std::vector<StrokeSample>& samples, int f
     if (sample.IsCrowded) break;
     for (const int side : {-1, 1}) {
       int beyond = 0;
+      std::uint8_t last = InkMap::kFull;
       for (int k = side < 0 ? 0 : 1; k < 60 && beyond < kMargin; ++k) {
         const int across = static_cast<int>(std::lround(sample.Middle)) + side * k;
         const int x = sample.AlongRow ? across : sample.At;
         const int y = sample.AlongRow ? sample.At : across;
         if (!map.Contains(x, y)) break;
         const std::uint8_t value = map.At(x, y);
-        if (beyond > 0 && value > 0) break;  // another arm's ink
+        // Another arm's ink, across paper or a narrow gap.
+        if ((beyond > 0 && value > 0) || (last < InkMap::kFull / 2 && value > last + kRise)) break;
+        last = value;
         beyond += value == 0 ? 1 : 0;
         walls.Add(map, x, y);
       }
@@ -183,7 +144,7 @@ class Crossings {
     half.Path = FindHalfPath(map_, start, step_, costs_, through_, operation_);
     std::vector<StrokeSample> samples = SamplesOf(map_, half.Path, kind_);
     // The turns of a noisy record are no crossings.
-    if (IsRecord(samples, kind_)) return half;
+    if (ToleranceOf(samples, kind_).IsData) return half;
     int from = 0;
     for (int round = 0; round < kMostCrossings && !operation_.Stopped; ++round) {
       auto crossing = NextCrossing(map_, kind_, samples, from);
@@ -195,16 +156,27 @@ class Crossings {
         choice = Judge(half.Path, samples, *crossing);
       }
       from = crossing->End;
+      if (choice.IsOther) {
+        MapWalls wall = WallAcross(map_, samples, crossing->End + 1, 1);
+        const std::size_t back = Index(samples[crossing->First - 1]);
+        std::vector<PathPixel> other = Rerouted(half.Path, back, std::numeric_limits<int>::max());
+        // A way that soon ends was walled off as well.
+        if (2 * (other.size() - back) > half.Path.size() - back) {
+          walls.TakeOver(std::move(wall));
+          half.Path = std::move(other);
+          samples = SamplesOf(map_, half.Path, kind_);
+        } else {
+          wall.TakeDown(map_);
+          choice.IsDoubtful = true;
+        }
+      }
       if (choice.IsDoubtful)
         doubts.push_back(
             Tr("at %1,%2 the curve meets another of its colour, and either may go on", at.X, at.Y));
-      if (choice.IsOther) {
-        walls.TakeOver(WallAcross(map_, samples, crossing->End + 1, 1));
-        half.Path = Rerouted(half.Path, Index(samples[crossing->First - 1]),
-                             std::numeric_limits<int>::max());
+      if (crossing->End >= static_cast<int>(samples.size())) continue;
+      if (KeepToCourse(half.Path, samples, *crossing))
         samples = SamplesOf(map_, half.Path, kind_);
-      }
-      if (crossing->IsLong() && crossing->End < static_cast<int>(samples.size()))
+      else if (crossing->IsLong())
         half.Merged.emplace_back(samples[crossing->First].Pixel, samples[crossing->End].Pixel);
     }
     return half;
@@ -227,6 +199,46 @@ class Crossings {
         FindHalfPath(map_, path[back], step_, costs_, through_, operation_, mostColumns);
     other.insert(other.end(), rest.begin(), rest.end());
     return other;
+  }
+
+  /// Leads the path where the arms lead: while two strokes are one, or nearly so, it may run on
+  /// either. False where they do not tell where.
+  bool KeepToCourse(std::vector<PathPixel>& path, const std::vector<StrokeSample>& samples,
+                    const Crossing& crossing) const {
+    const Arm before = ArmOf(samples, crossing.First - kApart, -1);
+    const Arm behind = ArmOf(samples, crossing.End + kApart, 1);
+    constexpr std::size_t kLeast = 10;
+    constexpr double kMostRms = 0.2;
+    if (before.size() < kLeast || behind.size() < kLeast) return false;
+    std::optional<Course> course;
+    for (const int degree : {3, 5})
+      if (!course || course->Across.Rms > kMostRms) course = CourseOver(before, behind, degree);
+    if (!course || course->Across.Rms > kMostRms) return false;
+    std::vector<PathPixel> led;
+    std::size_t paper = 0;
+    const auto at = [&](double t) {
+      const PathPixel pixel = course->PixelAt(t);
+      if (!led.empty() && led.back() == pixel) return;
+      led.push_back(pixel);
+      paper += map_.At(pixel.X, pixel.Y) < InkMap::kFull / 5 ? 1 : 0;
+    };
+    constexpr double kStep = 0.4;
+    for (double t = course->First; t <= course->Last; t += kStep) at(t);
+    at(course->Last);
+    if (10 * paper > led.size()) return false;
+    // Between the innermost pixels of both arms.
+    const auto nearest = [&](PathPixel pixel) {
+      return std::min_element(path.begin(), path.end(), [&](PathPixel a, PathPixel b) {
+        return std::hypot(a.X - pixel.X, a.Y - pixel.Y) < std::hypot(b.X - pixel.X, b.Y - pixel.Y);
+      });
+    };
+    const auto first = nearest(led.front()), last = nearest(led.back());
+    if (first >= last) return false;
+    std::vector<PathPixel> joined(path.begin(), first);
+    joined.insert(joined.end(), led.begin(), led.end());
+    joined.insert(joined.end(), last + 1, path.end());
+    path = std::move(joined);
+    return true;
   }
 
   /// Which arms belong together.
@@ -256,17 +268,18 @@ class Crossings {
     // The other stroke, where it comes from.
     Arm otherBefore = OtherBefore(path, samples, crossing, reach);
     if (!otherBefore.empty() && EndsOn(otherBefore, samples, kind_)) otherBefore.clear();
-    const double ownRest = BendOf(otherBefore, otherBehind);
-    const double otherRest = BendOf(otherBefore, behind);
-    const bool isWhole = ownRest != kNoArm && otherRest != kNoArm;
-    if (!isWhole && own < kGoesOn) return {};
-    const double ownBend = isWhole ? std::hypot(own, ownRest) : own;
-    const double otherBend = isWhole ? std::hypot(other, otherRest) : other;
-    Choice choice{.IsWhole = isWhole};
-    choice.IsOther = isWhole ? otherBend < 0.8 * ownBend
-                             : otherBend < (otherBend < kSmooth ? 0.8 : 0.4) * ownBend;
-    choice.IsDoubtful =
-        ownBend < 4 * kSmooth && otherBend < 1.6 * ownBend && ownBend < 1.6 * otherBend;
+    const Parting parting = PartingOf(before, otherBefore, behind, otherBehind);
+    Choice choice{.IsWhole = parting.AsTheyAre != kNoArm};
+    if (choice.IsWhole) {
+      constexpr double kScatter = 0.03;
+      const double kept = parting.AsTheyAre + kScatter, changed = parting.Crossed + kScatter;
+      choice.IsOther = changed < kept;
+      choice.IsDoubtful = changed < 1.6 * kept && kept < 1.6 * changed;
+      return choice;
+    }
+    if (own < kGoesOn) return {};
+    choice.IsOther = other < (other < kSmooth ? 0.8 : 0.4) * own;
+    choice.IsDoubtful = own < 4 * kSmooth && other < 1.6 * own && own < 1.6 * other;
     return choice;
   }
 

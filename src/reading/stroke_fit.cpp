@@ -7,60 +7,11 @@
 #include <span>
 
 #include "reading/polynomial.h"
+#include "reading/stroke_tolerance.h"
 
 namespace graphize {
 
 namespace {
-
-/// What residuals the raster makes.
-struct Tolerance {
-  double Rms = 0, Largest = 0;  // pixels across the stroke
-  bool IsData = false;          // it turns back again and again: nothing to smooth
-};
-
-double MedianOf(std::vector<double> values) {
-  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-  std::nth_element(values.begin(), middle, values.end());
-  return *middle;
-}
-
-bool AreNeighbours(const StrokeSample& a, const StrokeSample& b) {
-  return a.AlongRow == b.AlongRow && a.IsSeen && b.IsSeen && std::abs(a.At - b.At) == 1;
-}
-
-Tolerance ToleranceOf(const std::vector<StrokeSample>& samples, const StrokeKind& kind) {
-  std::vector<double> thirds;
-  for (std::size_t i = 3; i < samples.size(); ++i) {
-    bool whole = true;
-    for (std::size_t k = i - 2; k <= i; ++k)
-      whole = whole && AreNeighbours(samples[k - 1], samples[k]);
-    if (!whole) continue;
-    const double cosine = 1 / std::sqrt(1 + samples[i].Slope * samples[i].Slope);
-    const auto f = [&](std::size_t back) { return samples[i - back].Middle; };
-    thirds.push_back(std::fabs(f(0) - 3 * f(1) + 3 * f(2) - f(3)) * cosine);
-  }
-  if (thirds.empty()) return {0.1, 0.3, false};
-  const double noise = std::max(MedianOf(thirds) / (0.6745 * std::sqrt(20.0)), 0.012);
-  // Swings up and down of more than the raster's.
-  constexpr double kSwing = 2.5;
-  int turns = 0;
-  double way = 0, extreme = samples.front().Y(), left = samples.front().X(), right = left;
-  for (const StrokeSample& sample : samples) {
-    left = std::min(left, sample.X());
-    right = std::max(right, sample.X());
-    const double step = sample.Y() - extreme;
-    if (way == 0 ? std::fabs(step) >= kSwing : step * way <= -kSwing) {
-      turns += way == 0 ? 0 : 1;
-      way = step > 0 ? 1 : -1;
-      extreme = sample.Y();
-    } else if (step * way > 0) {
-      extreme = sample.Y();
-    }
-  }
-  const bool isData = turns > 8 && 1000 * turns > 45 * (right - left);
-  if (kind.IsHard) return {0.31, 0.62, isData};
-  return {1.35 * noise + 0.006, 3.8 * noise + 0.03, isData};
-}
 
 class Course {
  public:
@@ -112,12 +63,12 @@ class Course {
         if (k == 1) way = node.T > 0 ? 1 : -1;
         if ((node.T - last) * way <= 0) return;
         last = node.T;
-        if (samples_[j].IsSeen) nodes.push_back(node);
+        if (samples_[j].IsSeen && !samples_[j].IsLoose) nodes.push_back(node);
       }
     };
     collect(-1);
     std::reverse(nodes.begin(), nodes.end());
-    if (samples_[i].IsSeen) nodes.push_back(NodeOf(i, i));
+    if (samples_[i].IsSeen && !samples_[i].IsLoose) nodes.push_back(NodeOf(i, i));
     collect(1);
     return nodes;
   }
@@ -139,12 +90,33 @@ class Course {
                            : CurvePoint{static_cast<double>(sample.At), middle};
   }
 
+  /// How far the middle of a cut lies beside the curve, where the edges of a wide stroke are those
+  /// of a larger and a smaller circle.
+  double BendShift(const Polynomial& fit) const {
+    const double half = 0.5 * kind_.Width, slope = fit.C[1];
+    return std::clamp(half * half * slope * slope / (1 + slope * slope) * fit.C[2], -0.5, 0.5);
+  }
+
+  /// Where no fit is tolerated, within the pixel that the sample lies in.
+  CurvePoint LoosePoint(int i, double middle) const {
+    const double raw = samples_[static_cast<std::size_t>(i)].Middle;
+    CurvePoint point = PointAt(i, std::clamp(middle, raw - 0.5, raw + 0.5));
+    point.Sigma = 0.2;
+    return point;
+  }
+
   /// What the tolerance says of a fit about sample `i`; the middle residuals count on their own, so
   /// that a long window does not wash over a short turn.
   bool IsTolerated(const Polynomial& fit, std::span<const PolynomialNode> nodes) const {
     const double cosine = 1 / std::sqrt(1 + fit.C[1] * fit.C[1]);
-    if (fit.Rms * cosine > tolerance_.Rms || fit.Largest * cosine > tolerance_.Largest)
-      return false;
+    double rms = tolerance_.Rms, largest = tolerance_.Largest;
+    if (kind_.IsHard) {
+      // Edges step between two cuts, anywhere.
+      const double slope = std::hypot(fit.C[1], 1.15 * fit.C[2] * nodes.back().T);
+      rms = 0.04 + 0.12 * slope;
+      largest = 0.15 + 0.6 * slope;
+    }
+    if (fit.Rms * cosine > rms || fit.Largest * cosine > largest) return false;
     double sum = 0;
     int count = 0;
     for (const PolynomialNode& node : nodes) {
@@ -152,8 +124,7 @@ class Course {
       sum += node.F - fit.At(node.T);
       ++count;
     }
-    return count == 0 ||
-           std::fabs(sum) / count * cosine < (kind_.IsHard ? 1.6 : 1.2) * tolerance_.Rms;
+    return count == 0 || std::fabs(sum) / count * cosine < (kind_.IsHard ? 0.4 : 1.2) * rms;
   }
 
   /// Where columns give way to rows the cuts may overlap or leave a column out: without points that
@@ -191,48 +162,41 @@ class Course {
     point.Sigma = std::hypot(raw, 0.03);
     if (tolerance_.IsData) return point;
     const std::vector<PolynomialNode> all = Around(i, kHalves.front());
+    std::optional<double> loose;
     for (const int half : kHalves) {
       const std::span<const PolynomialNode> nodes = Within(all, half);
-      if (static_cast<int>(nodes.size()) < std::max(5, half)) continue;
+      if (static_cast<int>(nodes.size()) < std::max(5, kind_.IsHard ? half * 2 / 3 : half))
+        continue;
       const auto fit = FitPolynomial(nodes, 2);
-      if (!fit || !IsTolerated(*fit, nodes)) continue;
-      point = PointAt(i, fit->C[0]);
+      if (!fit) continue;
+      if (!IsTolerated(*fit, nodes)) {
+        if (samples_[i].IsLoose) loose = fit->C[0];
+        continue;
+      }
+      point = PointAt(i, fit->C[0] - BendShift(*fit));
       // Residuals of a few samples say little: the tolerance counts, too.
       const double cosine = 1 / std::sqrt(1 + fit->C[1] * fit->C[1]);
       const double residual = std::max(fit->Rms * cosine, 0.5 * tolerance_.Rms);
       point.Sigma = std::hypot(2.5 * residual * std::sqrt(std::max(fit->Leverage, 0.0)), 0.03);
-      break;
+      return point;
     }
+    if (loose) return LoosePoint(i, *loose);
     return point;
   }
 
   /// The samples from `first` to before `end`, which are not seen while those beside them are: a
-  /// cubic through the seen ones on both sides, across the line from end to end; straight where
-  /// there is none.
+  /// polynomial through the seen ones on both sides, across the line from end to end; straight
+  /// where there is none. A noisy record turns in a corner.
   void Bridge(std::vector<CurvePoint>& points, int first, int end) const {
-    const int a = first - 1, b = end, count = static_cast<int>(samples_.size());
-    const CurvePoint from = points[a], to = points[b];
+    const CurvePoint from = points[first - 1], to = points[end];
+    if (tolerance_.IsData)
+      if (const auto tip = CornerBetween(points, first - 1, end)) {
+        BridgeCorner(points, first, end, *tip);
+        return;
+      }
     const double gap = std::hypot(to.X - from.X, to.Y - from.Y);
     const double cx = gap > 0 ? (to.X - from.X) / gap : 1, cy = gap > 0 ? (to.Y - from.Y) / gap : 0;
-    std::vector<PolynomialNode> nodes;
-    const double reach = std::clamp(1.5 * gap, 8.0, 28.0);
-    const auto collect = [&](int start, int step) {
-      double last = step < 0 ? 1e9 : -1e9;
-      for (int j = start; j >= 0 && j < count; j += step) {
-        if (!samples_[j].IsSeen || samples_[j].IsPart) continue;
-        const double x = points[j].X - from.X, y = points[j].Y - from.Y;
-        const double t = x * cx + y * cy;
-        if ((t - last) * step <= 0 || t < -reach || t > gap + reach) break;
-        nodes.push_back({t, y * cx - x * cy});
-        last = t;
-      }
-    };
-    collect(a, -1);
-    const std::size_t before = nodes.size();
-    collect(b, 1);
-    std::optional<Polynomial> fit;
-    if (before >= 4 && nodes.size() - before >= 4) fit = FitPolynomial(nodes, 3);
-    if (fit && fit->Rms > 3 * tolerance_.Rms + 0.25) fit.reset();
+    const auto fit = FitOver(points, first - 1, end);
     const auto at = [&](double t) {
       const double n = fit ? fit->At(t) : 0;
       return CurvePoint{from.X + t * cx - n * cy, from.Y + t * cy + n * cx};
@@ -254,6 +218,106 @@ class Course {
       const double part = gap > 0 ? low / gap : 0;
       points[i].Sigma = std::hypot(std::max(from.Sigma, to.Sigma), fit ? fit->Rms : 0.2,
                                    (fit ? 0.012 : 0.06) * gap * 4 * part * (1 - part));
+    }
+  }
+
+  static bool IsWild(const Polynomial& fit, double gap) {
+    const double most = 0.4 * gap + 3;
+    for (const double part : {0.1, 0.3, 0.5, 0.7, 0.9})
+      if (std::fabs(fit.At(part * gap)) > most) return true;
+    return false;
+  }
+
+  /// The polynomial over the unseen samples between `a` and `b`, along and across the line from one
+  /// to the other; of the longest seen stretches that one fits.
+  std::optional<Polynomial> FitOver(const std::vector<CurvePoint>& points, int a, int b) const {
+    const CurvePoint &from = points[a], &to = points[b];
+    const double gap = std::hypot(to.X - from.X, to.Y - from.Y);
+    if (gap <= 0) return std::nullopt;
+    const double cx = (to.X - from.X) / gap, cy = (to.Y - from.Y) / gap;
+    const int count = static_cast<int>(samples_.size());
+    constexpr int kLeast = 4;  // nodes on each side
+    const double mostRms = 2 * tolerance_.Rms + 0.05;
+    std::optional<Polynomial> fit;
+    for (double reach = std::clamp(1.5 * gap, 8.0, 28.0); reach > 4; reach *= 0.6) {
+      std::vector<PolynomialNode> nodes;
+      const auto collect = [&](int start, int step) {
+        double last = step < 0 ? 1e9 : -1e9;
+        int met = 0;
+        for (int j = start; j >= 0 && j < count; j += step) {
+          if (!samples_[j].IsSeen || samples_[j].IsPart) continue;
+          const double x = points[j].X - from.X, y = points[j].Y - from.Y;
+          const double t = x * cx + y * cy;
+          if ((t - last) * step <= 0 || t < -reach || t > gap + reach) break;
+          nodes.push_back({t, y * cx - x * cy});
+          last = t;
+          ++met;
+        }
+        return met;
+      };
+      if (std::min(collect(a, -1), collect(b, 1)) < kLeast) break;
+      // A high degree swings where it is not held.
+      for (const int degree : {3, 5}) {
+        if (degree == 5 && (gap > reach || nodes.size() < 16)) continue;
+        fit = FitPolynomial(nodes, degree);
+        if (fit && IsWild(*fit, gap)) fit.reset();
+        if (fit && fit->Rms <= mostRms) return fit;
+      }
+    }
+    return fit && fit->Rms <= mostRms + 0.2 ? fit : std::nullopt;
+  }
+
+  /// Where the straight ways before `a` and behind `b` meet, when that lies between them.
+  std::optional<CurvePoint> CornerBetween(const std::vector<CurvePoint>& points, int a,
+                                          int b) const {
+    constexpr int kArm = 3;
+    constexpr double kFarthest = 8;  // beyond either end, pixels
+    const int count = static_cast<int>(samples_.size());
+    const CurvePoint &p = points[a], &q = points[b];
+    // The farthest sample of an arm that is seen all along.
+    const auto armOf = [&](int from, int step) {
+      int last = from;
+      for (int k = 1; k <= kArm; ++k) {
+        const int i = from + step * k;
+        if (i < 0 || i >= count || !samples_[i].IsSeen) break;
+        last = i;
+      }
+      return points[last];
+    };
+    const CurvePoint before = armOf(a, -1), behind = armOf(b, 1);
+    const double px = p.X - before.X, py = p.Y - before.Y;
+    const double qx = q.X - behind.X, qy = q.Y - behind.Y;
+    if (std::hypot(px, py) < 0.5 || std::hypot(qx, qy) < 0.5) return std::nullopt;
+    const double cross = px * qy - py * qx;
+    if (std::fabs(cross) < 0.1 * std::hypot(px, py) * std::hypot(qx, qy)) return std::nullopt;
+    const double s = ((q.X - p.X) * qy - (q.Y - p.Y) * qx) / cross;
+    const double t = ((q.X - p.X) * py - (q.Y - p.Y) * px) / cross;
+    if (s < 0 || t < 0 || s * std::hypot(px, py) > kFarthest || t * std::hypot(qx, qy) > kFarthest)
+      return std::nullopt;
+    return CurvePoint{p.X + s * px, p.Y + s * py};
+  }
+
+  /// From `first` straight to the tip and straight on to before `end`.
+  void BridgeCorner(std::vector<CurvePoint>& points, int first, int end,
+                    const CurvePoint& tip) const {
+    constexpr double kSigma = 0.25;
+    const std::array<CurvePoint, 3> way = {points[first - 1], tip, points[end]};
+    std::size_t leg = 0;
+    for (int i = first; i < end; ++i) {
+      const bool alongRow = samples_[i].AlongRow;
+      const auto partOf = [&](std::size_t j) {
+        const double from = alongRow ? way[j].Y : way[j].X,
+                     to = alongRow ? way[j + 1].Y : way[j + 1].X;
+        return from == to ? -1 : (samples_[i].At - from) / (to - from);
+      };
+      double part = partOf(leg);
+      if (leg == 0 && (part < 0 || part > 1) && partOf(1) >= 0 && partOf(1) <= 1)
+        part = partOf(leg = 1);
+      part = std::clamp(part, 0.0, 1.0);
+      const CurvePoint &from = way[leg], &to = way[leg + 1];
+      points[i] = {from.X + part * (to.X - from.X), from.Y + part * (to.Y - from.Y)};
+      points[i].IsBridged = true;
+      points[i].Sigma = kSigma;
     }
   }
 
@@ -281,10 +345,6 @@ void SetAcross(std::vector<CurvePoint>& points) {
 }
 
 }  // namespace
-
-bool IsRecord(const std::vector<StrokeSample>& samples, const StrokeKind& kind) {
-  return ToleranceOf(samples, kind).IsData;
-}
 
 std::vector<CurvePoint> FitCourse(const std::vector<StrokeSample>& samples,
                                   const StrokeKind& kind) {

@@ -14,9 +14,6 @@ struct CurvePoint {
   bool IsBridged = false;           // the stroke is not seen here: it was drawn from both sides
 };
 
-/// Whether the samples turn back so often, and so far, that they are a noisy record.
-bool IsRecord(const std::vector<StrokeSample>& samples, const StrokeKind& kind);
-
 /// The stroke's course through its samples. Each is smoothed by the longest quadratic about it
 /// whose residuals are no more than what the raster does to a smooth line (hard strokes: half a
 /// pixel), or than the scatter that third differences tell; a course that turns back again and

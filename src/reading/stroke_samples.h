@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "reading/ink_blend.h"
 #include "reading/ink_map.h"
 #include "reading/stroke_path.h"
 
@@ -22,6 +23,7 @@ struct StrokeSample {
   bool IsSeen = false;     // not hidden, not merged with other ink, not in a gap
   bool IsGap = false;      // there is only paper
   bool IsPart = false;     // less ink than the stroke's full width
+  bool IsLoose = false;    // seen to half a pixel only, as the top of a stroke without soft edges
   bool IsCrowded = false;  // more ink than the stroke's
   int Pixel = 0;           // of the path, an index
   double Slope = 0;        // of the path: rows per column, or columns per row where it is steep
@@ -33,11 +35,10 @@ struct StrokeSample {
 StrokeKind KindOf(const InkMap& map, const std::vector<PathPixel>& path);
 
 /// One sample per column, or row, that the path goes through, in its order. Where a stroke ends or
-/// is interrupted, what is not its full width across is not seen.
+/// is interrupted, what is not its full width across is not seen. What other inks share with it is
+/// seen by `blends`, if given; and where a part of the stroke shows one of its edges, its width
+/// tells the other.
 std::vector<StrokeSample> SamplesOf(const InkMap& map, const std::vector<PathPixel>& path,
-                                    const StrokeKind& kind);
-
-/// Drops the stroke's ends as far as they are narrower than itself: caps reach beyond the curve.
-void TrimEnds(std::vector<StrokeSample>& samples, const StrokeKind& kind);
+                                    const StrokeKind& kind, const InkBlends* blends = nullptr);
 
 }  // namespace graphize

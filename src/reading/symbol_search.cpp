@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cmath>
 #include <optional>
 #include <utility>
@@ -13,9 +14,7 @@ namespace graphize {
 
 namespace {
 
-constexpr float kInk = 0.5f;            // of a shape: here ink must be
-constexpr double kLeastVisible = 0.35;  // part of a shape; less is a guess
-constexpr double kLeastNewInk = 0.22;   // part of a shape that no other match explains
+constexpr double kLeastNewInk = 0.22;  // part of a shape that no other match explains
 
 struct Offset {
   int X = 0, Y = 0;
@@ -79,200 +78,44 @@ struct Candidate {
   float Score = 0;
 };
 
-/// What the places of a shape are judged by, on one map.
-class Matcher {
- public:
-  Matcher(const InkMap& map, const SymbolShape& shape) : map_(map), shape_(shape) {
-    for (int y = -shape.Radius; y <= shape.Radius; ++y)
-      for (int x = -shape.Radius; x <= shape.Radius; ++x)
-        if (shape.IsKnown[shape.IndexOf(x, y)]) known_.push_back({x, y});
-    reach_ = static_cast<int>(std::ceil(0.75 * shape.Size())) + 3;
-  }
-
-  /// How well the shape lies with its middle on a pixel, 1: just so; absent where it cannot be.
-  std::optional<float> ScoreAt(int x, int y) const {
-    float hit = 0, seen = 0, beside = 0;
-    for (const Offset& at : known_) {
-      const std::uint8_t value = map_.At(x + at.X, y + at.Y);
-      if (value > InkMap::kFull) continue;
-      const float share = static_cast<float>(value) / InkMap::kFull, ink = shape_.At(at.X, at.Y);
-      seen += ink;
-      hit += std::min(share, ink);
-      if (ink < 0.1f) beside += share;
-    }
-    const auto area = static_cast<float>(shape_.Area);
-    if (seen < static_cast<float>(kLeastVisible) * area || hit < 0.5f * seen) return std::nullopt;
-    return hit / seen - 0.3f * beside / area;
-  }
-
-  /// Moves the match to where the squares of the differences are least (Gauss and Newton), leaving
-  /// out what is hidden, what other matches explain, and ink that passes by.
-  void Register(SymbolMatch& match, const std::vector<SymbolMatch>& others) const {
-    const double fromX = match.X, fromY = match.Y;
-    double error = 0, xx = 0, xy = 0, yy = 0;
-    for (int round = 0; round < 8; ++round) {
-      double bx = 0, by = 0, squares = 0;
-      xx = xy = yy = 0;
-      int count = 0;
-      ForEachPixel(match, shape_.Radius, [&](int px, int py, double x, double y) {
-        const std::uint8_t value = map_.At(px, py);
-        if (value > InkMap::kFull || !IsKnownNear(x, y)) return;
-        const double ink = shape_.Between(x, y);
-        const double difference = static_cast<double>(value) / InkMap::kFull - ink;
-        if (difference > (shape_.IsHard ? 0.9 : 0.5) || Explained(px, py, others) > 0.15) return;
-        const double gx = shape_.Between(x + 0.5, y) - shape_.Between(x - 0.5, y);
-        const double gy = shape_.Between(x, y + 0.5) - shape_.Between(x, y - 0.5);
-        // The model moves with the match: its derivative is the negative of the shape's.
-        xx += gx * gx;
-        xy += gx * gy;
-        yy += gy * gy;
-        bx -= gx * difference;
-        by -= gy * difference;
-        squares += difference * difference;
-        ++count;
-      });
-      // A little stiffness: where one direction is not seen, the match stays.
-      const double stiff = 0.02 * (xx + yy) + 1e-6;
-      const double a = xx + stiff, d = yy + stiff, determinant = a * d - xy * xy;
-      const double dx = std::clamp((d * bx - xy * by) / determinant, -0.6, 0.6);
-      const double dy = std::clamp((a * by - xy * bx) / determinant, -0.6, 0.6);
-      match.X = std::clamp(match.X + dx, fromX - 1.7, fromX + 1.7);
-      match.Y = std::clamp(match.Y + dy, fromY - 1.7, fromY + 1.7);
-      error = squares / std::max(count - 2, 1);
-      if (std::hypot(dx, dy) < 0.004) break;
-    }
-    const double determinant = std::max(xx * yy - xy * xy, 1e-9);
-    match.Sigma = std::sqrt(error * std::max(xx, yy) / determinant);
-  }
-
-  /// Fills in how well it matches.
-  void Judge(SymbolMatch& match, const std::vector<SymbolMatch>& others) const {
-    double ink = 0, seen = 0, missing = 0, shared = 0;
-    ForEachPixel(match, shape_.Radius, [&](int px, int py, double x, double y) {
-      const double here = shape_.Between(x, y);
-      ink += here;
-      const double explained = Explained(px, py, others);
-      shared += here * explained;
-      const std::uint8_t value = map_.At(px, py);
-      if (value > InkMap::kFull || !IsKnownNear(x, y)) return;
-      seen += here;
-      const double share = static_cast<double>(value) / InkMap::kFull;
-      missing += std::max(0.0, here - share - (shape_.IsHard ? 0.45 : 0.12));
-    });
-    match.Visible = ink > 0 ? seen / ink : 0;
-    match.Missing = seen > 0 ? missing / seen : 1;
-    match.Overlapped = ink > 0 ? shared / ink : 1;
-    match.Excess = ExcessAt(match, others) / shape_.Area;
-  }
-
-  bool AreNear(const SymbolMatch& a, const SymbolMatch& b) const {
-    const double reach = 2 * reach_;
-    return std::fabs(a.X - b.X) <= reach && std::fabs(a.Y - b.Y) <= reach;
-  }
-
- private:
-  template <class Visit>
-  void ForEachPixel(const SymbolMatch& match, int radius, const Visit& visit) const {
-    const int cx = static_cast<int>(std::lround(match.X)),
-              cy = static_cast<int>(std::lround(match.Y));
-    for (int y = cy - radius; y <= cy + radius; ++y)
-      for (int x = cx - radius; x <= cx + radius; ++x) visit(x, y, x - match.X, y - match.Y);
-  }
-  bool IsKnownNear(double x, double y) const {
-    const int column = static_cast<int>(std::lround(x)), row = static_cast<int>(std::lround(y));
-    return std::abs(column) <= shape_.Radius && std::abs(row) <= shape_.Radius &&
-           shape_.IsKnown[shape_.IndexOf(column, row)];
-  }
-  /// How much of the pixel's ink belongs to the other matches.
-  double Explained(int x, int y, const std::vector<SymbolMatch>& others) const {
-    double most = 0;
-    for (const SymbolMatch& other : others)
-      if (std::fabs(x - other.X) <= shape_.Radius && std::fabs(y - other.Y) <= shape_.Radius)
-        most = std::max(most, static_cast<double>(shape_.Between(x - other.X, y - other.Y)));
-    return most;
-  }
-
-  /// Ink that touches the shape and ends nearby: of another shape. What goes on, or to the next
-  /// match, is a line.
-  double ExcessAt(const SymbolMatch& match, const std::vector<SymbolMatch>& others) const {
-    const int side = 2 * reach_ + 1;
-    const auto index = [&](int x, int y) {
-      return static_cast<std::size_t>(y + reach_) * static_cast<std::size_t>(side) +
-             static_cast<std::size_t>(x + reach_);
-    };
-    std::vector<float> left(static_cast<std::size_t>(side) * static_cast<std::size_t>(side));
-    std::vector<bool> touches(left.size()), leads(left.size());
-    const int cx = static_cast<int>(std::lround(match.X)),
-              cy = static_cast<int>(std::lround(match.Y));
-    ForEachPixel(match, reach_, [&](int px, int py, double x, double y) {
-      const double share = map_.Share(px, py);
-      const std::size_t at = index(px - cx, py - cy);
-      const double own = shape_.Between(x, y), theirs = Explained(px, py, others);
-      touches[at] = own > 0.3;
-      leads[at] = theirs > 0.3 && own < 0.1;
-      if (share < 0.35) return;
-      const double more = share - std::max(own, theirs);
-      // Unknown parts of the shape may hold ink.
-      const bool isOpen = std::fabs(x) <= shape_.Radius && std::fabs(y) <= shape_.Radius &&
-                          own > 0 && !IsKnownNear(x, y);
-      if (more > (shape_.IsHard ? 0.6 : 0.35) && !isOpen) left[at] = static_cast<float>(more);
-    });
-    double excess = 0;
-    std::vector<Offset> rim;
-    for (int y = -reach_; y <= reach_; ++y)
-      for (int x = -reach_; x <= reach_; ++x) {
-        if (left[index(x, y)] <= 0) continue;
-        double sum = 0;
-        bool goesOn = false, isBeside = false;
-        rim.assign(1, {x, y});
-        sum += std::exchange(left[index(x, y)], 0.0f);
-        while (!rim.empty()) {
-          const Offset at = rim.back();
-          rim.pop_back();
-          goesOn = goesOn || std::abs(at.X) == reach_ || std::abs(at.Y) == reach_;
-          for (int v = std::max(at.Y - 1, -reach_); v <= std::min(at.Y + 1, reach_); ++v)
-            for (int u = std::max(at.X - 1, -reach_); u <= std::min(at.X + 1, reach_); ++u) {
-              isBeside = isBeside || touches[index(u, v)];
-              goesOn = goesOn || leads[index(u, v)];
-              float& next = left[index(u, v)];
-              if (next <= 0) continue;
-              sum += std::exchange(next, 0.0f);
-              rim.push_back({u, v});
-            }
-        }
-        // Single pixels are grain and edges.
-        if (isBeside && !goesOn && sum > 1) excess += sum;
-      }
-    return excess;
-  }
-
-  const InkMap& map_;
-  const SymbolShape& shape_;
-  std::vector<Offset> known_;
-  int reach_ = 0;
-};
+/// 64 bits of a row from column `x` on; none outside.
+std::uint64_t BitsFrom(const BitMap& map, int x, int y) {
+  if (y < 0 || y >= map.Height()) return 0;
+  const std::uint64_t* row = map.Row(y);
+  const int word = x >> 6, shift = x & 63;
+  const auto at = [&](int i) { return i < 0 || i >= map.WordsPerRow() ? 0 : row[i]; };
+  return shift == 0 ? at(word) : at(word) >> shift | at(word + 1) << (64 - shift);
+}
 
 /// Pixels on which the shape may have its middle, with the best around each of them.
 std::vector<Candidate> CandidatesOf(const InkMap& map, const SymbolShape& shape,
-                                    const Matcher& matcher, PictureOperation& operation) {
+                                    const SymbolMatcher& matcher, PictureOperation& operation) {
   const std::vector<Offset> probes = ProbesOf(shape);
   if (probes.empty()) return {};
   const BitMap ink = PossibleInk(map, operation);
   if (operation.Stopped) return {};
   const auto allowed = static_cast<int>(probes.size() / 4);
   std::vector<std::vector<Candidate>> rows(static_cast<std::size_t>(map.Height));
-  // Every probe but the allowed ones must be on ink: so one of the first ones is.
+  // Every probe but the allowed ones must be on ink: so one of the first ones is, which is asked of
+  // 64 columns at once.
   ParallelRows(map.Width, map.Height, operation, [&](int first, int end) {
-    for (int y = first; y < end; ++y) {
-      for (int x = 0; x < map.Width; ++x) {
-        int missed = 0;
-        for (const Offset& probe : probes)
-          if (!ink.Get(x + probe.X, y + probe.Y) && ++missed > allowed) break;
-        if (missed > allowed) continue;
-        if (const auto score = matcher.ScoreAt(x, y))
-          rows[static_cast<std::size_t>(y)].push_back({x, y, *score});
+    for (int y = first; y < end; ++y)
+      for (int left = 0; left < map.Width; left += 64) {
+        std::uint64_t possible = 0;
+        for (int i = 0; i <= allowed && possible != ~std::uint64_t{0}; ++i)
+          possible |= BitsFrom(ink, left + probes[static_cast<std::size_t>(i)].X,
+                               y + probes[static_cast<std::size_t>(i)].Y);
+        for (; possible != 0; possible &= possible - 1) {
+          const int x = left + std::countr_zero(possible);
+          if (x >= map.Width) break;
+          int missed = 0;
+          for (const Offset& probe : probes)
+            if (!ink.Get(x + probe.X, y + probe.Y) && ++missed > allowed) break;
+          if (missed > allowed) continue;
+          if (const auto score = matcher.ScoreAt(x, y))
+            rows[static_cast<std::size_t>(y)].push_back({x, y, *score});
+        }
       }
-    }
   });
   std::vector<Candidate> best;
   for (int y = 0; y < map.Height && !operation.Stopped; ++y)
@@ -295,7 +138,7 @@ std::vector<Candidate> CandidatesOf(const InkMap& map, const SymbolShape& shape,
 
 std::vector<SymbolMatch> SearchSymbol(const InkMap& map, const SymbolShape& shape, double worst,
                                       PictureOperation& operation) {
-  const Matcher matcher(map, shape);
+  const SymbolMatcher matcher(map, shape);
   std::vector<SymbolMatch> open;
   for (const Candidate& candidate : CandidatesOf(map, shape, matcher, operation)) {
     SymbolMatch match{.X = static_cast<double>(candidate.X), .Y = static_cast<double>(candidate.Y)};

@@ -10,6 +10,8 @@
 #include <random>
 
 #include "reading/density.h"
+#include "reading/find_symbols.h"
+#include "reading/read_all.h"
 #include "support/calibrated.h"
 #include "support/plot_drawing.h"
 
@@ -248,43 +250,81 @@ TEST(ReadCurve, KeepsToItsCurveWhereOneOfItsColourCrossesAtASmallAngle) {
   }
 }
 
-TEST(ReadCurve, MakesSenseOfRandomPictures) {
-  std::mt19937 random(7);
-  const auto pick = [&](int count) {
-    return static_cast<int>(random() % static_cast<unsigned>(count));
-  };
-  for (int round = 0; round < 120; ++round) {
-    const int width = 1 + pick(90), height = 1 + pick(70);
-    Raster picture = Raster::Filled(width, height, pick(2) == 0 ? kWhitePixel : 0xff203040);
+class RandomPlot {
+ public:
+  explicit RandomPlot(unsigned seed) : random_(seed) {}
+
+  int Pick(int count) { return static_cast<int>(random_() % static_cast<unsigned>(count)); }
+
+  /// Of any shape: strokes, spots and lines from side to side, soft, hard or in noise; also of one
+  /// row, of one column, and of one colour.
+  Raster Picture() {
+    const int kind = Pick(12);
+    const int width = kind == 0 ? 1 : 1 + Pick(90), height = kind == 1 ? 1 : 1 + Pick(70);
+    Raster picture = Raster::Filled(width, height, Pick(2) == 0 ? kWhitePixel : Colour());
     const auto put = [&](int x, int y, std::uint32_t colour) {
       if (x >= 0 && y >= 0 && x < width && y < height) picture.Row(y)[x] = colour;
     };
-    for (int shape = pick(12); shape >= 0; --shape) {
-      const std::uint32_t colour = 0xff000000u | random() % 0x1000000;
-      int x = pick(width), y = pick(height);
-      const int length = pick(300), kind = pick(3);
+    for (int shape = kind == 2 ? -1 : Pick(12); shape >= 0; --shape) {
+      const std::uint32_t colour = Pick(3) == 0 ? kBlackPixel : Colour();
+      int x = Pick(width), y = Pick(height);
+      const int length = Pick(300), way = Pick(5), thick = Pick(4);
       for (int i = 0; i < length; ++i) {
-        for (int thick = pick(4); thick >= 0; --thick) put(x, y + thick, colour);
-        x += kind == 0 ? 1 : pick(3) - 1;
-        y += kind == 1 ? 1 : pick(3) - 1;
+        for (int k = thick; k >= 0; --k) put(x, y + k, colour);
+        if (way == 3) x = (x + 1) % width;
+        if (way == 4) y = (y + 1) % height;
+        x += way == 0 ? 1 : way < 3 ? Pick(3) - 1 : 0;
+        y += way == 1 ? 1 : way < 3 ? Pick(3) - 1 : 0;
       }
     }
+    const int noise = Pick(3) == 0 ? 1 + Pick(120) : 0;
+    for (std::size_t i = 0; i < picture.PixelCount() && noise > 0; ++i)
+      picture.Pixels()[i] ^= static_cast<std::uint32_t>(Pick(noise)) * 0x010101u;
+    return picture;
+  }
+
+ private:
+  std::uint32_t Colour() { return 0xff000000u | random_() % 0x1000000; }
+
+  std::mt19937 random_;
+};
+
+TEST(ReadCurve, MakesSenseOfRandomPictures) {
+  // Others with --gtest_random_seed.
+  RandomPlot plot(7 + static_cast<unsigned>(testing::UnitTest::GetInstance()->random_seed()));
+  for (int round = 0; round < 150; ++round) {
+    SCOPED_TRACE(round);
+    const Raster picture = plot.Picture();
+    const int width = picture.Width(), height = picture.Height();
     AxisCalibration axes = test::PixelCalibration();
-    if (pick(2) == 0) axes = {};
-    ReadingRequest request{.X = 1.0 * pick(width),
-                           .Y = 1.0 * pick(height),
-                           .Tolerance = 0.5f + 0.5f * static_cast<float>(pick(4))};
-    for (int i = pick(3); i > 0; --i) request.Through.push_back({pick(width), pick(height)});
-    if (pick(3) == 0) request.Walls.push_back({pick(width), pick(height), pick(20)});
+    if (plot.Pick(2) == 0) axes = {};
+    // Also a little outside.
+    ReadingRequest request{.X = 1.0 * plot.Pick(width + 8) - 4,
+                           .Y = 1.0 * plot.Pick(height + 8) - 4,
+                           .Tolerance = 0.5f + 0.5f * static_cast<float>(plot.Pick(4))};
+    for (int i = plot.Pick(3); i > 0; --i)
+      request.Through.push_back({plot.Pick(width), plot.Pick(height)});
+    for (int i = plot.Pick(3); i > 0; --i)
+      request.Walls.push_back({plot.Pick(width), plot.Pick(height), plot.Pick(20)});
+    const auto isNear = [&](double x, double y) {
+      return x > -8 && x < width + 8 && y > -8 && y < height + 8;
+    };
     PictureOperation operation;
     const CurveReading reading = ReadCurve(picture, axes, request, operation);
-    EXPECT_NE(reading.Refusal.empty(), reading.Points.empty()) << "round " << round;
+    EXPECT_NE(reading.Refusal.empty(), reading.Points.empty());
     for (const CurvePoint& point : reading.Points) {
-      EXPECT_TRUE(point.X > -3 && point.X < width + 2 && point.Y > -3 && point.Y < height + 2)
-          << "round " << round << ": " << point.X << ", " << point.Y;
+      EXPECT_TRUE(isNear(point.X, point.Y)) << point.X << ", " << point.Y;
       EXPECT_TRUE(point.Sigma > 0 && point.Sigma < 1000);
       EXPECT_NEAR(std::hypot(point.AcrossX, point.AcrossY), 1, 1e-9);
     }
+    const SymbolFinding finding = FindSymbols(
+        picture, axes, {.X = request.X, .Y = request.Y, .Walls = request.Walls}, operation);
+    EXPECT_NE(finding.Refusal.empty(), finding.Symbols.empty());
+    for (const FoundSymbol& symbol : finding.Symbols)
+      EXPECT_TRUE(isNear(symbol.X, symbol.Y) && symbol.Sigma > 0);
+    if (round % 5 != 0) continue;
+    for (const PlotCurve& curve : ReadAllCurves(picture, axes, request.Walls, operation).Curves)
+      EXPECT_FALSE(curve.Reading.Points.empty());
   }
 }
 
