@@ -1,29 +1,22 @@
 #include "app/commands.h"
 
+#include <vector>
+
 #include "base/translation.h"
 #include "session/project_commands.h"
-#include "workspace/black_white_commands.h"
 #include "workspace/capture_commands.h"
 #include "workspace/data_commands.h"
 #include "workspace/do.h"
 #include "workspace/export_points.h"
 #include "workspace/extraction_commands.h"
-#include "workspace/help_commands.h"
-#include "workspace/image_tools_commands.h"
 #include "workspace/ink_check_commands.h"
-#include "workspace/ink_commands.h"
-#include "workspace/ink_preview.h"
-#include "workspace/next_step.h"
-#include "workspace/options_commands.h"
 #include "workspace/picture_commands.h"
 #include "workspace/plot_mouse.h"
 #include "workspace/point_edit_commands.h"
-#include "workspace/propose_axes_commands.h"
 #include "workspace/read_all_preview.h"
 #include "workspace/recipe_file.h"
 #include "workspace/save_points.h"
 #include "workspace/scan_commands.h"
-#include "workspace/system_programs.h"
 #include "workspace/toolbar.h"
 #include "workspace/view_commands.h"
 
@@ -39,10 +32,6 @@ constexpr MenuEntry kSeparator{.Is = Kind::Separator};
 template <class Asked>
 void Does(Workspace& ws, const Desktop& desktop) {
   Do(ws, desktop, Asked{});
-}
-
-bool HasData(const Workspace& ws) {
-  return ws.commands.Data;
 }
 
 bool CanSort(const Workspace& ws) {
@@ -178,7 +167,7 @@ const MenuEntry kMenus[] = {
      .Caption = Marked("&Copy X,Y"),
      .Key = "Ctrl+C",
      .Tip = Marked("Copy the data list as text"),
-     .Can = HasData,
+     .Can = CanSavePoints,
      .Run = CopyPoints},
     {.Name = "MNU_EDIT_Paste",
      .Caption = Marked("&Paste Image"),
@@ -196,7 +185,7 @@ const MenuEntry kMenus[] = {
     {.Name = "MNU_EDIT_Clear_Data",
      .Caption = Marked("Clear &all Data"),
      .Tip = Marked("Remove all captured points"),
-     .Can = HasData,
+     .Can = CanSavePoints,
      .Run = [](Workspace& ws, const Desktop& d) { Do(ws, d, ClearDataStep{.Ask = true}); }},
     kSeparator,
     {.Is = Kind::Check,
@@ -381,92 +370,6 @@ const MenuEntry kMenus[] = {
      .Tip = Marked("Make the list the captured points again"),
      .Can = [](const Workspace& ws) { return ws.commands.ListUndo; },
      .Run = Does<UndoListStep>},
-
-    {.Is = Kind::Menu, .Name = "MNU_IMAGE", .Caption = Marked("&Image")},
-    {.Name = "MNU_IMAGE_Refresh",
-     .Caption = Marked("&Refresh Plot"),
-     .Key = "Ctrl+R",
-     .Tip = Marked("Clear the marks on the picture"),
-     .Can = [](const Workspace& ws) { return CanPress(ws, "refresh"); },
-     .Run = [](Workspace& ws, const Desktop& d) { Toolbar_ButtonClick(ws, d, "refresh"); }},
-    {.Name = "MNU_IMAGE_ProposeAxes",
-     .Caption = Marked("&Propose Axes"),
-     .Tip = Marked("Find the axes on the picture and show them before they are accepted"),
-     .Can = CanProposeAxes,
-     .Run = [](Workspace& ws, const Desktop& desktop) { ShowProposedAxes(ws, desktop); }},
-    {.Name = "MNU_IMAGE_BlackWhite",
-     .Caption = Marked("&Black && White..."),
-     .Tip = Marked("Reduce the picture to black and white, and see before what becomes of it"),
-     .Can = CanShowImageTools,
-     .Run = [](Workspace& ws, const Desktop&) { ShowBlackWhite(ws); }},
-    {.Name = "MNU_IMAGE_InkFromColour",
-     .Caption = Marked("&Ink from Colour..."),
-     .Tip = Marked("Make one ink black and all else white, and see before what counts as it"),
-     .Can = CanTakeInk,
-     .Run = ShowInk},
-    {.Name = "MNU_IMAGE_ShowColours",
-     .Caption = Marked("Show &Colours"),
-     .Tip = Marked("The picture with its colours, as it was before an ink was taken alone"),
-     .Can = CanShowColours,
-     .Run = Does<ShowColoursStep>},
-    {.Name = "MNU_IMAGE_ImageTools",
-     .Caption = Marked("Image &Tools..."),
-     .Tip = Marked("Sharpen, scale or turn the picture before points are captured"),
-     .Can = CanShowImageTools,
-     .Run = [](Workspace& ws, const Desktop&) { ShowImageTools(ws); }},
-
-    {.Is = Kind::Menu, .Name = "MNU_OPT", .Caption = Marked("&Options")},
-    {.Is = Kind::Check,
-     .Name = "MNU_OPT_ShowLastPoint",
-     .Caption = Marked("Show &Last Point"),
-     .Tip = Marked("Mark the last captured point in blue"),
-     .Run = [](Workspace& ws, const Desktop&) { ToggleLastPoint(ws); },
-     .Checked = [](const Workspace& ws) { return ws.commands.ShowLastPoint; }},
-    {.Is = Kind::Check,
-     .Name = "MNU_OPT_Overlay",
-     .Caption = Marked("&Overlay Data"),
-     .Tip = Marked("Draw the data list over the picture"),
-     .Run = [](Workspace& ws, const Desktop&) { ToggleOverlay(ws); },
-     .Checked = [](const Workspace& ws) { return ws.commands.Overlay; }},
-    {.Is = Kind::Check,
-     .Name = "MNU_OPT_WhatComesNext",
-     .Caption = Marked("&What Comes Next"),
-     .Tip = Marked("A line above the picture says what is to be done next"),
-     .Run = [](Workspace& ws, const Desktop&) { SwitchNext(ws); },
-     .Checked = IsNextShown},
-    kSeparator,
-    {.Name = "MNU_OPT_Settings",
-     .Caption = Marked("&Settings..."),
-     .Tip = Marked("Tracer, snapping, colours, cursor and number format"),
-     .Run = [](Workspace& ws, const Desktop&) { ShowOptions(ws); }},
-    {.Is = Kind::SubMenu, .Name = "MNU_OPT_Language", .Caption = Marked("Lan&guage")},
-    {.Is = Kind::Check,
-     .Name = "MNU_OPT_Language_en",
-     .Caption = Marked("&English"),
-     .Run = [](Workspace& ws, const Desktop& desktop) { ChooseLanguage(ws, desktop, "en"); },
-     .Checked = [](const Workspace& ws) { return ws.language == "en"; }},
-    {.Is = Kind::Check,
-     .Name = "MNU_OPT_Language_de",
-     .Caption = Marked("&Deutsch"),
-     .Run = [](Workspace& ws, const Desktop& desktop) { ChooseLanguage(ws, desktop, "de"); },
-     .Checked = [](const Workspace& ws) { return ws.language == "de"; }},
-
-    {.Is = Kind::Menu, .Name = "MNU_SYS", .Caption = Marked("&System")},
-    {.Name = "MNU_SYS_Mouse",
-     .Caption = Marked("&Mouse..."),
-     .Tip = Marked("The desktop's settings of mouse and touchpad"),
-     .Run = [](Workspace&, const Desktop& desktop) { MouseSettings(desktop); }},
-
-    {.Is = Kind::Menu, .Name = "MNU_Help", .Caption = Marked("&Help")},
-    {.Name = "MNU_Help_UsingGraphize",
-     .Caption = Marked("&Using Graphize"),
-     .Key = "F1",
-     .Tip = Marked("How it is done, step by step, and what everything is for"),
-     .Run = [](Workspace& ws, const Desktop& desktop) { ShowHelp(ws, desktop); }},
-    {.Name = "MNU_Help_About",
-     .Caption = Marked("&About Graphize"),
-     .Tip = Marked("Version and licence"),
-     .Run = [](Workspace& ws, const Desktop&) { ShowAbout(ws); }},
 };
 
 constexpr ToolButton kButtons[] = {
@@ -489,7 +392,13 @@ constexpr ToolButton kButtons[] = {
 }  // namespace
 
 std::span<const MenuEntry> MenuEntries() {
-  return kMenus;
+  static const std::vector<MenuEntry> all = [] {
+    std::vector<MenuEntry> entries(std::begin(kMenus), std::end(kMenus));
+    for (const std::span<const MenuEntry> menus : {ImageMenu(), OptionMenus()})
+      entries.insert(entries.end(), menus.begin(), menus.end());
+    return entries;
+  }();
+  return all;
 }
 
 std::span<const ToolButton> ToolButtons() {

@@ -25,6 +25,9 @@ struct MenuEntry {
 /// All menus in reading order: Menu starts a menu of the bar, SubMenu takes the items up to the
 /// next separator or menu into a submenu.
 std::span<const MenuEntry> MenuEntries();
+/// The last of them, which stand in files of their own: "Image"; "Options", "System" and "Help".
+std::span<const MenuEntry> ImageMenu();
+std::span<const MenuEntry> OptionMenus();
 
 /// One button of the toolbar, in order; a mode button stays pressed.
 struct ToolButton {

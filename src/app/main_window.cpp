@@ -86,8 +86,9 @@ void MainWindow::FitSidePanel() {
   // Wide enough for every panel, whichever is shown now: known once styles are set.
   tracerPanel_->ReserveCaptions();
   int width = 0;
-  for (QWidget* panel : std::initializer_list<QWidget*>{
-           readOut_, dataList_, axisPanel_, proposePanel_, tracerPanel_, readingPanel_}) {
+  for (QWidget* panel :
+       std::initializer_list<QWidget*>{readOut_, dataList_, modeButtons_, axisPanel_, proposePanel_,
+                                       tracerPanel_, readingPanel_}) {
     for (QWidget* child : panel->findChildren<QWidget*>()) child->ensurePolished();
     panel->ensurePolished();
     panel->layout()->invalidate();

@@ -218,7 +218,8 @@ class MainWindow : public QMainWindow {
   bool shown_ = false;
   QMenu* recentMenu_ = nullptr;
   bool recentFailureTold_ = false;
-  bool sessionEnds_ = false, leaving_ = false;  // the desktop's; nothing has changed since it said so
+  bool sessionEnds_ = false,
+       leaving_ = false;  // the desktop's; nothing has changed since it said so
 };
 
 }  // namespace graphize

@@ -11,6 +11,7 @@
 #include "app/main_window.h"
 #include "raster/plot_view.h"
 #include "widgets/show.h"
+#include "workspace/forms.h"
 #include "workspace/ink_dialog.h"
 #include "workspace/ink_preview.h"
 #include "workspace/preview_commands.h"
@@ -160,6 +161,10 @@ bool MainWindow::TakeSymbolKey(const QKeyEvent& key) {
 }
 
 bool MainWindow::TakeReadingKey(const QKeyEvent& key) {
+  if (ws_.form == Form::Ink && key.key() == Qt::Key_Escape) {
+    Do(CloseForm);
+    return true;
+  }
   constexpr Qt::KeyboardModifiers kWith = Qt::KeypadModifier | Qt::ShiftModifier;
   if (!HasReading(ws_) || (key.modifiers() & ~kWith) != 0) return false;
   if (TakeSymbolKey(key)) return true;

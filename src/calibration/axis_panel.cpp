@@ -14,6 +14,7 @@
 
 #include "base/translation.h"
 #include "widgets/show.h"
+#include "widgets/wrapped_label.h"
 
 namespace graphize {
 
@@ -173,9 +174,8 @@ QWidget* AxisPanelWidget::MakeReferences() {
   switches->addStretch();
   column->addLayout(switches);
   connect(refined_, &QCheckBox::clicked, this, &AxisPanelWidget::RefinedSwitched);
-  residual_ = Named(new QLabel, "LBL_Residual", tr("How well the references agree"));
+  residual_ = Named(new WrappedLabel, "LBL_Residual", tr("How well the references agree"));
   residual_->setTextFormat(Qt::PlainText);
-  residual_->setWordWrap(true);
   column->addWidget(residual_);
   return references;
 }

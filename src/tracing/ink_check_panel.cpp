@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 
 #include "widgets/show.h"
+#include "widgets/wrapped_label.h"
 
 namespace graphize {
 
@@ -13,9 +14,8 @@ InkCheckPanel::InkCheckPanel(QWidget* parent) : QWidget(parent) {
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(2);
-  text_ = Named(new QLabel, "LBL_InkCheck", tr("Points held against the picture"));
+  text_ = Named(new WrappedLabel, "LBL_InkCheck", tr("Points held against the picture"));
   text_->setTextFormat(Qt::PlainText);
-  text_->setWordWrap(true);
   column->addWidget(text_);
   auto* row = new QHBoxLayout;
   show_ = Named(new QPushButton(tr("Sho&w")), "BTN_ShowDoubtful", tr("Show doubtful points"));

@@ -2,14 +2,15 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 #include "base/translation.h"
 #include "reading/ink_mask.h"
 #include "workspace/do.h"
 #include "workspace/forms.h"
 #include "workspace/ink_commands.h"
+#include "workspace/picture_reading.h"
 #include "workspace/preview_commands.h"
-#include "workspace/shown_picture.h"
 
 namespace graphize {
 
@@ -24,17 +25,27 @@ void LookAtPicture(Workspace& ws) {
   ws.ink.IsAlone = CanShowColours(ws);
 }
 
-/// Sets the black pixels in the map; their number.
-long long NoteBlack(const Raster& picture, BitMap& black) {
-  long long count = 0;
-  black = BitMap(picture.Width(), picture.Height());
-  for (int y = 0; y < picture.Height(); ++y)
-    for (int x = 0; x < picture.Width(); ++x)
-      if (picture.Row(y)[x] == kBlackPixel) {
-        black.Set(x, y);
-        ++count;
+/// What counts as an ink.
+struct InkMask {
+  BitMap Pixels;  // empty when it was stopped
+  long long Count = 0;
+  bool IsPaper = false;  // the colour is no ink
+};
+
+InkMask MaskOf(const Raster& picture, std::uint32_t colour, float tolerance,
+               PictureOperation& operation) {
+  InkMask mask;
+  const std::optional<Raster> alone = InkAlone(picture, colour, tolerance, operation);
+  mask.IsPaper = !alone;
+  if (!alone || alone->IsEmpty()) return mask;
+  mask.Pixels = BitMap(alone->Width(), alone->Height());
+  for (int y = 0; y < alone->Height(); ++y)
+    for (int x = 0; x < alone->Width(); ++x)
+      if (alone->Row(y)[x] == kBlackPixel) {
+        mask.Pixels.Set(x, y);
+        ++mask.Count;
       }
-  return count;
+  return mask;
 }
 
 void Choose(Workspace& ws, const Desktop& desktop, std::uint32_t pixel) {
@@ -47,10 +58,8 @@ void Choose(Workspace& ws, const Desktop& desktop, std::uint32_t pixel) {
 void ShowInk(Workspace& ws, const Desktop& desktop) {
   if (const auto refused = InkRefused(ws)) return Tell(desktop, refused->Reason);
   ws.ink = {};
-  {
-    const BasePictureShown base(ws.plot);
-    ws.ink.Swatches = InksIn(ws);
-  }
+  ws.ink.Swatches = ReadBeside(ws, desktop, Marked("Looking for inks..."),
+                               [&](PictureOperation&) { return InksIn(ws); });
   ws.ink.Hint = ws.ink.Swatches.empty() ? Tr("No ink was found: click one on the picture")
                                         : Tr("Choose an ink, or click one on the picture");
   LookAtPicture(ws);
@@ -63,24 +72,19 @@ void ShowMask(Workspace& ws, const Desktop& desktop) {
   const std::uint32_t colour = *form.Chosen;
   const float tolerance = ToleranceOf(form);
   form.Hint = Tr("Looking for this ink...");
-  std::optional<Raster> alone;
-  {
-    const BasePictureShown base(ws.plot);
-    alone = RunBeside(ShowProgress(ws, desktop), [&](PictureOperation& operation) {
-      return InkAlone(ColouredPicture(ws), colour, tolerance, operation);
-    });
-  }
-  ws.status.ProgressVisible = false;
-  form.Mask = {};
-  if (!alone) {
+  InkMask mask =
+      ReadBeside(ws, desktop, Marked("Looking for this ink..."), [&](PictureOperation& operation) {
+        return MaskOf(ColouredPicture(ws), colour, tolerance, operation);
+      });
+  form.Mask = std::move(mask.Pixels);
+  if (mask.IsPaper) {
     form.Chosen.reset();
     form.Hint = Tr("This is the colour of the paper");
-  } else if (alone->IsEmpty()) {
+  } else if (form.Mask.IsEmpty()) {
     form.Hint = Tr("Stopped: what counts as this ink is not shown");
   } else {
     form.MarkColour = ColourBeside(RgbOf(colour));
-    form.Hint =
-        TrCount("%1 pixel is this ink", "%1 pixels are this ink", NoteBlack(*alone, form.Mask));
+    form.Hint = TrCount("%1 pixel is this ink", "%1 pixels are this ink", mask.Count);
   }
 }
 

@@ -4,8 +4,8 @@
 #include <cmath>
 #include <utility>
 
-#include "workspace/axes_overlay.h"
 #include "data/waiting_points.h"
+#include "workspace/axes_overlay.h"
 #include "workspace/preview_commands.h"
 
 namespace graphize {

@@ -14,6 +14,7 @@
 
 #include "base/translation.h"
 #include "widgets/show.h"
+#include "widgets/wrapped_label.h"
 
 namespace graphize {
 
@@ -53,9 +54,8 @@ QColor ColourOf(AxesVerdict verdict) {
 ProposeAxesPanel::ProposeAxesPanel(QWidget* parent) : QGroupBox(tr("Propose Axes"), parent) {
   setObjectName(QStringLiteral("FRM_ProposeAxes"));
   auto* column = new QVBoxLayout(this);
-  verdict_ = Named(new QLabel, "LBL_Verdict", tr("How sure the axes are"));
+  verdict_ = Named(new WrappedLabel, "LBL_Verdict", tr("How sure the axes are"));
   verdict_->setTextFormat(Qt::PlainText);
-  verdict_->setWordWrap(true);
   verdict_->setTextInteractionFlags(Qt::TextSelectableByMouse);
   // The verdict's colour stands beside its words, which so are read on every palette.
   strip_ = new QWidget;

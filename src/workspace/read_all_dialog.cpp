@@ -100,9 +100,7 @@ void ReadAllDialog::Render(const ReadAllForm& form, bool canTake) {
       if (curves_->item(row, kName) == nullptr) MakeRow(row, item);
       RenderRow(row, item);
     }
-    if (isNew) {
-      curves_->resizeColumnsToContents();
-    }
+    if (isNew) curves_->resizeColumnsToContents();
   }
   graphize::Show(hint_, form.Hint);
   Enable(accept_, canTake);

@@ -11,6 +11,7 @@
 
 #include "base/translation.h"
 #include "widgets/show.h"
+#include "widgets/wrapped_label.h"
 
 namespace graphize {
 
@@ -114,9 +115,8 @@ QWidget* ReadingPanel::MakeEnding() {
   row->addWidget(toleranceShown_);
   column->addLayout(row);
 
-  reading_ = Named(new QLabel, "LBL_Reading", tr("What was read"));
+  reading_ = Named(new WrappedLabel, "LBL_Reading", tr("What was read"));
   reading_->setTextFormat(Qt::PlainText);
-  reading_->setWordWrap(true);
   reading_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
   reading_->setTextInteractionFlags(Qt::TextSelectableByMouse);
   // Room for what is said most often: the buttons below seldom jump.

@@ -1,5 +1,6 @@
 // What holds for every control of every window: it can be named, hit and reached.
 
+#include <QAbstractItemView>
 #include <QAbstractSlider>
 #include <QAbstractSpinBox>
 #include <QAction>
@@ -17,7 +18,6 @@
 #include <QToolBar>
 #include <QToolButton>
 #include <QTranslator>
-#include <QTreeView>
 #include <fstream>
 
 #include "app/language.h"
@@ -94,7 +94,7 @@ class Controls : public WindowTest {
       // The parts of Qt's own controls are theirs.
       if (control->objectName().startsWith(QLatin1String("qt_")) ||
           qobject_cast<QComboBox*>(control->parent()) ||
-          qobject_cast<QTreeView*>(control->parent()))
+          qobject_cast<QAbstractItemView*>(control->parent()))
         continue;
       const auto* button = qobject_cast<QAbstractButton*>(control);
       const auto* label = qobject_cast<QLabel*>(control);
