@@ -55,7 +55,8 @@ std::string WhyNothing(Workspace& ws, const BatchStep& step) {
 struct Told {
   std::map<std::string, std::string> Doubts;  // of the curves' points, as the last step left them
   std::vector<std::string> Notes;
-  std::vector<std::string> Failed;  // captures, and why; these are among the notes, too
+  std::vector<std::string> Failed;      // captures, and why; these are among the notes, too
+  std::vector<std::string> PageDoubts;  // of an alike page
 
   std::string WhyNoPoints() const {
     std::string text;
@@ -148,6 +149,82 @@ void RunStep(Workspace& ws, const BatchStep& step,
   if (!problem.empty()) throw StepError(step, problem);
   for (const std::string& note : console.Notes) told.Notes.push_back(step.Origin + ": " + note);
   NoteWhatCameOut(ws, step, outcome, told);
+}
+
+/// An OpenStep whose picture is looked at in its colours before it is reduced to black and white.
+template <class Look>
+void RunOpen(Workspace& ws, const BatchStep& step,
+             const std::vector<std::filesystem::path>& pictures, AxesProposal& axes, Told& told,
+             const Look& look) {
+  BatchStep plain = step;
+  auto& open = std::get<OpenStep>(plain.Do);
+  const bool reduce = std::exchange(open.BlackAndWhite, false);
+  RunStep(ws, plain, pictures, axes, told);
+  {
+    const BasePictureShown base(ws.plot);
+    look(ws.plot.Pixels);
+  }
+  if (!reduce) return;
+  const InkThreshold threshold{.Level = static_cast<float>(ThresholdOf(open.Threshold))};
+  RunStep(ws, {.Do = BlackWhiteStep{threshold}, .Origin = step.Origin}, pictures, axes, told);
+}
+
+/// Points that a scan has found beyond the turned rectangle go.
+std::optional<DeletePointsStep> PointsBeyond(const Workspace& ws, const StepsOnPage::Area& area,
+                                             int before) {
+  std::vector<PointId> beyond;
+  for (int i = before + 1; i <= ws.store.CaptureCount; ++i) {
+    const PointId id = ws.store.CaptureId[i];
+    if (!HasPlace(ws.store, id)) continue;
+    const Place& place = ws.store.Places[id];
+    const AffineMap& back = area.Back;
+    const double x = back.XX * place.Column + back.XY * place.Row + back.X;
+    const double y = back.YX * place.Column + back.YY * place.Row + back.Y;
+    constexpr double kSlack = 0.75;
+    if (x < area.Is.Left - kSlack || x > area.Is.Right + kSlack || y < area.Is.Top - kSlack ||
+        y > area.Is.Bottom + kSlack)
+      beyond.push_back(id);
+  }
+  if (beyond.empty()) return std::nullopt;
+  return DeletePointsStep{PointSet(std::move(beyond))};
+}
+
+/// One of the recipe's steps on a page that is like the recipe's own picture.
+void RunOnPage(Workspace& ws, const AlikePages& alike, std::size_t number, const BatchStep& step,
+               const std::vector<std::filesystem::path>& pictures, AxesProposal& axes, Told& told,
+               JobResult& result) {
+  if (Is<OpenStep>(step.Do)) {
+    RunOpen(ws, step, pictures, axes, told, [&](const Raster& page) {
+      if (!alike.Align) return;
+      PictureOperation operation;
+      result.Registration = RegisterPage(alike.Reference, page, operation);
+      if (!result.Registration->Refusal.empty())
+        throw RunTimeError("it does not fit the calibrated page: " + result.Registration->Refusal);
+    });
+    return;
+  }
+  const AffineMap toPage = result.Registration ? result.Registration->ToPage : AffineMap{};
+  StepsOnPage on;
+  try {
+    on = StepsFor(alike, toPage, number, step, ws);
+  } catch (const RunTimeError& error) {
+    throw StepError(step, error.what());
+  }
+  if (!on.Note.empty()) told.Notes.push_back(step.Origin + ": " + on.Note);
+  const int before = ws.store.CaptureCount;
+  for (Step& toDo : on.Do)
+    RunStep(ws, {.Do = std::move(toDo), .Origin = step.Origin}, pictures, axes, told);
+  if (!on.Doubt.empty()) told.PageDoubts.push_back(step.Origin + ": " + on.Doubt);
+  if (!on.Within) return;
+  if (auto beyond = PointsBeyond(ws, *on.Within, before))
+    RunStep(ws, {.Do = *std::move(beyond), .Origin = step.Origin}, pictures, axes, told);
+}
+
+int RowsOf(const Workspace& ws) {
+  int rows = ws.store.ListCount;
+  for (const Curve& curve : ws.curves.Curves)
+    if (curve.Points != nullptr) rows += curve.Points->ListCount;
+  return rows;
 }
 
 /// Pictures that go after the run have no path, but their bytes.
@@ -249,13 +326,25 @@ std::size_t EndOf(const std::vector<BatchStep>& steps, std::vector<std::string>&
 
 JobResult RunJob(const std::vector<BatchStep>& steps,
                  const std::vector<std::filesystem::path>& pictures, const JobOptions& options) {
-  Workspace ws;
   JobResult result;
+  RunJob(steps, pictures, options, result);
+  return result;
+}
+
+void RunJob(const std::vector<BatchStep>& steps, const std::vector<std::filesystem::path>& pictures,
+            const JobOptions& options, JobResult& result) {
+  Workspace ws;
   Told told;
   StartReplay(ws);
   const std::size_t end = EndOf(steps, told.Notes);
   AxesProposal axes;
-  for (std::size_t i = 0; i < end; ++i) RunStep(ws, steps[i], pictures, axes, told);
+  for (std::size_t i = 0; i < end; ++i) {
+    if (options.Alike != nullptr)
+      RunOnPage(ws, *options.Alike, i, steps[i], pictures, axes, told, result);
+    else
+      RunStep(ws, steps[i], pictures, axes, told);
+    result.Points = RowsOf(ws);
+  }
   if (!options.PictureOnly) {
     const bool saved =
         end > 0 && Is<SaveStep>(steps[end - 1].Do);  // the window has written it, too
@@ -267,17 +356,37 @@ JobResult RunJob(const std::vector<BatchStep>& steps,
     }
     result.Table = MakeTable(ws, options, saved, told.Notes);
   }
-  for (const auto& [curve, doubt] : told.Doubts) {
-    if (!result.Doubt.empty()) result.Doubt += "; ";
-    if (ws.curves.Curves.size() > 1) result.Doubt += "curve \"" + curve + "\": ";
-    result.Doubt += doubt;
-  }
+  const auto doubt = [&](const std::string& text) {
+    result.Doubt += (result.Doubt.empty() ? "" : "; ") + text;
+  };
+  for (const std::string& text : told.PageDoubts) doubt(text);
+  for (const auto& [curve, text] : told.Doubts)
+    doubt((ws.curves.Curves.size() > 1 ? "curve \"" + curve + "\": " : "") + text);
   if (options.KeepPicture) {
     ClearMarks(ws.plot);
     result.Picture = std::move(ws.plot.Pixels);
   }
   result.Notes = std::move(told.Notes);
-  return result;
+}
+
+AlikePages LookAtOwnPicture(const std::vector<BatchStep>& steps,
+                            const std::vector<std::filesystem::path>& pictures, bool align) {
+  AlikePages alike{.Align = align};
+  Workspace ws;
+  Told told;
+  AxesProposal axes;
+  StartReplay(ws);
+  for (const BatchStep& step : steps) {
+    if (Is<OpenStep>(step.Do))
+      RunOpen(ws, step, pictures, axes, told, [&](const Raster& picture) {
+        PictureOperation operation;
+        alike.Reference = PageReferenceOf(picture, operation);
+        if (align && !alike.Reference.Refusal.empty()) throw RunTimeError(alike.Reference.Refusal);
+      });
+    alike.Known.push_back(LookAt(ws, step.Do));
+    if (!Is<OpenStep>(step.Do) && ShapesPicture(step.Do)) RunStep(ws, step, pictures, axes, told);
+  }
+  return alike;
 }
 
 }  // namespace graphize

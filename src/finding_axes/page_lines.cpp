@@ -220,6 +220,18 @@ double ResidualOf(const AffineMap& map, const Tie& tie) {
   return tie.Nx * x + tie.Ny * y - tie.Target;
 }
 
+/// From which residual on a point is no point of its line: 4.7 standard deviations, told by the
+/// median. A curve that runs along a grid line would turn the page.
+double LimitOf(const AffineMap& map, const std::vector<Tie>& ties) {
+  constexpr double kLeast = 0.4;
+  std::vector<double> sizes;
+  for (const Tie& tie : ties) sizes.push_back(std::fabs(ResidualOf(map, tie)));
+  if (sizes.empty()) return kLeast;
+  const auto middle = sizes.begin() + static_cast<std::ptrdiff_t>(sizes.size() / 2);
+  std::nth_element(sizes.begin(), middle, sizes.end());
+  return std::max(kLeast, 4.7 * 1.4826 * *middle);
+}
+
 }  // namespace
 
 HeldLines HeldLinesOf(const UprightPage& page) {
@@ -235,13 +247,12 @@ LineFit FitLines(const HeldLines& lines, const InkImage& page, const AffineMap& 
   const bool both = TellsBothScales(lines);
   struct Round {
     double Reach;  // how far from its place a line is looked for, pixels
-    double Limit;  // from where on a point does not count
+    double Limit;  // from where on a point does not count, at most
     bool Both;
   };
   std::vector<Tie> ties;
   std::vector<std::size_t> tied;
-  for (const Round& round :
-       {Round{7, 6, false}, Round{4, 3, both}, Round{2.5, 2, both}, Round{2.5, 1.5, both}}) {
+  for (const Round& round : {Round{7, 6, false}, Round{4, 3, both}, Round{2.5, 1.5, both}}) {
     ties.clear();
     tied.clear();
     for (std::size_t i = 0; i < lines.Points.size(); ++i) {
@@ -254,8 +265,8 @@ LineFit FitLines(const HeldLines& lines, const InkImage& page, const AffineMap& 
       ties.push_back({point.X, point.Y, nx, ny, nx * x + ny * y + off, 1});
       tied.push_back(i);
     }
-    for (int turn = 0; turn < 8; ++turn) {
-      const double limit = std::max(round.Limit, 6.0 - 2 * turn);
+    for (int turn = 0; turn < 10; ++turn) {
+      const double limit = std::min(std::max(round.Limit, 6.0 - 2 * turn), LimitOf(fit.Map, ties));
       for (Tie& tie : ties) {
         const double part = ResidualOf(fit.Map, tie) / limit;
         const double rest = std::max(1 - part * part, 0.0);
