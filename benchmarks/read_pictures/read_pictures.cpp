@@ -14,6 +14,7 @@
 
 #include "base/run_time_error.h"
 #include "codecs/picbuf.h"
+#include "contact_sheet.h"
 #include "raster/plot_view.h"
 #include "support/quiet_desktop.h"
 #include "widgets/paint_preview.h"
@@ -57,8 +58,6 @@ const std::vector<Example> kExamples = {
     {"plotters_twoscale.png", {45, 728}, {979, 728}, {45, 56}, {{185, 344}, {500, 537}}},
 };
 
-constexpr int kColumns = 3, kTileWidth = 640, kTileHeight = 480;
-
 void DefineAxes(Workspace& ws, const Desktop& desktop, const Example& example) {
   Do(ws, desktop, ModeStep{Mode::AxisDef});
   const Click points[] = {example.Origin, example.XAxis, example.YAxis};
@@ -92,25 +91,13 @@ QImage Draw(const std::filesystem::path& folder, const Example& example) {
       PaintPreview(painter, preview, tile.rect());
   }
   painter.end();
-  if (tile.width() <= kTileWidth && tile.height() <= kTileHeight) return tile;
-  return tile.scaled(kTileWidth, kTileHeight, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+  return tile;
 }
 
-int MakeSheet(const std::filesystem::path& folder, const QString& sheetFile) {
-  const int count = static_cast<int>(kExamples.size());
-  QImage sheet(kColumns * kTileWidth, (count + kColumns - 1) / kColumns * kTileHeight,
-               QImage::Format_RGB32);
-  sheet.fill(Qt::white);
-  QPainter painter(&sheet);
-  for (int i = 0; i < count; ++i) {
-    const QImage tile = Draw(folder, kExamples[static_cast<std::size_t>(i)]);
-    painter.drawImage(i % kColumns * kTileWidth + (kTileWidth - tile.width()) / 2,
-                      i / kColumns * kTileHeight + (kTileHeight - tile.height()) / 2, tile);
-  }
-  painter.end();
-  if (sheet.save(sheetFile)) return 0;
-  std::fprintf(stderr, "the sheet could not be written\n");
-  return 1;
+int MakeSheet(const std::filesystem::path& folder, const QString& sheet) {
+  std::vector<QImage> tiles;
+  for (const Example& example : kExamples) tiles.push_back(Draw(folder, example));
+  return SaveContactSheet(tiles, sheet);
 }
 
 }  // namespace

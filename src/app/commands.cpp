@@ -16,6 +16,7 @@
 #include "workspace/picture_commands.h"
 #include "workspace/plot_mouse.h"
 #include "workspace/point_edit_commands.h"
+#include "workspace/propose_axes_commands.h"
 #include "workspace/recipe_file.h"
 #include "workspace/save_points.h"
 #include "workspace/scan_commands.h"
@@ -254,6 +255,15 @@ const MenuEntry kMenus[] = {
      .Tip = Marked("A pixel of the picture is a pixel of the screen"),
      .Can = CanZoom},
 
+    kSeparator,
+    {.Is = Kind::Check,
+     .Name = "MNU_VIEW_AxesGrid",
+     .Caption = Marked("Axes &Grid"),
+     .Tip = Marked("Draw the lines of round values over the picture, as the axes have them"),
+     .Can = [](const Workspace& ws) { return ws.calibration.IsComplete(); },
+     .Run = [](Workspace& ws, const Desktop&) { ws.commands.AxesGrid = !ws.commands.AxesGrid; },
+     .Checked = [](const Workspace& ws) { return ws.commands.AxesGrid; }},
+
     {.Is = Kind::Menu, .Name = "MNU_MODE", .Caption = Marked("&Mode")},
     {.Is = Kind::Check,
      .Name = "MNU_MODE_axisdef",
@@ -363,6 +373,11 @@ const MenuEntry kMenus[] = {
      .Tip = Marked("Clear the marks on the picture"),
      .Can = [](const Workspace& ws) { return CanPress(ws, "refresh"); },
      .Run = [](Workspace& ws, const Desktop& d) { Toolbar_ButtonClick(ws, d, "refresh"); }},
+    {.Name = "MNU_IMAGE_ProposeAxes",
+     .Caption = Marked("&Propose Axes"),
+     .Tip = Marked("Find the axes on the picture and show them before they are accepted"),
+     .Can = CanProposeAxes,
+     .Run = [](Workspace& ws, const Desktop& desktop) { ShowProposedAxes(ws, desktop); }},
     {.Name = "MNU_IMAGE_BlackWhite",
      .Caption = Marked("&Black && White..."),
      .Tip = Marked("Reduce the picture to black and white, and see before what becomes of it"),

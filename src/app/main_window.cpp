@@ -36,6 +36,7 @@
 #include "workspace/overlay.h"
 #include "workspace/picture_commands.h"
 #include "workspace/preview_commands.h"
+#include "workspace/propose_axes_panel.h"
 #include "workspace/reading_panel.h"
 #include "workspace/run_command.h"
 #include "workspace/session.h"
@@ -85,8 +86,8 @@ void MainWindow::FitSidePanel() {
   // Wide enough for every panel, whichever is shown now: known once styles are set.
   tracerPanel_->ReserveCaptions();
   int width = 0;
-  for (QWidget* panel : std::initializer_list<QWidget*>{readOut_, dataList_, axisPanel_,
-                                                        tracerPanel_, readingPanel_}) {
+  for (QWidget* panel : std::initializer_list<QWidget*>{
+           readOut_, dataList_, axisPanel_, proposePanel_, tracerPanel_, readingPanel_}) {
     for (QWidget* child : panel->findChildren<QWidget*>()) child->ensurePolished();
     panel->ensurePolished();
     panel->layout()->invalidate();
@@ -159,10 +160,10 @@ void MainWindow::Note(const std::function<void(Workspace&)>& change) {
 
 void MainWindow::Render() {
   RenderPicture();
-  axisPanel_->Render(ws_.axisPanel, ws_.calibration);
+  RenderAxes();
   tracerPanel_->Render(ws_.tracer, ws_.settings, ws_.blockSize);
   readingPanel_->Render(ws_.reading, CanTakeReading(ws_), HasReading(ws_));
-  readOut_->Render(ws_.readOut);
+  readOut_->Render(ws_.readOut, ws_.calibration.Refined.On);
   curvePanel_->Render();
   const bool checkWasHidden = inkCheck_->isHidden();
   inkCheck_->Render(ws_.inkCheck.Text, CanRemoveDoubtful(ws_), IsDoubtfulShown(ws_));
@@ -181,7 +182,8 @@ void MainWindow::Render() {
 void MainWindow::RenderModeFrame() {
   QWidget* panel = ModeFrame();
   if (!panel->isHidden()) return;
-  for (QWidget* frame : std::initializer_list<QWidget*>{axisPanel_, tracerPanel_, readingPanel_})
+  for (QWidget* frame :
+       std::initializer_list<QWidget*>{axisPanel_, proposePanel_, tracerPanel_, readingPanel_})
     frame->setVisible(frame == panel);
   PlaceFloatingViews();
   // Where it will stand is known once the layout has been done.
@@ -194,6 +196,7 @@ void MainWindow::RenderModeFrame() {
 }
 
 QWidget* MainWindow::ModeFrame() const {
+  if (ws_.proposedAxes.Shown) return proposePanel_;
   if (ws_.window.AxisPanelShown) return axisPanel_;
   if (IsReading(ws_.mode)) return readingPanel_;
   return tracerPanel_;

@@ -34,6 +34,7 @@ class HelpWindow;
 class OverviewView;
 class PictureArea;
 class PlotView;
+class ProposeAxesPanel;
 class ReadingPanel;
 class ReadOutPanel;
 class RecoveryBar;
@@ -98,6 +99,7 @@ class MainWindow : public QMainWindow {
   /// a control that the Tab key has led to.
   bool TakeSpace(QObject* watched, QEvent* event);
   void ConnectReading();
+  void ConnectAxes();
   void ConnectInkCheck();
   void FitSidePanel();
   void FinishStart();
@@ -138,6 +140,7 @@ class MainWindow : public QMainWindow {
   void Render();
   void RenderActions();
   void RenderModeFrame();
+  void RenderAxes();
   /// The side panel's frame that belongs to the mode.
   QWidget* ModeFrame() const;
   void RenderPicture();
@@ -152,6 +155,8 @@ class MainWindow : public QMainWindow {
   bool TakeKey(QKeyEvent* key);
   /// Keys that select and move captured points.
   bool TakePointKey(const QKeyEvent& key);
+  /// Return and Escape while axes are proposed.
+  bool TakeProposalKey(const QKeyEvent& key);
   /// Return and Escape while something that was read is shown.
   bool TakeReadingKey(const QKeyEvent& key);
   /// Whether keys are meant for the picture, and not for a box or the list.
@@ -174,11 +179,13 @@ class MainWindow : public QMainWindow {
   OverviewView* overview_ = nullptr;
   std::unique_ptr<FloatingViews> floating_;
   QSize overviewPlaced_, zoomPlaced_;
+  QRect viewShown_;
   ZoomPercent* zoomPercent_ = nullptr;
   QScrollBar* horizontal_ = nullptr;
   QScrollBar* vertical_ = nullptr;
   QScrollArea* sidePanel_ = nullptr;
   AxisPanelWidget* axisPanel_ = nullptr;
+  ProposeAxesPanel* proposePanel_ = nullptr;
   TracerPanel* tracerPanel_ = nullptr;
   QWidget* modeButtons_ = nullptr;
   ReadingPanel* readingPanel_ = nullptr;

@@ -39,6 +39,7 @@
 #include "workspace/options_commands.h"
 #include "workspace/overlay.h"
 #include "workspace/plot_mouse.h"
+#include "workspace/propose_axes_panel.h"
 #include "workspace/reading_panel.h"
 #include "workspace/toolbar.h"
 
@@ -212,12 +213,15 @@ QWidget* MainWindow::BuildSidePanel() {
   axisPanel_ = new AxisPanelWidget;
   tracerPanel_ = new TracerPanel(Workspace::kLargestBlock);
   readingPanel_ = new ReadingPanel;
+  proposePanel_ = new ProposeAxesPanel;
   axisPanel_->hide();
+  proposePanel_->hide();
   readingPanel_->hide();
   modeButtons_ = MakeModeButtons();
   // The frame that changes with the mode is the last: nothing above it jumps.
-  for (QWidget* panel : std::initializer_list<QWidget*>{readOut_, dataList_, modeButtons_,
-                                                        axisPanel_, tracerPanel_, readingPanel_}) {
+  for (QWidget* panel :
+       std::initializer_list<QWidget*>{readOut_, dataList_, modeButtons_, axisPanel_, proposePanel_,
+                                       tracerPanel_, readingPanel_}) {
     panel->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
     column->addWidget(panel);
   }
@@ -258,23 +262,6 @@ void MainWindow::ConnectPanels() {
   connect(recoveryBar_, &RecoveryBar::LaterPressed, this, &MainWindow::OfferSession);
   connect(qApp, &QGuiApplication::commitDataRequest, this, &MainWindow::PrepareForSessionEnd);
 
-  connect(axisPanel_, &AxisPanelWidget::ReDefinePressed, this,
-          [this](int row) { Do(RedefineStep{row}); });
-  connect(axisPanel_, &AxisPanelWidget::XTyped, this, [this](int row, const std::string& text) {
-    Do([&](Workspace& ws, const Desktop&) { ws.axisPanel.Rows[row].XText = text; }, false);
-  });
-  connect(axisPanel_, &AxisPanelWidget::YTyped, this, [this](int row, const std::string& text) {
-    Do([&](Workspace& ws, const Desktop&) { ws.axisPanel.Rows[row].YText = text; }, false);
-  });
-  connect(axisPanel_, &AxisPanelWidget::XLogSwitched, this,
-          [this](bool on) { Do([=](Workspace& ws, const Desktop& d) { SwitchXLog(ws, d, on); }); });
-  connect(axisPanel_, &AxisPanelWidget::YLogSwitched, this,
-          [this](bool on) { Do([=](Workspace& ws, const Desktop& d) { SwitchYLog(ws, d, on); }); });
-  connect(axisPanel_, &AxisPanelWidget::OriginYFocused, this, [this] {
-    // Comes while the focus is set by a command's rendering, too.
-    ws_.calibration.FocusOriginPending = false;
-  });
-
   connect(readOut_, &ReadOutPanel::PixelChosen, this, [this] { Do(ChoosePixelDisplay, false); });
   connect(readOut_, &ReadOutPanel::ErrorChosen, this, [this] { Do(ChooseErrorDisplay, false); });
   connect(readOut_, &ReadOutPanel::PercentSwitched, this, [this](bool on) {
@@ -310,6 +297,7 @@ void MainWindow::ConnectPanels() {
 
   ConnectCurves();
   ConnectReading();
+  ConnectAxes();
   ConnectInkCheck();
   connect(dataList_, &DataListPanel::LinePressed, this, [this](int line, bool shift) {
     Do([=](Workspace& ws, const Desktop& desktop) {

@@ -13,6 +13,7 @@
 #include "widgets/keys.h"
 #include "workspace/plot_mouse.h"
 #include "workspace/point_edit_commands.h"
+#include "workspace/propose_axes_panel.h"
 
 namespace graphize {
 
@@ -78,7 +79,7 @@ bool MainWindow::TakePointKey(const QKeyEvent& key) {
 }
 
 bool MainWindow::TakeKey(QKeyEvent* key) {
-  if (TakePointKey(*key) || TakeReadingKey(*key)) return true;
+  if (TakePointKey(*key) || TakeReadingKey(*key) || TakeProposalKey(*key)) return true;
   static constexpr std::pair<int, PointerKey> kKeys[] = {
       {Qt::Key_PageUp, PointerKey::PageUp}, {Qt::Key_PageDown, PointerKey::PageDown},
       {Qt::Key_End, PointerKey::End},       {Qt::Key_Home, PointerKey::Home},
@@ -106,7 +107,7 @@ bool MainWindow::TakeKey(QKeyEvent* key) {
     return true;
   }
   if ((key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) &&
-      desktop_->Callbacks().PointerOverPlot()) {
+      desktop_->Callbacks().PointerOverPlot() && !proposePanel_->isAncestorOf(focusWidget())) {
     if (key->isAutoRepeat()) return true;  // one press, one point
     plot_->ReadPointer();
     Do(Plot_Click);

@@ -149,6 +149,9 @@ void MainWindow::RenderPicture() {
   plot_->Render(dirty, std::exchange(ws_.marksDirty, {}), RubberBand(ws_));
   pictureArea_->ShowHint(!ws_.plot.IsPresent());
   const Viewport& view = ws_.view;
+  // The values of the axes' grid stand at the edges of what is seen.
+  const QRect seen(view.X, view.Y, view.Width, view.Height);
+  if (std::exchange(viewShown_, seen) != seen && ws_.commands.AxesGrid) plot_->update();
   const auto bar = [](QScrollBar* scroll, int value, int maximum, int page, int step) {
     const QSignalBlocker quiet(scroll);
     scroll->setRange(0, maximum);
@@ -164,10 +167,11 @@ void MainWindow::RenderPicture() {
     cursorShown_ = ws_.settings.CursorType;
     plot_->UseCursor(PlotCursor(cursorShown_, devicePixelRatioF()));
   }
-  ZoomView::Look look{ws_.readOut.PlotX, ws_.readOut.PlotY, {}, ws_.zoom.Factor};
+  ZoomView::Look look{ws_.readOut.PlotX, ws_.readOut.PlotY, {}, {}, ws_.zoom.Factor};
   const bool zoomShown = ws_.settings.Zoom == 1 && ws_.plot.IsPresent();
   if (const auto snap = zoomShown ? SnapAhead(ws_) : std::nullopt)
     look.SnapsTo = QPoint(snap->X, snap->Y);
+  if (const auto& snap = ws_.mouse.AxisSnap) look.SnapsWithin = QPointF(snap->Column, snap->Row);
   zoom_->Render(zoomShown, look, !dirty.IsEmpty());
   overview_->Render(view, !dirty.IsEmpty());
   const auto place = [](const QWidget* window) {

@@ -119,6 +119,7 @@ void TakeAxes(const AxesProposal& axes, Step& step) {
     const ProposedRow& row = axes.Rows.at(axis->Row);
     axis->X = static_cast<float>(std::nearbyint(row.Column));
     axis->Y = static_cast<float>(std::nearbyint(row.Row));
+    axis->At = {static_cast<float>(row.Column), static_cast<float>(row.Row)};
     axis->XText = ShortestText(row.X);
     axis->YText = ShortestText(row.Y);
   }

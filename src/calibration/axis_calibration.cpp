@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "base/number_pattern.h"
 #include "base/numbers.h"
@@ -33,6 +34,14 @@ void CheckRow(int Index) {
 void EnableValues(AxisPanel& panel, int row, bool x, bool y) {
   panel.Rows[row].XEnabled = x;
   panel.Rows[row].YEnabled = y;
+}
+
+/// The transform of the three rows holds again; what the rows from `row` on snapped to is left.
+void DropRefined(AxisCalibration& calibration, std::size_t row) {
+  AxisRefinement& refined = calibration.Refined;
+  refined.On = false;
+  refined.Scale = {};
+  for (; row < refined.Rows.size(); ++row) refined.Rows[row].reset();
 }
 
 bool Refuse(AxisCalibration& calibration, int row, const Desktop& desktop, const char* text) {
@@ -116,6 +125,14 @@ const char* LogPointFault(const AxisCalibration& c) {
   return nullptr;
 }
 
+void SetXLog(AxisCalibration& calibration, bool on) {
+  if (std::exchange(calibration.XLog, on) != on) DropRefined(calibration, 3);
+}
+
+void SetYLog(AxisCalibration& calibration, bool on) {
+  if (std::exchange(calibration.YLog, on) != on) DropRefined(calibration, 3);
+}
+
 std::string Instruction(const AxisPanel& panel) {
   return panel.Note + Tr(panel.Tips.c_str());
 }
@@ -133,6 +150,7 @@ void InitAxisDefFrame(AxisCalibration& calibration, AxisPanel& panel) {
     calibration.Defined[i] = false;
     calibration.Armed[i] = false;
   }
+  calibration.Refined = {};
   calibration.Armed[0] = true;
   EnableValues(panel, 0, true, true);
   calibration.ValueFormat = "#.0000E+###";
@@ -158,6 +176,7 @@ bool DefineAxis(AxisCalibration& calibration, AxisPanel& panel, CommandStates& c
   const int dx = Index == 0 ? 0 : ToInt16(pixelX - calibration.PixelX[0]);
   const int dy = Index == 0 ? 0 : ToInt16(pixelY - calibration.PixelY[0]);
 
+  DropRefined(calibration, static_cast<std::size_t>(Index));
   row.XPixel = std::to_string(pixelX);
   row.YPixel = std::to_string(pixelY);
   calibration.PixelX[Index] = pixelX;
@@ -181,6 +200,7 @@ bool DefineAxis(AxisCalibration& calibration, AxisPanel& panel, CommandStates& c
 void ReDefineAxis(AxisCalibration& calibration, AxisPanel& panel, CommandStates& commands,
                   int Index) {
   CheckRow(Index);
+  DropRefined(calibration, static_cast<std::size_t>(Index));
   panel.Note.clear();
   for (int i = 0; i < 3; ++i) EnableValues(panel, i, i == Index, i == Index);
   calibration.Armed[Index] = true;

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 
+#include "calibration/axis_references.h"
 #include "desktop/command_states.h"
 #include "desktop/desktop.h"
 
@@ -28,6 +29,7 @@ struct AxisCalibration {
   float XAxisLength = 0;  // pixels along the turned X axis, negative when it runs to the left
   float YAxisLength = 0;  // pixels along the turned Y axis, negative when it runs downward
   std::string ValueFormat;
+  AxisRefinement Refined;  // dropped by any change of a row; its references go with a reset
 
   bool IsComplete() const { return Defined[2]; }
   bool AnyDefined() const { return Defined[0] || Defined[1] || Defined[2]; }
@@ -60,6 +62,10 @@ std::string Instruction(const AxisPanel& panel);
 
 /// Whether there is anything in the panel that a reset would lose.
 bool HasBegun(const AxisCalibration& calibration, const AxisPanel& panel);
+
+/// An axis becomes logarithmic or linear: the rows' transform holds again.
+void SetXLog(AxisCalibration& calibration, bool on);
+void SetYLog(AxisCalibration& calibration, bool on);
 
 /// Resets the calibration and asks for the origin. The log switches stay as they are.
 void InitAxisDefFrame(AxisCalibration& calibration, AxisPanel& panel);

@@ -6,6 +6,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -80,10 +81,17 @@ AxisPanelWidget::AxisPanelWidget(QWidget* parent) : QGroupBox(tr("Axis Definitio
   tips_->setMinimumHeight(3 * tips_->fontMetrics().lineSpacing());
   column->addWidget(tips_);
 
+  propose_ = Named(new QPushButton(tr("Propose Axes")), "CMD_ProposeAxes");
+  propose_->setToolTip(tr("Find the axes on the picture and show them before they are accepted"));
+  column->addWidget(propose_);
+  connect(propose_, &QPushButton::clicked, this, &AxisPanelWidget::ProposePressed);
+
   auto* grid = new QGridLayout;
   grid->setHorizontalSpacing(6);
   grid->addWidget(Heading(tr("X-Pixel")), 0, 1);
   grid->addWidget(Heading(tr("Y-Pixel")), 0, 2);
+  off_ = Heading(tr("off"));
+  grid->addWidget(off_, 0, 3);
   grid->addWidget(Heading(tr("X")), 1, 1);
   grid->addWidget(Heading(tr("Y")), 1, 2);
   const std::array<QString, 3> captions = {tr("Origin:"), tr("X Axis:"), tr("Y Axis:")};
@@ -115,6 +123,61 @@ AxisPanelWidget::AxisPanelWidget(QWidget* parent) : QGroupBox(tr("Axis Definitio
 
   connect(xLog_, &QCheckBox::clicked, this, &AxisPanelWidget::XLogSwitched);
   connect(yLog_, &QCheckBox::clicked, this, &AxisPanelWidget::YLogSwitched);
+  column->addWidget(MakeReferences());
+}
+
+QWidget* AxisPanelWidget::MakeReferences() {
+  auto* references = new QWidget;
+  auto* column = new QVBoxLayout(references);
+  column->setContentsMargins(0, 0, 0, 0);
+  addReference_ = Named(new QPushButton(tr("Add Reference")), "CMD_AddReference");
+  addReference_->setCheckable(true);
+  addReference_->setToolTip(tr("Click further places whose X, Y or both are known"));
+  column->addWidget(addReference_);
+  connect(addReference_, &QPushButton::clicked, this, &AxisPanelWidget::AddReferencePressed);
+
+  entry_ = new QWidget;
+  auto* values = new QHBoxLayout(entry_);
+  values->setContentsMargins(0, 0, 0, 0);
+  const auto makeBox = [&](const char* name, const QString& caption, const QString& tip) {
+    auto* box = new ValueBox;
+    Named(box, name, tip)->setToolTip(tip);
+    box->setMinimumWidth(60);
+    values->addWidget(new QLabel(caption));
+    values->addWidget(box);
+    return box;
+  };
+  referenceX_ = makeBox("TXT_RefX", tr("X"), tr("X of the next reference; empty where unknown"));
+  referenceY_ = makeBox("TXT_RefY", tr("Y"), tr("Y of the next reference; empty where unknown"));
+  column->addWidget(entry_);
+  connect(referenceX_, &QLineEdit::textEdited, this,
+          [this](const QString& text) { emit ReferenceXTyped(text.toStdString()); });
+  connect(referenceY_, &QLineEdit::textEdited, this,
+          [this](const QString& text) { emit ReferenceYTyped(text.toStdString()); });
+
+  references_ = Named(new QListWidget, "LST_References", tr("References of the axes"));
+  references_->setToolTip(tr("X, Y and how far the place lies off the fitted axes"));
+  references_->setFixedHeight(5 * references_->fontMetrics().lineSpacing());
+  references_->setMinimumWidth(60);
+  column->addWidget(references_);
+  connect(references_, &QListWidget::currentRowChanged, this, &AxisPanelWidget::ReferenceChosen);
+  remove_ = Named(new QPushButton(tr("Remove Reference")), "CMD_RemoveReference");
+  remove_->setToolTip(tr("Take the chosen reference out of the list"));
+  column->addWidget(remove_);
+  connect(remove_, &QPushButton::clicked, this, &AxisPanelWidget::RemoveReferencePressed);
+
+  auto* switches = new QHBoxLayout;
+  refined_ = Named(new QCheckBox(tr("Refined")), "CHK_Refined", tr("Refined axes"));
+  refined_->setToolTip(tr("Read values by the axes that fit all references best"));
+  switches->addWidget(refined_);
+  switches->addStretch();
+  column->addLayout(switches);
+  connect(refined_, &QCheckBox::clicked, this, &AxisPanelWidget::RefinedSwitched);
+  residual_ = Named(new QLabel, "LBL_Residual", tr("How well the references agree"));
+  residual_->setTextFormat(Qt::PlainText);
+  residual_->setWordWrap(true);
+  column->addWidget(residual_);
+  return references;
 }
 
 AxisPanelWidget::Row AxisPanelWidget::MakeRow(int row, const QString& caption, QGridLayout* grid) {
@@ -151,11 +214,17 @@ AxisPanelWidget::Row AxisPanelWidget::MakeRow(int row, const QString& caption, Q
   r.ReDefine->setToolTip(tr("Click this point on the plot again"));
   connect(r.ReDefine, &QPushButton::clicked, this, [this, row] { emit ReDefinePressed(row); });
 
+  r.Residual = new QLabel;
+  r.Residual->setObjectName(MemberName("LBL_RowResidual", row));
+  r.Residual->setAccessibleName(tr("%1, pixels off the fitted axes").arg(plain));
+  r.Residual->setToolTip(tr("Pixels off the fitted axes"));
+
   // Two lines a row: where it is on the picture, what it means on the graph.
   const int line = 2 + 2 * row;
   grid->addWidget(new QLabel(caption), line, 0);
   grid->addWidget(r.XPixel, line, 1);
   grid->addWidget(r.YPixel, line, 2);
+  grid->addWidget(r.Residual, line, 3);
   grid->addWidget(r.ReDefine, line + 1, 0);
   grid->addWidget(r.X, line + 1, 1);
   grid->addWidget(r.Y, line + 1, 2);
@@ -179,6 +248,43 @@ void AxisPanelWidget::Render(const AxisPanel& panel, const AxisCalibration& cali
   Show(liveY_, panel.LiveYPixel);
   xLog_->setChecked(calibration.XLog);
   yLog_->setChecked(calibration.YLog);
+}
+
+void AxisPanelWidget::RenderReferences(const ReferenceView& view, const ReferenceEntry& entry,
+                                       bool refined, bool canPropose) {
+  Enable(propose_, canPropose);
+  Enable(addReference_, view.CanAdd);
+  addReference_->setChecked(entry.Armed);
+  entry_->setVisible(entry.Armed);
+  Show(referenceX_, entry.X);
+  Show(referenceY_, entry.Y);
+  for (std::size_t i = 0; i < rows_.size(); ++i) {
+    Show(rows_[i].Residual, view.OfRows[i]);
+    rows_[i].Residual->setVisible(!view.OfRows[i].empty());
+  }
+  off_->setVisible(!view.OfRows[0].empty());
+  QStringList lines, shown;
+  for (const std::string& line : view.Lines) lines << ToQString(line);
+  for (int i = 0; i < references_->count(); ++i) shown << references_->item(i)->text();
+  {
+    const QSignalBlocker quiet(references_);
+    if (shown != lines) {
+      references_->clear();
+      references_->addItems(lines);
+    }
+    references_->setCurrentRow(entry.Chosen);
+  }
+  references_->setVisible(!lines.isEmpty());
+  remove_->setVisible(!lines.isEmpty());
+  Enable(remove_, view.CanRemove);
+  Enable(refined_, view.CanRefine);
+  refined_->setChecked(refined);
+  Show(residual_, view.Summary);
+  residual_->setVisible(!view.Summary.empty());
+}
+
+void AxisPanelWidget::FocusReference() {
+  if (referenceX_->isVisible()) referenceX_->setFocus(Qt::OtherFocusReason);
 }
 
 void AxisPanelWidget::Focus(FocusTarget target) {

@@ -40,8 +40,19 @@ float PixelsAt(const Axis& axis, float value) {
   return (std::log10(value) - std::log10(axis.Origin)) * axis.Length / axis.Span();
 }
 
-void SetError(const Axis& axis, float cosAngle, float value, bool percent, float& error) {
-  const float perPixel = cosAngle / axis.Length * axis.Span();
+/// How much of its scale an axis has per pixel of its own direction on the picture.
+float PerPixelOfX(const AxisCalibration& c) {
+  if (c.Refined.On) return static_cast<float>(c.Refined.Scale.XX);
+  const Axis axis = XAxis(c);
+  return c.CosAngle / axis.Length * axis.Span();
+}
+float PerPixelOfY(const AxisCalibration& c) {
+  if (c.Refined.On) return static_cast<float>(c.Refined.Scale.YY);
+  const Axis axis = YAxis(c);
+  return c.CosAngle / axis.Length * axis.Span();
+}
+
+void SetError(const Axis& axis, float perPixel, float value, bool percent, float& error) {
   if (axis.Log)
     error = percent ? perPixel * (kLn10 * 100) : perPixel * value * kLn10;
   else if (!percent)
@@ -64,6 +75,14 @@ double ValueAtShare(const Axis& axis, double over, double under) {
   return std::pow(10.0, std::log10(origin) + over * std::log10(end / origin) / under);
 }
 
+/// By the fitted axes.
+RealPoint RefinedPointAt(const AxisCalibration& c, double x, double y) {
+  const AffineMap& scale = c.Refined.Scale;
+  const double u = scale.XX * x + scale.XY * y + scale.X;
+  const double v = scale.YX * x + scale.YY * y + scale.Y;
+  return {c.XLog ? std::pow(10.0, u) : u, c.YLog ? std::pow(10.0, v) : v};
+}
+
 /// Beside Pixels2Real: its texts would cost that, which inner loops call, a guarded stack frame.
 [[gnu::cold, gnu::noinline]] void TellFault(const Desktop& desktop, const char* fault) {
   Tell(desktop, fault, MessageIcon::Critical);
@@ -78,6 +97,10 @@ const char* LogOriginFault(const AxisCalibration& c) {
 }
 
 GraphValues ValuesAt(const AxisCalibration& c, float x, float y) {
+  if (c.Refined.On) {
+    const RealPoint at = RefinedPointAt(c, x, y);
+    return {static_cast<float>(at.X), static_cast<float>(at.Y)};
+  }
   const float dx = x - c.PixelX[0], dy = y - c.PixelY[0];
   const float u = dx * c.CosAngle + dy * c.SinAngle;
   const float v = dy * c.CosAngle - dx * c.SinAngle;
@@ -94,8 +117,8 @@ void Pixels2Real(const AxisCalibration& c, const Desktop& desktop, bool percent,
   if (const char* fault = LogPointFault(c)) throw RunTimeError(fault);
   const GraphValues values = ValuesAt(c, x, y);
   Reading read{values.X, values.Y, reading.ErrorX, reading.ErrorY};
-  SetError(XAxis(c), c.CosAngle, read.X, percent, read.ErrorX);
-  SetError(YAxis(c), c.CosAngle, read.Y, percent, read.ErrorY);
+  SetError(XAxis(c), PerPixelOfX(c), read.X, percent, read.ErrorX);
+  SetError(YAxis(c), PerPixelOfY(c), read.Y, percent, read.ErrorY);
   if (!std::isfinite(read.X) || !std::isfinite(read.Y) || !std::isfinite(read.ErrorX) ||
       !std::isfinite(read.ErrorY))
     throw RunTimeError("Overflow: these axis values give no number here, please redefine the axes");
@@ -109,6 +132,7 @@ bool Reads(const AxisCalibration& c, float x, float y, float X, float Y) {
 }
 
 RealPoint RealPointAt(const AxisCalibration& c, double x, double y) {
+  if (c.Refined.On) return RefinedPointAt(c, x, y);
   const double px = x - c.PixelX[0], py = y - c.PixelY[0];
   const double dx = c.PixelX[1] - c.PixelX[0], dy = c.PixelY[1] - c.PixelY[0];
   const double ly = c.PixelY[2] - c.PixelY[0];
@@ -118,14 +142,43 @@ RealPoint RealPointAt(const AxisCalibration& c, double x, double y) {
           ValueAtShare(YAxis(c), (py * dx - px * dy) * dx, square * ly)};
 }
 
+AffineMap ScaleOf(const AxisCalibration& c) {
+  if (c.Refined.On) return c.Refined.Scale;
+  const double dx = c.PixelX[1] - c.PixelX[0], dy = c.PixelY[1] - c.PixelY[0];
+  const double square = dx * dx + dy * dy, ly = c.PixelY[2] - c.PixelY[0];
+  const auto scaled = [](const Axis& axis, float value) {
+    const double decimal = DecimalValue(value);
+    return axis.Log ? std::log10(decimal) : decimal;
+  };
+  const Axis x = XAxis(c), y = YAxis(c);
+  const double spanX = scaled(x, x.End) - scaled(x, x.Origin);
+  const double spanY = scaled(y, y.End) - scaled(y, y.Origin);
+  AffineMap scale{spanX * dx / square,
+                  spanX * dy / square,
+                  0,
+                  -spanY * dy * dx / (square * ly),
+                  spanY * dx * dx / (square * ly),
+                  0};
+  scale.X = scaled(x, x.Origin) - (scale.XX * c.PixelX[0] + scale.XY * c.PixelY[0]);
+  scale.Y = scaled(y, y.Origin) - (scale.YX * c.PixelX[0] + scale.YY * c.PixelY[0]);
+  return scale;
+}
+
 PixelSize PixelSizeAt(const AxisCalibration& c, float X, float Y) {
   PixelSize size;
-  SetError(XAxis(c), c.CosAngle, X, false, size.X);
-  SetError(YAxis(c), c.CosAngle, Y, false, size.Y);
+  SetError(XAxis(c), PerPixelOfX(c), X, false, size.X);
+  SetError(YAxis(c), PerPixelOfY(c), Y, false, size.Y);
   return {std::fabs(size.X), std::fabs(size.Y)};
 }
 
 PlotPosition PositionOfReal(const AxisCalibration& c, int pictureHeight, float X, float Y) {
+  if (c.Refined.On) {
+    const AffineMap place = Inverse(c.Refined.Scale);
+    const double x = X, y = Y;
+    const double s = c.XLog ? std::log10(x) : x, t = c.YLog ? std::log10(y) : y;
+    return {static_cast<float>(place.XX * s + place.XY * t + place.X),
+            static_cast<float>(pictureHeight - (place.YX * s + place.YY * t + place.Y))};
+  }
   const float u = PixelsAt(XAxis(c), X), v = PixelsAt(YAxis(c), Y);
   const float column = c.CosAngle * u - c.SinAngle * v + c.PixelX[0];
   const float rowUp = c.SinAngle * u + c.CosAngle * v + c.PixelY[0];

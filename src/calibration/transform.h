@@ -18,7 +18,8 @@ struct Reading {
 ///
 /// Linear:  X = u / XAxisLength * (Xa - Xo) + Xo, log: X = 10^(u / XAxisLength * log10(Xa / Xo) +
 /// log10(Xo)), with (u, v) the position turned into the axes; Y likewise. The errors are the
-/// derivative times one pixel. Single precision throughout.
+/// derivative times one pixel. Single precision throughout, but for refined axes (AxisRefinement),
+/// which the other functions here follow, too.
 ///
 /// A log axis whose origin is not positive is refused: `reading` keeps what it held, and a message
 /// is shown unless both axes are logarithmic. Relative errors at a value of 0 are left unchanged.
@@ -48,6 +49,10 @@ struct RealPoint {
   double X = 0, Y = 0;
 };
 RealPoint RealPointAt(const AxisCalibration& calibration, double x, double y);
+
+/// Column and row (upward) to X and Y, to log10 of one on a log axis: what the transform is, in
+/// double precision. Only for a complete calibration; not finite where there are no values.
+AffineMap ScaleOf(const AxisCalibration& calibration);
 
 /// The size of one pixel where the graph values are (X, Y), never negative: the errors of
 /// Pixels2Real in graph units.

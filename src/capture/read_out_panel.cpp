@@ -66,6 +66,15 @@ ReadOutPanel::ReadOutPanel(QWidget* parent) : QWidget(parent) {
   grid->setColumnStretch(1, 1);
   column->addLayout(grid);
 
+  refined_ = Named(new QLabel(tr("Values of the refined axes")), "LBL_Refined");
+  refined_->setToolTip(tr("Define Axis, \"Refined\": the axes that fit all references best"));
+  refined_->setAutoFillBackground(true);
+  refined_->setBackgroundRole(QPalette::ToolTipBase);
+  refined_->setForegroundRole(QPalette::ToolTipText);
+  refined_->setMargin(2);
+  refined_->hide();
+  column->addWidget(refined_);
+
   auto* frame = Named(new QGroupBox(tr("Pixel/Error")), "FRM_PixelError");
   auto* row = new QHBoxLayout(frame);
   pixel_ = Named(new QRadioButton(tr("Pixel")), "OPT_Pixel", tr("Show pixels"));
@@ -85,7 +94,8 @@ ReadOutPanel::ReadOutPanel(QWidget* parent) : QWidget(parent) {
   connect(percent_, &QCheckBox::clicked, this, &ReadOutPanel::PercentSwitched);
 }
 
-void ReadOutPanel::Render(const ReadOut& readOut) {
+void ReadOutPanel::Render(const ReadOut& readOut, bool refined) {
+  refined_->setVisible(refined);
   Show(xValue_, readOut.XValue);
   Show(yValue_, readOut.YValue);
   Show(xPos_, readOut.XPOS);

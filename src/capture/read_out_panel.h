@@ -16,7 +16,8 @@ class ReadOutPanel : public QWidget {
   Q_OBJECT
  public:
   explicit ReadOutPanel(QWidget* parent = nullptr);
-  void Render(const ReadOut& readOut);
+  /// `refined`: the values are those of refined axes, which is marked.
+  void Render(const ReadOut& readOut, bool refined);
 
  signals:
   void PixelChosen();
@@ -30,6 +31,7 @@ class ReadOutPanel : public QWidget {
   QLabel* yPos_;
   QLabel* pmX_;
   QLabel* pmY_;
+  QLabel* refined_;
   QRadioButton* pixel_;
   QRadioButton* error_;
   QCheckBox* percent_;

@@ -6,6 +6,7 @@
 
 #include "base/number_pattern.h"
 #include "base/translation.h"
+#include "calibration/axis_fit.h"
 
 namespace graphize {
 
@@ -31,8 +32,10 @@ RowError StandardErrorAt(const AxisCalibration& c, int pictureHeight, const Plac
   // Each reference point is off by `click` in column and row, and turns the axes.
   constexpr double click = 0.35;
   const double turned = v * height / width;
-  const double axesX = click * std::sqrt((1 - u) * (1 - u) + u * u + 2 * turned * turned);
-  const double axesY = click * std::sqrt((1 - u - v) * (1 - u - v) + u * u + v * v);
+  AxisSpread axes{click * std::sqrt((1 - u) * (1 - u) + u * u + 2 * turned * turned),
+                  click * std::sqrt((1 - u - v) * (1 - u - v) + u * u + v * v)};
+  if (c.Refined.On)
+    axes = SpreadAt(c, place.Column, pictureHeight - static_cast<double>(place.Row));
   const double right = certainty.AcrossColumns, up = -static_cast<double>(certainty.AcrossRows);
   const double acrossX = std::fabs(right * cosine + up * sine);
   const double acrossY = std::fabs(up * cosine - right * sine);
@@ -40,8 +43,8 @@ RowError StandardErrorAt(const AxisCalibration& c, int pictureHeight, const Plac
   const double ofX = sigma / std::max(acrossX / sigma, std::sqrt(0.5));
   const double ofY = sigma / std::max(acrossY / sigma, 1.0 / 8);
   const PixelSize pixel = PixelSizeAt(c, X, Y);
-  return {static_cast<float>(pixel.X * std::hypot(ofX, axesX)),
-          static_cast<float>(pixel.Y * std::hypot(ofY, axesY))};
+  return {static_cast<float>(pixel.X * std::hypot(ofX, axes.X)),
+          static_cast<float>(pixel.Y * std::hypot(ofY, axes.Y))};
 }
 
 bool HasStandardError(const PointStore& store, const AxisCalibration& calibration,

@@ -28,7 +28,8 @@ enum class ErrorKind {
 /// the stroke `certainty`, and the reference points of the axes, each off by 0.35 pixels in column
 /// and row (rounding to whole pixels, 1/sqrt(12), and a fifth of a pixel for the click), in graph
 /// units. Where the stroke runs along an axis, the value along it is what it is: that uncertainty
-/// ends at sqrt(2) of the one across for X, at 8 of it for Y. `place` has to read as (X, Y).
+/// ends at sqrt(2) of the one across for X, at 8 of it for Y. Refined axes have the uncertainty of
+/// their fit (SpreadAt). `place` has to read as (X, Y).
 RowError StandardErrorAt(const AxisCalibration& calibration, int pictureHeight, const Place& place,
                          const Certainty& certainty, float X, float Y);
 

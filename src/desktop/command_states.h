@@ -15,6 +15,7 @@ struct CommandStates {
 
   bool ShowLastPoint = true;  // check mark of MNU_OPT_ShowLastPoint
   bool Overlay = false;       // check mark of MNU_OPT_Overlay
+  bool AxesGrid = false;      // check mark of MNU_VIEW_AxesGrid
   bool SaveErrors = false;    // check mark of MNU_FileSaveErrors
   bool PixelErrors = false;   // then those of one pixel also where the uncertainty is known
 

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <set>
 
+#include "base/translation.h"
 #include "finding_axes/label_text.h"
 
 namespace graphize {
@@ -40,11 +41,11 @@ class Doubter {
       values.push_back(label.Value);
       onTicks += label.OnTick ? 1 : 0;
     }
-    if (onTicks < 3) Doubt("the labels stand at no ticks");
-    if (h_ < 6 * page_.Ink.Enlarged) Doubt("the digits are too small");
-    if (const char* doubt = ScaleDoubt(axis_.Law.Log, values)) Doubt(doubt);
+    if (onTicks < 3) Doubt(Tr("the labels stand at no ticks"));
+    if (h_ < 6 * page_.Ink.Enlarged) Doubt(Tr("the digits are too small"));
+    if (const char* doubt = ScaleDoubt(axis_.Law.Log, values)) Doubt(Tr(doubt));
     if (ErrorAtEnds() > 0.8 * page_.Ink.Enlarged)
-      Doubt("the labels do not tell where the axis ends");
+      Doubt(Tr("the labels do not tell where the axis ends"));
     LookAtTexts();
     LookAtGaps();
     LookBesideLabels();
@@ -79,14 +80,14 @@ class Doubter {
     bool powers = true;
     for (const TiedLabel& label : axis_.Labels) {
       const auto& [word, reading, meanings] = page_.Words[label.Word];
-      if (const char* doubt = TextDoubt(reading.Text)) Doubt(doubt);
+      if (const char* doubt = TextDoubt(reading.Text)) Doubt(Tr(doubt));
       if (word.Box.Left <= 1 || word.Box.Top <= 1 || word.Box.Right >= page_.Ink.Width - 2 ||
           word.Box.Bottom >= page_.Ink.Height - 2)
-        Doubt("a label lies at the picture's edge");
+        Doubt(Tr("a label lies at the picture's edge"));
       powers = powers && reading.Exponent.empty() && reading.Text.size() >= 3 &&
                reading.Text.starts_with("10");
     }
-    if (powers) Doubt("the labels may be powers of ten");
+    if (powers) Doubt(Tr("the labels may be powers of ten"));
   }
 
   /// A point that was lost leaves a wide gap, or a trace of ink in it.
@@ -100,7 +101,8 @@ class Doubter {
         if (a < '0' || a > '9' || b < '0' || b > '9') continue;
         const InkBox& left = word.Glyphs[i - 1].Box;
         const InkBox& right = word.Glyphs[i].Box;
-        if (HasTrace(word, left.Right, right.Left)) Doubt("there may be a point between digits");
+        if (HasTrace(word, left.Right, right.Left))
+          Doubt(Tr("there may be a point between digits"));
         const bool one = a == '1' || b == '1';  // which is narrow
         if (right.Left - left.Right - 1 > (one ? 0.62 : 0.36) * h_) isWide = true;
         if (one) continue;
@@ -110,7 +112,7 @@ class Doubter {
       }
     }
     if (isWide || widest > 1.12 * h_ || widest > 1.3 * narrowest + 1)
-      Doubt("digits stand so far apart that a point may be lost between them");
+      Doubt(Tr("digits stand so far apart that a point may be lost between them"));
   }
 
   bool HasTrace(const Word& word, int left, int right) const {
@@ -158,7 +160,7 @@ class Doubter {
   void LookBesideLabels() {
     for (const TiedLabel& label : axis_.Labels) {
       const Word& word = WordOf(label);
-      if (HasPaleInkBefore(word)) return Doubt("there may be a sign before a label");
+      if (HasPaleInkBefore(word)) return Doubt(Tr("there may be a sign before a label"));
       for (std::size_t i = 0; i < page_.Pieces.Boxes.size(); ++i) {
         const InkBox& box = page_.Pieces.Boxes[i];
         if (explained_.contains(static_cast<int>(i)) || box.Right >= word.Box.Left ||
@@ -167,9 +169,9 @@ class Doubter {
         const double above = word.Baseline - box.MiddleY();
         if (above > -0.2 * h_ && above < 1.2 * h_ && page_.Pieces.Areas[i] >= 2 &&
             page_.Pieces.Areas[i] > 0.01 * h_ * h_)
-          return Doubt("there may be a sign before a label");
+          return Doubt(Tr("there may be a sign before a label"));
       }
-      if (HasMoreInk(word)) return Doubt("there may be more of a label than was read");
+      if (HasMoreInk(word)) return Doubt(Tr("there may be more of a label than was read"));
     }
   }
 
@@ -192,7 +194,7 @@ class Doubter {
       if (!written_.contains(static_cast<int>(i)) && box.Height() >= 0.6 * h_ &&
           box.Height() <= 1.8 * h_ && box.Width() <= 8 * h_ && box.Width() >= 0.3 * h_ &&
           isAmong(box))
-        return Doubt("among the labels stands something that could not be read");
+        return Doubt(Tr("among the labels stands something that could not be read"));
     }
   }
 
@@ -220,8 +222,8 @@ class Doubter {
                        box.Bottom > std::min<double>(box_.Top, axis_.LineFrom) - 5 * h_ &&
                        !others_.contains(static_cast<int>(i));
       if (!beside) continue;
-      Doubt("at the axis's end stands \"" + ShownLabel(text, reading.Exponent) +
-            "\", which may be a factor");
+      Doubt(Tr("at the axis's end stands \"%1\", which may be a factor",
+               ShownLabel(text, reading.Exponent)));
       axis_.Lasting.push_back(axis_.Doubts.back());
     }
   }
@@ -249,7 +251,7 @@ class Doubter {
         for (const InkBox* b : numbers) {
           const double apart = level_ ? b->MiddleX() - a->MiddleX() : b->MiddleY() - a->MiddleY();
           if (apart <= 0.35 * length) continue;
-          Doubt("there may be a second scale");
+          Doubt(Tr("there may be a second scale"));
           axis_.Lasting.push_back(axis_.Doubts.back());
           return;
         }

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <limits>
 
+#include "base/translation.h"
+
 namespace graphize {
 
 namespace {
@@ -124,7 +126,7 @@ const char* ScaleDoubt(bool log, std::vector<double> values) {
     // Labels that were left out make multiples; three to two is a step of which one was skipped.
     const double steps = 2 * (values[i] - values[i - 1]) / least;
     if (std::fabs(steps - std::round(steps)) > 0.02)
-      return "the steps between the values are uneven";
+      return Marked("the steps between the values are uneven");
   }
   return nullptr;
 }

@@ -5,6 +5,8 @@
 #include <limits>
 #include <set>
 
+#include "base/numbers.h"
+#include "base/translation.h"
 #include "finding_axes/axis_doubts.h"
 
 namespace graphize {
@@ -240,6 +242,33 @@ bool IsOtherScale(const LabelPage& page, AxisCourse course, const GroupFit& best
   return false;
 }
 
+/// The first of the fits, and those that tell of other scales, from the left or from above.
+std::vector<const GroupFit*> ScalesOf(const LabelPage& page, AxisCourse course,
+                                      const std::vector<GroupFit>& fits) {
+  std::vector<const GroupFit*> scales;
+  for (const GroupFit& fit : fits)
+    if (std::all_of(scales.begin(), scales.end(), [&](const GroupFit* other) {
+          return !ShareWords(*other, fit) && IsElsewhere(page, course, *other, fit) &&
+                 IsOtherScale(page, course, *other, fit);
+        }))
+      scales.push_back(&fit);
+  std::sort(scales.begin(), scales.end(), [&](const GroupFit* a, const GroupFit* b) {
+    const InkBox first = BoxOf(page, *a), second = BoxOf(page, *b);
+    return course == AxisCourse::Level ? first.Top < second.Top : first.Left < second.Left;
+  });
+  return scales;
+}
+
+std::string RangeText(const LabelPage& page, const GroupFit& fit) {
+  double least = std::numeric_limits<double>::infinity(), most = -least;
+  for (const ExplainedLabel& label : fit.Fit.Labels) {
+    const double value = page.Words[fit.Words[label.Label]].Meanings[label.Meaning];
+    least = std::min(least, value);
+    most = std::max(most, value);
+  }
+  return Tr("%1 to %2", ShortestText(least), ShortestText(most));
+}
+
 std::vector<GroupFit> FitsOf(const LabelPage& page, AxisCourse course) {
   std::vector<GroupFit> fits;
   for (const std::vector<int>& group : GroupsOf(page, course)) {
@@ -266,7 +295,7 @@ double ToleranceOf(AxisCourse course, double height) {
   return std::max((course == AxisCourse::Level ? 0.42 : 0.32) * height, 2.0);
 }
 
-FoundAxis FindAxis(const LabelPage& page, AxisCourse course) {
+FoundAxis FindAxis(const LabelPage& page, AxisCourse course, std::optional<int> chosen) {
   std::vector<GroupFit> fits = FitsOf(page, course);
   if (fits.empty()) return {};
   std::stable_sort(fits.begin(), fits.end(), [](const GroupFit& a, const GroupFit& b) {
@@ -274,19 +303,22 @@ FoundAxis FindAxis(const LabelPage& page, AxisCourse course) {
       return a.Fit.Labels.size() > b.Fit.Labels.size();
     return a.Fit.Residuals / a.Height < b.Fit.Residuals / b.Height;
   });
-  const GroupFit& best = fits.front();
+  const std::vector<const GroupFit*> scales = ScalesOf(page, course, fits);
+  const auto number = std::find(scales.begin(), scales.end(), &fits.front()) - scales.begin();
+  const int wanted = chosen.value_or(static_cast<int>(number));
+  if (wanted < 0 || static_cast<std::size_t>(wanted) >= scales.size()) return {};
+  const GroupFit& best = *scales[static_cast<std::size_t>(wanted)];
   FoundAxis axis = MakeAxis(page, course, best);
-  for (const GroupFit& other : fits)
-    if (!ShareWords(best, other) && IsElsewhere(page, course, best, other) &&
-        IsOtherScale(page, course, best, other)) {
-      axis.Doubts.emplace_back("there is a second scale");
-      axis.Lasting.push_back(axis.Doubts.back());
-      break;
-    }
+  axis.Scale = wanted;
+  if (scales.size() > 1) {
+    for (const GroupFit* scale : scales) axis.Scales.push_back(RangeText(page, *scale));
+    axis.Doubts.push_back(Tr("there is a second scale"));
+    axis.Lasting.push_back(axis.Doubts.back());
+  }
   const GroupFit rival = FitGroup(page, course, best.Words, &best.Fit);
   if (rival.Fit.Labels.size() >= kFewest &&
       5 * rival.Fit.Labels.size() >= 4 * best.Fit.Labels.size())
-    axis.Doubts.push_back("the labels may mean other values");
+    axis.Doubts.push_back(Tr("the labels may mean other values"));
   const auto across = course == AxisCourse::Level ? AxisCourse::Upright : AxisCourse::Level;
   AddDoubts(page, course, WordsOnScales(page, across), axis);
   return axis;

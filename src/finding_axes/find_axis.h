@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -30,6 +31,9 @@ struct FoundAxis {
   std::vector<std::string> Doubts;  // why it is not sure, a sentence's part each
   // Those of them that no other look at the labels can dispel.
   std::vector<std::string> Lasting;
+  // Where there are several scales: what each goes over, from the left or from above.
+  std::vector<std::string> Scales;
+  int Scale = 0;  // this one's number
 };
 
 /// How far a label's middle may lie from its tick, pixels, by its digits' height: one of an upright
@@ -38,7 +42,8 @@ double ToleranceOf(AxisCourse course, double height);
 /// The coordinate of a word along the axis.
 double AlongOf(const Word& word, AxisCourse course);
 
-/// The labels along the rows or columns that lie on one scale, tied to ticks or grid lines.
-FoundAxis FindAxis(const LabelPage& page, AxisCourse course);
+/// The labels along the rows or columns that lie on one scale, tied to ticks or grid lines; of
+/// several scales the one that was chosen, else that with most labels.
+FoundAxis FindAxis(const LabelPage& page, AxisCourse course, std::optional<int> chosen = {});
 
 }  // namespace graphize

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "base/numbers.h"
+#include "base/translation.h"
 
 namespace graphize {
 
@@ -104,9 +105,9 @@ std::string ShownLabel(const std::string& text, const std::string& exponent) {
 const char* TextDoubt(const std::string& text) {
   const std::string_view number = WithoutSign(text);
   if (number.size() > 1 && number[0] == '0' && number[1] >= '0' && number[1] <= '9')
-    return "a number begins with 0 as if its decimal point were lost";
+    return Marked("a number begins with 0 as if its decimal point were lost");
   if (text.starts_with('-') && ValueOf(text) == 0 && text.find_first_of("123456789") == text.npos)
-    return "a sign stands before 0";
+    return Marked("a sign stands before 0");
   return nullptr;
 }
 

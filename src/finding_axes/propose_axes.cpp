@@ -7,8 +7,11 @@
 #include <string_view>
 
 #include "base/numbers.h"
+#include "base/translation.h"
 #include "finding_axes/find_axis.h"
 #include "finding_axes/label_text.h"
+#include "finding_axes/long_lines.h"
+#include "finding_axes/plot_areas.h"
 #include "finding_axes/second_reading.h"
 
 namespace graphize {
@@ -96,8 +99,8 @@ void Confirm(UprightAxis& axis, SecondReader& second) {
   for (const int number : found.Unexplained) {
     const auto& [word, reading, meanings] = axis.Page->Words[number];
     if (IsExplained(axis, word, second.Read(*axis.Page, word))) continue;
-    found.Doubts.push_back("among the labels stands \"" +
-                           ShownLabel(reading.Text, reading.Exponent) + "\"");
+    found.Doubts.push_back(
+        Tr("among the labels stands \"%1\"", ShownLabel(reading.Text, reading.Exponent)));
     break;
   }
   for (const std::string& doubt : found.Lasting)
@@ -105,20 +108,21 @@ void Confirm(UprightAxis& axis, SecondReader& second) {
       found.Doubts.push_back(doubt);
   const int count = static_cast<int>(found.Labels.size());
   if (!second.Missing().empty())
-    found.Doubts.push_back("there is no second reader: " + second.Missing());
+    found.Doubts.push_back(Tr("there is no second reader: %1", Tr(second.Missing().c_str())));
   else if (alike < 3 || 5 * alike < 3 * count)
-    found.Doubts.push_back("of " + std::to_string(count) + " labels a second reader reads " +
-                           std::to_string(alike) + " alike");
+    found.Doubts.push_back(Tr("of %1 labels a second reader reads %2 alike", count, alike));
 }
 
 /// What the axis is worth.
 ProposedAxis Judged(const UprightAxis& axis, AxisCourse course, const InkImage& upright) {
   ProposedAxis proposed;
   if (axis.Found.Labels.empty()) {
-    proposed.Reason = "fewer than three labels lie on one scale";
+    proposed.Reason = Tr("fewer than three labels lie on one scale");
     return proposed;
   }
   proposed.Log = axis.Found.Law.Log;
+  proposed.Scales = axis.Found.Scales;
+  proposed.Scale = axis.Found.Scale;
   std::vector<std::string> doubts = axis.Found.Doubts;
   double worst = 0;
   for (const TiedLabel& label : axis.Found.Labels) {
@@ -133,13 +137,13 @@ ProposedAxis Judged(const UprightAxis& axis, AxisCourse course, const InkImage& 
     worst = std::max(worst, std::fabs(label.Residual) * upright.Scale);
   }
   if (worst > std::max(1.0, 0.6 * upright.Scale))
-    doubts.push_back("ticks lie up to " + Tenths(worst) + " pixels off the scale");
+    doubts.push_back(Tr("ticks lie up to %1 pixels off the scale", Tenths(worst)));
   proposed.Verdict = doubts.empty() ? AxesVerdict::Sure : AxesVerdict::Proposal;
-  proposed.Reason = doubts.empty() ? std::to_string(proposed.Labels.size()) +
-                                         " labels at their ticks, read alike by two readers, off "
-                                         "the scale by up to " +
-                                         Tenths(worst) + " pixels"
-                                   : Joined(doubts);
+  proposed.Reason = doubts.empty()
+                        ? Tr("%1 labels at their ticks, read alike by two readers, off "
+                             "the scale by up to %2 pixels",
+                             static_cast<long long>(proposed.Labels.size()), Tenths(worst))
+                        : Joined(doubts);
   return proposed;
 }
 
@@ -168,7 +172,8 @@ constexpr double kMostToEnlarge = 1.6e6;
 /// Looks for both axes as long as they are in doubt; at what is written upward only for one of
 /// which nothing else was found.
 void LookAtPages(const InkImage& upright, std::vector<std::unique_ptr<LabelPage>>& pages,
-                 UprightAxis& x, UprightAxis& y, PictureOperation& operation) {
+                 UprightAxis& x, UprightAxis& y, const AxesChoice& choice,
+                 PictureOperation& operation) {
   for (const Look& look : kLooks) {
     const auto isWanted = [&](const UprightAxis& axis) {
       return look.IsTurned && !axis.IsTurned ? axis.Found.Labels.empty() : !IsClear(axis.Found);
@@ -181,7 +186,7 @@ void LookAtPages(const InkImage& upright, std::vector<std::unique_ptr<LabelPage>
     if (operation.Stopped) return;
     const auto find = [&](UprightAxis& axis, AxisCourse there) {
       if (!isWanted(axis)) return;
-      FoundAxis found = FindAxis(*pages.back(), there);
+      FoundAxis found = FindAxis(*pages.back(), there, &axis == &x ? choice.XScale : choice.YScale);
       std::vector<std::string> lasting = axis.Found.Lasting;
       lasting.insert(lasting.end(), found.Lasting.begin(), found.Lasting.end());
       if (IsBetter(found, axis.Found))
@@ -256,6 +261,22 @@ bool GoTogether(const FoundAxis& x, const FoundAxis& y) {
   return isNear(x, y.Across) && isNear(y, x.Across);
 }
 
+/// An upright part, with a turned page's corners, cut to the picture.
+PlotArea OnPicture(const InkBox& part, const InkImage& ink, const Raster& picture) {
+  const AffineMap& map = ink.ToPicture;
+  PlotArea area{picture.Width(), picture.Height(), -1, -1};
+  for (const int x : {part.Left, part.Right})
+    for (const int y : {part.Top, part.Bottom}) {
+      const auto column = static_cast<int>(std::lround(map.XX * x + map.XY * y + map.X));
+      const auto row = static_cast<int>(std::lround(map.YX * x + map.YY * y + map.Y));
+      area.Left = std::max(std::min(area.Left, column), 0);
+      area.Top = std::max(std::min(area.Top, row), 0);
+      area.Right = std::min(std::max(area.Right, column), picture.Width() - 1);
+      area.Bottom = std::min(std::max(area.Bottom, row), picture.Height() - 1);
+    }
+  return area;
+}
+
 }  // namespace
 
 const char* NameOf(AxesVerdict verdict) {
@@ -271,8 +292,9 @@ const char* NameOf(AxesVerdict verdict) {
 }
 
 AxesProposal ProposeAxes(const Raster& picture, PictureOperation& operation,
-                         const TextLineReader& second) {
+                         const TextLineReader& second, const AxesChoice& choice) {
   AxesProposal proposal;
+  proposal.Choice = choice;
   const auto stopped = [&] {
     AxesProposal none;
     none.IsStopped = true;
@@ -286,11 +308,19 @@ AxesProposal ProposeAxes(const Raster& picture, PictureOperation& operation,
   operation.Advance(1);
   if (operation.Stopped) return stopped();
   if (turn.Angle != 0 || turn.Skew != 0) ink = Upright(ink, turn.Angle, turn.Skew);
+  const std::vector<InkBox> plots = FindPlots(ink, FindLongLines(ink));
+  for (const InkBox& plot : plots) proposal.Plots.push_back(OnPicture(plot, ink, picture));
+  if (!plots.empty() && !choice.Plot) {
+    proposal.X.Reason = proposal.Y.Reason = Tr("there are several plots");
+    return proposal;
+  }
+  if (choice.Plot && *choice.Plot >= 0 && static_cast<std::size_t>(*choice.Plot) < plots.size())
+    ink = PartOf(ink, plots[static_cast<std::size_t>(*choice.Plot)]);
   operation.From = 0.2;
   operation.To = 0.8;
   UprightAxis x, y;
   std::vector<std::unique_ptr<LabelPage>> pages;
-  LookAtPages(ink, pages, x, y, operation);
+  LookAtPages(ink, pages, x, y, choice, operation);
   if (operation.Stopped) return stopped();
   operation.From = 0.8;
   operation.To = 1;
@@ -307,9 +337,9 @@ AxesProposal ProposeAxes(const Raster& picture, PictureOperation& operation,
   const bool both = !x.Found.Labels.empty() && !y.Found.Labels.empty();
   for (UprightAxis* axis : {&x, &y}) {
     if (std::fabs(turn.Skew) > kMostSkew)
-      axis->Found.Doubts.push_back("the axes do not stand at a right angle");
+      axis->Found.Doubts.push_back(Tr("the axes do not stand at a right angle"));
     if (both && !GoTogether(x.Found, y.Found))
-      axis->Found.Doubts.push_back("the axes may belong to different plots");
+      axis->Found.Doubts.push_back(Tr("the axes may belong to different plots"));
   }
   proposal.X = Judged(x, AxisCourse::Level, ink);
   proposal.Y = Judged(y, AxisCourse::Upright, ink);

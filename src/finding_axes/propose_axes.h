@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -31,6 +32,10 @@ struct ProposedAxis {
   bool Log = false;
   std::string Reason;  // in plain words, for each verdict
   std::vector<ProposedLabel> Labels;
+  // Of several scales what each goes over, "0 to 50"; the first are nearest to the plot. Else
+  // empty.
+  std::vector<std::string> Scales;
+  int Scale = 0;  // the one that is proposed
 };
 
 /// One of the three rows that define axes: the origin, a point on the X axis, one on the Y axis.
@@ -39,17 +44,31 @@ struct ProposedRow {
   double X = 0, Y = 0;
 };
 
+/// A part of the picture with a plot and its labels, all pixels included.
+struct PlotArea {
+  int Left = 0, Top = 0, Right = -1, Bottom = -1;
+};
+
+/// What is meant where a picture has several, by their numbers in the proposal. A scale that was
+/// chosen is a proposal at best.
+struct AxesChoice {
+  std::optional<int> Plot, XScale, YScale;
+};
+
 struct AxesProposal {
   AxesVerdict Verdict = AxesVerdict::None;  // the lesser of the axes'
   ProposedAxis X, Y;
   std::vector<ProposedRow> Rows;  // three, or none without a verdict
+  std::vector<PlotArea> Plots;    // that the picture has; from two on one is to be chosen
+  AxesChoice Choice;              // that was asked for
   bool IsStopped = false;
 };
 
 /// Finds the axes of a plot by its frame, ticks and labels. The rows stand at labelled ticks far
 /// apart, of which those are chosen whose places are nearest to whole pixels. Without a second
-/// reader the best verdict is a proposal.
+/// reader the best verdict is a proposal; of several plots none is looked at before one is chosen.
 AxesProposal ProposeAxes(const Raster& picture, PictureOperation& operation,
-                         const TextLineReader& second = ReadTextLine);
+                         const TextLineReader& second = ReadTextLine,
+                         const AxesChoice& choice = {});
 
 }  // namespace graphize

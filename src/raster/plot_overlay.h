@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "base/bit_map.h"
@@ -55,6 +56,24 @@ struct PlotOverlay {
     Colour MarkColour = kBlack;
   };
   std::vector<Preview> Previews;
+
+  /// Thin lines and words over the picture, which are seen on any ground.
+  struct Sketch {
+    enum class Side { Right, Left, Above, Below };
+    struct Line {
+      Position From, To;
+    };
+    struct Words {
+      Position At;
+      std::string Text;
+      Side Beside = Side::Right;  // of the place
+    };
+    Colour MarkColour = kBlack;
+    std::vector<Line> Lines;
+    std::vector<Words> Texts;
+    std::vector<Position> Crosses;  // to a part of a pixel
+  };
+  std::vector<Sketch> Sketches;
 };
 
 inline bool Contains(const PlotOverlay::Rectangle& area, const PlotOverlay::Point& point) {

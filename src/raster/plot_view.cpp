@@ -15,6 +15,7 @@
 #include "raster/plot_marks_view.h"
 #include "widgets/keys.h"
 #include "widgets/paint_preview.h"
+#include "widgets/paint_sketch.h"
 #include "widgets/plot_cursor.h"
 #include "widgets/pointer.h"
 
@@ -130,6 +131,8 @@ void PlotView::paintEvent(QPaintEvent* event) {
                    QRect(QPoint(seen.Left, seen.Top), QPoint(seen.Right, seen.Bottom)));
     painter.restore();
   }
+  for (const PlotOverlay::Sketch& sketch : overlay.Sketches)
+    PaintSketch(painter, sketch, view_.Zoom);
   PaintOverlay(painter, overlay, view_.Zoom);
   if (rubberBand_) PaintRubberBand(painter, event->region(), *rubberBand_, view_.Zoom);
 }

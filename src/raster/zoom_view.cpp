@@ -69,6 +69,7 @@ class ZoomView::Picture : public QWidget {
     }
     if (look_.SnapsTo) PaintSnap(painter, At(look_.SnapsTo->x(), look_.SnapsTo->y()));
     PaintCross(painter);
+    if (look_.SnapsWithin) PaintExactSnap(painter, *look_.SnapsWithin);
   }
 
  private:
@@ -98,6 +99,21 @@ class ZoomView::Picture : public QWidget {
     painter.drawRect(pixel.adjusted(-3, -3, 2, 2));
     painter.setPen(QPen(QColor(0, 120, 215), 2));
     painter.drawRect(pixel.adjusted(-1, -1, 1, 1));
+  }
+
+  /// A small cross that is seen on ink and on paper, to a part of a pixel.
+  void PaintExactSnap(QPainter& painter, const QPointF& place) const {
+    const QPointF first = At(0, 0).topLeft();
+    const QPointF middle = first + (place + QPointF(0.5, 0.5)) * look_.Factor;
+    constexpr double kCrossReach = 6;
+    painter.setRenderHint(QPainter::Antialiasing);
+    for (const auto& [width, colour] :
+         {std::pair(3, QColor(Qt::white)), {1, QColor(0, 120, 215)}}) {
+      painter.setPen(QPen(colour, width));
+      painter.drawLine(middle - QPointF(kCrossReach, 0), middle + QPointF(kCrossReach, 0));
+      painter.drawLine(middle - QPointF(0, kCrossReach), middle + QPointF(0, kCrossReach));
+    }
+    painter.setRenderHint(QPainter::Antialiasing, false);
   }
 
   void PaintCross(QPainter& painter) const {

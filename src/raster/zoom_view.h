@@ -18,9 +18,10 @@ class ZoomView : public QFrame {
 
   /// What is looked at: pixels, row downward.
   struct Look {
-    int X = 0, Y = 0;               // the pixel under the cursor, which stands in the middle
-    std::optional<QPoint> SnapsTo;  // the one that a press would capture, when it is another
-    int Factor = 4;                 // logical pixels per pixel
+    int X = 0, Y = 0;                    // the pixel under the cursor, which stands in the middle
+    std::optional<QPoint> SnapsTo;       // the one that a press would capture, when it is another
+    std::optional<QPointF> SnapsWithin;  // where within pixels an axis click would, centres whole
+    int Factor = 4;                      // logical pixels per pixel
 
     bool operator==(const Look&) const = default;
   };

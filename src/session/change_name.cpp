@@ -1,5 +1,7 @@
 #include "session/change_name.h"
 
+#include <algorithm>
+
 #include "base/translation.h"
 #include "image_tools/image_tools.h"
 #include "tracing/extraction_context.h"
@@ -26,6 +28,9 @@ struct Name {
   std::string operator()(const ModeStep&) const { return ""; }
   std::string operator()(const AxisStep&) const { return Tr("Axis point"); }
   std::string operator()(const RedefineStep&) const { return Tr("Redefine axis"); }
+  std::string operator()(const ReferenceStep&) const { return Tr("Axis reference"); }
+  std::string operator()(const RemoveReferenceStep&) const { return Tr("Axis reference"); }
+  std::string operator()(const RefineStep&) const { return Tr("Refined axes"); }
   std::string operator()(const CaptureStep&) const { return Tr("Capture"); }
   std::string operator()(const PointStep&) const { return Tr("Capture"); }
   std::string operator()(const TraceStep&) const { return WithPoints(Marked("Trace"), Points); }
@@ -75,6 +80,8 @@ struct Name {
 }  // namespace
 
 std::string NameOfChange(std::span<const Step> done, int points) {
+  // All three at once were proposed.
+  if (std::count_if(done.begin(), done.end(), Is<AxisStep>) == 3) return Tr("Propose Axes");
   std::string option;
   for (auto step = done.rbegin(); step != done.rend(); ++step) {
     std::string name = std::visit(Name{points}, *step);

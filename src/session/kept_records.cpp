@@ -12,6 +12,7 @@
 #include "base/tokens.h"
 #include "base/translation.h"
 #include "base/version.h"
+#include "calibration/axis_fit.h"
 #include "raster/size_limits.h"
 #include "workspace/recipe_options.h"
 
@@ -32,6 +33,7 @@ struct AxisRow {
   float X = 0, Y = 0;
   bool Defined = false, Armed = false;
   AxisPanel::Row Boxes;
+  std::optional<ExactPlace> Exact;
 };
 
 /// The small records, as they are written.
@@ -50,6 +52,13 @@ struct Small {
 
 // The fields of each record, for writing and reading alike.
 
+/// What older files do not have.
+template <class Io>
+bool IsThere(Io& io, const char* name) {
+  if constexpr (requires { io.Has(name); }) return io.Has(name);
+  return true;
+}
+
 template <class Io>
 void Fields(Io& io, AxisRow& row) {
   io.Flag("defined", row.Defined);
@@ -65,6 +74,33 @@ void Fields(Io& io, AxisRow& row) {
   io.Flag("x_enabled", row.Boxes.XEnabled);
   io.Flag("y_enabled", row.Boxes.YEnabled);
   io.Flag("redefine_enabled", row.Boxes.ReDefineEnabled);
+  bool isExact = row.Exact.has_value();
+  if (IsThere(io, "exact")) io.Flag("exact", isExact);
+  if (!isExact) return;
+  if (!row.Exact) row.Exact.emplace();
+  io.Number("exact_column", row.Exact->Column);
+  io.Number("exact_row_from_bottom", row.Exact->RowUp);
+}
+
+/// A value that may be absent: an empty text.
+template <class Io>
+void OptionalNumber(Io& io, const char* name, std::optional<float>& value) {
+  std::string text = value ? ShortestText(*value) : "";
+  io.Text(name, text);
+  if constexpr (requires { io.Has(name); }) {
+    const auto read = WholeNumberText(text);
+    if (!text.empty() && !(read && std::isfinite(static_cast<float>(*read))))
+      io.Fail(name, "is no number");
+    value = text.empty() ? std::nullopt : std::optional(static_cast<float>(*read));
+  }
+}
+
+template <class Io>
+void Fields(Io& io, AxisReference& reference) {
+  io.Number("column", reference.At.Column);
+  io.Number("row_from_bottom", reference.At.RowUp);
+  OptionalNumber(io, "x", reference.X);
+  OptionalNumber(io, "y", reference.Y);
 }
 
 template <class Io>
@@ -166,6 +202,10 @@ void AxesFields(Io& io, Small& small) {
   io.Text("angle_shown", kept.AxisAngle);
   io.Text("tip", kept.AxisTips);
   io.Flag("have_been_complete", kept.GridBuster);
+  if (IsThere(io, "references"))
+    io.List("references", axes.Refined.References, kMostReferences,
+            [&](AxisReference& reference) { Fields(io, reference); });
+  if (IsThere(io, "refined")) io.Flag("refined", axes.Refined.On);
 }
 
 template <class Io>
@@ -222,7 +262,7 @@ Small SmallOf(KeptDocument& kept) {
   for (std::size_t i = 0; i < 3; ++i)
     small.AxisRows.push_back({kept.Axes.PixelX[i], kept.Axes.PixelY[i], kept.Axes.ValueX[i],
                               kept.Axes.ValueY[i], kept.Axes.Defined[i], kept.Axes.Armed[i],
-                              kept.AxisRows[i]});
+                              kept.AxisRows[i], kept.Axes.Refined.Rows[i]});
   for (int i = 1; i <= kept.Blockers.Count; ++i)
     small.Blockers.push_back(kept.Blockers.Blockers[static_cast<std::size_t>(i)]);
   for (const Curve& curve : kept.Curves) small.Curves.push_back(HeadOf(curve));
@@ -263,8 +303,11 @@ void TakeAxes(const Small& small, JsonReader& reader) {
     kept.Axes.Defined[i] = row.Defined;
     kept.Axes.Armed[i] = row.Armed;
     kept.AxisRows[i] = row.Boxes;
+    kept.Axes.Refined.Rows[i] = row.Exact;
   }
   if (!FitsItsPoints(kept.Axes)) reader.Fail("axes", "cannot be");
+  if (kept.Axes.Refined.On && !SwitchRefined(kept.Axes, true))
+    reader.Fail("axes.refined", "cannot be");
 }
 
 void TakePicture(const Small& small, JsonReader& reader) {

@@ -52,13 +52,13 @@ void TellLogFault(Workspace& ws, const Desktop& desktop) {
 }  // namespace
 
 void SwitchXLog(Workspace& ws, const Desktop& desktop, bool on) {
-  ws.calibration.XLog = on;
+  SetXLog(ws.calibration, on);
   NoteOptions(ws);
   if (on) TellLogFault(ws, desktop);
 }
 
 void SwitchYLog(Workspace& ws, const Desktop& desktop, bool on) {
-  ws.calibration.YLog = on;
+  SetYLog(ws.calibration, on);
   NoteOptions(ws);
   if (on) TellLogFault(ws, desktop);
 }

@@ -16,6 +16,7 @@
 #include "workspace/point_edit_commands.h"
 #include "workspace/reading_commands.h"
 #include "workspace/recipe_options.h"
+#include "workspace/reference_commands.h"
 #include "workspace/run_command.h"
 #include "workspace/save_points.h"
 #include "workspace/toolbar.h"

@@ -60,7 +60,7 @@ constexpr std::string_view ModeKey(Mode mode) {
 constexpr const char* ModeHint(Mode mode) {
   switch (mode) {
     case Mode::AxisDef:
-      return Marked("Type the values, then click the point");
+      return Marked("Type the values, then click the point; Shift: no snapping");
     case Mode::Graphize:
       return Marked("Left click: capture; right: trace or scan");
     case Mode::BlockTest:

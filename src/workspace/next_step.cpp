@@ -24,7 +24,7 @@ const char* HintAt(Station station, const Workspace& ws) {
                  ? Marked("Press \"Define Axis\" and click the points that are still missing")
                  : Marked(
                        "Press \"Define Axis\", then tell three points of the axes and their "
-                       "values");
+                       "values, or let Image, Propose Axes find them");
     case kGraphize:
       return Marked("Press \"Graphize\", then click points, or right-click a curve to trace it");
     case kSave:

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "workspace/axes_overlay.h"
 #include "workspace/preview_commands.h"
 
 namespace graphize {
@@ -124,6 +125,7 @@ PlotOverlay Plot_Paint(const Workspace& ws, const PlotOverlay::Rectangle& area) 
         overlay.AxisPoints.push_back(
             PointAt(ws.calibration.PixelX[row], ws.plot.Height() - ws.calibration.PixelY[row]));
   }
+  AddAxes(ws, overlay);
   AddCurves(overlay, ws, area);
   AddPreview(ws, overlay);
   // A curve that is hidden is not seen in any way.

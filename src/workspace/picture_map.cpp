@@ -47,6 +47,20 @@ Blocker Mapped(const AffineMap& map, const Blocker& blocker) {
           blocker.Size == 0 ? 0 : std::max(static_cast<std::int32_t>(std::nearbyint(size)), 1)};
 }
 
+/// The references of the axes go along. The rows do not: the axes are theirs alone again.
+void CarryReferences(Workspace& ws, const AffineMap& map, int height) {
+  AxisRefinement& refined = ws.calibration.Refined;
+  if (map == AffineMap{} && height == ws.plot.Height()) return;
+  const auto oldHeight = static_cast<float>(ws.plot.Height());
+  for (AxisReference& reference : refined.References) {
+    const Place at = Mapped(map, Place{reference.At.Column, oldHeight - reference.At.RowUp});
+    reference.At = {at.Column, static_cast<float>(height) - at.Row};
+  }
+  refined.On = false;
+  refined.Scale = {};
+  refined.Rows = {};
+}
+
 }  // namespace
 
 bool AxesFitPicture(const Workspace& ws) {
@@ -67,6 +81,7 @@ void CarryAlong(Workspace& ws, const AffineMap& map, int height) {
   });
   for (int i = 1; i <= ws.blockers.Count; ++i)
     ws.blockers.Blockers[i] = Mapped(map, ws.blockers.Blockers[i]);
+  CarryReferences(ws, map, height);
   ws.map.Shown = Then(ws.map.Shown, map);
 }
 
@@ -90,6 +105,7 @@ void CarryBack(Workspace& ws, int height) {
   for (int i = 1; i <= ws.blockers.Count; ++i)
     carryBack(ws.blockers.Blockers[i],
               i <= before.Blockers.Count ? &before.Blockers.Blockers[i] : nullptr);
+  CarryReferences(ws, back, height);
   ws.map.Shown = before.Shown;
 }
 

@@ -13,6 +13,8 @@
 #include "workspace/extraction_commands.h"
 #include "workspace/point_edit_commands.h"
 #include "workspace/preview_commands.h"
+#include "workspace/propose_axes_commands.h"
+#include "workspace/reference_commands.h"
 #include "workspace/toolbar.h"
 
 namespace graphize {
@@ -101,6 +103,9 @@ Outcome Run(Workspace& ws, const Desktop& desktop, AxisStep& step) {
                   ws.store.CurrentPixelX, ws.store.CurrentPixelY))
     return Refused("the axis point was refused");
   ws.map.OfAxisPoints[step.Row] = ws.map.Shown;
+  if (step.At)
+    ws.calibration.Refined.Rows[static_cast<std::size_t>(step.Row)] = {
+        step.At->Column, static_cast<float>(ws.plot.Height()) - step.At->Row};
   step.XText = ws.axisPanel.Rows[step.Row].XText;  // the number that was read
   step.YText = ws.axisPanel.Rows[step.Row].YText;
   // What is wrong with the row's value has been told.
@@ -171,10 +176,11 @@ void Plot_MouseEnter(Workspace& ws, const Desktop& desktop, float X, float Y) {
 
 void Plot_MouseLeave(Workspace& ws) {
   ws.mouse.FaultTold.clear();
+  FollowAxisSnap(ws, true);
   if (ws.mode == Mode::EditPoints && !ws.pointEdit.Pressed) PointNowhere(ws);
 }
 
-void Plot_MouseMove(Workspace& ws, const Desktop& desktop, int Button, int /*Shift*/, float X,
+void Plot_MouseMove(Workspace& ws, const Desktop& desktop, int Button, int Shift, float X,
                     float Y) {
   if (const int held = DraggingButton(ws); (Button & held) != held) EndDrag(ws);
   if (StaysSnapped(ws, Button, X, Y)) return;
@@ -189,6 +195,7 @@ void Plot_MouseMove(Workspace& ws, const Desktop& desktop, int Button, int /*Shi
   }
   if (DraggingButton(ws) != 0) FollowDrag(ws, X, Y);
   if (ws.mode == Mode::AxisDef) FocusArmedRow(ws.calibration, ws.axisPanel);
+  FollowAxisSnap(ws, (Shift & kShiftKey) != 0);
 }
 
 void Plot_MouseDown(Workspace& ws, const Desktop& desktop, int Button, int Shift, float X,
@@ -260,10 +267,16 @@ void Plot_Click(Workspace& ws, const Desktop& desktop) {
   if (std::exchange(ws.mouse.SuppressNextClick, false)) return;
   if (std::exchange(ws.mouse.PressFailed, false)) return;
   const float x = static_cast<float>(ws.readOut.PlotX), y = static_cast<float>(ws.readOut.PlotY);
+  if (ClickProposedPlot(ws, desktop, ws.readOut.PlotX, ws.readOut.PlotY)) return;
   if (ws.mode == Mode::AxisDef) {
+    const auto snap = std::exchange(ws.mouse.AxisSnap, std::nullopt);
+    if (ws.reference.Armed)
+      return AddReferenceAt(ws, desktop, snap ? snap->Column : x, snap ? snap->Row : y);
     const int row = ws.calibration.CurrentRow;
     const AxisPanel::Row& typed = ws.axisPanel.Rows[row];
-    Do(ws, desktop, AxisStep{row, x, y, typed.XText, typed.YText});
+    AxisStep step{row, x, y, typed.XText, typed.YText};
+    if (snap) step.At = {static_cast<float>(snap->Column), static_cast<float>(snap->Row)};
+    Do(ws, desktop, std::move(step));
   } else if (ws.mode == Mode::Graphize) {
     const auto press = std::exchange(ws.mouse.CapturePress, std::nullopt);
     // A pointer that was moved since the press captures where it is, without snapping.

@@ -68,9 +68,12 @@ std::string ReadLog(const Workspace& ws) {
   return OnOff(ws.calibration.*Member);
 }
 
-template <auto Member>
+template <auto Set>
 bool TakeLog(Workspace& ws, const std::string& value) {
-  return TakeOnOff(value, ws.calibration.*Member);
+  bool on = false;
+  if (!TakeOnOff(value, on)) return false;
+  Set(ws.calibration, on);
+  return true;
 }
 
 template <auto Member>
@@ -106,8 +109,8 @@ constexpr std::array<std::string_view, 4> kSnaps = {"none", "x", "y", "center"};
 constexpr std::array<std::string_view, 4> kDelimiters = {"tab", "comma", "space", "semicolon"};
 
 constexpr RecipeOption kOptions[] = {
-    {"x-log", ReadLog<&AxisCalibration::XLog>, TakeLog<&AxisCalibration::XLog>},
-    {"y-log", ReadLog<&AxisCalibration::YLog>, TakeLog<&AxisCalibration::YLog>},
+    {"x-log", ReadLog<&AxisCalibration::XLog>, TakeLog<SetXLog>},
+    {"y-log", ReadLog<&AxisCalibration::YLog>, TakeLog<SetYLog>},
     {"snap", ReadChoice<&S::SnapMode, kSnaps>, TakeChoice<&S::SnapMode, kSnaps>},
     {"snap-distance", ReadNumber<&S::SnapDistance>, TakeNumber<&S::SnapDistance, -32768, 32767>},
     {"tracer", ReadChoice<&S::Trace, kTracers>, TakeChoice<&S::Trace, kTracers>},

@@ -5,6 +5,7 @@
 #include "base/run_time_error.h"
 #include "workspace/plot_mouse.h"
 #include "workspace/preview_commands.h"
+#include "workspace/propose_axes_commands.h"
 #include "workspace/shown_picture.h"
 
 namespace graphize {
@@ -44,6 +45,7 @@ bool RunCommand(Workspace& ws, const Desktop& desktop, const std::function<void(
   ws.commandRuns = true;
   const bool done = Guarded(ws, desktop, command).empty();
   DropStaleReading(ws);
+  DropStaleAxes(ws);
   ws.commandRuns = false;
   return done;
 }

@@ -72,16 +72,34 @@ struct ModeStep {
   Mode To = Mode::None;
 };
 
-/// The axis point `Row` (0 origin, 1 X axis, 2 Y axis) with the values as typed.
+/// The axis point `Row` (0 origin, 1 X axis, 2 Y axis) with the values as typed. `At` is where the
+/// click snapped to, to a part of a pixel: what refined axes take instead of the whole one.
 struct AxisStep {
   static constexpr const char* Name = "axis";
   int Row = 0;
   float X = 0, Y = 0;
   std::string XText, YText;
+  std::optional<PlotPosition> At = {};
 };
 struct RedefineStep {
   static constexpr const char* Name = "redefine";
   int Row = 0;
+};
+
+/// A further place whose values are known, one of them at least: as typed, or empty.
+struct ReferenceStep {
+  static constexpr const char* Name = "reference";
+  float X = 0, Y = 0;
+  std::string XText, YText;
+};
+struct RemoveReferenceStep {
+  static constexpr const char* Name = "remove-reference";
+  int Number = 1;
+};
+/// The axes are those that fit all references best, or those of the three rows again.
+struct RefineStep {
+  static constexpr const char* Name = "refine";
+  bool On = true;
 };
 
 /// A point captured with the press's snapping, and one captured exactly there.
@@ -281,14 +299,15 @@ struct SaveStep {
 };
 
 using Step =
-    std::variant<OpenStep, ReloadStep, SetStep, ModeStep, AxisStep, RedefineStep, CaptureStep,
-                 PointStep, TraceStep, ScanStep, ReadStep, SymbolsStep, ReadAllStep, BlockStep,
-                 ClearLastBlockerStep, ClearBlockersStep, DrawStep, EraseStep, GridStep,
-                 UndoEditStep, ImageToolStep, UndoImageToolStep, BlackWhiteStep, InkStep,
-                 ShowColoursStep, RefreshStep, ClearDataStep, ResetStep, ClearRowsStep,
-                 MovePointsStep, DeletePointsStep, RecalculateStep, SortStep, SwapStep,
-                 UndoListStep, CurveLengthStep, IntegrateStep, ResampleStep, NewCurveStep,
-                 RenameCurveStep, DeleteCurveStep, SelectCurveStep, ShowCurveStep, SaveStep>;
+    std::variant<OpenStep, ReloadStep, SetStep, ModeStep, AxisStep, RedefineStep, ReferenceStep,
+                 RemoveReferenceStep, RefineStep, CaptureStep, PointStep, TraceStep, ScanStep,
+                 ReadStep, SymbolsStep, ReadAllStep, BlockStep, ClearLastBlockerStep,
+                 ClearBlockersStep, DrawStep, EraseStep, GridStep, UndoEditStep, ImageToolStep,
+                 UndoImageToolStep, BlackWhiteStep, InkStep, ShowColoursStep, RefreshStep,
+                 ClearDataStep, ResetStep, ClearRowsStep, MovePointsStep, DeletePointsStep,
+                 RecalculateStep, SortStep, SwapStep, UndoListStep, CurveLengthStep, IntegrateStep,
+                 ResampleStep, NewCurveStep, RenameCurveStep, DeleteCurveStep, SelectCurveStep,
+                 ShowCurveStep, SaveStep>;
 
 /// Whether the step is an X.
 template <class X>

@@ -239,6 +239,25 @@ void Fields(Io& io, AxisStep& step) {
   io.Position(step.X, step.Y);
   io.Value(step.XText);
   io.Value(step.YText);
+  bool isExact = step.At.has_value();
+  io.Flag(isExact, "at");
+  if (!isExact) return;
+  if (!step.At) step.At.emplace();
+  io.Position(step.At->Column, step.At->Row);
+}
+template <class Io>
+void Fields(Io& io, ReferenceStep& step) {
+  io.Position(step.X, step.Y);
+  io.Word(step.XText);
+  io.Word(step.YText);
+}
+template <class Io>
+void Fields(Io& io, RemoveReferenceStep& step) {
+  io.Integer(step.Number, 1, kMostReferences);
+}
+template <class Io>
+void Fields(Io& io, RefineStep& step) {
+  io.template Choice<bool>(step.On, "state", {{true, "on"}, {false, "off"}});
 }
 template <class Io>
 void Fields(Io& io, RedefineStep& step) {

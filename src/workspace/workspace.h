@@ -18,6 +18,7 @@
 #include "data/sample_form.h"
 #include "desktop/command_states.h"
 #include "desktop/status_bar.h"
+#include "finding_axes/line_snap.h"
 #include "image_tools/image_tools.h"
 #include "raster/black_white_form.h"
 #include "raster/plot_image.h"
@@ -34,6 +35,7 @@
 #include "tracing/scan.h"
 #include "tracing/tracer_control.h"
 #include "workspace/about_form.h"
+#include "workspace/axes_proposal.h"
 #include "workspace/help_request.h"
 #include "workspace/mode.h"
 #include "workspace/picture_map.h"
@@ -82,6 +84,7 @@ struct PlotMouse {
   bool TraceRunning = false;
   bool PressFailed = false;               // the press ended in an error: its click captures nothing
   bool Snapped = false;                   // the held press was snapped, and the hand kept still
+  std::optional<LineSnap> AxisSnap;       // where a click that defines an axis would snap to
   std::optional<PlotPixel> CapturePress;  // where the last press has led, row downward
   std::string ReadFault;                  // why the last position has no values; empty when it has
   std::string FaultTold;                  // told in a box since the pointer came over the picture
@@ -155,6 +158,8 @@ struct Workspace {
 
   AxisCalibration calibration;
   AxisPanel axisPanel;
+  ProposedAxesForm proposedAxes;
+  ReferenceEntry reference;
 
   PointStore store;  // of the active curve
   CurveList curves;

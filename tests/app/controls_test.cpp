@@ -25,6 +25,7 @@
 #include "app/window_driver.h"
 #include "base/translation.h"
 #include "codecs/picbuf.h"
+#include "raster/plot_view.h"
 #include "session/project_file.h"
 #include "support/quiet_desktop.h"
 #include "support/random_user.h"
@@ -151,6 +152,7 @@ class Speaking : public Controls {
     RandomUser user(1, Folder() / "plot.bmp", Folder() / "saved.dat");
     for (int i = 0; i < 9; ++i)
       user.Do(PointStep{static_cast<float>(40 + 12 * i), static_cast<float>(60 + i)});
+    user.Do(ReferenceStep{100, 70, "5", "50"});
     std::ofstream file(Folder() / "plot.graphize", std::ios::binary);
     file << ProjectBytes(user.ws, QuietDesktop()).value();
     return Folder() / "plot.graphize";
@@ -164,7 +166,15 @@ class Speaking : public Controls {
       Find<QAction>(mode)->trigger();
       Settle();
       look(&Window());
+      if (mode != std::string_view("axisdef")) continue;
+      Find<QAbstractButton>("CMD_AddReference")->click();
+      Settle();
+      look(&Window());
     }
+    Find<QAction>("MNU_IMAGE_ProposeAxes")->trigger();
+    Settle();
+    look(&Window());
+    Find<QAction>("graphize")->trigger();
     constexpr std::pair<const char*, const char*> kForms[] = {
         {"MNU_OPT_Settings", "frmOptions"},
         {"MNU_FILE_Export", "FRM_Export"},

@@ -119,6 +119,51 @@ TEST(ProposeAxes, SpoiledAxesAreNeverSure) {
   }
 }
 
+/// Several plots are chosen between; each then has the axes that it has alone.
+TEST(ProposeAxes, OfPlotsSideBySideOneIsChosen) {
+  const Raster one = Sample("pendulum.bmp");
+  const int width = one.Width(), height = one.Height();
+  Raster two = Raster::Filled(2 * width, height, kWhitePixel);
+  for (int y = 0; y < height; ++y)
+    for (int x = 0; x < 2 * width; ++x) two.Row(y)[x] = one.Row(y)[x % width];
+  const auto propose = [&](const AxesChoice& choice) {
+    PictureOperation operation;
+    return ProposeAxes(two, operation, ReadTextLine, choice);
+  };
+  const AxesProposal none = propose({});
+  EXPECT_EQ(none.Verdict, AxesVerdict::None);
+  ASSERT_EQ(none.Plots.size(), 2u);
+  EXPECT_LT(none.Plots[0].Right, none.Plots[1].Left);
+  ExpectPendulum(propose({.Plot = 0}), "left");
+  AxesProposal right = propose({.Plot = 1});
+  for (ProposedRow& row : right.Rows) row.Column -= width;
+  ExpectPendulum(right, "right");
+  EXPECT_TRUE(Propose(one).Plots.empty());
+}
+
+/// The same column of labels once more at the right, two ticks lower, tells other values.
+TEST(ProposeAxes, OfTwoScalesOneIsChosenAndNeverSure) {
+  const Raster one = Sample("pendulum.bmp");
+  Raster two = Raster::Filled(one.Width() + 60, one.Height(), kWhitePixel);
+  for (int y = 0; y < one.Height(); ++y) {
+    std::copy(one.Row(y), one.Row(y) + one.Width(), two.Row(y));
+    if (y < 25 || y > 335) continue;
+    for (int x = 26; x < 64; ++x) two.Row(y + 97)[x + 592] = one.Row(y)[x];
+  }
+  const auto propose = [&](std::optional<int> scale) {
+    PictureOperation operation;
+    return ProposeAxes(two, operation, ReadTextLine, {.Plot = {}, .XScale = {}, .YScale = scale});
+  };
+  const AxesProposal left = propose({});
+  EXPECT_NE(left.Y.Verdict, AxesVerdict::Sure);
+  ASSERT_EQ(left.Y.Scales.size(), 2u) << left.Y.Reason;
+  EXPECT_EQ(left.Y.Scale, 0);
+  const AxesProposal right = propose(1);
+  EXPECT_EQ(right.Y.Verdict, AxesVerdict::Proposal) << right.Y.Reason;
+  ASSERT_EQ(right.Rows.size(), 3u);
+  for (const ProposedRow& row : right.Rows) EXPECT_NEAR(row.Row, 235 + 97 - row.Y * 195, 1);
+}
+
 TEST(ProposeAxes, EmptyPagesHaveNoneAndAStoppedSearchSaysSo) {
   for (const auto& [width, height] : {std::pair(1, 1), std::pair(3, 400), std::pair(300, 200)}) {
     const AxesProposal axes = Propose(Raster::Filled(width, height, kWhitePixel));

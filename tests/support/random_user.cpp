@@ -60,7 +60,7 @@ RandomUser::RandomUser(unsigned seed, const std::filesystem::path& picture,
 
 void RandomUser::DoSomething() {
   escapeIn_ = Chance(6) ? Pick(40) : -1;
-  switch (Pick(31)) {
+  switch (Pick(32)) {
     case 0:
       return Mode("graphize");
     case 1:
@@ -119,6 +119,8 @@ void RandomUser::DoSomething() {
     case 27:
     case 28:
       return ReadSomething();
+    case 29:
+      return ChangeReferences();
     default:
       return Chance(4) ? Rarely() : ClickWithoutPress();
   }
@@ -132,6 +134,14 @@ void RandomUser::ReadSomething() {
   if (Chance(3)) step.Tolerance = 0.5f + 0.25f * static_cast<float>(Pick(7));
   if (Chance(4)) step.Through.push_back({static_cast<int>(X()), static_cast<int>(Y())});
   Do(step);
+}
+
+void RandomUser::ChangeReferences() {
+  for (int i = Pick(4); i > 0; --i)
+    Do(ReferenceStep{X(), Y() + 0.3f, Chance(3) ? "" : std::to_string(1 + Pick(9)),
+                     Chance(3) ? "" : "1" + std::to_string(Pick(9)) + " mm"});
+  if (Chance(3)) Do(RemoveReferenceStep{1 + Pick(4)});
+  Do(RefineStep{!Chance(3)});
 }
 
 void RandomUser::EditPoints() {
@@ -246,8 +256,8 @@ void RandomUser::ChangeOptions() {
   ws.blockSize = Pick(9);
   ws.commands.SaveErrors = Chance(2);
   ws.commands.PixelErrors = ws.commands.SaveErrors && Chance(3);
-  ws.calibration.XLog = Chance(4);
-  ws.calibration.YLog = Chance(3);
+  SetXLog(ws.calibration, Chance(4));
+  SetYLog(ws.calibration, Chance(3));
   Do([&] { FormatChanged(ws); });
 }
 

@@ -41,6 +41,7 @@ class RandomUser {
   void IntegrateSome();
   void ClearSome();
   void ReadSomething();
+  void ChangeReferences();
   void EditPoints();
   void Drag(float x, float y, int shift);
   void ChangeCurves();

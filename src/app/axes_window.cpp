@@ -1,0 +1,94 @@
+// Axes in the main window: their panel, and the frame that proposes them.
+
+#include <QKeyEvent>
+#include <QTimer>
+#include <utility>
+
+#include "app/main_window.h"
+#include "calibration/axis_panel.h"
+#include "workspace/capture_commands.h"
+#include "workspace/propose_axes_commands.h"
+#include "workspace/propose_axes_panel.h"
+#include "workspace/reference_commands.h"
+
+namespace graphize {
+
+void MainWindow::ConnectAxes() {
+  connect(axisPanel_, &AxisPanelWidget::ReDefinePressed, this,
+          [this](int row) { Do(RedefineStep{row}); });
+  connect(axisPanel_, &AxisPanelWidget::XTyped, this, [this](int row, const std::string& text) {
+    Do([&](Workspace& ws, const Desktop&) { ws.axisPanel.Rows[row].XText = text; }, false);
+  });
+  connect(axisPanel_, &AxisPanelWidget::YTyped, this, [this](int row, const std::string& text) {
+    Do([&](Workspace& ws, const Desktop&) { ws.axisPanel.Rows[row].YText = text; }, false);
+  });
+  connect(axisPanel_, &AxisPanelWidget::XLogSwitched, this,
+          [this](bool on) { Do([=](Workspace& ws, const Desktop& d) { SwitchXLog(ws, d, on); }); });
+  connect(axisPanel_, &AxisPanelWidget::YLogSwitched, this,
+          [this](bool on) { Do([=](Workspace& ws, const Desktop& d) { SwitchYLog(ws, d, on); }); });
+  connect(axisPanel_, &AxisPanelWidget::OriginYFocused, this, [this] {
+    // Comes while the focus is set by a command's rendering, too.
+    ws_.calibration.FocusOriginPending = false;
+  });
+  connect(axisPanel_, &AxisPanelWidget::ProposePressed, this,
+          [this] { Do([](Workspace& ws, const Desktop& d) { ShowProposedAxes(ws, d); }); });
+  connect(axisPanel_, &AxisPanelWidget::AddReferencePressed, this,
+          [this] { Do([](Workspace& ws, const Desktop&) { SwitchAddReference(ws); }); });
+  const auto change = [this](auto setter) {
+    return [this, setter](const auto&... value) {
+      Do([&](Workspace& ws, const Desktop&) { setter(ws, value...); });
+    };
+  };
+  connect(axisPanel_, &AxisPanelWidget::ReferenceXTyped, this,
+          change([](Workspace& ws, const std::string& text) { ws.reference.X = text; }));
+  connect(axisPanel_, &AxisPanelWidget::ReferenceYTyped, this,
+          change([](Workspace& ws, const std::string& text) { ws.reference.Y = text; }));
+  connect(axisPanel_, &AxisPanelWidget::ReferenceChosen, this,
+          change([](Workspace& ws, int number) { ws.reference.Chosen = number; }));
+  connect(axisPanel_, &AxisPanelWidget::RemoveReferencePressed, this,
+          [this] { Do(RemoveChosenReference); });
+  connect(axisPanel_, &AxisPanelWidget::RefinedSwitched, this,
+          [this](bool on) { Do(RefineStep{on}); });
+
+  using Panel = ProposeAxesPanel;
+  connect(proposePanel_, &Panel::XTyped, this, change(TypeProposedX));
+  connect(proposePanel_, &Panel::YTyped, this, change(TypeProposedY));
+  connect(proposePanel_, &Panel::XConfirmed, this, change(ConfirmProposedX));
+  connect(proposePanel_, &Panel::YConfirmed, this, change(ConfirmProposedY));
+  connect(proposePanel_, &Panel::RowFocused, this, change(LookAtProposedRow));
+  connect(proposePanel_, &Panel::XLogSwitched, this,
+          change([](Workspace& ws, bool on) { ws.proposedAxes.XLog = on; }));
+  connect(proposePanel_, &Panel::YLogSwitched, this,
+          change([](Workspace& ws, bool on) { ws.proposedAxes.YLog = on; }));
+  const auto choose = [this](auto chooser) {
+    return [this, chooser](int number) {
+      Do([=](Workspace& ws, const Desktop& d) { chooser(ws, d, number); });
+    };
+  };
+  connect(proposePanel_, &Panel::PlotChosen, this, choose(ChooseProposedPlot));
+  connect(proposePanel_, &Panel::XScaleChosen, this, choose(ChooseProposedXScale));
+  connect(proposePanel_, &Panel::YScaleChosen, this, choose(ChooseProposedYScale));
+  connect(proposePanel_, &Panel::AcceptPressed, this, [this] { Do(TakeProposedAxes); });
+  connect(proposePanel_, &Panel::CancelPressed, this,
+          [this] { Do([](Workspace& ws, const Desktop&) { DropProposedAxes(ws); }); });
+}
+
+void MainWindow::RenderAxes() {
+  axisPanel_->Render(ws_.axisPanel, ws_.calibration);
+  axisPanel_->RenderReferences(ReferencesOf(ws_), ws_.reference, ws_.calibration.Refined.On,
+                               CanProposeAxes(ws_));
+  proposePanel_->Render(ws_.proposedAxes, VerdictText(ws_.proposedAxes), CanTakeProposedAxes(ws_));
+  // Later: what gets the focus may ask for a command, and the frame may not be shown yet.
+  if (std::exchange(ws_.proposedAxes.FocusAsked, false))
+    QTimer::singleShot(0, proposePanel_, &ProposeAxesPanel::FocusNext);
+  if (std::exchange(ws_.reference.FocusAsked, false))
+    QTimer::singleShot(0, axisPanel_, &AxisPanelWidget::FocusReference);
+}
+
+bool MainWindow::TakeProposalKey(const QKeyEvent& key) {
+  if (!ws_.proposedAxes.Shown || key.key() != Qt::Key_Escape) return false;
+  Do([](Workspace& ws, const Desktop&) { DropProposedAxes(ws); });
+  return true;
+}
+
+}  // namespace graphize

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <vector>
+
+#include "finding_axes/long_lines.h"
+#include "finding_axes/words.h"
+
+namespace graphize {
+
+/// The plots that stand beside or above each other, from left to right and from above: what level
+/// and upright lines that touch enclose, with the labels up to the gutter. Empty where there is
+/// only one, or none.
+std::vector<InkBox> FindPlots(const InkImage& upright, const LineSet& lines);
+
+/// A part of the image alone.
+InkImage PartOf(const InkImage& ink, const InkBox& part);
+
+}  // namespace graphize
