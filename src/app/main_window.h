@@ -113,6 +113,7 @@ class MainWindow : public QMainWindow {
   FormDialog* MakeImageToolsForm();
   FormDialog* MakeExportForm();
   FormDialog* MakeBlackWhiteForm();
+  FormDialog* MakeOtherPicturesForm();
   FormDialog* MakeAboutForm();
   FormDialog* MakeSelectSourceForm();
   FormDialog* MakeScanForm();

@@ -55,6 +55,9 @@ void MainWindow::RenderForm() {
       case Form::BlackWhite:
         form_ = MakeBlackWhiteForm();
         break;
+      case Form::OtherPictures:
+        form_ = MakeOtherPicturesForm();
+        break;
     }
     if (form_ != nullptr) {
       renderForm_();

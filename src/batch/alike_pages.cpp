@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "base/run_time_error.h"
+#include "base/translation.h"
 
 namespace graphize {
 
@@ -65,11 +66,32 @@ class Mover {
   void operator()(const Other& step) {
     done_.Do.push_back(step);
   }
+  /// Rows are whole pixels; what is lost by that is kept beside them.
   void operator()(AxisStep step) {
-    const Position at = Mapped(map_, step.X, step.Y);
+    const PlotPosition here = step.At.value_or(PlotPosition{step.X, step.Y});
+    const Position at = Mapped(map_, here.Column, here.Row);
     step.X = static_cast<float>(std::nearbyint(at.X));
     step.Y = static_cast<float>(std::nearbyint(at.Y));
+    if (alike_.Align) step.At = PlotPosition{static_cast<float>(at.X), static_cast<float>(at.Y)};
+    const bool last = alike_.Align && step.Row == 2;
     done_.Do.push_back(std::move(step));
+    if (last) done_.Do.push_back(RefineStep{true});
+  }
+  /// A log switch drops the refinement.
+  void operator()(const SetStep& step) {
+    done_.Do.push_back(step);
+    const bool isLog = step.Option == "x-log" || step.Option == "y-log";
+    if (isLog && alike_.Align && ws_.calibration.IsComplete()) done_.Do.push_back(RefineStep{true});
+  }
+  void operator()(ReferenceStep step) {
+    // Where the calibrated page leaves them unused, they are none of this one's either.
+    if (alike_.UsesReferences || !alike_.Align) Move(std::move(step));
+  }
+  void operator()(const RemoveReferenceStep& step) {
+    if (alike_.UsesReferences || !alike_.Align) done_.Do.push_back(step);
+  }
+  void operator()(const RefineStep& step) {
+    done_.Do.push_back(alike_.Align ? RefineStep{true} : step);
   }
   void operator()(CaptureStep step) { Move(step); }
   void operator()(PointStep step) { Move(step); }
@@ -88,12 +110,12 @@ class Mover {
   void operator()(SymbolsStep step) {
     if (!step.LeftOut.IsEmpty()) {
       step.LeftOut = {};
-      done_.Note = "symbols that were left out by hand are taken here";
+      done_.Note = Tr("symbols that were left out by hand are taken here");
     }
     const BasePictureShown base(ws_.plot);
     std::optional<PlotPixel> at;
     if (known_.Drawn && known_.Symbol) at = FindSymbolLike(ViewOf(), *known_.Drawn, *known_.Symbol);
-    if (!at) throw RunTimeError("there is no symbol like that on the calibrated page");
+    if (!at) throw RunTimeError(Tr("there is no symbol like the one on the calibrated page"));
     step.X = static_cast<float>(at->X);
     step.Y = static_cast<float>(at->Y);
     done_.Do.push_back(std::move(step));
@@ -121,7 +143,7 @@ class Mover {
     auto& moved = std::get<BlockStep>(done_.Do.back());
     moved.Size = static_cast<int>(std::nearbyint(moved.Size * ScaleOf(map_)));
     if (!Contains(ws_.plot, {static_cast<int>(moved.X), static_cast<int>(moved.Y)}))
-      LeaveOut("the blocker lies beyond the edge of the page");
+      LeaveOut(Marked("the blocker lies beyond the edge of the page"));
   }
   void operator()(DrawStep step) { MoveWay(std::move(step)); }
   void operator()(EraseStep step) { MoveWay(std::move(step)); }
@@ -141,11 +163,12 @@ class Mover {
   StepsOnPage Take() { return std::move(done_); }
 
  private:
-  static constexpr const char* kByHand = "what was mended by hand is of the calibrated page alone";
+  static constexpr const char* kByHand =
+      Marked("what was mended by hand is of the calibrated page alone");
 
   void LeaveOut(const char* why) {
     done_.Do.clear();
-    done_.Note = std::string("left out: ") + why;
+    done_.Note = Tr("left out: %1", Tr(why));
   }
   template <class Step>
   void Move(Step step) {
@@ -182,10 +205,12 @@ class Mover {
       if (from_.Start->Bottom) column.Bottom = *from_.Start->Bottom;
     }
     const auto start = StartAt(column, ink);
-    const std::string where = "column " + std::to_string(std::lround(column.Column));
-    if (!start) throw RunTimeError("there is no curve in " + where);
+    const long long where = std::llround(column.Column);
+    if (!start) throw RunTimeError(Tr("there is no curve in column %1", where));
     if (start->IsDoubtful)
-      done_.Doubt = "several curves cross " + where + ": the one nearest to the recipe's is taken";
+      done_.Doubt =
+          Tr("several curves cross column %1: the one nearest to the calibrated page's is taken",
+             where);
     step.X = static_cast<float>(start->At.X);
     step.Y = static_cast<float>(start->At.Y);
     done_.Do.push_back(std::move(step));

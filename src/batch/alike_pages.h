@@ -21,7 +21,8 @@ struct AlikePages {
     std::optional<SymbolBlob> Symbol;
   };
 
-  bool Align = true;  // pages are registered; else they lie as the recipe's picture does
+  bool UsesReferences = false;  // the calibrated page's axes are refined at the end
+  bool Align = true;            // pages are registered; else they lie as the recipe's picture does
   PageReference Reference;
   std::vector<KnownStep> Known;  // of each step
 };

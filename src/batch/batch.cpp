@@ -118,19 +118,6 @@ void CheckPicture(const RecipeFile::Picture& picture) {
                      HexText(Crc32(bytes)) + "); name it behind the recipe to use it all the same");
 }
 
-std::vector<BatchStep> StepsOf(const RecipeFile& recipe, const std::string& name) {
-  std::vector<BatchStep> steps;
-  for (const RecipeFile::Line& line : recipe.Steps) {
-    BatchStep made{.Do = line.Is, .Origin = name + ": line " + std::to_string(line.Number)};
-    if (const auto* open = std::get_if<OpenStep>(&line.Is)) {
-      made.Width = recipe.Pictures[open->Picture - 1].Width;
-      made.Height = recipe.Pictures[open->Picture - 1].Height;
-    }
-    steps.push_back(std::move(made));
-  }
-  return steps;
-}
-
 RecipeFile ReadRecipeFile(const std::string& name) {
   std::string text;
   if (const std::error_code error = ReadWholeFile(name, kLargestRecipe, text))
@@ -245,7 +232,7 @@ bool Replay(std::span<const std::string> words, const BatchStreams& streams) {
                                 ? ReadProjectAsRecipe(name, folder)
                                 : ReadRecipeFile(name);
   const std::vector<fs::path> pictures(line.Operands.begin() + 1, line.Operands.end());
-  std::vector<BatchStep> steps = StepsOf(recipe, name);
+  std::vector<BatchStep> steps = StepsOf(recipe, name + ": ");
   const std::vector<StartOption> columns = ColumnsOf(line);
   const bool align = line.Has("align");
   for (const char* alike : {"align", "trace-column"})

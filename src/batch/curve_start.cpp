@@ -79,6 +79,14 @@ class UprightPlot {
     const Place at = Mapped(toPage_, u, v);
     return {static_cast<int>(std::lround(at.X)), static_cast<int>(std::lround(at.Y))};
   }
+  /// Whether a level line lies there, be it drawn or taken out: what is left of it is no curve.
+  bool IsOnLine(double v) const {
+    return std::any_of(
+        page_.Lines.Lines.begin(), page_.Lines.Lines.end(), [&](const HeldLine& line) {
+          return line.IsLevel &&
+                 std::fabs(v - line.Across * page_.LineScale) <= line.Reach * page_.LineScale;
+        });
+  }
   Cell At(double u, double v) const {
     for (const HeldLine& line : drawn_)
       if (std::fabs((line.IsLevel ? v : u) - line.Across * page_.LineScale) <=
@@ -119,7 +127,8 @@ struct Run {
   double First, Last;
 };
 
-/// How many columns a run can be followed over; lines that cross it hide it for a while.
+/// How many columns a run can be followed over beside the level lines; lines that cross it hide it
+/// for a while.
 int Followed(const UprightPlot& plot, double u, Run run, int direction) {
   constexpr int kMissing = 4, kLongest = 200;
   int count = 0, missing = 0;
@@ -147,7 +156,7 @@ int Followed(const UprightPlot& plot, double u, Run run, int direction) {
       ++next.Last;
     run = next;
     missing = 0;
-    ++count;
+    if (!plot.IsOnLine(0.5 * (run.First + run.Last))) ++count;
   }
   return count;
 }

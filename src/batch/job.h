@@ -7,6 +7,7 @@
 #include "base/raster.h"
 #include "batch/alike_pages.h"
 #include "batch/batch_step.h"
+#include "workspace/recipe_file.h"
 
 namespace graphize {
 
@@ -19,20 +20,25 @@ struct JobOptions {
   bool PointsExpected = false;  // a table without points is an error even where a step saves it
   bool PictureOnly = false;     // no table
   bool KeepPicture = false;
-  bool Strict = false;                // points that the picture does not bear out are an error
+  bool KeepFailed = false;  // also of a job that failed: the picture, and what there is for a table
+  bool Strict = false;      // points that the picture does not bear out are an error
   const AlikePages* Alike = nullptr;  // the pictures are pages like the recipe's own
   std::filesystem::path Passing;  // pictures in this folder go after the run; empty: there is none
 };
 
 /// What is known of a job that failed, too, as far as it came.
 struct JobResult {
-  std::string Table;  // the file's content
-  Raster Picture;     // as the steps leave it, without marks
-  std::string Doubt;  // points that the picture does not bear out; empty: none
-  int Points = 0;     // rows of all curves
+  std::string Table;          // the file's content
+  Raster Picture;             // as the steps leave it, without marks
+  std::string Doubt;          // points that the picture does not bear out; empty: none
+  int Points = 0;             // rows of all curves
+  std::vector<Place> Places;  // of the active curve's points, with the picture
   std::optional<PageRegistration> Registration;  // of an alike page
   std::vector<std::string> Notes;                // what else there is to tell, such as sums
 };
+
+/// The steps of a recipe; `name` stands in front of their lines' numbers.
+std::vector<BatchStep> StepsOf(const RecipeFile& recipe, const std::string& name);
 
 /// Does the steps on a workspace of its own up to the last "save", or all when there is none, and
 /// makes the table of the list as it is then. Throws RunTimeError that begins with the origin of

@@ -12,6 +12,8 @@ namespace graphize {
 
 namespace {
 
+// From this share on no other way is looked at.
+constexpr double kClearShare = 0.92;
 constexpr double kLeastShare = 0.5, kLeastOfSide = 0.3, kMostRms = 0.6;
 constexpr double kMostStretch = 0.01, kMostSkew = 0.4, kMostScaling = 0.05;
 constexpr double kMostUnlike = 0.34;
@@ -134,6 +136,7 @@ PageRegistration RegisterPage(const PageReference& reference, const Raster& page
   for (const PageMatch& match : MatchPages(reference.Page, upright)) {
     LineFit fit = FitLines(reference.Lines, upright.Ink, match.Map);
     if (best.Residuals.empty() || fit.Share > best.Share) best = std::move(fit);
+    if (best.Share > kClearShare) break;
   }
   if (best.Residuals.empty()) {
     registration.Refusal = Tr("there is no frame or grid");

@@ -38,6 +38,7 @@
 #include "workspace/axes_proposal.h"
 #include "workspace/help_request.h"
 #include "workspace/mode.h"
+#include "workspace/other_pictures_form.h"
 #include "workspace/picture_map.h"
 #include "workspace/point_edit.h"
 #include "workspace/reading_preview.h"
@@ -123,7 +124,8 @@ enum class Form {
   Scan,
   ImageTools,
   Export,
-  BlackWhite
+  BlackWhite,
+  OtherPictures
 };
 
 /// The scanner that is used.
@@ -192,6 +194,7 @@ struct Workspace {
   ImageToolsForm imageTools;
   ExportForm exportForm;
   BlackWhiteForm blackWhite;
+  OtherPicturesForm otherPictures;
 
   HelpRequest help;
   SourceForm source;
