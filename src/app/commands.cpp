@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "base/translation.h"
+#include "batch/other_pictures.h"
 #include "session/project_commands.h"
 #include "workspace/capture_commands.h"
 #include "workspace/data_commands.h"
@@ -119,6 +120,12 @@ const MenuEntry kMenus[] = {
      .Tip = Marked("Write down every step, so that they can be done again"),
      .Can = CanSaveRecipe,
      .Run = SaveRecipe},
+    {.Name = "MNU_FILE_OtherPictures",
+     .Caption = Marked("Do &for Other Pictures..."),
+     .Tip = Marked("Do the same on a list of pictures of the same layout, each moved, turned or "
+                   "scaled a little"),
+     .Can = CanShowOtherPictures,
+     .Run = ShowOtherPictures},
     kSeparator,
     {.Name = "MNU_FILE_OpenProject",
      .Caption = Marked("Open Pro&ject..."),

@@ -118,6 +118,7 @@ class MainWindow : public QMainWindow {
   FormDialog* MakeBlackWhiteForm();
   FormDialog* MakeInkForm();
   FormDialog* MakeReadAllForm();
+  FormDialog* MakeOtherPicturesForm();
   FormDialog* MakeAboutForm();
   FormDialog* MakeSelectSourceForm();
   FormDialog* MakeScanForm();

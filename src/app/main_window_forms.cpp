@@ -61,6 +61,9 @@ void MainWindow::RenderForm() {
       case Form::ReadAll:
         form_ = MakeReadAllForm();
         break;
+      case Form::OtherPictures:
+        form_ = MakeOtherPicturesForm();
+        break;
     }
     if (form_ != nullptr) {
       renderForm_();

@@ -12,6 +12,7 @@
 #include <QProcess>
 #include <QStandardPaths>
 #include <QUrl>
+#include <algorithm>
 #include <cstring>
 
 #include "base/run_time_error.h"
@@ -227,6 +228,7 @@ QtDesktop::QtDesktop(QWidget* window, PlotView* plot, std::function<void()> rend
   desktop_.ShowMessage = [this](const Message& message) { return ShowMessage(message); };
   desktop_.Prompt = [this](const TextPrompt& prompt) { return Prompt(prompt); };
   desktop_.ChooseFile = [this](const FileQuestion& question) { return ChooseFile(question); };
+  desktop_.ChooseFiles = [this](const FileQuestion& question) { return ChooseFiles(question); };
   desktop_.ClipboardHasPicture = ClipboardHasPicture;
   desktop_.ClipboardPicture = ClipboardRaster;
   desktop_.ClipboardFiles = ClipboardFiles;
@@ -346,12 +348,26 @@ std::string QtDesktop::Prompt(const TextPrompt& prompt) {
 }
 
 std::optional<std::filesystem::path> QtDesktop::ChooseFile(const FileQuestion& question) {
+  const auto files = AskForFiles(question, false);
+  return files.empty() ? std::nullopt : std::optional(files.front());
+}
+
+std::vector<std::filesystem::path> QtDesktop::ChooseFiles(const FileQuestion& question) {
+  auto files = AskForFiles(question, true);
+  std::sort(files.begin(), files.end());
+  return files;
+}
+
+std::vector<std::filesystem::path> QtDesktop::AskForFiles(const FileQuestion& question,
+                                                          bool several) {
   TakeStopKey();
   render_();
   FileDialog dialog(question, Owner());
   dialog.setObjectName(QStringLiteral("FileDialog"));
   dialog.setAcceptMode(question.ForSaving ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
-  dialog.setFileMode(question.ForSaving ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+  dialog.setFileMode(question.ForSaving ? QFileDialog::AnyFile
+                     : several          ? QFileDialog::ExistingFiles
+                                        : QFileDialog::ExistingFile);
   const QStringList filters = FiltersOf(question.Filters);
   dialog.setNameFilters(filters);
   if (question.FilterIndex >= 1 && question.FilterIndex <= filters.size())
@@ -364,8 +380,10 @@ std::optional<std::filesystem::path> QtDesktop::ChooseFile(const FileQuestion& q
   // Patterns are what the filters are for here.
   if (!question.FileName.empty() && question.FileName.find('*') == std::string::npos)
     dialog.selectFile(ToQString(question.FileName));
-  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
-  return std::filesystem::path(dialog.selectedFiles().constFirst().toStdString());
+  std::vector<std::filesystem::path> files;
+  if (dialog.exec() != QDialog::Accepted) return files;
+  for (const QString& file : dialog.selectedFiles()) files.emplace_back(file.toStdString());
+  return files;
 }
 
 }  // namespace graphize

@@ -46,6 +46,8 @@ class QtDesktop : public QObject {
   Answer ShowMessage(const Message& message);
   std::string Prompt(const TextPrompt& prompt);
   std::optional<std::filesystem::path> ChooseFile(const FileQuestion& question);
+  std::vector<std::filesystem::path> ChooseFiles(const FileQuestion& question);
+  std::vector<std::filesystem::path> AskForFiles(const FileQuestion& question, bool several);
   QWidget* window_;
   PlotView* plot_;
   std::function<void()> render_;

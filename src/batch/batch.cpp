@@ -118,19 +118,6 @@ void CheckPicture(const RecipeFile::Picture& picture) {
                      HexText(Crc32(bytes)) + "); name it behind the recipe to use it all the same");
 }
 
-std::vector<BatchStep> StepsOf(const RecipeFile& recipe, const std::string& name) {
-  std::vector<BatchStep> steps;
-  for (const RecipeFile::Line& line : recipe.Steps) {
-    BatchStep made{.Do = line.Is, .Origin = name + ": line " + std::to_string(line.Number)};
-    if (const auto* open = std::get_if<OpenStep>(&line.Is)) {
-      made.Width = recipe.Pictures[open->Picture - 1].Width;
-      made.Height = recipe.Pictures[open->Picture - 1].Height;
-    }
-    steps.push_back(std::move(made));
-  }
-  return steps;
-}
-
 RecipeFile ReadRecipeFile(const std::string& name) {
   std::string text;
   if (const std::error_code error = ReadWholeFile(name, kLargestRecipe, text))
@@ -184,6 +171,51 @@ RecipeFile ReadProjectAsRecipe(const std::string& name, std::optional<TemporaryF
   }
 }
 
+/// "76" or "76,40,430" of each --trace-column.
+std::vector<StartOption> ColumnsOf(const CommandLine& line) {
+  std::vector<StartOption> columns;
+  for (const GivenOption& option : line.Options) {
+    if (!option.Is("trace-column")) continue;
+    constexpr const char* kExpected = "COLUMN or COLUMN,TOP,BOTTOM in whole pixels is expected";
+    if (option.Value.find(',') == std::string::npos) {
+      columns.push_back({.Column = Numbers<1>(option, option.Value, kExpected)[0]});
+      continue;
+    }
+    const auto [column, top, bottom] = Numbers<3>(option, option.Value, kExpected);
+    if (top >= bottom) Refuse(option, "the top lies above the bottom");
+    columns.push_back({column, top, bottom});
+  }
+  return columns;
+}
+
+/// The file of --report; empty without it.
+fs::path ReportOf(const CommandLine& line, bool force) {
+  const GivenOption* report = line.Find("report");
+  if (report == nullptr) return {};
+  const std::string ending = LowerCase(fs::path(report->Value).extension().string());
+  if (ending != ".csv" && ending != ".json") Refuse(*report, "a name in .csv or .json is expected");
+  std::error_code ignored;
+  if (!force && fs::exists(report->Value, ignored))
+    throw RunTimeError("\"" + report->Value + "\" exists already; see --force");
+  return report->Value;
+}
+
+/// A recipe for pages that are like its own picture, which is looked at: the only one that a run on
+/// other pictures reads.
+AlikePages AlikeOf(const RecipeFile& recipe, std::vector<BatchStep>& steps,
+                   const std::vector<StartOption>& columns, bool align) {
+  if (recipe.Pictures.size() != 1)
+    throw UsageError("the recipe uses several pictures: pages are like one");
+  CheckPicture(recipe.Pictures.front());
+  BeginInColumns(steps, columns);
+  try {
+    return LookAtOwnPicture(steps, {recipe.Pictures.front().Path}, align);
+  } catch (const RunTimeError& error) {
+    throw RunTimeError("the recipe's picture \"" + recipe.Pictures.front().Path.string() +
+                       "\": " + error.what());
+  }
+}
+
 bool Replay(std::span<const std::string> words, const BatchStreams& streams) {
   const CommandSpec command = ReplaySpec();
   const CommandLine line = ReadCommandLine(command, words);
@@ -200,12 +232,21 @@ bool Replay(std::span<const std::string> words, const BatchStreams& streams) {
                                 ? ReadProjectAsRecipe(name, folder)
                                 : ReadRecipeFile(name);
   const std::vector<fs::path> pictures(line.Operands.begin() + 1, line.Operands.end());
-  const std::vector<BatchStep> steps = StepsOf(recipe, name);
+  std::vector<BatchStep> steps = StepsOf(recipe, name + ": ");
+  const std::vector<StartOption> columns = ColumnsOf(line);
+  const bool align = line.Has("align");
+  for (const char* alike : {"align", "trace-column"})
+    if (line.Has(alike) && pictures.empty())
+      throw UsageError(std::string("--") + alike + " is for other pictures: name them");
+  options.Report = ReportOf(line, options.Force);
+  std::optional<AlikePages> pages;
+  if (align || !columns.empty()) pages = AlikeOf(recipe, steps, columns, align);
+  if (pages) options.Table.Alike = &*pages;
   std::vector<Job> jobs = ReplayJobs(
       recipe, pictures, {.Table = output, .Picture = "", .Format = options.Table.Format}, name);
   if (folder && pictures.empty()) jobs.front().Name = name;
   // Without a picture the recipe's own is used, which may have led to an empty file.
-  options.Table.PointsExpected = !pictures.empty() && HadPoints(recipe);
+  options.Table.PointsExpected = !pictures.empty() && (HadPoints(recipe) || !columns.empty());
   const StandardInput input(jobs, streams.In);
   options.Table.Passing = folder ? folder->Path() : input.Folder();
   return RunJobs(steps, jobs, options, streams);

@@ -31,6 +31,23 @@ constexpr Options kOutputOptions = {
     {"help", 'h', nullptr, kOutput, "this text"},
 };
 
+constexpr const char* kAlike = "Pages of one layout";
+constexpr Options kAlikeOptions = {
+    {"align", 0, nullptr, kAlike,
+     "register each picture to the recipe's own by frame and\n"
+     "grid: axes and cleaning move along with it, and curves\n"
+     "are looked for in the column where they began. What\n"
+     "does not fit is refused"},
+    {"trace-column", 0, "COL[,TOP,BOTTOM]", kAlike,
+     "begin the recipe's first trace or reading in this\n"
+     "column of its own picture, between these rows; given\n"
+     "again, the next one. What is more is traced, too",
+     true},
+    {"report", 0, "FILE.csv|FILE.json", kAlike,
+     "a line for each picture: state, points, worst\n"
+     "residual, shift, turn, scale, reason"},
+};
+
 constexpr Options kExportOptions = {
     {"output", 'o', "FILE", kOutput, "where the points go; \"-\" for the standard output"},
     {"format", 0, "FORMAT", kOutput, "csv or json, where FILE's ending does not tell it"},
@@ -255,7 +272,7 @@ they are those on the changed one, which --save-picture shows.
 }
 
 CommandSpec ReplaySpec() {
-  return {
+  CommandSpec spec{
       .Usage = "Usage: graphize replay RECIPE [PICTURE...] -o FILE\n",
       .About = R"(Does the steps again that the window has saved with "Save Recipe...", up to the
 last data file that was saved. On the picture that the recipe names, which must
@@ -264,14 +281,22 @@ which one may be "-", the standard input, the same axes and the same steps are
 used; one that gives no points where the recipe's picture had some is an error.
 RECIPE may be a project (.graphize): its steps are done on the picture in it.
 )",
-      .Options = kOutputOptions,
+      .Options = {},
       .Footer = std::string(kStatus) + R"(Examples
   The same points again:
     graphize replay plot.recipe -o plot.dat
 
   The same steps on other pictures, one file each:
     graphize replay plot.recipe run*.png -o out/
+
+  A thousand pages of a recorder, scanned one by one: each lies a little
+  differently, and its curve begins somewhere else in column 76:
+    graphize replay page1.recipe page*.png --align --trace-column 76 \
+      --report pages.csv --format csv -o out/
 )"};
+  for (const Options* group : {&kAlikeOptions, &kOutputOptions})
+    spec.Options.insert(spec.Options.end(), group->begin(), group->end());
+  return spec;
 }
 
 CommandSpec ExportSpec() {

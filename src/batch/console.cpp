@@ -26,6 +26,7 @@ Console::Console() {
   };
   callbacks_.Prompt = [](const TextPrompt&) { return std::string(); };
   callbacks_.ChooseFile = [](const FileQuestion&) { return std::nullopt; };
+  callbacks_.ChooseFiles = [](const FileQuestion&) { return std::vector<std::filesystem::path>(); };
   callbacks_.ClipboardHasPicture = [] { return false; };
   callbacks_.ClipboardPicture = [] { return Raster(); };
   callbacks_.ClipboardFiles = [] { return std::vector<std::filesystem::path>(); };

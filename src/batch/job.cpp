@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
-#include <memory>
 #include <optional>
 #include <utility>
 
@@ -12,15 +11,11 @@
 #include "base/tokens.h"
 #include "batch/axes_command.h"
 #include "batch/console.h"
-#include "codecs/picture_probe.h"
-#include "data/data_file.h"
+#include "batch/job_table.h"
 #include "raster/black_white.h"
-#include "session/project_file.h"
-#include "workspace/export_points.h"
 #include "workspace/ink_check_commands.h"
 #include "workspace/replay.h"
 #include "workspace/run_command.h"
-#include "workspace/save_points.h"
 
 namespace graphize {
 
@@ -55,7 +50,8 @@ std::string WhyNothing(Workspace& ws, const BatchStep& step) {
 struct Told {
   std::map<std::string, std::string> Doubts;  // of the curves' points, as the last step left them
   std::vector<std::string> Notes;
-  std::vector<std::string> Failed;  // captures, and why; these are among the notes, too
+  std::vector<std::string> Failed;      // captures, and why; these are among the notes, too
+  std::vector<std::string> PageDoubts;  // of an alike page
 
   std::string WhyNoPoints() const {
     std::string text;
@@ -151,82 +147,80 @@ void RunStep(Workspace& ws, const BatchStep& step,
   NoteWhatCameOut(ws, step, outcome, told);
 }
 
-/// Pictures that go after the run have no path, but their bytes.
-void KnowByName(Workspace& ws, const std::filesystem::path& passing) {
-  if (ws.picture.ChosenPath.parent_path() == passing) {
-    ProbeResult verdict;
-    ws.picture.Bytes =
-        std::make_shared<const std::string>(ReadPictureFile(ws.picture.ChosenPath, verdict));
-    ws.picture.ChosenPath = ws.picture.ChosenPath.filename();
+/// An OpenStep whose picture is looked at in its colours before it is reduced to black and white.
+template <class Look>
+void RunOpen(Workspace& ws, const BatchStep& step,
+             const std::vector<std::filesystem::path>& pictures, AxesProposal& axes, Told& told,
+             const Look& look) {
+  BatchStep plain = step;
+  auto& open = std::get<OpenStep>(plain.Do);
+  const bool reduce = std::exchange(open.BlackAndWhite, false);
+  RunStep(ws, plain, pictures, axes, told);
+  {
+    const BasePictureShown base(ws.plot);
+    look(ws.plot.Pixels);
   }
-  for (RecipePicture& picture : ws.recipe.Pictures)
-    if (picture.Path.parent_path() == passing) picture.Path = picture.Path.filename();
+  if (!reduce) return;
+  const InkThreshold threshold{.Level = static_cast<float>(ThresholdOf(open.Threshold))};
+  RunStep(ws, {.Do = BlackWhiteStep{threshold}, .Origin = step.Origin}, pictures, axes, told);
 }
 
-/// Each row gets what the picture says of its point.
-void AddInk(Workspace& ws, std::vector<ExportCurve>& curves) {
-  for (int i = 0; i < static_cast<int>(ws.curves.Curves.size()); ++i) {
-    const auto curve = std::find_if(curves.begin(), curves.end(), [&](const ExportCurve& exported) {
-      return exported.Name == ws.curves.Curves[static_cast<std::size_t>(i)].Name;
+/// Points that a scan has found beyond the turned rectangle go.
+std::optional<DeletePointsStep> PointsBeyond(const Workspace& ws, const StepsOnPage::Area& area,
+                                             int before) {
+  std::vector<PointId> beyond;
+  for (int i = before + 1; i <= ws.store.CaptureCount; ++i) {
+    const PointId id = ws.store.CaptureId[i];
+    if (!HasPlace(ws.store, id)) continue;
+    const Place& place = ws.store.Places[id];
+    const AffineMap& back = area.Back;
+    const double x = back.XX * place.Column + back.XY * place.Row + back.X;
+    const double y = back.YX * place.Column + back.YY * place.Row + back.Y;
+    constexpr double kSlack = 0.75;
+    if (x < area.Is.Left - kSlack || x > area.Is.Right + kSlack || y < area.Is.Top - kSlack ||
+        y > area.Is.Bottom + kSlack)
+      beyond.push_back(id);
+  }
+  if (beyond.empty()) return std::nullopt;
+  return DeletePointsStep{PointSet(std::move(beyond))};
+}
+
+/// One of the recipe's steps on a page that is like the recipe's own picture.
+void RunOnPage(Workspace& ws, const AlikePages& alike, std::size_t number, const BatchStep& step,
+               const std::vector<std::filesystem::path>& pictures, AxesProposal& axes, Told& told,
+               JobResult& result) {
+  if (Is<OpenStep>(step.Do)) {
+    RunOpen(ws, step, pictures, axes, told, [&](const Raster& page) {
+      if (!alike.Align) return;
+      PictureOperation operation;
+      result.Registration = RegisterPage(alike.Reference, page, operation);
+      if (!result.Registration->Refusal.empty())
+        throw RunTimeError("it does not fit the calibrated page: " + result.Registration->Refusal);
     });
-    if (curve == curves.end()) continue;
-    const PointStore& store = PointsOf(ws.curves, ws.store, i);
-    const InkCheck check = InkCheckOf(ws, store);
-    std::vector<const char*> words(store.Places.size(), nullptr);
-    for (std::size_t k = 0; k < check.Ids.size(); ++k)
-      words[check.Ids[k]] = WordOf(check.Verdicts[k]);
-    for (int row = 1; row <= store.ListCount; ++row)
-      if (store.ListId[row] != 0)
-        curve->Rows[static_cast<std::size_t>(row - 1)].Ink = words[store.ListId[row]];
+    return;
   }
+  const AffineMap toPage = result.Registration ? result.Registration->ToPage : AffineMap{};
+  StepsOnPage on;
+  try {
+    on = StepsFor(alike, toPage, number, step, ws);
+  } catch (const RunTimeError& error) {
+    throw StepError(step, error.what());
+  }
+  if (!on.Note.empty()) told.Notes.push_back(step.Origin + ": " + on.Note);
+  const int before = ws.store.CaptureCount;
+  for (Step& toDo : on.Do)
+    RunStep(ws, {.Do = std::move(toDo), .Origin = step.Origin}, pictures, axes, told);
+  if (!on.Doubt.empty()) told.PageDoubts.push_back(StepError(step, on.Doubt).what());
+  if (!on.Within) return;
+  if (auto beyond = PointsBeyond(ws, *on.Within, before))
+    RunStep(ws, {.Do = *std::move(beyond), .Origin = step.Origin}, pictures, axes, told);
 }
 
-bool HasRows(const Workspace& ws, TableFormat format) {
-  const auto& curves = ws.curves.Curves;
-  return ws.store.ListCount > 0 ||
-         (format != TableFormat::Dat &&
-          std::any_of(curves.begin(), curves.end(), [](const Curve& curve) {
-            return curve.Points != nullptr && curve.Points->ListCount > 0;
-          }));
-}
-
-/// `saved`: the last step has saved the active curve, so that this is what is wanted.
-std::string MakeTable(Workspace& ws, const JobOptions& options, bool saved,
-                      std::vector<std::string>& notes) {
-  if (options.Format == TableFormat::Project) {
-    const Console console;
-    if (!options.Passing.empty()) KnowByName(ws, options.Passing);
-    return ProjectBytes(ws, console.Callbacks()).value_or("");
-  }
-  const bool wanted = ws.commands.SaveErrors || options.Errors;
-  const bool known = HasRowErrors(ws.store, ws.calibration);
-  const ErrorKind kind = options.PixelErrors ? ErrorKind::Pixel : ErrorKindOf(ws);
-  if (wanted && !known)
-    notes.push_back("the rows are no places on the picture: they are written without errors");
-  if (options.Format != TableFormat::Dat) {
-    const bool json = options.Format == TableFormat::Json;
-    ws.exportForm = {.Format = json ? ExportFormat::Json : ExportFormat::Csv,
-                     .AllCurves = true,
-                     .Errors = wanted || json,
-                     .PixelErrors = kind == ErrorKind::Pixel,
-                     .Curves = ExportCurves(ws)};
-    if (json) AddInk(ws, ws.exportForm.Curves);
-    const Console console;
-    return ExportText(ws, console.Callbacks()).value_or("");
-  }
-  if (ws.curves.Curves.size() > 1) {
-    constexpr const char* kAll = "; csv, json and graphize hold all";
-    if (!saved)
-      throw RunTimeError("there are " + std::to_string(ws.curves.Curves.size()) +
-                         " curves, and a data file holds one" + kAll);
-    notes.push_back("a data file holds one curve, this one \"" + ActiveCurve(ws.curves).Name +
-                    "\"" + kAll);
-  }
-  std::vector<RowError> errors;
-  if (wanted && known) errors = RowErrorsOf(ws.store, ws.calibration, ws.plot.Height(), kind);
-  const std::string hidden = HiddenDigits(ws.store, ws.calibration, ws.settings, ws.formats);
-  if (!hidden.empty()) notes.push_back(hidden);
-  return DataFileText(ws.dataFileTitle, ws.store, ws.formats, ws.settings.DecimalPoint, errors);
+int RowsOf(const Workspace& ws) {
+  int rows = ws.store.ListCount;
+  for (const Curve& curve : ws.curves.Curves)
+    if (curve.Points != nullptr) rows += curve.Points->ListCount;
+  return rows;
 }
 
 /// One behind the last step that the table is made of.
@@ -248,37 +242,106 @@ std::size_t EndOf(const std::vector<BatchStep>& steps, std::vector<std::string>&
 
 }  // namespace
 
+std::vector<BatchStep> StepsOf(const RecipeFile& recipe, const std::string& name) {
+  std::vector<BatchStep> steps;
+  for (const RecipeFile::Line& line : recipe.Steps) {
+    BatchStep made{.Do = line.Is, .Origin = name + "line " + std::to_string(line.Number)};
+    if (const auto* open = std::get_if<OpenStep>(&line.Is)) {
+      made.Width = recipe.Pictures[open->Picture - 1].Width;
+      made.Height = recipe.Pictures[open->Picture - 1].Height;
+    }
+    steps.push_back(std::move(made));
+  }
+  return steps;
+}
+
 JobResult RunJob(const std::vector<BatchStep>& steps,
                  const std::vector<std::filesystem::path>& pictures, const JobOptions& options) {
-  Workspace ws;
   JobResult result;
+  RunJob(steps, pictures, options, result);
+  return result;
+}
+
+namespace {
+
+/// What is kept of the workspace beside the table.
+void KeepPicture(Workspace& ws, JobResult& result) {
+  for (int i = 1; i <= ws.store.CaptureCount; ++i)
+    if (HasPlace(ws.store, ws.store.CaptureId[i]))
+      result.Places.push_back(ws.store.Places[ws.store.CaptureId[i]]);
+  ClearMarks(ws.plot);
+  result.Picture = std::move(ws.plot.Pixels);
+}
+
+void RunSteps(Workspace& ws, const std::vector<BatchStep>& steps, std::size_t end,
+              const std::vector<std::filesystem::path>& pictures, const JobOptions& options,
+              Told& told, JobResult& result) {
+  AxesProposal axes;
+  for (std::size_t i = 0; i < end; ++i) {
+    if (options.Alike != nullptr)
+      RunOnPage(ws, *options.Alike, i, steps[i], pictures, axes, told, result);
+    else
+      RunStep(ws, steps[i], pictures, axes, told);
+    result.Points = RowsOf(ws);
+  }
+  if (options.PictureOnly) return;
+  // The window has written a table that was saved, too.
+  const bool saved = end > 0 && Is<SaveStep>(steps[end - 1].Do);
+  if (!HasRows(ws, options.Format) && (options.PointsExpected || !saved)) {
+    const std::string why = told.WhyNoPoints();
+    throw RunTimeError(ws.store.CaptureCount > 0
+                           ? "the list is empty"
+                           : "no points were captured" + (why.empty() ? "" : "; " + why));
+  }
+  result.Table = MakeTable(ws, options, saved, told.Notes);
+}
+
+}  // namespace
+
+void RunJob(const std::vector<BatchStep>& steps, const std::vector<std::filesystem::path>& pictures,
+            const JobOptions& options, JobResult& result) {
+  Workspace ws;
   Told told;
   StartReplay(ws);
   const std::size_t end = EndOf(steps, told.Notes);
-  AxesProposal axes;
-  for (std::size_t i = 0; i < end; ++i) RunStep(ws, steps[i], pictures, axes, told);
-  if (!options.PictureOnly) {
-    const bool saved =
-        end > 0 && Is<SaveStep>(steps[end - 1].Do);  // the window has written it, too
-    if (!HasRows(ws, options.Format) && (options.PointsExpected || !saved)) {
-      const std::string why = told.WhyNoPoints();
-      throw RunTimeError(ws.store.CaptureCount > 0
-                             ? "the list is empty"
-                             : "no points were captured" + (why.empty() ? "" : "; " + why));
+  try {
+    RunSteps(ws, steps, end, pictures, options, told, result);
+  } catch (const RunTimeError&) {
+    if (options.KeepFailed && ws.plot.IsPresent()) {
+      if (result.Registration && result.Registration->Fits())
+        result.Table = MakeTable(ws, options, false, told.Notes);
+      KeepPicture(ws, result);
     }
-    result.Table = MakeTable(ws, options, saved, told.Notes);
+    throw;
   }
-  for (const auto& [curve, doubt] : told.Doubts) {
-    if (!result.Doubt.empty()) result.Doubt += "; ";
-    if (ws.curves.Curves.size() > 1) result.Doubt += "curve \"" + curve + "\": ";
-    result.Doubt += doubt;
-  }
-  if (options.KeepPicture) {
-    ClearMarks(ws.plot);
-    result.Picture = std::move(ws.plot.Pixels);
-  }
+  const auto doubt = [&](const std::string& text) {
+    result.Doubt += (result.Doubt.empty() ? "" : "; ") + text;
+  };
+  for (const std::string& text : told.PageDoubts) doubt(text);
+  for (const auto& [curve, text] : told.Doubts)
+    doubt((ws.curves.Curves.size() > 1 ? "curve \"" + curve + "\": " : "") + text);
+  if (options.KeepPicture) KeepPicture(ws, result);
   result.Notes = std::move(told.Notes);
-  return result;
+}
+
+AlikePages LookAtOwnPicture(const std::vector<BatchStep>& steps,
+                            const std::vector<std::filesystem::path>& pictures, bool align) {
+  AlikePages alike{.Align = align};
+  Workspace ws;
+  Told told;
+  AxesProposal axes;
+  StartReplay(ws);
+  for (const BatchStep& step : steps) {
+    if (Is<OpenStep>(step.Do))
+      RunOpen(ws, step, pictures, axes, told, [&](const Raster& picture) {
+        PictureOperation operation;
+        alike.Reference = PageReferenceOf(picture, operation);
+        if (align && !alike.Reference.Refusal.empty()) throw RunTimeError(alike.Reference.Refusal);
+      });
+    alike.Known.push_back(LookAt(ws, step.Do));
+    if (!Is<OpenStep>(step.Do) && ShapesPicture(step.Do)) RunStep(ws, step, pictures, axes, told);
+  }
+  return alike;
 }
 
 }  // namespace graphize

@@ -13,6 +13,7 @@
 #include "base/whole_file.h"
 #include "batch/arguments.h"
 #include "batch/console.h"
+#include "batch/page_report.h"
 #include "codecs/file_format.h"
 #include "codecs/picbuf.h"
 
@@ -78,6 +79,7 @@ class Run {
         jobs_(jobs),
         options_(options),
         streams_(streams),
+        outcomes_(jobs.size()),
         showsProgress_(streams.ErrIsTerminal && !options.Quiet && jobs.size() > 1) {}
 
   bool Work() {
@@ -90,6 +92,7 @@ class Run {
       TakeJobs();
     }
     if (showsProgress_) streams_.Err << "\r\x1b[K" << std::flush;
+    if (!options_.Report.empty()) WriteReport();
     if (failed_ > 0 && jobs_.size() > 1)
       streams_.Err << "graphize: " << failed_ << " of " << jobs_.size()
                    << " pictures could not be done\n";
@@ -100,8 +103,10 @@ class Run {
   void TakeJobs() {
     for (std::size_t i = next_++; i < jobs_.size(); i = next_++) {
       std::string error;
+      PageOutcome& outcome = outcomes_[i];
+      outcome.Picture = jobs_[i].Name;
       try {
-        Do(jobs_[i]);
+        Do(jobs_[i], outcome);
       } catch (const RunTimeError& e) {
         error = e.what();
       } catch (const std::bad_alloc&) {
@@ -112,6 +117,9 @@ class Run {
       const std::scoped_lock lock(mutex_);
       ++done_;
       if (!error.empty()) {
+        const auto& lie = outcome.Registration;
+        outcome.Is = lie && !lie->Fits() ? PageOutcome::How::Refused : PageOutcome::How::Failed;
+        outcome.Reason = error;
         ++failed_;
         Say(jobs_[i].Name + ": " + error);
       }
@@ -119,13 +127,24 @@ class Run {
     }
   }
 
-  void Do(const Job& job) {
+  void Do(const Job& job, PageOutcome& outcome) {
     for (const fs::path& file : {job.Output, job.PictureOutput}) {
       std::error_code ignored;
       if (!options_.Force && !IsStandardOutput(file) && fs::exists(file, ignored))
         throw RunTimeError("\"" + file.string() + "\" exists already; see --force");
     }
-    const JobResult result = RunJob(steps_, job.Pictures, options_.Table);
+    JobResult result;
+    struct Keeping {  // also of what failed
+      const JobResult& From;
+      PageOutcome& To;
+      ~Keeping() {
+        To.Points = From.Points;
+        To.Registration = From.Registration;
+      }
+    } keeping{result, outcome};
+    RunJob(steps_, job.Pictures, options_.Table, result);
+    if (!result.Doubt.empty()) outcome.Is = PageOutcome::How::Doubtful;
+    outcome.Reason = result.Doubt;
     if (!job.PictureOutput.empty()) WritePicture(job.PictureOutput, result.Picture);
     if (IsStandardOutput(job.Output)) {
       const std::scoped_lock lock(mutex_);
@@ -141,6 +160,16 @@ class Run {
     const std::scoped_lock lock(mutex_);
     for (const std::string& note : result.Notes) Say(job.Name + ": " + note);
     if (!result.Doubt.empty()) Say(job.Name + ": " + result.Doubt);
+  }
+
+  void WriteReport() {
+    const std::string text = LowerCase(options_.Report.extension().string()) == ".json"
+                                 ? ReportJson(outcomes_)
+                                 : ReportCsv(outcomes_);
+    const std::error_code error = Write(options_.Report, text);
+    if (!error) return;
+    ++failed_;
+    Say("\"" + options_.Report.string() + "\" cannot be written: " + error.message());
   }
 
   static void WritePicture(const fs::path& path, const Raster& picture) {
@@ -177,6 +206,7 @@ class Run {
   const std::vector<Job>& jobs_;
   const RunOptions& options_;
   const BatchStreams& streams_;
+  std::vector<PageOutcome> outcomes_;  // of each job
   const bool showsProgress_;
   std::mutex mutex_;
   std::atomic<std::size_t> next_ = 0;

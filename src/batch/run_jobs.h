@@ -28,9 +28,10 @@ struct Job {
 
 struct RunOptions {
   JobOptions Table;
-  bool Force = false;  // replace files that exist
-  bool Quiet = false;  // no notes and no progress
-  int Workers = 0;     // 0: one for each core
+  bool Force = false;            // replace files that exist
+  bool Quiet = false;            // no notes and no progress
+  int Workers = 0;               // 0: one for each core
+  std::filesystem::path Report;  // of each picture (batch/page_report.h); empty: none is written
 };
 
 /// The operands of --output and --save-picture; empty where the option is not given.
@@ -49,7 +50,7 @@ std::vector<Job> MakeJobs(const std::vector<std::filesystem::path>& pictures,
 
 /// Runs all jobs, several at a time; one that fails does not stop the others. Errors go to Err, one
 /// line each, and are counted at the end. True when all went well. A file holds the old or the new
-/// content, never a part.
+/// content, never a part. The report is written when all are done.
 bool RunJobs(const std::vector<BatchStep>& steps, const std::vector<Job>& jobs,
              const RunOptions& options, const BatchStreams& streams);
 

@@ -12,6 +12,11 @@ AxesFrame FrameOf(const AxisCalibration& calibration, int width, int height) {
   const auto x = [&](int i) { return static_cast<double>(calibration.PixelX[i]); };
   const auto y = [&](int i) { return static_cast<double>(height - calibration.PixelY[i]); };
   double dx = x(1) - x(0), dy = y(1) - y(0);
+  if (calibration.Refined.On) {
+    // Along X all places have the same Y; rows of the scale count upward.
+    dx = calibration.Refined.Scale.YY;
+    dy = calibration.Refined.Scale.YX;
+  }
   if (dx < 0) dx = -dx, dy = -dy;
   const double length = std::hypot(dx, dy);
   frame.Cos = dx / length;

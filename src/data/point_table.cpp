@@ -96,13 +96,6 @@ std::string JsonPoints(const ExportCurve& curve, Errors errors, const std::strin
   return text + "\n" + indent + "]";
 }
 
-std::string CsvString(const std::string& text) {
-  if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
-  std::string quoted = "\"";
-  for (const char c : text) quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
-  return quoted + "\"";
-}
-
 constexpr const char* kLineEnd = "\r\n";
 
 /// The two errors, each behind a comma; empty cells where they are not known.
@@ -143,6 +136,13 @@ bool WithErrors(const PointTable& table) {
 }
 
 }  // namespace
+
+std::string CsvString(const std::string& text) {
+  if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
+  std::string quoted = "\"";
+  for (const char c : text) quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
+  return quoted + "\"";
+}
 
 std::string CsvText(const PointTable& table) {
   const bool errors = WithErrors(table), several = table.Curves.size() > 1;

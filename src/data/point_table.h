@@ -16,6 +16,9 @@ struct PointTable {
   ErrorKind Kind = ErrorKind::Standard;
 };
 
+/// A text as a field of such a table, in quotes where it needs them.
+std::string CsvString(const std::string& text);
+
 /// The table as RFC 4180 has it: a header, commas, CR LF, decimal points. Numbers are the shortest
 /// that read back as the same value.
 ///

@@ -39,6 +39,7 @@
 #include "workspace/help_request.h"
 #include "workspace/ink_form.h"
 #include "workspace/mode.h"
+#include "workspace/other_pictures_form.h"
 #include "workspace/picture_map.h"
 #include "workspace/point_edit.h"
 #include "workspace/read_all_form.h"
@@ -127,7 +128,8 @@ enum class Form {
   Export,
   BlackWhite,
   Ink,
-  ReadAll
+  ReadAll,
+  OtherPictures
 };
 
 /// The scanner that is used.
@@ -198,6 +200,7 @@ struct Workspace {
   BlackWhiteForm blackWhite;
   InkForm ink;
   ReadAllForm readAll;
+  OtherPicturesForm otherPictures;
 
   HelpRequest help;
   SourceForm source;

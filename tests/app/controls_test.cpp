@@ -180,6 +180,7 @@ class Speaking : public Controls {
     constexpr std::pair<const char*, const char*> kForms[] = {
         {"MNU_OPT_Settings", "frmOptions"},
         {"MNU_FILE_Export", "FRM_Export"},
+        {"MNU_FILE_OtherPictures", "FRM_OtherPictures"},
         {"MNU_DATA_integrate", "FRM_Integrate"},
         {"MNU_Data_Sample", "Sample"},
         {"MNU_IMAGE_ImageTools", "FRM_ImageTools"},

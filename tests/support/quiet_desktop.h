@@ -9,6 +9,7 @@ inline Desktop QuietDesktop() {
   return {.ShowMessage = [](const Message&) { return Answer::Ok; },
           .Prompt = [](const TextPrompt&) { return std::string(); },
           .ChooseFile = [](const FileQuestion&) { return std::nullopt; },
+          .ChooseFiles = [](const FileQuestion&) { return std::vector<std::filesystem::path>(); },
           .ClipboardHasPicture = [] { return false; },
           .ClipboardPicture = [] { return Raster(); },
           .ClipboardFiles = [] { return std::vector<std::filesystem::path>(); },

@@ -46,6 +46,10 @@ ScriptedDesktop::ScriptedDesktop() {
     if (path.empty()) return std::nullopt;
     return path;
   };
+  desktop_.ChooseFiles = [this](const FileQuestion& question) {
+    const auto file = desktop_.ChooseFile(question);
+    return file ? std::vector{*file} : std::vector<std::filesystem::path>();
+  };
   desktop_.ClipboardHasPicture = [this] { return !Clipboard.IsEmpty() || !ClipboardFiles.empty(); };
   desktop_.ClipboardPicture = [this] { return Clipboard.Clone(); };
   desktop_.ClipboardFiles = [this] { return ClipboardFiles; };

@@ -1,0 +1,131 @@
+// The window FRM_OtherPictures: pages of one layout, one by one and all together.
+
+#include <QAbstractButton>
+#include <QTreeWidget>
+#include <sstream>
+
+#include "app/window_driver.h"
+#include "batch/batch.h"
+#include "codecs/file_format.h"
+#include "codecs/picbuf.h"
+#include "support/recorder_page.h"
+
+namespace graphize::test {
+namespace {
+
+using State = OtherPicture::State;
+
+class OtherPictures : public WindowTest {
+ protected:
+  std::filesystem::path Page(int number, const char* ending = ".tif") const {
+    return Folder() / ("page" + std::to_string(number) + ending);
+  }
+  /// A calibrated page 0 whose curve was read is open, and the window is, too.
+  void ShowOnFirstPage() {
+    SavePicture(Page(0), kTifFormat, 0, RecorderPage(0));
+    std::ostringstream out, err;
+    const std::vector<std::string> words = {"digitize",
+                                            Page(0).string(),
+                                            "--origin=90,420:0,-1",
+                                            "--x-axis=570,420:12",
+                                            "--y-axis=90,60:1",
+                                            "--read=96,226",
+                                            "-o",
+                                            Page(0, ".graphize").string()};
+    ASSERT_EQ(RunBatch(words, {out, err}), 0) << err.str();
+    Start();
+    EXPECT_FALSE(IsEnabled("MNU_FILE_OtherPictures"));
+    Window().OpenWhenShown({Page(0, ".graphize")});
+    Until([this] { return State().store.ListCount > 300; }, "the calibrated page is there");
+    ChooseForm("MNU_FILE_OtherPictures", "FRM_OtherPictures");
+  }
+  void Add(int page, const Raster& picture) {
+    SavePicture(Page(page), kTifFormat, 0, picture);
+    const std::size_t before = State().otherPictures.Pictures.size();
+    OnFileDialog(Page(page));
+    Press("BTN_Add");
+    Until([&] { return State().otherPictures.Pictures.size() == before + 1; }, "it is in the list");
+  }
+  void Press(const char* button) { ClickControl(Find<QAbstractButton>(button)); }
+  void UntilAllAreDone() {
+    Until(
+        [this] {
+          const auto& form = State().otherPictures;
+          return !form.IsRunning &&
+                 std::ranges::none_of(form.Pictures, [](const OtherPicture& picture) {
+                   return picture.Is == State::Waiting;
+                 });
+        },
+        "all pictures are done");
+  }
+  const OtherPicture& At(std::size_t i) const { return State().otherPictures.Pictures.at(i); }
+  QString Cell(int row, int column) const {
+    return Find<QTreeWidget>("LST_Pictures")->topLevelItem(row)->text(column);
+  }
+};
+
+TEST_F(OtherPictures, AreDoneSteppedThroughAndMended) {
+  ShowOnFirstPage();
+  Add(1, RecorderPage(1, SlipOf(1)));
+  Add(2, RecorderPage(2, SlipOf(2), 100));
+  EXPECT_FALSE(Find<QAbstractButton>("BTN_Open")->isEnabled());
+  Press("BTN_Start");
+  UntilAllAreDone();
+  EXPECT_EQ(At(0).Is, State::Done) << At(0).Reason;
+  EXPECT_EQ(At(1).Is, State::Refused) << At(1).Reason;
+  EXPECT_EQ(Cell(0, 1), "done");
+  EXPECT_GT(Cell(0, 2).toInt(), 300);
+  EXPECT_EQ(Cell(1, 1), "refused");
+  EXPECT_FALSE(Cell(1, 4).isEmpty());
+  EXPECT_FALSE(Find<QTreeWidget>("LST_Pictures")->topLevelItem(1)->icon(0).isNull());
+  EXPECT_TRUE(std::filesystem::exists(Page(1, ".graphize")));
+  EXPECT_FALSE(std::filesystem::exists(Page(2, ".graphize")));
+  Press("BTN_Next");
+  EXPECT_EQ(State().otherPictures.Selected, 1);
+  // The first one is opened with its axes and points, mended and saved.
+  auto* list = Find<QTreeWidget>("LST_Pictures");
+  MoveTo(list->viewport(), list->visualItemRect(list->topLevelItem(0)).center());
+  Xdo({"click", "1"});
+  Until([this] { return State().otherPictures.Selected == 0; }, "it is selected");
+  Press("BTN_Open");
+  UntilFormIsClosed();
+  Until([this] { return State().project.File == Page(1, ".graphize"); }, "its project is open");
+  EXPECT_TRUE(State().calibration.IsComplete());
+  EXPECT_EQ(State().store.ListCount, At(0).Points);
+  for (int row = 1; row <= State().store.ListCount; row += 50)
+    EXPECT_NEAR(State().store.ListY[row], RecordedCurve(1, State().store.ListX[row]), 0.01) << row;
+  ChooseMenu("MNU_DATA_SwapXY");
+  std::filesystem::remove(Page(1, ".graphize"));
+  OnFileDialog(Page(1, ".graphize"));
+  Find<QAction>("MNU_FILE_SaveProject")->trigger();
+  Until([this] { return State().projectsSaved == 1; }, "it is saved");
+  ChooseForm("MNU_FILE_OtherPictures", "FRM_OtherPictures");
+  EXPECT_EQ(At(0).Is, State::Mended);
+  EXPECT_EQ(Cell(0, 1), "mended");
+  EXPECT_EQ(Cell(1, 1), "refused");
+  Xdo({"key", "Escape"});
+  UntilFormIsClosed();
+}
+
+TEST_F(OtherPictures, AreStoppedAndGoneOnWith) {
+  ShowOnFirstPage();
+  constexpr int kPages = 8;
+  for (int page = 1; page <= kPages; ++page) Add(page, RecorderPage(page, SlipOf(page)));
+  Find<QAbstractButton>("BTN_Start")->setFocus();
+  Xdo({"key", "space"});
+  Until([this] { return State().otherPictures.IsRunning; }, "it runs");
+  Xdo({"keydown", "Escape"});
+  Until([this] { return !State().otherPictures.IsRunning; }, "it has stopped");
+  Xdo({"keyup", "Escape"});
+  EXPECT_TRUE(FormIsOpen());
+  EXPECT_EQ(At(kPages - 1).Is, State::Waiting);
+  Press("BTN_Start");
+  UntilAllAreDone();
+  for (int page = 1; page <= kPages; ++page)
+    EXPECT_TRUE(std::filesystem::exists(Page(page, ".graphize"))) << page;
+  Xdo({"key", "Escape"});
+  UntilFormIsClosed();
+}
+
+}  // namespace
+}  // namespace graphize::test
