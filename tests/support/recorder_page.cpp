@@ -16,8 +16,8 @@ Raster RecorderPage(int page, const Lie& lie, int firstLabel) {
   PlotDrawing drawing(720, 520, left, top, left + 480 * lie.Scale, top + 360 * lie.Scale,
                       lie.Degrees);
   drawing.Frame({.Thickness = 2}, 6, 6);
-  drawing.LinesAtU(Linear(6), {.Darkness = 0.9});
-  drawing.LinesAtV(Linear(4), {.Darkness = 0.9});
+  drawing.LinesAtU(Linear(6), {.Darkness = 0.4});
+  drawing.LinesAtV(Linear(4), {.Darkness = 0.4});
   drawing.Curve([&](double u) { return 0.5 + 0.5 * RecordedCurve(page, 12 * u); },
                 {.Thickness = 3});
   for (int i = 0; i <= 6; ++i) {
