@@ -243,7 +243,7 @@ SymbolFinding FindSymbols(const Raster& picture, const AxisCalibration& calibrat
   // The scatter about the shape tells less than all where neighbouring pixels err together (held
   // against the truth in the accuracy report), and hard edges hide where in a pixel they are.
   constexpr double kHardSigma = 0.15, kLeastSigma = 0.015;
-  const double wider = shape.IsClean ? 1.2 : 2.2;
+  const double wider = shape.IsClean ? 1.2 : 2.8;
   const bool isMass = request.Centre == SymbolCentre::Mass;
   for (const SymbolMatch& match : matches) {
     if (match.Mismatch() > cut) continue;

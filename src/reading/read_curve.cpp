@@ -139,8 +139,20 @@ double LongestGap(const std::vector<StrokeSample>& samples, const StrokeKind& ki
   return std::max(2.6 * *middle, 0.5 * solid);
 }
 
-/// Ends the course at gaps that are too long to be the same stroke's, seen from the start on.
-void CutAtGaps(Followed& followed, PathPixel start) {
+/// Whether the straight way from one to the other leads over a wall.
+bool IsWalledOff(const StrokeSample& from, const StrokeSample& to,
+                 const std::vector<ReadingWall>& walls) {
+  const double dx = to.X() - from.X(), dy = to.Y() - from.Y(), squared = dx * dx + dy * dy;
+  return std::any_of(walls.begin(), walls.end(), [&](const ReadingWall& wall) {
+    const double x = wall.X - from.X(), y = wall.Y - from.Y();
+    const double t = squared > 0 ? std::clamp((x * dx + y * dy) / squared, 0.0, 1.0) : 0;
+    return std::hypot(x - t * dx, y - t * dy) <= 0.5 * std::max(wall.Size, 1);
+  });
+}
+
+/// Ends the course at walls that it went round over paper, and at gaps that are too long to be the
+/// same stroke's, seen from the start on.
+void CutAtGaps(Followed& followed, PathPixel start, const std::vector<ReadingWall>& walls) {
   std::vector<StrokeSample>& samples = followed.Samples;
   const double longest = LongestGap(samples, followed.Kind);
   const auto nearest = std::min_element(samples.begin(), samples.end(),
@@ -158,7 +170,8 @@ void CutAtGaps(Followed& followed, PathPixel start) {
       if (sample.IsGap) continue;
       const StrokeSample& before = samples[static_cast<std::size_t>(last)];
       if (std::abs(i - last) > 1 &&
-          std::hypot(sample.X() - before.X(), sample.Y() - before.Y()) > longest)
+          (std::hypot(sample.X() - before.X(), sample.Y() - before.Y()) > longest ||
+           IsWalledOff(before, sample, walls)))
         break;
       last = i;
     }
@@ -223,15 +236,17 @@ InkCount CountInk(const InkMap& map, const std::vector<StrokeSample>& samples,
   return count;
 }
 
-void FinishCourse(const InkMap& map, Followed& followed, PathPixel start) {
-  CutAtGaps(followed, start);
+void FinishCourse(const InkMap& map, Followed& followed, PathPixel start,
+                  const std::vector<ReadingWall>& walls) {
+  CutAtGaps(followed, start, walls);
   FinishEnds(map, followed.Samples, followed.Kind);
 }
 
 /// From left to right; with gaps where that finds more; and wherever it leads where a way from left
 /// to right leaves much of the ink out.
 Followed FollowSomehow(InkMap& map, const InkBlends& blends, PathPixel start,
-                       const std::vector<PathPixel>& through, const PictureOperation& operation) {
+                       const ReadingRequest& request, const PictureOperation& operation) {
+  const std::vector<PathPixel>& through = request.Through;
   Followed followed = Follow(map, blends, start, kSolidStroke, through, operation);
   if (2 * followed.Samples.size() < static_cast<std::size_t>(map.Width)) {
     followed.Walls.TakeDown(map);
@@ -243,7 +258,7 @@ Followed FollowSomehow(InkMap& map, const InkBlends& blends, PathPixel start,
       followed.Walls.PutUp(map);
     }
   }
-  FinishCourse(map, followed, start);
+  FinishCourse(map, followed, start, request.Walls);
   const InkCount ink = CountInk(map, followed.Samples, followed.Kind);
   if (ink.Left < 0.25 * ink.Taken || operation.Stopped) return followed;
   followed.Walls.TakeDown(map);
@@ -253,7 +268,7 @@ Followed FollowSomehow(InkMap& map, const InkBlends& blends, PathPixel start,
   // Where two curves end at one place, the way from one to the other is a tip.
   if (path.Path.size() > 1 && TurnsBack(path.Path, free.Kind) && (path.IsClosed || !path.HasTip)) {
     free.Samples = SamplesOf(map, path.Path, free.Kind, &blends);
-    FinishCourse(map, free, start);
+    FinishCourse(map, free, start, request.Walls);
     if (CountInk(map, free.Samples, free.Kind).Taken > 1.12 * ink.Taken) return free;
   }
   followed.Walls.PutUp(map);
@@ -305,7 +320,7 @@ CurveReading ReadCurve(const Raster& picture, const AxisCalibration& calibration
     return refused(Tr("a line of the grid or the frame, no curve"));
   }
   const InkBlends blends(picture, paper, directions, *ink);
-  Followed followed = FollowSomehow(map, blends, *start, request.Through, operation);
+  Followed followed = FollowSomehow(map, blends, *start, request, operation);
   if (operation.Stopped) return stopped();
   reading.Kind = followed.Kind;
   reading.Doubts = followed.Doubts;

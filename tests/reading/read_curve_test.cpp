@@ -198,9 +198,12 @@ TEST(ReadCurve, TellsWhatItDoesNotSeeAndWhatItLeavesOut) {
 
   // A wall ends it.
   const PixelPosition wall = course[course.size() / 4];
-  const ReadingWall dot{static_cast<int>(wall.X), static_cast<int>(wall.Y), 60};
-  for (const CurvePoint& point : plot.Read(course[course.size() * 3 / 4], {.Walls = {dot}}).Points)
-    EXPECT_GT(point.X, wall.X);
+  for (const int size : {60, 4}) {
+    const ReadingWall dot{static_cast<int>(wall.X), static_cast<int>(wall.Y), size};
+    for (const CurvePoint& point :
+         plot.Read(course[course.size() * 3 / 4], {.Walls = {dot}}).Points)
+      EXPECT_GT(point.X, wall.X);
+  }
 }
 
 TEST(ReadCurve, FollowsCurvesThatCloseAndTurnBack) {
