@@ -13,9 +13,10 @@ namespace graphize {
 
 namespace {
 
-constexpr double kLeastPart = 0.2;   // of the plot's width or height that a curve goes along
-constexpr int kMostTries = 14;       // of one ink
-constexpr double kSameCourse = 0.9;  // part of a curve that lies on others: it was read before
+constexpr double kLeastPart = 0.2;    // of the plot's width or height that a curve goes along
+constexpr int kMostTries = 14;        // of one ink
+constexpr double kSameCourse = 0.9;   // part of a curve that lies on others: it was read before
+constexpr double kMostOutside = 0.1;  // part of a curve outside the plot: else labels, a legend
 
 /// What hangs together of an ink.
 struct Piece {
@@ -69,6 +70,19 @@ bool IsScattered(const CurveReading& reading) {
   const auto bridged = std::count_if(reading.Points.begin(), reading.Points.end(),
                                      [](const CurvePoint& point) { return point.IsBridged; });
   return 10 * bridged > 7 * static_cast<std::ptrdiff_t>(reading.Points.size());
+}
+
+/// How much of a curve lies outside the plot, 0 to 1. Strokes that end on its frame reach a little
+/// beyond.
+double PartOutside(const CurveReading& reading, const AxesFrame& frame) {
+  const double reach = 3 + 0.5 * reading.Kind.Width;
+  const auto outside =
+      std::count_if(reading.Points.begin(), reading.Points.end(), [&](const CurvePoint& point) {
+        const double u = frame.U(point.X, point.Y), v = frame.V(point.X, point.Y);
+        return u < frame.Left - reach || u > frame.Right + reach || v < frame.Top - reach ||
+               v > frame.Bottom + reach;
+      });
+  return static_cast<double>(outside) / static_cast<double>(reading.Points.size());
 }
 
 /// How much of a curve lies on the pixels, 0 to 1.
@@ -180,6 +194,7 @@ PlotReading ReadAllCurves(const Raster& picture, const AxisCalibration& calibrat
       if (reading.IsStopped || reading.Points.empty() || IsScattered(reading) ||
           PartAmong(reading, taken) > 0.5)
         continue;
+      if (isSpanned && PartOutside(reading, frame) > kMostOutside) continue;
       Take(taken, reading, 2 + static_cast<int>(std::ceil(0.5 * reading.Kind.Width)));
       // Compression makes several inks of one: the same stroke is read once.
       if (PartAmong(reading, courses) > kSameCourse) continue;

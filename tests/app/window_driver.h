@@ -11,6 +11,8 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <stdexcept>
+#include <string>
 
 #include "app/main_window.h"
 
@@ -39,7 +41,8 @@ class WindowTest : public ::testing::Test {
     Control* control = nullptr;
     if (const QWidget* form = OpenForm()) control = form->findChild<Control*>(QLatin1String(name));
     if (control == nullptr) control = window_->findChild<Control*>(QLatin1String(name));
-    if (control == nullptr) ADD_FAILURE() << "no control " << name;
+    // The test ends here, and the next one goes on.
+    if (control == nullptr) throw std::runtime_error(std::string("no control ") + name);
     return control;
   }
   QString TextOf(const char* label) const { return Find<QLabel>(label)->text(); }
