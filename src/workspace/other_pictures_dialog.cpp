@@ -81,7 +81,7 @@ OtherPicturesDialog::OtherPicturesDialog(QWidget* parent)
   list_->setRootIsDecorated(false);
   list_->setUniformRowHeights(true);
   list_->setIconSize({OtherPicturesForm::kThumbnailWidth, OtherPicturesForm::kThumbnailHeight});
-  list_->setMinimumSize(480, 200);
+  list_->setMinimumSize(620, 240);
   list_->header()->setSectionResizeMode(QHeaderView::Interactive);
   column->addWidget(list_, 1);
 
@@ -124,7 +124,6 @@ OtherPicturesDialog::OtherPicturesDialog(QWidget* parent)
     if (item != nullptr) emit Selected(list_->indexOfTopLevelItem(item));
   });
   connect(list_, &QTreeWidget::itemActivated, this, &OtherPicturesDialog::OpenPressed);
-  resize(760, 480);
 }
 
 void OtherPicturesDialog::RenderList(const OtherPicturesForm& form) {
