@@ -45,6 +45,24 @@
 
 namespace graphize {
 
+namespace {
+
+/// Scrolls up and down alone, and grows where a frame that was hidden takes more than was known.
+class SidePanel : public QScrollArea {
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    const bool taken = QScrollArea::eventFilter(watched, event);
+    if (watched == widget() && event->type() == QEvent::LayoutRequest && isVisible()) {
+      const int room = verticalScrollBar()->sizeHint().width();
+      const int needed = widget()->minimumSizeHint().width() + room;
+      if (needed > width()) setFixedWidth(needed);
+    }
+    return taken;
+  }
+};
+
+}  // namespace
+
 QAction* MainWindow::MakeAction(const MenuEntry& entry) {
   auto* action = new QAction(tr(entry.Caption), this);
   action->setObjectName(QLatin1String(entry.Name));
@@ -228,7 +246,7 @@ QWidget* MainWindow::BuildSidePanel() {
   column->addStretch();
 
   // On a small screen the panel scrolls, and does not push the status bar out of it.
-  auto* scroll = new QScrollArea;
+  auto* scroll = new SidePanel;
   scroll->setWidget(side);
   scroll->setWidgetResizable(true);
   scroll->setFrameStyle(QFrame::NoFrame);

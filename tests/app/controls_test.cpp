@@ -61,6 +61,13 @@ class Controls : public WindowTest {
     ExpectNoClash(bar, QStringLiteral("menu bar"));
   }
 
+  static std::string NamesIn(const QWidget* control) {
+    std::string names;
+    for (const QWidget* child : control->findChildren<QWidget*>())
+      if (!child->objectName().isEmpty()) names += child->objectName().toStdString() + ' ';
+    return names;
+  }
+
   /// It lies in its parent and has the room that its text takes.
   void ExpectShownWhole(const QWidget* control, const std::string& what) {
     const QWidget* parent = control->parentWidget();
@@ -68,7 +75,10 @@ class Controls : public WindowTest {
     const QRect room(0, 0, parent->width(),
                      scrolls ? control->geometry().bottom() + 1 : parent->height());
     EXPECT_TRUE(scrolls ? control->width() <= room.width() : room.contains(control->geometry()))
-        << what << " reaches beyond " << parent->metaObject()->className();
+        << what << " with " << NamesIn(control) << " reaches beyond "
+        << parent->metaObject()->className() << ' ' << parent->objectName().toStdString() << ": "
+        << control->geometry().right() << ',' << control->geometry().bottom() << " of "
+        << room.width() << ',' << room.height();
     QSize needed;
     if (const auto* label = qobject_cast<const QLabel*>(control)) {
       if (label->text().isEmpty() || label->sizePolicy().horizontalPolicy() == QSizePolicy::Ignored)

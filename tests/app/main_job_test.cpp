@@ -162,6 +162,7 @@ TEST_F(MainJob, TheKeyboardMovesThePointerAndEnterCaptures) {
 TEST_F(MainJob, AClickCountsOnlyWhereItsReleaseIsSeen) {
   Start();
   Window().resize(700, 500);
+  Settle();
   OpenSample("pendulum.bmp");
   const auto dragFrom = [this](int x, int y, QWidget* to) {
     MoveOverPlot(x, y);

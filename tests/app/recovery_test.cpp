@@ -218,6 +218,8 @@ TEST_F(RecoveryWindow, TheProgramEndsInOrderWhenItIsAskedTo) {
   };
   for (const int number : {SIGTERM, SIGHUP}) {
     fs::remove_all(sessions);
+    // What the test itself was told to ignore, as by nohup, its children would ignore as well.
+    signal(number, SIG_DFL);
     QProcess program;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("XDG_STATE_HOME"), QString::fromStdString(Folder().string()));
