@@ -500,6 +500,16 @@ TEST_F(Batch, PointsThatThePictureDoesNotBearOutAreTold) {
   EXPECT_EQ(Run(bad), 1);
   EXPECT_TRUE(IsTold("some are doubtful: "));
   EXPECT_NE(out.str(), "") << "they are written all the same";
+  // Each curve is judged by its own points, and by what is written; those of a hand alone where
+  // it is asked for.
+  bad.pop_back();
+  bad.insert(bad.end(), {"--curve", "by hand", "--point", "300,200"});
+  ASSERT_EQ(Run(bad), 0);
+  EXPECT_TRUE(IsTold("curve \"curve 1\": "));
+  EXPECT_EQ(err.str().find("by hand"), std::string::npos) << err.str();
+  bad.emplace_back("--strict");
+  EXPECT_EQ(Run(bad), 1);
+  EXPECT_TRUE(IsTold("curve \"by hand\": 1 point: 1 not on ink"));
 
   // The curve alone, from axis to axis.
   const auto rows = [&](Words options) {
