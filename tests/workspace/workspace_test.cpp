@@ -650,6 +650,21 @@ TEST_F(WorkspaceTest, WhatComesNextIsSaidFromThePictureToTheFile) {
   EXPECT_FALSE(IsNextShown(ws));
 }
 
+TEST_F(WorkspaceTest, TheReductionIsPreviewedInTheMiddleOfWhatIsSeen) {
+  OpenAndCalibrate();
+  SetPicture(ws.plot, Raster::Filled(2000, 1600, kWhitePixel));
+  ResizeView(ws, 600, 400);
+  ShowFromCorner(ws.view, 2000, 1600);
+  for (const double zoom : {0.5, 4.0}) {
+    SetZoom(ws.view, zoom, 0, 0);
+    ShowPlace(ws, 900, 700);
+    ShowBlackWhite(ws);
+    EXPECT_NEAR(ws.blackWhite.Left + BlackWhiteForm::kPartWidth / 2, 900, 2) << zoom;
+    EXPECT_NEAR(ws.blackWhite.Top + BlackWhiteForm::kPartHeight / 2, 700, 2) << zoom;
+    CloseForm(ws, desktop);
+  }
+}
+
 TEST_F(WorkspaceTest, DoubtfulPointsAreToldShownAndRemoved) {
   OpenAndCalibrate();
   Raster picture = Raster::Filled(60, 50, kWhitePixel);
