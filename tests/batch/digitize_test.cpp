@@ -89,6 +89,8 @@ TEST_F(Batch, BadInvocationsAreToldInOneLineAndWriteNothing) {
        "--read 3,3: at 3,3 there is only paper, no curve"},
       {traced({"--trace=76"}), 2, "--trace \"76\": COLUMN,ROW in whole pixels is expected"},
       {traced({"--trace=7x,8"}), 2, "--trace \"7x,8\""},
+      {traced({"--trace=39950,8"}), 2, "--trace \"39950,8\": \"39950\" is not from 0 to 32766"},
+      {traced({"--part=third"}), 2, "--part \"third\": half, quarter or LEFT,TOP,WIDTH,HEIGHT"},
       {digitize({p, "-o", o, "--trace"}, false), 2, "--trace needs a value"},
       {traced({"--tra=1"}), 2, "--trace \"1\""},
       {traced({"--grid", "z"}), 2, "x, y or both is expected"},
@@ -541,7 +543,7 @@ TEST_F(Batch, APictureThatIsTooLongIsOpenedInPart) {
   EXPECT_EQ(size({"--part", "quarter"}), std::pair(10000, 6));
   EXPECT_EQ(size({"--part=39000,2,1000,22"}), std::pair(1000, 22));
   const std::pair<const char*, const char*> faults[] = {
-      {"third", "\"third\" is not half, quarter or a part"},
+      {"third", "--part \"third\": half, quarter or LEFT,TOP,WIDTH,HEIGHT"},
       {"39001,0,1000,24", "does not lie on the picture, which is 40000 x 24 pixels"},
       {"0,0,0,24", "does not lie on the picture"},
       {"0,0,33000,24", "neither width nor height may be more than 32767"}};
