@@ -246,7 +246,6 @@ const MenuEntry kMenus[] = {
      .Key = "Ctrl+0",
      .Tip = Marked("The whole picture as large as the window shows it"),
      .Can = CanZoom,
-     .Run = [](Workspace& ws, const Desktop&) { FitPicture(ws); },
      .Checked = IsFitted},
     {.Name = "MNU_VIEW_ActualSize",
      .Caption = Marked("&Actual Size"),

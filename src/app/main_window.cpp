@@ -145,7 +145,7 @@ void MainWindow::Do(const Step& step) {
 }
 
 void MainWindow::Commit() {
-  DropOldInkCheck(ws_);
+  RenewInkCheck(ws_);
   RunCommand(ws_, desktop_->Callbacks(), [&] { journal_.KeepPicture(ws_, desktop_->Callbacks()); });
   history_.Commit(ws_);
   const DocumentDelta delta = history_.TakeDelta();

@@ -337,7 +337,10 @@ void MainWindow::ConnectPanels() {
 void MainWindow::ConnectInkCheck() {
   connect(inkCheck_, &InkCheckPanel::ShowPressed, this,
           [this] { Do([](Workspace& ws, const Desktop&) { ShowDoubtful(ws); }); });
-  connect(inkCheck_, &InkCheckPanel::RemovePressed, this, [this] { Do(RemoveDoubtful); });
+  connect(inkCheck_, &InkCheckPanel::RemovePressed, this, [this] {
+    Do(RemoveDoubtful);
+    plot_->setFocus();  // the button has gone
+  });
 }
 
 void MainWindow::ConnectCurves() {

@@ -86,8 +86,12 @@ void MainWindow::ConnectView() {
   connect(pictureArea_, &PictureArea::Zoomed, this, zoomBy);
   connect(zoomPercent_, &ZoomPercent::ZoomChosen, this,
           [this, zoomTo](double zoom) { zoomTo(zoom, ZoomMiddle()); });
-  connect(zoomPercent_, &ZoomPercent::FitChosen, this,
-          [this] { Do([](Workspace& ws, const Desktop&) { FitPicture(ws); }, false); });
+  const auto fit = [this] {
+    Do([](Workspace& ws, const Desktop&) { FitPicture(ws); });
+    plot_->ReadPointer();
+  };
+  onMenu("MNU_VIEW_Fit", fit);
+  connect(zoomPercent_, &ZoomPercent::FitChosen, this, fit);
 }
 
 QPointF MainWindow::ZoomMiddle() const {

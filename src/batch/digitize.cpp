@@ -37,7 +37,7 @@ class Maker {
 
   std::vector<BatchStep> Make() {
     const GivenOption* part = line_.Find("part");
-    Add(OpenStep{.Damaged = line_.Has("damaged"), .Part = part != nullptr ? part->Value : ""},
+    Add(OpenStep{.Damaged = line_.Has("damaged"), .Part = part != nullptr ? PartOf(*part) : ""},
         part != nullptr ? part->Name() : "");
     for (const GivenOption& option : line_.Options) MakeTool(option);
     LookForAxes();

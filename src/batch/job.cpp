@@ -48,7 +48,8 @@ std::string WhyNothing(Workspace& ws, const BatchStep& step) {
 
 /// What a run has to tell beside the table.
 struct Told {
-  std::map<std::string, std::string> Doubts;  // of the curves' points, as the last step left them
+  // Curves with points that a step has found, and what was doubtful of them when it had.
+  std::map<std::string, std::string> Found;
   std::vector<std::string> Notes;
   std::vector<std::string> Failed;      // captures, and why; these are among the notes, too
   std::vector<std::string> PageDoubts;  // of an alike page
@@ -59,6 +60,43 @@ struct Told {
     return text;
   }
 };
+
+std::string DoubtOf(const InkCheck& check) {
+  return check.AnyDoubtful() ? check.Text : "";
+}
+
+bool FindsPoints(const Step& step) {
+  return Is<TraceStep>(step) || Is<ScanStep>(step) || Is<ReadStep>(step) || Is<SymbolsStep>(step) ||
+         Is<ReadAllStep>(step);
+}
+
+void NoteFound(Workspace& ws, const BatchStep& step, Told& told) {
+  for (int i = 0; i < static_cast<int>(ws.curves.Curves.size()); ++i)
+    if (i == ws.curves.Active || Is<ReadAllStep>(step.Do))
+      told.Found[ws.curves.Curves[static_cast<std::size_t>(i)].Name] =
+          DoubtOf(InkCheckOf(ws, PointsOf(ws.curves, ws.store, i)));
+}
+
+/// What the picture says of the points that are written, an entry for each doubtful curve. Rows
+/// that are no places on it, such as resampled ones, are as doubtful as what they were made of.
+/// Points that were captured by hand alone are doubted only where it is asked for.
+std::vector<std::string> DoubtsOf(Workspace& ws, const JobOptions& options, const Told& told) {
+  std::vector<std::string> doubts;
+  const int count = static_cast<int>(ws.curves.Curves.size());
+  for (int i = 0; i < count; ++i) {
+    if (options.Format == TableFormat::Dat && i != ws.curves.Active) continue;
+    const std::string& name = ws.curves.Curves[static_cast<std::size_t>(i)].Name;
+    const PointStore& points = PointsOf(ws.curves, ws.store, i);
+    const auto found = told.Found.find(name);
+    if (points.ListCount == 0 || (found == told.Found.end() && !options.Strict)) continue;
+    const InkCheck check = InkCheckOf(ws, points);
+    std::string doubt = DoubtOf(check);
+    if (check.Ids.empty() && found != told.Found.end()) doubt = found->second;
+    if (doubt.empty()) continue;
+    doubts.push_back((count > 1 ? "curve \"" + name + "\": " : "") + doubt);
+  }
+  return doubts;
+}
 
 void NoteWhatCameOut(Workspace& ws, const BatchStep& step, const Outcome& outcome, Told& told) {
   const auto note = [&](const std::string& text) {
@@ -73,13 +111,7 @@ void NoteWhatCameOut(Workspace& ws, const BatchStep& step, const Outcome& outcom
   } else if (outcome.HiddenByMarks) {
     note("marks of an earlier trace cover a part of the curve");
   }
-  if (outcome.Points > 0 && !ws.inkCheck.Text.empty()) {
-    const std::string& curve = ActiveCurve(ws.curves).Name;
-    if (ws.inkCheck.AnyDoubtful())
-      told.Doubts[curve] = ws.inkCheck.Text;
-    else
-      told.Doubts.erase(curve);
-  }
+  if (outcome.Points > 0 && FindsPoints(step.Do)) NoteFound(ws, step, told);
   if (Is<ResampleStep>(step.Do) && !ws.sample.Hint.empty()) note(ws.sample.Hint);
   if (outcome.Area) note("area = " + ShortestText(*outcome.Area));
   if (Is<OpenStep>(step.Do) && step.Width > 0 &&
@@ -318,8 +350,8 @@ void RunJob(const std::vector<BatchStep>& steps, const std::vector<std::filesyst
     result.Doubt += (result.Doubt.empty() ? "" : "; ") + text;
   };
   for (const std::string& text : told.PageDoubts) doubt(text);
-  for (const auto& [curve, text] : told.Doubts)
-    doubt((ws.curves.Curves.size() > 1 ? "curve \"" + curve + "\": " : "") + text);
+  if (!options.PictureOnly)
+    for (const std::string& text : DoubtsOf(ws, options, told)) doubt(text);
   if (options.KeepPicture) KeepPicture(ws, result);
   result.Notes = std::move(told.Notes);
 }

@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "base/numbers.h"
+#include "workspace/picture_part.h"
 
 namespace graphize {
 
@@ -28,6 +29,15 @@ std::pair<std::string, std::string> SplitOff(const std::string& text) {
   const std::size_t colon = text.find(':');
   if (colon == text.npos) return {text, ""};
   return {text.substr(0, colon), text.substr(colon + 1)};
+}
+
+int NumberOf(const GivenOption& option, const std::string& text, const char* expected) {
+  constexpr int kMost = 32766;
+  if (const auto number = IntegerText(text, 0, kMost)) return *number;
+  const auto number = WholeNumberText(text);
+  if (number && *number == std::nearbyint(*number))
+    Refuse(option, "\"" + text + "\" is not from 0 to " + std::to_string(kMost));
+  Refuse(option, expected);
 }
 
 PlotPixel PixelOf(const GivenOption& option, const std::string& text, const char* expected) {
@@ -59,6 +69,12 @@ std::pair<PlotPixel, std::vector<std::string>> AxisPointOf(const GivenOption& op
   if (values.size() != count) Refuse(option, expected);
   for (const std::string& value : values) SingleOf(option, value);
   return {PixelOf(option, at, expected), values};
+}
+
+std::string PartOf(const GivenOption& option) {
+  if (!IsPartText(option.Value))
+    Refuse(option, "half, quarter or LEFT,TOP,WIDTH,HEIGHT is expected");
+  return option.Value;
 }
 
 ReadingDensity DensityOf(const GivenOption& option, const std::string& text) {

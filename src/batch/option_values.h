@@ -23,6 +23,9 @@ std::vector<std::string> Split(const std::string& text, char separator);
 /// What stands before and behind the first colon.
 std::pair<std::string, std::string> SplitOff(const std::string& text);
 
+/// A whole number, 0 to 32766; `expected` is said where the text is no such number at all.
+int NumberOf(const GivenOption& option, const std::string& text, const char* expected);
+
 /// So many numbers, 0 to 32766, with commas between: "140,220".
 template <std::size_t Count>
 std::array<int, Count> Numbers(const GivenOption& option, const std::string& text,
@@ -31,9 +34,7 @@ std::array<int, Count> Numbers(const GivenOption& option, const std::string& tex
   if (parts.size() != Count) Refuse(option, expected);
   std::array<int, Count> numbers{};
   for (std::size_t i = 0; i < Count; ++i) {
-    const auto number = IntegerText(parts[i], 0, 32766);
-    if (!number) Refuse(option, expected);
-    numbers[i] = *number;
+    numbers[i] = NumberOf(option, parts[i], expected);
   }
   return numbers;
 }
@@ -51,6 +52,9 @@ float SingleOf(const GivenOption& option, const std::string& text);
 /// The option's "COLUMN,ROW:VALUE", with `count` values; each is a number, given as it was typed.
 std::pair<PlotPixel, std::vector<std::string>> AxisPointOf(const GivenOption& option,
                                                            std::size_t count, const char* expected);
+
+/// The option's "half", "quarter" or "LEFT,TOP,WIDTH,HEIGHT", as it was typed.
+std::string PartOf(const GivenOption& option);
 
 /// "10", "bends" or "x=1,2": how densely a curve is read.
 ReadingDensity DensityOf(const GivenOption& option, const std::string& text);

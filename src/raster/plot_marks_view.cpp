@@ -58,28 +58,27 @@ void PaintCross(QPainter& painter, const PlotOverlay::Point& point, int reach, C
                colour);
 }
 
-/// A frame around a point, and its corners alone.
-void PaintFrame(QPainter& painter, const PlotOverlay::Point& point, int reach, int corner,
-                Colour colour, double zoom) {
+/// A frame around a point, or its corners alone.
+void AddFrame(QList<QRect>& strokes, const PlotOverlay::Point& point, int reach, int corner,
+              double zoom) {
   const Middle at(point, zoom);
   reach += at.Pixel;
   corner += at.Pixel;
-  QList<QRect> strokes;
   for (const int side : {-reach, reach})
     for (const auto& [from, to] : {std::pair(-reach, -reach + corner), {reach - corner, reach}})
       strokes << Stroke(at.X + side, at.Y + from, at.X + side, at.Y + to)
               << Stroke(at.X + from, at.Y + side, at.X + to, at.Y + side);
-  PaintStrokes(painter, strokes, colour);
 }
 
 /// The points of the list: where they are, which are selected, and which lies under the pointer.
 void PaintEditedPoints(QPainter& painter, const PlotOverlay& overlay, double zoom) {
   constexpr int kSelectedReach = 4;
   PaintDots(painter, overlay.EditPoints, overlay.EditColour, zoom);
+  QList<QRect> frames;
   for (const PlotOverlay::Point& point : overlay.Selected)
-    PaintFrame(painter, point, kSelectedReach, kSelectedReach, overlay.SelectedColour, zoom);
-  if (overlay.Near)
-    PaintFrame(painter, *overlay.Near, kEditMarkReach, 2, overlay.SelectedColour, zoom);
+    AddFrame(frames, point, kSelectedReach, kSelectedReach, zoom);
+  if (overlay.Near) AddFrame(frames, *overlay.Near, kEditMarkReach, 2, zoom);
+  PaintStrokes(painter, frames, overlay.SelectedColour);
 }
 
 }  // namespace

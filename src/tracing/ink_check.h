@@ -32,7 +32,7 @@ const char* WordOf(InkVerdict verdict);
 std::vector<InkVerdict> CheckInk(const Raster& picture, const AxisCalibration& calibration,
                                  std::span<const PlotPosition> points);
 
-/// What came of the last check, until the points or the picture change.
+/// What came of the last check.
 struct InkCheck {
   std::string Text;                       // LBL_InkCheck; empty: there is none
   std::vector<PointId> Ids;               // of the points, in the order of their capture
@@ -40,6 +40,7 @@ struct InkCheck {
   std::vector<InkVerdict> Verdicts;       // of each
   const std::uint32_t* Pixels = nullptr;  // of the picture, and how much of it was edited last
   std::size_t Edited = 0;
+  bool AllCurves = false;  // the text has lines of other curves, too
 
   bool AnyDoubtful() const;
   PointSet Doubtful() const;

@@ -63,8 +63,13 @@ void ShowBlackWhite(Workspace& ws) {
     form.CanReduce = !IsBlackAndWhite(ws.plot.Pixels);
     form.Histogram = HistogramOf(ws.plot.Pixels);
   }
-  form.Left = ws.view.X + (ws.view.Width - BlackWhiteForm::kPartWidth) / 2;
-  form.Top = ws.view.Y + (ws.view.Height - BlackWhiteForm::kPartHeight) / 2;
+  // The middle of what is seen.
+  const Viewport& view = ws.view;
+  const auto middle = [&](int start, int opening, int pixels) {
+    return PixelAt(view.Zoom, start + std::min(opening, ZoomedLength(view.Zoom, pixels)) / 2.0);
+  };
+  form.Left = middle(view.X, view.Width, ws.plot.Width()) - BlackWhiteForm::kPartWidth / 2;
+  form.Top = middle(view.Y, view.Height, ws.plot.Height()) - BlackWhiteForm::kPartHeight / 2;
   ShowPreview(ws);
   ws.form = Form::BlackWhite;
 }

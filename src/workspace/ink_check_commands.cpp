@@ -5,6 +5,7 @@
 #include "base/translation.h"
 #include "data/point_edit.h"
 #include "workspace/do.h"
+#include "workspace/picture_map.h"
 
 namespace graphize {
 
@@ -27,6 +28,18 @@ bool SamePlace(PlotPosition a, PlotPosition b) {
   return a.Column == b.Column && a.Row == b.Row;
 }
 
+/// The points, or the pixels under them, are no longer those of the check.
+bool IsOld(const Workspace& ws) {
+  const InkCheck& check = ws.inkCheck;
+  std::vector<PointId> ids;
+  std::vector<PlotPosition> places;
+  FindPoints(ws.store, ids, places);
+  return check.Pixels != ws.plot.Pixels.Pixels() || check.Edited != ws.plot.LastEdit.size() ||
+         check.Ids != ids ||
+         !std::equal(places.begin(), places.end(), check.Places.begin(), check.Places.end(),
+                     SamePlace);
+}
+
 }  // namespace
 
 InkCheck InkCheckOf(Workspace& ws, const PointStore& store) {
@@ -45,6 +58,7 @@ void CheckPoints(Workspace& ws) {
 
 void CheckAllCurves(Workspace& ws) {
   CheckPoints(ws);
+  ws.inkCheck.AllCurves = true;
   for (int i = 0; i < static_cast<int>(ws.curves.Curves.size()); ++i) {
     if (i == ws.curves.Active) continue;
     const InkCheck check = InkCheckOf(ws, PointsOf(ws.curves, ws.store, i));
@@ -57,17 +71,14 @@ bool CanCheckPoints(const Workspace& ws) {
   return ws.plot.IsPresent() && ws.store.ListCount > 0 && ws.store.CaptureCount > 0;
 }
 
-void DropOldInkCheck(Workspace& ws) {
-  const InkCheck& check = ws.inkCheck;
-  if (check.Text.empty()) return;
-  std::vector<PointId> ids;
-  std::vector<PlotPosition> places;
-  FindPoints(ws.store, ids, places);
-  if (check.Pixels == ws.plot.Pixels.Pixels() && check.Edited == ws.plot.LastEdit.size() &&
-      check.Ids == ids &&
-      std::equal(places.begin(), places.end(), check.Places.begin(), check.Places.end(), SamePlace))
+void RenewInkCheck(Workspace& ws) {
+  // The pen's way is one change.
+  if (ws.inkCheck.Text.empty() || (ws.pen.Down && ws.pen.Begun) || !IsOld(ws)) return;
+  if (!AxesFitPicture(ws)) {
+    ws.inkCheck = {};  // the frame is not where the axes say
     return;
-  ws.inkCheck = {};
+  }
+  ws.inkCheck.AllCurves ? CheckAllCurves(ws) : CheckPoints(ws);
 }
 
 bool IsDoubtfulShown(const Workspace& ws) {
@@ -80,7 +91,7 @@ void ShowDoubtful(Workspace& ws) {
 
 void RemoveDoubtful(Workspace& ws, const Desktop& desktop) {
   if (!CanRemoveDoubtful(ws)) return;
-  if (Do(ws, desktop, DeletePointsStep{ws.inkCheck.Doubtful()}).IsDone()) CheckPoints(ws);
+  if (Do(ws, desktop, DeletePointsStep{ws.inkCheck.Doubtful()}).IsDone()) RenewInkCheck(ws);
 }
 
 bool CanRemoveDoubtful(const Workspace& ws) {

@@ -17,8 +17,9 @@ void CheckPoints(Workspace& ws);
 /// The same, with a line for each other curve of which a point is doubtful.
 void CheckAllCurves(Workspace& ws);
 bool CanCheckPoints(const Workspace& ws);
-/// The line goes when the points, or the pixels under them, are no longer those of the check.
-void DropOldInkCheck(Workspace& ws);
+/// While there is a line, it is of the points and the pixels as they are. It goes without
+/// points, and where an image tool has moved the picture away from its axes.
+void RenewInkCheck(Workspace& ws);
 
 /// Selects the doubtful points, which frames them on the picture; or none when they are selected.
 void ShowDoubtful(Workspace& ws);

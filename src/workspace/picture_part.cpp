@@ -77,6 +77,10 @@ std::string AskForPart(const Desktop& desktop, const std::string& name, int widt
   }
 }
 
+bool IsPartText(const std::string& part) {
+  return PercentOf(part) || RectangleOf(part);
+}
+
 std::string PartFault(const std::string& part, int width, int height) {
   if (const auto percent = PercentOf(part)) {
     const PictureSize size = ResultSize(PictureTool::Resize, *percent, {width, height});

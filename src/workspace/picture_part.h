@@ -15,6 +15,9 @@ bool IsTooLong(int width, int height);
 /// width and height, or the part "LEFT,TOP,WIDTH,HEIGHT" in its pixels. Empty after Cancel.
 std::string AskForPart(const Desktop& desktop, const std::string& name, int width, int height);
 
+/// Whether it says a part at all, of whatever picture.
+bool IsPartText(const std::string& part);
+
 /// Why this is no part that a picture of this size can be opened as, a sentence in plain words;
 /// empty when it is.
 std::string PartFault(const std::string& part, int width, int height);

@@ -89,6 +89,8 @@ TEST_F(Batch, BadInvocationsAreToldInOneLineAndWriteNothing) {
        "--read 3,3: at 3,3 there is only paper, no curve"},
       {traced({"--trace=76"}), 2, "--trace \"76\": COLUMN,ROW in whole pixels is expected"},
       {traced({"--trace=7x,8"}), 2, "--trace \"7x,8\""},
+      {traced({"--trace=39950,8"}), 2, "--trace \"39950,8\": \"39950\" is not from 0 to 32766"},
+      {traced({"--part=third"}), 2, "--part \"third\": half, quarter or LEFT,TOP,WIDTH,HEIGHT"},
       {digitize({p, "-o", o, "--trace"}, false), 2, "--trace needs a value"},
       {traced({"--tra=1"}), 2, "--trace \"1\""},
       {traced({"--grid", "z"}), 2, "x, y or both is expected"},
@@ -500,6 +502,16 @@ TEST_F(Batch, PointsThatThePictureDoesNotBearOutAreTold) {
   EXPECT_EQ(Run(bad), 1);
   EXPECT_TRUE(IsTold("some are doubtful: "));
   EXPECT_NE(out.str(), "") << "they are written all the same";
+  // Each curve is judged by its own points, and by what is written; those of a hand alone where
+  // it is asked for.
+  bad.pop_back();
+  bad.insert(bad.end(), {"--curve", "by hand", "--point", "300,200"});
+  ASSERT_EQ(Run(bad), 0);
+  EXPECT_TRUE(IsTold("curve \"curve 1\": "));
+  EXPECT_EQ(err.str().find("by hand"), std::string::npos) << err.str();
+  bad.emplace_back("--strict");
+  EXPECT_EQ(Run(bad), 1);
+  EXPECT_TRUE(IsTold("curve \"by hand\": 1 point: 1 not on ink"));
 
   // The curve alone, from axis to axis.
   const auto rows = [&](Words options) {
@@ -531,7 +543,7 @@ TEST_F(Batch, APictureThatIsTooLongIsOpenedInPart) {
   EXPECT_EQ(size({"--part", "quarter"}), std::pair(10000, 6));
   EXPECT_EQ(size({"--part=39000,2,1000,22"}), std::pair(1000, 22));
   const std::pair<const char*, const char*> faults[] = {
-      {"third", "\"third\" is not half, quarter or a part"},
+      {"third", "--part \"third\": half, quarter or LEFT,TOP,WIDTH,HEIGHT"},
       {"39001,0,1000,24", "does not lie on the picture, which is 40000 x 24 pixels"},
       {"0,0,0,24", "does not lie on the picture"},
       {"0,0,33000,24", "neither width nor height may be more than 32767"}};

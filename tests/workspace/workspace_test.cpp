@@ -650,6 +650,21 @@ TEST_F(WorkspaceTest, WhatComesNextIsSaidFromThePictureToTheFile) {
   EXPECT_FALSE(IsNextShown(ws));
 }
 
+TEST_F(WorkspaceTest, TheReductionIsPreviewedInTheMiddleOfWhatIsSeen) {
+  OpenAndCalibrate();
+  SetPicture(ws.plot, Raster::Filled(2000, 1600, kWhitePixel));
+  ResizeView(ws, 600, 400);
+  ShowFromCorner(ws.view, 2000, 1600);
+  for (const double zoom : {0.5, 4.0}) {
+    SetZoom(ws.view, zoom, 0, 0);
+    ShowPlace(ws, 900, 700);
+    ShowBlackWhite(ws);
+    EXPECT_NEAR(ws.blackWhite.Left + BlackWhiteForm::kPartWidth / 2, 900, 2) << zoom;
+    EXPECT_NEAR(ws.blackWhite.Top + BlackWhiteForm::kPartHeight / 2, 700, 2) << zoom;
+    CloseForm(ws, desktop);
+  }
+}
+
 TEST_F(WorkspaceTest, DoubtfulPointsAreToldShownAndRemoved) {
   OpenAndCalibrate();
   Raster picture = Raster::Filled(60, 50, kWhitePixel);
@@ -659,12 +674,8 @@ TEST_F(WorkspaceTest, DoubtfulPointsAreToldShownAndRemoved) {
   const int traced = ws.store.ListCount;
   EXPECT_EQ(ws.inkCheck.Text, std::to_string(traced) + " points: all on ink");
   EXPECT_FALSE(CanRemoveDoubtful(ws));
-  DropOldInkCheck(ws);
-  EXPECT_NE(ws.inkCheck.Text, "") << "nothing has changed";
   Do(ws, desktop, PointStep{30, 30});
-  DropOldInkCheck(ws);
-  EXPECT_EQ(ws.inkCheck.Text, "") << "a point has come";
-  CheckPoints(ws);
+  RenewInkCheck(ws);
   EXPECT_EQ(ws.inkCheck.Text, std::to_string(traced + 1) + " points: 1 not on ink");
   ShowDoubtful(ws);
   EXPECT_TRUE(IsDoubtfulShown(ws));
@@ -675,9 +686,12 @@ TEST_F(WorkspaceTest, DoubtfulPointsAreToldShownAndRemoved) {
   EXPECT_EQ(ws.store.ListCount, traced);
   EXPECT_EQ(ws.inkCheck.Text, std::to_string(traced) + " points: all on ink");
   EXPECT_TRUE(Is<DeletePointsStep>(ws.recipe.Steps.back()));
-  Do(ws, desktop, EraseStep{{2, {{30, 20}}}});
-  DropOldInkCheck(ws);
-  EXPECT_EQ(ws.inkCheck.Text, "") << "the picture has changed";
+  Do(ws, desktop, EraseStep{{20, {{30, 20}}}});
+  RenewInkCheck(ws);
+  EXPECT_TRUE(CanRemoveDoubtful(ws)) << "the picture has changed: " << ws.inkCheck.Text;
+  Do(ws, desktop, ClearDataStep{});
+  RenewInkCheck(ws);
+  EXPECT_EQ(ws.inkCheck.Text, "") << "there are no points";
 }
 
 TEST_F(WorkspaceTest, ThePointerIsPutWhereItWasOrIntoWhatIsSeen) {
