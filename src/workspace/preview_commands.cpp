@@ -89,11 +89,23 @@ void ShowReading(Workspace& ws) {
     if (shown.Points.empty()) fault = Tr("The curve has no point there");
   }
   if (!fault.empty()) return SayReading(ws, fault);
+  CurveReading parts;
+  parts.Points = shown.Points;
   std::string text =
-      PointCount(static_cast<long long>(shown.Points.size())) + ", " +
-      HowSure({.Points = shown.Points, .Kind = {}, .Refusal = {}, .Doubts = {}, .Map = {}});
+      PointCount(static_cast<long long>(shown.Points.size())) + ", " + HowSure(parts);
   for (const std::string& doubt : shown.Reading.Doubts) text += "\n" + doubt;
   SayReading(ws, text + NoteOnAxes(ws));
+}
+
+/// Why nothing was read; for a further place that is not the curve's, too.
+std::string WhyNotRead(const CurveReading& reading, bool isFurther, PlotPixel last) {
+  if (reading.IsStopped) return Tr("Stopped: nothing was read");
+  if (!reading.Refusal.empty()) return Tr("No curve: %1", reading.Refusal);
+  const auto isLast = [&](const PathPixel& at) { return at.X == last.X && at.Y == last.Y; };
+  if (isFurther && std::any_of(reading.Missed.begin(), reading.Missed.end(), isLast))
+    return Tr("The curve was not found to go through %1,%2: that click is left out", last.X,
+              last.Y);
+  return {};
 }
 
 /// Reads the curve that was clicked at these places. False when nothing was read: what was shown
@@ -105,9 +117,8 @@ bool Read(Workspace& ws, const Desktop& desktop, std::vector<PlotPixel> clicks) 
   ReadStep step = StepOfReading(ws, clicks, tolerance);
   step.Density = {};  // which is another question
   CurveReading reading = ReadAt(ws, desktop, step);
-  if (reading.IsStopped || !reading.Refusal.empty()) {
-    const std::string why =
-        reading.IsStopped ? Tr("Stopped: nothing was read") : Tr("No curve: %1", reading.Refusal);
+  const bool isFurther = ws.reading.Curve && clicks.size() > ws.reading.Curve->Clicks.size();
+  if (const std::string why = WhyNotRead(reading, isFurther, clicks.back()); !why.empty()) {
     if (ws.reading.Curve) ShowReading(ws);
     SayReading(ws, why + (ws.reading.Curve ? "\n" + ws.reading.Reading : ""));
     return false;
@@ -179,6 +190,13 @@ void ClickCurve(Workspace& ws, const Desktop& desktop, int x, int y) {
   if (std::any_of(clicks.begin(), clicks.end(), isHere)) return;
   clicks.push_back({x, y});
   Read(ws, desktop, std::move(clicks));
+}
+
+bool TakeBackClick(Workspace& ws, const Desktop& desktop) {
+  if (!HasReading(ws) || !ws.reading.Curve || ws.reading.Curve->Clicks.size() < 2) return false;
+  std::vector<PlotPixel> clicks = ws.reading.Curve->Clicks;
+  clicks.pop_back();
+  return Read(ws, desktop, std::move(clicks));
 }
 
 void BlockReading(Workspace& ws, const Desktop& desktop, float x, float y) {

@@ -166,6 +166,17 @@ TEST_F(ReadingTest, WhatIsShownIsTakenAsItWasReadAndGoesWithWhatItWasReadFrom) {
 
   ws.calibration = test::PixelCalibration();
   show();
+  // A place that is not the curve's is told and left out; Backspace takes one back that is.
+  const std::size_t all = ws.reading.Curve->Points.size();
+  ClickCurve(ws, desktop, 290, 20);
+  EXPECT_THAT(ws.reading.Reading, testing::HasSubstr("290,20: that click is left out"));
+  EXPECT_EQ(ws.reading.Curve->Points.size(), all);
+  EXPECT_FALSE(TakeBackClick(ws, desktop));
+  ClickCurve(ws, desktop, static_cast<int>(std::lround(course[90].X)),
+             static_cast<int>(std::lround(course[90].Y)));
+  EXPECT_EQ(ws.reading.Curve->Clicks.size(), 2u);
+  EXPECT_TRUE(TakeBackClick(ws, desktop));
+  EXPECT_EQ(ws.reading.Curve->Clicks.size(), 1u);
   SetDensity(ws, ReadingDensity::Kind::Every);
   TypeDensity(ws, "0");
   EXPECT_FALSE(CanTakeReading(ws));
