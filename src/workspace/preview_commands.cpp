@@ -172,6 +172,7 @@ Rgb InkNear(const Raster& picture, int x, int y) {
 void SayReading(Workspace& ws, const std::string& text) {
   ws.reading.Reading = text;
   ws.reading.SaidIn = ws.mode;
+  ws.reading.SaidPoints = ws.store.CaptureCount;
   ws.status.Status = text.substr(0, text.find('\n'));
 }
 
@@ -257,7 +258,9 @@ void DropStaleReading(Workspace& ws) {
     const ReadFrom& from = control.Curve ? control.Curve->From : control.Symbols->From;
     if (!HasReading(ws) || from != ReadFromNow(ws)) DropReading(ws);
   }
-  if (control.SaidIn != ws.mode) ws.reading.Reading.clear();
+  const bool isShown = control.Curve || control.Symbols;
+  if (control.SaidIn != ws.mode || (!isShown && control.SaidPoints != ws.store.CaptureCount))
+    ws.reading.Reading.clear();
   // That window stands beside the commands of others.
   if (ws.form == Form::Ink && ws.ink.Picture != PictureNumber(ws.plot)) ws.form = Form::None;
   if (ws.form != Form::Ink) ws.ink = {};
