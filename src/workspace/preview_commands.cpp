@@ -132,6 +132,15 @@ bool Read(Workspace& ws, const Desktop& desktop, std::vector<PlotPixel> clicks) 
   return true;
 }
 
+/// The hint of the mode, in the place of the other one: clicks mean something else while a reading
+/// is shown.
+void HintOnReading(Workspace& ws) {
+  if (ws.mode != Mode::ReadCurve) return;
+  const std::string idle = Tr(ModeHint(Mode::ReadCurve)), shown = Tr(kReadingShownHint);
+  if (ws.status.Hint == idle || ws.status.Hint == shown)
+    ws.status.Hint = HasReading(ws) ? shown : idle;
+}
+
 }  // namespace
 
 ReadFrom ReadFromNow(Workspace& ws) {
@@ -261,6 +270,7 @@ void DropStaleReading(Workspace& ws) {
   const bool isShown = control.Curve || control.Symbols;
   if (control.SaidIn != ws.mode || (!isShown && control.SaidPoints != ws.store.CaptureCount))
     ws.reading.Reading.clear();
+  HintOnReading(ws);
   // That window stands beside the commands of others.
   if (ws.form == Form::Ink && ws.ink.Picture != PictureNumber(ws.plot)) ws.form = Form::None;
   if (ws.form != Form::Ink) ws.ink = {};

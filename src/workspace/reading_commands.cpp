@@ -38,7 +38,10 @@ std::string HowSure(const CurveReading& reading) {
                         Hundredths(*std::max_element(sigmas.begin(), sigmas.end())));
   const auto bridged = std::count_if(reading.Points.begin(), reading.Points.end(),
                                      [](const CurvePoint& point) { return point.IsBridged; });
-  if (bridged > 0) text += "; " + Tr("%1 of them where the curve is not seen", bridged);
+  if (bridged > 0)
+    text +=
+        "; " + TrCount("%1 point where the curve is not seen",
+                       "%1 points where the curve is not seen", static_cast<long long>(bridged));
   constexpr std::size_t kTold = 2;
   const std::size_t doubts = reading.Doubts.size();
   for (std::size_t i = 0; i < std::min(doubts, kTold); ++i) text += "; " + reading.Doubts[i];

@@ -155,6 +155,12 @@ TEST_F(ReadingTest, WhatIsShownIsTakenAsItWasReadAndGoesWithWhatItWasReadFrom) {
                static_cast<int>(std::lround(course[200].Y)));
     ASSERT_TRUE(HasReading(ws)) << ws.reading.Reading;
   };
+  show();
+  DropStaleReading(ws);
+  EXPECT_EQ(ws.status.Hint, kReadingShownHint);
+  DropReading(ws);
+  DropStaleReading(ws);
+  EXPECT_EQ(ws.status.Hint, ModeHint(Mode::ReadCurve));
   for (const Step& step : {Step(ModeStep{Mode::Graphize}), Step(BlockStep{50, 50, 4}),
                            Step(RedefineStep{1}), Step(BlackWhiteStep{})}) {
     ws.calibration = test::PixelCalibration();
