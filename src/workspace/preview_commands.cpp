@@ -83,9 +83,11 @@ void ShowReading(Workspace& ws) {
   CurvePreview& shown = *ws.reading.Curve;
   std::string fault;
   const ReadingDensity density = DensityOf(ws, fault);
+  std::vector<float> without;
   shown.Points.clear();
   if (fault.empty()) {
-    shown.Points = Thinned(shown.Reading.Points, density, ws.calibration, ws.plot.Height());
+    shown.Points =
+        Thinned(shown.Reading.Points, density, ws.calibration, ws.plot.Height(), &without);
     if (shown.Points.empty()) fault = Tr("The curve has no point there");
   }
   if (!fault.empty()) return SayReading(ws, fault);
@@ -93,6 +95,7 @@ void ShowReading(Workspace& ws) {
   parts.Points = shown.Points;
   std::string text =
       PointCount(static_cast<long long>(shown.Points.size())) + ", " + HowSure(parts);
+  if (!without.empty()) text += "\n" + NoPointAt(without);
   for (const std::string& doubt : shown.Reading.Doubts) text += "\n" + doubt;
   SayReading(ws, text + NoteOnAxes(ws));
 }

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/numbers.h"
 #include "base/translation.h"
 #include "tracing/extraction_context.h"
 #include "workspace/extraction_commands.h"
@@ -51,6 +52,16 @@ std::string HowSure(const CurveReading& reading) {
   return text;
 }
 
+std::string NoPointAt(const std::vector<float>& xs) {
+  constexpr std::size_t kNamed = 6;
+  if (xs.empty()) return {};
+  std::string names;
+  for (std::size_t i = 0; i < std::min(xs.size(), kNamed); ++i)
+    names += (i > 0 ? ", " : "") + ShortestText(xs[i]);
+  if (xs.size() > kNamed) names += ", ...";
+  return Tr("the curve has no point at X = %1", names);
+}
+
 std::vector<ReadPlace> PlacesOf(const std::vector<CurvePoint>& points) {
   std::vector<ReadPlace> places;
   for (const CurvePoint& point : points) places.push_back({point.X, point.Y, CertaintyOf(point)});
@@ -65,8 +76,11 @@ CurveReading ReadAt(Workspace& ws, const Desktop& desktop, const ReadStep& step)
       ReadBeside(ws, desktop, Marked("Reading the curve..."), [&](PictureOperation& operation) {
         return ReadCurve(ws.plot.Pixels, ws.calibration, request, operation);
       });
+  std::vector<float> without;
   reading.Points =
-      Thinned(std::move(reading.Points), step.Density, ws.calibration, ws.plot.Height());
+      Thinned(std::move(reading.Points), step.Density, ws.calibration, ws.plot.Height(), &without);
+  // Before the others: of many doubts only the first ones are told.
+  if (!without.empty()) reading.Doubts.insert(reading.Doubts.begin(), NoPointAt(without));
   if (!reading.IsStopped && reading.Refusal.empty() && reading.Points.empty())
     reading.Refusal = Tr("the curve has no point there");
   return reading;
