@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QTimer>
 #include <QToolButton>
@@ -174,6 +175,11 @@ bool MainWindow::TakeReadingKey(const QKeyEvent& key) {
   if (key.key() == Qt::Key_Escape) {
     Do([](Workspace& ws, const Desktop&) { DropReading(ws); });
     return true;
+  }
+  if (key.key() == Qt::Key_Backspace && qobject_cast<QLineEdit*>(focusWidget()) == nullptr) {
+    bool taken = false;
+    Do([&](Workspace& ws, const Desktop& desktop) { taken = TakeBackClick(ws, desktop); });
+    return taken;
   }
   if (key.key() != Qt::Key_Return && key.key() != Qt::Key_Enter) return false;
   if (!key.isAutoRepeat()) Do(TakeReading);

@@ -290,18 +290,27 @@ class Maker {
     return step;
   }
 
+  /// Of two answers to one question, which one holds?
+  static void Once(const GivenOption& option, bool& isGiven, const char* what) {
+    if (std::exchange(isGiven, true))
+      Refuse(option, std::string("one ") + what + " is expected, not two");
+  }
+
   /// COLUMN,ROW with what else is told behind colons.
   static ReadStep Read(const GivenOption& option) {
     const std::vector<std::string> parts = Split(option.Value, ':');
     const PlotPixel click = PixelOf(option, parts.front());
     ReadStep step{At(click.X), At(click.Y), {}};
+    bool hasTolerance = false, hasDensity = false;
     for (std::size_t i = 1; i < parts.size(); ++i) {
       if (parts[i].starts_with("tolerance=")) {
+        Once(option, hasTolerance, "tolerance");
         step.Tolerance = SingleOf(option, parts[i].substr(10));
       } else if (parts[i].starts_with("through=")) {
         step.Through.push_back(PixelOf(option, parts[i].substr(8)));
       } else {
         step.Density = DensityOf(option, parts[i]);
+        Once(option, hasDensity, "choice of points");
       }
     }
     return step;
@@ -311,13 +320,17 @@ class Maker {
     const std::vector<std::string> parts = Split(option.Value, ':');
     const PlotPixel click = PixelOf(option, parts.front());
     SymbolsStep step{At(click.X), At(click.Y)};
+    bool hasTolerance = false, hasCentre = false;
     for (std::size_t i = 1; i < parts.size(); ++i) {
-      if (parts[i] == "mass" || parts[i] == "box")
+      if (parts[i] == "mass" || parts[i] == "box") {
+        Once(option, hasCentre, "of mass and box");
         step.Centre = parts[i] == "mass" ? SymbolCentre::Mass : SymbolCentre::Box;
-      else if (parts[i].starts_with("tolerance="))
+      } else if (parts[i].starts_with("tolerance=")) {
+        Once(option, hasTolerance, "tolerance");
         step.Tolerance = SingleOf(option, parts[i].substr(10));
-      else
+      } else {
         Refuse(option, "COLUMN,ROW is expected, or with :mass, :box or :tolerance=T behind");
+      }
     }
     return step;
   }

@@ -59,7 +59,7 @@ std::vector<CurvePoint> WhereItBends(const std::vector<CurvePoint>& points) {
 
 std::vector<CurvePoint> AtValues(const std::vector<CurvePoint>& points,
                                  const std::vector<float>& xs, const AxisCalibration& calibration,
-                                 int pictureHeight) {
+                                 int pictureHeight, std::vector<float>* without) {
   // On the axis' own scale, where positions are even.
   const auto scaled = [&](double x) { return calibration.XLog ? std::log10(x) : x; };
   std::vector<double> values;
@@ -68,6 +68,7 @@ std::vector<CurvePoint> AtValues(const std::vector<CurvePoint>& points,
   std::vector<CurvePoint> found;
   for (const float x : xs) {
     const double wanted = scaled(DecimalValue(x));
+    const std::size_t before = found.size();
     for (std::size_t i = 1; i < points.size(); ++i) {
       const double a = values[i - 1] - wanted, b = values[i] - wanted;
       // A point that has the value counts once.
@@ -81,6 +82,7 @@ std::vector<CurvePoint> AtValues(const std::vector<CurvePoint>& points,
                        .AcrossY = from.AcrossY,
                        .IsBridged = from.IsBridged || to.IsBridged});
     }
+    if (without != nullptr && found.size() == before) without->push_back(x);
   }
   return found;
 }
@@ -88,7 +90,8 @@ std::vector<CurvePoint> AtValues(const std::vector<CurvePoint>& points,
 }  // namespace
 
 std::vector<CurvePoint> Thinned(std::vector<CurvePoint> points, const ReadingDensity& density,
-                                const AxisCalibration& calibration, int pictureHeight) {
+                                const AxisCalibration& calibration, int pictureHeight,
+                                std::vector<float>* without) {
   switch (density.Is) {
     case ReadingDensity::Kind::Each:
       break;
@@ -97,7 +100,7 @@ std::vector<CurvePoint> Thinned(std::vector<CurvePoint> points, const ReadingDen
     case ReadingDensity::Kind::Bends:
       return WhereItBends(points);
     case ReadingDensity::Kind::AtX:
-      return AtValues(points, density.Xs, calibration, pictureHeight);
+      return AtValues(points, density.Xs, calibration, pictureHeight, without);
   }
   return points;
 }

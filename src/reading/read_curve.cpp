@@ -344,9 +344,11 @@ CurveReading ReadCurve(const Raster& picture, const AxisCalibration& calibration
                                      "at %2 the curve is not seen, and may be off by %1 pixels",
                                      std::lround(2 * worst.Sigma), PlaceText(worst.X, worst.Y)));
   for (const PathPixel& at : request.Through)
-    if (!LeadsThrough(reading.Points, at))
+    if (!LeadsThrough(reading.Points, at)) {
+      reading.Missed.push_back(at);
       reading.Doubts.push_back(
           Tr("the curve was not found to go through %1", PlaceText(at.X, at.Y)));
+    }
   const InkCount found = CountInk(map, followed.Samples, followed.Kind);
   followed.Walls.TakeDown(map);
   if (found.Left > 0.2 * found.Taken)

@@ -31,6 +31,7 @@ struct CurveReading {
   StrokeKind Kind;
   std::string Refusal;              // why there is nothing, in one sentence
   std::vector<std::string> Doubts;  // what could not be read safely, a sentence each
+  std::vector<PathPixel> Missed;    // of ReadingRequest::Through, where it was not found
   InkMap Map;                       // what was taken for its ink; empty where there was none
   bool IsStopped = false;           // nothing was read then
 };

@@ -138,6 +138,7 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const ReadAllStep& step) {
     return Refused(Tr("there would be more than %1 curves", kMostCurves));
   int points = 0, first = -1;
   std::size_t doubtful = 0;
+  std::string doubts;  // a line for each curve
   for (std::size_t i = 0; i < taken.size(); ++i) {
     const PlotCurve& curve = reading.Curves[static_cast<std::size_t>(taken[i].Number - 1)];
     if (i > 0 || !isEmpty)
@@ -149,14 +150,19 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const ReadAllStep& step) {
     ActiveCurve(ws.curves).MarkColour = ColourOfPixel(PixelOf(curve.Colour));
     CaptureRead(ws, desktop, PlacesOf(curve.Reading.Points));
     points += static_cast<int>(curve.Reading.Points.size());
-    doubtful += curve.Reading.Doubts.empty() ? 0 : 1;
+    if (!curve.Reading.Doubts.empty()) {
+      ++doubtful;
+      doubts += "\n  " + ActiveCurve(ws.curves).Name + ": ";
+      for (std::size_t k = 0; k < curve.Reading.Doubts.size(); ++k)
+        doubts += (k > 0 ? "; " : "") + curve.Reading.Doubts[k];
+    }
   }
   SelectCurve(ws.curves, ws.store, first);
   ShowActiveCurve(ws);
   std::string remark = CurveCount(taken.size());
   if (doubtful > 0) remark = Tr("%1, %2 of them with doubts", remark, doubtful);
   ws.status.Status = Tr("Read %1 (%2)", remark, PointCount(points));
-  return {.Points = points, .Remark = remark};
+  return {.Points = points, .Remark = remark + doubts};
 }
 
 }  // namespace graphize

@@ -1,8 +1,11 @@
 #include "workspace/ink_commands.h"
 
+#include <algorithm>
 #include <memory>
 #include <optional>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "base/translation.h"
 #include "raster/black_white.h"
@@ -25,6 +28,21 @@ bool CanTakeInk(const Workspace& ws) {
   return ws.plot.IsPresent();
 }
 
+namespace {
+
+std::string NoPixelHas(std::uint32_t colour, const std::vector<PictureInk>& inks) {
+  const auto nearest =
+      std::min_element(inks.begin(), inks.end(), [&](const PictureInk& a, const PictureInk& b) {
+        return Length(a.Colour - RgbOf(colour)) < Length(b.Colour - RgbOf(colour));
+      });
+  if (nearest == inks.end()) return Tr("no pixel has this ink");
+  const std::uint32_t pixel = PixelOf(nearest->Colour);
+  return Tr("no pixel has this ink; the nearest is %1,%2,%3", pixel >> 16 & 0xff, pixel >> 8 & 0xff,
+            pixel & 0xff);
+}
+
+}  // namespace
+
 std::optional<Outcome> InkRefused(Workspace& ws) {
   if (!CanTakeInk(ws)) return Refused("there is no picture");
   if (ws.colours != nullptr) return std::nullopt;
@@ -41,6 +59,8 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const InkStep& step) {
   const std::uint32_t colour =
       0xff000000u | channel(step.Red) << 16 | channel(step.Green) << 8 | channel(step.Blue);
   std::optional<Raster> alone;
+  bool hasInk = false;
+  std::vector<PictureInk> inks;  // where no pixel has this one
   ws.window.Hourglass = true;
   ws.status.Status = Tr("Taking the ink...");
   {
@@ -48,6 +68,9 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const InkStep& step) {
     alone = RunBeside(ShowProgress(ws, desktop), [&](PictureOperation& operation) {
       return InkAlone(ColouredPicture(ws), colour, step.Tolerance, operation);
     });
+    hasInk = alone && std::find(alone->Pixels(), alone->Pixels() + alone->PixelCount(),
+                                kBlackPixel) != alone->Pixels() + alone->PixelCount();
+    if (alone && !alone->IsEmpty() && !hasInk) inks = InksIn(ws);
   }
   ws.window.Hourglass = false;
   ws.status.ProgressVisible = false;
@@ -57,6 +80,7 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const InkStep& step) {
     ws.status.Status = Tr("Stopped: the picture is as it was");
     return Nothing(ws.status.Status);
   }
+  if (!hasInk) return Refused(NoPixelHas(colour, inks));
   PictureBox colours = ws.colours;
   PictureBox replaced = LoadImage(ws, desktop, std::move(*alone), ws.plot.SourceName);
   ws.colours = colours != nullptr ? std::move(colours) : std::move(replaced);

@@ -81,6 +81,10 @@ constexpr const char* ModeHint(Mode mode) {
   return "";
 }
 
+/// Of ReadCurve while a reading is shown.
+inline constexpr const char* kReadingShownHint =
+    Marked("A click: it goes through here; Return takes it, Escape leaves it");
+
 constexpr Mode ModeOfKey(std::string_view key) {
   for (const Mode mode : kModes)
     if (ModeKey(mode) == key) return mode;

@@ -83,17 +83,32 @@ void ShowReading(Workspace& ws) {
   CurvePreview& shown = *ws.reading.Curve;
   std::string fault;
   const ReadingDensity density = DensityOf(ws, fault);
+  std::vector<float> without;
   shown.Points.clear();
   if (fault.empty()) {
-    shown.Points = Thinned(shown.Reading.Points, density, ws.calibration, ws.plot.Height());
+    shown.Points =
+        Thinned(shown.Reading.Points, density, ws.calibration, ws.plot.Height(), &without);
     if (shown.Points.empty()) fault = Tr("The curve has no point there");
   }
   if (!fault.empty()) return SayReading(ws, fault);
+  CurveReading parts;
+  parts.Points = shown.Points;
   std::string text =
-      PointCount(static_cast<long long>(shown.Points.size())) + ", " +
-      HowSure({.Points = shown.Points, .Kind = {}, .Refusal = {}, .Doubts = {}, .Map = {}});
+      PointCount(static_cast<long long>(shown.Points.size())) + ", " + HowSure(parts);
+  if (!without.empty()) text += "\n" + NoPointAt(without);
   for (const std::string& doubt : shown.Reading.Doubts) text += "\n" + doubt;
   SayReading(ws, text + NoteOnAxes(ws));
+}
+
+/// Why nothing was read; for a further place that is not the curve's, too.
+std::string WhyNotRead(const CurveReading& reading, bool isFurther, PlotPixel last) {
+  if (reading.IsStopped) return Tr("Stopped: nothing was read");
+  if (!reading.Refusal.empty()) return Tr("No curve: %1", reading.Refusal);
+  const auto isLast = [&](const PathPixel& at) { return at.X == last.X && at.Y == last.Y; };
+  if (isFurther && std::any_of(reading.Missed.begin(), reading.Missed.end(), isLast))
+    return Tr("The curve was not found to go through %1,%2: that click is left out", last.X,
+              last.Y);
+  return {};
 }
 
 /// Reads the curve that was clicked at these places. False when nothing was read: what was shown
@@ -105,9 +120,8 @@ bool Read(Workspace& ws, const Desktop& desktop, std::vector<PlotPixel> clicks) 
   ReadStep step = StepOfReading(ws, clicks, tolerance);
   step.Density = {};  // which is another question
   CurveReading reading = ReadAt(ws, desktop, step);
-  if (reading.IsStopped || !reading.Refusal.empty()) {
-    const std::string why =
-        reading.IsStopped ? Tr("Stopped: nothing was read") : Tr("No curve: %1", reading.Refusal);
+  const bool isFurther = ws.reading.Curve && clicks.size() > ws.reading.Curve->Clicks.size();
+  if (const std::string why = WhyNotRead(reading, isFurther, clicks.back()); !why.empty()) {
     if (ws.reading.Curve) ShowReading(ws);
     SayReading(ws, why + (ws.reading.Curve ? "\n" + ws.reading.Reading : ""));
     return false;
@@ -119,6 +133,15 @@ bool Read(Workspace& ws, const Desktop& desktop, std::vector<PlotPixel> clicks) 
   ws.reading.Curve = std::move(shown);
   ShowReading(ws);
   return true;
+}
+
+/// The hint of the mode, in the place of the other one: clicks mean something else while a reading
+/// is shown.
+void HintOnReading(Workspace& ws) {
+  if (ws.mode != Mode::ReadCurve) return;
+  const std::string idle = Tr(ModeHint(Mode::ReadCurve)), shown = Tr(kReadingShownHint);
+  if (ws.status.Hint == idle || ws.status.Hint == shown)
+    ws.status.Hint = HasReading(ws) ? shown : idle;
 }
 
 }  // namespace
@@ -161,6 +184,7 @@ Rgb InkNear(const Raster& picture, int x, int y) {
 void SayReading(Workspace& ws, const std::string& text) {
   ws.reading.Reading = text;
   ws.reading.SaidIn = ws.mode;
+  ws.reading.SaidPoints = ws.store.CaptureCount;
   ws.status.Status = text.substr(0, text.find('\n'));
 }
 
@@ -179,6 +203,13 @@ void ClickCurve(Workspace& ws, const Desktop& desktop, int x, int y) {
   if (std::any_of(clicks.begin(), clicks.end(), isHere)) return;
   clicks.push_back({x, y});
   Read(ws, desktop, std::move(clicks));
+}
+
+bool TakeBackClick(Workspace& ws, const Desktop& desktop) {
+  if (!HasReading(ws) || !ws.reading.Curve || ws.reading.Curve->Clicks.size() < 2) return false;
+  std::vector<PlotPixel> clicks = ws.reading.Curve->Clicks;
+  clicks.pop_back();
+  return Read(ws, desktop, std::move(clicks));
 }
 
 void BlockReading(Workspace& ws, const Desktop& desktop, float x, float y) {
@@ -239,7 +270,10 @@ void DropStaleReading(Workspace& ws) {
     const ReadFrom& from = control.Curve ? control.Curve->From : control.Symbols->From;
     if (!HasReading(ws) || from != ReadFromNow(ws)) DropReading(ws);
   }
-  if (control.SaidIn != ws.mode) ws.reading.Reading.clear();
+  const bool isShown = control.Curve || control.Symbols;
+  if (control.SaidIn != ws.mode || (!isShown && control.SaidPoints != ws.store.CaptureCount))
+    ws.reading.Reading.clear();
+  HintOnReading(ws);
   // That window stands beside the commands of others.
   if (ws.form == Form::Ink && ws.ink.Picture != PictureNumber(ws.plot)) ws.form = Form::None;
   if (ws.form != Form::Ink) ws.ink = {};

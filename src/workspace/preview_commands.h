@@ -21,8 +21,11 @@ void SayReading(Workspace& ws, const std::string& text);
 std::string NoteOnAxes(const Workspace& ws);
 
 /// A click in the mode "readcurve": reads the curve there and shows it. While one is shown, the
-/// curve goes through here, too. What could not be read leaves what was shown, and says why.
+/// curve goes through here, too. What could not be read, and a further click where the curve was
+/// not found, leaves what was shown, and says why.
 void ClickCurve(Workspace& ws, const Desktop& desktop, int x, int y);
+/// Reads again without the last of the further clicks; false where there is none.
+bool TakeBackClick(Workspace& ws, const Desktop& desktop);
 /// A blocker at (x, y) while curves are read; what is shown is read again.
 void BlockReading(Workspace& ws, const Desktop& desktop, float x, float y);
 

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/numbers.h"
 #include "base/translation.h"
 #include "tracing/extraction_context.h"
 #include "workspace/extraction_commands.h"
@@ -38,7 +39,10 @@ std::string HowSure(const CurveReading& reading) {
                         Hundredths(*std::max_element(sigmas.begin(), sigmas.end())));
   const auto bridged = std::count_if(reading.Points.begin(), reading.Points.end(),
                                      [](const CurvePoint& point) { return point.IsBridged; });
-  if (bridged > 0) text += "; " + Tr("%1 of them where the curve is not seen", bridged);
+  if (bridged > 0)
+    text +=
+        "; " + TrCount("%1 point where the curve is not seen",
+                       "%1 points where the curve is not seen", static_cast<long long>(bridged));
   constexpr std::size_t kTold = 2;
   const std::size_t doubts = reading.Doubts.size();
   for (std::size_t i = 0; i < std::min(doubts, kTold); ++i) text += "; " + reading.Doubts[i];
@@ -46,6 +50,16 @@ std::string HowSure(const CurveReading& reading) {
     text += "; " + TrCount("and %1 doubt more", "and %1 doubts more",
                            static_cast<long long>(doubts - kTold));
   return text;
+}
+
+std::string NoPointAt(const std::vector<float>& xs) {
+  constexpr std::size_t kNamed = 6;
+  if (xs.empty()) return {};
+  std::string names;
+  for (std::size_t i = 0; i < std::min(xs.size(), kNamed); ++i)
+    names += (i > 0 ? ", " : "") + ShortestText(xs[i]);
+  if (xs.size() > kNamed) names += ", ...";
+  return Tr("the curve has no point at X = %1", names);
 }
 
 std::vector<ReadPlace> PlacesOf(const std::vector<CurvePoint>& points) {
@@ -62,8 +76,11 @@ CurveReading ReadAt(Workspace& ws, const Desktop& desktop, const ReadStep& step)
       ReadBeside(ws, desktop, Marked("Reading the curve..."), [&](PictureOperation& operation) {
         return ReadCurve(ws.plot.Pixels, ws.calibration, request, operation);
       });
+  std::vector<float> without;
   reading.Points =
-      Thinned(std::move(reading.Points), step.Density, ws.calibration, ws.plot.Height());
+      Thinned(std::move(reading.Points), step.Density, ws.calibration, ws.plot.Height(), &without);
+  // Before the others: of many doubts only the first ones are told.
+  if (!without.empty()) reading.Doubts.insert(reading.Doubts.begin(), NoPointAt(without));
   if (!reading.IsStopped && reading.Refusal.empty() && reading.Points.empty())
     reading.Refusal = Tr("the curve has no point there");
   return reading;

@@ -28,6 +28,8 @@ std::optional<Outcome> ReadingRefused(const Workspace& ws, const ReadStep& step)
 CurveReading ReadAt(Workspace& ws, const Desktop& desktop, const ReadStep& step);
 /// How sure a reading with points is, in plain words.
 std::string HowSure(const CurveReading& reading);
+/// That the curve has no point at these X; names the first of them. Empty without any.
+std::string NoPointAt(const std::vector<float>& xs);
 
 /// Reads the curve at a picture position, off the picture without marks and with the blockers for
 /// walls, and captures its points. Refused with what was found there where that is no curve; Escape

@@ -63,6 +63,7 @@ struct ReadingControl {
   std::string Pixels = "10", Xs;                              // TXT_Density, as typed
   std::string Reading;       // LBL_Reading: what was read, how sure, or why nothing was
   Mode SaidIn = Mode::None;  // of the text
+  int SaidPoints = 0;        // of the active curve by then
 
   SymbolCentre Centre = SymbolCentre::Mass;  // OPT_Centre_0 (mass), OPT_Centre_1 (box)
 

@@ -85,6 +85,8 @@ TEST_F(Batch, BadInvocationsAreToldInOneLineAndWriteNothing) {
       {digitize({p, "-o", o, "--trace", "76,58"}, false), 2, "--origin is missing"},
       {traced({"--origin", "1,1:0,0"}), 2, "--origin is given twice"},
       {traced({"--read=76,58:half"}), 2, "--read \"76,58:half\": COLUMN,ROW is expected, or with"},
+      {traced({"--read=76,58:bends:7"}), 2, "one choice of points is expected, not two"},
+      {traced({"--symbols=76,58:mass:box"}), 2, "one of mass and box is expected, not two"},
       {digitize({p, "-o", o, "--read", "3,3"}), 1,
        "--read 3,3: at 3,3 there is only paper, no curve"},
       {traced({"--trace=76"}), 2, "--trace \"76\": COLUMN,ROW in whole pixels is expected"},

@@ -377,9 +377,11 @@ TEST(ReadingDensity, TakesPointsAsTheyAreAskedFor) {
   for (int x = 0; x <= 200; ++x) points.push_back({x * 1.0, 0.5 * std::abs(x - 100)});
   using Kind = ReadingDensity::Kind;
   const AxisCalibration axes = test::PixelCalibration();
+  std::vector<float> without;
   const auto thinned = [&](Kind kind, int pixels, std::vector<float> xs) {
     std::string text;
-    for (const CurvePoint& point : Thinned(points, {kind, pixels, std::move(xs)}, axes, 300))
+    for (const CurvePoint& point :
+         Thinned(points, {kind, pixels, std::move(xs)}, axes, 300, &without))
       text += std::to_string(static_cast<int>(10 * point.X)) + " ";
     return text;
   };
@@ -387,6 +389,7 @@ TEST(ReadingDensity, TakesPointsAsTheyAreAskedFor) {
   EXPECT_EQ(thinned(Kind::Every, 56, {}), "0 500 1000 1500 2000 ");
   EXPECT_EQ(thinned(Kind::Bends, 1, {}), "0 1000 2000 ");
   EXPECT_EQ(thinned(Kind::AtX, 1, {120.5f, 7, 0, 300}), "1205 70 0 ");
+  EXPECT_EQ(without, std::vector<float>{300});
 }
 
 }  // namespace

@@ -79,6 +79,10 @@ TEST_F(FindTest, AnInkAloneGivesWayToAnotherAndToTheColours) {
   EXPECT_TRUE(Same(Shown(), colours));
   EXPECT_FALSE(done(ShowColoursStep{}).IsDone());
   EXPECT_THAT(done(InkStep{250, 250, 250}).Reason, testing::HasSubstr("colour of the paper"));
+  EXPECT_THAT(done(InkStep{0, 0xff, 0}).Reason, testing::HasSubstr("the nearest is "));
+  ASSERT_TRUE(done(InkStep{0xe0, 0x20, 0x10}).IsDone());  // nearly the red
+  EXPECT_TRUE(Same(Shown(), redAlone));
+  ASSERT_TRUE(done(ShowColoursStep{}).IsDone());
   EXPECT_THAT(done(InkStep{0, 0, 0, 7}).Reason, testing::HasSubstr("tolerance"));
   ASSERT_TRUE(done(BlackWhiteStep{}).IsDone());
   EXPECT_THAT(done(blue).Reason, testing::HasSubstr("black and white"));

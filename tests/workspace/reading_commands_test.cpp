@@ -155,6 +155,12 @@ TEST_F(ReadingTest, WhatIsShownIsTakenAsItWasReadAndGoesWithWhatItWasReadFrom) {
                static_cast<int>(std::lround(course[200].Y)));
     ASSERT_TRUE(HasReading(ws)) << ws.reading.Reading;
   };
+  show();
+  DropStaleReading(ws);
+  EXPECT_EQ(ws.status.Hint, kReadingShownHint);
+  DropReading(ws);
+  DropStaleReading(ws);
+  EXPECT_EQ(ws.status.Hint, ModeHint(Mode::ReadCurve));
   for (const Step& step : {Step(ModeStep{Mode::Graphize}), Step(BlockStep{50, 50, 4}),
                            Step(RedefineStep{1}), Step(BlackWhiteStep{})}) {
     ws.calibration = test::PixelCalibration();
@@ -166,6 +172,17 @@ TEST_F(ReadingTest, WhatIsShownIsTakenAsItWasReadAndGoesWithWhatItWasReadFrom) {
 
   ws.calibration = test::PixelCalibration();
   show();
+  // A place that is not the curve's is told and left out; Backspace takes one back that is.
+  const std::size_t all = ws.reading.Curve->Points.size();
+  ClickCurve(ws, desktop, 150, 165);
+  EXPECT_EQ(ws.reading.Curve->Clicks.size(), 1u) << ws.reading.Reading;
+  EXPECT_EQ(ws.reading.Curve->Points.size(), all);
+  EXPECT_FALSE(TakeBackClick(ws, desktop));
+  ClickCurve(ws, desktop, static_cast<int>(std::lround(course[90].X)),
+             static_cast<int>(std::lround(course[90].Y)));
+  EXPECT_EQ(ws.reading.Curve->Clicks.size(), 2u);
+  EXPECT_TRUE(TakeBackClick(ws, desktop));
+  EXPECT_EQ(ws.reading.Curve->Clicks.size(), 1u);
   SetDensity(ws, ReadingDensity::Kind::Every);
   TypeDensity(ws, "0");
   EXPECT_FALSE(CanTakeReading(ws));
@@ -179,6 +196,10 @@ TEST_F(ReadingTest, WhatIsShownIsTakenAsItWasReadAndGoesWithWhatItWasReadFrom) {
   const auto* step = std::get_if<ReadStep>(&ws.recipe.Steps.back());
   ASSERT_NE(step, nullptr);
   EXPECT_EQ(step->Tolerance, 1);
+  DropStaleReading(ws);
+  EXPECT_THAT(ws.reading.Reading, testing::StartsWith("Read "));
+  run(NewCurveStep{});
+  EXPECT_EQ(ws.reading.Reading, "") << "which is no longer so";
 }
 
 TEST(ReadStep, IsWrittenWithItsDensity) {
