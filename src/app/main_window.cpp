@@ -167,7 +167,8 @@ void MainWindow::Render() {
   readOut_->Render(ws_.readOut, ws_.calibration.Refined.On);
   curvePanel_->Render();
   const bool checkWasHidden = inkCheck_->isHidden();
-  inkCheck_->Render(ws_.inkCheck.Text, CanRemoveDoubtful(ws_), IsDoubtfulShown(ws_));
+  inkCheck_->Render(ws_.inkCheck.Text, CanRemoveDoubtful(ws_), IsDoubtfulShown(ws_),
+                    IsRemovedLast(ws_));
   dataList_->Render(ws_.store, ws_.formats, ws_.settings.DecimalPoint);
   nextLine_->Render(NextStepOf(ws_), IsNextShown(ws_));
   status_->Render(ws_.status, ws_.store.NPoints, IsNextShown(ws_));

@@ -341,6 +341,10 @@ void MainWindow::ConnectInkCheck() {
     Do(RemoveDoubtful);
     plot_->setFocus();  // the button has gone
   });
+  connect(inkCheck_, &InkCheckPanel::UndoPressed, this, [this] {
+    findChild<QAction*>(QStringLiteral("MNU_EDIT_Undo"))->trigger();
+    plot_->setFocus();
+  });
 }
 
 void MainWindow::ConnectCurves() {

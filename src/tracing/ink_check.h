@@ -41,6 +41,7 @@ struct InkCheck {
   const std::uint32_t* Pixels = nullptr;  // of the picture, and how much of it was edited last
   std::size_t Edited = 0;
   bool AllCurves = false;  // the text has lines of other curves, too
+  PointSet Removed;        // the doubtful points that were removed last
 
   bool AnyDoubtful() const;
   PointSet Doubtful() const;

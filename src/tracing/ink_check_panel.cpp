@@ -24,21 +24,26 @@ InkCheckPanel::InkCheckPanel(QWidget* parent) : QWidget(parent) {
   remove_ =
       Named(new QPushButton(tr("Remo&ve")), "BTN_RemoveDoubtful", tr("Remove doubtful points"));
   remove_->setToolTip(tr("Delete the doubtful points; Undo brings them back"));
-  for (QPushButton* button : {show_, remove_}) {
+  undo_ = Named(new QPushButton(tr("Undo")), "BTN_UndoRemove", tr("Undo the removal"));
+  undo_->setToolTip(tr("Bring the removed points back"));
+  for (QPushButton* button : {show_, remove_, undo_}) {
     button->setAutoDefault(false);
     row->addWidget(button);
   }
   column->addLayout(row);
   connect(show_, &QPushButton::clicked, this, &InkCheckPanel::ShowPressed);
   connect(remove_, &QPushButton::clicked, this, &InkCheckPanel::RemovePressed);
+  connect(undo_, &QPushButton::clicked, this, &InkCheckPanel::UndoPressed);
   hide();
 }
 
-void InkCheckPanel::Render(const std::string& text, bool isDoubtful, bool areShown) {
+void InkCheckPanel::Render(const std::string& text, bool isDoubtful, bool areShown,
+                           bool areRemoved) {
   Show(text_, text);
   show_->setChecked(areShown);
   show_->setVisible(isDoubtful);
   remove_->setVisible(isDoubtful);
+  undo_->setVisible(areRemoved);
   setVisible(!text.empty());
 }
 

@@ -12,17 +12,20 @@ class InkCheckPanel : public QWidget {
   Q_OBJECT
  public:
   explicit InkCheckPanel(QWidget* parent = nullptr);
-  /// `isDoubtful`: there are points to show and to remove; `areShown`: they are selected.
-  void Render(const std::string& text, bool isDoubtful, bool areShown);
+  /// `isDoubtful`: there are points to show and to remove; `areShown`: they are selected;
+  /// `areRemoved`: Undo brings back what was removed.
+  void Render(const std::string& text, bool isDoubtful, bool areShown, bool areRemoved);
 
  signals:
   void ShowPressed();
   void RemovePressed();
+  void UndoPressed();
 
  private:
   QLabel* text_;
   QPushButton* show_;
   QPushButton* remove_;
+  QPushButton* undo_;
 };
 
 }  // namespace graphize

@@ -1,9 +1,11 @@
 #include "workspace/ink_check_commands.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/translation.h"
 #include "data/point_edit.h"
+#include "tracing/extraction_context.h"
 #include "workspace/do.h"
 #include "workspace/picture_map.h"
 
@@ -71,6 +73,12 @@ bool CanCheckPoints(const Workspace& ws) {
   return ws.plot.IsPresent() && ws.store.ListCount > 0 && ws.store.CaptureCount > 0;
 }
 
+void AskForCheck(Workspace& ws) {
+  CheckPoints(ws);
+  if (ws.inkCheck.Text.empty())
+    ws.status.Status = Tr("The list's values have no places on the picture");
+}
+
 void RenewInkCheck(Workspace& ws) {
   // The pen's way is one change.
   if (ws.inkCheck.Text.empty() || (ws.pen.Down && ws.pen.Begun) || !IsOld(ws)) return;
@@ -78,7 +86,11 @@ void RenewInkCheck(Workspace& ws) {
     ws.inkCheck = {};  // the frame is not where the axes say
     return;
   }
+  PointSet removed = ws.inkCheck.Removed;
   ws.inkCheck.AllCurves ? CheckAllCurves(ws) : CheckPoints(ws);
+  ws.inkCheck.Removed = std::move(removed);
+  // What was removed can be brought back.
+  if (ws.inkCheck.Text.empty() && IsRemovedLast(ws)) ws.inkCheck.Text = PointCount(0);
 }
 
 bool IsDoubtfulShown(const Workspace& ws) {
@@ -91,11 +103,20 @@ void ShowDoubtful(Workspace& ws) {
 
 void RemoveDoubtful(Workspace& ws, const Desktop& desktop) {
   if (!CanRemoveDoubtful(ws)) return;
-  if (Do(ws, desktop, DeletePointsStep{ws.inkCheck.Doubtful()}).IsDone()) RenewInkCheck(ws);
+  PointSet doubtful = ws.inkCheck.Doubtful();
+  if (!Do(ws, desktop, DeletePointsStep{doubtful}).IsDone()) return;
+  ws.inkCheck.Removed = std::move(doubtful);
+  RenewInkCheck(ws);
 }
 
 bool CanRemoveDoubtful(const Workspace& ws) {
   return ws.inkCheck.AnyDoubtful();
+}
+
+bool IsRemovedLast(const Workspace& ws) {
+  if (ws.inkCheck.Removed.IsEmpty() || ws.recipe.Steps.empty()) return false;
+  const auto* step = std::get_if<DeletePointsStep>(&ws.recipe.Steps.back());
+  return step != nullptr && step->Points == ws.inkCheck.Removed;
 }
 
 }  // namespace graphize

@@ -17,6 +17,8 @@ void CheckPoints(Workspace& ws);
 /// The same, with a line for each other curve of which a point is doubtful.
 void CheckAllCurves(Workspace& ws);
 bool CanCheckPoints(const Workspace& ws);
+/// CheckPoints, which tells where no point has a place.
+void AskForCheck(Workspace& ws);
 /// While there is a line, it is of the points and the pixels as they are. It goes without
 /// points, and where an image tool has moved the picture away from its axes.
 void RenewInkCheck(Workspace& ws);
@@ -27,5 +29,7 @@ bool IsDoubtfulShown(const Workspace& ws);
 /// The doubtful points go, as points that are deleted do, and the others are checked anew.
 void RemoveDoubtful(Workspace& ws, const Desktop& desktop);
 bool CanRemoveDoubtful(const Workspace& ws);
+/// Whether that was the last thing done, so that Undo brings the points back.
+bool IsRemovedLast(const Workspace& ws);
 
 }  // namespace graphize

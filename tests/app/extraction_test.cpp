@@ -85,8 +85,9 @@ TEST_F(Extraction, DoubtfulPointsAreToldUnderTheListShownRemovedAndBroughtBack) 
   ClickControl(Find<QWidget>("BTN_RemoveDoubtful"));
   EXPECT_EQ(State().store.ListCount, good);
   EXPECT_TRUE(check->text().endsWith(QStringLiteral(" points: all on ink")));
-  ChooseMenu("MNU_EDIT_Undo");
+  ClickControl(Find<QWidget>("BTN_UndoRemove"));
   EXPECT_EQ(State().store.ListCount, good + 1);
+  EXPECT_FALSE(Find<QWidget>("BTN_UndoRemove")->isVisible());
   EXPECT_TRUE(check->text().endsWith(QStringLiteral(" points: 1 not on ink")));
   ChooseMenu("MNU_OPT_WhatComesNext");
   EXPECT_FALSE(Find<QLabel>("LBL_Next")->isVisible());

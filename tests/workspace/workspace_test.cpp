@@ -686,12 +686,16 @@ TEST_F(WorkspaceTest, DoubtfulPointsAreToldShownAndRemoved) {
   EXPECT_EQ(ws.store.ListCount, traced);
   EXPECT_EQ(ws.inkCheck.Text, std::to_string(traced) + " points: all on ink");
   EXPECT_TRUE(Is<DeletePointsStep>(ws.recipe.Steps.back()));
+  EXPECT_TRUE(IsRemovedLast(ws));
   Do(ws, desktop, EraseStep{{20, {{30, 20}}}});
   RenewInkCheck(ws);
   EXPECT_TRUE(CanRemoveDoubtful(ws)) << "the picture has changed: " << ws.inkCheck.Text;
+  EXPECT_FALSE(IsRemovedLast(ws));
   Do(ws, desktop, ClearDataStep{});
   RenewInkCheck(ws);
   EXPECT_EQ(ws.inkCheck.Text, "") << "there are no points";
+  AskForCheck(ws);
+  EXPECT_NE(ws.status.Status.find("no places"), std::string::npos);
 }
 
 TEST_F(WorkspaceTest, ThePointerIsPutWhereItWasOrIntoWhatIsSeen) {
