@@ -84,9 +84,10 @@ QToolButton* InkDialog::MakeSwatch(const PictureInk& ink, int index) {
   const std::uint32_t pixel = PixelOf(ink.Colour);
   auto* button = new QToolButton;
   button->setObjectName(MemberName("BTN_Swatch", index));
-  const QString what = tr("Ink %1: %2 % of what is drawn")
-                           .arg(QColor::fromRgb(pixel).name())
-                           .arg(QString::number(100.0 * static_cast<double>(ink.Share), 'f', 1));
+  const QString what =
+      tr("Ink %1: %2 % of what is drawn")
+          .arg(QStringLiteral("%1,%2,%3").arg(qRed(pixel)).arg(qGreen(pixel)).arg(qBlue(pixel)))
+          .arg(QString::number(100.0 * static_cast<double>(ink.Share), 'f', 1));
   button->setAccessibleName(what);
   button->setToolTip(what);
   const QPixmap swatch = Swatch(*this, pixel);

@@ -40,10 +40,10 @@ ReadAllDialog::ReadAllDialog(QWidget* parent)
   curves_->setSelectionBehavior(QAbstractItemView::SelectRows);
   curves_->setSelectionMode(QAbstractItemView::SingleSelection);
   curves_->horizontalHeader()->setStretchLastSection(true);
-  curves_->setWordWrap(true);
+  curves_->setWordWrap(false);  // the tool tip has it all
   curves_->setTabKeyNavigation(false);
   const QFontMetrics metrics = curves_->fontMetrics();
-  curves_->setMinimumSize(64 * metrics.averageCharWidth(), (kRowsShown + 2) * metrics.height());
+  curves_->setMinimumSize(80 * metrics.averageCharWidth(), (kRowsShown + 2) * metrics.height());
   column->addWidget(curves_, 1);
   hint_ = Named(new QLabel, "LBL_Hint", tr("Hint"));
   hint_->setTextFormat(Qt::PlainText);
