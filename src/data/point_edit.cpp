@@ -228,9 +228,11 @@ int CountWithoutValue(const NewValues& values) {
 
 void TakeValues(PointStore& store, const NewValues& values) {
   const MixedRows mixed(store);
-  for (int i = 1; i <= store.ListCount; ++i) {
+  // A sort goes over as many rows as were captured, and may bring later ones in.
+  const int rows = std::max(store.ListCount, store.CaptureCount);
+  for (int i = 1; i <= rows; ++i) {
+    if (store.ListId[i] >= values.size() || !values[store.ListId[i]]) continue;
     const std::optional<GraphValues>& value = values[store.ListId[i]];
-    if (!value) continue;
     const bool swapped = mixed.IsSwapped(i);
     store.ListX[i] = swapped ? value->Y : value->X;
     store.ListY[i] = swapped ? value->X : value->Y;

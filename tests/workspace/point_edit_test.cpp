@@ -109,7 +109,8 @@ void ExpectInStep(const PointStore& store, bool mayBeSwapped = false) {
         same(store.ListX[i], captured[id].Y) && same(store.ListY[i], captured[id].X);
     EXPECT_TRUE(straight ||
                 ((mayBeSwapped || store.ListRows != PointStore::Rows::Places) && swapped))
-        << "row " << i;
+        << "row " << i << ": " << store.ListX[i] << ", " << store.ListY[i] << "; captured "
+        << captured[id].X << ", " << captured[id].Y;
   }
 }
 
