@@ -8,7 +8,10 @@
 
 #include "base/numbers.h"
 #include "base/translation.h"
+#include "calibration/axes_frame.h"
 #include "tracing/extraction_context.h"
+#include "tracing/ink_sight.h"
+#include "tracing/plot_box.h"
 #include "workspace/extraction_commands.h"
 #include "workspace/picture_reading.h"
 
@@ -20,6 +23,29 @@ std::string Hundredths(double pixels) {
   const long hundredths = std::lround(100 * pixels);
   return std::to_string(hundredths / 100) + (hundredths % 100 < 10 ? ".0" : ".") +
          std::to_string(hundredths % 100);
+}
+
+/// Whether the place lies beyond a side of the plot that is drawn; where none is drawn, the plot
+/// may go on behind the axis points.
+bool IsBeyondFrame(Workspace& ws, double x, double y) {
+  constexpr double kBeside = 3;  // pixels
+  if (!ws.calibration.IsComplete()) return false;
+  const BasePictureShown base(ws.plot);
+  const int width = ws.plot.Width(), height = ws.plot.Height();
+  const AxesFrame axes = FrameOf(ws.calibration, width, height);
+  const double u = axes.U(x, y), v = axes.V(x, y);
+  const auto isOutside = [&](double at, double first, double last) {
+    return at < first - kBeside || at > last + kBeside;
+  };
+  if (!isOutside(u, axes.Left, axes.Right) && !isOutside(v, axes.Top, axes.Bottom)) return false;
+  InkSight sight(ws.plot.Pixels);
+  const auto isInk = [&](int column, int row) { return sight.IsInk(column, row); };
+  const PlotFrame frame = FindPlotFrame(isInk, width, height, ws.calibration);
+  const AxesFrame &inner = frame.Inner, &outer = frame.Outer;
+  return (outer.Left < inner.Left && u < std::min(outer.Left, axes.Left) - kBeside) ||
+         (outer.Right > inner.Right && u > std::max(outer.Right, axes.Right) + kBeside) ||
+         (outer.Top < inner.Top && v < std::min(outer.Top, axes.Top) - kBeside) ||
+         (outer.Bottom > inner.Bottom && v > std::max(outer.Bottom, axes.Bottom) + kBeside);
 }
 
 }  // namespace
@@ -76,6 +102,11 @@ CurveReading ReadAt(Workspace& ws, const Desktop& desktop, const ReadStep& step)
       ReadBeside(ws, desktop, Marked("Reading the curve..."), [&](PictureOperation& operation) {
         return ReadCurve(ws.plot.Pixels, ws.calibration, request, operation);
       });
+  // What is read there would be the frame, a number of the axis or a title.
+  if (!reading.Points.empty() && IsBeyondFrame(ws, step.X, step.Y)) {
+    reading.Points.clear();
+    reading.Refusal = Tr("%1,%2 lies outside the axes", ShortestText(step.X), ShortestText(step.Y));
+  }
   std::vector<float> without;
   reading.Points =
       Thinned(std::move(reading.Points), step.Density, ws.calibration, ws.plot.Height(), &without);
