@@ -99,7 +99,7 @@ class Mover {
     step.Went = {};
     Begin(step, std::nullopt);
   }
-  void operator()(ReadStep step) {
+  void operator()(const ReadStep& step) {
     Begin(step, known_.Drawn);
     std::vector<PlotPixel> through;
     for (const PlotPixel& at : step.Through)

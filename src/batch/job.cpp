@@ -93,7 +93,8 @@ std::vector<std::string> DoubtsOf(Workspace& ws, const JobOptions& options, cons
     std::string doubt = DoubtOf(check);
     if (check.Ids.empty() && found != told.Found.end()) doubt = found->second;
     if (doubt.empty()) continue;
-    doubts.push_back((count > 1 ? "curve \"" + name + "\": " : "") + doubt);
+    if (count > 1) doubt.insert(0, "curve \"" + name + "\": ");
+    doubts.push_back(std::move(doubt));
   }
   return doubts;
 }

@@ -105,7 +105,7 @@ fs::path CalibratedFile(const OtherPicturesForm& form, std::optional<TemporaryFo
   if (form.CalibratedBytes == nullptr || fs::exists(form.CalibratedFile, ignored))
     return form.CalibratedFile;
   folder.emplace();
-  const fs::path file = folder->Path() / form.CalibratedFile.filename();
+  fs::path file = folder->Path() / form.CalibratedFile.filename();
   ThrowSystemError(ReplaceWholeFile(file, *form.CalibratedBytes));
   return file;
 }

@@ -37,8 +37,10 @@ std::string Refusal(const FileQuestion& question, const std::filesystem::path& a
     if (own == "." + ending) return {};
     if (types.empty())
       types = ending;
+    else if (&ending == &endings.back())
+      types = Tr("%1 or %2", types, ending);
     else
-      types = &ending == &endings.back() ? Tr("%1 or %2", types, ending) : types + ", " + ending;
+      types.append(", ").append(ending);
   }
   return Tr("The name must end in one of the types %1.", types);
 }

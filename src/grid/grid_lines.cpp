@@ -48,7 +48,7 @@ void Refresh(const BlackMap& map, GridLine& line) {
 
 std::string ResultText(const GridRemoval& removal, GridDirection direction) {
   const bool isX = direction == GridDirection::X;
-  const std::string lines =
+  std::string lines =
       isX ? TrCount("%1 X grid line removed", "%1 X grid lines removed", removal.Lines)
           : TrCount("%1 Y grid line removed", "%1 Y grid lines removed", removal.Lines);
   if (removal.Stopped) return Tr("Stopped: %1", lines);
