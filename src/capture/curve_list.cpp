@@ -45,7 +45,8 @@ void KeepCursor(PointStore& store, const PointStore& from) {
 
 template <class T>
 bool HasSameBits(const std::vector<T>& a, const std::vector<T>& b) {
-  return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(T)) == 0;
+  return a.size() == b.size() &&
+         (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(T)) == 0);
 }
 
 auto SmallRecordsOf(const PointStore& store) {

@@ -101,6 +101,13 @@ std::string CheckLibrary(const fs::path& path, bool isTest, std::string_view hea
   return seesQt || IsStandard(header) ? "" : "logic has the standard library only";
 }
 
+/// The folder whose level a folder of tests/ has: what tests share stands where widgets stand,
+/// above the logic, and what feeds every reader above that.
+std::string LevelOfTests(const std::string& folder) {
+  if (folder == "support") return "widgets";
+  return folder == "fuzz" ? "app" : folder;
+}
+
 /// A header in quotes: what is wrong with it here, or nothing.
 std::string CheckOwn(const fs::path& root, const Levels& levels, const fs::path& path, bool isTest,
                      const fs::path& header) {
@@ -110,10 +117,9 @@ std::string CheckOwn(const fs::path& root, const Levels& levels, const fs::path&
   if (const std::string module = ModuleOf(header); !module.empty() && ModuleOf(path) != module)
     return module + "/ is seen by itself alone";
   const std::string from = FolderOf(path), to = FolderOf(header);
-  if (to == "support" && inTests) return "";
+  if (inTests && (to == "support" || to == from)) return "";
   if (!levels.contains(to)) return to + "/ is not in the table";
-  // What tests share stands where widgets stand: above the logic.
-  const int level = levels.at(from == "support" && isTest ? "widgets" : from);
+  const int level = levels.at(isTest ? LevelOfTests(from) : from);
   if (from == to || levels.at(to) < level) return "";
   return from + "/ does not see " + to + "/";
 }
@@ -122,7 +128,7 @@ void CheckFile(const fs::path& root, const Levels& levels, const fs::path& path,
                std::vector<std::string>& broken) {
   const std::string name = (isTest ? "tests/" : "src/") + path.generic_string();
   const std::string folder = FolderOf(path);
-  if (!levels.contains(folder) && !(isTest && folder == "support"))
+  if (!levels.contains(isTest ? LevelOfTests(folder) : folder))
     return broken.push_back(name + ": its folder is not in the table");
   std::ifstream file(root / name);
   std::string line;
