@@ -42,9 +42,9 @@ struct TrueAxes {
                      false, YLog);
   }
   static ExactPlace Missed(ExactPlace at, std::mt19937& random, double aim) {
+    if (aim == 0) return at;
     std::normal_distribution<float> miss(0, static_cast<float>(aim));
-    if (aim > 0) at = {at.Column + miss(random), at.RowUp + miss(random)};
-    return at;
+    return {at.Column + miss(random), at.RowUp + miss(random)};
   }
   /// References all over the plot, both values known.
   void AddReferences(AxisCalibration& axes, int count, std::mt19937& random, double aim) const {
