@@ -23,7 +23,7 @@ inline constexpr std::size_t kBlock = 1024;  // elements
 
 template <class T>
 bool Same(const T* a, const T* b, std::size_t count) {
-  return std::memcmp(static_cast<const void*>(a), b, count * sizeof(T)) == 0;
+  return count == 0 || std::memcmp(static_cast<const void*>(a), b, count * sizeof(T)) == 0;
 }
 
 /// Elements that are equal from the front on (`step` 1) or from the end on (-1).

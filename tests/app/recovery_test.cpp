@@ -11,6 +11,7 @@
 #include <set>
 
 #include "app/journaled_work.h"
+#include "app/storm.h"
 #include "app/window_driver.h"
 #include "base/checksum.h"
 #include "base/whole_file.h"
@@ -113,6 +114,24 @@ TEST(Recovery, WorkThatWasKilledAtAnyMomentIsThereToItsLastEvent) {
     ++restored;
   }
   EXPECT_GT(restored, 150);
+}
+
+/// A storm in a process of its own ends as it should and finds nothing.
+TEST(Storm, RandomEventsBreakNoPromise) {
+  for (const char* seed : {"1", "2"}) {
+    const TemporaryFolder folder;
+    QProcess storm;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    storm.setProcessEnvironment(environment);
+    storm.setProcessChannelMode(QProcess::MergedChannels);
+    storm.start(QCoreApplication::applicationFilePath(),
+                {QLatin1String(kStorm), QString::fromStdString(folder.Path().string()),
+                 QLatin1String(seed), QStringLiteral("600")});
+    storm.waitForFinished(-1);
+    EXPECT_TRUE(storm.exitStatus() == QProcess::NormalExit && storm.exitCode() == 0)
+        << storm.readAll().toStdString();
+  }
 }
 
 using RecoveryWindow = WindowTest;

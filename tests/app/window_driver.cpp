@@ -15,6 +15,7 @@
 #include <string_view>
 
 #include "app/journaled_work.h"
+#include "app/storm.h"
 #include "support/virtual_scanner.h"
 #include "widgets/form_dialog.h"
 
@@ -261,6 +262,9 @@ int main(int argc, char** argv) {
   QApplication application(argc, argv);
   if (argc == 4 && std::string_view(argv[1]) == graphize::test::kJournaledWork)
     return graphize::test::DoJournaledWork(argv[2], static_cast<unsigned>(std::atoi(argv[3])));
+  if (argc == 5 && std::string_view(argv[1]) == graphize::test::kStorm)
+    return graphize::test::DoStorm(argv[2], static_cast<unsigned>(std::atoi(argv[3])),
+                                   std::atoi(argv[4]));
   ::testing::InitGoogleTest(&argc, argv);
   return RUN_ALL_TESTS();
 }
