@@ -228,8 +228,10 @@ int CountWithoutValue(const NewValues& values) {
 
 void TakeValues(PointStore& store, const NewValues& values) {
   const MixedRows mixed(store);
-  // A sort goes over as many rows as were captured, and may bring later ones in.
-  const int rows = std::max(store.ListCount, store.CaptureCount);
+  // A sort goes over as many rows as were captured, and may bring later ones in where they are.
+  const auto held =
+      static_cast<int>(std::min({store.ListX.size(), store.ListY.size(), store.ListId.size()}));
+  const int rows = std::min<int>(std::max(store.ListCount, store.CaptureCount), held - 1);
   for (int i = 1; i <= rows; ++i) {
     if (store.ListId[i] >= values.size() || !values[store.ListId[i]]) continue;
     const std::optional<GraphValues>& value = values[store.ListId[i]];

@@ -3,6 +3,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -58,7 +59,9 @@ bool ReadsPicture(const FuzzTarget& target, std::string_view input) {
   const std::string file = "picture." + target.Name.substr(target.Name.find('-') + 1);
   const ProbeResult probe = ProbePicture(file, input.substr(0, kProbeSize));
   const ProbeResult wanted = ProbePicture(file, SeedsOf(target).front().substr(0, kProbeSize));
-  if (probe.Type != wanted.Type || probe.Width * probe.Height > kMostPixels) return false;
+  if (probe.Type != wanted.Type || probe.Width > kMostPixels ||
+      probe.Height > kMostPixels / std::max<std::int64_t>(probe.Width, 1))
+    return false;
   static const auto* module =
       static_cast<const PicbufModule*>(LoadModule("graphize_picbuf.so", "GraphizePicbuf"));
   try {
