@@ -171,7 +171,7 @@ class Storm {
   void OnPlot() {
     const QPointer<QWidget> plot = Plot();
     if (!plot || !plot->isVisible()) return;
-    Note("mouse on", plot);
+    Note(("mouse in " + std::string(ModeKey(State().mode)) + " on").c_str(), plot);
     const auto place = [&] {
       return QPoint(Pick(std::max(1, plot->width())), Pick(std::max(1, plot->height())));
     };
