@@ -44,8 +44,10 @@ void FloatingViews::PlaceOverPicture() {
   if (!overviewIsOver_) return;
   int left = column(overview_->width(), overviewToTheLeft_);
   const int both = zoom_->height() + overview_->height() + 3 * kMargin;
+  const int across = zoom_->width() + overview_->width() + 3 * kMargin;
   const bool isBesideZoom = zoomIsOver_ && !zoom_->isHidden() && !zoom_->IsMoved() &&
-                            zoomToTheLeft_ == overviewToTheLeft_ && both > picture_.height();
+                            zoomToTheLeft_ == overviewToTheLeft_ && both > picture_.height() &&
+                            across <= picture_.width();
   if (isBesideZoom) left += (overviewToTheLeft_ ? 1 : -1) * (zoom_->width() + kMargin);
   overview_->move(left, picture_.top() + kMargin);
 }
