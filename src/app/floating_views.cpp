@@ -41,8 +41,15 @@ void FloatingViews::PlaceOverPicture() {
     zoom_->SetHome(
         {column(size.width(), zoomToTheLeft_), picture_.bottom() + 1 - kMargin - size.height()});
   }
-  if (overviewIsOver_)
-    overview_->move(column(overview_->width(), overviewToTheLeft_), picture_.top() + kMargin);
+  if (!overviewIsOver_) return;
+  int left = column(overview_->width(), overviewToTheLeft_);
+  const int both = zoom_->height() + overview_->height() + 3 * kMargin;
+  const int across = zoom_->width() + overview_->width() + 3 * kMargin;
+  const bool isBesideZoom = zoomIsOver_ && !zoom_->isHidden() && !zoom_->IsMoved() &&
+                            zoomToTheLeft_ == overviewToTheLeft_ && both > picture_.height() &&
+                            across <= picture_.width();
+  if (isBesideZoom) left += (overviewToTheLeft_ ? 1 : -1) * (zoom_->width() + kMargin);
+  overview_->move(left, picture_.top() + kMargin);
 }
 
 void FloatingViews::MakeWay(QPoint pointer) {

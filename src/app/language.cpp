@@ -23,6 +23,10 @@ class Catalogue : public QTranslator {
   }
 };
 
+/// Names of keys that menus show, also where Qt's own catalogue is not installed.
+[[maybe_unused]] constexpr const char* kKeyNames[] = {Marked("Ctrl"), Marked("Shift"),
+                                                      Marked("Alt"), Marked("Del")};
+
 std::string Translated(const char* english, long long count) {
   const QString text = QCoreApplication::translate("", english, nullptr, static_cast<int>(count));
   return text == QLatin1String(english) ? std::string() : text.toStdString();

@@ -167,7 +167,7 @@ void MainWindow::Render() {
   readOut_->Render(ws_.readOut, ws_.calibration.Refined.On);
   curvePanel_->Render();
   const bool checkWasHidden = inkCheck_->isHidden();
-  inkCheck_->Render(ws_.inkCheck.Text, CanRemoveDoubtful(ws_), IsDoubtfulShown(ws_),
+  inkCheck_->Render(InkCheckLine(ws_), CanRemoveDoubtful(ws_), IsDoubtfulShown(ws_),
                     IsRemovedLast(ws_));
   dataList_->Render(ws_.store, ws_.formats, ws_.settings.DecimalPoint);
   nextLine_->Render(NextStepOf(ws_), IsNextShown(ws_));

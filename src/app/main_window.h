@@ -88,7 +88,7 @@ class MainWindow : public QMainWindow {
   void BuildMenus();
   void BuildToolbar();
   void BuildCentre();
-  QWidget* BuildSidePanel();
+  QScrollArea* BuildSidePanel();
   /// The modes that the toolbar has no button for.
   QWidget* MakeModeButtons();
   QAction* MakeAction(const MenuEntry& entry);

@@ -194,7 +194,14 @@ void MainWindow::BuildCentre() {
   grid->setContentsMargins(4, 4, 4, 0);
   grid->setSpacing(0);
 
-  grid->addWidget(BuildSidePanel(), 0, 0, 4, 1);
+  readOut_ = new ReadOutPanel;
+  sidePanel_ = BuildSidePanel();
+  // What is read off stays in sight while the panels below it scroll.
+  auto* side = new QVBoxLayout;
+  side->setSpacing(4);
+  side->addWidget(readOut_);
+  side->addWidget(sidePanel_, 1);
+  grid->addLayout(side, 0, 0, 4, 1);
   grid->setColumnMinimumWidth(1, 4);
 
   pictureArea_ = new PictureArea;
@@ -219,11 +226,10 @@ void MainWindow::BuildCentre() {
   setCentralWidget(centre);
 }
 
-QWidget* MainWindow::BuildSidePanel() {
+QScrollArea* MainWindow::BuildSidePanel() {
   auto* side = new QWidget;
   auto* column = new QVBoxLayout(side);
   column->setContentsMargins(0, 0, 0, 4);
-  readOut_ = new ReadOutPanel;
   curvePanel_ = new CurvePanel(ws_.curves);
   curvePanel_->SetIcons(ToolIcon("newcurve"), ToolIcon("renamecurve"), ToolIcon("deletecurve"));
   inkCheck_ = new InkCheckPanel;
@@ -237,9 +243,8 @@ QWidget* MainWindow::BuildSidePanel() {
   readingPanel_->hide();
   modeButtons_ = MakeModeButtons();
   // The frame that changes with the mode is the last: nothing above it jumps.
-  for (QWidget* panel :
-       std::initializer_list<QWidget*>{readOut_, dataList_, modeButtons_, axisPanel_, proposePanel_,
-                                       tracerPanel_, readingPanel_}) {
+  for (QWidget* panel : std::initializer_list<QWidget*>{
+           dataList_, modeButtons_, axisPanel_, proposePanel_, tracerPanel_, readingPanel_}) {
     panel->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
     column->addWidget(panel);
   }
@@ -252,7 +257,6 @@ QWidget* MainWindow::BuildSidePanel() {
   scroll->setFrameStyle(QFrame::NoFrame);
   scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   scroll->setFocusPolicy(Qt::NoFocus);
-  sidePanel_ = scroll;
   return scroll;
 }
 

@@ -19,8 +19,15 @@ class NextLine : public QWidget {
   explicit NextLine(QWidget* parent = nullptr);
   void Render(const NextStep& next, bool shown);
 
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+
  private:
+  /// Where the hint would be cut, the present station alone is shown beside it.
+  void MakeRoom();
+
   std::array<QLabel*, kWay.size()> stations_{};
+  std::array<QLabel*, kWay.size() - 1> arrows_{};
   ElidedLabel* hint_;
   int present_ = -1;
 };

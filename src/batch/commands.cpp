@@ -84,8 +84,9 @@ constexpr const char* kTools = "Picture, changed in the order of the options";
 constexpr Options kToolOptions = {
     {"damaged", 0, nullptr, kTools, "take what can be read of a damaged file"},
     {"part", 0, "half|quarter|L,T,W,H", kTools,
-     "open a picture with a side above 32767 pixels at a\n"
-     "half or a quarter, or the part at column L, row T"},
+     "open the picture at half or a quarter of its size, or\n"
+     "the part at column L, row T; positions are those on\n"
+     "it. A side above 32767 pixels needs this"},
     {"black-white", 0, nullptr, kTools, "reduce to black and white: tracers see black only"},
     {"threshold", 0, "auto|local|N", kTools,
      "the same; black is what is darker than N, which is\n"

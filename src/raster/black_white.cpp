@@ -6,16 +6,13 @@
 #include <cstdint>
 #include <vector>
 
+#include "raster/luminance.h"
+
 namespace graphize {
 
 namespace {
 
 constexpr int kTile = 64;  // pixels; one word of a bit map
-
-int Luminance(std::uint32_t pixel) {
-  return static_cast<int>(299 * ((pixel >> 16) & 0xffu) + 587 * ((pixel >> 8) & 0xffu) +
-                          114 * (pixel & 0xffu));
-}
 
 /// The luminance of the paper in a tile of the picture, in thousandths: the median of every fourth
 /// pixel's, in every fourth row, that becomes white: not below `limit`, in thousandths. The limit
@@ -25,7 +22,7 @@ int PaperOf(const Raster& picture, int left, int top, int limit) {
   int count[256] = {}, all = 0;
   for (int y = top; y < std::min(top + kTile, picture.Height()); y += kStep) {
     for (int x = left; x < std::min(left + kTile, picture.Width()); x += kStep) {
-      const int luminance = Luminance(picture.Row(y)[x]);
+      const int luminance = LuminanceOf(picture.Row(y)[x]);
       if (luminance < limit) continue;
       ++count[luminance / 1000];
       ++all;
@@ -47,7 +44,7 @@ std::uint64_t ReducePixels(std::uint32_t* pixels, int count, int limit, int fain
   // Bytes first: the compiler turns that loop into vector instructions.
   std::uint8_t isFaint[kTile] = {};
   for (int i = 0; i < count; ++i) {
-    const int luminance = Luminance(pixels[i]);
+    const int luminance = LuminanceOf(pixels[i]);
     pixels[i] = luminance < limit ? kBlackPixel : kWhitePixel;
     isFaint[i] = luminance >= limit && luminance < faint ? 1 : 0;
   }

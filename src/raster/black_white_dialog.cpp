@@ -111,7 +111,7 @@ BlackWhiteDialog::BlackWhiteDialog(QWidget* parent)
     auto* option = new QRadioButton(tr(captions[i]));
     option->setObjectName(MemberName("OPT_Threshold", i));
     connect(option, &QRadioButton::clicked, this, [this, i] { emit LocalChosen(i == 1); });
-    column->addWidget(option);
+    column->addWidget(option, 0, Qt::AlignLeft);
     threshold_[static_cast<std::size_t>(i)] = option;
   }
   threshold_[0]->setToolTip(tr("What is darker than one limit becomes black"));

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "raster/contrast.h"
 #include "raster/picture_scaling.h"
 #include "raster/viewport.h"
 

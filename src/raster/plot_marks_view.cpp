@@ -2,6 +2,8 @@
 
 #include <QPainter>
 
+#include "raster/contrast.h"
+
 namespace graphize {
 
 namespace {

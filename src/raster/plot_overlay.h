@@ -92,12 +92,6 @@ inline bool Contains(const PlotOverlay::Rectangle& area, const PlotOverlay::Poin
 /// Lengths of marks are logical pixels, the same at every zoom. They have an edge of this width
 /// around them, which makes them stand out from any ground.
 inline constexpr int kMarkEdge = 1;
-/// The edge of a mark of this colour: a light mark has a dark one and the other way round.
-constexpr Colour EdgeColour(Colour mark) {
-  const int red = mark & 0xff, green = mark >> 8 & 0xff, blue = mark >> 16 & 0xff;
-  constexpr int kMiddleGrey = 128;
-  return (11 * red + 16 * green + 5 * blue) / 32 < kMiddleGrey ? kWhite : kBlack;
-}
 /// How far, without its edge, the marks of a curve's point, a data point, the last point and an
 /// axis point reach from their pixel.
 inline constexpr int kCurvePointReach = 1;

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "raster/curve_marks.h"
+#include "raster/mark_edges.h"
 #include "raster/picture_scaling.h"
 #include "raster/plot_marks_view.h"
 #include "widgets/keys.h"
@@ -70,7 +71,12 @@ void PlotView::Render(const DirtyArea& raster, const DirtyArea& overlay,
   }
   if (std::exchange(zoomShown_, zoom) != zoom) update();
   if (const QPoint place(-view_.X, -view_.Y); pos() != place) move(place);
-  if (!raster.IsEmpty()) update(PlacesOf(raster, zoom));
+  if (!raster.IsEmpty()) {
+    const int reach = ReachOfMarkEdges(zoom);
+    update(PlacesOf(
+        {raster.Left - reach, raster.Top - reach, raster.Right + reach, raster.Bottom + reach},
+        zoom));
+  }
   constexpr int kReach = kLargestReach + static_cast<int>(kLargestZoom) / 2 + 1;
   if (!overlay.IsEmpty())
     update(PlacesOf(overlay, zoom).adjusted(-kReach, -kReach, kReach, kReach));
@@ -94,7 +100,7 @@ void PlotView::PaintPicture(QPainter& painter, const QRegion& region, const Plot
   const double ratio = device.m11();
   const PictureScaling scaling{ratio * view_.Zoom, device.dx(), device.dy()};
   if (scaling.Scale == 1 && ratio == 1 && IsWhole(scaling.Left) && IsWhole(scaling.Top) &&
-      overlay.Curves.empty()) {
+      overlay.Curves.empty() && image_.Marks.empty()) {
     const QImage picture = AsImage(image_.Pixels);
     for (const QRect& part : region) painter.drawImage(part, picture, part);
     return;
@@ -109,8 +115,10 @@ void PlotView::PaintPicture(QPainter& painter, const QRegion& region, const Plot
     Raster part(screen(scaling.Left, area.right() + 1) - left,
                 screen(scaling.Top, area.bottom() + 1) - top);
     PaintScaled(part, left, top, image_.Pixels, levels_, scaling);
+    const MarkScaling marked{view_.Zoom, ratio, scaling.Left, scaling.Top};
+    PaintMarkEdges(part, left, top, image_, marked);
     for (const PlotOverlay::Marks& marks : overlay.Curves)
-      PaintMarks(part, left, top, marks, {view_.Zoom, ratio, scaling.Left, scaling.Top});
+      PaintMarks(part, left, top, marks, marked);
     painter.drawImage(left, top, AsImage(part));
   }
   painter.restore();

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <optional>
 
+#include "raster/luminance.h"
 #include "raster/paper.h"
 #include "raster/parallel_rows.h"
 
@@ -31,7 +32,7 @@ std::optional<int> Quantile(const Levels& counts, int least, double part, long f
 }
 
 float Luminance(Rgb colour) {
-  return 0.299f * colour.R + 0.587f * colour.G + 0.114f * colour.B;
+  return LuminanceOf(colour.R, colour.G, colour.B) / 1000;
 }
 
 /// Every few pixels of a part of the picture.

@@ -4,7 +4,7 @@
 #include <optional>
 #include <vector>
 
-#include "reading/polynomial.h"
+#include "base/polynomial.h"
 #include "reading/stroke_samples.h"
 
 namespace graphize {

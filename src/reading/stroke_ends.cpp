@@ -5,7 +5,7 @@
 #include <numbers>
 #include <optional>
 
-#include "reading/polynomial.h"
+#include "base/polynomial.h"
 
 namespace graphize {
 

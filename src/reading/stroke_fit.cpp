@@ -6,7 +6,7 @@
 #include <optional>
 #include <span>
 
-#include "reading/polynomial.h"
+#include "base/polynomial.h"
 #include "reading/stroke_tolerance.h"
 
 namespace graphize {

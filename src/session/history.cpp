@@ -11,6 +11,7 @@
 #include "raster/plot_image.h"
 #include "session/change_name.h"
 #include "workspace/plot_mouse.h"
+#include "workspace/toolbar.h"
 
 namespace graphize {
 
@@ -301,6 +302,7 @@ bool History::Apply(Workspace& ws, Way way) {
     ResetScrBars(ws.view, ws.plot.Width(), ws.plot.Height());
   }
   if (ws.calibration != axes) ClearReadOut(ws.readOut);
+  if (!IsReading(ws.mode)) ShowModeHint(ws);
   UpdateEditMenu(ws.store, ws.commands);
   DropOldest();
   ShowNames(ws);

@@ -6,6 +6,8 @@
 #include <numbers>
 #include <optional>
 
+#include "base/polynomial.h"
+
 namespace graphize {
 
 namespace {
@@ -86,6 +88,7 @@ class TracedStroke {
       at_.push_back(at);
       thickness_.push_back(ThicknessAt(at));
     }
+    isSound_.resize(at_.size());
     std::vector<double> sorted = thickness_;
     const auto middle = sorted.begin() + static_cast<std::ptrdiff_t>(sorted.size() / 2);
     std::nth_element(sorted.begin(), middle, sorted.end());
@@ -94,6 +97,7 @@ class TracedStroke {
 
   void Judge(std::vector<InkVerdict>& verdicts) {
     BridgeGaps(verdicts);
+    PassTouches(verdicts);
     FindGaps(verdicts);
     FindThick(verdicts);
     FindJumps(verdicts);
@@ -140,7 +144,7 @@ class TracedStroke {
   void Mark(std::vector<InkVerdict>& verdicts, std::size_t first, std::size_t end,
             InkVerdict verdict) const {
     for (std::size_t i = first; i < end; ++i)
-      if (verdicts[track_[i]] == InkVerdict::OnInk) verdicts[track_[i]] = verdict;
+      if (verdicts[track_[i]] == InkVerdict::OnInk && !isSound_[i]) verdicts[track_[i]] = verdict;
   }
 
   /// A straight way over a short gap, as between two dashes, is on the stroke.
@@ -153,6 +157,38 @@ class TracedStroke {
       for (std::size_t i = first; i < end; ++i)
         if (DistanceOf(at_[i] - at_[first - 1], unit) > kStraight) return;
       for (std::size_t i = first; i < end; ++i) verdicts[track_[i]] = InkVerdict::OnInk;
+    });
+  }
+
+  /// What bends to the frame and back, as an extreme that lies on its line, is on the stroke: one
+  /// smooth course leads from before to behind it.
+  void PassTouches(std::vector<InkVerdict>& verdicts) {
+    constexpr double kLeast = 12, kMost = 60, kAside = 2;  // pixels
+    const auto isTouching = [&](std::size_t i) {
+      return verdicts[track_[i]] == InkVerdict::OnFrame;
+    };
+    ForStretches(isTouching, [&](std::size_t first, std::size_t end) {
+      const double flank = std::clamp(along_[end - 1] - along_[first], kLeast, kMost);
+      const std::size_t from = FirstAt(along_[first] - flank),
+                        to = FirstAt(along_[end - 1] + flank);
+      if (along_[first] < flank || to == at_.size()) return;
+      const Vector unit = Unit(at_[to] - at_[from]);
+      const auto nodeAt = [&](std::size_t i) {  // along and across the line from end to end
+        const Vector d = at_[i] - at_[from];
+        return PolynomialNode{unit.X * d.X + unit.Y * d.Y, unit.X * d.Y - unit.Y * d.X};
+      };
+      std::vector<PolynomialNode> nodes;
+      for (std::size_t i = from; i <= to; ++i)
+        if (i < first || i >= end) nodes.push_back(nodeAt(i));
+      const auto course = FitPolynomial(nodes, 3);
+      if (!course) return;
+      for (std::size_t i = first; i < end; ++i) {
+        const PolynomialNode node = nodeAt(i);
+        if (std::abs(course->At(node.T) - node.F) > kAside) return;
+      }
+      for (std::size_t i = first; i < end; ++i) verdicts[track_[i]] = InkVerdict::OnInk;
+      // The frame, which goes straight on there, is no other stroke.
+      for (std::size_t i = from; i <= to; ++i) isSound_[i] = true;
     });
   }
 
@@ -251,11 +287,34 @@ class TracedStroke {
       // Dashes show less of themselves; at a plain bend, what is solid on one side is enough.
       const bool isPlain = angle >= kPlain && std::max(ahead, behind) >= 0.85;
       if (std::min(ahead, behind) < 0.5 && !isPlain) continue;
+      if (IsSmooth(here, aside, reach + kWindow, angle)) continue;
       std::size_t first = i, end = i + 1;
       while (first > 0 && along_[first - 1] >= here - aside) --first;
       while (end < at_.size() && along_[end] <= here + aside) ++end;
       Mark(verdicts, first, end, InkVerdict::Leap);
     }
+  }
+
+  /// Whether the track up to `reach` before and behind the place, but for `gap` beside it, bends
+  /// evenly: a corner of that angle would lie aside of such a course by far more.
+  bool IsSmooth(double here, double gap, double reach, double angle) const {
+    const std::size_t from = FirstAt(here - reach),
+                      to = std::min(FirstAt(here + reach), at_.size());
+    const Vector start = AtLength(here - reach), unit = Unit(AtLength(here + reach) - start);
+    const Vector corner = AtLength(here) - start;
+    const double middle = unit.X * corner.X + unit.Y * corner.Y;
+    const double slope = std::tan(std::min(angle, 120.0) / 2 * std::numbers::pi / 180);
+    std::vector<PolynomialNode> nodes, corners;
+    for (std::size_t i = from; i < to; ++i) {
+      if (std::abs(along_[i] - here) < gap) continue;
+      const Vector d = at_[i] - start;
+      const double t = unit.X * d.X + unit.Y * d.Y;
+      nodes.push_back({t, unit.X * d.Y - unit.Y * d.X});
+      corners.push_back({t, slope * std::abs(t - middle)});
+    }
+    constexpr int kDegree = 3;
+    const auto course = FitPolynomial(nodes, kDegree), bent = FitPolynomial(corners, kDegree);
+    return course && bent && course->Rms < 0.5 * bent->Rms;
   }
 
   /// How much of the way straight ahead of `from` is ink, where it is away from the track on that
@@ -267,12 +326,8 @@ class TracedStroke {
         std::min(60.0, away / std::sin(std::min(angle, 90.0) * std::numbers::pi / 180) + 26);
     const Vector unit = Unit(way);
     // What the track may come near to.
-    const auto index = [&](double length) {
-      return static_cast<std::size_t>(std::lower_bound(along_.begin(), along_.end(), length) -
-                                      along_.begin());
-    };
     const double end = here + side * (farthest + 20);
-    const std::size_t first = index(std::min(here, end)), last = index(std::max(here, end));
+    const std::size_t first = FirstAt(std::min(here, end)), last = FirstAt(std::max(here, end));
     int ink = 0, all = 0, gap = 0;
     for (double k = 1; k <= farthest && all < kEnough + 6; ++k) {
       const Vector at = from + k * unit;
@@ -289,6 +344,11 @@ class TracedStroke {
     return all >= kEnough ? static_cast<double>(ink) / all : 0;
   }
 
+  /// The first point that is so many pixels along the track, or their number.
+  std::size_t FirstAt(double length) const {
+    return static_cast<std::size_t>(std::lower_bound(along_.begin(), along_.end(), length) -
+                                    along_.begin());
+  }
   /// The place so many pixels along the track.
   Vector AtLength(double length) const {
     if (length <= 0) return at_.front();
@@ -313,6 +373,7 @@ class TracedStroke {
   std::vector<Vector> at_;
   std::vector<double> along_;      // pixels from the first point
   std::vector<double> thickness_;  // pixels
+  std::vector<bool> isSound_;      // whatever else is drawn there
   double usual_ = 0;
 };
 

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "base/translation.h"
+#include "raster/luminance.h"
 #include "reading/ink_threshold.h"
 #include "workspace/do.h"
 #include "workspace/forms.h"
@@ -18,19 +19,14 @@ InkThreshold ChosenThreshold(const BlackWhiteForm& form) {
           .Level = static_cast<float>(ThresholdOf(form.Threshold))};
 }
 
-/// By ITU-R BT.601, as the reduction sees it.
-std::size_t LuminanceOf(std::uint32_t pixel) {
-  return (299 * (pixel >> 16 & 0xffu) + 587 * (pixel >> 8 & 0xffu) + 114 * (pixel & 0xffu)) / 1000;
-}
-
-/// Of a million pixels at most.
+/// Of a million pixels at most. A level counts what a threshold above it makes black.
 std::array<int, 256> HistogramOf(const Raster& picture) {
   std::array<int, 256> histogram{};
   const auto step =
       static_cast<int>(std::max(std::sqrt(static_cast<double>(picture.PixelCount()) / 1e6), 1.0));
   for (int y = step / 2; y < picture.Height(); y += step)
     for (int x = step / 2; x < picture.Width(); x += step)
-      ++histogram[LuminanceOf(picture.Row(y)[x])];
+      ++histogram[static_cast<std::size_t>((LuminanceOf(picture.Row(y)[x]) + 500) / 1000)];
   return histogram;
 }
 

@@ -124,10 +124,13 @@ Outcome Do(Workspace& ws, const Desktop& desktop, Step step) {
   return std::visit(
       [&](auto& record) {
         const int points = ws.store.CaptureCount;
+        const std::string hint = ws.status.Hint;
         Outcome outcome = RunRecord(ws, desktop, record);
         if (!IsNoted(record, outcome)) return outcome;
         using Record = std::remove_reference_t<decltype(record)>;
         ShowWorkedOn<Record>(ws, points);
+        // What a message before has told is no longer so.
+        if (ws.status.Hint == hint && !IsReading(ws.mode)) ShowModeHint(ws);
         if (kBringsAxes<Record>) GiveWaitingValues(ws);
         Note(ws, std::move(record));
         NoteWhatStays(ws);

@@ -69,6 +69,11 @@ void CheckAllCurves(Workspace& ws) {
   }
 }
 
+std::string InkCheckLine(const Workspace& ws) {
+  if (ws.inkCheck.Text.empty() || ws.curves.Curves.size() < 2) return ws.inkCheck.Text;
+  return Tr("%1: %2", ActiveCurve(ws.curves).Name, ws.inkCheck.Text);
+}
+
 bool CanCheckPoints(const Workspace& ws) {
   return ws.plot.IsPresent() && ws.store.ListCount > 0 && ws.store.CaptureCount > 0;
 }

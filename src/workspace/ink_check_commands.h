@@ -1,6 +1,6 @@
 #pragma once
 
-#include <vector>
+#include <string>
 
 #include "capture/point_store.h"
 #include "desktop/desktop.h"
@@ -19,6 +19,8 @@ void CheckAllCurves(Workspace& ws);
 bool CanCheckPoints(const Workspace& ws);
 /// CheckPoints, which tells where no point has a place.
 void AskForCheck(Workspace& ws);
+/// LBL_InkCheck: of several curves it names the active one.
+std::string InkCheckLine(const Workspace& ws);
 /// While there is a line, it is of the points and the pixels as they are. It goes without
 /// points, and where an image tool has moved the picture away from its axes.
 void RenewInkCheck(Workspace& ws);

@@ -83,6 +83,9 @@ bool IsPartText(const std::string& part) {
 
 std::string PartFault(const std::string& part, int width, int height) {
   if (const auto percent = PercentOf(part)) {
+    if (IsTooSmall(PictureTool::Resize, *percent, {width, height}))
+      return Tr("There is nothing left of %2 pixels at a %1 of their size.", part,
+                SizeText(width, height));
     const PictureSize size = ResultSize(PictureTool::Resize, *percent, {width, height});
     if (std::max(size.Width, size.Height) <= kMaxPictureSide) return {};
     return Tr("A %1 of %2 pixels is still too large.", part, SizeText(width, height));

@@ -60,6 +60,7 @@ void EnterMode(Workspace& ws, const Desktop& desktop, std::string_view key) {
 }  // namespace
 
 void ShowModeHint(Workspace& ws) {
+  if (ws.mode == Mode::None) return ws.status.Hint.clear();
   const bool complete = ws.mode == Mode::AxisDef && ws.calibration.IsComplete();
   ws.status.Hint = complete ? Instruction(ws.axisPanel) : Tr(ModeHint(ws.mode));
   if (complete && HasOldValues(ws))

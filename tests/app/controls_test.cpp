@@ -194,6 +194,7 @@ class Speaking : public Controls {
         {"MNU_DATA_integrate", "FRM_Integrate"},
         {"MNU_Data_Sample", "Sample"},
         {"MNU_IMAGE_ImageTools", "FRM_ImageTools"},
+        {"MNU_IMAGE_BlackWhite", "FRM_BlackWhite"},
         {"MNU_IMAGE_InkFromColour", "FRM_Ink"},
         {"MNU_DATA_ReadAll", "FRM_ReadAll"},
         {"MNU_FILE_SelectSource", "FRM_SelectSource"},
@@ -308,6 +309,8 @@ TEST_F(Speaking, GermanInMenusMessagesFormsAndStatus) {
   StartIn("de");
   EXPECT_EQ(Window().menuBar()->actions().constFirst()->text(), "&Datei");
   EXPECT_EQ(Find<QAction>("axisdef")->toolTip(), "Achsen festlegen");
+  EXPECT_EQ(Find<QAction>("MNU_EDIT_Undo")->shortcut().toString(QKeySequence::NativeText),
+            "Strg+Z");
   EXPECT_TRUE(Find<QAction>("MNU_OPT_Language_de")->isChecked());
   std::ofstream(Folder() / "no picture.txt") << "words";
   // The reason comes out of the picture module.

@@ -2,7 +2,9 @@
 
 #include <QAction>
 #include <QScreen>
+#include <QSlider>
 #include <QSpinBox>
+#include <algorithm>
 #include <cmath>
 #include <fstream>
 
@@ -112,6 +114,67 @@ TEST_F(Extraction, TheBoxesBesideThePictureAreTheSettings) {
   ClickControl(threshold);
   Xdo({QStringLiteral("key"), QStringLiteral("Up")});
   Until([&] { return State().settings.Threshold == 129; }, "the threshold is raised");
+}
+
+TEST_F(Extraction, BlackAndWhiteIsSeenBeforeItIsDone) {
+  Start();
+  OnFileDialog(kSamples / "record_scanned.jpg");
+  OnMessage("reduce colors", QMessageBox::No);
+  ClickTool("open");
+  Until([this] { return State().plot.IsPresent(); }, "the picture is open");
+  ChooseForm("MNU_IMAGE_BlackWhite", "FRM_BlackWhite");
+  const BlackWhiteForm& form = State().blackWhite;
+  const auto black = [&] {
+    return std::count(form.Preview.Pixels(), form.Preview.Pixels() + form.Preview.PixelCount(),
+                      kBlackPixel);
+  };
+  const auto fixedBlack = black();
+  auto* slider = Find<QSlider>("SCRL_Threshold");
+  // A click at its right end, then keys.
+  MoveTo(slider, {slider->width() - 4, slider->height() / 2});
+  Xdo({"click", "1"});
+  Xdo({"key", "Right", "Right", "Left"});
+  const int level = form.Threshold;
+  EXPECT_EQ(level, 128 + slider->pageStep() + 1);
+  EXPECT_EQ(TextOf("LBL_Threshold"), QString::number(level));
+  EXPECT_GT(black(), fixedBlack);
+
+  ClickControl(Find<QWidget>("OPT_Threshold_1"));
+  EXPECT_TRUE(form.Local);
+  EXPECT_FALSE(slider->isEnabled());
+  EXPECT_NE(black(), fixedBlack);
+  const int left = form.Left, top = form.Top;
+  auto* preview = Find<QWidget>("PreviewOfPart");
+  MoveTo(preview, preview->rect().center());
+  Xdo({"mousedown", "1"});
+  Xdo({"mousemove_relative", "--", "-30", "12"});
+  Xdo({"mouseup", "1"});
+  EXPECT_EQ(QPoint(form.Left, form.Top), QPoint(left + 30, top - 12));
+  // What is seen is what is previewed.
+  const QImage seen = preview->grab().toImage();
+  const int x = (preview->width() - form.Preview.Width()) / 2 + 200,
+            y = (preview->height() - form.Preview.Height()) / 2;
+  int differ = 0;
+  for (int row = 0; row < form.Preview.Height(); ++row)
+    if (seen.rect().contains(x, y + row))
+      differ += seen.pixel(x, y + row) != form.Preview.Row(row)[200] ? 1 : 0;
+  EXPECT_EQ(differ, 0);
+
+  ClickControl(Find<QWidget>("OPT_Threshold_0"));
+  const Raster part = form.Preview.Clone();
+  ClickControl(Find<QWidget>("BTN_Reduce"));
+  UntilFormIsClosed();
+  EXPECT_EQ(State().settings.Threshold, level);
+  EXPECT_TRUE(IsBlackAndWhite(State().plot.Pixels));
+  for (int row = 0; row < part.Height(); ++row)
+    ASSERT_TRUE(std::equal(part.Row(row), part.Row(row) + part.Width(),
+                           State().plot.Pixels.Row(form.Top + row) + form.Left));
+  ChooseForm("MNU_IMAGE_BlackWhite", "FRM_BlackWhite");
+  EXPECT_FALSE(Find<QWidget>("BTN_Reduce")->isEnabled()) << "there is nothing to reduce";
+  ClickControl(Find<QWidget>("BTN_Cancel"));
+  UntilFormIsClosed();
+  ChooseMenu("MNU_EDIT_Undo");
+  EXPECT_FALSE(IsBlackAndWhite(State().plot.Pixels)) << "its colours are back";
 }
 
 TEST_F(Extraction, ABlockerEndsTheTrace) {

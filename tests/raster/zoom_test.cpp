@@ -1,6 +1,7 @@
 #include <random>
 
 #include "raster/curve_marks.h"
+#include "raster/mark_edges.h"
 #include "raster/picture_scaling.h"
 #include "raster/plot_image.h"
 #include "raster/viewport.h"
@@ -119,6 +120,66 @@ TEST(Zoom, BetweenWholeScalesEveryPixelIsSeenAndReadWhereItIsShown) {
   PaintScaled(last, 9, 0, picture, pyramid, {1.0 / 64, 0, 0});
   EXPECT_NEAR(*four.Pixels() & 0xff, 112, 2);
   EXPECT_NEAR(*last.Pixels() & 0xff, 210, 2);
+}
+
+TEST(Zoom, MarksThatStandOutFromNothingHaveAnEdgeWhateverPartIsPainted) {
+  PlotImage image;
+  Raster picture = Raster::Filled(60, 40, kWhitePixel);
+  for (int y = 0; y < 40; ++y) std::fill_n(picture.Row(y) + 40, 20, 0xff101010u);
+  for (int x = 0; x < 40; ++x) picture.Row(30)[x] = kBlackPixel;
+  SetPicture(image, std::move(picture));
+  const Colour yellow = MakeColour(255, 255, 0), red = MakeColour(255, 0, 0);
+  const struct {
+    int X, Y;
+    Colour Mark, Edge;
+  } marks[] = {{5, 5, yellow, kBlack},
+               {12, 5, red, kNoColour},
+               {19, 5, MakeColour(0, 255, 0), kBlack},
+               {26, 5, MakeColour(240, 240, 240), kBlack},
+               {50, 5, MakeColour(0, 0, 160), kWhite},
+               {50, 15, yellow, kNoColour},
+               {5, 30, yellow, kNoColour}};
+  for (const auto& mark : marks) SetPixel(image, mark.X, mark.Y, mark.Mark);
+  // The lines of a shading.
+  for (int x = 10; x < 20; x += 2) DrawLine(image, x, 15, x, 24, yellow);
+  Pyramid pyramid;
+  pyramid.Follow(image.Pixels, {});
+  struct Area {
+    int Left, Top, Width, Height;
+  };
+  const auto paint = [&](const Area& area, const MarkScaling& scaling) {
+    Raster part(area.Width, area.Height);
+    PaintScaled(part, area.Left, area.Top, image.Pixels, pyramid,
+                {scaling.Zoom * scaling.Ratio, scaling.Left, scaling.Top});
+    PaintMarkEdges(part, area.Left, area.Top, image, scaling);
+    return part;
+  };
+  const Raster seen = paint({0, 0, 60, 40}, {});
+  for (const auto& mark : marks) {
+    int edge = 0;
+    for (int y = mark.Y - 1; y <= mark.Y + 1; ++y)
+      for (int x = mark.X - 1; x <= mark.X + 1; ++x)
+        edge +=
+            seen.Row(y)[x] != image.Pixels.Row(y)[x] && seen.Row(y)[x] == PixelOfColour(mark.Edge)
+                ? 1
+                : 0;
+    EXPECT_EQ(edge, mark.Edge == kNoColour ? 0 : 8) << mark.X << ' ' << mark.Y;
+    EXPECT_EQ(seen.Row(mark.Y)[mark.X], PixelOfColour(mark.Mark));
+  }
+  EXPECT_EQ(seen.Row(20)[9], kBlackPixel);
+  EXPECT_EQ(seen.Row(20)[11], kWhitePixel) << "between the lines of a shading";
+  for (const MarkScaling& scaling :
+       {MarkScaling{}, {0.25, 1, 3, 2}, {0.5, 1.25, 0, 0}, {3, 1.5, -7.5, 4.25}, {8, 2, 0, 0}}) {
+    const Raster whole = paint({0, 0, 300, 200}, scaling);
+    for (const Area area : {Area{4, 4, 2, 3}, {6, 5, 90, 1}, {33, 17, 64, 64}}) {
+      const Raster part = paint(area, scaling);
+      int differ = 0;
+      for (int y = 0; y < area.Height; ++y)
+        for (int x = 0; x < area.Width; ++x)
+          differ += part.Row(y)[x] != whole.Row(area.Top + y)[area.Left + x] ? 1 : 0;
+      EXPECT_EQ(differ, 0) << scaling.Zoom << ' ' << area.Left;
+    }
+  }
 }
 
 TEST(Zoom, ThePixelAtThePointerStaysThereWhileTheZoomChanges) {

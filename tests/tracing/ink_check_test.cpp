@@ -53,6 +53,15 @@ double Changing(double u) {
   return u < 0.5 ? Rising(u) : Falling(u);
 }
 
+/// Touches the frame's line over some forty columns.
+double Crest(double u) {
+  return 1 - 2 * (u - 0.5) * (u - 0.5);
+}
+/// A crest of which the frame hides what lies above it.
+double CutOff(double u) {
+  return std::min(1.1 - 7 * (u - 0.5) * (u - 0.5), 1.0);
+}
+
 TEST(InkCheck, PointsAreJudgedByWhatIsDrawnThere) {
   const auto thin = [](PlotDrawing& drawing) { drawing.Curve(Rising, {.Thickness = 2}); };
   const auto pale = [](PlotDrawing& drawing) {
@@ -105,6 +114,14 @@ TEST(InkCheck, PointsAreJudgedByWhatIsDrawnThere) {
       {"between two", twin, midway, 0, InkVerdict::BetweenStrokes, 0.7 * kAll, kAll},
       {"symbols", symbols, Rising, 0, InkVerdict::OnInk, kAll, kAll},
       {"a blot", blot, Rising, 0, InkVerdict::BetweenStrokes, 80, 130},
+      {"a crest on the frame", [](PlotDrawing& drawing) { drawing.Curve(Crest, {.Thickness = 2}); },
+       Crest, 0, InkVerdict::OnInk, kAll, kAll},
+      {"cut off by the frame",
+       [](PlotDrawing& drawing) {
+         drawing.Curve(CutOff, {.Thickness = 2}, 0, 0.38);
+         drawing.Curve(CutOff, {.Thickness = 2}, 0.62, 1);
+       },
+       CutOff, 0, InkVerdict::OnFrame, 40, 120},
       {"the frame", thin, frameTop, 0, InkVerdict::OnFrame, kAll, kAll},
       {"beyond it",
        [](PlotDrawing& drawing) {

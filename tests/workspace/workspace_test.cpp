@@ -27,6 +27,7 @@
 #include "workspace/next_step.h"
 #include "workspace/overlay.h"
 #include "workspace/picture_commands.h"
+#include "workspace/picture_part.h"
 #include "workspace/plot_mouse.h"
 #include "workspace/run_command.h"
 #include "workspace/save_points.h"
@@ -151,6 +152,7 @@ TEST_F(WorkspaceTest, OfAPictureThatIsTooLongAPartIsAskedFor) {
   desktop.ExpectMessage("does not lie on the picture");
   EXPECT_EQ(open({"5,5,40000,3", "31000,0,2000,20"}), 2000);
   EXPECT_TRUE(IsBlack(ws.plot, 1999, 10));
+  EXPECT_FALSE(PartFault("quarter", 40000, 1).empty()) << "nothing is left";
   // The recipe says which part it was, and a reload takes the same.
   const auto& step = std::get<OpenStep>(ws.recipe.Steps.back());
   EXPECT_EQ(TextOf(step), "open 1 part 31000,0,2000,20");
@@ -617,6 +619,11 @@ TEST_F(WorkspaceTest, WhatTheStatusSaidStaysReadableBesideIt) {
   EXPECT_EQ(ws.status.Hint, told);
   Click(30, 30);
   EXPECT_EQ(ws.status.Hint, ModeHint(Mode::Graphize));
+  Plot_MouseDown(ws, desktop, kRightButton, 0, 20, 20);
+  Plot_MouseMove(ws, desktop, 0, 0, 21, 20);
+  EXPECT_TRUE(ws.status.Hint.starts_with("No curve here"));
+  Do(ws, desktop, ClearDataStep{});
+  EXPECT_EQ(ws.status.Hint, ModeHint(Mode::Graphize)) << "what was told before is of no use";
   Toolbar_ButtonClick(ws, desktop, "gridbuster");
   const std::string prompt = ws.status.Status;
   Plot_MouseMove(ws, desktop, 0, 0, 21, 20);

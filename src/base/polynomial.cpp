@@ -1,4 +1,4 @@
-#include "reading/polynomial.h"
+#include "base/polynomial.h"
 
 #include <algorithm>
 #include <cmath>
