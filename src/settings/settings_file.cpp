@@ -133,7 +133,10 @@ void WriteValue(SettingsFile& file, std::string_view section, std::string_view k
   if (place.Key) {
     std::string& line = file.Lines[*place.Key];
     const std::string_view old = ValueIn(line);
-    line.replace(static_cast<std::size_t>(old.data() - line.data()), old.size(), value);
+    const auto at = static_cast<std::size_t>(old.data() - line.data());
+    // A remark right behind the '=' would become a part of the value.
+    const char* blank = at < line.size() && (line[at] == ';' || line[at] == '#') ? " " : "";
+    line.replace(at, old.size(), std::string(value) + blank);
     return;
   }
   const std::string newLine = std::string(key) + "=" + std::string(value);

@@ -86,6 +86,7 @@ TEST(SettingsFile, AWriteChangesTheValueAndNothingElse) {
       {"[S]\nOther=1\n[T]\n[S]\nMore=1\n", "[S]\nOther=1\nKey=42\n[T]\n[S]\nMore=1\n"},
       {"[S]\r\nOther=1", "[S]\r\nOther=1\r\nKey=42\r\n"},
       {"[S]\nKey ; =5\n", "[S]\nKey ; =5\nKey=42\n"},
+      {"[S]\nKey=; none\n", "[S]\nKey=42 ; none\n"},
       // A new section goes to the end of the file.
       {"", "[S]\nKey=42\n"},
       {"\xef\xbb\xbf", "\xef\xbb\xbf\n[S]\nKey=42\n"},
