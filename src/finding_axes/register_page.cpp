@@ -76,9 +76,7 @@ std::string LinesFault(const HeldLines& lines, const LineFit& fit) {
   return {};
 }
 
-std::string LabelsFault(const PageReference& reference, const InkImage& page,
-                        const AffineMap& map) {
-  const LabelCounts counts = CountUnlike(reference.Labels, reference.Page, page, map);
+std::string LabelsFault(const LabelCounts& counts) {
   for (const LabelCount* count : {&counts.X, &counts.Y}) {
     const bool ofX = count == &counts.X;
     const int seen = count->All - count->Hidden;
@@ -89,6 +87,14 @@ std::string LabelsFault(const PageReference& reference, const InkImage& page,
       return ofX ? Tr("of %1 labels of the X axis, %2 are other ones", seen, count->Unlike)
                  : Tr("of %1 labels of the Y axis, %2 are other ones", seen, count->Unlike);
   }
+  return {};
+}
+
+std::string LabelsDoubt(const LabelCounts& counts) {
+  if (counts.X.All == 0) return Tr("the calibrated page has no labels to hold the X axis by");
+  if (counts.Y.All == 0) return Tr("the calibrated page has no labels to hold the Y axis by");
+  if (counts.HasMoreAtEnds)
+    return Tr("at the end of an axis stands what the calibrated page has not");
   return {};
 }
 
@@ -159,8 +165,10 @@ PageRegistration RegisterPage(const PageReference& reference, const Raster& page
   if (registration.Refusal.empty() && std::fabs(registration.Scale - 1) > kMostScaling)
     registration.Refusal =
         Tr("the page's scale is %1 times the calibrated one's", Rounded(registration.Scale, 3));
-  if (registration.Refusal.empty())
-    registration.Refusal = LabelsFault(reference, upright.Ink, best.Map);
+  if (!registration.Refusal.empty()) return registration;
+  const LabelCounts counts = CountUnlike(reference.Labels, reference.Page, upright.Ink, best.Map);
+  registration.Refusal = LabelsFault(counts);
+  if (registration.Fits()) registration.Doubt = LabelsDoubt(counts);
   return registration;
 }
 
