@@ -311,9 +311,14 @@ FoundAxis FindAxis(const LabelPage& page, AxisCourse course, std::optional<int> 
   FoundAxis axis = MakeAxis(page, course, best);
   axis.Scale = wanted;
   if (scales.size() > 1) {
-    for (const GroupFit* scale : scales) axis.Scales.push_back(RangeText(page, *scale));
-    axis.Doubts.push_back(Tr("there is a second scale"));
-    axis.Lasting.push_back(axis.Doubts.back());
+    LastingDoubt doubt{Tr("there is a second scale"), {}};
+    for (const GroupFit* scale : scales) {
+      axis.Scales.push_back(RangeText(page, *scale));
+      for (const ExplainedLabel& label : scale->Fit.Labels)
+        if (scale != &best) doubt.Words.push_back(page.Words[scale->Words[label.Label]].Is.Box);
+    }
+    axis.Doubts.push_back(doubt.Text);
+    axis.Lasting.push_back(std::move(doubt));
   }
   const GroupFit rival = FitGroup(page, course, best.Words, &best.Fit);
   if (rival.Fit.Labels.size() >= kFewest &&

@@ -60,6 +60,10 @@ TEST(ProposeAxes, AreSureAndRightHoweverTheInkIsColoured) {
   }
   ExpectPendulum(Propose(light), "light on dark ");
   ExpectPendulum(Propose(brown), "brown on cream ");
+  // Digits behind a point stand further off than others do, as in fonts of one width.
+  Raster wide = black.Clone();
+  for (const int top : {130, 325}) Move(wide, 52, top, 60, top + 12, 3, 0);
+  ExpectPendulum(Propose(wide), "with wide points ");
 }
 
 TEST(ProposeAxes, LogarithmicAndTurnedAxesAreFound) {
