@@ -100,11 +100,22 @@ bool IsAlike(std::string_view ours, std::string_view other, bool isNoTick) {
   return ours.starts_with("0.") && other.starts_with('0') && ours.substr(2) == other.substr(1);
 }
 
+/// Whether the other reading is the same but for a point that ours has not.
+bool HasPointBesides(const std::string& ours, std::string other) {
+  if (ours.find_first_of(".,") != ours.npos) return false;
+  return std::erase_if(other, [](char c) { return c == '.' || c == ','; }) > 0 && other == ours;
+}
+
+void AddOnce(std::vector<std::string>& doubts, const std::string& doubt) {
+  if (std::find(doubts.begin(), doubts.end(), doubt) == doubts.end()) doubts.push_back(doubt);
+}
+
 /// Reads the labels once more.
 void Confirm(UprightAxis& axis, SecondReader& second) {
   FoundAxis& found = axis.Found;
   if (found.Labels.empty()) return;
   int alike = 0;
+  bool pointLost = false;
   const auto isPositive = [](const TiedLabel& label) { return label.Value >= 0; };
   const auto isBeforeLine = [&](const TiedLabel& label) {
     return axis.Page->Words[label.Word].Is.Box.Right < found.Across;
@@ -118,7 +129,9 @@ void Confirm(UprightAxis& axis, SecondReader& second) {
     const bool same = IsAlike(reading.Text, other.Text, isNoTick);
     label.ReadTwice = same && other.Exponent == reading.Exponent;
     alike += label.ReadTwice ? 1 : 0;
+    pointLost = pointLost || HasPointBesides(reading.Text, other.Text);
   }
+  if (pointLost) AddOnce(found.Doubts, Tr("there may be a point between digits"));
   for (const int number : found.Unexplained) {
     const auto& [word, reading, meanings] = axis.Page->Words[number];
     if (IsExplained(axis, word, second.Read(*axis.Page, word))) continue;
@@ -148,22 +161,36 @@ std::vector<InkBox> LabelBoxes(const UprightAxis& axis, int height) {
   return boxes;
 }
 
-/// Of the doubts that last those go that rest on what are labels of an axis.
+bool LiesIn(const InkBox& word, const std::vector<InkBox>& boxes) {
+  return std::any_of(boxes.begin(), boxes.end(), [&](const InkBox& box) {
+    return word.MiddleX() >= box.Left && word.MiddleX() <= box.Right && word.MiddleY() >= box.Top &&
+           word.MiddleY() <= box.Bottom;
+  });
+}
+
+/// Of the doubts that last those go that rest on what are labels of an axis; of one thing that
+/// several looks have seen one is told.
 void TakeLastingDoubts(FoundAxis& axis, const std::vector<InkBox>& labels) {
-  const auto isLabel = [&](const InkBox& word) {
-    return std::any_of(labels.begin(), labels.end(), [&](const InkBox& label) {
-      return word.MiddleX() >= label.Left && word.MiddleX() <= label.Right &&
-             word.MiddleY() >= label.Top && word.MiddleY() <= label.Bottom;
-    });
+  const auto restsOn = [](const LastingDoubt& doubt, const std::vector<InkBox>& boxes) {
+    return std::all_of(doubt.Words.begin(), doubt.Words.end(),
+                       [&](const InkBox& word) { return LiesIn(word, boxes); });
   };
   std::erase_if(axis.Lasting, [&](const LastingDoubt& doubt) {
-    if (!std::all_of(doubt.Words.begin(), doubt.Words.end(), isLabel)) return false;
+    if (!restsOn(doubt, labels)) return false;
     std::erase(axis.Doubts, doubt.Text);
     return true;
   });
+  std::vector<InkBox> told;
+  const auto isTold = [&](const LastingDoubt& doubt) {
+    return std::find(axis.Doubts.begin(), axis.Doubts.end(), doubt.Text) != axis.Doubts.end();
+  };
   for (const LastingDoubt& doubt : axis.Lasting)
-    if (std::find(axis.Doubts.begin(), axis.Doubts.end(), doubt.Text) == axis.Doubts.end())
-      axis.Doubts.push_back(doubt.Text);
+    if (isTold(doubt)) told.insert(told.end(), doubt.Words.begin(), doubt.Words.end());
+  for (const LastingDoubt& doubt : axis.Lasting) {
+    if (isTold(doubt) || restsOn(doubt, told)) continue;
+    axis.Doubts.push_back(doubt.Text);
+    told.insert(told.end(), doubt.Words.begin(), doubt.Words.end());
+  }
 }
 
 /// What the axis is worth.
@@ -373,8 +400,9 @@ AxesProposal ProposeAxes(const Raster& picture, PictureOperation& operation,
   if (operation.Stopped) return stopped();
   operation.From = 0.8;
   operation.To = 1;
-  std::vector<InkBox> labels = LabelBoxes(x, ink.Height), others = LabelBoxes(y, ink.Height);
-  labels.insert(labels.end(), others.begin(), others.end());
+  const std::vector<InkBox> below = LabelBoxes(x, ink.Height), beside = LabelBoxes(y, ink.Height);
+  std::vector<InkBox> labels = below;
+  labels.insert(labels.end(), beside.begin(), beside.end());
   SecondReader reader(second);
   for (UprightAxis* axis : {&x, &y}) {
     TakeLastingDoubts(axis->Found, labels);
@@ -395,6 +423,8 @@ AxesProposal ProposeAxes(const Raster& picture, PictureOperation& operation,
   }
   proposal.X = Judged(x, AxisCourse::Level, ink);
   proposal.Y = Judged(y, AxisCourse::Upright, ink);
+  if (!below.empty()) proposal.X.IsAfter = below.front().MiddleY() > x.Found.Across;
+  if (!beside.empty()) proposal.Y.IsAfter = beside.front().MiddleX() > y.Found.Across;
   proposal.Verdict = std::min(proposal.X.Verdict, proposal.Y.Verdict);
   if (both) proposal.Rows = RowsOf(x.Found, y.Found, ink.ToPicture);
   operation.Advance(1);
