@@ -16,6 +16,7 @@ namespace {
 constexpr double kClearShare = 0.92;
 constexpr double kLeastShare = 0.5, kLeastOfSide = 0.3, kMostRms = 0.6;
 constexpr double kMostStretch = 0.01, kMostSkew = 0.4, kMostScaling = 0.05;
+constexpr double kMostBent = 1.5;
 constexpr double kMostUnlike = 0.34;
 constexpr double kDegree = 0.017453292519943295;
 
@@ -169,6 +170,9 @@ PageRegistration RegisterPage(const PageReference& reference, const Raster& page
   const LabelCounts counts = CountUnlike(reference.Labels, reference.Page, upright.Ink, best.Map);
   registration.Refusal = LabelsFault(counts);
   if (registration.Fits()) registration.Doubt = LabelsDoubt(counts);
+  if (registration.Fits() && registration.Doubt.empty() && best.Worst > kMostBent)
+    registration.Doubt =
+        Tr("frame and grid are bent: they lie %1 pixels off", Rounded(registration.Worst, 2));
   return registration;
 }
 
