@@ -50,6 +50,7 @@ class Doubter {
     LookAtGaps();
     LookBesideLabels();
     LookForUnexplained();
+    LookIntoGaps();
     LookForFactor();
     LookAtOtherSides();
   }
@@ -201,6 +202,37 @@ class Doubter {
           isAmong(box))
         return Doubt(Tr("among the labels stands something that could not be read"));
     }
+  }
+
+  /// Where the scale goes on between two labels stands no ink that was read as none.
+  void LookIntoGaps() {
+    const auto& labels = axis_.Labels;
+    double step = 1e30;
+    for (std::size_t i = 1; i < labels.size(); ++i)
+      step = std::min(step, labels[i].Position - labels[i - 1].Position);
+    for (std::size_t i = 1; i < labels.size(); ++i) {
+      const double from = labels[i - 1].Position, gap = labels[i].Position - from;
+      const auto parts = static_cast<int>(std::lround(gap / step));
+      for (int k = 1; k < parts; ++k)
+        if (HasInkAt(from + k * gap / parts))
+          return Doubt(Tr("among the labels stands something that could not be read"));
+    }
+  }
+
+  bool HasInkAt(double along) const {
+    const int near = static_cast<int>(0.6 * h_), at = static_cast<int>(std::lround(along));
+    const InkBox place = level_ ? InkBox{at - near, box_.Top, at + near, box_.Bottom}
+                                : InkBox{box_.Left, at - near, box_.Right, at + near};
+    int inked = 0;
+    for (int y = std::max(place.Top, 0); y <= std::min(place.Bottom, page_.Ink.Height - 1); ++y)
+      for (int x = std::max(place.Left, 0); x <= std::min(place.Right, page_.Ink.Width - 1); ++x) {
+        const std::int32_t piece =
+            page_.Pieces.Labels[static_cast<std::size_t>(y) * page_.Ink.Width + x] - 1;
+        if (piece >= 0 && !explained_.contains(piece) &&
+            page_.Pieces.Boxes[piece].Height() <= 1.5 * h_)
+          ++inked;
+      }
+    return inked > 0.15 * h_ * h_;
   }
 
   /// "1e6" or "x10^3" beside the far end of an axis holds for all of its labels. Of several such

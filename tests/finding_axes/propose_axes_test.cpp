@@ -104,6 +104,7 @@ TEST(ProposeAxes, SpoiledAxesAreNeverSure) {
          for (const int middle : {40, 137, 235, 332, 430})
            Fill(p, 30, middle + 3, 62, middle + 8, kWhitePixel);
        }},
+      {"a label in pieces", true, [](Raster& p) { Fill(p, 334, 442, 346, 444, kWhitePixel); }},
       {"labels cut at the edge", false,
        [](Raster& p) { Move(p, 46, 0, p.Width() - 1, p.Height() - 1, -46, 0); }},
       {"a mirrored picture", true,
