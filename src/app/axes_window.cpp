@@ -43,8 +43,7 @@ void MainWindow::ConnectAxes() {
           change([](Workspace& ws, const std::string& text) { ws.reference.X = text; }));
   connect(axisPanel_, &AxisPanelWidget::ReferenceYTyped, this,
           change([](Workspace& ws, const std::string& text) { ws.reference.Y = text; }));
-  connect(axisPanel_, &AxisPanelWidget::ReferenceChosen, this,
-          change([](Workspace& ws, int number) { ws.reference.Chosen = number; }));
+  connect(axisPanel_, &AxisPanelWidget::ReferenceChosen, this, change(ChooseReference));
   connect(axisPanel_, &AxisPanelWidget::RemoveReferencePressed, this,
           [this] { Do(RemoveChosenReference); });
   connect(axisPanel_, &AxisPanelWidget::RefinedSwitched, this,
@@ -86,8 +85,13 @@ void MainWindow::RenderAxes() {
 }
 
 bool MainWindow::TakeProposalKey(const QKeyEvent& key) {
-  if (!ws_.proposedAxes.Shown || key.key() != Qt::Key_Escape) return false;
-  Do([](Workspace& ws, const Desktop&) { DropProposedAxes(ws); });
+  if (key.key() != Qt::Key_Escape) return false;
+  if (ws_.proposedAxes.Shown)
+    Do([](Workspace& ws, const Desktop&) { DropProposedAxes(ws); });
+  else if (ws_.reference.Armed)
+    Do([](Workspace& ws, const Desktop&) { SwitchAddReference(ws); });
+  else
+    return false;
   return true;
 }
 

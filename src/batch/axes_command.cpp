@@ -12,6 +12,7 @@
 #include "base/tokens.h"
 #include "batch/console.h"
 #include "batch/job.h"
+#include "batch/option_values.h"
 #include "batch/standard_input.h"
 #include "codecs/picbuf.h"
 
@@ -97,7 +98,27 @@ std::string WhyNotSure(const AxesProposal& proposal) {
   for (const auto& [name, axis] : {std::pair("X: ", &proposal.X), std::pair("Y: ", &proposal.Y)})
     if (axis->Verdict != AxesVerdict::Sure)
       text += (text.empty() ? "" : "; ") + std::string(name) + axis->Reason;
+  if (proposal.Plots.size() > 1 && !proposal.Choice.Plot) text += "; --plot chooses one";
   return text;
+}
+
+AxesChoice AxesChoiceOf(const CommandLine& line) {
+  AxesChoice choice;
+  const GivenOption* plot = line.Find("plot");
+  if (plot == nullptr) return choice;
+  const auto number = IntegerText(plot->Value, 1, 1000);
+  if (!number) Refuse(*plot, "the number of a plot is expected");
+  choice.Plot = *number - 1;
+  return choice;
+}
+
+AxesProposal ProposeChosenAxes(const Raster& picture, const AxesChoice& choice) {
+  PictureOperation operation;
+  AxesProposal proposal = ProposeAxes(picture, operation, ReadTextLine, choice);
+  if (choice.Plot && *choice.Plot > 0 &&
+      static_cast<std::size_t>(*choice.Plot) >= proposal.Plots.size())
+    throw RunTimeError("--plot: the picture has no such plot");
+  return proposal;
 }
 
 bool PrintAxes(const CommandLine& line, const BatchStreams& streams) {
@@ -105,13 +126,7 @@ bool PrintAxes(const CommandLine& line, const BatchStreams& streams) {
   const GivenOption* format = line.Find("format");
   if (format != nullptr && format->Value != "json" && format->Value != "text")
     throw UsageError("--format \"" + format->Value + "\": text or json is expected");
-  AxesChoice choice;
-  if (const GivenOption* plot = line.Find("plot")) {
-    const auto number = IntegerText(plot->Value, 1, 1000);
-    if (!number)
-      throw UsageError("--plot \"" + plot->Value + "\": the number of a plot is expected");
-    choice.Plot = *number - 1;
-  }
+  const AxesChoice choice = AxesChoiceOf(line);
   std::vector<Job> jobs(1);
   jobs.front().Pictures = {line.Operands.front()};
   const StandardInput input(jobs, streams.In);
@@ -122,11 +137,7 @@ bool PrintAxes(const CommandLine& line, const BatchStreams& streams) {
     throw RunTimeError(OneLine(error.what()));
   }
   if (!picture->Warning.empty()) streams.Err << OneLine(picture->Warning) << "\n";
-  PictureOperation operation;
-  const AxesProposal proposal = ProposeAxes(picture->Picture, operation, ReadTextLine, choice);
-  if (choice.Plot && *choice.Plot > 0 &&
-      static_cast<std::size_t>(*choice.Plot) >= proposal.Plots.size())
-    throw RunTimeError("--plot: the picture has no such plot");
+  const AxesProposal proposal = ProposeChosenAxes(picture->Picture, choice);
   streams.Out << (format != nullptr && format->Value == "json" ? ProposalJson(proposal)
                                                                : ProposalText(proposal))
               << std::flush;

@@ -15,6 +15,11 @@ std::string ProposalText(const AxesProposal& proposal);
 /// "X: a second scale; Y: ...": why a proposal is not sure.
 std::string WhyNotSure(const AxesProposal& proposal);
 
+/// Which plot --plot=N asks for. Throws UsageError.
+AxesChoice AxesChoiceOf(const CommandLine& line);
+/// ProposeAxes; a plot that the picture does not have is a RunTimeError.
+AxesProposal ProposeChosenAxes(const Raster& picture, const AxesChoice& choice);
+
 /// Proposes axes of one picture and prints what was found: true whatever the verdict is. Throws
 /// UsageError, and RunTimeError for a picture that cannot be read.
 bool PrintAxes(const CommandLine& line, const BatchStreams& streams);

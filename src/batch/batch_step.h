@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 
+#include "finding_axes/propose_axes.h"
 #include "workspace/step.h"
 
 namespace graphize {
@@ -18,9 +19,9 @@ struct StartOption {
 struct BatchStep {
   Step Do;
   std::string Origin;
-  int Width = 0, Height = 0;  // an OpenStep's picture then, 0 when that is not known
-  bool LooksForAxes = false;  // before it, on the picture as it is then
-  bool TakesAxes = false;     // an AxisStep, or the SetStep of a log axis: with what was found
+  int Width = 0, Height = 0;                // an OpenStep's picture then, 0 when that is not known
+  std::optional<AxesChoice> LooksFor = {};  // axes, before it, on the picture as it is then
+  bool TakesAxes = false;  // an AxisStep, or the SetStep of a log axis: with what was found
   std::optional<StartOption> Start = {};
 };
 

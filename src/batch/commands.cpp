@@ -73,6 +73,7 @@ constexpr Options kAxesOptions = {
 constexpr const char* kAxes = "Axes (needed, or --propose-axes)";
 constexpr Options kAxisOptions = {
     {"propose-axes", 0, nullptr, kAxes, "those that \"graphize axes\" finds, where it is sure"},
+    {"plot", 0, "N", kAxes, "of several plots on the picture, this one"},
     {"origin", 0, "COL,ROW:X,Y", kAxes, "the origin's place and its values"},
     {"x-axis", 0, "COL,ROW:X", kAxes, "a point on the X axis and its value"},
     {"y-axis", 0, "COL,ROW:Y", kAxes, "a point on the Y axis and its value"},

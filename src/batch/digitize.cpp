@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "base/tokens.h"
+#include "batch/axes_command.h"
 #include "batch/option_values.h"
 #include "capture/curve_list.h"
 #include "image_tools/image_tools.h"
@@ -62,7 +63,7 @@ class Maker {
  private:
   void Add(Step step, const std::string& origin) {
     steps_.push_back({.Do = std::move(step), .Origin = origin});
-    steps_.back().LooksForAxes = std::exchange(lookNext_, false);
+    steps_.back().LooksFor = std::exchange(lookNext_, std::nullopt);
   }
 
   void Set(const char* option, const std::string& value, const std::string& origin) {
@@ -121,14 +122,18 @@ class Maker {
 
   /// On the picture in its colours, where nothing but the reduction changes it afterwards.
   void LookForAxes() {
-    if (!line_.Has("propose-axes")) return;
+    const AxesChoice choice = AxesChoiceOf(line_);
+    if (!line_.Has("propose-axes")) {
+      if (choice.Plot) throw UsageError("--plot needs --propose-axes");
+      return;
+    }
     for (const char* other : {"origin", "x-axis", "y-axis", "x-log", "y-log"})
       if (const GivenOption* option = line_.Find(other))
         Refuse(*option, "--propose-axes finds the axes itself");
     if (Is<BlackWhiteStep>(steps_.back().Do))
-      steps_.back().LooksForAxes = true;
+      steps_.back().LooksFor = choice;
     else
-      lookNext_ = true;
+      lookNext_ = choice;
   }
 
   void TakeAxes() {
@@ -449,7 +454,7 @@ class Maker {
   bool captured_ = false;
   Mode mode_ = Mode::None;
   bool reduced_ = false;
-  bool lookNext_ = false;
+  std::optional<AxesChoice> lookNext_;
 };
 
 }  // namespace

@@ -130,10 +130,9 @@ std::filesystem::path AbsolutePath(const std::filesystem::path& path) {
 }
 
 /// Axes of the picture as it is; only sure ones.
-AxesProposal SureAxes(Workspace& ws) {
+AxesProposal SureAxes(Workspace& ws, const AxesChoice& choice) {
   const BasePictureShown base(ws.plot);
-  PictureOperation operation;
-  AxesProposal axes = ProposeAxes(ws.plot.Pixels, operation);
+  AxesProposal axes = ProposeChosenAxes(ws.plot.Pixels, choice);
   if (axes.Verdict != AxesVerdict::Sure)
     throw RunTimeError("--propose-axes: the axes are not sure: " + WhyNotSure(axes));
   return axes;
@@ -156,7 +155,7 @@ void TakeAxes(const AxesProposal& axes, Step& step) {
 void RunStep(Workspace& ws, const BatchStep& step,
              const std::vector<std::filesystem::path>& pictures, AxesProposal& axes, Told& told) {
   Console console;
-  if (step.LooksForAxes) axes = SureAxes(ws);
+  if (step.LooksFor) axes = SureAxes(ws, *step.LooksFor);
   Step toDo = step.Do;
   if (step.TakesAxes) TakeAxes(axes, toDo);
   if (auto* open = std::get_if<OpenStep>(&toDo))
@@ -229,6 +228,8 @@ void RunOnPage(Workspace& ws, const AlikePages& alike, std::size_t number, const
       result.Registration = RegisterPage(alike.Reference, page, operation);
       if (!result.Registration->Refusal.empty())
         throw RunTimeError("it does not fit the calibrated page: " + result.Registration->Refusal);
+      if (!result.Registration->Doubt.empty())
+        told.PageDoubts.push_back(result.Registration->Doubt);
     });
     return;
   }

@@ -10,6 +10,7 @@ namespace graphize {
 namespace {
 
 constexpr double kMostSkewAsNone = 0.15 * std::numbers::pi / 180;
+constexpr double kMostSkew = 10 * std::numbers::pi / 180;
 constexpr double kLeastSigma = 0.2;    // pixels: what few references agree to by chance
 constexpr double kClick = 0.35;        // pixels, of a reference in column and row
 constexpr double kDisagreement = 1.5;  // pixels, rms
@@ -141,6 +142,20 @@ struct Solution {
   }
 };
 
+/// Places along one line tell nothing of the direction across it but by their noise: a tenth of the
+/// shorter side of all, squared.
+double LeastContrast(const KnownPlaces& known) {
+  double left = std::numeric_limits<double>::infinity(), low = left, right = -left, high = -left;
+  for (const auto* list : {&known.X, &known.Y})
+    for (const Known& at : *list) {
+      left = std::min(left, at.Column);
+      right = std::max(right, at.Column);
+      low = std::min(low, at.Row);
+      high = std::max(high, at.Row);
+    }
+  return std::pow(0.1 * std::min(right - left, high - low), 2) + 1;
+}
+
 std::optional<Solution> Solve(const KnownPlaces& known) {
   const auto isFlat = [](const std::vector<Known>& places) {
     return places.size() < 2 || !(MeansOf(places).ScaleSquares > 0);
@@ -153,11 +168,13 @@ std::optional<Solution> Solve(const KnownPlaces& known) {
   const int values = static_cast<int>(known.X.size() + known.Y.size());
   double angleX = both.Angle, angleY = both.Angle;
   const LeastAngle ofX = LeastOfX(x), ofY = LeastOfY(y);
-  if (values > 6 && ofX.Contrast > 1 && ofY.Contrast > 1) {
+  const double contrast = LeastContrast(known);
+  if (values > 6 && ofX.Contrast > contrast && ofY.Contrast > contrast) {
     found.Skew = std::remainder(ofY.Angle - ofX.Angle, std::numbers::pi);
     const double variance = std::max((ofX.Sum + ofY.Sum) / (values - 6), kLeastSigma * kLeastSigma);
     const double error = std::sqrt(variance / ofX.Contrast + variance / ofY.Contrast);
-    found.IsSkewed = std::fabs(found.Skew) > kMostSkewAsNone && std::fabs(found.Skew) > 3 * error;
+    found.IsSkewed = std::fabs(found.Skew) > kMostSkewAsNone && std::fabs(found.Skew) < kMostSkew &&
+                     std::fabs(found.Skew) > 3 * error;
   }
   if (found.IsSkewed) {
     angleX = ofX.Angle;

@@ -50,6 +50,7 @@ class Doubter {
     LookAtGaps();
     LookBesideLabels();
     LookForUnexplained();
+    LookIntoGaps();
     LookForFactor();
     LookAtOtherSides();
   }
@@ -59,6 +60,11 @@ class Doubter {
   void Doubt(const std::string& text) {
     auto& doubts = axis_.Doubts;
     if (std::find(doubts.begin(), doubts.end(), text) == doubts.end()) doubts.push_back(text);
+  }
+  /// One that lasts.
+  void Doubt(const std::string& text, const std::vector<InkBox>& words) {
+    Doubt(text);
+    axis_.Lasting.push_back({text, words});
   }
 
   /// The standard error of the fitted line at the ends of the axis, pixels; of each tick at least
@@ -198,45 +204,91 @@ class Doubter {
     }
   }
 
-  /// "1e6" or "x10^3" beside the far end of an axis holds for all of its labels.
-  void LookForFactor() {
-    for (std::size_t i = 0; i < page_.Words.size(); ++i) {
-      const auto& [word, reading, meanings] = page_.Words[i];
-      if (words_.contains(static_cast<int>(i))) continue;
-      const std::string& text = reading.Text;
-      const auto digits =
-          std::count_if(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
-      // Above an upright axis stands nothing else; beside a level one, its title, too.
-      const auto size = static_cast<std::ptrdiff_t>(text.size());
-      if (level_ ? digits < 1 || 2 * digits + 1 < size : digits < 1 && word.Glyphs.size() < 2)
-        continue;
-      const InkBox& box = word.Box;
-      const double past = axis_.LineTo - 0.15 * (axis_.LineTo - axis_.LineFrom) - 8 * h_;
-      const bool below = box.Top > box_.Bottom - 0.3 * h_ && box.Top < box_.Bottom + 4 * h_;
-      const bool behind =
-          box.Right > axis_.LineTo - h_ && std::fabs(box.MiddleY() - axis_.Across) < 2.5 * h_;
-      const bool beside =
-          level_ ? box.Right > past && (below || behind) && !others_.contains(static_cast<int>(i))
-                 : box.Left < std::max<double>(box_.Right, axis_.Across) + 8 * h_ &&
-                       box.Right > box_.Left - 5 * h_ && box.Bottom < box_.Top + h_ &&
-                       box.Bottom > std::min<double>(box_.Top, axis_.LineFrom) - 5 * h_ &&
-                       !others_.contains(static_cast<int>(i));
-      if (!beside) continue;
-      Doubt(Tr("at the axis's end stands \"%1\", which may be a factor",
-               ShownLabel(text, reading.Exponent)));
-      axis_.Lasting.push_back(axis_.Doubts.back());
+  /// Where the scale goes on between two labels stands no ink that was read as none.
+  void LookIntoGaps() {
+    const auto& labels = axis_.Labels;
+    double step = 1e30;
+    for (std::size_t i = 1; i < labels.size(); ++i)
+      step = std::min(step, labels[i].Position - labels[i - 1].Position);
+    for (std::size_t i = 1; i < labels.size(); ++i) {
+      const double from = labels[i - 1].Position, gap = labels[i].Position - from;
+      const auto parts = static_cast<int>(std::lround(gap / step));
+      for (int k = 1; k < parts; ++k)
+        if (HasInkAt(from + k * gap / parts))
+          return Doubt(Tr("among the labels stands something that could not be read"));
     }
   }
 
-  /// A second scale of two labels makes no law, but stands at a line of its own.
+  bool HasInkAt(double along) const {
+    const int near = static_cast<int>(0.6 * h_), at = static_cast<int>(std::lround(along));
+    const InkBox place = level_ ? InkBox{at - near, box_.Top, at + near, box_.Bottom}
+                                : InkBox{box_.Left, at - near, box_.Right, at + near};
+    int inked = 0;
+    for (int y = std::max(place.Top, 0); y <= std::min(place.Bottom, page_.Ink.Height - 1); ++y)
+      for (int x = std::max(place.Left, 0); x <= std::min(place.Right, page_.Ink.Width - 1); ++x) {
+        const std::int32_t piece =
+            page_.Pieces.Labels[static_cast<std::size_t>(y) * page_.Ink.Width + x] - 1;
+        if (piece >= 0 && !explained_.contains(piece) &&
+            page_.Pieces.Boxes[piece].Height() <= 1.5 * h_)
+          ++inked;
+      }
+    return inked > 0.15 * h_ * h_;
+  }
+
+  /// "1e6" or "x10^3" beside the far end of an axis holds for all of its labels. Of several such
+  /// words the one that is read best is told.
+  void LookForFactor() {
+    std::vector<InkBox> words;
+    const WordReading* best = nullptr;
+    for (std::size_t i = 0; i < page_.Words.size(); ++i) {
+      const auto& [word, reading, meanings] = page_.Words[i];
+      if (words_.contains(static_cast<int>(i)) || others_.contains(static_cast<int>(i)) ||
+          reading.Text.empty() || word.Glyphs.size() + word.Exponent.size() < 2 ||
+          !(IsBehind(word.Box) || (IsAtEnd(word.Box) && MayBeFactor(reading.Text))))
+        continue;
+      words.push_back(word.Box);
+      if (best == nullptr || reading.Share > best->Share) best = &reading;
+    }
+    if (best != nullptr)
+      Doubt(Tr("at the axis's end stands \"%1\", which may be a factor",
+               ShownLabel(best->Text, best->Exponent)),
+            words);
+  }
+
+  /// Above an upright axis stands nothing else; below a level one, its title, too.
+  bool MayBeFactor(const std::string& text) const {
+    const auto digits =
+        std::count_if(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+    return !level_ || (digits >= 1 && 2 * digits + 1 >= static_cast<std::ptrdiff_t>(text.size()));
+  }
+
+  /// On a level axis's line as it goes on.
+  bool IsBehind(const InkBox& box) const {
+    return level_ && box.MiddleX() > axis_.LineTo && box.Left < axis_.LineTo + 8 * h_ &&
+           std::fabs(box.MiddleY() - axis_.Across) < 2.5 * h_;
+  }
+
+  bool IsAtEnd(const InkBox& box) const {
+    if (!level_)
+      return box.Left < std::max<double>(box_.Right, axis_.Across) + 8 * h_ &&
+             box.Right > box_.Left - 5 * h_ && box.Bottom < box_.Top + h_ &&
+             box.Bottom > std::min<double>(box_.Top, axis_.LineFrom) - 5 * h_;
+    const double past = axis_.LineTo - 0.15 * (axis_.LineTo - axis_.LineFrom) - 8 * h_;
+    return box.Right > past && box.Top > box_.Bottom - 0.3 * h_ && box.Top < box_.Bottom + 4 * h_;
+  }
+
+  /// A second scale of two labels makes no law, and one that was read badly neither, but it stands
+  /// at a line of its own.
   void LookAtOtherSides() {
+    if (!axis_.Scales.empty()) return;
     for (const LongLine& line : level_ ? page_.Lines.Level : page_.Lines.Upright) {
       const double length = axis_.LineTo - axis_.LineFrom;
       if (line.Length() < 0.6 * length || std::fabs(line.Across - axis_.Across) < 2 * h_) continue;
       std::vector<const InkBox*> numbers;
+      int read = 0;
       for (std::size_t i = 0; i < page_.Words.size(); ++i) {
         if (words_.contains(static_cast<int>(i)) || others_.contains(static_cast<int>(i)) ||
-            page_.Words[i].Meanings.empty())
+            !MayBeLabel(page_.Words[i]))
           continue;
         const InkBox& box = page_.Words[i].Is.Box;
         const double along = level_ ? box.MiddleX() : box.MiddleY();
@@ -244,18 +296,30 @@ class Doubter {
         const double gap = line.Across < axis_.Across
                                ? line.Across - (level_ ? box.Bottom : box.Right)
                                : (level_ ? box.Top : box.Left) - line.Across;
-        if (gap > 0 && gap < 3 * h_ && along > line.From - 0.3 * h_ && along < line.To + 0.3 * h_)
-          numbers.push_back(&box);
+        if (gap <= 0 || gap >= 3 * h_ || along <= line.From - 0.3 * h_ ||
+            along >= line.To + 0.3 * h_)
+          continue;
+        numbers.push_back(&box);
+        read += page_.Words[i].Meanings.empty() ? 0 : 1;
       }
+      if (read < 2 && numbers.size() < kFewestUnread) continue;
       for (const InkBox* a : numbers)
         for (const InkBox* b : numbers) {
           const double apart = level_ ? b->MiddleX() - a->MiddleX() : b->MiddleY() - a->MiddleY();
           if (apart <= 0.35 * length) continue;
-          Doubt(Tr("there may be a second scale"));
-          axis_.Lasting.push_back(axis_.Doubts.back());
-          return;
+          std::vector<InkBox> words;
+          for (const InkBox* box : numbers) words.push_back(*box);
+          return Doubt(Tr("there may be a second scale"), words);
         }
     }
+  }
+
+  static constexpr std::size_t kFewestUnread = 3;
+  bool MayBeLabel(const ReadWordRecord& record) const {
+    if (!record.Meanings.empty()) return true;
+    const Word& word = record.Is;
+    return word.Glyphs.size() >= 2 && word.Glyphs.size() <= 7 && word.Height > 0.75 * h_ &&
+           word.Height < 1.34 * h_;
   }
 
   const LabelPage& page_;

@@ -84,9 +84,15 @@ const LongLine* LineBeside(const LabelPage& page, AxisCourse course, const InkBo
 
 /// Ties labels to `ticks`, fits the law to these, and leaves out the worst while it is more than a
 /// pixel off.
-std::vector<TiedLabel> Tie(const LabelPage& page, AxisCourse course, const GroupFit& fit,
-                           const std::vector<Tick>& ticks, AxisLaw& law) {
-  std::vector<TiedLabel> tied;
+struct TiedLabels {
+  AxisLaw Law;
+  std::vector<TiedLabel> Labels;
+  bool IsOneLeftOut = false;
+};
+TiedLabels Tie(const LabelPage& page, AxisCourse course, const GroupFit& fit,
+               const std::vector<Tick>& ticks) {
+  TiedLabels made;
+  auto& [law, tied, isOneLeftOut] = made;
   const double tolerance = ToleranceOf(course, fit.Height);
   for (const ExplainedLabel& label : fit.Fit.Labels) {
     const int word = fit.Words[label.Label];
@@ -106,8 +112,9 @@ std::vector<TiedLabel> Tie(const LabelPage& page, AxisCourse course, const Group
         std::max_element(tied.begin(), tied.end(), [](const TiedLabel& a, const TiedLabel& b) {
           return std::fabs(a.Residual) < std::fabs(b.Residual);
         });
-    if (std::fabs(worst->Residual) <= page.Ink.Enlarged) return tied;
+    if (std::fabs(worst->Residual) <= page.Ink.Enlarged) return made;
     tied.erase(worst);
+    isOneLeftOut = true;
   }
   return {};
 }
@@ -199,14 +206,15 @@ FoundAxis MakeAxis(const LabelPage& page, AxisCourse course, const GroupFit& fit
     kinds.push_back(LoneTicks(page, course, box, fit.Height));
   }
   for (const std::vector<Tick>& ticks : kinds) {
-    AxisLaw law;
-    std::vector<TiedLabel> tied = Tie(page, course, fit, ticks, law);
+    auto [law, tied, isOneLeftOut] = Tie(page, course, fit, ticks);
     const bool more = tied.size() > axis.Labels.size();
     const bool better = tied.size() == axis.Labels.size() &&
                         RootMeanSquare(tied) + 0.05 < RootMeanSquare(axis.Labels);
     if (tied.empty() || !(more || better)) continue;
     axis.Labels = std::move(tied);
     axis.Law = law;
+    axis.Doubts.clear();
+    if (isOneLeftOut) axis.Doubts.push_back(Tr("the tick of a label lies off the scale"));
   }
   if (axis.Labels.empty()) TakeMiddles(page, course, fit, axis);
   std::sort(axis.Labels.begin(), axis.Labels.end(),
@@ -311,9 +319,14 @@ FoundAxis FindAxis(const LabelPage& page, AxisCourse course, std::optional<int> 
   FoundAxis axis = MakeAxis(page, course, best);
   axis.Scale = wanted;
   if (scales.size() > 1) {
-    for (const GroupFit* scale : scales) axis.Scales.push_back(RangeText(page, *scale));
-    axis.Doubts.push_back(Tr("there is a second scale"));
-    axis.Lasting.push_back(axis.Doubts.back());
+    LastingDoubt doubt{Tr("there is a second scale"), {}};
+    for (const GroupFit* scale : scales) {
+      axis.Scales.push_back(RangeText(page, *scale));
+      for (const ExplainedLabel& label : scale->Fit.Labels)
+        if (scale != &best) doubt.Words.push_back(page.Words[scale->Words[label.Label]].Is.Box);
+    }
+    axis.Doubts.push_back(doubt.Text);
+    axis.Lasting.push_back(std::move(doubt));
   }
   const GroupFit rival = FitGroup(page, course, best.Words, &best.Fit);
   if (rival.Fit.Labels.size() >= kFewest &&

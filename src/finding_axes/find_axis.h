@@ -20,17 +20,22 @@ struct TiedLabel {
   bool ReadTwice = false;  // alike by the second reader
 };
 
+/// A doubt that another look at the labels dispels only by reading as labels what it rests on.
+struct LastingDoubt {
+  std::string Text;
+  std::vector<InkBox> Words;
+};
+
 /// One axis as it was found on an upright page, in pixels of that image.
 struct FoundAxis {
   AxisLaw Law;
-  std::vector<TiedLabel> Labels;    // along the axis; empty: no axis was found
-  double Across = 0;                // its line: a row of a level axis
-  double LineFrom = 0, LineTo = 0;  // along it
-  double Height = 0;                // of the labels' digits
-  std::vector<int> Unexplained;     // words among the labels that the law does not explain
-  std::vector<std::string> Doubts;  // why it is not sure, a sentence's part each
-  // Those of them that no other look at the labels can dispel.
-  std::vector<std::string> Lasting;
+  std::vector<TiedLabel> Labels;      // along the axis; empty: no axis was found
+  double Across = 0;                  // its line: a row of a level axis
+  double LineFrom = 0, LineTo = 0;    // along it
+  double Height = 0;                  // of the labels' digits
+  std::vector<int> Unexplained;       // words among the labels that the law does not explain
+  std::vector<std::string> Doubts;    // why it is not sure, a sentence's part each
+  std::vector<LastingDoubt> Lasting;  // some of them, and those of other looks
   // Where there are several scales: what each goes over, from the left or from above.
   std::vector<std::string> Scales;
   int Scale = 0;  // this one's number

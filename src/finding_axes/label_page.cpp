@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "finding_axes/label_text.h"
 
@@ -10,16 +11,27 @@ namespace graphize {
 namespace {
 
 /// A tick of an axis without a line stands beside a label as a minus does; behind a number there is
-/// none.
+/// none. What else has got behind it is no digit.
 void DropTickBehind(Word& word) {
-  if (word.Glyphs.size() < 2) return;
-  const InkBox& last = word.Glyphs.back().Box;
-  const double above = word.Baseline - last.MiddleY();
-  const bool isBehind = word.Exponent.empty() || last.Left > word.Exponent.back().Box.Right;
-  if (!isBehind || last.Height() > 0.4 * word.Height || last.Width() < 1.5 * last.Height() ||
-      above < 0.2 * word.Height || above > 0.85 * word.Height)
+  const auto isTick = [&](const Glyph& glyph) {
+    const double above = word.Baseline - glyph.Box.MiddleY();
+    return glyph.Box.Height() <= 0.4 * word.Height &&
+           glyph.Box.Width() >= 1.2 * glyph.Box.Height() && above >= 0.2 * word.Height &&
+           above <= 0.85 * word.Height;
+  };
+  const auto isDigit = [&](const Glyph& glyph) { return glyph.Box.Height() >= 0.6 * word.Height; };
+  std::size_t digits = word.Glyphs.size();
+  while (digits > 0 && !isDigit(word.Glyphs[digits - 1])) --digits;
+  const auto tick = std::find_if(word.Glyphs.begin() + static_cast<std::ptrdiff_t>(digits),
+                                 word.Glyphs.end(), isTick);
+  if (digits == 0 || tick == word.Glyphs.end()) return;
+  const int from = tick->Box.Left;
+  const auto isBehind = [&](const Glyph& glyph) { return glyph.Box.Left >= from; };
+  if (std::any_of(word.Exponent.begin(), word.Exponent.end(), [&](const Glyph& glyph) {
+        return isBehind(glyph) && glyph.Box.Height() > 0.4 * word.Height;
+      }))
     return;
-  word.Glyphs.pop_back();
+  for (auto* glyphs : {&word.Glyphs, &word.Exponent}) std::erase_if(*glyphs, isBehind);
   word.Box = word.Glyphs.front().Box;
   for (const auto* glyphs : {&word.Glyphs, &word.Exponent})
     for (const Glyph& glyph : *glyphs) word.Box.Add(glyph.Box);
@@ -48,9 +60,15 @@ std::vector<Glyph> Parted(const LabelPage& page, const Glyph& glyph, GlyphLine l
     piece.Box.Right = to;
     return piece;
   };
-  const auto doubtOf = [&](const Glyph& piece) {
+  // The first may be a sign.
+  const auto doubtOf = [&](const Glyph& piece, bool isFirst) {
     const GlyphReading read = ReadGlyph(NormaliseGlyph(page.Ink, page.Pieces, piece, line));
-    return read.Sign >= '0' && read.Sign <= '9' ? -std::log(std::max(read.Share, 1e-6f)) : 8.0f;
+    const bool isDigit = read.Sign >= '0' && read.Sign <= '9';
+    // But for 1, digits are as wide as half their height.
+    const bool narrow = piece.Box.Width() < 0.42 * line.Height;
+    const bool isSign = (read.Sign == '.' && narrow) || (read.Sign == '-' && isFirst);
+    if (!(isDigit || isSign) || (isDigit && narrow && read.Sign != '1')) return 8.0f;
+    return -std::log(std::max(read.Share, 1e-6f));
   };
   // Ends of parts: the cuts, and the glyph's own.
   std::vector<int> ends = {glyph.Box.Left - 1};
@@ -62,8 +80,8 @@ std::vector<Glyph> Parted(const LabelPage& page, const Glyph& glyph, GlyphLine l
   for (std::size_t j = 1; j < ends.size(); ++j)
     for (std::size_t i = 0; i < j; ++i) {
       const double width = ends[j] - ends[i];
-      if (width < 0.25 * line.Height || width > 1.05 * line.Height || least[i] > 1e8f) continue;
-      const float doubt = least[i] + doubtOf(part(ends[i] + 1, ends[j]));
+      if (width < 0.15 * line.Height || width > 1.05 * line.Height || least[i] > 1e8f) continue;
+      const float doubt = least[i] + doubtOf(part(ends[i] + 1, ends[j]), i == 0);
       if (doubt < least[j]) {
         least[j] = doubt;
         before[j] = i;
@@ -74,6 +92,66 @@ std::vector<Glyph> Parted(const LabelPage& page, const Glyph& glyph, GlyphLine l
   for (std::size_t j = ends.size() - 1; j > 0; j = before[j])
     parts.insert(parts.begin(), part(ends[before[j]] + 1, ends[j]));
   return parts;
+}
+
+/// The ink of a piece in a box, drawn in to where there is any.
+InkBox DrawnIn(const LabelPage& page, int piece, const InkBox& box) {
+  InkBox drawn;
+  bool some = false;
+  for (int y = box.Top; y <= box.Bottom; ++y)
+    for (int x = box.Left; x <= box.Right; ++x) {
+      if (page.Pieces.Labels[static_cast<std::size_t>(y) * page.Ink.Width + x] != piece + 1)
+        continue;
+      if (!std::exchange(some, true)) drawn = {x, y, x, y};
+      drawn.Add({x, y, x, y});
+    }
+  return drawn;
+}
+
+/// The last digit before an exponent that touches it, apart from that: the "1" of "10" tells how
+/// high digits are.
+void SplitRaised(const LabelPage& page, Word& word) {
+  if (word.Glyphs.size() < 2) return;
+  const InkBox& first = word.Glyphs.front().Box;
+  const double h = first.Height();
+  std::size_t at = 1;
+  while (at < word.Glyphs.size() && word.Glyphs[at].Box.Height() < 1.12 * h) ++at;
+  if (at == word.Glyphs.size()) return;
+  const Glyph whole = word.Glyphs[at];
+  if (whole.Pieces.size() != 1 || whole.Box.Height() > 1.9 * h || whole.Box.Width() < 0.8 * h ||
+      std::abs(whole.Box.Bottom - first.Bottom) > std::max(0.15 * h, 1.0))
+    return;
+  const int piece = whole.Pieces.front();
+  float most = 0.5;
+  Glyph digit, raised;
+  for (int cut = whole.Box.Left + static_cast<int>(0.4 * h); cut < whole.Box.Left + h; ++cut) {
+    Glyph left = whole, right = whole;
+    left.Box =
+        DrawnIn(page, piece,
+                {whole.Box.Left, first.Top - static_cast<int>(0.08 * h), cut, whole.Box.Bottom});
+    right.Box = DrawnIn(page, piece, {cut + 1, whole.Box.Top, whole.Box.Right, whole.Box.Bottom});
+    if (right.Box.Height() < 4 || right.Box.Bottom > first.Bottom - 0.22 * h) continue;
+    const GlyphReading base = ReadGlyph(
+        NormaliseGlyph(page.Ink, page.Pieces, left, {static_cast<double>(first.Bottom), h}));
+    if (base.Sign != '0' || base.Share <= most) continue;
+    most = base.Share;
+    digit = left;
+    raised = right;
+  }
+  if (digit.Pieces.empty()) return;
+  std::vector<Glyph> exponent = {raised};
+  for (std::size_t i = at + 1; i < word.Glyphs.size(); ++i) {
+    if (word.Glyphs[i].Box.Bottom > first.Bottom - 0.22 * h) return;
+    exponent.push_back(word.Glyphs[i]);
+  }
+  exponent.insert(exponent.end(), word.Exponent.begin(), word.Exponent.end());
+  word.Glyphs.resize(at);
+  word.Glyphs.push_back(digit);
+  word.Exponent = std::move(exponent);
+  word.Height = h;
+  word.Baseline = first.Bottom;
+  word.ExponentHeight = raised.Box.Height();
+  word.ExponentBaseline = raised.Box.Bottom;
 }
 
 void SplitTouching(const LabelPage& page, Word& word) {
@@ -107,6 +185,7 @@ LabelPage ReadPage(InkImage upright, double part, PictureOperation& operation) {
     record.Is = std::move(word);
     if (record.Is.Glyphs.size() + record.Is.Exponent.size() <= kLongest) {
       DropTickBehind(record.Is);
+      SplitRaised(page, record.Is);
       SplitTouching(page, record.Is);
       record.Reading = ReadWord(page.Ink, page.Pieces, record.Is);
       record.Meanings = MeaningsOf(record.Reading.Text, record.Reading.Exponent);

@@ -1,8 +1,10 @@
 #include "finding_axes/page_labels.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
+#include <optional>
 
 #include "finding_axes/label_page.h"
 
@@ -80,9 +82,14 @@ bool IsSeen(const InkImage& other, const InkBox& box, const AffineMap& map) {
          inside(box.Right, box.Bottom);
 }
 
-/// How well each sign of a label is found again, the word as a whole first.
-std::vector<double> LikenessOf(const PageLabel& label, const UprightPage& page,
-                               const InkImage& other, const AffineMap& map) {
+/// How well each sign of a label is found again, the word as a whole first, and by how much it is
+/// shifted.
+struct Likeness {
+  std::vector<double> OfSigns;
+  int X = 0, Y = 0;
+};
+Likeness LikenessOf(const PageLabel& label, const UprightPage& page, const InkImage& other,
+                    const AffineMap& map) {
   constexpr int kShift = 2;
   const Patch here(page.Ink, Grown(label.Box, 1), page.ToInk);
   const Patch there(other, Grown(label.Box, 1 + 2 * kShift), map);
@@ -98,36 +105,118 @@ std::vector<double> LikenessOf(const PageLabel& label, const UprightPage& page,
     return found;
   };
   const auto whole = best(Grown(label.Box, 1), 0, 0, kShift);
-  std::vector<double> likeness = {whole.Most};
+  Likeness likeness{{whole.Most}, whole.X, whole.Y};
   for (const InkBox& glyph : label.Glyphs)
     // A point or a minus is too small to be told by itself.
     if (glyph.Height() >= 0.4 * label.Height)
-      likeness.push_back(best(Grown(glyph, 1), whole.X, whole.Y, 1).Most);
+      likeness.OfSigns.push_back(best(Grown(glyph, 1), whole.X, whole.Y, 1).Most);
   return likeness;
+}
+
+/// Whether the other page has a piece of ink of at least this size in a box where this one has
+/// none.
+bool HasMore(const InkBox& box, double size, const UprightPage& page, const InkImage& other,
+             const AffineMap& map) {
+  // What is printed alike may be sampled between other pixels.
+  constexpr double kNear = 0.75;
+  const auto at = [](const InkImage& image, const AffineMap& to, double x, double y) {
+    return image.Sample(to.XX * x + to.XY * y + to.X, to.YX * x + to.YY * y + to.Y);
+  };
+  const double ink = std::max<double>(other.Weak, 0.2 * other.Full);
+  const double paper = 0.75 * std::max<double>(page.Ink.Weak, 0.2 * page.Ink.Full);
+  InkImage more;
+  more.Width = box.Width();
+  more.Height = box.Height();
+  for (int y = box.Top; y <= box.Bottom; ++y)
+    for (int x = box.Left; x <= box.Right; ++x) {
+      bool isNew = at(other, map, x, y) >= ink;
+      for (int j = -1; j <= 1 && isNew; ++j)
+        for (int i = -1; i <= 1 && isNew; ++i)
+          isNew = at(page.Ink, page.ToInk, x + kNear * i, y + kNear * j) < paper;
+      more.Values.push_back(isNew ? 255 : 0);
+    }
+  const InkPieces pieces = FindPieces(more);
+  return std::any_of(pieces.Boxes.begin(), pieces.Boxes.end(), [&](const InkBox& piece) {
+    return std::max(piece.Width(), piece.Height()) >= size;
+  });
+}
+
+/// A sign at least.
+bool HasMoreBeside(const InkBox& around, double height, const UprightPage& page,
+                   const InkImage& other, const AffineMap& map) {
+  return HasMore(around, std::max(0.28 * height, 3.0), page, other, map);
+}
+
+/// A label of the axis to which it is nearer, or of none within the plot.
+std::optional<PageLabel> LabelOf(const Word& word, const InkBox& plot) {
+  const double x = word.MiddleX(), y = word.MiddleY();
+  const double beside = std::max(plot.Left - x, x - plot.Right);
+  const double below = std::max(plot.Top - y, y - plot.Bottom);
+  if (beside <= 0 && below <= 0) return std::nullopt;
+  PageLabel label{.IsOfX = below > beside,
+                  .Box = word.Box,
+                  .Height = word.Height,
+                  .Glyphs = {},
+                  .Around = word.Box};
+  for (const auto* glyphs : {&word.Glyphs, &word.Exponent})
+    for (const Glyph& glyph : *glyphs) label.Glyphs.push_back(glyph.Box);
+  InkBox& around = label.Around;
+  const int reach = static_cast<int>(1.3 * word.Height);
+  around.Left -= reach;
+  around.Right += reach;
+  // Ticks and what is drawn in the plot are no part of it.
+  const int gap = static_cast<int>(0.4 * word.Height) + 2;
+  if (!label.IsOfX && x < plot.Left)
+    around.Right = std::max(std::min(around.Right, plot.Left - gap), word.Box.Right);
+  if (!label.IsOfX && x > plot.Right)
+    around.Left = std::min(std::max(around.Left, plot.Right + gap), word.Box.Left);
+  return label;
+}
+
+std::vector<InkBox> EndsOf(const std::vector<PageLabel>& labels, const InkBox& plot) {
+  double height = 0;
+  int left = plot.Left, bottom = plot.Bottom;
+  for (const PageLabel& label : labels) {
+    height = std::max(height, label.Height);
+    if (!label.IsOfX) left = std::min(left, label.Box.Left);
+    if (label.IsOfX) bottom = std::max(bottom, label.Box.Bottom);
+  }
+  const auto h = static_cast<int>(height);
+  if (h == 0) return {};
+  return {{left, plot.Top - 3 * h, plot.Left + 5 * h, plot.Top - h / 3 - 1},
+          {plot.Right - 5 * h, bottom + h / 2, plot.Right + 4 * h, bottom + 3 * h}};
 }
 
 }  // namespace
 
-std::vector<PageLabel> PageLabelsOf(const UprightPage& page, const HeldLines& lines,
-                                    PictureOperation& operation) {
+PageLabels PageLabelsOf(const UprightPage& page, const HeldLines& lines,
+                        PictureOperation& operation) {
   const InkBox plot = PlotOf(lines);
-  std::vector<PageLabel> labels;
+  PageLabels found;
+  std::vector<PageLabel> words;
   const LabelPage read = ReadPage(page.Upright, 0.45, operation);
   for (const ReadWordRecord& word : read.Words) {
-    if (word.Meanings.empty()) continue;
-    const double x = word.Is.MiddleX(), y = word.Is.MiddleY();
-    const bool beside = x < plot.Left || x > plot.Right, below = y < plot.Top || y > plot.Bottom;
-    if (beside == below) continue;
-    PageLabel label{.IsOfX = below, .Box = word.Is.Box, .Height = word.Is.Height};
-    for (const auto* glyphs : {&word.Is.Glyphs, &word.Is.Exponent})
-      for (const Glyph& glyph : *glyphs) label.Glyphs.push_back(glyph.Box);
-    labels.push_back(std::move(label));
+    auto label = LabelOf(word.Is, plot);
+    if (!label) continue;
+    (word.Meanings.empty() ? words : found.Labels).push_back(*std::move(label));
   }
-  return labels;
+  for (const bool ofX : {true, false}) {
+    if (std::any_of(found.Labels.begin(), found.Labels.end(),
+                    [&](const PageLabel& label) { return label.IsOfX == ofX; }))
+      continue;
+    for (const PageLabel& word : words) {
+      const double apart = ofX ? std::max(plot.Top - word.Box.Bottom, word.Box.Top - plot.Bottom)
+                               : std::max(plot.Left - word.Box.Right, word.Box.Left - plot.Right);
+      if (word.IsOfX == ofX && word.Height >= 5 && apart < 2.5 * word.Height)
+        found.Labels.push_back(word);
+    }
+  }
+  found.Ends = EndsOf(found.Labels, plot);
+  return found;
 }
 
-LabelCounts CountUnlike(const std::vector<PageLabel>& labels, const UprightPage& page,
-                        const InkImage& other, const AffineMap& map) {
+LabelCounts CountUnlike(const PageLabels& labels, const UprightPage& page, const InkImage& other,
+                        const AffineMap& map) {
   const AffineMap there = Then(page.ToInk, map);
   LabelCounts counts;
   struct Seen {
@@ -136,15 +225,27 @@ LabelCounts CountUnlike(const std::vector<PageLabel>& labels, const UprightPage&
   };
   std::vector<Seen> seen;
   std::vector<double> all;
-  for (const PageLabel& label : labels) {
+  std::array<int, 2> moreBeside{};  // X, Y
+  for (const PageLabel& label : labels.Labels) {
     LabelCount& count = label.IsOfX ? counts.X : counts.Y;
     ++count.All;
     if (!IsSeen(other, label.Box, there)) {
       ++count.Hidden;
       continue;
     }
-    seen.push_back({label.IsOfX, LikenessOf(label, page, other, there)});
-    all.insert(all.end(), seen.back().Likeness.begin(), seen.back().Likeness.end());
+    const Likeness likeness = LikenessOf(label, page, other, there);
+    seen.push_back({label.IsOfX, likeness.OfSigns});
+    all.insert(all.end(), likeness.OfSigns.begin(), likeness.OfSigns.end());
+    const AffineMap shift{1, 0, static_cast<double>(likeness.X),
+                          0, 1, static_cast<double>(likeness.Y)};
+    const AffineMap shifted = Then(shift, there);
+    int& more = moreBeside[label.IsOfX ? 0 : 1];
+    if (HasMoreBeside(label.Around, label.Height, page, other, shifted)) ++more;
+    // Specks lie as often beside them.
+    InkBox control = label.Around;
+    control.Top += static_cast<int>(1.5 * label.Height);
+    control.Bottom += static_cast<int>(1.5 * label.Height);
+    if (HasMoreBeside(control, label.Height, page, other, shifted)) --more;
   }
   if (all.empty()) return counts;
   const auto quartile = all.begin() + static_cast<std::ptrdiff_t>(all.size() * 3 / 4);
@@ -154,6 +255,13 @@ LabelCounts CountUnlike(const std::vector<PageLabel>& labels, const UprightPage&
   for (const auto& [ofX, likeness] : seen)
     if (*std::min_element(likeness.begin(), likeness.end()) < limit)
       ++(ofX ? counts.X : counts.Y).Unlike;
+  counts.X.Unlike = std::max(counts.X.Unlike, moreBeside[0]);
+  counts.Y.Unlike = std::max(counts.Y.Unlike, moreBeside[1]);
+  const double height = labels.Labels.front().Height;
+  counts.HasMoreAtEnds =
+      std::any_of(labels.Ends.begin(), labels.Ends.end(), [&](const InkBox& end) {
+        return HasMore(end, std::max(0.5 * height, 4.0), page, other, there);
+      });
   return counts;
 }
 

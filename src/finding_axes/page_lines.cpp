@@ -232,6 +232,28 @@ double LimitOf(const AffineMap& map, const std::vector<Tie>& ties) {
   return std::max(kLeast, 4.7 * 1.4826 * *middle);
 }
 
+/// What 90 % of the points do not exceed: where a page is bent its lines lie further off than the
+/// fit looks.
+double WorstOf(const HeldLines& lines, const InkImage& page, const LineFit& fit) {
+  constexpr double kReach = 7;
+  std::vector<double> sizes;
+  for (std::size_t i = 0; i < lines.Points.size(); ++i) {
+    double off = fit.Residuals[i];
+    if (std::isnan(off)) {
+      const HeldPoint& point = lines.Points[i];
+      const auto [nx, ny] = NormalThere(fit.Map, point);
+      off = MiddleNear(page, fit.Map.XX * point.X + fit.Map.XY * point.Y + fit.Map.X,
+                       fit.Map.YX * point.X + fit.Map.YY * point.Y + fit.Map.Y, nx, ny, kReach,
+                       lines.Lines[point.Line].Reach);
+    }
+    if (!std::isnan(off)) sizes.push_back(std::fabs(off));
+  }
+  if (sizes.empty()) return 0;
+  const auto worst = sizes.begin() + static_cast<std::ptrdiff_t>(0.9 * (sizes.size() - 1.0));
+  std::nth_element(sizes.begin(), worst, sizes.end());
+  return *worst;
+}
+
 }  // namespace
 
 HeldLines HeldLinesOf(const UprightPage& page) {
@@ -286,8 +308,8 @@ LineFit FitLines(const HeldLines& lines, const InkImage& page, const AffineMap& 
     if (!(std::fabs(residual) < 1)) continue;
     ++near;
     squares += residual * residual;
-    fit.Worst = std::max(fit.Worst, std::fabs(residual));
   }
+  fit.Worst = WorstOf(lines, page, fit);
   if (near == 0) return fit;
   fit.Rms = std::sqrt(squares / near);
   fit.Share = static_cast<double>(near) / static_cast<double>(lines.Points.size());

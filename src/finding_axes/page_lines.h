@@ -36,7 +36,8 @@ struct LineFit {
   AffineMap Map;                  // from Ink to Ink
   std::vector<double> Residuals;  // of each point, along the line's normal; NaN: no line is there
   double Share = 0;               // of the points within a pixel
-  double Rms = 0, Worst = 0;      // of those
+  double Rms = 0;                 // of those
+  double Worst = 0;               // 90 % of all points that are found lie nearer
 };
 
 /// The map by weighted least squares over all points of the lines (biweight; Beaton and Tukey

@@ -22,12 +22,19 @@ constexpr double kDegree = 0.017453292519943295;
 /// What the three rows cannot hold.
 constexpr double kMostSkew = 0.15 * kDegree;
 
+/// One way of looking at an image.
+struct Look {
+  double Part = 0;          // as FindPieces has it
+  bool IsTurned = false;    // to the left, for what is written upward
+  bool IsEnlarged = false;  // for small letters
+};
+
 /// An axis, and the page on which its labels were read, which may be turned to the left.
 struct UprightAxis {
   FoundAxis Found;
   const LabelPage* Page = nullptr;
   AxisCourse There = AxisCourse::Level;  // its course on that page
-  bool IsTurned = false;
+  Look How = {};
 };
 
 /// From a page that was enlarged.
@@ -78,24 +85,53 @@ bool IsExplained(const UprightAxis& axis, const Word& word, const WordReading& o
   return false;
 }
 
+/// A thin minus is lost on the recogniser, which counts where ours is no tick; so is a point, but
+/// no number begins with 0 and another digit.
+bool IsAlike(std::string_view ours, std::string_view other, bool isNoTick) {
+  if (ours == other) return true;
+  if (ours.starts_with('-')) {
+    if (other.starts_with('-'))
+      other.remove_prefix(1);
+    else if (!isNoTick)
+      return false;
+    ours.remove_prefix(1);
+    if (ours == other) return true;
+  }
+  return ours.starts_with("0.") && other.starts_with('0') && ours.substr(2) == other.substr(1);
+}
+
+/// Whether the other reading is the same but for a point that ours has not.
+bool HasPointBesides(const std::string& ours, std::string other) {
+  if (ours.find_first_of(".,") != ours.npos) return false;
+  return std::erase_if(other, [](char c) { return c == '.' || c == ','; }) > 0 && other == ours;
+}
+
+void AddOnce(std::vector<std::string>& doubts, const std::string& doubt) {
+  if (std::find(doubts.begin(), doubts.end(), doubt) == doubts.end()) doubts.push_back(doubt);
+}
+
 /// Reads the labels once more.
 void Confirm(UprightAxis& axis, SecondReader& second) {
   FoundAxis& found = axis.Found;
   if (found.Labels.empty()) return;
   int alike = 0;
-  const bool someWithoutMinus =
-      std::any_of(found.Labels.begin(), found.Labels.end(),
-                  [](const TiedLabel& label) { return label.Value >= 0; });
+  bool pointLost = false;
+  const auto isPositive = [](const TiedLabel& label) { return label.Value >= 0; };
+  const auto isBeforeLine = [&](const TiedLabel& label) {
+    return axis.Page->Words[label.Word].Is.Box.Right < found.Across;
+  };
+  const bool isNoTick = axis.There == AxisCourse::Level ||
+                        std::any_of(found.Labels.begin(), found.Labels.end(), isPositive) ||
+                        std::all_of(found.Labels.begin(), found.Labels.end(), isBeforeLine);
   for (TiedLabel& label : found.Labels) {
     const auto& [word, reading, meanings] = axis.Page->Words[label.Word];
     const WordReading other = second.Read(*axis.Page, word);
-    // A thin minus is lost on the recogniser; where other labels have none, ours is no tick.
-    const std::string_view text = reading.Text;
-    const bool same = other.Text == text ||
-                      (someWithoutMinus && text.starts_with('-') && other.Text == text.substr(1));
+    const bool same = IsAlike(reading.Text, other.Text, isNoTick);
     label.ReadTwice = same && other.Exponent == reading.Exponent;
     alike += label.ReadTwice ? 1 : 0;
+    pointLost = pointLost || HasPointBesides(reading.Text, other.Text);
   }
+  if (pointLost) AddOnce(found.Doubts, Tr("there may be a point between digits"));
   for (const int number : found.Unexplained) {
     const auto& [word, reading, meanings] = axis.Page->Words[number];
     if (IsExplained(axis, word, second.Read(*axis.Page, word))) continue;
@@ -103,14 +139,58 @@ void Confirm(UprightAxis& axis, SecondReader& second) {
         Tr("among the labels stands \"%1\"", ShownLabel(reading.Text, reading.Exponent)));
     break;
   }
-  for (const std::string& doubt : found.Lasting)
-    if (std::find(found.Doubts.begin(), found.Doubts.end(), doubt) == found.Doubts.end())
-      found.Doubts.push_back(doubt);
   const int count = static_cast<int>(found.Labels.size());
   if (!second.Missing().empty())
     found.Doubts.push_back(Tr("there is no second reader: %1", Tr(second.Missing().c_str())));
   else if (alike < 3 || 5 * alike < 3 * count)
     found.Doubts.push_back(Tr("of %1 labels a second reader reads %2 alike", count, alike));
+}
+
+/// From a page that is enlarged or turned to the upright one, `height` rows high.
+InkBox OnUpright(InkBox box, const Look& look, int height) {
+  if (look.IsEnlarged) box = {box.Left / 2, box.Top / 2, box.Right / 2, box.Bottom / 2};
+  if (!look.IsTurned) return box;
+  return {box.Top, height - 1 - box.Right, box.Bottom, height - 1 - box.Left};
+}
+
+/// The boxes of an axis's labels on the upright image.
+std::vector<InkBox> LabelBoxes(const UprightAxis& axis, int height) {
+  std::vector<InkBox> boxes;
+  for (const TiedLabel& label : axis.Found.Labels)
+    boxes.push_back(OnUpright(axis.Page->Words[label.Word].Is.Box, axis.How, height));
+  return boxes;
+}
+
+bool LiesIn(const InkBox& word, const std::vector<InkBox>& boxes) {
+  return std::any_of(boxes.begin(), boxes.end(), [&](const InkBox& box) {
+    return word.MiddleX() >= box.Left && word.MiddleX() <= box.Right && word.MiddleY() >= box.Top &&
+           word.MiddleY() <= box.Bottom;
+  });
+}
+
+/// Of the doubts that last those go that rest on what are labels of an axis; of one thing that
+/// several looks have seen one is told.
+void TakeLastingDoubts(FoundAxis& axis, const std::vector<InkBox>& labels) {
+  const auto restsOn = [](const LastingDoubt& doubt, const std::vector<InkBox>& boxes) {
+    return std::all_of(doubt.Words.begin(), doubt.Words.end(),
+                       [&](const InkBox& word) { return LiesIn(word, boxes); });
+  };
+  std::erase_if(axis.Lasting, [&](const LastingDoubt& doubt) {
+    if (!restsOn(doubt, labels)) return false;
+    std::erase(axis.Doubts, doubt.Text);
+    return true;
+  });
+  std::vector<InkBox> told;
+  const auto isTold = [&](const LastingDoubt& doubt) {
+    return std::find(axis.Doubts.begin(), axis.Doubts.end(), doubt.Text) != axis.Doubts.end();
+  };
+  for (const LastingDoubt& doubt : axis.Lasting)
+    if (isTold(doubt)) told.insert(told.end(), doubt.Words.begin(), doubt.Words.end());
+  for (const LastingDoubt& doubt : axis.Lasting) {
+    if (isTold(doubt) || restsOn(doubt, told)) continue;
+    axis.Doubts.push_back(doubt.Text);
+    told.insert(told.end(), doubt.Words.begin(), doubt.Words.end());
+  }
 }
 
 /// What the axis is worth.
@@ -158,12 +238,6 @@ bool IsBetter(const FoundAxis& a, const FoundAxis& b) {
   return a.Doubts.size() + a.Unexplained.size() < b.Doubts.size() + b.Unexplained.size();
 }
 
-/// One way of looking at an image.
-struct Look {
-  double Part;      // as FindPieces has it
-  bool IsTurned;    // to the left, for what is written upward
-  bool IsEnlarged;  // for small letters
-};
 constexpr Look kLooks[] = {{0.45, false, false}, {0.28, false, false}, {0.4, false, true},
                            {0.45, true, false},  {0.28, true, false},  {0.4, true, true}};
 /// Beyond it nothing is enlarged, pixels.
@@ -176,7 +250,7 @@ void LookAtPages(const InkImage& upright, std::vector<std::unique_ptr<LabelPage>
                  PictureOperation& operation) {
   for (const Look& look : kLooks) {
     const auto isWanted = [&](const UprightAxis& axis) {
-      return look.IsTurned && !axis.IsTurned ? axis.Found.Labels.empty() : !IsClear(axis.Found);
+      return look.IsTurned && !axis.How.IsTurned ? axis.Found.Labels.empty() : !IsClear(axis.Found);
     };
     const bool large = static_cast<double>(upright.Values.size()) > kMostToEnlarge;
     if ((!isWanted(x) && !isWanted(y)) || (look.IsEnlarged && large)) continue;
@@ -187,10 +261,12 @@ void LookAtPages(const InkImage& upright, std::vector<std::unique_ptr<LabelPage>
     const auto find = [&](UprightAxis& axis, AxisCourse there) {
       if (!isWanted(axis)) return;
       FoundAxis found = FindAxis(*pages.back(), there, &axis == &x ? choice.XScale : choice.YScale);
-      std::vector<std::string> lasting = axis.Found.Lasting;
-      lasting.insert(lasting.end(), found.Lasting.begin(), found.Lasting.end());
-      if (IsBetter(found, axis.Found))
-        axis = {std::move(found), pages.back().get(), there, look.IsTurned};
+      std::vector<LastingDoubt> lasting = std::move(axis.Found.Lasting);
+      for (LastingDoubt& doubt : found.Lasting) {
+        for (InkBox& word : doubt.Words) word = OnUpright(word, look, upright.Height);
+        lasting.push_back(std::move(doubt));
+      }
+      if (IsBetter(found, axis.Found)) axis = {std::move(found), pages.back().get(), there, look};
       axis.Found.Lasting = std::move(lasting);
     };
     find(x, look.IsTurned ? AxisCourse::Upright : AxisCourse::Level);
@@ -324,13 +400,17 @@ AxesProposal ProposeAxes(const Raster& picture, PictureOperation& operation,
   if (operation.Stopped) return stopped();
   operation.From = 0.8;
   operation.To = 1;
+  const std::vector<InkBox> below = LabelBoxes(x, ink.Height), beside = LabelBoxes(y, ink.Height);
+  std::vector<InkBox> labels = below;
+  labels.insert(labels.end(), beside.begin(), beside.end());
   SecondReader reader(second);
   for (UprightAxis* axis : {&x, &y}) {
+    TakeLastingDoubts(axis->Found, labels);
     Confirm(*axis, reader);
     operation.Advance(0.5);
     if (operation.Stopped) return stopped();
     if (axis->Page != nullptr) Reduce(axis->Found, axis->Page->Ink.Enlarged);
-    if (axis->IsTurned)
+    if (axis->How.IsTurned)
       axis->Found = TurnedBack(std::move(axis->Found),
                                axis == &x ? AxisCourse::Level : AxisCourse::Upright, ink.Height);
   }
@@ -343,6 +423,8 @@ AxesProposal ProposeAxes(const Raster& picture, PictureOperation& operation,
   }
   proposal.X = Judged(x, AxisCourse::Level, ink);
   proposal.Y = Judged(y, AxisCourse::Upright, ink);
+  if (!below.empty()) proposal.X.IsAfter = below.front().MiddleY() > x.Found.Across;
+  if (!beside.empty()) proposal.Y.IsAfter = beside.front().MiddleX() > y.Found.Across;
   proposal.Verdict = std::min(proposal.X.Verdict, proposal.Y.Verdict);
   if (both) proposal.Rows = RowsOf(x.Found, y.Found, ink.ToPicture);
   operation.Advance(1);

@@ -32,6 +32,7 @@ struct ProposedAxis {
   bool Log = false;
   std::string Reason;  // in plain words, for each verdict
   std::vector<ProposedLabel> Labels;
+  bool IsAfter = false;  // the labels are printed below their ticks, or to the right of them
   // Of several scales what each goes over, "0 to 50"; the first are nearest to the plot. Else
   // empty.
   std::vector<std::string> Scales;

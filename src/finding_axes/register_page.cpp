@@ -16,6 +16,7 @@ namespace {
 constexpr double kClearShare = 0.92;
 constexpr double kLeastShare = 0.5, kLeastOfSide = 0.3, kMostRms = 0.6;
 constexpr double kMostStretch = 0.01, kMostSkew = 0.4, kMostScaling = 0.05;
+constexpr double kMostBent = 1.5;
 constexpr double kMostUnlike = 0.34;
 constexpr double kDegree = 0.017453292519943295;
 
@@ -76,9 +77,7 @@ std::string LinesFault(const HeldLines& lines, const LineFit& fit) {
   return {};
 }
 
-std::string LabelsFault(const PageReference& reference, const InkImage& page,
-                        const AffineMap& map) {
-  const LabelCounts counts = CountUnlike(reference.Labels, reference.Page, page, map);
+std::string LabelsFault(const LabelCounts& counts) {
   for (const LabelCount* count : {&counts.X, &counts.Y}) {
     const bool ofX = count == &counts.X;
     const int seen = count->All - count->Hidden;
@@ -89,6 +88,14 @@ std::string LabelsFault(const PageReference& reference, const InkImage& page,
       return ofX ? Tr("of %1 labels of the X axis, %2 are other ones", seen, count->Unlike)
                  : Tr("of %1 labels of the Y axis, %2 are other ones", seen, count->Unlike);
   }
+  return {};
+}
+
+std::string LabelsDoubt(const LabelCounts& counts) {
+  if (counts.X.All == 0) return Tr("the calibrated page has no labels to hold the X axis by");
+  if (counts.Y.All == 0) return Tr("the calibrated page has no labels to hold the Y axis by");
+  if (counts.HasMoreAtEnds)
+    return Tr("at the end of an axis stands what the calibrated page has not");
   return {};
 }
 
@@ -159,8 +166,13 @@ PageRegistration RegisterPage(const PageReference& reference, const Raster& page
   if (registration.Refusal.empty() && std::fabs(registration.Scale - 1) > kMostScaling)
     registration.Refusal =
         Tr("the page's scale is %1 times the calibrated one's", Rounded(registration.Scale, 3));
-  if (registration.Refusal.empty())
-    registration.Refusal = LabelsFault(reference, upright.Ink, best.Map);
+  if (!registration.Refusal.empty()) return registration;
+  const LabelCounts counts = CountUnlike(reference.Labels, reference.Page, upright.Ink, best.Map);
+  registration.Refusal = LabelsFault(counts);
+  if (registration.Fits()) registration.Doubt = LabelsDoubt(counts);
+  if (registration.Fits() && registration.Doubt.empty() && best.Worst > kMostBent)
+    registration.Doubt =
+        Tr("frame and grid are bent: they lie %1 pixels off", Rounded(registration.Worst, 2));
   return registration;
 }
 

@@ -18,7 +18,7 @@ struct PageReference {
   std::string Refusal;  // why nothing can be held against it, in words; empty: it can
   UprightPage Page;
   HeldLines Lines;
-  std::vector<PageLabel> Labels;
+  PageLabels Labels;
   double MiddleX = 0, MiddleY = 0;  // of its lines, on the picture
 };
 
@@ -28,9 +28,11 @@ PageReference PageReferenceOf(const Raster& picture, PictureOperation& operation
 struct PageRegistration {
   std::string Refusal;  // why it does not fit, in words; empty: it fits
   bool IsStopped = false;
+  std::string Doubt;  // of one that fits: what the labels do not settle
   // From places on the calibrated picture to those on the page, middles of pixels being whole.
   AffineMap ToPage;
-  double Worst = 0, Rms = 0;      // of the lines' points that lie within a pixel, picture pixels
+  double Worst = 0;  // 90 % of the lines' points that are found lie nearer, picture pixels
+  double Rms = 0;    // of those that lie within a pixel
   double ShiftX = 0, ShiftY = 0;  // of the middle of the lines, pixels, downward
   double Turn = 0;                // degrees, clockwise
   double Scale = 1;               // mean of both sides'

@@ -9,11 +9,13 @@ namespace graphize {
 
 namespace {
 
-/// The size at which the recogniser reads digits best, and the margin it wants, pixels.
-constexpr double kDigitHeight = 30;
+/// The size at which the recogniser reads digits best, others at which it reads some of those of
+/// which it makes nothing then, and the margin it wants, pixels.
+constexpr double kDigitHeights[] = {30, 22, 42};
 constexpr int kMargin = 14;
 
-TextLine LineOf(const LabelPage& page, const std::vector<Glyph>& glyphs, double height) {
+TextLine LineOf(const LabelPage& page, const std::vector<Glyph>& glyphs, double height,
+                double digitHeight) {
   InkBox box = glyphs.front().Box;
   std::vector<int> pieces;
   for (const Glyph& glyph : glyphs) {
@@ -30,7 +32,7 @@ TextLine LineOf(const LabelPage& page, const std::vector<Glyph>& glyphs, double 
   int darkest = 1;
   for (int y = box.Top; y <= box.Bottom; ++y)
     for (int x = box.Left; x <= box.Right; ++x) darkest = std::max(darkest, own(x, y));
-  const double step = height / kDigitHeight;
+  const double step = height / digitHeight;
   TextLine line;
   line.Width = static_cast<int>(std::ceil(box.Width() / step)) + 2 * kMargin;
   line.Height = static_cast<int>(std::ceil(box.Height() / step)) + 2 * kMargin;
@@ -56,8 +58,14 @@ TextLine LineOf(const LabelPage& page, const std::vector<Glyph>& glyphs, double 
 /// The recogniser's words for the same signs: dashes of all kinds, letters for digits that look
 /// like them.
 std::string InOurSigns(const std::string& text) {
-  static constexpr std::pair<const char*, char> kLong[] = {
-      {"\u2014", '-'}, {"\u2013", '-'}, {"\u2212", '-'}, {"\u00d7", 'x'}, {"\u2018", ','}};
+  static constexpr std::pair<const char*, char> kLong[] = {{"\u2014", '-'},
+                                                           {"\u2013", '-'},
+                                                           {"\u2212", '-'},
+                                                           {"\u00d7", 'x'},
+                                                           {"\u2018", ','},
+                                                           // A short dash.
+                                                           {"\u201c", '-'},
+                                                           {"\u201d", '-'}};
   std::string signs;
   for (std::size_t i = 0; i < text.size();) {
     const auto sign = std::find_if(std::begin(kLong), std::end(kLong), [&](const auto& pair) {
@@ -86,9 +94,14 @@ WordReading SecondReader::Read(const LabelPage& page, const Word& word) {
   WordReading reading;
   if (!missing_.empty() || word.Glyphs.empty()) return reading;
   try {
-    reading.Text = InOurSigns(reader_(LineOf(page, word.Glyphs, word.Height)));
-    if (!word.Exponent.empty())
-      reading.Exponent = InOurSigns(reader_(LineOf(page, word.Exponent, word.ExponentHeight)));
+    const auto read = [&](const std::vector<Glyph>& glyphs, double height) {
+      std::string text;
+      for (const double size : kDigitHeights)
+        if (text = InOurSigns(reader_(LineOf(page, glyphs, height, size))); !text.empty()) break;
+      return text;
+    };
+    reading.Text = read(word.Glyphs, word.Height);
+    if (!word.Exponent.empty()) reading.Exponent = read(word.Exponent, word.ExponentHeight);
   } catch (const RunTimeError& error) {
     missing_ = error.what();
   }

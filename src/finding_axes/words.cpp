@@ -81,6 +81,7 @@ class WordMaker {
     std::sort(order_.begin(), order_.end(),
               [&](int a, int b) { return pieces.Boxes[a].Left < pieces.Boxes[b].Left; });
     taken_.assign(pieces.Boxes.size(), false);
+    alone_.assign(pieces.Boxes.size(), -1);
   }
 
   std::vector<Word> Make() {
@@ -162,14 +163,57 @@ class WordMaker {
     std::iota(bySize.begin(), bySize.end(), 0);
     std::sort(bySize.begin(), bySize.end(),
               [&](int a, int b) { return cores_[a].Height > cores_[b].Height; });
-    for (const Core& core : cores_)
-      for (const int piece : core.Pieces) taken_[piece] = true;
+    for (std::size_t i = 0; i < cores_.size(); ++i)
+      for (const int piece : cores_[i].Pieces) {
+        taken_[piece] = true;
+        if (cores_[i].Pieces.size() == 1) alone_[piece] = static_cast<int>(i);
+      }
     for (const int index : bySize) {
       Core& core = cores_[index];
       if (core.Pieces.empty()) continue;
       for (int round = 0; round < 6 && (AttachSmall(core) || AttachRaised(core)); ++round) {
       }
     }
+    JoinAcrossPoints();
+  }
+
+  /// Digits with a point between them stand further apart than others.
+  void JoinAcrossPoints() {
+    std::vector<int> order;
+    for (int i = 0; i < static_cast<int>(cores_.size()); ++i)
+      if (!cores_[i].Pieces.empty()) order.push_back(i);
+    const auto left = [&](int i) { return cores_[i].Box.Left; };
+    std::sort(order.begin(), order.end(), [&](int a, int b) { return left(a) < left(b); });
+    for (std::size_t i = 0; i < order.size(); ++i) {
+      Core& core = cores_[order[i]];
+      // What was joined reaches further.
+      for (std::size_t j = i + 1; j < order.size(); ++j) {
+        Core& other = cores_[order[j]];
+        if (other.Box.Left > core.Box.Right + core.Height) break;
+        if (other.Pieces.empty() || !core.Raised.empty() || !HasPointBetween(core, other)) continue;
+        core.Pieces.insert(core.Pieces.end(), other.Pieces.begin(), other.Pieces.end());
+        core.Raised = std::move(other.Raised);
+        core.Box.Add(other.Box);
+        other.Pieces.clear();
+      }
+    }
+  }
+
+  bool HasPointBetween(const Core& a, const Core& b) const {
+    const double h = std::max(a.Height, b.Height);
+    if (GapBetween(a.Box, b.Box) >= 0.78 * h || b.Box.Left < a.Box.Left ||
+        std::min(a.Height, b.Height) < 0.6 * h ||
+        std::fabs(a.Baseline - b.Baseline) > std::max(0.22 * h, 1.0))
+      return false;
+    const auto isPoint = [&](int piece) {
+      const InkBox& box = Box(piece);
+      return box.Height() <= 0.4 * h && box.Width() <= 0.4 * h && box.Top > a.Baseline - 0.45 * h;
+    };
+    return std::any_of(
+               a.Pieces.begin(), a.Pieces.end(),
+               [&](int piece) { return Box(piece).Right == a.Box.Right && isPoint(piece); }) ||
+           std::any_of(b.Pieces.begin(), b.Pieces.end(),
+                       [&](int piece) { return Box(piece).Left == b.Box.Left && isPoint(piece); });
   }
 
   bool AttachSmall(Core& core) {
@@ -177,7 +221,10 @@ class WordMaker {
     const double h = core.Height;
     for (const int piece : Near(core.Box, 0.8 * h)) {
       const InkBox& box = Box(piece);
-      if (taken_[piece] || box.Height() > 0.85 * h || box.Width() > 1.3 * h) continue;
+      // The points of large letters are as high as small digits.
+      const int alone = box.Height() < 0.4 * h ? alone_[piece] : -1;
+      if ((taken_[piece] && alone < 0) || box.Height() > 0.85 * h || box.Width() > 1.3 * h)
+        continue;
       const double top = core.Baseline - h;
       if (box.MiddleY() < top - 0.1 * h || box.Top > core.Baseline + 0.2 * h ||
           box.Bottom > core.Baseline + 0.5 * h || GapBetween(box, core.Box) > 0.75 * h)
@@ -190,6 +237,10 @@ class WordMaker {
       }
       core.Box.Add(box);
       taken_[piece] = found = true;
+      if (alone >= 0) {
+        cores_[alone].Pieces.clear();
+        alone_[piece] = -1;
+      }
     }
     return found;
   }
@@ -274,6 +325,7 @@ class WordMaker {
   const InkPieces& pieces_;
   std::vector<int> order_;  // from the left
   std::vector<bool> taken_;
+  std::vector<int> alone_;  // the core that a piece alone is
   std::vector<Core> cores_;
 };
 

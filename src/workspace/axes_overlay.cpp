@@ -70,8 +70,11 @@ void AddOutline(const PlotArea& area, Sketch& sketch) {
 void AddProposal(const Workspace& ws, PlotOverlay& overlay) {
   const ProposedAxesForm& form = ws.proposedAxes;
   if (!form.Shown) return;
-  overlay.Sketches.push_back(SketchOf(form.Found.X, Sketch::Side::Above));
-  overlay.Sketches.push_back(SketchOf(form.Found.Y, Sketch::Side::Right));
+  // Beside the picture's own labels, not on them.
+  const ProposedAxis &x = form.Found.X, &y = form.Found.Y;
+  using Side = Sketch::Side;
+  overlay.Sketches.push_back(SketchOf(x, x.IsAfter ? Side::Above : Side::Below));
+  overlay.Sketches.push_back(SketchOf(y, y.IsAfter ? Side::Left : Side::Right));
   if (form.Found.Plots.size() > 1) {
     Sketch plots{.MarkColour = kGrid, .Lines = {}, .Texts = {}, .Crosses = {}};
     for (std::size_t i = 0; i < form.Found.Plots.size(); ++i) {

@@ -276,6 +276,7 @@ void Plot_Click(Workspace& ws, const Desktop& desktop) {
     const auto snap = std::exchange(ws.mouse.AxisSnap, std::nullopt);
     if (ws.reference.Armed)
       return AddReferenceAt(ws, desktop, snap ? snap->Column : x, snap ? snap->Row : y);
+    if (MoveChosenReference(ws, desktop, snap ? snap->Column : x, snap ? snap->Row : y)) return;
     const int row = ws.calibration.CurrentRow;
     const AxisPanel::Row& typed = ws.axisPanel.Rows[row];
     AxisStep step{row, x, y, typed.XText, typed.YText};

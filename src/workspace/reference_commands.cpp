@@ -30,14 +30,27 @@ std::optional<float> ReadBox(std::string& box) {
   return value;
 }
 
+void ShowReferenceHint(Workspace& ws) {
+  if (ws.reference.Armed)
+    ws.status.Hint = Tr("Enter X, Y or both of a place and click there; Shift: without snapping");
+  else if (ws.reference.Chosen >= 0 && ws.mode == Mode::AxisDef)
+    ws.status.Hint = Tr("A click moves the chosen reference there; Shift: without snapping");
+  else
+    ShowModeHint(ws);
+}
+
 /// After a change of the references.
 void FitAnew(Workspace& ws) {
   if (ws.calibration.Refined.On) SwitchRefined(ws.calibration, true);
-  ShowModeHint(ws);
+  ShowReferenceHint(ws);
 }
 
-std::string ValueText(const std::optional<float>& value) {
-  return value ? ShortestText(*value) : "\u2013";
+/// What is known of it: "X 3; Y 0.5".
+std::string ValuesText(const AxisReference& reference) {
+  std::string text;
+  if (reference.X) text = "X " + ShortestText(*reference.X);
+  if (reference.Y) text += (text.empty() ? "Y " : "; Y ") + ShortestText(*reference.Y);
+  return text;
 }
 
 /// The name of a row or reference within a sentence.
@@ -113,10 +126,12 @@ Outcome Run(Workspace& ws, const Desktop&, const RefineStep& step) {
 void SwitchAddReference(Workspace& ws) {
   ws.reference.Armed = !ws.reference.Armed && CanAddReference(ws);
   ws.reference.FocusAsked = ws.reference.Armed;
-  if (ws.reference.Armed)
-    ws.status.Hint = Tr("Enter X, Y or both of a place and click there; Shift: without snapping");
-  else
-    ShowModeHint(ws);
+  ShowReferenceHint(ws);
+}
+
+void ChooseReference(Workspace& ws, int number) {
+  ws.reference.Chosen = number;
+  ShowReferenceHint(ws);
 }
 
 void AddReferenceAt(Workspace& ws, const Desktop& desktop, double column, double row) {
@@ -136,11 +151,31 @@ void RemoveChosenReference(Workspace& ws, const Desktop& desktop) {
     ws.reference.Chosen = -1;
 }
 
+bool MoveChosenReference(Workspace& ws, const Desktop& desktop, double column, double row) {
+  ReferenceEntry& entry = ws.reference;
+  if (entry.Chosen < 0 || !CanAddReference(ws)) return false;
+  const AxisReference from =
+      ws.calibration.Refined.References[static_cast<std::size_t>(entry.Chosen)];
+  const auto text = [](const std::optional<float>& value) {
+    return value ? ShortestText(*value) : std::string();
+  };
+  const ReferenceStep to{static_cast<float>(column), static_cast<float>(row), text(from.X),
+                         text(from.Y)};
+  if (RefusedAt(ws, to.X, to.Y) || !Do(ws, desktop, RemoveReferenceStep{entry.Chosen + 1}).IsDone())
+    return true;
+  if (!Do(ws, desktop, to).IsDone()) return true;
+  // It is the last one then.
+  ChooseReference(ws, static_cast<int>(ws.calibration.Refined.References.size()) - 1);
+  ws.marksDirty = {0, 0, ws.plot.Width() - 1, ws.plot.Height() - 1};
+  return true;
+}
+
 void FollowAxisSnap(Workspace& ws, bool held) {
   std::optional<LineSnap>& shown = ws.mouse.AxisSnap;
   const int x = ws.readOut.PlotX, y = ws.readOut.PlotY;
   std::optional<LineSnap> now;
-  const bool clicks = !ws.calibration.IsComplete() || ws.reference.Armed;
+  const bool clicks =
+      !ws.calibration.IsComplete() || ws.reference.Armed || ws.reference.Chosen >= 0;
   if (ws.mode == Mode::AxisDef && clicks && !held && ws.plot.Contains(x, y))
     now = SnapToLines(ws.plot.Pixels, x, y);
   if (now && !now->OnUpright && !now->OnLevel) now.reset();
@@ -172,8 +207,8 @@ ReferenceView ReferencesOf(const Workspace& ws) {
   };
   for (std::size_t row = 0; row < 3; ++row) view.OfRows[row] = residual(row);
   for (std::size_t i = 0; i < references.size(); ++i)
-    view.Lines.push_back(std::to_string(i + 1) + ": " + ValueText(references[i].X) + "; " +
-                         ValueText(references[i].Y) + (fit ? " \u2013 " + residual(3 + i) : ""));
+    view.Lines.push_back(std::to_string(i + 1) + ": " + ValuesText(references[i]) +
+                         (fit ? " (" + residual(3 + i) + ")" : ""));
   if (fit) view.Summary = SummaryOf(ws, *fit);
   return view;
 }

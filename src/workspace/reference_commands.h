@@ -25,6 +25,10 @@ bool CanRefine(const Workspace& ws);
 void SwitchAddReference(Workspace& ws);
 /// A click while it is pressed: with the values of the boxes, which are emptied then.
 void AddReferenceAt(Workspace& ws, const Desktop& desktop, double column, double row);
+/// A row of the list, or none (-1).
+void ChooseReference(Workspace& ws, int number);
+/// A click moves the reference that is chosen; false without one.
+bool MoveChosenReference(Workspace& ws, const Desktop& desktop, double column, double row);
 /// The reference that is chosen in the list goes.
 void RemoveChosenReference(Workspace& ws, const Desktop& desktop);
 

@@ -131,6 +131,35 @@ TEST_F(AxesWindow, OfPlotsSideBySideAClickChooses) {
   ExpectPendulum();
 }
 
+TEST_F(AxesWindow, OfTwoScalesTheOtherCanBeChosen) {
+  const Raster one = LoadPicture(kSamples / "pendulum.bmp")->Picture.Clone();
+  Raster two = Raster::Filled(one.Width() + 60, one.Height(), kWhitePixel);
+  // The labels once more at the right, two ticks lower.
+  for (int y = 0; y < one.Height(); ++y) {
+    std::copy(one.Row(y), one.Row(y) + one.Width(), two.Row(y));
+    if (y >= 25 && y <= 335) std::copy(one.Row(y) + 26, one.Row(y) + 64, two.Row(y + 97) + 618);
+  }
+  SavePicture(Folder() / "two.bmp", 3, 0, two);
+  Start();
+  Window().OpenWhenShown({Folder() / "two.bmp"});
+  Until([this] { return State().plot.IsPresent(); }, "the picture is open");
+  Settle();
+  Propose();
+  ASSERT_EQ(State().proposedAxes.Found.Y.Scales.size(), 2u) << Verdict().toStdString();
+  const auto originRow = [this] {
+    const ProposedRow& origin = State().proposedAxes.Found.Rows.at(0);
+    return origin.Row + 195 * origin.Y;
+  };
+  EXPECT_NEAR(originRow(), 235, 1);
+  ClickControl(Find<QWidget>("CMB_YScale"));
+  Key("Down");
+  Key("Return");
+  Until([this] { return State().proposedAxes.Found.Y.Scale == 1 && !State().commandRuns; },
+        "the right one is proposed");
+  EXPECT_NEAR(originRow(), 235 + 97, 1);
+  EXPECT_TRUE(Verdict().startsWith(QLatin1String("proposal"))) << "a choice is never sure";
+}
+
 TEST_F(AxesWindow, ClicksSnapToTicksWhileTheRowsKeepTheirPixels) {
   Start();
   OpenSample("pendulum.bmp");
@@ -190,8 +219,23 @@ TEST_F(AxesWindow, ReferencesRefineTheAxesAndTellHowWellTheyAgree) {
   EXPECT_FALSE(TextOf("LBL_RowResidual_1").isEmpty());
   EXPECT_EQ(Find<QAction>("MNU_EDIT_Undo")->text(), QStringLiteral("Undo Axis reference"));
 
-  ClickControl(Find<QWidget>("CMD_AddReference"));
+  Key("Escape");
+  EXPECT_FALSE(State().reference.Armed);
   EXPECT_FALSE(Find<QWidget>("LBL_Refined")->isVisible());
+
+  // A chosen one is moved by a click, values and all; Undo takes that back at once.
+  auto* list = Find<QListWidget>("LST_References");
+  list->setCurrentRow(0);
+  const auto references = [this] { return State().calibration.Refined.References; };
+  const auto placed = references();
+  ClickPlot(340, 380);
+  ASSERT_EQ(references().size(), 2u);
+  EXPECT_EQ(references()[0], placed[1]);
+  EXPECT_EQ(references()[1].X, 6);
+  EXPECT_EQ(references()[1].At.RowUp, static_cast<float>(State().plot.Height() - 380));
+  Key("ctrl+z");
+  EXPECT_EQ(references(), placed);
+  list->setCurrentRow(-1);
   MoveOverPlot(400, 200);
   const QString before = ValueOf("XValue");
   ClickControl(Find<QWidget>("CHK_Refined"));

@@ -207,6 +207,28 @@ TEST_F(Batch, AxesAreFoundAndTakenWhereTheyAreSure) {
   EXPECT_EQ(Run({"axes", Pendulum(), "--plot=2"}), 1);
   EXPECT_EQ(Run(OnPendulum({"--propose-axes", "--point=2,2", "-o", "-"})), 2);
   IsTold("--propose-axes finds the axes itself");
+
+  // Of two plots the one that is asked for.
+  const Raster one = LoadPicture(Pendulum())->Picture.Clone();
+  Raster two = Raster::Filled(2 * one.Width(), one.Height(), kWhitePixel);
+  for (int y = 0; y < one.Height(); ++y)
+    for (int x = 0; x < two.Width(); ++x) two.Row(y)[x] = one.Row(y)[x % one.Width()];
+  ASSERT_TRUE(SavePicture(At("two.bmp"), kBmpFormat, 0, two));
+  const auto onRight = [&](const Words& words) {
+    Words all = {"digitize", At("two.bmp"), "--propose-axes",
+                 "-o",       "-",           "--point=" + std::to_string(one.Width() + 70) + ",40"};
+    all.insert(all.end(), words.begin(), words.end());
+    return Run(all);
+  };
+  EXPECT_EQ(onRight({"--plot=2"}), 0) << err.str();
+  double x = 9, y = 9;
+  std::istringstream(out.str()) >> x >> y;
+  EXPECT_NEAR(x, 0, 0.01) << out.str();
+  EXPECT_NEAR(y, 1, 0.01);
+  EXPECT_EQ(onRight({}), 1);
+  IsTold("there are several plots; --plot chooses one");
+  EXPECT_EQ(onRight({"--plot=3"}), 1);
+  EXPECT_EQ(Run(OnPendulum({"--plot=1", "--point=2,2", "-o", "-"})), 2);
 }
 
 TEST_F(Batch, EveryOptionIsInTheHelpTheManPageAndTheCompletion) {

@@ -158,6 +158,24 @@ TEST(AxisFit, MoreClicksReadBetterAndASlipIsNamed) {
   EXPECT_GE(agree, 108) << "of 113 or so";
 }
 
+TEST(AxisFit, ReferencesAlongAnAxisTellOfNoSkew) {
+  std::mt19937 random(5);
+  const TrueAxes truth;
+  for (int run = 0; run < 40; ++run) {
+    AxisCalibration axes = truth.Clicked(random, 0.7);
+    for (int i = 1; i <= 6; ++i) {
+      axes.Refined.References.push_back({TrueAxes::Missed(truth.At(1.5 * i, 0), random, 0.7),
+                                         static_cast<float>(1.5 * i), std::nullopt});
+      axes.Refined.References.push_back({TrueAxes::Missed(truth.At(0, 0.6 * i), random, 0.7),
+                                         std::nullopt, static_cast<float>(0.6 * i)});
+    }
+    axes.Refined.References[4].At.Column += 7;
+    ASSERT_TRUE(SwitchRefined(axes, true));
+    EXPECT_FALSE(FitAxes(axes)->IsSkewed) << run;
+    EXPECT_LT(WorstCorner(axes, truth), 8) << run;
+  }
+}
+
 TEST(AxisFit, ItIsAsUncertainAsItScatters) {
   std::mt19937 random(4);
   const TrueAxes truth;

@@ -60,6 +60,10 @@ TEST(ProposeAxes, AreSureAndRightHoweverTheInkIsColoured) {
   }
   ExpectPendulum(Propose(light), "light on dark ");
   ExpectPendulum(Propose(brown), "brown on cream ");
+  // Digits behind a point stand further off than others do, as in fonts of one width.
+  Raster wide = black.Clone();
+  for (const int top : {130, 325}) Move(wide, 52, top, 60, top + 12, 3, 0);
+  ExpectPendulum(Propose(wide), "with wide points ");
 }
 
 TEST(ProposeAxes, LogarithmicAndTurnedAxesAreFound) {
@@ -100,6 +104,7 @@ TEST(ProposeAxes, SpoiledAxesAreNeverSure) {
          for (const int middle : {40, 137, 235, 332, 430})
            Fill(p, 30, middle + 3, 62, middle + 8, kWhitePixel);
        }},
+      {"a label in pieces", true, [](Raster& p) { Fill(p, 334, 442, 346, 444, kWhitePixel); }},
       {"labels cut at the edge", false,
        [](Raster& p) { Move(p, 46, 0, p.Width() - 1, p.Height() - 1, -46, 0); }},
       {"a mirrored picture", true,

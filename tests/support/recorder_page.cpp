@@ -11,7 +11,7 @@ double RecordedCurve(int page, double x) {
   return (0.6 + 0.2 * std::cos(0.13 * page)) * std::sin(0.55 * x + 0.8 * page);
 }
 
-Raster RecorderPage(int page, const Lie& lie, int firstLabel) {
+Raster RecorderPage(int page, const Lie& lie, int firstLabel, const std::string& before) {
   const double left = 90 + lie.X, top = 60 + lie.Y;
   PlotDrawing drawing(720, 520, left, top, left + 480 * lie.Scale, top + 360 * lie.Scale,
                       lie.Degrees);
@@ -26,7 +26,8 @@ Raster RecorderPage(int page, const Lie& lie, int firstLabel) {
   }
   for (int i = 0; i <= 4; ++i) {
     const auto [x, y] = drawing.Place(0, i / 4.0);
-    drawing.Digits({x - 46, y - 7}, std::to_string(i * 5 - 10), 2);
+    drawing.Digits({x - 46 - 12.0 * static_cast<double>(before.size()), y - 7},
+                   before + std::to_string(i * 5 - 10), 2);
   }
   return drawing.GreyPicture();
 }

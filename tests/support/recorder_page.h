@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "base/raster.h"
 
 namespace graphize::test {
@@ -13,7 +15,9 @@ struct Lie {
 /// A page of a recorder with frame, grid and labels, 720 x 520: X from 0 to 12 and Y from -1 to 1
 /// between the pixels 90,420 and 570,60 of the calibrated one. Each has a curve of its own.
 double RecordedCurve(int page, double x);
-Raster RecorderPage(int page, const Lie& lie = {}, int firstLabel = 0);
+/// `before` stands before each label of the Y axis.
+Raster RecorderPage(int page, const Lie& lie = {}, int firstLabel = 0,
+                    const std::string& before = {});
 /// Slips of 37 and 22 pixels, turns and scales.
 Lie SlipOf(int page);
 

@@ -38,8 +38,8 @@ Library Started() {
 std::string ReadTextLine(const TextLine& line) {
   static std::mutex one;
   const std::lock_guard lock(one);
-  // Its threads take longer to meet than a label takes to read.
-  omp_set_num_threads(1);
+  // Its threads take longer to meet than a label takes to read; their number it sets itself.
+  omp_set_max_active_levels(0);
   static const Library library = Started();
   TessBaseAPISetImage(library.get(), line.Grey.data(), line.Width, line.Height, 1, line.Width);
   TessBaseAPISetSourceResolution(library.get(), 200);
