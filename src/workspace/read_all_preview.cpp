@@ -42,7 +42,8 @@ void ShowReadAll(Workspace& ws, const Desktop& desktop) {
   }
   if (found.Curves.empty())
     return Tell(desktop, Tr("No curves were found"), MessageIcon::Exclamation);
-  ws.readAll = {.Hint = Tr("The ticked curves are drawn over the picture.") + NoteOnAxes(ws)};
+  ws.readAll = {.Hint = Tr("The ticked curves are drawn over the picture.") + NoteOnAxes(ws),
+                .From = ReadFromNow(ws)};
   const std::vector<std::string> names = NamesFor(ws, found.Curves.size());
   for (std::size_t i = 0; i < found.Curves.size(); ++i) {
     std::string sure = HowSure(found.Curves[i].Reading);
