@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "base/translation.h"
+#include "reading/frame_ends.h"
 #include "reading/free_follower.h"
 #include "reading/stroke_crossings.h"
 #include "reading/stroke_ends.h"
@@ -271,8 +272,10 @@ InkPiece BoxOf(const std::vector<CurvePoint>& points) {
           .Bottom = whole(bottom.Y)};
 }
 
-CurveReading ReadStroke(InkMap& map, const InkBlends& blends, PathPixel start,
-                        const ReadingRequest& request, const PictureOperation& operation) {
+namespace {
+
+CurveReading ReadOneStroke(InkMap& map, const InkBlends& blends, PathPixel start,
+                           const ReadingRequest& request, const PictureOperation& operation) {
   CurveReading reading;
   Followed followed = FollowSomehow(map, blends, start, request, operation);
   if (operation.Stopped) {
@@ -313,6 +316,52 @@ CurveReading ReadStroke(InkMap& map, const InkBlends& blends, PathPixel start,
     reading.Doubts.push_back(
         Tr("ink of its colour that joins the curve is left out: where a curve turns back or "
            "branches, one way is followed"));
+  return reading;
+}
+
+double Distance(const CurvePoint& a, const CurvePoint& b) {
+  return std::hypot(a.X - b.X, a.Y - b.Y);
+}
+
+/// Goes on behind an end that lies in a side of the frame, where the other half of a turn that it
+/// hides comes out of the same side; and says so, or that the curve may go on unseen.
+void GoOnBehindFrame(CurveReading& reading, bool isLast, InkMap& map, const InkBlends& blends,
+                     const ReadingRequest& request, const PictureOperation& operation) {
+  std::vector<CurvePoint>& points = reading.Points;
+  const auto end = FrameEndOf(map, points, isLast, reading.Kind);
+  if (!end) return;
+  const std::string place = PlaceText(end->At.X, end->At.Y);
+  const std::string unseen =
+      Tr("at %1 the curve goes into the frame, along which it may go on unseen", place);
+  const auto begin = InkBehind(map, *end);
+  const bool isOwn =
+      begin && std::ranges::any_of(points, [&](const CurvePoint& point) {
+        return std::hypot(point.X - begin->X, point.Y - begin->Y) < 2 + reading.Kind.Width;
+      });
+  if (!begin || isOwn) return reading.Doubts.push_back(unseen);
+  constexpr double kHidden = 24;  // pixels from half to half
+  CurveReading other = ReadOneStroke(map, blends, *begin, request, operation);
+  if (other.Points.empty()) return reading.Doubts.push_back(unseen);
+  const bool fromLast =
+      Distance(other.Points.back(), end->At) < Distance(other.Points.front(), end->At);
+  if (fromLast == isLast) std::ranges::reverse(other.Points);
+  const CurvePoint& near = isLast ? other.Points.front() : other.Points.back();
+  if (Distance(near, end->At) > kHidden || !FrameEndOf(map, other.Points, !isLast, other.Kind))
+    return reading.Doubts.push_back(unseen);
+  points.insert(isLast ? points.end() : points.begin(), other.Points.begin(), other.Points.end());
+  reading.Doubts.insert(reading.Doubts.end(), other.Doubts.begin(), other.Doubts.end());
+  reading.Doubts.push_back(
+      Tr("at %1 the frame hides where the curve turns: both halves are taken for one", place));
+}
+
+}  // namespace
+
+CurveReading ReadStroke(InkMap& map, const InkBlends& blends, PathPixel start,
+                        const ReadingRequest& request, const PictureOperation& operation) {
+  CurveReading reading = ReadOneStroke(map, blends, start, request, operation);
+  if (reading.IsStopped || reading.Points.empty()) return reading;
+  for (const bool isLast : {true, false})
+    GoOnBehindFrame(reading, isLast, map, blends, request, operation);
   return reading;
 }
 

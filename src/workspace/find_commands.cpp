@@ -7,6 +7,7 @@
 
 #include "base/translation.h"
 #include "finding_axes/find_surroundings.h"
+#include "finding_axes/read_labels.h"
 #include "reading/read_stroke.h"
 #include "tracing/extraction_context.h"
 #include "workspace/curve_commands.h"
@@ -126,6 +127,32 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const SymbolsStep& step) {
   return {.Points = static_cast<int>(taken.size()), .Remark = sure};
 }
 
+std::vector<std::string> NamesFor(Workspace& ws, const Desktop& desktop,
+                                  const std::vector<PlotCurve>& curves) {
+  std::vector<std::vector<TextBox>> labels;
+  for (const PlotCurve& curve : curves) labels.push_back(curve.Label);
+  const std::vector<std::string> written =
+      ReadBeside(ws, desktop, Marked("Reading the legend..."), [&](PictureOperation& operation) {
+        const AxesFrame turn = FindSurroundings(ws.plot.Pixels, operation).Turn;
+        return ReadLabels(ws.plot.Pixels, turn, labels, operation);
+      });
+  CurveList list = ws.curves;
+  std::vector<std::string> names;
+  const bool isEmpty = ws.store.CaptureCount == 0 && ws.store.ListCount == 0;
+  for (const std::string& label : written) {
+    const bool isActive = names.empty() && isEmpty;
+    std::string name = CurveNameOf(label);
+    if (!CurveNameFault(list, name, isActive ? list.Active : -1).empty())
+      name = isActive ? ActiveCurve(list).Name : FreeCurveName(list);
+    if (isActive)
+      ActiveCurve(list).Name = name;
+    else
+      list.Curves.push_back({.Name = name});
+    names.push_back(std::move(name));
+  }
+  return names;
+}
+
 std::optional<Outcome> ReadAllRefused(const Workspace& ws) {
   return ReadingRefused(ws);
 }
@@ -140,7 +167,8 @@ PlotReading ReadAllAt(Workspace& ws, const Desktop& desktop) {
   return ReadBeside(ws, desktop, Marked("Reading all curves..."), [&](PictureOperation& operation) {
     operation.To = 0.1;
     const PlotSurroundings around = FindSurroundings(ws.plot.Pixels, operation);
-    const AxesFrame frame = ReadingFrame(ws.calibration, ws.plot.Pixels, around, 0.5 * ws.plot.Width(), 0.5 * ws.plot.Height());
+    const AxesFrame frame = ReadingFrame(ws.calibration, ws.plot.Pixels, around,
+                                         0.5 * ws.plot.Width(), 0.5 * ws.plot.Height());
     return ReadAllCurves(ws.plot.Pixels, frame, around, walls, operation);
   });
 }
@@ -158,8 +186,8 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const ReadAllStep& step) {
   }
   std::vector<ReadAllStep::Curve> taken = step.Taken;
   if (taken.empty())
-    for (std::size_t i = 0; i < reading.Curves.size(); ++i)
-      taken.push_back({static_cast<int>(i + 1), ""});
+    for (const std::string& name : NamesFor(ws, desktop, reading.Curves))
+      taken.push_back({static_cast<int>(taken.size() + 1), name});
   // Everything is checked first: a step that is refused changes nothing.
   const bool isEmpty = ws.store.CaptureCount == 0 && ws.store.ListCount == 0;
   std::vector<std::string> names;
