@@ -36,7 +36,8 @@ void ReadOneCurve(benchmark::State& state) {
   const ReadingRequest request{.X = 0.3 * width, .Y = Height(0.3, height)};
   for (auto _ : state) {
     PictureOperation operation;
-    const CurveReading reading = ReadCurve(page, {}, request, operation);
+    const CurveReading reading =
+        ReadCurve(page, FrameOf({}, width, height), {}, request, operation);
     if (reading.Points.empty()) state.SkipWithError("nothing was read");
   }
 }

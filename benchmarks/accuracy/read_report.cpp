@@ -100,7 +100,8 @@ struct WayResult {
 void AddReading(WayResult& result, const ReadPlot& plot) {
   PictureOperation operation;
   const CurveReading reading =
-      ReadCurve(plot.Picture, plot.Axes, {plot.Click.X, plot.Click.Y}, operation);
+      ReadCurve(plot.Picture, FrameOf(plot.Axes, plot.Picture.Width(), plot.Picture.Height()), {},
+                {plot.Click.X, plot.Click.Y}, operation);
   std::vector<Judged> points;
   for (const CurvePoint& point : reading.Points)
     points.push_back({{point.X, point.Y},

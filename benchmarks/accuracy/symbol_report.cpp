@@ -27,7 +27,8 @@ struct Counts {
   void Add(const SymbolPlot& plot) {
     PictureOperation operation;
     const SymbolFinding finding =
-        FindSymbols(plot.Picture, plot.Axes, {.X = plot.Click.X, .Y = plot.Click.Y}, operation);
+        FindSymbols(plot.Picture, FrameOf(plot.Axes, plot.Picture.Width(), plot.Picture.Height()),
+                    {.X = plot.Click.X, .Y = plot.Click.Y}, operation);
     True += static_cast<int>(plot.Centres.size());
     Found += static_cast<int>(finding.Symbols.size());
     std::vector<bool> isTaken(plot.Centres.size());

@@ -58,28 +58,6 @@ bool Contains(const InkBox& outer, const InkBox& inner) {
          inner.Bottom <= outer.Bottom;
 }
 
-/// Those that are plots: large, and neither in another one nor around several.
-std::vector<InkBox> PlotFrames(const InkImage& ink, std::vector<InkBox> boxes) {
-  std::erase_if(boxes, [&](const InkBox& box) {
-    return box.Width() < kLeastSide * ink.Width || box.Height() < kLeastSide * ink.Height;
-  });
-  const auto inside = [&](const InkBox& outer) {
-    return std::count_if(boxes.begin(), boxes.end(),
-                         [&](const InkBox& box) { return &box != &outer && Contains(outer, box); });
-  };
-  std::vector<InkBox> plots;
-  for (const InkBox& box : boxes) {
-    const bool isInner = std::any_of(boxes.begin(), boxes.end(), [&](const InkBox& outer) {
-      return &outer != &box && Contains(outer, box) && inside(outer) < 2;
-    });
-    if (inside(box) < 2 && !isInner) plots.push_back(box);
-  }
-  double largest = 0;
-  for (const InkBox& box : plots) largest = std::max(largest, AreaOf(box));
-  std::erase_if(plots, [&](const InkBox& box) { return AreaOf(box) < kLeastArea * largest; });
-  return plots;
-}
-
 /// The middle of the widest stretch without ink in a gap between two plots, columns or rows; of
 /// what crosses it, `first` to `last` counts.
 int GutterOf(const InkImage& ink, bool columns, int from, int to, int first, int last) {
@@ -106,8 +84,30 @@ bool Overlap(int a0, int a1, int b0, int b1) {
 
 }  // namespace
 
+std::vector<InkBox> FindFrames(const InkImage& upright, const LineSet& lines) {
+  std::vector<InkBox> boxes = FramesOf(lines);
+  std::erase_if(boxes, [&](const InkBox& box) {
+    return box.Width() < kLeastSide * upright.Width || box.Height() < kLeastSide * upright.Height;
+  });
+  const auto inside = [&](const InkBox& outer) {
+    return std::count_if(boxes.begin(), boxes.end(),
+                         [&](const InkBox& box) { return &box != &outer && Contains(outer, box); });
+  };
+  std::vector<InkBox> plots;
+  for (const InkBox& box : boxes) {
+    const bool isInner = std::any_of(boxes.begin(), boxes.end(), [&](const InkBox& outer) {
+      return &outer != &box && Contains(outer, box) && inside(outer) < 2;
+    });
+    if (inside(box) < 2 && !isInner) plots.push_back(box);
+  }
+  double largest = 0;
+  for (const InkBox& box : plots) largest = std::max(largest, AreaOf(box));
+  std::erase_if(plots, [&](const InkBox& box) { return AreaOf(box) < kLeastArea * largest; });
+  return plots;
+}
+
 std::vector<InkBox> FindPlots(const InkImage& upright, const LineSet& lines) {
-  const std::vector<InkBox> frames = PlotFrames(upright, FramesOf(lines));
+  const std::vector<InkBox> frames = FindFrames(upright, lines);
   if (frames.size() < 2) return {};
   std::vector<InkBox> areas(frames.size(), InkBox{0, 0, upright.Width - 1, upright.Height - 1});
   for (std::size_t i = 0; i < frames.size(); ++i)

@@ -7,6 +7,10 @@
 
 namespace graphize {
 
+/// What level and upright lines that touch enclose, lines included, where it is a plot: large, and
+/// neither in another one nor around several.
+std::vector<InkBox> FindFrames(const InkImage& upright, const LineSet& lines);
+
 /// The plots that stand beside or above each other, from left to right and from above: what level
 /// and upright lines that touch enclose, with the labels up to the gutter. Empty where there is
 /// only one, or none.

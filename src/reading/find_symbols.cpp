@@ -14,6 +14,7 @@ namespace graphize {
 namespace {
 
 constexpr int kNearReach = 7, kFarReach = 16;  // pixels from the click to ink; far: in an open one
+constexpr int kBesideFrame = 8;                // pixels from a click on the frame to its symbol
 constexpr double kLoose = 0.4;                 // mismatch of what is looked at
 
 /// The largest mismatch of the symbols: below the widest relative gap, where there is one. Hard
@@ -188,7 +189,7 @@ std::string DoubtOf(const SymbolMatch& match, double cut) {
 
 }  // namespace
 
-SymbolFinding FindSymbols(const Raster& picture, const AxisCalibration& calibration,
+SymbolFinding FindSymbols(const Raster& picture, const AxesFrame& frame,
                           const SymbolRequest& request, PictureOperation& operation) {
   const double x = request.X, y = request.Y;
   SymbolFinding finding;
@@ -213,7 +214,9 @@ SymbolFinding FindSymbols(const Raster& picture, const AxisCalibration& calibrat
   operation.To = 0.5;
   InkMap map = MapOf(picture, paper, directions, *ink, 1, operation);
   if (operation.Stopped) return stopped();
-  TakeOutLines(map, FrameOf(calibration, picture.Width(), picture.Height()), x, y, operation);
+  const std::vector<PlotLine> lines = TakeOutLines(map, frame, x, y, operation);
+  if (IsOnFrame(map, lines, frame, x, y, kBesideFrame))
+    return refused(Tr("the frame or an axis, no symbol"));
   const auto isBlocked = [&](double px, double py) {
     return std::any_of(request.Walls.begin(), request.Walls.end(), [&](const ReadingWall& wall) {
       return std::hypot(px - wall.X, py - wall.Y) <= 0.5 * std::max(wall.Size, 1);

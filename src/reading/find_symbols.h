@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "base/raster.h"
-#include "calibration/axis_calibration.h"
+#include "calibration/axes_frame.h"
 #include "raster/picture_operation.h"
 #include "reading/read_curve.h"
 
@@ -39,8 +39,9 @@ struct SymbolFinding {
 
 /// Finds all symbols like the one that was clicked, of its colour: filled or open, on lines and on
 /// a grid, overlapping or partly hidden. The one that was clicked shows the shape, and the clear
-/// ones like it, in the middle, show it better; each is registered by least squares.
-SymbolFinding FindSymbols(const Raster& picture, const AxisCalibration& calibration,
+/// ones like it, in the middle, show it better; each is registered by least squares. The frame is
+/// ReadCurve's.
+SymbolFinding FindSymbols(const Raster& picture, const AxesFrame& frame,
                           const SymbolRequest& request, PictureOperation& operation);
 
 }  // namespace graphize

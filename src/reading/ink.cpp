@@ -137,15 +137,20 @@ std::vector<PictureInk> InksOf(const Raster& picture, const Paper& paper) {
     std::vector<float>& left = lengths[i];
     std::sort(left.begin(), left.end(), std::greater());
     // From the strongest down: what is weaker than half of it, and as even among itself, is drawn
-    // with another ink, such as a pale grid.
-    for (std::size_t first = 0; first < left.size();) {
-      const float strength = left[first + (left.size() - first) / 12];
-      std::size_t end = first;
-      while (end < left.size() && left[end] >= 0.45f * strength) ++end;
-      if (end - first >= std::max<std::size_t>(8, all / 400))
+    // with another ink, such as a pale grid. Few pixels are enough: a grid may have many more.
+    const std::size_t enough = std::max<std::size_t>(8, all / 800);
+    for (std::size_t first = 0; first + enough <= left.size();) {
+      std::size_t top = first;
+      while (top + enough < left.size() && left[top + enough - 1] < 0.85f * left[top]) ++top;
+      const float least = 0.45f * left[top];
+      std::size_t end = top;
+      while (end < left.size() && left[end] >= least) ++end;
+      const float usual = left[top + (end - top) / 12];
+      const float strength = usual >= 0.85f * left[top] ? usual : left[top + enough / 2];
+      if (end - top >= enough)
         inks.push_back({{directions[i], strength},
                         paper.Colour - strength * directions[i],
-                        static_cast<float>(end - first) / static_cast<float>(all)});
+                        static_cast<float>(end - top) / static_cast<float>(all)});
       first = std::max(end, first + 1);
     }
   }

@@ -4,6 +4,8 @@
 #include <array>
 #include <cmath>
 
+#include "reading/ink_pieces.h"
+
 namespace graphize {
 
 namespace {
@@ -199,6 +201,42 @@ std::vector<PlotLine> TakeOutLines(InkMap& map, const AxesFrame& frame, double x
     }
   }
   return found;
+}
+
+bool IsOnFrame(const InkMap& map, const std::vector<PlotLine>& lines, const AxesFrame& frame,
+               double x, double y, int reach) {
+  constexpr double kOn = 2, kBlur = 2.5;  // pixels; soft and compressed lines are wider than told
+  constexpr double kAside = 3;
+  constexpr int kLongestTick = 15;
+  const auto isOutermost = [&](const PlotLine& line) {
+    int least = line.Offset, most = line.Offset;
+    for (const PlotLine& other : lines)
+      if (other.IsLevel == line.IsLevel && other.Share >= kSolid) {
+        least = std::min(least, other.Offset);
+        most = std::max(most, other.Offset);
+      }
+    const auto isNear = [&](double at) { return std::fabs(line.Offset - at) <= kAside; };
+    return isNear(least) || isNear(most) || isNear(line.IsLevel ? frame.Top : frame.Left) ||
+           isNear(line.IsLevel ? frame.Bottom : frame.Right);
+  };
+  const auto across = [&](const PlotLine& line, double column, double row) {
+    return std::fabs((line.IsLevel ? frame.V(column, row) : frame.U(column, row)) - line.Offset);
+  };
+  const double u = frame.U(x, y), v = frame.V(x, y);
+  const auto isOn = [&](const PlotLine& line) {
+    const bool isBeside = line.IsLevel ? u >= frame.Left - kAside && u <= frame.Right + kAside
+                                       : v >= frame.Top - kAside && v <= frame.Bottom + kAside;
+    return line.Share >= kSolid && isBeside && across(line, x, y) <= kOn && isOutermost(line);
+  };
+  const auto line = std::find_if(lines.begin(), lines.end(), isOn);
+  if (line == lines.end()) return false;
+  const int cx = static_cast<int>(std::lround(x)), cy = static_cast<int>(std::lround(y));
+  for (int row = cy - reach; row <= cy + reach; ++row)
+    for (int column = cx - reach; column <= cx + reach; ++column)
+      if (map.Share(column, row) >= 0.3 && std::hypot(column - x, row - y) <= reach &&
+          across(*line, column, row) > kBlur && !PieceAt(map, {column, row}, kLongestTick))
+        return false;
+  return true;
 }
 
 }  // namespace graphize

@@ -22,4 +22,9 @@ struct PlotLine {
 std::vector<PlotLine> TakeOutLines(InkMap& map, const AxesFrame& frame, double x, double y,
                                    const PictureOperation& operation);
 
+/// Whether a place lies on an axis or a side of the frame, of the lines that were found, and the
+/// map has no ink beside that line within `reach` pixels.
+bool IsOnFrame(const InkMap& map, const std::vector<PlotLine>& lines, const AxesFrame& frame,
+               double x, double y, int reach);
+
 }  // namespace graphize

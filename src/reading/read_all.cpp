@@ -1,75 +1,60 @@
 #include "reading/read_all.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <map>
 #include <optional>
 
 #include "base/bit_map.h"
+#include "reading/ink_pieces.h"
 #include "reading/plot_lines.h"
+#include "reading/read_stroke.h"
+#include "reading/written.h"
 
 namespace graphize {
 
 namespace {
 
-constexpr double kLeastPart = 0.2;    // of the plot's width or height that a curve goes along
-constexpr int kMostTries = 14;        // of one ink
-constexpr double kSameCourse = 0.9;   // part of a curve that lies on others: it was read before
-constexpr double kMostOutside = 0.1;  // part of a curve outside the plot: else labels, a legend
+constexpr double kLeastPart = 0.2;     // of the plot's width or height that a curve goes along
+constexpr int kMostTries = 14;         // of one ink
+constexpr int kMostInVain = 6;         // one after the other
+constexpr double kLeastWidth = 0.4;    // of a stroke, pixels; less are the seams of other inks
+constexpr float kPale = 0.5f;          // part of the strongest ink: a grid, a seam of others
+constexpr double kSameCourse = 0.9;    // part of a curve that lies on others: it was read before
+constexpr double kMostOutside = 0.05;  // part of a curve outside the plot: else labels, a legend
 
-/// What hangs together of an ink.
-struct Piece {
-  int Left = 0, Right = 0, Top = 0, Bottom = 0;
-  PathPixel Start;  // on it, in its middle column
-
-  int Extent() const { return std::max(Right - Left, Bottom - Top); }
-};
-
-std::vector<Piece> PiecesOf(const InkMap& map) {
-  constexpr std::uint8_t kClear = InkMap::kFull * 2 / 5;
-  BitMap seen(map.Width, map.Height);
-  std::vector<Piece> pieces;
-  std::vector<PathPixel> rim, pixels;
-  for (int y = 0; y < map.Height; ++y)
-    for (int x = 0; x < map.Width; ++x) {
-      const auto take = [&](int u, int v) {
-        const std::uint8_t value = map.At(u, v);
-        if (value < kClear || value > InkMap::kFull || seen.Get(u, v)) return;
-        seen.Set(u, v);
-        rim.push_back({u, v});
-      };
-      take(x, y);
-      if (rim.empty()) continue;
-      Piece piece{x, x, y, y, {x, y}};
-      pixels.clear();
-      while (!rim.empty()) {
-        const PathPixel at = rim.back();
-        rim.pop_back();
-        pixels.push_back(at);
-        piece.Left = std::min(piece.Left, at.X);
-        piece.Right = std::max(piece.Right, at.X);
-        piece.Bottom = std::max(piece.Bottom, at.Y);
-        for (int v = -1; v <= 1; ++v)
-          for (int u = -1; u <= 1; ++u) take(at.X + u, at.Y + v);
-      }
-      const int middle = (piece.Left + piece.Right) / 2;
-      piece.Start = *std::min_element(pixels.begin(), pixels.end(), [&](PathPixel a, PathPixel b) {
-        const auto key = [&](PathPixel at) {
-          return std::pair(std::abs(at.X - middle), -static_cast<int>(map.At(at.X, at.Y)));
-        };
-        return key(a) < key(b);
-      });
-      pieces.push_back(piece);
-    }
-  return pieces;
-}
-
-/// Whether so little of it is seen that it is single symbols; of dotted curves it is a third.
+/// Whether what is seen are single symbols: little of the way, or spots that are no dots of a line,
+/// far from each other.
 bool IsScattered(const CurveReading& reading) {
-  const auto bridged = std::count_if(reading.Points.begin(), reading.Points.end(),
-                                     [](const CurvePoint& point) { return point.IsBridged; });
-  return 10 * bridged > 7 * static_cast<std::ptrdiff_t>(reading.Points.size());
+  std::vector<double> seen, gaps;
+  double length = 0, hidden = 0;
+  bool wasBridged = reading.Points.front().IsBridged;
+  double stretch = 0;
+  for (std::size_t i = 1; i <= reading.Points.size(); ++i) {
+    const bool isEnd = i == reading.Points.size();
+    if (!isEnd) {
+      const CurvePoint &a = reading.Points[i - 1], &b = reading.Points[i];
+      const double step = std::hypot(b.X - a.X, b.Y - a.Y);
+      stretch += step;
+      length += step;
+      if (wasBridged) hidden += step;
+      if (b.IsBridged == wasBridged) continue;
+    }
+    (wasBridged ? gaps : seen).push_back(stretch);
+    stretch = 0;
+    wasBridged = !wasBridged;
+  }
+  if (10 * hidden > 7 * length) return true;
+  if (gaps.size() < 4) return false;
+  const auto median = [](std::vector<double>& values) {
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+  };
+  constexpr double kLeastSymbol = 6;  // pixels
+  const double spot = median(seen), gap = median(gaps), wide = reading.Kind.Width;
+  if (wide >= kLeastSymbol && gap > 1.2 * wide && spot < 1.6 * wide) return true;
+  return 2 * hidden > length && gap > 4 * wide;
 }
 
 /// How much of a curve lies outside the plot, 0 to 1. Strokes that end on its frame reach a little
@@ -107,18 +92,35 @@ void Take(BitMap& taken, const CurveReading& reading, int reach) {
       }
 }
 
+/// Whether less than two thirds of it are seen.
+bool IsBroken(const CurveReading& reading) {
+  return 3 * std::ranges::count_if(reading.Points, &CurvePoint::IsBridged) >
+         std::ssize(reading.Points);
+}
+
+/// Whether most of it goes straight along the axes.
+bool IsOfGrid(const CurveReading& reading, const AxesFrame& frame) {
+  constexpr std::size_t kOver = 10;  // points
+  const auto& points = reading.Points;
+  std::size_t straight = 0;
+  for (std::size_t i = kOver; i < points.size(); ++i) {
+    const CurvePoint &a = points[i - kOver], &b = points[i];
+    const double du = std::fabs(frame.U(b.X, b.Y) - frame.U(a.X, a.Y)),
+                 dv = std::fabs(frame.V(b.X, b.Y) - frame.V(a.X, a.Y));
+    straight += std::min(du, dv) <= 0.05 * std::max(du, dv) ? 1 : 0;
+  }
+  return 10 * straight > 6 * points.size();
+}
+
 /// Where the samples of a legend lie: short level strokes that begin in one column, of different
-/// inks. A row for each ink, absent where it has none.
-std::vector<std::optional<int>> LegendRows(const std::vector<std::vector<Piece>>& pieces) {
-  const auto isSample = [](const Piece& piece) {
-    const int width = piece.Right - piece.Left + 1, height = piece.Bottom - piece.Top + 1;
-    return width >= 10 && width <= 90 && height <= 12 && width >= 3 * height;
-  };
+/// inks, or that have a word beside them. One for each ink, absent where it has none.
+std::vector<std::optional<InkPiece>> LegendSamples(const std::vector<std::vector<InkPiece>>& pieces,
+                                                   const PlotSurroundings& around) {
   std::map<int, std::size_t> inksAt;
   for (const auto& ofInk : pieces) {
     std::vector<int> columns;
-    for (const Piece& piece : ofInk)
-      if (isSample(piece))
+    for (const InkPiece& piece : ofInk)
+      if (IsSample(piece))
         for (int x = piece.Left - 1; x <= piece.Left + 1; ++x) columns.push_back(x);
     std::sort(columns.begin(), columns.end());
     columns.erase(std::unique(columns.begin(), columns.end()), columns.end());
@@ -127,19 +129,21 @@ std::vector<std::optional<int>> LegendRows(const std::vector<std::vector<Piece>>
   const auto best =
       std::max_element(inksAt.begin(), inksAt.end(),
                        [](const auto& a, const auto& b) { return a.second < b.second; });
-  std::vector<std::optional<int>> rows(pieces.size());
-  if (best == inksAt.end() || best->second < 2) return rows;
+  const bool hasColumn = best != inksAt.end() && best->second >= 2;
+  std::vector<std::optional<InkPiece>> samples(pieces.size());
   for (std::size_t i = 0; i < pieces.size(); ++i)
-    for (const Piece& piece : pieces[i])
-      if (!rows[i] && isSample(piece) && std::abs(piece.Left - best->first) <= 1)
-        rows[i] = piece.Top;
-  return rows;
+    for (const InkPiece& piece : pieces[i])
+      if (!samples[i] && IsSample(piece) &&
+          (hasColumn ? std::abs(piece.Left - best->first) <= 1 : !LabelOf(piece, around).empty()))
+        samples[i] = piece;
+  return samples;
 }
 
 }  // namespace
 
-PlotReading ReadAllCurves(const Raster& picture, const AxisCalibration& calibration,
-                          const std::vector<ReadingWall>& walls, PictureOperation& operation) {
+PlotReading ReadAllCurves(const Raster& picture, const AxesFrame& frame,
+                          const PlotSurroundings& around, const std::vector<ReadingWall>& walls,
+                          PictureOperation& operation) {
   PlotReading all;
   const auto stopped = [] {
     PlotReading none;
@@ -150,74 +154,89 @@ PlotReading ReadAllCurves(const Raster& picture, const AxisCalibration& calibrat
   const std::vector<Rgb> directions = InkDirections(picture, paper, &operation);
   if (operation.Stopped) return stopped();
   const std::vector<PictureInk> inks = InksOf(picture, paper);
-  const AxesFrame frame = FrameOf(calibration, picture.Width(), picture.Height());
   const double u = 0.5 * (frame.Left + frame.Right), v = 0.5 * (frame.Top + frame.Bottom);
-  const double middleX = u * frame.Cos - v * frame.Sin, middleY = u * frame.Sin + v * frame.Cos;
   // Axis points need not stand at the plot's ends, and may stand close together.
   const double wide = std::max(frame.Right - frame.Left, 0.5 * picture.Width()),
                high = std::max(frame.Bottom - frame.Top, 0.5 * picture.Height());
   const bool isSpanned = wide == frame.Right - frame.Left && high == frame.Bottom - frame.Top;
-  const auto isInside = [&](const Piece& piece) {
+  const auto isInside = [&](const InkPiece& piece) {
     return !isSpanned || (std::fabs(frame.U(piece.Start.X, piece.Start.Y) - u) <= 0.8 * wide &&
                           std::fabs(frame.V(piece.Start.X, piece.Start.Y) - v) <= 0.8 * high);
   };
-  std::vector<std::vector<Piece>> pieces;
+  float strongest = 0;
+  for (const PictureInk& ink : inks) strongest = std::max(strongest, ink.Of.Strength);
+  std::vector<std::vector<InkPiece>> pieces;
   std::vector<std::size_t> inkOf;  // each curve's
   BitMap courses(picture.Width(), picture.Height());
+  const double start = operation.To;
   for (std::size_t i = 0; i < inks.size() && !operation.Stopped; ++i) {
     const auto part = [&](double done) {
-      return (static_cast<double>(i) + done) / static_cast<double>(inks.size());
+      return start +
+             (1 - start) * (static_cast<double>(i) + done) / static_cast<double>(inks.size());
     };
     operation.From = part(0);
-    operation.To = part(0.3);
+    operation.To = part(0.5);
     InkMap map = MapOf(picture, paper, directions, inks[i].Of, 1, operation);
     if (operation.Stopped) break;
-    TakeOutLines(map, frame, middleX, middleY, operation);
-    std::vector<Piece>& ofInk = pieces.emplace_back(PiecesOf(map));
-    std::vector<Piece> starts = ofInk;
-    std::erase_if(starts, [&](const Piece& piece) { return !isInside(piece); });
+    DrawWalls(map, walls);
+    TakeOutLines(map, frame, frame.X(u, v), frame.Y(u, v), operation);
+    const InkBlends blends(picture, paper, directions, inks[i].Of);
+    std::vector<InkPiece>& ofInk = pieces.emplace_back(PiecesOf(map));
+    std::vector<InkPiece> starts = ofInk;
+    std::erase_if(starts, [&](const InkPiece& piece) {
+      if (NameOfWritten(map, piece, around).empty()) return piece.Extent() < 3 || !isInside(piece);
+      Wipe(map, piece);
+      return true;
+    });
     std::stable_sort(starts.begin(), starts.end(),
-                     [](const Piece& a, const Piece& b) { return a.Extent() > b.Extent(); });
+                     [](const InkPiece& a, const InkPiece& b) { return a.Extent() > b.Extent(); });
     BitMap taken(picture.Width(), picture.Height());
-    int tries = 0;
-    for (const Piece& piece : starts) {
+    int tries = 0, inVain = 0;
+    operation.From = part(0.5);
+    operation.To = part(1);
+    for (const InkPiece& piece : starts) {
       if (tries >= kMostTries || operation.Stopped) break;
-      if (piece.Extent() < 3 || taken.Get(piece.Start.X, piece.Start.Y)) continue;
-      operation.From = part(0.3 + 0.7 * tries / kMostTries);
-      operation.To = part(0.3 + 0.7 * (tries + 1) / kMostTries);
-      ++tries;
+      if (taken.Get(piece.Start.X, piece.Start.Y)) continue;
+      operation.Advance(static_cast<double>(tries++) / kMostTries);
       const ReadingRequest request{.X = static_cast<double>(piece.Start.X),
                                    .Y = static_cast<double>(piece.Start.Y),
                                    .Walls = walls};
-      CurveReading reading = ReadCurve(picture, calibration, request, operation);
-      reading.Map = {};
-      if (reading.IsStopped || reading.Points.empty() || IsScattered(reading) ||
+      CurveReading reading = ReadStroke(map, blends, piece.Start, request, operation);
+      inVain += reading.Kind.Width < kLeastWidth ? 3 : 1;
+      if (reading.IsStopped || inVain > kMostInVain) break;
+      if (reading.Points.empty() || reading.Kind.Width < kLeastWidth || IsScattered(reading) ||
           PartAmong(reading, taken) > 0.5)
         continue;
       if (isSpanned && PartOutside(reading, frame) > kMostOutside) continue;
       Take(taken, reading, 2 + static_cast<int>(std::ceil(0.5 * reading.Kind.Width)));
       // Compression makes several inks of one: the same stroke is read once.
       if (PartAmong(reading, courses) > kSameCourse) continue;
-      const auto [left, right] =
-          std::minmax_element(reading.Points.begin(), reading.Points.end(),
-                              [](const CurvePoint& a, const CurvePoint& b) { return a.X < b.X; });
-      const auto [top, bottom] =
-          std::minmax_element(reading.Points.begin(), reading.Points.end(),
-                              [](const CurvePoint& a, const CurvePoint& b) { return a.Y < b.Y; });
-      if (right->X - left->X < kLeastPart * wide && bottom->Y - top->Y < kLeastPart * high)
+      const InkPiece whole = BoxOf(reading.Points);
+      if (whole.Width() < kLeastPart * wide && whole.Height() < kLeastPart * high) continue;
+      if (IsSample(whole) && !LabelOf(whole, around).empty()) {
+        ofInk.push_back(whole);  // dashed or dotted
         continue;
+      }
+      if (inks[i].Of.Strength < kPale * strongest &&
+          (IsBroken(reading) || IsOfGrid(reading, frame)))
+        continue;
+      inVain = 0;
       Take(courses, reading, 1);
-      all.Curves.push_back({inks[i].Colour, request.X, request.Y, std::move(reading)});
+      all.Curves.push_back({inks[i].Colour, request.X, request.Y, {}, std::move(reading)});
       inkOf.push_back(i);
     }
   }
   if (operation.Stopped) return stopped();
   // By the legend; what is not in it comes behind, from the top.
-  const std::vector<std::optional<int>> rows = LegendRows(pieces);
+  const std::vector<std::optional<InkPiece>> samples = LegendSamples(pieces, around);
   std::vector<std::pair<std::pair<int, double>, std::size_t>> order;
   for (std::size_t i = 0; i < all.Curves.size(); ++i) {
-    const int row = rows[inkOf[i]].value_or(picture.Height());
-    order.push_back({{row, all.Curves[i].Reading.Points.front().Y}, i});
+    const auto& sample = samples[inkOf[i]];
+    order.push_back(
+        {{sample ? sample->Top : picture.Height(), all.Curves[i].Reading.Points.front().Y}, i});
+    // Which of two curves of one ink is meant, it does not say.
+    if (sample && std::ranges::count(inkOf, inkOf[i]) == 1)
+      all.Curves[i].Label = LabelOf(*sample, around);
   }
   std::sort(order.begin(), order.end());
   std::vector<PlotCurve> sorted;

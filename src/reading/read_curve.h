@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "base/raster.h"
-#include "calibration/axis_calibration.h"
+#include "calibration/plot_surroundings.h"
 #include "raster/picture_operation.h"
 #include "reading/ink_map.h"
 #include "reading/stroke_fit.h"
@@ -29,6 +29,7 @@ struct ReadingRequest {
 struct CurveReading {
   std::vector<CurvePoint> Points;  // along the curve, from its left end
   StrokeKind Kind;
+  PathPixel Start;                  // where it was begun
   std::string Refusal;              // why there is nothing, in one sentence
   std::vector<std::string> Doubts;  // what could not be read safely, a sentence each
   std::vector<PathPixel> Missed;    // of ReadingRequest::Through, where it was not found
@@ -39,9 +40,11 @@ struct CurveReading {
 /// Reads the curve of any colour that was clicked, as antialiased, compressed or hard as it may be:
 /// its ink is told from the paper and from other inks, grid lines and the frame are left out, and
 /// the stroke is followed to both sides to its ends, within reach of every place that it is said to
-/// go through. One point per column, or per row where the curve is steep. The calibration, when it
-/// is complete, says how the plot is turned.
-CurveReading ReadCurve(const Raster& picture, const AxisCalibration& calibration,
-                       const ReadingRequest& request, PictureOperation& operation);
+/// go through. One point per column, or per row where the curve is steep. The frame is the axes',
+/// without axes the one that is drawn, or else the whole picture. Words, a legend's samples and its
+/// frame are refused, as far as they are known.
+CurveReading ReadCurve(const Raster& picture, const AxesFrame& frame,
+                       const PlotSurroundings& around, const ReadingRequest& request,
+                       PictureOperation& operation);
 
 }  // namespace graphize

@@ -286,7 +286,9 @@ std::vector<StrokeSample> SamplesOf(const InkMap& map, const std::vector<PathPix
       Cut cut = CutAlong(line, most);
       const int from = steep ? middle.X : middle.Y;
       sample.Middle = from;
-      const double blur = kind.IsHard ? 0.6 : 0.9, whole = kind.IsHard ? 0.5 : 0.75;
+      // A hard line of one pixel has two where it steps.
+      const double blur = kind.IsHard ? std::max(0.6, 2.35 - 1.3 * chord) : 0.9;
+      const double whole = kind.IsHard ? 0.5 : 0.75;
       bool isWhole = !cut.MeetsHidden;
       if (cut.MeetsHidden && blends) {
         const Cut blended = CutAlong(Line(map, middle, steep, blends), most);

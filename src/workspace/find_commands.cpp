@@ -6,10 +6,15 @@
 #include <vector>
 
 #include "base/translation.h"
+#include "finding_axes/find_surroundings.h"
+#include "finding_axes/read_labels.h"
+#include "reading/read_stroke.h"
 #include "tracing/extraction_context.h"
 #include "workspace/curve_commands.h"
+#include "workspace/curve_surroundings.h"
 #include "workspace/extraction_commands.h"
 #include "workspace/picture_reading.h"
+#include "workspace/preview_commands.h"
 #include "workspace/reading_commands.h"
 
 namespace graphize {
@@ -33,6 +38,18 @@ std::vector<ReadPlace> PlacesOf(const std::vector<FoundSymbol>& symbols) {
   return places;
 }
 
+/// The symbols that are shown, where they are the step's; none else.
+const SymbolFinding* ShownSymbols(Workspace& ws, const SymbolsStep& step) {
+  if (!ws.reading.Symbols) return nullptr;
+  const SymbolPreview& shown = *ws.reading.Symbols;
+  const bool isIt =
+      static_cast<float>(shown.Click.X) == step.X && static_cast<float>(shown.Click.Y) == step.Y &&
+      shown.Centre == step.Centre &&
+      static_cast<float>(shown.Tolerance) / ReadingControl::kAsFound == step.Tolerance &&
+      shown.From == ReadFromNow(ws);
+  return isIt ? &shown.Finding : nullptr;
+}
+
 }  // namespace
 
 std::optional<Outcome> SymbolsRefused(const Workspace& ws, const SymbolsStep& step) {
@@ -44,15 +61,35 @@ std::optional<Outcome> SymbolsRefused(const Workspace& ws, const SymbolsStep& st
 }
 
 SymbolFinding SymbolsAt(Workspace& ws, const Desktop& desktop, const SymbolsStep& step) {
+  if (const SymbolFinding* shown = ShownSymbols(ws, step)) return *shown;
   const SymbolRequest request{.X = step.X,
                               .Y = step.Y,
                               .Centre = step.Centre,
                               .Tolerance = step.Tolerance,
                               .Walls = WallsOf(ws.blockers)};
-  return ReadBeside(ws, desktop, Marked("Looking for symbols..."),
-                    [&](PictureOperation& operation) {
-                      return FindSymbols(ws.plot.Pixels, ws.calibration, request, operation);
-                    });
+  PlotSurroundings around;
+  AxesFrame frame;
+  SymbolFinding finding =
+      ReadBeside(ws, desktop, Marked("Looking for symbols..."), [&](PictureOperation& operation) {
+        operation.To = 0.1;
+        around = FindSurroundings(ws.plot.Pixels, operation);
+        operation.From = 0.1;
+        frame = ReadingFrame(ws.calibration, ws.plot.Pixels, around, step.X, step.Y);
+        return FindSymbols(ws.plot.Pixels, frame, request, operation);
+      });
+  if (finding.Symbols.empty()) return finding;
+  const std::string place = PlaceText(step.X, step.Y);
+  // A legend beside the plot shows what is in it.
+  const bool isInside = std::ranges::any_of(finding.Symbols, [&](const FoundSymbol& symbol) {
+    const double u = frame.U(symbol.X, symbol.Y), v = frame.V(symbol.X, symbol.Y);
+    return u > frame.Left && u < frame.Right && v > frame.Top && v < frame.Bottom;
+  });
+  if (!isInside && IsBeyondFrame(ws.plot, ws.calibration, around, step.X, step.Y))
+    finding.Refusal = Tr("%1,%2 lies outside the axes", std::lround(step.X), std::lround(step.Y));
+  else if (const std::string written = WrittenAt(finding, around); !written.empty())
+    finding.Refusal = Tr("at %1 there is %2", place, written);
+  if (!finding.Refusal.empty()) finding.Symbols.clear();
+  return finding;
 }
 
 std::string HowSure(const SymbolFinding& finding) {
@@ -90,14 +127,49 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const SymbolsStep& step) {
   return {.Points = static_cast<int>(taken.size()), .Remark = sure};
 }
 
+std::vector<std::string> NamesFor(Workspace& ws, const Desktop& desktop,
+                                  const std::vector<PlotCurve>& curves) {
+  std::vector<std::vector<TextBox>> labels;
+  for (const PlotCurve& curve : curves) labels.push_back(curve.Label);
+  const std::vector<std::string> written =
+      ReadBeside(ws, desktop, Marked("Reading the legend..."), [&](PictureOperation& operation) {
+        const AxesFrame turn = FindSurroundings(ws.plot.Pixels, operation).Turn;
+        return ReadLabels(ws.plot.Pixels, turn, labels, operation);
+      });
+  CurveList list = ws.curves;
+  std::vector<std::string> names;
+  const bool isEmpty = ws.store.CaptureCount == 0 && ws.store.ListCount == 0;
+  for (const std::string& label : written) {
+    const bool isActive = names.empty() && isEmpty;
+    std::string name = CurveNameOf(label);
+    if (!CurveNameFault(list, name, isActive ? list.Active : -1).empty())
+      name = isActive ? ActiveCurve(list).Name : FreeCurveName(list);
+    if (isActive)
+      ActiveCurve(list).Name = name;
+    else
+      list.Curves.push_back({.Name = name});
+    names.push_back(std::move(name));
+  }
+  return names;
+}
+
 std::optional<Outcome> ReadAllRefused(const Workspace& ws) {
   return ReadingRefused(ws);
 }
 
 PlotReading ReadAllAt(Workspace& ws, const Desktop& desktop) {
+  if (ws.form == Form::ReadAll && ws.readAll.From == ReadFromNow(ws)) {
+    PlotReading shown;
+    for (const ReadAllForm::Item& item : ws.readAll.Items) shown.Curves.push_back(item.Curve);
+    return shown;
+  }
   const std::vector<ReadingWall> walls = WallsOf(ws.blockers);
   return ReadBeside(ws, desktop, Marked("Reading all curves..."), [&](PictureOperation& operation) {
-    return ReadAllCurves(ws.plot.Pixels, ws.calibration, walls, operation);
+    operation.To = 0.1;
+    const PlotSurroundings around = FindSurroundings(ws.plot.Pixels, operation);
+    const AxesFrame frame = ReadingFrame(ws.calibration, ws.plot.Pixels, around,
+                                         0.5 * ws.plot.Width(), 0.5 * ws.plot.Height());
+    return ReadAllCurves(ws.plot.Pixels, frame, around, walls, operation);
   });
 }
 
@@ -114,8 +186,8 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const ReadAllStep& step) {
   }
   std::vector<ReadAllStep::Curve> taken = step.Taken;
   if (taken.empty())
-    for (std::size_t i = 0; i < reading.Curves.size(); ++i)
-      taken.push_back({static_cast<int>(i + 1), ""});
+    for (const std::string& name : NamesFor(ws, desktop, reading.Curves))
+      taken.push_back({static_cast<int>(taken.size() + 1), name});
   // Everything is checked first: a step that is refused changes nothing.
   const bool isEmpty = ws.store.CaptureCount == 0 && ws.store.ListCount == 0;
   std::vector<std::string> names;

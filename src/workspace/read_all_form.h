@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "reading/read_all.h"
+#include "workspace/reading_preview.h"
 
 namespace graphize {
 
@@ -18,6 +19,7 @@ struct ReadAllForm {
   std::vector<Item> Items;  // a row each of LST_Curves, in the order of ReadAllStep's numbers
   int Current = -1;         // the row that is looked at
   std::string Hint;         // LBL_Hint
+  ReadFrom From;
 };
 
 }  // namespace graphize

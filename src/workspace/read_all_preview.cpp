@@ -12,23 +12,6 @@
 
 namespace graphize {
 
-namespace {
-
-/// Names that no curve has; the first is the active curve's own while that is empty.
-std::vector<std::string> NamesFor(const Workspace& ws, std::size_t count) {
-  CurveList list = ws.curves;
-  std::vector<std::string> names;
-  if (ws.store.CaptureCount == 0 && ws.store.ListCount == 0)
-    names.push_back(ActiveCurve(list).Name);
-  while (names.size() < count) {
-    names.push_back(FreeCurveName(list));
-    list.Curves.push_back({.Name = names.back()});
-  }
-  return names;
-}
-
-}  // namespace
-
 bool CanReadAll(const Workspace& ws) {
   return ws.plot.IsPresent();
 }
@@ -42,8 +25,9 @@ void ShowReadAll(Workspace& ws, const Desktop& desktop) {
   }
   if (found.Curves.empty())
     return Tell(desktop, Tr("No curves were found"), MessageIcon::Exclamation);
-  ws.readAll = {.Hint = Tr("The ticked curves are drawn over the picture.") + NoteOnAxes(ws)};
-  const std::vector<std::string> names = NamesFor(ws, found.Curves.size());
+  ws.readAll = {.Hint = Tr("The ticked curves are drawn over the picture.") + NoteOnAxes(ws),
+                .From = ReadFromNow(ws)};
+  const std::vector<std::string> names = NamesFor(ws, desktop, found.Curves);
   for (std::size_t i = 0; i < found.Curves.size(); ++i) {
     std::string sure = HowSure(found.Curves[i].Reading);
     ws.readAll.Items.push_back(

@@ -8,12 +8,12 @@
 
 #include "base/numbers.h"
 #include "base/translation.h"
-#include "calibration/axes_frame.h"
+#include "finding_axes/find_surroundings.h"
 #include "tracing/extraction_context.h"
-#include "tracing/ink_sight.h"
-#include "tracing/plot_box.h"
+#include "workspace/curve_surroundings.h"
 #include "workspace/extraction_commands.h"
 #include "workspace/picture_reading.h"
+#include "workspace/preview_commands.h"
 
 namespace graphize {
 
@@ -23,29 +23,6 @@ std::string Hundredths(double pixels) {
   const long hundredths = std::lround(100 * pixels);
   return std::to_string(hundredths / 100) + (hundredths % 100 < 10 ? ".0" : ".") +
          std::to_string(hundredths % 100);
-}
-
-/// Whether the place lies beyond a side of the plot that is drawn; where none is drawn, the plot
-/// may go on behind the axis points.
-bool IsBeyondFrame(Workspace& ws, double x, double y) {
-  constexpr double kBeside = 3;  // pixels
-  if (!ws.calibration.IsComplete()) return false;
-  const BasePictureShown base(ws.plot);
-  const int width = ws.plot.Width(), height = ws.plot.Height();
-  const AxesFrame axes = FrameOf(ws.calibration, width, height);
-  const double u = axes.U(x, y), v = axes.V(x, y);
-  const auto isOutside = [&](double at, double first, double last) {
-    return at < first - kBeside || at > last + kBeside;
-  };
-  if (!isOutside(u, axes.Left, axes.Right) && !isOutside(v, axes.Top, axes.Bottom)) return false;
-  InkSight sight(ws.plot.Pixels);
-  const auto isInk = [&](int column, int row) { return sight.IsInk(column, row); };
-  const PlotFrame frame = FindPlotFrame(isInk, width, height, ws.calibration);
-  const AxesFrame &inner = frame.Inner, &outer = frame.Outer;
-  return (outer.Left < inner.Left && u < std::min(outer.Left, axes.Left) - kBeside) ||
-         (outer.Right > inner.Right && u > std::max(outer.Right, axes.Right) + kBeside) ||
-         (outer.Top < inner.Top && v < std::min(outer.Top, axes.Top) - kBeside) ||
-         (outer.Bottom > inner.Bottom && v > std::max(outer.Bottom, axes.Bottom) + kBeside);
 }
 
 }  // namespace
@@ -94,19 +71,49 @@ std::vector<ReadPlace> PlacesOf(const std::vector<CurvePoint>& points) {
   return places;
 }
 
-CurveReading ReadAt(Workspace& ws, const Desktop& desktop, const ReadStep& step) {
+namespace {
+
+/// The reading that is shown, where it is the step's.
+std::optional<CurveReading> ShownReading(Workspace& ws, const ReadStep& step) {
+  if (!ws.reading.Curve) return std::nullopt;
+  const CurvePreview& shown = *ws.reading.Curve;
+  const PlotPixel& first = shown.Clicks.front();
+  const auto isSame = [](const PlotPixel& a, const PlotPixel& b) {
+    return a.X == b.X && a.Y == b.Y;
+  };
+  const bool isIt =
+      static_cast<float>(first.X) == step.X && static_cast<float>(first.Y) == step.Y &&
+      std::equal(shown.Clicks.begin() + 1, shown.Clicks.end(), step.Through.begin(),
+                 step.Through.end(), isSame) &&
+      static_cast<float>(shown.Tolerance) / ReadingControl::kAsFound == step.Tolerance &&
+      shown.From == ReadFromNow(ws);
+  return isIt ? std::optional(shown.Reading) : std::nullopt;
+}
+
+CurveReading ReadOffPicture(Workspace& ws, const Desktop& desktop, const ReadStep& step) {
   ReadingRequest request{.X = step.X, .Y = step.Y, .Tolerance = step.Tolerance};
   for (const PlotPixel& at : step.Through) request.Through.push_back({at.X, at.Y});
   request.Walls = WallsOf(ws.blockers);
+  PlotSurroundings around;
   CurveReading reading =
       ReadBeside(ws, desktop, Marked("Reading the curve..."), [&](PictureOperation& operation) {
-        return ReadCurve(ws.plot.Pixels, ws.calibration, request, operation);
+        operation.To = 0.2;
+        around = FindSurroundings(ws.plot.Pixels, operation);
+        operation.From = operation.To;
+        const AxesFrame frame =
+            ReadingFrame(ws.calibration, ws.plot.Pixels, around, step.X, step.Y);
+        return ReadCurve(ws.plot.Pixels, frame, around, request, operation);
       });
   // What is read there would be the frame, a number of the axis or a title.
-  if (!reading.Points.empty() && IsBeyondFrame(ws, step.X, step.Y)) {
+  if (!reading.Points.empty() && IsBeyondFrame(ws.plot, ws.calibration, around, step.X, step.Y)) {
     reading.Points.clear();
     reading.Refusal = Tr("%1,%2 lies outside the axes", ShortestText(step.X), ShortestText(step.Y));
   }
+  return reading;
+}
+
+/// Leaves the points of the step's density.
+CurveReading ThinnedTo(const ReadStep& step, const Workspace& ws, CurveReading reading) {
   std::vector<float> without;
   reading.Points =
       Thinned(std::move(reading.Points), step.Density, ws.calibration, ws.plot.Height(), &without);
@@ -115,6 +122,12 @@ CurveReading ReadAt(Workspace& ws, const Desktop& desktop, const ReadStep& step)
   if (!reading.IsStopped && reading.Refusal.empty() && reading.Points.empty())
     reading.Refusal = Tr("the curve has no point there");
   return reading;
+}
+
+}  // namespace
+
+CurveReading ReadAt(Workspace& ws, const Desktop& desktop, const ReadStep& step) {
+  return ThinnedTo(step, ws, ReadOffPicture(ws, desktop, step));
 }
 
 std::optional<Outcome> ReadingRefused(const Workspace& ws, const ReadStep& step) {
@@ -130,7 +143,9 @@ std::optional<Outcome> ReadingRefused(const Workspace& ws, const ReadStep& step)
 
 Outcome Run(Workspace& ws, const Desktop& desktop, const ReadStep& step) {
   if (auto refused = ReadingRefused(ws, step)) return *refused;
-  const CurveReading reading = ReadAt(ws, desktop, step);
+  std::optional<CurveReading> shown = ShownReading(ws, step);
+  const CurveReading reading =
+      shown ? ThinnedTo(step, ws, std::move(*shown)) : ReadAt(ws, desktop, step);
   if (reading.IsStopped) {
     ws.status.Status = Tr("Stopped: nothing was read");
     return Nothing("it was stopped");

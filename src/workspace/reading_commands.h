@@ -32,8 +32,8 @@ std::string HowSure(const CurveReading& reading);
 std::string NoPointAt(const std::vector<float>& xs);
 
 /// Reads the curve at a picture position, off the picture without marks and with the blockers for
-/// walls, and captures its points. Refused with what was found there where that is no curve; Escape
-/// captures nothing.
+/// walls, and captures its points; the reading that is shown (CurvePreview) is taken as it is.
+/// Refused with what was found there where that is no curve; Escape captures nothing.
 Outcome Run(Workspace& ws, const Desktop& desktop, const ReadStep& step);
 
 }  // namespace graphize

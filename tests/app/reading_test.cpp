@@ -8,7 +8,10 @@
 #include <QTableWidget>
 
 #include "app/window_driver.h"
+#include "support/colour_plot.h"
 #include "support/true_data.h"
+#include "workspace/preview_commands.h"
+#include "workspace/symbol_preview.h"
 
 namespace graphize::test {
 namespace {
@@ -103,6 +106,90 @@ TEST_F(ReadingWindow, AClickShowsTheCurveThatReturnTakesAndEscapeLeaves) {
   EXPECT_TRUE(CanAccept());
   ClickTool("graphize");
   EXPECT_FALSE(State().reading.Curve) << "another mode drops it";
+}
+
+TEST_F(ReadingWindow, WhatIsNoCurveIsNamedAndNothingIsShown) {
+  Start();
+  OpenTemperatures();
+  struct Case {
+    int X, Y;
+    const char *Curve, *Symbols;
+  };
+  for (const bool hasAxes : {false, true}) {
+    if (hasAxes) CalibrateTemperatures();
+    for (const Case& test : {Case{145, 65, "a word", "a word"},
+                             {105, 65, "a sample of the legend", ""},
+                             {69, 300, "the frame", "the frame"},
+                             {400, 17, "", ""},
+                             {450, 255, "only paper", "only paper"}}) {
+      SCOPED_TRACE(testing::Message() << test.X << "," << test.Y << " axes " << hasAxes);
+      for (const bool isCurve : {true, false}) {
+        Key(isCurve ? "ctrl+6" : "ctrl+7");
+        ClickPlot(test.X, test.Y);
+        EXPECT_TRUE(Reading().startsWith("No ")) << Reading().toStdString();
+        EXPECT_TRUE(Reading().contains(QLatin1String(isCurve ? test.Curve : test.Symbols)))
+            << Reading().toStdString();
+        EXPECT_FALSE(CanAccept());
+      }
+    }
+  }
+}
+
+TEST_F(ReadingWindow, EscapeStopsASearchAndLeavesWhatWasShown) {
+  Start();
+  // A page of noise, which takes its time.
+  Raster page = Raster::Filled(3000, 3000, kWhitePixel);
+  std::uint32_t random = 7;
+  for (std::size_t i = 0; i < page.PixelCount(); ++i) {
+    random = random * 1664525u + 1013904223u;
+    if ((random >> 24) < 90) page.Pixels()[i] = kBlackPixel;
+  }
+  QImage(reinterpret_cast<const uchar*>(page.Pixels()), 3000, 3000, QImage::Format_RGB32)
+      .save(QString::fromStdString((Folder() / "noise.png").string()));
+  OnFileDialog(Folder() / "noise.png");
+  ClickTool("open");
+  Until([this] { return State().plot.IsPresent(); }, "the picture is open");
+  Settle();
+  for (const char* mode : {"ctrl+6", "ctrl+7"}) {
+    Key(mode);
+    Xdo({"keydown", "Escape"});
+    ClickPlot(300, 300);
+    Xdo({"keyup", "Escape"});
+    EXPECT_TRUE(Reading().startsWith("Stopped: nothing was ")) << Reading().toStdString();
+    EXPECT_FALSE(HasReading(State()));
+  }
+}
+
+TEST_F(ReadingWindow, DoubtfulSymbolsAreSteppedThroughInTurn) {
+  Start();
+  ColourPlot drawn;
+  const std::vector<PixelPosition> centres = {{70, 60},   {110, 200}, {150, 120}, {190, 80},
+                                              {230, 160}, {270, 60},  {310, 220}};
+  drawn.Symbols(centres, {Symbol::Disc, 12}, kBlackPixel);
+  PlotDrawing cover = drawn.Layer();
+  for (const int i : {1, 4}) cover.Disc({centres[i].X + 5, centres[i].Y + 1}, 9);
+  drawn.Put(cover, 0xffd62728);
+  QImage(reinterpret_cast<const uchar*>(drawn.Picture.Pixels()), 400, 300, QImage::Format_RGB32)
+      .save(QString::fromStdString((Folder() / "discs.png").string()));
+  OnFileDialog(Folder() / "discs.png");
+  OnMessage("reduce colors", QMessageBox::No);
+  ClickTool("open");
+  Until([this] { return State().plot.IsPresent(); }, "the picture is open");
+  Settle();
+  Key("ctrl+7");
+  ClickPlot(70, 60);
+  ASSERT_TRUE(State().reading.Symbols) << Reading().toStdString();
+  EXPECT_TRUE(Reading().contains("2 of them doubtful")) << Reading().toStdString();
+  const auto current = [this] { return static_cast<int>(std::lround(CurrentSymbol(State())->X)); };
+  std::vector<int> seen;
+  for (int i = 0; i < 3; ++i) {
+    ClickControl(Find<QWidget>("BTN_NextDoubtful"));
+    seen.push_back(current());
+    EXPECT_TRUE(Reading().contains("The framed one, kept: ")) << Reading().toStdString();
+  }
+  EXPECT_NEAR(seen[0], 110, 3);
+  EXPECT_NEAR(seen[1], 230, 3);
+  EXPECT_EQ(seen[2], seen[0]) << "and round again";
 }
 
 TEST_F(ReadingWindow, DensityToleranceAndBlockersChangeWhatIsShown) {

@@ -41,7 +41,10 @@ SymbolFinding Find(const ColourPlot& plot, PixelPosition at, const SymbolRequest
   asked.X = std::round(at.X + 1);
   asked.Y = std::round(at.Y - 1);
   PictureOperation operation;
-  return FindSymbols(plot.Picture, plot.Layer().Calibration(), asked, operation);
+  return FindSymbols(
+      plot.Picture,
+      FrameOf(plot.Layer().Calibration(), plot.Picture.Width(), plot.Picture.Height()), asked,
+      operation);
 }
 
 TEST(FindSymbols, FindsTheCentresOfAllOfOneKindWhateverIsDrawnWithThem) {
@@ -226,7 +229,8 @@ TEST(ReadAllCurves, ReadsEveryInkOfThePlotInTheOrderOfItsLegend) {
     row += 14;
   }
   PictureOperation operation;
-  const PlotReading all = ReadAllCurves(plot.Picture, plot.Layer().Calibration(), {}, operation);
+  const PlotReading all =
+      ReadAllCurves(plot.Picture, FrameOf(plot.Layer().Calibration(), 400, 300), {}, {}, operation);
   std::vector<std::uint32_t> inks;
   for (const PlotCurve& curve : all.Curves) {
     EXPECT_GT(curve.Reading.Points.size(), 250u);
@@ -257,22 +261,23 @@ TEST(Reading, AnyPictureIsSearchedWithoutHarm) {
     AxisCalibration axes;
     if (i % 2 == 0)
       axes = test::PlotDrawing(width, height, 2, 2, width - 2, height - 2).Calibration();
+    const AxesFrame frame = FrameOf(axes, width, height);
     PictureOperation operation;
     const double x = next(static_cast<std::uint32_t>(width)),
                  y = next(static_cast<std::uint32_t>(height));
-    const SymbolFinding finding = FindSymbols(picture, axes, {.X = x, .Y = y}, operation);
+    const SymbolFinding finding = FindSymbols(picture, frame, {.X = x, .Y = y}, operation);
     EXPECT_NE(finding.Symbols.empty(), finding.Refusal.empty());
     for (const FoundSymbol& symbol : finding.Symbols) {
       EXPECT_TRUE(std::isfinite(symbol.X + symbol.Y + symbol.Sigma));
     }
     InkAlone(picture, picture.Row(0)[0], 1, operation);
-    ReadAllCurves(picture, axes, {}, operation);
+    ReadAllCurves(picture, frame, {}, {}, operation);
   }
   PictureOperation stopped;
   stopped.Stopped = true;
   const Raster picture = Raster::Filled(50, 50, kWhitePixel);
   EXPECT_TRUE(FindSymbols(picture, {}, {.X = 5, .Y = 5}, stopped).IsStopped);
-  EXPECT_TRUE(ReadAllCurves(picture, {}, {}, stopped).IsStopped);
+  EXPECT_TRUE(ReadAllCurves(picture, {}, {}, {}, stopped).IsStopped);
 }
 
 }  // namespace

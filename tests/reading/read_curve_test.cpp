@@ -66,7 +66,8 @@ struct Plot {
     PictureOperation operation;
     request.X = std::round(at.X);
     request.Y = std::round(at.Y);
-    return ReadCurve(Picture, Layer().Calibration(), request, operation);
+    return ReadCurve(Picture, FrameOf(Layer().Calibration(), kWidth, kHeight), {}, request,
+                     operation);
   }
 
   Raster Picture;
@@ -301,6 +302,7 @@ TEST(ReadCurve, MakesSenseOfRandomPictures) {
     const int width = picture.Width(), height = picture.Height();
     AxisCalibration axes = test::PixelCalibration();
     if (plot.Pick(2) == 0) axes = {};
+    const AxesFrame frame = FrameOf(axes, width, height);
     // Also a little outside.
     ReadingRequest request{.X = 1.0 * plot.Pick(width + 8) - 4,
                            .Y = 1.0 * plot.Pick(height + 8) - 4,
@@ -313,7 +315,7 @@ TEST(ReadCurve, MakesSenseOfRandomPictures) {
       return x > -8 && x < width + 8 && y > -8 && y < height + 8;
     };
     PictureOperation operation;
-    const CurveReading reading = ReadCurve(picture, axes, request, operation);
+    const CurveReading reading = ReadCurve(picture, frame, {}, request, operation);
     EXPECT_NE(reading.Refusal.empty(), reading.Points.empty());
     for (const CurvePoint& point : reading.Points) {
       EXPECT_TRUE(isNear(point.X, point.Y)) << point.X << ", " << point.Y;
@@ -321,12 +323,13 @@ TEST(ReadCurve, MakesSenseOfRandomPictures) {
       EXPECT_NEAR(std::hypot(point.AcrossX, point.AcrossY), 1, 1e-9);
     }
     const SymbolFinding finding = FindSymbols(
-        picture, axes, {.X = request.X, .Y = request.Y, .Walls = request.Walls}, operation);
+        picture, frame, {.X = request.X, .Y = request.Y, .Walls = request.Walls}, operation);
     EXPECT_NE(finding.Refusal.empty(), finding.Symbols.empty());
     for (const FoundSymbol& symbol : finding.Symbols)
       EXPECT_TRUE(isNear(symbol.X, symbol.Y) && symbol.Sigma > 0);
     if (round % 5 != 0) continue;
-    for (const PlotCurve& curve : ReadAllCurves(picture, axes, request.Walls, operation).Curves)
+    for (const PlotCurve& curve :
+         ReadAllCurves(picture, frame, {}, request.Walls, operation).Curves)
       EXPECT_FALSE(curve.Reading.Points.empty());
   }
 }
@@ -365,8 +368,9 @@ TEST(ReadCurve, ReadsNothingWhenItIsStopped) {
   const auto course = plot.Curve(Wave, {.Thickness = 2}, kBlackPixel);
   PictureOperation operation;
   operation.Stopped = true;
-  const CurveReading reading = ReadCurve(plot.Picture, plot.Layer().Calibration(),
-                                         {course[100].X, course[100].Y}, operation);
+  const CurveReading reading =
+      ReadCurve(plot.Picture, FrameOf(plot.Layer().Calibration(), kWidth, kHeight), {},
+                {course[100].X, course[100].Y}, operation);
   EXPECT_TRUE(reading.IsStopped);
   EXPECT_TRUE(reading.Points.empty());
 }

@@ -190,8 +190,10 @@ TEST_F(ReadingTest, WhatIsShownIsTakenAsItWasReadAndGoesWithWhatItWasReadFrom) {
   SetTolerance(ws, 60);  // and it is not read again yet
   const std::size_t points = ws.reading.Curve->Points.size();
   EXPECT_LT(points, 10u);
+  desktop.EscapeHeld = [] { return true; };
   TakeReading(ws, desktop);
-  EXPECT_EQ(ws.store.CaptureCount, static_cast<int>(points));
+  EXPECT_EQ(ws.store.CaptureCount, static_cast<int>(points)) << "without reading it again";
+  desktop.EscapeHeld = [] { return false; };
   EXPECT_FALSE(HasReading(ws));
   const auto* step = std::get_if<ReadStep>(&ws.recipe.Steps.back());
   ASSERT_NE(step, nullptr);

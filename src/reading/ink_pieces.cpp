@@ -1,0 +1,139 @@
+#include "reading/ink_pieces.h"
+
+#include <array>
+#include <cmath>
+#include <cstdlib>
+#include <tuple>
+
+#include "base/bit_map.h"
+
+namespace graphize {
+
+namespace {
+
+constexpr std::uint8_t kClear = InkMap::kFull * 2 / 5;
+
+bool IsClear(const InkMap& map, int x, int y) {
+  const std::uint8_t value = map.At(x, y);
+  return value >= kClear && value <= InkMap::kFull;
+}
+
+/// How many strokes leave a place: stretches of ink on the square about it, 9 pixels to each side.
+int StrokesFrom(const InkMap& map, PathPixel at) {
+  constexpr int kAside = 9;
+  int strokes = 0;
+  bool wasInk = IsClear(map, at.X - kAside, at.Y - kAside + 1);
+  PathPixel corner{at.X - kAside, at.Y - kAside};
+  for (const auto& [dx, dy] : {std::pair(1, 0), {0, 1}, {-1, 0}, {0, -1}})
+    for (int i = 0; i < 2 * kAside; ++i, corner.X += dx, corner.Y += dy) {
+      const bool isInk = IsClear(map, corner.X, corner.Y);
+      strokes += isInk && !wasInk ? 1 : 0;
+      wasInk = isInk;
+    }
+  return strokes;
+}
+
+/// Of the piece's pixels, from the one with most ink near its middle column outward, the first
+/// where one stroke goes through.
+PathPixel StartOf(const InkMap& map, const InkPiece& piece, std::vector<PathPixel>& pixels) {
+  const int middle = (piece.Left + piece.Right) / 2;
+  std::sort(pixels.begin(), pixels.end(), [&](PathPixel a, PathPixel b) {
+    const auto key = [&](PathPixel at) {
+      return std::tuple(std::abs(at.X - middle), -static_cast<int>(map.At(at.X, at.Y)), at.Y);
+    };
+    return key(a) < key(b);
+  });
+  constexpr std::size_t kMostTried = 200;
+  const std::size_t step = std::max<std::size_t>(pixels.size() / kMostTried, 1);
+  for (std::size_t i = 0; i < pixels.size(); i += step)
+    if (StrokesFrom(map, pixels[i]) == 2) return pixels[i];
+  return pixels.front();
+}
+
+}  // namespace
+
+bool IsRectangle(const InkMap& map, const InkPiece& piece) {
+  // What hangs on to a side, such as a tick of the plot's frame, is short.
+  constexpr int kHangsOn = 12;
+  if (piece.Width() < 3 * kHangsOn || piece.Height() < 2 * kHangsOn) return false;
+  const int left = piece.Left + kHangsOn, right = piece.Right - kHangsOn;
+  const int top = piece.Top + kHangsOn / 2, bottom = piece.Bottom - kHangsOn / 2;
+  const auto isFull = [](int first, int last, const auto& isInk) {
+    int ink = 0;
+    for (int i = first; i <= last; ++i) ink += isInk(i) ? 1 : 0;
+    return 20 * ink >= 19 * (last - first + 1);
+  };
+  const auto hasSide = [&](bool isLevel, int outermost, int inward) {
+    for (int i = 0; i < kHangsOn; ++i) {
+      const int at = outermost + i * inward;
+      if (isLevel ? isFull(left, right, [&](int x) { return IsClear(map, x, at); })
+                  : isFull(top, bottom, [&](int y) { return IsClear(map, at, y); }))
+        return true;
+    }
+    return false;
+  };
+  return hasSide(true, piece.Top, 1) && hasSide(true, piece.Bottom, -1) &&
+         hasSide(false, piece.Left, 1) && hasSide(false, piece.Right, -1);
+}
+
+std::optional<InkPiece> PieceAt(const InkMap& map, PathPixel at, int mostExtent) {
+  if (!IsClear(map, at.X, at.Y)) return std::nullopt;
+  InkPiece piece{.Left = at.X, .Right = at.X, .Top = at.Y, .Bottom = at.Y, .Start = at};
+  const int side = 2 * mostExtent + 1;
+  BitMap seen(side, side);
+  std::vector<PathPixel> rim;
+  const auto take = [&](int x, int y) {
+    const int u = x - at.X + mostExtent, v = y - at.Y + mostExtent;
+    if (u < 0 || u >= side || v < 0 || v >= side || !IsClear(map, x, y) || seen.Get(u, v)) return;
+    seen.Set(u, v);
+    rim.push_back({x, y});
+  };
+  take(at.X, at.Y);
+  while (!rim.empty()) {
+    const PathPixel next = rim.back();
+    rim.pop_back();
+    ++piece.Area;
+    piece.Left = std::min(piece.Left, next.X);
+    piece.Right = std::max(piece.Right, next.X);
+    piece.Top = std::min(piece.Top, next.Y);
+    piece.Bottom = std::max(piece.Bottom, next.Y);
+    if (piece.Extent() > mostExtent) return std::nullopt;
+    for (int v = -1; v <= 1; ++v)
+      for (int u = -1; u <= 1; ++u) take(next.X + u, next.Y + v);
+  }
+  return piece;
+}
+
+std::vector<InkPiece> PiecesOf(const InkMap& map) {
+  BitMap seen(map.Width, map.Height);
+  std::vector<InkPiece> pieces;
+  std::vector<PathPixel> rim, pixels;
+  for (int y = 0; y < map.Height; ++y)
+    for (int x = 0; x < map.Width; ++x) {
+      const auto take = [&](int u, int v) {
+        if (!IsClear(map, u, v) || seen.Get(u, v)) return;
+        seen.Set(u, v);
+        rim.push_back({u, v});
+      };
+      take(x, y);
+      if (rim.empty()) continue;
+      InkPiece piece{.Left = x, .Right = x, .Top = y, .Bottom = y};
+      pixels.clear();
+      while (!rim.empty()) {
+        const PathPixel at = rim.back();
+        rim.pop_back();
+        pixels.push_back(at);
+        piece.Left = std::min(piece.Left, at.X);
+        piece.Right = std::max(piece.Right, at.X);
+        piece.Bottom = std::max(piece.Bottom, at.Y);
+        for (int v = -1; v <= 1; ++v)
+          for (int u = -1; u <= 1; ++u) take(at.X + u, at.Y + v);
+      }
+      piece.Area = static_cast<int>(pixels.size());
+      piece.Start = StartOf(map, piece, pixels);
+      pieces.push_back(piece);
+    }
+  return pieces;
+}
+
+}  // namespace graphize

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <algorithm>
+#include <optional>
+#include <vector>
+
+#include "reading/ink_map.h"
+#include "reading/stroke_path.h"
+
+namespace graphize {
+
+/// What hangs together of an ink, both corners included.
+struct InkPiece {
+  int Left = 0, Right = 0, Top = 0, Bottom = 0;
+  int Area = 0;
+  PathPixel
+      Start;  // on it, near its middle column, where it is one stroke if there is such a place
+
+  int Width() const { return Right - Left + 1; }
+  int Height() const { return Bottom - Top + 1; }
+  int Extent() const { return std::max(Width(), Height()); }
+};
+
+/// Whether it is a rectangle, filled or not, along the picture's rows: the frame of a legend.
+bool IsRectangle(const InkMap& map, const InkPiece& piece);
+
+/// The one of which a pixel is, Start aside; absent where there is none, or a larger one than
+/// `mostExtent`.
+std::optional<InkPiece> PieceAt(const InkMap& map, PathPixel at, int mostExtent);
+
+/// The pieces of clear ink, 8-connected, from the top.
+std::vector<InkPiece> PiecesOf(const InkMap& map);
+
+}  // namespace graphize

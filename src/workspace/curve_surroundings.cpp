@@ -1,0 +1,78 @@
+#include "workspace/curve_surroundings.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "base/translation.h"
+#include "tracing/ink_sight.h"
+#include "tracing/plot_box.h"
+
+namespace graphize {
+
+namespace {
+
+constexpr double kBeside = 3;  // pixels within which a place is still on a frame
+
+/// That of the plot in which, or nearest to which, a place lies.
+const DrawnFrame* FrameAt(const PlotSurroundings& around, double x, double y) {
+  const auto distance = [&](const DrawnFrame& frame) {
+    const AxesFrame& box = frame.Box;
+    return TextBox{box.Left, box.Top, box.Right, box.Bottom}.Distance(box.U(x, y), box.V(x, y));
+  };
+  const auto nearest = std::ranges::min_element(around.Frames, {}, distance);
+  return nearest == around.Frames.end() ? nullptr : &*nearest;
+}
+
+/// Whether it lies in a word, or closely beside.
+bool IsInText(const PlotSurroundings& around, double x, double y) {
+  const double u = around.Turn.U(x, y), v = around.Turn.V(x, y);
+  return std::ranges::any_of(around.Texts,
+                             [&](const TextBox& text) { return text.Distance(u, v) <= 1.5; });
+}
+
+}  // namespace
+
+AxesFrame ReadingFrame(const AxisCalibration& calibration, const Raster& picture,
+                       const PlotSurroundings& around, double x, double y) {
+  if (!calibration.IsComplete())
+    if (const DrawnFrame* frame = FrameAt(around, x, y)) return frame->Box;
+  return FrameOf(calibration, picture.Width(), picture.Height());
+}
+
+bool IsBeyondFrame(PlotImage& image, const AxisCalibration& calibration,
+                   const PlotSurroundings& around, double x, double y) {
+  if (!calibration.IsComplete()) {
+    const DrawnFrame* frame = FrameAt(around, x, y);
+    if (frame == nullptr) return false;
+    const double u = frame->Box.U(x, y), v = frame->Box.V(x, y);
+    return (frame->HasLeft && u < frame->Box.Left - kBeside) ||
+           (frame->HasTop && v < frame->Box.Top - kBeside) ||
+           (frame->HasRight && u > frame->Box.Right + kBeside) ||
+           (frame->HasBottom && v > frame->Box.Bottom + kBeside);
+  }
+  const BasePictureShown base(image);
+  const int width = image.Width(), height = image.Height();
+  const AxesFrame axes = FrameOf(calibration, width, height);
+  const double u = axes.U(x, y), v = axes.V(x, y);
+  const auto isOutside = [&](double at, double first, double last) {
+    return at < first - kBeside || at > last + kBeside;
+  };
+  if (!isOutside(u, axes.Left, axes.Right) && !isOutside(v, axes.Top, axes.Bottom)) return false;
+  InkSight sight(image.Pixels);
+  const auto isInk = [&](int column, int row) { return sight.IsInk(column, row); };
+  const PlotFrame frame = FindPlotFrame(isInk, width, height, calibration);
+  const AxesFrame &inner = frame.Inner, &outer = frame.Outer;
+  return (outer.Left < inner.Left && u < std::min(outer.Left, axes.Left) - kBeside) ||
+         (outer.Right > inner.Right && u > std::max(outer.Right, axes.Right) + kBeside) ||
+         (outer.Top < inner.Top && v < std::min(outer.Top, axes.Top) - kBeside) ||
+         (outer.Bottom > inner.Bottom && v > std::max(outer.Bottom, axes.Bottom) + kBeside);
+}
+
+std::string WrittenAt(const SymbolFinding& finding, const PlotSurroundings& around) {
+  const auto within = std::ranges::count_if(finding.Symbols, [&](const FoundSymbol& symbol) {
+    return IsInText(around, symbol.X, symbol.Y);
+  });
+  return 10 * within > 8 * std::ssize(finding.Symbols) ? Tr("a word, no symbol") : "";
+}
+
+}  // namespace graphize

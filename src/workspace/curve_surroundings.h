@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string>
+
+#include "calibration/axis_calibration.h"
+#include "calibration/plot_surroundings.h"
+#include "raster/plot_image.h"
+#include "reading/find_symbols.h"
+
+namespace graphize {
+
+/// The frame by which what lies at a place of the picture is read: the axes', without axes that of
+/// the plot drawn there, or else the whole picture.
+AxesFrame ReadingFrame(const AxisCalibration& calibration, const Raster& picture,
+                       const PlotSurroundings& around, double x, double y);
+
+/// Whether the place lies beyond a side of the plot that is drawn, and what is read there would be
+/// a number or a title; where none is drawn, the plot may go on behind the axis points. The picture
+/// is shown without marks meanwhile.
+bool IsBeyondFrame(PlotImage& image, const AxisCalibration& calibration,
+                   const PlotSurroundings& around, double x, double y);
+
+/// What was found, if no symbols: letters, where nearly all of them lie in words. Empty: symbols.
+std::string WrittenAt(const SymbolFinding& finding, const PlotSurroundings& around);
+
+}  // namespace graphize
