@@ -110,6 +110,7 @@ std::string FormatNumber(float value, std::string_view pattern) {
 }
 
 int MissingPlaces(float value, std::string_view pattern, double step) {
+  if (!std::isfinite(value)) return 0;
   const Places places = TakeApart(pattern);
   int exponent = 0;
   if (places.Exponent) {

@@ -363,7 +363,7 @@ class Storm {
     if (Text() != end) return Fault("undone and done again:\n" + Difference(Text(), end));
     All("MNU_EDIT_Undo");
     if (Text() != start) return Fault("undone once more:\n" + Difference(Text(), start));
-    for (int i = Pick(30); i > 0; --i) Trigger("MNU_EDIT_Redo");
+    All("MNU_EDIT_Redo");
   }
 
   inline static const std::vector<const char*> kUndo = {"MNU_EDIT_Undo", "MNU_EDIT_Undo",

@@ -20,6 +20,7 @@ TEST(NumberPattern, PlacesThatAreMissing) {
       {1e-20f, "0.0E+00", 1e-21, 0},
       {0, "0.00000E+00", 1e-9, 0},
       {0, "0.000", 1e-9, 6},
+      {std::nanf(""), "0.00000E+00", 1e-9, 0},
   };
   for (const auto& [value, pattern, step, missing] : cases)
     EXPECT_EQ(MissingPlaces(value, pattern, step), missing) << value << " " << pattern;
