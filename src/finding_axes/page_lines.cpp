@@ -249,7 +249,8 @@ double WorstOf(const HeldLines& lines, const InkImage& page, const LineFit& fit)
     if (!std::isnan(off)) sizes.push_back(std::fabs(off));
   }
   if (sizes.empty()) return 0;
-  const auto worst = sizes.begin() + static_cast<std::ptrdiff_t>(0.9 * (sizes.size() - 1.0));
+  const auto worst =
+      sizes.begin() + static_cast<std::ptrdiff_t>(0.9 * static_cast<double>(sizes.size() - 1));
   std::nth_element(sizes.begin(), worst, sizes.end());
   return *worst;
 }
