@@ -20,6 +20,7 @@
 #include "batch/digitize.h"
 #include "codecs/picbuf_module.h"
 #include "codecs/picture_probe.h"
+#include "finding_axes/find_surroundings.h"
 #include "reading/read_curve.h"
 #include "session/journal_frame.h"
 #include "session/journal_reading.h"
@@ -240,8 +241,8 @@ bool ReadsCurve(const FuzzTarget&, std::string_view input) {
   }
   PictureOperation operation;
   const CurveReading reading =
-      ReadCurve(picture, {}, {.X = byte(1) * 0.5, .Y = byte(2) * 0.5, .Tolerance = byte(3) / 64.0f},
-                operation);
+      ReadCurve(picture, FrameOf({}, width, height), FindSurroundings(picture, operation),
+                {.X = byte(1) * 0.5, .Y = byte(2) * 0.5, .Tolerance = byte(3) / 64.0f}, operation);
   Promise(reading.Points.empty() == !reading.Refusal.empty(), "points, or the reason for none");
   for (const CurvePoint& point : reading.Points)
     Promise(std::isfinite(point.X) && std::isfinite(point.Y), "points have places");
