@@ -14,7 +14,10 @@ namespace graphize {
 namespace {
 
 /// Letters differ in size; dots, dashes and symbols of one curve do not.
-bool AreLetters(const Word& word) {
+bool AreLetters(const Word& word, const InkImage& page, const InkPieces& pieces) {
+  // What a fine grid leaves of itself beside a curve is larger.
+  if (word.Box.Height() > std::max(16.0, 0.055 * page.Height)) return false;
+  int area = 0, ink = 0;
   int narrow = 1 << 20, wide = 0, low = 1 << 20, high = 0;
   for (const auto* glyphs : {&word.Glyphs, &word.Exponent})
     for (const Glyph& glyph : *glyphs) {
@@ -22,11 +25,14 @@ bool AreLetters(const Word& word) {
       wide = std::max(wide, glyph.Box.Width());
       low = std::min(low, glyph.Box.Height());
       high = std::max(high, glyph.Box.Height());
+      area += glyph.Box.Width() * glyph.Box.Height();
+      for (const int piece : glyph.Pieces) ink += pieces.Areas[static_cast<std::size_t>(piece)];
     }
   const auto differ = [](int least, int most) {
     return most - least >= 2 && 4 * (most - least) >= most;
   };
-  return word.Glyphs.size() + word.Exponent.size() >= 2 &&
+  // Pieces of a curve between the lines of a grid fill little of their boxes.
+  return word.Glyphs.size() + word.Exponent.size() >= 2 && 8 * ink >= area &&
          (differ(narrow, wide) || differ(low, high));
 }
 
@@ -119,8 +125,9 @@ PlotSurroundings FindSurroundings(const Raster& picture, PictureOperation& opera
                             sides.HasLeft, sides.HasTop, sides.HasRight, sides.HasBottom});
   }
   if (operation.Stopped) return found;
-  for (const Word& word : FindWords(ink, FindPieces(ink)))
-    if (AreLetters(word)) {
+  const InkPieces pieces = FindPieces(ink);
+  for (const Word& word : FindWords(ink, pieces))
+    if (AreLetters(word, ink, pieces)) {
       const InkBox& at = word.Box;
       const AxesFrame box = frameOf(at.Left, at.Top, at.Right, at.Bottom);
       found.Texts.push_back({box.Left, box.Top, box.Right, box.Bottom});

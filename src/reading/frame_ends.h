@@ -9,12 +9,13 @@
 
 namespace graphize {
 
-/// An end of a course that goes into a side of the frame, along which it may go on unseen.
+/// An end of a course that goes into a side of the frame.
 struct FrameEnd {
   CurvePoint At;
-  double AlongX = 0, AlongY = 0;  // the way that it goes on, of length 1
+  int AlongX = 0, AlongY = 0;  // the way along the side that it goes on
+  double Cosine = 0;           // of the angle to that way
 };
-/// Absent where the course ends elsewhere, or meets the side at more than 30 degrees.
+/// Absent where the course ends elsewhere, or meets the side at more than 60 degrees.
 std::optional<FrameEnd> FrameEndOf(const InkMap& map, const std::vector<CurvePoint>& points,
                                    bool isLast, const StrokeKind& kind);
 

@@ -331,23 +331,27 @@ void GoOnBehindFrame(CurveReading& reading, bool isLast, InkMap& map, const InkB
   const auto end = FrameEndOf(map, points, isLast, reading.Kind);
   if (!end) return;
   const std::string place = PlaceText(end->At.X, end->At.Y);
-  const std::string unseen =
-      Tr("at %1 the curve goes into the frame, along which it may go on unseen", place);
+  const auto tellUnseen = [&] {
+    constexpr double kAlong = 0.86;  // cosine of 30 degrees
+    if (end->Cosine >= kAlong)
+      reading.Doubts.push_back(
+          Tr("at %1 the curve goes into the frame, along which it may go on unseen", place));
+  };
   const auto begin = InkBehind(map, *end);
   const bool isOwn =
       begin && std::ranges::any_of(points, [&](const CurvePoint& point) {
         return std::hypot(point.X - begin->X, point.Y - begin->Y) < 2 + reading.Kind.Width;
       });
-  if (!begin || isOwn) return reading.Doubts.push_back(unseen);
+  if (!begin || isOwn) return tellUnseen();
   constexpr double kHidden = 24;  // pixels from half to half
   CurveReading other = ReadOneStroke(map, blends, *begin, request, operation);
-  if (other.Points.empty()) return reading.Doubts.push_back(unseen);
+  if (other.Points.empty()) return tellUnseen();
   const bool fromLast =
       Distance(other.Points.back(), end->At) < Distance(other.Points.front(), end->At);
   if (fromLast == isLast) std::ranges::reverse(other.Points);
   const CurvePoint& near = isLast ? other.Points.front() : other.Points.back();
   if (Distance(near, end->At) > kHidden || !FrameEndOf(map, other.Points, !isLast, other.Kind))
-    return reading.Doubts.push_back(unseen);
+    return tellUnseen();
   points.insert(isLast ? points.end() : points.begin(), other.Points.begin(), other.Points.end());
   reading.Doubts.insert(reading.Doubts.end(), other.Doubts.begin(), other.Doubts.end());
   reading.Doubts.push_back(

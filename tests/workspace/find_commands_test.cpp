@@ -66,12 +66,11 @@ TEST_F(FindTest, ReadsAllCurvesOrThoseThatAreTakenIntoTheList) {
   EXPECT_EQ(ActiveCurve(ws.curves).Name, "a");
 }
 
-/// A framed plot with a curve, a grid, a legend in a box and a title; `more` is drawn first.
-test::ColourPlot LegendPlot(const std::function<void(test::ColourPlot&)>& more = {}) {
+/// A framed plot with a curve, a grid, a legend in a box and a title.
+test::ColourPlot LegendPlot() {
   test::ColourPlot drawn;
   drawn.Grid(0xffd8d8d8);
   drawn.Frame();
-  if (more) more(drawn);
   drawn.Curve([](double u) { return 0.7 - 0.2 * u; }, {.Thickness = 2}, kBlue);
   test::PlotDrawing legend = drawn.Layer();
   legend.Polyline({{310, 36}, {332, 36}}, {.Thickness = 2});
@@ -91,50 +90,24 @@ TEST_F(FindTest, NamesWhatWasClickedInsteadOfReadingIt) {
     float X, Y;
     const char *Curve, *Symbols;
   };
-  for (const bool hasAxes : {true, false}) {
-    ws.calibration = hasAxes ? drawn.Layer().Calibration() : AxisCalibration();
-    for (const Case& test : {Case{320, 36, "a sample of the legend", ""},
-                             {345, 35, "a word", "a word"},
-                             {340, 28, "a box", ""},
-                             {40, 150, "the frame", "the frame"},
-                             {39, 150, "the frame", "the frame"},
-                             {190, 8, "", "outside the axes"},
-                             {200, 140, "a line of the grid", ""},
-                             {70, 200, "only paper", "only paper"}}) {
-      SCOPED_TRACE(testing::Message() << test.X << "," << test.Y << " axes " << hasAxes);
-      const Outcome curve = Do(ws, desktop, ReadStep{test.X, test.Y, {}});
-      EXPECT_FALSE(curve.IsDone());
-      EXPECT_THAT(curve.Reason, testing::HasSubstr(test.Curve));
-      const Outcome symbols = Do(ws, desktop, SymbolsStep{.X = test.X, .Y = test.Y});
-      EXPECT_FALSE(symbols.IsDone());
-      EXPECT_THAT(symbols.Reason, testing::HasSubstr(test.Symbols));
-    }
-    EXPECT_TRUE(Do(ws, desktop, ReadStep{200, 116, {}}).IsDone());
+  ws.calibration = drawn.Layer().Calibration();
+  for (const Case& test : {Case{320, 36, "a sample of the legend", ""},
+                           {345, 35, "a word", "a word"},
+                           {340, 28, "a box", ""},
+                           {40, 150, "the frame", "the frame"},
+                           {39, 150, "the frame", "the frame"},
+                           {190, 8, "", "outside the axes"},
+                           {200, 140, "a line of the grid", ""},
+                           {75, 220, "only paper", "only paper"}}) {
+    SCOPED_TRACE(testing::Message() << test.X << "," << test.Y);
+    const Outcome curve = Do(ws, desktop, ReadStep{test.X, test.Y, {}});
+    EXPECT_FALSE(curve.IsDone());
+    EXPECT_THAT(curve.Reason, testing::HasSubstr(test.Curve));
+    const Outcome symbols = Do(ws, desktop, SymbolsStep{.X = test.X, .Y = test.Y});
+    EXPECT_FALSE(symbols.IsDone());
+    EXPECT_THAT(symbols.Reason, testing::HasSubstr(test.Symbols));
   }
-}
-
-TEST_F(FindTest, WithoutAxesReadsTheCurvesWithinTheDrawnFrameAlone) {
-  const test::ColourPlot drawn = LegendPlot([](test::ColourPlot& plot) {
-    test::PlotDrawing loop = plot.Layer();
-    std::vector<test::PixelPosition> eight;
-    for (int i = 0; i <= 400; ++i) {
-      const double t = i * 2 * 3.14159265358979 / 400;
-      eight.push_back({200 + 120 * std::sin(t), 180 + 50 * std::sin(2 * t)});
-    }
-    loop.Polyline(eight, {.Thickness = 2});
-    plot.Put(loop, kRed);
-    std::vector<test::PixelPosition> row;
-    for (int i = 0; i < 9; ++i) row.push_back({60 + 35.0 * i, 70});
-    plot.Symbols(row, {test::Symbol::Disc, 11}, 0xff2ca02c);
-  });
-  SetPicture(ws.plot, drawn.Picture.Clone());
-  ws.calibration = {};
-  const PlotReading all = ReadAllAt(ws, desktop);
-  ASSERT_EQ(all.Curves.size(), 2u);
-  EXPECT_LT(Length(all.Curves[0].Colour - RgbOf(kBlue)), 30);
-  EXPECT_EQ(all.Curves[0].Label.size(), 1u);
-  EXPECT_LT(Length(all.Curves[1].Colour - RgbOf(kRed)), 30);
-  EXPECT_GT(all.Curves[1].Reading.Points.size(), 450u) << "the loop is one";
+  EXPECT_TRUE(Do(ws, desktop, ReadStep{200, 116, {}}).IsDone());
 }
 
 TEST_F(FindTest, AnInkAloneGivesWayToAnotherAndToTheColours) {
