@@ -179,6 +179,9 @@ PlotReading ReadAllCurves(const Raster& picture, const AxesFrame& frame,
     InkMap map = MapOf(picture, paper, directions, inks[i].Of, 1, operation);
     if (operation.Stopped) break;
     DrawWalls(map, walls);
+    // Lines that are taken out cut a box in pieces.
+    for (const InkPiece& piece : PiecesOf(map))
+      if (piece.Width() < 0.5 * wide && IsRectangle(map, piece)) Wipe(map, piece);
     TakeOutLines(map, frame, frame.X(u, v), frame.Y(u, v), operation);
     const InkBlends blends(picture, paper, directions, inks[i].Of);
     std::vector<InkPiece>& ofInk = pieces.emplace_back(PiecesOf(map));

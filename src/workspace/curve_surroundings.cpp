@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "base/translation.h"
+#include "reading/written.h"
 #include "tracing/ink_sight.h"
 #include "tracing/plot_box.h"
 
@@ -23,14 +24,13 @@ const DrawnFrame* FrameAt(const PlotSurroundings& around, double x, double y) {
   return nearest == around.Frames.end() ? nullptr : &*nearest;
 }
 
-/// Whether it lies in a word, or closely beside.
+}  // namespace
+
 bool IsInText(const PlotSurroundings& around, double x, double y) {
   const double u = around.Turn.U(x, y), v = around.Turn.V(x, y);
   return std::ranges::any_of(around.Texts,
                              [&](const TextBox& text) { return text.Distance(u, v) <= 1.5; });
 }
-
-}  // namespace
 
 AxesFrame ReadingFrame(const AxisCalibration& calibration, const Raster& picture,
                        const PlotSurroundings& around, double x, double y) {
@@ -68,11 +68,28 @@ bool IsBeyondFrame(PlotImage& image, const AxisCalibration& calibration,
          (outer.Bottom > inner.Bottom && v > std::max(outer.Bottom, axes.Bottom) + kBeside);
 }
 
-std::string WrittenAt(const SymbolFinding& finding, const PlotSurroundings& around) {
-  const auto within = std::ranges::count_if(finding.Symbols, [&](const FoundSymbol& symbol) {
-    return IsInText(around, symbol.X, symbol.Y);
-  });
-  return 10 * within > 8 * std::ssize(finding.Symbols) ? Tr("a word, no symbol") : "";
+std::string WrittenAt(const SymbolFinding& finding, const PlotSurroundings& around, double x,
+                      double y) {
+  const auto distance = [&](const FoundSymbol& symbol) {
+    return std::hypot(symbol.X - x, symbol.Y - y);
+  };
+  const FoundSymbol& clicked = *std::ranges::min_element(finding.Symbols, {}, distance);
+  const auto whole = [](double at) { return static_cast<int>(std::lround(at)); };
+  const InkPiece piece{.Left = whole(clicked.X - 0.5 * finding.Width),
+                       .Right = whole(clicked.X + 0.5 * finding.Width),
+                       .Top = whole(clicked.Y - 0.5 * finding.Height),
+                       .Bottom = whole(clicked.Y + 0.5 * finding.Height)};
+  if (IsSample(piece) && !LabelOf(piece, around).empty())
+    return Tr("a sample of the legend, no symbol");
+  constexpr int kLeast = 3;  // clear ones elsewhere, or what was clicked is a letter
+  int within = 0, elsewhere = 0;
+  for (const FoundSymbol& symbol : finding.Symbols) {
+    const bool isWithin = IsInText(around, symbol.X, symbol.Y);
+    within += isWithin ? 1 : 0;
+    elsewhere += !isWithin && symbol.Doubt.empty() ? 1 : 0;
+  }
+  const bool isLetter = IsInText(around, x, y) && elsewhere < kLeast;
+  return isLetter || 10 * within > 8 * std::ssize(finding.Symbols) ? Tr("a word, no symbol") : "";
 }
 
 }  // namespace graphize

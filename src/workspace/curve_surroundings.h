@@ -20,7 +20,11 @@ AxesFrame ReadingFrame(const AxisCalibration& calibration, const Raster& picture
 bool IsBeyondFrame(PlotImage& image, const AxisCalibration& calibration,
                    const PlotSurroundings& around, double x, double y);
 
-/// What was found, if no symbols: letters, where nearly all of them lie in words. Empty: symbols.
-std::string WrittenAt(const SymbolFinding& finding, const PlotSurroundings& around);
+/// Whether it lies in a word, or closely beside.
+bool IsInText(const PlotSurroundings& around, double x, double y);
+/// What was found from a click, if no symbols: letters, where nearly all of them lie in words, or
+/// the click does and hardly any is clear elsewhere. Empty: symbols.
+std::string WrittenAt(const SymbolFinding& finding, const PlotSurroundings& around, double x,
+                      double y);
 
 }  // namespace graphize

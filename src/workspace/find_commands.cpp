@@ -84,9 +84,10 @@ SymbolFinding SymbolsAt(Workspace& ws, const Desktop& desktop, const SymbolsStep
     const double u = frame.U(symbol.X, symbol.Y), v = frame.V(symbol.X, symbol.Y);
     return u > frame.Left && u < frame.Right && v > frame.Top && v < frame.Bottom;
   });
-  if (!isInside && IsBeyondFrame(ws.plot, ws.calibration, around, step.X, step.Y))
+  if ((!isInside || IsInText(around, step.X, step.Y)) &&
+      IsBeyondFrame(ws.plot, ws.calibration, around, step.X, step.Y))
     finding.Refusal = Tr("%1,%2 lies outside the axes", std::lround(step.X), std::lround(step.Y));
-  else if (const std::string written = WrittenAt(finding, around); !written.empty())
+  else if (const std::string written = WrittenAt(finding, around, step.X, step.Y); !written.empty())
     finding.Refusal = Tr("at %1 there is %2", place, written);
   if (!finding.Refusal.empty()) finding.Symbols.clear();
   return finding;

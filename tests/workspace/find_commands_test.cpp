@@ -90,24 +90,26 @@ TEST_F(FindTest, NamesWhatWasClickedInsteadOfReadingIt) {
     float X, Y;
     const char *Curve, *Symbols;
   };
-  ws.calibration = drawn.Layer().Calibration();
-  for (const Case& test : {Case{320, 36, "a sample of the legend", ""},
-                           {345, 35, "a word", "a word"},
-                           {340, 28, "a box", ""},
-                           {40, 150, "the frame", "the frame"},
-                           {39, 150, "the frame", "the frame"},
-                           {190, 8, "", "outside the axes"},
-                           {200, 140, "a line of the grid", ""},
-                           {75, 220, "only paper", "only paper"}}) {
-    SCOPED_TRACE(testing::Message() << test.X << "," << test.Y);
-    const Outcome curve = Do(ws, desktop, ReadStep{test.X, test.Y, {}});
-    EXPECT_FALSE(curve.IsDone());
-    EXPECT_THAT(curve.Reason, testing::HasSubstr(test.Curve));
-    const Outcome symbols = Do(ws, desktop, SymbolsStep{.X = test.X, .Y = test.Y});
-    EXPECT_FALSE(symbols.IsDone());
-    EXPECT_THAT(symbols.Reason, testing::HasSubstr(test.Symbols));
+  for (const bool hasAxes : {true, false}) {
+    ws.calibration = hasAxes ? drawn.Layer().Calibration() : AxisCalibration();
+    for (const Case& test : {Case{320, 36, "a sample of the legend", "a sample of the legend"},
+                             {345, 35, "a word", "a word"},
+                             {340, 28, "a box", ""},
+                             {40, 150, "the frame", "the frame"},
+                             {39, 150, "the frame", "the frame"},
+                             {190, 8, "", "outside the axes"},
+                             {200, 140, "a line of the grid", ""},
+                             {75, 220, "only paper", "only paper"}}) {
+      SCOPED_TRACE(testing::Message() << test.X << "," << test.Y << " axes " << hasAxes);
+      const Outcome curve = Do(ws, desktop, ReadStep{test.X, test.Y, {}});
+      EXPECT_FALSE(curve.IsDone());
+      EXPECT_THAT(curve.Reason, testing::HasSubstr(test.Curve));
+      const Outcome symbols = Do(ws, desktop, SymbolsStep{.X = test.X, .Y = test.Y});
+      EXPECT_FALSE(symbols.IsDone());
+      EXPECT_THAT(symbols.Reason, testing::HasSubstr(test.Symbols));
+    }
+    EXPECT_TRUE(Do(ws, desktop, ReadStep{200, 116, {}}).IsDone());
   }
-  EXPECT_TRUE(Do(ws, desktop, ReadStep{200, 116, {}}).IsDone());
 }
 
 TEST_F(FindTest, AnInkAloneGivesWayToAnotherAndToTheColours) {
