@@ -179,13 +179,17 @@ PlotReading ReadAllCurves(const Raster& picture, const AxesFrame& frame,
     InkMap map = MapOf(picture, paper, directions, inks[i].Of, 1, operation);
     if (operation.Stopped) break;
     DrawWalls(map, walls);
-    // Lines that are taken out cut a box in pieces.
-    for (const InkPiece& piece : PiecesOf(map))
-      if (piece.Width() < 0.5 * wide && IsRectangle(map, piece)) Wipe(map, piece);
+    // Lines that are taken out cut a box, or a sample, in pieces.
+    std::vector<InkPiece>& ofInk = pieces.emplace_back();
+    for (const InkPiece& piece : PiecesOf(map)) {
+      if (piece.Width() >= 0.5 * wide || NameOfWritten(map, piece, around).empty()) continue;
+      Wipe(map, piece);
+      ofInk.push_back(piece);
+    }
     TakeOutLines(map, frame, frame.X(u, v), frame.Y(u, v), operation);
     const InkBlends blends(picture, paper, directions, inks[i].Of);
-    std::vector<InkPiece>& ofInk = pieces.emplace_back(PiecesOf(map));
-    std::vector<InkPiece> starts = ofInk;
+    std::vector<InkPiece> starts = PiecesOf(map);
+    ofInk.insert(ofInk.end(), starts.begin(), starts.end());
     std::erase_if(starts, [&](const InkPiece& piece) {
       if (NameOfWritten(map, piece, around).empty()) return piece.Extent() < 3 || !isInside(piece);
       Wipe(map, piece);

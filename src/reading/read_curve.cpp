@@ -97,11 +97,11 @@ CurveReading ReadCurve(const Raster& picture, const AxesFrame& frame,
   if (operation.Stopped) return stopped();
   DrawWalls(map, request.Walls);
   const double toInk = DistanceToInk(map, x, y);
-  // Lines that are taken out cut a box in pieces.
+  // Lines that are taken out cut a box, or a sample, in pieces.
   const auto before = StartNear(map, x, y);
   const auto whole =
       before ? PieceAt(map, *before, std::max(map.Width, map.Height) / 2) : std::nullopt;
-  const bool isBox = whole && IsRectangle(map, *whole);
+  const std::string uncut = whole ? NameOfWritten(map, *whole, around) : "";
   const std::vector<PlotLine> lines = TakeOutLines(map, frame, x, y, operation);
   operation.Advance(1);
   if (operation.Stopped) return stopped();
@@ -114,7 +114,7 @@ CurveReading ReadCurve(const Raster& picture, const AxesFrame& frame,
       return refused(Tr("the frame, or what lies outside it"));
     return refused(Tr("a line of the grid or the frame, no curve"));
   }
-  if (isBox) return refused(Tr("a box, no curve"));
+  if (!uncut.empty()) return refused(uncut);
   if (const auto piece = PieceAt(map, *start, std::max(map.Width, map.Height) / 2))
     if (const std::string written = NameOfWritten(map, *piece, around); !written.empty())
       return refused(written);

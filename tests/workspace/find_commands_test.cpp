@@ -66,11 +66,12 @@ TEST_F(FindTest, ReadsAllCurvesOrThoseThatAreTakenIntoTheList) {
   EXPECT_EQ(ActiveCurve(ws.curves).Name, "a");
 }
 
-/// A framed plot with a curve, a grid, a legend in a box and a title.
-test::ColourPlot LegendPlot() {
+/// A framed plot with a curve, a grid, a legend in a box and a title; `more` is drawn first.
+test::ColourPlot LegendPlot(const std::function<void(test::ColourPlot&)>& more = {}) {
   test::ColourPlot drawn;
   drawn.Grid(0xffd8d8d8);
   drawn.Frame();
+  if (more) more(drawn);
   drawn.Curve([](double u) { return 0.7 - 0.2 * u; }, {.Thickness = 2}, kBlue);
   test::PlotDrawing legend = drawn.Layer();
   legend.Polyline({{310, 36}, {332, 36}}, {.Thickness = 2});
@@ -110,6 +111,30 @@ TEST_F(FindTest, NamesWhatWasClickedInsteadOfReadingIt) {
     }
     EXPECT_TRUE(Do(ws, desktop, ReadStep{200, 116, {}}).IsDone());
   }
+}
+
+TEST_F(FindTest, WithoutAxesReadsTheCurvesWithinTheDrawnFrameAlone) {
+  const test::ColourPlot drawn = LegendPlot([](test::ColourPlot& plot) {
+    test::PlotDrawing loop = plot.Layer();
+    std::vector<test::PixelPosition> eight;
+    for (int i = 0; i <= 400; ++i) {
+      const double t = i * 2 * 3.14159265358979 / 400;
+      eight.push_back({200 + 120 * std::sin(t), 180 + 50 * std::sin(2 * t)});
+    }
+    loop.Polyline(eight, {.Thickness = 2});
+    plot.Put(loop, kRed);
+    std::vector<test::PixelPosition> row;
+    for (int i = 0; i < 9; ++i) row.push_back({60 + 35.0 * i, 70});
+    plot.Symbols(row, {test::Symbol::Disc, 11}, 0xff2ca02c);
+  });
+  SetPicture(ws.plot, drawn.Picture.Clone());
+  ws.calibration = {};
+  const PlotReading all = ReadAllAt(ws, desktop);
+  ASSERT_EQ(all.Curves.size(), 2u);
+  EXPECT_LT(Length(all.Curves[0].Colour - RgbOf(kBlue)), 30);
+  EXPECT_EQ(all.Curves[0].Label.size(), 1u);
+  EXPECT_LT(Length(all.Curves[1].Colour - RgbOf(kRed)), 30);
+  EXPECT_GT(all.Curves[1].Reading.Points.size(), 450u) << "the loop is one";
 }
 
 TEST_F(FindTest, AnInkAloneGivesWayToAnotherAndToTheColours) {
