@@ -120,7 +120,7 @@ TEST_F(ReadingWindow, WhatIsNoCurveIsNamedAndNothingIsShown) {
     for (const Case& test : {Case{145, 65, "a word", "a word"},
                              {105, 65, "a sample of the legend", "a sample of the legend"},
                              {69, 300, "the frame", "the frame"},
-                             {400, 17, "a word", "a word"},
+                             {400, 17, "a word", "outside the axes"},
                              {450, 255, "only paper", "only paper"}}) {
       SCOPED_TRACE(testing::Message() << test.X << "," << test.Y << " axes " << hasAxes);
       for (const bool isCurve : {true, false}) {
