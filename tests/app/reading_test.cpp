@@ -167,7 +167,7 @@ TEST_F(ReadingWindow, DoubtfulSymbolsAreSteppedThroughInTurn) {
                                               {230, 160}, {270, 60},  {310, 220}};
   drawn.Symbols(centres, {Symbol::Disc, 12}, kBlackPixel);
   PlotDrawing cover = drawn.Layer();
-  for (const int i : {1, 4}) cover.Disc({centres[i].X + 5, centres[i].Y + 1}, 9);
+  for (const int i : {1, 4}) cover.Disc({centres[i].X + 5, centres[i].Y + 1}, 13);
   drawn.Put(cover, 0xffd62728);
   QImage(reinterpret_cast<const uchar*>(drawn.Picture.Pixels()), 400, 300, QImage::Format_RGB32)
       .save(QString::fromStdString((Folder() / "discs.png").string()));
@@ -179,7 +179,7 @@ TEST_F(ReadingWindow, DoubtfulSymbolsAreSteppedThroughInTurn) {
   Key("ctrl+7");
   ClickPlot(70, 60);
   ASSERT_TRUE(State().reading.Symbols) << Reading().toStdString();
-  EXPECT_TRUE(Reading().contains("2 of them doubtful")) << Reading().toStdString();
+  ASSERT_TRUE(Reading().contains("2 of them doubtful")) << Reading().toStdString();
   const auto current = [this] { return static_cast<int>(std::lround(CurrentSymbol(State())->X)); };
   std::vector<int> seen;
   for (int i = 0; i < 3; ++i) {
