@@ -186,7 +186,7 @@ void Pyramid::Need(const Raster& raster, int level, int left, int top, int right
 }
 
 bool Pyramid::MakeSome(const Raster& raster, int level) {
-  if (levels_.empty()) return false;
+  if (levels_.empty() || level < kFirstKept) return false;
   // Of the tiles that everything is made of, a few; then the rest, which is quickly done.
   constexpr int kSome = 4;
   const auto& first = At(kFirstKept).Tiles;
