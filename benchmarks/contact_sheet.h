@@ -1,9 +1,13 @@
 #pragma once
 
+#include <QApplication>
 #include <QImage>
 #include <QPainter>
 #include <cstdio>
+#include <filesystem>
 #include <vector>
+
+#include "base/run_time_error.h"
 
 namespace graphize {
 
@@ -27,6 +31,25 @@ inline int SaveContactSheet(const std::vector<QImage>& pictures, const QString& 
   if (sheet.save(file)) return 0;
   std::fprintf(stderr, "the sheet could not be written\n");
   return 1;
+}
+
+/// The main function of a program that draws the pictures in a folder for a sheet of them:
+/// "PROGRAM FOLDER SHEET.png".
+template <class Draw>
+int MakeSheet(int argc, char** argv, const Draw& tilesOf) {
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  const QApplication application(argc, argv);
+  if (argc != 3) {
+    std::fprintf(stderr, "usage: %s FOLDER SHEET.png\n", argv[0]);
+    return 2;
+  }
+  try {
+    return SaveContactSheet(tilesOf(std::filesystem::path(argv[1])),
+                            QString::fromLocal8Bit(argv[2]));
+  } catch (const RunTimeError& error) {
+    std::fprintf(stderr, "%s\n", error.what());
+    return 1;
+  }
 }
 
 }  // namespace graphize

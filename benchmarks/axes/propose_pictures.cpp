@@ -2,7 +2,6 @@
 // Proposes the axes of the pictures in FOLDER and draws them over these, as the window shows them,
 // on one sheet; the verdicts are said on the standard output.
 
-#include <QApplication>
 #include <QImage>
 #include <QPainter>
 #include <algorithm>
@@ -11,7 +10,6 @@
 #include <string>
 #include <vector>
 
-#include "base/run_time_error.h"
 #include "codecs/picbuf.h"
 #include "contact_sheet.h"
 #include "raster/plot_marks_view.h"
@@ -43,30 +41,19 @@ QImage Draw(const std::filesystem::path& file) {
   return tile;
 }
 
-int MakeSheet(const std::filesystem::path& folder, const QString& sheet) {
+std::vector<QImage> Tiles(const std::filesystem::path& folder) {
   std::vector<std::filesystem::path> files;
   for (const auto& entry : std::filesystem::directory_iterator(folder))
     if (entry.path().extension() == ".png") files.push_back(entry.path());
   std::sort(files.begin(), files.end());
   std::vector<QImage> tiles;
   for (const std::filesystem::path& file : files) tiles.push_back(Draw(file));
-  return SaveContactSheet(tiles, sheet);
+  return tiles;
 }
 
 }  // namespace
 }  // namespace graphize
 
 int main(int argc, char** argv) {
-  qputenv("QT_QPA_PLATFORM", "offscreen");
-  QApplication application(argc, argv);
-  if (argc != 3) {
-    std::fputs("usage: propose_pictures FOLDER SHEET.png\n", stderr);
-    return 2;
-  }
-  try {
-    return graphize::MakeSheet(argv[1], QString::fromLocal8Bit(argv[2]));
-  } catch (const graphize::RunTimeError& error) {
-    std::fprintf(stderr, "%s\n", error.what());
-    return 1;
-  }
+  return graphize::MakeSheet(argc, argv, graphize::Tiles);
 }

@@ -3,7 +3,6 @@
 // the window shows it, on one sheet. What was refused or is doubtful is said on the standard
 // output.
 
-#include <QApplication>
 #include <QImage>
 #include <QPainter>
 #include <cmath>
@@ -94,26 +93,15 @@ QImage Draw(const std::filesystem::path& folder, const Example& example) {
   return tile;
 }
 
-int MakeSheet(const std::filesystem::path& folder, const QString& sheet) {
+std::vector<QImage> Tiles(const std::filesystem::path& folder) {
   std::vector<QImage> tiles;
   for (const Example& example : kExamples) tiles.push_back(Draw(folder, example));
-  return SaveContactSheet(tiles, sheet);
+  return tiles;
 }
 
 }  // namespace
 }  // namespace graphize
 
 int main(int argc, char** argv) {
-  qputenv("QT_QPA_PLATFORM", "offscreen");
-  QApplication application(argc, argv);
-  if (argc != 3) {
-    std::fputs("usage: read_pictures FOLDER SHEET.png\n", stderr);
-    return 2;
-  }
-  try {
-    return graphize::MakeSheet(argv[1], QString::fromLocal8Bit(argv[2]));
-  } catch (const graphize::RunTimeError& error) {
-    std::fprintf(stderr, "%s\n", error.what());
-    return 1;
-  }
+  return graphize::MakeSheet(argc, argv, graphize::Tiles);
 }

@@ -4,11 +4,11 @@
 #include <QLabel>
 #include <QPainter>
 #include <QPushButton>
-#include <QSlider>
 #include <QToolButton>
 #include <QVBoxLayout>
 
 #include "widgets/show.h"
+#include "widgets/tolerance_slider.h"
 
 namespace graphize {
 
@@ -50,21 +50,8 @@ InkDialog::InkDialog(QWidget* parent) : FormDialog("FRM_Ink", tr("Ink from Colou
   chosen->addWidget(ink_, 1);
   column->addLayout(chosen);
 
-  auto* slide = new QHBoxLayout;
-  tolerance_ = Named(new QSlider(Qt::Horizontal), "SCRL_Tolerance", tr("Tolerance"));
-  tolerance_->setRange(InkForm::kNarrowest, InkForm::kWidest);
-  tolerance_->setValue(InkForm::kAsFound);
-  tolerance_->setPageStep(10);
-  tolerance_->setToolTip(
-      tr("How much another colour may differ and still count as this ink: what is marked"));
-  toleranceShown_ = new QLabel;
-  toleranceShown_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-  toleranceShown_->setMinimumWidth(
-      toleranceShown_->fontMetrics().horizontalAdvance(QStringLiteral("200 %")));
-  slide->addWidget(new QLabel(tr("Tolerance")));
-  slide->addWidget(tolerance_, 1);
-  slide->addWidget(toleranceShown_);
-  column->addLayout(slide);
+  tolerance_ = new ToleranceSlider(InkForm::kNarrowest, InkForm::kAsFound, InkForm::kWidest);
+  column->addWidget(tolerance_);
 
   accept_ = Named(new QPushButton(tr("As &Black and White")), "BTN_Accept");
   accept_->setToolTip(tr("Make this ink black and all else white, for tracers, scan and snapping"));
@@ -73,9 +60,7 @@ InkDialog::InkDialog(QWidget* parent) : FormDialog("FRM_Ink", tr("Ink from Colou
   auto* cancel = Named(new QPushButton(tr("&Cancel")), "BTN_Cancel");
   cancel->setToolTip(tr("Close this window and leave the picture as it is"));
   AddButtons({accept_, showColours_, cancel});
-  connect(tolerance_, &QSlider::valueChanged, this, &InkDialog::ToleranceChosen);
-  connect(tolerance_, &QSlider::sliderReleased, this,
-          [this] { emit ToleranceChosen(tolerance_->value()); });
+  connect(tolerance_, &ToleranceSlider::Chosen, this, &InkDialog::ToleranceChosen);
   connect(accept_, &QPushButton::clicked, this, &InkDialog::AcceptPressed);
   connect(showColours_, &QPushButton::clicked, this, &InkDialog::ShowColoursPressed);
 }
@@ -108,11 +93,7 @@ void InkDialog::Render(const InkForm& form) {
   for (std::size_t i = 0; i < swatches_.size(); ++i)
     swatches_[i]->setChecked(form.Chosen && i < form.Swatches.size() &&
                              PixelOf(form.Swatches[i].Colour) == *form.Chosen);
-  {
-    const QSignalBlocker quiet(tolerance_);
-    if (!tolerance_->isSliderDown()) tolerance_->setValue(form.Tolerance);
-  }
-  graphize::Show(toleranceShown_, std::to_string(form.Tolerance) + " %");
+  tolerance_->Render(form.Tolerance);
   const QColor colour = form.Chosen ? QColor::fromRgb(*form.Chosen) : QColor();
   if (chosen_->property("colour").value<QColor>() != colour) {
     chosen_->setProperty("colour", colour);
@@ -124,7 +105,7 @@ void InkDialog::Render(const InkForm& form) {
 }
 
 bool InkDialog::IsSliding() const {
-  return tolerance_->isSliderDown();
+  return tolerance_->IsHeld();
 }
 
 }  // namespace graphize

@@ -7,10 +7,11 @@
 
 class QGridLayout;
 class QLabel;
-class QSlider;
 class QToolButton;
 
 namespace graphize {
+
+class ToleranceSlider;
 
 /// The window FRM_Ink: an ink is chosen among the swatches or by a click on the picture, which
 /// stays within reach, and what counts as it is shown there.
@@ -35,8 +36,7 @@ class InkDialog : public FormDialog {
   std::vector<QToolButton*> swatches_;
   QLabel* chosen_;
   QLabel* ink_;
-  QSlider* tolerance_;
-  QLabel* toleranceShown_;
+  ToleranceSlider* tolerance_;
   QPushButton* accept_;
   QPushButton* showColours_;
 };

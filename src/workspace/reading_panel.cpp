@@ -6,11 +6,11 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QSlider>
 #include <QVBoxLayout>
 
 #include "base/translation.h"
 #include "widgets/show.h"
+#include "widgets/tolerance_slider.h"
 #include "widgets/wrapped_label.h"
 
 namespace graphize {
@@ -99,21 +99,9 @@ QWidget* ReadingPanel::MakeEnding() {
   auto* column = new QVBoxLayout(ending);
   column->setContentsMargins(0, 0, 0, 0);
 
-  auto* row = new QHBoxLayout;
-  tolerance_ = Named(new QSlider(Qt::Horizontal), "SCRL_Tolerance", tr("Tolerance"));
-  tolerance_->setRange(ReadingControl::kNarrowest, ReadingControl::kWidest);
-  tolerance_->setValue(ReadingControl::kAsFound);
-  tolerance_->setPageStep(10);
-  tolerance_->setToolTip(
-      tr("How much another colour may differ and still count as this ink: what is marked"));
-  toleranceShown_ = new QLabel;
-  toleranceShown_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-  toleranceShown_->setMinimumWidth(
-      toleranceShown_->fontMetrics().horizontalAdvance(QStringLiteral("200 %")));
-  row->addWidget(new QLabel(tr("Tolerance")));
-  row->addWidget(tolerance_, 1);
-  row->addWidget(toleranceShown_);
-  column->addLayout(row);
+  tolerance_ = new ToleranceSlider(ReadingControl::kNarrowest, ReadingControl::kAsFound,
+                                   ReadingControl::kWidest);
+  column->addWidget(tolerance_);
 
   reading_ = Named(new WrappedLabel, "LBL_Reading", tr("What was read"));
   reading_->setTextFormat(Qt::PlainText);
@@ -135,9 +123,7 @@ QWidget* ReadingPanel::MakeEnding() {
   }
   column->addLayout(buttons);
 
-  connect(tolerance_, &QSlider::valueChanged, this, &ReadingPanel::ToleranceChosen);
-  connect(tolerance_, &QSlider::sliderReleased, this,
-          [this] { emit ToleranceChosen(tolerance_->value()); });
+  connect(tolerance_, &ToleranceSlider::Chosen, this, &ReadingPanel::ToleranceChosen);
   connect(accept_, &QPushButton::clicked, this, &ReadingPanel::AcceptPressed);
   connect(cancel_, &QPushButton::clicked, this, &ReadingPanel::CancelPressed);
   return ending;
@@ -170,16 +156,14 @@ void ReadingPanel::Render(const ReadingControl& control, const State& state) {
     densityText_->setAccessibleName(what);
     densityText_->setToolTip(atX ? tr("X values, such as 0, 2.5, 7 or 0:0.5:10") : what);
   }
-  const QSignalBlocker quiet(tolerance_);
-  if (!tolerance_->isSliderDown()) tolerance_->setValue(control.Tolerance);
-  graphize::Show(toleranceShown_, std::to_string(control.Tolerance) + " %");
+  tolerance_->Render(control.Tolerance);
   graphize::Show(reading_, control.Reading);
   Enable(accept_, state.CanTake);
   Enable(cancel_, state.CanCancel);
 }
 
 bool ReadingPanel::IsSliding() const {
-  return tolerance_->isSliderDown();
+  return tolerance_->IsHeld();
 }
 
 }  // namespace graphize

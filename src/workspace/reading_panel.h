@@ -11,9 +11,10 @@ class QLabel;
 class QLineEdit;
 class QPushButton;
 class QRadioButton;
-class QSlider;
 
 namespace graphize {
+
+class ToleranceSlider;
 
 /// The frames "Read Curve" and "Find Symbols": what is asked for, what was read, and whether it is
 /// taken over. One of them is shown, and has the controls that both end with.
@@ -55,8 +56,7 @@ class ReadingPanel : public QWidget {
   std::array<QRadioButton*, 2> centre_;
   QPushButton* doubtful_;
   QPushButton* leaveOut_;
-  QSlider* tolerance_;
-  QLabel* toleranceShown_;
+  ToleranceSlider* tolerance_;
   QLabel* reading_;
   QPushButton* accept_;
   QPushButton* cancel_;

@@ -25,13 +25,7 @@ class AxesWindow : public WindowTest {
     Settle();
   }
   /// A scan of which no more than a proposal can be made.
-  void OpenScan() {
-    OnFileDialog(kSamples / "record_scanned.jpg");
-    OnMessage("reduce colors", QMessageBox::No);
-    ClickTool("open");
-    Until([this] { return State().plot.IsPresent(); }, "the picture is open");
-    Settle();
-  }
+  void OpenScan() { OpenInColours(kSamples / "record_scanned.jpg"); }
   void ExpectPendulum() {
     const AxisCalibration& axes = State().calibration;
     ASSERT_TRUE(axes.IsComplete());
@@ -116,10 +110,7 @@ TEST_F(AxesWindow, OfPlotsSideBySideAClickChooses) {
     for (const int left : {0, one.Width()})
       std::copy(one.Row(y), one.Row(y) + one.Width(), two.Row(y) + left);
   SavePicture(Folder() / "two.bmp", 3, 0, two);
-  Start();
-  Window().OpenWhenShown({Folder() / "two.bmp"});
-  Until([this] { return State().plot.IsPresent(); }, "the picture is open");
-  Settle();
+  StartWith(Folder() / "two.bmp");
   Propose();
   EXPECT_TRUE(Verdict().startsWith(QLatin1String("none"))) << Verdict().toStdString();
   EXPECT_TRUE(Find<QWidget>("CMB_Plot")->isVisible());
@@ -140,10 +131,7 @@ TEST_F(AxesWindow, OfTwoScalesTheOtherCanBeChosen) {
     if (y >= 25 && y <= 335) std::copy(one.Row(y) + 26, one.Row(y) + 64, two.Row(y + 97) + 618);
   }
   SavePicture(Folder() / "two.bmp", 3, 0, two);
-  Start();
-  Window().OpenWhenShown({Folder() / "two.bmp"});
-  Until([this] { return State().plot.IsPresent(); }, "the picture is open");
-  Settle();
+  StartWith(Folder() / "two.bmp");
   Propose();
   ASSERT_EQ(State().proposedAxes.Found.Y.Scales.size(), 2u) << Verdict().toStdString();
   const auto originRow = [this] {

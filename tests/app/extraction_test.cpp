@@ -118,10 +118,7 @@ TEST_F(Extraction, TheBoxesBesideThePictureAreTheSettings) {
 
 TEST_F(Extraction, BlackAndWhiteIsSeenBeforeItIsDone) {
   Start();
-  OnFileDialog(kSamples / "record_scanned.jpg");
-  OnMessage("reduce colors", QMessageBox::No);
-  ClickTool("open");
-  Until([this] { return State().plot.IsPresent(); }, "the picture is open");
+  OpenInColours(kSamples / "record_scanned.jpg");
   ChooseForm("MNU_IMAGE_BlackWhite", "FRM_BlackWhite");
   const BlackWhiteForm& form = State().blackWhite;
   const auto black = [&] {

@@ -47,10 +47,7 @@ TEST_F(DISABLED_Pictures, TheWindow) {
 
 TEST_F(DISABLED_Pictures, CurvesOfOnePicture) {
   Start();
-  OnFileDialog(kSamples / "temperature_colour.jpg");
-  OnMessage("reduce colors", QMessageBox::No);
-  ClickTool("open");
-  Until([this] { return State().plot.IsPresent(); }, "the picture is open");
+  OpenInColours(kSamples / "temperature_colour.jpg");
   Calibrate({{{70, 470, "0", "-6"}, {720, 470, "24", "-6"}, {70, 40, "0", "24"}}});
   Xdo({QStringLiteral("key"), QStringLiteral("F2")});
   for (const auto& [name, row] : {std::pair("coast", 224), {"inland", 248}, {"summit", 383}}) {
@@ -104,10 +101,7 @@ TEST_F(DISABLED_Pictures, Settings) {
 
 TEST_F(DISABLED_Pictures, BlackAndWhite) {
   Start();
-  OnFileDialog(kSamples / "record_scanned.jpg");
-  OnMessage("reduce colors", QMessageBox::No);
-  ClickTool("open");
-  Until([this] { return State().plot.IsPresent(); }, "the picture is open");
+  OpenInColours(kSamples / "record_scanned.jpg");
   ChooseForm("MNU_IMAGE_BlackWhite", "FRM_BlackWhite");
   QWidget* form = QApplication::activeModalWidget();
   Save(form, "help/pictures/black_white.png");

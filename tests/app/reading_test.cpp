@@ -23,13 +23,7 @@ class ReadingWindow : public WindowTest {
   void Key(const char* name) { Xdo({QStringLiteral("key"), QString::fromLatin1(name)}); }
 
   /// Three curves in blue, red and green, of which two cross.
-  void OpenTemperatures() {
-    OnFileDialog(kSamples / "temperature_colour.jpg");
-    OnMessage("reduce colors", QMessageBox::No);
-    ClickTool("open");
-    Until([this] { return State().plot.IsPresent(); }, "the picture is open");
-    Settle();
-  }
+  void OpenTemperatures() { OpenInColours(kSamples / "temperature_colour.jpg"); }
   void CalibrateTemperatures() {
     Calibrate({{{70, 470, "0", "-6"}, {720, 470, "24", "-6"}, {70, 40, "0", "24"}}});
   }
@@ -171,11 +165,7 @@ TEST_F(ReadingWindow, DoubtfulSymbolsAreSteppedThroughInTurn) {
   drawn.Put(cover, 0xffd62728);
   QImage(reinterpret_cast<const uchar*>(drawn.Picture.Pixels()), 400, 300, QImage::Format_RGB32)
       .save(QString::fromStdString((Folder() / "discs.png").string()));
-  OnFileDialog(Folder() / "discs.png");
-  OnMessage("reduce colors", QMessageBox::No);
-  ClickTool("open");
-  Until([this] { return State().plot.IsPresent(); }, "the picture is open");
-  Settle();
+  OpenInColours(Folder() / "discs.png");
   Key("ctrl+7");
   ClickPlot(70, 60);
   ASSERT_TRUE(State().reading.Symbols) << Reading().toStdString();

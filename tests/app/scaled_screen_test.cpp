@@ -30,10 +30,7 @@ TEST_F(ScaledScreens, EveryScreenPixelIsReadAsThePicturePixelItShows) {
 }
 
 TEST_F(ScaledScreen, DISABLED_PixelsAreExact) {
-  Start();
-  Window().OpenWhenShown({kSamples / "pendulum.bmp"});
-  Until([this] { return State().plot.IsPresent(); }, "the picture is open");
-  Settle();
+  StartWith(kSamples / "pendulum.bmp");
   const auto* plot = Find<QWidget>("Plot");
   const double scale = Window().devicePixelRatioF();
   const QPoint origin = plot->mapTo(&Window(), QPoint());

@@ -185,6 +185,21 @@ void WindowTest::OpenSample(const char* name) {
   Settle();
 }
 
+void WindowTest::StartWith(const std::filesystem::path& picture) {
+  Start();
+  Window().OpenWhenShown({picture});
+  Until([this] { return State().plot.IsPresent(); }, "the picture is open");
+  Settle();
+}
+
+void WindowTest::OpenInColours(const std::filesystem::path& file) {
+  OnFileDialog(file);
+  OnMessage("reduce colors", QMessageBox::No);
+  ClickTool("open");
+  Until([this] { return State().plot.IsPresent(); }, "the picture is open");
+  Settle();
+}
+
 void WindowTest::Calibrate(const std::array<AxisClick, 3>& clicks) {
   ClickTool("axisdef");
   TypeInto("TXT_XPos_0", clicks[0].X);

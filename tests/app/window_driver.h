@@ -71,6 +71,10 @@ class WindowTest : public ::testing::Test {
   QWidget* OpenForm() const;
   bool FormIsOpen() const { return OpenForm() != nullptr; }
 
+  /// A picture that the command line names.
+  void StartWith(const std::filesystem::path& picture);
+  /// A picture whose colours are kept.
+  void OpenInColours(const std::filesystem::path& file);
   // The way to captured points on the pendulum's picture: X from 0 to 12 at columns 70 to 610, Y
   // from -1 to 1 at rows 430 to 40.
   void OpenSample(const char* name);
