@@ -133,8 +133,8 @@ std::vector<std::optional<InkPiece>> LegendSamples(const std::vector<std::vector
   std::vector<std::optional<InkPiece>> samples(pieces.size());
   for (std::size_t i = 0; i < pieces.size(); ++i)
     for (const InkPiece& piece : pieces[i])
-      if (!samples[i] && IsSample(piece) &&
-          (hasColumn ? std::abs(piece.Left - best->first) <= 1 : !LabelOf(piece, around).empty()))
+      if (!samples[i] && (hasColumn ? IsSample(piece) && std::abs(piece.Left - best->first) <= 1
+                                    : IsLegendSample(piece, around)))
         samples[i] = piece;
   return samples;
 }
@@ -220,7 +220,7 @@ PlotReading ReadAllCurves(const Raster& picture, const AxesFrame& frame,
       if (PartAmong(reading, courses) > kSameCourse) continue;
       const InkPiece whole = BoxOf(reading.Points);
       if (whole.Width() < kLeastPart * wide && whole.Height() < kLeastPart * high) continue;
-      if (IsSample(whole) && !LabelOf(whole, around).empty()) {
+      if (IsLegendSample(whole, around)) {
         ofInk.push_back(whole);  // dashed or dotted
         continue;
       }
