@@ -1,11 +1,14 @@
 #include "finding_axes/page_lines.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 #include <optional>
+#include <utility>
 
 #include "base/linear_equations.h"
+#include "base/median.h"
 #include "finding_axes/long_lines.h"
 
 namespace graphize {
@@ -227,9 +230,7 @@ double LimitOf(const AffineMap& map, const std::vector<Tie>& ties) {
   std::vector<double> sizes;
   for (const Tie& tie : ties) sizes.push_back(std::fabs(ResidualOf(map, tie)));
   if (sizes.empty()) return kLeast;
-  const auto middle = sizes.begin() + static_cast<std::ptrdiff_t>(sizes.size() / 2);
-  std::nth_element(sizes.begin(), middle, sizes.end());
-  return std::max(kLeast, 4.7 * 1.4826 * *middle);
+  return std::max(kLeast, 4.7 * 1.4826 * Median(std::move(sizes)));
 }
 
 /// What 90 % of the points do not exceed: where a page is bent its lines lie further off than the

@@ -6,6 +6,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "base/median.h"
 #include "base/translation.h"
 #include "reading/frame_ends.h"
 #include "reading/free_follower.h"
@@ -98,9 +99,7 @@ double LongestGap(const std::vector<StrokeSample>& samples, const StrokeKind& ki
   }
   const double solid = 20 + 2 * kind.Width;
   if (gaps.size() < 6) return solid;
-  const auto middle = gaps.begin() + static_cast<std::ptrdiff_t>(gaps.size() / 2);
-  std::nth_element(gaps.begin(), middle, gaps.end());
-  return std::max(2.6 * *middle, 0.5 * solid);
+  return std::max(2.6 * Median(std::move(gaps)), 0.5 * solid);
 }
 
 /// Whether the straight way from one to the other leads over a wall.
