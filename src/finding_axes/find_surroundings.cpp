@@ -44,8 +44,8 @@ std::optional<InkBox> AxesApart(const InkImage& ink, const LineSet& lines) {
   if (level == lines.Level.end() || upright == lines.Upright.end() ||
       level->Length() < kLeastPart * ink.Width || upright->Length() < kLeastPart * ink.Height)
     return std::nullopt;
-  InkBox box{level->From, level->First, level->To, level->Last};
-  box.Add({upright->First, upright->From, upright->Last, upright->To});
+  InkBox box = BoxOf(*level, true);
+  box.Add(BoxOf(*upright, false));
   return box;
 }
 
@@ -115,10 +115,8 @@ PlotSurroundings FindSurroundings(const Raster& picture, PictureOperation& opera
   std::vector<InkBox> frames = FindFrames(ink, lines);
   if (frames.empty())
     if (const auto axes = AxesApart(ink, lines)) frames.push_back(*axes);
-  std::stable_sort(frames.begin(), frames.end(), [](const InkBox& a, const InkBox& b) {
-    return static_cast<double>(a.Width()) * a.Height() >
-           static_cast<double>(b.Width()) * b.Height();
-  });
+  std::stable_sort(frames.begin(), frames.end(),
+                   [](const InkBox& a, const InkBox& b) { return a.Area() > b.Area(); });
   for (const InkBox& box : frames) {
     const SidedBox sides = SidesOf(lines, box);
     found.Frames.push_back({frameOf(sides.Left, sides.Top, sides.Right, sides.Bottom),
