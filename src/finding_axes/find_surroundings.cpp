@@ -100,15 +100,20 @@ PlotSurroundings FindSurroundings(const Raster& picture, PictureOperation& opera
   }
   if (operation.Stopped) return found;
   const auto frameOf = [&](double left, double top, double right, double bottom) {
-    const AffineMap& map = ink.ToPicture;
-    const auto x = [&](double u, double v) { return map.XX * u + map.XY * v + map.X; };
-    const auto y = [&](double u, double v) { return map.YX * u + map.YY * v + map.Y; };
+    const auto across = [&](double u, double v) {
+      const MappedPlace at = Mapped(ink.ToPicture, u, v);
+      return turn.U(at.X, at.Y);
+    };
+    const auto down = [&](double u, double v) {
+      const MappedPlace at = Mapped(ink.ToPicture, u, v);
+      return turn.V(at.X, at.Y);
+    };
     AxesFrame frame = turn;
     const double u = 0.5 * (left + right), v = 0.5 * (top + bottom);
-    frame.Left = turn.U(x(left, v), y(left, v));
-    frame.Right = turn.U(x(right, v), y(right, v));
-    frame.Top = turn.V(x(u, top), y(u, top));
-    frame.Bottom = turn.V(x(u, bottom), y(u, bottom));
+    frame.Left = across(left, v);
+    frame.Right = across(right, v);
+    frame.Top = down(u, top);
+    frame.Bottom = down(u, bottom);
     return frame;
   };
   const LineSet lines = FindLongLines(ink);

@@ -144,9 +144,9 @@ InkImage PartOf(const InkImage& ink, const InkBox& part) {
   cut.Values.clear();
   for (int y = part.Top; y <= part.Bottom; ++y)
     cut.Values.insert(cut.Values.end(), ink.Row(y) + part.Left, ink.Row(y) + part.Right + 1);
-  AffineMap& map = cut.ToPicture;
-  map.X += map.XX * part.Left + map.XY * part.Top;
-  map.Y += map.YX * part.Left + map.YY * part.Top;
+  const MappedPlace corner = Mapped(ink.ToPicture, part.Left, part.Top);
+  cut.ToPicture.X = corner.X;
+  cut.ToPicture.Y = corner.Y;
   return cut;
 }
 

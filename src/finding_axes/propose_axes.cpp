@@ -118,9 +118,8 @@ ProposedAxis Judged(const LookedAtAxis& axis, AxisCourse course, const InkImage&
     const bool level = course == AxisCourse::Level;
     const double u = level ? label.Position : axis.Found.Across;
     const double v = level ? axis.Found.Across : label.Position;
-    const AffineMap& map = upright.ToPicture;
-    proposed.Labels.push_back({ShownLabel(reading.Text, reading.Exponent), label.Value,
-                               map.XX * u + map.XY * v + map.X, map.YX * u + map.YY * v + map.Y,
+    const MappedPlace at = Mapped(upright.ToPicture, u, v);
+    proposed.Labels.push_back({ShownLabel(reading.Text, reading.Exponent), label.Value, at.X, at.Y,
                                label.Residual * upright.Scale, label.ReadTwice});
     worst = std::max(worst, std::fabs(label.Residual) * upright.Scale);
   }
@@ -172,9 +171,8 @@ Ends BestEnds(const FoundAxis& axis, const PlaceOf& placeOf) {
 std::vector<ProposedRow> RowsOf(const FoundAxis& x, const FoundAxis& y, const AffineMap& map) {
   const auto at = [&](const TiedLabel& u, const TiedLabel& v) {
     // The scale's own places: ticks are rounded by the program that drew them.
-    const double column = x.Law.PositionOf(u.Value), row = y.Law.PositionOf(v.Value);
-    return ProposedRow{map.XX * column + map.XY * row + map.X,
-                       map.YX * column + map.YY * row + map.Y, u.Value, v.Value};
+    const MappedPlace place = Mapped(map, x.Law.PositionOf(u.Value), y.Law.PositionOf(v.Value));
+    return ProposedRow{place.X, place.Y, u.Value, v.Value};
   };
   const Ends xs = BestEnds(x, [&](const TiedLabel& u) { return at(u, y.Labels.front()).Column; });
   // The X axis's points lie on the row of one of these.
@@ -199,12 +197,12 @@ bool GoTogether(const FoundAxis& x, const FoundAxis& y) {
 
 /// An upright part, with a turned page's corners, cut to the picture.
 PlotArea OnPicture(const InkBox& part, const InkImage& ink, const Raster& picture) {
-  const AffineMap& map = ink.ToPicture;
   PlotArea area{picture.Width(), picture.Height(), -1, -1};
   for (const int x : {part.Left, part.Right})
     for (const int y : {part.Top, part.Bottom}) {
-      const auto column = static_cast<int>(std::lround(map.XX * x + map.XY * y + map.X));
-      const auto row = static_cast<int>(std::lround(map.YX * x + map.YY * y + map.Y));
+      const MappedPlace at = Mapped(ink.ToPicture, x, y);
+      const auto column = static_cast<int>(std::lround(at.X));
+      const auto row = static_cast<int>(std::lround(at.Y));
       area.Left = std::max(std::min(area.Left, column), 0);
       area.Top = std::max(std::min(area.Top, row), 0);
       area.Right = std::min(std::max(area.Right, column), picture.Width() - 1);
