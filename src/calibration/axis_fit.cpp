@@ -102,6 +102,10 @@ LeastAngle LeastOf(double p, double q, double r) {
   return {0.5 * twice, std::max(0.5 * (p + r) - half, 0.0), 2 * half};
 }
 
+/// Of both scales at a right angle to each other.
+LeastAngle LeastOfBoth(const Scatter& x, const Scatter& y) {
+  return LeastOf(x.Columns + y.Rows, x.Both - y.Both, x.Rows + y.Columns);
+}
 LeastAngle LeastOfX(const Scatter& x) {
   return LeastOf(x.Columns, x.Both, x.Rows);
 }
@@ -162,7 +166,7 @@ std::optional<Solution> Solve(const KnownPlaces& known) {
   };
   if (!known.IsPossible || isFlat(known.X) || isFlat(known.Y)) return std::nullopt;
   const Scatter x = ScatterOf(known.X), y = ScatterOf(known.Y);
-  const LeastAngle both = LeastOf(x.Columns + y.Rows, x.Both - y.Both, x.Rows + y.Columns);
+  const LeastAngle both = LeastOfBoth(x, y);
   if (!(both.Contrast > 0)) return std::nullopt;
   Solution found;
   const int values = static_cast<int>(known.X.size() + known.Y.size());
@@ -249,7 +253,7 @@ AxisSpread SpreadAt(const AxisCalibration& calibration, double column, double ro
   if (!solution) return {};
   const double sigma = std::max(solution->Rms(), kClick);
   const Scatter x = ScatterOf(known.X), y = ScatterOf(known.Y);
-  const double both = LeastOf(x.Columns + y.Rows, x.Both - y.Both, x.Rows + y.Columns).Contrast;
+  const double both = LeastOfBoth(x, y).Contrast;
   const auto spread = [&](const Line& line, const std::vector<Known>& places, double contrast) {
     const Means mean = MeansOf(places);
     const double along = line.Along(column - mean.Column, rowUp - mean.Row);

@@ -77,9 +77,7 @@ double ValueAtShare(const Axis& axis, double over, double under) {
 
 /// By the fitted axes.
 RealPoint RefinedPointAt(const AxisCalibration& c, double x, double y) {
-  const AffineMap& scale = c.Refined.Scale;
-  const double u = scale.XX * x + scale.XY * y + scale.X;
-  const double v = scale.YX * x + scale.YY * y + scale.Y;
+  const auto [u, v] = Mapped(c.Refined.Scale, x, y);
   return {c.XLog ? std::pow(10.0, u) : u, c.YLog ? std::pow(10.0, v) : v};
 }
 
@@ -173,11 +171,10 @@ PixelSize PixelSizeAt(const AxisCalibration& c, float X, float Y) {
 
 PlotPosition PositionOfReal(const AxisCalibration& c, int pictureHeight, float X, float Y) {
   if (c.Refined.On) {
-    const AffineMap place = Inverse(c.Refined.Scale);
     const double x = X, y = Y;
-    const double s = c.XLog ? std::log10(x) : x, t = c.YLog ? std::log10(y) : y;
-    return {static_cast<float>(place.XX * s + place.XY * t + place.X),
-            static_cast<float>(pictureHeight - (place.YX * s + place.YY * t + place.Y))};
+    const MappedPlace place =
+        Mapped(Inverse(c.Refined.Scale), c.XLog ? std::log10(x) : x, c.YLog ? std::log10(y) : y);
+    return {static_cast<float>(place.X), static_cast<float>(pictureHeight - place.Y)};
   }
   const float u = PixelsAt(XAxis(c), X), v = PixelsAt(YAxis(c), Y);
   const float column = c.CosAngle * u - c.SinAngle * v + c.PixelX[0];

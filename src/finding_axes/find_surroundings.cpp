@@ -44,8 +44,8 @@ std::optional<InkBox> AxesApart(const InkImage& ink, const LineSet& lines) {
   if (level == lines.Level.end() || upright == lines.Upright.end() ||
       level->Length() < kLeastPart * ink.Width || upright->Length() < kLeastPart * ink.Height)
     return std::nullopt;
-  InkBox box{level->From, level->First, level->To, level->Last};
-  box.Add({upright->First, upright->From, upright->Last, upright->To});
+  InkBox box = BoxOf(*level, true);
+  box.Add(BoxOf(*upright, false));
   return box;
 }
 
@@ -100,25 +100,28 @@ PlotSurroundings FindSurroundings(const Raster& picture, PictureOperation& opera
   }
   if (operation.Stopped) return found;
   const auto frameOf = [&](double left, double top, double right, double bottom) {
-    const AffineMap& map = ink.ToPicture;
-    const auto x = [&](double u, double v) { return map.XX * u + map.XY * v + map.X; };
-    const auto y = [&](double u, double v) { return map.YX * u + map.YY * v + map.Y; };
+    const auto across = [&](double u, double v) {
+      const MappedPlace at = Mapped(ink.ToPicture, u, v);
+      return turn.U(at.X, at.Y);
+    };
+    const auto down = [&](double u, double v) {
+      const MappedPlace at = Mapped(ink.ToPicture, u, v);
+      return turn.V(at.X, at.Y);
+    };
     AxesFrame frame = turn;
     const double u = 0.5 * (left + right), v = 0.5 * (top + bottom);
-    frame.Left = turn.U(x(left, v), y(left, v));
-    frame.Right = turn.U(x(right, v), y(right, v));
-    frame.Top = turn.V(x(u, top), y(u, top));
-    frame.Bottom = turn.V(x(u, bottom), y(u, bottom));
+    frame.Left = across(left, v);
+    frame.Right = across(right, v);
+    frame.Top = down(u, top);
+    frame.Bottom = down(u, bottom);
     return frame;
   };
   const LineSet lines = FindLongLines(ink);
   std::vector<InkBox> frames = FindFrames(ink, lines);
   if (frames.empty())
     if (const auto axes = AxesApart(ink, lines)) frames.push_back(*axes);
-  std::stable_sort(frames.begin(), frames.end(), [](const InkBox& a, const InkBox& b) {
-    return static_cast<double>(a.Width()) * a.Height() >
-           static_cast<double>(b.Width()) * b.Height();
-  });
+  std::stable_sort(frames.begin(), frames.end(),
+                   [](const InkBox& a, const InkBox& b) { return a.Area() > b.Area(); });
   for (const InkBox& box : frames) {
     const SidedBox sides = SidesOf(lines, box);
     found.Frames.push_back({frameOf(sides.Left, sides.Top, sides.Right, sides.Bottom),

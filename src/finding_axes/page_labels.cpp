@@ -32,8 +32,7 @@ class Patch {
     width_ = box.Width();
     for (int y = box.Top; y <= box.Bottom; ++y)
       for (int x = box.Left; x <= box.Right; ++x) {
-        const double u = toInk.XX * x + toInk.XY * y + toInk.X;
-        const double v = toInk.YX * x + toInk.YY * y + toInk.Y;
+        const auto [u, v] = Mapped(toInk, x, y);
         constexpr double kNear = 0.5;
         values_.push_back(0.25 *
                           (ink.Sample(u - kNear, v - kNear) + ink.Sample(u + kNear, v - kNear) +
@@ -75,7 +74,7 @@ double Correlation(const Patch& a, const Patch& b, const InkBox& box, int dx, in
 
 bool IsSeen(const InkImage& other, const InkBox& box, const AffineMap& map) {
   const auto inside = [&](double x, double y) {
-    const double u = map.XX * x + map.XY * y + map.X, v = map.YX * x + map.YY * y + map.Y;
+    const auto [u, v] = Mapped(map, x, y);
     return u >= 0 && v >= 0 && u <= other.Width - 1 && v <= other.Height - 1;
   };
   return inside(box.Left, box.Top) && inside(box.Right, box.Top) && inside(box.Left, box.Bottom) &&
@@ -120,7 +119,8 @@ bool HasMore(const InkBox& box, double size, const UprightPage& page, const InkI
   // What is printed alike may be sampled between other pixels.
   constexpr double kNear = 0.75;
   const auto at = [](const InkImage& image, const AffineMap& to, double x, double y) {
-    return image.Sample(to.XX * x + to.XY * y + to.X, to.YX * x + to.YY * y + to.Y);
+    const auto [u, v] = Mapped(to, x, y);
+    return image.Sample(u, v);
   };
   const double ink = std::max<double>(other.Weak, 0.2 * other.Full);
   const double paper = 0.75 * std::max<double>(page.Ink.Weak, 0.2 * page.Ink.Full);

@@ -1,11 +1,14 @@
 #include "finding_axes/page_lines.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 #include <optional>
+#include <utility>
 
 #include "base/linear_equations.h"
+#include "base/median.h"
 #include "finding_axes/long_lines.h"
 
 namespace graphize {
@@ -125,8 +128,8 @@ void AddLines(const UprightPage& page, bool level, const std::vector<LongLine>& 
     for (const LongLine& piece : group.Pieces)
       for (double along = piece.From + 3; along <= piece.To - 3; along += step) {
         const double u = level ? along : piece.Across, v = level ? piece.Across : along;
-        HeldPoint point{map.XX * u + map.XY * v + map.X, map.YX * u + map.YY * v + map.Y, nx / n,
-                        ny / n, number};
+        const MappedPlace at = Mapped(map, u, v);
+        HeldPoint point{at.X, at.Y, nx / n, ny / n, number};
         const double off =
             MiddleNear(page.Ink, point.X, point.Y, point.NormalX, point.NormalY, 3, line.Reach);
         if (std::isnan(off)) continue;
@@ -215,8 +218,7 @@ std::pair<double, double> NormalThere(const AffineMap& map, const HeldPoint& poi
 }
 
 double ResidualOf(const AffineMap& map, const Tie& tie) {
-  const double x = map.XX * tie.X + map.XY * tie.Y + map.X;
-  const double y = map.YX * tie.X + map.YY * tie.Y + map.Y;
+  const auto [x, y] = Mapped(map, tie.X, tie.Y);
   return tie.Nx * x + tie.Ny * y - tie.Target;
 }
 
@@ -227,9 +229,7 @@ double LimitOf(const AffineMap& map, const std::vector<Tie>& ties) {
   std::vector<double> sizes;
   for (const Tie& tie : ties) sizes.push_back(std::fabs(ResidualOf(map, tie)));
   if (sizes.empty()) return kLeast;
-  const auto middle = sizes.begin() + static_cast<std::ptrdiff_t>(sizes.size() / 2);
-  std::nth_element(sizes.begin(), middle, sizes.end());
-  return std::max(kLeast, 4.7 * 1.4826 * *middle);
+  return std::max(kLeast, 4.7 * 1.4826 * Median(std::move(sizes)));
 }
 
 /// What 90 % of the points do not exceed: where a page is bent its lines lie further off than the
@@ -242,9 +242,8 @@ double WorstOf(const HeldLines& lines, const InkImage& page, const LineFit& fit)
     if (std::isnan(off)) {
       const HeldPoint& point = lines.Points[i];
       const auto [nx, ny] = NormalThere(fit.Map, point);
-      off = MiddleNear(page, fit.Map.XX * point.X + fit.Map.XY * point.Y + fit.Map.X,
-                       fit.Map.YX * point.X + fit.Map.YY * point.Y + fit.Map.Y, nx, ny, kReach,
-                       lines.Lines[point.Line].Reach);
+      const auto [x, y] = Mapped(fit.Map, point.X, point.Y);
+      off = MiddleNear(page, x, y, nx, ny, kReach, lines.Lines[point.Line].Reach);
     }
     if (!std::isnan(off)) sizes.push_back(std::fabs(off));
   }
@@ -281,8 +280,7 @@ LineFit FitLines(const HeldLines& lines, const InkImage& page, const AffineMap& 
     for (std::size_t i = 0; i < lines.Points.size(); ++i) {
       const HeldPoint& point = lines.Points[i];
       const auto [nx, ny] = NormalThere(fit.Map, point);
-      const double x = fit.Map.XX * point.X + fit.Map.XY * point.Y + fit.Map.X;
-      const double y = fit.Map.YX * point.X + fit.Map.YY * point.Y + fit.Map.Y;
+      const auto [x, y] = Mapped(fit.Map, point.X, point.Y);
       const double off = MiddleNear(page, x, y, nx, ny, round.Reach, lines.Lines[point.Line].Reach);
       if (std::isnan(off)) continue;
       ties.push_back({point.X, point.Y, nx, ny, nx * x + ny * y + off, 1});

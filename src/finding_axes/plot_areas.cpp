@@ -37,8 +37,7 @@ std::vector<InkBox> FramesOf(const LineSet& lines) {
     Frame& frame = frames[root(i)];
     const bool level = i < levels;
     const LongLine& line = level ? lines.Level[i] : lines.Upright[i - levels];
-    const InkBox box = level ? InkBox{line.From, line.First, line.To, line.Last}
-                             : InkBox{line.First, line.From, line.Last, line.To};
+    const InkBox box = BoxOf(line, level);
     if (!frame.HasLevel && !frame.HasUpright) frame.Box = box;
     frame.Box.Add(box);
     (level ? frame.HasLevel : frame.HasUpright) = true;
@@ -47,10 +46,6 @@ std::vector<InkBox> FramesOf(const LineSet& lines) {
   for (const Frame& frame : frames)
     if (frame.HasLevel && frame.HasUpright) boxes.push_back(frame.Box);
   return boxes;
-}
-
-double AreaOf(const InkBox& box) {
-  return static_cast<double>(box.Width()) * box.Height();
 }
 
 bool Contains(const InkBox& outer, const InkBox& inner) {
@@ -84,6 +79,11 @@ bool Overlap(int a0, int a1, int b0, int b1) {
 
 }  // namespace
 
+InkBox BoxOf(const LongLine& line, bool level) {
+  return level ? InkBox{line.From, line.First, line.To, line.Last}
+               : InkBox{line.First, line.From, line.Last, line.To};
+}
+
 std::vector<InkBox> FindFrames(const InkImage& upright, const LineSet& lines) {
   std::vector<InkBox> boxes = FramesOf(lines);
   std::erase_if(boxes, [&](const InkBox& box) {
@@ -101,8 +101,8 @@ std::vector<InkBox> FindFrames(const InkImage& upright, const LineSet& lines) {
     if (inside(box) < 2 && !isInner) plots.push_back(box);
   }
   double largest = 0;
-  for (const InkBox& box : plots) largest = std::max(largest, AreaOf(box));
-  std::erase_if(plots, [&](const InkBox& box) { return AreaOf(box) < kLeastArea * largest; });
+  for (const InkBox& box : plots) largest = std::max(largest, box.Area());
+  std::erase_if(plots, [&](const InkBox& box) { return box.Area() < kLeastArea * largest; });
   return plots;
 }
 
@@ -144,9 +144,9 @@ InkImage PartOf(const InkImage& ink, const InkBox& part) {
   cut.Values.clear();
   for (int y = part.Top; y <= part.Bottom; ++y)
     cut.Values.insert(cut.Values.end(), ink.Row(y) + part.Left, ink.Row(y) + part.Right + 1);
-  AffineMap& map = cut.ToPicture;
-  map.X += map.XX * part.Left + map.XY * part.Top;
-  map.Y += map.YX * part.Left + map.YY * part.Top;
+  const MappedPlace corner = Mapped(ink.ToPicture, part.Left, part.Top);
+  cut.ToPicture.X = corner.X;
+  cut.ToPicture.Y = corner.Y;
   return cut;
 }
 

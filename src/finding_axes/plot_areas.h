@@ -7,6 +7,9 @@
 
 namespace graphize {
 
+/// What a level or an upright line covers.
+InkBox BoxOf(const LongLine& line, bool level);
+
 /// What level and upright lines that touch enclose, lines included, where it is a plot: large, and
 /// neither in another one nor around several.
 std::vector<InkBox> FindFrames(const InkImage& upright, const LineSet& lines);

@@ -3,12 +3,11 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <memory>
 #include <string_view>
 
 #include "base/numbers.h"
 #include "base/translation.h"
-#include "finding_axes/find_axis.h"
+#include "finding_axes/label_looks.h"
 #include "finding_axes/label_text.h"
 #include "finding_axes/long_lines.h"
 #include "finding_axes/plot_areas.h"
@@ -22,50 +21,6 @@ constexpr double kDegree = 0.017453292519943295;
 /// What the three rows cannot hold.
 constexpr double kMostSkew = 0.15 * kDegree;
 
-/// One way of looking at an image.
-struct Look {
-  double Part = 0;          // as FindPieces has it
-  bool IsTurned = false;    // to the left, for what is written upward
-  bool IsEnlarged = false;  // for small letters
-};
-
-/// An axis, and the page on which its labels were read, which may be turned to the left.
-struct UprightAxis {
-  FoundAxis Found;
-  const LabelPage* Page = nullptr;
-  AxisCourse There = AxisCourse::Level;  // its course on that page
-  Look How = {};
-};
-
-/// From a page that was enlarged.
-void Reduce(FoundAxis& axis, int times) {
-  const auto reduce = [&](double& place) { place = (place + 0.5) / times - 0.5; };
-  axis.Law.Step /= times;
-  reduce(axis.Law.Start);
-  reduce(axis.Across);
-  axis.Height /= times;
-  for (TiedLabel& label : axis.Labels) {
-    reduce(label.Position);
-    label.Residual /= times;
-  }
-}
-
-/// From the page that was turned to the left: its rows are columns.
-FoundAxis TurnedBack(FoundAxis axis, AxisCourse course, int height) {
-  if (course == AxisCourse::Upright) {
-    axis.Law.Start = height - 1 - axis.Law.Start;
-    axis.Law.Step = -axis.Law.Step;
-    for (TiedLabel& label : axis.Labels) {
-      label.Position = height - 1 - label.Position;
-      label.Residual = -label.Residual;
-    }
-    std::reverse(axis.Labels.begin(), axis.Labels.end());
-  } else {
-    axis.Across = height - 1 - axis.Across;
-  }
-  return axis;
-}
-
 std::string Joined(const std::vector<std::string>& doubts) {
   std::string text;
   for (const std::string& doubt : doubts) text += (text.empty() ? "" : "; ") + doubt;
@@ -77,7 +32,7 @@ std::string Tenths(double value) {
 }
 
 /// Whether a word that our own reader has got wrong is the second one's value at its place.
-bool IsExplained(const UprightAxis& axis, const Word& word, const WordReading& other) {
+bool IsExplained(const LookedAtAxis& axis, const Word& word, const WordReading& other) {
   for (const double value : MeaningsOf(other.Text, other.Exponent))
     if (std::fabs(axis.Found.Law.PositionOf(value) - AlongOf(word, axis.There)) <=
         ToleranceOf(axis.There, axis.Found.Height))
@@ -111,7 +66,7 @@ void AddOnce(std::vector<std::string>& doubts, const std::string& doubt) {
 }
 
 /// Reads the labels once more.
-void Confirm(UprightAxis& axis, SecondReader& second) {
+void Confirm(LookedAtAxis& axis, SecondReader& second) {
   FoundAxis& found = axis.Found;
   if (found.Labels.empty()) return;
   int alike = 0;
@@ -146,55 +101,8 @@ void Confirm(UprightAxis& axis, SecondReader& second) {
     found.Doubts.push_back(Tr("of %1 labels a second reader reads %2 alike", count, alike));
 }
 
-/// From a page that is enlarged or turned to the upright one, `height` rows high.
-InkBox OnUpright(InkBox box, const Look& look, int height) {
-  if (look.IsEnlarged) box = {box.Left / 2, box.Top / 2, box.Right / 2, box.Bottom / 2};
-  if (!look.IsTurned) return box;
-  return {box.Top, height - 1 - box.Right, box.Bottom, height - 1 - box.Left};
-}
-
-/// The boxes of an axis's labels on the upright image.
-std::vector<InkBox> LabelBoxes(const UprightAxis& axis, int height) {
-  std::vector<InkBox> boxes;
-  for (const TiedLabel& label : axis.Found.Labels)
-    boxes.push_back(OnUpright(axis.Page->Words[label.Word].Is.Box, axis.How, height));
-  return boxes;
-}
-
-bool LiesIn(const InkBox& word, const std::vector<InkBox>& boxes) {
-  return std::any_of(boxes.begin(), boxes.end(), [&](const InkBox& box) {
-    return word.MiddleX() >= box.Left && word.MiddleX() <= box.Right && word.MiddleY() >= box.Top &&
-           word.MiddleY() <= box.Bottom;
-  });
-}
-
-/// Of the doubts that last those go that rest on what are labels of an axis; of one thing that
-/// several looks have seen one is told.
-void TakeLastingDoubts(FoundAxis& axis, const std::vector<InkBox>& labels) {
-  const auto restsOn = [](const LastingDoubt& doubt, const std::vector<InkBox>& boxes) {
-    return std::all_of(doubt.Words.begin(), doubt.Words.end(),
-                       [&](const InkBox& word) { return LiesIn(word, boxes); });
-  };
-  std::erase_if(axis.Lasting, [&](const LastingDoubt& doubt) {
-    if (!restsOn(doubt, labels)) return false;
-    std::erase(axis.Doubts, doubt.Text);
-    return true;
-  });
-  std::vector<InkBox> told;
-  const auto isTold = [&](const LastingDoubt& doubt) {
-    return std::find(axis.Doubts.begin(), axis.Doubts.end(), doubt.Text) != axis.Doubts.end();
-  };
-  for (const LastingDoubt& doubt : axis.Lasting)
-    if (isTold(doubt)) told.insert(told.end(), doubt.Words.begin(), doubt.Words.end());
-  for (const LastingDoubt& doubt : axis.Lasting) {
-    if (isTold(doubt) || restsOn(doubt, told)) continue;
-    axis.Doubts.push_back(doubt.Text);
-    told.insert(told.end(), doubt.Words.begin(), doubt.Words.end());
-  }
-}
-
 /// What the axis is worth.
-ProposedAxis Judged(const UprightAxis& axis, AxisCourse course, const InkImage& upright) {
+ProposedAxis Judged(const LookedAtAxis& axis, AxisCourse course, const InkImage& upright) {
   ProposedAxis proposed;
   if (axis.Found.Labels.empty()) {
     proposed.Reason = Tr("fewer than three labels lie on one scale");
@@ -210,9 +118,8 @@ ProposedAxis Judged(const UprightAxis& axis, AxisCourse course, const InkImage& 
     const bool level = course == AxisCourse::Level;
     const double u = level ? label.Position : axis.Found.Across;
     const double v = level ? axis.Found.Across : label.Position;
-    const AffineMap& map = upright.ToPicture;
-    proposed.Labels.push_back({ShownLabel(reading.Text, reading.Exponent), label.Value,
-                               map.XX * u + map.XY * v + map.X, map.YX * u + map.YY * v + map.Y,
+    const MappedPlace at = Mapped(upright.ToPicture, u, v);
+    proposed.Labels.push_back({ShownLabel(reading.Text, reading.Exponent), label.Value, at.X, at.Y,
                                label.Residual * upright.Scale, label.ReadTwice});
     worst = std::max(worst, std::fabs(label.Residual) * upright.Scale);
   }
@@ -225,54 +132,6 @@ ProposedAxis Judged(const UprightAxis& axis, AxisCourse course, const InkImage& 
                              static_cast<long long>(proposed.Labels.size()), Tenths(worst))
                         : Joined(doubts);
   return proposed;
-}
-
-bool IsClear(const FoundAxis& axis) {
-  return !axis.Labels.empty() && axis.Doubts.empty() && axis.Unexplained.empty();
-}
-
-/// Whether a page tells more of an axis than another.
-bool IsBetter(const FoundAxis& a, const FoundAxis& b) {
-  if (IsClear(a) != IsClear(b)) return IsClear(a);
-  if (a.Labels.size() != b.Labels.size()) return a.Labels.size() > b.Labels.size();
-  return a.Doubts.size() + a.Unexplained.size() < b.Doubts.size() + b.Unexplained.size();
-}
-
-constexpr Look kLooks[] = {{0.45, false, false}, {0.28, false, false}, {0.4, false, true},
-                           {0.45, true, false},  {0.28, true, false},  {0.4, true, true}};
-/// Beyond it nothing is enlarged, pixels.
-constexpr double kMostToEnlarge = 1.6e6;
-
-/// Looks for both axes as long as they are in doubt; at what is written upward only for one of
-/// which nothing else was found.
-void LookAtPages(const InkImage& upright, std::vector<std::unique_ptr<LabelPage>>& pages,
-                 UprightAxis& x, UprightAxis& y, const AxesChoice& choice,
-                 PictureOperation& operation) {
-  for (const Look& look : kLooks) {
-    const auto isWanted = [&](const UprightAxis& axis) {
-      return look.IsTurned && !axis.How.IsTurned ? axis.Found.Labels.empty() : !IsClear(axis.Found);
-    };
-    const bool large = static_cast<double>(upright.Values.size()) > kMostToEnlarge;
-    if ((!isWanted(x) && !isWanted(y)) || (look.IsEnlarged && large)) continue;
-    InkImage image = look.IsTurned ? QuarterTurned(upright) : upright;
-    if (look.IsEnlarged) image = Enlarged(image);
-    pages.push_back(std::make_unique<LabelPage>(ReadPage(std::move(image), look.Part, operation)));
-    if (operation.Stopped) return;
-    const auto find = [&](UprightAxis& axis, AxisCourse there) {
-      if (!isWanted(axis)) return;
-      FoundAxis found = FindAxis(*pages.back(), there, &axis == &x ? choice.XScale : choice.YScale);
-      std::vector<LastingDoubt> lasting = std::move(axis.Found.Lasting);
-      for (LastingDoubt& doubt : found.Lasting) {
-        for (InkBox& word : doubt.Words) word = OnUpright(word, look, upright.Height);
-        lasting.push_back(std::move(doubt));
-      }
-      if (IsBetter(found, axis.Found)) axis = {std::move(found), pages.back().get(), there, look};
-      axis.Found.Lasting = std::move(lasting);
-    };
-    find(x, look.IsTurned ? AxisCourse::Upright : AxisCourse::Level);
-    find(y, look.IsTurned ? AxisCourse::Level : AxisCourse::Upright);
-    operation.Advance(static_cast<double>(pages.size()) / static_cast<double>(std::size(kLooks)));
-  }
 }
 
 /// Two labels of an axis far apart.
@@ -312,9 +171,8 @@ Ends BestEnds(const FoundAxis& axis, const PlaceOf& placeOf) {
 std::vector<ProposedRow> RowsOf(const FoundAxis& x, const FoundAxis& y, const AffineMap& map) {
   const auto at = [&](const TiedLabel& u, const TiedLabel& v) {
     // The scale's own places: ticks are rounded by the program that drew them.
-    const double column = x.Law.PositionOf(u.Value), row = y.Law.PositionOf(v.Value);
-    return ProposedRow{map.XX * column + map.XY * row + map.X,
-                       map.YX * column + map.YY * row + map.Y, u.Value, v.Value};
+    const MappedPlace place = Mapped(map, x.Law.PositionOf(u.Value), y.Law.PositionOf(v.Value));
+    return ProposedRow{place.X, place.Y, u.Value, v.Value};
   };
   const Ends xs = BestEnds(x, [&](const TiedLabel& u) { return at(u, y.Labels.front()).Column; });
   // The X axis's points lie on the row of one of these.
@@ -339,12 +197,12 @@ bool GoTogether(const FoundAxis& x, const FoundAxis& y) {
 
 /// An upright part, with a turned page's corners, cut to the picture.
 PlotArea OnPicture(const InkBox& part, const InkImage& ink, const Raster& picture) {
-  const AffineMap& map = ink.ToPicture;
   PlotArea area{picture.Width(), picture.Height(), -1, -1};
   for (const int x : {part.Left, part.Right})
     for (const int y : {part.Top, part.Bottom}) {
-      const auto column = static_cast<int>(std::lround(map.XX * x + map.XY * y + map.X));
-      const auto row = static_cast<int>(std::lround(map.YX * x + map.YY * y + map.Y));
+      const MappedPlace at = Mapped(ink.ToPicture, x, y);
+      const auto column = static_cast<int>(std::lround(at.X));
+      const auto row = static_cast<int>(std::lround(at.Y));
       area.Left = std::max(std::min(area.Left, column), 0);
       area.Top = std::max(std::min(area.Top, row), 0);
       area.Right = std::min(std::max(area.Right, column), picture.Width() - 1);
@@ -394,28 +252,24 @@ AxesProposal ProposeAxes(const Raster& picture, PictureOperation& operation,
     ink = PartOf(ink, plots[static_cast<std::size_t>(*choice.Plot)]);
   operation.From = 0.2;
   operation.To = 0.8;
-  UprightAxis x, y;
-  std::vector<std::unique_ptr<LabelPage>> pages;
-  LookAtPages(ink, pages, x, y, choice, operation);
+  LookedAtAxes axes = LookForAxes(ink, choice.XScale, choice.YScale, operation);
   if (operation.Stopped) return stopped();
   operation.From = 0.8;
   operation.To = 1;
+  LookedAtAxis &x = axes.X, &y = axes.Y;
   const std::vector<InkBox> below = LabelBoxes(x, ink.Height), beside = LabelBoxes(y, ink.Height);
   std::vector<InkBox> labels = below;
   labels.insert(labels.end(), beside.begin(), beside.end());
   SecondReader reader(second);
-  for (UprightAxis* axis : {&x, &y}) {
+  for (LookedAtAxis* axis : {&x, &y}) {
     TakeLastingDoubts(axis->Found, labels);
     Confirm(*axis, reader);
     operation.Advance(0.5);
     if (operation.Stopped) return stopped();
-    if (axis->Page != nullptr) Reduce(axis->Found, axis->Page->Ink.Enlarged);
-    if (axis->How.IsTurned)
-      axis->Found = TurnedBack(std::move(axis->Found),
-                               axis == &x ? AxisCourse::Level : AxisCourse::Upright, ink.Height);
+    BringUpright(*axis, axis == &x ? AxisCourse::Level : AxisCourse::Upright, ink.Height);
   }
   const bool both = !x.Found.Labels.empty() && !y.Found.Labels.empty();
-  for (UprightAxis* axis : {&x, &y}) {
+  for (LookedAtAxis* axis : {&x, &y}) {
     if (std::fabs(turn.Skew) > kMostSkew)
       axis->Found.Doubts.push_back(Tr("the axes do not stand at a right angle"));
     if (both && !GoTogether(x.Found, y.Found))

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <limits>
 
 #include "base/numbers.h"
 #include "base/translation.h"
@@ -123,9 +122,10 @@ PageReference PageReferenceOf(const Raster& picture, PictureOperation& operation
     const double middle = 0.5 * (*least.*at + *most.*at);
     (at == &HeldPoint::X ? reference.MiddleX : reference.MiddleY) = middle;
   }
-  const AffineMap map = reference.Page.Ink.ToPicture;
-  reference.MiddleX = map.XX * reference.MiddleX + map.X;
-  reference.MiddleY = map.YY * reference.MiddleY + map.Y;
+  const MappedPlace middle =
+      Mapped(reference.Page.Ink.ToPicture, reference.MiddleX, reference.MiddleY);
+  reference.MiddleX = middle.X;
+  reference.MiddleY = middle.Y;
   return reference;
 }
 
@@ -154,14 +154,12 @@ PageRegistration RegisterPage(const PageReference& reference, const Raster& page
   registration.ToPage = Then(Then(Inverse(from), best.Map), to);
   registration.Worst = best.Worst * upright.Ink.Scale;
   registration.Rms = best.Rms * upright.Ink.Scale;
-  const AffineMap& map = registration.ToPage;
-  registration.ShiftX =
-      map.XX * reference.MiddleX + map.XY * reference.MiddleY + map.X - reference.MiddleX;
-  registration.ShiftY =
-      map.YX * reference.MiddleX + map.YY * reference.MiddleY + map.Y - reference.MiddleY;
-  const Shape shape = ShapeOf(map);
+  const MappedPlace middle = Mapped(registration.ToPage, reference.MiddleX, reference.MiddleY);
+  registration.ShiftX = middle.X - reference.MiddleX;
+  registration.ShiftY = middle.Y - reference.MiddleY;
+  const Shape shape = ShapeOf(registration.ToPage);
   registration.Turn = shape.Turn;
-  registration.Scale = std::sqrt(std::fabs(Determinant(map)));
+  registration.Scale = std::sqrt(std::fabs(Determinant(registration.ToPage)));
   registration.Refusal = LinesFault(reference.Lines, best);
   if (registration.Refusal.empty() && std::fabs(registration.Scale - 1) > kMostScaling)
     registration.Refusal =

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <numeric>
 
+#include "base/median.h"
+
 namespace graphize {
 
 namespace {
@@ -57,12 +59,6 @@ class Sets {
  private:
   std::vector<int> parents_;
 };
-
-double Median(std::vector<double> values) {
-  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-  std::nth_element(values.begin(), middle, values.end());
-  return *middle;
-}
 
 int GapBetween(const InkBox& a, const InkBox& b) {
   return std::max(a.Left, b.Left) - std::min(a.Right, b.Right) - 1;

@@ -15,6 +15,7 @@ struct InkBox {
   int Height() const { return Bottom - Top + 1; }
   double MiddleX() const { return 0.5 * (Left + Right); }
   double MiddleY() const { return 0.5 * (Top + Bottom); }
+  double Area() const { return static_cast<double>(Width()) * Height(); }
   void Add(const InkBox& other);
 };
 

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "base/median.h"
 #include "grid/line_pattern.h"
 #include "grid/line_thickness.h"
 #include "grid/theil_sen.h"

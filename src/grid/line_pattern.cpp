@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "grid/theil_sen.h"
+#include "base/median.h"
 
 namespace graphize {
 

@@ -1,15 +1,10 @@
 #include "grid/theil_sen.h"
 
-#include <algorithm>
 #include <cstddef>
 
-namespace graphize {
+#include "base/median.h"
 
-double Median(std::vector<double>& values) {
-  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-  std::nth_element(values.begin(), middle, values.end());
-  return *middle;
-}
+namespace graphize {
 
 FitLine FitTheilSenLine(const std::vector<FitPoint>& points) {
   constexpr std::size_t kShort = 12;

@@ -20,7 +20,4 @@ struct FitLine {
 /// rank-invariant method of linear and polynomial regression analysis", 1950). At least one point.
 FitLine FitTheilSenLine(const std::vector<FitPoint>& points);
 
-/// The middle value (the upper of two); `values` is reordered and not empty.
-double Median(std::vector<double>& values);
-
 }  // namespace graphize

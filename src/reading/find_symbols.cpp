@@ -142,7 +142,7 @@ bool IsBesideLetters(const InkMap& map, const SymbolMatch& match, const SymbolSh
   const double high = std::max(shape.Height, 8.0);
   const auto isInk = [&](int x, int y) {
     const std::uint8_t value = map.At(x, y);
-    return value >= InkMap::kFull * 2 / 5 && value != InkMap::kWall;
+    return value >= InkMap::kClear && value != InkMap::kWall;
   };
   const auto isColumn = [&](int x, double from, double to) {
     for (int y = static_cast<int>(match.Y + from); y <= static_cast<int>(match.Y + to); ++y)
@@ -219,7 +219,7 @@ SymbolFinding FindSymbols(const Raster& picture, const AxesFrame& frame,
     return refused(Tr("the frame or an axis, no symbol"));
   const auto isBlocked = [&](double px, double py) {
     return std::any_of(request.Walls.begin(), request.Walls.end(), [&](const ReadingWall& wall) {
-      return std::hypot(px - wall.X, py - wall.Y) <= 0.5 * std::max(wall.Size, 1);
+      return std::hypot(px - wall.X, py - wall.Y) <= wall.Radius();
     });
   };
   const auto clicked = ShapesAt(map, x, y);

@@ -12,8 +12,9 @@ namespace graphize {
 /// else is drawn over the paper, the ink may lie beneath: such pixels are hidden, not empty.
 struct InkMap {
   static constexpr std::uint8_t kFull = 200;
-  static constexpr std::uint8_t kWall = 253;    // nothing leads through here
-  static constexpr std::uint8_t kBeside = 254;  // blended with what hides
+  static constexpr std::uint8_t kClear = kFull * 2 / 5;  // from here to kFull it is clear ink
+  static constexpr std::uint8_t kWall = 253;             // nothing leads through here
+  static constexpr std::uint8_t kBeside = 254;           // blended with what hides
   static constexpr std::uint8_t kHidden = 255;
 
   int Width = 0, Height = 0;
@@ -27,6 +28,10 @@ struct InkMap {
   /// Outside is wall.
   std::uint8_t At(int x, int y) const {
     return Contains(x, y) ? Values[static_cast<std::size_t>(y) * Width + x] : kWall;
+  }
+  bool IsClear(int x, int y) const {
+    const std::uint8_t value = At(x, y);
+    return value >= kClear && value <= kFull;
   }
   bool IsHidden(int x, int y) const { return At(x, y) >= kBeside; }
   /// The ink's share, 0 where it is not seen.

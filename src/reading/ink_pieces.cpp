@@ -1,9 +1,9 @@
 #include "reading/ink_pieces.h"
 
-#include <array>
-#include <cmath>
+#include <cstdint>
 #include <cstdlib>
 #include <tuple>
+#include <utility>
 
 #include "base/bit_map.h"
 
@@ -11,22 +11,15 @@ namespace graphize {
 
 namespace {
 
-constexpr std::uint8_t kClear = InkMap::kFull * 2 / 5;
-
-bool IsClear(const InkMap& map, int x, int y) {
-  const std::uint8_t value = map.At(x, y);
-  return value >= kClear && value <= InkMap::kFull;
-}
-
 /// How many strokes leave a place: stretches of ink on the square about it, 9 pixels to each side.
 int StrokesFrom(const InkMap& map, PathPixel at) {
   constexpr int kAside = 9;
   int strokes = 0;
-  bool wasInk = IsClear(map, at.X - kAside, at.Y - kAside + 1);
+  bool wasInk = map.IsClear(at.X - kAside, at.Y - kAside + 1);
   PathPixel corner{at.X - kAside, at.Y - kAside};
   for (const auto& [dx, dy] : {std::pair(1, 0), {0, 1}, {-1, 0}, {0, -1}})
     for (int i = 0; i < 2 * kAside; ++i, corner.X += dx, corner.Y += dy) {
-      const bool isInk = IsClear(map, corner.X, corner.Y);
+      const bool isInk = map.IsClear(corner.X, corner.Y);
       strokes += isInk && !wasInk ? 1 : 0;
       wasInk = isInk;
     }
@@ -66,8 +59,8 @@ bool IsRectangle(const InkMap& map, const InkPiece& piece) {
   const auto hasSide = [&](bool isLevel, int outermost, int inward) {
     for (int i = 0; i < kHangsOn; ++i) {
       const int at = outermost + i * inward;
-      if (isLevel ? isFull(left, right, [&](int x) { return IsClear(map, x, at); })
-                  : isFull(top, bottom, [&](int y) { return IsClear(map, at, y); }))
+      if (isLevel ? isFull(left, right, [&](int x) { return map.IsClear(x, at); })
+                  : isFull(top, bottom, [&](int y) { return map.IsClear(at, y); }))
         return true;
     }
     return false;
@@ -77,14 +70,14 @@ bool IsRectangle(const InkMap& map, const InkPiece& piece) {
 }
 
 std::optional<InkPiece> PieceAt(const InkMap& map, PathPixel at, int mostExtent) {
-  if (!IsClear(map, at.X, at.Y)) return std::nullopt;
+  if (!map.IsClear(at.X, at.Y)) return std::nullopt;
   InkPiece piece{.Left = at.X, .Right = at.X, .Top = at.Y, .Bottom = at.Y, .Start = at};
   const int side = 2 * mostExtent + 1;
   BitMap seen(side, side);
   std::vector<PathPixel> rim;
   const auto take = [&](int x, int y) {
     const int u = x - at.X + mostExtent, v = y - at.Y + mostExtent;
-    if (u < 0 || u >= side || v < 0 || v >= side || !IsClear(map, x, y) || seen.Get(u, v)) return;
+    if (u < 0 || u >= side || v < 0 || v >= side || !map.IsClear(x, y) || seen.Get(u, v)) return;
     seen.Set(u, v);
     rim.push_back({x, y});
   };
@@ -92,11 +85,7 @@ std::optional<InkPiece> PieceAt(const InkMap& map, PathPixel at, int mostExtent)
   while (!rim.empty()) {
     const PathPixel next = rim.back();
     rim.pop_back();
-    ++piece.Area;
-    piece.Left = std::min(piece.Left, next.X);
-    piece.Right = std::max(piece.Right, next.X);
-    piece.Top = std::min(piece.Top, next.Y);
-    piece.Bottom = std::max(piece.Bottom, next.Y);
+    piece.Add(next);
     if (piece.Extent() > mostExtent) return std::nullopt;
     for (int v = -1; v <= 1; ++v)
       for (int u = -1; u <= 1; ++u) take(next.X + u, next.Y + v);
@@ -111,7 +100,7 @@ std::vector<InkPiece> PiecesOf(const InkMap& map) {
   for (int y = 0; y < map.Height; ++y)
     for (int x = 0; x < map.Width; ++x) {
       const auto take = [&](int u, int v) {
-        if (!IsClear(map, u, v) || seen.Get(u, v)) return;
+        if (!map.IsClear(u, v) || seen.Get(u, v)) return;
         seen.Set(u, v);
         rim.push_back({u, v});
       };
@@ -123,13 +112,10 @@ std::vector<InkPiece> PiecesOf(const InkMap& map) {
         const PathPixel at = rim.back();
         rim.pop_back();
         pixels.push_back(at);
-        piece.Left = std::min(piece.Left, at.X);
-        piece.Right = std::max(piece.Right, at.X);
-        piece.Bottom = std::max(piece.Bottom, at.Y);
+        piece.Add(at);
         for (int v = -1; v <= 1; ++v)
           for (int u = -1; u <= 1; ++u) take(at.X + u, at.Y + v);
       }
-      piece.Area = static_cast<int>(pixels.size());
       piece.Start = StartOf(map, piece, pixels);
       pieces.push_back(piece);
     }

@@ -13,12 +13,19 @@ namespace graphize {
 struct InkPiece {
   int Left = 0, Right = 0, Top = 0, Bottom = 0;
   int Area = 0;
-  PathPixel
-      Start;  // on it, near its middle column, where it is one stroke if there is such a place
+  // On it, near its middle column, where it is one stroke if there is such a place.
+  PathPixel Start;
 
   int Width() const { return Right - Left + 1; }
   int Height() const { return Bottom - Top + 1; }
   int Extent() const { return std::max(Width(), Height()); }
+  void Add(PathPixel at) {
+    ++Area;
+    Left = std::min(Left, at.X);
+    Right = std::max(Right, at.X);
+    Top = std::min(Top, at.Y);
+    Bottom = std::max(Bottom, at.Y);
+  }
 };
 
 /// Whether it is a rectangle, filled or not, along the picture's rows: the frame of a legend.

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "base/bit_map.h"
+#include "base/median.h"
 #include "reading/ink_pieces.h"
 #include "reading/plot_lines.h"
 #include "reading/read_stroke.h"
@@ -46,13 +47,8 @@ bool IsScattered(const CurveReading& reading) {
   }
   if (10 * hidden > 7 * length) return true;
   if (gaps.size() < 4) return false;
-  const auto median = [](std::vector<double>& values) {
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
-  };
   constexpr double kLeastSymbol = 6;  // pixels
-  const double spot = median(seen), gap = median(gaps), wide = reading.Kind.Width;
+  const double spot = Median(seen), gap = Median(gaps), wide = reading.Kind.Width;
   if (wide >= kLeastSymbol && gap > 1.2 * wide && spot < 1.6 * wide) return true;
   return 2 * hidden > length && gap > 4 * wide;
 }
@@ -133,8 +129,8 @@ std::vector<std::optional<InkPiece>> LegendSamples(const std::vector<std::vector
   std::vector<std::optional<InkPiece>> samples(pieces.size());
   for (std::size_t i = 0; i < pieces.size(); ++i)
     for (const InkPiece& piece : pieces[i])
-      if (!samples[i] && IsSample(piece) &&
-          (hasColumn ? std::abs(piece.Left - best->first) <= 1 : !LabelOf(piece, around).empty()))
+      if (!samples[i] && (hasColumn ? IsSample(piece) && std::abs(piece.Left - best->first) <= 1
+                                    : IsLegendSample(piece, around)))
         samples[i] = piece;
   return samples;
 }
@@ -220,7 +216,7 @@ PlotReading ReadAllCurves(const Raster& picture, const AxesFrame& frame,
       if (PartAmong(reading, courses) > kSameCourse) continue;
       const InkPiece whole = BoxOf(reading.Points);
       if (whole.Width() < kLeastPart * wide && whole.Height() < kLeastPart * high) continue;
-      if (IsSample(whole) && !LabelOf(whole, around).empty()) {
+      if (IsLegendSample(whole, around)) {
         ofInk.push_back(whole);  // dashed or dotted
         continue;
       }

@@ -61,10 +61,8 @@ std::string NameOfWritten(const CurveReading& reading, const PlotSurroundings& a
                   : 0;
   }
   if (10 * within > 6 * seen) return Tr("a word, no curve");
-  const InkPiece whole = BoxOf(reading.Points);
-  if (IsSample(whole) && !LabelOf(whole, around).empty())
-    return Tr("a sample of the legend, no curve");
-  return {};
+  return IsLegendSample(BoxOf(reading.Points), around) ? Tr("a sample of the legend, no curve")
+                                                       : std::string();
 }
 
 }  // namespace
@@ -97,11 +95,12 @@ CurveReading ReadCurve(const Raster& picture, const AxesFrame& frame,
   if (operation.Stopped) return stopped();
   DrawWalls(map, request.Walls);
   const double toInk = DistanceToInk(map, x, y);
+  const auto nameAt = [&](const std::optional<PathPixel>& at) {
+    const auto piece = at ? PieceAt(map, *at, std::max(map.Width, map.Height) / 2) : std::nullopt;
+    return piece ? NameOfWritten(map, *piece, around) : std::string();
+  };
   // Lines that are taken out cut a box, or a sample, in pieces.
-  const auto before = StartNear(map, x, y);
-  const auto whole =
-      before ? PieceAt(map, *before, std::max(map.Width, map.Height) / 2) : std::nullopt;
-  const std::string uncut = whole ? NameOfWritten(map, *whole, around) : "";
+  const std::string uncut = nameAt(StartNear(map, x, y));
   const std::vector<PlotLine> lines = TakeOutLines(map, frame, x, y, operation);
   operation.Advance(1);
   if (operation.Stopped) return stopped();
@@ -115,23 +114,16 @@ CurveReading ReadCurve(const Raster& picture, const AxesFrame& frame,
     return refused(Tr("a line of the grid or the frame, no curve"));
   }
   if (!uncut.empty()) return refused(uncut);
-  if (const auto piece = PieceAt(map, *start, std::max(map.Width, map.Height) / 2))
-    if (const std::string written = NameOfWritten(map, *piece, around); !written.empty())
-      return refused(written);
+  if (const std::string written = nameAt(start); !written.empty()) return refused(written);
   WipeWritten(map, around);
   const InkBlends blends(picture, paper, directions, *ink);
   CurveReading found = ReadStroke(map, blends, *start, request, operation);
   if (found.IsStopped) return stopped();
-  found.Map = std::move(reading.Map);
-  found.Start = *start;
-  if (found.Points.empty()) {
-    reading.Map = std::move(found.Map);
-    return refused(Tr("too little ink for a curve: a letter or a symbol"));
-  }
-  if (const std::string written = NameOfWritten(found, around); !written.empty()) {
-    reading.Map = std::move(found.Map);
+  if (found.Points.empty()) return refused(Tr("too little ink for a curve: a letter or a symbol"));
+  if (const std::string written = NameOfWritten(found, around); !written.empty())
     return refused(written);
-  }
+  found.Map = std::move(map);
+  found.Start = *start;
   operation.Advance(1);
   return found;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,8 @@ namespace graphize {
 /// A round dot that no reading passes, pixels.
 struct ReadingWall {
   int X = 0, Y = 0, Size = 0;
+
+  double Radius() const { return 0.5 * std::max(Size, 1); }
 };
 
 /// What is asked of a reading.

@@ -6,6 +6,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "base/median.h"
 #include "base/translation.h"
 #include "reading/frame_ends.h"
 #include "reading/free_follower.h"
@@ -98,9 +99,7 @@ double LongestGap(const std::vector<StrokeSample>& samples, const StrokeKind& ki
   }
   const double solid = 20 + 2 * kind.Width;
   if (gaps.size() < 6) return solid;
-  const auto middle = gaps.begin() + static_cast<std::ptrdiff_t>(gaps.size() / 2);
-  std::nth_element(gaps.begin(), middle, gaps.end());
-  return std::max(2.6 * *middle, 0.5 * solid);
+  return std::max(2.6 * Median(std::move(gaps)), 0.5 * solid);
 }
 
 /// Whether the straight way from one to the other leads over a wall.
@@ -110,7 +109,7 @@ bool IsWalledOff(const StrokeSample& from, const StrokeSample& to,
   return std::any_of(walls.begin(), walls.end(), [&](const ReadingWall& wall) {
     const double x = wall.X - from.X(), y = wall.Y - from.Y();
     const double t = squared > 0 ? std::clamp((x * dx + y * dy) / squared, 0.0, 1.0) : 0;
-    return std::hypot(x - t * dx, y - t * dy) <= 0.5 * std::max(wall.Size, 1);
+    return std::hypot(x - t * dx, y - t * dy) <= wall.Radius();
   });
 }
 
@@ -171,7 +170,6 @@ struct InkCount {
 InkCount CountInk(const InkMap& map, const std::vector<StrokeSample>& samples,
                   const StrokeKind& kind) {
   InkCount count;
-  constexpr std::uint8_t kClear = InkMap::kFull * 2 / 5;
   PixelSet met(map.Width);
   std::vector<PathPixel> rim;
   for (const StrokeSample& sample : samples) {
@@ -182,7 +180,7 @@ InkCount CountInk(const InkMap& map, const std::vector<StrokeSample>& samples,
       const PathPixel at =
           sample.AlongRow ? PathPixel{across, sample.At} : PathPixel{sample.At, across};
       if (map.At(at.X, at.Y) > InkMap::kFull || !met.Add(at.X, at.Y)) continue;
-      count.Taken += map.At(at.X, at.Y) >= kClear ? 1 : 0;
+      count.Taken += map.IsClear(at.X, at.Y) ? 1 : 0;
       rim.push_back(at);
     }
   }
@@ -191,8 +189,7 @@ InkCount CountInk(const InkMap& map, const std::vector<StrokeSample>& samples,
     rim.pop_back();
     for (int y = at.Y - 1; y <= at.Y + 1; ++y)
       for (int x = at.X - 1; x <= at.X + 1; ++x) {
-        const std::uint8_t value = map.At(x, y);
-        if (value < kClear || value > InkMap::kFull || !met.Add(x, y)) continue;
+        if (!map.IsClear(x, y) || !met.Add(x, y)) continue;
         ++count.Left;
         rim.push_back({x, y});
       }
@@ -244,35 +241,6 @@ bool LeadsThrough(const std::vector<CurvePoint>& points, PathPixel at) {
     return std::hypot(point.X - at.X, point.Y - at.Y) <= kClickReach;
   });
 }
-
-}  // namespace
-
-std::string PlaceText(double x, double y) {
-  return std::to_string(std::lround(x)) + "," + std::to_string(std::lround(y));
-}
-
-void DrawWalls(InkMap& map, const std::vector<ReadingWall>& walls) {
-  for (const ReadingWall& wall : walls) {
-    const double radius = 0.5 * std::max(wall.Size, 1);
-    const int reach = static_cast<int>(std::ceil(radius));
-    for (int y = wall.Y - reach; y <= wall.Y + reach; ++y)
-      for (int x = wall.X - reach; x <= wall.X + reach; ++x)
-        if (map.Contains(x, y) && std::hypot(x - wall.X, y - wall.Y) <= radius)
-          map.At(x, y) = InkMap::kWall;
-  }
-}
-
-InkPiece BoxOf(const std::vector<CurvePoint>& points) {
-  const auto [left, right] = std::ranges::minmax(points, {}, &CurvePoint::X);
-  const auto [top, bottom] = std::ranges::minmax(points, {}, &CurvePoint::Y);
-  const auto whole = [](double at) { return static_cast<int>(std::lround(at)); };
-  return {.Left = whole(left.X),
-          .Right = whole(right.X),
-          .Top = whole(top.Y),
-          .Bottom = whole(bottom.Y)};
-}
-
-namespace {
 
 CurveReading ReadOneStroke(InkMap& map, const InkBlends& blends, PathPixel start,
                            const ReadingRequest& request, const PictureOperation& operation) {
@@ -359,6 +327,31 @@ void GoOnBehindFrame(CurveReading& reading, bool isLast, InkMap& map, const InkB
 }
 
 }  // namespace
+
+std::string PlaceText(double x, double y) {
+  return std::to_string(std::lround(x)) + "," + std::to_string(std::lround(y));
+}
+
+void DrawWalls(InkMap& map, const std::vector<ReadingWall>& walls) {
+  for (const ReadingWall& wall : walls) {
+    const double radius = wall.Radius();
+    const int reach = static_cast<int>(std::ceil(radius));
+    for (int y = wall.Y - reach; y <= wall.Y + reach; ++y)
+      for (int x = wall.X - reach; x <= wall.X + reach; ++x)
+        if (map.Contains(x, y) && std::hypot(x - wall.X, y - wall.Y) <= radius)
+          map.At(x, y) = InkMap::kWall;
+  }
+}
+
+InkPiece BoxOf(const std::vector<CurvePoint>& points) {
+  const auto [left, right] = std::ranges::minmax(points, {}, &CurvePoint::X);
+  const auto [top, bottom] = std::ranges::minmax(points, {}, &CurvePoint::Y);
+  const auto whole = [](double at) { return static_cast<int>(std::lround(at)); };
+  return {.Left = whole(left.X),
+          .Right = whole(right.X),
+          .Top = whole(top.Y),
+          .Bottom = whole(bottom.Y)};
+}
 
 CurveReading ReadStroke(InkMap& map, const InkBlends& blends, PathPixel start,
                         const ReadingRequest& request, const PictureOperation& operation) {

@@ -6,6 +6,8 @@
 #include <cstdlib>
 #include <optional>
 
+#include "base/median.h"
+
 namespace graphize {
 
 namespace {
@@ -149,12 +151,6 @@ std::optional<double> MiddleOfBand(const Line& line, double chord, double slope)
   return middle;
 }
 
-double MedianOf(std::vector<double> values) {
-  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-  std::nth_element(values.begin(), middle, values.end());
-  return *middle;
-}
-
 /// First and last pixel of a seen sample's cut.
 struct Run {
   int First = 0, Last = 0;
@@ -247,7 +243,7 @@ StrokeKind KindOf(const InkMap& map, const std::vector<PathPixel>& path) {
     }
   }
   if (widths.empty()) return {};
-  return {MedianOf(std::move(widths)), 25 * soft < edges};
+  return {Median(std::move(widths)), 25 * soft < edges};
 }
 
 std::vector<StrokeSample> SamplesOf(const InkMap& map, const std::vector<PathPixel>& path,

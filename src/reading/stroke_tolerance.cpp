@@ -3,15 +3,11 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/median.h"
+
 namespace graphize {
 
 namespace {
-
-double MedianOf(std::vector<double> values) {
-  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-  std::nth_element(values.begin(), middle, values.end());
-  return *middle;
-}
 
 bool AreNeighbours(const StrokeSample& a, const StrokeSample& b) {
   return a.AlongRow == b.AlongRow && a.IsSeen && b.IsSeen && std::abs(a.At - b.At) == 1;
@@ -31,7 +27,7 @@ Tolerance ToleranceOf(const std::vector<StrokeSample>& samples, const StrokeKind
     thirds.push_back(std::fabs(f(0) - 3 * f(1) + 3 * f(2) - f(3)) * cosine);
   }
   if (thirds.empty()) return {0.1, 0.3, false};
-  const double noise = std::max(MedianOf(thirds) / (0.6745 * std::sqrt(20.0)), 0.012);
+  const double noise = std::max(Median(thirds) / (0.6745 * std::sqrt(20.0)), 0.012);
   // Swings up and down of more than the raster's.
   constexpr double kSwing = 2.5;
   int turns = 0;

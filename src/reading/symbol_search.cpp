@@ -23,13 +23,12 @@ struct Offset {
 /// Pixels with ink, or where some may be hidden, and those beside them.
 BitMap PossibleInk(const InkMap& map, PictureOperation& operation) {
   BitMap ink(map.Width, map.Height);
-  constexpr std::uint8_t kClear = InkMap::kFull * 2 / 5;
   ParallelRows(map.Width, map.Height, operation, [&](int first, int end) {
     for (int y = first; y < end; ++y) {
       const std::uint8_t* values = map.Values.data() + static_cast<std::size_t>(y) * map.Width;
       std::uint64_t* row = ink.Row(y);
       for (int x = 0; x < map.Width; ++x)
-        row[x >> 6] |= static_cast<std::uint64_t>(values[x] >= kClear) << (x & 63);
+        row[x >> 6] |= static_cast<std::uint64_t>(values[x] >= InkMap::kClear) << (x & 63);
     }
   });
   BitMap wide(map.Width, map.Height);

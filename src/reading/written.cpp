@@ -28,6 +28,10 @@ bool IsSample(const InkPiece& piece) {
          piece.Width() >= 3 * piece.Height();
 }
 
+bool IsLegendSample(const InkPiece& piece, const PlotSurroundings& around) {
+  return IsSample(piece) && !LabelOf(piece, around).empty();
+}
+
 std::vector<TextBox> LabelOf(const InkPiece& sample, const PlotSurroundings& around) {
   const AxesFrame& turn = around.Turn;
   const double row = 0.5 * (sample.Top + sample.Bottom);
@@ -61,8 +65,7 @@ std::vector<TextBox> LabelOf(const InkPiece& sample, const PlotSurroundings& aro
 std::string NameOfWritten(const InkMap& map, const InkPiece& piece,
                           const PlotSurroundings& around) {
   if (IsInText(around, piece)) return Tr("a word, no curve");
-  if (IsSample(piece) && !LabelOf(piece, around).empty())
-    return Tr("a sample of the legend, no curve");
+  if (IsLegendSample(piece, around)) return Tr("a sample of the legend, no curve");
   if (IsRectangle(map, piece)) return Tr("a box, no curve");
   return {};
 }
@@ -74,7 +77,7 @@ void Wipe(InkMap& map, const InkPiece& piece) {
     std::uint8_t& value = map.At(x, y);
     if (value == 0 || value > InkMap::kFull) return;
     // Fainter ink goes with the clear one that it is beside.
-    const bool isClear = 5 * value >= 2 * InkMap::kFull;
+    const bool isClear = value >= InkMap::kClear;
     value = 0;
     if (isClear) rim.push_back({x, y});
   };
@@ -96,8 +99,7 @@ void WipeWritten(InkMap& map, const PlotSurroundings& around) {
         const PathPixel at{static_cast<int>(std::lround(turn.X(u, v))),
                            static_cast<int>(std::lround(turn.Y(u, v)))};
         const auto piece = PieceAt(map, at, kLargest);
-        if (piece &&
-            (IsInText(around, *piece) || (IsSample(*piece) && !LabelOf(*piece, around).empty())))
+        if (piece && (IsInText(around, *piece) || IsLegendSample(*piece, around)))
           Wipe(map, *piece);
       }
   }

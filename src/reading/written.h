@@ -15,6 +15,8 @@ bool IsInText(const PlotSurroundings& around, const InkPiece& piece);
 bool IsSample(const InkPiece& piece);
 /// The words of one line beside a legend's sample, behind it or else before it.
 std::vector<TextBox> LabelOf(const InkPiece& sample, const PlotSurroundings& around);
+/// Whether it is a sample that has such a word.
+bool IsLegendSample(const InkPiece& piece, const PlotSurroundings& around);
 
 /// What a piece of ink that is no curve's is called: a word, a sample of a legend or a box. Empty:
 /// it may be a curve's.

@@ -6,6 +6,7 @@
 #include <numbers>
 #include <optional>
 
+#include "base/median.h"
 #include "base/polynomial.h"
 
 namespace graphize {
@@ -89,10 +90,7 @@ class TracedStroke {
       thickness_.push_back(ThicknessAt(at));
     }
     isSound_.resize(at_.size());
-    std::vector<double> sorted = thickness_;
-    const auto middle = sorted.begin() + static_cast<std::ptrdiff_t>(sorted.size() / 2);
-    std::nth_element(sorted.begin(), middle, sorted.end());
-    usual_ = *middle;
+    usual_ = Median(thickness_);
   }
 
   void Judge(std::vector<InkVerdict>& verdicts) {
