@@ -6,15 +6,12 @@
 #include "batch/other_pictures.h"
 #include "session/project_commands.h"
 #include "workspace/capture_commands.h"
-#include "workspace/data_commands.h"
 #include "workspace/do.h"
 #include "workspace/export_points.h"
 #include "workspace/extraction_commands.h"
-#include "workspace/ink_check_commands.h"
 #include "workspace/picture_commands.h"
 #include "workspace/plot_mouse.h"
 #include "workspace/point_edit_commands.h"
-#include "workspace/read_all_preview.h"
 #include "workspace/recipe_file.h"
 #include "workspace/save_points.h"
 #include "workspace/scan_commands.h"
@@ -26,18 +23,6 @@ namespace graphize {
 namespace {
 
 using Kind = MenuEntry::Kind;
-
-constexpr MenuEntry kSeparator{.Is = Kind::Separator};
-
-/// A menu entry that asks for one step.
-template <class Asked>
-void Does(Workspace& ws, const Desktop& desktop) {
-  Do(ws, desktop, Asked{});
-}
-
-bool CanSort(const Workspace& ws) {
-  return ws.commands.Sort;
-}
 
 template <Mode mode>
 bool CanEnter(const Workspace& ws) {
@@ -326,56 +311,6 @@ const MenuEntry kMenus[] = {
      .Tip = Marked("Put the pointer on the picture, where the arrow keys move it"),
      .Can = CanPutPointer,
      .Run = PutPointer},
-
-    {.Is = Kind::Menu, .Name = "MNU_DATA", .Caption = Marked("&Data")},
-    {.Is = Kind::SubMenu, .Name = "MNU_DATA_SORT", .Caption = Marked("&Sort"), .Can = CanSort},
-    {.Name = "MNU_DATA_SORT_Asc",
-     .Caption = Marked("&Ascending"),
-     .Tip = Marked("Order the list by X, smallest first"),
-     .Can = CanSort,
-     .Run = Does<SortStep>},
-    {.Name = "MNU_DATA_SORT_Dec",
-     .Caption = Marked("&Descending"),
-     .Tip = Marked("Order the list by X, largest first"),
-     .Can = CanSort,
-     .Run = [](Workspace& ws, const Desktop& d) { Do(ws, d, SortStep{SortOrder::Descending}); }},
-    kSeparator,
-    {.Name = "MNU_DATA_SwapXY",
-     .Caption = Marked("S&wap X-Y"),
-     .Tip = Marked("Exchange X and Y in every row of the list"),
-     .Can = [](const Workspace& ws) { return ws.commands.SwapXY; },
-     .Run = Does<SwapStep>},
-    {.Name = "MNU_DATA_CurveLenght",
-     .Caption = Marked("&Curve length"),
-     .Tip = Marked("Make the list the lengths between the captured points"),
-     .Can = [](const Workspace& ws) { return ws.commands.CurveLength; },
-     .Run = Does<CurveLengthStep>},
-    {.Name = "MNU_DATA_integrate",
-     .Caption = Marked("&Integrate..."),
-     .Tip = Marked("The area under the captured points"),
-     .Can = [](const Workspace& ws) { return ws.commands.Integrate; },
-     .Run = [](Workspace& ws, const Desktop&) { ShowIntegrate(ws); }},
-    {.Name = "MNU_Data_Sample",
-     .Caption = Marked("&Resample..."),
-     .Tip = Marked("More or fewer points, interpolated at even steps of X"),
-     .Can = [](const Workspace& ws) { return ws.commands.Resample; },
-     .Run = ShowSample},
-    {.Name = "MNU_DATA_CheckInk",
-     .Caption = Marked("Chec&k Points on Picture"),
-     .Tip = Marked("Find points that lie on no ink, on the frame or between two strokes"),
-     .Can = CanCheckPoints,
-     .Run = [](Workspace& ws, const Desktop&) { AskForCheck(ws); }},
-    {.Name = "MNU_DATA_ReadAll",
-     .Caption = Marked("Read A&ll Curves..."),
-     .Tip = Marked("Read the curves of every ink of the plot, each to a curve of its own"),
-     .Can = CanReadAll,
-     .Run = ShowReadAll},
-    kSeparator,
-    {.Name = "MNU_Data_XY2List",
-     .Caption = Marked("&Graphized X Y (Undo)"),
-     .Tip = Marked("Make the list the captured points again"),
-     .Can = [](const Workspace& ws) { return ws.commands.ListUndo; },
-     .Run = Does<UndoListStep>},
 };
 
 constexpr ToolButton kButtons[] = {
@@ -400,7 +335,7 @@ constexpr ToolButton kButtons[] = {
 std::span<const MenuEntry> MenuEntries() {
   static const std::vector<MenuEntry> all = [] {
     std::vector<MenuEntry> entries(std::begin(kMenus), std::end(kMenus));
-    for (const std::span<const MenuEntry> menus : {ImageMenu(), OptionMenus()})
+    for (const std::span<const MenuEntry> menus : {DataMenu(), ImageMenu(), OptionMenus()})
       entries.insert(entries.end(), menus.begin(), menus.end());
     return entries;
   }();

@@ -3,12 +3,13 @@
 #include <span>
 
 #include "desktop/desktop.h"
+#include "workspace/do.h"
 #include "workspace/workspace.h"
 
 namespace graphize {
 
 /// One entry of the menus: its control name, caption and key, whether it can be chosen now, and
-/// what it does. An entry without `Run` opens a submenu, or is not there yet and stays disabled.
+/// what it does. An entry without `Run` opens a submenu, or calls what the window connects to it.
 struct MenuEntry {
   enum class Kind { Menu, SubMenu, Item, Check, Separator };
   Kind Is = Kind::Item;
@@ -22,10 +23,20 @@ struct MenuEntry {
   std::string (*Text)(const Workspace&) = nullptr;  // a caption that changes
 };
 
+inline constexpr MenuEntry kSeparator{.Is = MenuEntry::Kind::Separator};
+
+/// What an entry runs that asks for one step.
+template <class Asked>
+void Does(Workspace& ws, const Desktop& desktop) {
+  Do(ws, desktop, Asked{});
+}
+
 /// All menus in reading order: Menu starts a menu of the bar, SubMenu takes the items up to the
 /// next separator or menu into a submenu.
 std::span<const MenuEntry> MenuEntries();
-/// The last of them, which stand in files of their own: "Image"; "Options", "System" and "Help".
+/// The last of them, which stand in files of their own: "Data"; "Image"; "Options", "System" and
+/// "Help".
+std::span<const MenuEntry> DataMenu();
 std::span<const MenuEntry> ImageMenu();
 std::span<const MenuEntry> OptionMenus();
 

@@ -3,7 +3,6 @@
 #include "app/commands.h"
 #include "base/translation.h"
 #include "workspace/black_white_commands.h"
-#include "workspace/do.h"
 #include "workspace/image_tools_commands.h"
 #include "workspace/ink_commands.h"
 #include "workspace/ink_preview.h"
@@ -43,7 +42,7 @@ const MenuEntry kMenu[] = {
      .Caption = Marked("Show &Colours"),
      .Tip = Marked("The picture with its colours, as it was before an ink was taken alone"),
      .Can = CanShowColours,
-     .Run = [](Workspace& ws, const Desktop& d) { Do(ws, d, ShowColoursStep{}); }},
+     .Run = Does<ShowColoursStep>},
     {.Name = "MNU_IMAGE_ImageTools",
      .Caption = Marked("Image &Tools..."),
      .Tip = Marked("Sharpen, scale or turn the picture before points are captured"),

@@ -161,10 +161,11 @@ class MainWindow : public QMainWindow {
   bool TakeKey(QKeyEvent* key);
   /// Keys that select and move captured points.
   bool TakePointKey(const QKeyEvent& key);
-  /// Return and Escape while axes are proposed.
+  /// Escape while axes are proposed or a click adds a reference.
   bool TakeProposalKey(const QKeyEvent& key);
-  /// Return and Escape while something that was read is shown, and keys that go through symbols.
+  /// Keys that take, leave or mend what was read and is shown; Escape closes the window for an ink.
   bool TakeReadingKey(const QKeyEvent& key);
+  /// Those that go through the symbols that are shown.
   bool TakeSymbolKey(const QKeyEvent& key);
   /// Whether keys are meant for the picture, and not for a box or the list.
   bool KeysAreForPicture() const;
@@ -219,8 +220,8 @@ class MainWindow : public QMainWindow {
   bool shown_ = false;
   QMenu* recentMenu_ = nullptr;
   bool recentFailureTold_ = false;
-  bool sessionEnds_ = false,
-       leaving_ = false;  // the desktop's; nothing has changed since it said so
+  bool sessionEnds_ = false;  // the desktop's; nothing has changed since it said so
+  bool leaving_ = false;
 };
 
 }  // namespace graphize

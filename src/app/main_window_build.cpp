@@ -4,9 +4,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QGridLayout>
-#include <QGroupBox>
 #include <QMenuBar>
-#include <QScrollArea>
 #include <QScrollBar>
 #include <QShortcut>
 #include <QToolBar>
@@ -18,6 +16,7 @@
 #include "app/next_line.h"
 #include "app/picture_area.h"
 #include "app/recovery_bar.h"
+#include "app/side_panel.h"
 #include "app/status_panels.h"
 #include "app/zoom_percent.h"
 #include "base/translation.h"
@@ -44,24 +43,6 @@
 #include "workspace/toolbar.h"
 
 namespace graphize {
-
-namespace {
-
-/// Scrolls up and down alone, and grows where a frame that was hidden takes more than was known.
-class SidePanel : public QScrollArea {
- protected:
-  bool eventFilter(QObject* watched, QEvent* event) override {
-    const bool taken = QScrollArea::eventFilter(watched, event);
-    if (watched == widget() && event->type() == QEvent::LayoutRequest && isVisible()) {
-      const int room = verticalScrollBar()->sizeHint().width();
-      const int needed = widget()->minimumSizeHint().width() + room;
-      if (needed > width()) setFixedWidth(needed);
-    }
-    return taken;
-  }
-};
-
-}  // namespace
 
 QAction* MainWindow::MakeAction(const MenuEntry& entry) {
   auto* action = new QAction(tr(entry.Caption), this);

@@ -14,8 +14,6 @@ namespace {
 
 using Kind = MenuEntry::Kind;
 
-constexpr MenuEntry kSeparator{.Is = Kind::Separator};
-
 const MenuEntry kMenus[] = {
     {.Is = Kind::Menu, .Name = "MNU_OPT", .Caption = Marked("&Options")},
     {.Is = Kind::Check,

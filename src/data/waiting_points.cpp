@@ -12,6 +12,13 @@ int CountWaiting(const PointStore& store) {
   return waiting;
 }
 
+int CountWaiting(const CurveList& curves, const PointStore& active) {
+  int waiting = 0;
+  for (std::size_t i = 0; i < curves.Curves.size(); ++i)
+    waiting += CountWaiting(PointsOf(curves, active, static_cast<int>(i)));
+  return waiting;
+}
+
 std::string WaitingText(int points) {
   return TrCount("%1 point has no value yet: it comes when the axes are defined",
                  "%1 points have no values yet: they come when the axes are defined", points);

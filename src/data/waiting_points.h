@@ -5,6 +5,7 @@
 #include <string>
 
 #include "calibration/axis_calibration.h"
+#include "capture/curve_list.h"
 #include "capture/point_store.h"
 
 namespace graphize {
@@ -18,7 +19,9 @@ inline bool IsWaiting(PointId id, float X, float Y) {
   return id != 0 && std::isnan(X) && std::isnan(Y);
 }
 int CountWaiting(const PointStore& store);
-/// "12 points wait for the axes: ...", which is why nothing can be done with their values.
+/// Of all curves, where `active` holds the points of the active one.
+int CountWaiting(const CurveList& curves, const PointStore& active);
+/// That so many wait, which is why nothing can be done with their values.
 std::string WaitingText(int points);
 
 /// The waiting points that the axes, which are complete, give numbers to get them. Returns how many

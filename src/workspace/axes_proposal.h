@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "calibration/axis_calibration.h"
 #include "finding_axes/propose_axes.h"

@@ -45,10 +45,8 @@ bool CanExport(const Workspace& ws) {
 }
 
 void ShowExport(Workspace& ws, const Desktop& desktop) {
-  int waiting = 0;
-  for (std::size_t i = 0; i < ws.curves.Curves.size(); ++i)
-    waiting += CountWaiting(PointsOf(ws.curves, ws.store, static_cast<int>(i)));
-  if (waiting > 0) return Tell(desktop, WaitingText(waiting), MessageIcon::Exclamation);
+  if (const int waiting = CountWaiting(ws.curves, ws.store); waiting > 0)
+    return Tell(desktop, WaitingText(waiting), MessageIcon::Exclamation);
   if (ws.store.ListCount == 0) ws.exportForm.AllCurves = true;
   if (OpenExport(ws.exportForm, ExportCurves(ws), desktop)) ws.form = Form::Export;
 }

@@ -198,9 +198,7 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const RecalculateStep&) {
 
 void GiveWaitingValues(Workspace& ws) {
   if (AxesFault(ws) != nullptr) return;
-  int waiting = 0;
-  for (std::size_t i = 0; i < ws.curves.Curves.size(); ++i)
-    waiting += CountWaiting(PointsOf(ws.curves, ws.store, static_cast<int>(i)));
+  const int waiting = CountWaiting(ws.curves, ws.store);
   if (waiting == 0) return;
   int given = 0;
   ChangePoints(ws.curves, ws.store, [&](PointStore& points, std::size_t) {

@@ -17,10 +17,10 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const DeletePointsStep& step)
 Outcome Run(Workspace& ws, const Desktop& desktop, const RecalculateStep& step);
 bool CanRecalculate(const Workspace& ws);
 /// Whether a point would get another value.
+bool HasOldValues(const Workspace& ws);
 /// Points that were captured before the axes were defined get their values, where the axes give
 /// any.
 void GiveWaitingValues(Workspace& ws);
-bool HasOldValues(const Workspace& ws);
 
 // "Edit Points": the left button and the pointer on the picture, row downward.
 

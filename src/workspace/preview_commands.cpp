@@ -12,7 +12,6 @@
 #include "raster/paper.h"
 #include "tracing/extraction_context.h"
 #include "workspace/do.h"
-#include "workspace/extraction_commands.h"
 #include "workspace/reading_commands.h"
 #include "workspace/symbol_preview.h"
 

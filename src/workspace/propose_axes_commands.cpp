@@ -6,8 +6,8 @@
 #include "base/numbers.h"
 #include "base/translation.h"
 #include "workspace/do.h"
+#include "workspace/picture_reading.h"
 #include "workspace/reference_commands.h"
-#include "workspace/shown_picture.h"
 #include "workspace/view_commands.h"
 
 namespace graphize {
@@ -77,18 +77,10 @@ bool CanProposeAxes(const Workspace& ws) {
 
 void ShowProposedAxes(Workspace& ws, const Desktop& desktop, const AxesChoice& choice) {
   if (!CanProposeAxes(ws)) return;
-  ws.window.Hourglass = true;
-  ws.status.Status = Tr("Finding the axes...");
-  AxesProposal found;
-  {
-    // The window paints the raster while the work goes on beside it, and changes nothing.
-    const BasePictureShown base(ws.plot);
-    found = RunBeside(ShowProgress(ws, desktop), [&](PictureOperation& operation) {
-      return ProposeAxes(ws.plot.Pixels, operation, ReadTextLine, choice);
-    });
-  }
-  ws.window.Hourglass = false;
-  ws.status.ProgressVisible = false;
+  AxesProposal found =
+      ReadBeside(ws, desktop, Marked("Finding the axes..."), [&](PictureOperation& operation) {
+        return ProposeAxes(ws.plot.Pixels, operation, ReadTextLine, choice);
+      });
   if (found.IsStopped) {
     ws.status.Status = Tr("Stopped: no axes were looked for");
     return;
@@ -131,12 +123,7 @@ void LookAtProposedRow(Workspace& ws, int row) {
   if (form.Found.Rows.empty()) return;
   form.Row = row;
   const ProposedRow& at = form.Found.Rows[static_cast<std::size_t>(row)];
-  const Viewport& view = ws.view;
-  const auto isSeen = [&](double place, int start, int length) {
-    return place * view.Zoom >= start && place * view.Zoom < start + length;
-  };
-  if (!isSeen(at.Column, view.X, view.Width) || !isSeen(at.Row, view.Y, view.Height))
-    ShowPlace(ws, at.Column, at.Row);
+  BringIntoSight(ws, at.Column, at.Row);
 }
 
 void ChooseProposedPlot(Workspace& ws, const Desktop& desktop, int plot) {

@@ -12,7 +12,6 @@
 #include <QVBoxLayout>
 #include <functional>
 
-#include "base/translation.h"
 #include "widgets/show.h"
 #include "widgets/wrapped_label.h"
 

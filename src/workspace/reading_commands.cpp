@@ -9,7 +9,6 @@
 #include "base/numbers.h"
 #include "base/translation.h"
 #include "finding_axes/find_surroundings.h"
-#include "tracing/extraction_context.h"
 #include "workspace/curve_surroundings.h"
 #include "workspace/extraction_commands.h"
 #include "workspace/picture_reading.h"
