@@ -21,6 +21,14 @@ constexpr AffineMap Turned(double cosine, double sine, double scaleX, double sca
   return map;
 }
 
+struct MappedPlace {
+  double X = 0, Y = 0;
+};
+/// Where a place goes.
+constexpr MappedPlace Mapped(const AffineMap& map, double x, double y) {
+  return {map.XX * x + map.XY * y + map.X, map.YX * x + map.YY * y + map.Y};
+}
+
 /// How much larger areas become.
 constexpr double Determinant(const AffineMap& map) {
   return map.XX * map.YY - map.XY * map.YX;
