@@ -16,6 +16,7 @@
 #include "families.h"
 #include "finding_axes/axis_law.h"
 #include "finding_axes/propose_axes.h"
+#include "report.h"
 
 namespace graphize::axes {
 namespace {
@@ -36,13 +37,6 @@ struct Tally {
     Seconds.insert(Seconds.end(), other.Seconds.begin(), other.Seconds.end());
   }
 };
-
-Raster RasterOf(const QImage& image) {
-  Raster raster(image.width(), image.height());
-  for (int y = 0; y < image.height(); ++y)
-    for (int x = 0; x < image.width(); ++x) raster.Row(y)[x] = image.pixel(x, y) | 0xff000000u;
-  return raster;
-}
 
 /// How far, in pixels, the ends of the printed axis lie from where the labels that were read put
 /// them; infinite for another kind of scale.
@@ -89,12 +83,6 @@ bool RowsAreRight(const Plot& plot, const AxesProposal& proposal) {
     if (std::hypot(at.x() - 0.5 - row.Column, at.y() - 0.5 - row.Row) > kRight) return false;
   }
   return proposal.Rows.size() == 3;
-}
-
-double Quantile(std::vector<double> values, double part) {
-  if (values.empty()) return 0;
-  std::sort(values.begin(), values.end());
-  return values[static_cast<std::size_t>(part * static_cast<double>(values.size() - 1))];
 }
 
 void PrintRow(const std::string& name, const Tally& tally) {

@@ -14,21 +14,17 @@
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <functional>
 #include <string>
 #include <vector>
 
 #include "../axes/families.h"
+#include "../axes/report.h"
+#include "base/affine_map.h"
 #include "finding_axes/register_page.h"
 
 namespace graphize::axes {
 namespace {
-
-Raster RasterOf(const QImage& image) {
-  Raster raster(image.width(), image.height());
-  for (int y = 0; y < image.height(); ++y)
-    for (int x = 0; x < image.width(); ++x) raster.Row(y)[x] = image.pixel(x, y) | 0xff000000u;
-  return raster;
-}
 
 /// What happens to a page on its way into the computer.
 struct Way {
@@ -256,12 +252,6 @@ struct Tally {
   std::vector<double> Corners, Seconds;
 };
 
-double Quantile(std::vector<double> values, double part) {
-  if (values.empty()) return 0;
-  std::sort(values.begin(), values.end());
-  return values[static_cast<std::size_t>(part * static_cast<double>(values.size() - 1))];
-}
-
 /// How far the worst corner of the plot lies from where the registration puts it.
 double CornersOff(const Layout& layout, const Way& reference, const Way& page,
                   const AffineMap& map) {
@@ -272,9 +262,8 @@ double CornersOff(const Layout& layout, const Way& reference, const Way& page,
   for (const double x : {style.Left, style.Width - style.Right})
     for (const double y : {style.Top, style.Height - style.Bottom}) {
       const QPointF from = first.map(QPointF(x, y)), to = second.map(QPointF(x, y));
-      const double u = from.x() - 0.5, v = from.y() - 0.5;
-      worst = std::max(worst, std::hypot(map.XX * u + map.XY * v + map.X - (to.x() - 0.5),
-                                         map.YX * u + map.YY * v + map.Y - (to.y() - 0.5)));
+      const MappedPlace found = Mapped(map, from.x() - 0.5, from.y() - 0.5);
+      worst = std::max(worst, std::hypot(found.X - (to.x() - 0.5), found.Y - (to.y() - 0.5)));
     }
   return worst;
 }

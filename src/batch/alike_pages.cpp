@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <type_traits>
 #include <utility>
+#include <variant>
 
 #include "base/run_time_error.h"
 #include "base/translation.h"
@@ -12,21 +14,9 @@ namespace graphize {
 
 namespace {
 
-struct Position {
-  double X, Y;
-};
-Position Mapped(const AffineMap& map, double x, double y) {
-  return {map.XX * x + map.XY * y + map.X, map.YX * x + map.YY * y + map.Y};
-}
-
-template <class Number>
-PlotPixel Rounded(const AffineMap& map, Number x, Number y) {
-  const Position at = Mapped(map, x, y);
+PlotPixel Rounded(const AffineMap& map, int x, int y) {
+  const MappedPlace at = Mapped(map, x, y);
   return {static_cast<int>(std::nearbyint(at.X)), static_cast<int>(std::nearbyint(at.Y))};
-}
-
-bool Contains(const PlotImage& plot, const PlotPixel& at) {
-  return at.X >= 0 && at.Y >= 0 && at.X < plot.Width() && at.Y < plot.Height();
 }
 
 double ScaleOf(const AffineMap& map) {
@@ -69,7 +59,7 @@ class Mover {
   /// Rows are whole pixels; what is lost by that is kept beside them.
   void operator()(AxisStep step) {
     const PlotPosition here = step.At.value_or(PlotPosition{step.X, step.Y});
-    const Position at = Mapped(map_, here.Column, here.Row);
+    const MappedPlace at = Mapped(map_, here.Column, here.Row);
     step.X = static_cast<float>(std::nearbyint(at.X));
     step.Y = static_cast<float>(std::nearbyint(at.Y));
     if (alike_.Align) step.At = PlotPosition{static_cast<float>(at.X), static_cast<float>(at.Y)};
@@ -142,7 +132,7 @@ class Mover {
     Move(step);
     auto& moved = std::get<BlockStep>(done_.Do.back());
     moved.Size = static_cast<int>(std::nearbyint(moved.Size * ScaleOf(map_)));
-    if (!Contains(ws_.plot, {static_cast<int>(moved.X), static_cast<int>(moved.Y)}))
+    if (!ws_.plot.Contains(static_cast<int>(moved.X), static_cast<int>(moved.Y)))
       LeaveOut(Marked("the blocker lies beyond the edge of the page"));
   }
   void operator()(DrawStep step) { MoveWay(std::move(step)); }
@@ -150,7 +140,7 @@ class Mover {
   void operator()(GridStep step) {
     step.Went = {};
     if (step.At) {
-      const Position at = Mapped(map_, step.At->Column, step.At->Row);
+      const MappedPlace at = Mapped(map_, step.At->Column, step.At->Row);
       step.At = PlotPosition{static_cast<float>(std::nearbyint(at.X)),
                              static_cast<float>(std::nearbyint(at.Y))};
     }
@@ -172,7 +162,7 @@ class Mover {
   }
   template <class Step>
   void Move(Step step) {
-    const Position at = Mapped(map_, step.X, step.Y);
+    const MappedPlace at = Mapped(map_, step.X, step.Y);
     step.X = static_cast<float>(at.X);
     step.Y = static_cast<float>(at.Y);
     done_.Do.push_back(std::move(step));

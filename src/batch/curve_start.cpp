@@ -35,16 +35,9 @@ class InkTest {
 
  private:
   const Raster& picture_;
-  const std::optional<Ink>& ink_;
+  std::optional<Ink> ink_;
   Paper paper_;
 };
-
-struct Place {
-  double X = 0, Y = 0;
-};
-Place Mapped(const AffineMap& map, double x, double y) {
-  return {map.XX * x + map.XY * y + map.X, map.YX * x + map.YY * y + map.Y};
-}
 
 enum class Cell { Paper, Ink, Line };
 
@@ -71,12 +64,12 @@ class UprightPlot {
 
   double Left, Top, Right, Bottom;
 
-  Place Here(double x, double y) const {
-    const Place there = Mapped(page_.FromCalibrated, x, y);
+  MappedPlace Here(double x, double y) const {
+    const MappedPlace there = Mapped(page_.FromCalibrated, x, y);
     return Mapped(Inverse(toPage_), there.X, there.Y);
   }
   PlotPixel PixelAt(double u, double v) const {
-    const Place at = Mapped(toPage_, u, v);
+    const MappedPlace at = Mapped(toPage_, u, v);
     return {static_cast<int>(std::lround(at.X)), static_cast<int>(std::lround(at.Y))};
   }
   /// Whether a level line lies there, be it drawn or taken out: what is left of it is no curve.
@@ -223,7 +216,7 @@ bool IsSymbol(const SymbolBlob& blob) {
 std::optional<CurveStart> FindCurveStart(const PageView& page, const StartColumn& column,
                                          const std::optional<Ink>& ink) {
   const UprightPlot plot(page, ink);
-  const Place wanted = plot.Here(column.Column, column.Row);
+  const MappedPlace wanted = plot.Here(column.Column, column.Row);
   const double top = column.Top ? plot.Here(column.Column, *column.Top).Y : plot.Top + 1;
   const double bottom =
       column.Bottom ? plot.Here(column.Column, *column.Bottom).Y : plot.Bottom - 1;
@@ -244,8 +237,7 @@ std::optional<CurveStart> FindCurveStart(const PageView& page, const StartColumn
 }
 
 std::optional<SymbolBlob> SymbolAt(const Raster& picture, const Ink& ink, PlotPixel at) {
-  const std::optional<Ink> wanted = ink;
-  const InkTest test(picture, wanted);
+  const InkTest test(picture, ink);
   const int left = at.X - kLargestSymbol, top = at.Y - kLargestSymbol;
   BitMap part(2 * kLargestSymbol + 1, 2 * kLargestSymbol + 1);
   for (int y = 0; y < part.Height(); ++y)
@@ -264,8 +256,7 @@ std::optional<SymbolBlob> SymbolAt(const Raster& picture, const Ink& ink, PlotPi
 
 std::optional<PlotPixel> FindSymbolLike(const PageView& page, const Ink& ink,
                                         const SymbolBlob& like) {
-  const std::optional<Ink> wanted = ink;
-  const UprightPlot plot(page, wanted);
+  const UprightPlot plot(page, ink);
   const int width = static_cast<int>(plot.Right - plot.Left) - 1;
   const int height = static_cast<int>(plot.Bottom - plot.Top) - 1;
   if (width < 3 || height < 3) return std::nullopt;

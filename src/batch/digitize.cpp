@@ -2,12 +2,15 @@
 
 #include <algorithm>
 #include <array>
+#include <initializer_list>
 #include <optional>
-#include <string_view>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "base/tokens.h"
 #include "batch/axes_command.h"
+#include "batch/digitize_settings.h"
 #include "batch/option_values.h"
 #include "capture/curve_list.h"
 #include "image_tools/image_tools.h"
@@ -42,8 +45,7 @@ class Maker {
         part != nullptr ? part->Name() : "");
     for (const GivenOption& option : line_.Options) MakeTool(option);
     LookForAxes();
-    MakeSettings();
-    MakeFormat();
+    for (BatchStep& step : SettingSteps(line_)) Add(std::move(step.Do), step.Origin);
     if (!IsPictureOnly(line_) ||
         HasAny(line_, {"origin", "x-axis", "y-axis", "propose-axes", "grid", "grid-line"}))
       MakeAxes();
@@ -64,10 +66,6 @@ class Maker {
   void Add(Step step, const std::string& origin) {
     steps_.push_back({.Do = std::move(step), .Origin = origin});
     steps_.back().LooksFor = std::exchange(lookNext_, std::nullopt);
-  }
-
-  void Set(const char* option, const std::string& value, const std::string& origin) {
-    Add(SetStep{option, value}, origin);
   }
 
   /// An image tool, named as its step is, or the reduction.
@@ -144,49 +142,6 @@ class Maker {
     for (const char* log : {"x-log", "y-log"}) take(SetStep{log, "off"});
     for (int row = 0; row < 3; ++row) take(AxisStep{.Row = row});
     mode_ = Mode::AxisDef;
-  }
-
-  void MakeSettings() {
-    for (const char* log : {"x-log", "y-log"})
-      if (line_.Has(log)) Set(log, "on", std::string("--") + log);
-    CopyChoice("snap", "snap", {"none", "x", "y", "center"});
-    CopyNumber("snap-distance", {"snap-distance"}, 0, 32767);
-    CopyChoice("algorithm", "tracer", {"peaks", "smooth"});
-    CopyNumber("x-increment", {"x-increment"}, 0, 32767);
-    CopyNumber("y-increment", {"y-increment"}, 0, 32767);
-    if (const GivenOption* emit = line_.Find("emit")) {
-      static constexpr std::array kPoints = {"center", "above", "below"};
-      const std::vector<std::string> wanted = Split(emit->Value, ',');
-      for (const std::string& point : wanted)
-        if (std::find(kPoints.begin(), kPoints.end(), point) == kPoints.end())
-          Refuse(*emit, "some of center,above,below are expected");
-      for (const char* point : kPoints) {
-        const bool on = std::find(wanted.begin(), wanted.end(), point) != wanted.end();
-        Set(point, on ? "on" : "off", emit->Name());
-      }
-    }
-    if (line_.Has("inside-axes")) Set("inside-axes", "on", "--inside-axes");
-    if (const GivenOption* errors = line_.Find("errors"))
-      Set("errors", errors->Value.empty() ? "on" : errors->Value, errors->Name());
-  }
-
-  void MakeFormat() {
-    CopyNumber("digits", {"x-digits", "y-digits"}, 1, 15);
-    CopyNumber("decimals", {"x-decimals", "y-decimals"}, 0, 15);
-    if (const GivenOption* option = line_.Find("exponent")) {
-      const std::array<std::string, 2> values = ForBothAxes(*option);
-      for (const std::string& value : values)
-        if (value != "on" && value != "off")
-          Refuse(*option, "on or off is expected, or one of each");
-      Set("x-exponent", values[0], option->Name());
-      Set("y-exponent", values[1], option->Name());
-    }
-    CopyChoice("delimiter", "delimiter", {"tab", "comma", "space", "semicolon"});
-    if (const GivenOption* option = line_.Find("decimal-point")) {
-      if (option->Value != "point" && option->Value != "comma")
-        Refuse(*option, "point or comma is expected");
-      Set("decimal-point", option->Value == "point" ? "on" : "off", option->Name());
-    }
   }
 
   void MakeAxes() {
@@ -393,7 +348,7 @@ class Maker {
 
   /// A trace or scan; `yIncrement` is what its rows step by unless the user says.
   void Extract(Step step, const char* yIncrement, const GivenOption& option) {
-    if (!line_.Has("y-increment")) Set("y-increment", yIncrement, option.Name());
+    if (!line_.Has("y-increment")) Add(SetStep{"y-increment", yIncrement}, option.Name());
     In(Mode::Graphize, std::move(step), option);
   }
 
@@ -419,33 +374,6 @@ class Maker {
     for (int i = 0; i < 2; ++i)
       if (!(SingleOf(*options[i], values[i]) > 0))
         Refuse(*options[i], std::string("with --") + log + " the value must be above 0");
-  }
-
-  /// A number into one option, or one for each of two.
-  void CopyNumber(const char* name, std::initializer_list<const char*> options, int least,
-                  int most) {
-    const GivenOption* given = line_.Find(name);
-    if (given == nullptr) return;
-    const auto values =
-        options.size() == 2 ? ForBothAxes(*given) : std::array<std::string, 2>{given->Value, {}};
-    std::size_t i = 0;
-    for (const char* option : options) {
-      if (!IntegerText(values[i], least, most))
-        Refuse(*given, "a whole number from " + std::to_string(least) + " to " +
-                           std::to_string(most) + " is expected");
-      Set(option, values[i++], given->Name());
-    }
-  }
-
-  void CopyChoice(const char* name, const char* option, std::initializer_list<const char*> values) {
-    const GivenOption* given = line_.Find(name);
-    if (given == nullptr) return;
-    std::string expected;
-    for (const char* value : values) {
-      if (given->Value == value) return Set(option, value, given->Name());
-      expected += std::string(expected.empty() ? "" : ", ") + value;
-    }
-    Refuse(*given, "one of " + expected + " is expected");
   }
 
   const CommandLine& line_;

@@ -205,9 +205,7 @@ std::optional<DeletePointsStep> PointsBeyond(const Workspace& ws, const StepsOnP
     const PointId id = ws.store.CaptureId[i];
     if (!HasPlace(ws.store, id)) continue;
     const Place& place = ws.store.Places[id];
-    const AffineMap& back = area.Back;
-    const double x = back.XX * place.Column + back.XY * place.Row + back.X;
-    const double y = back.YX * place.Column + back.YY * place.Row + back.Y;
+    const auto [x, y] = Mapped(area.Back, place.Column, place.Row);
     constexpr double kSlack = 0.75;
     if (x < area.Is.Left - kSlack || x > area.Is.Right + kSlack || y < area.Is.Top - kSlack ||
         y > area.Is.Bottom + kSlack)
@@ -250,13 +248,6 @@ void RunOnPage(Workspace& ws, const AlikePages& alike, std::size_t number, const
     RunStep(ws, {.Do = *std::move(beyond), .Origin = step.Origin}, pictures, axes, told);
 }
 
-int RowsOf(const Workspace& ws) {
-  int rows = ws.store.ListCount;
-  for (const Curve& curve : ws.curves.Curves)
-    if (curve.Points != nullptr) rows += curve.Points->ListCount;
-  return rows;
-}
-
 /// One behind the last step that the table is made of.
 std::size_t EndOf(const std::vector<BatchStep>& steps, std::vector<std::string>& notes) {
   const auto isSave = [](const BatchStep& step) { return Is<SaveStep>(step.Do); };
@@ -273,30 +264,6 @@ std::size_t EndOf(const std::vector<BatchStep>& steps, std::vector<std::string>&
     notes.push_back("steps behind the saved data file are left out");
   return steps.size() - behind;
 }
-
-}  // namespace
-
-std::vector<BatchStep> StepsOf(const RecipeFile& recipe, const std::string& name) {
-  std::vector<BatchStep> steps;
-  for (const RecipeFile::Line& line : recipe.Steps) {
-    BatchStep made{.Do = line.Is, .Origin = name + "line " + std::to_string(line.Number)};
-    if (const auto* open = std::get_if<OpenStep>(&line.Is)) {
-      made.Width = recipe.Pictures[open->Picture - 1].Width;
-      made.Height = recipe.Pictures[open->Picture - 1].Height;
-    }
-    steps.push_back(std::move(made));
-  }
-  return steps;
-}
-
-JobResult RunJob(const std::vector<BatchStep>& steps,
-                 const std::vector<std::filesystem::path>& pictures, const JobOptions& options) {
-  JobResult result;
-  RunJob(steps, pictures, options, result);
-  return result;
-}
-
-namespace {
 
 /// What is kept of the workspace beside the table.
 void KeepPicture(Workspace& ws, JobResult& result) {
@@ -332,6 +299,19 @@ void RunSteps(Workspace& ws, const std::vector<BatchStep>& steps, std::size_t en
 
 }  // namespace
 
+std::vector<BatchStep> StepsOf(const RecipeFile& recipe, const std::string& name) {
+  std::vector<BatchStep> steps;
+  for (const RecipeFile::Line& line : recipe.Steps) {
+    BatchStep made{.Do = line.Is, .Origin = name + "line " + std::to_string(line.Number)};
+    if (const auto* open = std::get_if<OpenStep>(&line.Is)) {
+      made.Width = recipe.Pictures[open->Picture - 1].Width;
+      made.Height = recipe.Pictures[open->Picture - 1].Height;
+    }
+    steps.push_back(std::move(made));
+  }
+  return steps;
+}
+
 void RunJob(const std::vector<BatchStep>& steps, const std::vector<std::filesystem::path>& pictures,
             const JobOptions& options, JobResult& result) {
   Workspace ws;
@@ -356,6 +336,13 @@ void RunJob(const std::vector<BatchStep>& steps, const std::vector<std::filesyst
     for (const std::string& text : DoubtsOf(ws, options, told)) doubt(text);
   if (options.KeepPicture) KeepPicture(ws, result);
   result.Notes = std::move(told.Notes);
+}
+
+JobResult RunJob(const std::vector<BatchStep>& steps,
+                 const std::vector<std::filesystem::path>& pictures, const JobOptions& options) {
+  JobResult result;
+  RunJob(steps, pictures, options, result);
+  return result;
 }
 
 AlikePages LookAtOwnPicture(const std::vector<BatchStep>& steps,

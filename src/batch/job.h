@@ -42,7 +42,8 @@ std::vector<BatchStep> StepsOf(const RecipeFile& recipe, const std::string& name
 
 /// Does the steps on a workspace of its own up to the last "save", or all when there is none, and
 /// makes the table of the list as it is then. Throws RunTimeError that begins with the origin of
-/// the step that went wrong, or says why there are no points.
+/// the step that went wrong, or says why there are no points; a result that was given has what is
+/// known until then.
 JobResult RunJob(const std::vector<BatchStep>& steps,
                  const std::vector<std::filesystem::path>& pictures, const JobOptions& options);
 void RunJob(const std::vector<BatchStep>& steps, const std::vector<std::filesystem::path>& pictures,

@@ -49,13 +49,15 @@ void AddInk(Workspace& ws, std::vector<ExportCurve>& curves) {
 
 }  // namespace
 
+int RowsOf(const Workspace& ws) {
+  int rows = ws.store.ListCount;
+  for (const Curve& curve : ws.curves.Curves)
+    if (curve.Points != nullptr) rows += curve.Points->ListCount;
+  return rows;
+}
+
 bool HasRows(const Workspace& ws, TableFormat format) {
-  const auto& curves = ws.curves.Curves;
-  return ws.store.ListCount > 0 ||
-         (format != TableFormat::Dat &&
-          std::any_of(curves.begin(), curves.end(), [](const Curve& curve) {
-            return curve.Points != nullptr && curve.Points->ListCount > 0;
-          }));
+  return (format == TableFormat::Dat ? ws.store.ListCount : RowsOf(ws)) > 0;
 }
 
 std::string MakeTable(Workspace& ws, const JobOptions& options, bool saved,

@@ -8,6 +8,8 @@
 
 namespace graphize {
 
+/// Rows of all curves.
+int RowsOf(const Workspace& ws);
 /// Whether there is anything for a table of that format, which may hold the active curve alone.
 bool HasRows(const Workspace& ws, TableFormat format);
 

@@ -103,10 +103,9 @@ class Run {
   void TakeJobs() {
     for (std::size_t i = next_++; i < jobs_.size(); i = next_++) {
       std::string error;
-      PageOutcome& outcome = outcomes_[i];
-      outcome.Picture = jobs_[i].Name;
+      JobResult result;
       try {
-        Do(jobs_[i], outcome);
+        Do(jobs_[i], result);
       } catch (const RunTimeError& e) {
         error = e.what();
       } catch (const std::bad_alloc&) {
@@ -114,12 +113,10 @@ class Run {
       } catch (const std::exception& e) {
         error = std::string("unexpected error: ") + e.what();
       }
+      outcomes_[i] = OutcomeOf(jobs_[i], result, error);
       const std::scoped_lock lock(mutex_);
       ++done_;
       if (!error.empty()) {
-        const auto& lie = outcome.Registration;
-        outcome.Is = lie && !lie->Fits() ? PageOutcome::How::Refused : PageOutcome::How::Failed;
-        outcome.Reason = error;
         ++failed_;
         Say(jobs_[i].Name + ": " + error);
       }
@@ -127,24 +124,21 @@ class Run {
     }
   }
 
-  void Do(const Job& job, PageOutcome& outcome) {
+  static PageOutcome OutcomeOf(const Job& job, const JobResult& result, const std::string& error) {
+    using How = PageOutcome::How;
+    const auto& lie = result.Registration;
+    How how = result.Doubt.empty() ? How::Done : How::Doubtful;
+    if (!error.empty()) how = lie && !lie->Fits() ? How::Refused : How::Failed;
+    return {job.Name, how, result.Points, lie, error.empty() ? result.Doubt : error};
+  }
+
+  void Do(const Job& job, JobResult& result) {
     for (const fs::path& file : {job.Output, job.PictureOutput}) {
       std::error_code ignored;
       if (!options_.Force && !IsStandardOutput(file) && fs::exists(file, ignored))
         throw RunTimeError("\"" + file.string() + "\" exists already; see --force");
     }
-    JobResult result;
-    struct Keeping {  // also of what failed
-      const JobResult& From;
-      PageOutcome& To;
-      ~Keeping() {
-        To.Points = From.Points;
-        To.Registration = From.Registration;
-      }
-    } keeping{result, outcome};
     RunJob(steps_, job.Pictures, options_.Table, result);
-    if (!result.Doubt.empty()) outcome.Is = PageOutcome::How::Doubtful;
-    outcome.Reason = result.Doubt;
     if (!job.PictureOutput.empty()) WritePicture(job.PictureOutput, result.Picture);
     if (IsStandardOutput(job.Output)) {
       const std::scoped_lock lock(mutex_);

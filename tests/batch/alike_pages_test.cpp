@@ -4,8 +4,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
 #include <nlohmann/json.hpp>
 #include <sstream>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "batch/batch.h"
 #include "codecs/file_format.h"
@@ -124,7 +130,7 @@ TEST_F(AlikePagesTest, WhatDoesNotFitIsToldAndTheOthersAreWritten) {
 }
 
 TEST_F(AlikePagesTest, TracesBeginInTheColumnsThatAreAskedFor) {
-  // The recipe has axes alone; page 0 lies as it should, without a registration.
+  // The recipe traces nothing itself.
   const std::string recipe = Recipe({"--black-white", "--grid=both", "--point=300,300"});
   const std::string file = (folder / "out.csv").string();
   const auto replay = [&](const Words& options) {

@@ -1,7 +1,9 @@
 #include "finding_axes/find_surroundings.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <tuple>
+#include <utility>
 
 #include "support/plot_drawing.h"
 

@@ -145,12 +145,14 @@ std::vector<std::string> SeedsOf(const FuzzTarget& target) {
     return seeds;
   }
   if (name == "command-line")
-    return {
-        std::string("\x01") + "--axis=10,20,1,2\n--trace\n70,430\n--x-log\n-o\nout.csv\nplot.png",
-        std::string("\x01") +
-            "--threshold=local\n--read=10,20\n--read-all\n--ink=1,2,3,4\n--errors=pixel\n-",
-        std::string("\x02") + "--align\n--report\na.csv\nrecipe.txt\n--\na.png",
-        std::string("\x04") + "a.png\n--format\njson"};
+    return {std::string("\x01") +
+                "--origin=10,20:1,2\n--x-axis=90,20:5\n--y-axis=10,4:8\n--trace\n70,430\n--x-log\n"
+                "-o\nout.csv\nplot.png",
+            std::string("\x01") +
+                "--propose-axes\n--threshold=local\n--read=10,20\n--read-all\n--ink=1,2,3,4\n"
+                "--errors=pixel\n-o\nout.csv\n-",
+            std::string("\x02") + "--align\n--report\na.csv\nrecipe.txt\n--\na.png",
+            std::string("\x04") + "a.png\n--format\njson"};
   std::string curve = std::string("\x30\x20\x18\x40", 4);
   for (int i = 0; i < 24 * 48; ++i) curve += i / 24 == 24 ? '\0' : '\x77';
   return {curve};

@@ -215,7 +215,8 @@ bool ReadsCommandLine(const FuzzTarget&, std::string_view input) {
   try {
     const CommandLine line = ReadCommandLine(commands[which], Split(input.substr(1), '\n'));
     if (which != 1) return true;
-    for (const BatchStep& step : DigitizeSteps(line)) ReadsStepTwice(step.Do);
+    for (const BatchStep& step : DigitizeSteps(line))
+      if (!step.TakesAxes) ReadsStepTwice(step.Do);  // such a one waits for what is found
   } catch (const UsageError& error) {
     Promise(std::strlen(error.what()) > 0, "a refusal says why");
   } catch (const RunTimeError& error) {
@@ -253,16 +254,11 @@ bool ReadsCurve(const FuzzTarget&, std::string_view input) {
 
 const std::vector<FuzzTarget>& FuzzTargets() {
   static const std::vector<FuzzTarget> targets = [] {
-    std::vector<FuzzTarget> all = {{"settings", ReadsSettings},
-                                   {"recipe", ReadsRecipe},
-                                   {"step", ReadsStep, 512},
-                                   {"parts", ReadsParts},
-                                   {"project", ReadsProject},
-                                   {"journal", ReadsJournal},
-                                   {"number", ReadsNumber, 64},
-                                   {"pattern", ReadsPattern, 128},
-                                   {"command-line", ReadsCommandLine, 512},
-                                   {"curve", ReadsCurve, 4612}};
+    std::vector<FuzzTarget> all = {
+        {"settings", ReadsSettings}, {"recipe", ReadsRecipe},   {"step", ReadsStep},
+        {"parts", ReadsParts},       {"project", ReadsProject}, {"journal", ReadsJournal},
+        {"number", ReadsNumber},     {"pattern", ReadsPattern}, {"command-line", ReadsCommandLine},
+        {"curve", ReadsCurve}};
     for (const char* type : {"tif", "tga", "bmp", "gif", "dib", "pcx", "jpg", "png", "webp"})
       all.push_back({std::string("picture-") + type, ReadsPicture});
     return all;

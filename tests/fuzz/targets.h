@@ -12,7 +12,6 @@ struct FuzzTarget {
   /// Reads the input as the program does; what it refuses in words is right. Ends the process where
   /// a promise does not hold. False: the input is not of this target's kind.
   bool (*Read)(const FuzzTarget& target, std::string_view input);
-  std::size_t MostBytes = 4096;
 };
 
 /// All of them. Inputs of several parts, such as those of a project, have kPartEnd between them.
