@@ -36,7 +36,7 @@ class Decoders {
     std::optional<DecodeWorker> worker;
     {
       const std::lock_guard lock(mutex_);
-      worker = std::exchange(next_, std::nullopt);
+      worker = std::exchange(Next(), std::nullopt);
     }
     // Who is short of memory may have ended it while it waited.
     if (worker && worker->HasEnded()) worker.reset();
@@ -46,9 +46,11 @@ class Decoders {
     return worker;
   }
 
+  /// On a thread beside: starting a process takes as long as a small picture.
   void StartNext() {
     const std::lock_guard lock(mutex_);
-    if (ahead_ && !next_) next_ = DecodeWorker::Start(program_);
+    if (!ahead_ || next_ || starting_.valid()) return;
+    starting_ = std::async(std::launch::async, [this] { return DecodeWorker::Start(program_); });
   }
   void StartAhead() {
     ahead_ = true;
@@ -58,17 +60,23 @@ class Decoders {
   /// Of the latest process; nothing before the first.
   std::optional<unsigned> Layers() {
     const std::lock_guard lock(mutex_);
-    if (next_) layers_ = next_->Layers();
+    if (Next()) layers_ = Next()->Layers();
     return layers_ == kUnknown ? std::nullopt : std::optional(layers_.load());
   }
 
  private:
   static constexpr unsigned kUnknown = 256;
 
+  std::optional<DecodeWorker>& Next() {
+    if (starting_.valid()) next_ = starting_.get();
+    return next_;
+  }
+
   const DecoderProgram program_{.Program = PathInProgram("libexec/graphize/graphize-decode"),
                                 .Module = ModulePath(kModule)};
   std::mutex mutex_;
   std::optional<DecodeWorker> next_;
+  std::future<std::optional<DecodeWorker>> starting_;
   std::atomic<bool> ahead_ = false;
   std::atomic<unsigned> layers_ = kUnknown;
 };
