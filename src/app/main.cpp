@@ -18,6 +18,7 @@
 #include "app/language.h"
 #include "app/main_window.h"
 #include "batch/batch.h"
+#include "codecs/picbuf.h"
 #include "scanner/scanner.h"
 
 namespace {
@@ -78,6 +79,7 @@ int RunWindow(int argc, char** argv) {
   std::vector<std::filesystem::path> pictures;
   for (const QString& word : QApplication::arguments().mid(1))
     pictures.push_back(PicturePath(word));
+  if (!pictures.empty()) graphize::PrepareToDecode();  // while the window is being made
   std::error_code ignored;
   const std::filesystem::path startFolder = std::filesystem::current_path(ignored);
   std::filesystem::current_path(QApplication::applicationDirPath().toStdString(), ignored);

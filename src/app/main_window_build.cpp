@@ -23,6 +23,7 @@
 #include "calibration/axis_panel.h"
 #include "capture/curve_panel.h"
 #include "capture/read_out_panel.h"
+#include "codecs/picbuf.h"
 #include "data/data_list_panel.h"
 #include "raster/overview_view.h"
 #include "raster/plot_view.h"
@@ -135,6 +136,7 @@ void MainWindow::NoteRecentFiles() {
 void MainWindow::FinishStart() {
   setWindowIcon(ProgramIcon());
   AskForScanner();
+  PrepareToDecode();
   // Ctrl+V works without the menu having been opened: the clipboard tells when it changes.
   const auto look = [this] {
     Note([this](Workspace& ws) { OpenEditMenu(ws, desktop_->Callbacks()); });

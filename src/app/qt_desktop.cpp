@@ -14,9 +14,12 @@
 #include <QUrl>
 #include <algorithm>
 #include <cstring>
+#include <optional>
+#include <utility>
 
 #include "base/run_time_error.h"
 #include "base/translation.h"
+#include "codecs/picbuf.h"
 #include "raster/plot_view.h"
 #include "raster/size_limits.h"
 #include "raster/transparency.h"
@@ -161,13 +164,36 @@ bool IsForStopButton(const QObject* watched, QEvent* event) {
   return target != nullptr && target->property(kStopsCommand).toBool();
 }
 
-Raster ClipboardRaster() {
+/// The picture in the clipboard as its owner offers it, decoded apart like a file; nothing where it
+/// is offered in no such type, or `progress` has stopped it.
+std::optional<LoadedPicture> OfferedPicture(const QMimeData& data,
+                                            const PictureProgress& progress) {
+  for (const char* type :
+       {"image/png", "image/bmp", "image/tiff", "image/gif", "image/webp", "image/jpeg"})
+    if (const QByteArray bytes = data.data(QLatin1String(type)); !bytes.isEmpty())
+      return DecodePicture("clipboard", bytes.toStdString(), progress);
+  return {};
+}
+
+Raster ClipboardRaster(const PictureProgress& progress) {
   const QMimeData* data = QGuiApplication::clipboard()->mimeData();
   if (data == nullptr || !data->hasImage()) return {};
+  const RunTimeError damaged(Tr("The picture in the clipboard is damaged or too large.") + ' ' +
+                             SizeRule());
+  bool stopped = false;
+  try {
+    auto offered = OfferedPicture(*data, [&](int percent) {
+      stopped = stopped || !progress(percent);
+      return !stopped;
+    });
+    if (offered) return std::move(offered->Picture);
+  } catch (const RunTimeError&) {
+    throw damaged;
+  }
+  if (stopped) throw RunTimeError("The picture was not pasted.");
+  // This program's own, or in a type that only the toolkit knows.
   QImage image = QGuiApplication::clipboard()->image();
-  if (image.isNull())
-    throw RunTimeError(Tr("The picture in the clipboard is damaged or too large.") + ' ' +
-                       SizeRule());
+  if (image.isNull()) throw damaged;
   const bool clear = image.hasAlphaChannel();
   image.convertTo(clear ? QImage::Format_ARGB32 : QImage::Format_RGB32);
   Raster raster(image.width(), image.height());
@@ -230,7 +256,12 @@ QtDesktop::QtDesktop(QWidget* window, PlotView* plot, std::function<void()> rend
   desktop_.ChooseFile = [this](const FileQuestion& question) { return ChooseFile(question); };
   desktop_.ChooseFiles = [this](const FileQuestion& question) { return ChooseFiles(question); };
   desktop_.ClipboardHasPicture = ClipboardHasPicture;
-  desktop_.ClipboardPicture = ClipboardRaster;
+  desktop_.ClipboardPicture = [this] {
+    return ClipboardRaster([this](int) {
+      Pump(false);
+      return !desktop_.EscapeHeld();
+    });
+  };
   desktop_.ClipboardFiles = ClipboardFiles;
   desktop_.CopyText = [](const std::string& text) {
     QGuiApplication::clipboard()->setText(ToQString(text));

@@ -5,8 +5,12 @@
 namespace graphize {
 
 std::uint32_t Crc32(std::string_view bytes) {
+  return Crc32(0, bytes);
+}
+
+std::uint32_t Crc32(std::uint32_t before, std::string_view bytes) {
   return static_cast<std::uint32_t>(
-      crc32_z(0, reinterpret_cast<const Bytef*>(bytes.data()), bytes.size()));
+      crc32_z(before, reinterpret_cast<const Bytef*>(bytes.data()), bytes.size()));
 }
 
 std::string HexText(std::uint32_t number) {

@@ -3,7 +3,6 @@
 #include <dlfcn.h>
 
 #include <cstring>
-#include <filesystem>
 #include <string>
 #include <system_error>
 
@@ -13,24 +12,22 @@
 
 namespace graphize {
 
-namespace {
-
-/// Never a bare name: that would be looked for in folders that are not the program's.
-std::filesystem::path PathOf(const char* file) {
+// Never a bare name: that would be looked for in folders that are not the program's.
+std::filesystem::path PathInProgram(const std::filesystem::path& place) {
   std::error_code failure;
   const auto program = std::filesystem::read_symlink("/proc/self/exe", failure);
   if (failure) throw RunTimeError(Tr("The program is not complete: %1", failure.message()));
   const std::filesystem::path folder = program.parent_path();
-  const std::filesystem::path modules = std::filesystem::path("lib/graphize/modules") / file;
-  // In the program's folder where it was built, beside it where it was installed.
-  if (std::filesystem::exists(folder / modules, failure)) return folder / modules;
-  return folder.parent_path() / modules;
+  if (std::filesystem::exists(folder / place, failure)) return folder / place;
+  return folder.parent_path() / place;
 }
 
-}  // namespace
+std::filesystem::path ModulePath(const char* file) {
+  return PathInProgram(std::filesystem::path("lib/graphize/modules") / file);
+}
 
-const void* LoadModule(const char* file, const char* symbol) {
-  void* library = dlopen(PathOf(file).c_str(), RTLD_NOW | RTLD_LOCAL);
+const void* LoadModule(const std::filesystem::path& module, const char* symbol) {
+  void* library = dlopen(module.c_str(), RTLD_NOW | RTLD_LOCAL);
   const void* object = library == nullptr ? nullptr : dlsym(library, symbol);
   if (object == nullptr)
     throw RunTimeError(Tr("The program is not complete: %1", std::string(dlerror())));

@@ -8,6 +8,16 @@
 
 namespace graphize {
 
+/// Gives back a raster's pixels to where they lie.
+struct ReleasePixels {
+  void (*Release)(std::uint32_t* pixels, std::size_t count) = nullptr;  // null: on the heap
+  std::size_t Count = 0;
+
+  void operator()(std::uint32_t* pixels) const {
+    Release != nullptr ? Release(pixels, Count) : delete[] pixels;
+  }
+};
+
 /// Rows of 32-bit pixels 0xffRRGGBB in one block, top row first, no padding: the layout that the
 /// window paints without copying. A page may be half a gigabyte, so copies are asked for by name.
 class Raster {
@@ -16,6 +26,9 @@ class Raster {
   /// Pixels start undefined: whoever makes a raster fills it. Sizes from 0.
   Raster(int width, int height);
   static Raster Filled(int width, int height, std::uint32_t pixel);
+  /// Takes over pixels that lie elsewhere; `release` gives them back.
+  Raster(int width, int height, std::uint32_t* pixels,
+         void (*release)(std::uint32_t* pixels, std::size_t count));
   Raster Clone() const;
 
   int Width() const { return width_; }
@@ -37,7 +50,7 @@ class Raster {
  private:
   int width_ = 0;
   int height_ = 0;
-  std::unique_ptr<std::uint32_t[]> pixels_;
+  std::unique_ptr<std::uint32_t[], ReleasePixels> pixels_;
 };
 
 inline constexpr std::uint32_t kBlackPixel = 0xff000000u;

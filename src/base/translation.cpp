@@ -1,7 +1,5 @@
 #include "base/translation.h"
 
-#include <initializer_list>
-
 namespace graphize {
 
 namespace {
@@ -33,7 +31,7 @@ std::string TrCount(const char* one, const char* several, long long count) {
   return Fill(text, {std::to_string(count)});
 }
 
-std::string Fill(const std::string& text, std::initializer_list<std::string> values) {
+std::string Fill(const std::string& text, std::span<const std::string> values) {
   std::string filled;
   for (std::size_t i = 0; i < text.size(); ++i) {
     const std::size_t index =
@@ -42,7 +40,7 @@ std::string Fill(const std::string& text, std::initializer_list<std::string> val
       filled += text[i];
       continue;
     }
-    filled += values.begin()[index];
+    filled += values[index];
     ++i;
   }
   return filled;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <initializer_list>
+#include <span>
 #include <string>
 
 namespace graphize {
@@ -21,7 +22,10 @@ constexpr const char* Marked(const char* english) {
 }
 
 /// `text` with the values in the places of %1 to %9, which may stand in any order.
-std::string Fill(const std::string& text, std::initializer_list<std::string> values);
+std::string Fill(const std::string& text, std::span<const std::string> values);
+inline std::string Fill(const std::string& text, std::initializer_list<std::string> values) {
+  return Fill(text, std::span<const std::string>(values.begin(), values.size()));
+}
 
 inline std::string TrValue(const std::string& text) {
   return text;

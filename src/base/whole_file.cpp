@@ -10,8 +10,6 @@
 #include <cstdio>
 #include <utility>
 
-#include "base/descriptor.h"
-
 namespace graphize {
 
 namespace {
@@ -142,6 +140,32 @@ std::error_code ReadWholeFile(const fs::path& path, std::size_t limit, std::stri
   if (failure) return failure;
   if (content.size() > limit) return std::make_error_code(std::errc::file_too_large);
   bytes = std::move(content);
+  return {};
+}
+
+Descriptor OpenToRead(const fs::path& path, std::uintmax_t& size, std::error_code& failure) {
+  // Without waiting for the writer of a pipe, which is refused below.
+  Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+  struct stat opened = {};
+  failure = file.IsOpen() && fstat(file.Get(), &opened) == 0 ? std::error_code() : LastError();
+  if (!failure && !S_ISREG(opened.st_mode))
+    failure = std::make_error_code(S_ISDIR(opened.st_mode) ? std::errc::is_a_directory
+                                                           : std::errc::not_supported);
+  size = static_cast<std::uintmax_t>(opened.st_size);
+  return failure ? Descriptor() : std::move(file);
+}
+
+std::error_code ReadAt(int file, std::uintmax_t offset, std::string& bytes) {
+  std::size_t got = 0;
+  while (got < bytes.size()) {
+    const ssize_t part =
+        pread(file, bytes.data() + got, bytes.size() - got, static_cast<off_t>(offset + got));
+    if (part < 0 && errno == EINTR) continue;
+    if (part < 0) return LastError();
+    if (part == 0) break;
+    got += static_cast<std::size_t>(part);
+  }
+  bytes.resize(got);
   return {};
 }
 

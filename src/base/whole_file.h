@@ -1,10 +1,13 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <string_view>
 #include <system_error>
+
+#include "base/descriptor.h"
 
 namespace graphize {
 
@@ -16,6 +19,15 @@ namespace graphize {
 /// The same for the first `count` bytes, or all of a shorter file.
 [[nodiscard]] std::error_code ReadFileStart(const std::filesystem::path& path, std::size_t count,
                                             std::string& bytes);
+
+/// A regular file, opened to be read, and its size; closed, and the reason in `failure`, where that
+/// cannot be.
+Descriptor OpenToRead(const std::filesystem::path& path, std::uintmax_t& size,
+                      std::error_code& failure);
+
+/// The bytes of an open file from `offset` on, as many as `bytes` holds; it is cut to what there
+/// is.
+[[nodiscard]] std::error_code ReadAt(int file, std::uintmax_t offset, std::string& bytes);
 
 /// Puts `bytes` in the place of the file, or makes it: at any time the path holds the old or the
 /// new content whole, also after a power cut. Written to a temporary file in the same folder,

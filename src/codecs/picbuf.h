@@ -23,14 +23,32 @@ struct LoadedPicture {
 /// as its camera or scanner says, on white where it is transparent. Nothing when `progress` stopped
 /// it. Throws RunTimeError whose text names the file and the reason.
 ///
-/// While it runs it takes up to 5 times the raster's size and twice the file's; afterwards the
-/// raster alone is left.
+/// It is decoded by a process of its own, which can do nothing else; whatever a file does to that
+/// is an error here. Where the system allows none, it is decoded within this one: that takes up to
+/// 5 times the raster's size while it runs; else there is only the raster.
 std::optional<LoadedPicture> LoadPicture(const std::filesystem::path& path,
                                          const PictureProgress& progress = {});
 
 /// The same from a file's bytes; `name` is told in errors, and its ending helps to know the type.
-std::optional<LoadedPicture> DecodePicture(const std::string& name, std::string bytes,
+std::optional<LoadedPicture> DecodePicture(const std::string& name, const std::string& bytes,
                                            const PictureProgress& progress = {});
+
+/// Who reads a picture: the library of its type where that can, or always the picture library.
+enum class DecodeBy { Fastest, PictureLibrary };
+
+/// The same within this process, whatever the system allows.
+std::optional<LoadedPicture> DecodePictureHere(const std::string& name, const std::string& bytes,
+                                               const PictureProgress& progress = {},
+                                               DecodeBy by = DecodeBy::Fastest);
+
+/// Has the process for the next picture started ahead, from here on always: starting it takes
+/// longer than to decode a small picture.
+void PrepareToDecode();
+
+/// Why a picture may do more than it could in a process of its own that is fenced in on all sides:
+/// sentences in plain words, none where everything holds. Known after the first picture, or
+/// PrepareToDecode.
+std::string MissingDecodeProtection();
 
 /// Writes a picture by format code and option (codecs/file_format.h); at most 256 colours are
 /// stored as a table of colours where the type knows one, but not in a PNG, more are reduced to 256

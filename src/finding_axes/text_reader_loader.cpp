@@ -7,8 +7,8 @@
 namespace graphize {
 
 std::string ReadTextLine(const TextLine& line) {
-  static const auto* module =
-      static_cast<const TextReaderModule*>(LoadModule("graphize_text.so", "GraphizeText"));
+  static const auto* module = static_cast<const TextReaderModule*>(
+      LoadModule(ModulePath("graphize_text.so"), "GraphizeText"));
   return module->Read(line);
 }
 

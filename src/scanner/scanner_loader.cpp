@@ -13,8 +13,8 @@ namespace {
 std::atomic<const ScannerModule*> loaded = nullptr;
 
 const ScannerModule& Module() {
-  static const auto* module =
-      static_cast<const ScannerModule*>(LoadModule("graphize_scanner.so", "GraphizeScanner"));
+  static const auto* module = static_cast<const ScannerModule*>(
+      LoadModule(ModulePath("graphize_scanner.so"), "GraphizeScanner"));
   loaded = module;
   return *module;
 }

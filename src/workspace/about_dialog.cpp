@@ -37,6 +37,8 @@ AboutDialog::AboutDialog(const QIcon& icon, QWidget* parent)
   title_->setFont(large);
   version_ = Text("lblVersion", tr("Version"));
   libraries_ = Text("lblLibraries", tr("Libraries"));
+  decoding_ = Text("lblDecoding", tr("Limits of the decoder of pictures"));
+  decoding_->setWordWrap(true);
 
   auto* texts = new QVBoxLayout;
   texts->setSpacing(4);
@@ -52,6 +54,7 @@ AboutDialog::AboutDialog(const QIcon& icon, QWidget* parent)
                            "it comes without any warranty.")));
   texts->addSpacing(8);
   texts->addWidget(libraries_);
+  texts->addWidget(decoding_);
   texts->addSpacing(10);
 
   auto* row = new QHBoxLayout;
@@ -76,6 +79,8 @@ void AboutDialog::Render(const AboutForm& form) {
   Show(title_, form.Title);
   Show(version_, form.Version);
   Show(libraries_, Tr("Stands on Qt %1, %2", std::string(qVersion()), form.Libraries));
+  Show(decoding_, form.Decoding);
+  decoding_->setVisible(!form.Decoding.empty());
 }
 
 }  // namespace graphize

@@ -23,6 +23,7 @@ class AboutDialog : public FormDialog {
   QLabel* title_;
   QLabel* version_;
   QLabel* libraries_;
+  QLabel* decoding_;
 };
 
 }  // namespace graphize

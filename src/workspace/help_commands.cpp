@@ -3,6 +3,7 @@
 #include "base/translation.h"
 #include "base/version.h"
 #include "base/whole_file.h"
+#include "codecs/picbuf.h"
 
 namespace graphize {
 
@@ -22,7 +23,8 @@ void ShowHelp(Workspace& ws, const Desktop& desktop, const std::string& chapter)
 void ShowAbout(Workspace& ws) {
   ws.about = {.Title = kTitle,
               .Version = Tr("Version %1", std::string(ProgramVersion())),
-              .Libraries = std::string("GraphicsMagick ") + PictureLibraryVersion()};
+              .Libraries = std::string("GraphicsMagick ") + PictureLibraryVersion(),
+              .Decoding = MissingDecodeProtection()};
   if (const std::string scanner = ScannerLibraryVersion(); !scanner.empty())
     ws.about.Libraries += ", SANE " + scanner;
   ws.form = Form::About;

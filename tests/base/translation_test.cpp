@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "base/deferred_text.h"
+
 namespace graphize {
 namespace {
 
@@ -29,6 +31,24 @@ TEST(Translation, TakesTheLanguagesOrderAndCounts) {
   EXPECT_EQ(TrCount("%1 row", "%1 rows", 1), "1 Zeile");
   EXPECT_EQ(TrCount("%1 row", "%1 rows", 2), "2 Zeilen");
   EXPECT_EQ(Tr("unknown %1", 3), "unknown 3");
+}
+
+TEST(Translation, DeferredTextsAreTranslatedWhereTheyArrive) {
+  std::string inner, deferred;
+  {
+    const Translated later(DeferText);
+    inner = Tr("%1 rows", 3);
+    deferred = Tr("%2 of %1, 5%", inner, "%2") + " (plain %1)";
+  }
+  EXPECT_EQ(TranslateDeferred(deferred), "%2 of 3 rows, 5% (plain %1)");
+  const Translated german([](const char* text, long long) -> std::string {
+    if (std::string_view(text) == "%2 of %1, 5%") return "von %1 %2";
+    return std::string_view(text) == "%1 rows" ? "%1 Zeilen" : "";
+  });
+  EXPECT_EQ(TranslateDeferred(deferred), "von 3 Zeilen %2 (plain %1)");
+  for (std::size_t size = 0; size < deferred.size(); ++size)
+    EXPECT_EQ(TranslateDeferred(deferred.substr(0, size)).find('\x02'), std::string::npos);
+  EXPECT_EQ(TranslateDeferred(std::string(9, '\x02') + "a\x03\x04\n\x7f"), "a");
 }
 
 }  // namespace

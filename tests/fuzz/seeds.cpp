@@ -2,9 +2,8 @@
 
 #include <filesystem>
 
-#include "base/module.h"
 #include "codecs/file_format.h"
-#include "codecs/picbuf_module.h"
+#include "codecs/picbuf.h"
 #include "fuzz/targets.h"
 #include "session/history.h"
 #include "session/journal_frame.h"
@@ -26,12 +25,6 @@ namespace graphize::test {
 
 namespace {
 
-std::string Encoded(int format, int option, const Raster& picture) {
-  static const auto* module =
-      static_cast<const PicbufModule*>(LoadModule("graphize_picbuf.so", "GraphizePicbuf"));
-  return module->Encode(format, option, picture, {}).value();
-}
-
 std::vector<std::string> PicturesOf(const std::string& type) {
   PlotDrawing drawing(40, 30, 4, 4, 36, 26);
   drawing.Frame({});
@@ -44,7 +37,7 @@ std::vector<std::string> PicturesOf(const std::string& type) {
   GetFileFormat("a." + type, format, option);
   std::vector<std::string> seeds;
   if (format != kNoFormat)
-    for (const Raster& picture : pictures) seeds.push_back(Encoded(format, option, picture));
+    for (const Raster& picture : pictures) seeds.push_back(EncodePicture(format, option, picture).value());
   if (type == "tif") {
     seeds.push_back(MakeTif(2, 2, 2, 6, std::string(12, '\x40')));
     seeds.push_back(MakeTif(2, 2, 5, 1, std::string(16, '\x40')));

@@ -11,14 +11,13 @@
 #include <limits>
 #include <variant>
 
-#include "base/module.h"
 #include "base/number_pattern.h"
 #include "base/numbers.h"
 #include "base/run_time_error.h"
 #include "batch/arguments.h"
 #include "batch/commands.h"
 #include "batch/digitize.h"
-#include "codecs/picbuf_module.h"
+#include "codecs/picbuf.h"
 #include "codecs/picture_probe.h"
 #include "finding_axes/find_surroundings.h"
 #include "reading/read_curve.h"
@@ -63,10 +62,8 @@ bool ReadsPicture(const FuzzTarget& target, std::string_view input) {
   if (probe.Type != wanted.Type || probe.Width > kMostPixels ||
       probe.Height > kMostPixels / std::max<std::int64_t>(probe.Width, 1))
     return false;
-  static const auto* module =
-      static_cast<const PicbufModule*>(LoadModule("graphize_picbuf.so", "GraphizePicbuf"));
   try {
-    const auto picture = module->Decode(file, std::string(input), {});
+    const auto picture = DecodePictureHere(file, std::string(input));
     Promise(picture && picture->Picture.Width() > 0 && picture->Picture.Height() > 0,
             "a picture that is not refused has pixels");
   } catch (const RunTimeError& error) {

@@ -56,29 +56,44 @@ bool IsStandard(std::string_view header) {
 /// The folder of a module that shuts a library in; empty for any other file.
 std::string ModuleOf(const fs::path& path) {
   const std::string folder = path.parent_path().generic_string();
-  return folder == "codecs/picbuf" || folder == "scanner/sane" || folder == "finding_axes/tesseract"
-             ? folder
-             : "";
+  constexpr std::string_view kModules[] = {"codecs/picbuf", "codecs/decoder", "scanner/sane",
+                                           "finding_axes/tesseract"};
+  return std::ranges::count(kModules, folder) > 0 ? folder : "";
 }
 
 /// The one file or folder that sees a library, by how its headers start.
 constexpr std::pair<std::string_view, std::string_view> kLibraries[] = {
-    {"Magick", "codecs/picbuf"},
-    {"magick/", "codecs/picbuf"},
-    {"sane/", "scanner/sane"},
-    {"dlfcn.h", "base/module.cpp"},
-    {"zlib.h", "base/checksum.cpp"},
-    {"zlib.h", "base/zip_file.cpp"},
-    {"tesseract/", "finding_axes/tesseract"},
-    {"omp.h", "finding_axes/tesseract"},
-    {"nlohmann/", "base/json.cpp"},
+    {"Magick", "codecs/picbuf"},         {"magick/", "codecs/picbuf"},
+    {"tiffio.h", "codecs/picbuf"},       {"png.h", "codecs/picbuf"},
+    {"jpeglib.h", "codecs/picbuf"},      {"sane/", "scanner/sane"},
+    {"dlfcn.h", "base/module.cpp"},      {"zlib.h", "base/checksum.cpp"},
+    {"zlib.h", "base/zip_file.cpp"},     {"tesseract/", "finding_axes/tesseract"},
+    {"omp.h", "finding_axes/tesseract"}, {"nlohmann/", "base/json.cpp"},
     {"CLI/", "batch/arguments.cpp"},
 };
 
-/// The files of the logic that see the system's files.
-constexpr std::string_view kFileHeaders[] = {"fcntl.h", "sys/file.h", "sys/stat.h", "unistd.h"};
-constexpr std::string_view kFileHeadersPlaces[] = {"base/append_file.cpp", "base/descriptor.cpp",
-                                                   "base/lock_file.cpp", "base/whole_file.cpp"};
+/// The places of the logic that see the system, and which of its headers.
+constexpr std::pair<std::string_view, std::string_view> kSystemPlaces[] = {
+    {"base/append_file.cpp", " fcntl.h sys/file.h sys/stat.h unistd.h "},
+    {"base/child_process.cpp",
+     " fcntl.h poll.h signal.h spawn.h sys/socket.h sys/wait.h unistd.h "},
+    {"base/descriptor.cpp", " unistd.h "},
+    {"base/lock_file.cpp", " fcntl.h sys/file.h sys/stat.h unistd.h "},
+    {"base/memory_file.cpp", " fcntl.h sys/mman.h sys/stat.h unistd.h "},
+    {"base/whole_file.cpp", " fcntl.h sys/file.h sys/stat.h unistd.h "},
+    {"codecs/decoder",
+     " linux/audit.h linux/filter.h linux/landlock.h linux/sched.h linux/seccomp.h sys/mman.h "
+     "sys/prctl.h"
+     " sys/resource.h sys/syscall.h unistd.h "},
+};
+
+bool SeesSystem(const fs::path& path, std::string_view header) {
+  const std::string word = ' ' + std::string(header) + ' ';
+  return std::ranges::any_of(kSystemPlaces, [&](const auto& place) {
+    return (path == place.first || path.parent_path() == place.first) &&
+           place.second.find(word) != std::string_view::npos;
+  });
+}
 
 /// A header in angle brackets: what is wrong with it here, or nothing.
 std::string CheckLibrary(const fs::path& path, bool isTest, std::string_view header) {
@@ -95,10 +110,9 @@ std::string CheckLibrary(const fs::path& path, bool isTest, std::string_view hea
     wrong = "this library is for " + std::string(place);
   }
   if (!wrong.empty()) return wrong;
-  if (std::ranges::count(kFileHeadersPlaces, path.generic_string()) > 0 &&
-      std::ranges::count(kFileHeaders, header) > 0)
-    return "";
-  return seesQt || IsStandard(header) ? "" : "logic has the standard library only";
+  return seesQt || SeesSystem(path, header) || IsStandard(header)
+             ? ""
+             : "logic has the standard library only";
 }
 
 /// The folder whose level a folder of tests/ has: what tests share stands where widgets stand,

@@ -51,6 +51,8 @@ CurrentOperation::~CurrentOperation() {
   currentOperation = nullptr;
 }
 
+// Everything stays within this process and its memory: no file is read or written by the library,
+// no program started.
 void StartLibrary() {
   static std::once_flag started;
   std::call_once(started, [] {

@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 
+#include "codecs/picbuf_module.h"
 #include "raster/picture_operation.h"
 
 namespace graphize {
@@ -41,11 +42,6 @@ class Report {
 };
 
 // ---- Use ----------------------------------------------------------------------------------------
-
-/// Before any other use. Everything stays within this process and its memory: no file is read or
-/// written by the library, no program started. Only the first call costs anything, so that the
-/// program's start is free of it.
-void StartLibrary();
 
 /// While it lives the library tells this thread's progress to `operation` and is stopped by it.
 class CurrentOperation {

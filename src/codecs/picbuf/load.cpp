@@ -1,18 +1,18 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
-#include <future>
 #include <memory>
 #include <string_view>
 #include <utility>
 #include <vector>
 
-#include "base/checksum.h"
 #include "base/run_time_error.h"
 #include "base/translation.h"
 #include "codecs/bitmap_header.h"
 #include "codecs/picbuf.h"
+#include "codecs/picbuf/direct_readers.h"
 #include "codecs/picbuf/library.h"
+#include "codecs/picbuf/samples.h"
 #include "codecs/picture_probe.h"
 #include "codecs/strip_metadata.h"
 #include "raster/orientation.h"
@@ -97,7 +97,7 @@ ImagePtr Decode(const ProbeResult& verdict, std::string_view bytes, std::string&
   // What a PNG decoder merely warns of changes no pixel.
   const bool harmless = verdict.Type == PictureType::Png && report.Severity() == lib::CoderWarning;
   if (report.Severity() >= lib::WarningException && !harmless && warning.empty())
-    warning = kDamaged + report.Detail();
+    warning = Tr(kDamaged) + report.Detail();
   if (verdict.Opaque) image->matte = MagickFalse;
   if (verdict.Type == PictureType::Tif) SpreadColourMap(*image);
   if (image->colorspace == lib::CMYKColorspace)
@@ -105,15 +105,8 @@ ImagePtr Decode(const ProbeResult& verdict, std::string_view bytes, std::string&
   return image;
 }
 
-/// The 8-bit value of each 16-bit value, q / 257: for all q the same as the shifts, which the
-/// compiler turns into vector instructions.
-std::uint8_t EightBits(std::uint16_t q) {
-  return static_cast<std::uint8_t>((q - (q >> 8)) >> 8);
-}
-
 std::uint32_t PixelOf(const lib::PixelPacket& packet) {
-  return 0xff000000u | static_cast<std::uint32_t>(EightBits(packet.red)) << 16 |
-         static_cast<std::uint32_t>(EightBits(packet.green)) << 8 | EightBits(packet.blue);
+  return graphize::PixelOf(EightBits(packet.red), EightBits(packet.green), EightBits(packet.blue));
 }
 
 const lib::PixelPacket* RowOf(const lib::Image& image, int y) {
@@ -125,7 +118,8 @@ const lib::PixelPacket* RowOf(const lib::Image& image, int y) {
 
 /// A picture with a colour map of at most 256 different colours leaves the library as one byte per
 /// pixel, because its indexes make the library's image a quarter larger. False for others.
-bool HandOutIndexes(ImagePtr& image, Raster& raster, PictureOperation& operation) {
+bool HandOutIndexes(ImagePtr& image, const MakeRaster& make, Raster& raster,
+                    PictureOperation& operation) {
   if (image->storage_class != lib::PseudoClass || image->matte) return false;
   std::vector<std::uint32_t> colours;
   std::vector<std::uint8_t> codes(image->colors);
@@ -154,17 +148,17 @@ bool HandOutIndexes(ImagePtr& image, Raster& raster, PictureOperation& operation
     operation.Advance(0.5 * y / height);
   }
   image.reset();
-  raster = Raster(width, height);
+  raster = make(width, height);
   colours.resize(256);
   for (std::size_t i = 0; i < count; ++i) raster.Pixels()[i] = colours[bytes[i]];
   return true;
 }
 
 /// The library's picture as a raster whose fourth byte is opacity. The library's is gone then.
-Raster ToRaster(ImagePtr image, PictureOperation& operation) {
+Raster ToRaster(ImagePtr image, const MakeRaster& make, PictureOperation& operation) {
   Raster raster;
-  if (HandOutIndexes(image, raster, operation)) return raster;
-  raster = Raster(static_cast<int>(image->columns), static_cast<int>(image->rows));
+  if (HandOutIndexes(image, make, raster, operation)) return raster;
+  raster = make(static_cast<int>(image->columns), static_cast<int>(image->rows));
   const std::uint32_t opaque = image->matte ? 0 : 0xff000000u;
   for (int y = 0; y < raster.Height() && !operation.Stopped; ++y) {
     const lib::PixelPacket* row = RowOf(*image, y);
@@ -182,16 +176,17 @@ Raster ToRaster(ImagePtr image, PictureOperation& operation) {
 /// A large uncompressed bitmap, decoded in bands of rows: at once the decoder would hold it three
 /// times beside the file's bytes.
 Raster LoadBands(const ProbeResult& verdict, const BitmapHeader& bitmap, std::string_view bytes,
-                 std::int64_t bandRows, std::string& warning, PictureOperation& operation) {
+                 std::int64_t bandRows, const MakeRaster& make, std::string& warning,
+                 PictureOperation& operation) {
   const std::int64_t height = std::abs(bitmap.Height);
-  Raster picture(static_cast<int>(bitmap.Width), static_cast<int>(height));
+  Raster picture = make(static_cast<int>(bitmap.Width), static_cast<int>(height));
   for (std::int64_t first = 0; first < height && !operation.Stopped; first += bandRows) {
     const std::int64_t count = std::min(bandRows, height - first);
     operation.From = static_cast<double>(first) / static_cast<double>(height);
     operation.To = static_cast<double>(first + count) / static_cast<double>(height);
     ImagePtr image = Decode(verdict, BitmapBand(bitmap, bytes, first, count), warning, operation);
     if (image == nullptr) break;
-    const Raster band = ToRaster(std::move(image), operation);
+    const Raster band = ToRaster(std::move(image), RasterOnHeap, operation);
     if (band.Width() != picture.Width() || band.Height() != count)
       throw RunTimeError("The file is damaged.");
     const auto top = static_cast<int>(height - first - count);
@@ -200,12 +195,46 @@ Raster LoadBands(const ProbeResult& verdict, const BitmapHeader& bitmap, std::st
   return picture;
 }
 
+/// By the picture library; nothing when it was stopped.
+std::optional<StoredPicture> ReadByLibrary(const ProbeResult& verdict,
+                                           const std::optional<BitmapHeader>& bitmap,
+                                           std::string_view file, StrippedPicture& stripped,
+                                           const MakeRaster& make, std::string& warning,
+                                           PictureOperation& operation) {
+  constexpr std::int64_t kBandPixels = 1 << 22;
+  StartLibrary();
+  const CurrentOperation current(operation);
+  if (stripped.ScreenWidth > 0)
+    CheckSize(stripped.ScreenWidth, stripped.ScreenHeight);
+  else if (verdict.Width == 0)
+    CheckSize(verdict.Type, file);
+  const std::int64_t bandRows = bitmap ? BitmapBandRows(*bitmap, file, kBandPixels) : 0;
+  if (bandRows > 0) {
+    Raster picture = LoadBands(verdict, *bitmap, file, bandRows, make, warning, operation);
+    return StoredPicture{std::move(picture), !verdict.Opaque};
+  }
+  if (bitmap && (bitmap->Height < 0 || bitmap->InfoOffset == 0)) {
+    stripped.Bytes = file;
+    MakePlainBmp(*bitmap, stripped.Bytes);
+    file = stripped.Bytes;
+  }
+  operation.To = 0.7;
+  ImagePtr image = Decode(verdict, file, warning, operation);
+  std::string().swap(stripped.Bytes);
+  if (image == nullptr) return {};
+  const bool hasOpacity = image->matte != 0;
+  operation.From = operation.To;
+  operation.To = 1;
+  return StoredPicture{ToRaster(std::move(image), make, operation), hasOpacity};
+}
+
 /// The first frame of an animation in its place on the screen, which is white.
-Raster OnScreen(Raster frame, const StrippedPicture& file) {
+Raster OnScreen(Raster frame, const StrippedPicture& file, const MakeRaster& make) {
   const auto width = static_cast<int>(file.ScreenWidth),
              height = static_cast<int>(file.ScreenHeight);
   if (width == 0 || (width == frame.Width() && height == frame.Height())) return frame;
-  Raster screen = Raster::Filled(width, height, kWhitePixel);
+  Raster screen = make(width, height);
+  std::fill_n(screen.Pixels(), screen.PixelCount(), kWhitePixel);
   const auto left = static_cast<int>(file.FrameLeft), top = static_cast<int>(file.FrameTop);
   if (left + frame.Width() > width || top + frame.Height() > height)
     throw RunTimeError("The file is damaged.");
@@ -214,86 +243,66 @@ Raster OnScreen(Raster frame, const StrippedPicture& file) {
   return screen;
 }
 
-std::optional<LoadedPicture> Load(std::string bytes, const ProbeResult& verdict,
-                                  PictureOperation& operation) {
-  constexpr std::int64_t kBandPixels = 1 << 22;
-  const CurrentOperation current(operation);
+/// Nothing where the picture library must read it.
+std::optional<StoredPicture> ReadDirectly(PictureType type, std::string_view file,
+                                          const MakeRaster& make, PictureOperation& operation) {
+  switch (type) {
+    case PictureType::Tif:
+      return ReadTiff(file, make, operation);
+    case PictureType::Png:
+      return ReadPng(file, make, operation);
+    case PictureType::Jpg:
+      return ReadJpeg(file, make, operation);
+    case PictureType::Bmp:
+    case PictureType::Dib:
+      return ReadBitmap(file, make, operation);
+    default:
+      return {};
+  }
+}
 
-  LoadedPicture loaded;
-  loaded.FileSize = bytes.size();
-  // Beside the decoder: large files would otherwise open a third slower.
-  std::future<std::uint32_t> checksum =
-      std::async(std::launch::async, [&bytes] { return Crc32(bytes); });
-  StrippedPicture stripped = StripMetadata(verdict.Type, bytes);
-  auto bitmap = ReadBitmapHeader(bytes);
-  if (bitmap && IsPacked(*bitmap)) {
-    stripped.Bytes = UnpackBitmap(*bitmap, bytes);
-    bitmap = ReadBitmapHeader(stripped.Bytes);
-  }
-  if (!stripped.Bytes.empty()) {
-    checksum.wait();
-    bytes = std::move(stripped.Bytes);
-  }
-  if (stripped.ScreenWidth > 0)
-    CheckSize(stripped.ScreenWidth, stripped.ScreenHeight);
-  else if (verdict.Width == 0)
-    CheckSize(verdict.Type, bytes);
-  if (stripped.IsDamaged) loaded.Warning = Tr(kDamaged);
-
-  bool transparent = !verdict.Opaque;
-  const int orientation = bitmap && bitmap->Height < 0 ? 4
-                          : verdict.Mirrored           ? 2
-                                                       : stripped.Orientation;
-  const std::int64_t bandRows = bitmap ? BitmapBandRows(*bitmap, bytes, kBandPixels) : 0;
-  if (bandRows > 0) {
-    loaded.Picture = LoadBands(verdict, *bitmap, bytes, bandRows, loaded.Warning, operation);
-  } else {
-    if (bitmap) {
-      checksum.wait();
-      MakePlainBmp(*bitmap, bytes);
-    }
-    operation.To = 0.7;
-    ImagePtr image = Decode(verdict, bytes, loaded.Warning, operation);
-    checksum.wait();
-    std::string().swap(bytes);
-    if (image == nullptr) return {};
-    transparent = image->matte != 0;
-    operation.From = operation.To;
-    operation.To = 1;
-    loaded.Picture = ToRaster(std::move(image), operation);
-  }
-  if (operation.Stopped) return {};
-  loaded.FileChecksum = checksum.get();
-  if (transparent) Flatten(loaded.Picture);
-  loaded.Picture = OnScreen(std::move(loaded.Picture), stripped);
-  loaded.Picture = ApplyOrientation(std::move(loaded.Picture), orientation);
-  return loaded;
+Raster Upright(const Raster& picture, int orientation, const MakeRaster& make) {
+  const bool onItsSide = orientation >= 5;
+  Raster upright = make(onItsSide ? picture.Height() : picture.Width(),
+                        onItsSide ? picture.Width() : picture.Height());
+  OrientRows(picture, orientation, upright, 0, upright.Height());
+  return upright;
 }
 
 }  // namespace
 
-std::optional<LoadedPicture> LoadPicture(const std::filesystem::path& path,
-                                         const PictureProgress& progress) {
-  return NamingTheFile("Cannot open the picture \"%1\".", path, [&] {
-    StartLibrary();
-    return RunBeside(progress, [&](PictureOperation& operation) {
-      ProbeResult verdict;
-      std::string bytes = ReadPictureFile(path, verdict);
-      return Load(std::move(bytes), verdict, operation);
-    });
-  });
-}
+std::optional<LoadedPicture> DecodeFile(const std::string& name, std::string_view file,
+                                        const MakeRaster& make, PictureOperation& operation,
+                                        DecodeBy by) {
+  const ProbeResult verdict = ProbePicture(name, file.substr(0, kProbeSize));
+  if (!verdict.Refusal.empty()) throw RunTimeError(verdict.Refusal);
 
-std::optional<LoadedPicture> DecodePicture(const std::string& name, std::string bytes,
-                                           const PictureProgress& progress) {
-  return NamingTheFile("Cannot open the picture \"%1\".", name, [&] {
-    StartLibrary();
-    return RunBeside(progress, [&](PictureOperation& operation) {
-      const ProbeResult verdict = ProbePicture(name, std::string_view(bytes).substr(0, kProbeSize));
-      if (!verdict.Refusal.empty()) throw RunTimeError(verdict.Refusal);
-      return Load(std::move(bytes), verdict, operation);
-    });
-  });
+  StrippedPicture stripped = StripMetadata(verdict.Type, file);
+  auto bitmap = ReadBitmapHeader(file);
+  if (bitmap && IsPacked(*bitmap)) {
+    stripped.Bytes = UnpackBitmap(*bitmap, file);
+    bitmap = ReadBitmapHeader(stripped.Bytes);
+  }
+  if (!stripped.Bytes.empty()) file = stripped.Bytes;
+  LoadedPicture loaded;
+  if (stripped.IsDamaged) loaded.Warning = Tr(kDamaged);
+
+  const int orientation = bitmap && bitmap->Height < 0 ? 4
+                          : verdict.Mirrored           ? 2
+                                                       : stripped.Orientation;
+  const bool turned = orientation >= 2 && orientation <= 8;
+  const MakeRaster onHeap = RasterOnHeap;
+  const MakeRaster& makeFirst = turned || stripped.ScreenWidth > 0 ? onHeap : make;
+  std::optional<StoredPicture> stored;
+  if (by == DecodeBy::Fastest && !stripped.IsDamaged)
+    stored = ReadDirectly(verdict.Type, file, makeFirst, operation);
+  if (!stored && !operation.Stopped)
+    stored = ReadByLibrary(verdict, bitmap, file, stripped, makeFirst, loaded.Warning, operation);
+  if (!stored || operation.Stopped) return {};
+  if (stored->HasOpacity) Flatten(stored->Picture);
+  loaded.Picture = OnScreen(std::move(stored->Picture), stripped, turned ? onHeap : make);
+  if (turned) loaded.Picture = Upright(loaded.Picture, orientation, make);
+  return loaded;
 }
 
 }  // namespace graphize

@@ -11,4 +11,4 @@ extern "C" __attribute__((visibility("default"))) void GraphizeSetTranslator(
 }
 
 extern "C" __attribute__((visibility("default"))) const graphize::PicbufModule GraphizePicbuf = {
-    graphize::LoadPicture, graphize::SavePicture, graphize::DecodePicture, graphize::EncodePicture};
+    graphize::StartLibrary, graphize::DecodeFile, graphize::SavePicture, graphize::EncodePicture};

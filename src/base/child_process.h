@@ -1,0 +1,59 @@
+#pragma once
+
+#include <chrono>
+#include <filesystem>
+#include <initializer_list>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/descriptor.h"
+
+namespace graphize {
+
+/// The child's end of the channel to its parent.
+inline constexpr int kChannelOfChild = 3;
+
+/// How a process ended: by itself with a code, or by a signal.
+struct ProcessEnd {
+  int Code = 0;
+  int Signal = 0;  // 0: by itself
+};
+
+/// A process that was started here and ends with this record at the latest. Its channel is a
+/// socket, through which bytes and open files go; it has nothing else of this process, its standard
+/// streams are closed to the world, and a Ctrl+C in the terminal is not for it.
+class ChildProcess {
+ public:
+  /// Nothing where the system refuses or there is no such program.
+  static std::optional<ChildProcess> Start(const std::filesystem::path& program,
+                                           const std::vector<std::string>& arguments);
+  ChildProcess(ChildProcess&& other) noexcept;
+  ChildProcess& operator=(ChildProcess&& other) noexcept;
+  ~ChildProcess();
+
+  const Descriptor& Channel() const { return channel_; }
+  /// Waits for it to end, or to close its channel and end, at most this long.
+  std::optional<ProcessEnd> WaitForEnd(std::chrono::milliseconds atMost);
+  /// At once, whatever it does.
+  void Kill();
+
+ private:
+  ChildProcess(int id, Descriptor channel) : id_(id), channel_(std::move(channel)) {}
+
+  int id_ = 0;  // 0: it has ended
+  Descriptor channel_;
+};
+
+/// Sends bytes and copies of open files through a channel. False when nobody reads there.
+bool Send(const Descriptor& channel, std::string_view bytes,
+          std::initializer_list<const Descriptor*> files);
+/// Waits for a message of as many bytes as `bytes` has and as many files as `files`. False when the
+/// channel was closed or brought something else.
+bool Receive(const Descriptor& channel, std::span<char> bytes, std::span<Descriptor> files);
+/// Whether there is something to be received, or the channel was closed, within this time.
+bool IsReadable(const Descriptor& channel, std::chrono::milliseconds atMost);
+
+}  // namespace graphize

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace graphize {
+
+// A process without catalogues makes texts for one that has them: `DeferText` is its translator,
+// and what Tr gives then still holds the English text and its values apart.
+
+std::string DeferText(const char* english, long long count);
+
+/// Such a text, translated here. It may come from anywhere: at most 2,000 bytes of it are taken,
+/// and control characters are left out.
+std::string TranslateDeferred(std::string_view text);
+
+}  // namespace graphize

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "base/child_process.h"
+#include "codecs/decode_protocol.h"
+#include "codecs/picbuf.h"
+
+namespace graphize {
+
+/// The program that decodes pictures, and what it is given.
+struct DecoderProgram {
+  std::filesystem::path Program, Module;
+  int Seconds = 120;  // of processor time for a picture, and twice as many on the clock
+};
+
+/// A process that decodes one picture, waiting for it.
+class DecodeWorker {
+ public:
+  /// Nothing where the system allows none.
+  static std::optional<DecodeWorker> Start(const DecoderProgram& program);
+
+  /// The layers that hold (DecodeLayer); 0 when the process ended before it was ready. Waits until
+  /// it is. RunTimeError when it is not of this build.
+  unsigned Layers();
+
+  bool HasEnded() { return process_.WaitForEnd({}).has_value(); }
+
+  /// Decodes the open file of `fileSize` bytes; only once. Nothing when `progress` stopped it.
+  /// RunTimeError with the reason alone: the decoder's, or how it ended.
+  std::optional<LoadedPicture> Decode(const std::string& name, const Descriptor& file,
+                                      std::uintmax_t fileSize, const PictureProgress& progress);
+
+ private:
+  DecodeWorker(ChildProcess process, int seconds)
+      : process_(std::move(process)), seconds_(seconds) {}
+
+  /// Nothing when `progress` ended it.
+  std::optional<ProcessEnd> WaitForEnd(const PictureOperation& operation,
+                                       const PictureProgress& progress);
+
+  ChildProcess process_;
+  int seconds_;
+  std::optional<unsigned> layers_;
+};
+
+}  // namespace graphize

@@ -1,0 +1,267 @@
+#include "codecs/decoder/confinement.h"
+
+#include <linux/audit.h>
+#include <linux/filter.h>
+#include <linux/landlock.h>
+#include <linux/sched.h>
+#include <linux/seccomp.h>
+#include <sys/mman.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <vector>
+
+#include "codecs/decode_protocol.h"
+#include "raster/size_limits.h"
+
+namespace graphize {
+
+namespace {
+
+#if defined(__x86_64__)
+constexpr std::uint32_t kArchitecture = AUDIT_ARCH_X86_64;
+#elif defined(__aarch64__)
+constexpr std::uint32_t kArchitecture = AUDIT_ARCH_AARCH64;
+#else
+constexpr std::uint32_t kArchitecture = 0;  // no filter
+#endif
+
+bool Limit(__rlimit_resource_t resource, rlim_t soft, rlim_t hard) {
+  const rlimit limit = {soft, hard};
+  return setrlimit(resource, &limit) == 0;
+}
+
+bool LimitResources(int seconds) {
+  constexpr rlim_t kMemory = rlim_t{6} << 30, kFiles = 8;
+  constexpr rlim_t kLargestFile = sizeof(std::uint32_t) * kMaxPicturePixels;
+  const auto time = static_cast<rlim_t>(seconds);
+  std::signal(SIGXFSZ, SIG_IGN);  // an error of its own is enough
+  const bool lasting[] = {Limit(RLIMIT_AS, kMemory, kMemory),
+                          // The hard limit kills without a word.
+                          Limit(RLIMIT_CPU, time, time + 1), Limit(RLIMIT_CORE, 0, 0),
+                          Limit(RLIMIT_FSIZE, kLargestFile, kLargestFile),
+                          Limit(RLIMIT_NOFILE, kFiles, kFiles)};
+  for (const bool done : lasting)
+    if (!done) return false;
+  return true;
+}
+
+/// Landlock without any rule: no file below any folder.
+bool CloseFiles() {
+  const long version =
+      syscall(SYS_landlock_create_ruleset, nullptr, 0, LANDLOCK_CREATE_RULESET_VERSION);
+  if (version < 1) return false;
+  constexpr std::uint64_t kFirstRights = 13;  // what version 1 knows; 2 and 3 know one more each
+  const std::uint64_t rights = kFirstRights + (version > 1 ? 1 : 0) + (version > 2 ? 1 : 0);
+  const landlock_ruleset_attr rules = {.handled_access_fs = (std::uint64_t{1} << rights) - 1};
+  const long file = syscall(SYS_landlock_create_ruleset, &rules, sizeof rules, 0);
+  if (file < 0) return false;
+  const bool closed = syscall(SYS_landlock_restrict_self, file, 0) == 0;
+  close(static_cast<int>(file));
+  return closed;
+}
+
+// ---- The filter of system calls
+// ------------------------------------------------------------------
+
+constexpr long kAllowed[] = {
+    SYS_read,
+    SYS_write,
+    SYS_pread64,
+    SYS_lseek,
+    SYS_close,
+    SYS_fstat,
+    SYS_munmap,
+    SYS_mremap,
+    SYS_madvise,
+    SYS_brk,
+    SYS_futex,
+    SYS_exit,
+    SYS_exit_group,
+    SYS_rt_sigaction,
+    SYS_rt_sigprocmask,
+    SYS_rt_sigreturn,
+    SYS_sigaltstack,
+    SYS_sched_yield,
+    SYS_sched_getaffinity,
+    SYS_clock_gettime,
+    SYS_clock_getres,
+    SYS_clock_nanosleep,
+    SYS_nanosleep,
+    SYS_gettimeofday,
+    SYS_set_robust_list,
+    SYS_rseq,
+    SYS_getpid,
+    SYS_gettid,
+    SYS_getrandom,
+    SYS_sysinfo,
+    SYS_getrusage,
+    SYS_times,
+    SYS_restart_syscall,
+    SYS_ftruncate,  // the only file it may write is the memory for the pixels
+    SYS_recvmsg};
+
+/// What nothing but a foreign will would do: it ends the process.
+constexpr long kDeadly[] = {
+    SYS_execve,
+    SYS_execveat,
+    SYS_ptrace,
+    SYS_process_vm_readv,
+    SYS_process_vm_writev,
+    SYS_socket,
+    SYS_socketpair,
+    SYS_connect,
+    SYS_bind,
+    SYS_listen,
+    SYS_accept,
+    SYS_accept4,
+    SYS_sendto,
+    SYS_sendmsg,
+    SYS_sendmmsg,
+    SYS_kill,
+    SYS_tkill,
+    SYS_bpf,
+    SYS_unshare,
+    SYS_setns,
+    SYS_mount,
+    SYS_umount2,
+    SYS_pivot_root,
+    SYS_chroot,
+    SYS_init_module,
+    SYS_finit_module,
+    SYS_delete_module,
+    SYS_kexec_load,
+    SYS_keyctl,
+    SYS_add_key,
+    SYS_request_key,
+    SYS_perf_event_open,
+    SYS_userfaultfd,
+    SYS_io_uring_setup,
+    SYS_io_uring_enter,
+    SYS_io_uring_register,
+    SYS_reboot,
+    SYS_personality,
+#ifdef SYS_fork
+    SYS_fork,
+    SYS_vfork,
+#endif
+};
+
+/// Refused as if there were no such file.
+constexpr long kOpening[] = {
+    SYS_openat,     SYS_openat2, SYS_newfstatat, SYS_statx, SYS_readlinkat, SYS_faccessat,
+    SYS_faccessat2,
+#ifdef SYS_open
+    SYS_open,       SYS_creat,   SYS_stat,       SYS_lstat, SYS_readlink,   SYS_access,
+#endif
+};
+
+class Filter {
+ public:
+  Filter() {
+    Load(offsetof(seccomp_data, arch));
+    Add(BPF_JMP | BPF_JEQ | BPF_K, kArchitecture, 1, 0);
+    Return(SECCOMP_RET_KILL_PROCESS);
+    Load(offsetof(seccomp_data, nr));
+#ifdef __x86_64__
+    constexpr std::uint32_t kOtherNumbers = 0x40000000;  // of calls with 32-bit addresses
+    Add(BPF_JMP | BPF_JGE | BPF_K, kOtherNumbers, 0, 1);
+    Return(SECCOMP_RET_KILL_PROCESS);
+#endif
+  }
+
+  void On(long call, std::uint32_t verdict) {
+    Add(BPF_JMP | BPF_JEQ | BPF_K, static_cast<std::uint32_t>(call), 0, 1);
+    Return(verdict);
+  }
+  /// Allowed when none of `bits` is in the argument, else the verdict.
+  void OnWithout(long call, unsigned argument, std::uint32_t bits, std::uint32_t verdict) {
+    Add(BPF_JMP | BPF_JEQ | BPF_K, static_cast<std::uint32_t>(call), 0, 4);
+    Load(LowHalf(argument));
+    Add(BPF_JMP | BPF_JSET | BPF_K, bits, 0, 1);
+    Return(verdict);
+    Return(SECCOMP_RET_ALLOW);
+  }
+  /// Allowed when all of `bits` are in the argument.
+  void OnWith(long call, unsigned argument, std::uint32_t bits) {
+    Add(BPF_JMP | BPF_JEQ | BPF_K, static_cast<std::uint32_t>(call), 0, 5);
+    Load(LowHalf(argument));
+    Add(BPF_ALU | BPF_AND | BPF_K, bits);
+    Add(BPF_JMP | BPF_JEQ | BPF_K, bits, 1, 0);
+    Return(SECCOMP_RET_KILL_PROCESS);
+    Return(SECCOMP_RET_ALLOW);
+  }
+  /// Allowed when the argument is `value`.
+  void OnEqual(long call, unsigned argument, std::uint32_t value) {
+    Add(BPF_JMP | BPF_JEQ | BPF_K, static_cast<std::uint32_t>(call), 0, 4);
+    Load(LowHalf(argument));
+    Add(BPF_JMP | BPF_JEQ | BPF_K, value, 1, 0);
+    Return(SECCOMP_RET_KILL_PROCESS);
+    Return(SECCOMP_RET_ALLOW);
+  }
+  void Return(std::uint32_t verdict) {
+    Add(BPF_RET | BPF_K, verdict);
+  }
+
+  bool Install() {
+    sock_fprog program = {.len = static_cast<unsigned short>(steps_.size()),
+                          .filter = steps_.data()};
+    return syscall(SYS_seccomp, SECCOMP_SET_MODE_FILTER, SECCOMP_FILTER_FLAG_TSYNC, &program) == 0;
+  }
+
+ private:
+  static std::uint32_t LowHalf(unsigned argument) {
+    return static_cast<std::uint32_t>(offsetof(seccomp_data, args) +
+                                      8 * argument);  // low half first
+  }
+  void Load(std::size_t offset) {
+    Add(BPF_LD | BPF_W | BPF_ABS, static_cast<std::uint32_t>(offset));
+  }
+  void Add(int code, std::uint32_t value, std::uint8_t whenTrue = 0, std::uint8_t whenFalse = 0) {
+    steps_.push_back({static_cast<std::uint16_t>(code), whenTrue, whenFalse, value});
+  }
+
+  std::vector<sock_filter> steps_;
+};
+
+bool FilterCalls() {
+  if (kArchitecture == 0) return false;
+  const auto error = [](int number) {
+    return SECCOMP_RET_ERRNO | static_cast<std::uint32_t>(number);
+  };
+  Filter filter;
+  for (const long call : kAllowed) filter.On(call, SECCOMP_RET_ALLOW);
+  filter.OnWithout(SYS_mmap, 2, PROT_EXEC, error(EACCES));
+  filter.OnWithout(SYS_mprotect, 2, PROT_EXEC, error(EACCES));
+  filter.OnWith(SYS_clone, 0, CLONE_THREAD);
+  filter.On(SYS_clone3, error(ENOSYS));  // its flags cannot be looked at; then clone is asked
+  filter.OnEqual(SYS_tgkill, 0, static_cast<std::uint32_t>(getpid()));
+  for (const long call : kDeadly) filter.On(call, SECCOMP_RET_KILL_PROCESS);
+  for (const long call : kOpening) filter.On(call, error(EACCES));
+  filter.Return(error(EPERM));
+  return filter.Install();
+}
+
+}  // namespace
+
+unsigned Confine(int seconds) {
+  unsigned layers = kApart;
+  // A sanitizer's own memory, files and calls are not what a decoder needs.
+#ifndef GRAPHIZE_SANITIZED
+  prctl(PR_SET_DUMPABLE, 0);
+  const bool isModest = prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0;
+  if (LimitResources(seconds)) layers |= kLimits;
+  if (isModest && CloseFiles()) layers |= kNoFiles;
+  if (isModest && FilterCalls()) layers |= kFewCalls;
+#endif
+  return layers;
+}
+
+}  // namespace graphize

@@ -1,0 +1,111 @@
+#include "codecs/decoder/serve.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <new>
+#include <thread>
+
+#include "base/child_process.h"
+#include "base/memory_file.h"
+#include "base/run_time_error.h"
+#include "base/whole_file.h"
+#include "codecs/decode_protocol.h"
+
+namespace graphize {
+
+namespace {
+
+/// The file's bytes: mapped, or read where its file system cannot map it.
+class FileBytes {
+ public:
+  FileBytes(const Descriptor& file, std::size_t size) : mapped_(file, size, Mapping::Access::Read) {
+    if (mapped_.Data() != nullptr || size == 0) return;
+    read_.resize(size);
+    if (ReadAt(file.Get(), 0, read_)) read_.clear();
+  }
+  std::string_view Get() const { return mapped_.Data() != nullptr ? mapped_.Bytes() : read_; }
+
+ private:
+  Mapping mapped_;
+  std::string read_;
+};
+
+/// The picture in the memory that the parent has, too.
+class SharedPixels {
+ public:
+  explicit SharedPixels(const Descriptor& file) : file_(file) {}
+
+  Raster Make(int width, int height) {
+    const std::size_t count = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+    if (!ResizeMemoryFile(file_, count * sizeof(std::uint32_t))) throw std::bad_alloc();
+    Raster raster = MapRaster(file_, width, height);
+    if (raster.IsEmpty()) throw std::bad_alloc();
+    place_ = raster.Pixels();
+    return raster;
+  }
+  void Keep(const Raster& picture) {
+    if (picture.Pixels() == place_) return;
+    Raster raster = Make(picture.Width(), picture.Height());
+    std::copy_n(picture.Pixels(), picture.PixelCount(), raster.Pixels());
+  }
+
+ private:
+  const Descriptor& file_;
+  const std::uint32_t* place_ = nullptr;
+};
+
+void Put(const std::string& text, DecodeReport& report) {
+  report.TextSize = static_cast<std::uint32_t>(std::min(text.size(), report.Text.size()));
+  std::copy_n(text.begin(), report.TextSize, report.Text.begin());
+}
+
+void Decode(const DecodeRequest& request, const Descriptor& file, const Descriptor& pixelFile,
+            const Decoding& decode, DecodeReport& report) {
+  const FileBytes bytes(file, static_cast<std::size_t>(request.FileSize));
+  SharedPixels pixels(pixelFile);
+  const auto loaded = decode(
+      request.Name.data(), bytes.Get(),
+      [&](int width, int height) { return pixels.Make(width, height); }, report.Operation);
+  if (!loaded) return;
+  pixels.Keep(loaded->Picture);
+  report.Width = loaded->Picture.Width();
+  report.Height = loaded->Picture.Height();
+  Put(loaded->Warning, report);
+  report.Verdict = DecodeVerdict::Picture;
+}
+
+}  // namespace
+
+int ServeOnePicture(unsigned layers, const Decoding& decode) {
+  const Descriptor channel(kChannelOfChild);
+  const char ready = static_cast<char>(layers);
+  if (write(channel.Get(), &ready, 1) != 1) return 0;
+  DecodeRequest request;
+  std::array<Descriptor, 3> files;
+  if (!Receive(channel, {reinterpret_cast<char*>(&request), sizeof request}, files)) return 0;
+  request.Name.back() = '\0';
+  const Mapping shared(files[2], sizeof(DecodeReport), Mapping::Access::Write);
+  if (shared.Data() == nullptr) return 1;
+  auto& report = *static_cast<DecodeReport*>(shared.Data());
+  // Nothing more comes: what wakes this is that the parent has gone.
+  std::thread([&channel] {
+    char nothing = 0;
+    while (read(channel.Get(), &nothing, 1) > 0) continue;
+    _exit(0);
+  }).detach();
+  try {
+    Decode(request, files[0], files[1], decode, report);
+  } catch (const RunTimeError& error) {
+    Put(error.what(), report);
+    report.Verdict = DecodeVerdict::Refused;
+  } catch (const std::bad_alloc&) {
+    report.Verdict = DecodeVerdict::NoMemory;
+  }
+  // Without the libraries' work at the end of a process.
+  _exit(0);
+}
+
+}  // namespace graphize

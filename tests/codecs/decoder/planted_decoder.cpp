@@ -1,0 +1,71 @@
+// A decoder of pictures as a file might make one: it does what the file says in one word.
+
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "base/child_process.h"
+#include "base/deferred_text.h"
+#include "base/run_time_error.h"
+#include "base/tokens.h"
+#include "base/translation.h"
+#include "codecs/decode_protocol.h"
+#include "codecs/decoder/confinement.h"
+#include "codecs/decoder/serve.h"
+
+namespace graphize {
+namespace {
+
+[[noreturn]] void ThrowLastError() {
+  throw RunTimeError(std::strerror(errno));
+}
+
+std::optional<LoadedPicture> DoAsTold(const std::string& name, std::string_view word,
+                                      const MakeRaster& make, PictureOperation& operation) {
+  LoadedPicture picture{.Picture = make(2, 1)};
+  std::fill_n(picture.Picture.Pixels(), 2, kBlackPixel);
+  if (word == "null") *static_cast<volatile int*>(nullptr) = 1;
+  if (word == "abort") std::abort();
+  if (word == "loop")
+    while (true) operation.Percent = 1000;
+  if (word == "sleep")
+    while (true) pause();
+  if (word == "memory") {
+    std::vector<std::unique_ptr<char[]>> blocks;
+    while (true) blocks.push_back(std::make_unique_for_overwrite<char[]>(1 << 30));
+  }
+  if (word == "exec") execl("/bin/true", "true", nullptr);
+  if (word == "socket") socket(AF_INET, SOCK_STREAM, 0);
+  if (word == "fork") fork();
+  if (word == "kill") kill(getppid(), SIGTERM);
+  if (word == "open" && open("/etc/passwd", O_RDONLY) < 0) ThrowLastError();
+  if (word == "opened" && open(name.c_str(), O_WRONLY | O_CREAT, 0600) < 0) ThrowLastError();
+  if (word == "code" && mmap(nullptr, 4096, PROT_READ | PROT_WRITE | PROT_EXEC,
+                             MAP_PRIVATE | MAP_ANONYMOUS, -1, 0) == MAP_FAILED)
+    ThrowLastError();
+  if (word == "leave") _exit(0);
+  if (word == "small" && ftruncate(kChannelOfChild + 2, 4) != 0) ThrowLastError();
+  if (word == "text")
+    throw RunTimeError(Tr("%1 x %2", 3, "\x1b[2J\r\n\x02" + std::string(9000, 'a')));
+  if (word == "warn") picture.Warning = Tr("The file is damaged.");
+  return picture;
+}
+
+}  // namespace
+}  // namespace graphize
+
+int main(int argc, char** argv) {
+  using namespace graphize;
+  SetTranslator(DeferText);
+  return argc != 4 ? 1
+                   : ServeOnePicture(Confine(IntegerText(argv[3], 1, 100).value_or(1)), DoAsTold);
+}
