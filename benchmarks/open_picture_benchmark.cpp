@@ -74,7 +74,7 @@ class PageFiles {
     Write("g4", "TIFF", image);
     std::mt19937 random(3);
     for (std::size_t i = 0; i < colours.PixelCount(); ++i)
-      colours.Pixels()[i] ^= random() & 0x070707u;
+      colours.Pixels()[i] ^= static_cast<std::uint32_t>(random()) & 0x070707u;
     Write("noise", "PNG", {kWidth, kHeight, "BGRP", Magick::CharPixel, colours.Pixels()});
     SavePicture(folder_ / "small", kPngFormat, 0, Raster::Filled(800, 600, kWhitePixel));
   }
