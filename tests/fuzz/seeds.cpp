@@ -37,7 +37,8 @@ std::vector<std::string> PicturesOf(const std::string& type) {
   GetFileFormat("a." + type, format, option);
   std::vector<std::string> seeds;
   if (format != kNoFormat)
-    for (const Raster& picture : pictures) seeds.push_back(EncodePicture(format, option, picture).value());
+    for (const Raster& picture : pictures)
+      seeds.push_back(EncodePicture(format, option, picture).value());
   if (type == "tif") {
     seeds.push_back(MakeTif(2, 2, 2, 6, std::string(12, '\x40')));
     seeds.push_back(MakeTif(2, 2, 5, 1, std::string(16, '\x40')));
