@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "app/clipboard.h"
 #include "app/floating_views.h"
 #include "app/help_window.h"
 #include "app/next_line.h"

@@ -8,21 +8,16 @@
 #include <QInputDialog>
 #include <QKeyEvent>
 #include <QMessageBox>
-#include <QMimeData>
 #include <QProcess>
 #include <QStandardPaths>
-#include <QUrl>
 #include <algorithm>
-#include <cstring>
 #include <optional>
 #include <utility>
 
-#include "base/run_time_error.h"
+#include "app/clipboard.h"
 #include "base/translation.h"
-#include "codecs/picbuf.h"
 #include "raster/plot_view.h"
 #include "raster/size_limits.h"
-#include "raster/transparency.h"
 #include "widgets/form_dialog.h"
 #include "widgets/show.h"
 
@@ -164,55 +159,6 @@ bool IsForStopButton(const QObject* watched, QEvent* event) {
   return target != nullptr && target->property(kStopsCommand).toBool();
 }
 
-/// The picture in the clipboard as its owner offers it, decoded apart like a file; nothing where it
-/// is offered in no such type, or `progress` has stopped it.
-std::optional<LoadedPicture> OfferedPicture(const QMimeData& data,
-                                            const PictureProgress& progress) {
-  for (const char* type :
-       {"image/png", "image/bmp", "image/tiff", "image/gif", "image/webp", "image/jpeg"})
-    if (const QByteArray bytes = data.data(QLatin1String(type)); !bytes.isEmpty())
-      return DecodePicture("clipboard", bytes.toStdString(), progress);
-  return {};
-}
-
-Raster ClipboardRaster(const PictureProgress& progress) {
-  const QMimeData* data = QGuiApplication::clipboard()->mimeData();
-  if (data == nullptr || !data->hasImage()) return {};
-  const RunTimeError damaged(Tr("The picture in the clipboard is damaged or too large.") + ' ' +
-                             SizeRule());
-  bool stopped = false;
-  try {
-    auto offered = OfferedPicture(*data, [&](int percent) {
-      stopped = stopped || !progress(percent);
-      return !stopped;
-    });
-    if (offered) return std::move(offered->Picture);
-  } catch (const RunTimeError&) {
-    throw damaged;
-  }
-  if (stopped) throw RunTimeError("The picture was not pasted.");
-  // This program's own, or in a type that only the toolkit knows.
-  QImage image = QGuiApplication::clipboard()->image();
-  if (image.isNull()) throw damaged;
-  const bool clear = image.hasAlphaChannel();
-  image.convertTo(clear ? QImage::Format_ARGB32 : QImage::Format_RGB32);
-  Raster raster(image.width(), image.height());
-  for (int y = 0; y < raster.Height(); ++y)
-    std::memcpy(raster.Row(y), image.constScanLine(y), sizeof(std::uint32_t) * raster.Width());
-  if (clear) Flatten(raster);
-  return raster;
-}
-
-bool ClipboardHasPicture() {
-  const QMimeData* data = QGuiApplication::clipboard()->mimeData();
-  return data != nullptr && (data->hasImage() || !FilesOf(*data).empty());
-}
-
-std::vector<std::filesystem::path> ClipboardFiles() {
-  const QMimeData* data = QGuiApplication::clipboard()->mimeData();
-  return data != nullptr ? FilesOf(*data) : std::vector<std::filesystem::path>();
-}
-
 bool StartFirstThere(const std::vector<OutsideProgram>& programs) {
   const std::string current = qEnvironmentVariable("XDG_CURRENT_DESKTOP").toStdString();
   for (const OutsideProgram& program : InOrderFor(current, programs)) {
@@ -231,23 +177,6 @@ bool StartFirstThere(const std::vector<OutsideProgram>& programs) {
 }
 
 }  // namespace
-
-std::vector<std::filesystem::path> FilesOf(const QMimeData& data) {
-  QList<QUrl> urls = data.urls();
-  if (urls.isEmpty()) {
-    // What some file managers copy: "copy" or "cut" and an address a line, in the newest ones as
-    // text behind a line that says so.
-    QString list = QString::fromUtf8(data.data(QStringLiteral("x-special/gnome-copied-files")));
-    if (list.isEmpty() && data.text().startsWith(QLatin1String("x-special/nautilus-clipboard")))
-      list = data.text();
-    for (const QString& line : list.split(u'\n'))
-      if (const QUrl url(line.trimmed()); !url.scheme().isEmpty()) urls << url;
-  }
-  std::vector<std::filesystem::path> files;
-  for (const QUrl& url : urls)
-    files.emplace_back((url.isLocalFile() ? url.toLocalFile() : url.toString()).toStdString());
-  return files;
-}
 
 QtDesktop::QtDesktop(QWidget* window, PlotView* plot, std::function<void()> render)
     : QObject(window), window_(window), plot_(plot), render_(std::move(render)), escape_(this) {

@@ -9,15 +9,11 @@
 #include "app/held_escape.h"
 #include "desktop/desktop.h"
 
-class QMimeData;
 class QWidget;
 
 namespace graphize {
 
 class PlotView;
-
-/// The files of a drop or of the clipboard, in their order; what lies elsewhere as its address.
-std::vector<std::filesystem::path> FilesOf(const QMimeData& data);
 
 /// The callbacks of Desktop with real dialogs, clipboard, pointer and keys. While events are pumped
 /// inside a command, input is swallowed: it would otherwise be delivered after it.
