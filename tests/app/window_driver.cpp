@@ -121,7 +121,11 @@ void WindowTest::Xdo(const QStringList& arguments) {
 }
 
 void WindowTest::MoveTo(QWidget* widget, QPoint at) {
-  Xdo(PointerTo(widget->mapToGlobal(at)));
+  QPoint to;
+  do {  // the window manager may move the window meanwhile
+    to = widget->mapToGlobal(at);
+    Xdo(PointerTo(to));
+  } while (widget->mapToGlobal(at) != to);
 }
 
 void WindowTest::MoveOverPlot(int x, int y) {
