@@ -65,7 +65,7 @@ Raster ClipboardRaster(const PictureProgress& progress) {
   } catch (const RunTimeError&) {
     throw damaged;
   }
-  if (stopped) throw RunTimeError(Tr("The picture was not pasted."));
+  if (stopped) throw RunTimeError("The picture was not pasted.");
   // This program's own, or in a type that only the toolkit knows.
   QImage image = QGuiApplication::clipboard()->image();
   if (image.isNull()) throw damaged;
