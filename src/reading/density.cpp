@@ -12,13 +12,14 @@ namespace graphize {
 namespace {
 
 std::vector<CurvePoint> EverySo(const std::vector<CurvePoint>& points, double pixels) {
+  constexpr double kNearest = 0.5;  // points lie about a pixel from each other
   std::vector<CurvePoint> kept;
-  double along = 0;
+  double along = 0, next = 0;
   for (std::size_t i = 0; i < points.size(); ++i) {
     if (i > 0) along += std::hypot(points[i].X - points[i - 1].X, points[i].Y - points[i - 1].Y);
-    if (i > 0 && along < pixels - 0.5) continue;
+    if (along < next - kNearest && i + 1 < points.size()) continue;
     kept.push_back(points[i]);
-    along = 0;
+    while (next <= along + kNearest) next += pixels;
   }
   return kept;
 }

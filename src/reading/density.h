@@ -20,9 +20,9 @@ struct ReadingDensity {
 };
 
 /// The points of that density, in the curve's order, or for given X in the order of these: one
-/// wherever the curve passes the X. `Bends` keeps those between which the curve is straight to a
-/// quarter of a pixel (Douglas and Peucker 1973). Given X need a complete calibration; `without`
-/// takes those that the curve does not pass.
+/// wherever the curve passes the X. `Every` keeps both ends; `Bends` keeps those between which the
+/// curve is straight to a quarter of a pixel (Douglas and Peucker 1973). Given X need a complete
+/// calibration; `without` takes those that the curve does not pass.
 std::vector<CurvePoint> Thinned(std::vector<CurvePoint> points, const ReadingDensity& density,
                                 const AxisCalibration& calibration, int pictureHeight,
                                 std::vector<float>* without = nullptr);

@@ -118,11 +118,12 @@ std::vector<Rgb> InkDirections(const Raster& picture, const Paper& paper,
   return found;
 }
 
-std::vector<PictureInk> InksOf(const Raster& picture, const Paper& paper) {
-  const std::vector<Rgb> directions = InkDirections(picture, paper);
+std::vector<PictureInk> InksOf(const Raster& picture, const Paper& paper,
+                               const PictureOperation* operation) {
+  const std::vector<Rgb> directions = InkDirections(picture, paper, operation);
   std::vector<std::vector<float>> lengths(directions.size());
   std::size_t all = 0;
-  for (const Rgb& d : Ridges(picture, paper)) {
+  for (const Rgb& d : Ridges(picture, paper, operation)) {
     const auto nearest = std::max_element(directions.begin(), directions.end(),
                                           [&](Rgb a, Rgb b) { return Dot(a, d) < Dot(b, d); });
     const float length = Length(d);

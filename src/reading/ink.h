@@ -25,8 +25,9 @@ struct PictureInk {
   Rgb Colour;       // in full, on the paper
   float Share = 0;  // of the strokes' pixels
 };
-/// The inks that strokes are drawn with, the most used first.
-std::vector<PictureInk> InksOf(const Raster& picture, const Paper& paper);
+/// The inks that strokes are drawn with, the most used first; a stopped operation gives some.
+std::vector<PictureInk> InksOf(const Raster& picture, const Paper& paper,
+                               const PictureOperation* operation = nullptr);
 
 /// The ink of the stroke nearest to a click within `reach` pixels; absent where there is only
 /// paper.

@@ -37,7 +37,8 @@ std::optional<Raster> InkAlone(const Raster& picture, std::uint32_t colour, floa
   const Rgb difference = paper.Colour - RgbOf(colour);
   const float strength = Length(difference);
   if (strength < kLeastDifference) return std::nullopt;
-  const Ink ink = InkLike({(1 / strength) * difference, strength}, InksOf(picture, paper));
+  const Ink ink =
+      InkLike({(1 / strength) * difference, strength}, InksOf(picture, paper, &operation));
   operation.To = 0.8;
   const InkMap map =
       MapOf(picture, paper, InkDirections(picture, paper), ink, tolerance, operation);

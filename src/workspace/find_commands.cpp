@@ -93,11 +93,11 @@ SymbolFinding SymbolsAt(Workspace& ws, const Desktop& desktop, const SymbolsStep
   return finding;
 }
 
-std::string HowSure(const SymbolFinding& finding) {
-  std::string text = SymbolCount(finding.Symbols.size());
+std::string HowSure(const std::vector<FoundSymbol>& symbols) {
+  std::string text = SymbolCount(symbols.size());
   const FoundSymbol* first = nullptr;
   std::size_t doubtful = 0;
-  for (const FoundSymbol& symbol : finding.Symbols) {
+  for (const FoundSymbol& symbol : symbols) {
     if (symbol.Doubt.empty()) continue;
     if (doubtful++ == 0) first = &symbol;
   }
@@ -123,7 +123,7 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const SymbolsStep& step) {
   if (taken.empty()) return Nothing("all symbols are left out");
   if (auto refused = RoomRefused(ws.store, taken.size())) return *refused;
   CaptureRead(ws, desktop, PlacesOf(taken));
-  const std::string sure = HowSure(finding);
+  const std::string sure = HowSure(taken);
   ws.status.Status = Tr("Found %1", sure);
   return {.Points = static_cast<int>(taken.size()), .Remark = sure};
 }

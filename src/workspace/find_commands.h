@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "desktop/desktop.h"
 #include "reading/find_symbols.h"
@@ -19,7 +20,7 @@ std::optional<Outcome> SymbolsRefused(const Workspace& ws, const SymbolsStep& st
 /// progress and stops on Escape; a refusal is in the finding.
 SymbolFinding SymbolsAt(Workspace& ws, const Desktop& desktop, const SymbolsStep& step);
 /// How many there are and how many of them are doubtful, in plain words.
-std::string HowSure(const SymbolFinding& finding);
+std::string HowSure(const std::vector<FoundSymbol>& symbols);
 /// Captures the symbols from left to right. Refused with what was found there where that is none;
 /// Escape captures nothing.
 Outcome Run(Workspace& ws, const Desktop& desktop, const SymbolsStep& step);

@@ -19,9 +19,10 @@ const Raster& ColouredPicture(const Workspace& ws) {
   return ws.colours != nullptr ? *ws.colours : ws.plot.Pixels;
 }
 
-std::vector<PictureInk> InksIn(const Workspace& ws) {
+std::vector<PictureInk> InksIn(const Workspace& ws, const PictureOperation& operation) {
   const Raster& picture = ColouredPicture(ws);
-  return picture.IsEmpty() ? std::vector<PictureInk>() : InksOf(picture, PaperOf(picture));
+  return picture.IsEmpty() ? std::vector<PictureInk>()
+                           : InksOf(picture, PaperOf(picture), &operation);
 }
 
 bool CanTakeInk(const Workspace& ws) {
@@ -66,11 +67,12 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const InkStep& step) {
   {
     const BasePictureShown base(ws.plot);
     alone = RunBeside(ShowProgress(ws, desktop), [&](PictureOperation& operation) {
-      return InkAlone(ColouredPicture(ws), colour, step.Tolerance, operation);
+      auto mask = InkAlone(ColouredPicture(ws), colour, step.Tolerance, operation);
+      hasInk = mask && std::find(mask->Pixels(), mask->Pixels() + mask->PixelCount(),
+                                 kBlackPixel) != mask->Pixels() + mask->PixelCount();
+      if (mask && !mask->IsEmpty() && !hasInk) inks = InksIn(ws, operation);
+      return mask;
     });
-    hasInk = alone && std::find(alone->Pixels(), alone->Pixels() + alone->PixelCount(),
-                                kBlackPixel) != alone->Pixels() + alone->PixelCount();
-    if (alone && !alone->IsEmpty() && !hasInk) inks = InksIn(ws);
   }
   ws.window.Hourglass = false;
   ws.status.ProgressVisible = false;

@@ -15,7 +15,7 @@ namespace graphize {
 const Raster& ColouredPicture(const Workspace& ws);
 /// Its inks, the most used first, for the swatches of a window. A copy of the picture without marks
 /// is not made: call it with the base picture shown.
-std::vector<PictureInk> InksIn(const Workspace& ws);
+std::vector<PictureInk> InksIn(const Workspace& ws, const PictureOperation& operation);
 
 bool CanTakeInk(const Workspace& ws);
 /// Why no ink can be taken: there are no colours. Looks at the picture.

@@ -59,7 +59,7 @@ void ShowInk(Workspace& ws, const Desktop& desktop) {
   if (const auto refused = InkRefused(ws)) return Tell(desktop, refused->Reason);
   ws.ink = {};
   ws.ink.Swatches = ReadBeside(ws, desktop, Marked("Looking for inks..."),
-                               [&](PictureOperation&) { return InksIn(ws); });
+                               [&](PictureOperation& operation) { return InksIn(ws, operation); });
   ws.ink.Hint = ws.ink.Swatches.empty() ? Tr("No ink was found: click one on the picture")
                                         : Tr("Choose an ink, or click one on the picture");
   LookAtPicture(ws);

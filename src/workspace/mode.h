@@ -81,9 +81,12 @@ constexpr const char* ModeHint(Mode mode) {
   return "";
 }
 
-/// Of ReadCurve while a reading is shown.
-inline constexpr const char* kReadingShownHint =
-    Marked("A click: it goes through here; Return takes it, Escape leaves it");
+/// Of ReadCurve and FindSymbols while what was read is shown.
+constexpr const char* ReadingShownHint(Mode mode) {
+  return mode == Mode::ReadCurve
+             ? Marked("A click: it goes through here; Return takes it, Escape leaves it")
+             : Marked("A click on a symbol leaves it out; Return takes the others, Escape none");
+}
 
 constexpr Mode ModeOfKey(std::string_view key) {
   for (const Mode mode : kModes)

@@ -137,8 +137,8 @@ bool Read(Workspace& ws, const Desktop& desktop, std::vector<PlotPixel> clicks) 
 /// The hint of the mode, in the place of the other one: clicks mean something else while a reading
 /// is shown.
 void HintOnReading(Workspace& ws) {
-  if (ws.mode != Mode::ReadCurve) return;
-  const std::string idle = Tr(ModeHint(Mode::ReadCurve)), shown = Tr(kReadingShownHint);
+  if (ws.mode != Mode::ReadCurve && ws.mode != Mode::FindSymbols) return;
+  const std::string idle = Tr(ModeHint(ws.mode)), shown = Tr(ReadingShownHint(ws.mode));
   if (ws.status.Hint == idle || ws.status.Hint == shown)
     ws.status.Hint = HasReading(ws) ? shown : idle;
 }

@@ -40,7 +40,7 @@ ReadAllDialog::ReadAllDialog(QWidget* parent)
   curves_->setSelectionBehavior(QAbstractItemView::SelectRows);
   curves_->setSelectionMode(QAbstractItemView::SingleSelection);
   curves_->horizontalHeader()->setStretchLastSection(true);
-  curves_->setWordWrap(false);  // the tool tip has it all
+  curves_->setWordWrap(false);  // the hint has it all
   curves_->setTabKeyNavigation(false);
   const QFontMetrics metrics = curves_->fontMetrics();
   curves_->setMinimumSize(80 * metrics.averageCharWidth(), (kRowsShown + 2) * metrics.height());
@@ -102,7 +102,12 @@ void ReadAllDialog::Render(const ReadAllForm& form, bool canTake) {
     }
     if (isNew) curves_->resizeColumnsToContents();
   }
-  graphize::Show(hint_, form.Hint);
+  std::string hint = form.Hint;
+  if (form.Current >= 0 && form.Current < static_cast<int>(form.Items.size())) {
+    const ReadAllForm::Item& item = form.Items[static_cast<std::size_t>(form.Current)];
+    hint += "\n" + item.Name + ": " + item.Sure;
+  }
+  graphize::Show(hint_, hint);
   Enable(accept_, canTake);
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <utility>
 
 #include "base/translation.h"
@@ -27,7 +28,7 @@ bool IsDoubtful(const FoundSymbol& symbol) {
 /// How many there are and how sure, and what there is to say of the one that is looked at.
 void ShowSymbols(Workspace& ws) {
   const SymbolPreview& shown = *ws.reading.Symbols;
-  std::string text = HowSure(shown.Finding);
+  std::string text = HowSure(shown.Finding.Symbols);
   const auto left = std::count(shown.LeftOut.begin(), shown.LeftOut.end(), true);
   if (left > 0) text = Tr("%1; %2", text, TrCount("%1 is left out", "%1 are left out", left));
   if (const FoundSymbol* symbol = CurrentSymbol(ws)) {
@@ -57,6 +58,21 @@ void CarryLeftOut(const SymbolPreview& before, SymbolPreview& now) {
   }
 }
 
+/// Of those whose box holds the place the nearest one.
+std::optional<std::size_t> SymbolUnder(const SymbolFinding& finding, int x, int y) {
+  std::optional<std::size_t> nearest;
+  double least = 0;
+  for (std::size_t i = 0; i < finding.Symbols.size(); ++i) {
+    const double dx = finding.Symbols[i].X - x, dy = finding.Symbols[i].Y - y;
+    if (std::abs(dx) > finding.Width / 2 || std::abs(dy) > finding.Height / 2) continue;
+    const double distance = std::hypot(dx, dy);
+    if (nearest && distance >= least) continue;
+    nearest = i;
+    least = distance;
+  }
+  return nearest;
+}
+
 void Find(Workspace& ws, const Desktop& desktop, const PlotPixel& click, bool again) {
   ws.reading.Reading = Tr("Looking for symbols...");
   SymbolPreview now{.Click = click,
@@ -83,13 +99,9 @@ void Find(Workspace& ws, const Desktop& desktop, const PlotPixel& click, bool ag
 void ClickSymbol(Workspace& ws, const Desktop& desktop, int x, int y) {
   if (ws.reading.Symbols) {
     SymbolPreview& shown = *ws.reading.Symbols;
-    const auto& symbols = shown.Finding.Symbols;
-    for (std::size_t i = 0; i < symbols.size(); ++i) {
-      if (std::abs(symbols[i].X - x) > shown.Finding.Width / 2 ||
-          std::abs(symbols[i].Y - y) > shown.Finding.Height / 2)
-        continue;
-      shown.Current = static_cast<int>(i);
-      return LeaveOutCurrent(ws, !shown.LeftOut[i]);
+    if (const auto at = SymbolUnder(shown.Finding, x, y)) {
+      shown.Current = static_cast<int>(*at);
+      return LeaveOutCurrent(ws, !shown.LeftOut[*at]);
     }
   }
   Find(ws, desktop, {x, y}, false);

@@ -391,6 +391,7 @@ TEST(ReadingDensity, TakesPointsAsTheyAreAskedFor) {
   };
   EXPECT_EQ(Thinned(points, {}, axes, 300).size(), points.size());
   EXPECT_EQ(thinned(Kind::Every, 56, {}), "0 500 1000 1500 2000 ");
+  EXPECT_EQ(thinned(Kind::Every, 70, {}), "0 630 1250 1880 2000 ");
   EXPECT_EQ(thinned(Kind::Bends, 1, {}), "0 1000 2000 ");
   EXPECT_EQ(thinned(Kind::AtX, 1, {120.5f, 7, 0, 300}), "1205 70 0 ");
   EXPECT_EQ(without, std::vector<float>{300});

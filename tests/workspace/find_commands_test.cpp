@@ -42,7 +42,7 @@ TEST_F(FindTest, CapturesTheSymbolsThatAreNotLeftOut) {
   ASSERT_EQ(ws.store.CaptureCount, 2);
   EXPECT_NEAR(ws.store.CaptureX[1], 100, 0.1);
   EXPECT_NEAR(ws.store.CaptureX[2], 200, 0.1);
-  EXPECT_THAT(ws.status.Status, testing::StartsWith("Found 3 symbols"));
+  EXPECT_THAT(ws.status.Status, testing::StartsWith("Found 2 symbols"));
   EXPECT_THAT(Do(ws, desktop, SymbolsStep{.X = 20, .Y = 20}).Reason,
               testing::HasSubstr("only paper"));
   EXPECT_THAT(Do(ws, desktop, SymbolsStep{.X = 101, .Y = 99, .Tolerance = 9}).Reason,

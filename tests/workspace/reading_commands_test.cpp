@@ -157,7 +157,7 @@ TEST_F(ReadingTest, WhatIsShownIsTakenAsItWasReadAndGoesWithWhatItWasReadFrom) {
   };
   show();
   DropStaleReading(ws);
-  EXPECT_EQ(ws.status.Hint, kReadingShownHint);
+  EXPECT_EQ(ws.status.Hint, ReadingShownHint(Mode::ReadCurve));
   DropReading(ws);
   DropStaleReading(ws);
   EXPECT_EQ(ws.status.Hint, ModeHint(Mode::ReadCurve));
