@@ -124,6 +124,8 @@ CurveReading ReadCurve(const Raster& picture, const AxesFrame& frame,
     return refused(written);
   found.Map = std::move(map);
   found.Start = *start;
+  for (const Rgb& direction : directions)
+    found.Inks.push_back(paper.Colour - ink->Strength * direction);
   operation.Advance(1);
   return found;
 }

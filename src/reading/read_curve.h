@@ -37,6 +37,7 @@ struct CurveReading {
   std::vector<std::string> Doubts;  // what could not be read safely, a sentence each
   std::vector<PathPixel> Missed;    // of ReadingRequest::Through, where it was not found
   InkMap Map;                       // what was taken for its ink; empty where there was none
+  std::vector<Rgb> Inks;            // the picture's, as strong as the curve's
   bool IsStopped = false;           // nothing was read then
 };
 

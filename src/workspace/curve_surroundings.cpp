@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 #include "base/translation.h"
 #include "reading/written.h"
@@ -24,6 +25,38 @@ const DrawnFrame* FrameAt(const PlotSurroundings& around, double x, double y) {
   return nearest == around.Frames.end() ? nullptr : &*nearest;
 }
 
+/// The drawn box as the axes' frame has it; nothing where it is turned otherwise.
+std::optional<TextBox> Turned(const AxesFrame& box, const AxesFrame& axes) {
+  constexpr double kSameTurn = 0.01;  // radians
+  if (std::fabs(axes.Cos * box.Sin - axes.Sin * box.Cos) > kSameTurn) return {};
+  const double u = 0.5 * (box.Left + box.Right), v = 0.5 * (box.Top + box.Bottom);
+  const auto left = [&](double at) { return axes.U(box.X(at, v), box.Y(at, v)); };
+  const auto top = [&](double at) { return axes.V(box.X(u, at), box.Y(u, at)); };
+  return TextBox{left(box.Left), top(box.Top), left(box.Right), top(box.Bottom)};
+}
+
+/// The plot that axes belong to: their points need not stand at its ends, those of labels seldom
+/// do. The smallest drawn frame around them, or what the points span.
+AxesFrame PlotAround(AxesFrame axes, const PlotSurroundings& around) {
+  std::optional<TextBox> smallest;
+  const auto area = [](const TextBox& box) {
+    return (box.Right - box.Left) * (box.Bottom - box.Top);
+  };
+  for (const DrawnFrame& frame : around.Frames) {
+    const auto box = Turned(frame.Box, axes);
+    if (box && box->Left <= axes.Left + kBeside && box->Right >= axes.Right - kBeside &&
+        box->Top <= axes.Top + kBeside && box->Bottom >= axes.Bottom - kBeside &&
+        (!smallest || area(*box) < area(*smallest)))
+      smallest = box;
+  }
+  if (!smallest) return axes;
+  axes.Left = std::min(axes.Left, smallest->Left);
+  axes.Top = std::min(axes.Top, smallest->Top);
+  axes.Right = std::max(axes.Right, smallest->Right);
+  axes.Bottom = std::max(axes.Bottom, smallest->Bottom);
+  return axes;
+}
+
 }  // namespace
 
 bool IsInText(const PlotSurroundings& around, double x, double y) {
@@ -34,9 +67,10 @@ bool IsInText(const PlotSurroundings& around, double x, double y) {
 
 AxesFrame ReadingFrame(const AxisCalibration& calibration, const Raster& picture,
                        const PlotSurroundings& around, double x, double y) {
-  if (!calibration.IsComplete())
-    if (const DrawnFrame* frame = FrameAt(around, x, y)) return frame->Box;
-  return FrameOf(calibration, picture.Width(), picture.Height());
+  const AxesFrame axes = FrameOf(calibration, picture.Width(), picture.Height());
+  if (calibration.IsComplete()) return PlotAround(axes, around);
+  const DrawnFrame* frame = FrameAt(around, x, y);
+  return frame != nullptr ? frame->Box : axes;
 }
 
 bool IsBeyondFrame(PlotImage& image, const AxisCalibration& calibration,

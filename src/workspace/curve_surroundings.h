@@ -9,8 +9,8 @@
 
 namespace graphize {
 
-/// The frame by which what lies at a place of the picture is read: the axes', without axes that of
-/// the plot drawn there, or else the whole picture.
+/// The frame by which what lies at a place of the picture is read: that of the plot that the axes
+/// belong to, without axes that of the plot drawn there, or else the whole picture.
 AxesFrame ReadingFrame(const AxisCalibration& calibration, const Raster& picture,
                        const PlotSurroundings& around, double x, double y);
 

@@ -1,6 +1,7 @@
 #include "workspace/ink_commands.h"
 
 #include <algorithm>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -21,8 +22,12 @@ const Raster& ColouredPicture(const Workspace& ws) {
 
 std::vector<PictureInk> InksIn(const Workspace& ws, const PictureOperation& operation) {
   const Raster& picture = ColouredPicture(ws);
-  return picture.IsEmpty() ? std::vector<PictureInk>()
-                           : InksOf(picture, PaperOf(picture), &operation);
+  if (picture.IsEmpty()) return {};
+  std::vector<PictureInk> inks = InksOf(picture, PaperOf(picture), &operation);
+  // A pale grid has more pixels than the curves.
+  std::ranges::stable_sort(inks, std::greater(),
+                           [](const PictureInk& ink) { return ink.Share * ink.Of.Strength; });
+  return inks;
 }
 
 bool CanTakeInk(const Workspace& ws) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 #include <utility>
+#include <vector>
 
 #include "base/translation.h"
 #include "reading/ink_mask.h"
@@ -83,7 +84,9 @@ void ShowMask(Workspace& ws, const Desktop& desktop) {
   } else if (form.Mask.IsEmpty()) {
     form.Hint = Tr("Stopped: what counts as this ink is not shown");
   } else {
-    form.MarkColour = ColourBeside(RgbOf(colour));
+    std::vector<Rgb> others;
+    for (const PictureInk& ink : form.Swatches) others.push_back(ink.Colour);
+    form.MarkColour = ColourBeside(RgbOf(colour), others);
     form.Hint = TrCount("%1 pixel is this ink", "%1 pixels are this ink", mask.Count);
   }
 }

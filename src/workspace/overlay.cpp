@@ -121,7 +121,7 @@ void AddPreview(const SymbolPreview& shown, PlotOverlay& overlay) {
 void AddPreview(const ReadAllForm& form, PlotOverlay& overlay) {
   const auto add = [&](int i) {
     const ReadAllForm::Item& item = form.Items[static_cast<std::size_t>(i)];
-    if (!item.IsTaken && i != form.Current) return;
+    if (!item.IsTaken) return;
     PlotOverlay::Preview& preview = overlay.Previews.emplace_back();
     preview.MarkColour = ColourBeside(item.Curve.Colour);
     preview.IsCurrent = i == form.Current;
@@ -129,7 +129,7 @@ void AddPreview(const ReadAllForm& form, PlotOverlay& overlay) {
   };
   for (int i = 0; i < static_cast<int>(form.Items.size()); ++i)
     if (i != form.Current) add(i);
-  if (form.Current >= 0) add(form.Current);
+  if (form.Current >= 0 && form.Current < static_cast<int>(form.Items.size())) add(form.Current);
 }
 
 void AddPreviews(const Workspace& ws, PlotOverlay& overlay) {

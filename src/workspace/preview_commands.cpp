@@ -128,7 +128,7 @@ bool Read(Workspace& ws, const Desktop& desktop, std::vector<PlotPixel> clicks) 
   CurvePreview shown{.Clicks = std::move(clicks), .Tolerance = tolerance, .From = std::move(from)};
   shown.Ink = InkOf(std::exchange(reading.Map, {}));
   shown.Reading = std::move(reading);
-  shown.MarkColour = ColourBeside(MeanOf(ws.plot.Pixels, shown.Ink));
+  shown.MarkColour = ColourBeside(MeanOf(ws.plot.Pixels, shown.Ink), shown.Reading.Inks);
   ws.reading.Curve = std::move(shown);
   ShowReading(ws);
   return true;
@@ -149,13 +149,17 @@ ReadFrom ReadFromNow(Workspace& ws) {
   return {PictureNumber(ws.plot), ws.calibration, ws.blockers};
 }
 
-Colour ColourBeside(Rgb ink) {
+Colour ColourBeside(Rgb ink, const std::vector<Rgb>& others) {
   // Far from each other and from paper.
   static constexpr std::array<Colour, 4> kColours = {MakeColour(220, 0, 170),
                                                      MakeColour(0, 150, 60), MakeColour(0, 90, 255),
                                                      MakeColour(255, 120, 0)};
-  return *std::ranges::max_element(
-      kColours, {}, [&](Colour colour) { return Length(RgbOf(PixelOfColour(colour)) - ink); });
+  return *std::ranges::max_element(kColours, {}, [&](Colour colour) {
+    const Rgb mark = RgbOf(PixelOfColour(colour));
+    float least = Length(mark - ink);
+    for (const Rgb& other : others) least = std::min(least, Length(mark - other));
+    return least;
+  });
 }
 
 Rgb InkNear(const Raster& picture, int x, int y) {

@@ -10,8 +10,9 @@ namespace graphize {
 
 /// What a preview that is made now is read from.
 ReadFrom ReadFromNow(Workspace& ws);
-/// A colour for marks that stands out from an ink and from paper.
-Colour ColourBeside(Rgb ink);
+/// A colour for marks that stands out from an ink, from paper, and as far as it can from the
+/// picture's other inks.
+Colour ColourBeside(Rgb ink, const std::vector<Rgb>& others = {});
 /// The colour near a picture position that differs most from what is around: nobody hits a thin
 /// line.
 Rgb InkNear(const Raster& picture, int x, int y);
