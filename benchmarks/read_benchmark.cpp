@@ -1,12 +1,17 @@
 // How long one click takes to read a curve, on a small picture and on pages of 35 and 139
-// megapixels.
+// megapixels, and to find symbols, alone, on a line and in speckle.
 
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
 #include <cmath>
 
+#include <functional>
+#include <random>
+
+#include "reading/find_symbols.h"
 #include "reading/read_curve.h"
+#include "support/colour_plot.h"
 
 namespace graphize {
 namespace {
@@ -45,6 +50,66 @@ BENCHMARK(ReadOneCurve)
     ->Args({800, 600, 2})
     ->Args({7000, 5000, 6})
     ->Args({11800, 11800, 8})
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
+
+/// Forty symbols on a wave, 800 x 600 pixels.
+struct SymbolPage {
+  test::ColourPlot Plot{kWhitePixel, 0, 800, 600};
+  std::vector<test::PixelPosition> Places;
+
+  SymbolPage() {
+    Plot.Frame();
+    for (int i = 0; i < 40; ++i) {
+      const double u = (i + 0.5) / 40;
+      Places.push_back(Plot.Layer().Place(u, 0.5 + 0.3 * std::sin(9 * u)));
+    }
+  }
+};
+constexpr std::uint32_t kBlue = 0xff1f77b4;
+
+void FindOneKind(benchmark::State& state, const Raster& picture, double x, double y) {
+  for (auto _ : state) {
+    PictureOperation operation;
+    benchmark::DoNotOptimize(FindSymbols(picture, FrameOf({}, picture.Width(), picture.Height()),
+                                         {.X = x, .Y = y}, operation));
+  }
+}
+void FindSymbolsAlone(benchmark::State& state) {
+  SymbolPage page;
+  page.Plot.Symbols(page.Places, {test::Symbol::Disc, 9}, kBlue);
+  FindOneKind(state, page.Plot.Picture, std::round(page.Places[9].X), std::round(page.Places[9].Y));
+}
+BENCHMARK(FindSymbolsAlone)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+/// Discs, open squares and crosses.
+void FindSymbolsOnLine(benchmark::State& state) {
+  const test::SymbolLook looks[] = {
+      {test::Symbol::Disc, 9}, {test::Symbol::Square, 10, 1.4}, {test::Symbol::Plus, 11, 1.4}};
+  SymbolPage page;
+  test::PlotDrawing line = page.Plot.Layer();
+  line.Polyline(page.Places, {.Thickness = 1.5});
+  page.Plot.Put(line, kBlue);
+  page.Plot.Symbols(page.Places, looks[state.range(0)], kBlue);
+  FindOneKind(state, page.Plot.Picture, std::round(page.Places[9].X), std::round(page.Places[9].Y));
+}
+BENCHMARK(FindSymbolsOnLine)->DenseRange(0, 2)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+/// Pixels in a thousand that are black, by chance.
+void FindSymbolsInSpeckle(benchmark::State& state) {
+  Raster page = Raster::Filled(800, 600, kWhitePixel);
+  std::mt19937 random(7);
+  for (int y = 0; y < page.Height(); ++y)
+    for (int x = 0; x < page.Width(); ++x)
+      if (static_cast<int>(random() % 1000) < state.range(0)) page.Row(y)[x] = kBlackPixel;
+  FindOneKind(state, page, 400, 300);
+}
+BENCHMARK(FindSymbolsInSpeckle)
+    ->Arg(30)
+    ->Arg(150)
+    ->Arg(300)
+    ->Arg(500)
+    ->Arg(800)
     ->Unit(benchmark::kMillisecond)
     ->UseRealTime();
 

@@ -1,8 +1,8 @@
-// accuracy [SEED | check]
+// accuracy [SEED [PART] | check]
 // What the tracers, the scan and the readings make of plots whose data are known, as tables that
 // tools/update_accuracy puts into docs/accuracy.md; the exit status is 1 when one misses its
-// target. With a seed, the readings alone, of plots drawn from that seed on; with "check" what the
-// ink check finds.
+// target. With a seed, the readings alone, of plots drawn from that seed on, and of those families
+// alone whose names have PART in them; with "check" what the ink check finds.
 
 #include <charconv>
 #include <cmath>
@@ -109,7 +109,8 @@ int main(int argc, char** argv) {
     if (std::string_view(argv[1]) == "check") return PrintInkTable() == 0 ? 0 : 1;
     // Plots that nobody has seen: what is read and found, from another seed on.
     const auto seed = static_cast<unsigned>(std::strtoul(argv[1], nullptr, 10));
-    return PrintReadTable(seed) + PrintSymbolTable(seed) == 0 ? 0 : 1;
+    const char* part = argc > 2 ? argv[2] : "";
+    return PrintReadTable(seed, part) + PrintSymbolTable(seed, part) == 0 ? 0 : 1;
   } catch (const std::exception& error) {
     std::fprintf(stderr, "%s\n", error.what());
     return 2;

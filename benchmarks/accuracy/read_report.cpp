@@ -139,13 +139,14 @@ void AddTrace(WayResult& result, const ReadPlot& plot, Tracer tracer) {
 
 }  // namespace
 
-int PrintReadTable(unsigned firstSeed) {
+int PrintReadTable(unsigned firstSeed, std::string_view part) {
   std::puts(
       "<!-- read -->\n| plot, clicked once | by | rms, middle | rms, worst | target | upright | "
       "coverage | false | within 1 sigma | within 2 | false and not told | met |\n"
       "|---|---|---:|---:|---:|---:|---:|---:|---:|---:|---:|---|");
   int missed = 0;
   for (const ReadFamily& family : ReadFamilies()) {
+    if (family.Name.find(part) == std::string::npos) continue;
     WayResult read, edges, smooth;
     for (unsigned seed = firstSeed; seed < firstSeed + family.Plots; ++seed) {
       const ReadPlot plot = family.Draw(seed);
@@ -159,7 +160,7 @@ int PrintReadTable(unsigned firstSeed) {
     const bool met = middle <= family.Middle && worst <= family.Worst &&
                      read.Coverage >= family.Coverage && read.FalsePart == 0;
     missed += met ? 0 : 1;
-    const auto part = [&](int points) { return 100.0 * points / std::max(read.Points, 1); };
+    const auto percent = [&](int points) { return 100.0 * points / std::max(read.Points, 1); };
     const auto upright = [](const WayResult& way) {
       return std::sqrt(way.Vertical / std::max(way.Points, 1));
     };
@@ -167,7 +168,7 @@ int PrintReadTable(unsigned firstSeed) {
         "| %s | reading | %.3f | %.3f | %.2f / %.2f | %.3f | %.1f %% | %.1f %% | %.0f %% | %.0f %% "
         "| %d | %s |\n",
         family.Name.c_str(), middle, worst, family.Middle, family.Worst, upright(read),
-        100 * read.Coverage, 100 * read.FalsePart, part(read.WithinOne), part(read.WithinTwo),
+        100 * read.Coverage, 100 * read.FalsePart, percent(read.WithinOne), percent(read.WithinTwo),
         read.Silent, met ? "yes" : "**no**");
     for (auto& [name, way] : {std::pair("edges", &edges), std::pair("smooth", &smooth)})
       if (!way->Rms.empty())

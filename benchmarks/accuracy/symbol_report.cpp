@@ -62,7 +62,7 @@ struct Counts {
 
 }  // namespace
 
-int PrintSymbolTable(unsigned firstSeed) {
+int PrintSymbolTable(unsigned firstSeed, std::string_view part) {
   std::puts(
       "<!-- symbols -->\n| symbols, one clicked | recall, all | recall, worst plot | precision, "
       "all | precision, "
@@ -70,6 +70,7 @@ int PrintSymbolTable(unsigned firstSeed) {
       "|---|---:|---:|---:|---:|---:|---:|---:|---:|---:|---:|---|");
   int missed = 0;
   for (const SymbolFamily& family : SymbolFamilies()) {
+    if (family.Name.find(part) == std::string::npos) continue;
     Counts all;
     double recall = 1, precision = 1;
     for (unsigned seed = firstSeed; seed < firstSeed + kSeeds; ++seed) {
@@ -83,11 +84,11 @@ int PrintSymbolTable(unsigned firstSeed) {
     const bool met =
         all.Recall() >= kRecall && all.Precision() >= kPrecision && all.Rms() <= family.Rms;
     missed += met ? 0 : 1;
-    const auto part = [&](int count) { return 50.0 * count / std::max(all.Right, 1); };
+    const auto percent = [&](int count) { return 50.0 * count / std::max(all.Right, 1); };
     std::printf(
         "| %s | %.3f | %.3f | %.3f | %.3f | %.3f | %.2f | %.0f %% | %.0f %% | %d | %d | %s |\n",
         family.Name.c_str(), all.Recall(), recall, all.Precision(), precision, all.Rms(),
-        family.Rms, part(all.WithinOne), part(all.WithinTwo), all.Doubtful, all.SilentlyWrong,
+        family.Rms, percent(all.WithinOne), percent(all.WithinTwo), all.Doubtful, all.SilentlyWrong,
         met ? "yes" : "**no**");
   }
   return missed;

@@ -13,11 +13,14 @@ namespace graphize {
 
 namespace {
 
-/// Letters differ in size; dots, dashes and symbols of one curve do not.
+/// Letters differ in size; dots, dashes and symbols of one curve do not, but for their boxes where
+/// they turn with it.
 bool AreLetters(const Word& word, const InkImage& page, const InkPieces& pieces) {
   // What a fine grid leaves of itself beside a curve is larger.
   if (word.Box.Height() > std::max(16.0, 0.055 * page.Height)) return false;
   int area = 0, ink = 0;
+  int little = 1 << 20, much = 0;
+  bool areSolid = true;
   int narrow = 1 << 20, wide = 0, low = 1 << 20, high = 0;
   for (const auto* glyphs : {&word.Glyphs, &word.Exponent})
     for (const Glyph& glyph : *glyphs) {
@@ -25,9 +28,16 @@ bool AreLetters(const Word& word, const InkImage& page, const InkPieces& pieces)
       wide = std::max(wide, glyph.Box.Width());
       low = std::min(low, glyph.Box.Height());
       high = std::max(high, glyph.Box.Height());
-      area += glyph.Box.Width() * glyph.Box.Height();
-      for (const int piece : glyph.Pieces) ink += pieces.Areas[static_cast<std::size_t>(piece)];
+      const int box = glyph.Box.Width() * glyph.Box.Height();
+      int own = 0;
+      for (const int piece : glyph.Pieces) own += pieces.Areas[static_cast<std::size_t>(piece)];
+      little = std::min(little, own);
+      much = std::max(much, own);
+      areSolid = areSolid && 20 * own >= 9 * box;
+      area += box;
+      ink += own;
     }
+  if (areSolid && 4 * much <= 5 * little) return false;
   const auto differ = [](int least, int most) {
     return most - least >= 2 && 4 * (most - least) >= most;
   };

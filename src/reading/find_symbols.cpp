@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <optional>
+#include <utility>
 
 #include "base/bit_map.h"
 #include "base/translation.h"
+#include "reading/ink_pieces.h"
 #include "reading/plot_lines.h"
 #include "reading/symbol_search.h"
 
@@ -34,45 +37,101 @@ double CutOf(const std::vector<SymbolMatch>& matches, bool isHard, double tolera
   return cut;
 }
 
-/// Spots of ink of their own, no larger than a symbol: a pixel of each kind of them, those of which
-/// there are most first.
-std::vector<std::pair<int, int>> KindsOfSpots(const InkMap& map, double largestArea) {
+std::ptrdiff_t ClearOnes(const std::vector<SymbolMatch>& matches) {
+  return std::count_if(matches.begin(), matches.end(),
+                       [](const SymbolMatch& match) { return match.Mismatch() < 0.15; });
+}
+
+/// A shape and where it was found.
+struct Attempt {
+  SymbolShape Shape;
+  std::vector<SymbolMatch> Places;
+
+  double Explained() const { return static_cast<double>(ClearOnes(Places)) * Shape.Area; }
+};
+
+/// The search on one map.
+class Search {
+ public:
+  Search(const InkMap& map, const SymbolRequest& request, PictureOperation& operation)
+      : map_(map),
+        request_(request),
+        operation_(operation),
+        ink_(PossibleInk(map, operation)),
+        worst_(kLoose * std::max(static_cast<double>(request.Tolerance), 1.0)) {}
+
+  /// Of the shapes that what was clicked may be, the one that explains most ink, as its clear
+  /// places, in the middle, show it better than the one that was clicked.
+  Attempt BestOf(std::vector<SymbolShape> shapes) {
+    std::vector<Attempt> attempts;
+    double most = 0;
+    for (SymbolShape& shape : shapes) {
+      if (operation_.Stopped) return {};
+      Attempt attempt{std::move(shape), {}};
+      attempt.Places = SearchSymbol(map_, ink_, attempt.Shape, worst_, operation_);
+      if (ClearOnes(attempt.Places) < 3) TakeCommonShape(attempt);
+      most = std::max(most, attempt.Explained());
+      attempts.push_back(std::move(attempt));
+      operation_.Advance(0.5 * static_cast<double>(attempts.size()) /
+                         static_cast<double>(shapes.size()));
+    }
+    Attempt best;
+    for (Attempt& attempt : attempts) {
+      if (operation_.Stopped) return {};
+      // A better look at the shape finds more of its places, but not twice as many.
+      if (2 * attempt.Explained() < most) continue;
+      Refine(attempt);
+      if (best.Shape.Ink.empty() || attempt.Explained() > best.Explained())
+        best = std::move(attempt);
+    }
+    return best;
+  }
+
+ private:
+  /// Spots of ink of their own, no larger than a symbol: a pixel of each kind of them, those of
+  /// which there are most first.
+  std::vector<std::pair<int, int>> KindsOfSpots(double largestArea);
+
+  /// Where what was clicked is like nothing else, and one of a common kind lies in it: two that
+  /// overlap, or one with something that hangs on to it.
+  void TakeCommonShape(Attempt& attempt);
+
+  void Refine(Attempt& attempt) const {
+    SymbolShape& shape = attempt.Shape;
+    const int rounds = shape.IsClean && !shape.IsHard ? 1 : 2;
+    for (int round = 0; round < rounds && !operation_.Stopped; ++round) {
+      std::vector<SymbolMatch> clear = attempt.Places;
+      const double cut = shape.IsClean && !shape.IsHard ? CutOf(attempt.Places, false, 1) : kLoose;
+      std::erase_if(clear, [&](const SymbolMatch& match) { return match.Mismatch() > cut; });
+      shape = Averaged(map_, shape, clear);
+      attempt.Places = SearchSymbol(map_, ink_, shape, worst_, operation_);
+    }
+  }
+
   struct Spot {
     int X = 0, Y = 0, Area = 0;
   };
-  constexpr std::uint8_t kHalf = InkMap::kFull / 2;
-  const int largest = LargestSymbol(map.Width, map.Height);
-  BitMap seen(map.Width, map.Height);
+  const InkMap& map_;
+  const SymbolRequest& request_;
+  PictureOperation& operation_;
+  BitMap ink_;
+  double worst_;
+  std::optional<std::vector<Spot>> spots_;             // by their area, once they were asked for
+  std::map<std::pair<int, int>, Attempt> commonOnes_;  // by a pixel of the shape
+};
+
+std::vector<std::pair<int, int>> Search::KindsOfSpots(double largestArea) {
+  if (!spots_) {
+    spots_.emplace();
+    const int largest = LargestSymbol(map_.Width, map_.Height);
+    for (const InkPiece& piece : SpotsOf(map_, largest, operation_))
+      if (piece.Extent() >= 3 && piece.Area >= 5)
+        spots_->push_back({piece.Start.X, piece.Start.Y, piece.Area});
+    std::ranges::stable_sort(*spots_, {}, &Spot::Area);
+  }
   std::vector<Spot> spots;
-  std::vector<std::pair<int, int>> rim;
-  for (int y = 0; y < map.Height; ++y)
-    for (int x = 0; x < map.Width; ++x) {
-      const auto take = [&](int u, int v) {
-        const std::uint8_t value = map.At(u, v);
-        if (value < kHalf || value > InkMap::kFull || seen.Get(u, v)) return;
-        seen.Set(u, v);
-        rim.push_back({u, v});
-      };
-      take(x, y);
-      if (rim.empty()) continue;
-      Spot spot{x, y, 0};
-      int left = x, right = x, bottom = y;
-      while (!rim.empty()) {
-        const auto [u, v] = rim.back();
-        rim.pop_back();
-        ++spot.Area;
-        left = std::min(left, u);
-        right = std::max(right, u);
-        bottom = std::max(bottom, v);
-        for (int dv = -1; dv <= 1; ++dv)
-          for (int du = -1; du <= 1; ++du) take(u + du, v + dv);
-      }
-      const int extent = std::max(right - left, bottom - y) + 1;
-      if (extent >= 3 && extent <= largest && spot.Area >= 5 && spot.Area < largestArea)
-        spots.push_back(spot);
-    }
-  std::sort(spots.begin(), spots.end(),
-            [](const Spot& a, const Spot& b) { return a.Area < b.Area; });
+  for (const Spot& spot : *spots_)
+    if (spot.Area < largestArea) spots.push_back(spot);
   // How many are as large as each, to an eighth.
   std::vector<std::pair<std::size_t, std::pair<int, int>>> kinds;
   for (std::size_t i = 0; i < spots.size(); ++i) {
@@ -90,49 +149,28 @@ std::vector<std::pair<int, int>> KindsOfSpots(const InkMap& map, double largestA
   return places;
 }
 
-std::ptrdiff_t ClearOnes(const std::vector<SymbolMatch>& matches) {
-  return std::count_if(matches.begin(), matches.end(),
-                       [](const SymbolMatch& match) { return match.Mismatch() < 0.15; });
-}
-
-/// Where what was clicked is like nothing else, and one of a common kind lies in it: two that
-/// overlap, or one with something that hangs on to it.
-bool TakeCommonShape(const InkMap& map, const SymbolRequest& request, SymbolShape& shape,
-                     std::vector<SymbolMatch>& matches, PictureOperation& operation) {
-  for (const auto& [column, row] : KindsOfSpots(map, 0.9 * shape.Area)) {
-    const auto common = ShapesAt(map, column, row);
-    if (!std::holds_alternative<std::vector<SymbolShape>>(common)) continue;
-    const SymbolShape& other = std::get<std::vector<SymbolShape>>(common).front();
-    std::vector<SymbolMatch> places = SearchSymbol(map, other, kLoose, operation);
-    const bool isThere = std::any_of(places.begin(), places.end(), [&](const SymbolMatch& match) {
-      return match.Missing < 0.12 &&
-             std::hypot(match.X - request.X, match.Y - request.Y) < 0.75 * shape.Size();
+void Search::TakeCommonShape(Attempt& attempt) {
+  for (const auto& at : KindsOfSpots(0.9 * attempt.Shape.Area)) {
+    if (operation_.Stopped) return;
+    auto known = commonOnes_.find(at);
+    if (known == commonOnes_.end()) {
+      Attempt common;
+      const auto shapes = ShapesAt(map_, at.first, at.second);
+      if (const auto* few = std::get_if<std::vector<SymbolShape>>(&shapes)) {
+        common.Shape = few->front();
+        common.Places = SearchSymbol(map_, ink_, common.Shape, kLoose, operation_);
+      }
+      known = commonOnes_.emplace(at, std::move(common)).first;
+    }
+    const Attempt& common = known->second;
+    const double reach = 0.75 * attempt.Shape.Size();
+    const bool isThere = std::ranges::any_of(common.Places, [&](const SymbolMatch& match) {
+      return match.Missing < 0.12 && std::hypot(match.X - request_.X, match.Y - request_.Y) < reach;
     });
-    if (!isThere || ClearOnes(places) <= ClearOnes(matches) + 1) continue;
-    shape = other;
-    matches = std::move(places);
-    return true;
+    if (!isThere || ClearOnes(common.Places) <= ClearOnes(attempt.Places) + 1) continue;
+    attempt = common;
+    return;
   }
-  return false;
-}
-
-/// All places of a shape, which the clear ones of them, in the middle, show better than the one
-/// that was clicked.
-std::vector<SymbolMatch> PlacesOf(const InkMap& map, const SymbolRequest& request,
-                                  SymbolShape& shape, PictureOperation& operation) {
-  const double worst = kLoose * std::max(static_cast<double>(request.Tolerance), 1.0);
-  std::vector<SymbolMatch> matches = SearchSymbol(map, shape, worst, operation);
-  if (ClearOnes(matches) < 3 && !operation.Stopped)
-    TakeCommonShape(map, request, shape, matches, operation);
-  const int rounds = shape.IsClean && !shape.IsHard ? 1 : 2;
-  for (int round = 0; round < rounds && !operation.Stopped; ++round) {
-    std::vector<SymbolMatch> clear = matches;
-    const double cut = shape.IsClean && !shape.IsHard ? CutOf(matches, false, 1) : kLoose;
-    std::erase_if(clear, [&](const SymbolMatch& match) { return match.Mismatch() > cut; });
-    shape = Averaged(map, shape, clear);
-    matches = SearchSymbol(map, shape, worst, operation);
-  }
-  return matches;
 }
 
 /// Whether a row of letters begins close to the right of a place, as in a legend: at least three
@@ -224,24 +262,11 @@ SymbolFinding FindSymbols(const Raster& picture, const AxesFrame& frame,
   };
   const auto clicked = ShapesAt(map, x, y);
   if (const auto* instead = std::get_if<std::string>(&clicked)) return refused(*instead);
-  // Of the shapes that it may be, the one that explains most ink.
-  SymbolShape shape;
-  std::vector<SymbolMatch> matches;
-  double most = -1, done = 0.5;
-  const auto& shapes = std::get<std::vector<SymbolShape>>(clicked);
-  const double part = 0.5 / static_cast<double>(shapes.size());
-  for (const SymbolShape& candidate : shapes) {
-    operation.From = done;
-    operation.To = done += part;
-    SymbolShape one = candidate;
-    std::vector<SymbolMatch> places = PlacesOf(map, request, one, operation);
-    if (operation.Stopped) return stopped();
-    const double explained = static_cast<double>(ClearOnes(places)) * one.Area;
-    if (explained <= most) continue;
-    most = explained;
-    shape = std::move(one);
-    matches = std::move(places);
-  }
+  operation.From = 0.5;
+  operation.To = 1;
+  const auto [shape, matches] =
+      Search(map, request, operation).BestOf(std::get<std::vector<SymbolShape>>(clicked));
+  if (operation.Stopped) return stopped();
   const double cut = CutOf(matches, shape.IsHard, static_cast<double>(request.Tolerance));
   // The scatter about the shape tells less than all where neighbouring pixels err together (held
   // against the truth in the accuracy report), and hard edges hide where in a pixel they are.

@@ -32,7 +32,7 @@ PathPixel StartOf(const InkMap& map, const InkPiece& piece, std::vector<PathPixe
   const int middle = (piece.Left + piece.Right) / 2;
   std::sort(pixels.begin(), pixels.end(), [&](PathPixel a, PathPixel b) {
     const auto key = [&](PathPixel at) {
-      return std::tuple(std::abs(at.X - middle), -static_cast<int>(map.At(at.X, at.Y)), at.Y);
+      return std::tuple(std::abs(at.X - middle), -static_cast<int>(map.At(at.X, at.Y)), at.Y, at.X);
     };
     return key(a) < key(b);
   });
@@ -41,6 +41,34 @@ PathPixel StartOf(const InkMap& map, const InkPiece& piece, std::vector<PathPixe
   for (std::size_t i = 0; i < pixels.size(); i += step)
     if (StrokesFrom(map, pixels[i]) == 2) return pixels[i];
   return pixels.front();
+}
+
+/// Calls `visit` with each piece, its first pixel as its Start, and its pixels, from the top.
+template <class IsInk, class Visit>
+void ForEachPiece(const InkMap& map, const IsInk& isInk, const PictureOperation& operation,
+                  const Visit& visit) {
+  BitMap seen(map.Width, map.Height);
+  std::vector<PathPixel> pixels;
+  for (int y = 0; y < map.Height && !operation.Stopped; ++y)
+    for (int x = 0; x < map.Width; ++x) {
+      const auto take = [&](int u, int v) {
+        if (!isInk(u, v) || seen.Get(u, v)) return;
+        seen.Set(u, v);
+        pixels.push_back({u, v});
+      };
+      pixels.clear();
+      take(x, y);
+      if (pixels.empty()) continue;
+      InkPiece piece{.Left = x, .Right = x, .Top = y, .Bottom = y, .Start = {x, y}};
+      for (std::size_t next = 0; next < pixels.size(); ++next) {
+        if (operation.Stopped) return;
+        const PathPixel at = pixels[next];
+        piece.Add(at);
+        for (int v = -1; v <= 1; ++v)
+          for (int u = -1; u <= 1; ++u) take(at.X + u, at.Y + v);
+      }
+      visit(piece, pixels);
+    }
 }
 
 }  // namespace
@@ -93,32 +121,26 @@ std::optional<InkPiece> PieceAt(const InkMap& map, PathPixel at, int mostExtent)
   return piece;
 }
 
+std::vector<InkPiece> SpotsOf(const InkMap& map, int mostExtent,
+                              const PictureOperation& operation) {
+  std::vector<InkPiece> spots;
+  const auto isInk = [&](int x, int y) {
+    const std::uint8_t value = map.At(x, y);
+    return value >= InkMap::kFull / 2 && value <= InkMap::kFull;
+  };
+  ForEachPiece(map, isInk, operation, [&](const InkPiece& piece, std::vector<PathPixel>&) {
+    if (piece.Extent() <= mostExtent) spots.push_back(piece);
+  });
+  return spots;
+}
+
 std::vector<InkPiece> PiecesOf(const InkMap& map) {
-  BitMap seen(map.Width, map.Height);
   std::vector<InkPiece> pieces;
-  std::vector<PathPixel> rim, pixels;
-  for (int y = 0; y < map.Height; ++y)
-    for (int x = 0; x < map.Width; ++x) {
-      const auto take = [&](int u, int v) {
-        if (!map.IsClear(u, v) || seen.Get(u, v)) return;
-        seen.Set(u, v);
-        rim.push_back({u, v});
-      };
-      take(x, y);
-      if (rim.empty()) continue;
-      InkPiece piece{.Left = x, .Right = x, .Top = y, .Bottom = y};
-      pixels.clear();
-      while (!rim.empty()) {
-        const PathPixel at = rim.back();
-        rim.pop_back();
-        pixels.push_back(at);
-        piece.Add(at);
-        for (int v = -1; v <= 1; ++v)
-          for (int u = -1; u <= 1; ++u) take(at.X + u, at.Y + v);
-      }
-      piece.Start = StartOf(map, piece, pixels);
-      pieces.push_back(piece);
-    }
+  const auto isInk = [&](int x, int y) { return map.IsClear(x, y); };
+  ForEachPiece(map, isInk, {}, [&](InkPiece& piece, std::vector<PathPixel>& pixels) {
+    piece.Start = StartOf(map, piece, pixels);
+    pieces.push_back(piece);
+  });
   return pieces;
 }
 

@@ -35,6 +35,10 @@ bool IsRectangle(const InkMap& map, const InkPiece& piece);
 /// `mostExtent`.
 std::optional<InkPiece> PieceAt(const InkMap& map, PathPixel at, int mostExtent);
 
+/// Those of at least half ink that are no larger than `mostExtent`, 8-connected, from the top, each
+/// with its first pixel as its Start. A stopped operation gives some of them.
+std::vector<InkPiece> SpotsOf(const InkMap& map, int mostExtent, const PictureOperation& operation);
+
 /// The pieces of clear ink, 8-connected, from the top.
 std::vector<InkPiece> PiecesOf(const InkMap& map);
 

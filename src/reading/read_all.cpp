@@ -45,10 +45,12 @@ bool IsScattered(const CurveReading& reading) {
     stretch = 0;
     wasBridged = !wasBridged;
   }
-  if (10 * hidden > 7 * length) return true;
-  if (gaps.size() < 4) return false;
+  const bool isLittle = 10 * hidden > 7 * length;
+  if (gaps.size() < 4) return isLittle;
   constexpr double kLeastSymbol = 6;  // pixels
   const double spot = Median(seen), gap = Median(gaps), wide = reading.Kind.Width;
+  // Of thick dots, little more than the middles is seen.
+  if (isLittle && gap > 2 * wide) return true;
   if (wide >= kLeastSymbol && gap > 1.2 * wide && spot < 1.6 * wide) return true;
   return 2 * hidden > length && gap > 4 * wide;
 }

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "base/median.h"
+#include "reading/stroke_dots.h"
 
 namespace graphize {
 
@@ -221,6 +222,24 @@ void EvenOut(std::vector<StrokeSample>& samples, const std::vector<Run>& runs,
   }
 }
 
+/// Pixels of a path but for both ends of each dash, which are narrower than the stroke; all of them
+/// where it has few or no gaps.
+std::vector<bool> WithoutEnds(const InkMap& map, const std::vector<PathPixel>& path) {
+  constexpr int kFewest = 6;
+  std::vector<bool> within(path.size());
+  int dashes = 0;
+  for (std::size_t first = 0; first < path.size(); ++first) {
+    std::size_t end = first;
+    while (end < path.size() && map.IsClear(path[end].X, path[end].Y)) ++end;
+    if (end == first) continue;
+    ++dashes;
+    const std::size_t cap = (end - first) / 4;
+    for (std::size_t i = first + cap; i < end - cap; ++i) within[i] = true;
+    first = end;
+  }
+  return dashes < kFewest ? std::vector<bool>(path.size(), true) : within;
+}
+
 }  // namespace
 
 StrokeKind KindOf(const InkMap& map, const std::vector<PathPixel>& path) {
@@ -228,7 +247,9 @@ StrokeKind KindOf(const InkMap& map, const std::vector<PathPixel>& path) {
   int soft = 0, edges = 0;
   // A few hundred places say it.
   const std::size_t step = std::max<std::size_t>(path.size() / 600, 1);
+  const std::vector<bool> isWithin = WithoutEnds(map, path);
   for (std::size_t i = 0; i < path.size(); i += step) {
+    if (!isWithin[i]) continue;
     const Cut upright = CutAt(map, path[i], false, kLongest);
     const Cut level = CutAt(map, path[i], true, kLongest);
     const Cut& shorter = upright.Ink < level.Ink ? upright : level;
@@ -243,7 +264,10 @@ StrokeKind KindOf(const InkMap& map, const std::vector<PathPixel>& path) {
     }
   }
   if (widths.empty()) return {};
-  return {Median(std::move(widths)), 25 * soft < edges};
+  const double width = Median(std::move(widths));
+  const std::vector<StrokeDot> dots = DotsOn(map, path);
+  if (dots.empty()) return {width, 25 * soft < edges};
+  return {WidthOf(dots), 25 * soft < edges, true};
 }
 
 std::vector<StrokeSample> SamplesOf(const InkMap& map, const std::vector<PathPixel>& path,
@@ -315,7 +339,8 @@ std::vector<StrokeSample> SamplesOf(const InkMap& map, const std::vector<PathPix
     }
     first = end;
   }
-  if (!kind.IsHard) return samples;
+  if (kind.IsDotted) TakeCentres(samples, DotsOn(map, path), kind.Width);
+  if (!kind.IsHard || kind.IsDotted) return samples;
   const auto beyond = [&](const StrokeSample& sample, int step) {
     std::vector<Run> next;
     constexpr std::size_t kMost = 6;

@@ -10,8 +10,9 @@ namespace graphize {
 
 /// What a stroke is like, measured along it.
 struct StrokeKind {
-  double Width = 1;     // pixels across it
-  bool IsHard = false;  // drawn in full pixels, without soft edges
+  double Width = 1;       // pixels across it
+  bool IsHard = false;    // drawn in full pixels, without soft edges
+  bool IsDotted = false;  // a row of dots
 };
 
 /// Where the stroke's middle lies across one column of the picture, or across one row where it is

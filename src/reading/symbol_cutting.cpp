@@ -13,20 +13,30 @@ Box BoxOf(const Cutting& cutting, const Area& area) {
 }
 
 Area WithoutHoles(const Cutting& cutting, const Area& area, int largest) {
-  Area filled = area, seen(cutting.Count());
+  Area filled = area, seen = area;
+  std::vector<Spot> hole;
   cutting.ForEach([&](int x, int y) {
-    if (area[cutting.Index(x, y)] || seen[cutting.Index(x, y)]) return;
-    const Area hole = Connected(
-        cutting, {x, y}, [&](int u, int v) { return !area[cutting.Index(u, v)]; }, false);
-    const Box box = BoxOf(cutting, hole);
+    Box box;
+    hole.clear();
+    const auto take = [&](int u, int v) {
+      if (!cutting.Contains(u, v) || seen[cutting.Index(u, v)]) return;
+      seen[cutting.Index(u, v)] = true;
+      box.Add(u, v);
+      hole.push_back({u, v});
+    };
+    take(x, y);
+    for (std::size_t next = 0; next < hole.size(); ++next) {
+      const Spot at = hole[next];
+      take(at.X - 1, at.Y);
+      take(at.X + 1, at.Y);
+      take(at.X, at.Y - 1);
+      take(at.X, at.Y + 1);
+    }
     const bool closed = box.Left > -cutting.Radius() && box.Right < cutting.Radius() &&
                         box.Top > -cutting.Radius() && box.Bottom < cutting.Radius() &&
                         box.Extent() <= largest;
-    for (std::size_t i = 0; i < hole.size(); ++i) {
-      if (!hole[i]) continue;
-      seen[i] = true;
-      if (closed) filled[i] = true;
-    }
+    if (closed)
+      for (const Spot& at : hole) filled[cutting.Index(at.X, at.Y)] = true;
   });
   return filled;
 }

@@ -61,9 +61,9 @@ struct Spot {
 /// Pixels of a Cutting.
 using Area = std::vector<bool>;
 
-/// What hangs together with `from` of what `inside` takes.
+/// What hangs together with `from` of what `inside` takes, corners included.
 template <class Inside>
-Area Connected(const Cutting& cutting, Spot from, const Inside& inside, bool diagonals = true) {
+Area Connected(const Cutting& cutting, Spot from, const Inside& inside) {
   Area area(cutting.Count());
   std::vector<Spot> rim;
   const auto take = [&](int x, int y) {
@@ -76,8 +76,7 @@ Area Connected(const Cutting& cutting, Spot from, const Inside& inside, bool dia
     const Spot at = rim.back();
     rim.pop_back();
     for (int dy = -1; dy <= 1; ++dy)
-      for (int dx = -1; dx <= 1; ++dx)
-        if (diagonals || dx == 0 || dy == 0) take(at.X + dx, at.Y + dy);
+      for (int dx = -1; dx <= 1; ++dx) take(at.X + dx, at.Y + dy);
   }
   return area;
 }

@@ -9,7 +9,8 @@ namespace graphize {
 
 namespace {
 constexpr float kBesideInk = 0.1f;  // of a shape: less is beside it
-}
+constexpr int kPadding = 4;         // pixels that a shape between the pixels asks for around it
+}  // namespace
 
 SymbolMatcher::SymbolMatcher(const InkMap& map, const SymbolShape& shape)
     : map_(map), shape_(shape) {
@@ -18,6 +19,11 @@ SymbolMatcher::SymbolMatcher(const InkMap& map, const SymbolShape& shape)
       if (shape.IsKnown[shape.IndexOf(x, y)]) known_.push_back({x, y, shape.At(x, y)});
   std::stable_sort(known_.begin(), known_.end(),
                    [](const Offset& a, const Offset& b) { return a.Ink > b.Ink; });
+  const auto side = static_cast<std::size_t>(shape.Side()), wide = side + 2 * kPadding;
+  padded_.resize(wide * wide);
+  for (std::size_t row = 0; row < side; ++row)
+    std::copy_n(shape.Ink.begin() + static_cast<std::ptrdiff_t>(row * side), side,
+                padded_.begin() + static_cast<std::ptrdiff_t>((row + kPadding) * wide + kPadding));
   reach_ = static_cast<int>(std::ceil(0.75 * shape.Size())) + 3;
 }
 
@@ -26,7 +32,7 @@ std::optional<float> SymbolMatcher::ScoreAt(int x, int y) const {
   const bool isInside = x >= r && y >= r && x + r < map_.Width && y + r < map_.Height;
   const std::uint8_t* here =
       isInside ? map_.Values.data() + static_cast<std::size_t>(y) * map_.Width + x : nullptr;
-  float hit = 0, seen = 0, beside = 0;
+  float hit = 0, seen = 0, beside = 0, missed = 0;
   const auto area = static_cast<float>(shape_.Area);
   for (const Offset& at : known_) {
     // The fullest pixels come first; where they do not hold, the others need not be asked.
@@ -42,6 +48,8 @@ std::optional<float> SymbolMatcher::ScoreAt(int x, int y) const {
     }
     seen += at.Ink;
     hit += std::min(share, at.Ink);
+    missed += std::max(at.Ink - share, 0.0f);
+    if (missed > 0.5f * area) return std::nullopt;
   }
   if (seen <= 0 || hit < 0.5f * seen) return std::nullopt;
   return hit / seen - 0.3f * beside / area;
@@ -72,10 +80,14 @@ struct Weights {
   }
 };
 
-float Sum(const std::array<float, kTaps>& weights, const float* first, std::size_t step) {
-  float sum = 0;
-  for (std::size_t i = 0; i < kTaps; ++i) sum += weights[i] * first[i * step];
-  return sum;
+/// Weighted sums of `kTaps` values that lie `step` apart, for `count` places on from each other.
+void Sum(const std::array<float, kTaps>& weights, const float* first, std::size_t step, float* sums,
+         std::size_t count) {
+  for (std::size_t i = 0; i < count; ++i) {
+    float sum = 0;
+    for (std::size_t tap = 0; tap < kTaps; ++tap) sum += weights[tap] * first[i + tap * step];
+    sums[i] = sum;
+  }
 }
 
 }  // namespace
@@ -91,27 +103,24 @@ SymbolMatcher::Laid SymbolMatcher::Lay(const SymbolMatch& match, bool withSlopes
   const int column0 = static_cast<int>(std::floor(x0)), row0 = static_cast<int>(std::floor(y0));
   const Weights across(x0 - column0), down(y0 - row0);
   const auto side = static_cast<std::size_t>(laid.Side);
-  const std::size_t reached = side + kTaps - 1;
-  std::vector<float> line(reached), rows(reached * side), slopes(withSlopes ? rows.size() : 0);
-  for (std::size_t j = 0; j < reached; ++j) {
-    for (std::size_t i = 0; i < reached; ++i)
-      line[i] = shape_.At(column0 + kFirstTap + static_cast<int>(i),
-                          row0 + kFirstTap + static_cast<int>(j));
-    for (std::size_t i = 0; i < side; ++i) {
-      rows[j * side + i] = Sum(across.Value, &line[i], 1);
-      if (withSlopes) slopes[j * side + i] = Sum(across.Slope, &line[i], 1);
-    }
+  const std::size_t reached = side + kTaps - 1,
+                    wide = static_cast<std::size_t>(shape_.Side() + 2 * kPadding);
+  std::vector<float> rows(reached * side), slopes(withSlopes ? rows.size() : 0);
+  const float* line = padded_.data() +
+                      static_cast<std::size_t>(row0 + kFirstTap + r + kPadding) * wide +
+                      static_cast<std::size_t>(column0 + kFirstTap + r + kPadding);
+  for (std::size_t j = 0; j < reached; ++j, line += wide) {
+    Sum(across.Value, line, 1, &rows[j * side], side);
+    if (withSlopes) Sum(across.Slope, line, 1, &slopes[j * side], side);
   }
   laid.Ink.resize(side * side);
+  Sum(down.Value, rows.data(), side, laid.Ink.data(), side * side);
+  for (float& ink : laid.Ink) ink = std::clamp(ink, 0.0f, 1.0f);
   if (withSlopes) {
     laid.SlopeX.resize(side * side);
     laid.SlopeY.resize(side * side);
-  }
-  for (std::size_t at = 0; at < side * side; ++at) {
-    laid.Ink[at] = std::clamp(Sum(down.Value, &rows[at], side), 0.0f, 1.0f);
-    if (!withSlopes) continue;
-    laid.SlopeX[at] = Sum(down.Value, &slopes[at], side);
-    laid.SlopeY[at] = Sum(down.Slope, &rows[at], side);
+    Sum(down.Value, slopes.data(), side, laid.SlopeX.data(), side * side);
+    Sum(down.Slope, rows.data(), side, laid.SlopeY.data(), side * side);
   }
   return laid;
 }
@@ -119,12 +128,15 @@ SymbolMatcher::Laid SymbolMatcher::Lay(const SymbolMatch& match, bool withSlopes
 SymbolMatcher::Laid SymbolMatcher::Explained(const SymbolMatch& match,
                                              const std::vector<SymbolMatch>& others) const {
   Laid all;
-  const int reach = std::max(reach_, shape_.Radius + 3);
+  if (others.empty()) return all;
+  const int reach = std::max(reach_, shape_.Radius + 3) + 2;
   all.Side = 2 * reach + 1;
   all.Left = static_cast<int>(std::lround(match.X)) - reach;
   all.Top = static_cast<int>(std::lround(match.Y)) - reach;
   all.Ink.resize(static_cast<std::size_t>(all.Side) * static_cast<std::size_t>(all.Side));
+  const double apart = reach + shape_.Radius + 2;
   for (const SymbolMatch& other : others) {
+    if (std::fabs(other.X - match.X) > apart || std::fabs(other.Y - match.Y) > apart) continue;
     const Laid laid = Lay(other, false);
     for (int y = std::max(all.Top, laid.Top);
          y < std::min(all.Top + all.Side, laid.Top + laid.Side); ++y)
@@ -137,21 +149,25 @@ SymbolMatcher::Laid SymbolMatcher::Explained(const SymbolMatch& match,
   return all;
 }
 
-void SymbolMatcher::Register(SymbolMatch& match, const std::vector<SymbolMatch>& others) const {
+bool SymbolMatcher::Register(SymbolMatch& match, const Laid& explained, double worst) const {
+  // What a move of half a pixel may still bring, and what a converged one may.
+  constexpr double kAtFirst = 0.3, kAtLast = 0.03;
   const double fromX = match.X, fromY = match.Y;
-  const Laid explained = Explained(match, others);
   double error = 0, xx = 0, xy = 0, yy = 0;
   for (int round = 0; round < 8; ++round) {
-    double bx = 0, by = 0, squares = 0;
+    double bx = 0, by = 0, squares = 0, ink = 0, missing = 0;
     xx = xy = yy = 0;
     int count = 0;
     const Laid laid = Lay(match, true);
+    const KnownOnPicture known(shape_, match);
     for (int py = laid.Top; py < laid.Top + laid.Side; ++py)
       for (int px = laid.Left; px < laid.Left + laid.Side; ++px) {
         const std::uint8_t value = map_.At(px, py);
-        if (value > InkMap::kFull || !IsKnownNear(px - match.X, py - match.Y)) continue;
+        if (value > InkMap::kFull || !known.At(px, py)) continue;
         const std::size_t at = laid.IndexOf(px, py);
         const double difference = static_cast<double>(value) / InkMap::kFull - laid.Ink[at];
+        ink += laid.Ink[at];
+        missing += std::max(0.0, -difference - Slack());
         if (difference > (shape_.IsHard ? 0.9 : 0.5) || explained.At(px, py) > 0.15f) continue;
         const double gx = laid.SlopeX[at], gy = laid.SlopeY[at];
         // The model moves with the match: its derivative is the negative of the shape's.
@@ -171,41 +187,46 @@ void SymbolMatcher::Register(SymbolMatch& match, const std::vector<SymbolMatch>&
     match.X = std::clamp(match.X + dx, fromX - 1.7, fromX + 1.7);
     match.Y = std::clamp(match.Y + dy, fromY - 1.7, fromY + 1.7);
     error = squares / std::max(count - 2, 1);
-    if (std::hypot(dx, dy) < 0.004) break;
+    const bool isThere = std::hypot(dx, dy) < 0.004;
+    if (missing > (worst + (isThere ? kAtLast : kAtFirst)) * ink && round > 0) return false;
+    if (isThere) break;
   }
   const double determinant = std::max(xx * yy - xy * xy, 1e-9);
   match.Sigma = std::sqrt(error * std::max(xx, yy) / determinant);
+  return true;
 }
 
-void SymbolMatcher::Judge(SymbolMatch& match, const std::vector<SymbolMatch>& others) const {
+void SymbolMatcher::JudgeOverlap(SymbolMatch& match, const Laid& explained) const {
+  double ink = 0, shared = 0;
+  const Laid laid = Lay(match, false);
+  for (int py = laid.Top; py < laid.Top + laid.Side; ++py)
+    for (int px = laid.Left; px < laid.Left + laid.Side; ++px) {
+      const double here = laid.Ink[laid.IndexOf(px, py)];
+      ink += here;
+      shared += here * explained.At(px, py);
+    }
+  match.Overlapped = ink > 0 ? shared / ink : 1;
+}
+
+void SymbolMatcher::Judge(SymbolMatch& match, const Laid& explained) const {
   double ink = 0, seen = 0, missing = 0, shared = 0;
-  const Laid laid = Lay(match, false), explained = Explained(match, others);
+  const Laid laid = Lay(match, false);
+  const KnownOnPicture known(shape_, match);
   for (int py = laid.Top; py < laid.Top + laid.Side; ++py)
     for (int px = laid.Left; px < laid.Left + laid.Side; ++px) {
       const double here = laid.Ink[laid.IndexOf(px, py)];
       ink += here;
       shared += here * explained.At(px, py);
       const std::uint8_t value = map_.At(px, py);
-      if (value > InkMap::kFull || !IsKnownNear(px - match.X, py - match.Y)) continue;
+      if (value > InkMap::kFull || !known.At(px, py)) continue;
       seen += here;
       const double share = static_cast<double>(value) / InkMap::kFull;
-      missing += std::max(0.0, here - share - (shape_.IsHard ? 0.45 : 0.12));
+      missing += std::max(0.0, here - share - Slack());
     }
   match.Visible = ink > 0 ? seen / ink : 0;
   match.Missing = seen > 0 ? missing / seen : 1;
   match.Overlapped = ink > 0 ? shared / ink : 1;
   match.Excess = ExcessAt(match, laid, explained) / shape_.Area;
-}
-
-bool SymbolMatcher::AreNear(const SymbolMatch& a, const SymbolMatch& b) const {
-  const double reach = 2 * reach_;
-  return std::fabs(a.X - b.X) <= reach && std::fabs(a.Y - b.Y) <= reach;
-}
-
-bool SymbolMatcher::IsKnownNear(double x, double y) const {
-  const int column = static_cast<int>(std::lround(x)), row = static_cast<int>(std::lround(y));
-  return std::abs(column) <= shape_.Radius && std::abs(row) <= shape_.Radius &&
-         shape_.IsKnown[shape_.IndexOf(column, row)];
 }
 
 /// Ink that touches the shape and ends nearby: of another shape. What goes on, or to the next
@@ -217,6 +238,7 @@ double SymbolMatcher::ExcessAt(const SymbolMatch& match, const Laid& own,
     return static_cast<std::size_t>(y + reach_) * static_cast<std::size_t>(side) +
            static_cast<std::size_t>(x + reach_);
   };
+  const KnownOnPicture known(shape_, match);
   std::vector<float> left(static_cast<std::size_t>(side) * static_cast<std::size_t>(side));
   std::vector<bool> touches(left.size()), leads(left.size());
   const int cx = static_cast<int>(std::lround(match.X)),
@@ -232,7 +254,7 @@ double SymbolMatcher::ExcessAt(const SymbolMatch& match, const Laid& own,
       const double more = share - std::max(here, theirs);
       // Unknown parts of the shape may hold ink.
       const bool isOpen = std::fabs(x) <= shape_.Radius && std::fabs(y) <= shape_.Radius &&
-                          here > 0 && !IsKnownNear(x, y);
+                          here > 0 && !known.At(px, py);
       if (more > (shape_.IsHard ? 0.6 : 0.35) && !isOpen) left[at] = static_cast<float>(more);
     }
   double excess = 0;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cmath>
+#include <cstdlib>
 #include <optional>
 #include <vector>
 
@@ -30,16 +32,6 @@ class SymbolMatcher {
   /// How well the shape lies with its middle on a pixel, 1: just so; absent where it cannot be.
   std::optional<float> ScoreAt(int x, int y) const;
 
-  /// Moves the match to where the squares of the differences are least (Gauss and Newton), leaving
-  /// out what is hidden, what other matches explain, and ink that passes by.
-  void Register(SymbolMatch& match, const std::vector<SymbolMatch>& others) const;
-
-  /// Fills in how well it matches.
-  void Judge(SymbolMatch& match, const std::vector<SymbolMatch>& others) const;
-
-  bool AreNear(const SymbolMatch& a, const SymbolMatch& b) const;
-
- private:
   /// The shape's ink, or that of several, on a square of the picture's pixels.
   struct Laid {
     int Left = 0, Top = 0, Side = 0;
@@ -55,10 +47,43 @@ class SymbolMatcher {
     }
   };
 
-  Laid Lay(const SymbolMatch& match, bool withSlopes) const;
-  /// How much of the pixels about the match belongs to the others.
+  /// How much of the pixels about the match, wherever it is registered to, belongs to the others.
   Laid Explained(const SymbolMatch& match, const std::vector<SymbolMatch>& others) const;
-  bool IsKnownNear(double x, double y) const;
+
+  /// Moves the match to where the squares of the differences are least (Gauss and Newton), leaving
+  /// out what is hidden, what is explained, and ink that passes by. False as soon as it is clear
+  /// that more than `worst` will be missing: the match is then of no use.
+  bool Register(SymbolMatch& match, const Laid& explained, double worst) const;
+
+  /// Fills in how well it matches.
+  void Judge(SymbolMatch& match, const Laid& explained) const;
+  /// Fills in Overlapped alone.
+  void JudgeOverlap(SymbolMatch& match, const Laid& explained) const;
+
+  /// How far apart matches lie, in columns or rows, that have to do with each other.
+  int NearReach() const { return 2 * reach_; }
+
+ private:
+  Laid Lay(const SymbolMatch& match, bool withSlopes) const;
+  /// Whether the shape of a match is known on a pixel of the picture.
+  class KnownOnPicture {
+   public:
+    KnownOnPicture(const SymbolShape& shape, const SymbolMatch& match)
+        : shape_(shape),
+          column_(static_cast<int>(std::lround(match.X))),
+          row_(static_cast<int>(std::lround(match.Y))) {}
+    bool At(int x, int y) const {
+      const int column = x - column_, row = y - row_;
+      return std::abs(column) <= shape_.Radius && std::abs(row) <= shape_.Radius &&
+             shape_.IsKnown[shape_.IndexOf(column, row)];
+    }
+
+   private:
+    const SymbolShape& shape_;
+    int column_, row_;
+  };
+  /// What a pixel may lack of its ink and miss nothing.
+  double Slack() const { return shape_.IsHard ? 0.45 : 0.12; }
   double ExcessAt(const SymbolMatch& match, const Laid& own, const Laid& explained) const;
 
   struct Offset {
@@ -68,6 +93,7 @@ class SymbolMatcher {
   const InkMap& map_;
   const SymbolShape& shape_;
   std::vector<Offset> known_;
+  std::vector<float> padded_;  // the shape's ink with paper around it
   int reach_ = 0;
 };
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <bit>
 #include <cmath>
 #include <optional>
@@ -19,33 +20,6 @@ constexpr double kLeastNewInk = 0.22;  // part of a shape that no other match ex
 struct Offset {
   int X = 0, Y = 0;
 };
-
-/// Pixels with ink, or where some may be hidden, and those beside them.
-BitMap PossibleInk(const InkMap& map, PictureOperation& operation) {
-  BitMap ink(map.Width, map.Height);
-  ParallelRows(map.Width, map.Height, operation, [&](int first, int end) {
-    for (int y = first; y < end; ++y) {
-      const std::uint8_t* values = map.Values.data() + static_cast<std::size_t>(y) * map.Width;
-      std::uint64_t* row = ink.Row(y);
-      for (int x = 0; x < map.Width; ++x)
-        row[x >> 6] |= static_cast<std::uint64_t>(values[x] >= InkMap::kClear) << (x & 63);
-    }
-  });
-  BitMap wide(map.Width, map.Height);
-  const int words = ink.WordsPerRow();
-  ParallelRows(map.Width, map.Height, operation, [&](int first, int end) {
-    for (int y = first; y < end; ++y)
-      for (int v = std::max(y - 1, 0); v <= std::min(y + 1, map.Height - 1); ++v) {
-        const std::uint64_t* row = ink.Row(v);
-        for (int i = 0; i < words; ++i) {
-          const std::uint64_t before = i > 0 ? row[i - 1] >> 63 : 0;
-          const std::uint64_t behind = i + 1 < words ? row[i + 1] << 63 : 0;
-          wide.Row(y)[i] |= row[i] | row[i] << 1 | row[i] >> 1 | before | behind;
-        }
-      }
-  });
-  return wide;
-}
 
 /// Some pixels of the shape where there is ink, far from each other first.
 std::vector<Offset> ProbesOf(const SymbolShape& shape) {
@@ -86,20 +60,24 @@ std::uint64_t BitsFrom(const BitMap& map, int x, int y) {
   return shift == 0 ? at(word) : at(word) >> shift | at(word + 1) << (64 - shift);
 }
 
-/// Pixels on which the shape may have its middle, with the best around each of them.
-std::vector<Candidate> CandidatesOf(const InkMap& map, const SymbolShape& shape,
+/// Pixels on which the shape may have its middle, with the best around each of them. None where
+/// there are more than a plot has: grain, or a pattern.
+std::vector<Candidate> CandidatesOf(const InkMap& map, const BitMap& ink, const SymbolShape& shape,
                                     const SymbolMatcher& matcher, PictureOperation& operation) {
   const std::vector<Offset> probes = ProbesOf(shape);
   if (probes.empty()) return {};
-  const BitMap ink = PossibleInk(map, operation);
-  if (operation.Stopped) return {};
   const auto allowed = static_cast<int>(probes.size() / 4);
+  const std::size_t most = std::max<std::size_t>(map.Values.size() / 200, 500);
+  // About a symbol, its shape lies half on its ink in as many places as a quarter of it has pixels.
+  const auto mostHits =
+      static_cast<std::size_t>(static_cast<double>(most) * (4 + 0.25 * shape.Width * shape.Height));
+  std::atomic<std::size_t> hits = 0;
   std::vector<std::vector<Candidate>> rows(static_cast<std::size_t>(map.Height));
   // Every probe but the allowed ones must be on ink: so one of the first ones is, which is asked of
   // 64 columns at once.
   ParallelRows(map.Width, map.Height, operation, [&](int first, int end) {
-    for (int y = first; y < end; ++y)
-      for (int left = 0; left < map.Width; left += 64) {
+    for (int y = first; y < end && hits <= mostHits; hits += rows[y++].size())
+      for (int left = 0; left < map.Width && !operation.Stopped; left += 64) {
         std::uint64_t possible = 0;
         for (int i = 0; i <= allowed && possible != ~std::uint64_t{0}; ++i)
           possible |= BitsFrom(ink, left + probes[static_cast<std::size_t>(i)].X,
@@ -116,6 +94,7 @@ std::vector<Candidate> CandidatesOf(const InkMap& map, const SymbolShape& shape,
         }
       }
   });
+  if (hits > mostHits) return {};
   std::vector<Candidate> best;
   for (int y = 0; y < map.Height && !operation.Stopped; ++y)
     for (const Candidate& here : rows[static_cast<std::size_t>(y)]) {
@@ -129,70 +108,136 @@ std::vector<Candidate> CandidatesOf(const InkMap& map, const SymbolShape& shape,
                    (at->Score == here.Score && std::pair(at->Y, at->X) >= std::pair(y, here.X));
       }
       if (isBest) best.push_back(here);
+      if (best.size() > most) return {};
     }
   return best;
 }
 
+/// The matches found so far, by where they are.
+class FoundMatches {
+ public:
+  FoundMatches(const InkMap& map, int reach)
+      : cell_(reach + 8),  // a match may still move a little
+        across_(map.Width / cell_ + 1),
+        cells_(static_cast<std::size_t>(across_) *
+               static_cast<std::size_t>(map.Height / cell_ + 1)) {}
+
+  void Add(const SymbolMatch& match) {
+    const auto column = std::clamp(static_cast<int>(match.X) / cell_, 0, across_ - 1),
+               row = std::clamp(static_cast<int>(match.Y) / cell_, 0, Down() - 1);
+    At(column, row).push_back(All.size());
+    All.push_back(match);
+  }
+  /// Those within `reach`, no more than the constructor's, in columns and rows, but for one.
+  std::vector<SymbolMatch> Near(const SymbolMatch& match, double reach,
+                                std::optional<std::size_t> without = {}) const {
+    const int column = static_cast<int>(match.X) / cell_, row = static_cast<int>(match.Y) / cell_;
+    std::vector<SymbolMatch> others;
+    for (int y = std::max(row - 1, 0); y <= std::min(row + 1, Down() - 1); ++y)
+      for (int x = std::max(column - 1, 0); x <= std::min(column + 1, across_ - 1); ++x)
+        for (const std::size_t i : cells_[static_cast<std::size_t>(y * across_ + x)])
+          if (i != without && std::fabs(All[i].X - match.X) <= reach &&
+              std::fabs(All[i].Y - match.Y) <= reach)
+            others.push_back(All[i]);
+    return others;
+  }
+
+  std::vector<SymbolMatch> All;
+
+ private:
+  int Down() const { return static_cast<int>(cells_.size()) / across_; }
+  std::vector<std::size_t>& At(int column, int row) {
+    return cells_[static_cast<std::size_t>(row * across_ + column)];
+  }
+
+  int cell_, across_;
+  std::vector<std::vector<std::size_t>> cells_;
+};
+
 }  // namespace
 
-std::vector<SymbolMatch> SearchSymbol(const InkMap& map, const SymbolShape& shape, double worst,
+BitMap PossibleInk(const InkMap& map, PictureOperation& operation) {
+  BitMap ink(map.Width, map.Height), wide(map.Width, map.Height);
+  ParallelRows(map.Width, map.Height, operation, [&](int first, int end) {
+    for (int y = first; y < end; ++y) {
+      const std::uint8_t* values = map.Values.data() + static_cast<std::size_t>(y) * map.Width;
+      std::uint64_t* row = ink.Row(y);
+      for (int x = 0; x < map.Width; ++x)
+        row[x >> 6] |= static_cast<std::uint64_t>(values[x] >= InkMap::kClear) << (x & 63);
+    }
+  });
+  const int words = ink.WordsPerRow();
+  ParallelRows(map.Width, map.Height, operation, [&](int first, int end) {
+    for (int y = first; y < end; ++y)
+      for (int v = std::max(y - 1, 0); v <= std::min(y + 1, map.Height - 1); ++v) {
+        const std::uint64_t* row = ink.Row(v);
+        for (int i = 0; i < words; ++i) {
+          const std::uint64_t before = i > 0 ? row[i - 1] >> 63 : 0;
+          const std::uint64_t behind = i + 1 < words ? row[i + 1] << 63 : 0;
+          wide.Row(y)[i] |= row[i] | row[i] << 1 | row[i] >> 1 | before | behind;
+        }
+      }
+  });
+  return wide;
+}
+
+std::vector<SymbolMatch> SearchSymbol(const InkMap& map, const BitMap& ink,
+                                      const SymbolShape& shape, double worst,
                                       PictureOperation& operation) {
   const SymbolMatcher matcher(map, shape);
   std::vector<SymbolMatch> open;
-  for (const Candidate& candidate : CandidatesOf(map, shape, matcher, operation)) {
+  for (const Candidate& candidate : CandidatesOf(map, ink, shape, matcher, operation)) {
+    if (operation.Stopped) return {};
     SymbolMatch match{.X = static_cast<double>(candidate.X), .Y = static_cast<double>(candidate.Y)};
-    matcher.Register(match, {});
+    if (!matcher.Register(match, {}, worst)) continue;
     matcher.Judge(match, {});
     if (match.Missing <= worst && match.Visible >= kLeastVisible) open.push_back(match);
-    if (operation.Stopped) return {};
   }
   // The best first; each explains ink that the others need not any more.
   const auto worse = [](const SymbolMatch& match) {
     return match.Missing + 0.1 * std::min(match.Excess, 1.0) + 0.1 * (1 - match.Visible);
   };
-  std::vector<SymbolMatch> found;
+  FoundMatches found(map, matcher.NearReach());
   std::sort(open.begin(), open.end(),
             [&](const SymbolMatch& a, const SymbolMatch& b) { return worse(a) < worse(b); });
-  const auto near = [&](const SymbolMatch& match, std::ptrdiff_t without) {
-    std::vector<SymbolMatch> others;
-    for (std::ptrdiff_t i = 0; i < static_cast<std::ptrdiff_t>(found.size()); ++i)
-      if (i != without && matcher.AreNear(found[static_cast<std::size_t>(i)], match))
-        others.push_back(found[static_cast<std::size_t>(i)]);
-    return others;
-  };
   for (SymbolMatch& match : open) {
     if (operation.Stopped) return {};
-    const std::vector<SymbolMatch> others = near(match, -1);
+    const std::vector<SymbolMatch> others = found.Near(match, matcher.NearReach());
     if (!others.empty()) {
-      matcher.Judge(match, others);
+      const auto explained = matcher.Explained(match, others);
+      matcher.JudgeOverlap(match, explained);
       if (match.Overlapped > 1 - kLeastNewInk) continue;
-      matcher.Register(match, others);
-      matcher.Judge(match, others);
+      if (!matcher.Register(match, explained, worst)) continue;
+      matcher.Judge(match, explained);
       if (match.Overlapped > 1 - kLeastNewInk || match.Missing > worst) continue;
     }
-    found.push_back(match);
+    found.Add(match);
   }
   // All of them once more, with what the others explain.
   for (int round = 0; round < 2; ++round)
-    for (std::size_t i = 0; i < found.size() && !operation.Stopped; ++i) {
-      const std::vector<SymbolMatch> others = near(found[i], static_cast<std::ptrdiff_t>(i));
+    for (std::size_t i = 0; i < found.All.size() && !operation.Stopped; ++i) {
+      SymbolMatch& match = found.All[i];
+      const std::vector<SymbolMatch> others = found.Near(match, matcher.NearReach(), i);
       if (others.empty()) continue;
-      matcher.Register(found[i], others);
-      matcher.Judge(found[i], others);
+      const auto explained = matcher.Explained(match, others);
+      matcher.Register(match, explained, 1);
+      matcher.Judge(match, explained);
     }
   if (operation.Stopped) return {};
-  std::erase_if(found, [&](const SymbolMatch& match) { return match.Mismatch() > worst; });
   // Two that have come to one place are one.
-  std::vector<SymbolMatch> apart;
-  for (const SymbolMatch& match : found)
-    if (std::none_of(apart.begin(), apart.end(), [&](const SymbolMatch& other) {
-          return std::hypot(match.X - other.X, match.Y - other.Y) < 0.25 * shape.Size();
+  FoundMatches apart(map, matcher.NearReach());
+  for (const SymbolMatch& match : found.All) {
+    const double least = 0.25 * shape.Size();
+    const std::vector<SymbolMatch> others = apart.Near(match, least);
+    if (match.Mismatch() <= worst &&
+        std::none_of(others.begin(), others.end(), [&](const SymbolMatch& other) {
+          return std::hypot(match.X - other.X, match.Y - other.Y) < least;
         }))
-      apart.push_back(match);
-  found = std::move(apart);
-  std::sort(found.begin(), found.end(),
+      apart.Add(match);
+  }
+  std::sort(apart.All.begin(), apart.All.end(),
             [](const SymbolMatch& a, const SymbolMatch& b) { return a.Mismatch() < b.Mismatch(); });
-  return found;
+  return std::move(apart.All);
 }
 
 SymbolShape Averaged(const InkMap& map, const SymbolShape& shape,

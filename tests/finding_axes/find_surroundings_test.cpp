@@ -33,7 +33,13 @@ TEST(FindSurroundings, FindsTheDrawnFrameAndItsWordsWithoutAxes) {
     drawing.Curve([](double u) { return 0.2 + 0.5 * u * u; }, {.Thickness = 2});
     const test::PixelPosition word = drawing.Place(0.3, 0.9);
     drawing.Digits(word, "142", 2);
-    for (int i = 0; i < 9; ++i) drawing.Disc(drawing.Place(0.5 + 0.02 * i, 0.85), 6);
+    for (int i = 0; i < 9; ++i) {
+      drawing.Disc(drawing.Place(0.5 + 0.02 * i, 0.85), 6);
+      // Dashes that turn with their curve.
+      const test::PixelPosition at = drawing.Place(0.5 + 0.025 * i, 0.75);
+      const double across = i % 2 == 0 ? 3.5 : 0;
+      drawing.Polyline({at, {at.X + across, at.Y + 3.5 - across}}, {.Thickness = 5});
+    }
     PictureOperation operation;
     const PlotSurroundings found = FindSurroundings(drawing.GreyPicture(), operation);
     ASSERT_EQ(found.Frames.size(), 1u);
@@ -48,7 +54,7 @@ TEST(FindSurroundings, FindsTheDrawnFrameAndItsWordsWithoutAxes) {
       EXPECT_NEAR(frame.Box.V(corner.X, corner.Y), v == 0 ? frame.Box.Bottom : frame.Box.Top,
                   aside);
     }
-    ASSERT_EQ(found.Texts.size(), 1u) << "and no row of dots is one";
+    ASSERT_EQ(found.Texts.size(), 1u) << "and no row of dots or dashes is one";
     EXPECT_LE(found.Texts.front().Distance(found.Turn.U(word.X + 10, word.Y + 7),
                                            found.Turn.V(word.X + 10, word.Y + 7)),
               0);

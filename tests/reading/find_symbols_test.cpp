@@ -149,6 +149,13 @@ TEST(FindSymbols, SaysWhatWasClickedInsteadOfASymbolAndWhatIsDoubtful) {
   EXPECT_THAT(Find(plot, at(0, 0.4)).Refusal, testing::HasSubstr("the frame"));
   EXPECT_THAT(Find(plot, course[900]).Refusal, testing::HasSubstr("a curve, no symbol"));
   EXPECT_THAT(Find(ColourPlot(), {50, 50}).Refusal, testing::HasSubstr("one colour"));
+  ColourPlot grain;
+  std::uint32_t random = 5;
+  for (std::size_t i = 0; i < grain.Picture.PixelCount(); ++i) {
+    random = random * 1664525u + 1013904223u;
+    if (random >> 28 < 3) grain.Picture.Pixels()[i] = kBlackPixel;
+  }
+  EXPECT_THAT(Find(grain, {200, 150}).Refusal, testing::HasSubstr("nothing that could be told"));
 
   ColourPlot covered;
   const std::vector<PixelPosition> places = Places(covered);

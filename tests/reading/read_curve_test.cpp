@@ -115,6 +115,7 @@ TEST(ReadCurve, FindsTheMiddleOfAStrokeWhateverIsDrawnWithIt) {
        [](Plot& plot) { plot.Frame(0xffc0c0c0); }, nothing, 0.05},
       {"turned", Plot(kWhitePixel, 4), two, kBlackPixel, framed, nothing, 0.05},
       {"dashed", Plot(), {.Thickness = 2, .Dash = 9, .Gap = 5}, kRed, framed, nothing, 0.1},
+      {"dotted", Plot(), {.Thickness = 3, .Dash = 0.3, .Gap = 5.1}, kRed, framed, nothing, 0.15},
       {"under another colour", Plot(), two, kBlue, framed,
        [](Plot& plot) { plot.Curve(Rising, {.Thickness = 2}, kRed); }, 0.08},
       {"crossed in its colour", Plot(), two, kBlackPixel, framed,
