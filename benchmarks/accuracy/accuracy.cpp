@@ -1,4 +1,4 @@
-// accuracy [SEED [PART] | check]
+// accuracy [SEED [PART] | check [SEED]]
 // What the tracers, the scan and the readings make of plots whose data are known, as tables that
 // tools/update_accuracy puts into docs/accuracy.md; the exit status is 1 when one misses its
 // target. With a seed, the readings alone, of plots drawn from that seed on, and of those families
@@ -95,7 +95,8 @@ int Report() {
       "%s times the bare reads of its "
       "pixels.\n",
       table.WithTarget(), table.Rows(), table.Missed(), Fixed(TraceTimePerBareReads(), 1).c_str());
-  const int missed = table.Missed() + PrintReadTable(1) + PrintSymbolTable(1) + PrintInkTable();
+  const int missed =
+      table.Missed() + PrintReadTable(1) + PrintSymbolTable(1) + PrintInkTables(kInkSeed);
   return missed == 0 ? 0 : 1;
 }
 
@@ -106,9 +107,13 @@ int main(int argc, char** argv) {
   using namespace graphize::accuracy;
   try {
     if (argc == 1) return Report();
-    if (std::string_view(argv[1]) == "check") return PrintInkTable() == 0 ? 0 : 1;
+    const auto seedIn = [](const char* word) {
+      return static_cast<unsigned>(std::strtoul(word, nullptr, 10));
+    };
+    if (std::string_view(argv[1]) == "check")
+      return PrintInkTables(argc > 2 ? seedIn(argv[2]) : kInkSeed) == 0 ? 0 : 1;
     // Plots that nobody has seen: what is read and found, from another seed on.
-    const auto seed = static_cast<unsigned>(std::strtoul(argv[1], nullptr, 10));
+    const unsigned seed = seedIn(argv[1]);
     const char* part = argc > 2 ? argv[2] : "";
     return PrintReadTable(seed, part) + PrintSymbolTable(seed, part) == 0 ? 0 : 1;
   } catch (const std::exception& error) {

@@ -1,6 +1,7 @@
 #include "raster/picture_scaling.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <vector>
 
@@ -12,6 +13,8 @@ namespace {
 
 /// Products of a zoom and a screen's scaling are not exact where a pixel begins.
 constexpr double kInexact = 1e-6;
+/// Columns that are mixed at a time, so that all of it stays near the processor.
+constexpr int kPiece = 256;
 
 /// The pixels of a level that one row or column of the screen shows: one or two of them.
 struct Shown {
@@ -70,14 +73,9 @@ void PaintScaled(Raster& part, int left, int top, const Raster& picture, Pyramid
   const bool alone = std::all_of(columns.begin(), columns.end(),
                                  [](const Shown& shown) { return shown.First == shown.Last; });
 
-  const auto pixels = static_cast<std::size_t>(part.Width());
   const auto paint = [&](int firstRow, int endRow) {
     std::vector<std::uint32_t> upper(static_cast<std::size_t>(count)), lower(upper.size());
-    std::vector<std::uint32_t> upperEven(pixels), upperOdd(pixels), lowerEven(pixels),
-        lowerOdd(pixels);
-    const auto spread = [&](const std::uint32_t* row, int Shown::*end, std::uint32_t* to) {
-      for (std::size_t i = 0; i < pixels; ++i) to[i] = row[columns[i].*end - first];
-    };
+    std::array<std::uint32_t, kPiece> a, b, c, d;
     const auto rowOf = [&](int y, std::vector<std::uint32_t>& made) -> const std::uint32_t* {
       if (level == 0) return picture.Row(y) + first;
       pyramid.CopyRow(picture, level, first, y, count, made.data());
@@ -85,29 +83,31 @@ void PaintScaled(Raster& part, int left, int top, const Raster& picture, Pyramid
     };
     for (int y = firstRow; y < endRow; ++y) {
       const auto [from, last] = rows[y];
+      std::uint32_t* to = part.Row(y);
       if (y > firstRow && rows[y - 1].First == from && rows[y - 1].Last == last) {
-        std::copy_n(part.Row(y - 1), pixels, part.Row(y));
+        std::copy_n(part.Row(y - 1), part.Width(), to);
         continue;
       }
-      const std::uint32_t* source = rowOf(from, upper);
+      const std::uint32_t* above = rowOf(from, upper);
       if (alone && from == last) {
         if (count == part.Width())
-          std::copy_n(source, pixels, part.Row(y));  // one each
+          std::copy_n(above, part.Width(), to);  // one each
         else
-          spread(source, &Shown::First, part.Row(y));
+          for (int x = 0; x < part.Width(); ++x) to[x] = above[columns[x].First - first];
         continue;
       }
-      const bool single = last == from;
-      spread(source, &Shown::First, upperEven.data());
-      spread(source, &Shown::Last, upperOdd.data());
-      if (!single) {
-        source = rowOf(last, lower);
-        spread(source, &Shown::First, lowerEven.data());
-        spread(source, &Shown::Last, lowerOdd.data());
+      const std::uint32_t* below = last == from ? above : rowOf(last, lower);
+      for (int x = 0; x < part.Width(); x += kPiece) {
+        const int length = std::min(part.Width() - x, kPiece);
+        for (int i = 0; i < length; ++i) {
+          const int one = columns[x + i].First - first, other = columns[x + i].Last - first;
+          a[i] = above[one];
+          b[i] = above[other];
+          c[i] = below[one];
+          d[i] = below[other];
+        }
+        MixRows(a.data(), b.data(), c.data(), d.data(), length, pyramid.DarkGround(), to + x);
       }
-      MixRows(upperEven.data(), upperOdd.data(), single ? upperEven.data() : lowerEven.data(),
-              single ? upperOdd.data() : lowerOdd.data(), part.Width(), pyramid.DarkGround(),
-              part.Row(y));
     }
   };
   PictureOperation unwatched;

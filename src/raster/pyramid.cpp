@@ -11,15 +11,20 @@ namespace graphize {
 namespace {
 
 /// Pixels are mixed by so many at a time, which stay near the processor.
-constexpr int kPiece = 512;
+constexpr int kPiece = 128;
+
+template <bool darkGround>
+std::uint8_t Outer(std::uint8_t a, std::uint8_t b) {
+  return (a < b) != darkGround ? a : b;
+}
 
 template <bool darkGround>
 void Mix(const std::uint8_t* a, const std::uint8_t* b, const std::uint8_t* c, const std::uint8_t* d,
          int bytes, std::uint8_t* to) {
   for (int i = 0; i < bytes; ++i) {
     const auto sum = static_cast<std::uint16_t>(a[i] + b[i] + c[i] + d[i]);
-    const std::uint8_t end = darkGround ? std::max(std::max(a[i], b[i]), std::max(c[i], d[i]))
-                                        : std::min(std::min(a[i], b[i]), std::min(c[i], d[i]));
+    const std::uint8_t end =
+        Outer<darkGround>(Outer<darkGround>(a[i], b[i]), Outer<darkGround>(c[i], d[i]));
     to[i] = static_cast<std::uint8_t>(static_cast<std::uint16_t>(sum + 4 * end + 4) >> 3);
   }
 }
@@ -31,6 +36,20 @@ void Part(const std::uint32_t* row, int count, std::uint32_t* even, std::uint32_
     odd[i] = row[2 * i + 1];
   }
   if (count % 2 != 0) even[count / 2] = odd[count / 2] = row[count - 1];
+}
+
+/// Whether all pixels are this one.
+bool IsEven(const std::uint32_t* row, int count, std::uint32_t pixel) {
+  std::uint32_t differs = 0;
+  for (int i = 0; i < count; ++i) differs |= row[i] ^ pixel;
+  return differs == 0;
+}
+
+/// Asks for pixels that are read soon: what hides behind the memory of a page is the time to get
+/// it.
+void Fetch(const std::uint32_t* row, int from, int end) {
+  constexpr int kLine = 16;  // pixels that come together
+  for (int i = from; i < end; i += kLine) __builtin_prefetch(row + i);
 }
 
 int Halved(int length) {
@@ -53,6 +72,12 @@ void HalveRows(const std::uint32_t* a, const std::uint32_t* b, int count, bool d
   std::array<std::uint32_t, kPiece> upperEven, upperOdd, lowerEven, lowerOdd;
   for (int from = 0; from < count; from += 2 * kPiece) {
     const int part = std::min(count - from, 2 * kPiece);
+    Fetch(a, from + part, std::min(from + 2 * part, count));
+    Fetch(b, from + part, std::min(from + 2 * part, count));
+    if (IsEven(a + from, part, a[from]) && IsEven(b + from, part, a[from])) {
+      std::fill_n(to + from / 2, Halved(part), a[from]);  // paper, most of a page
+      continue;
+    }
     Part(a + from, part, upperEven.data(), upperOdd.data());
     Part(b + from, part, lowerEven.data(), lowerOdd.data());
     MixRows(upperEven.data(), upperOdd.data(), lowerEven.data(), lowerOdd.data(), Halved(part),

@@ -27,6 +27,9 @@ void LeaveEdit(Workspace& ws) {
 /// The marks of tests would hide the curve from the capture that follows; blockers stay.
 void LeaveMode(Workspace& ws) {
   if (ws.mode == Mode::EditPoints) SelectPoints(ws.store, {});
+  // Its prompt holds for its own clicks alone.
+  if (ws.mode == Mode::GridBuster && ws.status.Status == Tr(ModeHint(Mode::GridBuster)))
+    ws.status.Status = " ";
   if (ws.mode != Mode::BlockTest) return;
   ClearMarks(ws.plot);
   RedrawBlockers(ws.blockers, ws.plot, ws.settings);

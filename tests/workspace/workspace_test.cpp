@@ -387,6 +387,10 @@ TEST_F(WorkspaceTest, ModeButtonsAreExclusiveAndShowTheirPanel) {
   EXPECT_TRUE(IsPressed(ws, "gridbuster")) << "keys are compared exactly";
   ReleaseButtons(ws, desktop);
   for (const Mode mode : kModes) EXPECT_FALSE(IsPressed(ws, ModeKey(mode)));
+  EXPECT_EQ(ws.status.Status, " ") << "the prompt goes with its mode";
+  for (const char* key : {"gridbuster", "graphize"}) Toolbar_ButtonClick(ws, desktop, key);
+  Plot_MouseMove(ws, desktop, 0, 0, 30, 30);
+  EXPECT_EQ(ws.status.Hint, ModeHint(Mode::Graphize));
 }
 
 TEST_F(WorkspaceTest, ClicksCaptureWhatTheReadOutShows) {
