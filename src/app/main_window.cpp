@@ -26,6 +26,7 @@
 #include "capture/read_out_panel.h"
 #include "data/data_list_panel.h"
 #include "raster/plot_view.h"
+#include "session/commit.h"
 #include "session/project_commands.h"
 #include "tracing/ink_check_panel.h"
 #include "tracing/tracer_panel.h"
@@ -35,7 +36,6 @@
 #include "workspace/picture_commands.h"
 #include "workspace/propose_axes_panel.h"
 #include "workspace/reading_panel.h"
-#include "workspace/run_command.h"
 #include "workspace/session.h"
 
 namespace graphize {
@@ -124,12 +124,14 @@ void MainWindow::Do(const Command& command, bool redraw) {
   // An event that comes while a command pumps is not for later.
   if (IsBusy()) return;
   desktop_->BeginCommand();
-  RunCommand(ws_, desktop_->Callbacks(), [&] {
-    command(ws_, desktop_->Callbacks());
-    OpenAskedProject(ws_, desktop_->Callbacks());
-  });
-  NoteRecentFiles();
-  Commit();
+  const Desktop& desktop = desktop_->Callbacks();
+  const auto all = [&] {
+    command(ws_, desktop);
+    OpenAskedProject(ws_, desktop);
+    NoteRecentFiles();
+  };
+  const CommandEnd end = RunCommand(ws_, desktop, std::ref(all));
+  if (CommitCommand(ws_, desktop, history_, journal_, end)) sessionEnds_ = false;
   if (redraw) plot_->update();
   Render();
   desktop_->EndCommand();
@@ -139,16 +141,6 @@ void MainWindow::Do(const Command& command, bool redraw) {
 
 void MainWindow::Do(const Step& step) {
   Do([&](Workspace& ws, const Desktop& desktop) { graphize::Do(ws, desktop, step); });
-}
-
-void MainWindow::Commit() {
-  RenewInkCheck(ws_);
-  RunCommand(ws_, desktop_->Callbacks(), [&] { journal_.KeepPicture(ws_, desktop_->Callbacks()); });
-  history_.Commit(ws_);
-  const DocumentDelta delta = history_.TakeDelta();
-  if (delta.Any) sessionEnds_ = false;
-  journal_.Append(ws_, delta);
-  if (std::string note = journal_.TakeNote(); !note.empty()) ws_.status.Status = std::move(note);
 }
 
 void MainWindow::Note(const std::function<void(Workspace&)>& change) {

@@ -134,8 +134,6 @@ class MainWindow : public QMainWindow {
   std::filesystem::path RecentList() const;
   bool IsBusy() const;
   void OpenWaiting();
-  /// What the last command has changed, into the history and onto the disk.
-  void Commit();
   /// Offers the next of the sessions that were left.
   void OfferSession();
   void RecoverSession();

@@ -17,8 +17,8 @@ std::error_code LastError() {
   return {errno != 0 ? errno : EIO, std::generic_category()};
 }
 
-void FlushFolderOf(const std::filesystem::path& path) {
-  const Descriptor folder(open(path.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+void FlushFolder(const std::filesystem::path& path) {
+  const Descriptor folder(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (folder.IsOpen()) fsync(folder.Get());
 }
 
@@ -36,6 +36,7 @@ std::error_code AppendFile::Create(const std::filesystem::path& path,
   if (!file_.IsOpen()) return LastError();
   path_ = path;
   replaced_ = replaced;
+  folder_ = replaced.parent_path();
   waits_ = true;
   thread_ = std::jthread([this](const std::stop_token& stop) { FlushNowAndThen(stop); });
   return {};
@@ -84,7 +85,7 @@ void AppendFile::FlushOnce(std::unique_lock<std::mutex>& held) {
   std::error_code failure;
   if (fdatasync(file) != 0 && errno != EINVAL) failure = LastError();
   if (!failure && takesPlace) std::filesystem::rename(path_, replaced_, failure);
-  if (!failure && takesPlace) FlushFolderOf(replaced_);
+  if (!failure && takesPlace) FlushFolder(folder_);
   held.lock();
   if (!failure && takesPlace) path_ = std::exchange(replaced_, {});
   failure_ = failure;

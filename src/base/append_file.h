@@ -40,7 +40,7 @@ class AppendFile {
   void FlushOnce(std::unique_lock<std::mutex>& held);
 
   Descriptor file_;
-  std::filesystem::path path_, replaced_;
+  std::filesystem::path path_, replaced_, folder_;
   bool torn_ = false;  // a piece at the end that could not be taken back
 
   std::mutex mutex_;  // for all below, and for the paths

@@ -185,6 +185,7 @@ std::error_code ReplaceWholeFile(const fs::path& path, std::string_view bytes) {
     return std::make_error_code(std::errc::permission_denied);
 
   const auto mode = static_cast<mode_t>(old.permissions() & fs::perms::all);
+  const fs::path folder = target.parent_path();
   fs::path temporary;
   const Descriptor file = CreateTemporary(target, exists ? mode : 0666, temporary);
   if (!file.IsOpen()) return LastError();
@@ -197,7 +198,7 @@ std::error_code ReplaceWholeFile(const fs::path& path, std::string_view bytes) {
   if (failure)
     fs::remove(temporary, ignored);
   else
-    FlushFolder(target.parent_path());
+    FlushFolder(folder);
   return failure;
 }
 

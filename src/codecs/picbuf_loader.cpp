@@ -50,7 +50,11 @@ class Decoders {
   void StartNext() {
     const std::lock_guard lock(mutex_);
     if (!ahead_ || next_ || starting_.valid()) return;
-    starting_ = std::async(std::launch::async, [this] { return DecodeWorker::Start(program_); });
+    try {
+      starting_ = std::async(std::launch::async, [this] { return DecodeWorker::Start(program_); });
+    } catch (const std::exception&) {
+      // No memory or thread for it: the next picture waits for its process.
+    }
   }
   void StartAhead() {
     ahead_ = true;

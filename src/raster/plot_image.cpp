@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <atomic>
+#include <iterator>
 #include <utility>
 
+#include "base/or_else.h"
 #include "raster/line_walk.h"
 #include "raster/parallel_rows.h"
 
@@ -28,8 +30,8 @@ void Overdraw(PlotImage& image, OverdrawnPixels& log, int x, int y, std::uint32_
   std::uint32_t& target = image.Pixels.Row(y)[x];
   if (target == pixel) return;
   const auto index = static_cast<std::uint32_t>(static_cast<std::size_t>(y) * image.Width() + x);
-  if (&log == &image.LastEdit) FollowEdit(image, index, target, pixel);
   log.push_back({index, target});
+  if (&log == &image.LastEdit) FollowEdit(image, index, target, pixel);
   target = pixel;
 }
 
@@ -65,13 +67,16 @@ void Restore(PlotImage& image, bool edit) {
   if (log.empty()) return;
   NoteDrawn(image);
   SwapBackward(image, log, edit);
-  Note(image, RasterEvent::Kind::TakenBack, edit, std::exchange(log, {}));
+  OrElse([&] { Note(image, RasterEvent::Kind::TakenBack, edit, log); },
+         [&] { SwapForward(image, log, edit); });
+  log.clear();
 }
 
 void ForgetEdit(PlotImage& image) {
   if (image.LastEdit.empty()) return;
   NoteDrawn(image);
-  Note(image, RasterEvent::Kind::Forgotten, true, std::exchange(image.LastEdit, {}));
+  Note(image, RasterEvent::Kind::Forgotten, true, image.LastEdit);
+  image.LastEdit.clear();
 }
 
 /// Fills the part of row y from left to right that is inside.
@@ -158,19 +163,21 @@ void TakeBackMarks(PlotImage& image, std::size_t first, int x) {
     if (mark.Index - row >= width) row = mark.Index - mark.Index % width;
     return static_cast<int>(mark.Index - row) >= x;
   };
+  const auto swapTaken = [&](auto from, auto to) {
+    for (; from != to; ++from)
+      if (isTaken(*from)) std::swap(image.Pixels.Pixels()[from->Index], from->Pixel);
+  };
   // The oldest last: it covers what was there before them all.
-  OverdrawnPixels back;  // only what has been noted before
-  for (auto mark = image.Marks.end(); mark != begin;) {
-    if (--mark; !isTaken(*mark)) continue;
-    std::swap(image.Pixels.Pixels()[mark->Index], mark->Pixel);
-    if (noted) back.push_back(*mark);
-  }
+  swapTaken(image.Marks.rbegin(), std::make_reverse_iterator(begin));
+  const auto note = [&] {
+    OverdrawnPixels back;
+    std::copy_if(begin, image.Marks.end(), std::back_inserter(back), isTaken);
+    Note(image, RasterEvent::Kind::TakenBack, false, back);
+  };
+  if (noted) OrElse(note, [&] { swapTaken(begin, image.Marks.end()); });
   image.Marks.erase(std::remove_if(begin, image.Marks.end(), isTaken), image.Marks.end());
   image.Dirty.Add(x, 0, image.Width() - 1, image.Height() - 1);
-  if (!noted) return;
-  std::reverse(back.begin(), back.end());
-  Note(image, RasterEvent::Kind::TakenBack, false, back);
-  image.Noted.Marks = image.Marks.size();
+  if (noted) image.Noted.Marks = image.Marks.size();
 }
 
 void ClearMarks(PlotImage& image) {
@@ -217,13 +224,11 @@ PictureBox SetPicture(PlotImage& image, PictureBox picture) {
   ForgetEdit(image);
   if (image.Box == nullptr) image.Box = std::make_shared<Raster>();
   PictureBox replaced = image.Box;
+  if (image.Noted.Kept)
+    image.Noted.Events.push_back(
+        {.Is = RasterEvent::Kind::Replaced, .Pixels = {}, .Before = replaced, .After = picture});
   ShowBox(image, picture);
   image.HasUndo = false;
-  if (image.Noted.Kept)
-    image.Noted.Events.push_back({.Is = RasterEvent::Kind::Replaced,
-                                  .Pixels = {},
-                                  .Before = replaced,
-                                  .After = std::move(picture)});
   return replaced;
 }
 

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "base/or_else.h"
 #include "raster/plot_image.h"
 
 namespace graphize {
@@ -68,16 +69,23 @@ OverdrawnPixels& LogOf(PlotImage& image, const RasterEvent& event) {
   return event.Edit ? image.LastEdit : image.Marks;
 }
 
+/// The event keeps them until all is well.
+OverdrawnPixels PixelsOf(const RasterEvent& event) {
+  return PixelLog(event.Pixels).Take();
+}
+
 /// Draws the event's pixels, onto the end of the image's log.
 void PutOn(PlotImage& image, RasterEvent& event) {
-  OverdrawnPixels pixels = event.Pixels.Take();
+  OverdrawnPixels pixels = PixelsOf(event);
+  OverdrawnPixels& log = LogOf(image, event);
   event.Count = pixels.size();
   SwapForward(image, pixels, event.Edit);
-  OverdrawnPixels& log = LogOf(image, event);
   if (log.empty())
-    log = std::move(pixels);
+    log.swap(pixels);
   else
-    log.insert(log.end(), pixels.begin(), pixels.end());
+    OrElse([&] { log.insert(log.end(), pixels.begin(), pixels.end()); },
+           [&] { SwapBackward(image, pixels, event.Edit); });
+  event.Pixels = PixelLog();
 }
 
 /// The reverse: the newest pixels of the image's log.
@@ -85,16 +93,16 @@ void TakeOff(PlotImage& image, RasterEvent& event) {
   OverdrawnPixels& log = LogOf(image, event);
   const auto first = log.end() - static_cast<std::ptrdiff_t>(event.Count);
   OverdrawnPixels pixels(first, log.end());
-  log.erase(first, log.end());
   SwapBackward(image, pixels, event.Edit);
-  event.Pixels = PixelLog(pixels);
+  OrElse([&] { event.Pixels = PixelLog(pixels); }, [&] { SwapForward(image, pixels, event.Edit); });
+  log.erase(first, log.end());
 }
 
 void Exchange(PlotImage& image, RasterEvent& event) {
   OverdrawnPixels& log = LogOf(image, event);
-  OverdrawnPixels pixels = event.Pixels.Take();
+  OverdrawnPixels pixels = PixelsOf(event);
+  event.Pixels = PixelLog(log);
   log.swap(pixels);
-  event.Pixels = PixelLog(pixels);
 }
 
 void NoteDrawn(RasterEvents& noted, bool edit, std::size_t& before, std::size_t now) {

@@ -4,7 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <deque>
+#include <list>
 #include <memory>
 #include <optional>
 #include <string>
@@ -57,6 +57,9 @@ struct DocumentDelta {
 /// points by keys, one after the other, are one entry. Modes, a refresh, the
 /// selection in the list and what has no step in the recipe pass: Undo goes through them. After an
 /// Undo they are dropped, so that Redo finds the document as Undo has left it.
+///
+/// Where the memory for it is not there, whatever is asked changes nothing: a commit is made up for
+/// by the next one.
 class History {
  public:
   /// `budget`, in bytes, is for everything but one picture; the oldest entries beyond it go.
@@ -67,6 +70,8 @@ class History {
   /// After every command, also when it failed: keeps what has become different, and says in
   /// `ws.undoNames` what can be undone. While the pen is down, nothing: its way is one change.
   void Commit(Workspace& ws);
+  /// After a command that could not be done: the document is as it was at the last commit.
+  void TakeBack(Workspace& ws);
   /// End what a press on the picture has begun, then take back the last entry or do it again. False
   /// when there is none. The recipe goes along. While points or a rectangle are dragged, Undo gives
   /// that up and takes nothing back.
@@ -83,20 +88,22 @@ class History {
  private:
   struct Entry {
     std::string Name;
-    PointSet Nudged;              // by keys alone
-    std::vector<Change> Changes;  // the passing ones behind the first
+    PointSet Nudged;            // by keys alone
+    std::list<Change> Changes;  // the passing ones behind the first
   };
   enum class Way { Back, Forth };
 
-  /// What has become different since the last time, and its name unless it is passing.
-  std::optional<Change> FindChange(Workspace& ws, std::string& name);
+  /// What has become different since the last time, and its name unless it is passing. False where
+  /// nothing has.
+  bool FindChange(Workspace& ws, Change& change, std::string& name);
   /// The points that were active before another curve became so, as they were at the last commit.
-  std::shared_ptr<const PointStore> TakeLeft(Workspace& ws);
+  std::shared_ptr<const PointStore> LeftPoints(const Workspace& ws) const;
   void NoteTheRest(Workspace& ws);
-  void AddPassing(Change change);
+  void AddPassing(std::list<Change>& from);
   /// Makes the change a part of the last entry when both move the same points by keys.
-  bool Join(Change& change, const PointSet& nudged);
+  bool Join(const Change& change, const PointSet& nudged);
   void Apply(Workspace& ws, Change& change, Way way);
+  void Apply(Workspace& ws, Entry& entry, Way way);
   bool Apply(Workspace& ws, Way way);
   void DropPassing(Workspace& ws);
   void DropOldest();
@@ -113,9 +120,10 @@ class History {
   int recipe_ = 0;             // its number
   std::size_t steps_ = 0;      // in it
   DocumentDelta delta_;
-  std::deque<Entry> undo_;
-  std::vector<Entry> redo_;
-  std::vector<Change> passing_;  // while there is something to redo
+  // Lists: what moves from one to another needs no memory for that.
+  std::list<Entry> undo_;
+  std::list<Entry> redo_;
+  std::list<Change> passing_;  // while there is something to redo
   std::size_t bytes_ = 0;
   std::size_t sharedBytes_ = 0;  // of all whole pictures but the largest, and curves put away
   bool sharedChanged_ = false;   // and they are to be counted anew

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <ctime>
+#include <new>
+#include <system_error>
 #include <utility>
 
 #include "base/run_time_error.h"
@@ -115,28 +117,38 @@ bool Journal::TakePicture(Workspace& ws, const fs::path& copy) {
 
 void Journal::Append(Workspace& ws, const DocumentDelta& delta) {
   if (sessions_.empty()) return;
-  // What no command notes: options, and what is saved with the project.
-  std::vector<std::string> options = OptionValues(ws);
-  const bool isOther = options != options_ || ws.projectsSaved != projectsSaved_;
-  if (!delta.Any && !isOther) return;
-  options_ = std::move(options);
-  projectsSaved_ = ws.projectsSaved;
-  const bool isEmpty = ws.recipe.Steps.empty() && !ws.plot.IsPresent();
-  if ((file_ == nullptr && isEmpty) || !Begin()) return;
-  DocumentDelta told = delta;
-  told.Records = told.Records || isOther;
   std::error_code failure;
-  if (whole_ && !delta.Anew && file_->Size() <= std::max(most_, 2 * start_)) {
-    failure = file_->Append(EventText(ws, told, {number_ + 1, clock_()}, told_));
-    if (!failure) ++number_;
-    whole_ = !failure;
-  } else {
-    failure = WriteWhole(ws, told);
+  try {
+    if (!Write(ws, delta, failure)) return;
+  } catch (const std::bad_alloc&) {
+    failure = std::make_error_code(std::errc::not_enough_memory);
+  } catch (const std::system_error& error) {  // no thread to be had
+    failure = error.code();
   }
+  whole_ = !failure;
   // A picture that found no room may have it by now.
   if (!failure && complained_) notKept_.reset();
   Tell(failure);
   if (failure && file_ == nullptr) LeaveNothing(ws);
+}
+
+bool Journal::Write(Workspace& ws, DocumentDelta delta, std::error_code& failure) {
+  // What no command notes: options, and what is saved with the project.
+  std::vector<std::string> options = OptionValues(ws);
+  const bool isOther = options != options_ || ws.projectsSaved != projectsSaved_;
+  if (!delta.Any && !isOther) return false;
+  options_ = std::move(options);
+  projectsSaved_ = ws.projectsSaved;
+  const bool isEmpty = ws.recipe.Steps.empty() && !ws.plot.IsPresent();
+  if ((file_ == nullptr && isEmpty) || !Begin()) return false;
+  delta.Records = delta.Records || isOther;
+  if (whole_ && !delta.Anew && file_->Size() <= std::max(most_, 2 * start_)) {
+    failure = file_->Append(EventText(ws, delta, {number_ + 1, clock_()}, told_));
+    if (!failure) ++number_;
+  } else {
+    failure = WriteWhole(ws, delta);
+  }
+  return true;
 }
 
 std::error_code Journal::WriteWhole(Workspace& ws, const DocumentDelta& delta) {
@@ -152,15 +164,11 @@ std::error_code Journal::WriteWhole(Workspace& ws, const DocumentDelta& delta) {
     failure =
         file->Append(JournalStart() +
                      EventText(ws, delta, {.Number = 1, .Time = clock_(), .Whole = true}, told));
-  if (failure) {
-    whole_ = false;
-    return failure;
-  }
+  if (failure) return failure;
   before_ = std::exchange(file_, std::move(file));
   told_ = std::move(told);
   number_ = 1;
   start_ = file_->Size();
-  whole_ = true;
   return {};
 }
 

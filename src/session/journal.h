@@ -61,6 +61,8 @@ class Journal {
 
  private:
   bool Begin();
+  /// False when there is nothing to write, or no place for it.
+  bool Write(Workspace& ws, DocumentDelta delta, std::error_code& failure);
   std::error_code WriteWhole(Workspace& ws, const DocumentDelta& delta);
   void Tell(const std::error_code& failure);
   /// A journal that could not begin: nothing of the session stays on the disk.

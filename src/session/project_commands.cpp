@@ -64,9 +64,9 @@ bool SaveProjectTo(Workspace& ws, const Desktop& desktop, const fs::path& path) 
     NamingTheFile("Cannot save the project \"%1\".", path, [&] {
       const auto bytes = ProjectBytes(ws, desktop);
       if (!bytes) return;
+      hasOriginal = HoldsPictureFile(*bytes);
       ThrowSystemError(ReplaceWholeFile(path, *bytes));
       saved = true;
-      hasOriginal = HoldsPictureFile(*bytes);
     });
   } catch (const RunTimeError& error) {
     fault = error.what();

@@ -21,6 +21,17 @@ void PutBackAfterError(Workspace& ws) {
   ShowPictureCaption(ws);
 }
 
+class CommandRuns {
+ public:
+  explicit CommandRuns(Workspace& ws) : ws_(ws) { ws_.commandRuns = true; }
+  ~CommandRuns() { ws_.commandRuns = false; }
+  CommandRuns(const CommandRuns&) = delete;
+  CommandRuns& operator=(const CommandRuns&) = delete;
+
+ private:
+  Workspace& ws_;
+};
+
 }  // namespace
 
 std::string Guarded(Workspace& ws, const Desktop& desktop, const std::function<void()>& work) {
@@ -30,7 +41,8 @@ std::string Guarded(Workspace& ws, const Desktop& desktop, const std::function<v
   } catch (const RunTimeError& e) {
     error = e.what();
   } catch (const std::bad_alloc&) {
-    error = Tr("Out of memory");
+    PutBackAfterError(ws);
+    throw;
   } catch (const std::exception& e) {
     error = Tr("Unexpected error: %1", std::string(e.what()));
   }
@@ -40,14 +52,18 @@ std::string Guarded(Workspace& ws, const Desktop& desktop, const std::function<v
   return error;
 }
 
-bool RunCommand(Workspace& ws, const Desktop& desktop, const std::function<void()>& command) {
-  if (ws.commandRuns) return false;
-  ws.commandRuns = true;
-  const bool done = Guarded(ws, desktop, command).empty();
-  DropStaleReading(ws);
-  DropStaleAxes(ws);
-  ws.commandRuns = false;
-  return done;
+CommandEnd RunCommand(Workspace& ws, const Desktop& desktop, const std::function<void()>& command) {
+  if (ws.commandRuns) return CommandEnd::Dropped;
+  const CommandRuns runs(ws);
+  try {
+    const bool done = Guarded(ws, desktop, command).empty();
+    DropStaleReading(ws);
+    DropStaleAxes(ws);
+    return done ? CommandEnd::Done : CommandEnd::Failed;
+  } catch (const std::bad_alloc&) {
+    Tell(desktop, "Out of memory", MessageIcon::Critical);
+    return CommandEnd::OutOfMemory;
+  }
 }
 
 }  // namespace graphize

@@ -119,7 +119,7 @@ std::string CheckLibrary(const fs::path& path, bool isTest, std::string_view hea
 /// above the logic, and what feeds every reader above that.
 std::string LevelOfTests(const std::string& folder) {
   if (folder == "support") return "widgets";
-  return folder == "fuzz" ? "app" : folder;
+  return folder == "fuzz" || folder == "faults" ? "app" : folder;
 }
 
 /// A header in quotes: what is wrong with it here, or nothing.

@@ -42,7 +42,8 @@ class ImageToolsCommands : public ::testing::Test {
     SetAmount(ws.imageTools, amount);
     statuses.clear();
     ws.status.Status.clear();  // what stood there before would be seen by a pump of slow work
-    EXPECT_TRUE(RunCommand(ws, desktop, [this] { Do(ws, desktop, StepOfForm(ws.imageTools)); }));
+    EXPECT_EQ(RunCommand(ws, desktop, [this] { Do(ws, desktop, StepOfForm(ws.imageTools)); }),
+              CommandEnd::Done);
     EXPECT_FALSE(ws.imageTools.Busy || ws.status.ProgressVisible || ws.window.Hourglass);
     SeeStatus();
   }

@@ -861,14 +861,15 @@ TEST_F(WorkspaceTest, SettingsComeFromTheFileAndGoBackToIt) {
 
 TEST_F(WorkspaceTest, OnePlaceEndsEveryCommand) {
   desktop.ExpectMessage("Overflow");
-  EXPECT_FALSE(RunCommand(ws, desktop, [&] {
+  const CommandEnd end = RunCommand(ws, desktop, [&] {
     ws.window.Hourglass = ws.mouse.TraceRunning = true;
-    EXPECT_FALSE(RunCommand(ws, desktop, [] { FAIL() << "nested"; }));
+    EXPECT_EQ(RunCommand(ws, desktop, [] { FAIL() << "nested"; }), CommandEnd::Dropped);
     throw RunTimeError("Overflow");
-  }));
+  });
+  EXPECT_EQ(end, CommandEnd::Failed);
   EXPECT_FALSE(ws.window.Hourglass || ws.mouse.TraceRunning || ws.commandRuns);
   EXPECT_EQ(desktop.Messages[0].Icon, MessageIcon::Critical);
-  EXPECT_TRUE(RunCommand(ws, desktop, [] {}));
+  EXPECT_EQ(RunCommand(ws, desktop, [] {}), CommandEnd::Done);
 }
 
 }  // namespace
