@@ -18,6 +18,7 @@
 #include <utility>
 
 #include "base/run_time_error.h"
+#include "base/tokens.h"
 #include "base/translation.h"
 #include "codecs/picbuf.h"
 #include "raster/plot_view.h"
@@ -385,7 +386,8 @@ std::optional<std::filesystem::path> QtDesktop::ChooseFile(const FileQuestion& q
 
 std::vector<std::filesystem::path> QtDesktop::ChooseFiles(const FileQuestion& question) {
   auto files = AskForFiles(question, true);
-  std::sort(files.begin(), files.end());
+  std::sort(files.begin(), files.end(),
+            [](const auto& a, const auto& b) { return NumbersInOrder(a.string(), b.string()); });
   return files;
 }
 
