@@ -1,7 +1,9 @@
 #pragma once
 
+#include <QHash>
 #include <QMainWindow>
 #include <QPointer>
+#include <QSize>
 #include <filesystem>
 #include <functional>
 #include <thread>
@@ -100,6 +102,8 @@ class MainWindow : public QMainWindow {
   /// Space held over the picture lets the left button drag the view; not that which is pressed for
   /// a control that the Tab key has led to.
   bool TakeSpace(QObject* watched, QEvent* event);
+  /// Shift holds the snap of axis clicks off, also while the pointer rests.
+  void FollowShift(const QObject* watched, const QEvent* event);
   void ConnectReading();
   void ConnectAxes();
   void RenderReading();
@@ -204,6 +208,8 @@ class MainWindow : public QMainWindow {
   std::unique_ptr<StatusPanels> status_;
   Form formShown_ = Form::None;
   FormDialog* form_ = nullptr;
+  QSize formPlaced_;                 // its size as it was opened
+  QHash<QString, QSize> formSizes_;  // of those that were made larger or smaller, by their names
   std::function<void()> renderForm_;
   QtDesktop* desktop_ = nullptr;
   std::unique_ptr<HelpWindow> help_;  // made when first asked for

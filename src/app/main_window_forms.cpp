@@ -21,6 +21,7 @@ void MainWindow::RenderForm() {
     formShown_ = ws_.form;
     renderForm_ = nullptr;
     if (FormDialog* closed = std::exchange(form_, nullptr)) {
+      if (closed->size() != formPlaced_) formSizes_[closed->objectName()] = closed->size();
       closed->hide();
       activateWindow();  // a box over the form may have gone with it, and with both the focus
       closed->deleteLater();
@@ -89,8 +90,10 @@ void MainWindow::PlaceForm() {
   const QPoint corner = centralWidget()->mapToGlobal(centralWidget()->rect().bottomLeft());
   const int frame = frameGeometry().height() - height();
   const QRect screen = this->screen()->availableGeometry();
-  const QSize size = form_->sizeHint().boundedTo(screen.size() - QSize(0, frame));
+  const QSize wanted = formSizes_.value(form_->objectName(), form_->sizeHint());
+  const QSize size = wanted.boundedTo(screen.size() - QSize(0, frame));
   form_->resize(size);
+  formPlaced_ = form_->size();
   form_->move(
       std::clamp(corner.x(), screen.left(), std::max(screen.right() - size.width(), screen.left())),
       std::max(corner.y() - size.height() - frame, screen.top()));

@@ -15,6 +15,7 @@
 #include <utility>
 
 #include "app/clipboard.h"
+#include "base/tokens.h"
 #include "base/translation.h"
 #include "raster/plot_view.h"
 #include "raster/size_limits.h"
@@ -314,7 +315,8 @@ std::optional<std::filesystem::path> QtDesktop::ChooseFile(const FileQuestion& q
 
 std::vector<std::filesystem::path> QtDesktop::ChooseFiles(const FileQuestion& question) {
   auto files = AskForFiles(question, true);
-  std::sort(files.begin(), files.end());
+  std::sort(files.begin(), files.end(),
+            [](const auto& a, const auto& b) { return NumbersInOrder(a.string(), b.string()); });
   return files;
 }
 

@@ -1,5 +1,6 @@
 #include "base/tokens.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 
@@ -54,6 +55,31 @@ std::optional<int> IntegerText(std::string_view text, int least, int most) {
   if (error != std::errc() || stop != text.data() + text.size() || number < least || number > most)
     return std::nullopt;
   return number;
+}
+
+bool NumbersInOrder(std::string_view a, std::string_view b) {
+  const std::string_view first = a, second = b;
+  while (!a.empty() && !b.empty()) {
+    const auto takeDigits = [](std::string_view& text) {
+      const std::size_t end = std::min(text.find_first_not_of("0123456789"), text.size());
+      std::string_view digits = text.substr(0, end);
+      text.remove_prefix(end);
+      digits.remove_prefix(std::min(digits.find_first_not_of('0'), digits.size()));
+      return digits;
+    };
+    const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
+    if (!isDigit(a.front()) || !isDigit(b.front())) {
+      if (a.front() != b.front()) return a.front() < b.front();
+      a.remove_prefix(1);
+      b.remove_prefix(1);
+      continue;
+    }
+    const std::string_view one = takeDigits(a), other = takeDigits(b);
+    if (one.size() != other.size()) return one.size() < other.size();
+    if (one != other) return one < other;
+  }
+  if (a.empty() != b.empty()) return a.empty();
+  return first < second;
 }
 
 }  // namespace graphize

@@ -21,4 +21,8 @@ std::optional<double> WholeNumberText(std::string_view text);
 /// The same for an integer from `least` to `most`.
 std::optional<int> IntegerText(std::string_view text, int least, int most);
 
+/// Whether `a` stands before `b` where digits that follow each other are a number: "page2.tif"
+/// before "page10.tif".
+bool NumbersInOrder(std::string_view a, std::string_view b);
+
 }  // namespace graphize

@@ -10,12 +10,14 @@
 #include <thread>
 #include <utility>
 
+#include "base/checksum.h"
 #include "base/run_time_error.h"
 #include "base/temporary_folder.h"
 #include "base/translation.h"
 #include "base/whole_file.h"
 #include "batch/console.h"
 #include "batch/job.h"
+#include "batch/other_pictures_list.h"
 #include "raster/picture_operation.h"
 #include "session/project_commands.h"
 #include "session/project_file.h"
@@ -65,29 +67,96 @@ fs::file_time_type TimeOf(const fs::path& file) {
   return none ? fs::file_time_type() : time;
 }
 
-/// A project that is another than the one that was written or looked at last counts as mended.
+/// A project that was saved since it was written or looked at last counts as mended; one that went
+/// leaves its picture waiting.
 void LookAtProject(OtherPicture& picture) {
-  const fs::file_time_type time = TimeOf(picture.Project());
-  if (time == fs::file_time_type() || time == picture.Written) return;
+  const fs::file_time_type time = TimeOf(picture.Project()), none;
+  if (time == picture.Written) return;
+  if (time == none) return void(picture = {.File = picture.File});
+  const bool wasDone = picture.Is != State::Waiting;
   picture.Written = time;
-  picture.Is = State::Mended;
+  picture.Is = wasDone ? State::Mended : State::There;
   picture.Reason.clear();
   try {
-    const ProjectSteps steps = ReadProjectSteps(ReadProjectFile(picture.Project()));
-    picture.Points = ReadRecipe(steps.Recipe, {}).Points.value_or(0);
+    const std::string project = ReadProjectFile(picture.Project());
+    picture.Checksum = Crc32(project);
+    picture.Points = ReadRecipe(ReadProjectSteps(project).Recipe, {}).Points.value_or(0);
   } catch (const RunTimeError& error) {
     picture.Is = State::Failed;
     picture.Reason = OneLine(error.what());
   }
 }
 
-void TakeCalibrated(Workspace& ws) {
+/// A project of the same content is the one that was written, whatever its time says: folders are
+/// copied.
+void TakeTimeOfSame(OtherPicture& picture) {
+  const fs::file_time_type time = TimeOf(picture.Project());
+  if (time == fs::file_time_type() || time == picture.Written || picture.Is == State::Waiting)
+    return;
+  try {
+    if (Crc32(ReadProjectFile(picture.Project())) == picture.Checksum) picture.Written = time;
+  } catch (const RunTimeError&) {
+    // Whoever looks at it next tells.
+  }
+}
+
+/// Beside the calibrated picture; where that was of another computer, beside its project.
+fs::path ListFileOf(const Workspace& ws) {
+  fs::path file = ws.picture.ChosenPath;
+  if (file.empty()) return {};
+  std::error_code ignored;
+  if (!fs::is_directory(file.parent_path(), ignored) && ws.project.IsOf(ws.recipe))
+    file = ws.project.File.parent_path() / file.filename();
+  return file += ".pages";
+}
+
+/// The list as it was left. One that cannot be read stays as it is.
+void TakeKeptList(OtherPicturesForm& form, const Desktop& desktop) {
+  constexpr std::size_t kLargestList = 1u << 28;  // bytes
+  std::error_code failure;
+  if (form.ListFile.empty() || !fs::exists(form.ListFile, failure)) return;
+  try {
+    std::string text;
+    ThrowSystemError(ReadWholeFile(form.ListFile, kLargestList, text));
+    form.Pictures = ReadOtherPictures(text, form.ListFile.parent_path());
+    form.Kept = std::move(text);
+  } catch (const RunTimeError& error) {
+    form.KeepFault = OneLine(error.what());
+    const fs::path unread = std::exchange(form.ListFile, {});
+    return Tell(
+        desktop,
+        Tr("The list of pictures \"%1\" cannot be read.\r\n%2", unread.string(), form.KeepFault),
+        MessageIcon::Exclamation);
+  }
+  for (OtherPicture& picture : form.Pictures) TakeTimeOfSame(picture);
+}
+
+void KeepList(OtherPicturesForm& form) {
+  if (form.ListFile.empty()) return;
+  std::string text;
+  if (!form.Pictures.empty()) text = OtherPicturesText(form.Pictures, form.ListFile.parent_path());
+  if (text == form.Kept) return;
+  std::error_code failure;
+  if (text.empty())
+    fs::remove(form.ListFile, failure);
+  else
+    failure = ReplaceWholeFile(form.ListFile, text);
+  form.KeepFault = failure ? failure.message() : std::string();
+  if (!failure) form.Kept = std::move(text);
+}
+
+void TakeCalibrated(Workspace& ws, const Desktop& desktop) {
   OtherPicturesForm& form = ws.otherPictures;
   form.Recipe = RecipeText(ws, {});
   form.RecipeNumber = ws.recipe.Number;
   form.Calibrated = ws.picture.Name;
   form.CalibratedFile = ws.picture.ChosenPath;
   form.CalibratedBytes = ws.picture.Bytes;
+  if (!form.Pictures.empty()) return;
+  form.ListFile = ListFileOf(ws);
+  form.Kept.clear();
+  form.KeepFault.clear();
+  TakeKeptList(form, desktop);
 }
 
 /// Whether the document is one of the pictures.
@@ -110,9 +179,8 @@ fs::path CalibratedFile(const OtherPicturesForm& form, std::optional<TemporaryFo
   return file;
 }
 
-/// Does one picture; all that goes wrong is told in it.
-OtherPicture DoPicture(OtherPicture picture, const std::vector<BatchStep>& steps,
-                       const JobOptions& options) {
+void DoPicture(OtherPicture& picture, const std::vector<BatchStep>& steps,
+               const JobOptions& options) {
   JobResult result;
   try {
     RunJob(steps, {picture.File}, options, result);
@@ -122,25 +190,39 @@ OtherPicture DoPicture(OtherPicture picture, const std::vector<BatchStep>& steps
     const bool refused = result.Registration && !result.Registration->Fits();
     picture.Is = refused ? State::Refused : State::Failed;
     picture.Reason = OneLine(refused ? result.Registration->Refusal : error.what());
-  } catch (const std::bad_alloc&) {
-    picture.Is = State::Failed;
-    picture.Reason = Tr("There is not enough memory.");
   }
   picture.Points = result.Points;
   if (result.Registration) picture.Worst = result.Registration->Worst;
   picture.Thumbnail = ThumbnailOf(result.Picture, result.Places);
-  if (result.Table.empty()) return picture;
+  if (result.Table.empty()) return;
   std::error_code ignored;
   // Somebody has put one there since the list was made.
   if (fs::exists(picture.Project(), ignored)) {
-    LookAtProject(picture);
-    return picture;
+    picture.Is = State::Waiting;
+    return LookAtProject(picture);
   }
   if (const std::error_code error = ReplaceWholeFile(picture.Project(), result.Table)) {
     picture.Is = State::Failed;
     picture.Reason = Tr("its project cannot be written: %1", error.message());
   }
   picture.Written = TimeOf(picture.Project());
+  picture.Checksum = Crc32(result.Table);
+}
+
+/// All that goes wrong is told in the picture: nobody catches what ends a thread.
+OtherPicture Done(OtherPicture picture, const std::vector<BatchStep>& steps,
+                  const JobOptions& options) {
+  const auto fail = [&](std::string why) {
+    picture.Is = State::Failed;
+    picture.Reason = std::move(why);
+  };
+  try {
+    DoPicture(picture, steps, options);
+  } catch (const std::bad_alloc&) {
+    fail(Tr("There is not enough memory."));
+  } catch (const std::exception& error) {
+    fail(OneLine(error.what()));
+  }
   return picture;
 }
 
@@ -169,7 +251,7 @@ class Workers {
  private:
   void TakePictures() {
     for (std::size_t next; !stopped_ && (next = next_++) < waiting_.size();) {
-      OtherPicture done = DoPicture(waiting_[next], steps_, options_);
+      OtherPicture done = Done(waiting_[next], steps_, options_);
       const std::scoped_lock lock(mutex_);
       done_.push_back(std::move(done));
     }
@@ -221,12 +303,18 @@ void DoWaiting(Workspace& ws, const Desktop& desktop) {
                [](const OtherPicture& picture) { return picture.Is == State::Waiting; });
   const std::size_t all = waiting.size();
   std::size_t done = 0;
+  constexpr auto kBetweenLists = std::chrono::seconds(1);  // a list of thousands takes its time
+  auto kept = std::chrono::steady_clock::now();
   Workers workers(std::move(waiting), steps, options);
   for (bool ended = false; !ended;) {
     ended = workers.AreDone();  // before what there is is taken
     std::vector<OtherPicture> finished = workers.Take();
     done += finished.size();
     TakeOver(form, std::move(finished));
+    if (const auto now = std::chrono::steady_clock::now(); now - kept > kBetweenLists) {
+      KeepList(form);
+      kept = now;
+    }
     ws.status.ProgressVisible = true;
     ws.status.ProgressValue = static_cast<int>(100 * done / all);
     desktop.Pump();
@@ -244,16 +332,17 @@ bool CanShowOtherPictures(const Workspace& ws) {
 void ShowOtherPictures(Workspace& ws, const Desktop& desktop) {
   OtherPicturesForm& form = ws.otherPictures;
   if (form.Pictures.empty() || form.RecipeNumber == ws.recipe.Number) {
-    TakeCalibrated(ws);
+    TakeCalibrated(ws, desktop);
   } else if (!IsOfList(ws) &&
              AskYesNo(desktop,
                       Tr("The list is of pictures like \"%1\".\r\n\r\nDo you want to begin a new "
                          "list for the present picture ?",
                          form.Calibrated))) {
     form = {.Changes = form.Changes};
-    TakeCalibrated(ws);
+    TakeCalibrated(ws, desktop);
   }
   for (OtherPicture& picture : form.Pictures) LookAtProject(picture);
+  KeepList(form);
   ++form.Changes;
   ws.form = Form::OtherPictures;
 }
@@ -272,6 +361,7 @@ void AddOtherPictures(Workspace& ws, const Desktop& desktop) {
     form.Pictures.push_back({.File = file});
     LookAtProject(form.Pictures.back());
   }
+  KeepList(form);
   ++form.Changes;
 }
 
@@ -280,6 +370,7 @@ void RemoveOtherPicture(Workspace& ws) {
   if (!IsOtherPictureSelected(form)) return;
   form.Pictures.erase(form.Pictures.begin() + form.Selected);
   form.Selected = std::min(form.Selected, static_cast<int>(form.Pictures.size()) - 1);
+  KeepList(form);
   ++form.Changes;
 }
 
@@ -316,6 +407,7 @@ void RunOtherPictures(Workspace& ws, const Desktop& desktop) {
     fault = error.what();
   }
   form.IsRunning = false;
+  KeepList(form);
   ++form.Changes;
   ws.status.ProgressVisible = false;
   ws.status.Status = CanRunOtherPictures(form) ? Tr("Stopped: the rest waits") : std::string(" ");

@@ -9,12 +9,13 @@ namespace graphize {
 // the same layout.
 
 bool CanShowOtherPictures(const Workspace& ws);
-/// Opens it. The present picture is the calibrated one, unless it is one of the list; a list for
-/// another picture is begun anew only after a question.
+/// Opens it. The present picture is the calibrated one, unless it is one of the list; its list is
+/// the one that was left beside it. A list for another picture is begun anew only after a
+/// question.
 void ShowOtherPictures(Workspace& ws, const Desktop& desktop);
 
-/// Asks for pictures and adds them to the list. A picture whose project is there already counts as
-/// mended.
+/// Asks for pictures and adds them to the list. A picture whose project is there already is not
+/// done.
 void AddOtherPictures(Workspace& ws, const Desktop& desktop);
 /// The selected one leaves the list; its project stays.
 void RemoveOtherPicture(Workspace& ws);

@@ -56,7 +56,7 @@ struct Desktop {
   std::function<std::string(const TextPrompt&)> Prompt;
   /// The path exactly as chosen, or nothing after Cancel.
   std::function<std::optional<std::filesystem::path>(const FileQuestion&)> ChooseFile;
-  /// Several files to open, in the order of their names; none after Cancel.
+  /// Several files to open, in the order of their names, page 2 before page 10; none after Cancel.
   std::function<std::vector<std::filesystem::path>(const FileQuestion&)> ChooseFiles;
 
   /// A picture, or files that a file manager put there.

@@ -37,9 +37,11 @@ const char* TextOf(State state) {
     case State::Failed:
       return Marked("failed");
     case State::Mended:
+      return Marked("mended");
+    case State::There:
       break;
   }
-  return Marked("mended");
+  return Marked("there before");
 }
 
 QPixmap PixmapOf(const Raster& picture) {
@@ -54,7 +56,7 @@ std::string Summary(const OtherPicturesForm& form) {
     return Tr(
         "Add pictures of the same layout. The points of each are kept in a project beside "
         "it.");
-  std::array<int, 6> counts{};
+  std::array<int, 7> counts{};
   for (const OtherPicture& picture : form.Pictures) ++counts[static_cast<std::size_t>(picture.Is)];
   std::string text;
   for (std::size_t i = 0; i < counts.size(); ++i)
@@ -64,7 +66,22 @@ std::string Summary(const OtherPicturesForm& form) {
   return text;
 }
 
+/// Of the selected picture the remark, which its column may be too narrow for.
+std::string HintOf(const OtherPicturesForm& form) {
+  std::string text = Summary(form);
+  if (!form.KeepFault.empty()) text += "\n" + Tr("The list is not kept: %1", form.KeepFault);
+  if (form.Selected < 0 || form.Selected >= static_cast<int>(form.Pictures.size())) return text;
+  const OtherPicture& picture = form.Pictures[static_cast<std::size_t>(form.Selected)];
+  if (!picture.Reason.empty())
+    text += "\n" + picture.File.filename().string() + ": " + picture.Reason;
+  return text;
+}
+
 }  // namespace
+
+QSize OtherPicturesDialog::sizeHint() const {
+  return FormDialog::sizeHint().expandedTo({960, 640});
+}
 
 OtherPicturesDialog::OtherPicturesDialog(QWidget* parent)
     : FormDialog("FRM_OtherPictures", tr("Do for Other Pictures"), parent) {
@@ -91,6 +108,10 @@ OtherPicturesDialog::OtherPicturesDialog(QWidget* parent)
   hint_ = Named(new QLabel, "LBL_Hint", tr("Hint"));
   hint_->setTextFormat(Qt::PlainText);
   hint_->setWordWrap(true);
+  hint_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  // Room for a remark: the list keeps its height while it is stepped through.
+  hint_->setMinimumHeight(3 * hint_->fontMetrics().lineSpacing());
+  hint_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
   column->addWidget(hint_);
 
   add_ = Named(new QPushButton(tr("&Add...")), "BTN_Add");
@@ -111,7 +132,7 @@ OtherPicturesDialog::OtherPicturesDialog(QWidget* parent)
   stop_->setToolTip(tr("Stop; what was begun is finished, the rest waits"));
   stop_->setProperty(kStopsCommand, true);
   auto* close = Named(new QPushButton(tr("&Close")), "BTN_Cancel");
-  close->setToolTip(tr("Close this window; the list stays until the program ends"));
+  close->setToolTip(tr("Close this window; the list is kept beside the calibrated picture"));
   AddButtons({run_, stop_, close});
 
   connect(add_, &QPushButton::clicked, this, &OtherPicturesDialog::AddPressed);
@@ -120,8 +141,10 @@ OtherPicturesDialog::OtherPicturesDialog(QWidget* parent)
   connect(open_, &QPushButton::clicked, this, &OtherPicturesDialog::OpenPressed);
   connect(run_, &QPushButton::clicked, this, &OtherPicturesDialog::RunPressed);
   connect(stop_, &QPushButton::clicked, this, &OtherPicturesDialog::StopPressed);
-  connect(list_, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* item) {
-    if (item != nullptr) emit Selected(list_->indexOfTopLevelItem(item));
+  // The focus alone makes a row the current one, but does not select it.
+  connect(list_, &QTreeWidget::itemSelectionChanged, this, [this] {
+    const auto items = list_->selectedItems();
+    if (!items.isEmpty()) emit Selected(list_->indexOfTopLevelItem(items.front()));
   });
   connect(list_, &QTreeWidget::itemActivated, this, &OtherPicturesDialog::OpenPressed);
 }
@@ -166,9 +189,10 @@ void OtherPicturesDialog::Render(const OtherPicturesForm& form) {
     const QSignalBlocker quiet(list_);
     QTreeWidgetItem* wanted = list_->topLevelItem(form.Selected);
     if (list_->currentItem() != wanted) list_->setCurrentItem(wanted);
+    if (wanted != nullptr) wanted->setSelected(true);
   }
   Show(calibrated_, Tr("Like %1:", form.Calibrated));
-  Show(hint_, Summary(form));
+  Show(hint_, HintOf(form));
   const auto is = [&](const auto& test) {
     return std::any_of(form.Pictures.begin(), form.Pictures.end(), test);
   };

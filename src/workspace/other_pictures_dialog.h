@@ -17,6 +17,8 @@ class OtherPicturesDialog : public FormDialog {
  public:
   explicit OtherPicturesDialog(QWidget* parent);
   void Render(const OtherPicturesForm& form);
+  /// Of many pictures many are seen.
+  QSize sizeHint() const override;
 
  signals:
   void AddPressed();

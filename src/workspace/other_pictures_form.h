@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -13,23 +14,26 @@ namespace graphize {
 /// A picture that is to be read as the calibrated one was. What comes of it is a project beside it.
 struct OtherPicture {
   /// Refused: it does not fit the calibrated page. Failed: anything else went wrong. Mended: its
-  /// project was saved by hand, or there before.
-  enum class State { Waiting, Done, Doubtful, Refused, Failed, Mended };
+  /// project was saved by hand. There: its project was there before, and nobody knows what it is.
+  enum class State { Waiting, Done, Doubtful, Refused, Failed, Mended, There };
 
   std::filesystem::path File;
   State Is = State::Waiting;
   int Points = 0;
   std::optional<double> Worst;  // residual of frame and grid, pixels
   std::string Reason;
-  std::shared_ptr<const Raster> Thumbnail;       // with the points; none while it waits
-  std::filesystem::file_time_type Written = {};  // of its project, when it was last looked at
+  std::shared_ptr<const Raster> Thumbnail;  // with the points; none while it waits
+  // Of its project, when it was last looked at.
+  std::filesystem::file_time_type Written = {};
+  std::uint32_t Checksum = 0;
 
   std::filesystem::path Project() const {
     return std::filesystem::path(File).replace_extension(".graphize");
   }
   /// Whether somebody should look at it.
   bool AsksForALook() const {
-    return Is == State::Doubtful || Is == State::Refused || Is == State::Failed;
+    return Is == State::Doubtful || Is == State::Refused || Is == State::Failed ||
+           Is == State::There;
   }
 };
 
@@ -45,7 +49,10 @@ struct OtherPicturesForm {
   int RecipeNumber = -1;
 
   std::vector<OtherPicture> Pictures;
-  int Selected = -1;  // of them
+  std::filesystem::path ListFile;  // where they are kept; empty: nowhere
+  std::string Kept;                // its text
+  std::string KeepFault;           // why they are not kept there; empty: they are
+  int Selected = -1;               // of them
   bool IsRunning = false;
   int Changes = 0;  // of anything but Selected
 };

@@ -4,6 +4,8 @@
 #include <QProcess>
 #include <QTimer>
 #include <QTreeWidget>
+#include <chrono>
+#include <fstream>
 #include <sstream>
 
 #include "app/window_driver.h"
@@ -35,6 +37,9 @@ class OtherPictures : public WindowTest {
                                             "-o",
                                             Page(0, ".graphize").string()};
     ASSERT_EQ(RunBatch(words, {out, err}), 0) << err.str();
+    OpenFirstPage();
+  }
+  void OpenFirstPage() {
     Start();
     EXPECT_FALSE(IsEnabled("MNU_FILE_OtherPictures"));
     Window().OpenWhenShown({Page(0, ".graphize")});
@@ -107,6 +112,76 @@ TEST_F(OtherPictures, AreDoneSteppedThroughAndMended) {
   EXPECT_EQ(Cell(1, 1), "refused");
   Xdo({"key", "Escape"});
   UntilFormIsClosed();
+}
+
+/// A page with a word more above its Y axis, as a factor stands there.
+Raster PageWithFactor(int page) {
+  Raster picture = RecorderPage(page);
+  for (int y = 0; y < 14; ++y)
+    for (int x = 0; x < 36; ++x) picture.Row(30 + y)[80 + x] = picture.Row(53 + y)[44 + x];
+  return picture;
+}
+
+TEST_F(OtherPictures, ComeBackInTheNextRunAsTheyWereLeft) {
+  ShowOnFirstPage();
+  Add(10, RecorderPage(10, SlipOf(10), 100));
+  Add(3, PageWithFactor(3));
+  Add(4, RecorderPage(4));
+  Add(5, PageWithFactor(5));
+  Press("BTN_Start");
+  UntilAllAreDone();
+  const auto states = [this] {
+    std::vector<OtherPicture::State> all;
+    for (const OtherPicture& picture : State().otherPictures.Pictures) all.push_back(picture.Is);
+    return all;
+  };
+  ASSERT_EQ(states(), (std::vector{State::Refused, State::Doubtful, State::Done, State::Doubtful}));
+  Find<QTreeWidget>("LST_Pictures")->setFocus();
+  Press("BTN_Next");
+  EXPECT_EQ(State().otherPictures.Selected, 0) << "nobody has looked at the first";
+  Press("BTN_Next");
+  EXPECT_EQ(State().otherPictures.Selected, 1);
+  const std::string remark = At(1).Reason;
+  EXPECT_TRUE(TextOf("LBL_Hint").contains(QString::fromStdString(remark))) << remark;
+  OpenForm()->resize(OpenForm()->size() + QSize(40, 30));
+  const QSize size = OpenForm()->size();
+  Xdo({"key", "Escape"});
+  UntilFormIsClosed();
+  ChooseForm("MNU_FILE_OtherPictures", "FRM_OtherPictures");
+  EXPECT_EQ(OpenForm()->size(), size);
+  Abandon();
+
+  // In the meantime one is copied, one changed, one goes, and there is one more.
+  const auto project = [this](int page) { return Page(page, ".graphize"); };
+  const auto hour = std::chrono::hours(1);
+  std::filesystem::last_write_time(project(3), std::filesystem::last_write_time(project(3)) + hour);
+  std::filesystem::copy_file(project(0), project(5),
+                             std::filesystem::copy_options::overwrite_existing);
+  std::filesystem::remove(project(4));
+  std::filesystem::copy_file(project(0), project(6));
+  OpenFirstPage();
+  Add(6, RecorderPage(6));
+  EXPECT_EQ(states(), (std::vector{State::Refused, State::Doubtful, State::Waiting, State::Mended,
+                                   State::There}));
+  EXPECT_EQ(At(1).Reason, remark);
+  EXPECT_TRUE(At(1).Worst.has_value());
+  EXPECT_EQ(Cell(0, 1), "refused");
+  Press("BTN_Start");
+  UntilAllAreDone();
+  EXPECT_EQ(At(2).Is, State::Done);
+  Xdo({"key", "Escape"});
+  UntilFormIsClosed();
+  Abandon();
+
+  // What cannot be read is told and stays.
+  const auto list = Page(0, ".tif.pages");
+  std::ofstream(list) << "{";
+  OnMessage("cannot be read", QMessageBox::Ok);
+  OpenFirstPage();
+  EXPECT_TRUE(State().otherPictures.Pictures.empty());
+  Add(7, RecorderPage(7));
+  EXPECT_EQ(std::filesystem::file_size(list), 1u);
+  EXPECT_TRUE(TextOf("LBL_Hint").contains("not kept"));
 }
 
 TEST_F(OtherPictures, AreStoppedAndGoneOnWith) {

@@ -7,6 +7,7 @@
 #include <cstdint>
 
 #include "base/run_time_error.h"
+#include "base/tokens.h"
 
 namespace graphize {
 namespace {
@@ -60,6 +61,15 @@ TEST(Numbers, ADecimalValueIsWrittenLikeItsSingle) {
     ASSERT_EQ(ShortestText(DecimalValue(value)), ShortestText(value));
     ASSERT_EQ(static_cast<float>(DecimalValue(value)), value);
   }
+}
+
+TEST(Numbers, NamesStandInTheOrderOfTheNumbersInThem) {
+  const std::vector<std::string> inOrder = {
+      "1.tif",      "02.tif",   "a",         "page2.tif", "page02b.tif",
+      "page10.tif", "page10a1", "page10a02", "pages",     "q9999999999999999999999"};
+  for (std::size_t i = 0; i < inOrder.size(); ++i)
+    for (std::size_t j = 0; j < inOrder.size(); ++j)
+      EXPECT_EQ(NumbersInOrder(inOrder[i], inOrder[j]), i < j) << inOrder[i] << " " << inOrder[j];
 }
 
 TEST(Numbers, CaseAndBlanks) {

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 
+#include "batch/other_pictures_list.h"
 #include "codecs/file_format.h"
 #include "codecs/picbuf.h"
 #include "fuzz/targets.h"
@@ -147,6 +148,16 @@ std::vector<std::string> SeedsOf(const FuzzTarget& target) {
                 "--errors=pixel\n-o\nout.csv\n-",
             std::string("\x02") + "--align\n--report\na.csv\nrecipe.txt\n--\na.png",
             std::string("\x04") + "a.png\n--format\njson"};
+  if (name == "list")
+    return {OtherPicturesText({{.File = "/pages/a.tif",
+                                .Is = OtherPicture::State::Doubtful,
+                                .Points = 12,
+                                .Worst = 0.25,
+                                .Reason = "several curves",
+                                .Thumbnail = {},
+                                .Checksum = 77},
+                               {.File = "/else/b.tif"}},
+                              "/pages")};
   std::string curve = std::string("\x30\x20\x18\x40", 4);
   for (int i = 0; i < 24 * 48; ++i) curve += i / 24 == 24 ? '\0' : '\x77';
   return {curve};

@@ -17,6 +17,7 @@
 #include "batch/arguments.h"
 #include "batch/commands.h"
 #include "batch/digitize.h"
+#include "batch/other_pictures_list.h"
 #include "codecs/picbuf.h"
 #include "codecs/picture_probe.h"
 #include "finding_axes/find_surroundings.h"
@@ -172,6 +173,19 @@ bool ReadsJournal(const FuzzTarget&, std::string_view input) {
   return true;
 }
 
+bool ReadsList(const FuzzTarget&, std::string_view input) {
+  const std::filesystem::path folder = "/pages";
+  std::string written;
+  try {
+    written = OtherPicturesText(ReadOtherPictures(input, folder), folder);
+  } catch (const RunTimeError&) {
+    return true;
+  }
+  Promise(OtherPicturesText(ReadOtherPictures(written, folder), folder) == written,
+          "a list of pictures reads back as itself");
+  return true;
+}
+
 bool ReadsNumber(const FuzzTarget&, std::string_view input) {
   const TypedNumber typed = ReadTyped(input);
   Promise(!std::isnan(typed.Value), "no text is no number");
@@ -255,7 +269,7 @@ const std::vector<FuzzTarget>& FuzzTargets() {
         {"settings", ReadsSettings}, {"recipe", ReadsRecipe},   {"step", ReadsStep},
         {"parts", ReadsParts},       {"project", ReadsProject}, {"journal", ReadsJournal},
         {"number", ReadsNumber},     {"pattern", ReadsPattern}, {"command-line", ReadsCommandLine},
-        {"curve", ReadsCurve}};
+        {"curve", ReadsCurve},       {"list", ReadsList}};
     for (const char* type : {"tif", "tga", "bmp", "gif", "dib", "pcx", "jpg", "png", "webp"})
       all.push_back({std::string("picture-") + type, ReadsPicture});
     return all;
