@@ -5,10 +5,10 @@
 #include <benchmark/benchmark.h>
 
 #include "calibration/transform.h"
+#include "commands/overlay.h"
 #include "raster/curve_marks.h"
 #include "raster/plot_image.h"
 #include "support/quiet_desktop.h"
-#include "workspace/overlay.h"
 
 namespace graphize {
 namespace {

@@ -8,10 +8,10 @@
 #include "base/whole_file.h"
 #include "codecs/file_format.h"
 #include "codecs/picbuf.h"
+#include "commands/do.h"
+#include "commands/replay.h"
 #include "session/project_file.h"
 #include "support/quiet_desktop.h"
-#include "workspace/do.h"
-#include "workspace/replay.h"
 
 namespace graphize {
 namespace {

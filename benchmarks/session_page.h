@@ -5,10 +5,10 @@
 #include <memory>
 #include <utility>
 
+#include "commands/do.h"
+#include "commands/replay.h"
 #include "session/history.h"
 #include "support/quiet_desktop.h"
-#include "workspace/do.h"
-#include "workspace/replay.h"
 
 namespace graphize {
 

@@ -10,12 +10,12 @@
 #include <string>
 #include <vector>
 
+#include "commands/do.h"
 #include "measure.h"
 #include "raster/black_white.h"
 #include "support/plot_drawing.h"
 #include "support/quiet_desktop.h"
 #include "tracing/ink_check.h"
-#include "workspace/do.h"
 #include "workspace/workspace.h"
 
 namespace graphize::accuracy {

@@ -11,14 +11,14 @@
 #include <vector>
 
 #include "codecs/picbuf.h"
+#include "commands/overlay.h"
+#include "commands/propose_axes_commands.h"
+#include "commands/shown_picture.h"
 #include "contact_sheet.h"
 #include "raster/plot_marks_view.h"
 #include "raster/plot_view.h"
 #include "support/quiet_desktop.h"
 #include "widgets/paint_sketch.h"
-#include "workspace/overlay.h"
-#include "workspace/propose_axes_commands.h"
-#include "workspace/shown_picture.h"
 
 namespace graphize {
 namespace {

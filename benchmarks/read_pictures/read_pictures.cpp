@@ -13,14 +13,14 @@
 
 #include "base/run_time_error.h"
 #include "codecs/picbuf.h"
+#include "commands/do.h"
+#include "commands/overlay.h"
+#include "commands/preview_commands.h"
+#include "commands/shown_picture.h"
 #include "contact_sheet.h"
 #include "raster/plot_view.h"
 #include "support/quiet_desktop.h"
 #include "widgets/paint_preview.h"
-#include "workspace/do.h"
-#include "workspace/overlay.h"
-#include "workspace/preview_commands.h"
-#include "workspace/shown_picture.h"
 
 namespace graphize {
 namespace {

@@ -15,9 +15,9 @@
 #include "app/main_window.h"
 #include "bare_reads.h"
 #include "codecs/picbuf.h"
+#include "commands/do.h"
+#include "commands/replay.h"
 #include "support/quiet_desktop.h"
-#include "workspace/do.h"
-#include "workspace/replay.h"
 
 namespace {
 

@@ -2,8 +2,8 @@
 
 #include "app/icons.h"
 #include "app/main_window.h"
+#include "commands/system_programs.h"
 #include "workspace/about_dialog.h"
-#include "workspace/system_programs.h"
 
 namespace graphize {
 

@@ -6,10 +6,10 @@
 
 #include "app/main_window.h"
 #include "calibration/axis_panel.h"
-#include "workspace/capture_commands.h"
-#include "workspace/propose_axes_commands.h"
+#include "commands/capture_commands.h"
+#include "commands/propose_axes_commands.h"
+#include "commands/reference_commands.h"
 #include "workspace/propose_axes_panel.h"
-#include "workspace/reference_commands.h"
 
 namespace graphize {
 

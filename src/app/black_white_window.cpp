@@ -1,8 +1,8 @@
 // The window FRM_BlackWhite: what its events call.
 
 #include "app/main_window.h"
+#include "commands/black_white_commands.h"
 #include "raster/black_white_dialog.h"
-#include "workspace/black_white_commands.h"
 
 namespace graphize {
 

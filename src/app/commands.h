@@ -2,8 +2,8 @@
 
 #include <span>
 
+#include "commands/do.h"
 #include "desktop/desktop.h"
-#include "workspace/do.h"
 #include "workspace/workspace.h"
 
 namespace graphize {

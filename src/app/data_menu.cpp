@@ -2,9 +2,9 @@
 
 #include "app/commands.h"
 #include "base/translation.h"
-#include "workspace/data_commands.h"
-#include "workspace/ink_check_commands.h"
-#include "workspace/read_all_preview.h"
+#include "commands/data_commands.h"
+#include "commands/ink_check_commands.h"
+#include "commands/read_all_preview.h"
 
 namespace graphize {
 

@@ -2,12 +2,12 @@
 
 #include "app/commands.h"
 #include "base/translation.h"
-#include "workspace/black_white_commands.h"
-#include "workspace/image_tools_commands.h"
-#include "workspace/ink_commands.h"
-#include "workspace/ink_preview.h"
-#include "workspace/propose_axes_commands.h"
-#include "workspace/toolbar.h"
+#include "commands/black_white_commands.h"
+#include "commands/image_tools_commands.h"
+#include "commands/ink_commands.h"
+#include "commands/ink_preview.h"
+#include "commands/propose_axes_commands.h"
+#include "commands/toolbar.h"
 
 namespace graphize {
 

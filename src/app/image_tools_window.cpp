@@ -1,8 +1,8 @@
 // The window FRM_ImageTools: what its events call.
 
 #include "app/main_window.h"
+#include "commands/image_tools_commands.h"
 #include "image_tools/image_tools_dialog.h"
-#include "workspace/image_tools_commands.h"
 
 namespace graphize {
 

@@ -24,6 +24,9 @@
 #include "calibration/axis_panel.h"
 #include "capture/curve_panel.h"
 #include "capture/read_out_panel.h"
+#include "commands/ink_check_commands.h"
+#include "commands/picture_commands.h"
+#include "commands/start_and_close.h"
 #include "data/data_list_panel.h"
 #include "raster/plot_view.h"
 #include "session/commit.h"
@@ -31,12 +34,9 @@
 #include "tracing/ink_check_panel.h"
 #include "tracing/tracer_panel.h"
 #include "widgets/show.h"
-#include "workspace/ink_check_commands.h"
 #include "workspace/next_step.h"
-#include "workspace/picture_commands.h"
 #include "workspace/propose_axes_panel.h"
 #include "workspace/reading_panel.h"
-#include "workspace/session.h"
 
 namespace graphize {
 

@@ -11,10 +11,10 @@
 
 #include "app/commands.h"
 #include "app/qt_desktop.h"
+#include "commands/do.h"
 #include "session/history.h"
 #include "session/journal.h"
 #include "session/left_session.h"
-#include "workspace/do.h"
 #include "workspace/workspace.h"
 
 class QAction;

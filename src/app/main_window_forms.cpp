@@ -5,13 +5,13 @@
 #include <utility>
 
 #include "app/main_window.h"
+#include "commands/data_commands.h"
+#include "commands/export_points.h"
+#include "commands/forms.h"
+#include "commands/help_commands.h"
 #include "data/export_dialog.h"
 #include "data/integrate_dialog.h"
 #include "data/sample_dialog.h"
-#include "workspace/data_commands.h"
-#include "workspace/export_points.h"
-#include "workspace/forms.h"
-#include "workspace/help_commands.h"
 
 namespace graphize {
 

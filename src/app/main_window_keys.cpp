@@ -9,10 +9,10 @@
 
 #include "app/main_window.h"
 #include "capture/curve_panel.h"
+#include "commands/plot_mouse.h"
+#include "commands/point_edit_commands.h"
 #include "raster/plot_view.h"
 #include "widgets/keys.h"
-#include "workspace/plot_mouse.h"
-#include "workspace/point_edit_commands.h"
 #include "workspace/propose_axes_panel.h"
 
 namespace graphize {

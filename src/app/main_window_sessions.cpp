@@ -7,9 +7,9 @@
 #include "app/main_window.h"
 #include "app/recovery_bar.h"
 #include "base/translation.h"
+#include "commands/plot_mouse.h"
 #include "raster/plot_view.h"
 #include "session/project_commands.h"
-#include "workspace/plot_mouse.h"
 
 namespace graphize {
 

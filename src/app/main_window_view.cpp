@@ -16,15 +16,15 @@
 #include "app/picture_area.h"
 #include "app/zoom_percent.h"
 #include "capture/curve_panel.h"
+#include "commands/overlay.h"
+#include "commands/plot_mouse.h"
+#include "commands/view_commands.h"
 #include "raster/overview_view.h"
 #include "raster/plot_view.h"
 #include "raster/zoom_view.h"
 #include "widgets/plot_cursor.h"
 #include "widgets/pointer.h"
 #include "widgets/show.h"
-#include "workspace/overlay.h"
-#include "workspace/plot_mouse.h"
-#include "workspace/view_commands.h"
 
 namespace graphize {
 

@@ -2,11 +2,11 @@
 
 #include "app/commands.h"
 #include "base/translation.h"
-#include "workspace/capture_commands.h"
-#include "workspace/help_commands.h"
+#include "commands/capture_commands.h"
+#include "commands/help_commands.h"
+#include "commands/options_commands.h"
+#include "commands/system_programs.h"
 #include "workspace/next_step.h"
-#include "workspace/options_commands.h"
-#include "workspace/system_programs.h"
 
 namespace graphize {
 

@@ -10,16 +10,16 @@
 
 #include "app/icons.h"
 #include "app/main_window.h"
+#include "commands/forms.h"
+#include "commands/ink_preview.h"
+#include "commands/preview_commands.h"
+#include "commands/read_all_preview.h"
+#include "commands/symbol_preview.h"
 #include "raster/plot_view.h"
 #include "widgets/show.h"
-#include "workspace/forms.h"
 #include "workspace/ink_dialog.h"
-#include "workspace/ink_preview.h"
-#include "workspace/preview_commands.h"
 #include "workspace/read_all_dialog.h"
-#include "workspace/read_all_preview.h"
 #include "workspace/reading_panel.h"
-#include "workspace/symbol_preview.h"
 
 namespace graphize {
 

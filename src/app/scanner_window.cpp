@@ -1,9 +1,9 @@
 // The scanner in the main window: whether there is one, and the events of its two forms.
 
 #include "app/main_window.h"
+#include "commands/scan_commands.h"
 #include "scanner/scan_dialog.h"
 #include "scanner/select_source_dialog.h"
-#include "workspace/scan_commands.h"
 
 namespace graphize {
 

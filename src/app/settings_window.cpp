@@ -1,8 +1,8 @@
 // The window frmOptions: what its events call.
 
 #include "app/main_window.h"
+#include "commands/options_commands.h"
 #include "settings/settings_dialog.h"
-#include "workspace/options_commands.h"
 
 namespace graphize {
 

@@ -3,8 +3,8 @@
 #include <QKeyEvent>
 #include <QMenu>
 
+#include "commands/view_commands.h"
 #include "widgets/show.h"
-#include "workspace/view_commands.h"
 
 namespace graphize {
 

@@ -6,7 +6,7 @@
 namespace graphize {
 
 /// What ends a command: the plain words that a person is shown. Thrown by operations, caught in one
-/// place around every command (workspace/run_command.h).
+/// place around every command (commands/run_command.h).
 class RunTimeError : public std::runtime_error {
  public:
   explicit RunTimeError(const std::string& plainWords) : std::runtime_error(plainWords) {}

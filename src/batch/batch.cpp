@@ -19,8 +19,8 @@
 #include "batch/standard_input.h"
 #include "codecs/file_format.h"
 #include "codecs/picture_probe.h"
+#include "commands/recipe_file.h"
 #include "session/project_file.h"
-#include "workspace/recipe_file.h"
 
 namespace graphize {
 

@@ -7,9 +7,9 @@
 #include "base/whole_file.h"
 #include "batch/console.h"
 #include "batch/option_values.h"
+#include "commands/export_points.h"
+#include "commands/replay.h"
 #include "session/project_file.h"
-#include "workspace/export_points.h"
-#include "workspace/replay.h"
 
 namespace graphize {
 

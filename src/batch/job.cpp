@@ -12,10 +12,10 @@
 #include "batch/axes_command.h"
 #include "batch/console.h"
 #include "batch/job_table.h"
+#include "commands/ink_check_commands.h"
+#include "commands/replay.h"
+#include "commands/run_command.h"
 #include "raster/black_white.h"
-#include "workspace/ink_check_commands.h"
-#include "workspace/replay.h"
-#include "workspace/run_command.h"
 
 namespace graphize {
 

@@ -7,7 +7,7 @@
 #include "base/raster.h"
 #include "batch/alike_pages.h"
 #include "batch/batch_step.h"
-#include "workspace/recipe_file.h"
+#include "commands/recipe_file.h"
 
 namespace graphize {
 

@@ -7,11 +7,11 @@
 #include "base/run_time_error.h"
 #include "batch/console.h"
 #include "codecs/picture_probe.h"
+#include "commands/export_points.h"
+#include "commands/ink_check_commands.h"
+#include "commands/save_points.h"
 #include "data/data_file.h"
 #include "session/project_file.h"
-#include "workspace/export_points.h"
-#include "workspace/ink_check_commands.h"
-#include "workspace/save_points.h"
 
 namespace graphize {
 

@@ -18,12 +18,12 @@
 #include "batch/console.h"
 #include "batch/job.h"
 #include "batch/other_pictures_list.h"
+#include "commands/do.h"
+#include "commands/forms.h"
+#include "commands/recipe_file.h"
 #include "raster/picture_operation.h"
 #include "session/project_commands.h"
 #include "session/project_file.h"
-#include "workspace/do.h"
-#include "workspace/forms.h"
-#include "workspace/recipe_file.h"
 
 namespace graphize {
 

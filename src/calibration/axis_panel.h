@@ -4,7 +4,7 @@
 #include <array>
 
 #include "calibration/axis_calibration.h"
-#include "workspace/reference_commands.h"
+#include "commands/reference_commands.h"
 
 class QCheckBox;
 class QGridLayout;

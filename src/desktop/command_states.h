@@ -3,7 +3,7 @@
 namespace graphize {
 
 /// Which groups of menu entries and toolbar buttons are enabled, and what is checked. The Can...
-/// functions of workspace/ read it together with the other records.
+/// functions of commands/ read it together with the other records.
 struct CommandStates {
   bool Data = false;          // save, copy, clear all: the store holds points
   bool Blockers = false;      // clear blockers, toolbar "undo"

@@ -3,7 +3,7 @@
 #include <functional>
 #include <utility>
 
-#include "workspace/ink_check_commands.h"
+#include "commands/ink_check_commands.h"
 
 namespace graphize {
 

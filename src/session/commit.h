@@ -1,8 +1,8 @@
 #pragma once
 
+#include "commands/run_command.h"
 #include "session/history.h"
 #include "session/journal.h"
-#include "workspace/run_command.h"
 
 namespace graphize {
 

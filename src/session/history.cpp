@@ -9,11 +9,11 @@
 
 #include "base/or_else.h"
 #include "base/translation.h"
+#include "commands/plot_mouse.h"
+#include "commands/toolbar.h"
 #include "data/list_edit.h"
 #include "raster/plot_image.h"
 #include "session/change_name.h"
-#include "workspace/plot_mouse.h"
-#include "workspace/toolbar.h"
 
 namespace graphize {
 

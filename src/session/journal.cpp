@@ -12,10 +12,10 @@
 #include "base/whole_file.h"
 #include "codecs/file_format.h"
 #include "codecs/picbuf.h"
+#include "commands/shown_picture.h"
 #include "session/journal_frame.h"
 #include "session/kept_raster.h"
 #include "workspace/recipe_options.h"
-#include "workspace/shown_picture.h"
 
 namespace graphize {
 

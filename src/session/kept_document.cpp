@@ -1,11 +1,11 @@
 #include "session/kept_document.h"
 
 #include "base/numbers.h"
+#include "commands/capture_commands.h"
+#include "commands/shown_picture.h"
+#include "commands/toolbar.h"
 #include "data/list_edit.h"
-#include "workspace/capture_commands.h"
 #include "workspace/recipe_options.h"
-#include "workspace/shown_picture.h"
-#include "workspace/toolbar.h"
 
 namespace graphize {
 

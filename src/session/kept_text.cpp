@@ -7,9 +7,9 @@
 #include "base/checksum.h"
 #include "base/numbers.h"
 #include "base/run_time_error.h"
+#include "commands/recipe_file.h"
 #include "session/kept_points.h"
 #include "session/kept_records.h"
-#include "workspace/recipe_file.h"
 
 namespace graphize {
 

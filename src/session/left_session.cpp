@@ -10,13 +10,13 @@
 #include "base/translation.h"
 #include "base/whole_file.h"
 #include "codecs/picbuf.h"
+#include "commands/replay.h"
+#include "commands/shown_picture.h"
+#include "commands/view_commands.h"
 #include "session/journal.h"
 #include "session/kept_document.h"
 #include "session/kept_raster.h"
 #include "tracing/extraction_context.h"
-#include "workspace/replay.h"
-#include "workspace/shown_picture.h"
-#include "workspace/view_commands.h"
 
 namespace graphize {
 

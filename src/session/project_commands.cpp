@@ -9,12 +9,12 @@
 #include "base/tokens.h"
 #include "base/translation.h"
 #include "base/whole_file.h"
+#include "commands/plot_mouse.h"
+#include "commands/shown_picture.h"
+#include "commands/start_and_close.h"
 #include "raster/plot_image.h"
 #include "session/project_file.h"
 #include "settings/recent_files.h"
-#include "workspace/plot_mouse.h"
-#include "workspace/session.h"
-#include "workspace/shown_picture.h"
 
 namespace graphize {
 

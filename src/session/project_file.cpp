@@ -16,10 +16,10 @@
 #include "codecs/file_format.h"
 #include "codecs/picbuf.h"
 #include "codecs/picture_probe.h"
+#include "commands/do.h"
+#include "commands/shown_picture.h"
 #include "session/kept_raster.h"
 #include "session/kept_text.h"
-#include "workspace/do.h"
-#include "workspace/shown_picture.h"
 
 namespace graphize {
 

@@ -20,7 +20,7 @@ struct RecipePicture {
 };
 
 /// All that led to the points as they are now, from the opening of the picture on: what Do
-/// (workspace/do.h) has noted.
+/// (commands/do.h) has noted.
 struct Recipe {
   std::vector<Step> Steps;
   std::vector<RecipePicture> Pictures;

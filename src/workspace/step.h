@@ -22,7 +22,7 @@
 
 namespace graphize {
 
-// Everything a person can do that leads to points, as plain records: what Do (workspace/do.h) does,
+// Everything a person can do that leads to points, as plain records: what Do (commands/do.h) does,
 // what a recipe writes down, what the command line asks for. Positions are picture pixels, rows
 // downward from the top; `Name` is the step's first word as text (workspace/step_text.h).
 

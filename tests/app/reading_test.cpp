@@ -8,10 +8,10 @@
 #include <QTableWidget>
 
 #include "app/window_driver.h"
+#include "commands/preview_commands.h"
+#include "commands/symbol_preview.h"
 #include "support/colour_plot.h"
 #include "support/true_data.h"
-#include "workspace/preview_commands.h"
-#include "workspace/symbol_preview.h"
 
 namespace graphize::test {
 namespace {

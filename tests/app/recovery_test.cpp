@@ -17,11 +17,11 @@
 #include "base/whole_file.h"
 #include "codecs/file_format.h"
 #include "codecs/picbuf.h"
+#include "commands/replay.h"
 #include "support/document_text.h"
 #include "support/quiet_desktop.h"
 #include "support/random_user.h"
 #include "support/temporary_folder.h"
-#include "workspace/replay.h"
 
 namespace graphize::test {
 namespace {

@@ -13,6 +13,8 @@
 #include "batch/commands.h"
 #include "codecs/file_format.h"
 #include "codecs/picbuf.h"
+#include "commands/export_points.h"
+#include "commands/replay.h"
 #include "raster/black_white.h"
 #include "reading/ink_threshold.h"
 #include "session/project_file.h"
@@ -20,8 +22,6 @@
 #include "support/quiet_desktop.h"
 #include "support/temporary_folder.h"
 #include "support/true_data.h"
-#include "workspace/export_points.h"
-#include "workspace/replay.h"
 
 namespace graphize {
 namespace {

@@ -7,6 +7,12 @@
 #include "base/run_time_error.h"
 #include "batch/job.h"
 #include "codecs/picbuf.h"
+#include "commands/do.h"
+#include "commands/picture_commands.h"
+#include "commands/recipe_file.h"
+#include "commands/replay.h"
+#include "commands/save_points.h"
+#include "commands/toolbar.h"
 #include "data/data_file.h"
 #include "data/list_edit.h"
 #include "data/waiting_points.h"
@@ -14,12 +20,6 @@
 #include "support/random_user.h"
 #include "support/scripted_desktop.h"
 #include "support/temporary_folder.h"
-#include "workspace/do.h"
-#include "workspace/picture_commands.h"
-#include "workspace/recipe_file.h"
-#include "workspace/replay.h"
-#include "workspace/save_points.h"
-#include "workspace/toolbar.h"
 
 namespace graphize {
 namespace {

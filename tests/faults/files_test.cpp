@@ -7,17 +7,17 @@
 #include <functional>
 
 #include "codecs/picbuf.h"
+#include "commands/export_points.h"
+#include "commands/options_commands.h"
+#include "commands/picture_commands.h"
+#include "commands/recipe_file.h"
+#include "commands/save_points.h"
 #include "faults/faults.h"
 #include "faults/worked_document.h"
 #include "session/left_session.h"
 #include "session/project_commands.h"
 #include "support/document_text.h"
 #include "support/random_user.h"
-#include "workspace/export_points.h"
-#include "workspace/options_commands.h"
-#include "workspace/picture_commands.h"
-#include "workspace/recipe_file.h"
-#include "workspace/save_points.h"
 
 namespace graphize::test {
 namespace {

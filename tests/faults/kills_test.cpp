@@ -14,6 +14,7 @@
 #include "base/checksum.h"
 #include "codecs/file_format.h"
 #include "codecs/picbuf.h"
+#include "commands/replay.h"
 #include "faults/faults.h"
 #include "raster/plot_image.h"
 #include "session/commit.h"
@@ -22,7 +23,6 @@
 #include "support/quiet_desktop.h"
 #include "support/random_user.h"
 #include "support/temporary_folder.h"
-#include "workspace/replay.h"
 
 namespace graphize::test {
 namespace {

@@ -8,14 +8,14 @@
 
 #include "codecs/file_format.h"
 #include "codecs/picbuf.h"
+#include "commands/export_points.h"
+#include "commands/picture_commands.h"
+#include "commands/recipe_file.h"
+#include "commands/save_points.h"
 #include "faults/faults.h"
 #include "faults/worked_document.h"
 #include "session/project_commands.h"
 #include "support/random_user.h"
-#include "workspace/export_points.h"
-#include "workspace/picture_commands.h"
-#include "workspace/recipe_file.h"
-#include "workspace/save_points.h"
 #include "workspace/step_text.h"
 
 namespace graphize::test {

@@ -5,14 +5,14 @@
 #include <utility>
 
 #include "base/checksum.h"
+#include "commands/replay.h"
+#include "commands/view_commands.h"
 #include "raster/plot_image.h"
 #include "session/left_session.h"
 #include "support/document_text.h"
 #include "support/quiet_desktop.h"
 #include "support/random_user.h"
-#include "workspace/replay.h"
 #include "workspace/step_text.h"
-#include "workspace/view_commands.h"
 
 namespace graphize::test {
 

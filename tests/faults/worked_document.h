@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "commands/do.h"
 #include "session/commit.h"
 #include "support/temporary_folder.h"
-#include "workspace/do.h"
 
 namespace graphize::test {
 

@@ -5,6 +5,7 @@
 #include "batch/other_pictures_list.h"
 #include "codecs/file_format.h"
 #include "codecs/picbuf.h"
+#include "commands/recipe_file.h"
 #include "fuzz/targets.h"
 #include "session/history.h"
 #include "session/journal_frame.h"
@@ -19,7 +20,6 @@
 #include "support/quiet_desktop.h"
 #include "support/random_user.h"
 #include "support/temporary_folder.h"
-#include "workspace/recipe_file.h"
 #include "workspace/step_text.h"
 
 namespace graphize::test {

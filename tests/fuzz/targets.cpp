@@ -20,6 +20,7 @@
 #include "batch/other_pictures_list.h"
 #include "codecs/picbuf.h"
 #include "codecs/picture_probe.h"
+#include "commands/recipe_file.h"
 #include "finding_axes/find_surroundings.h"
 #include "reading/read_curve.h"
 #include "session/journal_frame.h"
@@ -31,7 +32,6 @@
 #include "settings/settings_file.h"
 #include "settings/settings_store.h"
 #include "settings/window_placement.h"
-#include "workspace/recipe_file.h"
 #include "workspace/step_text.h"
 
 namespace graphize::test {

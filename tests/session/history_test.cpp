@@ -10,14 +10,14 @@
 #include <utility>
 
 #include "codecs/picbuf.h"
+#include "commands/do.h"
+#include "commands/ink_commands.h"
+#include "commands/picture_commands.h"
+#include "commands/plot_mouse.h"
+#include "commands/replay.h"
 #include "support/quiet_desktop.h"
 #include "support/random_user.h"
 #include "support/temporary_folder.h"
-#include "workspace/do.h"
-#include "workspace/ink_commands.h"
-#include "workspace/picture_commands.h"
-#include "workspace/plot_mouse.h"
-#include "workspace/replay.h"
 #include "workspace/step_text.h"
 
 namespace graphize {

@@ -12,6 +12,10 @@
 #include "base/run_time_error.h"
 #include "base/whole_file.h"
 #include "codecs/picbuf.h"
+#include "commands/do.h"
+#include "commands/picture_commands.h"
+#include "commands/plot_mouse.h"
+#include "commands/replay.h"
 #include "session/journal_frame.h"
 #include "session/left_session.h"
 #include "session/project_file.h"
@@ -19,10 +23,6 @@
 #include "support/quiet_desktop.h"
 #include "support/random_user.h"
 #include "support/temporary_folder.h"
-#include "workspace/do.h"
-#include "workspace/picture_commands.h"
-#include "workspace/plot_mouse.h"
-#include "workspace/replay.h"
 
 namespace graphize {
 namespace {

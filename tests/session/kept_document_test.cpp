@@ -5,13 +5,13 @@
 #include <gtest/gtest.h>
 
 #include "codecs/picbuf.h"
+#include "commands/plot_mouse.h"
+#include "commands/replay.h"
 #include "session/document.h"
 #include "session/kept_text.h"
 #include "support/quiet_desktop.h"
 #include "support/random_user.h"
 #include "support/temporary_folder.h"
-#include "workspace/plot_mouse.h"
-#include "workspace/replay.h"
 #include "workspace/step_text.h"
 
 namespace graphize {

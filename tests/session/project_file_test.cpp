@@ -13,6 +13,13 @@
 #include "base/zip_file.h"
 #include "codecs/file_format.h"
 #include "codecs/picbuf.h"
+#include "commands/do.h"
+#include "commands/export_points.h"
+#include "commands/picture_commands.h"
+#include "commands/plot_mouse.h"
+#include "commands/recipe_file.h"
+#include "commands/replay.h"
+#include "commands/shown_picture.h"
 #include "data/data_file.h"
 #include "data/waiting_points.h"
 #include "session/history.h"
@@ -23,13 +30,6 @@
 #include "support/random_user.h"
 #include "support/scripted_desktop.h"
 #include "support/temporary_folder.h"
-#include "workspace/do.h"
-#include "workspace/export_points.h"
-#include "workspace/picture_commands.h"
-#include "workspace/plot_mouse.h"
-#include "workspace/recipe_file.h"
-#include "workspace/replay.h"
-#include "workspace/shown_picture.h"
 
 namespace graphize {
 namespace {

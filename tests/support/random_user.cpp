@@ -4,22 +4,22 @@
 #include <cmath>
 #include <utility>
 
+#include "commands/capture_commands.h"
+#include "commands/data_commands.h"
+#include "commands/extraction_commands.h"
+#include "commands/image_tools_commands.h"
+#include "commands/options_commands.h"
+#include "commands/picture_commands.h"
+#include "commands/plot_mouse.h"
+#include "commands/point_edit_commands.h"
+#include "commands/replay.h"
+#include "commands/run_command.h"
+#include "commands/save_points.h"
+#include "commands/toolbar.h"
+#include "commands/view_commands.h"
 #include "data/list_edit.h"
 #include "support/plot_drawing.h"
 #include "support/quiet_desktop.h"
-#include "workspace/capture_commands.h"
-#include "workspace/data_commands.h"
-#include "workspace/extraction_commands.h"
-#include "workspace/image_tools_commands.h"
-#include "workspace/options_commands.h"
-#include "workspace/picture_commands.h"
-#include "workspace/plot_mouse.h"
-#include "workspace/point_edit_commands.h"
-#include "workspace/replay.h"
-#include "workspace/run_command.h"
-#include "workspace/save_points.h"
-#include "workspace/toolbar.h"
-#include "workspace/view_commands.h"
 
 namespace graphize::test {
 

@@ -3,7 +3,7 @@
 #include <functional>
 #include <random>
 
-#include "workspace/do.h"
+#include "commands/do.h"
 
 namespace graphize::test {
 
