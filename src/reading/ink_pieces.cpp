@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "base/bit_map.h"
+#include "reading/pixel_set.h"
 
 namespace graphize {
 
@@ -100,14 +101,10 @@ bool IsRectangle(const InkMap& map, const InkPiece& piece) {
 std::optional<InkPiece> PieceAt(const InkMap& map, PathPixel at, int mostExtent) {
   if (!map.IsClear(at.X, at.Y)) return std::nullopt;
   InkPiece piece{.Left = at.X, .Right = at.X, .Top = at.Y, .Bottom = at.Y, .Start = at};
-  const int side = 2 * mostExtent + 1;
-  BitMap seen(side, side);
+  PixelSet seen(map.Width);
   std::vector<PathPixel> rim;
   const auto take = [&](int x, int y) {
-    const int u = x - at.X + mostExtent, v = y - at.Y + mostExtent;
-    if (u < 0 || u >= side || v < 0 || v >= side || !map.IsClear(x, y) || seen.Get(u, v)) return;
-    seen.Set(u, v);
-    rim.push_back({x, y});
+    if (map.IsClear(x, y) && seen.Add(x, y)) rim.push_back({x, y});
   };
   take(at.X, at.Y);
   while (!rim.empty()) {

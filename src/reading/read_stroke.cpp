@@ -2,14 +2,13 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
-#include <unordered_map>
 #include <utility>
 
 #include "base/median.h"
 #include "base/translation.h"
 #include "reading/frame_ends.h"
 #include "reading/free_follower.h"
+#include "reading/pixel_set.h"
 #include "reading/stroke_crossings.h"
 #include "reading/stroke_ends.h"
 #include "reading/stroke_tolerance.h"
@@ -144,24 +143,6 @@ void CutAtGaps(Followed& followed, PathPixel start, const std::vector<ReadingWal
   const int first = end(-1), last = end(1);
   samples = {samples.begin() + first, samples.begin() + last + 1};
 }
-
-/// A set of pixels, of which a large page has few.
-class PixelSet {
- public:
-  explicit PixelSet(int width) : wordsPerRow_((width >> 6) + 1) {}
-  /// False when it was in already.
-  bool Add(int x, int y) {
-    std::uint64_t& word = words_[static_cast<std::int64_t>(y) * wordsPerRow_ + (x >> 6)];
-    const std::uint64_t bit = std::uint64_t{1} << (x & 63);
-    if ((word & bit) != 0) return false;
-    word |= bit;
-    return true;
-  }
-
- private:
-  int wordsPerRow_;
-  std::unordered_map<std::int64_t, std::uint64_t> words_;
-};
 
 /// Pixels of clear ink: the samples' own, and what hangs on to them that is not theirs.
 struct InkCount {

@@ -157,26 +157,23 @@ class FoundMatches {
 }  // namespace
 
 BitMap PossibleInk(const InkMap& map, PictureOperation& operation) {
-  BitMap ink(map.Width, map.Height), wide(map.Width, map.Height);
+  BitMap wide(map.Width, map.Height);
+  const auto words = static_cast<std::size_t>(wide.WordsPerRow());
   ParallelRows(map.Width, map.Height, operation, [&](int first, int end) {
-    for (int y = first; y < end; ++y) {
-      const std::uint8_t* values = map.Values.data() + static_cast<std::size_t>(y) * map.Width;
-      std::uint64_t* row = ink.Row(y);
+    std::vector<std::uint64_t> ink(words);
+    for (int v = std::max(first - 1, 0); v < std::min(end + 1, map.Height); ++v) {
+      std::fill(ink.begin(), ink.end(), 0);
+      const std::uint8_t* values = map.Values.data() + static_cast<std::size_t>(v) * map.Width;
       for (int x = 0; x < map.Width; ++x)
-        row[x >> 6] |= static_cast<std::uint64_t>(values[x] >= InkMap::kClear) << (x & 63);
-    }
-  });
-  const int words = ink.WordsPerRow();
-  ParallelRows(map.Width, map.Height, operation, [&](int first, int end) {
-    for (int y = first; y < end; ++y)
-      for (int v = std::max(y - 1, 0); v <= std::min(y + 1, map.Height - 1); ++v) {
-        const std::uint64_t* row = ink.Row(v);
-        for (int i = 0; i < words; ++i) {
-          const std::uint64_t before = i > 0 ? row[i - 1] >> 63 : 0;
-          const std::uint64_t behind = i + 1 < words ? row[i + 1] << 63 : 0;
-          wide.Row(y)[i] |= row[i] | row[i] << 1 | row[i] >> 1 | before | behind;
+        ink[static_cast<std::size_t>(x >> 6)] |=
+            static_cast<std::uint64_t>(values[x] >= InkMap::kClear) << (x & 63);
+      for (int y = std::max(v - 1, first); y <= std::min(v + 1, end - 1); ++y)
+        for (std::size_t i = 0; i < words; ++i) {
+          const std::uint64_t before = i > 0 ? ink[i - 1] >> 63 : 0;
+          const std::uint64_t behind = i + 1 < words ? ink[i + 1] << 63 : 0;
+          wide.Row(y)[i] |= ink[i] | ink[i] << 1 | ink[i] >> 1 | before | behind;
         }
-      }
+    }
   });
   return wide;
 }

@@ -56,23 +56,36 @@ SymbolShape ShapeOf(const Cutting& cutting, const Area& area, bool isClean) {
   return shape;
 }
 
+/// Circles about a pixel, by their radius: 16 places for each pixel of it, counter-clockwise.
+std::vector<std::vector<Spot>> Circles(int most) {
+  std::vector<std::vector<Spot>> circles(1);
+  for (int radius = 1; radius <= most; ++radius) {
+    std::vector<Spot>& circle = circles.emplace_back();
+    for (int i = 0; i <= 16 * radius; ++i) {
+      const double angle = 2 * std::numbers::pi * i / (16 * radius);
+      circle.push_back({static_cast<int>(std::lround(radius * std::cos(angle))),
+                        static_cast<int>(std::lround(radius * std::sin(angle)))});
+    }
+  }
+  return circles;
+}
+
 /// Where a stroke or several meet at the click: the radius within which more arms are met than go
 /// on, as in a cross on a line.
-std::optional<int> RadiusOfArms(const Cutting& cutting, Spot centre, int most) {
+std::optional<int> RadiusOfArms(const Cutting& cutting, Spot centre,
+                                const std::vector<std::vector<Spot>>& circles) {
   const auto armsAt = [&](int radius) {
-    const int steps = 16 * radius;
     int arms = 0;
-    bool before = false;
-    for (int i = 0; i <= steps; ++i) {
-      const double angle = 2 * std::numbers::pi * i / steps;
-      const int x = centre.X + static_cast<int>(std::lround(radius * std::cos(angle)));
-      const int y = centre.Y + static_cast<int>(std::lround(radius * std::sin(angle)));
+    bool before = true;  // the last place of a circle is its first
+    for (const Spot& at : circles[static_cast<std::size_t>(radius)]) {
+      const int x = centre.X + at.X, y = centre.Y + at.Y;
       const bool ink = cutting.Share(x, y) >= 0.3f || cutting.IsInk(x, y);
-      arms += i > 0 && ink && !before ? 1 : 0;
+      arms += ink && !before ? 1 : 0;
       before = ink;
     }
     return arms;
   };
+  const auto most = static_cast<int>(circles.size()) - 1;
   int last = 0;
   for (int radius = 2; radius <= most; ++radius) {
     const int arms = armsAt(radius);
@@ -220,10 +233,11 @@ std::variant<std::vector<SymbolShape>, std::string> ShapesAt(const InkMap& map, 
   }
   // The crossing nearest to the click, the middle one, and the one with the longest arms.
   std::vector<std::pair<int, Spot>> crossings;  // by their arms
+  const std::vector<std::vector<Spot>> circles = Circles(largest / 2);
   for (int v = -4; v <= 4; ++v)
     for (int u = -4; u <= 4; ++u) {
       if (std::hypot(u, v) > 4.5 || !cutting.IsInk(u, v)) continue;
-      if (const auto arms = RadiusOfArms(cutting, {u, v}, largest / 2))
+      if (const auto arms = RadiusOfArms(cutting, {u, v}, circles))
         crossings.push_back({*arms, {u, v}});
     }
   const auto away = [](const auto& crossing) {
