@@ -1,6 +1,7 @@
 // Axes in the main window: their panel, and the frame that proposes them.
 
 #include <QKeyEvent>
+#include <QScrollArea>
 #include <QTimer>
 #include <utility>
 
@@ -9,6 +10,7 @@
 #include "commands/capture_commands.h"
 #include "commands/propose_axes_commands.h"
 #include "commands/reference_commands.h"
+#include "raster/plot_view.h"
 #include "workspace/propose_axes_panel.h"
 
 namespace graphize {
@@ -73,18 +75,36 @@ void MainWindow::ConnectAxes() {
 }
 
 void MainWindow::RenderAxes() {
+  const QWidget* focused = axisPanel_->isAncestorOf(focusWidget()) ? focusWidget() : nullptr;
   axisPanel_->Render(ws_.axisPanel, ws_.calibration);
   axisPanel_->RenderReferences(ReferencesOf(ws_), ws_.reference, ws_.calibration.Refined.On,
                                CanProposeAxes(ws_));
+  // The next control would get it: a log switch, and the space bar would turn that.
+  if (focused != nullptr && !focused->isEnabled()) plot_->setFocus();
   proposePanel_->Render(ws_.proposedAxes, VerdictText(ws_.proposedAxes), CanTakeProposedAxes(ws_));
   // Later: what gets the focus may ask for a command, and the frame may not be shown yet.
   if (std::exchange(ws_.proposedAxes.FocusAsked, false))
     QTimer::singleShot(0, proposePanel_, &ProposeAxesPanel::FocusNext);
   if (std::exchange(ws_.reference.FocusAsked, false))
-    QTimer::singleShot(0, axisPanel_, &AxisPanelWidget::FocusReference);
+    QTimer::singleShot(0, axisPanel_, [this] {
+      axisPanel_->FocusReference();
+      // On a small screen the panel scrolls.
+      sidePanel_->ensureWidgetVisible(axisPanel_->ReferencePart());
+      if (focusWidget() != nullptr) sidePanel_->ensureWidgetVisible(focusWidget());
+    });
 }
 
 bool MainWindow::TakeProposalKey(const QKeyEvent& key) {
+  // After a click on the picture the keys are not the frame's.
+  const bool isReturn = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
+  if (isReturn && ws_.proposedAxes.Shown && KeysAreForPicture() &&
+      !proposePanel_->isAncestorOf(focusWidget())) {
+    if (CanTakeProposedAxes(ws_))
+      Do(TakeProposedAxes);
+    else
+      proposePanel_->FocusNext();
+    return true;
+  }
   if (key.key() != Qt::Key_Escape) return false;
   if (ws_.proposedAxes.Shown)
     Do([](Workspace& ws, const Desktop&) { DropProposedAxes(ws); });

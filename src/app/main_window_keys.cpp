@@ -11,6 +11,7 @@
 #include "capture/curve_panel.h"
 #include "commands/plot_mouse.h"
 #include "commands/point_edit_commands.h"
+#include "commands/reference_commands.h"
 #include "raster/plot_view.h"
 #include "widgets/keys.h"
 #include "workspace/propose_axes_panel.h"
@@ -30,6 +31,7 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
     }
   }
   if (TakeSpace(watched, event)) return true;
+  FollowShift(watched, event);
   // The window looks at a key before the control that has the focus.
   if (event->type() == QEvent::KeyPress && !ws_.commandRuns &&
       QApplication::activeModalWidget() == nullptr &&
@@ -39,6 +41,15 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
       return TakeKey(static_cast<QKeyEvent*>(event));
   }
   return QMainWindow::eventFilter(watched, event);
+}
+
+void MainWindow::FollowShift(const QObject* watched, const QEvent* event) {
+  const bool held = event->type() == QEvent::KeyPress;
+  if (watched != windowHandle() || (!held && event->type() != QEvent::KeyRelease)) return;
+  if (static_cast<const QKeyEvent*>(event)->key() != Qt::Key_Shift || ws_.mode != Mode::AxisDef ||
+      !desktop_->Callbacks().PointerOverPlot())
+    return;
+  Do([held](Workspace& ws, const Desktop&) { FollowAxisSnap(ws, held); }, false);
 }
 
 bool MainWindow::KeysAreForPicture() const {

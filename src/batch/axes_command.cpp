@@ -27,9 +27,15 @@ std::string Pixels(double value) {
 }
 
 std::string AxisJson(const ProposedAxis& axis) {
+  std::string scales;
+  for (const std::string& scale : axis.Scales)
+    scales += (scales.empty() ? "" : ", ") + JsonString(scale);
   std::string text = "{\"verdict\": " + JsonString(NameOf(axis.Verdict)) +
                      ", \"log\": " + (axis.Log ? "true" : "false") +
-                     ", \"reason\": " + JsonString(axis.Reason) + ",\n    \"labels\": [";
+                     ", \"reason\": " + JsonString(axis.Reason) + ",\n    \"scales\": [" + scales +
+                     "]";
+  if (!axis.Scales.empty()) text += ", \"scale\": " + std::to_string(axis.Scale + 1);
+  text += ",\n    \"labels\": [";
   const char* separator = "\n";
   for (const ProposedLabel& label : axis.Labels) {
     text += separator;
@@ -47,7 +53,24 @@ std::string AxisLines(const char* name, const ProposedAxis& axis) {
   for (const ProposedLabel& label : axis.Labels)
     text += "  " + label.Text + " = " + ShortestText(label.Value) + " at " + Pixels(label.Column) +
             "," + Pixels(label.Row) + ", " + Pixels(label.Residual) + " pixels off\n";
+  for (std::size_t i = 0; i < axis.Scales.size(); ++i)
+    text += "  scale " + std::to_string(i + 1) + ": " + axis.Scales[i] +
+            (static_cast<int>(i) == axis.Scale ? ", this one\n" : "\n");
   return text;
+}
+
+std::optional<int> NumberOf(const CommandLine& line, const char* name, const char* expected) {
+  const GivenOption* option = line.Find(name);
+  if (option == nullptr) return std::nullopt;
+  const auto number = IntegerText(option->Value, 1, 1000);
+  if (!number) Refuse(*option, expected);
+  return *number - 1;
+}
+
+/// Of one thing alone, the first can be chosen, too.
+void CheckChoice(const std::optional<int>& chosen, std::size_t count, const char* fault) {
+  if (chosen && *chosen > 0 && static_cast<std::size_t>(*chosen) >= count)
+    throw RunTimeError(fault);
 }
 
 }  // namespace
@@ -93,31 +116,36 @@ std::string ProposalText(const AxesProposal& proposal) {
   return text;
 }
 
-std::string WhyNotSure(const AxesProposal& proposal) {
+bool IsSettled(const AxesProposal& proposal) {
+  const auto is = [](const ProposedAxis& axis) {
+    return axis.Verdict == AxesVerdict::Sure || axis.IsChosen;
+  };
+  return is(proposal.X) && is(proposal.Y);
+}
+
+std::string WhyNotSettled(const AxesProposal& proposal) {
+  if (proposal.Plots.size() > 1 && !proposal.Choice.Plot)
+    return "there are several plots: --plot chooses one, and \"graphize axes\" tells where they "
+           "are";
   std::string text;
   for (const auto& [name, axis] : {std::pair("X: ", &proposal.X), std::pair("Y: ", &proposal.Y)})
-    if (axis->Verdict != AxesVerdict::Sure)
+    if (axis->Verdict != AxesVerdict::Sure && !axis->IsChosen)
       text += (text.empty() ? "" : "; ") + std::string(name) + axis->Reason;
-  if (proposal.Plots.size() > 1 && !proposal.Choice.Plot) text += "; --plot chooses one";
   return text;
 }
 
 AxesChoice AxesChoiceOf(const CommandLine& line) {
-  AxesChoice choice;
-  const GivenOption* plot = line.Find("plot");
-  if (plot == nullptr) return choice;
-  const auto number = IntegerText(plot->Value, 1, 1000);
-  if (!number) Refuse(*plot, "the number of a plot is expected");
-  choice.Plot = *number - 1;
-  return choice;
+  return {.Plot = NumberOf(line, "plot", "the number of a plot is expected"),
+          .XScale = NumberOf(line, "x-scale", "the number of a scale is expected"),
+          .YScale = NumberOf(line, "y-scale", "the number of a scale is expected")};
 }
 
 AxesProposal ProposeChosenAxes(const Raster& picture, const AxesChoice& choice) {
   PictureOperation operation;
   AxesProposal proposal = ProposeAxes(picture, operation, ReadTextLine, choice);
-  if (choice.Plot && *choice.Plot > 0 &&
-      static_cast<std::size_t>(*choice.Plot) >= proposal.Plots.size())
-    throw RunTimeError("--plot: the picture has no such plot");
+  CheckChoice(choice.Plot, proposal.Plots.size(), "--plot: the picture has no such plot");
+  CheckChoice(choice.XScale, proposal.X.Scales.size(), "--x-scale: there is no such scale");
+  CheckChoice(choice.YScale, proposal.Y.Scales.size(), "--y-scale: there is no such scale");
   return proposal;
 }
 

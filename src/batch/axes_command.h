@@ -12,12 +12,14 @@ namespace graphize {
 std::string ProposalJson(const AxesProposal& proposal);
 std::string ProposalText(const AxesProposal& proposal);
 
-/// "X: a second scale; Y: ...": why a proposal is not sure.
-std::string WhyNotSure(const AxesProposal& proposal);
+/// Whether nobody has to confirm it: it is sure, or only its scale was in question and was chosen.
+bool IsSettled(const AxesProposal& proposal);
+/// "X: a second scale; Y: ...": why a proposal is not settled.
+std::string WhyNotSettled(const AxesProposal& proposal);
 
-/// Which plot --plot=N asks for. Throws UsageError.
+/// What --plot=N, --x-scale=N and --y-scale=N ask for. Throws UsageError.
 AxesChoice AxesChoiceOf(const CommandLine& line);
-/// ProposeAxes; a plot that the picture does not have is a RunTimeError.
+/// ProposeAxes; a plot or scale that the picture does not have is a RunTimeError.
 AxesProposal ProposeChosenAxes(const Raster& picture, const AxesChoice& choice);
 
 /// Proposes axes of one picture and prints what was found: true whatever the verdict is. Throws

@@ -67,6 +67,8 @@ constexpr Options kExportOptions = {
 constexpr Options kAxesOptions = {
     {"format", 0, "FORMAT", kOutput, "text (the default) or json"},
     {"plot", 0, "N", kOutput, "of several plots on the picture, this one"},
+    {"x-scale", 0, "N", kOutput, "of several scales of the X axis, this one"},
+    {"y-scale", 0, "N", kOutput, "of several scales of the Y axis, this one"},
     {"help", 'h', nullptr, kOutput, "this text"},
 };
 
@@ -74,6 +76,8 @@ constexpr const char* kAxes = "Axes (needed, or --propose-axes)";
 constexpr Options kAxisOptions = {
     {"propose-axes", 0, nullptr, kAxes, "those that \"graphize axes\" finds, where it is sure"},
     {"plot", 0, "N", kAxes, "of several plots on the picture, this one"},
+    {"x-scale", 0, "N", kAxes, "of several scales of the X axis, this one"},
+    {"y-scale", 0, "N", kAxes, "of several scales of the Y axis, this one"},
     {"origin", 0, "COL,ROW:X,Y", kAxes, "the origin's place and its values"},
     {"x-axis", 0, "COL,ROW:X", kAxes, "a point on the X axis and its value"},
     {"y-axis", 0, "COL,ROW:Y", kAxes, "a point on the Y axis and its value"},
@@ -321,7 +325,9 @@ as "Export..." in the window.
 
 CommandSpec AxesSpec() {
   return {
-      .Usage = "Usage: graphize axes PICTURE [--plot N] [--format json]\n",
+      .Usage =
+          "Usage: graphize axes PICTURE [--plot N] [--x-scale N] [--y-scale N]\n"
+          "                     [--format json]\n",
       .About = R"(Finds the axes of a plot by its frame, ticks and labels, and reads these. PICTURE
 may be "-", the standard input. The verdict comes first:
 
@@ -333,7 +339,8 @@ Then, for each axis, why; its labels with their values, the places of their
 ticks and how far these lie off the scale, in pixels; and three places with
 their values that define the axes. Rows count downward from the top, and whole
 numbers are the middles of pixels. Of a picture with several plots only the
-places of these are told, unless --plot says which of them is meant.
+places of these are told, unless --plot says which of them is meant. Where an
+axis has several scales, they are told, and --x-scale and --y-scale choose.
 )",
       .Options = kAxesOptions,
       .Footer = std::string(R"(

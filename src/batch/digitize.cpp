@@ -122,7 +122,9 @@ class Maker {
   void LookForAxes() {
     const AxesChoice choice = AxesChoiceOf(line_);
     if (!line_.Has("propose-axes")) {
-      if (choice.Plot) throw UsageError("--plot needs --propose-axes");
+      for (const char* chooses : {"plot", "x-scale", "y-scale"})
+        if (const GivenOption* option = line_.Find(chooses))
+          Refuse(*option, "--propose-axes is needed");
       return;
     }
     for (const char* other : {"origin", "x-axis", "y-axis", "x-log", "y-log"})

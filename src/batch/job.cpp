@@ -129,12 +129,12 @@ std::filesystem::path AbsolutePath(const std::filesystem::path& path) {
   return failure ? path : absolute;
 }
 
-/// Axes of the picture as it is; only sure ones.
+/// Axes of the picture as it is; only settled ones.
 AxesProposal SureAxes(Workspace& ws, const AxesChoice& choice) {
   const BasePictureShown base(ws.plot);
   AxesProposal axes = ProposeChosenAxes(ws.plot.Pixels, choice);
-  if (axes.Verdict != AxesVerdict::Sure)
-    throw RunTimeError("--propose-axes: the axes are not sure: " + WhyNotSure(axes));
+  if (!IsSettled(axes))
+    throw RunTimeError("--propose-axes: the axes are not sure: " + WhyNotSettled(axes));
   return axes;
 }
 

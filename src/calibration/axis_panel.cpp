@@ -33,6 +33,11 @@ class ValueBox : public QLineEdit {
  protected:
   void focusInEvent(QFocusEvent* event) override {
     QLineEdit::focusInEvent(event);
+    // What was typed before is done with: Undo is the document's then.
+    const Qt::FocusReason reason = event->reason();
+    if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason &&
+        reason != Qt::MenuBarFocusReason)
+      setText(text());
     selectAll();
     fresh_ = true;
     if (OnFocus) OnFocus();
@@ -128,8 +133,8 @@ AxisPanelWidget::AxisPanelWidget(QWidget* parent) : QGroupBox(tr("Axis Definitio
 }
 
 QWidget* AxisPanelWidget::MakeReferences() {
-  auto* references = new QWidget;
-  auto* column = new QVBoxLayout(references);
+  referencePart_ = new QWidget;
+  auto* column = new QVBoxLayout(referencePart_);
   column->setContentsMargins(0, 0, 0, 0);
   addReference_ = Named(new QPushButton(tr("Add Reference")), "CMD_AddReference");
   addReference_->setCheckable(true);
@@ -169,7 +174,9 @@ QWidget* AxisPanelWidget::MakeReferences() {
 
   auto* switches = new QHBoxLayout;
   refined_ = Named(new QCheckBox(tr("Refined")), "CHK_Refined", tr("Refined axes"));
-  refined_->setToolTip(tr("Read values by the axes that fit all references best"));
+  refined_->setToolTip(
+      tr("Read values by the axes that fit best all references and the places that clicks snapped "
+         "to"));
   switches->addWidget(refined_);
   switches->addStretch();
   column->addLayout(switches);
@@ -177,7 +184,7 @@ QWidget* AxisPanelWidget::MakeReferences() {
   residual_ = Named(new WrappedLabel, "LBL_Residual", tr("How well the references agree"));
   residual_->setTextFormat(Qt::PlainText);
   column->addWidget(residual_);
-  return references;
+  return referencePart_;
 }
 
 AxisPanelWidget::Row AxisPanelWidget::MakeRow(int row, const QString& caption, QGridLayout* grid) {
@@ -218,6 +225,12 @@ AxisPanelWidget::Row AxisPanelWidget::MakeRow(int row, const QString& caption, Q
   r.Residual->setObjectName(MemberName("LBL_RowResidual", row));
   r.Residual->setAccessibleName(tr("%1, pixels off the fitted axes").arg(plain));
   r.Residual->setToolTip(tr("Pixels off the fitted axes"));
+  // The panel keeps its width, and the picture its place, when the first reference comes.
+  r.Residual->setMinimumWidth(
+      r.Residual->fontMetrics().horizontalAdvance(ToQString(Tr("%1 px", "00.00") + " \u26a0")));
+  QSizePolicy kept = r.Residual->sizePolicy();
+  kept.setRetainSizeWhenHidden(true);
+  r.Residual->setSizePolicy(kept);
 
   // Two lines a row: where it is on the picture, what it means on the graph.
   const int line = 2 + 2 * row;
@@ -243,7 +256,6 @@ void AxisPanelWidget::Render(const AxisPanel& panel, const AxisCalibration& cali
     Enable(rows_[i].ReDefine, from.ReDefineEnabled);
   }
   Show(tips_, Instruction(panel));
-  Show(angle_, panel.Angle);
   Show(liveX_, panel.LiveXPixel);
   Show(liveY_, panel.LiveYPixel);
   xLog_->setChecked(calibration.XLog);
@@ -281,6 +293,7 @@ void AxisPanelWidget::RenderReferences(const ReferenceView& view, const Referenc
   refined_->setChecked(refined);
   Show(residual_, view.Summary);
   residual_->setVisible(!view.Summary.empty());
+  Show(angle_, view.Angle);
 }
 
 void AxisPanelWidget::FocusReference() {

@@ -29,6 +29,8 @@ class AxisPanelWidget : public QGroupBox {
   void Focus(FocusTarget target);
   /// Gives it to the value of the next reference.
   void FocusReference();
+  /// What is shown of the references.
+  QWidget* ReferencePart() const { return referencePart_; }
 
  signals:
   void ReDefinePressed(int row);
@@ -66,6 +68,7 @@ class AxisPanelWidget : public QGroupBox {
   QLabel* liveY_;
   QLabel* off_;  // heading of the rows' residuals
   QPushButton* propose_;
+  QWidget* referencePart_;
   QPushButton* addReference_;
   QWidget* entry_;
   QLineEdit* referenceX_;

@@ -8,6 +8,7 @@
 #include "commands/do.h"
 #include "commands/picture_reading.h"
 #include "commands/reference_commands.h"
+#include "commands/toolbar.h"
 #include "commands/view_commands.h"
 
 namespace graphize {
@@ -34,6 +35,10 @@ bool IsReady(const Values& values, const std::array<std::size_t, 2>& typed) {
   return std::all_of(typed.begin(), typed.end(), [&](std::size_t row) {
     return values[row].Confirmed && ReadTyped(values[row].Text).IsPlain;
   });
+}
+
+std::string FirstLine(const std::string& text) {
+  return text.substr(0, text.find('\n'));
 }
 
 /// As a click would have it, row downward.
@@ -94,8 +99,7 @@ void ShowProposedAxes(Workspace& ws, const Desktop& desktop, const AxesChoice& c
                      .FocusAsked = true};
   ws.reference.Armed = false;
   FillBoxes(ws.proposedAxes);
-  ws.status.Status = VerdictText(ws.proposedAxes);
-  ws.status.Status.resize(std::min(ws.status.Status.find('\n'), ws.status.Status.size()));
+  ws.status.Status = FirstLine(VerdictText(ws.proposedAxes));
 }
 
 void TypeProposedX(Workspace& ws, int row, const std::string& text) {
@@ -182,6 +186,7 @@ bool CanTakeProposedAxes(const Workspace& ws) {
 }
 
 void DropProposedAxes(Workspace& ws) {
+  if (ws.status.Status == FirstLine(VerdictText(ws.proposedAxes))) ws.status.Status = " ";
   ws.proposedAxes = {};
 }
 
@@ -189,9 +194,12 @@ void DropStaleAxes(Workspace& ws) {
   const ProposedAxesForm& form = ws.proposedAxes;
   if (form.Shown && form.From != ProposedFrom{PictureNumber(ws.plot), ws.calibration, ws.mode})
     DropProposedAxes(ws);
-  if (ws.mode != Mode::AxisDef || !CanAddReference(ws)) ws.reference.Armed = false;
   const auto count = static_cast<int>(ws.calibration.Refined.References.size());
-  if (ws.reference.Chosen >= count) ws.reference.Chosen = -1;
+  const bool waits = ws.mode == Mode::AxisDef && CanAddReference(ws);
+  const bool isDisarmed = ws.reference.Armed && !waits, isGone = ws.reference.Chosen >= count;
+  if (isDisarmed) ws.reference.Armed = false;
+  if (isGone) ws.reference.Chosen = -1;
+  if (ws.mode == Mode::AxisDef && (isDisarmed || isGone)) ShowModeHint(ws);
 }
 
 std::string VerdictText(const ProposedAxesForm& form) {
@@ -209,11 +217,11 @@ std::string VerdictText(const ProposedAxesForm& form) {
       text = Tr("proposal: confirm each value (Return), or type another");
       break;
     case AxesVerdict::None:
+      if (found.Plots.size() > 1 && !found.Choice.Plot)
+        return Tr("none: there are several plots; choose one, or click it");
       text = Tr("none: no axes can be proposed");
       break;
   }
-  if (found.Plots.size() > 1 && !found.Choice.Plot)
-    text += "\n" + Tr("There are several plots: choose one, or click it.");
   return text + axisText("X", found.X) + axisText("Y", found.Y);
 }
 

@@ -29,19 +29,10 @@ std::optional<float> ReadBox(std::string& box) {
   return value;
 }
 
-void ShowReferenceHint(Workspace& ws) {
-  if (ws.reference.Armed)
-    ws.status.Hint = Tr("Enter X, Y or both of a place and click there; Shift: without snapping");
-  else if (ws.reference.Chosen >= 0 && ws.mode == Mode::AxisDef)
-    ws.status.Hint = Tr("A click moves the chosen reference there; Shift: without snapping");
-  else
-    ShowModeHint(ws);
-}
-
 /// After a change of the references.
 void FitAnew(Workspace& ws) {
   if (ws.calibration.Refined.On) SwitchRefined(ws.calibration, true);
-  ShowReferenceHint(ws);
+  ShowModeHint(ws);
 }
 
 /// What is known of it: "X 3; Y 0.5".
@@ -58,6 +49,15 @@ std::string NameOf(int number) {
   if (number == 1) return Tr("the X-axis point");
   if (number == 2) return Tr("the Y-axis point");
   return Tr("reference %1", number - 2);
+}
+
+/// Of the axes that values are read by.
+std::string AngleOf(const Workspace& ws) {
+  if (!ws.calibration.Refined.On) return ws.axisPanel.Angle;
+  const AffineMap& scale = ws.calibration.Refined.Scale;
+  // Along X nothing changes in Y.
+  const double degrees = std::atan(-scale.YX / scale.YY) * 180 / std::numbers::pi;
+  return FormatNumber(static_cast<float>(std::round(10 * degrees) / 10 + 0.0), "#0.0");
 }
 
 std::string SummaryOf(const Workspace& ws, const AxisFit& fit) {
@@ -125,12 +125,12 @@ Outcome Run(Workspace& ws, const Desktop&, const RefineStep& step) {
 void SwitchAddReference(Workspace& ws) {
   ws.reference.Armed = !ws.reference.Armed && CanAddReference(ws);
   ws.reference.FocusAsked = ws.reference.Armed;
-  ShowReferenceHint(ws);
+  ShowModeHint(ws);
 }
 
 void ChooseReference(Workspace& ws, int number) {
   ws.reference.Chosen = number;
-  ShowReferenceHint(ws);
+  ShowModeHint(ws);
 }
 
 void AddReferenceAt(Workspace& ws, const Desktop& desktop, double column, double row) {
@@ -194,7 +194,8 @@ ReferenceView ReferencesOf(const Workspace& ws) {
                      .CanRemove = ws.reference.Chosen >= 0,
                      .OfRows = {},
                      .Lines = {},
-                     .Summary = {}};
+                     .Summary = {},
+                     .Angle = AngleOf(ws)};
   const std::vector<AxisReference>& references = ws.calibration.Refined.References;
   // The three rows alone always agree.
   const bool some = CanRefine(ws) && !references.empty();

@@ -41,6 +41,7 @@ struct ReferenceView {
   std::array<std::string, 3> OfRows;  // LBL_RowResidual: pixels, beside the rows
   std::vector<std::string> Lines;     // LST_References: value and residual
   std::string Summary;                // LBL_Residual
+  std::string Angle;                  // LBL_Angle: of the axes that are in use, degrees
 };
 ReferenceView ReferencesOf(const Workspace& ws);
 

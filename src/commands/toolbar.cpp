@@ -64,6 +64,14 @@ void EnterMode(Workspace& ws, const Desktop& desktop, std::string_view key) {
 
 void ShowModeHint(Workspace& ws) {
   if (ws.mode == Mode::None) return ws.status.Hint.clear();
+  if (ws.mode == Mode::AxisDef && ws.reference.Armed) {
+    ws.status.Hint = Tr("Enter X, Y or both of a place and click there; Shift: without snapping");
+    return;
+  }
+  if (ws.mode == Mode::AxisDef && ws.reference.Chosen >= 0) {
+    ws.status.Hint = Tr("A click moves the chosen reference there; Shift: without snapping");
+    return;
+  }
   const bool complete = ws.mode == Mode::AxisDef && ws.calibration.IsComplete();
   ws.status.Hint = complete ? Instruction(ws.axisPanel) : Tr(ModeHint(ws.mode));
   if (complete && HasOldValues(ws))

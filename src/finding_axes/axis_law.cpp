@@ -77,11 +77,12 @@ double AxisLaw::PositionOf(double value) const {
   return Start + Step * OnScale(Log, value);
 }
 
-LawFit FindLaw(std::span<const PlacedLabel> labels, double tolerance, const LawFit* besides) {
+LawFit FindLaw(std::span<const PlacedLabel> labels, double tolerance,
+               const PictureOperation& operation, const LawFit* besides) {
   LawFit best;
   for (const bool log : {false, true})
     for (std::size_t i = 0; i < labels.size(); ++i)
-      for (std::size_t j = i + 1; j < labels.size(); ++j)
+      for (std::size_t j = i + 1; j < labels.size() && !operation.Stopped; ++j)
         for (const double a : labels[i].Meanings)
           for (const double b : labels[j].Meanings) {
             const double from = OnScale(log, a), to = OnScale(log, b);

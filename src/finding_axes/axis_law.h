@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "raster/picture_operation.h"
+
 namespace graphize {
 
 /// Position = Start + Step * value, or of log10 of the value.
@@ -34,9 +36,10 @@ struct LawFit {
 
 /// The law that explains most labels to within `tolerance`: of all pairs and meanings, linear and
 /// logarithmic over 0.7 decades or more (Fischler and Bolles 1981, without chance). `besides` is a
-/// fit whose law does not count, nor one that is the same at the labels' places.
+/// fit whose law does not count, nor one that is the same at the labels' places. Takes the cube of
+/// the labels' number; the best one until it was stopped.
 LawFit FindLaw(std::span<const PlacedLabel> labels, double tolerance,
-               const LawFit* besides = nullptr);
+               const PictureOperation& operation, const LawFit* besides = nullptr);
 
 /// Least squares over positions and values; at least two, not all alike.
 AxisLaw FitLaw(bool log, std::span<const double> positions, std::span<const double> values);

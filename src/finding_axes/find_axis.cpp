@@ -52,14 +52,14 @@ struct GroupFit {
 };
 
 GroupFit FitGroup(const LabelPage& page, AxisCourse course, const std::vector<int>& group,
-                  const LawFit* besides = nullptr) {
+                  const PictureOperation& operation, const LawFit* besides = nullptr) {
   GroupFit made{group, {}, 0};
   std::vector<PlacedLabel> labels;
   for (const int word : group) {
     labels.push_back({AlongOf(page.Words[word].Is, course), page.Words[word].Meanings});
     made.Height += page.Words[word].Is.Height / static_cast<double>(group.size());
   }
-  made.Fit = FindLaw(labels, ToleranceOf(course, made.Height), besides);
+  made.Fit = FindLaw(labels, ToleranceOf(course, made.Height), operation, besides);
   return made;
 }
 
@@ -277,18 +277,21 @@ std::string RangeText(const LabelPage& page, const GroupFit& fit) {
   return Tr("%1 to %2", ShortestText(least), ShortestText(most));
 }
 
-std::vector<GroupFit> FitsOf(const LabelPage& page, AxisCourse course) {
+std::vector<GroupFit> FitsOf(const LabelPage& page, AxisCourse course,
+                             const PictureOperation& operation) {
   std::vector<GroupFit> fits;
   for (const std::vector<int>& group : GroupsOf(page, course)) {
-    GroupFit fit = FitGroup(page, course, group);
+    if (operation.Stopped) break;
+    GroupFit fit = FitGroup(page, course, group, operation);
     if (fit.Fit.Labels.size() >= kFewest) fits.push_back(std::move(fit));
   }
   return fits;
 }
 
-std::set<int> WordsOnScales(const LabelPage& page, AxisCourse course) {
+std::set<int> WordsOnScales(const LabelPage& page, AxisCourse course,
+                            const PictureOperation& operation) {
   std::set<int> words;
-  for (const GroupFit& fit : FitsOf(page, course))
+  for (const GroupFit& fit : FitsOf(page, course, operation))
     for (const ExplainedLabel& label : fit.Fit.Labels) words.insert(fit.Words[label.Label]);
   return words;
 }
@@ -303,8 +306,9 @@ double ToleranceOf(AxisCourse course, double height) {
   return std::max((course == AxisCourse::Level ? 0.42 : 0.32) * height, 2.0);
 }
 
-FoundAxis FindAxis(const LabelPage& page, AxisCourse course, std::optional<int> chosen) {
-  std::vector<GroupFit> fits = FitsOf(page, course);
+FoundAxis FindAxis(const LabelPage& page, AxisCourse course, std::optional<int> chosen,
+                   const PictureOperation& operation) {
+  std::vector<GroupFit> fits = FitsOf(page, course, operation);
   if (fits.empty()) return {};
   std::stable_sort(fits.begin(), fits.end(), [](const GroupFit& a, const GroupFit& b) {
     if (a.Fit.Labels.size() != b.Fit.Labels.size())
@@ -319,7 +323,7 @@ FoundAxis FindAxis(const LabelPage& page, AxisCourse course, std::optional<int> 
   FoundAxis axis = MakeAxis(page, course, best);
   axis.Scale = wanted;
   if (scales.size() > 1) {
-    LastingDoubt doubt{Tr("there is a second scale"), {}};
+    LastingDoubt doubt{Tr(kSecondScale), {}};
     for (const GroupFit* scale : scales) {
       axis.Scales.push_back(RangeText(page, *scale));
       for (const ExplainedLabel& label : scale->Fit.Labels)
@@ -328,12 +332,12 @@ FoundAxis FindAxis(const LabelPage& page, AxisCourse course, std::optional<int> 
     axis.Doubts.push_back(doubt.Text);
     axis.Lasting.push_back(std::move(doubt));
   }
-  const GroupFit rival = FitGroup(page, course, best.Words, &best.Fit);
+  const GroupFit rival = FitGroup(page, course, best.Words, operation, &best.Fit);
   if (rival.Fit.Labels.size() >= kFewest &&
       5 * rival.Fit.Labels.size() >= 4 * best.Fit.Labels.size())
     axis.Doubts.push_back(Tr("the labels may mean other values"));
   const auto across = course == AxisCourse::Level ? AxisCourse::Upright : AxisCourse::Level;
-  AddDoubts(page, course, WordsOnScales(page, across), axis);
+  AddDoubts(page, course, WordsOnScales(page, across, operation), axis);
   return axis;
 }
 

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "base/translation.h"
 #include "finding_axes/axis_law.h"
 #include "finding_axes/label_page.h"
 #include "finding_axes/ticks.h"
@@ -25,6 +26,9 @@ struct LastingDoubt {
   std::string Text;
   std::vector<InkBox> Words;
 };
+
+/// The doubt of an axis that has several.
+inline constexpr const char* kSecondScale = Marked("there is a second scale");
 
 /// One axis as it was found on an upright page, in pixels of that image.
 struct FoundAxis {
@@ -49,6 +53,7 @@ double AlongOf(const Word& word, AxisCourse course);
 
 /// The labels along the rows or columns that lie on one scale, tied to ticks or grid lines; of
 /// several scales the one that was chosen, else that with most labels.
-FoundAxis FindAxis(const LabelPage& page, AxisCourse course, std::optional<int> chosen = {});
+FoundAxis FindAxis(const LabelPage& page, AxisCourse course, std::optional<int> chosen,
+                   const PictureOperation& operation);
 
 }  // namespace graphize

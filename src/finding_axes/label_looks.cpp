@@ -85,7 +85,7 @@ LookedAtAxes LookForAxes(const InkImage& upright, std::optional<int> xScale,
     const LabelPage& page = *axes.Pages.back();
     const auto find = [&](LookedAtAxis& axis, AxisCourse there, std::optional<int> scale) {
       if (!isWanted(axis)) return;
-      FoundAxis found = FindAxis(page, there, scale);
+      FoundAxis found = FindAxis(page, there, scale, operation);
       std::vector<LastingDoubt> lasting = std::move(axis.Found.Lasting);
       for (LastingDoubt& doubt : found.Lasting) {
         for (InkBox& word : doubt.Words) word = OnUpright(word, look, upright.Height);
@@ -96,6 +96,7 @@ LookedAtAxes LookForAxes(const InkImage& upright, std::optional<int> xScale,
     };
     find(axes.X, look.IsTurned ? AxisCourse::Upright : AxisCourse::Level, xScale);
     find(axes.Y, look.IsTurned ? AxisCourse::Level : AxisCourse::Upright, yScale);
+    if (operation.Stopped) break;
     operation.Advance(static_cast<double>(axes.Pages.size()) /
                       static_cast<double>(std::size(kLooks)));
   }

@@ -27,7 +27,7 @@ std::string Joined(const std::vector<std::string>& doubts) {
   return text;
 }
 
-std::string Tenths(double value) {
+std::string Hundredths(double value) {
   return ShortestText(std::round(value * 100) / 100);
 }
 
@@ -101,8 +101,9 @@ void Confirm(LookedAtAxis& axis, SecondReader& second) {
     found.Doubts.push_back(Tr("of %1 labels a second reader reads %2 alike", count, alike));
 }
 
-/// What the axis is worth.
-ProposedAxis Judged(const LookedAtAxis& axis, AxisCourse course, const InkImage& upright) {
+/// What the axis is worth; `chosen` where its scale was.
+ProposedAxis Judged(const LookedAtAxis& axis, AxisCourse course, const InkImage& upright,
+                    bool chosen) {
   ProposedAxis proposed;
   if (axis.Found.Labels.empty()) {
     proposed.Reason = Tr("fewer than three labels lie on one scale");
@@ -124,12 +125,13 @@ ProposedAxis Judged(const LookedAtAxis& axis, AxisCourse course, const InkImage&
     worst = std::max(worst, std::fabs(label.Residual) * upright.Scale);
   }
   if (worst > std::max(1.0, 0.6 * upright.Scale))
-    doubts.push_back(Tr("ticks lie up to %1 pixels off the scale", Tenths(worst)));
+    doubts.push_back(Tr("ticks lie up to %1 pixels off the scale", Hundredths(worst)));
+  proposed.IsChosen = chosen && doubts == std::vector{Tr(kSecondScale)};
   proposed.Verdict = doubts.empty() ? AxesVerdict::Sure : AxesVerdict::Proposal;
   proposed.Reason = doubts.empty()
                         ? Tr("%1 labels at their ticks, read alike by two readers, off "
                              "the scale by up to %2 pixels",
-                             static_cast<long long>(proposed.Labels.size()), Tenths(worst))
+                             static_cast<long long>(proposed.Labels.size()), Hundredths(worst))
                         : Joined(doubts);
   return proposed;
 }
@@ -275,8 +277,8 @@ AxesProposal ProposeAxes(const Raster& picture, PictureOperation& operation,
     if (both && !GoTogether(x.Found, y.Found))
       axis->Found.Doubts.push_back(Tr("the axes may belong to different plots"));
   }
-  proposal.X = Judged(x, AxisCourse::Level, ink);
-  proposal.Y = Judged(y, AxisCourse::Upright, ink);
+  proposal.X = Judged(x, AxisCourse::Level, ink, choice.XScale.has_value());
+  proposal.Y = Judged(y, AxisCourse::Upright, ink, choice.YScale.has_value());
   if (!below.empty()) proposal.X.IsAfter = below.front().MiddleY() > x.Found.Across;
   if (!beside.empty()) proposal.Y.IsAfter = beside.front().MiddleX() > y.Found.Across;
   proposal.Verdict = std::min(proposal.X.Verdict, proposal.Y.Verdict);

@@ -36,7 +36,8 @@ struct ProposedAxis {
   // Of several scales what each goes over, "0 to 50"; the first are nearest to the plot. Else
   // empty.
   std::vector<std::string> Scales;
-  int Scale = 0;  // the one that is proposed
+  int Scale = 0;          // the one that is proposed
+  bool IsChosen = false;  // it was chosen, and nothing but that there are others is doubtful
 };
 
 /// One of the three rows that define axes: the origin, a point on the X axis, one on the Y axis.

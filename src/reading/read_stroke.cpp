@@ -272,6 +272,19 @@ double Distance(const CurvePoint& a, const CurvePoint& b) {
   return std::hypot(a.X - b.X, a.Y - b.Y);
 }
 
+/// Whether most of the one are places of the other, too: a course that was followed twice.
+bool IsSameCourse(const std::vector<CurvePoint>& one, const std::vector<CurvePoint>& other,
+                  double width) {
+  constexpr std::size_t kStep = 8;  // of points about a pixel apart
+  std::size_t all = 0, shared = 0;
+  for (std::size_t i = 0; i < one.size(); i += kStep, ++all)
+    if (std::ranges::any_of(other, [&](const CurvePoint& point) {
+          return Distance(point, one[i]) < 1 + 0.5 * width;
+        }))
+      ++shared;
+  return 2 * shared > all;
+}
+
 /// Goes on behind an end that lies in a side of the frame, where the other half of a turn that it
 /// hides comes out of the same side; and says so, or that the curve may go on unseen.
 void GoOnBehindFrame(CurveReading& reading, bool isLast, InkMap& map, const InkBlends& blends,
@@ -294,7 +307,8 @@ void GoOnBehindFrame(CurveReading& reading, bool isLast, InkMap& map, const InkB
   if (!begin || isOwn) return tellUnseen();
   constexpr double kHidden = 24;  // pixels from half to half
   CurveReading other = ReadOneStroke(map, blends, *begin, request, operation);
-  if (other.Points.empty()) return tellUnseen();
+  if (other.Points.empty() || IsSameCourse(other.Points, points, reading.Kind.Width))
+    return tellUnseen();
   const bool fromLast =
       Distance(other.Points.back(), end->At) < Distance(other.Points.front(), end->At);
   if (fromLast == isLast) std::ranges::reverse(other.Points);

@@ -7,6 +7,7 @@
 #include "app/window_driver.h"
 #include "codecs/picbuf.h"
 #include "raster/orientation.h"
+#include "support/plot_drawing.h"
 
 namespace graphize::test {
 namespace {
@@ -45,8 +46,10 @@ TEST_F(AxesWindow, SureAxesAreAcceptedWithOneKeyAndTakenBackAtOnce) {
   EXPECT_TRUE(Find<QWidget>("FRM_ProposeAxes")->isVisible());
   EXPECT_TRUE(Verdict().startsWith(QLatin1String("sure"))) << Verdict().toStdString();
   EXPECT_FALSE(State().calibration.AnyDefined()) << "nothing changes before it is accepted";
+  EXPECT_EQ(State().status.Status.substr(0, 4), "sure");
   Key("Escape");
   EXPECT_FALSE(State().proposedAxes.Shown);
+  EXPECT_EQ(State().status.Status, " ") << "what it said is no longer so";
   EXPECT_FALSE(State().calibration.AnyDefined());
 
   ClickTool("axisdef");
@@ -113,23 +116,20 @@ TEST_F(AxesWindow, OfPlotsSideBySideAClickChooses) {
   StartWith(Folder() / "two.bmp");
   Propose();
   EXPECT_TRUE(Verdict().startsWith(QLatin1String("none"))) << Verdict().toStdString();
+  EXPECT_FALSE(Verdict().contains('\n')) << "it is told once";
   EXPECT_TRUE(Find<QWidget>("CMB_Plot")->isVisible());
   ClickPlot(300, 200);
   Until([this] { return State().proposedAxes.Found.Choice.Plot == 0; }, "the left one is chosen");
   Until([this] { return Button("BTN_Accept")->hasFocus(); }, "it can be accepted");
   EXPECT_TRUE(Verdict().startsWith(QLatin1String("sure"))) << Verdict().toStdString();
+  // Also where the click on the picture has taken the keys to it.
+  Find<QWidget>("Plot")->setFocus();
   Key("Return");
   ExpectPendulum();
 }
 
 TEST_F(AxesWindow, OfTwoScalesTheOtherCanBeChosen) {
-  const Raster one = LoadPicture(kSamples / "pendulum.bmp")->Picture.Clone();
-  Raster two = Raster::Filled(one.Width() + 60, one.Height(), kWhitePixel);
-  // The labels once more at the right, two ticks lower.
-  for (int y = 0; y < one.Height(); ++y) {
-    std::copy(one.Row(y), one.Row(y) + one.Width(), two.Row(y));
-    if (y >= 25 && y <= 335) std::copy(one.Row(y) + 26, one.Row(y) + 64, two.Row(y + 97) + 618);
-  }
+  const Raster two = WithSecondScale(LoadPicture(kSamples / "pendulum.bmp")->Picture);
   SavePicture(Folder() / "two.bmp", 3, 0, two);
   StartWith(Folder() / "two.bmp");
   Propose();
@@ -163,8 +163,12 @@ TEST_F(AxesWindow, ClicksSnapToTicksWhileTheRowsKeepTheirPixels) {
   MoveOverPlot(608, 432);
   EXPECT_TRUE(State().mouse.AxisSnap);
   Xdo({"keydown", "shift"});
-  MoveOverPlot(607, 432);
   EXPECT_FALSE(State().mouse.AxisSnap) << "Shift holds it off";
+  Xdo({"keyup", "shift"});
+  EXPECT_TRUE(State().mouse.AxisSnap) << "without a move of the pointer";
+  Xdo({"keydown", "shift"});
+  MoveOverPlot(607, 432);
+  EXPECT_FALSE(State().mouse.AxisSnap);
   Xdo({"click", "1"});
   Xdo({"keyup", "shift"});
   TypeInto("TXT_YPos_2", "1");
@@ -178,6 +182,8 @@ TEST_F(AxesWindow, ClicksSnapToTicksWhileTheRowsKeepTheirPixels) {
   EXPECT_TRUE(axes.Refined.Rows[0] && axes.Refined.Rows[2]);
   EXPECT_FALSE(axes.Refined.Rows[1]);
   EXPECT_FALSE(axes.Refined.On) << "off until it is asked for";
+  Key("space");
+  EXPECT_FALSE(axes.XLog || axes.YLog) << "the keys are on no switch";
 }
 
 TEST_F(AxesWindow, ReferencesRefineTheAxesAndTellHowWellTheyAgree) {
@@ -187,7 +193,7 @@ TEST_F(AxesWindow, ReferencesRefineTheAxesAndTellHowWellTheyAgree) {
   Xdo({"keydown", "shift"});
   ClickTool("axisdef");
   Xdo({"keyup", "shift"});
-  Calibrate({{{70, 430, "0", "-1"}, {606, 430, "12", "-1"}, {70, 40, "0", "1"}}});
+  Calibrate({{{70, 430, "0", "-1"}, {606, 434, "12", "-1"}, {70, 40, "0", "1"}}});
   ClickTool("axisdef");
   ASSERT_TRUE(Find<QWidget>("CMD_AddReference")->isEnabled());
   ClickControl(Find<QWidget>("CMD_AddReference"));
@@ -198,7 +204,11 @@ TEST_F(AxesWindow, ReferencesRefineTheAxesAndTellHowWellTheyAgree) {
     Xdo({"type", y});
     ClickPlot(column, row);
   };
+  const QPoint place = Find<QWidget>("Plot")->mapToGlobal(QPoint());
   add("6", "", 340, 431);
+  EXPECT_EQ(Find<QWidget>("Plot")->mapToGlobal(QPoint()), place) << "the picture stays";
+  EXPECT_EQ(State().status.Hint.substr(0, 5), "Enter") << "it waits for more";
+  EXPECT_TRUE(Find<QWidget>("TXT_RefX")->hasFocus());
   add("12", "1", 611, 41);
   ASSERT_EQ(State().calibration.Refined.References.size(), 2u);
   EXPECT_FALSE(State().calibration.Refined.References[0].Y);
@@ -225,11 +235,12 @@ TEST_F(AxesWindow, ReferencesRefineTheAxesAndTellHowWellTheyAgree) {
   EXPECT_EQ(references(), placed);
   list->setCurrentRow(-1);
   MoveOverPlot(400, 200);
-  const QString before = ValueOf("XValue");
+  const QString before = ValueOf("XValue"), angle = TextOf("LBL_Angle");
   ClickControl(Find<QWidget>("CHK_Refined"));
   MoveOverPlot(400, 200);
   EXPECT_NE(ValueOf("XValue"), before);
   EXPECT_TRUE(Find<QWidget>("LBL_Refined")->isVisible()) << "it is marked";
+  EXPECT_NE(TextOf("LBL_Angle"), angle) << "the rotation of these axes";
   Key("ctrl+z");
   EXPECT_FALSE(State().calibration.Refined.On);
   Key("ctrl+shift+z");
@@ -238,6 +249,9 @@ TEST_F(AxesWindow, ReferencesRefineTheAxesAndTellHowWellTheyAgree) {
   ClickControl(Find<QWidget>("CMD_ReDefine_1"));
   EXPECT_FALSE(State().calibration.Refined.On) << "a change of a row drops it";
   EXPECT_EQ(State().calibration.Refined.References.size(), 2u);
+  Key("ctrl+z");
+  EXPECT_TRUE(State().calibration.Refined.On) << "not the typing in the box that has the focus";
+  EXPECT_EQ(ValueOf("TXT_XPos_1"), "12");
 }
 
 TEST_F(AxesWindow, TheGridOfRoundValuesIsDrawnWhereTheAxesHaveThem) {

@@ -226,9 +226,31 @@ TEST_F(Batch, AxesAreFoundAndTakenWhereTheyAreSure) {
   EXPECT_NEAR(x, 0, 0.01) << out.str();
   EXPECT_NEAR(y, 1, 0.01);
   EXPECT_EQ(onRight({}), 1);
-  IsTold("there are several plots; --plot chooses one");
+  IsTold("the axes are not sure: there are several plots: --plot chooses one");
   EXPECT_EQ(onRight({"--plot=3"}), 1);
-  EXPECT_EQ(Run(OnPendulum({"--plot=1", "--point=2,2", "-o", "-"})), 2);
+  for (const char* choice : {"--plot=1", "--x-scale=1", "--y-scale=1"})
+    EXPECT_EQ(Run(OnPendulum({choice, "--point=2,2", "-o", "-"})), 2) << choice;
+
+  // Of two scales, too.
+  ASSERT_TRUE(SavePicture(At("scales.bmp"), kBmpFormat, 0, test::WithSecondScale(one)));
+  const auto onScales = [&](const Words& words) {
+    Words all = {"digitize", At("scales.bmp"), "--propose-axes", "-o", "-", "--point=70,430"};
+    all.insert(all.end(), words.begin(), words.end());
+    return Run(all);
+  };
+  ASSERT_EQ(Run({"axes", At("scales.bmp"), "--y-scale=2", "--format=json"}), 0) << err.str();
+  const nlohmann::json chosen = nlohmann::json::parse(out.str());
+  EXPECT_EQ(chosen["verdict"], "proposal");
+  EXPECT_EQ(chosen["y"]["scales"].size(), 2u);
+  EXPECT_EQ(chosen["y"]["scale"], 2);
+  EXPECT_TRUE(chosen["x"]["scales"].empty());
+  EXPECT_EQ(onScales({"--y-scale=2"}), 0) << err.str();
+  std::istringstream(out.str()) >> x >> y;
+  EXPECT_NEAR(y, -0.5, 0.01) << out.str();
+  EXPECT_EQ(onScales({}), 1);
+  IsTold("the axes are not sure: Y: there is a second scale");
+  EXPECT_EQ(onScales({"--y-scale=3"}), 1);
+  IsTold("--y-scale: there is no such scale");
 }
 
 TEST_F(Batch, EveryOptionIsInTheHelpTheManPageAndTheCompletion) {

@@ -77,11 +77,12 @@ TEST(AxisLaw, MostLabelsDecideAndWhatElseTheyMayMeanIsARival) {
       {"nothing goes together", Labels({{0, "1"}, {100, "7"}, {200, "3"}}), 2, false, false},
   };
   for (const Case& c : cases) {
-    const LawFit fit = FindLaw(c.Labels, 4);
+    const PictureOperation operation;
+    const LawFit fit = FindLaw(c.Labels, 4, operation);
     EXPECT_EQ(fit.Labels.size(), c.Explained) << c.What;
     if (fit.Labels.size() < 3) continue;
     EXPECT_EQ(fit.Law.Log, c.Log) << c.What;
-    EXPECT_EQ(FindLaw(c.Labels, 4, &fit).Labels.size() >= 3, c.HasRival) << c.What;
+    EXPECT_EQ(FindLaw(c.Labels, 4, operation, &fit).Labels.size() >= 3, c.HasRival) << c.What;
   }
 }
 

@@ -8,6 +8,7 @@
 #include "base/run_time_error.h"
 #include "codecs/picbuf.h"
 #include "raster/orientation.h"
+#include "support/plot_drawing.h"
 
 namespace graphize {
 namespace {
@@ -148,13 +149,7 @@ TEST(ProposeAxes, OfPlotsSideBySideOneIsChosen) {
 
 /// The same column of labels once more at the right, two ticks lower, tells other values.
 TEST(ProposeAxes, OfTwoScalesOneIsChosenAndNeverSure) {
-  const Raster one = Sample("pendulum.bmp");
-  Raster two = Raster::Filled(one.Width() + 60, one.Height(), kWhitePixel);
-  for (int y = 0; y < one.Height(); ++y) {
-    std::copy(one.Row(y), one.Row(y) + one.Width(), two.Row(y));
-    if (y < 25 || y > 335) continue;
-    for (int x = 26; x < 64; ++x) two.Row(y + 97)[x + 592] = one.Row(y)[x];
-  }
+  const Raster two = test::WithSecondScale(Sample("pendulum.bmp"));
   const auto propose = [&](std::optional<int> scale) {
     PictureOperation operation;
     return ProposeAxes(two, operation, ReadTextLine, {.Plot = {}, .XScale = {}, .YScale = scale});
@@ -163,8 +158,10 @@ TEST(ProposeAxes, OfTwoScalesOneIsChosenAndNeverSure) {
   EXPECT_NE(left.Y.Verdict, AxesVerdict::Sure);
   ASSERT_EQ(left.Y.Scales.size(), 2u) << left.Y.Reason;
   EXPECT_EQ(left.Y.Scale, 0);
+  EXPECT_FALSE(left.Y.IsChosen);
   const AxesProposal right = propose(1);
   EXPECT_EQ(right.Y.Verdict, AxesVerdict::Proposal) << right.Y.Reason;
+  EXPECT_TRUE(right.Y.IsChosen) << right.Y.Reason;
   ASSERT_EQ(right.Rows.size(), 3u);
   for (const ProposedRow& row : right.Rows) EXPECT_NEAR(row.Row, 235 + 97 - row.Y * 195, 1);
 }

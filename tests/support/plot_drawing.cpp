@@ -270,4 +270,14 @@ std::vector<double> Decades(int decades) {
   return positions;
 }
 
+Raster WithSecondScale(const Raster& pendulum) {
+  Raster two = Raster::Filled(pendulum.Width() + 60, pendulum.Height(), kWhitePixel);
+  for (int y = 0; y < pendulum.Height(); ++y) {
+    std::copy(pendulum.Row(y), pendulum.Row(y) + pendulum.Width(), two.Row(y));
+    if (y < 25 || y > 335) continue;
+    std::copy(pendulum.Row(y) + 26, pendulum.Row(y) + 64, two.Row(y + 97) + 618);
+  }
+  return two;
+}
+
 }  // namespace graphize::test

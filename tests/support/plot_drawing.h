@@ -79,4 +79,8 @@ class PlotDrawing {
 std::vector<double> Linear(int intervals);
 std::vector<double> Decades(int decades);
 
+/// The sample "pendulum.bmp" with the labels of its Y axis once more at the right, half a unit
+/// lower.
+Raster WithSecondScale(const Raster& pendulum);
+
 }  // namespace graphize::test
