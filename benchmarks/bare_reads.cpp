@@ -19,6 +19,20 @@ PlotImage WideCurve() {
   return image;
 }
 
+PlotImage SpeckledPage(int oneIn) {
+  Raster raster = Raster::Filled(5000, 7000, kWhitePixel);
+  unsigned state = 1;
+  for (std::size_t i = 0; i < raster.PixelCount(); ++i) {
+    state = state * 1664525u + 1013904223u;
+    if ((state >> 8) % static_cast<unsigned>(4 * oneIn) != 0) continue;
+    for (std::size_t j = i; j < std::min(i + 4, raster.PixelCount()); ++j)
+      raster.Pixels()[j] = kBlackPixel;
+  }
+  PlotImage image;
+  SetPicture(image, std::move(raster));
+  return image;
+}
+
 std::vector<std::pair<int, int>> InkOf(const PlotImage& image) {
   std::vector<std::pair<int, int>> ink;
   for (int x = 0; x < image.Width(); ++x) {

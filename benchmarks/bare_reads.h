@@ -11,6 +11,9 @@ namespace graphize {
 /// A curve 8 pixels thick over 30000 columns: what the speed of tracing is measured on.
 PlotImage WideCurve();
 
+/// A page of 35 megapixels with a black pixel in every `oneIn` on average, in short runs.
+PlotImage SpeckledPage(int oneIn);
+
 /// The first and last black row of every column.
 std::vector<std::pair<int, int>> InkOf(const PlotImage& image);
 

@@ -9,20 +9,16 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cmath>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <memory>
-#include <random>
 #include <string>
 #include <thread>
 #include <vector>
 
-#include "base/temporary_folder.h"
-#include "base/whole_file.h"
-#include "codecs/file_format.h"
 #include "codecs/picbuf.h"
+#include "page_files.h"
 #include "process_memory.h"
 #include "reading/ink_threshold.h"
 
@@ -31,72 +27,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kWidth = 9933, kHeight = 14043;
-
-/// A frame, a grid and two curves, as on a scanned sheet; `paper` and `ink` are its two colours.
-Raster DrawPage(std::uint32_t paper, std::uint32_t ink) {
-  Raster page = Raster::Filled(kWidth, kHeight, paper);
-  for (int y = 0; y < kHeight; ++y) {
-    std::uint32_t* row = page.Row(y);
-    if (y % 1200 < 6) std::fill_n(row, kWidth, ink);
-    for (int x = 0; x < kWidth; x += 1200) std::fill_n(row + x, 6, ink);
-  }
-  for (int x = 0; x < kWidth; ++x)
-    for (double phase : {0.0, 1.0}) {
-      const int middle = static_cast<int>(kHeight / 2.0 + 5000 * std::sin(x / 900.0 + phase));
-      for (int y = middle - 8; y <= middle + 8; ++y) page.Row(y)[x] = ink;
-    }
-  return page;
-}
-
 double Seconds(const auto& work) {
   const auto start = std::chrono::steady_clock::now();
   work();
   return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
-/// The page as a file of each type, in a folder that is removed at the end.
-class PageFiles {
- public:
-  PageFiles() {
-    const Raster page = DrawPage(kWhitePixel, kBlackPixel);
-    SavePicture(folder_ / "tif", kTifFormat, 1, page);
-    SavePicture(folder_ / "jpg", kJpgFormat, 75, page);
-    Raster colours = page.Clone();
-    for (int x = 0; x < kWidth; ++x) colours.Row(0)[x] = 0xff000000u | static_cast<unsigned>(x);
-    SavePicture(folder_ / "bmp", kBmpFormat, 0, colours);
-    SavePicture(folder_ / "rgb", kTifFormat, 1, colours);
-    Magick::Image image(kWidth, kHeight, "BGRP", Magick::CharPixel, page.Pixels());
-    image.depth(8);
-    Write("png", "PNG", image);
-    image.compressType(Magick::Group4Compression);
-    image.type(Magick::BilevelType);
-    Write("g4", "TIFF", image);
-    std::mt19937 random(3);
-    for (std::size_t i = 0; i < colours.PixelCount(); ++i)
-      colours.Pixels()[i] ^= static_cast<std::uint32_t>(random()) & 0x070707u;
-    Write("noise", "PNG", {kWidth, kHeight, "BGRP", Magick::CharPixel, colours.Pixels()});
-    SavePicture(folder_ / "small", kPngFormat, 0, Raster::Filled(800, 600, kWhitePixel));
-  }
-
-  fs::path operator[](const char* type) const { return folder_ / type; }
-
- private:
-  void Write(const char* name, const char* coder, Magick::Image image) {
-    image.magick(coder);
-    Magick::Blob bytes;
-    image.write(&bytes);
-    std::ofstream(folder_ / name, std::ios::binary)
-        .write(static_cast<const char*>(bytes.data()),
-               static_cast<std::streamsize>(bytes.length()));
-  }
-
-  TemporaryFolder folder_;
-};
-
-const PageFiles& Pages() {
-  static const PageFiles pages;
-  return pages;
 }
 
 /// Bare decode and hand-out: nothing is checked, asked or kept.
@@ -110,28 +44,20 @@ void DecodeWithLibraryAlone(const fs::path& path, const char* coder) {
   Magick::Image image;
   image.read(blob, Magick::Geometry(), coder);
   const auto pixels =
-      std::make_unique_for_overwrite<std::uint32_t[]>(std::size_t{kWidth} * kHeight);
-  image.write(0, 0, kWidth, kHeight, "BGRA", Magick::CharPixel, pixels.get());
+      std::make_unique_for_overwrite<std::uint32_t[]>(std::size_t{kPageWidth} * kPageHeight);
+  image.write(0, 0, kPageWidth, kPageHeight, "BGRA", Magick::CharPixel, pixels.get());
   benchmark::DoNotOptimize(pixels[12345]);
-}
-
-/// As where the system allows no process for it, and no reader of the type's own.
-void DecodeHere(const fs::path& path) {
-  std::string bytes;
-  if (ReadWholeFile(path, std::size_t{2} << 30, bytes)) std::abort();
-  benchmark::DoNotOptimize(
-      DecodePictureHere(path.filename().string(), bytes, {}, DecodeBy::PictureLibrary));
 }
 
 void LoadPage(benchmark::State& state, const char* type, const char* coder, bool watched) {
   const fs::path path = Pages()[type];
-  const double raster = 4.0 * kWidth * kHeight;
+  const double raster = 4.0 * kPageWidth * kPageHeight;
   double ours = 0, library = 0, here = 0, peak = 0, settled = 0;
   PrepareToDecode();
   const PictureProgress watch = watched ? PictureProgress([](int) { return true; }) : nullptr;
   for (auto _ : state) {
     library += Seconds([&] { DecodeWithLibraryAlone(path, coder); });
-    here += Seconds([&] { DecodeHere(path); });
+    here += Seconds([&] { benchmark::DoNotOptimize(DecodeHere(path)); });
     malloc_trim(0);
     const double before = StatusBytes("VmRSS:");
     ResetPeakMemory();
@@ -167,7 +93,7 @@ void LoadSmall(benchmark::State& state) {
     // Somebody looks at a picture before opening the next one.
     std::this_thread::sleep_for(std::chrono::milliseconds(200));
     apart.push_back(Seconds([] { LoadPicture(Pages()["small"]); }));
-    here.push_back(Seconds([] { DecodeHere(Pages()["small"]); }));
+    here.push_back(Seconds([] { benchmark::DoNotOptimize(DecodeHere(Pages()["small"])); }));
   }
   const auto median = [](std::vector<double>& times) {
     std::ranges::nth_element(times, times.begin() + std::ssize(times) / 2);
@@ -191,7 +117,7 @@ void ReducePage(benchmark::State& state, InkThreshold::Kind kind) {
   for (auto _ : state) {
     Raster copy = page.Clone();
     const double seconds = Seconds([&] { Reduce(copy, {.Is = kind}); });
-    Magick::Image image(kWidth, kHeight, "BGRP", Magick::CharPixel, page.Pixels());
+    Magick::Image image(kPageWidth, kPageHeight, "BGRP", Magick::CharPixel, page.Pixels());
     library += Seconds([&] { image.threshold(127 * 257.0); });
     ours += seconds;
     state.SetIterationTime(seconds);

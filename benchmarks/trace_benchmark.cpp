@@ -17,21 +17,6 @@ namespace {
 
 using test::ExtractionRecords;
 
-/// A page of 35 megapixels with a black pixel in every `oneIn` on average, in short runs.
-PlotImage Page(int oneIn) {
-  Raster raster = Raster::Filled(5000, 7000, kWhitePixel);
-  unsigned state = 1;
-  for (std::size_t i = 0; i < raster.PixelCount(); ++i) {
-    state = state * 1664525u + 1013904223u;
-    if ((state >> 8) % static_cast<unsigned>(4 * oneIn) != 0) continue;
-    for (std::size_t j = i; j < std::min(i + 4, raster.PixelCount()); ++j)
-      raster.Pixels()[j] = kBlackPixel;
-  }
-  PlotImage image;
-  SetPicture(image, std::move(raster));
-  return image;
-}
-
 void BM_BareReads(benchmark::State& state) {
   const PlotImage image = WideCurve();
   const auto ink = InkOf(image);
@@ -93,7 +78,7 @@ void BM_TraceNewScrolling(benchmark::State& state) {
 BENCHMARK(BM_TraceNewScrolling)->Unit(benchmark::kMicrosecond);
 
 void BM_ReadRasterOnce(benchmark::State& state) {
-  const PlotImage image = Page(static_cast<int>(state.range(0)));
+  const PlotImage image = SpeckledPage(static_cast<int>(state.range(0)));
   for (auto _ : state) {
     std::size_t black = 0;
     const std::uint32_t* pixels = image.Pixels.Pixels();
@@ -105,7 +90,7 @@ BENCHMARK(BM_ReadRasterOnce)->Arg(10000)->Arg(20)->Unit(benchmark::kMillisecond)
 
 /// A scan in the testing mode: the capturing is bounded by the store's size.
 void BM_ScanPage(benchmark::State& state) {
-  ExtractionRecords records(Page(static_cast<int>(state.range(0))));
+  ExtractionRecords records(SpeckledPage(static_cast<int>(state.range(0))));
   const Desktop desktop = test::QuietDesktop();
   records.CapturePressed = state.range(1) != 0;
   records.Control.Xrange = records.Control.Yrange = "1";

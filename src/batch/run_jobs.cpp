@@ -85,10 +85,11 @@ class Run {
   bool Work() {
     const unsigned cores = std::max(std::thread::hardware_concurrency(), 1u);
     const std::size_t wanted = options_.Workers > 0 ? options_.Workers : cores;
+    const std::size_t atOnce = std::min(wanted, jobs_.size());
+    PrepareToDecode(atOnce, jobs_.size());
     {
       std::vector<std::jthread> workers;
-      for (std::size_t i = 1; i < std::min(wanted, jobs_.size()); ++i)
-        workers.emplace_back([this] { TakeJobs(); });
+      for (std::size_t i = 1; i < atOnce; ++i) workers.emplace_back([this] { TakeJobs(); });
       TakeJobs();
     }
     if (showsProgress_) streams_.Err << "\r\x1b[K" << std::flush;

@@ -22,10 +22,13 @@ void Refill(Arrays&... arrays) {
   (arrays.shrink_to_fit(), ...);
 }
 
-/// Makes room for `points` points, in whole steps with one step to spare; never shrinks.
+/// Makes room for `points` points, in whole steps with one step to spare; never shrinks. The first
+/// time it is for all that there may be: memory is taken when it is written, and nothing moves.
 template <typename... Arrays>
 void Grow(int points, Arrays&... arrays) {
   const auto size = static_cast<std::size_t>(points / kStep * kStep + kStep + 1);
+  constexpr std::size_t kAll = kMostRows / kStep * kStep + kStep + 1;
+  (arrays.reserve(std::max(kAll, size)), ...);
   ((arrays.size() < size ? arrays.resize(size) : void()), ...);
 }
 

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <csignal>
 #include <new>
+#include <utility>
 
 #include "base/deferred_text.h"
+#include "base/free_beside.h"
 #include "base/memory_file.h"
 #include "base/translation.h"
 #include "base/version.h"
@@ -49,6 +51,23 @@ std::unique_ptr<DecodeReport> CopyOf(const DecodeReport& shared) {
 
 }  // namespace
 
+std::string MissingProtection(unsigned layers) {
+  if (layers == kAllLayers) return {};
+  if (layers == 0)
+    return Tr(
+        "Pictures are decoded within this program: the system allows no process of their own for "
+        "it.");
+  std::string missing;
+  const auto name = [&](DecodeLayer layer, const char* words) {
+    if ((layers & layer) == 0) missing += (missing.empty() ? "" : ", ") + Tr(words);
+  };
+  name(kFewCalls, Marked("its calls (seccomp)"));
+  name(kNoFiles, Marked("its files (Landlock)"));
+  name(kLimits, Marked("its memory and time"));
+  return Tr("Pictures are decoded in a process of their own, but the system does not limit %1.",
+            missing);
+}
+
 std::optional<DecodeWorker> DecodeWorker::Start(const DecoderProgram& program) {
   auto process = ChildProcess::Start(
       program.Program, {ModuleStamp(), program.Module.string(), std::to_string(program.Seconds)});
@@ -76,7 +95,8 @@ unsigned DecodeWorker::Layers() {
 std::optional<LoadedPicture> DecodeWorker::Decode(const std::string& name, const Descriptor& file,
                                                   std::uintmax_t fileSize,
                                                   const PictureProgress& progress) {
-  const Descriptor pixels = NewMemoryFile(), reportFile = NewMemoryFile();
+  Descriptor pixels = NewMemoryFile();
+  const Descriptor reportFile = NewMemoryFile();
   if (!pixels.IsOpen() || !reportFile.IsOpen() ||
       !ResizeMemoryFile(reportFile, sizeof(DecodeReport)) || !FixSize(reportFile))
     throw std::bad_alloc();
@@ -91,7 +111,10 @@ std::optional<LoadedPicture> DecodeWorker::Decode(const std::string& name, const
   std::copy(name.end() - static_cast<std::ptrdiff_t>(size), name.end(), request.Name.begin());
   Send(process_.Channel(), BytesOf(request), {&file, &pixels, &reportFile});
   const auto end = WaitForEnd(report.Operation, progress);
-  if (!end) return {};
+  if (!end) {
+    FreeBeside(std::move(process_), std::move(pixels));
+    return {};
+  }
 
   // Nobody but this process has the files from here on.
   const auto result = CopyOf(report);
@@ -120,10 +143,7 @@ std::optional<ProcessEnd> DecodeWorker::WaitForEnd(const PictureOperation& opera
   while (true) {
     if (const auto end = process_.WaitForEnd(kBetweenProgress)) return end;
     const int percent = operation.Percent;
-    if (progress && !progress(std::clamp(percent, 0, 100))) {
-      process_.Kill();
-      return {};
-    }
+    if (progress && !progress(std::clamp(percent, 0, 100))) return {};
     if (std::chrono::steady_clock::now() < last) continue;
     process_.Kill();
     ThrowTooLong(2 * seconds_);

@@ -18,6 +18,10 @@ struct DecoderProgram {
   int Seconds = 120;  // of processor time for a picture, and twice as many on the clock
 };
 
+/// What a picture may do where only these layers (DecodeLayer, 0: no process) hold, in a sentence
+/// in plain words; empty where all do.
+std::string MissingProtection(unsigned layers);
+
 /// A process that decodes one picture, waiting for it.
 class DecodeWorker {
  public:
@@ -39,7 +43,7 @@ class DecodeWorker {
   DecodeWorker(ChildProcess process, int seconds)
       : process_(std::move(process)), seconds_(seconds) {}
 
-  /// Nothing when `progress` ended it.
+  /// Nothing when `progress` is to end it.
   std::optional<ProcessEnd> WaitForEnd(const PictureOperation& operation,
                                        const PictureProgress& progress);
 

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <limits>
 #include <optional>
 #include <string>
 
@@ -41,9 +43,10 @@ std::optional<LoadedPicture> DecodePictureHere(const std::string& name, const st
                                                const PictureProgress& progress = {},
                                                DecodeBy by = DecodeBy::Fastest);
 
-/// Has the process for the next picture started ahead, from here on always: starting it takes
-/// longer than to decode a small picture.
-void PrepareToDecode();
+/// Has the processes for the next `atOnce` pictures started ahead, from here on always, or until
+/// `pictures` have been decoded: starting one takes longer than to decode a small picture.
+inline constexpr std::size_t kManyPictures = std::numeric_limits<std::size_t>::max();
+void PrepareToDecode(std::size_t atOnce = 1, std::size_t pictures = kManyPictures);
 
 /// Why a picture may do more than it could in a process of its own that is fenced in on all sides:
 /// sentences in plain words, none where everything holds. Known after the first picture, or

@@ -2,7 +2,9 @@
 // own, all else by a module, which the first call loads. The module's own functions of these names
 // are hidden in it.
 
+#include <algorithm>
 #include <atomic>
+#include <deque>
 #include <future>
 #include <mutex>
 #include <optional>
@@ -34,10 +36,7 @@ class Decoders {
   /// One that is ready; nothing where the system allows none.
   std::optional<DecodeWorker> Take() {
     std::optional<DecodeWorker> worker;
-    {
-      const std::lock_guard lock(mutex_);
-      worker = std::exchange(Next(), std::nullopt);
-    }
+    if (std::optional<Ahead> ahead = TakeAhead()) worker = std::move(ahead->Get());
     // Who is short of memory may have ended it while it waited.
     if (worker && worker->HasEnded()) worker.reset();
     if (!worker && NewMemoryFile().IsOpen()) worker = DecodeWorker::Start(program_);
@@ -46,42 +45,63 @@ class Decoders {
     return worker;
   }
 
-  /// On a thread beside: starting a process takes as long as a small picture.
+  /// On threads beside: starting a process takes as long as a small picture.
   void StartNext() {
     const std::lock_guard lock(mutex_);
-    if (!ahead_ || next_ || starting_.valid()) return;
     try {
-      starting_ = std::async(std::launch::async, [this] { return DecodeWorker::Start(program_); });
+      while (ahead_.size() < std::min(atOnce_, toCome_)) ahead_.emplace_back(program_);
     } catch (const std::exception&) {
       // No memory or thread for it: the next picture waits for its process.
     }
   }
-  void StartAhead() {
-    ahead_ = true;
+  void StartAhead(std::size_t atOnce, std::size_t toCome) {
+    {
+      const std::lock_guard lock(mutex_);
+      atOnce_ = atOnce;
+      toCome_ = toCome;
+    }
     StartNext();
   }
 
   /// Of the latest process; nothing before the first.
   std::optional<unsigned> Layers() {
     const std::lock_guard lock(mutex_);
-    if (Next()) layers_ = Next()->Layers();
+    if (!ahead_.empty() && ahead_.front().Get()) layers_ = ahead_.front().Get()->Layers();
     return layers_ == kUnknown ? std::nullopt : std::optional(layers_.load());
   }
 
  private:
   static constexpr unsigned kUnknown = 256;
 
-  std::optional<DecodeWorker>& Next() {
-    if (starting_.valid()) next_ = starting_.get();
-    return next_;
+  /// A process that is being started, or has been.
+  class Ahead {
+   public:
+    explicit Ahead(const DecoderProgram& program)
+        : starting_(std::async(std::launch::async, [&] { return DecodeWorker::Start(program); })) {}
+    std::optional<DecodeWorker>& Get() {
+      if (starting_.valid()) started_ = starting_.get();
+      return started_;
+    }
+
+   private:
+    std::future<std::optional<DecodeWorker>> starting_;
+    std::optional<DecodeWorker> started_;
+  };
+
+  std::optional<Ahead> TakeAhead() {
+    const std::lock_guard lock(mutex_);
+    if (toCome_ > 0 && toCome_ != kManyPictures) --toCome_;
+    if (ahead_.empty()) return {};
+    std::optional<Ahead> first(std::move(ahead_.front()));
+    ahead_.pop_front();
+    return first;
   }
 
   const DecoderProgram program_{.Program = PathInProgram("libexec/graphize/graphize-decode"),
                                 .Module = ModulePath(kModule)};
   std::mutex mutex_;
-  std::optional<DecodeWorker> next_;
-  std::future<std::optional<DecodeWorker>> starting_;
-  std::atomic<bool> ahead_ = false;
+  std::deque<Ahead> ahead_;
+  std::size_t atOnce_ = 0, toCome_ = 0;
   std::atomic<unsigned> layers_ = kUnknown;
 };
 
@@ -194,9 +214,9 @@ std::optional<LoadedPicture> DecodePictureHere(const std::string& name, const st
                        [&] { return WithNumbersOf(bytes, DecodeHere(name, bytes, progress, by)); });
 }
 
-void PrepareToDecode() {
+void PrepareToDecode(std::size_t atOnce, std::size_t pictures) {
   try {
-    AllDecoders().StartAhead();
+    AllDecoders().StartAhead(atOnce, pictures);
   } catch (const RunTimeError&) {
     // A program that is not complete says so when there is a picture.
   }
@@ -204,20 +224,7 @@ void PrepareToDecode() {
 
 std::string MissingDecodeProtection() {
   const auto layers = AllDecoders().Layers();
-  if (!layers || *layers == kAllLayers) return {};
-  if (*layers == 0)
-    return Tr(
-        "Pictures are decoded within this program: the system allows no process of their own for "
-        "it.");
-  std::string missing;
-  const auto name = [&](DecodeLayer layer, const char* words) {
-    if ((*layers & layer) == 0) missing += (missing.empty() ? "" : ", ") + Tr(words);
-  };
-  name(kFewCalls, Marked("its calls (seccomp)"));
-  name(kNoFiles, Marked("its files (Landlock)"));
-  name(kLimits, Marked("its memory and time"));
-  return Tr("Pictures are decoded in a process of their own, but the system does not limit %1.",
-            missing);
+  return layers ? MissingProtection(*layers) : std::string();
 }
 
 bool SavePicture(const std::filesystem::path& path, int format, int option, const Raster& picture,

@@ -130,7 +130,7 @@ std::optional<Raster> RunTool(PictureTool tool, int amount, const Raster& pictur
       case PictureTool::Stretch:
         return Stretch(picture, w, h, operation);
       case PictureTool::Rotate:
-        return Rotate(picture, amount, operation);
+        return Rotate(picture, amount, palette != nullptr && palette->AreGrey(), operation);
     }
     return std::optional<Raster>();
   };

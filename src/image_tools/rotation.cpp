@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <span>
+#include <utility>
 
+#include "base/free_beside.h"
 #include "raster/orientation.h"
 #include "raster/parallel_rows.h"
 
@@ -43,7 +46,7 @@ std::uint32_t Joined(std::uint64_t spread) {
 
 /// From a (part 0) to b (part 256), all components at once.
 std::uint64_t Mixed(std::uint64_t a, std::uint64_t b, std::uint32_t part) {
-  return ((a * (256 - part) + b * part + 0x0080008000800080ull) >> 8) & 0x00ff00ff00ff00ffull;
+  return (((a << 8) + (b - a) * part + 0x0080008000800080ull) >> 8) & 0x00ff00ff00ff00ffull;
 }
 
 /// Reads between the pixels of a picture that lies on white. Positions count from the middle of the
@@ -54,22 +57,55 @@ class Sampler {
 
   explicit Sampler(const Raster& picture) : picture_(picture) {}
 
-  std::uint32_t At(std::int64_t x, std::int64_t y) const {
-    const int column = static_cast<int>(x >> kFractionBits);
-    const int row = static_cast<int>(y >> kFractionBits);
-    if (column < -1 || row < -1 || column >= picture_.Width() || row >= picture_.Height())
-      return kWhitePixel;
-    const bool inside =
-        column >= 0 && row >= 0 && column + 1 < picture_.Width() && row + 1 < picture_.Height();
-    if (!inside)
-      return Mix(Pixel(column, row), Pixel(column + 1, row), Pixel(column, row + 1),
-                 Pixel(column + 1, row + 1), x, y);
-    const std::uint32_t* above = picture_.Row(row) + column;
-    const std::uint32_t* below = above + picture_.Width();
-    return Mix(above[0], above[1], below[0], below[1], x, y);
+  /// Fills `out` with the pixels at (x, y) and every (stepX, stepY) further. `areGrey`: the
+  /// picture's components are all the same.
+  void Fill(std::span<std::uint32_t> out, std::int64_t x, std::int64_t y, std::int64_t stepX,
+            std::int64_t stepY, bool areGrey) const {
+    const auto last = std::ssize(out) - 1;
+    // On a straight line all is within where both ends are.
+    const bool within = IsWithin(x, y) && IsWithin(x + last * stepX, y + last * stepY);
+    for (std::uint32_t& pixel : out) {
+      pixel = !within ? At(x, y) : areGrey ? GreyWithin(x, y) : Within(x, y);
+      x += stepX;
+      y += stepY;
+    }
   }
 
  private:
+  static int Whole(std::int64_t position) { return static_cast<int>(position >> kFractionBits); }
+  static std::uint32_t Part(std::int64_t position) {
+    return static_cast<std::uint32_t>(position >> (kFractionBits - 8)) & 0xffu;
+  }
+
+  /// Whether all four neighbours are pixels of the picture.
+  bool IsWithin(std::int64_t x, std::int64_t y) const {
+    return Whole(x) >= 0 && Whole(y) >= 0 && Whole(x) + 1 < picture_.Width() &&
+           Whole(y) + 1 < picture_.Height();
+  }
+  std::uint32_t At(std::int64_t x, std::int64_t y) const {
+    const int column = Whole(x), row = Whole(y);
+    if (column < -1 || row < -1 || column >= picture_.Width() || row >= picture_.Height())
+      return kWhitePixel;
+    return Mix(Pixel(column, row), Pixel(column + 1, row), Pixel(column, row + 1),
+               Pixel(column + 1, row + 1), x, y);
+  }
+  std::uint32_t Within(std::int64_t x, std::int64_t y) const {
+    const std::uint32_t* above = picture_.Row(Whole(y)) + Whole(x);
+    const std::uint32_t* below = above + picture_.Width();
+    return Mix(above[0], above[1], below[0], below[1], x, y);
+  }
+  /// The same of one component, above and below at once.
+  std::uint32_t GreyWithin(std::int64_t x, std::int64_t y) const {
+    const std::uint32_t* above = picture_.Row(Whole(y)) + Whole(x);
+    const std::uint32_t* below = above + picture_.Width();
+    if (above[0] == above[1] && below[0] == below[1] && above[0] == below[0]) return above[0];
+    const auto both = [&](int i) {
+      return std::uint64_t{above[i] & 0xffu} | std::uint64_t{below[i] & 0xffu} << 32;
+    };
+    const std::uint64_t mixed = Mixed(both(0), both(1), Part(x));
+    return kBlackPixel |
+           static_cast<std::uint32_t>(Mixed(mixed & 0xffu, mixed >> 32, Part(y))) * 0x010101u;
+  }
   std::uint32_t Pixel(int column, int row) const {
     const bool inside = static_cast<unsigned>(column) < static_cast<unsigned>(picture_.Width()) &&
                         static_cast<unsigned>(row) < static_cast<unsigned>(picture_.Height());
@@ -78,11 +114,8 @@ class Sampler {
   static std::uint32_t Mix(std::uint32_t a, std::uint32_t b, std::uint32_t c, std::uint32_t d,
                            std::int64_t x, std::int64_t y) {
     if (a == b && c == d && a == c) return a;  // most of a plot is paper
-    const auto part = [](std::int64_t position) {
-      return static_cast<std::uint32_t>(position >> (kFractionBits - 8)) & 0xffu;
-    };
     return Joined(
-        Mixed(Mixed(Spread(a), Spread(b), part(x)), Mixed(Spread(c), Spread(d), part(x)), part(y)));
+        Mixed(Mixed(Spread(a), Spread(b), Part(x)), Mixed(Spread(c), Spread(d), Part(x)), Part(y)));
   }
 
   const Raster& picture_;
@@ -112,7 +145,8 @@ AffineMap RotationMap(PictureSize size, int degrees) {
                 middle(turned.Height));
 }
 
-std::optional<Raster> Rotate(const Raster& picture, int degrees, PictureOperation& operation) {
+std::optional<Raster> Rotate(const Raster& picture, int degrees, bool areGrey,
+                             PictureOperation& operation) {
   if (const int quarters = QuarterTurns(degrees); quarters >= 0)
     return Turn(picture, quarters, operation);
   const PictureSize size = RotatedSize({picture.Width(), picture.Height()}, degrees);
@@ -129,10 +163,9 @@ std::optional<Raster> Rotate(const Raster& picture, int degrees, PictureOperatio
   const auto fillSquare = [&](int left, int right, int top, int bottom) {
     for (int y = top; y < bottom; ++y) {
       const double dx = left - middleX, dy = y - middleY;
-      std::int64_t x1 = std::llround((dx * c + dy * s + pictureX) * kOne);
-      std::int64_t y1 = std::llround((dy * c - dx * s + pictureY) * kOne);
-      for (int x = left; x < right; ++x, x1 += stepX, y1 += stepY)
-        turned.Row(y)[x] = sampler.At(x1, y1);
+      const std::int64_t x = std::llround((dx * c + dy * s + pictureX) * kOne);
+      const std::int64_t y1 = std::llround((dy * c - dx * s + pictureY) * kOne);
+      sampler.Fill({turned.Row(y) + left, turned.Row(y) + right}, x, y1, stepX, stepY, areGrey);
     }
   };
   const bool done =
@@ -140,7 +173,10 @@ std::optional<Raster> Rotate(const Raster& picture, int degrees, PictureOperatio
         for (int left = 0; left < turned.Width(); left += kSquare)
           fillSquare(left, std::min(left + kSquare, turned.Width()), first, end);
       });
-  if (!done) return std::nullopt;
+  if (!done) {
+    FreeBeside(std::move(turned));
+    return std::nullopt;
+  }
   return turned;
 }
 

@@ -1,10 +1,14 @@
 #include "image_tools/scaling.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
+#include <utility>
 #include <vector>
 
+#include "base/free_beside.h"
 #include "image_tools/nearest_colour.h"
 #include "raster/parallel_rows.h"
 
@@ -12,7 +16,7 @@ namespace graphize {
 
 namespace {
 
-constexpr int kParts = 4;        // components of a pixel
+constexpr int kPixelParts = 4;   // components of a pixel
 constexpr int kWeightBits = 14;  // weights of one pixel add up to 1 << kWeightBits
 constexpr int kMiddleBits = 6;   // fraction kept between the two directions
 
@@ -62,14 +66,16 @@ Taps TapsOf(int from, int to) {
   return taps;
 }
 
-/// Scales rows of one width to another, with kMiddleBits of fraction.
-void ScaleRow(const std::uint32_t* row, const Taps& taps, std::uint16_t* out) {
+/// Scales rows of one width to another, with kMiddleBits of fraction; `kCount` taps, 0: any number.
+template <int kParts, int kCount>
+void ScaleRow(const std::uint8_t* row, const Taps& taps, std::uint16_t* out) {
   const int width = static_cast<int>(taps.First.size());
-  for (int x = 0; x < width; ++x, out += kParts) {
-    const auto* bytes = reinterpret_cast<const std::uint8_t*>(row + taps.First[x]);
-    const std::int16_t* weights = taps.Of(x);
+  const int count = kCount > 0 ? kCount : taps.Count;
+  const std::int16_t* weights = taps.Weights.data();
+  for (int x = 0; x < width; ++x, out += kParts, weights += count) {
+    const std::uint8_t* bytes = row + static_cast<std::ptrdiff_t>(kParts) * taps.First[x];
     int sums[kParts] = {};
-    for (int tap = 0; tap < taps.Count; ++tap)
+    for (int tap = 0; tap < count; ++tap)
       for (int part = 0; part < kParts; ++part)
         sums[part] += weights[tap] * bytes[kParts * tap + part];
     for (int part = 0; part < kParts; ++part)
@@ -77,7 +83,9 @@ void ScaleRow(const std::uint32_t* row, const Taps& taps, std::uint16_t* out) {
   }
 }
 
-/// The rows of a picture scaled to a width, the last few kept.
+/// The rows of a picture scaled to a width, the last few kept. With one part for each pixel, its
+/// blue one stands for all.
+template <int kParts>
 class ScaledRows {
  public:
   ScaledRows(const Raster& picture, const Taps& across, int kept)
@@ -88,7 +96,11 @@ class ScaledRows {
     if (row.Y != y) {
       row.Y = y;
       row.Values.resize(kParts * across_.First.size());
-      ScaleRow(picture_.Row(y), across_, row.Values.data());
+      const std::uint8_t* bytes = BytesOf(picture_.Row(y));
+      if (across_.Count == 2)
+        ScaleRow<kParts, 2>(bytes, across_, row.Values.data());
+      else
+        ScaleRow<kParts, 0>(bytes, across_, row.Values.data());
     }
     return row.Values.data();
   }
@@ -98,24 +110,83 @@ class ScaledRows {
     int Y = -1;
     std::vector<std::uint16_t> Values;
   };
+
+  const std::uint8_t* BytesOf(const std::uint32_t* row) {
+    if constexpr (kParts == kPixelParts) return reinterpret_cast<const std::uint8_t*>(row);
+    bytes_.resize(static_cast<std::size_t>(picture_.Width()));
+    std::transform(row, row + picture_.Width(), bytes_.begin(),
+                   [](std::uint32_t pixel) { return static_cast<std::uint8_t>(pixel); });
+    return bytes_.data();
+  }
+
   const Raster& picture_;
   const Taps& across_;
   std::vector<Row> rows_;
+  std::vector<std::uint8_t> bytes_;
 };
 
-void AddRow(const std::uint16_t* row, int weight, std::vector<int>& sums) {
-  int* const out = sums.data();
-  const std::size_t count = sums.size();
-  for (std::size_t i = 0; i < count; ++i) out[i] += weight * row[i];
-}
+constexpr int kBits = kWeightBits + kMiddleBits;
 
 /// A half becomes the darker side.
-void RoundRow(const std::vector<int>& sums, std::uint32_t* row) {
-  constexpr int kBits = kWeightBits + kMiddleBits;
-  auto* const bytes = reinterpret_cast<std::uint8_t*>(row);
-  const std::size_t count = sums.size();
-  for (std::size_t i = 0; i < count; ++i)
-    bytes[i] = static_cast<std::uint8_t>((sums[i] + (1 << (kBits - 1)) - 1) >> kBits);
+std::uint8_t Rounded(int sum) {
+  return static_cast<std::uint8_t>((sum + (1 << (kBits - 1)) - 1) >> kBits);
+}
+
+/// One scaled row: the weighted sum of the rows that it is made of, rounded.
+template <int kParts>
+class RowMixer {
+ public:
+  RowMixer(const Raster& picture, const Taps& across, const Taps& down)
+      : rows_(picture, across, down.Count), down_(down), sums_(kParts * across.First.size()) {}
+
+  void Mix(int y, std::uint8_t* out) {
+    const std::int16_t* weights = down_.Of(y);
+    const int first = down_.First[static_cast<std::size_t>(y)];
+    const std::size_t count = sums_.size();
+    if (down_.Count == 2 && weights[0] != 0 && weights[1] != 0) {
+      const std::uint16_t *a = rows_.At(first), *b = rows_.At(first + 1);
+      const auto wa = static_cast<std::uint16_t>(weights[0]),
+                 wb = static_cast<std::uint16_t>(weights[1]);
+      for (std::size_t i = 0; i < count; ++i) out[i] = Rounded(wa * a[i] + wb * b[i]);
+      return;
+    }
+    std::ranges::fill(sums_, 0);
+    for (int tap = 0; tap < down_.Count; ++tap) {
+      const int weight = weights[tap];
+      if (weight == 0) continue;
+      const std::uint16_t* row = rows_.At(first + tap);
+      for (std::size_t i = 0; i < count; ++i) sums_[i] += weight * row[i];
+    }
+    for (std::size_t i = 0; i < count; ++i) out[i] = Rounded(sums_[i]);
+  }
+
+ private:
+  ScaledRows<kParts> rows_;
+  const Taps& down_;
+  std::vector<int> sums_;
+};
+
+/// Rows of greys, which are one part each; `nearest` is the colour of each grey.
+void ResizeGreyRows(const Raster& picture, const Taps& across, const Taps& down,
+                    const std::array<std::uint32_t, 256>& nearest, int first, int end,
+                    Raster& result) {
+  RowMixer<1> mixer(picture, across, down);
+  std::vector<std::uint8_t> greys(static_cast<std::size_t>(result.Width()));
+  for (int y = first; y < end; ++y) {
+    mixer.Mix(y, greys.data());
+    std::ranges::transform(greys, result.Row(y), [&](std::uint8_t grey) { return nearest[grey]; });
+  }
+}
+
+void ResizeRows(const Raster& picture, const Taps& across, const Taps& down,
+                const ColourTable* colours, int first, int end, Raster& result) {
+  RowMixer<kPixelParts> mixer(picture, across, down);
+  std::optional<NearestColour> nearest;
+  if (colours != nullptr) nearest.emplace(colours->Colours());
+  for (int y = first; y < end; ++y) {
+    mixer.Mix(y, reinterpret_cast<std::uint8_t*>(result.Row(y)));
+    if (nearest) nearest->Replace(result.Row(y), result.Width());
+  }
 }
 
 }  // namespace
@@ -124,21 +195,23 @@ std::optional<Raster> Resize(const Raster& picture, int width, int height,
                              const ColourTable* colours, PictureOperation& operation) {
   Raster result(width, height);
   const Taps across = TapsOf(picture.Width(), width), down = TapsOf(picture.Height(), height);
+  const bool areGrey = colours != nullptr && colours->AreGrey();
+  std::array<std::uint32_t, 256> nearestOfGrey{};
+  if (areGrey) {
+    NearestColour nearest(colours->Colours());
+    for (std::uint32_t grey = 0; grey < 256; ++grey)
+      nearestOfGrey[grey] = nearest.Of(kBlackPixel | grey * 0x010101u);
+  }
   const bool done = ParallelRows(width, height, operation, [&](int first, int end) {
-    ScaledRows rows(picture, across, down.Count);
-    std::vector<int> sums(static_cast<std::size_t>(kParts) * width);
-    std::optional<NearestColour> nearest;
-    if (colours != nullptr) nearest.emplace(colours->Colours());
-    for (int y = first; y < end; ++y) {
-      std::ranges::fill(sums, 0);
-      for (int tap = 0; tap < down.Count; ++tap)
-        if (const int weight = down.Of(y)[tap]; weight != 0)
-          AddRow(rows.At(down.First[y] + tap), weight, sums);
-      RoundRow(sums, result.Row(y));
-      if (nearest) nearest->Replace(result.Row(y), width);
-    }
+    if (areGrey)
+      ResizeGreyRows(picture, across, down, nearestOfGrey, first, end, result);
+    else
+      ResizeRows(picture, across, down, colours, first, end, result);
   });
-  if (!done) return std::nullopt;
+  if (!done) {
+    FreeBeside(std::move(result));
+    return std::nullopt;
+  }
   return result;
 }
 

@@ -17,6 +17,8 @@ class ColourTable {
   static std::optional<ColourTable> Of(const Raster& picture);
 
   const std::vector<std::uint32_t>& Colours() const { return colours_; }
+  /// Whether all of them are black, white or between.
+  bool AreGrey() const;
   /// The place in Colours() of a colour that is in it.
   std::uint8_t IndexOf(std::uint32_t pixel) const { return indexes_[SlotOf(pixel)]; }
 
@@ -24,6 +26,9 @@ class ColourTable {
   static constexpr std::size_t kSlots = 1024;
 
   std::size_t SlotOf(std::uint32_t pixel) const;
+  /// False when there is no place for another colour.
+  bool Add(std::uint32_t pixel);
+  bool AddAll(const std::uint32_t* pixels, std::size_t count);
 
   std::vector<std::uint32_t> colours_;
   std::array<std::uint32_t, kSlots> slots_{};  // 0: free, as no pixel is

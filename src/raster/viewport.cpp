@@ -64,6 +64,7 @@ int ZoomedLength(double zoom, int pixels) {
 }
 
 int FirstPlaceOf(double zoom, int pixel) {
+  if (zoom == 1) return pixel;
   return Floor(pixel * zoom);
 }
 

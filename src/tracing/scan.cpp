@@ -1,8 +1,10 @@
 #include "tracing/scan.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <utility>
@@ -11,6 +13,7 @@
 #include "base/number_pattern.h"
 #include "base/numbers.h"
 #include "base/translation.h"
+#include "raster/row_marks.h"
 
 namespace graphize {
 
@@ -57,12 +60,19 @@ class ScanStatus {
   StatusBar& status_;
 };
 
+constexpr int kBlock = 32;
 /// Whether a block of neighbouring pixels has a black one.
-constexpr int kBlock = 16;
 bool AnyBlack(const std::uint32_t* pixels) {
   unsigned black = 0;
   for (int i = 0; i < kBlock; ++i) black |= static_cast<unsigned>(IsBlackPixel(pixels[i]));
   return black != 0;
+}
+
+/// A bit for each black one of them.
+std::uint32_t BlackBits(const std::uint32_t* pixels) {
+  std::uint32_t bits = 0;
+  for (int i = 0; i < kBlock; ++i) bits |= static_cast<std::uint32_t>(IsBlackPixel(pixels[i])) << i;
+  return bits;
 }
 
 /// Takes the column of every black pixel of a row that the grid meets.
@@ -73,8 +83,8 @@ void FindBlack(const std::uint32_t* row, const GridRange& columns, Take take) {
     // Most of a page is paper.
     for (; x + kBlock - 1 <= columns.Last; x += kBlock) {
       if (!AnyBlack(row + x)) continue;
-      for (int i = x; i < x + kBlock; ++i)
-        if (IsBlackPixel(row[i])) take(i);
+      for (std::uint32_t bits = BlackBits(row + x); bits != 0; bits &= bits - 1)
+        take(x + std::countr_zero(bits));
     }
   }
   for (; x <= columns.Last; x += columns.Step)
@@ -136,9 +146,10 @@ struct ScanOptions {
 /// Marks the black pixels of one row on the grid and notes them in `found`.
 void SearchRow(PlotImage& image, const ScanOptions& options, const GridRange& columns, int y,
                FoundPositions& found) {
+  RowMarks marks(image, y, options.MarkColour);
   FindBlack(image.Pixels.Row(y), columns, [&](int x) {
     if (options.Inside && !options.Inside->Contains(x, y)) return;
-    SetPixel(image, x, y, options.MarkColour);
+    marks.Set(x);
     found.Take(x, y);
   });
 }

@@ -109,6 +109,16 @@ TEST(DecodeWorker, WithoutTheProgramPicturesAreStillDecoded) {
   EXPECT_EQ(strange->Layers(), 0u);
 }
 
+TEST(DecodeWorker, WhatTheSystemRefusesIsToldInOneSentence) {
+  EXPECT_EQ(MissingProtection(kAllLayers), "");
+  EXPECT_THAT(MissingProtection(0), HasSubstr("within this program"));
+  EXPECT_THAT(MissingProtection(kApart | kNoFiles | kLimits),
+              HasSubstr("does not limit its calls (seccomp)."));
+  EXPECT_THAT(MissingProtection(kApart | kFewCalls), HasSubstr("its files (Landlock), its memory"));
+  DecodePicture("a", *EncodePicture(kPngFormat, 0, Raster::Filled(4, 3, kBlackPixel)));
+  EXPECT_EQ(MissingDecodeProtection(), MissingProtection(Told("nothing").Layers));
+}
+
 /// The picture's pixels or the error, and the warning.
 template <class Decode>
 std::string VerdictOf(const Decode& decode) {
@@ -157,7 +167,7 @@ TEST(DecodeWorker, ErrorsAreInTheUsersLanguage) {
 }
 
 TEST(DecodeWorker, ThreadsShareThoseStartedAhead) {
-  PrepareToDecode();
+  PrepareToDecode(3, 17);  // fewer than there are in the end
   const std::string bytes = *EncodePicture(kPngFormat, 0, Raster::Filled(40, 30, kBlackPixel));
   std::vector<std::thread> threads;
   std::atomic<int> opened = 0;

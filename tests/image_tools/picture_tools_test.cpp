@@ -256,6 +256,39 @@ TEST(PictureTools, AScaledPictureWithFewColoursKeepsThem) {
   EXPECT_EQ(nearest.Of(0xffff0000u), 0xff808080u);
 }
 
+TEST(PictureTools, GreysAreWhatTheyWouldBeAmongColours) {
+  for (const unsigned levels : {2u, 5u, 256u}) {
+    Raster page = Noise(700, 500);
+    for (std::size_t i = 0; i < page.PixelCount(); ++i)
+      page.Pixels()[i] =
+          kBlackPixel | (page.Pixels()[i] & 0xffu) * levels / 256 * 255 / (levels - 1) * 0x010101u;
+    const auto palette = QueryPalette(page, {});
+    ASSERT_EQ(palette->Colours().size(), levels);
+    for (const int degrees : {3, 45, -100})
+      ExpectSame(*RunTool(PictureTool::Rotate, degrees, page, &*palette, {}),
+                 Apply(PictureTool::Rotate, degrees, page));
+    for (const int percent : {40, 99, 150, 300}) {
+      Raster expected = Apply(PictureTool::Resize, percent, page);
+      NearestColour(palette->Colours())
+          .Replace(expected.Pixels(), static_cast<int>(expected.PixelCount()));
+      ExpectSame(ResizeInPalette(percent, page), expected);
+    }
+  }
+}
+
+TEST(PictureTools, ColoursAreCountedWhereverTheyStand) {
+  Raster page = Raster::Filled(1000, 900, 0xff777777u);  // in bands of rows
+  for (int i = 0; i < 255; ++i)
+    page.Row(i * 3)[i] = i % 2 == 0 ? 0xff000000u + i * 0x010101u : 0xff00ff00u + i;
+  const auto palette = QueryPalette(page, {});
+  ASSERT_TRUE(palette.has_value());
+  EXPECT_FALSE(palette->AreGrey());
+  EXPECT_EQ(palette->Colours().size(), 256u);
+  EXPECT_TRUE(std::ranges::is_sorted(palette->Colours()));
+  page.Row(899)[999] = 0xff123456u;
+  EXPECT_FALSE(QueryPalette(page, {}).has_value());
+}
+
 TEST(PictureTools, SizesOfResults) {
   using enum PictureTool;
   const char* const kTooLarge = "The picture would be too large: ";
@@ -324,8 +357,8 @@ TEST(PictureTools, WhatIsStoppedGivesNothing) {
   EXPECT_FALSE(DetectEdges(picture, 5, stopped));
   EXPECT_FALSE(Resize(picture, 60, 45, nullptr, stopped));
   EXPECT_FALSE(Stretch(picture, 60, 45, stopped));
-  EXPECT_FALSE(Rotate(picture, 30, stopped));
-  EXPECT_FALSE(Rotate(picture, 90, stopped));
+  EXPECT_FALSE(Rotate(picture, 30, false, stopped));
+  EXPECT_FALSE(Rotate(picture, 90, false, stopped));
   Raster reduced = picture.Clone();
   EXPECT_FALSE(ReduceToPalette(reduced, stopped));
 }

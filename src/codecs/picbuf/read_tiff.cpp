@@ -169,7 +169,6 @@ class RowOfPixels {
   }
 
   void operator()(const std::uint8_t* samples, std::uint32_t* row) const {
-    const std::size_t width = layout_.Width;
     if (perByte_ == 8)
       OfBytes<8>(samples, row);
     else if (perByte_ == 2)
@@ -177,8 +176,7 @@ class RowOfPixels {
     else if (perByte_ == 1)
       OfBytes<1>(samples, row);
     else if (layout_.Bits == 8)
-      for (std::size_t x = 0; x < width; ++x, samples += 3)
-        row[x] = PixelOf(samples[0], samples[1], samples[2]);
+      OfTriples(samples, row);
     else
       OfWords(samples, row);
   }
@@ -190,6 +188,16 @@ class RowOfPixels {
     for (std::size_t i = 0; i < whole; ++i, row += kPerByte)
       std::memcpy(row, &table_[samples[i] * kPerByte], kPerByte * sizeof *row);
     if (rest > 0) std::memcpy(row, &table_[samples[whole] * kPerByte], rest * sizeof *row);
+  }
+  void OfTriples(const std::uint8_t* samples, std::uint32_t* row) const {
+    // Four bytes at once, but for the last pixel, behind which nothing may be.
+    const std::size_t last = layout_.Width - 1;
+    for (std::size_t x = 0; x < last; ++x, samples += 3) {
+      std::uint32_t lowFirst = 0;
+      std::memcpy(&lowFirst, samples, sizeof lowFirst);
+      row[x] = __builtin_bswap32(lowFirst) >> 8 | 0xff000000u;
+    }
+    row[last] = PixelOf(samples[0], samples[1], samples[2]);
   }
   void OfWords(const std::uint8_t* samples, std::uint32_t* row) const {
     const auto word = [&](std::size_t i) {

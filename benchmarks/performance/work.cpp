@@ -1,0 +1,132 @@
+// What is measured of work on a picture.
+
+#include <algorithm>
+#include <memory>
+
+#include "bare_reads.h"
+#include "image_tools/picture_tools.h"
+#include "page_files.h"
+#include "performance/measure.h"
+#include "support/extraction_records.h"
+#include "support/quiet_desktop.h"
+#include "tracing/curve_tracer.h"
+#include "tracing/scan.h"
+
+namespace graphize {
+
+namespace {
+
+using test::ExtractionRecords;
+
+/// What the compiler may not leave out.
+volatile std::size_t seen = 0;
+
+Desktop WithEscape(const std::function<bool()>& held) {
+  Desktop desktop = test::QuietDesktop();
+  desktop.EscapeHeld = held;
+  return desktop;
+}
+
+void WriteScan() {
+  ExtractionRecords records(SpeckledPage(100));
+  records.Control.Xrange = records.Control.Yrange = "1";
+  records.CapturePressed = false;  // captured points are bounded by the list's size
+  const ScanRectangle all{false, -2, -2, records.Image.Width() + 1, records.Image.Height() + 1};
+  const auto scan = [&](const std::function<bool()>& held) {
+    const Desktop desktop = WithEscape(held);
+    const double seconds = Seconds([&] { Scan(records.With(desktop), all); });
+    ClearMarks(records.Image);
+    return seconds;
+  };
+  const Compared times = Compare(
+      15, [&] { return scan([] { return false; }); },
+      [&] {
+        return Seconds([&] {
+          const Raster& pixels = records.Image.Pixels;
+          seen = static_cast<std::size_t>(
+              std::count_if(pixels.Pixels(), pixels.Pixels() + pixels.PixelCount(), IsBlackPixel));
+        });
+      });
+  WriteRow("scan at step 1, 1 pixel in 100 black", "reading the page once", times, 1.5);
+  WriteRow("Escape in a scan", "", "", 1000 * LongestEscape(20, scan), 50, " ms");
+}
+
+void WriteTrace() {
+  ExtractionRecords records(WideCurve());
+  const auto ink = InkOf(records.Image);
+  records.Check(true, false, false);
+  const auto trace = [&](const std::function<bool()>& held) {
+    const Desktop desktop = WithEscape(held);
+    const double seconds = Seconds([&] { TraceNew(records.With(desktop), 0, 1000); });
+    ClearMarks(records.Image);
+    records.Store = {};
+    return seconds;
+  };
+  const Compared times = Compare(
+      101, [&] { return trace([] { return false; }); },
+      [&] {
+        return Seconds(
+            [&] { seen = static_cast<std::size_t>(ReadBarely(records.Image, ink).Reads); });
+      });
+  WriteRow("trace with capture, linear axes", "its reads of pixels alone", times, 2);
+  WriteRow("Escape in a trace", "", "", 1000 * LongestEscape(20, trace), 50, " ms");
+}
+
+/// As a scan in grey is: eight shades each of paper and ink.
+Raster GreyPage() {
+  Raster page = DrawPage(0xfff0f0f0u, 0xff202020u);
+  std::uint32_t random = 1;
+  for (std::size_t i = 0; i < page.PixelCount(); ++i) {
+    random = random * 1664525u + 1013904223u;
+    page.Pixels()[i] += (random >> 29) * 0x010101u;
+  }
+  return page;
+}
+
+void WriteTools() {
+  const Raster page = GreyPage();
+  const auto copy = [&] {
+    return Seconds([&] {
+      const auto pixels = std::make_unique_for_overwrite<std::uint32_t[]>(page.PixelCount());
+      std::copy_n(page.Pixels(), page.PixelCount(), pixels.get());
+      seen = pixels[page.PixelCount() / 2];
+    });
+  };
+  const auto run = [&](PictureTool tool, int amount, const std::function<bool()>& held) {
+    const PictureProgress progress = [&](int) { return !held(); };
+    return Seconds([&] {
+      const auto palette = QueryPalette(page, progress);
+      auto result = RunTool(tool, amount, page, palette ? &*palette : nullptr, progress);
+      if (result && palette && tool == PictureTool::Rotate) ReduceDepth(*result, progress);
+      seen = result ? result->PixelCount() : 0;
+    });
+  };
+  struct Case {
+    const char* Words;
+    PictureTool Tool;
+    int Amount;
+  };
+  double escape = 0;
+  for (const auto& [words, tool, amount] :
+       {Case{"resize 139 megapixels grey to 150 %", PictureTool::Resize, 150},
+        Case{"rotate them by 3 degrees", PictureTool::Rotate, 3}}) {
+    WriteRow(words, "a bare copy into new memory",
+             Compare(
+                 5, [&] { return run(tool, amount, [] { return false; }); }, copy),
+             2.5);
+    escape = std::max(escape, LongestEscape(10, [&](const std::function<bool()>& held) {
+                        run(tool, amount, held);
+                      }));
+  }
+  WriteRow("Escape in them", "", "", 1000 * escape, 50, " ms");
+}
+
+}  // namespace
+
+void WriteWorkRows() {
+  WriteScan();
+  WriteTrace();
+  WriteTools();
+}
+
+}  // namespace graphize
