@@ -298,6 +298,7 @@ bool History::Apply(Workspace& ws, Way way) {
     for (Change& change : undo_.back().Changes) Apply(ws, change, way);
     ws.status.Status = Tr("Done again: %1", undo_.back().Name);
   }
+  ws.status.Passing = ws.status.Status;
   if (ws.plot.Width() != width || ws.plot.Height() != height) {
     ResetScrBars(ws.view, ws.plot.Width(), ws.plot.Height());
   }
