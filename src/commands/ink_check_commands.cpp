@@ -42,6 +42,15 @@ bool IsOld(const Workspace& ws) {
                      SamePlace);
 }
 
+/// Undo has taken points away with their check, and they are there again.
+bool AreBack(const Workspace& ws) {
+  if (ws.inkCheck.Gone.empty() || ws.store.ListCount == 0 || !AxesFitPicture(ws)) return false;
+  std::vector<PointId> ids;
+  std::vector<PlotPosition> places;
+  FindPoints(ws.store, ids, places);
+  return ids == ws.inkCheck.Gone;
+}
+
 }  // namespace
 
 InkCheck InkCheckOf(Workspace& ws, const PointStore& store) {
@@ -85,6 +94,7 @@ void AskForCheck(Workspace& ws) {
 }
 
 void RenewInkCheck(Workspace& ws) {
+  if (AreBack(ws)) return CheckPoints(ws);
   // The pen's way is one change.
   if (ws.inkCheck.Text.empty() || (ws.pen.Down && ws.pen.Begun) || !IsOld(ws)) return;
   if (!AxesFitPicture(ws)) {
@@ -92,10 +102,12 @@ void RenewInkCheck(Workspace& ws) {
     return;
   }
   PointSet removed = ws.inkCheck.Removed;
+  std::vector<PointId> checked = std::move(ws.inkCheck.Ids);
   ws.inkCheck.AllCurves ? CheckAllCurves(ws) : CheckPoints(ws);
   ws.inkCheck.Removed = std::move(removed);
   // What was removed can be brought back.
   if (ws.inkCheck.Text.empty() && IsRemovedLast(ws)) ws.inkCheck.Text = PointCount(0);
+  if (ws.inkCheck.Text.empty()) ws.inkCheck.Gone = std::move(checked);
 }
 
 bool IsDoubtfulShown(const Workspace& ws) {

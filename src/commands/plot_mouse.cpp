@@ -52,7 +52,8 @@ void FollowDrag(Workspace& ws, float X, float Y) {
 
 /// A message that is cleared stays readable in the panel beside it.
 void ClearStatus(StatusBar& status) {
-  if (!TrimRight(status.Status).empty()) status.Hint = status.Status;
+  if (!TrimRight(status.Status).empty() && status.Status != status.Passing)
+    status.Hint = status.Status;
   status.Status = " ";
 }
 

@@ -145,8 +145,13 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const MovePointsStep& step) {
 }
 
 Outcome Run(Workspace& ws, const Desktop& desktop, const DeletePointsStep& step) {
+  std::vector<MarkedPixel> traced;
+  for (const PointId id : step.Points.Ids())
+    if (HasPlace(ws.store, id))
+      traced.push_back({ToInt32(ws.store.Places[id].Column), ToInt32(ws.store.Places[id].Row)});
   const std::string refusal = DeletePoints(ws.store, ws.commands, step.Points, ws.plot.Height());
   if (!refusal.empty()) return Refuse(desktop, refusal);
+  TakeBackMarks(ws.plot, traced, PaletteColour(ws.settings.TraceColor));
   ws.status.Status =
       TrCount("%1 point deleted", "%1 points deleted", static_cast<long long>(step.Points.Count()));
   UpdateEditMenu(ws.store, ws.commands);

@@ -79,6 +79,28 @@ void ForgetEdit(PlotImage& image) {
   image.LastEdit.clear();
 }
 
+/// Takes back the marks from number `first` on for which `isTaken`; all or none of a pixel's.
+template <class IsTaken>
+void TakeBack(PlotImage& image, std::size_t first, const IsTaken& isTaken) {
+  const bool noted = image.Noted.Kept && first < image.Noted.Marks;
+  if (noted) NoteDrawn(image);
+  const auto begin = image.Marks.begin() + static_cast<std::ptrdiff_t>(first);
+  const auto swapTaken = [&](auto from, auto to) {
+    for (; from != to; ++from)
+      if (isTaken(*from)) std::swap(image.Pixels.Pixels()[from->Index], from->Pixel);
+  };
+  // The oldest last: it covers what was there before them all.
+  swapTaken(image.Marks.rbegin(), std::make_reverse_iterator(begin));
+  const auto note = [&] {
+    OverdrawnPixels back;
+    std::copy_if(begin, image.Marks.end(), std::back_inserter(back), isTaken);
+    Note(image, RasterEvent::Kind::TakenBack, false, back);
+  };
+  if (noted) OrElse(note, [&] { swapTaken(begin, image.Marks.end()); });
+  image.Marks.erase(std::remove_if(begin, image.Marks.end(), isTaken), image.Marks.end());
+  if (noted) image.Noted.Marks = image.Marks.size();
+}
+
 /// Fills the part of row y from left to right that is inside.
 void FillRun(PlotImage& image, OverdrawnPixels& log, int left, int right, int y,
              std::uint32_t pixel) {
@@ -152,32 +174,29 @@ void DrawDot(PlotImage& image, int x, int y, int width, Colour colour) {
 }
 
 void TakeBackMarks(PlotImage& image, std::size_t first, int x) {
+  if (first == image.Marks.size() || x >= image.Width()) return;
   const auto width = static_cast<std::uint32_t>(image.Width());
-  const bool noted = image.Noted.Kept && first < image.Noted.Marks;
-  if (noted) NoteDrawn(image);
-  const auto begin = image.Marks.begin() + static_cast<std::ptrdiff_t>(first);
-  if (begin == image.Marks.end() || x >= image.Width()) return;
   // Marks mostly follow the rows: a division for each would take longer than all the rest.
   std::uint32_t row = 0;  // index of its first pixel
-  const auto isTaken = [&](const OverdrawnPixel& mark) {
+  TakeBack(image, first, [&](const OverdrawnPixel& mark) {
     if (mark.Index - row >= width) row = mark.Index - mark.Index % width;
     return static_cast<int>(mark.Index - row) >= x;
-  };
-  const auto swapTaken = [&](auto from, auto to) {
-    for (; from != to; ++from)
-      if (isTaken(*from)) std::swap(image.Pixels.Pixels()[from->Index], from->Pixel);
-  };
-  // The oldest last: it covers what was there before them all.
-  swapTaken(image.Marks.rbegin(), std::make_reverse_iterator(begin));
-  const auto note = [&] {
-    OverdrawnPixels back;
-    std::copy_if(begin, image.Marks.end(), std::back_inserter(back), isTaken);
-    Note(image, RasterEvent::Kind::TakenBack, false, back);
-  };
-  if (noted) OrElse(note, [&] { swapTaken(begin, image.Marks.end()); });
-  image.Marks.erase(std::remove_if(begin, image.Marks.end(), isTaken), image.Marks.end());
+  });
   image.Dirty.Add(x, 0, image.Width() - 1, image.Height() - 1);
-  if (noted) image.Noted.Marks = image.Marks.size();
+}
+
+void TakeBackMarks(PlotImage& image, std::span<const MarkedPixel> at, Colour colour) {
+  std::vector<std::uint32_t> pixels;
+  for (const auto& [x, y] : at) {
+    if (GetPixel(image, x, y) != colour) continue;
+    pixels.push_back(static_cast<std::uint32_t>(static_cast<std::size_t>(y) * image.Width() + x));
+    image.Dirty.Add(x, y, x, y);
+  }
+  if (pixels.empty()) return;
+  std::sort(pixels.begin(), pixels.end());
+  TakeBack(image, 0, [&](const OverdrawnPixel& mark) {
+    return std::binary_search(pixels.begin(), pixels.end(), mark.Index);
+  });
 }
 
 void ClearMarks(PlotImage& image) {

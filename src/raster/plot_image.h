@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -74,6 +75,11 @@ void DrawDot(PlotImage& image, int x, int y, int width, Colour colour);
 /// Takes back the marks from number `first` on, oldest first, that lie in column `x` or right of
 /// it.
 void TakeBackMarks(PlotImage& image, std::size_t first, int x);
+struct MarkedPixel {
+  int X = 0, Y = 0;
+};
+/// Takes back all marks on those of these pixels that show this colour.
+void TakeBackMarks(PlotImage& image, std::span<const MarkedPixel> at, Colour colour);
 
 /// The working raster becomes the base picture again.
 void ClearMarks(PlotImage& image);

@@ -28,12 +28,17 @@ double FittingZoom(const Viewport& view) {
                     kSmallestZoom, kLargestZoom);
 }
 
-/// The scroll position at which the picture position that is at `at` of the opening stays there,
-/// and with it the pixel: it may begin just there.
-int Scrolled(int scroll, double at, double before, double after) {
-  const double position = (scroll + at) / before;
-  const int result = Floor(position * after - at);
-  return PixelAt(after, result + at) < Floor(position) ? result + 1 : result;
+/// The scroll position at which a picture position lies at `at` of the opening, and with it the
+/// pixel: it may begin just there.
+int Scrolled(double position, double at, double zoom) {
+  const int result = Floor(position * zoom - at);
+  return PixelAt(zoom, result + at) < Floor(position) ? result + 1 : result;
+}
+
+bool IsHeld(const Viewport& view, double x, double y) {
+  const Viewport::Anchor& held = view.Held;
+  return held.Zoom == view.Zoom && held.X == x && held.Y == y && held.ScrolledX == view.X &&
+         held.ScrolledY == view.Y;
 }
 
 }  // namespace
@@ -84,11 +89,12 @@ int PixelAt(double zoom, double place) {
 void SetZoom(Viewport& view, double zoom, double x, double y) {
   zoom = std::clamp(zoom, kSmallestZoom, kLargestZoom);
   view.Fits = false;
-  const int scrolledX = Scrolled(view.X, x, view.Zoom, zoom);
-  const int scrolledY = Scrolled(view.Y, y, view.Zoom, zoom);
+  const double column = IsHeld(view, x, y) ? view.Held.Column : (view.X + x) / view.Zoom;
+  const double row = IsHeld(view, x, y) ? view.Held.Row : (view.Y + y) / view.Zoom;
   view.Zoom = zoom;
   ResetScrBars(view, view.PictureWidth, view.PictureHeight);
-  ScrollTo(view, scrolledX, scrolledY);
+  ScrollTo(view, Scrolled(column, x, zoom), Scrolled(row, y, zoom));
+  view.Held = {x, y, column, row, view.X, view.Y, zoom};
 }
 
 double NextZoom(double zoom, int steps) {

@@ -17,6 +17,14 @@ struct Viewport {
   double Zoom = 1;
   bool Fits = false;  // the zoom follows the opening, which shows the whole picture
   int PictureWidth = 0, PictureHeight = 0;  // picture pixels
+  /// What the last zoom was to keep under the pointer. Where the edge of the picture did not let
+  /// it, the next zooms at that place still do, as long as nothing has scrolled meanwhile.
+  struct Anchor {
+    double X = 0, Y = 0;         // of the opening
+    double Column = 0, Row = 0;  // picture pixels
+    int ScrolledX = 0, ScrolledY = 0;
+    double Zoom = 0;  // 0: there is none
+  } Held;
 };
 
 /// Fits the scroll bars to a picture of this size, keeping the position where it is possible.

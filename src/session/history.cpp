@@ -368,6 +368,7 @@ bool History::Apply(Workspace& ws, Way way) {
   to.splice(to.end(), from, std::prev(from.end()));
   ws.status.Status =
       way == Way::Back ? Tr("Undone: %1", to.back().Name) : Tr("Done again: %1", to.back().Name);
+  ws.status.Passing = ws.status.Status;
   if (ws.plot.Width() != width || ws.plot.Height() != height) {
     ResetScrBars(ws.view, ws.plot.Width(), ws.plot.Height());
   }

@@ -8,6 +8,7 @@
 #include "tracing/extraction_context.h"
 #include "tracing/ink_sight.h"
 #include "tracing/plot_box.h"
+#include "tracing/point_jumps.h"
 #include "tracing/point_tracks.h"
 
 namespace graphize {
@@ -110,6 +111,7 @@ std::vector<InkVerdict> CheckInk(const Raster& picture, const AxisCalibration& c
       verdicts[i] = InkVerdict::NotOnInk;
   if (calibration.IsComplete()) CheckFrame(sight, calibration, points, verdicts);
   CheckTracks(sight, points, verdicts);
+  CheckJumps(sight, points, verdicts);
   return verdicts;
 }
 

@@ -40,8 +40,9 @@ struct InkCheck {
   std::vector<InkVerdict> Verdicts;       // of each
   const std::uint32_t* Pixels = nullptr;  // of the picture, and how much of it was edited last
   std::size_t Edited = 0;
-  bool AllCurves = false;  // the text has lines of other curves, too
-  PointSet Removed;        // the doubtful points that were removed last
+  bool AllCurves = false;     // the text has lines of other curves, too
+  PointSet Removed;           // the doubtful points that were removed last
+  std::vector<PointId> Gone;  // of an earlier check, which went with its points
 
   bool AnyDoubtful() const;
   PointSet Doubtful() const;

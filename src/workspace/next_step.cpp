@@ -8,10 +8,15 @@ namespace {
 
 enum Station { kOpen, kDefineAxis, kGraphize, kSave };
 
+bool IsCapturing(Mode mode) {
+  return mode == Mode::Graphize || IsReading(mode);
+}
+
 Station StationOf(const Workspace& ws) {
   if (!ws.plot.IsPresent()) return kOpen;
   if (ws.mode == Mode::AxisDef || !ws.calibration.IsComplete()) return kDefineAxis;
   if (ws.mode == Mode::None && AnyPoints(ws.curves, ws.store)) return kSave;
+  if (IsCapturing(ws.mode) && !UnsavedCurves(ws.curves, ws.store).empty()) return kSave;
   return kGraphize;
 }
 
@@ -23,8 +28,8 @@ const char* HintAt(Station station, const Workspace& ws) {
       return ws.calibration.AnyDefined()
                  ? Marked("Press \"Define Axis\" and click the points that are still missing")
                  : Marked(
-                       "Press \"Define Axis\", then tell three points of the axes and their "
-                       "values, or let Image, Propose Axes find them");
+                       "Press \"Define Axis\" and click three points of the axes, or use Image, "
+                       "Propose Axes");
     case kGraphize:
       return Marked("Press \"Graphize\", then click points, or right-click a curve to trace it");
     case kSave:
@@ -38,7 +43,11 @@ const char* HintAt(Station station, const Workspace& ws) {
 
 NextStep NextStepOf(const Workspace& ws) {
   const Station station = StationOf(ws);
-  return {station, ws.status.Hint.empty() ? Tr(HintAt(station, ws)) : ws.status.Hint};
+  const std::string& told = ws.status.Hint;
+  if (told.empty()) return {station, Tr(HintAt(station, ws))};
+  if (station == kSave && told == Tr(ModeHint(ws.mode)))
+    return {station, Tr("%1; when all is captured: Save", told)};
+  return {station, told};
 }
 
 bool IsNextShown(const Workspace& ws) {

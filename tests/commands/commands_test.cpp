@@ -651,7 +651,8 @@ TEST_F(WorkspaceTest, WhatComesNextIsSaidFromThePictureToTheFile) {
   EXPECT_EQ(next().Present, 2);
   EXPECT_EQ(next().Hint, ModeHint(Mode::Graphize));
   Click(30, 30);
-  EXPECT_EQ(next().Present, 2);
+  EXPECT_EQ(next().Present, 3);
+  EXPECT_TRUE(next().Hint.starts_with(ModeHint(Mode::Graphize)) && next().Hint.ends_with("Save"));
   ReleaseButtons(ws, desktop);
   EXPECT_EQ(next().Present, 3);
   EXPECT_TRUE(next().Hint.starts_with("Save"));
@@ -693,7 +694,11 @@ TEST_F(WorkspaceTest, DoubtfulPointsAreToldShownAndRemoved) {
   EXPECT_EQ(ws.store.Page.SelectionStart, traced + 1);
   ShowDoubtful(ws);
   EXPECT_FALSE(IsDoubtfulShown(ws));
+  const Colour mark = PaletteColour(ws.settings.TraceColor);
+  SetPixel(ws.plot, 30, 30, mark);
   RemoveDoubtful(ws, desktop);
+  EXPECT_EQ(GetPixel(ws.plot, 30, 30), kWhite) << "its mark goes with it";
+  EXPECT_EQ(GetPixel(ws.plot, 30, 20), mark);
   EXPECT_EQ(ws.store.ListCount, traced);
   EXPECT_EQ(ws.inkCheck.Text, std::to_string(traced) + " points: all on ink");
   EXPECT_TRUE(Is<DeletePointsStep>(ws.recipe.Steps.back()));
@@ -702,9 +707,16 @@ TEST_F(WorkspaceTest, DoubtfulPointsAreToldShownAndRemoved) {
   RenewInkCheck(ws);
   EXPECT_TRUE(CanRemoveDoubtful(ws)) << "the picture has changed: " << ws.inkCheck.Text;
   EXPECT_FALSE(IsRemovedLast(ws));
+  const PointStore checked = ws.store;
+  const std::string before = ws.inkCheck.Text;
   Do(ws, desktop, ClearDataStep{});
   RenewInkCheck(ws);
   EXPECT_EQ(ws.inkCheck.Text, "") << "there are no points";
+  ws.store = checked;
+  RenewInkCheck(ws);
+  EXPECT_EQ(ws.inkCheck.Text, before) << "Undo has brought them back";
+  Do(ws, desktop, ClearDataStep{});
+  RenewInkCheck(ws);
   AskForCheck(ws);
   EXPECT_NE(ws.status.Status.find("no places"), std::string::npos);
 }

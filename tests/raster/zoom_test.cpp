@@ -201,6 +201,21 @@ TEST(Zoom, ThePixelAtThePointerStaysThereWhileTheZoomChanges) {
   }
 }
 
+TEST(Zoom, WhatTheEdgeOfASmallPictureTookFromThePointerComesBack) {
+  Viewport view{.Width = 900, .Height = 900};
+  ShowFromCorner(view, 640, 480);
+  const auto row = [&] { return PixelAt(view.Zoom, view.Y + 215); };
+  for (const double zoom : {2.0, 3.0, 4.0}) SetZoom(view, zoom, 530, 215);
+  EXPECT_EQ(PixelAt(view.Zoom, view.X + 530), 530);
+  EXPECT_EQ(row(), 215);
+  SetZoom(view, 2, 530, 215);
+  const int shown = row();
+  EXPECT_NE(shown, 215) << "the edge";
+  ScrollTo(view, view.X - 1, view.Y);
+  SetZoom(view, 4, 530, 215);
+  EXPECT_EQ(row(), shown) << "another view";
+}
+
 TEST(Zoom, StepsFittingAndPlacesKeepTheirLimits) {
   double zoom = 1;
   for (int i = 0; i < 40; ++i) zoom = NextZoom(zoom, -1);

@@ -298,6 +298,9 @@ TEST_F(HistoryTest, NothingIsReadOutWithAxesThatAreGone) {
   EXPECT_EQ(ws.readOut.XValue, "1");
   ASSERT_TRUE(history.Undo(ws)) << "the axis";
   EXPECT_EQ(ws.readOut.XValue + ws.readOut.YValue, "");
+  EXPECT_TRUE(ws.status.Status.starts_with("Undone"));
+  Plot_MouseMove(ws, Desktop(), 0, 0, 60, 60);
+  EXPECT_FALSE(ws.status.Hint.starts_with("Undone")) << "no hint to what comes next";
 }
 
 TEST_F(HistoryTest, JoinsMovesOfTheSamePointsByKeys) {

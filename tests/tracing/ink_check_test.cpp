@@ -62,6 +62,16 @@ double CutOff(double u) {
   return std::min(1.1 - 7 * (u - 0.5) * (u - 0.5), 1.0);
 }
 
+constexpr double kLevel = 0.2;
+/// Leaves the curve over paper, then jumps to a level line.
+double Lost(double u) {
+  return u < 0.4 ? Rising(u) : u < 0.55 ? Rising(0.4) : kLevel;
+}
+/// Jumps to it from the curve.
+double Jumping(double u) {
+  return u < 0.5 ? Rising(u) : kLevel;
+}
+
 TEST(InkCheck, PointsAreJudgedByWhatIsDrawnThere) {
   const auto thin = [](PlotDrawing& drawing) { drawing.Curve(Rising, {.Thickness = 2}); };
   const auto pale = [](PlotDrawing& drawing) {
@@ -111,6 +121,18 @@ TEST(InkCheck, PointsAreJudgedByWhatIsDrawnThere) {
       {"crossing, changed over", cross, Changing, 0, InkVerdict::Leap, 1, 40},
       {"a corner alone", [](PlotDrawing& drawing) { drawing.Curve(Changing, {}); }, Changing, 0,
        InkVerdict::OnInk, kAll, kAll},
+      {"all behind a jump from paper",
+       [](PlotDrawing& drawing) {
+         drawing.Curve(Rising, {.Thickness = 2}, 0, 0.4);
+         drawing.LinesAtV({kLevel}, {});
+       },
+       Lost, 0, InkVerdict::Leap, 130, 137},
+      {"a far jump",
+       [](PlotDrawing& drawing) {
+         drawing.Curve(Rising, {.Thickness = 2});
+         drawing.LinesAtV({kLevel}, {});
+       },
+       Jumping, 0, InkVerdict::Leap, 2, 2},
       {"between two", twin, midway, 0, InkVerdict::BetweenStrokes, 0.7 * kAll, kAll},
       {"symbols", symbols, Rising, 0, InkVerdict::OnInk, kAll, kAll},
       {"a blot", blot, Rising, 0, InkVerdict::BetweenStrokes, 80, 130},
