@@ -60,6 +60,27 @@ std::uint64_t BitsFrom(const BitMap& map, int x, int y) {
   return shift == 0 ? at(word) : at(word) >> shift | at(word + 1) << (64 - shift);
 }
 
+/// Of 64 columns from `left` on, those about which no more than `allowed` probes, fewer than 32,
+/// are not on ink: a counter for each column, bit by bit, which overflows with one more.
+std::uint64_t WhereFewMiss(const BitMap& ink, const std::vector<Offset>& probes, int allowed,
+                           int left, int y) {
+  std::array<std::uint64_t, 5> missed{};
+  for (std::size_t bit = 0; bit < missed.size(); ++bit)
+    missed[bit] = ((31 - allowed) >> bit & 1) != 0 ? ~std::uint64_t{0} : 0;
+  std::uint64_t few = ~std::uint64_t{0};
+  for (const Offset& probe : probes) {
+    std::uint64_t carry = ~BitsFrom(ink, left + probe.X, y + probe.Y);
+    for (std::uint64_t& bit : missed) {
+      const std::uint64_t both = bit & carry;
+      bit ^= carry;
+      carry = both;
+    }
+    few &= ~carry;
+    if (few == 0) break;
+  }
+  return few;
+}
+
 /// Pixels on which the shape may have its middle, with the best around each of them. None where
 /// there are more than a plot has: grain, or a pattern.
 std::vector<Candidate> CandidatesOf(const InkMap& map, const BitMap& ink, const SymbolShape& shape,
@@ -73,22 +94,13 @@ std::vector<Candidate> CandidatesOf(const InkMap& map, const BitMap& ink, const 
       static_cast<std::size_t>(static_cast<double>(most) * (4 + 0.25 * shape.Width * shape.Height));
   std::atomic<std::size_t> hits = 0;
   std::vector<std::vector<Candidate>> rows(static_cast<std::size_t>(map.Height));
-  // Every probe but the allowed ones must be on ink: so one of the first ones is, which is asked of
-  // 64 columns at once.
   ParallelRows(map.Width, map.Height, operation, [&](int first, int end) {
     for (int y = first; y < end && hits <= mostHits; hits += rows[y++].size())
       for (int left = 0; left < map.Width && !operation.Stopped; left += 64) {
-        std::uint64_t possible = 0;
-        for (int i = 0; i <= allowed && possible != ~std::uint64_t{0}; ++i)
-          possible |= BitsFrom(ink, left + probes[static_cast<std::size_t>(i)].X,
-                               y + probes[static_cast<std::size_t>(i)].Y);
+        std::uint64_t possible = WhereFewMiss(ink, probes, allowed, left, y);
         for (; possible != 0; possible &= possible - 1) {
           const int x = left + std::countr_zero(possible);
           if (x >= map.Width) break;
-          int missed = 0;
-          for (const Offset& probe : probes)
-            if (!ink.Get(x + probe.X, y + probe.Y) && ++missed > allowed) break;
-          if (missed > allowed) continue;
           if (const auto score = matcher.ScoreAt(x, y))
             rows[static_cast<std::size_t>(y)].push_back({x, y, *score});
         }
