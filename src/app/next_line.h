@@ -5,6 +5,7 @@
 
 #include "workspace/next_step.h"
 
+class QGridLayout;
 class QLabel;
 
 namespace graphize {
@@ -23,12 +24,14 @@ class NextLine : public QWidget {
   void resizeEvent(QResizeEvent* event) override;
 
  private:
-  /// Where the hint would be cut, the present station alone is shown beside it.
+  /// The hint stands behind the way, or below it where the window is narrow.
   void MakeRoom();
 
   std::array<QLabel*, kWay.size()> stations_{};
   std::array<QLabel*, kWay.size() - 1> arrows_{};
   ElidedLabel* hint_;
+  QGridLayout* grid_;
+  bool isBelow_ = false;
   int present_ = -1;
 };
 

@@ -1,6 +1,6 @@
 #include "raster/black_white_dialog.h"
 
-#include <QHBoxLayout>
+#include <QGridLayout>
 #include <QImage>
 #include <QLabel>
 #include <QMouseEvent>
@@ -8,6 +8,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSlider>
+#include <QStyle>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <cmath>
@@ -40,17 +41,20 @@ class BlackWhiteDialog::Histogram : public QWidget {
     QPainter painter(this);
     painter.fillRect(rect(), palette().color(QPalette::Base));
     const double most = std::log1p(*std::max_element(counts_.begin(), counts_.end()));
-    const double column = width() / 256.0;
+    // The knob of the slider below stands under the line.
+    const int knob = style()->pixelMetric(QStyle::PM_SliderLength);
+    const double column = (width() - knob) / 254.0;
+    const auto at = [&](int level) { return knob / 2.0 + (level - 1) * column; };
     const QColor dark = palette().color(QPalette::Text), light = palette().color(QPalette::Mid);
     for (int level = 0; level < 256 && most > 0; ++level) {
       const double share = std::log1p(counts_[static_cast<std::size_t>(level)]) / most;
       const double tall = share * (height() - 4);
-      painter.fillRect(QRectF(level * column, height() - tall, column, tall),
+      painter.fillRect(QRectF(at(level), height() - tall, column, tall),
                        level < threshold_ ? dark : light);
     }
     if (threshold_ <= 0) return;
     painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
-    painter.drawLine(QPointF(threshold_ * column, 0), QPointF(threshold_ * column, height()));
+    painter.drawLine(QPointF(at(threshold_), 0), QPointF(at(threshold_), height()));
   }
 
  private:
@@ -117,8 +121,8 @@ BlackWhiteDialog::BlackWhiteDialog(QWidget* parent)
   threshold_[0]->setToolTip(tr("What is darker than one limit becomes black"));
   threshold_[1]->setToolTip(tr("What differs from the paper around it becomes black"));
   histogram_ = new Histogram(this);
-  column->addWidget(histogram_);
-  auto* row = new QHBoxLayout;
+  auto* grid = new QGridLayout;
+  grid->addWidget(histogram_, 0, 0);
   level_ = Named(new QSlider(Qt::Horizontal), "SCRL_Threshold", tr("Threshold"));
   level_->setToolTip(tr("What is darker becomes black, by mouse or arrow keys"));
   level_->setRange(1, 255);
@@ -126,9 +130,10 @@ BlackWhiteDialog::BlackWhiteDialog(QWidget* parent)
   shown_ = Named(new QLabel, "LBL_Threshold", tr("Threshold"));
   shown_->setMinimumWidth(shown_->fontMetrics().horizontalAdvance(QStringLiteral("0000")));
   shown_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-  row->addWidget(level_, 1);
-  row->addWidget(shown_);
-  column->addLayout(row);
+  grid->addWidget(level_, 1, 0);
+  grid->addWidget(shown_, 1, 1);
+  grid->setColumnStretch(0, 1);
+  column->addLayout(grid);
   hint_ = Named(new QLabel, "LBL_Hint", tr("Hint"));
   hint_->setTextFormat(Qt::PlainText);
   hint_->setWordWrap(true);

@@ -290,6 +290,8 @@ TEST_P(EveryLook, ShowsEveryControlOfEveryWindowWholeAndNamed) {
   ExpectNoClashInMenus();
   WalkAllWindows([&](QWidget* window) {
     ExpectWellMade(window);
+    for (const char* station : {"LBL_Station_0", "LBL_Station_3"})
+      EXPECT_TRUE(Find<QLabel>(station)->isVisible()) << "the way, from its first step to its last";
     const QSize size = window->frameGeometry().size();
     // The help takes what the screen has.
     const bool isHelp = window->objectName() == QLatin1String("Help");
