@@ -129,7 +129,7 @@ void Journal::Append(Workspace& ws, const DocumentDelta& delta) {
   // A picture that found no room may have it by now.
   if (!failure && complained_) notKept_.reset();
   Tell(failure);
-  if (failure && file_ == nullptr) LeaveNothing(ws);
+  if (failure && file_ == nullptr && !folder_.empty()) LeaveNothing(ws);
 }
 
 bool Journal::Write(Workspace& ws, DocumentDelta delta, std::error_code& failure) {
