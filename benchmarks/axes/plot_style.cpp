@@ -79,7 +79,9 @@ class Drawing {
     painter_.setClipRect(QRectF(plot_.X0, plot_.Y1, plot_.X1 - plot_.X0, plot_.Y0 - plot_.Y1));
     for (int i = 0; i < style_.Curves; ++i) {
       const double waves = random.Between(0.5, 3), phase = random.Between(0, 6);
-      const double high = random.Between(0.1, 0.45), middle = random.Between(0.3, 0.7);
+      const double middle = random.Between(0.3, 0.7);
+      double high = random.Between(0.1, 0.45);
+      if (style_.CurvesStay) high = std::min(high, 0.45 - std::fabs(middle - 0.5));
       QPainterPath path;
       for (int j = 0; j <= 200; ++j) {
         const double u = j / 200.0;

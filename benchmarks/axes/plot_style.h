@@ -64,6 +64,7 @@ struct PlotStyle {
   bool LabelsAbove = false;   // those of the X axis
   bool RealMinus = true;
   int Curves = 2;
+  bool CurvesStay = false;  // within the plot
   QString Title;
   // What a scanner does.
   double Turn = 0;  // degrees, clockwise

@@ -2,7 +2,8 @@
 // standard output.
 //   pages_accuracy [COUNT [SEED]]         layouts, 40 and 1 unless given
 //   pages_accuracy COUNT SEED FOLDER      writes so many pages of one layout instead, and says how
-//                                         "graphize digitize" takes the calibrated one's axes
+//                                         "graphize digitize" takes the calibrated one's axes and
+//                                         reads its curve
 // With PAGES_KEEP=FOLDER in the environment the pictures of wrong answers stay there. The status is
 // 1 when a page was accepted wrongly.
 
@@ -357,6 +358,18 @@ int Report(int count, int seed) {
   return right.FarOff + wrong.FarOff == 0 ? 0 : 1;
 }
 
+/// Where the curve, which alone is coloured, crosses a column.
+QPoint OnCurve(const QImage& page, int column) {
+  const auto colour = [&](int row) {
+    const QRgb pixel = page.pixel(column, row);
+    return std::abs(qBlue(pixel) - qRed(pixel));
+  };
+  int best = 0;
+  for (int row = 1; row < page.height(); ++row)
+    if (colour(row) > colour(best)) best = row;
+  return {column, best};
+}
+
 /// Pages of one layout as a scanner sends them, the calibrated one as it was printed.
 int Write(int count, int seed, const std::string& folder) {
   LoadFonts();
@@ -364,6 +377,7 @@ int Write(int count, int seed, const std::string& folder) {
   Layout layout = AnyLayout(random);
   layout.Style.Grid = QColor(190, 190, 190);
   layout.Style.Curves = 1;
+  layout.Style.CurvesStay = true;
   const auto draw = [&] { return DrawPlot(layout.Style, layout.X, layout.Y, random); };
   const Plot first = draw();
   const auto file = [&](int number) {
@@ -380,10 +394,11 @@ int Write(int count, int seed, const std::string& folder) {
     return std::to_string(std::lround(x - 0.5)) + "," + std::to_string(std::lround(y - 0.5));
   };
   const PrintedAxis &x = layout.X, &y = layout.Y;
-  std::printf("--origin=%s:%g,%g --x-axis=%s:%g --y-axis=%s:%g%s%s\n",
+  const QPoint start = OnCurve(first.Picture, static_cast<int>(0.7 * first.X0 + 0.3 * first.X1));
+  std::printf("--origin=%s:%g,%g --x-axis=%s:%g --y-axis=%s:%g%s%s --read=%d,%d\n",
               at(first.X0, first.Y0).c_str(), x.First, y.First, at(first.X1, first.Y0).c_str(),
               x.Last, at(first.X0, first.Y1).c_str(), y.Last, x.Log ? " --x-log" : "",
-              y.Log ? " --y-log" : "");
+              y.Log ? " --y-log" : "", start.x(), start.y());
   return written ? 0 : 1;
 }
 

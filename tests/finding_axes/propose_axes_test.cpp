@@ -161,7 +161,10 @@ TEST(ProposeAxes, OfTwoScalesOneIsChosenAndNeverSure) {
   EXPECT_FALSE(left.Y.IsChosen);
   const AxesProposal right = propose(1);
   EXPECT_EQ(right.Y.Verdict, AxesVerdict::Proposal) << right.Y.Reason;
-  EXPECT_TRUE(right.Y.IsChosen) << right.Y.Reason;
+  EXPECT_FALSE(right.Y.IsChosen) << "its labels stand at no ticks";
+  const AxesProposal chosen = propose(0);
+  EXPECT_EQ(chosen.Y.Verdict, AxesVerdict::Proposal);
+  EXPECT_TRUE(chosen.Y.IsChosen) << chosen.Y.Reason;
   ASSERT_EQ(right.Rows.size(), 3u);
   for (const ProposedRow& row : right.Rows) EXPECT_NEAR(row.Row, 235 + 97 - row.Y * 195, 1);
 }
