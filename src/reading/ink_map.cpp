@@ -51,7 +51,7 @@ class Judge {
 
 /// A pixel of half ink beside one that is hidden may be a blend with it.
 void MarkBeside(InkMap& map, int y) {
-  std::uint8_t* row = &map.At(0, y);
+  std::uint8_t* row = &map.Cell(0, y);
   for (int x = 0; x < map.Width; ++x) {
     const std::uint8_t value = row[x];
     if (value == 0 || value > InkMap::kFull * 9 / 10) continue;
@@ -73,7 +73,7 @@ InkMap MapOf(const Raster& picture, const Paper& paper, const std::vector<Rgb>& 
   const auto read = [&](int first, int end) {
     for (int y = first; y < end; ++y) {
       const std::uint32_t* pixels = picture.Row(y);
-      std::uint8_t* row = &map.At(0, y);
+      std::uint8_t* row = &map.Cell(0, y);
       for (int x = 0; x < map.Width; ++x)
         row[x] = x > 0 && paper.IsFlat && pixels[x] == pixels[x - 1]
                      ? row[x - 1]

@@ -24,7 +24,8 @@ struct InkMap {
     return static_cast<unsigned>(x) < static_cast<unsigned>(Width) &&
            static_cast<unsigned>(y) < static_cast<unsigned>(Height);
   }
-  std::uint8_t& At(int x, int y) { return Values[static_cast<std::size_t>(y) * Width + x]; }
+  /// To be written; within the map.
+  std::uint8_t& Cell(int x, int y) { return Values[static_cast<std::size_t>(y) * Width + x]; }
   /// Outside is wall.
   std::uint8_t At(int x, int y) const {
     return Contains(x, y) ? Values[static_cast<std::size_t>(y) * Width + x] : kWall;

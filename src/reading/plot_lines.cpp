@@ -189,7 +189,7 @@ std::vector<PlotLine> TakeOutLines(InkMap& map, const AxesFrame& frame, double x
   for (int row = 0; row < map.Height && !operation.Stopped; ++row) {
     for (int column = 0; column < map.Width; ++column) {
       const double u = frame.U(column, row), v = frame.V(column, row);
-      std::uint8_t& value = map.At(column, row);
+      std::uint8_t& value = map.Cell(column, row);
       if ((top && v < *top + 1.5) || (bottom && v > *bottom - 1.5) || (left && u < *left + 1.5) ||
           (right && u > *right - 1.5)) {
         value = InkMap::kWall;

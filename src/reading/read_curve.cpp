@@ -109,7 +109,7 @@ CurveReading ReadCurve(const Raster& picture, const AxesFrame& frame,
   // What lies beside the line that was clicked is not what was meant.
   if (!start || (toInk <= kOnLine && DistanceToInk(map, x, y) > toInk + kBesideLine) ||
       IsOnFrame(map, lines, frame, x, y, kBesideFrame)) {
-    if (std::as_const(map).At(column, row) == InkMap::kWall)
+    if (map.At(column, row) == InkMap::kWall)
       return refused(Tr("the frame, or what lies outside it"));
     return refused(Tr("a line of the grid or the frame, no curve"));
   }

@@ -334,7 +334,7 @@ void DrawWalls(InkMap& map, const std::vector<ReadingWall>& walls) {
     for (int y = wall.Y - reach; y <= wall.Y + reach; ++y)
       for (int x = wall.X - reach; x <= wall.X + reach; ++x)
         if (map.Contains(x, y) && std::hypot(x - wall.X, y - wall.Y) <= radius)
-          map.At(x, y) = InkMap::kWall;
+          map.Cell(x, y) = InkMap::kWall;
   }
 }
 

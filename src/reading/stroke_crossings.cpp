@@ -216,16 +216,18 @@ class Crossings {
     if (!course || course->Across.Rms > kMostRms) return false;
     std::vector<PathPixel> led;
     std::size_t paper = 0;
+    bool isInside = true;
     const auto at = [&](double t) {
       const PathPixel pixel = course->PixelAt(t);
       if (!led.empty() && led.back() == pixel) return;
+      isInside = isInside && map_.Contains(pixel.X, pixel.Y);
       led.push_back(pixel);
       paper += map_.At(pixel.X, pixel.Y) < InkMap::kFull / 5 ? 1 : 0;
     };
     constexpr double kStep = 0.4;
     for (double t = course->First; t <= course->Last; t += kStep) at(t);
     at(course->Last);
-    if (10 * paper > led.size()) return false;
+    if (!isInside || 10 * paper > led.size()) return false;
     // Between the innermost pixels of both arms.
     const auto nearest = [&](PathPixel pixel) {
       return std::min_element(path.begin(), path.end(), [&](PathPixel a, PathPixel b) {

@@ -14,7 +14,7 @@ namespace graphize {
 class MapWalls {
  public:
   void Add(InkMap& map, int x, int y) {
-    std::uint8_t& value = map.At(x, y);
+    std::uint8_t& value = map.Cell(x, y);
     covered_.emplace_back(PathPixel{x, y}, value);
     value = InkMap::kWall;
   }
@@ -24,10 +24,10 @@ class MapWalls {
   }
   void TakeDown(InkMap& map) const {
     for (auto pixel = covered_.rbegin(); pixel != covered_.rend(); ++pixel)
-      map.At(pixel->first.X, pixel->first.Y) = pixel->second;
+      map.Cell(pixel->first.X, pixel->first.Y) = pixel->second;
   }
   void PutUp(InkMap& map) const {
-    for (const auto& [at, value] : covered_) map.At(at.X, at.Y) = InkMap::kWall;
+    for (const auto& [at, value] : covered_) map.Cell(at.X, at.Y) = InkMap::kWall;
   }
 
  private:

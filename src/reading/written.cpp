@@ -74,7 +74,7 @@ void Wipe(InkMap& map, const InkPiece& piece) {
   std::vector<PathPixel> rim = {piece.Start};
   const auto take = [&](int x, int y) {
     if (!map.Contains(x, y)) return;
-    std::uint8_t& value = map.At(x, y);
+    std::uint8_t& value = map.Cell(x, y);
     if (value == 0 || value > InkMap::kFull) return;
     // Fainter ink goes with the clear one that it is beside.
     const bool isClear = value >= InkMap::kClear;
