@@ -242,13 +242,14 @@ PictureBox SetPicture(PlotImage& image, PictureBox picture) {
   ClearMarks(image);
   ForgetEdit(image);
   if (image.Box == nullptr) image.Box = std::make_shared<Raster>();
-  PictureBox replaced = image.Box;
-  if (image.Noted.Kept)
-    image.Noted.Events.push_back(
-        {.Is = RasterEvent::Kind::Replaced, .Pixels = {}, .Before = replaced, .After = picture});
-  ShowBox(image, picture);
+  const RasterEvent event{.Is = RasterEvent::Kind::Replaced,
+                          .Pixels = {},
+                          .Before = image.Box,
+                          .After = std::move(picture)};
+  if (image.Noted.Kept) image.Noted.Events.push_back(event);
+  ShowBox(image, event.After);
   image.HasUndo = false;
-  return replaced;
+  return event.Before;
 }
 
 PictureBox SetPicture(PlotImage& image, Raster picture) {

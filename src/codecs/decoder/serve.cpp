@@ -44,8 +44,8 @@ class FileBytes {
 /// of the decoder, because most of a damaged picture is never written.
 class MemoryAhead {
  public:
-  MemoryAhead(const Raster& raster, const PictureOperation& operation)
-      : thread_([start = reinterpret_cast<std::uintptr_t>(raster.Pixels()),
+  MemoryAhead(Raster& raster, const PictureOperation& operation)
+      : thread_([start = reinterpret_cast<char*>(raster.Pixels()),
                  size = raster.PixelCount() * sizeof(std::uint32_t),
                  &operation](const std::stop_token& stop) {
           constexpr std::size_t kBlock = 4 << 20;
@@ -55,7 +55,7 @@ class MemoryAhead {
               continue;
             }
             const std::size_t count = std::min(kBlock, size - at);
-            if (madvise(reinterpret_cast<void*>(start + at), count, MADV_POPULATE_WRITE) != 0)
+            if (madvise(start + at, count, MADV_POPULATE_WRITE) != 0)
               return;  // an older system; or somebody else lies there by now
             at += count;
           }
