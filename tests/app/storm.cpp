@@ -334,7 +334,11 @@ class Storm {
   void CheckList() {
     const PointStore& store = State().store;
     if (!store.ListIsCaptured) return;
-    if (store.ListCount != store.CaptureCount)
+    // Rows that were cleared stay captured.
+    const bool wereCleared = std::ranges::any_of(State().recipe.Steps, [](const Step& step) {
+      return std::holds_alternative<ClearRowsStep>(step);
+    });
+    if (wereCleared ? store.ListCount > store.CaptureCount : store.ListCount != store.CaptureCount)
       Fault("a list that is the captured points has " + std::to_string(store.ListCount) + " of " +
             std::to_string(store.CaptureCount));
   }
