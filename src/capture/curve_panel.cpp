@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "widgets/show.h"
+#include "widgets/swatch.h"
 
 namespace graphize {
 
@@ -74,27 +75,22 @@ void CurvePanel::SetIcons(const QIcon& add, const QIcon& rename, const QIcon& re
   delete_->setIcon(remove);
 }
 
-QIcon CurvePanel::Swatch(const Item& item) const {
-  QPixmap pixmap(QSize(kSwatch, kSwatch) * devicePixelRatioF());
-  pixmap.setDevicePixelRatio(devicePixelRatioF());
+QIcon CurvePanel::IconOf(const Item& item) const {
+  const std::uint32_t pixel = PixelOfColour(item.MarkColour);
+  QPixmap pixmap = Swatch(*this, pixel, kSwatch);
+  if (item.Shown) return pixmap;
   pixmap.fill(Qt::transparent);
   QPainter painter(&pixmap);
-  const QColor colour = QColor::fromRgb(PixelOfColour(item.MarkColour));
-  if (item.Shown) {
-    painter.fillRect(QRect(0, 0, kSwatch, kSwatch), palette().color(QPalette::Text));
-    painter.fillRect(QRect(1, 1, kSwatch - 2, kSwatch - 2), colour);
-  } else {
-    painter.setPen(QPen(colour, 2));
-    painter.drawRect(QRect(1, 1, kSwatch - 2, kSwatch - 2));
-  }
-  return QIcon(pixmap);
+  painter.setPen(QPen(QColor::fromRgb(pixel), 2));
+  painter.drawRect(QRect(1, 1, kSwatch - 2, kSwatch - 2));
+  return pixmap;
 }
 
 void CurvePanel::ShowItems() {
   const QSignalBlocker quiet(box_);
   box_->clear();
   for (const Item& item : items_) {
-    box_->addItem(Swatch(item), ToQString(item.Name));
+    box_->addItem(IconOf(item), ToQString(item.Name));
     box_->setItemData(box_->count() - 1, ToQString(item.Name), Qt::ToolTipRole);
   }
 }

@@ -53,7 +53,7 @@ class CurvePanel : public QWidget {
   };
   bool eventFilter(QObject* watched, QEvent* event) override;
   QToolButton* MakeButton(const char* name, const QString& caption, const QString& tip);
-  QIcon Swatch(const Item& item) const;
+  QIcon IconOf(const Item& item) const;
   void ShowItems();
   void TakeName(bool byKey);
   void EndNaming();

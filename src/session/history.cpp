@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <iterator>
 #include <new>
-#include <set>
 #include <span>
 #include <utility>
 
@@ -18,43 +17,6 @@
 namespace graphize {
 
 namespace {
-
-bool HasPicture(const Change& change) {
-  return std::any_of(change.Raster.begin(), change.Raster.end(), [](const RasterEvent& event) {
-    return event.Is == RasterEvent::Kind::Replaced;
-  });
-}
-
-bool HoldsCurves(const Change::Record& record) {
-  return record.Other.type() == typeid(std::vector<Curve>);
-}
-
-/// Whether it holds what other changes may hold, too.
-bool HasShared(const Change& change) {
-  return HasPicture(change) ||
-         std::any_of(change.Records.begin(), change.Records.end(), HoldsCurves);
-}
-
-std::size_t BytesOf(const PointStore& points) {
-  std::size_t bytes = sizeof(PointStore);
-  std::apply([&](const auto&... array) { ((bytes += array.capacity() * sizeof(array[0])), ...); },
-             ArraysOf(points));
-  return bytes;
-}
-
-std::size_t BytesOf(const Change& change) {
-  std::size_t bytes =
-      sizeof(Change) + change.Records.size() * 64 + change.Steps.size() * sizeof(Step);
-  for (const Change::Record& record : change.Records)
-    if (record.Other.type() == typeid(BlockerList)) bytes += sizeof(BlockerList);
-  std::apply(
-      [&](const auto&... array) {
-        ((bytes += array.Other.capacity() * sizeof(*array.Other.data())), ...);
-      },
-      change.Arrays);
-  for (const RasterEvent& event : change.Raster) bytes += event.Bytes();
-  return bytes;
-}
 
 /// Exchanges the recipe's steps behind those that stay; `other` has the room for them.
 void ExchangeSteps(std::vector<Step>& steps, Change& change, std::vector<Step> other) {
@@ -95,21 +57,6 @@ void ApplyRaster(PlotImage& plot, std::vector<RasterEvent>& events, bool back) {
 }
 
 }  // namespace
-
-void DocumentDelta::Add(const Change& change) {
-  Any = true;
-  for (const Change::Record& record : change.Records)
-    Records = Records || record.Number + kPointNumbers < std::tuple_size_v<RecordCopies>;
-  // Outside of the widest middle nothing has changed, however many changes there were.
-  ForEachIn<ArrayCopies>([&](auto number) {
-    const auto& array = std::get<number>(change.Arrays);
-    if (!array.Differs) return;
-    Part& part = Arrays[number];
-    part = {true, std::min(part.First, array.First), std::min(part.Behind, array.Behind)};
-  });
-  if (change.Points != nullptr) Arrays.fill({.Differs = true, .First = 0, .Behind = 0});
-  StepsKept = std::min(StepsKept, change.StepsKept);
-}
 
 void History::Begin(Workspace& ws) {
   KeepEvents(ws.plot);
@@ -398,35 +345,14 @@ void History::Forget(const Entry& entry) {
 }
 
 void History::CountShared() {
-  std::set<const void*> seen;
-  std::size_t largest = 0;
-  std::size_t shared = 0;
-  const auto countPicture = [&](const PictureBox& box) {
-    if (box == nullptr || !seen.insert(box.get()).second) return;
-    const std::size_t bytes = box->PixelCount() * sizeof(std::uint32_t);
-    shared += bytes;
-    largest = std::max(largest, bytes);
-  };
-  const auto countPoints = [&](const std::shared_ptr<const PointStore>& points) {
-    if (points != nullptr && seen.insert(points.get()).second) shared += BytesOf(*points);
-  };
+  SharedBytes shared;
   const auto countIn = [&](const std::list<Change>& changes) {
-    for (const Change& change : changes) {
-      for (const RasterEvent& event : change.Raster) {
-        countPicture(event.Before);
-        countPicture(event.After);
-      }
-      countPoints(change.Points);
-      for (const Change::Record& record : change.Records)
-        if (HoldsCurves(record))
-          for (const Curve& curve : *std::any_cast<std::vector<Curve>>(&record.Other))
-            countPoints(curve.Points);
-    }
+    for (const Change& change : changes) shared.Add(change);
   };
   for (const Entry& entry : undo_) countIn(entry.Changes);
   for (const Entry& entry : redo_) countIn(entry.Changes);
   countIn(passing_);
-  sharedBytes_ = shared - largest;
+  sharedBytes_ = shared.AllButLargestPicture();
   sharedChanged_ = false;
 }
 

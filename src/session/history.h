@@ -1,55 +1,15 @@
 #pragma once
 
-#include <any>
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <list>
 #include <memory>
-#include <optional>
 #include <string>
-#include <tuple>
 #include <utility>
-#include <vector>
 
-#include "raster/raster_event.h"
-#include "session/document.h"
+#include "session/change.h"
 
 namespace graphize {
-
-/// What one command has made different: found by comparing, and symmetrical. It holds what the
-/// document is not, before or after.
-struct Change {
-  struct Record {
-    std::size_t Number;  // in RecordsOf
-    std::any Other;
-  };
-  std::vector<Record> Records;
-  ArrayChanges Arrays;
-  std::shared_ptr<const PointStore> Points;  // all of them, where another curve became active
-  ListPage Page;
-  std::size_t StepsKept = 0;  // of the recipe, in front of what differs
-  std::vector<Step> Steps;
-  std::vector<RasterEvent> Raster;
-  std::size_t Bytes = 0;  // without whole pictures and curves that were put away
-};
-
-/// What of the document has become different over any number of changes, also of those that were
-/// taken back or done again: enough to write down what it has become.
-struct DocumentDelta {
-  struct Part {
-    bool Differs = false;
-    std::size_t First = SIZE_MAX, Behind = SIZE_MAX;  // elements that are as they were
-  };
-
-  bool Anew = false;     // it is another document
-  bool Any = false;      // something is different
-  bool Records = false;  // small records that do not go with the points
-  std::array<Part, std::tuple_size_v<ArrayCopies>> Arrays;
-  std::size_t StepsKept = SIZE_MAX;
-
-  void Add(const Change& change);
-};
 
 /// The way back, and forth again, over everything that happens to a document.
 ///

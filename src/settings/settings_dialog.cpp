@@ -18,6 +18,7 @@
 #include "widgets/colour_grid.h"
 #include "widgets/plot_cursor.h"
 #include "widgets/show.h"
+#include "widgets/swatch.h"
 #include "widgets/up_down.h"
 
 namespace graphize {
@@ -89,13 +90,6 @@ void Check(QButtonGroup* group, int index) {
   group->setExclusive(false);
   if (QAbstractButton* checked = group->checkedButton()) checked->setChecked(false);
   group->setExclusive(true);
-}
-
-QIcon Swatch(int colour) {
-  QPixmap picture(14, 14);
-  picture.fill(QColor::fromRgb(PixelOfColour(PaletteColour(colour))));
-  QPainter(&picture).drawRect(0, 0, 13, 13);
-  return picture;
 }
 
 /// A cursor as it looks over a picture, whatever the desktop's colours are.
@@ -381,8 +375,12 @@ void SettingsDialog::Render(const OptionsForm& form, const Settings& settings) {
   Show(snapDistance_, form.SnapDistance);
 
   Check(colourOf_, static_cast<int>(form.Colour));
-  colourOf_->button(0)->setIcon(Swatch(settings.TraceColor));
-  colourOf_->button(1)->setIcon(Swatch(settings.BlockColor));
+  const auto show = [this](int button, int colour) {
+    constexpr int kSide = 14;
+    colourOf_->button(button)->setIcon(Swatch(*this, PixelOfColour(PaletteColour(colour)), kSide));
+  };
+  show(0, settings.TraceColor);
+  show(1, settings.BlockColor);
   colours_->Render(ChosenColour(form, settings));
   Check(cursors_, settings.CursorType);
   testArea_->setCursor(PlotCursor(settings.CursorType, devicePixelRatioF()));

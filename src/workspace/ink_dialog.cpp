@@ -2,12 +2,12 @@
 
 #include <QGridLayout>
 #include <QLabel>
-#include <QPainter>
 #include <QPushButton>
 #include <QToolButton>
 #include <QVBoxLayout>
 
 #include "widgets/show.h"
+#include "widgets/swatch.h"
 #include "widgets/tolerance_slider.h"
 
 namespace graphize {
@@ -16,16 +16,8 @@ namespace {
 
 constexpr int kSwatchesInRow = 8;
 
-QPixmap Swatch(const QWidget& on, std::uint32_t pixel) {
-  const int side = 2 * on.fontMetrics().height();
-  const qreal ratio = on.devicePixelRatioF();
-  QPixmap pixmap(QSize(side, side) * ratio);
-  pixmap.setDevicePixelRatio(ratio);
-  pixmap.fill(QColor::fromRgb(pixel));
-  QPainter painter(&pixmap);
-  painter.setPen(on.palette().color(QPalette::WindowText));
-  painter.drawRect(QRectF(0.5, 0.5, side - 1, side - 1));
-  return pixmap;
+QPixmap LargeSwatch(const QWidget& on, std::uint32_t pixel) {
+  return Swatch(on, pixel, 2 * on.fontMetrics().height());
 }
 
 }  // namespace
@@ -75,7 +67,7 @@ QToolButton* InkDialog::MakeSwatch(const PictureInk& ink, int index) {
           .arg(QString::number(100.0 * static_cast<double>(ink.Share), 'f', 1));
   button->setAccessibleName(what);
   button->setToolTip(what);
-  const QPixmap swatch = Swatch(*this, pixel);
+  const QPixmap swatch = LargeSwatch(*this, pixel);
   button->setIcon(QIcon(swatch));
   button->setIconSize(swatch.deviceIndependentSize().toSize());
   button->setCheckable(true);
@@ -97,7 +89,7 @@ void InkDialog::Render(const InkForm& form) {
   const QColor colour = form.Chosen ? QColor::fromRgb(*form.Chosen) : QColor();
   if (chosen_->property("colour").value<QColor>() != colour) {
     chosen_->setProperty("colour", colour);
-    chosen_->setPixmap(form.Chosen ? Swatch(*this, *form.Chosen) : QPixmap());
+    chosen_->setPixmap(form.Chosen ? LargeSwatch(*this, *form.Chosen) : QPixmap());
   }
   graphize::Show(ink_, form.Hint);
   Enable(accept_, form.Chosen.has_value());

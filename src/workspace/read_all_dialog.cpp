@@ -8,6 +8,7 @@
 
 #include "raster/paper.h"
 #include "widgets/show.h"
+#include "widgets/swatch.h"
 
 namespace graphize {
 
@@ -15,13 +16,6 @@ namespace {
 
 enum Column { kName, kPoints, kSure, kColumns };
 constexpr int kRowsShown = 8;
-
-QIcon Swatch(const QWidget& on, Rgb ink) {
-  const int side = on.fontMetrics().height();
-  QPixmap pixmap(QSize(side, side) * on.devicePixelRatioF());
-  pixmap.fill(QColor::fromRgb(PixelOf(ink)));
-  return QIcon(pixmap);
-}
 
 void Show(QTableWidgetItem* cell, const QString& text) {
   if (cell->text() != text) cell->setText(text);
@@ -68,7 +62,8 @@ ReadAllDialog::ReadAllDialog(QWidget* parent)
 }
 
 void ReadAllDialog::MakeRow(int row, const ReadAllForm::Item& item) {
-  auto* name = new QTableWidgetItem(Swatch(*this, item.Curve.Colour), QString());
+  auto* name = new QTableWidgetItem(
+      Swatch(*this, PixelOf(item.Curve.Colour), fontMetrics().height()), QString());
   name->setFlags(name->flags() | Qt::ItemIsUserCheckable | Qt::ItemIsEditable);
   curves_->setItem(row, kName, name);
   for (const int column : {kPoints, kSure}) {
