@@ -4,7 +4,9 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QMessageBox>
 #include <QMouseEvent>
+#include <QPushButton>
 #include <QScrollBar>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -78,6 +80,9 @@ int main(int argc, char** argv) {
     window.OpenWhenShown({argv[1]});
     auto* poll = new QTimer(&window);
     QObject::connect(poll, &QTimer::timeout, &window, [&window, before, poll] {
+      // A picture in colours stays so.
+      if (auto* question = qobject_cast<QMessageBox*>(QApplication::activeModalWidget()))
+        return question->button(QMessageBox::No)->click();
       if (!window.State().plot.IsPresent() || window.State().commandRuns) return;
       poll->stop();
       Measure(window, before);

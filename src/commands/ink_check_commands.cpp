@@ -78,6 +78,13 @@ void CheckAllCurves(Workspace& ws) {
   }
 }
 
+void CheckOpened(Workspace& ws) {
+  if (!AxesFitPicture(ws)) return;
+  CheckAllCurves(ws);
+  const bool ofOthers = ws.inkCheck.Text.find('\n') != std::string::npos;
+  if (!ws.inkCheck.AnyDoubtful() && !ofOthers) ws.inkCheck = {};
+}
+
 std::string InkCheckLine(const Workspace& ws) {
   if (ws.inkCheck.Text.empty() || ws.curves.Curves.size() < 2) return ws.inkCheck.Text;
   return Tr("%1: %2", ActiveCurve(ws.curves).Name, ws.inkCheck.Text);

@@ -16,6 +16,8 @@ InkCheck InkCheckOf(Workspace& ws, const PointStore& store);
 void CheckPoints(Workspace& ws);
 /// The same, with a line for each other curve of which a point is doubtful.
 void CheckAllCurves(Workspace& ws);
+/// The same of work that was opened, where it was done before: a line only of what is doubtful.
+void CheckOpened(Workspace& ws);
 bool CanCheckPoints(const Workspace& ws);
 /// CheckPoints, which tells where no point has a place.
 void AskForCheck(Workspace& ws);

@@ -10,6 +10,7 @@
 #include "base/translation.h"
 #include "base/whole_file.h"
 #include "codecs/picbuf.h"
+#include "commands/ink_check_commands.h"
 #include "commands/replay.h"
 #include "commands/shown_picture.h"
 #include "commands/view_commands.h"
@@ -261,6 +262,7 @@ void BringBackSession(Workspace& ws, const Desktop& desktop, const LeftSession& 
   ShowFromCorner(ws.view, ws.plot.Width(), ws.plot.Height());
   if (ws.plot.IsPresent() && ws.mode != Mode::DrawErase && ws.mode != Mode::GridBuster)
     RedrawBlockers(ws.blockers, ws.plot, ws.settings);
+  CheckOpened(ws);
 }
 
 }  // namespace graphize

@@ -9,6 +9,7 @@
 #include "base/tokens.h"
 #include "base/translation.h"
 #include "base/whole_file.h"
+#include "commands/ink_check_commands.h"
 #include "commands/plot_mouse.h"
 #include "commands/shown_picture.h"
 #include "commands/start_and_close.h"
@@ -167,6 +168,7 @@ void OpenProject(Workspace& ws, const Desktop& desktop, const fs::path& path) {
   PutProject(ws, desktop, std::move(*project));
   ws.picture.Folder = path.parent_path();
   NoteProject(ws, path);
+  CheckOpened(ws);
 }
 
 void OpenAskedProject(Workspace& ws, const Desktop& desktop) {

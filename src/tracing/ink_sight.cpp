@@ -40,7 +40,33 @@ int DifferenceOf(Channels a, Channels b) {
       {std::abs(a.Red - b.Red), std::abs(a.Green - b.Green), std::abs(a.Blue - b.Blue)});
 }
 
+/// Whether `holds` for some pixel at most `reach` pixels across and down from a place between them.
+template <class Holds>
+bool AnyNear(double x, double y, double reach, const Holds& holds) {
+  constexpr double kRounding = 0.01;
+  const double far = reach + kRounding;
+  for (int row = static_cast<int>(std::ceil(y - far)); row <= y + far; ++row)
+    for (int column = static_cast<int>(std::ceil(x - far)); column <= x + far; ++column)
+      if (holds(column, row)) return true;
+  return false;
+}
+
 }  // namespace
+
+double InkShade::Strength() const {
+  return std::hypot(Red, Green, Blue);
+}
+
+bool InkShade::IsAlike(const InkShade& other, double noise) const {
+  constexpr double kLeast = 0.4;   // of the strength: a line between two rows of pixels has half
+  constexpr double kAside = 0.25;  // of the other's part along this one
+  const double square = Red * Red + Green * Green + Blue * Blue;
+  if (square <= 0) return false;
+  const double part = (Red * other.Red + Green * other.Green + Blue * other.Blue) / square;
+  const double aside =
+      std::hypot(other.Red - part * Red, other.Green - part * Green, other.Blue - part * Blue);
+  return part >= kLeast && aside <= kAside * part * std::sqrt(square) + noise;
+}
 
 InkSight::InkSight(const Raster& picture)
     : picture_(picture),
@@ -67,12 +93,31 @@ bool InkSight::IsInk(int x, int y) {
 }
 
 bool InkSight::HasInkNear(double x, double y, double reach) {
-  constexpr double kRounding = 0.01;
-  const double far = reach + kRounding;
-  for (int row = static_cast<int>(std::ceil(y - far)); row <= y + far; ++row)
-    for (int column = static_cast<int>(std::ceil(x - far)); column <= x + far; ++column)
-      if (IsInk(column, row)) return true;
-  return false;
+  return AnyNear(x, y, reach, [&](int column, int row) { return IsInk(column, row); });
+}
+
+bool InkSight::HasInkNear(double x, double y, double reach, const InkShade& like) {
+  return AnyNear(x, y, reach, [&](int column, int row) {
+    return IsInk(column, row) &&
+           like.IsAlike(ShadeAt(column, row), 0.5 * TileAt(column, row).Least);
+  });
+}
+
+std::optional<InkShade> InkSight::StrongestNear(double x, double y, double reach) {
+  std::optional<InkShade> strongest;
+  AnyNear(x, y, reach, [&](int column, int row) {
+    if (!IsInk(column, row)) return false;
+    const InkShade shade = ShadeAt(column, row);
+    if (!strongest || shade.Strength() > strongest->Strength()) strongest = shade;
+    return false;
+  });
+  return strongest;
+}
+
+InkShade InkSight::ShadeAt(int x, int y) {
+  const Tile& tile = TileAt(x, y);
+  const Channels pixel = ChannelsOf(picture_.Row(y)[x]);
+  return {pixel.Red - tile.Red, pixel.Green - tile.Green, pixel.Blue - tile.Blue};
 }
 
 const InkSight::Tile& InkSight::TileAt(int x, int y) {

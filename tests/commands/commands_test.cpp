@@ -686,8 +686,10 @@ TEST_F(WorkspaceTest, DoubtfulPointsAreToldShownAndRemoved) {
   const int traced = ws.store.ListCount;
   EXPECT_EQ(ws.inkCheck.Text, std::to_string(traced) + " points: all on ink");
   EXPECT_FALSE(CanRemoveDoubtful(ws));
+  CheckOpened(ws);
+  EXPECT_EQ(ws.inkCheck.Text, "") << "nothing is doubtful in what was opened";
   Do(ws, desktop, PointStep{30, 30});
-  RenewInkCheck(ws);
+  CheckOpened(ws);
   EXPECT_EQ(ws.inkCheck.Text, std::to_string(traced + 1) + " points: 1 not on ink");
   ShowDoubtful(ws);
   EXPECT_TRUE(IsDoubtfulShown(ws));

@@ -6,6 +6,7 @@
 #include <functional>
 #include <map>
 
+#include "support/colour_plot.h"
 #include "support/plot_drawing.h"
 
 namespace graphize::test {
@@ -28,8 +29,9 @@ PlotPosition At(PixelPosition place) {
 Points Along(const PlotDrawing& drawing, const std::function<double(double)>& v, double first = 0.1,
              double last = 0.9, float aside = 0) {
   Points points;
-  for (int i = 0; i <= static_cast<int>((last - first) * 380); ++i) {
-    const double u = first + i / 380.0;
+  const double columns = drawing.Place(1, 0).X - drawing.Place(0, 0).X;
+  for (int i = 0; i <= static_cast<int>((last - first) * columns); ++i) {
+    const double u = first + i / columns;
     PlotPosition at = At(drawing.Place(u, v(u)));
     points.push_back({std::round(at.Column), std::round(2 * at.Row) / 2 + aside});
   }
@@ -192,6 +194,30 @@ TEST(InkCheck, SymbolsFramesEndsAndDarkPagesAreNotDoubted) {
   EXPECT_EQ(verdictAt(0.5, 0.8), InkVerdict::NotOnInk);
   EXPECT_EQ(CheckInk(picture, {}, Points{{-5, 9}, {1e9f, 3}}),
             (std::vector{InkVerdict::NotOnInk, InkVerdict::NotOnInk}));
+}
+
+TEST(InkCheck, WhereACurveGoesOnIsToldByItsOwnInk) {
+  constexpr std::uint32_t kBlue = 0xff1f77b4u, kRed = 0xffd62728u, kGrey = 0xffb0b0b0u;
+  const auto wave = [](double u) { return 0.5 + 0.4 * std::sin(30 * u); };
+  ColourPlot crests(kWhitePixel, 0, kWidth, kHeight);
+  PlotDrawing touched = crests.Layer();
+  touched.LinesAtV({0.105, 0.895}, {});
+  crests.Put(touched, kGrey);
+  crests.Curve(wave, {.Thickness = 1.5}, kBlue);
+  crests.Scan(0, 0, 15);
+  for (int i = 0; i < 600; ++i)
+    crests.Picture.Row(i * 397 % kHeight)[i * 211 % kWidth] = kBlackPixel;
+  const Points along = Along(touched, wave);
+  EXPECT_EQ(Check(crests.Picture, along, touched.Calibration())[InkVerdict::OnInk],
+            static_cast<int>(along.size()));
+
+  ColourPlot crossing(kWhitePixel, 0, kWidth, kHeight);
+  crossing.Curve(Falling, {.Thickness = 1.5}, kBlue);
+  crossing.Curve(Rising, {.Thickness = 1.5}, kRed);
+  crossing.Scan(0, 0, 15);
+  const auto changed = Check(crossing.Picture, Along(touched, Changing), touched.Calibration());
+  ASSERT_TRUE(changed.contains(InkVerdict::Leap));
+  EXPECT_LE(changed.at(InkVerdict::Leap), 40);
 }
 
 TEST(InkCheck, IsToldInOneLine) {

@@ -1,0 +1,125 @@
+#include "tracing/traced_stroke.h"
+
+#include <array>
+#include <numbers>
+#include <optional>
+#include <utility>
+
+#include "base/median.h"
+#include "base/polynomial.h"
+
+namespace graphize {
+
+namespace {
+
+constexpr int kThickest = 60;  // pixels that a stroke's thickness is followed
+
+int Rounded(double value) {
+  return static_cast<int>(std::lround(value));
+}
+
+}  // namespace
+
+double AngleOf(Vector a, Vector b) {
+  const double turn = std::atan2(a.X * b.Y - a.Y * b.X, a.X * b.X + a.Y * b.Y);
+  return std::abs(turn) * 180 / std::numbers::pi;
+}
+
+TracedStroke::TracedStroke(InkSight& sight, std::vector<Vector> places)
+    : sight_(sight), at_(std::move(places)) {
+  for (std::size_t i = 0; i < at_.size(); ++i) {
+    along_.push_back(i == 0 ? 0 : along_.back() + (at_[i] - at_[i - 1]).Length());
+    thickness_.push_back(LookThrough(at_[i]));
+  }
+  usual_ = Median(thickness_);
+}
+
+Vector TracedStroke::AtLength(double length) const {
+  if (length <= 0) return at_.front();
+  const auto next = std::upper_bound(along_.begin(), along_.end(), length);
+  if (next == along_.end()) return at_.back();
+  const auto i = static_cast<std::size_t>(next - along_.begin());
+  const double part = (length - along_[i - 1]) / (along_[i] - along_[i - 1]);
+  return at_[i - 1] + part * (at_[i] - at_[i - 1]);
+}
+
+InkShade TracedStroke::ShadeOn(double first, double end) {
+  std::vector<double> red, green, blue;
+  for (double along = first; along <= end; ++along) {
+    const Vector at = AtLength(along);
+    const std::optional<InkShade> shade = sight_.StrongestNear(at.X, at.Y, 1);
+    if (!shade) continue;
+    red.push_back(shade->Red);
+    green.push_back(shade->Green);
+    blue.push_back(shade->Blue);
+  }
+  if (red.empty()) return {};
+  return {Rounded(Median(red)), Rounded(Median(green)), Rounded(Median(blue))};
+}
+
+bool TracedStroke::IsSmooth(double here, double gap, double reach, double angle) const {
+  const std::size_t from = FirstAt(here - reach), to = std::min(FirstAt(here + reach), at_.size());
+  const Vector start = AtLength(here - reach), unit = Unit(AtLength(here + reach) - start);
+  const Vector corner = AtLength(here) - start;
+  const double middle = unit.X * corner.X + unit.Y * corner.Y;
+  const double slope = std::tan(std::min(angle, 120.0) / 2 * std::numbers::pi / 180);
+  std::vector<PolynomialNode> nodes, corners;
+  for (std::size_t i = from; i < to; ++i) {
+    if (std::abs(along_[i] - here) < gap) continue;
+    const Vector d = at_[i] - start;
+    const double t = unit.X * d.X + unit.Y * d.Y;
+    nodes.push_back({t, unit.X * d.Y - unit.Y * d.X});
+    corners.push_back({t, slope * std::abs(t - middle)});
+  }
+  constexpr int kDegree = 3;
+  const auto course = FitPolynomial(nodes, kDegree), bent = FitPolynomial(corners, kDegree);
+  return course && bent && course->Rms < 0.5 * bent->Rms;
+}
+
+double TracedStroke::GoesOn(Vector from, Vector way, double here, int side, double angle,
+                            const InkShade& shade) {
+  constexpr int kEnough = 12;
+  const double away = 0.5 * usual_ + 2.5;
+  const double farthest =
+      std::min(60.0, away / std::sin(std::min(angle, 90.0) * std::numbers::pi / 180) + 26);
+  const Vector unit = Unit(way);
+  // What the track may come near to.
+  const double end = here + side * (farthest + 20);
+  const std::size_t first = FirstAt(std::min(here, end)), last = FirstAt(std::max(here, end));
+  int ink = 0, all = 0, gap = 0;
+  for (double k = 1; k <= farthest && all < kEnough + 6; ++k) {
+    const Vector at = from + k * unit;
+    bool isAway = true;
+    for (std::size_t i = first; isAway && i < std::min(last + 1, at_.size()); ++i)
+      isAway = (at_[i] - at).Length() > away;
+    if (!isAway) continue;
+    ++all;
+    const bool isInk = sight_.HasInkNear(at.X, at.Y, 1 + k / 16, shade);
+    ink += isInk ? 1 : 0;
+    gap = isInk ? 0 : gap + 1;
+    if (gap > 8) return 0;
+  }
+  return all >= kEnough ? static_cast<double>(ink) / all : 0;
+}
+
+double TracedStroke::LookThrough(Vector at) {
+  std::optional<Vector> ink;
+  for (const auto& [dx, dy] : {Vector{0, 0}, {0, 1}, {0, -1}, {1, 0}, {-1, 0}})
+    if (!ink && sight_.IsInk(Rounded(at.X + dx), Rounded(at.Y + dy)))
+      ink = Vector{at.X + dx, at.Y + dy};
+  if (!ink) return 0;
+  double least = kThickest;
+  for (const auto& [dx, dy] : {Vector{1, 0}, {0, 1}, {1, 1}, {1, -1}}) {
+    const double unit = Vector{dx, dy}.Length();
+    int count = 1;
+    for (const int sign : {-1, 1})
+      for (int i = 1; i * unit < least && sight_.IsInk(Rounded(ink->X + sign * i * dx),
+                                                       Rounded(ink->Y + sign * i * dy));
+           ++i)
+        ++count;
+    least = std::min(least, count * unit);
+  }
+  return least;
+}
+
+}  // namespace graphize

@@ -1,0 +1,90 @@
+#pragma once
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <span>
+#include <vector>
+
+#include "calibration/transform.h"
+#include "tracing/ink_sight.h"
+
+namespace graphize {
+
+/// A way in picture pixels, row downward.
+struct Vector {
+  double X = 0, Y = 0;
+
+  double Length() const { return std::hypot(X, Y); }
+};
+inline Vector operator-(Vector a, Vector b) {
+  return {a.X - b.X, a.Y - b.Y};
+}
+inline Vector operator+(Vector a, Vector b) {
+  return {a.X + b.X, a.Y + b.Y};
+}
+inline Vector operator*(double k, Vector a) {
+  return {k * a.X, k * a.Y};
+}
+/// Nothing where the way is nothing.
+inline Vector Unit(Vector a) {
+  const double length = a.Length();
+  return length > 0 ? (1 / length) * a : Vector{};
+}
+/// How far a place lies aside of a direction.
+inline double AsideOf(Vector place, Vector unit) {
+  return std::abs(unit.X * place.Y - unit.Y * place.X);
+}
+/// Degrees between two directions, 0 to 180.
+double AngleOf(Vector a, Vector b);
+
+/// Points along one stroke: their places, and what the picture shows of the stroke there. Lengths
+/// are pixels along the points from the first on.
+class TracedStroke {
+ public:
+  /// At least one point. The sight must outlive it.
+  TracedStroke(InkSight& sight, std::vector<Vector> places);
+
+  std::size_t Size() const { return at_.size(); }
+  Vector At(std::size_t i) const { return at_[i]; }
+  double LengthAt(std::size_t i) const { return along_[i]; }
+  double Length() const { return along_.back(); }
+  /// Pixels of the shortest of the straight ways through the ink at the point; 0 where there is
+  /// none.
+  double ThicknessAt(std::size_t i) const { return thickness_[i]; }
+  double UsualThickness() const { return usual_; }
+
+  /// The place so many pixels along.
+  Vector AtLength(double length) const;
+  /// The first point that is so many pixels along, or their number.
+  std::size_t FirstAt(double length) const {
+    return static_cast<std::size_t>(std::lower_bound(along_.begin(), along_.end(), length) -
+                                    along_.begin());
+  }
+
+  bool HasInk(Vector at, double reach) { return sight_.HasInkNear(at.X, at.Y, reach); }
+  bool HasInk(Vector at, double reach, const InkShade& like) {
+    return sight_.HasInkNear(at.X, at.Y, reach, like);
+  }
+  /// The stroke's ink from one length to another, in the middle; nothing where it is not seen.
+  InkShade ShadeOn(double first, double end);
+  /// Whether the points up to `reach` before and behind the length, but for `gap` beside it, bend
+  /// evenly: a corner of that angle (degrees) would lie aside of such a course by far more.
+  bool IsSmooth(double here, double gap, double reach, double angle) const;
+  /// How much of the way straight ahead of `from` is ink like the shade, where it is away from the
+  /// points on that side of `here` (1: behind it, -1: before); 0 where it soon ends. `angle` is
+  /// that between the two ways, in degrees.
+  double GoesOn(Vector from, Vector way, double here, int side, double angle,
+                const InkShade& shade);
+
+ private:
+  double LookThrough(Vector at);
+
+  InkSight& sight_;
+  std::vector<Vector> at_;
+  std::vector<double> along_;
+  std::vector<double> thickness_;
+  double usual_ = 0;
+};
+
+}  // namespace graphize
