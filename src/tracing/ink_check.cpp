@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <optional>
 
 #include "base/translation.h"
 #include "tracing/extraction_context.h"
@@ -46,15 +47,15 @@ bool IsInSymbol(InkSight& sight, PlotPosition at) {
 class FrameSide {
  public:
   /// `depth` is how far the point lies beyond the side's inner edge, `along` where on the side.
-  void Note(std::size_t point, double along, double depth, double thickness) {
-    if (depth >= 0) touching_.push_back({along, point, depth > thickness});
+  void Note(std::size_t point, float column, double along, double depth, double thickness) {
+    if (depth >= 0) touching_.push_back({along, point, column, depth > thickness});
   }
   void Judge(std::vector<InkVerdict>& verdicts) {
     std::sort(touching_.begin(), touching_.end(),
               [](const Touching& a, const Touching& b) { return a.Along < b.Along; });
     for (std::size_t first = 0, end = 0; first < touching_.size(); first = end) {
-      for (end = first + 1; end < touching_.size() &&
-                            touching_[end].Along - touching_[end - 1].Along <= kNeighbours;)
+      for (end = first + 1;
+           end < touching_.size() && AreNeighbours(touching_[end - 1], touching_[end]);)
         ++end;
       const bool isStretch = touching_[end - 1].Along - touching_[first].Along >= kStretch;
       for (std::size_t i = first; i < end; ++i)
@@ -69,15 +70,20 @@ class FrameSide {
   struct Touching {
     double Along;
     std::size_t Point;
+    float Column;
     bool Beyond;
   };
+  /// Beside each other, or one after the other in a trace that falls down the side, of one to three
+  /// points in a column.
+  static bool AreNeighbours(const Touching& a, const Touching& b) {
+    const std::size_t between = std::max(a.Point, b.Point) - std::min(a.Point, b.Point);
+    return b.Along - a.Along <= kNeighbours || (between <= 5 && std::abs(b.Column - a.Column) <= 2);
+  }
   std::vector<Touching> touching_;
 };
 
-void CheckFrame(InkSight& sight, const AxisCalibration& calibration,
-                std::span<const PlotPosition> points, std::vector<InkVerdict>& verdicts) {
-  const InkTest isInk = [&](int x, int y) { return sight.IsInk(x, y); };
-  const PlotFrame frame = FindPlotFrame(isInk, sight.Width(), sight.Height(), calibration);
+void CheckFrame(const PlotFrame& frame, std::span<const PlotPosition> points,
+                std::vector<InkVerdict>& verdicts) {
   const AxesFrame &inner = frame.Inner, &outer = frame.Outer;
   std::array<FrameSide, 4> sides;
   const std::array<double, 4> thickness = {inner.Left - outer.Left, outer.Right - inner.Right,
@@ -88,7 +94,8 @@ void CheckFrame(InkSight& sight, const AxisCalibration& calibration,
     const std::array<double, 4> depth = {inner.Left - u, u - inner.Right, inner.Top - v,
                                          v - inner.Bottom};
     for (std::size_t side = 0; side < sides.size(); ++side)
-      if (thickness[side] > 0) sides[side].Note(i, side < 2 ? v : u, depth[side], thickness[side]);
+      if (thickness[side] > 0)
+        sides[side].Note(i, points[i].Column, side < 2 ? v : u, depth[side], thickness[side]);
   }
   for (FrameSide& side : sides) side.Judge(verdicts);
 }
@@ -109,8 +116,13 @@ std::vector<InkVerdict> CheckInk(const Raster& picture, const AxisCalibration& c
     if (!sight.HasInkNear(points[i].Column, points[i].Row, kBeside) &&
         !IsInSymbol(sight, points[i]))
       verdicts[i] = InkVerdict::NotOnInk;
-  if (calibration.IsComplete()) CheckFrame(sight, calibration, points, verdicts);
-  CheckTracks(sight, points, verdicts);
+  std::optional<PlotFrame> frame;
+  if (calibration.IsComplete()) {
+    const InkTest isInk = [&](int x, int y) { return sight.IsInk(x, y); };
+    frame = FindPlotFrame(isInk, sight.Width(), sight.Height(), calibration);
+    CheckFrame(*frame, points, verdicts);
+  }
+  CheckTracks(sight, points, frame, verdicts);
   CheckJumps(sight, points, verdicts);
   return verdicts;
 }

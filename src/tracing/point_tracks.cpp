@@ -60,10 +60,10 @@ std::vector<Track> TracksOf(std::span<const PlotPosition> points) {
 class TrackJudge {
  public:
   TrackJudge(InkSight& sight, std::span<const PlotPosition> points, const Track& track,
-             std::vector<InkVerdict>& verdicts)
+             const std::optional<PlotFrame>& frame, std::vector<InkVerdict>& verdicts)
       : track_(track),
         verdicts_(verdicts),
-        stroke_(sight, PlacesOf(points, track)),
+        stroke_(sight, PlacesOf(points, track), frame),
         isSound_(track.size()) {}
 
   void Judge() {
@@ -123,11 +123,11 @@ class TrackJudge {
       return verdicts_[track_[i]] == InkVerdict::OnFrame;
     };
     ForStretches(isTouching, [&](std::size_t first, std::size_t end) {
-      const double flank =
-          std::clamp(stroke_.LengthAt(end - 1) - stroke_.LengthAt(first), kLeast, kMost);
-      const std::size_t from = stroke_.FirstAt(stroke_.LengthAt(first) - flank),
-                        to = stroke_.FirstAt(stroke_.LengthAt(end - 1) + flank);
-      if (stroke_.LengthAt(first) < flank || to == stroke_.Size()) return;
+      const double begin = stroke_.LengthAt(first), back = stroke_.LengthAt(end - 1);
+      const double flank = std::clamp(back - begin, kLeast, kMost);
+      if (std::min(begin, stroke_.Length() - back) < 0.5 * flank) return;
+      const std::size_t from = stroke_.FirstAt(begin - flank),
+                        to = std::min(stroke_.FirstAt(back + flank), stroke_.Size() - 1);
       const Vector unit = Unit(stroke_.At(to) - stroke_.At(from));
       const auto nodeAt = [&](std::size_t i) {  // along and across the line from end to end
         const Vector d = stroke_.At(i) - stroke_.At(from);
@@ -252,7 +252,7 @@ class TrackJudge {
       // Dashes show less of themselves; at a plain bend, what is solid on one side is enough.
       const bool isPlain = angle >= kPlain && std::max(ahead, behind) >= 0.85;
       if (std::min(ahead, behind) < 0.5 && !isPlain) continue;
-      if (stroke_.IsSmooth(here, aside, reach + kWindow, angle)) continue;
+      if (stroke_.TurnAt(here, aside, reach + kWindow) < 0.6 * angle) continue;
       std::size_t first = i, end = i + 1;
       while (first > 0 && stroke_.LengthAt(first - 1) >= here - aside) --first;
       while (end < stroke_.Size() && stroke_.LengthAt(end) <= here + aside) ++end;
@@ -269,8 +269,9 @@ class TrackJudge {
 }  // namespace
 
 void CheckTracks(InkSight& sight, std::span<const PlotPosition> points,
-                 std::vector<InkVerdict>& verdicts) {
-  for (const Track& track : TracksOf(points)) TrackJudge(sight, points, track, verdicts).Judge();
+                 const std::optional<PlotFrame>& frame, std::vector<InkVerdict>& verdicts) {
+  for (const Track& track : TracksOf(points))
+    TrackJudge(sight, points, track, frame, verdicts).Judge();
 }
 
 }  // namespace graphize

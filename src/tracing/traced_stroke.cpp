@@ -25,13 +25,22 @@ double AngleOf(Vector a, Vector b) {
   return std::abs(turn) * 180 / std::numbers::pi;
 }
 
-TracedStroke::TracedStroke(InkSight& sight, std::vector<Vector> places)
-    : sight_(sight), at_(std::move(places)) {
+TracedStroke::TracedStroke(InkSight& sight, std::vector<Vector> places,
+                           const std::optional<PlotFrame>& frame)
+    : sight_(sight), at_(std::move(places)), frame_(frame) {
   for (std::size_t i = 0; i < at_.size(); ++i) {
     along_.push_back(i == 0 ? 0 : along_.back() + (at_[i] - at_[i - 1]).Length());
     thickness_.push_back(LookThrough(at_[i]));
   }
   usual_ = Median(thickness_);
+}
+
+bool TracedStroke::IsOnFrame(Vector at) const {
+  const auto isIn = [at](const AxesFrame& box) {
+    const double u = box.U(at.X, at.Y), v = box.V(at.X, at.Y);
+    return u >= box.Left && u <= box.Right && v >= box.Top && v <= box.Bottom;
+  };
+  return frame_ && !isIn(frame_->Inner) && isIn(frame_->Outer);
 }
 
 Vector TracedStroke::AtLength(double length) const {
@@ -57,23 +66,21 @@ InkShade TracedStroke::ShadeOn(double first, double end) {
   return {Rounded(Median(red)), Rounded(Median(green)), Rounded(Median(blue))};
 }
 
-bool TracedStroke::IsSmooth(double here, double gap, double reach, double angle) const {
-  const std::size_t from = FirstAt(here - reach), to = std::min(FirstAt(here + reach), at_.size());
-  const Vector start = AtLength(here - reach), unit = Unit(AtLength(here + reach) - start);
-  const Vector corner = AtLength(here) - start;
-  const double middle = unit.X * corner.X + unit.Y * corner.Y;
-  const double slope = std::tan(std::min(angle, 120.0) / 2 * std::numbers::pi / 180);
-  std::vector<PolynomialNode> nodes, corners;
-  for (std::size_t i = from; i < to; ++i) {
-    if (std::abs(along_[i] - here) < gap) continue;
-    const Vector d = at_[i] - start;
-    const double t = unit.X * d.X + unit.Y * d.Y;
-    nodes.push_back({t, unit.X * d.Y - unit.Y * d.X});
-    corners.push_back({t, slope * std::abs(t - middle)});
-  }
-  constexpr int kDegree = 3;
-  const auto course = FitPolynomial(nodes, kDegree), bent = FitPolynomial(corners, kDegree);
-  return course && bent && course->Rms < 0.5 * bent->Rms;
+double TracedStroke::TurnAt(double here, double gap, double reach) const {
+  const auto directionOn = [&](double first, double end) {
+    std::vector<PolynomialNode> columns, rows;
+    for (std::size_t i = FirstAt(first); i < at_.size() && along_[i] <= end; ++i) {
+      columns.push_back({along_[i] - here, at_[i].X});
+      rows.push_back({along_[i] - here, at_[i].Y});
+    }
+    constexpr std::size_t kEnough = 6;  // places of which a bend is told
+    const int degree = columns.size() >= kEnough ? 2 : 1;
+    const auto x = FitPolynomial(columns, degree), y = FitPolynomial(rows, degree);
+    return x && y ? std::optional(Vector{x->C[1], y->C[1]}) : std::nullopt;
+  };
+  const auto before = directionOn(here - reach, here - gap);
+  const auto behind = directionOn(here + gap, here + reach);
+  return before && behind ? AngleOf(*before, *behind) : 180;
 }
 
 double TracedStroke::GoesOn(Vector from, Vector way, double here, int side, double angle,
@@ -94,7 +101,7 @@ double TracedStroke::GoesOn(Vector from, Vector way, double here, int side, doub
       isAway = (at_[i] - at).Length() > away;
     if (!isAway) continue;
     ++all;
-    const bool isInk = sight_.HasInkNear(at.X, at.Y, 1 + k / 16, shade);
+    const bool isInk = !IsOnFrame(at) && sight_.HasInkNear(at.X, at.Y, 1 + k / 16, shade);
     ink += isInk ? 1 : 0;
     gap = isInk ? 0 : gap + 1;
     if (gap > 8) return 0;

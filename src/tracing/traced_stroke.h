@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <span>
+#include <optional>
 #include <vector>
 
-#include "calibration/transform.h"
 #include "tracing/ink_sight.h"
+#include "tracing/plot_box.h"
 
 namespace graphize {
 
@@ -42,8 +42,8 @@ double AngleOf(Vector a, Vector b);
 /// are pixels along the points from the first on.
 class TracedStroke {
  public:
-  /// At least one point. The sight must outlive it.
-  TracedStroke(InkSight& sight, std::vector<Vector> places);
+  /// At least one point. The frame's line is no way on. The sight must outlive it.
+  TracedStroke(InkSight& sight, std::vector<Vector> places, const std::optional<PlotFrame>& frame);
 
   std::size_t Size() const { return at_.size(); }
   Vector At(std::size_t i) const { return at_[i]; }
@@ -68,9 +68,9 @@ class TracedStroke {
   }
   /// The stroke's ink from one length to another, in the middle; nothing where it is not seen.
   InkShade ShadeOn(double first, double end);
-  /// Whether the points up to `reach` before and behind the length, but for `gap` beside it, bend
-  /// evenly: a corner of that angle (degrees) would lie aside of such a course by far more.
-  bool IsSmooth(double here, double gap, double reach, double angle) const;
+  /// Degrees by which the course turns at the length, told by how it bends from `gap` to `reach`
+  /// before and behind it: as good as none where it bends evenly.
+  double TurnAt(double here, double gap, double reach) const;
   /// How much of the way straight ahead of `from` is ink like the shade, where it is away from the
   /// points on that side of `here` (1: behind it, -1: before); 0 where it soon ends. `angle` is
   /// that between the two ways, in degrees.
@@ -79,9 +79,11 @@ class TracedStroke {
 
  private:
   double LookThrough(Vector at);
+  bool IsOnFrame(Vector at) const;
 
   InkSight& sight_;
   std::vector<Vector> at_;
+  std::optional<PlotFrame> frame_;
   std::vector<double> along_;
   std::vector<double> thickness_;
   double usual_ = 0;
