@@ -3,7 +3,7 @@
 namespace graphize::accuracy {
 
 /// Of the plots of docs/accuracy.md: seeds that the check was never tuned by.
-inline constexpr unsigned kInkSeed = 5000;
+inline constexpr unsigned kInkSeed = 30000;
 
 /// Traces and reads plots with crossings, frames, labels, light colours and dashes, drawn from
 /// `seed` on, holds the points against the picture and prints as tables how many wrong ones are

@@ -20,6 +20,7 @@
 #include "batch/batch.h"
 #include "codecs/picbuf.h"
 #include "scanner/scanner.h"
+#include "widgets/clear_indicators.h"
 
 namespace {
 
@@ -72,6 +73,7 @@ int RunWindow(int argc, char** argv) {
   qInstallMessageHandler(TellOnlyTheEnd);
   QApplication application(argc, argv);
   qInstallMessageHandler(nullptr);
+  QApplication::setStyle(new graphize::ClearIndicators);
   QApplication::setApplicationName(QStringLiteral("Graphize"));
   QApplication::setDesktopFileName(QStringLiteral("graphize"));
 

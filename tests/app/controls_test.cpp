@@ -30,6 +30,7 @@
 #include "support/quiet_desktop.h"
 #include "support/random_user.h"
 #include "support/virtual_scanner.h"
+#include "widgets/clear_indicators.h"
 
 namespace graphize::test {
 namespace {
@@ -405,6 +406,25 @@ TEST_F(Controls, WhatALongOperationSaysIsReadableOnItsProgressBar) {
     EXPECT_TRUE(progress->text().startsWith(c.Start)) << c.Status;
     EXPECT_TRUE(progress->text().endsWith("42%")) << c.Status;
     EXPECT_LE(progress->fontMetrics().horizontalAdvance(progress->text()), progress->width());
+  }
+}
+
+TEST_F(Controls, EmptyBoxesStandOutFromADarkWindow) {
+  ClearIndicators style;
+  for (const QRgb window : {0xff2d2d30u, 0xff000000u, 0xffefefefu}) {
+    const QPalette palette{QColor::fromRgb(window), QColor::fromRgb(window)};
+    QCheckBox box;
+    QRadioButton circle;
+    for (QWidget* control : {static_cast<QWidget*>(&box), static_cast<QWidget*>(&circle)}) {
+      control->setStyle(&style);
+      control->setPalette(palette);
+      const QImage drawn = control->grab().toImage();
+      int farthest = 0;
+      for (int y = 0; y < drawn.height(); ++y)
+        for (int x = 0; x < drawn.width(); ++x)
+          farthest = std::max(farthest, std::abs(qGray(drawn.pixel(x, y)) - qGray(window)));
+      EXPECT_GE(farthest, 50) << window << control->metaObject()->className();
+    }
   }
 }
 
