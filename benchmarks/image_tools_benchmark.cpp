@@ -68,7 +68,7 @@ void RunOnPage(benchmark::State& state, PictureTool tool, int amount, Page kind)
     const auto palette = QueryPalette(page, {});
     auto result = RunTool(tool, amount, page, palette ? &*palette : nullptr, {});
     const bool scaled = tool == PictureTool::Resize || tool == PictureTool::Stretch;
-    if (palette && !scaled) ReduceDepth(*result, {});
+    if (palette && !scaled) ReduceDepth(*result, *palette, {});
     return std::move(*result);
   });
 }

@@ -97,7 +97,8 @@ void WriteTools() {
     return Seconds([&] {
       const auto palette = QueryPalette(page, progress);
       auto result = RunTool(tool, amount, page, palette ? &*palette : nullptr, progress);
-      if (result && palette && tool == PictureTool::Rotate) ReduceDepth(*result, progress);
+      if (result && palette && tool == PictureTool::Rotate)
+        ReduceDepth(*result, *palette, progress);
       seen = result ? result->PixelCount() : 0;
     });
   };

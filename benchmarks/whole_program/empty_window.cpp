@@ -3,13 +3,17 @@
 #include <QApplication>
 #include <QMainWindow>
 #include <QTimer>
+#include <cstdlib>
 
 namespace {
 
 class EmptyWindow : public QMainWindow {
   void paintEvent(QPaintEvent* event) override {
     QMainWindow::paintEvent(event);
-    QTimer::singleShot(0, qApp, &QApplication::quit);
+    QTimer::singleShot(0, qApp, [] {
+      QGuiApplication::sync();
+      std::_Exit(0);
+    });
   }
 };
 

@@ -61,6 +61,7 @@ Raster ClipboardRaster(const PictureProgress& progress) {
       stopped = stopped || !progress(percent);
       return !stopped;
     });
+    if (offered && !offered->Warning.empty()) throw damaged;
     if (offered) return std::move(offered->Picture);
   } catch (const RunTimeError&) {
     throw damaged;

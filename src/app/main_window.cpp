@@ -100,7 +100,12 @@ void MainWindow::showEvent(QShowEvent* event) {
   shown_ = true;
   FitSidePanel();
   PlaceFloatingViews();
-  // What the window can be seen without.
+}
+
+void MainWindow::paintEvent(QPaintEvent* event) {
+  QMainWindow::paintEvent(event);
+  if (std::exchange(painted_, true)) return;
+  // What the window can be seen without: on a busy machine it takes long to be seen.
   QTimer::singleShot(50, this, [this] { FinishStart(); });
 }
 

@@ -78,6 +78,7 @@ class MainWindow : public QMainWindow {
   void closeEvent(QCloseEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void showEvent(QShowEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
   void moveEvent(QMoveEvent* event) override;
   void changeEvent(QEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
@@ -222,6 +223,7 @@ class MainWindow : public QMainWindow {
   bool spaceIsForControl_ = false, spacePans_ = false;
   bool placing_ = false;
   bool shown_ = false;
+  bool painted_ = false;
   QMenu* recentMenu_ = nullptr;
   bool recentFailureTold_ = false;
   bool sessionEnds_ = false;  // the desktop's; nothing has changed since it said so

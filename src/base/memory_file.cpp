@@ -36,6 +36,10 @@ bool FillMemoryFile(const Descriptor& file, std::string_view bytes) {
   return true;
 }
 
+void PreferLargePages(void* start, std::size_t size) {
+  madvise(start, size, MADV_HUGEPAGE);  // else in small ones
+}
+
 Mapping::Mapping(const Descriptor& file, std::size_t size, Access access) {
   if (size == 0) return;
   const int protection = access == Access::Write ? PROT_READ | PROT_WRITE : PROT_READ;

@@ -48,9 +48,11 @@ class Raster {
   BitMap Faint;
 
  private:
+  using Pointer = std::unique_ptr<std::uint32_t[], ReleasePixels>;
+
   int width_ = 0;
   int height_ = 0;
-  std::unique_ptr<std::uint32_t[], ReleasePixels> pixels_;
+  Pointer pixels_;
 };
 
 inline constexpr std::uint32_t kBlackPixel = 0xff000000u;

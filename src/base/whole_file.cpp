@@ -85,7 +85,7 @@ Descriptor CreateTemporary(const fs::path& target, mode_t mode, fs::path& tempor
   return Descriptor();
 }
 
-std::error_code WriteToDisk(int file, std::string_view bytes) {
+std::error_code Write(int file, std::string_view bytes) {
   errno = 0;
   while (!bytes.empty()) {
     const ssize_t written = write(file, bytes.data(), bytes.size());
@@ -93,8 +93,27 @@ std::error_code WriteToDisk(int file, std::string_view bytes) {
     if (written <= 0) return LastError();
     bytes.remove_prefix(static_cast<std::size_t>(written));
   }
-  // A file system that cannot flush at all says so with EINVAL.
-  return fsync(file) == 0 || errno == EINVAL ? std::error_code() : LastError();
+  return {};
+}
+
+/// A file system that cannot flush at all says so with EINVAL.
+bool IsFlushed(int result) {
+  return result == 0 || errno == EINVAL;
+}
+
+std::error_code WriteToDisk(int file, std::string_view bytes, const std::function<bool()>& goesOn) {
+  // What a disk takes in a few hundredths of a second. All at once it would be flushed in one call,
+  // which nothing can stop.
+  constexpr std::size_t kPiece = 4 << 20;
+  const auto isStopped = [&] { return goesOn && !goesOn(); };
+  for (; goesOn && bytes.size() > kPiece; bytes.remove_prefix(kPiece)) {
+    if (isStopped()) return std::make_error_code(std::errc::operation_canceled);
+    if (const std::error_code failure = Write(file, bytes.substr(0, kPiece))) return failure;
+    if (!IsFlushed(fdatasync(file))) return LastError();
+  }
+  if (isStopped()) return std::make_error_code(std::errc::operation_canceled);
+  if (const std::error_code failure = Write(file, bytes)) return failure;
+  return IsFlushed(fsync(file)) ? std::error_code() : LastError();
 }
 
 /// Makes the new name last. Where that is impossible the file is whole all the same, and after a
@@ -169,7 +188,8 @@ std::error_code ReadAt(int file, std::uintmax_t offset, std::string& bytes) {
   return {};
 }
 
-std::error_code ReplaceWholeFile(const fs::path& path, std::string_view bytes) {
+std::error_code ReplaceWholeFile(const fs::path& path, std::string_view bytes,
+                                 const std::function<bool()>& goesOn) {
   std::error_code failure;
   // Through a link, so that it is the linked file that is replaced.
   const fs::path target = FollowLinks(path, failure);
@@ -191,7 +211,7 @@ std::error_code ReplaceWholeFile(const fs::path& path, std::string_view bytes) {
   if (!file.IsOpen()) return LastError();
   // Some network shares know no permissions: what was asked for above is then all there is.
   if (exists) static_cast<void>(fchmod(file.Get(), mode));
-  failure = WriteToDisk(file.Get(), bytes);
+  failure = WriteToDisk(file.Get(), bytes, goesOn);
   // Still locked: nobody else's file can come to have the name before it is renamed.
   if (!failure) fs::rename(temporary, target, failure);
   std::error_code ignored;

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -34,8 +35,11 @@ Descriptor OpenToRead(const std::filesystem::path& path, std::uintmax_t& size,
 /// flushed to the disk, then renamed; on failure the reason comes back, the old file is as it was
 /// and nothing stays behind. What killed runs have left in the folder is removed. A symbolic link
 /// stays one, also where what it leads to does not exist yet; permissions are kept where the file
-/// system knows them, and a write-protected file is refused, even to root.
+/// system knows them, and a write-protected file is refused, even to root. A large file is written
+/// and flushed piece by piece: before each `goesOn` is asked, and where it is false the reason is
+/// operation_canceled.
 [[nodiscard]] std::error_code ReplaceWholeFile(const std::filesystem::path& path,
-                                               std::string_view bytes);
+                                               std::string_view bytes,
+                                               const std::function<bool()>& goesOn = {});
 
 }  // namespace graphize

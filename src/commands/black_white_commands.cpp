@@ -95,7 +95,7 @@ void ReduceAsPreviewed(Workspace& ws, const Desktop& desktop) {
   desktop.ShowNow();
   const Outcome outcome = Do(ws, desktop, BlackWhiteStep{ChosenThreshold(form)});
   ws.window.Hourglass = false;
-  ws.status.Status = outcome.IsDone() ? Tr("The picture is black and white") : " ";
+  ws.status.Status = outcome.IsDone() ? Tr("The picture is black and white") : outcome.Reason;
   CloseForm(ws, desktop);
 }
 

@@ -3,10 +3,12 @@
 #include <string>
 #include <utility>
 
+#include "base/free_beside.h"
 #include "base/numbers.h"
 #include "base/translation.h"
 #include "commands/shown_picture.h"
 #include "image_tools/picture_tools.h"
+#include "image_tools/scaling.h"
 #include "raster/black_white.h"
 #include "workspace/picture_map.h"
 
@@ -65,13 +67,31 @@ std::optional<Raster> Processed(Workspace& ws, const Desktop& desktop) {
   }
   if (result && raisesDepth) {
     ShowStep(ws, desktop, "Reducing color depth...");
-    // Two colours stay two: the tracers follow only black.
-    if (IsBlackAndWhite(picture))
-      ReduceToBlackAndWhite(*result);
-    else if (!ReduceDepth(*result, progress(80, 100)))
-      result.reset();
+    if (!ReduceDepth(*result, *palette, progress(80, 100)))
+      FreeBeside(std::exchange(result, std::nullopt));
   }
   return result;
+}
+
+/// The picture that is shown in black and white; nothing after Escape.
+std::optional<Raster> Reduced(Workspace& ws, const Desktop& desktop,
+                              const InkThreshold& threshold) {
+  const BasePictureShown base(ws.plot);
+  const Raster& picture = ws.plot.Pixels;
+  return RunBeside(ShowProgress(ws, desktop), [&](PictureOperation& operation) {
+    operation.To = 0.3;
+    auto copy = CutOut(picture, 0, 0, picture.Width(), picture.Height(), operation);
+    operation.From = operation.To;
+    operation.To = 1;
+    if (copy && !IsBlackAndWhite(*copy) && !Reduce(*copy, threshold, operation))
+      FreeBeside(std::exchange(copy, std::nullopt));
+    return copy;
+  });
+}
+
+Outcome Stopped(Workspace& ws) {
+  ws.status.Status = Tr("Stopped: the picture is as it was");
+  return Nothing(ws.status.Status);
 }
 
 /// Puts a picture in the place of the one that is shown, at the same place of the view. Returns the
@@ -123,10 +143,7 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const ImageToolStep& step) {
       const BasePictureShown base(ws.plot);
       result = Processed(ws, desktop);
     }
-    if (!result) {
-      ws.status.Status = Tr("Stopped: the picture is as it was");
-      return Nothing(ws.status.Status);
-    }
+    if (!result) return Stopped(ws);
     const PictureSize size{ws.plot.Width(), ws.plot.Height()};
     const bool moved = !IsTooSmall(tool, form.Amount, size);
     CarryAlong(ws, moved ? MapOf(tool, form.Amount, size) : AffineMap{}, result->Height());
@@ -155,9 +172,15 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const UndoImageToolStep&) {
 
 Outcome Run(Workspace& ws, const Desktop& desktop, const BlackWhiteStep& step) {
   if (!CanShowImageTools(ws)) return Refused("there is no picture");
-  const PictureBox shown = SetPicture(ws.plot, Raster());
-  // In its place, unless somebody may want it back.
-  Raster picture = shown.use_count() == 1 ? std::exchange(*shown, Raster()) : shown->Clone();
+  if (ws.plot.Noted.Kept || ws.plot.Box.use_count() > 1) {
+    std::optional<Raster> reduced = Reduced(ws, desktop, step.Threshold);
+    ws.status.ProgressVisible = false;
+    if (!reduced) return Stopped(ws);
+    LoadImage(ws, desktop, std::move(*reduced), ws.plot.SourceName);
+    return {};
+  }
+  // In its place: nobody wants it back.
+  Raster picture = std::exchange(*SetPicture(ws.plot, Raster()), Raster());
   if (!IsBlackAndWhite(picture)) Reduce(picture, step.Threshold);
   LoadImage(ws, desktop, std::move(picture), ws.plot.SourceName);
   return {};

@@ -5,6 +5,7 @@
 #include <optional>
 #include <utility>
 
+#include "base/free_beside.h"
 #include "base/numbers.h"
 #include "base/run_time_error.h"
 #include "base/translation.h"
@@ -52,10 +53,14 @@ bool AcceptsDamage(const Desktop& desktop, const std::filesystem::path& path,
 }
 
 /// Offers the reduction to black and white of a picture that has other colours, before it is shown;
-/// the step has the answer, or gets it when it asks.
+/// the step has the answer, or gets it when it asks. False after Escape.
 template <class Step>
-void OfferBlackAndWhite(Workspace& ws, const Desktop& desktop, Raster& picture, Step& step) {
-  if (IsBlackAndWhite(picture)) return void(step.BlackAndWhite = false);
+bool OfferBlackAndWhite(Workspace& ws, const Desktop& desktop, Raster& picture, Step& step) {
+  ws.status.ProgressVisible = false;
+  if (IsBlackAndWhite(picture)) {
+    step.BlackAndWhite = false;
+    return true;
+  }
   if (step.Ask) {
     step.BlackAndWhite = AskYesNo(desktop,
                                   "Image is not Black & White !\r\nAuto-Trace works best on BW "
@@ -63,10 +68,12 @@ void OfferBlackAndWhite(Workspace& ws, const Desktop& desktop, Raster& picture, 
     step.Threshold = ws.settings.Threshold;
   }
   desktop.ShowNow();
-  if (!step.BlackAndWhite) return;
+  if (!step.BlackAndWhite) return true;
   ws.status.Status = Tr("Reducing color depth...");
   desktop.ShowNow();
-  ReduceToBlackAndWhite(picture, ThresholdOf(step.Threshold));
+  return RunBeside(ShowProgress(ws, desktop), [&](PictureOperation& operation) {
+    return ReduceToBlackAndWhite(picture, ThresholdOf(step.Threshold), operation);
+  });
 }
 
 /// Of a picture that is too long, the part that the step names, or gets when it asks. False after
@@ -123,15 +130,14 @@ std::optional<LoadedPicture> Decode(Workspace& ws, const Desktop& desktop,
     return {};
   }
   step.Damaged = isDamaged;
-  const bool fits = FitToPositions(ws, desktop, path, loaded->Picture, step);
+  const bool isWanted = FitToPositions(ws, desktop, path, loaded->Picture, step) &&
+                        OfferBlackAndWhite(ws, desktop, loaded->Picture, step);
   ws.status.ProgressVisible = false;
-  if (!fits) {
-    ws.status.Status = " ";
-    ShowPictureCaption(ws);
-    return {};
-  }
-  OfferBlackAndWhite(ws, desktop, loaded->Picture, step);
-  return loaded;
+  if (isWanted) return loaded;
+  FreeBeside(std::exchange(loaded, std::nullopt));
+  ws.status.Status = " ";
+  ShowPictureCaption(ws);
+  return {};
 }
 
 RecipePicture PictureOf(const Workspace& ws) {

@@ -92,10 +92,11 @@ std::pair<Box, Box> Cut(std::vector<Cell>& cells, const Box& box) {
   return {BoxOf(cells, box.First, middle), BoxOf(cells, middle, box.End)};
 }
 
-std::vector<Box> MedianCut(std::vector<Cell>& cells, std::size_t most) {
+std::vector<Box> MedianCut(std::vector<Cell>& cells, std::size_t most,
+                           const PictureOperation& operation) {
   std::vector<Box> boxes = {BoxOf(cells, 0, cells.size())};
   const auto byWorth = [](const Box& a, const Box& b) { return a.Worth() < b.Worth(); };
-  while (boxes.size() < most && boxes.front().Worth() > 0) {
+  while (boxes.size() < most && boxes.front().Worth() > 0 && !operation.Stopped) {
     std::pop_heap(boxes.begin(), boxes.end(), byWorth);
     const auto [low, high] = Cut(cells, boxes.back());
     boxes.back() = low;
@@ -120,16 +121,20 @@ std::uint32_t ColourOf(const std::vector<Cell>& cells, const Box& box) {
 }  // namespace
 
 bool ReduceToPalette(Raster& picture, PictureOperation& operation) {
-  if (ColourTable::Of(picture)) return !operation.Stopped;
-  const double from = operation.From, to = operation.To;
-  operation.To = (from + to) / 2;
+  const double from = operation.From, third = (operation.To - from) / 3;
+  const auto begin = [&](int part) {
+    operation.From = from + part * third;
+    operation.To = operation.From + third;
+  };
+  begin(0);
+  if (ColourTable::Of(picture, operation)) return true;
+  begin(1);
   std::vector<Cell> cells = CountCells(picture, operation);
   if (operation.Stopped) return false;
-  operation.From = operation.To;
-  operation.To = to;
+  begin(2);
 
   std::vector<std::uint32_t> colours(kCells);
-  for (const Box& box : MedianCut(cells, 254)) {
+  for (const Box& box : MedianCut(cells, 254, operation)) {
     const std::uint32_t colour = ColourOf(cells, box);
     for (std::size_t i = box.First; i < box.End; ++i) colours[cells[i].Index] = colour;
   }

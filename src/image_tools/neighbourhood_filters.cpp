@@ -54,11 +54,7 @@ void AddRows3(const Byte* a, const Byte* b, const Byte* c, Sum* __restrict sums,
 
 std::optional<Raster> Filled(const Raster& picture, PictureOperation& operation,
                              const auto& fillBand) {
-  Raster result(picture.Width(), picture.Height());
-  if (!ParallelRows(picture.Width(), picture.Height(), operation,
-                    [&](int first, int end) { fillBand(result, first, end); }))
-    return std::nullopt;
-  return result;
+  return RasterByRows(picture.Width(), picture.Height(), operation, fillBand);
 }
 
 /// The picture plus `weight` / 64 of its difference to the mean of 3 x 3 pixels.

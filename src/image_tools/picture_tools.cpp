@@ -8,6 +8,7 @@
 #include "image_tools/colour_reduction.h"
 #include "image_tools/neighbourhood_filters.h"
 #include "image_tools/scaling.h"
+#include "raster/black_white.h"
 #include "raster/parallel_rows.h"
 #include "raster/size_limits.h"
 
@@ -17,13 +18,11 @@ namespace {
 
 /// Exchanges light and dark; the fourth byte stays.
 std::optional<Raster> Negate(const Raster& picture, PictureOperation& operation) {
-  Raster result(picture.Width(), picture.Height());
-  if (!ParallelRows(picture.Width(), picture.Height(), operation, [&](int first, int end) {
+  return RasterByRows(
+      picture.Width(), picture.Height(), operation, [&](Raster& result, int first, int end) {
         std::transform(picture.Row(first), picture.Row(end - 1) + picture.Width(),
                        result.Row(first), [](std::uint32_t pixel) { return pixel ^ 0xffffffu; });
-      }))
-    return std::nullopt;
-  return result;
+      });
 }
 
 /// The least number of pixels each way.
@@ -106,7 +105,8 @@ std::int64_t FreeMemory() {
 }
 
 std::optional<ColourTable> QueryPalette(const Raster& picture, const PictureProgress& progress) {
-  return RunBeside(progress, [&](PictureOperation&) { return ColourTable::Of(picture); });
+  return RunBeside(
+      progress, [&](PictureOperation& operation) { return ColourTable::Of(picture, operation); });
 }
 
 std::optional<Raster> RunTool(PictureTool tool, int amount, const Raster& picture,
@@ -137,9 +137,11 @@ std::optional<Raster> RunTool(PictureTool tool, int amount, const Raster& pictur
   return RunBeside(progress, run);
 }
 
-bool ReduceDepth(Raster& picture, const PictureProgress& progress) {
-  return RunBeside(
-      progress, [&](PictureOperation& operation) { return ReduceToPalette(picture, operation); });
+bool ReduceDepth(Raster& picture, const ColourTable& before, const PictureProgress& progress) {
+  return RunBeside(progress, [&](PictureOperation& operation) {
+    return before.AreBlackAndWhite() ? ReduceToBlackAndWhite(picture, kMiddleOfRange, operation)
+                                     : ReduceToPalette(picture, operation);
+  });
 }
 
 }  // namespace graphize

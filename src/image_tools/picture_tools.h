@@ -47,8 +47,9 @@ std::optional<ColourTable> QueryPalette(const Raster& picture, const PictureProg
 std::optional<Raster> RunTool(PictureTool tool, int amount, const Raster& picture,
                               const ColourTable* palette, const PictureProgress& progress);
 
-/// Reduces the colours to a palette (image_tools/colour_reduction.h). False when `progress` stopped
-/// it.
-bool ReduceDepth(Raster& picture, const PictureProgress& progress);
+/// Reduces what a tool has made of a picture with few colours to few again: of black and white to
+/// these two, because the tracers follow only black, else to a palette (colour_reduction.h). False
+/// when `progress` stopped it: the picture is then half done.
+bool ReduceDepth(Raster& picture, const ColourTable& before, const PictureProgress& progress);
 
 }  // namespace graphize

@@ -4,9 +4,7 @@
 #include <cmath>
 #include <numbers>
 #include <span>
-#include <utility>
 
-#include "base/free_beside.h"
 #include "raster/orientation.h"
 #include "raster/parallel_rows.h"
 
@@ -26,13 +24,11 @@ double Radians(int degrees) {
 std::optional<Raster> Turn(const Raster& picture, int quarters, PictureOperation& operation) {
   static constexpr int kOrientations[] = {1, 6, 3, 8};
   const bool onItsSide = quarters % 2 == 1;
-  Raster turned(onItsSide ? picture.Height() : picture.Width(),
-                onItsSide ? picture.Width() : picture.Height());
-  if (!ParallelRows(turned.Width(), turned.Height(), operation, [&](int first, int end) {
-        OrientRows(picture, kOrientations[quarters], turned, first, end);
-      }))
-    return std::nullopt;
-  return turned;
+  return RasterByRows(onItsSide ? picture.Height() : picture.Width(),
+                      onItsSide ? picture.Width() : picture.Height(), operation,
+                      [&](Raster& turned, int first, int end) {
+                        OrientRows(picture, kOrientations[quarters], turned, first, end);
+                      });
 }
 
 /// The four components of a pixel, 16 bits to each.
@@ -150,17 +146,17 @@ std::optional<Raster> Rotate(const Raster& picture, int degrees, bool areGrey,
   if (const int quarters = QuarterTurns(degrees); quarters >= 0)
     return Turn(picture, quarters, operation);
   const PictureSize size = RotatedSize({picture.Width(), picture.Height()}, degrees);
-  Raster turned(static_cast<int>(size.Width), static_cast<int>(size.Height));
+  const int width = static_cast<int>(size.Width), height = static_cast<int>(size.Height);
   const Sampler sampler(picture);
   // Where the pixels of the result lie in the picture: turned back about the middles of both.
   constexpr double kOne = static_cast<double>(std::int64_t{1} << Sampler::kFractionBits);
   const double c = std::cos(Radians(degrees)), s = std::sin(Radians(degrees));
-  const double middleX = (turned.Width() - 1) / 2.0, middleY = (turned.Height() - 1) / 2.0;
+  const double middleX = (width - 1) / 2.0, middleY = (height - 1) / 2.0;
   const double pictureX = (picture.Width() - 1) / 2.0, pictureY = (picture.Height() - 1) / 2.0;
   const std::int64_t stepX = std::llround(c * kOne), stepY = std::llround(-s * kOne);
   // In squares, or a picture on its side would miss the cache at every pixel.
   constexpr int kSquare = 64;
-  const auto fillSquare = [&](int left, int right, int top, int bottom) {
+  const auto fillSquare = [&](Raster& turned, int left, int right, int top, int bottom) {
     for (int y = top; y < bottom; ++y) {
       const double dx = left - middleX, dy = y - middleY;
       const std::int64_t x = std::llround((dx * c + dy * s + pictureX) * kOne);
@@ -168,16 +164,10 @@ std::optional<Raster> Rotate(const Raster& picture, int degrees, bool areGrey,
       sampler.Fill({turned.Row(y) + left, turned.Row(y) + right}, x, y1, stepX, stepY, areGrey);
     }
   };
-  const bool done =
-      ParallelRows(turned.Width(), turned.Height(), operation, [&](int first, int end) {
-        for (int left = 0; left < turned.Width(); left += kSquare)
-          fillSquare(left, std::min(left + kSquare, turned.Width()), first, end);
-      });
-  if (!done) {
-    FreeBeside(std::move(turned));
-    return std::nullopt;
-  }
-  return turned;
+  return RasterByRows(width, height, operation, [&](Raster& turned, int first, int end) {
+    for (int left = 0; left < width; left += kSquare)
+      fillSquare(turned, left, std::min(left + kSquare, width), first, end);
+  });
 }
 
 }  // namespace graphize

@@ -5,10 +5,9 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <utility>
+#include <optional>
 #include <vector>
 
-#include "base/free_beside.h"
 #include "image_tools/nearest_colour.h"
 #include "raster/parallel_rows.h"
 
@@ -179,11 +178,14 @@ void ResizeGreyRows(const Raster& picture, const Taps& across, const Taps& down,
 }
 
 void ResizeRows(const Raster& picture, const Taps& across, const Taps& down,
-                const ColourTable* colours, int first, int end, Raster& result) {
+                const ColourTable* colours, int first, int end, Raster& result,
+                const PictureOperation& operation) {
   RowMixer<kPixelParts> mixer(picture, across, down);
   std::optional<NearestColour> nearest;
   if (colours != nullptr) nearest.emplace(colours->Colours());
   for (int y = first; y < end; ++y) {
+    // A band of noise would take a tenth of a second: all colours are tried for each pixel.
+    if (nearest && operation.Stopped) return;
     mixer.Mix(y, reinterpret_cast<std::uint8_t*>(result.Row(y)));
     if (nearest) nearest->Replace(result.Row(y), result.Width());
   }
@@ -193,7 +195,6 @@ void ResizeRows(const Raster& picture, const Taps& across, const Taps& down,
 
 std::optional<Raster> Resize(const Raster& picture, int width, int height,
                              const ColourTable* colours, PictureOperation& operation) {
-  Raster result(width, height);
   const Taps across = TapsOf(picture.Width(), width), down = TapsOf(picture.Height(), height);
   const bool areGrey = colours != nullptr && colours->AreGrey();
   std::array<std::uint32_t, 256> nearestOfGrey{};
@@ -202,17 +203,12 @@ std::optional<Raster> Resize(const Raster& picture, int width, int height,
     for (std::uint32_t grey = 0; grey < 256; ++grey)
       nearestOfGrey[grey] = nearest.Of(kBlackPixel | grey * 0x010101u);
   }
-  const bool done = ParallelRows(width, height, operation, [&](int first, int end) {
+  return RasterByRows(width, height, operation, [&](Raster& result, int first, int end) {
     if (areGrey)
       ResizeGreyRows(picture, across, down, nearestOfGrey, first, end, result);
     else
-      ResizeRows(picture, across, down, colours, first, end, result);
+      ResizeRows(picture, across, down, colours, first, end, result, operation);
   });
-  if (!done) {
-    FreeBeside(std::move(result));
-    return std::nullopt;
-  }
-  return result;
 }
 
 std::optional<Raster> Stretch(const Raster& picture, int width, int height,
@@ -223,15 +219,19 @@ std::optional<Raster> Stretch(const Raster& picture, int width, int height,
   };
   std::vector<int> columns(static_cast<std::size_t>(width));
   for (int x = 0; x < width; ++x) columns[x] = under(x, width, picture.Width());
-  Raster result(width, height);
-  const bool done = ParallelRows(width, height, operation, [&](int first, int end) {
+  return RasterByRows(width, height, operation, [&](Raster& result, int first, int end) {
     for (int y = first; y < end; ++y) {
       const std::uint32_t* row = picture.Row(under(y, height, picture.Height()));
       std::ranges::transform(columns, result.Row(y), [row](int column) { return row[column]; });
     }
   });
-  if (!done) return std::nullopt;
-  return result;
+}
+
+std::optional<Raster> CutOut(const Raster& picture, int left, int top, int width, int height,
+                             PictureOperation& operation) {
+  return RasterByRows(width, height, operation, [&](Raster& part, int first, int end) {
+    for (int y = first; y < end; ++y) std::copy_n(picture.Row(top + y) + left, width, part.Row(y));
+  });
 }
 
 }  // namespace graphize

@@ -20,4 +20,8 @@ std::optional<Raster> Resize(const Raster& picture, int width, int height,
 std::optional<Raster> Stretch(const Raster& picture, int width, int height,
                               PictureOperation& operation);
 
+/// The rectangle whose first pixel is (left, top); within the picture.
+std::optional<Raster> CutOut(const Raster& picture, int left, int top, int width, int height,
+                             PictureOperation& operation);
+
 }  // namespace graphize

@@ -1,12 +1,14 @@
 #include "raster/black_white.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
 
 #include "raster/luminance.h"
+#include "raster/parallel_rows.h"
 
 namespace graphize {
 
@@ -56,35 +58,42 @@ std::uint64_t ReducePixels(std::uint32_t* pixels, int count, int limit, int fain
 }  // namespace
 
 bool IsBlackAndWhite(const Raster& picture) {
-  // In blocks: the compiler turns a loop without a way out into vector instructions.
-  constexpr std::size_t kBlock = 4096;
-  const std::uint32_t* pixels = picture.Pixels();
-  for (std::size_t start = 0; start < picture.PixelCount(); start += kBlock) {
-    const std::size_t end = std::min(start + kBlock, picture.PixelCount());
-    // Adding its lowest bit leaves 24 zero bits of black and of white, and of nothing else.
-    std::uint32_t others = 0;
-    for (std::size_t i = start; i < end; ++i) others |= pixels[i] + (pixels[i] & 1u);
-    if ((others & 0xffffffu) != 0) return false;
-  }
-  return true;
+  std::atomic<bool> isIt = true;
+  PictureOperation unwatched;
+  ParallelRows(picture.Width(), picture.Height(), unwatched, [&](int first, int end) {
+    // In blocks: the compiler turns a loop without a way out into vector instructions.
+    constexpr std::ptrdiff_t kBlock = 4096;
+    const std::uint32_t* const last = picture.Row(end - 1) + picture.Width();
+    for (const std::uint32_t* start = picture.Row(first); start < last && isIt;) {
+      const std::uint32_t* const behind = start + std::min(kBlock, last - start);
+      // Adding its lowest bit leaves 24 zero bits of black and of white, and of nothing else.
+      std::uint32_t others = 0;
+      for (; start < behind; ++start) others |= *start + (*start & 1u);
+      if ((others & 0xffffffu) != 0) isIt = false;
+    }
+  });
+  return isIt;
 }
 
-void ReduceToBlackAndWhite(Raster& picture, double threshold) {
+bool ReduceToBlackAndWhite(Raster& picture, double threshold, PictureOperation& operation) {
   const int limit = static_cast<int>(std::ceil(threshold * 1000));
+  const int rowsOfTiles = (picture.Height() + kTile - 1) / kTile;
   picture.Faint = BitMap(picture.Width(), picture.Height());
-  std::vector<int> faint;  // below this luminance, per tile
-  for (int y = 0; y < picture.Height(); ++y) {
-    if (y % kTile == 0) {
-      faint.clear();
-      for (int x = 0; x < picture.Width(); x += kTile)
-        faint.push_back(FaintBelow(PaperOf(picture, x, y, limit), limit));
+  return ParallelRows(picture.Width() * kTile, rowsOfTiles, operation, [&](int first, int end) {
+    std::vector<int> faint;  // below this luminance, per tile
+    for (int y = first * kTile; y < std::min(end * kTile, picture.Height()); ++y) {
+      if (y % kTile == 0) {
+        faint.clear();
+        for (int x = 0; x < picture.Width(); x += kTile)
+          faint.push_back(FaintBelow(PaperOf(picture, x, y, limit), limit));
+      }
+      for (int tile = 0; tile < picture.Faint.WordsPerRow(); ++tile) {
+        const int left = tile * kTile;
+        picture.Faint.Row(y)[tile] = ReducePixels(
+            picture.Row(y) + left, std::min(kTile, picture.Width() - left), limit, faint[tile]);
+      }
     }
-    for (int tile = 0; tile < picture.Faint.WordsPerRow(); ++tile) {
-      const int left = tile * kTile;
-      picture.Faint.Row(y)[tile] = ReducePixels(
-          picture.Row(y) + left, std::min(kTile, picture.Width() - left), limit, faint[tile]);
-    }
-  }
+  });
 }
 
 }  // namespace graphize

@@ -1,6 +1,7 @@
 #include "raster/colour_table.h"
 
 #include <algorithm>
+#include <atomic>
 #include <mutex>
 
 #include "raster/parallel_rows.h"
@@ -24,21 +25,21 @@ bool AreAllGrey(const std::uint32_t* pixels) {
 
 }  // namespace
 
-std::optional<ColourTable> ColourTable::Of(const Raster& picture) {
+std::optional<ColourTable> ColourTable::Of(const Raster& picture, PictureOperation& operation) {
   ColourTable table;
   std::mutex mutex;
-  PictureOperation operation;
-  const bool areFew =
+  std::atomic<bool> areFew = true;
+  const bool counted =
       ParallelRows(picture.Width(), picture.Height(), operation, [&](int first, int end) {
+        if (!areFew) return;
         ColourTable band;
         const std::size_t count =
             static_cast<std::size_t>(end - first) * static_cast<std::size_t>(picture.Width());
         const bool fits = band.AddAll(picture.Row(first), count);
         const std::lock_guard lock(mutex);
-        if (!fits || !table.AddAll(band.colours_.data(), band.colours_.size()))
-          operation.Stopped = true;
+        if (!fits || !table.AddAll(band.colours_.data(), band.colours_.size())) areFew = false;
       });
-  if (!areFew) return {};
+  if (!counted || !areFew) return {};
   std::ranges::sort(table.colours_);
   for (std::size_t i = 0; i < table.colours_.size(); ++i)
     table.indexes_[table.SlotOf(table.colours_[i])] = static_cast<std::uint8_t>(i);
@@ -47,6 +48,11 @@ std::optional<ColourTable> ColourTable::Of(const Raster& picture) {
 
 bool ColourTable::AreGrey() const {
   return std::ranges::all_of(colours_, IsGrey);
+}
+
+bool ColourTable::AreBlackAndWhite() const {
+  return std::ranges::all_of(
+      colours_, [](std::uint32_t pixel) { return pixel == kBlackPixel || pixel == kWhitePixel; });
 }
 
 bool ColourTable::Add(std::uint32_t pixel) {

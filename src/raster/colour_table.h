@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "base/raster.h"
+#include "raster/picture_operation.h"
 
 namespace graphize {
 
@@ -13,12 +14,13 @@ namespace graphize {
 /// black comes first and white last.
 class ColourTable {
  public:
-  /// Nothing when the picture has more colours.
-  static std::optional<ColourTable> Of(const Raster& picture);
+  /// Nothing when the picture has more colours, or the operation was stopped.
+  static std::optional<ColourTable> Of(const Raster& picture, PictureOperation& operation);
 
   const std::vector<std::uint32_t>& Colours() const { return colours_; }
   /// Whether all of them are black, white or between.
   bool AreGrey() const;
+  bool AreBlackAndWhite() const;
   /// The place in Colours() of a colour that is in it.
   std::uint8_t IndexOf(std::uint32_t pixel) const { return indexes_[SlotOf(pixel)]; }
 

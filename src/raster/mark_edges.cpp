@@ -23,6 +23,7 @@ int StepAt(double zoom) {
 /// Whether nothing around the picture's pixel contrasts with it.
 bool IsLost(const Raster& picture, int x, int y, int step) {
   const std::uint32_t mark = picture.Row(y)[x];
+  std::uint32_t alike = mark;  // mostly paper: the contrast takes longer than all the rest
   for (int dy = -kAround; dy <= kAround; ++dy) {
     const int row = y + dy * step;
     if (row < 0 || row >= picture.Height()) continue;
@@ -30,7 +31,9 @@ bool IsLost(const Raster& picture, int x, int y, int step) {
       const int column = x + dx * step;
       if (column < 0 || column >= picture.Width()) continue;
       const std::uint32_t other = picture.Row(row)[column];
-      if (other != mark && ContrastOf(other, mark) >= kLeastContrast) return false;
+      if (other == mark || other == alike) continue;
+      if (ContrastOf(other, mark) >= kLeastContrast) return false;
+      alike = other;
     }
   }
   return true;

@@ -3,9 +3,13 @@
 #include <algorithm>
 #include <atomic>
 #include <future>
+#include <optional>
 #include <thread>
+#include <utility>
 #include <vector>
 
+#include "base/free_beside.h"
+#include "base/raster.h"
 #include "raster/picture_operation.h"
 
 namespace graphize {
@@ -33,6 +37,18 @@ bool ParallelRows(int width, int rows, PictureOperation& operation, const Work& 
   run(true);
   for (std::future<void>& helper : helpers) helper.get();
   return !operation.Stopped;
+}
+
+/// A raster of which `fill(raster, first, end)` makes the rows, by ParallelRows. Nothing when the
+/// operation was stopped.
+template <class Fill>
+std::optional<Raster> RasterByRows(int width, int height, PictureOperation& operation,
+                                   const Fill& fill) {
+  Raster raster(width, height);
+  if (ParallelRows(width, height, operation, [&](int first, int end) { fill(raster, first, end); }))
+    return raster;
+  FreeBeside(std::move(raster));
+  return std::nullopt;
 }
 
 }  // namespace graphize

@@ -20,10 +20,29 @@ namespace graphize {
 /// thread, where it may pump; returns false to stop the work.
 using PictureProgress = std::function<bool(int percent)>;
 
+/// Whether a piece of work is to stop. Counts how often the work looks, because how much is done
+/// between two looks is how long Escape waits.
+class StopFlag {
+ public:
+  StopFlag& operator=(bool stopped) {
+    stopped_ = stopped;
+    return *this;
+  }
+  operator bool() const {
+    looks_.fetch_add(1, std::memory_order_relaxed);
+    return stopped_;
+  }
+  int Looks() const { return looks_; }
+
+ private:
+  std::atomic<bool> stopped_ = false;
+  mutable std::atomic<int> looks_ = 0;
+};
+
 /// A piece of work on a picture that shows how far it is, and that the caller can stop.
 struct PictureOperation {
   std::atomic<int> Percent = 0;
-  std::atomic<bool> Stopped = false;
+  StopFlag Stopped;
   /// The stretch of the whole work, within 0 to 1, that Advance moves in now.
   double From = 0, To = 1;
 

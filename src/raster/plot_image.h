@@ -5,7 +5,6 @@
 #include <optional>
 #include <span>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "base/palette.h"
@@ -42,7 +41,6 @@ struct PlotImage {
   RasterEvents Noted;      // for the history
   // See PictureNumber: of the base picture, where it is known.
   std::optional<std::uint64_t> Number;
-  std::vector<std::pair<std::weak_ptr<Raster>, std::uint64_t>> BoxNumbers;  // of those put away
 
   int Width() const { return Pixels.Width(); }
   int Height() const { return Pixels.Height(); }

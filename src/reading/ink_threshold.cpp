@@ -57,8 +57,10 @@ Rgb Negative(Rgb colour) {
   return Rgb{255, 255, 255} - colour;
 }
 
-Ground GroundOf(const Raster& picture) {
-  Ground ground{.Of = PaperOf(picture)};
+/// Of no use when the operation was stopped.
+Ground GroundOf(const Raster& picture, const PictureOperation& operation) {
+  Ground ground{.Of = PaperOf(picture, &operation)};
+  if (operation.Stopped) return ground;
   double darker = 0, lighter = 0;
   const int step =
       std::max(1, static_cast<int>(std::sqrt(static_cast<double>(picture.PixelCount()) / 200000)));
@@ -130,14 +132,14 @@ struct Limits {
   }
 };
 
-Limits LimitsOf(const Raster& picture) {
-  const Ground ground = GroundOf(picture);
+/// Of no use when the operation was stopped.
+Limits LimitsOf(const Raster& picture, PictureOperation& operation) {
+  const Ground ground = GroundOf(picture, operation);
   const Paper& paper = ground.Of;
   Limits limits{paper.Side, paper.Columns, paper.Rows, ground.Flip, {}};
   const auto blockCount = static_cast<std::size_t>(paper.Columns) * paper.Rows;
   std::vector<Levels> counts(blockCount);
-  PictureOperation operation;
-  ParallelRows(picture.Width() * paper.Side, paper.Rows, operation, [&](int first, int end) {
+  const auto count = [&](int first, int end) {
     for (int row = first; row < end; ++row)
       for (int column = 0; column < paper.Columns; ++column) {
         Levels& block = counts[static_cast<std::size_t>(row) * paper.Columns + column];
@@ -147,7 +149,10 @@ Limits LimitsOf(const Raster& picture) {
           ++block[static_cast<std::size_t>(Difference(ground, picture, x, y))];
         });
       }
-  });
+  };
+  if (operation.Stopped ||
+      !ParallelRows(picture.Width() * paper.Side, paper.Rows, operation, count))
+    return limits;
   const auto sum = [](Levels& all, const Levels& block) {
     for (std::size_t i = 0; i < all.size(); ++i) all[i] += block[i];
   };
@@ -185,12 +190,15 @@ Limits LimitsOf(const Raster& picture) {
   return limits;
 }
 
-void ReduceLocally(Raster& picture) {
-  const Limits limits = LimitsOf(picture);
+bool ReduceLocally(Raster& picture, PictureOperation& operation) {
+  const double from = operation.From, to = operation.To;
+  operation.To = (from + to) / 2;
+  const Limits limits = LimitsOf(picture, operation);
+  operation.From = operation.To;
+  operation.To = to;
   const int width = picture.Width();
   picture.Faint = BitMap(width, picture.Height());
-  PictureOperation operation;
-  ParallelRows(width, picture.Height(), operation, [&](int first, int end) {
+  return ParallelRows(width, picture.Height(), operation, [&](int first, int end) {
     constexpr int kSameRows = 4, kWord = 64;
     std::array<std::vector<std::uint8_t>, 6> row;
     for (int y = first; y < end; ++y) {
@@ -218,11 +226,17 @@ void ReduceLocally(Raster& picture) {
   });
 }
 
-}  // namespace
+/// The luminance halfway between the darkest paper and the ink. Of a picture that is light on a
+/// dark ground, `LightOnDark`, the ink is what is lighter.
+struct AutoLevel {
+  float Level = kMiddleOfRange;
+  bool LightOnDark = false;
+};
 
-AutoLevel AutoLevelOf(const Raster& picture) {
-  if (picture.IsEmpty()) return {};
-  const Ground ground = GroundOf(picture);
+/// Of no use when the operation was stopped.
+AutoLevel AutoLevelOf(const Raster& picture, const PictureOperation& operation) {
+  const Ground ground = GroundOf(picture, operation);
+  if (operation.Stopped) return {};
   std::vector<float> papers;
   for (const Rgb& block : ground.Of.Blocks) papers.push_back(Luminance(block));
   const auto dark = papers.begin() + static_cast<std::ptrdiff_t>(papers.size() / 20);
@@ -247,20 +261,21 @@ AutoLevel AutoLevelOf(const Raster& picture) {
   return level;
 }
 
-void Reduce(Raster& picture, const InkThreshold& threshold) {
-  if (picture.IsEmpty()) return;
-  switch (threshold.Is) {
-    case InkThreshold::Kind::Fixed:
-      return ReduceToBlackAndWhite(picture, threshold.Level);
-    case InkThreshold::Kind::Auto: {
-      const AutoLevel level = AutoLevelOf(picture);
-      if (!level.LightOnDark) return ReduceToBlackAndWhite(picture, level.Level);
-      for (std::size_t i = 0; i < picture.PixelCount(); ++i) picture.Pixels()[i] ^= kColourBits;
-      return ReduceToBlackAndWhite(picture, 255 - level.Level);
-    }
-    case InkThreshold::Kind::Local:
-      return ReduceLocally(picture);
+}  // namespace
+
+bool Reduce(Raster& picture, const InkThreshold& threshold, PictureOperation& operation) {
+  if (picture.IsEmpty()) return true;
+  if (threshold.Is == InkThreshold::Kind::Local) return ReduceLocally(picture, operation);
+  AutoLevel level{.Level = threshold.Level};
+  if (threshold.Is == InkThreshold::Kind::Auto) level = AutoLevelOf(picture, operation);
+  if (level.LightOnDark) {
+    ParallelRows(picture.Width(), picture.Height(), operation, [&](int first, int end) {
+      std::uint32_t* const behind = picture.Row(end - 1) + picture.Width();
+      for (std::uint32_t* p = picture.Row(first); p != behind; ++p) *p ^= kColourBits;
+    });
+    level.Level = 255 - level.Level;
   }
+  return ReduceToBlackAndWhite(picture, level.Level, operation);
 }
 
 }  // namespace graphize

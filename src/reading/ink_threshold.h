@@ -18,17 +18,14 @@ struct InkThreshold {
   bool operator==(const InkThreshold&) const = default;
 };
 
-/// The luminance halfway between the darkest paper and the ink. Of a picture that is light on a
-/// dark ground, `LightOnDark`, the ink is what is lighter.
-struct AutoLevel {
-  float Level = kMiddleOfRange;
-  bool LightOnDark = false;
-};
-AutoLevel AutoLevelOf(const Raster& picture);
-
 /// Makes ink black and all else white, with Raster::Faint as ReduceToBlackAndWhite does, which is
 /// what a fixed threshold comes to. `Auto` and `Local` make black what is drawn, be it darker than
-/// its ground or lighter. Rows are worked on in parallel.
-void Reduce(Raster& picture, const InkThreshold& threshold);
+/// its ground or lighter. Rows are worked on in parallel. False when the operation was stopped: the
+/// picture is then half done.
+bool Reduce(Raster& picture, const InkThreshold& threshold, PictureOperation& operation);
+inline void Reduce(Raster& picture, const InkThreshold& threshold) {
+  PictureOperation unwatched;
+  Reduce(picture, threshold, unwatched);
+}
 
 }  // namespace graphize

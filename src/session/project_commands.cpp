@@ -66,8 +66,12 @@ bool SaveProjectTo(Workspace& ws, const Desktop& desktop, const fs::path& path) 
       const auto bytes = ProjectBytes(ws, desktop);
       if (!bytes) return;
       hasOriginal = HoldsPictureFile(*bytes);
-      ThrowSystemError(ReplaceWholeFile(path, *bytes));
-      saved = true;
+      saved = RunBeside(ShowProgress(ws, desktop), [&](PictureOperation& operation) {
+        const auto failure = ReplaceWholeFile(path, *bytes, [&] { return !operation.Stopped; });
+        if (failure == std::errc::operation_canceled) return false;
+        ThrowSystemError(failure);
+        return true;
+      });
     });
   } catch (const RunTimeError& error) {
     fault = error.what();

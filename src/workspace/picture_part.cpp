@@ -7,10 +7,12 @@
 #include <utility>
 #include <vector>
 
+#include "base/free_beside.h"
 #include "base/numbers.h"
 #include "base/tokens.h"
 #include "base/translation.h"
 #include "image_tools/picture_tools.h"
+#include "image_tools/scaling.h"
 #include "raster/size_limits.h"
 
 namespace graphize {
@@ -112,14 +114,12 @@ bool TakePart(Raster& picture, const std::string& part, const PictureProgress& p
     result =
         RunTool(PictureTool::Resize, *percent, picture, palette ? &*palette : nullptr, watched);
   } else if (const auto asked = RectangleOf(part)) {
-    result = Raster(asked->Width, asked->Height);
-    for (int y = 0; y < asked->Height; ++y) {
-      const std::uint32_t* from = picture.Row(asked->Top + y) + asked->Left;
-      std::copy(from, from + asked->Width, result->Row(y));
-    }
+    result = RunBeside(progress, [&](PictureOperation& operation) {
+      return CutOut(picture, asked->Left, asked->Top, asked->Width, asked->Height, operation);
+    });
   }
   if (!result) return false;
-  picture = std::move(*result);
+  FreeBeside(std::exchange(picture, std::move(*result)));
   return true;
 }
 

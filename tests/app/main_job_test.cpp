@@ -17,6 +17,7 @@
 #include "batch/batch.h"
 #include "codecs/file_format.h"
 #include "codecs/picbuf.h"
+#include "support/picture_bytes.h"
 #include "support/temporary_folder.h"
 #include "support/true_data.h"
 #include "widgets/show.h"
@@ -118,6 +119,45 @@ TEST_F(MainJob, FilesAreDroppedAndPasted) {
   blank.fill(Qt::white);
   ASSERT_TRUE(blank.save(&large, "PNG"));
   EXPECT_EQ(QImage::fromData(large.data()).width(), 6000);
+}
+
+TEST_F(MainJob, WhatIsPastedCanDoNoHarm) {
+  Start();
+  OpenSample("pendulum.bmp");
+  CalibratePendulum();
+  ClickPlot(300, 200);
+  const auto pixels = PixelsOf(State().plot.Pixels);
+  const Raster page = Raster::Filled(60, 40, 0xff204060u);
+  SavePicture(Folder() / "sound.png", kPngFormat, 0, page);
+  const std::string sound = BytesOf(Folder() / "sound.png");
+  const auto paste = [this](const char* type, const std::string& bytes) {
+    auto* data = new QMimeData;
+    data->setData(QLatin1String(type), QByteArray::fromStdString(bytes));
+    // So the toolkit marks whatever it takes for a picture.
+    data->setData(QStringLiteral("application/x-qt-image"), "there is one");
+    QGuiApplication::clipboard()->setMimeData(data);
+    ClickTool("paste");
+    Until([this] { return !State().commandRuns; }, "done");
+    Settle();
+  };
+  std::string huge = MakeBmp({}, page);
+  huge.replace(18, 8, LowFirst(60'000, 4) + LowFirst(60'000, 4));
+  const std::pair<const char*, std::string> hostile[] = {
+      {"image/png", sound.substr(0, sound.size() - 20)},
+      {"image/png", "not a picture"},
+      {"image/jpeg", "push graphic-context\nimage over 0,0 0,0 '/etc/hostname'\n"},
+      {"image/bmp", huge},
+      {"image/gif", GifOnScreen().substr(0, 12)}};
+  for (const auto& [type, bytes] : hostile) {
+    OnMessage("The picture in the clipboard is damaged or too large.", QMessageBox::Ok);
+    paste(type, bytes);
+    EXPECT_EQ(Window().windowTitle(), "Graphize - pendulum.bmp (640x480)");
+    EXPECT_TRUE(PixelsOf(State().plot.Pixels) == pixels) << type;
+    EXPECT_EQ(State().store.CaptureCount, 1);
+  }
+  OnMessage("Reset Axis Definisions ?", QMessageBox::No);
+  paste("image/png", sound);
+  EXPECT_TRUE(PixelsOf(State().plot.Pixels) == PixelsOf(page));
 }
 
 TEST_F(MainJob, TheKeyboardMovesThePointerAndEnterCaptures) {

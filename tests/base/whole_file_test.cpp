@@ -76,6 +76,22 @@ TEST(WholeFile, AFailedWriteLeavesEverythingAsItWas) {
   EXPECT_EQ(BytesOf(folder / "protected"), "old");
 }
 
+TEST(WholeFile, ALargeFileIsWrittenInPiecesAndStopsBetweenThem) {
+  const TemporaryFolder folder;
+  WriteBytes(folder / "file", "old");
+  const std::string large(9'000'000, 'x');
+  int asked = 0, stopAt = 0;
+  const auto goesOn = [&] { return asked++ != stopAt; };
+  for (; stopAt < 3; ++stopAt, asked = 0) {
+    EXPECT_EQ(ReplaceWholeFile(folder / "file", large, goesOn), std::errc::operation_canceled);
+    EXPECT_EQ(BytesOf(folder / "file"), "old");
+  }
+  EXPECT_FALSE(ReplaceWholeFile(folder / "file", large, goesOn));
+  EXPECT_EQ(asked, 3);
+  EXPECT_TRUE(BytesOf(folder / "file") == large);
+  EXPECT_THAT(folder.Names(), ElementsAre("file"));
+}
+
 TEST(WholeFile, LinksAndPermissionsSurvive) {
   const TemporaryFolder folder;
   WriteBytes(folder / "elsewhere/real", "old");

@@ -207,6 +207,19 @@ TEST_F(ImageToolsCommands, RefusedAndStoppedToolsChangeNothing) {
   EXPECT_EQ(ws.status.Status, "Stopped: the picture is as it was");
 }
 
+TEST_F(ImageToolsCommands, AStoppedReductionToBlackAndWhiteChangesNothing) {
+  Open(12000, 3000, true);
+  KeepEvents(ws.plot);  // as the history has it
+  DrawDot(ws.plot, 200, 100, 9, PaletteColour(4));
+  const auto before = PixelsOf(ws.plot.Pixels);
+  desktop.EscapeAfter = 0;
+  for (const auto kind : {InkThreshold::Kind::Fixed, InkThreshold::Kind::Local}) {
+    EXPECT_EQ(Do(ws, desktop, BlackWhiteStep{{.Is = kind}}).Is, Outcome::How::Nothing);
+    EXPECT_TRUE(PixelsOf(ws.plot.Pixels) == before);
+    EXPECT_FALSE(ws.status.ProgressVisible);
+  }
+}
+
 TEST_F(ImageToolsCommands, TwoColoursStayTwoThatTracersFollow) {
   Raster picture = Raster::Filled(60, 40, kWhitePixel);
   for (int x = 5; x < 55; ++x)

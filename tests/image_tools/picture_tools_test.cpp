@@ -15,6 +15,7 @@
 #include "image_tools/nearest_colour.h"
 #include "image_tools/neighbourhood_filters.h"
 #include "image_tools/scaling.h"
+#include "raster/black_white.h"
 #include "support/ascii_picture.h"
 #include "support/picture_bytes.h"
 
@@ -359,8 +360,49 @@ TEST(PictureTools, WhatIsStoppedGivesNothing) {
   EXPECT_FALSE(Stretch(picture, 60, 45, stopped));
   EXPECT_FALSE(Rotate(picture, 30, false, stopped));
   EXPECT_FALSE(Rotate(picture, 90, false, stopped));
+  EXPECT_FALSE(CutOut(picture, 0, 0, 9, 9, stopped));
+  EXPECT_FALSE(ColourTable::Of(picture, stopped));
   Raster reduced = picture.Clone();
   EXPECT_FALSE(ReduceToPalette(reduced, stopped));
+}
+
+TEST(PictureTools, LittleIsDoneBetweenTwoLooksWhetherToStop) {
+  const int width = 3000, height = 1000;
+  constexpr int kBand = 1 << 18;
+  const std::int64_t all = width * height;
+  const Raster noise = Noise(width, height);
+  Raster greys = noise.Clone();
+  for (std::size_t i = 0; i < greys.PixelCount(); ++i)
+    greys.Pixels()[i] = kBlackPixel | (greys.Pixels()[i] & 0xffu) * 0x010101u;
+  PictureOperation unwatched;
+  Raster reduced = noise.Clone(), few = noise.Clone();
+  ReduceToPalette(few, unwatched);
+  const auto table = ColourTable::Of(few, unwatched);
+  ASSERT_TRUE(table.has_value());
+  // What is done, how many pixels are worked on, and how many at most between two looks.
+  const std::tuple<const char*, std::function<void(PictureOperation&)>, std::int64_t, int> cases[] =
+      {
+          {"count colours", [&](auto& o) { ColourTable::Of(greys, o); }, all, kBand},
+          {"blur", [&](auto& o) { Blur(noise, o); }, all, kBand},
+          {"soften", [&](auto& o) { Soften(noise, 5, o); }, all, kBand},
+          {"edges", [&](auto& o) { DetectEdges(noise, 5, o); }, all, kBand},
+          {"stretch", [&](auto& o) { Stretch(noise, 6000, 2000, o); }, 4 * all, kBand},
+          {"resize", [&](auto& o) { Resize(noise, 6000, 2000, nullptr, o); }, 4 * all, kBand},
+          {"resize in a palette", [&](auto& o) { Resize(few, 6000, 2000, &*table, o); }, 4 * all,
+           6000},
+          {"rotate", [&](auto& o) { Rotate(noise, 30, false, o); }, 2 * all, kBand},
+          {"turn", [&](auto& o) { Rotate(noise, 90, false, o); }, all, kBand},
+          {"cut out", [&](auto& o) { CutOut(noise, 0, 0, width, height, o); }, all, kBand},
+          {"palette", [&](auto& o) { ReduceToPalette(reduced, o); }, all, width},
+          {"black and white", [&](auto& o) { ReduceToBlackAndWhite(reduced, 99, o); }, all,
+           64 * width},
+      };
+  for (const auto& [name, run, pixels, most] : cases) {
+    PictureOperation operation;
+    run(operation);
+    EXPECT_GE(std::int64_t{operation.Stopped.Looks()} * most, pixels) << name;
+    EXPECT_EQ(operation.Percent, 100) << name;
+  }
 }
 
 TEST(PictureTools, ReductionToAPaletteKeepsBlackAndWhite) {
@@ -376,7 +418,8 @@ TEST(PictureTools, ReductionToAPaletteKeepsBlackAndWhite) {
     std::fill_n(picture.Row(30 + part), 40, kBlackPixel | 1u << (8 * part));
   Raster reduced = picture.Clone();
   EXPECT_FALSE(QueryPalette(reduced, {}));
-  ASSERT_TRUE(ReduceDepth(reduced, {}));
+  PictureOperation unwatched;
+  ASSERT_TRUE(ReduceToPalette(reduced, unwatched));
   EXPECT_TRUE(QueryPalette(reduced, {}));
   double error = 0;
   for (std::size_t i = 0; i < picture.PixelCount(); ++i) {
@@ -391,7 +434,7 @@ TEST(PictureTools, ReductionToAPaletteKeepsBlackAndWhite) {
   EXPECT_LT(error / (3.0 * 256 * 256), 8);
 
   Raster again = reduced.Clone();
-  ASSERT_TRUE(ReduceDepth(again, {}));
+  ASSERT_TRUE(ReduceToPalette(again, unwatched));
   ExpectSame(again, reduced);
 }
 

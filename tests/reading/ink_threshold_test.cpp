@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include "support/colour_plot.h"
@@ -86,6 +87,22 @@ TEST(InkThreshold, AnyPictureIsReducedWhateverItsSizeAndColours) {
   for (std::size_t i = 0; i < empty.Picture.PixelCount(); ++i)
     black += IsBlackPixel(empty.Picture.Pixels()[i]) ? 1 : 0;
   EXPECT_LT(black, 12);
+}
+
+TEST(InkThreshold, LittleIsDoneBetweenTwoLooksWhetherToStop) {
+  const int width = 2000, height = 1500;
+  for (const Kind kind : {Kind::Fixed, Kind::Auto, Kind::Local}) {
+    for (const std::uint32_t paper : {0xfff0f0f0u, 0xff101828u}) {
+      Raster page = Raster::Filled(width, height, paper);
+      for (int y = 0; y < height; y += 7) std::fill_n(page.Row(y), width, 0xff808080u);
+      PictureOperation operation;
+      EXPECT_TRUE(Reduce(page, {.Is = kind}, operation));
+      EXPECT_GE(operation.Stopped.Looks() * (1 << 18), width * height) << static_cast<int>(kind);
+      EXPECT_EQ(operation.Percent, 100);
+      operation.Stopped = true;
+      EXPECT_FALSE(Reduce(page, {.Is = kind}, operation)) << static_cast<int>(kind);
+    }
+  }
 }
 
 }  // namespace

@@ -3,8 +3,9 @@
 #include <memory>
 #include <new>
 #include <string_view>
-#include <vector>
+#include <utility>
 
+#include "base/free_beside.h"
 #include "base/run_time_error.h"
 #include "base/translation.h"
 #include "base/whole_file.h"
@@ -38,11 +39,9 @@ Encoding EncodingOf(int format) {
 }
 
 /// Black and white, and greys, need no table of colours in a TIFF.
-lib::ImageType TifTypeOf(const std::vector<std::uint32_t>& colours) {
-  const auto isGrey = [](std::uint32_t pixel) { return (pixel & 0xffffffu) % 0x010101u == 0; };
-  const auto isBlackOrWhite = [](std::uint32_t p) { return p == kBlackPixel || p == kWhitePixel; };
-  if (std::ranges::all_of(colours, isBlackOrWhite)) return lib::BilevelType;
-  return std::ranges::all_of(colours, isGrey) ? lib::GrayscaleType : lib::PaletteType;
+lib::ImageType TifTypeOf(const ColourTable& table) {
+  if (table.AreBlackAndWhite()) return lib::BilevelType;
+  return table.AreGrey() ? lib::GrayscaleType : lib::PaletteType;
 }
 
 lib::PixelPacket PacketOf(std::uint32_t pixel) {
@@ -55,7 +54,7 @@ lib::PixelPacket PacketOf(std::uint32_t pixel) {
 
 /// The library's picture of a raster, with a colour map when there is a table.
 ImagePtr TakePicture(const lib::ImageInfo& info, const Raster& picture,
-                     const std::optional<ColourTable>& table, const PictureOperation& operation) {
+                     const std::optional<ColourTable>& table, PictureOperation& operation) {
   ImagePtr image(lib::AllocateImage(&info));
   if (image == nullptr) throw std::bad_alloc();
   image->columns = static_cast<unsigned long>(picture.Width());
@@ -77,12 +76,19 @@ ImagePtr TakePicture(const lib::ImageInfo& info, const Raster& picture,
                      [&](std::uint32_t pixel) { return table->IndexOf(pixel); });
     }
     if (!lib::SyncImagePixels(image.get())) throw std::bad_alloc();
+    operation.Advance(static_cast<double>(y) / picture.Height());
   }
   return image;
 }
 
-std::optional<std::string> Encode(int format, int option, const Raster& picture,
-                                  PictureOperation& operation) {
+/// A file that the library has made.
+struct Encoded {
+  std::unique_ptr<void, decltype(&lib::MagickFree)> Blob;
+  std::string_view Bytes;  // within it
+};
+
+std::optional<Encoded> Encode(int format, int option, const Raster& picture,
+                              PictureOperation& operation) {
   const Encoding encoding = EncodingOf(format);
   if (picture.IsEmpty()) throw RunTimeError("There is no picture.");
   const CurrentOperation current(operation);
@@ -91,22 +97,32 @@ std::optional<std::string> Encode(int format, int option, const Raster& picture,
   info->depth = 8;
   info->dither = 0;  // dots beside a curve would be points
   if (format == kJpgFormat) info->quality = static_cast<unsigned long>(std::clamp(option, 1, 100));
-  const auto table = encoding.HasColourTable ? ColourTable::Of(picture) : std::nullopt;
-  if (format == kTifFormat && table) info->type = TifTypeOf(table->Colours());
+  auto go = [&, last = 0.0](double to) mutable {
+    operation.From = std::exchange(last, to);
+    operation.To = to;
+  };
+  go(0.05);
+  const auto table = encoding.HasColourTable ? ColourTable::Of(picture, operation) : std::nullopt;
+  if (format == kTifFormat && table) info->type = TifTypeOf(*table);
 
+  go(0.3);
   ImagePtr image = TakePicture(*info, picture, table, operation);
-  if (operation.Stopped) return std::nullopt;
+  go(0.8);
   Report report;
   std::size_t size = 0;
-  const std::unique_ptr<void, decltype(&lib::MagickFree)> blob(
-      lib::ImageToBlob(info.get(), image.get(), &size, report), lib::MagickFree);
-  if (operation.Stopped) return std::nullopt;
-  if (blob == nullptr || report.Severity() >= lib::ErrorException)
+  Encoded encoded{{nullptr, lib::MagickFree}, {}};
+  if (!operation.Stopped)
+    encoded.Blob.reset(lib::ImageToBlob(info.get(), image.get(), &size, report));
+  FreeBeside(std::move(image));
+  if (operation.Stopped) {
+    FreeBeside(std::move(encoded));
+    return std::nullopt;
+  }
+  if (encoded.Blob == nullptr || report.Severity() >= lib::ErrorException)
     throw RunTimeError(Tr("The picture cannot be written in this type.") + report.Detail());
-  image.reset();
-  std::string_view bytes(static_cast<const char*>(blob.get()), size);
-  if (format == kDibFormat) bytes.remove_prefix(kBmpFileHeaderSize);
-  return std::string(bytes);
+  encoded.Bytes = {static_cast<const char*>(encoded.Blob.get()), size};
+  if (format == kDibFormat) encoded.Bytes.remove_prefix(kBmpFileHeaderSize);
+  return encoded;
 }
 
 }  // namespace
@@ -116,9 +132,14 @@ bool SavePicture(const std::filesystem::path& path, int format, int option, cons
   return NamingTheFile("Cannot save the picture \"%1\".", path, [&] {
     StartLibrary();
     return RunBeside(progress, [&](PictureOperation& operation) {
-      const auto bytes = Encode(format, option, picture, operation);
-      if (bytes) ThrowSystemError(ReplaceWholeFile(path, *bytes));
-      return bytes.has_value();
+      auto encoded = Encode(format, option, picture, operation);
+      if (!encoded) return false;
+      const auto failure =
+          ReplaceWholeFile(path, encoded->Bytes, [&] { return !operation.Stopped; });
+      FreeBeside(std::move(encoded));
+      if (failure == std::errc::operation_canceled) return false;
+      ThrowSystemError(failure);
+      return true;
     });
   });
 }
@@ -127,7 +148,8 @@ std::optional<std::string> EncodePicture(int format, int option, const Raster& p
                                          const PictureProgress& progress) {
   StartLibrary();
   return RunBeside(progress, [&](PictureOperation& operation) {
-    return Encode(format, option, picture, operation);
+    const auto encoded = Encode(format, option, picture, operation);
+    return encoded ? std::optional(std::string(encoded->Bytes)) : std::nullopt;
   });
 }
 
