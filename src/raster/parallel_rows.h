@@ -36,7 +36,9 @@ bool ParallelRows(int width, int rows, PictureOperation& operation, const Work& 
   for (int i = 1; i < threads; ++i) helpers.push_back(std::async(std::launch::async, run, false));
   run(true);
   for (std::future<void>& helper : helpers) helper.get();
-  return !operation.Stopped;
+  if (operation.Stopped) return false;
+  operation.Advance(1);  // the last band may have been another thread's
+  return true;
 }
 
 /// A raster of which `fill(raster, first, end)` makes the rows, by ParallelRows. Nothing when the

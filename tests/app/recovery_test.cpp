@@ -44,6 +44,8 @@ class KilledWork {
     QProcess work;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    // What it leaves behind when it is killed goes with this test.
+    environment.insert(QStringLiteral("TMPDIR"), QString::fromStdString(folder_.string()));
     work.setProcessEnvironment(environment);
     work.start(QCoreApplication::applicationFilePath(),
                {QLatin1String(kJournaledWork), QString::fromStdString(folder_.string()),
