@@ -5,8 +5,8 @@
 
 #include "base/run_time_error.h"
 #include "base/translation.h"
-#include "batch/do_other_pictures.h"
 #include "batch/other_pictures_kept.h"
+#include "batch/other_pictures_run.h"
 #include "commands/do.h"
 #include "commands/forms.h"
 #include "commands/recipe_file.h"

@@ -1,4 +1,4 @@
-#include "batch/do_other_pictures.h"
+#include "batch/other_pictures_run.h"
 
 #include <algorithm>
 #include <atomic>
