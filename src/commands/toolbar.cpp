@@ -1,5 +1,7 @@
 #include "commands/toolbar.h"
 
+#include <array>
+
 #include "base/numbers.h"
 #include "base/translation.h"
 #include "commands/capture_commands.h"
@@ -9,6 +11,7 @@
 #include "commands/picture_commands.h"
 #include "commands/plot_mouse.h"
 #include "commands/point_edit_commands.h"
+#include "commands/reference_commands.h"
 #include "commands/save_points.h"
 #include "commands/scan_commands.h"
 #include "data/point_edit.h"
@@ -60,6 +63,14 @@ void EnterMode(Workspace& ws, const Desktop& desktop, std::string_view key) {
   }
 }
 
+/// For the row that the next click defines.
+std::string AxisHint(const AxisCalibration& calibration) {
+  constexpr std::array<const char*, 3> kRows = {Marked("Origin:"), Marked("X Axis:"),
+                                                Marked("Y Axis:")};
+  const auto row = static_cast<std::size_t>(calibration.CurrentRow);
+  return Tr(kRows.at(row)) + " " + Tr(ModeHint(Mode::AxisDef));
+}
+
 }  // namespace
 
 void ShowModeHint(Workspace& ws) {
@@ -68,14 +79,18 @@ void ShowModeHint(Workspace& ws) {
     ws.status.Hint = Tr("Enter X, Y or both of a place and click there; Shift: without snapping");
     return;
   }
-  if (ws.mode == Mode::AxisDef && ws.reference.Chosen >= 0) {
+  if (ws.mode == Mode::AxisDef && ws.reference.Chosen >= 0 && CanAddReference(ws)) {
     ws.status.Hint = Tr("A click moves the chosen reference there; Shift: without snapping");
     return;
   }
-  const bool complete = ws.mode == Mode::AxisDef && ws.calibration.IsComplete();
-  ws.status.Hint = complete ? Instruction(ws.axisPanel) : Tr(ModeHint(ws.mode));
-  if (complete && HasOldValues(ws))
+  if (ws.mode != Mode::AxisDef)
+    ws.status.Hint = Tr(ModeHint(ws.mode));
+  else if (!ws.calibration.IsComplete())
+    ws.status.Hint = AxisHint(ws.calibration);
+  else if (HasOldValues(ws))
     ws.status.Hint = Tr("Points have values of other axes: see Edit, Recalculate Points");
+  else
+    ws.status.Hint = Instruction(ws.axisPanel);
 }
 
 bool CanPress(const Workspace& ws, std::string_view key) {

@@ -18,6 +18,7 @@
 #include "support/quiet_desktop.h"
 #include "support/random_user.h"
 #include "support/temporary_folder.h"
+#include "workspace/next_step.h"
 #include "workspace/step_text.h"
 
 namespace graphize {
@@ -362,6 +363,53 @@ TEST_F(HistoryTest, GivesUpWhatIsOnlyBeingDragged) {
   EXPECT_EQ(ws.undoNames.Undo, "Capture");
   Plot_MouseUp(ws, Desktop(), kLeftButton, 0, 70, 70);
   EXPECT_EQ(ws.store.Places.back(), (Place{50, 60}));
+}
+
+TEST(History, WhatComesNextIsSaidForWhatThereIs) {
+  const test::TemporaryFolder folder;
+  SavePicture(folder / "plot.bmp", 3, 0, test::PictureForRandomUser());
+  Workspace ws;
+  History history;
+  history.Begin(ws);
+  const auto step = [&](const Step& one) {
+    EXPECT_TRUE(Do(ws, test::QuietDesktop(), one).IsDone()) << TextOf(one);
+  };
+  const auto expect = [&](const std::string& begin) {
+    const std::string hint = NextStepOf(ws).Hint;
+    EXPECT_TRUE(hint.starts_with(begin)) << hint << "\ninstead of\n" << begin;
+  };
+  const std::vector<std::pair<std::string, std::vector<Step>>> entries = {
+      {"Origin:", {OpenStep{.Path = folder / "plot.bmp"}, ModeStep{Mode::AxisDef}}},
+      {"X Axis:", {AxisStep{0, 20, 100, "0", "0"}}},
+      {"Y Axis:", {AxisStep{1, 110, 100, "9", "0"}}},
+      {"To continue", {AxisStep{2, 20, 10, "0", "9"}}},
+      {"Origin:", {RedefineStep{0}}},
+      {"To continue",  // as proposed axes are taken
+       {AxisStep{0, 20, 100, "0", "0"}, AxisStep{1, 110, 100, "9", "0"},
+        AxisStep{2, 20, 10, "0", "9"}}}};
+  std::vector<std::string> hints = {"Open"};
+  expect(hints.back());
+  for (const auto& [hint, steps] : entries) {
+    for (const Step& one : steps) step(one);
+    history.Commit(ws);
+    expect(hints.emplace_back(hint));
+  }
+  for (std::size_t i = entries.size(); i-- > 0;) {
+    ASSERT_TRUE(history.Undo(ws));
+    expect(hints[i]);
+  }
+  for (std::size_t i = 1; i < hints.size(); ++i) {
+    ASSERT_TRUE(history.Redo(ws));
+    expect(hints[i]);
+  }
+  // A reference outlives the row that it has shown to be wrong; meanwhile no click moves it.
+  step(ReferenceStep{60, 60, "4", "4"});
+  ws.reference.Chosen = 0;
+  step(RedefineStep{2});
+  history.Commit(ws);
+  expect("Y Axis:");
+  ASSERT_TRUE(history.Undo(ws));
+  expect("A click moves");
 }
 
 TEST(History, TheColoursOfAnInkAloneGoAlong) {
