@@ -12,6 +12,7 @@
 #include "batch/axes_command.h"
 #include "batch/console.h"
 #include "batch/job_table.h"
+#include "batch/picture_thumbnail.h"
 #include "commands/ink_check_commands.h"
 #include "commands/replay.h"
 #include "commands/run_command.h"
@@ -267,9 +268,7 @@ std::size_t EndOf(const std::vector<BatchStep>& steps, std::vector<std::string>&
 
 /// What is kept of the workspace beside the table.
 void KeepPicture(Workspace& ws, JobResult& result) {
-  for (int i = 1; i <= ws.store.CaptureCount; ++i)
-    if (HasPlace(ws.store, ws.store.CaptureId[i]))
-      result.Places.push_back(ws.store.Places[ws.store.CaptureId[i]]);
+  result.Places = CapturedPlaces(ws.store);
   ClearMarks(ws.plot);
   result.Picture = std::move(ws.plot.Pixels);
 }

@@ -7,6 +7,7 @@
 #include <QPixmap>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QStyledItemDelegate>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -49,6 +50,16 @@ QPixmap PixmapOf(const Raster& picture) {
                      picture.Height(), picture.Width() * 4LL, QImage::Format_RGB32);
   return QPixmap::fromImage(image);  // a copy
 }
+
+/// Rows that have room for a thumbnail before it is there: nothing moves when it comes.
+class RowsOfThumbnails : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+  QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    return QStyledItemDelegate::sizeHint(option, index)
+        .expandedTo({0, OtherPicturesForm::kThumbnailHeight});
+  }
+};
 
 /// Of so many pictures, what came of them: "12 done, 2 doubtful, 26 waiting".
 std::string Summary(const OtherPicturesForm& form) {
@@ -97,6 +108,7 @@ OtherPicturesDialog::OtherPicturesDialog(QWidget* parent)
       {tr("Picture"), tr("State"), tr("Points"), tr("Worst residual"), tr("Remark")});
   list_->setRootIsDecorated(false);
   list_->setUniformRowHeights(true);
+  list_->setItemDelegate(new RowsOfThumbnails(list_));
   list_->setIconSize({OtherPicturesForm::kThumbnailWidth, OtherPicturesForm::kThumbnailHeight});
   list_->setMinimumSize(620, 240);
   list_->header()->setSectionResizeMode(QHeaderView::Interactive);
@@ -177,10 +189,20 @@ void OtherPicturesDialog::RenderList(const OtherPicturesForm& form) {
     item->setData(
         kPicture, Qt::UserRole,
         QVariant::fromValue(const_cast<void*>(static_cast<const void*>(picture.Thumbnail.get()))));
-    item->setIcon(kPicture, picture.Thumbnail ? QIcon(PixmapOf(*picture.Thumbnail)) : QIcon());
+    const bool isThere = picture.Thumbnail != nullptr && !picture.Thumbnail->IsEmpty();
+    item->setIcon(kPicture, isThere ? QIcon(PixmapOf(*picture.Thumbnail)) : QIcon());
   }
   for (const Column column : {kPicture, kState, kPoints, kWorst})
     list_->resizeColumnToContents(column);
+}
+
+std::pair<int, int> OtherPicturesDialog::ShownRows() const {
+  const QRect sight = list_->viewport()->rect();
+  const int first = list_->indexAt(sight.topLeft()).row();
+  const int last = list_->indexAt(sight.bottomLeft()).row();
+  // Below the last row is none.
+  return first < 0 ? std::pair(0, -1)
+                   : std::pair(first, last < 0 ? list_->topLevelItemCount() - 1 : last);
 }
 
 void OtherPicturesDialog::Render(const OtherPicturesForm& form) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <utility>
+
 #include "widgets/form_dialog.h"
 #include "workspace/other_pictures_form.h"
 
@@ -17,6 +19,8 @@ class OtherPicturesDialog : public FormDialog {
  public:
   explicit OtherPicturesDialog(QWidget* parent);
   void Render(const OtherPicturesForm& form);
+  /// The first and the last row that are in sight; the first is the larger where none is.
+  std::pair<int, int> ShownRows() const;
   /// Of many pictures many are seen.
   QSize sizeHint() const override;
 

@@ -22,7 +22,7 @@ struct OtherPicture {
   int Points = 0;
   std::optional<double> Worst;  // residual of frame and grid, pixels
   std::string Reason;
-  std::shared_ptr<const Raster> Thumbnail;  // with the points; none while it waits
+  std::shared_ptr<const Raster> Thumbnail;  // with the points; empty where none can be made
   // Of its project, when it was last looked at.
   std::filesystem::file_time_type Written = {};
   std::uint32_t Checksum = 0;

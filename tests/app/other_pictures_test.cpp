@@ -4,7 +4,9 @@
 #include <QProcess>
 #include <QTimer>
 #include <QTreeWidget>
+#include <algorithm>
 #include <chrono>
+#include <cstddef>
 #include <fstream>
 #include <sstream>
 
@@ -69,6 +71,14 @@ class OtherPictures : public WindowTest {
   QString Cell(int row, int column) const {
     return Find<QTreeWidget>("LST_Pictures")->topLevelItem(row)->text(column);
   }
+  bool HasIcon(int row) const {
+    return !Find<QTreeWidget>("LST_Pictures")->topLevelItem(row)->icon(0).isNull();
+  }
+  /// Its thumbnail's pixels that are a point.
+  std::ptrdiff_t PointsOn(std::size_t i) const {
+    const Raster& thumbnail = *At(i).Thumbnail;
+    return std::count(thumbnail.Pixels(), thumbnail.Pixels() + thumbnail.PixelCount(), 0xffd02020u);
+  }
 };
 
 TEST_F(OtherPictures, AreDoneSteppedThroughAndMended) {
@@ -84,7 +94,7 @@ TEST_F(OtherPictures, AreDoneSteppedThroughAndMended) {
   EXPECT_GT(Cell(0, 2).toInt(), 300);
   EXPECT_EQ(Cell(1, 1), "refused");
   EXPECT_FALSE(Cell(1, 4).isEmpty());
-  EXPECT_FALSE(Find<QTreeWidget>("LST_Pictures")->topLevelItem(1)->icon(0).isNull());
+  EXPECT_TRUE(HasIcon(1));
   EXPECT_TRUE(std::filesystem::exists(Page(1, ".graphize")));
   EXPECT_FALSE(std::filesystem::exists(Page(2, ".graphize")));
   Press("BTN_Next");
@@ -159,6 +169,7 @@ TEST_F(OtherPictures, ComeBackInTheNextRunAsTheyWereLeft) {
                              std::filesystem::copy_options::overwrite_existing);
   std::filesystem::remove(project(4));
   std::filesystem::copy_file(project(0), project(6));
+  std::ofstream(Page(10)) << "II";
   OpenFirstPage();
   Add(6, RecorderPage(6));
   EXPECT_EQ(states(), (std::vector{State::Refused, State::Doubtful, State::Waiting, State::Mended,
@@ -166,9 +177,22 @@ TEST_F(OtherPictures, ComeBackInTheNextRunAsTheyWereLeft) {
   EXPECT_EQ(At(1).Reason, remark);
   EXPECT_TRUE(At(1).Worst.has_value());
   EXPECT_EQ(Cell(0, 1), "refused");
+  Until(
+      [this] {
+        return std::ranges::all_of(State().otherPictures.Pictures, [](const OtherPicture& picture) {
+          return picture.Thumbnail != nullptr;
+        });
+      },
+      "the thumbnails are back");
+  for (int row = 1; row <= 4; ++row) EXPECT_TRUE(HasIcon(row)) << row;
+  EXPECT_FALSE(HasIcon(0)) << "its picture cannot be read";
+  EXPECT_EQ(At(0).Is, State::Refused);
+  EXPECT_EQ(PointsOn(2), 0) << "it waits";
+  for (const std::size_t done : {1, 3, 4}) EXPECT_GT(PointsOn(done), 30) << done;
   Press("BTN_Start");
   UntilAllAreDone();
   EXPECT_EQ(At(2).Is, State::Done);
+  EXPECT_GT(PointsOn(2), 30);
   Xdo({"key", "Escape"});
   UntilFormIsClosed();
   Abandon();
