@@ -1,7 +1,9 @@
 #include "batch/other_pictures.h"
 
 #include <algorithm>
+#include <iterator>
 #include <system_error>
+#include <vector>
 
 #include "base/run_time_error.h"
 #include "base/translation.h"
@@ -18,14 +20,17 @@ namespace {
 
 namespace fs = std::filesystem;
 
-void TakeCalibrated(Workspace& ws, const Desktop& desktop) {
+/// False when Escape stopped it: then there is no list.
+bool TakeCalibrated(Workspace& ws, const Desktop& desktop) {
   OtherPicturesForm& form = ws.otherPictures;
   form.Recipe = RecipeText(ws, {});
   form.RecipeNumber = ws.recipe.Number;
   form.Calibrated = ws.picture.Name;
   form.CalibratedFile = ws.picture.ChosenPath;
   form.CalibratedBytes = ws.picture.Bytes;
-  if (form.Pictures.empty()) TakeKeptList(ws, desktop);
+  if (!form.Pictures.empty() || TakeKeptList(ws, desktop)) return true;
+  form = {.Changes = form.Changes};
+  return false;
 }
 
 /// Whether the document is one of the pictures.
@@ -37,6 +42,22 @@ bool IsOfList(const Workspace& ws) {
   });
 }
 
+/// The window's list, of the present picture if that is another one than before. False when Escape
+/// stopped it.
+bool TakeList(Workspace& ws, const Desktop& desktop) {
+  OtherPicturesForm& form = ws.otherPictures;
+  if (form.Pictures.empty() || form.RecipeNumber == ws.recipe.Number)
+    return TakeCalibrated(ws, desktop);
+  if (IsOfList(ws) ||
+      !AskYesNo(desktop,
+                Tr("The list is of pictures like \"%1\".\r\n\r\nDo you want to begin a new "
+                   "list for the present picture ?",
+                   form.Calibrated)))
+    return true;
+  form = {.Changes = form.Changes};
+  return TakeCalibrated(ws, desktop);
+}
+
 }  // namespace
 
 bool CanShowOtherPictures(const Workspace& ws) {
@@ -45,17 +66,7 @@ bool CanShowOtherPictures(const Workspace& ws) {
 
 void ShowOtherPictures(Workspace& ws, const Desktop& desktop) {
   OtherPicturesForm& form = ws.otherPictures;
-  if (form.Pictures.empty() || form.RecipeNumber == ws.recipe.Number) {
-    TakeCalibrated(ws, desktop);
-  } else if (!IsOfList(ws) &&
-             AskYesNo(desktop,
-                      Tr("The list is of pictures like \"%1\".\r\n\r\nDo you want to begin a new "
-                         "list for the present picture ?",
-                         form.Calibrated))) {
-    form = {.Changes = form.Changes};
-    TakeCalibrated(ws, desktop);
-  }
-  for (OtherPicture& picture : form.Pictures) LookAtProject(picture);
+  if (!TakeList(ws, desktop) || !LookAtProjects(ws, desktop, form.Pictures)) return;
   KeepList(form);
   ++form.Changes;
   ws.form = Form::OtherPictures;
@@ -67,14 +78,15 @@ void AddOtherPictures(Workspace& ws, const Desktop& desktop) {
                                           .Folder = form.CalibratedFile.parent_path(),
                                           .FileName = "",
                                           .Filters = Tr("All Files") + "|*"});
+  std::vector<OtherPicture> added;
   for (const fs::path& file : files) {
     const auto isThere = [&](const OtherPicture& picture) { return picture.File == file; };
-    if (file == form.CalibratedFile ||
-        std::any_of(form.Pictures.begin(), form.Pictures.end(), isThere))
-      continue;
-    form.Pictures.push_back({.File = file});
-    LookAtProject(form.Pictures.back());
+    if (file != form.CalibratedFile && std::ranges::none_of(form.Pictures, isThere) &&
+        std::ranges::none_of(added, isThere))
+      added.push_back({.File = file});
   }
+  if (!LookAtProjects(ws, desktop, added)) return;
+  std::ranges::move(added, std::back_inserter(form.Pictures));
   KeepList(form);
   ++form.Changes;
 }

@@ -11,6 +11,7 @@
 #include "batch/console.h"
 #include "batch/other_pictures_list.h"
 #include "commands/recipe_file.h"
+#include "commands/shown_picture.h"
 #include "raster/picture_operation.h"
 #include "session/project_file.h"
 
@@ -38,6 +39,27 @@ void TakeTimeOfSame(OtherPicture& picture) {
   } catch (const RunTimeError&) {
     // Whoever looks at it next tells.
   }
+}
+
+/// Calls look(picture) for all, on a thread beside: projects of scans are large. False when Escape
+/// stopped it; then they are as they were.
+bool ForEachBeside(Workspace& ws, const Desktop& desktop, std::vector<OtherPicture>& pictures,
+                   void (*look)(OtherPicture&)) {
+  std::string status = std::exchange(ws.status.Status, Tr("Looking at the projects..."));
+  std::vector<OtherPicture> looked = pictures;
+  const bool all = RunBeside(ShowProgress(ws, desktop), [&](PictureOperation& operation) {
+    std::size_t done = 0;
+    for (OtherPicture& picture : looked) {
+      if (operation.Stopped) return false;
+      look(picture);
+      operation.Advance(static_cast<double>(++done) / static_cast<double>(looked.size()));
+    }
+    return true;
+  });
+  ws.status.ProgressVisible = false;
+  ws.status.Status = all ? std::move(status) : Tr("Stopped");
+  if (all) pictures = std::move(looked);
+  return all;
 }
 
 /// Beside the calibrated picture; where that was of another computer, beside its project.
@@ -68,7 +90,6 @@ void ReadKeptList(OtherPicturesForm& form, const Desktop& desktop) {
         Tr("The list of pictures \"%1\" cannot be read.\r\n%2", unread.string(), form.KeepFault),
         MessageIcon::Exclamation);
   }
-  for (OtherPicture& picture : form.Pictures) TakeTimeOfSame(picture);
 }
 
 }  // namespace
@@ -79,6 +100,7 @@ void LookAtProject(OtherPicture& picture) {
   if (time == none) return void(picture = {.File = picture.File});
   const bool wasDone = picture.Is != State::Waiting;
   picture.Written = time;
+  picture.Thumbnail.reset();
   picture.Is = wasDone ? State::Mended : State::There;
   picture.Reason.clear();
   try {
@@ -91,17 +113,22 @@ void LookAtProject(OtherPicture& picture) {
   }
 }
 
+bool LookAtProjects(Workspace& ws, const Desktop& desktop, std::vector<OtherPicture>& pictures) {
+  return ForEachBeside(ws, desktop, pictures, LookAtProject);
+}
+
 void NoteProject(OtherPicture& picture, std::string_view bytes) {
   picture.Written = TimeOf(picture.Project());
   picture.Checksum = Crc32(bytes);
 }
 
-void TakeKeptList(Workspace& ws, const Desktop& desktop) {
+bool TakeKeptList(Workspace& ws, const Desktop& desktop) {
   OtherPicturesForm& form = ws.otherPictures;
   form.ListFile = ListFileOf(ws);
   form.Kept.clear();
   form.KeepFault.clear();
   ReadKeptList(form, desktop);
+  return ForEachBeside(ws, desktop, form.Pictures, TakeTimeOfSame);
 }
 
 void KeepList(OtherPicturesForm& form) {
