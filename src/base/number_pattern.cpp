@@ -5,6 +5,8 @@
 #include <charconv>
 #include <cmath>
 
+#include "base/numbers.h"
+
 namespace graphize {
 
 namespace {
@@ -122,6 +124,11 @@ int MissingPlaces(float value, std::string_view pattern, double step) {
   constexpr double kRounding = 1e-4;
   const double missing = exponent - places.Fraction - std::log10(step);
   return std::max(static_cast<int>(std::ceil(missing - kRounding)), 0);
+}
+
+std::string RoundedText(double value, double parts) {
+  const double rounded = std::round(value * parts) / parts;
+  return ShortestText(rounded == 0 ? 0.0 : rounded);
 }
 
 }  // namespace graphize

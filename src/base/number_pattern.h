@@ -27,4 +27,8 @@ std::string FormatNumber(float value, std::string_view pattern);
 /// worth no more than `step` > 0; 0 when it needs none.
 int MissingPlaces(float value, std::string_view pattern, double step);
 
+/// The shortest text of `value` rounded to the nearest of `parts` > 0 of a unit: of 1000 to
+/// thousandths, halves away from 0. There is no "-0".
+std::string RoundedText(double value, double parts);
+
 }  // namespace graphize

@@ -1,12 +1,13 @@
 #include "batch/axes_command.h"
 
 #include <algorithm>
-#include <cmath>
 #include <filesystem>
 #include <ostream>
 #include <vector>
 
+#include "base/joined.h"
 #include "base/json.h"
+#include "base/number_pattern.h"
 #include "base/numbers.h"
 #include "base/run_time_error.h"
 #include "base/tokens.h"
@@ -22,18 +23,16 @@ namespace {
 
 /// Places to a thousandth of a pixel.
 std::string Pixels(double value) {
-  const double rounded = std::round(value * 1000) / 1000;
-  return ShortestText(rounded == 0 ? 0.0 : rounded);
+  return RoundedText(value, 1000);
 }
 
 std::string AxisJson(const ProposedAxis& axis) {
-  std::string scales;
-  for (const std::string& scale : axis.Scales)
-    scales += (scales.empty() ? "" : ", ") + JsonString(scale);
+  std::vector<std::string> scales;
+  for (const std::string& scale : axis.Scales) scales.push_back(JsonString(scale));
   std::string text = "{\"verdict\": " + JsonString(NameOf(axis.Verdict)) +
                      ", \"log\": " + (axis.Log ? "true" : "false") +
-                     ", \"reason\": " + JsonString(axis.Reason) + ",\n    \"scales\": [" + scales +
-                     "]";
+                     ", \"reason\": " + JsonString(axis.Reason) + ",\n    \"scales\": [" +
+                     Joined(scales, ", ") + "]";
   if (!axis.Scales.empty()) text += ", \"scale\": " + std::to_string(axis.Scale + 1);
   text += ",\n    \"labels\": [";
   const char* separator = "\n";
@@ -59,12 +58,17 @@ std::string AxisLines(const char* name, const ProposedAxis& axis) {
   return text;
 }
 
-std::optional<int> NumberOf(const CommandLine& line, const char* name, const char* expected) {
+/// What is chosen by its number from 1, counted from 0.
+std::optional<int> ChosenOf(const CommandLine& line, const char* name, const char* expected) {
   const GivenOption* option = line.Find(name);
   if (option == nullptr) return std::nullopt;
   const auto number = IntegerText(option->Value, 1, 1000);
   if (!number) Refuse(*option, expected);
   return *number - 1;
+}
+
+bool IsSettled(const ProposedAxis& axis) {
+  return axis.Verdict == AxesVerdict::Sure || axis.IsChosen;
 }
 
 /// Of one thing alone, the first can be chosen, too.
@@ -117,27 +121,23 @@ std::string ProposalText(const AxesProposal& proposal) {
 }
 
 bool IsSettled(const AxesProposal& proposal) {
-  const auto is = [](const ProposedAxis& axis) {
-    return axis.Verdict == AxesVerdict::Sure || axis.IsChosen;
-  };
-  return is(proposal.X) && is(proposal.Y);
+  return IsSettled(proposal.X) && IsSettled(proposal.Y);
 }
 
 std::string WhyNotSettled(const AxesProposal& proposal) {
   if (proposal.Plots.size() > 1 && !proposal.Choice.Plot)
     return "there are several plots: --plot chooses one, and \"graphize axes\" tells where they "
            "are";
-  std::string text;
-  for (const auto& [name, axis] : {std::pair("X: ", &proposal.X), std::pair("Y: ", &proposal.Y)})
-    if (axis->Verdict != AxesVerdict::Sure && !axis->IsChosen)
-      text += (text.empty() ? "" : "; ") + std::string(name) + axis->Reason;
-  return text;
+  std::vector<std::string> reasons;
+  if (!IsSettled(proposal.X)) reasons.push_back("X: " + proposal.X.Reason);
+  if (!IsSettled(proposal.Y)) reasons.push_back("Y: " + proposal.Y.Reason);
+  return Joined(reasons, "; ");
 }
 
 AxesChoice AxesChoiceOf(const CommandLine& line) {
-  return {.Plot = NumberOf(line, "plot", "the number of a plot is expected"),
-          .XScale = NumberOf(line, "x-scale", "the number of a scale is expected"),
-          .YScale = NumberOf(line, "y-scale", "the number of a scale is expected")};
+  return {.Plot = ChosenOf(line, "plot", "the number of a plot is expected"),
+          .XScale = ChosenOf(line, "x-scale", "the number of a scale is expected"),
+          .YScale = ChosenOf(line, "y-scale", "the number of a scale is expected")};
 }
 
 AxesProposal ProposeChosenAxes(const Raster& picture, const AxesChoice& choice) {

@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <map>
 #include <optional>
 #include <utility>
 
+#include "base/joined.h"
 #include "base/numbers.h"
 #include "base/run_time_error.h"
 #include "base/tokens.h"
@@ -55,11 +57,7 @@ struct Told {
   std::vector<std::string> Failed;      // captures, and why; these are among the notes, too
   std::vector<std::string> PageDoubts;  // of an alike page
 
-  std::string WhyNoPoints() const {
-    std::string text;
-    for (const std::string& failure : Failed) text += (text.empty() ? "" : "; ") + failure;
-    return text;
-  }
+  std::string WhyNoPoints() const { return Joined(Failed, "; "); }
 };
 
 std::string DoubtOf(const InkCheck& check) {
@@ -327,12 +325,10 @@ void RunJob(const std::vector<BatchStep>& steps, const std::vector<std::filesyst
     }
     throw;
   }
-  const auto doubt = [&](const std::string& text) {
-    result.Doubt += (result.Doubt.empty() ? "" : "; ") + text;
-  };
-  for (const std::string& text : told.PageDoubts) doubt(text);
+  std::vector<std::string> doubts = std::move(told.PageDoubts);
   if (!options.PictureOnly)
-    for (const std::string& text : DoubtsOf(ws, options, told)) doubt(text);
+    std::ranges::move(DoubtsOf(ws, options, told), std::back_inserter(doubts));
+  result.Doubt = Joined(doubts, "; ");
   if (options.KeepPicture) KeepPicture(ws, result);
   result.Notes = std::move(told.Notes);
 }

@@ -1,11 +1,10 @@
 #include "batch/other_pictures_list.h"
 
-#include <cmath>
 #include <cstdint>
 #include <limits>
 
 #include "base/json.h"
-#include "base/numbers.h"
+#include "base/number_pattern.h"
 #include "base/run_time_error.h"
 #include "base/tokens.h"
 #include "base/translation.h"
@@ -43,8 +42,7 @@ void Fields(Io& io, OtherPicture& picture, const fs::path& folder) {
                              {State::Mended, "mended"},
                              {State::There, "there before"}});
   io.Integer("points", picture.Points, 0, std::numeric_limits<int>::max());
-  std::string worst =
-      picture.Worst ? ShortestText(std::round(1000 * *picture.Worst) / 1000) : std::string();
+  std::string worst = picture.Worst ? RoundedText(*picture.Worst, 1000) : std::string();
   io.Text("worst_residual", worst);
   io.Text("remark", picture.Reason);
   io.Integer("project_checksum", picture.Checksum, 0, std::numeric_limits<std::uint32_t>::max());

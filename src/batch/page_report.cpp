@@ -1,27 +1,21 @@
 #include "batch/page_report.h"
 
-#include <cmath>
 #include <utility>
 #include <vector>
 
 #include "base/json.h"
-#include "base/numbers.h"
+#include "base/number_pattern.h"
 #include "data/point_table.h"
 
 namespace graphize {
 
 namespace {
 
-std::string Rounded(double value, double unit) {
-  const double rounded = std::round(value * unit) / unit;
-  return ShortestText(rounded == 0 ? 0.0 : rounded);
-}
-
 /// How the page lies, each with its name; empty texts where that is not known.
 std::vector<std::pair<const char*, std::string>> LieOf(const PageOutcome& page) {
   const auto& lie = page.Registration;
-  const auto text = [&](double PageRegistration::*value, double unit) {
-    return lie ? Rounded((*lie).*value, unit) : std::string();
+  const auto text = [&](double PageRegistration::*value, double parts) {
+    return lie ? RoundedText((*lie).*value, parts) : std::string();
   };
   return {{"worst_residual", text(&PageRegistration::Worst, 1e3)},
           {"shift_x", text(&PageRegistration::ShiftX, 1e3)},

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "base/joined.h"
 #include "base/run_time_error.h"
 #include "base/translation.h"
 #include "commands/do.h"
@@ -18,12 +19,6 @@
 namespace graphize {
 
 namespace {
-
-std::string Joined(const std::vector<std::string>& notes, const char* separator) {
-  std::string text;
-  for (const std::string& note : notes) text += (text.empty() ? "" : separator) + note;
-  return text;
-}
 
 /// The default place of the window; nothing, and a note, on a screen too large for one.
 std::optional<WindowPlacement> PlacementFor(const WindowFrame& window) {

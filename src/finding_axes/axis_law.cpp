@@ -42,15 +42,10 @@ LawFit Explained(std::span<const PlacedLabel> labels, const AxisLaw& law, double
 /// Whether both give the labels of one of them the same values.
 bool IsSame(const AxisLaw& a, const LawFit& b, std::span<const PlacedLabel> labels,
             double tolerance) {
-  if (b.Labels.empty()) return false;
-  double worst = 0;
-  for (const ExplainedLabel& label : b.Labels) {
+  return !b.Labels.empty() && std::ranges::all_of(b.Labels, [&](const ExplainedLabel& label) {
     const double value = labels[label.Label].Meanings[label.Meaning];
-    const double off = std::fabs(a.PositionOf(value) - b.Law.PositionOf(value));
-    if (!(off <= 2 * tolerance)) return false;
-    worst = std::max(worst, off);
-  }
-  return worst <= 2 * tolerance;
+    return std::fabs(a.PositionOf(value) - b.Law.PositionOf(value)) <= 2 * tolerance;
+  });
 }
 
 /// A logarithmic law over less than that is too like a linear one.

@@ -120,8 +120,6 @@ InkImage Coarse(const InkImage& ink, int side) {
   return coarse;
 }
 
-constexpr double kDegree = 0.017453292519943295;
-
 double RoughAngle(const InkImage& ink) {
   const InkImage coarse = Coarse(ink, 900);
   const Projection level(coarse), upright(Transposed(coarse));

@@ -1,10 +1,13 @@
 #pragma once
 
+#include <numbers>
 #include <vector>
 
 #include "finding_axes/ink_image.h"
 
 namespace graphize {
+
+inline constexpr double kDegree = std::numbers::pi / 180;  // radians
 
 /// A straight line along the rows of an image, or along its columns.
 struct LongLine {

@@ -5,7 +5,8 @@
 #include <limits>
 #include <string_view>
 
-#include "base/numbers.h"
+#include "base/joined.h"
+#include "base/number_pattern.h"
 #include "base/translation.h"
 #include "finding_axes/label_looks.h"
 #include "finding_axes/label_text.h"
@@ -17,18 +18,11 @@ namespace graphize {
 
 namespace {
 
-constexpr double kDegree = 0.017453292519943295;
 /// What the three rows cannot hold.
 constexpr double kMostSkew = 0.15 * kDegree;
 
-std::string Joined(const std::vector<std::string>& doubts) {
-  std::string text;
-  for (const std::string& doubt : doubts) text += (text.empty() ? "" : "; ") + doubt;
-  return text;
-}
-
 std::string Hundredths(double value) {
-  return ShortestText(std::round(value * 100) / 100);
+  return RoundedText(value, 100);
 }
 
 /// Whether a word that our own reader has got wrong is the second one's value at its place.
@@ -132,7 +126,7 @@ ProposedAxis Judged(const LookedAtAxis& axis, AxisCourse course, const InkImage&
                         ? Tr("%1 labels at their ticks, read alike by two readers, off "
                              "the scale by up to %2 pixels",
                              static_cast<long long>(proposed.Labels.size()), Hundredths(worst))
-                        : Joined(doubts);
+                        : Joined(doubts, "; ");
   return proposed;
 }
 

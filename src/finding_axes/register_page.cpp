@@ -4,8 +4,9 @@
 #include <array>
 #include <cmath>
 
-#include "base/numbers.h"
+#include "base/number_pattern.h"
 #include "base/translation.h"
+#include "finding_axes/long_lines.h"
 
 namespace graphize {
 
@@ -17,12 +18,6 @@ constexpr double kLeastShare = 0.5, kLeastOfSide = 0.3, kMostRms = 0.6;
 constexpr double kMostStretch = 0.01, kMostSkew = 0.4, kMostScaling = 0.05;
 constexpr double kMostBent = 1.5;
 constexpr double kMostUnlike = 0.34;
-constexpr double kDegree = 0.017453292519943295;
-
-std::string Rounded(double value, int decimals) {
-  const double unit = std::pow(10, decimals);
-  return ShortestText(std::round(value * unit) / unit + 0.0);
-}
 
 std::string Percent(double part) {
   return std::to_string(std::lround(100 * part));
@@ -63,16 +58,16 @@ std::string LinesFault(const HeldLines& lines, const LineFit& fit) {
     if (points.Near < kLeastShare * points.All)
       return Tr("level and upright lines do not lie to each other as on the calibrated page");
   if (fit.Rms > kMostRms)
-    return Tr("frame and grid are bent: they lie %1 pixels off", Rounded(fit.Rms, 2));
+    return Tr("frame and grid are bent: they lie %1 pixels off", RoundedText(fit.Rms, 100));
   const Shape shape = ShapeOf(fit.Map);
   if (std::fabs(shape.Skew) > kMostSkew)
-    return Tr("the page is skewed by %1 degrees", Rounded(shape.Skew, 1));
+    return Tr("the page is skewed by %1 degrees", RoundedText(shape.Skew, 10));
   if (std::fabs(shape.ScaleX / shape.ScaleY - 1) > kMostStretch)
     return Tr(
         "the page is stretched by %1 %",
-        Rounded(
+        RoundedText(
             100 * (std::max(shape.ScaleX, shape.ScaleY) / std::min(shape.ScaleX, shape.ScaleY) - 1),
-            1));
+            10));
   return {};
 }
 
@@ -162,15 +157,15 @@ PageRegistration RegisterPage(const PageReference& reference, const Raster& page
   registration.Scale = std::sqrt(std::fabs(Determinant(registration.ToPage)));
   registration.Refusal = LinesFault(reference.Lines, best);
   if (registration.Refusal.empty() && std::fabs(registration.Scale - 1) > kMostScaling)
-    registration.Refusal =
-        Tr("the page's scale is %1 times the calibrated one's", Rounded(registration.Scale, 3));
+    registration.Refusal = Tr("the page's scale is %1 times the calibrated one's",
+                              RoundedText(registration.Scale, 1000));
   if (!registration.Refusal.empty()) return registration;
   const LabelCounts counts = CountUnlike(reference.Labels, reference.Page, upright.Ink, best.Map);
   registration.Refusal = LabelsFault(counts);
   if (registration.Fits()) registration.Doubt = LabelsDoubt(counts);
   if (registration.Fits() && registration.Doubt.empty() && best.Worst > kMostBent)
     registration.Doubt =
-        Tr("frame and grid are bent: they lie %1 pixels off", Rounded(registration.Worst, 2));
+        Tr("frame and grid are bent: they lie %1 pixels off", RoundedText(registration.Worst, 100));
   return registration;
 }
 
