@@ -1,12 +1,15 @@
 // What is measured of work on a picture.
 
 #include <algorithm>
+#include <cmath>
 #include <memory>
 
 #include "bare_reads.h"
+#include "finding_axes/find_surroundings.h"
 #include "image_tools/picture_tools.h"
 #include "page_files.h"
 #include "performance/measure.h"
+#include "reading/read_curve.h"
 #include "support/extraction_records.h"
 #include "support/quiet_desktop.h"
 #include "tracing/curve_tracer.h"
@@ -115,11 +118,28 @@ void WriteTools() {
              Compare(
                  5, [&] { return run(tool, amount, [] { return false; }); }, copy),
              2.5);
-    escape = std::max(escape, LongestEscape(10, [&](const std::function<bool()>& held) {
-                        run(tool, amount, held);
-                      }));
   }
-  WriteRow("Escape in them", "", "", 1000 * escape, 50, " ms");
+  for (int tool = 0; tool < kPictureTools; ++tool)
+    escape = std::max(escape, LongestEscape(6, [&](const std::function<bool()>& held) {
+                        constexpr int kAmounts[] = {5, 5, 0, 5, 5, 150, 150, 3};
+                        run(static_cast<PictureTool>(tool), kAmounts[tool], held);
+                      }));
+  WriteRow("Escape in any image tool", "", "", 1000 * escape, 50, " ms");
+}
+
+/// Of a curve among others and a grid of its ink.
+void WriteReading() {
+  const Raster page = DrawPage(kWhitePixel, 0xff2040a0u);
+  const ReadingRequest request{.X = 4500, .Y = kPageHeight / 2 + 5000 * std::sin(5.0)};
+  const auto read = [&](const std::function<bool()>& held) {
+    const PictureProgress progress = [&](int) { return !held(); };
+    const CurveReading reading = RunBeside(progress, [&](PictureOperation& operation) {
+      const PlotSurroundings around = FindSurroundings(page, operation);
+      return ReadCurve(page, FrameOf({}, page.Width(), page.Height()), around, request, operation);
+    });
+    seen = reading.Points.size();
+  };
+  WriteRow("Escape in a reading", "", "", 1000 * LongestEscape(10, read), 50, " ms");
 }
 
 }  // namespace
@@ -128,6 +148,7 @@ void WriteWorkRows() {
   WriteScan();
   WriteTrace();
   WriteTools();
+  WriteReading();
 }
 
 }  // namespace graphize

@@ -61,6 +61,7 @@ class Storm {
   }
 
   bool Run(int events) {
+    begin_ = Text();
     Calibrate();
     for (int i = 0; i < events && fault_.empty(); ++i) {
       QElapsedTimer timer;
@@ -343,15 +344,18 @@ class Storm {
             std::to_string(store.CaptureCount));
   }
   void CheckJournal() {
+    bool isThere = false;
     for (const fs::path& session : SessionFolders(folder_ / "sessions")) {
       std::string bytes;
       if (ReadWholeFile(session / kNewJournalName, 1 << 30, bytes) &&
           ReadWholeFile(session / kJournalName, 1 << 30, bytes))
         continue;
+      isThere = true;
       const JournalledDocument read = ReadJournal(bytes);
       const std::string told = DocumentText(read.Document, read.Picture), is = Text();
       if (told != is) Fault("the journal tells\n" + Difference(told, is));
     }
+    if (!isThere) Fault("there is no journal");
   }
   /// Undo or redo as far as it goes.
   void All(const char* name) {
@@ -364,6 +368,8 @@ class Storm {
     All("MNU_EDIT_Undo");
     const std::string start = Text();
     All("MNU_EDIT_Redo");
+    std::fprintf(stderr, "start %s\n",
+                 start == begin_ ? "same" : Difference(start, begin_).c_str());
     if (Text() != end) return Fault("undone and done again:\n" + Difference(Text(), end));
     All("MNU_EDIT_Undo");
     if (Text() != start) return Fault("undone once more:\n" + Difference(Text(), start));
@@ -387,7 +393,7 @@ class Storm {
   QWidget* served_ = nullptr;
   int servedTimes_ = 0, files_ = 0;
   qint64 servedInside_ = 0;
-  std::string last_, fault_;
+  std::string last_, fault_, begin_;
   std::map<std::string, int> done_;
   std::pair<qint64, std::string> slowest_;
 };
