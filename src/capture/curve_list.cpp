@@ -60,7 +60,7 @@ bool IsSameCurve(const PointStore& a, const PointStore& b) {
          HasSameBits(a.CaptureY, b.CaptureY) && HasSameBits(a.CaptureId, b.CaptureId) &&
          HasSameBits(a.ListX, b.ListX) && HasSameBits(a.ListY, b.ListY) &&
          HasSameBits(a.ListId, b.ListId) && HasSameBits(a.Places, b.Places) &&
-         HasSameBits(a.Certainties, b.Certainties);
+         HasSameBits(a.Certainties, b.Certainties) && HasSameBits(a.Rests, b.Rests);
 }
 
 /// No points; as many can be captured.

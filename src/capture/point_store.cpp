@@ -42,6 +42,16 @@ bool IsSame(const std::vector<float>& saved, std::span<const float> values) {
                             std::bit_cast<std::uint32_t, float>);
 }
 
+/// The array reaches as far as anything is to be told.
+template <class T>
+void Note(std::vector<T>& ofEachId, PointId id, const T& what) {
+  if (id >= ofEachId.size()) {
+    if (what == T()) return;
+    ofEachId.resize(id + std::size_t{1});
+  }
+  ofEachId[id] = what;
+}
+
 bool Append(PointStore& store, CommandStates& commands, const Desktop& desktop, bool UpdateLabel,
             float X, float Y) {
   // A resampled list may be longer than the captured points: it can be full on its own.
@@ -131,11 +141,19 @@ void EnableBlockerCommands(CommandStates& commands, bool State) {
 }
 
 void NoteCertainty(PointStore& store, PointId id, const Certainty& certainty) {
-  if (id >= store.Certainties.size()) {
-    if (certainty == Certainty()) return;
-    store.Certainties.resize(id + std::size_t{1});
-  }
-  store.Certainties[id] = certainty;
+  Note(store.Certainties, id, certainty);
+}
+
+RealPlace RealPlaceOf(const PointStore& store, PointId id) {
+  const Place& place = store.Places[id];
+  const PlaceRest rest = id < store.Rests.size() ? store.Rests[id] : PlaceRest();
+  return {place.Column + rest.Columns, place.Row + rest.Rows};
+}
+
+void SetPlace(PointStore& store, PointId id, const RealPlace& place) {
+  const Place single{static_cast<float>(place.Column), static_cast<float>(place.Row)};
+  store.Places[id] = single;
+  Note(store.Rests, id, PlaceRest{place.Column - single.Column, place.Row - single.Row});
 }
 
 void FollowLastPoint(PointStore& store, int pictureHeight) {

@@ -24,6 +24,19 @@ struct Place {
 inline constexpr Place kNoPlace = {-std::numeric_limits<float>::infinity(),
                                    -std::numeric_limits<float>::infinity()};
 
+/// A place in double precision, as readings measure it.
+struct RealPlace {
+  double Column = 0, Row = 0;
+
+  bool operator==(const RealPlace&) const = default;
+};
+/// What single precision leaves of such a place, to be added.
+struct PlaceRest {
+  double Columns = 0, Rows = 0;
+
+  bool operator==(const PlaceRest&) const = default;
+};
+
 /// How well a point is known that was read off a stroke.
 struct Certainty {
   // Across the stroke and one standard uncertainty long: pixels, rows downward. Without length
@@ -57,6 +70,7 @@ struct PointStore {
 
   std::vector<Place> Places = std::vector<Place>(1);  // of each id
   std::vector<Certainty> Certainties;                 // of each id, as far as any is known
+  std::vector<PlaceRest> Rests;                       // of each id, as far as any place has one
 
   /// The points as they were when the data file was last written; element 0 left out.
   struct Points {
@@ -104,6 +118,9 @@ inline Certainty CertaintyOf(const PointStore& store, PointId id) {
   return id < store.Certainties.size() ? store.Certainties[id] : Certainty();
 }
 void NoteCertainty(PointStore& store, PointId id, const Certainty& certainty);
+/// The place of a point that has one, to the last bit, and the way to give it another.
+RealPlace RealPlaceOf(const PointStore& store, PointId id);
+void SetPlace(PointStore& store, PointId id, const RealPlace& place);
 
 /// The last captured point's place is the pixel of its marker again, after places have changed.
 void FollowLastPoint(PointStore& store, int pictureHeight);

@@ -44,7 +44,9 @@ void CaptureRead(Workspace& ws, const Desktop& desktop, const std::vector<ReadPl
       AddPoint(ws.store, ws.commands, desktop, false);
     else
       AddValuePoint(ws.store, ws.commands, desktop, false, kNoValueYet, kNoValueYet);
-    NoteCertainty(ws.store, ws.store.CaptureId[ws.store.CaptureCount], place.Sure);
+    const PointId id = ws.store.CaptureId[ws.store.CaptureCount];
+    SetPlace(ws.store, id, {place.X, place.Y});
+    NoteCertainty(ws.store, id, place.Sure);
   }
   ShowCursor(ws.readOut, ws.axisPanel, ws.store, ws.calibration);
   ShowNewest(ws.store);

@@ -1,7 +1,10 @@
 #include "data/export_curve.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <cmath>
+#include <limits>
 
 #include "base/numbers.h"
 #include "calibration/transform.h"
@@ -74,6 +77,22 @@ class Function {
   double least_ = 1, most_ = 0;  // of no X at all
 };
 
+/// The decimal number to a billionth of a pixel: what is beyond that in a place that was computed
+/// comes of its arithmetic, and makes 1.9999999999999998 of a 2.
+double WithoutNoise(double value, double pixel) {
+  const double least = 1e-9 * std::fabs(pixel);
+  if (value == 0 || !std::isnormal(least)) return value;
+  const double digits = std::floor(std::log10(std::fabs(value))) - std::floor(std::log10(least));
+  if (!(digits < std::numeric_limits<double>::digits10)) return value;
+  if (digits < 0) return 0;
+  std::array<char, 32> text{};
+  const char* const end = std::to_chars(text.data(), text.data() + text.size(), value,
+                                        std::chars_format::scientific, static_cast<int>(digits))
+                              .ptr;
+  std::from_chars(text.data(), end, value);
+  return value;
+}
+
 }  // namespace
 
 ExportCurve ListCurve(const std::string& name, const PointStore& store,
@@ -112,12 +131,16 @@ ExportCurve PlacedCurve(const std::string& name, const PointStore& store,
     // As the cursor computes it, and so as the list has it.
     const float rowUp = static_cast<float>(pictureHeight) - place.Row;
     if (!Reads(calibration, place.Column, rowUp, X, Y)) continue;
-    const RealPoint real =
-        RealPointAt(calibration, place.Column, static_cast<double>(pictureHeight) - place.Row);
+    const RealPlace at = RealPlaceOf(store, store.ListId[i]);
+    const RealPoint real = RealPointAt(calibration, at.Column, pictureHeight - at.Row);
     if (!std::isfinite(real.X) || !std::isfinite(real.Y)) continue;
     ExportRow& row = curve.Rows[i - 1];
     row.X = swapped ? real.Y : real.X;
     row.Y = swapped ? real.X : real.Y;
+    if (at != RealPlace{place.Column, place.Row}) {
+      row.X = WithoutNoise(row.X, row.Error.X);
+      row.Y = WithoutNoise(row.Y, row.Error.Y);
+    }
     const Certainty certainty = CertaintyOf(store, store.ListId[i]);
     row.IsBridged = certainty.IsBridged != 0;
     row.HasStandard = certainty.IsKnown();

@@ -41,7 +41,8 @@ struct ExportCurve {
 ExportCurve ListCurve(const std::string& name, const PointStore& store,
                       const AxisCalibration& calibration);
 
-/// The list with the values of RealPointAt where the row's point was captured. Rows without a place
+/// The list with the values of RealPointAt where the row's point was captured; those of a place
+/// that was computed are rounded to a billionth of a pixel, as decimals. Rows without a place
 /// (resampled, lengths), or whose place reads as something else by now, because the axes or the
 /// picture are others than they were, keep the list's values.
 ExportCurve PlacedCurve(const std::string& name, const PointStore& store,

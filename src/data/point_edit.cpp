@@ -183,7 +183,7 @@ std::string MovePoints(PointStore& store, const AxisCalibration& calibration, in
     values[id] = value;
   }
   for (const auto& [id, place] : places) {
-    store.Places[id] = place;
+    SetPlace(store, id, {place.Column, place.Row});
     NoteCertainty(store, id, {});
   }
   TakeValues(store, values);

@@ -37,7 +37,7 @@ inline constexpr std::size_t kPointNumbers = 7;
 template <class Store>
 auto ArraysOf(Store& store) {
   return std::tie(store.CaptureX, store.CaptureY, store.CaptureId, store.ListX, store.ListY,
-                  store.ListId, store.Places, store.Certainties);
+                  store.ListId, store.Places, store.Certainties, store.Rests);
 }
 
 template <class... Types>

@@ -42,6 +42,7 @@ std::shared_ptr<const PointStore> StoreOf(const Points& points) {
                        [&](PointId id) { return id < store->Places.size(); });
   };
   if (store->Places.empty() || store->Certainties.size() > store->Places.size() ||
+      store->Rests.size() > store->Places.size() ||
       !fits(store->CaptureX, store->CaptureY, store->CaptureId, store->CaptureCount) ||
       !fits(store->ListX, store->ListY, store->ListId, store->ListCount))
     FailJournal("its points do not fit together");

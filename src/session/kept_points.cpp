@@ -1,10 +1,12 @@
 #include "session/kept_points.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <optional>
 
 #include "base/run_time_error.h"
 #include "base/translation.h"
@@ -31,6 +33,31 @@ char* Put(char* at, Value value) {
   return std::to_chars(at, at + 24, value).ptr;
 }
 
+/// The position that a text stands for: of the single-precision number whose shortest text it is,
+/// or else in double precision. Nothing where it is no number.
+std::optional<double> PositionOf(std::string_view text) {
+  const char* const end = text.data() + text.size();
+  float single = 0;
+  double position = 0;
+  if (const auto [at, fault] = std::from_chars(text.data(), end, position);
+      fault != std::errc() || at != end)
+    return std::nullopt;
+  std::array<char, 24> shortest{};
+  if (std::from_chars(text.data(), end, single).ec == std::errc() &&
+      text == std::string_view(shortest.data(), Put(shortest.data(), single)))
+    return single;
+  return position;
+}
+
+/// So that PositionOf gives it back.
+char* PutPosition(char* at, double position) {
+  const auto single = static_cast<float>(position);
+  if (single == position) return Put(at, single);
+  char* const end = Put(at, position);
+  if (PositionOf({at, end}) == position) return end;
+  return std::to_chars(at, at + 24, position, std::chars_format::scientific, 16).ptr;
+}
+
 /// The rows `first` to `last` of the arrays.
 std::string RowsText(const PointStore& store, const std::vector<PointId>& ids,
                      const std::vector<float>& xs, const std::vector<float>& ys, std::size_t first,
@@ -43,9 +70,10 @@ std::string RowsText(const PointStore& store, const std::vector<PointId>& ids,
     at = Put(at, ids[i]);
     *at++ = ',';
     const bool placed = HasPlace(store, ids[i]);
-    if (placed) at = Put(at, store.Places[ids[i]].Column);
+    const RealPlace place = placed ? RealPlaceOf(store, ids[i]) : RealPlace();
+    if (placed) at = PutPosition(at, place.Column);
     *at++ = ',';
-    if (placed) at = Put(at, store.Places[ids[i]].Row);
+    if (placed) at = PutPosition(at, place.Row);
     *at++ = ',';
     const bool waits = placed && IsWaiting(ids[i], xs[i], ys[i]);
     if (!waits) at = Put(at, xs[i]);
@@ -87,11 +115,10 @@ class RowReader {
     } else if (text_.starts_with(',')) {
       Expect(',');
       Expect(',');
-      TakePlace(id, kNoPlace);
+      NotePlace(id, std::nullopt);
     } else {
-      const float column = Take<float>(',', "a column"), row = Take<float>(',', "a row");
-      if (!std::isfinite(column) || !std::isfinite(row)) Fail("a place is no number");
-      TakePlace(id, {column, row});
+      const double column = TakePosition("a column"), row = TakePosition("a row");
+      NotePlace(id, RealPlace{column, row});
     }
     TakeValues(id, x, y);
     if (isCertain_) TakeCertainty(id);
@@ -129,15 +156,24 @@ class RowReader {
     if (!text_.starts_with(c)) Fail("the line is not as it has to be");
     text_.remove_prefix(1);
   }
-  void TakePlace(PointId id, const Place& taken) {
-    Place& place = store_.Places[id];
-    const auto isOther = [](float a, float b) {
-      return std::bit_cast<std::uint32_t>(a) != std::bit_cast<std::uint32_t>(b);
-    };
-    if (known_[id] && (isOther(place.Column, taken.Column) || isOther(place.Row, taken.Row)))
+  double TakePosition(const char* what) {
+    const std::size_t length = std::min(text_.find(','), text_.size());
+    const auto position = PositionOf(text_.substr(0, length));
+    if (!position || !std::isfinite(static_cast<float>(*position)))
+      Fail(std::string(what) + " is no number");
+    text_.remove_prefix(length);
+    Expect(',');
+    return *position;
+  }
+  void NotePlace(PointId id, const std::optional<RealPlace>& taken) {
+    const bool had = HasPlace(store_, id);
+    if (known_[id] && (had != taken.has_value() || (had && RealPlaceOf(store_, id) != *taken)))
       Fail("point " + std::to_string(id) + " has two places");
     known_[id] = true;
-    place = taken;
+    if (taken)
+      SetPlace(store_, id, *taken);
+    else
+      store_.Places[id] = kNoPlace;
   }
   void TakeCertainty(PointId id) {
     if (text_.starts_with(",,")) {

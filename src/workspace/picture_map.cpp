@@ -12,11 +12,27 @@ namespace graphize {
 
 namespace {
 
-Place Mapped(const AffineMap& map, const Place& place) {
-  if (place == kNoPlace) return place;
+bool IsSingle(double value) {
+  return static_cast<float>(value) == value;
+}
+
+/// A place of single precision stays one.
+RealPlace Mapped(const AffineMap& map, const RealPlace& place) {
   const double x = place.Column, y = place.Row;
-  return {static_cast<float>(map.XX * x + map.XY * y + map.X),
-          static_cast<float>(map.YX * x + map.YY * y + map.Y)};
+  const RealPlace at{map.XX * x + map.XY * y + map.X, map.YX * x + map.YY * y + map.Y};
+  if (!IsSingle(x) || !IsSingle(y)) return at;
+  return {static_cast<float>(at.Column), static_cast<float>(at.Row)};
+}
+
+/// visit(id, place&) may give any point another place that has one.
+template <class Visit>
+void ForEachPlace(PointStore& points, const Visit& visit) {
+  for (PointId id = 1; id < points.Places.size(); ++id) {
+    if (!HasPlace(points, id)) continue;
+    RealPlace place = RealPlaceOf(points, id);
+    visit(id, place);
+    SetPlace(points, id, place);
+  }
 }
 
 /// The uncertainty across a stroke that goes along with its picture: across the new direction.
@@ -53,8 +69,10 @@ void CarryReferences(Workspace& ws, const AffineMap& map, int height) {
   if (map == AffineMap{} && height == ws.plot.Height()) return;
   const auto oldHeight = static_cast<float>(ws.plot.Height());
   for (AxisReference& reference : refined.References) {
-    const Place at = Mapped(map, Place{reference.At.Column, oldHeight - reference.At.RowUp});
-    reference.At = {at.Column, static_cast<float>(height) - at.Row};
+    const RealPlace at =
+        Mapped(map, RealPlace{reference.At.Column, oldHeight - reference.At.RowUp});
+    reference.At = {static_cast<float>(at.Column),
+                    static_cast<float>(height) - static_cast<float>(at.Row)};
   }
   refined.On = false;
   refined.Scale = {};
@@ -73,9 +91,13 @@ void CarryAlong(Workspace& ws, const AffineMap& map, int height) {
   before = {map, ws.map.Shown, {}, ws.blockers};
   before.Curves.resize(ws.curves.Curves.size());
   ChangePoints(ws.curves, ws.store, [&](PointStore& points, std::size_t curve) {
-    before.Curves[curve] = {points.Places, points.Certainties};
-    for (std::size_t id = 1; id < points.Places.size(); ++id)
-      points.Places[id] = Mapped(map, points.Places[id]);
+    std::vector<RealPlace>& was = before.Curves[curve].Places;
+    was.resize(points.Places.size());
+    before.Curves[curve].Certainties = points.Certainties;
+    ForEachPlace(points, [&](PointId id, RealPlace& place) {
+      was[id] = place;
+      place = Mapped(map, place);
+    });
     for (Certainty& certainty : points.Certainties) certainty = Mapped(map, certainty);
     FollowLastPoint(points, height);
   });
@@ -94,12 +116,14 @@ void CarryBack(Workspace& ws, int height) {
     now = was != nullptr && Mapped(before.Map, *was) == now ? *was : Mapped(back, now);
   };
   ChangePoints(ws.curves, ws.store, [&](PointStore& points, std::size_t curve) {
-    const auto carryAll = [&](auto& now, const auto& was) {
-      for (std::size_t id = 1; id < now.size(); ++id)
-        carryBack(now[id], id < was.size() ? &was[id] : nullptr);
+    const auto at = [](const auto& all, std::size_t id) {
+      return id < all.size() ? &all[id] : nullptr;
     };
-    carryAll(points.Places, before.Curves[curve].Places);
-    carryAll(points.Certainties, before.Curves[curve].Certainties);
+    const BeforeImageTool::Points& was = before.Curves[curve];
+    ForEachPlace(points,
+                 [&](PointId id, RealPlace& place) { carryBack(place, at(was.Places, id)); });
+    for (std::size_t id = 1; id < points.Certainties.size(); ++id)
+      carryBack(points.Certainties[id], at(was.Certainties, id));
     FollowLastPoint(points, height);
   });
   for (int i = 1; i <= ws.blockers.Count; ++i)
@@ -119,6 +143,7 @@ void LosePlaces(Workspace& ws) {
   ChangePoints(ws.curves, ws.store, [](PointStore& points, std::size_t) {
     std::fill(points.Places.begin() + 1, points.Places.end(), kNoPlace);
     points.Certainties.clear();
+    points.Rests.clear();
   });
   ws.map = {};
 }
@@ -127,6 +152,7 @@ void ForgetPlaces(Workspace& ws) {
   ChangePoints(ws.curves, ws.store, [](PointStore& points, std::size_t) {
     points.Places.resize(1);
     points.Certainties.clear();
+    points.Rests.clear();
   });
 }
 

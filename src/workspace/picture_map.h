@@ -25,7 +25,7 @@ struct BeforeImageTool {
   AffineMap Map;    // of the tool
   AffineMap Shown;  // PictureMap
   struct Points {
-    std::vector<Place> Places;
+    std::vector<RealPlace> Places;
     std::vector<Certainty> Certainties;
   };
   std::vector<Points> Curves;

@@ -99,6 +99,9 @@ State StateOf(const Workspace& ws) {
     for (const Certainty& certainty : points.Certainties)
       add(state.Numbers,
           std::initializer_list<float>{certainty.AcrossColumns, certainty.AcrossRows});
+    for (const PlaceRest& rest : points.Rests)
+      add(state.Numbers, std::initializer_list<float>{static_cast<float>(rest.Columns),
+                                                      static_cast<float>(rest.Rows)});
     for (const auto* ids : {&points.CaptureId, &points.ListId}) add(state.Ids, *ids);
     add(state.Ids, std::initializer_list<PointId>{static_cast<PointId>(points.CaptureCount),
                                                   static_cast<PointId>(points.ListCount)});
@@ -139,6 +142,7 @@ void ExpectReplayed(Workspace& ws) {
       EXPECT_EQ(rows(replayed.*array, points.ListCount), rows(points.*array, points.ListCount));
     EXPECT_EQ(replayed.Places, points.Places);
     EXPECT_EQ(replayed.Certainties, points.Certainties);
+    EXPECT_EQ(replayed.Rests, points.Rests);
   }
   EXPECT_EQ(again.blockers.Count, ws.blockers.Count);
   const BasePictureShown shown(ws.plot), base(again.plot);

@@ -8,6 +8,7 @@
 #include "commands/plot_mouse.h"
 #include "commands/replay.h"
 #include "session/document.h"
+#include "session/kept_points.h"
 #include "session/kept_text.h"
 #include "support/quiet_desktop.h"
 #include "support/random_user.h"
@@ -29,6 +30,7 @@ ArrayCopies TrimmedArrays(PointStore store) {
     if (std::ranges::count(store.CaptureId, id) + std::ranges::count(store.ListId, id) == 0) {
       std::get<6>(arrays)[id] = {};
       if (id < store.Certainties.size()) std::get<7>(arrays)[id] = {};
+      if (id < store.Rests.size()) std::get<8>(arrays)[id] = {};
     }
   const auto trim = [](auto& array) {
     const std::remove_reference_t<decltype(array[0])> zero{};
@@ -105,6 +107,37 @@ TEST(KeptDocument, BringsBackWhateverTheUserDid) {
       for (std::size_t part = 0; part < parts.size(); ++part)
         EXPECT_EQ(partsAgain[part].Text, parts[part].Text) << parts[part].Name;
     }
+  }
+}
+
+TEST(KeptPoints, KeepPlacesToTheLastBitAndSingleOnesShort) {
+  // 0.1 is another number in double precision, and its text that of the single-precision one.
+  const struct {
+    double Column;
+    const char* Text;
+  } cases[] = {{100, "100"},
+               {0.1f, "0.1"},
+               {12345.6f, "12345.6"},
+               {1e-5f, "1e-05"},
+               {0.1, "1.0000000000000001e-01"},
+               {12345.6, "1.2345600000000000e+04"},
+               {1e-5, "1.0000000000000001e-05"},
+               {1000.0 / 3, "333.3333333333333"}};
+  PointStore store;
+  CommandStates commands;
+  for (const auto& [column, text] : cases) {
+    AddValuePoint(store, commands, test::QuietDesktop(), false, 1, 2);
+    SetPlace(store, store.CaptureId[store.CaptureCount], {column, 7});
+  }
+  const std::string text = CapturedText(store);
+  PointStore again;
+  again.CaptureCount = store.CaptureCount;
+  again.Places.resize(store.Places.size());
+  ReadCaptured(again, text);
+  for (PointId id = 1; id < store.Places.size(); ++id) {
+    const auto& [column, written] = cases[id - 1];
+    EXPECT_NE(text.find("\n" + std::to_string(id) + "," + written + ",7,1,2\n"), text.npos) << text;
+    EXPECT_EQ(RealPlaceOf(again, id), (RealPlace{column, 7})) << written;
   }
 }
 
