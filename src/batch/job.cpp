@@ -146,6 +146,7 @@ void TakeAxes(const AxesProposal& axes, Step& step) {
     axis->X = static_cast<float>(std::nearbyint(row.Column));
     axis->Y = static_cast<float>(std::nearbyint(row.Row));
     axis->At = {static_cast<float>(row.Column), static_cast<float>(row.Row)};
+    axis->Sigma = static_cast<float>(row.Sigma);
     axis->XText = ShortestText(row.X);
     axis->YText = ShortestText(row.Y);
   }

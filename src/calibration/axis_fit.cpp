@@ -12,7 +12,7 @@ namespace {
 constexpr double kMostSkewAsNone = 0.15 * std::numbers::pi / 180;
 constexpr double kMostSkew = 10 * std::numbers::pi / 180;
 constexpr double kLeastSigma = 0.2;    // pixels: what few references agree to by chance
-constexpr double kClick = 0.35;        // pixels, of a reference in column and row
+constexpr double kClick = 0.35;        // pixels, of a place that was clicked
 constexpr double kDisagreement = 1.5;  // pixels, rms
 constexpr std::size_t kFewestToName = 8, kFewestToCompare = 4;
 
@@ -20,6 +20,7 @@ constexpr std::size_t kFewestToName = 8, kFewestToCompare = 4;
 struct Known {
   int Number = 0;
   double Column = 0, Row = 0, Scale = 0;
+  double Sigma = 0;  // of column and row
 };
 
 struct KnownPlaces {
@@ -35,7 +36,7 @@ KnownPlaces PlacesOf(const AxisCalibration& c) {
       if (!value) return;
       const double scale = log ? std::log10(static_cast<double>(*value)) : *value;
       if (!std::isfinite(scale)) known.IsPossible = false;
-      list.push_back({known.Count, at.Column, at.RowUp, scale});
+      list.push_back({known.Count, at.Column, at.RowUp, scale, at.Sigma != 0 ? at.Sigma : kClick});
     };
     one(known.X, x, c.XLog);
     one(known.Y, y, c.YLog);
@@ -57,7 +58,7 @@ struct Scatter {
 };
 
 struct Means {
-  double Column = 0, Row = 0, Scale = 0, ScaleSquares = 0;
+  double Column = 0, Row = 0, Scale = 0, ScaleSquares = 0, Variance = 0;
 };
 
 Means MeansOf(const std::vector<Known>& places) {
@@ -67,6 +68,7 @@ Means MeansOf(const std::vector<Known>& places) {
     mean.Column += at.Column / count;
     mean.Row += at.Row / count;
     mean.Scale += at.Scale / count;
+    mean.Variance += at.Sigma * at.Sigma / count;
   }
   for (const Known& at : places)
     mean.ScaleSquares += (at.Scale - mean.Scale) * (at.Scale - mean.Scale);
@@ -247,15 +249,21 @@ std::optional<AxisFit> FitAxes(const AxisCalibration& calibration) {
   return fit;
 }
 
+double SigmaOfRow(const AxisCalibration& calibration, std::size_t row) {
+  const std::optional<ExactPlace>& exact = calibration.Refined.Rows[row];
+  if (!exact || exact->Sigma == 0) return kClick;
+  return calibration.Refined.On ? exact->Sigma : std::hypot(exact->Sigma, 1 / std::sqrt(12));
+}
+
 AxisSpread SpreadAt(const AxisCalibration& calibration, double column, double rowUp) {
   const KnownPlaces known = PlacesOf(calibration);
   const auto solution = Solve(known);
   if (!solution) return {};
-  const double sigma = std::max(solution->Rms(), kClick);
   const Scatter x = ScatterOf(known.X), y = ScatterOf(known.Y);
   const double both = LeastOfBoth(x, y).Contrast;
   const auto spread = [&](const Line& line, const std::vector<Known>& places, double contrast) {
     const Means mean = MeansOf(places);
+    const double sigma = std::max(solution->Rms(), std::sqrt(mean.Variance));
     const double along = line.Along(column - mean.Column, rowUp - mean.Row);
     const double across = (rowUp - mean.Row) * line.Cos - (column - mean.Column) * line.Sin;
     const double ofStep = along / line.Step;

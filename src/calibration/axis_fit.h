@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <vector>
 
@@ -29,8 +30,15 @@ struct AxisFit {
 /// has no place on its scale.
 std::optional<AxisFit> FitAxes(const AxisCalibration& calibration);
 
+/// Standard uncertainty of a row's place, in column and row each, pixels: 0.35 for a click
+/// (rounding to whole pixels, 1/sqrt(12), and a fifth of a pixel for the hand); else its exact
+/// place's, of which the whole pixel that axes take which are not refined is another 1/sqrt(12)
+/// off.
+double SigmaOfRow(const AxisCalibration& calibration, std::size_t row);
+
 /// Standard uncertainty, in pixels along X and along Y, that the fitted axes have at a place (row
-/// upward): 0.35 pixels for a clicked reference, more where the residuals say so.
+/// upward): of the places that they are fitted to, 0.35 pixels for a clicked one, more where the
+/// residuals say so.
 struct AxisSpread {
   double X = 0, Y = 0;
 };

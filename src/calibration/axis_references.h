@@ -12,6 +12,7 @@ namespace graphize {
 /// are whole.
 struct ExactPlace {
   float Column = 0, RowUp = 0;
+  float Sigma = 0;  // standard uncertainty of either, pixels; 0: a click's
 
   bool operator==(const ExactPlace&) const = default;
 };

@@ -108,7 +108,7 @@ Outcome Run(Workspace& ws, const Desktop& desktop, AxisStep& step) {
   ws.map.OfAxisPoints[step.Row] = ws.map.Shown;
   if (step.At)
     ws.calibration.Refined.Rows[static_cast<std::size_t>(step.Row)] = {
-        step.At->Column, static_cast<float>(ws.plot.Height()) - step.At->Row};
+        step.At->Column, static_cast<float>(ws.plot.Height()) - step.At->Row, step.Sigma};
   step.XText = ws.axisPanel.Rows[step.Row].XText;  // the number that was read
   step.YText = ws.axisPanel.Rows[step.Row].YText;
   // What is wrong with the row's value has been told.

@@ -172,9 +172,9 @@ void TakeProposedAxes(Workspace& ws, const Desktop& desktop) {
     const ProposedRow& at = form.Found.Rows[i];
     const auto [column, down] = WholePixel(at);
     const PlotPosition exact{static_cast<float>(at.Column), static_cast<float>(at.Row)};
-    if (!Do(ws, desktop, AxisStep{row, column, down, form.X[i].Text, form.Y[i].Text, exact})
-             .IsDone())
-      return;
+    const AxisStep step{
+        row, column, down, form.X[i].Text, form.Y[i].Text, exact, static_cast<float>(at.Sigma)};
+    if (!Do(ws, desktop, step).IsDone()) return;
   }
   ws.axisPanel.Focus = FocusTarget::None;
   ws.status.Status = Tr("The axes are defined");

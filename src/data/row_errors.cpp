@@ -29,22 +29,22 @@ RowError StandardErrorAt(const AxisCalibration& c, int pictureHeight, const Plac
   const double cosine = c.CosAngle, sine = c.SinAngle;
   const double width = c.XAxisLength, height = c.YAxisLength;
   const double u = (px * cosine + py * sine) / width, v = (py * cosine - px * sine) / height;
-  // Each reference point is off by `click` in column and row, and turns the axes.
-  constexpr double click = 0.35;
+  // Each row's place is off in column and row, and turns the axes.
+  const double origin = SigmaOfRow(c, 0), ofX = SigmaOfRow(c, 1), ofY = SigmaOfRow(c, 2);
   const double turned = v * height / width;
-  AxisSpread axes{click * std::sqrt((1 - u) * (1 - u) + u * u + 2 * turned * turned),
-                  click * std::sqrt((1 - u - v) * (1 - u - v) + u * u + v * v)};
+  AxisSpread axes{std::hypot(origin * std::hypot(1 - u, turned), ofX * std::hypot(u, turned)),
+                  std::hypot(origin * (1 - u - v), ofX * u, ofY * v)};
   if (c.Refined.On)
     axes = SpreadAt(c, place.Column, pictureHeight - static_cast<double>(place.Row));
   const double right = certainty.AcrossColumns, up = -static_cast<double>(certainty.AcrossRows);
   const double acrossX = std::fabs(right * cosine + up * sine);
   const double acrossY = std::fabs(up * cosine - right * sine);
   const double sigma = std::hypot(acrossX, acrossY);
-  const double ofX = sigma / std::max(acrossX / sigma, std::sqrt(0.5));
-  const double ofY = sigma / std::max(acrossY / sigma, 1.0 / 8);
+  const double alongX = sigma / std::max(acrossX / sigma, std::sqrt(0.5));
+  const double alongY = sigma / std::max(acrossY / sigma, 1.0 / 8);
   const PixelSize pixel = PixelSizeAt(c, X, Y);
-  return {static_cast<float>(pixel.X * std::hypot(ofX, axes.X)),
-          static_cast<float>(pixel.Y * std::hypot(ofY, axes.Y))};
+  return {static_cast<float>(pixel.X * std::hypot(alongX, axes.X)),
+          static_cast<float>(pixel.Y * std::hypot(alongY, axes.Y))};
 }
 
 bool HasStandardError(const PointStore& store, const AxisCalibration& calibration,

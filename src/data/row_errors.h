@@ -25,11 +25,10 @@ enum class ErrorKind {
 };
 
 /// Standard uncertainties of the two columns at a place, of Y at this X and of X at this Y: across
-/// the stroke `certainty`, and the reference points of the axes, each off by 0.35 pixels in column
-/// and row (rounding to whole pixels, 1/sqrt(12), and a fifth of a pixel for the click), in graph
-/// units. Where the stroke runs along an axis, the value along it is what it is: that uncertainty
-/// ends at sqrt(2) of the one across for X, at 8 of it for Y. Refined axes have the uncertainty of
-/// their fit (SpreadAt). `place` has to read as (X, Y).
+/// the stroke `certainty`, and the axes' rows, each off by its SigmaOfRow in column and row, in
+/// graph units. Where the stroke runs along an axis, the value along it is what it is: that
+/// uncertainty ends at sqrt(2) of the one across for X, at 8 of it for Y. Refined axes have the
+/// uncertainty of their fit (SpreadAt). `place` has to read as (X, Y).
 RowError StandardErrorAt(const AxisCalibration& calibration, int pictureHeight, const Place& place,
                          const Certainty& certainty, float X, float Y);
 

@@ -112,6 +112,19 @@ AxisLaw FitLaw(bool log, std::span<const double> positions, std::span<const doub
   return law;
 }
 
+double SigmaAt(const AxisLaw& law, std::span<const double> positions,
+               std::span<const double> values, double value, double least) {
+  const auto count = static_cast<double>(positions.size());
+  double squares = 0, mean = 0, spread = 0;
+  for (std::size_t i = 0; i < positions.size(); ++i) {
+    squares += std::pow(positions[i] - law.PositionOf(values[i]), 2);
+    mean += OnScale(law.Log, values[i]) / count;
+  }
+  for (const double other : values) spread += std::pow(OnScale(law.Log, other) - mean, 2);
+  const double one = std::max(std::sqrt(squares / std::max(count - 2, 1.0)), least);
+  return one * std::sqrt(1 / count + std::pow(OnScale(law.Log, value) - mean, 2) / spread);
+}
+
 const char* ScaleDoubt(bool log, std::vector<double> values) {
   std::sort(values.begin(), values.end());
   if (log) return nullptr;

@@ -44,6 +44,11 @@ LawFit FindLaw(std::span<const PlacedLabel> labels, double tolerance,
 /// Least squares over positions and values; at least two, not all alike.
 AxisLaw FitLaw(bool log, std::span<const double> positions, std::span<const double> values);
 
+/// Standard uncertainty of where such a law has `value` (Draper and Smith 1998, section 1.4); that
+/// of one position is taken from the residuals, and is `least` or more.
+double SigmaAt(const AxisLaw& law, std::span<const double> positions,
+               std::span<const double> values, double value, double least);
+
 /// Why values that lie on a law are no scale that a program draws: steps that are no multiples of
 /// one step. nullptr for most.
 const char* ScaleDoubt(bool log, std::vector<double> values);

@@ -20,6 +20,8 @@ namespace {
 
 /// What the three rows cannot hold.
 constexpr double kMostSkew = 0.15 * kDegree;
+/// Of one tick, which the program that drew it may have rounded to whole pixels.
+constexpr double kTickSigma = 0.35;
 
 std::string Hundredths(double value) {
   return RoundedText(value, 100);
@@ -164,11 +166,23 @@ Ends BestEnds(const FoundAxis& axis, const PlaceOf& placeOf) {
   return best;
 }
 
-std::vector<ProposedRow> RowsOf(const FoundAxis& x, const FoundAxis& y, const AffineMap& map) {
+/// Of the place that the scale has for a value, pixels of the picture.
+double SigmaOf(const FoundAxis& axis, double value, double pixel) {
+  std::vector<double> positions, values;
+  for (const TiedLabel& label : axis.Labels) {
+    positions.push_back(label.Position);
+    values.push_back(label.Value);
+  }
+  return pixel * SigmaAt(axis.Law, positions, values, value, kTickSigma / pixel);
+}
+
+std::vector<ProposedRow> RowsOf(const FoundAxis& x, const FoundAxis& y, const InkImage& ink) {
   const auto at = [&](const TiedLabel& u, const TiedLabel& v) {
     // The scale's own places: ticks are rounded by the program that drew them.
-    const MappedPlace place = Mapped(map, x.Law.PositionOf(u.Value), y.Law.PositionOf(v.Value));
-    return ProposedRow{place.X, place.Y, u.Value, v.Value};
+    const MappedPlace place =
+        Mapped(ink.ToPicture, x.Law.PositionOf(u.Value), y.Law.PositionOf(v.Value));
+    return ProposedRow{place.X, place.Y, u.Value, v.Value,
+                       std::max(SigmaOf(x, u.Value, ink.Scale), SigmaOf(y, v.Value, ink.Scale))};
   };
   const Ends xs = BestEnds(x, [&](const TiedLabel& u) { return at(u, y.Labels.front()).Column; });
   // The X axis's points lie on the row of one of these.
@@ -276,7 +290,7 @@ AxesProposal ProposeAxes(const Raster& picture, PictureOperation& operation,
   if (!below.empty()) proposal.X.IsAfter = below.front().MiddleY() > x.Found.Across;
   if (!beside.empty()) proposal.Y.IsAfter = beside.front().MiddleX() > y.Found.Across;
   proposal.Verdict = std::min(proposal.X.Verdict, proposal.Y.Verdict);
-  if (both) proposal.Rows = RowsOf(x.Found, y.Found, ink.ToPicture);
+  if (both) proposal.Rows = RowsOf(x.Found, y.Found, ink);
   operation.Advance(1);
   return proposal;
 }

@@ -44,6 +44,7 @@ struct ProposedAxis {
 struct ProposedRow {
   double Column = 0, Row = 0;
   double X = 0, Y = 0;
+  double Sigma = 0;  // standard uncertainty of column and row, pixels: the larger one of both axes
 };
 
 /// A part of the picture with a plot and its labels, all pixels included.

@@ -81,6 +81,7 @@ void Fields(Io& io, AxisRow& row) {
   if (!row.Exact) row.Exact.emplace();
   io.Number("exact_column", row.Exact->Column);
   io.Number("exact_row_from_bottom", row.Exact->RowUp);
+  if (IsThere(io, "exact_sigma")) io.Number("exact_sigma", row.Exact->Sigma);
 }
 
 /// A value that may be absent: an empty text.

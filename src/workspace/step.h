@@ -80,6 +80,7 @@ struct AxisStep {
   float X = 0, Y = 0;
   std::string XText, YText;
   std::optional<PlotPosition> At = {};
+  float Sigma = 0;  // of At, ExactPlace
 };
 struct RedefineStep {
   static constexpr const char* Name = "redefine";

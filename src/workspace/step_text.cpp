@@ -70,6 +70,9 @@ void Fields(Io& io, AxisStep& step) {
   if (!isExact) return;
   if (!step.At) step.At.emplace();
   io.Position(step.At->Column, step.At->Row);
+  bool isKnown = step.Sigma != 0;
+  io.Flag(isKnown, "sigma");
+  if (isKnown) io.Number(step.Sigma);
 }
 template <class Io>
 void Fields(Io& io, ReferenceStep& step) {

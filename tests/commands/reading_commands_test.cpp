@@ -4,7 +4,11 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <random>
 
+#include "base/numbers.h"
+#include "calibration/axis_fit.h"
+#include "calibration/transform.h"
 #include "commands/do.h"
 #include "commands/export_points.h"
 #include "commands/preview_commands.h"
@@ -13,7 +17,9 @@
 #include "data/list_text.h"
 #include "data/point_edit.h"
 #include "data/point_table.h"
+#include "data/row_errors.h"
 #include "data/waiting_points.h"
+#include "finding_axes/axis_law.h"
 #include "support/calibrated.h"
 #include "support/plot_drawing.h"
 #include "support/quiet_desktop.h"
@@ -79,6 +85,7 @@ TEST_F(ReadingTest, TellsStandardUncertaintiesWhereverThePointsGo) {
   // An image tool takes them along and back; moved by hand, a point is no longer known so well.
   const std::vector<Certainty> before = ws.store.Certainties;
   const std::vector<Place> places = ws.store.Places;
+  const std::vector<PlaceRest> rests = ws.store.Rests;
   CarryAlong(ws, {0, -2, 400, 2, 0, 0}, 600);
   for (std::size_t id = 1; id < before.size(); ++id) {
     EXPECT_NEAR(ws.store.Certainties[id].AcrossColumns, -2 * before[id].AcrossRows, 1e-6);
@@ -87,8 +94,94 @@ TEST_F(ReadingTest, TellsStandardUncertaintiesWhereverThePointsGo) {
   CarryBack(ws, 200);
   EXPECT_EQ(ws.store.Certainties, before);
   EXPECT_EQ(ws.store.Places, places);
+  EXPECT_EQ(ws.store.Rests, rests);
   EXPECT_EQ(MovePoints(ws.store, ws.calibration, 300, 200, PointSet({2}), 1, 0), "");
   EXPECT_FALSE(CertaintyOf(ws.store, 2).IsKnown());
+  EXPECT_EQ(RealPlaceOf(ws.store, 2).Column, ws.store.Places[2].Column);
+}
+
+TEST_F(ReadingTest, GivesPointsAtTheValuesThatWereAskedFor) {
+  const std::vector<float> xs = {40, 100.1f, 222.3f};
+  ASSERT_EQ(Read({.Is = ReadingDensity::Kind::AtX, .Xs = xs}).Points, 3);
+  for (std::size_t i = 0; i < xs.size(); ++i)
+    EXPECT_EQ(ExportCurves(ws).front().Rows[i].X, DecimalValue(xs[i]));
+}
+
+/// Ticks are drawn on whole pixels, or found a little beside; the scale through them is proposed.
+TEST(ReadingErrors, HoldOnProposedAxes) {
+  std::mt19937 random(12);
+  const auto between = [&](double a, double b) {
+    return std::uniform_real_distribution<double>(a, b)(random);
+  };
+  for (const bool isRefined : {false, true})
+    for (const double beside : {0.0, 0.5}) {
+      int within[] = {0, 0, 0}, all = 0;
+      for (int run = 0; run < 100; ++run) {
+        struct Axis {
+          double First, Pitch;
+          bool Log;
+          std::vector<double> Places, Values;
+
+          double At(double place) const {
+            const double tick = (place - First) / Pitch;
+            return Log ? std::pow(10, tick) : 0.25 * tick;
+          }
+        };
+        const auto axis = [&](double length) {
+          const int count = 4 + static_cast<int>(random() % 6);
+          Axis made{.First = between(60, 90), .Pitch = length / count, .Log = random() % 4 == 0};
+          for (int i = 0; i < count; ++i) {
+            const double place = made.First + i * made.Pitch;
+            made.Places.push_back(beside == 0
+                                      ? std::round(place)
+                                      : std::normal_distribution<double>(place, beside)(random));
+            made.Values.push_back(made.At(place));
+          }
+          return made;
+        };
+        const Axis x = axis(between(400, 800)), y = axis(between(300, 600));
+        const auto law = [](const Axis& of) { return FitLaw(of.Log, of.Places, of.Values); };
+        const auto sigma = [&](const Axis& of, double value) {
+          return SigmaAt(law(of), of.Places, of.Values, value, 0.35);
+        };
+        Workspace ws;
+        const Desktop desktop = test::QuietDesktop();
+        SetPicture(ws.plot, Raster::Filled(900, 700, kWhitePixel));
+        ws.commands.Picture = true;
+        Do(ws, desktop, ModeStep{Mode::AxisDef});
+        ws.calibration.XLog = x.Log;
+        ws.calibration.YLog = y.Log;
+        for (int row = 0; row < 3; ++row) {
+          const double u = row == 1 ? x.Values.back() : x.Values.front(),
+                       v = row == 2 ? y.Values.back() : y.Values.front();
+          const double column = law(x).PositionOf(u), down = 700 - law(y).PositionOf(v);
+          const AxisStep step{row,
+                              static_cast<float>(std::round(column)),
+                              static_cast<float>(std::round(down)),
+                              ShortestText(u),
+                              ShortestText(v),
+                              PlotPosition{static_cast<float>(column), static_cast<float>(down)},
+                              static_cast<float>(std::max(sigma(x, u), sigma(y, v)))};
+          const auto told = StepOf(TextOf(step));
+          ASSERT_TRUE(Do(ws, desktop, std::get<Step>(told)).IsDone());
+        }
+        ASSERT_TRUE(!isRefined || SwitchRefined(ws.calibration, true));
+        for (int i = 0; i < 5; ++i, all += 2) {
+          const Place at{static_cast<float>(between(60, 800)),
+                         static_cast<float>(between(90, 640))};
+          const RealPoint read = RealPointAt(ws.calibration, at.Column, 700 - at.Row);
+          const RowError error =
+              StandardErrorAt(ws.calibration, 700, at, {0.001f, 0.001f}, static_cast<float>(read.X),
+                              static_cast<float>(read.Y));
+          for (const double off :
+               {(read.X - x.At(at.Column)) / error.X, (read.Y - y.At(700 - at.Row)) / error.Y})
+            for (int most = 1; most <= 2; ++most) within[most] += std::fabs(off) <= most ? 1 : 0;
+        }
+      }
+      EXPECT_GT(within[1], 0.9 * 0.68 * all) << isRefined << beside;
+      EXPECT_LT(within[1], 0.95 * all) << isRefined << beside;
+      EXPECT_GT(within[2], 0.9 * 0.95 * all) << isRefined << beside;
+    }
 }
 
 TEST_F(ReadingTest, RefusesWithoutChangingAnything) {
