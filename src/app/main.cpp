@@ -109,8 +109,9 @@ int main(int argc, char** argv) {
     return graphize::RunBatch(words, {std::cout, std::cerr, isatty(STDERR_FILENO) == 1, &std::cin});
 
   const int status = RunWindow(argc, argv);
-  if (graphize::EndScanning()) return status;
-  // The exit handlers would take a hanging driver's libraries away from under it.
+  graphize::EndScanning();
+  // The exit handlers would take a hanging driver's libraries away from under it, or wait for a
+  // lock of the C library that a driver's thread held when the driver cancelled it.
   std::cout.flush();
   std::fflush(nullptr);
   std::_Exit(status);

@@ -51,9 +51,8 @@ void FreePage(Raster* bitmap) {
   Module().Free(bitmap);
 }
 
-bool EndScanning() {
-  const ScannerModule* module = loaded;
-  return module == nullptr || module->End();
+void EndScanning() {
+  if (const ScannerModule* module = loaded) module->End();
 }
 
 }  // namespace graphize

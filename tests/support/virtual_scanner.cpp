@@ -59,14 +59,21 @@ Raster ReadPnm(const std::string& bytes) {
   return page;
 }
 
-/// The drivers are to rest before the process tears them down.
-class ScanningEnds : public testing::Environment {
- public:
-  void TearDown() override { EndScanning(); }
+/// Ends the process as the program does: a driver that has cancelled its thread may have left a
+/// lock of the C library taken, for which exit handlers would wait.
+class ScanningEnds : public testing::EmptyTestEventListener {
+  void OnTestProgramEnd(const testing::UnitTest& tests) override {
+    EndScanning();
+    std::filesystem::remove_all(ConfigurationFolder().Path());
+    std::fflush(nullptr);
+    std::_Exit(tests.Passed() ? 0 : 1);
+  }
 };
 
-[[maybe_unused]] const auto* const kScanningEnds =
-    testing::AddGlobalTestEnvironment(new ScanningEnds);
+[[maybe_unused]] const bool kScanningEnds = [] {
+  testing::UnitTest::GetInstance()->listeners().Append(new ScanningEnds);
+  return true;
+}();
 
 }  // namespace
 

@@ -196,8 +196,8 @@ void FreePage(Raster* bitmap) {
   delete bitmap;
 }
 
-bool EndScanning() {
-  return ScannerThread().End(kEndPatience);
+void EndScanning() {
+  ScannerThread().End(kEndPatience);
 }
 
 }  // namespace graphize
