@@ -80,7 +80,7 @@ void FindSymbolsAlone(benchmark::State& state) {
   page.Plot.Symbols(page.Places, {test::Symbol::Disc, 9}, kBlue);
   FindOneKind(state, page.Plot.Picture, std::round(page.Places[9].X), std::round(page.Places[9].Y));
 }
-BENCHMARK(FindSymbolsAlone)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(FindSymbolsAlone)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime()->UseRealTime();
 
 /// Discs, open squares and crosses.
 void FindSymbolsOnLine(benchmark::State& state) {
@@ -93,7 +93,11 @@ void FindSymbolsOnLine(benchmark::State& state) {
   page.Plot.Symbols(page.Places, looks[state.range(0)], kBlue);
   FindOneKind(state, page.Plot.Picture, std::round(page.Places[9].X), std::round(page.Places[9].Y));
 }
-BENCHMARK(FindSymbolsOnLine)->DenseRange(0, 2)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(FindSymbolsOnLine)
+    ->DenseRange(0, 2)
+    ->Unit(benchmark::kMillisecond)
+    ->MeasureProcessCPUTime()
+    ->UseRealTime();
 
 /// Pixels in a thousand that are black, by chance.
 void FindSymbolsInSpeckle(benchmark::State& state) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <map>
 #include <optional>
 #include <utility>
@@ -37,9 +38,12 @@ double CutOf(const std::vector<SymbolMatch>& matches, bool isHard, double tolera
   return cut;
 }
 
+bool IsClear(const SymbolMatch& match) {
+  return match.Mismatch() < 0.15;
+}
+
 std::ptrdiff_t ClearOnes(const std::vector<SymbolMatch>& matches) {
-  return std::count_if(matches.begin(), matches.end(),
-                       [](const SymbolMatch& match) { return match.Mismatch() < 0.15; });
+  return std::ranges::count_if(matches, IsClear);
 }
 
 /// A shape and where it was found.
@@ -49,6 +53,17 @@ struct Attempt {
 
   double Explained() const { return static_cast<double>(ClearOnes(Places)) * Shape.Area; }
 };
+
+/// Whether all clear places of the one are such of the other.
+bool IsWithin(const Attempt& one, const Attempt& other) {
+  constexpr double kApart = 0.25;  // of the size
+  return std::ranges::all_of(one.Places, [&](const SymbolMatch& match) {
+    return !IsClear(match) || std::ranges::any_of(other.Places, [&](const SymbolMatch& also) {
+      return IsClear(also) &&
+             std::hypot(match.X - also.X, match.Y - also.Y) < kApart * other.Shape.Size();
+    });
+  });
+}
 
 /// The search on one map.
 class Search {
@@ -75,11 +90,13 @@ class Search {
       operation_.Advance(0.5 * static_cast<double>(attempts.size()) /
                          static_cast<double>(shapes.size()));
     }
+    std::ranges::stable_sort(attempts, std::greater(), &Attempt::Explained);
     Attempt best;
     for (Attempt& attempt : attempts) {
       if (operation_.Stopped) return {};
-      // A better look at the shape finds more of its places, but not twice as many.
-      if (2 * attempt.Explained() < most) continue;
+      // A better look at the shape finds more of its places, but not twice as many; of the same
+      // places it makes the same shape.
+      if (2 * attempt.Explained() < most || IsWithin(attempt, best)) continue;
       Refine(attempt);
       if (best.Shape.Ink.empty() || attempt.Explained() > best.Explained())
         best = std::move(attempt);

@@ -210,7 +210,9 @@ std::variant<std::vector<SymbolShape>, std::string> ShapesAt(const InkMap& map, 
   std::nth_element(ridges.begin(), middle, ridges.end());
   const float line = ridges.empty() ? 1 : *middle;
   std::vector<SymbolShape> shapes;
-  for (const Area& solid : {WithoutHoles(cutting, component, largest / 2), component}) {
+  std::vector<Area> solids{WithoutHoles(cutting, component, largest / 2)};
+  if (solids.front() != component) solids.push_back(component);
+  for (const Area& solid : solids) {
     const std::vector<float> depths = DepthsIn(cutting, solid);
     std::optional<Spot> deepest;
     float depth = 1.4f * line + 0.7f;
