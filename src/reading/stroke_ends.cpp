@@ -106,6 +106,27 @@ void TrimNarrow(std::vector<StrokeSample>& samples, const StrokeKind& kind) {
   samples.resize(samples.size() - std::min(part, samples.size() - 1));
 }
 
+/// Whether the curve comes out again behind a symbol of its ink, too short to be measured, where
+/// the course before that leads: what the symbol hides is then between two places that are known.
+bool KeepStub(std::vector<StrokeSample>& samples, const StrokeKind& kind) {
+  const double mostOff = 0.5 * kind.Width + 0.5;
+  const auto behind = std::find_if(samples.rbegin(), samples.rend(), [](const StrokeSample& at) {
+                        return at.IsSeen && !at.IsPart;
+                      }).base();
+  if (behind == samples.begin()) return false;
+  StrokeSample& tip = samples.back();
+  // Ends of the stroke itself are shorter.
+  const StrokeSample& last = *std::prev(behind);
+  if (std::hypot(tip.X() - last.X(), tip.Y() - last.Y()) < 2 * kind.Width + 4) return false;
+  const auto axis = AxisTowardsEnd({samples.begin(), behind}, kind);
+  if (!axis ||
+      std::fabs(axis->N(tip.X(), tip.Y()) - axis->Across.At(axis->T(tip.X(), tip.Y()))) > mostOff)
+    return false;
+  tip.IsSeen = tip.IsLoose = true;
+  tip.IsPart = tip.IsCrowded = false;
+  return true;
+}
+
 /// At the samples' back.
 void FinishEnd(const InkMap& map, std::vector<StrokeSample>& samples, const StrokeKind& kind) {
   while (samples.size() > 1 && samples.back().IsGap) samples.pop_back();
@@ -114,6 +135,7 @@ void FinishEnd(const InkMap& map, std::vector<StrokeSample>& samples, const Stro
                        ? EndAlong(map, *axis, axis->T(samples.back().X(), samples.back().Y()), kind)
                        : std::nullopt;
   if (!end) {
+    if (KeepStub(samples, kind)) return;
     if (!kind.IsHard || kind.Width > 2.5) TrimNarrow(samples, kind);
     return;
   }

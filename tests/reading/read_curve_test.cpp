@@ -208,6 +208,20 @@ TEST(ReadCurve, TellsWhatItDoesNotSeeAndWhatItLeavesOut) {
   }
 }
 
+/// What comes out of a symbol of its ink by some pixels is its end.
+TEST(ReadCurve, GoesThroughTheSymbolAtItsEnd) {
+  Plot plot;
+  const auto course = plot.Curve(Rising, {.Thickness = 1.6}, kBlue);
+  PlotDrawing symbol = plot.Layer();
+  symbol.Disc(symbol.Place(0.945, Rising(0.945)), 8);
+  plot.Put(symbol, kBlue);
+  const CurveReading reading = plot.Read(course[course.size() / 2]);
+  ASSERT_FALSE(reading.Points.empty());
+  EXPECT_NEAR(reading.Points.back().X, course.back().X, 1);
+  EXPECT_LT(Distance(reading.Points.back(), course), 1);
+  EXPECT_TRUE(std::ranges::any_of(reading.Points, &CurvePoint::IsBridged));
+}
+
 TEST(ReadCurve, FollowsCurvesThatCloseAndTurnBack) {
   struct Case {
     const char* Name;
