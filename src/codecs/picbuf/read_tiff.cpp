@@ -84,20 +84,25 @@ Value Field(TIFF* tiff, std::uint32_t tag) {
 }
 
 struct Layout {
-  std::uint32_t Width = 0, Height = 0, StripRows = 0;
+  std::uint32_t Width = 0, Height = 0;
+  std::uint32_t BandRows = 0;   // of a strip, or of the tiles beside each other
+  std::uint32_t TileWidth = 0;  // 0: strips
   int Bits = 0, Samples = 0, Photometric = 0;
-  bool HasChecksum = false;  // at the end of each strip
+  bool HasChecksum = false;  // at the end of each strip or tile
 };
 
-constexpr std::size_t kLargestStrip = 32 << 20;
+constexpr std::size_t kLargestBlock = 32 << 20;  // bytes of a strip or tile
 
 /// How the pixels lie; nothing for the kinds that are left to the picture library.
 std::optional<Layout> LayoutOf(TIFF* tiff) {
   Layout layout;
   layout.Width = Field<std::uint32_t>(tiff, TIFFTAG_IMAGEWIDTH);
   layout.Height = Field<std::uint32_t>(tiff, TIFFTAG_IMAGELENGTH);
-  layout.StripRows =
-      std::clamp(Field<std::uint32_t>(tiff, TIFFTAG_ROWSPERSTRIP), 1u, std::max(layout.Height, 1u));
+  const bool isTiled = TIFFIsTiled(tiff) != 0;
+  if (isTiled) layout.TileWidth = std::max(Field<std::uint32_t>(tiff, TIFFTAG_TILEWIDTH), 1u);
+  layout.BandRows =
+      std::max(Field<std::uint32_t>(tiff, isTiled ? TIFFTAG_TILELENGTH : TIFFTAG_ROWSPERSTRIP), 1u);
+  if (!isTiled) layout.BandRows = std::min(layout.BandRows, std::max(layout.Height, 1u));
   layout.Bits = Field<std::uint16_t>(tiff, TIFFTAG_BITSPERSAMPLE);
   layout.Samples = Field<std::uint16_t>(tiff, TIFFTAG_SAMPLESPERPIXEL);
   std::uint16_t photometric = 0, least = 0, most = 0;
@@ -114,17 +119,17 @@ std::optional<Layout> LayoutOf(TIFF* tiff) {
       photometric == PHOTOMETRIC_MINISBLACK || photometric == PHOTOMETRIC_MINISWHITE;
   const bool isRgb = photometric == PHOTOMETRIC_RGB;
   const bool isPalette = photometric == PHOTOMETRIC_PALETTE;
-  const bool isUsual =
-      DecodeRefusal(layout.Width, layout.Height).empty() && TIFFIsTiled(tiff) == 0 &&
-      std::ranges::count(kCompressions, compression) > 0 && (isGrey || isRgb || isPalette) &&
-      layout.Samples == (isRgb ? 3 : 1) &&
-      (layout.Bits == 8 || (layout.Bits == 16 && !isPalette) ||
-       ((layout.Bits == 1 || layout.Bits == 4) && !isRgb)) &&
-      (layout.Samples == 1 ||
-       Field<std::uint16_t>(tiff, TIFFTAG_PLANARCONFIG) == PLANARCONFIG_CONTIG) &&
-      Field<std::uint16_t>(tiff, TIFFTAG_SAMPLEFORMAT) == SAMPLEFORMAT_UINT &&
-      TIFFGetField(tiff, TIFFTAG_MINSAMPLEVALUE, &least) == 0 &&
-      TIFFGetField(tiff, TIFFTAG_MAXSAMPLEVALUE, &most) == 0 && TIFFLastDirectory(tiff) >= 0;
+  const bool isUsual = DecodeRefusal(layout.Width, layout.Height).empty() &&
+                       std::ranges::count(kCompressions, compression) > 0 &&
+                       (isGrey || isRgb || isPalette) && layout.Samples == (isRgb ? 3 : 1) &&
+                       (layout.Bits == 8 || (layout.Bits == 16 && !isPalette) ||
+                        ((layout.Bits == 1 || layout.Bits == 4) && !isRgb)) &&
+                       (layout.Samples == 1 ||
+                        Field<std::uint16_t>(tiff, TIFFTAG_PLANARCONFIG) == PLANARCONFIG_CONTIG) &&
+                       Field<std::uint16_t>(tiff, TIFFTAG_SAMPLEFORMAT) == SAMPLEFORMAT_UINT &&
+                       TIFFGetField(tiff, TIFFTAG_MINSAMPLEVALUE, &least) == 0 &&
+                       TIFFGetField(tiff, TIFFTAG_MAXSAMPLEVALUE, &most) == 0 &&
+                       TIFFLastDirectory(tiff) >= 0;
   return isUsual ? std::optional(layout) : std::nullopt;
 }
 
@@ -152,7 +157,7 @@ std::vector<std::uint32_t> PixelsOfSamples(TIFF* tiff, const Layout& layout) {
   return pixels;
 }
 
-/// Makes pixels of the samples of a row.
+/// Makes pixels of the samples of a row, or of a tile's part of it.
 class RowOfPixels {
  public:
   RowOfPixels(const Layout& layout, const std::vector<std::uint32_t>& pixels)
@@ -168,30 +173,30 @@ class RowOfPixels {
       }
   }
 
-  void operator()(const std::uint8_t* samples, std::uint32_t* row) const {
+  void operator()(const std::uint8_t* samples, std::uint32_t* row, std::uint32_t width) const {
     if (perByte_ == 8)
-      OfBytes<8>(samples, row);
+      OfBytes<8>(samples, row, width);
     else if (perByte_ == 2)
-      OfBytes<2>(samples, row);
+      OfBytes<2>(samples, row, width);
     else if (perByte_ == 1)
-      OfBytes<1>(samples, row);
+      OfBytes<1>(samples, row, width);
     else if (layout_.Bits == 8)
-      OfTriples(samples, row);
+      OfTriples(samples, row, width);
     else
-      OfWords(samples, row);
+      OfWords(samples, row, width);
   }
 
  private:
   template <std::size_t kPerByte>
-  void OfBytes(const std::uint8_t* samples, std::uint32_t* row) const {
-    const std::size_t whole = layout_.Width / kPerByte, rest = layout_.Width % kPerByte;
+  void OfBytes(const std::uint8_t* samples, std::uint32_t* row, std::uint32_t width) const {
+    const std::size_t whole = width / kPerByte, rest = width % kPerByte;
     for (std::size_t i = 0; i < whole; ++i, row += kPerByte)
       std::memcpy(row, &table_[samples[i] * kPerByte], kPerByte * sizeof *row);
     if (rest > 0) std::memcpy(row, &table_[samples[whole] * kPerByte], rest * sizeof *row);
   }
-  void OfTriples(const std::uint8_t* samples, std::uint32_t* row) const {
+  void OfTriples(const std::uint8_t* samples, std::uint32_t* row, std::uint32_t width) const {
     // Four bytes at once, but for the last pixel, behind which nothing may be.
-    const std::size_t last = layout_.Width - 1;
+    const std::size_t last = width - 1;
     for (std::size_t x = 0; x < last; ++x, samples += 3) {
       std::uint32_t lowFirst = 0;
       std::memcpy(&lowFirst, samples, sizeof lowFirst);
@@ -199,13 +204,13 @@ class RowOfPixels {
     }
     row[last] = PixelOf(samples[0], samples[1], samples[2]);
   }
-  void OfWords(const std::uint8_t* samples, std::uint32_t* row) const {
+  void OfWords(const std::uint8_t* samples, std::uint32_t* row, std::uint32_t width) const {
     const auto word = [&](std::size_t i) {
       std::uint16_t value = 0;
       std::memcpy(&value, samples + 2 * i, 2);
       return EightBits(inverted_ ? static_cast<std::uint16_t>(~value) : value);
     };
-    for (std::size_t x = 0; x < layout_.Width; ++x)
+    for (std::size_t x = 0; x < width; ++x)
       row[x] = layout_.Samples == 1 ? GreyPixel(word(x))
                                     : PixelOf(word(3 * x), word(3 * x + 1), word(3 * x + 2));
   }
@@ -214,6 +219,83 @@ class RowOfPixels {
   const bool inverted_;
   std::size_t perByte_ = 0;
   std::vector<std::uint32_t> table_;
+};
+
+/// What is decoded at once: a strip or tile, or a single row of a strip that is too large.
+struct Block {
+  std::size_t RowBytes = 0, Bytes = 0;
+  bool IsWhole = true;
+};
+
+/// Nothing where the file is to be left to the picture library.
+std::optional<Block> BlockOf(TIFF* tiff, const Layout& layout) {
+  const bool isTiled = layout.TileWidth > 0;
+  Block block{.RowBytes = static_cast<std::size_t>(isTiled ? TIFFTileRowSize(tiff)
+                                                           : TIFFScanlineSize(tiff))};
+  block.Bytes = layout.BandRows * block.RowBytes;
+  if (isTiled && block.Bytes != static_cast<std::size_t>(TIFFTileSize(tiff))) return {};
+  // As a whole it is checked by its checksum, and decoded faster; a large one takes memory.
+  block.IsWhole = block.Bytes <= kLargestBlock;
+  if (!block.IsWhole) block.Bytes = block.RowBytes;
+  if (block.RowBytes == 0 || (!block.IsWhole && (layout.HasChecksum || isTiled))) return {};
+  return block;
+}
+
+/// Reads the bands of an opened file, the strips or the rows of tiles, into a raster.
+class BandReader {
+ public:
+  BandReader(const Layout& layout, const Block& block, const RowOfPixels& toPixels, Raster& picture)
+      : layout_(layout),
+        block_(block),
+        toPixels_(toPixels),
+        picture_(picture),
+        samples_(block.Bytes) {}
+
+  /// The band from row `top` on. `goesOn()` is asked before each piece, and `tell(rows)` called
+  /// after it. False when it was stopped or the file is odd.
+  template <class GoesOn, class Tell>
+  bool Read(TIFF* tiff, const Source& source, std::uint32_t top, const GoesOn& goesOn,
+            const Tell& tell) {
+    const std::uint32_t rows = std::min(layout_.BandRows, layout_.Height - top);
+    if (layout_.TileWidth > 0) {
+      for (std::uint32_t left = 0; left < layout_.Width; left += layout_.TileWidth) {
+        if (!goesOn() || !ReadTile(tiff, left, top) || source.IsOdd) return false;
+        const std::uint32_t width = std::min(layout_.TileWidth, layout_.Width - left);
+        for (std::uint32_t y = 0; y < rows; ++y)
+          toPixels_(&samples_[y * block_.RowBytes], picture_.Row(static_cast<int>(top + y)) + left,
+                    width);
+      }
+      tell(rows);
+      return true;
+    }
+    for (std::uint32_t y = 0; y < rows; ++y) {
+      if (!goesOn() || !ReadRow(tiff, top, y, rows) || source.IsOdd) return false;
+      toPixels_(&samples_[block_.IsWhole ? y * block_.RowBytes : 0],
+                picture_.Row(static_cast<int>(top + y)), layout_.Width);
+      tell(1);
+    }
+    return true;
+  }
+
+ private:
+  bool ReadTile(TIFF* tiff, std::uint32_t left, std::uint32_t top) {
+    const auto size = static_cast<tmsize_t>(samples_.size());
+    const std::uint32_t tile = TIFFComputeTile(tiff, left, top, 0, 0);
+    return TIFFReadEncodedTile(tiff, tile, samples_.data(), size) == size;
+  }
+  /// Row `y` of a strip, with all others of it where there is room.
+  bool ReadRow(TIFF* tiff, std::uint32_t top, std::uint32_t y, std::uint32_t rows) {
+    if (!block_.IsWhole) return TIFFReadScanline(tiff, samples_.data(), top + y, 0) == 1;
+    const auto size = static_cast<tmsize_t>(rows * block_.RowBytes);
+    return y > 0 ||
+           TIFFReadEncodedStrip(tiff, top / layout_.BandRows, samples_.data(), size) == size;
+  }
+
+  const Layout& layout_;
+  const Block& block_;
+  const RowOfPixels& toPixels_;
+  Raster& picture_;
+  std::vector<std::uint8_t> samples_;
 };
 
 }  // namespace
@@ -229,52 +311,37 @@ std::optional<StoredPicture> ReadTiff(std::string_view file, const MakeRaster& m
     pixels = PixelsOfSamples(tiff.get(), *layout);
     if (pixels.empty()) return {};
   }
-  const auto rowBytes = static_cast<std::size_t>(TIFFScanlineSize(tiff.get()));
-  const std::size_t stripBytes = layout->StripRows * rowBytes;
-  // A strip as a whole is checked by its checksum, and decoded faster; a large one takes memory.
-  const bool byStrips = stripBytes <= kLargestStrip;
-  if (source.IsOdd || rowBytes == 0 || (layout->HasChecksum && !byStrips)) return {};
+  const auto block = BlockOf(tiff.get(), *layout);
+  if (source.IsOdd || !block) return {};
 
   StoredPicture read{.Picture =
                          make(static_cast<int>(layout->Width), static_cast<int>(layout->Height))};
   const RowOfPixels toPixels(*layout, pixels);
-  // Strips are independent of each other: each thread takes some of them, and a file of its own.
-  const std::uint32_t strips = (layout->Height - 1) / layout->StripRows + 1;
+  // Bands are independent of each other: each thread takes some of them, and a file of its own.
+  const std::uint32_t bands = (layout->Height - 1) / layout->BandRows + 1;
   constexpr std::uint64_t kPixelsAtOnce = 1 << 18;
-  const std::uint64_t stripPixels = std::uint64_t{layout->Width} * layout->StripRows;
-  const auto stripsAtOnce =
-      static_cast<std::uint32_t>(std::max(kPixelsAtOnce / stripPixels, std::uint64_t{1}));
+  const std::uint64_t bandPixels = std::uint64_t{layout->Width} * layout->BandRows;
+  const auto bandsAtOnce =
+      static_cast<std::uint32_t>(std::max(kPixelsAtOnce / bandPixels, std::uint64_t{1}));
   std::atomic<std::uint32_t> taken = 0, done = 0;
   std::atomic<bool> isOdd = false;
-  const auto work = [&](Source& from, TIFF* own, bool reports) {
-    std::vector<std::uint8_t> samples(byStrips ? stripBytes : rowBytes);
-    for (std::uint32_t strip; (strip = taken.fetch_add(stripsAtOnce)) < strips;) {
-      const std::uint32_t first = strip * layout->StripRows,
-                          end = std::min(first + stripsAtOnce * layout->StripRows, layout->Height);
-      for (std::uint32_t y = first; y < end; ++y) {
-        if (isOdd || operation.Stopped) return;
-        const std::uint32_t inStrip = y % layout->StripRows;
-        const std::size_t wanted = std::min(layout->StripRows, layout->Height - y) * rowBytes;
-        const bool got = !byStrips ? TIFFReadScanline(own, samples.data(), y, 0) == 1
-                         : inStrip > 0
-                             ? true
-                             : TIFFReadEncodedStrip(own, y / layout->StripRows, samples.data(),
-                                                    static_cast<tmsize_t>(wanted)) ==
-                                   static_cast<tmsize_t>(wanted);
-        if (!got || from.IsOdd) {
+  const auto work = [&](const Source& from, TIFF* own, bool reports) {
+    BandReader reader(*layout, *block, toPixels, read.Picture);
+    const auto goesOn = [&] { return !isOdd && !operation.Stopped; };
+    const auto tell = [&](std::uint32_t rows) {
+      done += rows;
+      if (reports) operation.Advance(static_cast<double>(done) / layout->Height);
+    };
+    for (std::uint32_t next; goesOn() && (next = taken.fetch_add(bandsAtOnce)) < bands;)
+      for (std::uint32_t band = next; band < std::min(next + bandsAtOnce, bands); ++band)
+        if (!reader.Read(own, from, band * layout->BandRows, goesOn, tell)) {
           isOdd = true;
           return;
         }
-        toPixels(samples.data() + (byStrips ? inStrip * rowBytes : 0),
-                 read.Picture.Row(static_cast<int>(y)));
-        ++done;
-        if (reports) operation.Advance(static_cast<double>(done) / layout->Height);
-      }
-    }
   };
   std::vector<std::future<void>> helpers;
   const std::uint32_t threads =
-      std::min(std::thread::hardware_concurrency(), (strips - 1) / stripsAtOnce + 1);
+      std::min(std::thread::hardware_concurrency(), (bands - 1) / bandsAtOnce + 1);
   for (std::uint32_t i = 1; i < threads; ++i)
     helpers.push_back(std::async(std::launch::async, [&] {
       Source own{file};

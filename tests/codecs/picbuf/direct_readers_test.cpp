@@ -127,6 +127,15 @@ std::vector<Kind> Tiffs() {
                        .Mode = mode});
   kinds.push_back(
       {.Photometric = kPalette, .Bits = 8, .Compression = COMPRESSION_LZW, .Scale = 256});
+  for (int compression : {COMPRESSION_NONE, COMPRESSION_LZW, COMPRESSION_DEFLATE})
+    for (int photometric : {kWhite, kPalette, kRgb})
+      for (int bits : {1, 4, 8, 16})
+        if (photometric == kRgb ? bits >= 8 : photometric == kWhite || bits <= 8)
+          kinds.push_back({.Photometric = photometric,
+                           .Bits = bits,
+                           .Compression = compression,
+                           .Samples = photometric == kRgb ? 3 : 1,
+                           .Tiles = true});
   // Left to the picture library.
   kinds.push_back(
       {.Photometric = kBlack, .Bits = 2, .Compression = COMPRESSION_LZW, .IsDirect = false});
@@ -136,12 +145,6 @@ std::vector<Kind> Tiffs() {
                    .Samples = 3,
                    .IsDirect = false,
                    .Planes = true});
-  kinds.push_back({.Photometric = kRgb,
-                   .Bits = 8,
-                   .Compression = COMPRESSION_LZW,
-                   .Samples = 3,
-                   .IsDirect = false,
-                   .Tiles = true});
   kinds.push_back({.Photometric = PHOTOMETRIC_SEPARATED,
                    .Bits = 8,
                    .Compression = COMPRESSION_LZW,
@@ -151,7 +154,7 @@ std::vector<Kind> Tiffs() {
   for (const TiffKind& kind : kinds)
     files.push_back({"tiff " + std::to_string(kind.Photometric) + ' ' + std::to_string(kind.Bits) +
                          " bits, " + std::to_string(kind.Compression) + ' ' + kind.Mode + ' ' +
-                         std::to_string(kind.Orientation),
+                         std::to_string(kind.Orientation) + (kind.Tiles ? " in tiles" : ""),
                      TiffOf(kind, folder / "a.tif"), kind.IsDirect});
   return files;
 }
