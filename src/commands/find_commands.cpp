@@ -128,27 +128,30 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const SymbolsStep& step) {
   return {.Points = static_cast<int>(taken.size()), .Remark = sure};
 }
 
-std::vector<std::string> NamesFor(Workspace& ws, const Desktop& desktop,
-                                  const std::vector<PlotCurve>& curves) {
+std::vector<NewName> NamesFor(Workspace& ws, const Desktop& desktop,
+                              const std::vector<PlotCurve>& curves) {
   std::vector<std::vector<TextBox>> labels;
   for (const PlotCurve& curve : curves) labels.push_back(curve.Label);
-  const std::vector<std::string> written =
+  const std::vector<LabelReading> written =
       ReadBeside(ws, desktop, Marked("Reading the legend..."), [&](PictureOperation& operation) {
         const AxesFrame turn = FindSurroundings(ws.plot.Pixels, operation).Turn;
         return ReadLabels(ws.plot.Pixels, turn, labels, operation);
       });
   CurveList list = ws.curves;
-  std::vector<std::string> names;
+  std::vector<NewName> names;
   const bool isEmpty = ws.store.CaptureCount == 0 && ws.store.ListCount == 0;
-  for (const std::string& label : written) {
+  for (const LabelReading& label : written) {
     const bool isActive = names.empty() && isEmpty;
-    std::string name = CurveNameOf(label);
-    if (!CurveNameFault(list, name, isActive ? list.Active : -1).empty())
-      name = isActive ? ActiveCurve(list).Name : FreeCurveName(list);
+    NewName name{.Text = CurveNameOf(label.Text)};
+    if (!CurveNameFault(list, name.Text, isActive ? list.Active : -1).empty())
+      name.Text = isActive ? ActiveCurve(list).Name : FreeCurveName(list);
+    else if (label.IsDoubtful)
+      name.Doubt = label.Second.empty() ? Tr("its name may be misread")
+                                        : Tr("its name may be \"%1\"", label.Second);
     if (isActive)
-      ActiveCurve(list).Name = name;
+      ActiveCurve(list).Name = name.Text;
     else
-      list.Curves.push_back({.Name = name});
+      list.Curves.push_back({.Name = name.Text});
     names.push_back(std::move(name));
   }
   return names;
@@ -186,9 +189,12 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const ReadAllStep& step) {
     return Refused("there is no curve within the axes");
   }
   std::vector<ReadAllStep::Curve> taken = step.Taken;
+  std::vector<std::string> nameDoubts(taken.size());  // whoever names them has none
   if (taken.empty())
-    for (const std::string& name : NamesFor(ws, desktop, reading.Curves))
-      taken.push_back({static_cast<int>(taken.size() + 1), name});
+    for (NewName& name : NamesFor(ws, desktop, reading.Curves)) {
+      taken.push_back({static_cast<int>(taken.size() + 1), std::move(name.Text)});
+      nameDoubts.push_back(std::move(name.Doubt));
+    }
   // Everything is checked first: a step that is refused changes nothing.
   const bool isEmpty = ws.store.CaptureCount == 0 && ws.store.ListCount == 0;
   std::vector<std::string> names;
@@ -223,11 +229,12 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const ReadAllStep& step) {
     ActiveCurve(ws.curves).MarkColour = ColourOfPixel(PixelOf(curve.Colour));
     CaptureRead(ws, desktop, PlacesOf(curve.Reading.Points));
     points += static_cast<int>(curve.Reading.Points.size());
-    if (!curve.Reading.Doubts.empty()) {
+    std::vector<std::string> told = curve.Reading.Doubts;
+    if (!nameDoubts[i].empty()) told.push_back(nameDoubts[i]);
+    if (!told.empty()) {
       ++doubtful;
       doubts += "\n  " + ActiveCurve(ws.curves).Name + ": ";
-      for (std::size_t k = 0; k < curve.Reading.Doubts.size(); ++k)
-        doubts += (k > 0 ? "; " : "") + curve.Reading.Doubts[k];
+      for (std::size_t k = 0; k < told.size(); ++k) doubts += (k > 0 ? "; " : "") + told[k];
     }
   }
   SelectCurve(ws.curves, ws.store, first);

@@ -29,10 +29,14 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const SymbolsStep& step);
 std::optional<Outcome> ReadAllRefused(const Workspace& ws);
 /// All curves of the plot, in the order of the step's numbers; likewise without capturing any.
 PlotReading ReadAllAt(Workspace& ws, const Desktop& desktop);
+/// A name for a curve that is not one yet.
+struct NewName {
+  std::string Text, Doubt;  // why it may be another one; empty for most
+};
 /// Names that no curve has, from the legend as far as it was read; the first is the active curve's
 /// own while that is empty.
-std::vector<std::string> NamesFor(Workspace& ws, const Desktop& desktop,
-                                  const std::vector<PlotCurve>& curves);
+std::vector<NewName> NamesFor(Workspace& ws, const Desktop& desktop,
+                              const std::vector<PlotCurve>& curves);
 /// Each curve that is taken becomes one of the list, with its ink's colour: the first the active
 /// one, where that is empty. The first of them is the active one afterwards.
 Outcome Run(Workspace& ws, const Desktop& desktop, const ReadAllStep& step);

@@ -27,11 +27,12 @@ void ShowReadAll(Workspace& ws, const Desktop& desktop) {
     return Tell(desktop, Tr("No curves were found"), MessageIcon::Exclamation);
   ws.readAll = {.Hint = Tr("The ticked curves are drawn over the picture.") + NoteOnAxes(ws),
                 .From = ReadFromNow(ws)};
-  const std::vector<std::string> names = NamesFor(ws, desktop, found.Curves);
+  const std::vector<NewName> names = NamesFor(ws, desktop, found.Curves);
   for (std::size_t i = 0; i < found.Curves.size(); ++i) {
     std::string sure = HowSure(found.Curves[i].Reading);
+    if (!names[i].Doubt.empty()) sure += "; " + names[i].Doubt;
     ws.readAll.Items.push_back(
-        {.Curve = std::move(found.Curves[i]), .Name = names[i], .Sure = std::move(sure)});
+        {.Curve = std::move(found.Curves[i]), .Name = names[i].Text, .Sure = std::move(sure)});
   }
   ws.form = Form::ReadAll;
 }

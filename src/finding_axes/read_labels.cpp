@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "base/run_time_error.h"
 #include "raster/paper.h"
@@ -10,11 +11,12 @@ namespace graphize {
 
 namespace {
 
-/// How much each place of a row of words differs from the paper, at the size that the recogniser
-/// reads best.
+/// Heights of a word, pixels of the line: at the first the recogniser reads best.
+constexpr double kHeight = 30, kOtherHeight = 22;
+
+/// How much each place of a row of words differs from the paper.
 TextLine LineOf(const Raster& picture, const Paper& paper, const AxesFrame& turn,
-                const std::vector<TextBox>& boxes) {
-  constexpr double kHeight = 30;  // of a word, pixels of the line
+                const std::vector<TextBox>& boxes, double wordHeight) {
   TextBox all = boxes.front();
   double height = 1;
   for (const TextBox& box : boxes) {
@@ -23,7 +25,7 @@ TextLine LineOf(const Raster& picture, const Paper& paper, const AxesFrame& turn
     height = std::max(height, box.Height() + 1);
   }
   // Brackets reach beyond the letters.
-  const double step = height / kHeight, above = 0.45 * height, beside = 0.7 * height;
+  const double step = height / wordHeight, above = 0.45 * height, beside = 0.7 * height;
   TextLine line;
   line.Width = static_cast<int>((all.Right - all.Left + 2 * beside) / step) + 1;
   line.Height = static_cast<int>((all.Bottom - all.Top + 2 * above) / step) + 1;
@@ -54,18 +56,50 @@ std::string Trimmed(const std::string& text) {
   return first == std::string::npos ? "" : text.substr(first, last - first + 1);
 }
 
+bool HasPairedBrackets(const std::string& text) {
+  int open = 0;
+  for (const char c : text) {
+    open += c == '(' || c == '[' ? 1 : c == ')' || c == ']' ? -1 : 0;
+    if (open < 0) return false;
+  }
+  return open == 0;
+}
+
+bool IsSameButBlanks(std::string a, std::string b) {
+  std::erase(a, ' ');
+  std::erase(b, ' ');
+  return a == b;
+}
+
+/// Of two looks the first, unless it lost a bracket that the other one has found.
+LabelReading Judged(std::string first, std::string second) {
+  const bool isBetter = !HasPairedBrackets(first) && HasPairedBrackets(second) &&
+                        second.find_first_of("([") != std::string::npos;
+  if (first.empty() || isBetter) std::swap(first, second);
+  const bool isAlike = IsSameButBlanks(first, second);
+  return {.Text = first,
+          .Second = isAlike ? "" : second,
+          .IsDoubtful = !isAlike || !HasPairedBrackets(first)};
+}
+
 }  // namespace
 
-std::vector<std::string> ReadLabels(const Raster& picture, const AxesFrame& turn,
-                                    const std::vector<std::vector<TextBox>>& labels,
-                                    const PictureOperation& operation,
-                                    const TextLineReader& reader) {
-  std::vector<std::string> texts(labels.size());
+std::vector<LabelReading> ReadLabels(const Raster& picture, const AxesFrame& turn,
+                                     const std::vector<std::vector<TextBox>>& labels,
+                                     const PictureOperation& operation,
+                                     const TextLineReader& reader) {
+  std::vector<LabelReading> texts(labels.size());
   if (std::ranges::all_of(labels, &std::vector<TextBox>::empty)) return texts;
   const Paper paper = PaperOf(picture, &operation);
+  const auto look = [&](const std::vector<TextBox>& boxes, double height) {
+    return Trimmed(reader(LineOf(picture, paper, turn, boxes, height)));
+  };
   try {
-    for (std::size_t i = 0; i < labels.size() && !operation.Stopped; ++i)
-      if (!labels[i].empty()) texts[i] = Trimmed(reader(LineOf(picture, paper, turn, labels[i])));
+    for (std::size_t i = 0; i < labels.size() && !operation.Stopped; ++i) {
+      if (labels[i].empty()) continue;
+      std::string first = look(labels[i], kHeight);
+      texts[i] = Judged(std::move(first), look(labels[i], kOtherHeight));
+    }
   } catch (const RunTimeError&) {
     // Without a recogniser curves are numbered.
   }

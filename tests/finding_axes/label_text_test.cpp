@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "finding_axes/axis_law.h"
+#include "finding_axes/read_labels.h"
 
 namespace graphize {
 namespace {
@@ -90,6 +91,36 @@ TEST(AxisLaw, UnevenStepsAreNoScale) {
   EXPECT_EQ(ScaleDoubt(false, {0, 2, 4, 10}), nullptr);  // labels were left out
   EXPECT_EQ(ScaleDoubt(false, {1850, 1900, 2000}), nullptr);
   EXPECT_NE(ScaleDoubt(false, {0, 10, 24.7}), nullptr);
+}
+
+TEST(ReadLabels, DoubtsWhatTwoLooksReadDifferently) {
+  const struct {
+    const char *Near, *Far, *Text, *Second;
+    bool IsDoubtful;
+  } cases[] = {{" sin(x)\n", "sin(x)", "sin(x)", "", false},
+               {"y = 2", "y= 2", "y = 2", "", false},
+               {"sintx)", "sin(x)", "sin(x)", "sintx)", true},
+               {"sintx)", "sintx)", "sintx)", "", true},
+               {"sintx)", "sintx.", "sintx)", "sintx.", true},
+               {"sin(x)", "sim(x)", "sin(x)", "sim(x)", true},
+               {"run 1", "", "run 1", "", true},
+               {"", "run 1", "run 1", "", true},
+               {"", "", "", "", false}};
+  const Raster picture = Raster::Filled(90, 40, kWhitePixel);
+  const std::vector<std::vector<TextBox>> labels = {{}, {{10, 10, 60, 20}}};
+  for (const auto& c : cases) {
+    int height = 0;
+    PictureOperation operation;
+    const auto read =
+        ReadLabels(picture, FrameOf({}, 90, 40), labels, operation, [&](const TextLine& line) {
+          return std::string(std::exchange(height, line.Height) == 0 ? c.Near : c.Far);
+        });
+    ASSERT_EQ(read.size(), 2u);
+    EXPECT_EQ(read[0].Text, "");
+    EXPECT_EQ(read[1].Text, c.Text);
+    EXPECT_EQ(read[1].Second, c.Second);
+    EXPECT_EQ(read[1].IsDoubtful, c.IsDoubtful) << c.Near << " " << c.Far;
+  }
 }
 
 }  // namespace
