@@ -67,17 +67,19 @@ void MarkBeside(InkMap& map, int y) {
 
 InkMap MapOf(const Raster& picture, const Paper& paper, const std::vector<Rgb>& directions,
              const Ink& ink, float tolerance, PictureOperation& operation) {
-  InkMap map{picture.Width(), picture.Height(), std::vector<std::uint8_t>(picture.PixelCount())};
+  InkMap map{picture.Width(), picture.Height(), SparseBytes(picture.PixelCount())};
   const Judge judge(paper, directions, ink, tolerance);
   // Of drawn pictures nearly all pixels are like the one before.
   const auto read = [&](int first, int end) {
     for (int y = first; y < end; ++y) {
       const std::uint32_t* pixels = picture.Row(y);
       std::uint8_t* row = &map.Cell(0, y);
-      for (int x = 0; x < map.Width; ++x)
-        row[x] = x > 0 && paper.IsFlat && pixels[x] == pixels[x - 1]
-                     ? row[x - 1]
-                     : judge.Of(paper.At(x, y) - RgbOf(pixels[x]));
+      std::uint8_t value = 0;
+      for (int x = 0; x < map.Width; ++x) {
+        if (x == 0 || !paper.IsFlat || pixels[x] != pixels[x - 1])
+          value = judge.Of(paper.At(x, y) - RgbOf(pixels[x]));
+        if (value != 0) row[x] = value;
+      }
     }
   };
   if (!ParallelRows(map.Width, map.Height, operation, read)) return {};

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "base/sparse_bytes.h"
 #include "raster/picture_operation.h"
 #include "reading/ink.h"
 
@@ -18,7 +19,7 @@ struct InkMap {
   static constexpr std::uint8_t kHidden = 255;
 
   int Width = 0, Height = 0;
-  std::vector<std::uint8_t> Values;
+  SparseBytes Values;  // most of a page is paper
 
   bool Contains(int x, int y) const {
     return static_cast<unsigned>(x) < static_cast<unsigned>(Width) &&

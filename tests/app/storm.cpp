@@ -56,12 +56,12 @@ class Storm {
     window_.Start();
     window_.resize(1000, 760);
     window_.show();
+    begin_ = Text();
     window_.OpenWhenShown({folder / "plot.bmp"});
     while (!State().plot.IsPresent() || State().commandRuns) QApplication::processEvents();
   }
 
   bool Run(int events) {
-    begin_ = Text();
     Calibrate();
     for (int i = 0; i < events && fault_.empty(); ++i) {
       QElapsedTimer timer;
