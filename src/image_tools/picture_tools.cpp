@@ -80,11 +80,11 @@ std::string ResultRefusal(PictureTool tool, int amount, PictureSize size, std::i
         "than %3.",
         width, height, kMaxPictureSide);
   const std::int64_t pixels = width * height;
-  if (pixels > kMaxResultPixels)
+  if (pixels > kMaxPicturePixels)
     return Tr(
         "The picture would be too large: %1 x %2 pixels are %3 million, and at most %4 million are "
         "possible.",
-        width, height, pixels / 1'000'000, kMaxResultPixels / 1'000'000);
+        width, height, pixels / 1'000'000, kMaxPicturePixels / 1'000'000);
   const std::int64_t needed = 4 * pixels;
   if (needed > freeMemory)
     return Tr("There is not enough memory: the picture needs %1 MB, and %2 MB are free.",

@@ -18,9 +18,6 @@ namespace graphize {
 enum class PictureTool { Blur, EdgeDetect, Negate, Sharpen, Soften, Resize, Stretch, Rotate };
 inline constexpr int kPictureTools = 8;
 
-/// Results may be larger than what can be opened: a large page can be enlarged by half.
-inline constexpr std::int64_t kMaxResultPixels = 320'000'000;
-
 PictureSize ResultSize(PictureTool tool, int amount, PictureSize size);
 
 /// Where the picture's pixels are in the result: their middles have whole positions in both.

@@ -5,9 +5,11 @@
 
 namespace graphize {
 
-/// Width and height of a picture that can be opened, in pixels: positions are 16-bit numbers.
+/// Width and height of a picture, in pixels: positions are 16-bit numbers.
 inline constexpr std::int64_t kMaxPictureSide = 32767;
-inline constexpr std::int64_t kMaxPicturePixels = 160'000'000;
+/// The same for opening, image tools and saving, so that what was made and saved can be opened
+/// again: an A4 page of 1200 dpi, enlarged by half.
+inline constexpr std::int64_t kMaxPicturePixels = 320'000'000;
 /// And of a file that is decoded, of which then a part is taken or that is scaled.
 inline constexpr std::int64_t kMaxDecodedSide = 1'000'000;
 

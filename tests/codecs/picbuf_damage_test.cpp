@@ -120,10 +120,8 @@ TEST(PicbufDamage, GiantHeadersAreRefusedInNumbers) {
            FromHex("05000500 80 00 00 000000ffffff 2c00000000 60ea60ea 00 02 02 4c01 00 3b")},
       {"pcx", FromHex("0a050108 00000000 5fea5fea") + std::string(200, '\0')},
       {"jpg", JpgClaiming(folder, "ea60ea60")},
-      {"square jpg", JpgClaiming(folder, "40004000")},
+      {"square jpg", JpgClaiming(folder, "50005000")},
       {"png", FromHex("89504e470d0a1a0a 0000000d49484452 0000ea60 0000ea60 0800000000 a5b92a9e")},
-      {"webp",
-       FromHex("52494646 1a000000 57454250 5650384c 0d000000 2f ffffff0f 0000000000000000")},
   };
   for (const auto& [name, bytes] : cases) {
     try {

@@ -109,7 +109,7 @@ TEST(PictureGate, SizesThatAreTooMuchAreToldInNumbers) {
   pcx[8] = pcx[9] = '\xff';
   EXPECT_EQ(ProbePicture("a", pcx).Refusal, "") << "65536 x 5: of that a part is opened";
   EXPECT_THAT(DecodeRefusal(1'000'001, 1), HasSubstr("1000001 x 1"));
-  EXPECT_THAT(DecodeRefusal(40000, 5000), HasSubstr("200 million"));
+  EXPECT_THAT(DecodeRefusal(80000, 5000), HasSubstr("400 million"));
   pcx[4] = 1, pcx[8] = 0, pcx[9] = 0;
   EXPECT_THAT(ProbePicture("a", pcx).Refusal, HasSubstr("0 x 5"));
   bmp.replace(22, 4, LowFirst(0x80000000u, 4));
