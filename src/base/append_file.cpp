@@ -38,7 +38,11 @@ std::error_code AppendFile::Create(const std::filesystem::path& path,
   replaced_ = replaced;
   folder_ = replaced.parent_path();
   waits_ = true;
-  thread_ = std::jthread([this](const std::stop_token& stop) { FlushNowAndThen(stop); });
+  try {
+    thread_ = std::jthread([this](const std::stop_token& stop) { FlushNowAndThen(stop); });
+  } catch (const std::system_error&) {
+    // No thread: each Append flushes.
+  }
   return {};
 }
 
@@ -61,9 +65,10 @@ std::error_code AppendFile::Append(std::string_view bytes) {
     }
     rest.remove_prefix(static_cast<std::size_t>(written));
   }
-  const std::lock_guard held(mutex_);
+  std::unique_lock held(mutex_);
   size_ += bytes.size();
   if (!std::exchange(waits_, true)) changed_.notify_all();
+  if (!thread_.joinable()) FlushOnce(held);
   return {};
 }
 

@@ -94,7 +94,14 @@ class Workers {
     const unsigned cores = std::max(std::thread::hardware_concurrency(), 1u);
     const auto count = static_cast<unsigned>(std::min<std::size_t>(cores, waiting_.size()));
     running_ = count;
-    for (unsigned i = 0; i < count; ++i) threads_.emplace_back([this] { TakePictures(); });
+    for (unsigned i = 0; i < count; ++i) {
+      try {
+        threads_.emplace_back([this] { TakePictures(); });
+      } catch (const std::system_error&) {
+        if (threads_.empty()) throw;
+        --running_;  // those that the system gives do it all
+      }
+    }
   }
   ~Workers() { Stop(); }
   Workers(const Workers&) = delete;

@@ -10,13 +10,14 @@
 
 #include "base/free_beside.h"
 #include "base/raster.h"
+#include "base/start_beside.h"
 #include "raster/picture_operation.h"
 
 namespace graphize {
 
 /// Calls `work(first, end)` for bands of rows that make up 0 to `rows`, on as many threads as there
-/// are processors. The operation is told how far it is and stops between two bands, which are a few
-/// milliseconds of work. False when it was stopped.
+/// are processors, or the system gives. The operation is told how far it is and stops between two
+/// bands, which are a few milliseconds of work. False when it was stopped.
 template <class Work>
 bool ParallelRows(int width, int rows, PictureOperation& operation, const Work& work) {
   constexpr int kBandPixels = 1 << 18;
@@ -33,7 +34,7 @@ bool ParallelRows(int width, int rows, PictureOperation& operation, const Work& 
   };
   std::vector<std::future<void>> helpers;
   const int threads = std::min(static_cast<int>(std::thread::hardware_concurrency()), bands);
-  for (int i = 1; i < threads; ++i) helpers.push_back(std::async(std::launch::async, run, false));
+  for (int i = 1; i < threads; ++i) helpers.push_back(StartBeside([&run] { run(false); }));
   run(true);
   for (std::future<void>& helper : helpers) helper.get();
   if (operation.Stopped) return false;

@@ -5,13 +5,13 @@
 #include <chrono>
 #include <filesystem>
 #include <functional>
-#include <future>
 #include <new>
 #include <string>
 #include <string_view>
 #include <system_error>
 
 #include "base/run_time_error.h"
+#include "base/start_beside.h"
 #include "base/translation.h"
 
 namespace graphize {
@@ -56,17 +56,18 @@ struct PictureOperation {
 
 /// Runs `work(PictureOperation&)` on a thread beside and calls `progress` here meanwhile, because
 /// some coders say nothing for seconds. Until the work has heard that it is to stop, `progress`
-/// goes on being called. Without a progress the work runs here.
+/// goes on being called. Without a progress, or where the system gives no thread, the work runs
+/// here.
 template <class Work>
 auto RunBeside(const PictureProgress& progress, const Work& work) {
   PictureOperation operation;
   if (!progress) return work(operation);
-  auto result = std::async(std::launch::async, [&] { return work(operation); });
+  auto result = StartBeside([&] { return work(operation); });
   struct StopOnThrow {  // the future waits for its thread
     PictureOperation& Running;
     ~StopOnThrow() { Running.Stopped = true; }
   } stop{operation};
-  while (result.wait_for(std::chrono::milliseconds(15)) != std::future_status::ready)
+  while (result.wait_for(std::chrono::milliseconds(15)) == std::future_status::timeout)
     if (!progress(operation.Percent)) operation.Stopped = true;
   return result.get();
 }

@@ -12,6 +12,7 @@
 #include <new>
 #include <optional>
 #include <stop_token>
+#include <system_error>
 #include <thread>
 
 #include "base/child_process.h"
@@ -81,7 +82,12 @@ class SharedPixels {
     Raster raster = MapRaster(file_, width, height);
     if (raster.IsEmpty()) throw std::bad_alloc();
     place_ = raster.Pixels();
-    if (count >= kLarge) ahead_.emplace(raster, operation_);
+    if (count < kLarge) return raster;
+    try {
+      ahead_.emplace(raster, operation_);
+    } catch (const std::system_error&) {
+      // No thread: the memory comes page by page.
+    }
     return raster;
   }
   void Keep(const Raster& picture) {
@@ -130,12 +136,16 @@ int ServeOnePicture(unsigned layers, const Decoding& decode) {
   const Mapping shared(files[2], sizeof(DecodeReport), Mapping::Access::Write);
   if (shared.Data() == nullptr) return 1;
   auto& report = *static_cast<DecodeReport*>(shared.Data());
-  // Nothing more comes: what wakes this is that the parent has gone.
-  std::thread([&channel] {
-    char nothing = 0;
-    while (read(channel.Get(), &nothing, 1) > 0) continue;
-    _exit(0);
-  }).detach();
+  try {
+    // Nothing more comes: what wakes this is that the parent has gone.
+    std::thread([&channel] {
+      char nothing = 0;
+      while (read(channel.Get(), &nothing, 1) > 0) continue;
+      _exit(0);
+    }).detach();
+  } catch (const std::system_error&) {
+    // No thread: without the parent it works to its end.
+  }
   try {
     Decode(request, files[0], files[1], decode, report);
   } catch (const RunTimeError& error) {

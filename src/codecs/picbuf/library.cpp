@@ -4,6 +4,8 @@
 #include <cerrno>
 #include <mutex>
 #include <string_view>
+#include <system_error>
+#include <thread>
 #include <vector>
 
 #include "raster/size_limits.h"
@@ -41,6 +43,16 @@ void KeepPictureTypesOnly() {
   for (const std::string& name : unwanted) lib::UnregisterMagickInfo(name.c_str());
 }
 
+/// The library's own threads end the process where the system gives none.
+bool HasThreads() {
+  try {
+    std::thread([] {}).join();
+    return true;
+  } catch (const std::system_error&) {
+    return false;
+  }
+}
+
 }  // namespace
 
 CurrentOperation::CurrentOperation(PictureOperation& operation) {
@@ -61,6 +73,7 @@ void StartLibrary() {
     KeepPictureTypesOnly();
     lib::MagickSetConfirmAccessHandler(RefuseAccess);
     lib::SetMonitorHandler(OnProgress);
+    if (!HasThreads()) lib::SetMagickResourceLimit(lib::ThreadsResource, 1);
     constexpr lib::magick_int64_t kGiB = 1 << 30;
     lib::SetMagickResourceLimit(lib::PixelsResource, kMaxPicturePixels);
     lib::SetMagickResourceLimit(lib::WidthResource, kMaxDecodedSide);

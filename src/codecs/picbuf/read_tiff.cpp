@@ -343,7 +343,7 @@ std::optional<StoredPicture> ReadTiff(std::string_view file, const MakeRaster& m
   const std::uint32_t threads =
       std::min(std::thread::hardware_concurrency(), (bands - 1) / bandsAtOnce + 1);
   for (std::uint32_t i = 1; i < threads; ++i)
-    helpers.push_back(std::async(std::launch::async, [&] {
+    helpers.push_back(StartBeside([&] {
       Source own{file};
       const TiffPtr same = Open(own);
       if (same != nullptr) work(own, same.get(), false);
