@@ -17,6 +17,7 @@
 #include "app/fonts.h"
 #include "app/language.h"
 #include "app/main_window.h"
+#include "base/child_process.h"
 #include "batch/batch.h"
 #include "codecs/picbuf.h"
 #include "scanner/scanner.h"
@@ -103,6 +104,7 @@ int RunWindow(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  graphize::FillStandardStreams();
   // What needs no window starts without any of its libraries' work.
   const std::vector<std::string> words(argv + 1, argv + argc);
   if (graphize::IsBatch(words))

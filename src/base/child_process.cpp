@@ -44,13 +44,13 @@ struct SpawnSettings {
   posix_spawn_file_actions_t Files;
   posix_spawnattr_t Attributes;
 
-  explicit SpawnSettings(int channel) {
+  SpawnSettings(int channel, int nowhere) {
     posix_spawn_file_actions_init(&Files);
     posix_spawnattr_init(&Attributes);
     for (int stream : {STDIN_FILENO, STDOUT_FILENO})
-      posix_spawn_file_actions_addopen(&Files, stream, "/dev/null", O_RDWR, 0);
+      posix_spawn_file_actions_adddup2(&Files, nowhere, stream);
 #ifndef GRAPHIZE_SANITIZED
-    posix_spawn_file_actions_addopen(&Files, STDERR_FILENO, "/dev/null", O_RDWR, 0);
+    posix_spawn_file_actions_adddup2(&Files, nowhere, STDERR_FILENO);
 #endif
     posix_spawn_file_actions_adddup2(&Files, channel, kChannelOfChild);
     posix_spawn_file_actions_addclosefrom_np(&Files, kChannelOfChild + 1);
@@ -71,16 +71,33 @@ struct SpawnSettings {
   SpawnSettings& operator=(const SpawnSettings&) = delete;
 };
 
+/// The same open file with a number that a child does not give to its standard streams and channel:
+/// where this process has its own streams closed, everything that it opens gets these.
+Descriptor AboveTheChilds(Descriptor file) {
+  return Descriptor(fcntl(file.Get(), F_DUPFD_CLOEXEC, kChannelOfChild + 1));
+}
+
+/// The end of a pipe that nobody writes to: nothing can be read from it or written there. Unlike
+/// the null device, everybody has it.
+Descriptor Nowhere() {
+  int ends[2];
+  if (pipe2(ends, O_CLOEXEC) != 0) return Descriptor();
+  const Descriptor closed(ends[1]);
+  return AboveTheChilds(Descriptor(ends[0]));
+}
+
 }  // namespace
 
 std::optional<ChildProcess> ChildProcess::Start(const std::filesystem::path& program,
                                                 const std::vector<std::string>& arguments) {
   int ends[2];
   if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) != 0) return {};
-  Descriptor ours(ends[0]), theirs(ends[1]);
+  Descriptor ours = AboveTheChilds(Descriptor(ends[0]));
+  const Descriptor theirs = AboveTheChilds(Descriptor(ends[1])), nowhere = Nowhere();
+  if (!ours.IsOpen() || !theirs.IsOpen() || !nowhere.IsOpen()) return {};
   std::vector<std::string> words = arguments, environment = EnvironmentOfChild();
   words.insert(words.begin(), program.string());
-  const SpawnSettings settings(theirs.Get());
+  const SpawnSettings settings(theirs.Get(), nowhere.Get());
   pid_t id = 0;
   if (posix_spawn(&id, program.c_str(), &settings.Files, &settings.Attributes,
                   Pointers(words).data(), Pointers(environment).data()) != 0)
@@ -89,10 +106,11 @@ std::optional<ChildProcess> ChildProcess::Start(const std::filesystem::path& pro
 }
 
 ChildProcess::ChildProcess(ChildProcess&& other) noexcept
-    : id_(std::exchange(other.id_, 0)), channel_(std::move(other.channel_)) {}
+    : id_(std::exchange(other.id_, 0)), end_(other.end_), channel_(std::move(other.channel_)) {}
 
 ChildProcess& ChildProcess::operator=(ChildProcess&& other) noexcept {
   std::swap(id_, other.id_);
+  std::swap(end_, other.end_);
   std::swap(channel_, other.channel_);
   return *this;
 }
@@ -103,14 +121,15 @@ ChildProcess::~ChildProcess() {
 
 std::optional<ProcessEnd> ChildProcess::WaitForEnd(std::chrono::milliseconds atMost) {
   const auto last = std::chrono::steady_clock::now() + atMost;
-  while (true) {
+  while (id_ != 0) {
     int status = 0;
     const pid_t ended = waitpid(id_, &status, WNOHANG);
     if (ended != 0 && !(ended < 0 && errno == EINTR)) {
       id_ = 0;
-      if (ended < 0) return ProcessEnd{};  // whoever started this process has the ends ignored
-      return WIFSIGNALED(status) ? ProcessEnd{.Signal = WTERMSIG(status)}
-                                 : ProcessEnd{.Code = WEXITSTATUS(status)};
+      // Where whoever started this process has the ends ignored, there is no status.
+      if (ended > 0 && WIFSIGNALED(status)) end_.Signal = WTERMSIG(status);
+      if (ended > 0 && WIFEXITED(status)) end_.Code = WEXITSTATUS(status);
+      break;
     }
     const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
         last - std::chrono::steady_clock::now());
@@ -120,6 +139,7 @@ std::optional<ProcessEnd> ChildProcess::WaitForEnd(std::chrono::milliseconds atM
     if (poll(&channel, 1, static_cast<int>(left.count())) > 0)
       std::this_thread::sleep_for(std::chrono::microseconds(200));
   }
+  return end_;
 }
 
 void ChildProcess::Kill() {
@@ -127,6 +147,12 @@ void ChildProcess::Kill() {
   kill(id_, SIGKILL);
   while (waitpid(id_, nullptr, 0) < 0 && errno == EINTR) continue;
   id_ = 0;
+  end_ = {.Signal = SIGKILL};
+}
+
+void FillStandardStreams() {
+  for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream)
+    if (fcntl(stream, F_GETFD) < 0) static_cast<void>(open("/", O_RDONLY | O_DIRECTORY));
 }
 
 bool Send(const Descriptor& channel, std::string_view bytes,
@@ -184,8 +210,14 @@ bool Receive(const Descriptor& channel, std::span<char> bytes, std::span<Descrip
 }
 
 bool IsReadable(const Descriptor& channel, std::chrono::milliseconds atMost) {
+  const auto last = std::chrono::steady_clock::now() + atMost;
   pollfd waited = {.fd = channel.Get(), .events = POLLIN, .revents = 0};
-  return poll(&waited, 1, static_cast<int>(atMost.count())) > 0;
+  while (true) {
+    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
+        last - std::chrono::steady_clock::now());
+    const int came = poll(&waited, 1, static_cast<int>(std::max(left, 0ms).count()));
+    if (came >= 0 || errno != EINTR) return came > 0;
+  }
 }
 
 }  // namespace graphize

@@ -24,7 +24,7 @@ struct ProcessEnd {
 
 /// A process that was started here and ends with this record at the latest. Its channel is a
 /// socket, through which bytes and open files go; it has nothing else of this process, its standard
-/// streams are closed to the world, and a Ctrl+C in the terminal is not for it.
+/// streams lead nowhere, and a Ctrl+C in the terminal is not for it.
 class ChildProcess {
  public:
   /// Nothing where the system refuses or there is no such program.
@@ -35,7 +35,7 @@ class ChildProcess {
   ~ChildProcess();
 
   const Descriptor& Channel() const { return channel_; }
-  /// Waits for it to end, or to close its channel and end, at most this long.
+  /// How it ended; nothing while it runs. Waits for that at most this long.
   std::optional<ProcessEnd> WaitForEnd(std::chrono::milliseconds atMost);
   /// At once, whatever it does.
   void Kill();
@@ -43,9 +43,14 @@ class ChildProcess {
  private:
   ChildProcess(int id, Descriptor channel) : id_(id), channel_(std::move(channel)) {}
 
-  int id_ = 0;  // 0: it has ended
+  int id_ = 0;      // 0: it has ended
+  ProcessEnd end_;  // how
   Descriptor channel_;
 };
+
+/// Puts what nobody can read from or write to in the place of standard streams that are closed. The
+/// next file that is opened would get such a number, and what is said there would be written to it.
+void FillStandardStreams();
 
 /// Sends bytes and copies of open files through a channel. False when nobody reads there.
 bool Send(const Descriptor& channel, std::string_view bytes,
