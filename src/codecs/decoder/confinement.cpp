@@ -11,6 +11,7 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstddef>
@@ -18,7 +19,6 @@
 #include <iterator>
 #include <vector>
 
-#include "codecs/decode_protocol.h"
 #include "raster/size_limits.h"
 
 namespace graphize {
@@ -33,8 +33,12 @@ constexpr std::uint32_t kArchitecture = AUDIT_ARCH_AARCH64;
 constexpr std::uint32_t kArchitecture = 0;  // no filter
 #endif
 
+/// What was inherited may be less: that cannot be raised.
 bool Limit(__rlimit_resource_t resource, rlim_t soft, rlim_t hard) {
-  const rlimit limit = {soft, hard};
+  rlimit limit = {};
+  if (getrlimit(resource, &limit) != 0) return false;
+  limit.rlim_max = std::min(limit.rlim_max, hard);
+  limit.rlim_cur = std::min(limit.rlim_max, soft);
   return setrlimit(resource, &limit) == 0;
 }
 
@@ -251,15 +255,15 @@ bool FilterCalls() {
 
 }  // namespace
 
-unsigned Confine(int seconds) {
+unsigned Confine(int seconds, unsigned wanted) {
   unsigned layers = kApart;
   // A sanitizer's own memory, files and calls are not what a decoder needs.
 #ifndef GRAPHIZE_SANITIZED
   prctl(PR_SET_DUMPABLE, 0);
   const bool isModest = prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0;
-  if (LimitResources(seconds)) layers |= kLimits;
-  if (isModest && CloseFiles()) layers |= kNoFiles;
-  if (isModest && FilterCalls()) layers |= kFewCalls;
+  if ((wanted & kLimits) != 0 && LimitResources(seconds)) layers |= kLimits;
+  if ((wanted & kNoFiles) != 0 && isModest && CloseFiles()) layers |= kNoFiles;
+  if ((wanted & kFewCalls) != 0 && isModest && FilterCalls()) layers |= kFewCalls;
 #endif
   return layers;
 }
