@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdint>
 #include <utility>
 
@@ -30,6 +31,7 @@ bool FixSize(const Descriptor& file) {
 bool FillMemoryFile(const Descriptor& file, std::string_view bytes) {
   while (!bytes.empty()) {
     const ssize_t written = write(file.Get(), bytes.data(), bytes.size());
+    if (written < 0 && errno == EINTR) continue;
     if (written <= 0) return false;
     bytes.remove_prefix(static_cast<std::size_t>(written));
   }

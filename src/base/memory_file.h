@@ -21,7 +21,7 @@ std::size_t SizeOfMemoryFile(const Descriptor& file);
 /// From here on nobody can change its size, so that no access to what is mapped of it can fail.
 bool FixSize(const Descriptor& file);
 
-/// Makes `bytes` the content of an empty one.
+/// Writes `bytes` behind what was written before. False where there is no memory for them.
 bool FillMemoryFile(const Descriptor& file, std::string_view bytes);
 
 /// Asks the system for memory in large pages where they are to be had: half of the time that a page

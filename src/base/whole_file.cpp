@@ -174,6 +174,14 @@ Descriptor OpenToRead(const fs::path& path, std::uintmax_t& size, std::error_cod
   return failure ? Descriptor() : std::move(file);
 }
 
+FileState StateOf(const Descriptor& file) {
+  constexpr std::int64_t kNanoseconds = 1'000'000'000;
+  struct stat status = {};
+  if (fstat(file.Get(), &status) != 0) return {};
+  return {.Size = static_cast<std::uintmax_t>(status.st_size),
+          .Modified = status.st_mtim.tv_sec * kNanoseconds + status.st_mtim.tv_nsec};
+}
+
 std::error_code ReadAt(int file, std::uintmax_t offset, std::string& bytes) {
   std::size_t got = 0;
   while (got < bytes.size()) {

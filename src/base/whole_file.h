@@ -26,6 +26,14 @@ namespace graphize {
 Descriptor OpenToRead(const std::filesystem::path& path, std::uintmax_t& size,
                       std::error_code& failure);
 
+/// By which an open file is known to have been written to between two looks.
+struct FileState {
+  std::uintmax_t Size = 0;
+  std::int64_t Modified = 0;  // nanoseconds since 1970
+  bool operator==(const FileState&) const = default;
+};
+FileState StateOf(const Descriptor& file);
+
 /// The bytes of an open file from `offset` on, as many as `bytes` holds; it is cut to what there
 /// is.
 [[nodiscard]] std::error_code ReadAt(int file, std::uintmax_t offset, std::string& bytes);

@@ -32,7 +32,14 @@ std::string_view BytesOf(const DecodeRequest& request) {
 /// How the process ended other than by its own will.
 [[noreturn]] void ThrowEnd(const ProcessEnd& end, int seconds) {
   if (end.Signal == SIGXCPU) ThrowTooLong(seconds);
-  if (end.Signal == SIGKILL) throw std::bad_alloc();  // by the system, which ran short of memory
+  constexpr int kOwnFaults[] = {0, SIGSEGV, SIGBUS, SIGILL, SIGFPE, SIGABRT, SIGTRAP, SIGSYS};
+  if (end.Signal == SIGKILL)
+    throw RunTimeError(
+        "Decoding it was ended from outside: by the system, which ran short of memory, or by "
+        "somebody.");
+  if (std::ranges::count(kOwnFaults, end.Signal) == 0)
+    throw RunTimeError(
+        Tr("Decoding it was ended from outside (signal %1). Please open it again.", end.Signal));
   throw RunTimeError(
       "The file is damaged, or made to do harm: it broke the decoder, which works apart from this "
       "program and its files. Nothing else was touched.");
@@ -72,17 +79,22 @@ std::optional<DecodeWorker> DecodeWorker::Start(const DecoderProgram& program) {
   auto process = ChildProcess::Start(
       program.Program, {ModuleStamp(), program.Module.string(), std::to_string(program.Seconds)});
   if (!process) return {};
-  return DecodeWorker(*std::move(process), program.Seconds);
+  return DecodeWorker(*std::move(process), program);
 }
 
-unsigned DecodeWorker::Layers() {
-  if (layers_) return *layers_;
-  constexpr auto kLongestStart = 30s;  // a disk that must wake up first
+std::optional<unsigned> DecodeWorker::Layers(std::chrono::milliseconds atMost) {
+  if (layers_) return layers_;
+  if (!IsReadable(process_.Channel(), atMost)) {
+    if (Clock::now() < lastStart_) return {};
+    doesNotStart_ = true;
+    process_.Kill();
+    layers_ = 0;
+    return 0;
+  }
   char said = 0;
-  if (IsReadable(process_.Channel(), kLongestStart) &&
-      Receive(process_.Channel(), {&said, 1}, {})) {
+  if (Receive(process_.Channel(), {&said, 1}, {})) {
     layers_ = static_cast<unsigned char>(said) & kAllLayers;
-    return *layers_;
+    return layers_;
   }
   layers_ = 0;
   const auto end = process_.WaitForEnd(100ms);
@@ -139,12 +151,12 @@ std::optional<LoadedPicture> DecodeWorker::Decode(const std::string& name, const
 std::optional<ProcessEnd> DecodeWorker::WaitForEnd(const PictureOperation& operation,
                                                    const PictureProgress& progress) {
   constexpr auto kBetweenProgress = 15ms;
-  const auto last = std::chrono::steady_clock::now() + std::chrono::seconds(2 * seconds_);
+  const auto last = Clock::now() + std::chrono::seconds(2 * seconds_);
   while (true) {
     if (const auto end = process_.WaitForEnd(kBetweenProgress)) return end;
     const int percent = operation.Percent;
     if (progress && !progress(std::clamp(percent, 0, 100))) return {};
-    if (std::chrono::steady_clock::now() < last) continue;
+    if (Clock::now() < last) continue;
     process_.Kill();
     ThrowTooLong(2 * seconds_);
   }

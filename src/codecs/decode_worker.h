@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -16,6 +17,7 @@ namespace graphize {
 struct DecoderProgram {
   std::filesystem::path Program, Module;
   int Seconds = 120;  // of processor time for a picture, and twice as many on the clock
+  std::chrono::milliseconds LongestStart{15'000};  // a disk that must wake up first
 };
 
 /// What a picture may do where only these layers (DecodeLayer, 0: no process) hold, in a sentence
@@ -28,9 +30,12 @@ class DecodeWorker {
   /// Nothing where the system allows none.
   static std::optional<DecodeWorker> Start(const DecoderProgram& program);
 
-  /// The layers that hold (DecodeLayer); 0 when the process ended before it was ready. Waits until
-  /// it is. RunTimeError when it is not of this build.
-  unsigned Layers();
+  /// The layers that hold (DecodeLayer) once it is ready, for which this waits at most so long;
+  /// nothing until then. 0 when it ended before, or was ended because it did not get ready.
+  /// RunTimeError when it is not of this build.
+  std::optional<unsigned> Layers(std::chrono::milliseconds atMost);
+  /// It was ended because it did not get ready.
+  bool DoesNotStart() const { return doesNotStart_; }
 
   bool HasEnded() { return process_.WaitForEnd({}).has_value(); }
 
@@ -40,8 +45,12 @@ class DecodeWorker {
                                       std::uintmax_t fileSize, const PictureProgress& progress);
 
  private:
-  DecodeWorker(ChildProcess process, int seconds)
-      : process_(std::move(process)), seconds_(seconds) {}
+  using Clock = std::chrono::steady_clock;
+
+  DecodeWorker(ChildProcess process, const DecoderProgram& program)
+      : process_(std::move(process)),
+        seconds_(program.Seconds),
+        lastStart_(Clock::now() + program.LongestStart) {}
 
   /// Nothing when `progress` is to end it.
   std::optional<ProcessEnd> WaitForEnd(const PictureOperation& operation,
@@ -49,7 +58,9 @@ class DecodeWorker {
 
   ChildProcess process_;
   int seconds_;
+  Clock::time_point lastStart_;
   std::optional<unsigned> layers_;
+  bool doesNotStart_ = false;
 };
 
 }  // namespace graphize

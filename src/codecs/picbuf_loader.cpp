@@ -4,19 +4,19 @@
 
 #include <algorithm>
 #include <atomic>
-#include <deque>
-#include <exception>
+#include <chrono>
 #include <future>
-#include <mutex>
 #include <optional>
+#include <string_view>
 #include <utility>
 
 #include "base/checksum.h"
 #include "base/memory_file.h"
 #include "base/module.h"
-#include "base/translation.h"
+#include "base/start_beside.h"
 #include "base/whole_file.h"
 #include "codecs/decode_worker.h"
+#include "codecs/decoders.h"
 #include "codecs/picbuf_module.h"
 
 namespace graphize {
@@ -31,83 +31,9 @@ const PicbufModule& Module() {
   return *module;
 }
 
-/// The processes for the pictures to come, for all threads.
-class Decoders {
- public:
-  /// One that is ready; nothing where the system allows none.
-  std::optional<DecodeWorker> Take() {
-    std::optional<DecodeWorker> worker;
-    if (std::optional<Ahead> ahead = TakeAhead()) worker = std::move(ahead->Get());
-    // Who is short of memory may have ended it while it waited.
-    if (worker && worker->HasEnded()) worker.reset();
-    if (!worker && NewMemoryFile().IsOpen()) worker = DecodeWorker::Start(program_);
-    layers_ = worker ? worker->Layers() : 0;
-    if (layers_ == 0) worker.reset();
-    return worker;
-  }
-
-  /// On threads beside: starting a process takes as long as a small picture.
-  void StartNext() {
-    const std::lock_guard lock(mutex_);
-    try {
-      while (ahead_.size() < std::min(atOnce_, toCome_)) ahead_.emplace_back(program_);
-    } catch (const std::exception&) {
-      // No memory or thread for it: the next picture waits for its process.
-    }
-  }
-  void StartAhead(std::size_t atOnce, std::size_t toCome) {
-    {
-      const std::lock_guard lock(mutex_);
-      atOnce_ = atOnce;
-      toCome_ = toCome;
-    }
-    StartNext();
-  }
-
-  /// Of the latest process; nothing before the first.
-  std::optional<unsigned> Layers() {
-    const std::lock_guard lock(mutex_);
-    if (!ahead_.empty() && ahead_.front().Get()) layers_ = ahead_.front().Get()->Layers();
-    return layers_ == kUnknown ? std::nullopt : std::optional(layers_.load());
-  }
-
- private:
-  static constexpr unsigned kUnknown = 256;
-
-  /// A process that is being started, or has been.
-  class Ahead {
-   public:
-    explicit Ahead(const DecoderProgram& program)
-        : starting_(std::async(std::launch::async, [&] { return DecodeWorker::Start(program); })) {}
-    std::optional<DecodeWorker>& Get() {
-      if (starting_.valid()) started_ = starting_.get();
-      return started_;
-    }
-
-   private:
-    std::future<std::optional<DecodeWorker>> starting_;
-    std::optional<DecodeWorker> started_;
-  };
-
-  std::optional<Ahead> TakeAhead() {
-    const std::lock_guard lock(mutex_);
-    if (toCome_ > 0 && toCome_ != kManyPictures) --toCome_;
-    if (ahead_.empty()) return {};
-    std::optional<Ahead> first(std::move(ahead_.front()));
-    ahead_.pop_front();
-    return first;
-  }
-
-  const DecoderProgram program_{.Program = PathInProgram("libexec/graphize/graphize-decode"),
-                                .Module = ModulePath(kModule)};
-  std::mutex mutex_;
-  std::deque<Ahead> ahead_;
-  std::size_t atOnce_ = 0, toCome_ = 0;
-  std::atomic<unsigned> layers_ = kUnknown;
-};
-
 Decoders& AllDecoders() {
-  static Decoders decoders;
+  static Decoders decoders({.Program = PathInProgram("libexec/graphize/graphize-decode"),
+                            .Module = ModulePath(kModule)});
   return decoders;
 }
 
@@ -115,12 +41,18 @@ Decoders& AllDecoders() {
 class FileChecksum {
  public:
   explicit FileChecksum(const Descriptor& file)
-      : result_(std::async(std::launch::async, [this, &file] { return Read(file.Get()); })) {}
+      : result_(StartBeside([this, &file] { return Read(file.Get()); })) {}
   ~FileChecksum() { stopped_ = true; }
   FileChecksum(const FileChecksum&) = delete;
   FileChecksum& operator=(const FileChecksum&) = delete;
 
-  std::uint32_t Get() { return result_.get(); }
+  /// Nothing when `progress` stopped it.
+  std::optional<std::uint32_t> Get(const PictureProgress& progress) {
+    while (progress &&
+           result_.wait_for(std::chrono::milliseconds(15)) == std::future_status::timeout)
+      if (!progress(100)) return {};
+    return result_.get();
+  }
 
  private:
   std::uint32_t Read(int file) const {
@@ -139,35 +71,80 @@ class FileChecksum {
   std::future<std::uint32_t> result_;  // the last member: its thread ends before the rest goes
 };
 
-std::optional<LoadedPicture> DecodeHere(const std::string& name, const std::string& bytes,
-                                        const PictureProgress& progress, DecodeBy by) {
-  return RunBeside(progress, [&](PictureOperation& operation) {
-    return Module().Decode(name, bytes, RasterOnHeap, operation, by);
-  });
+constexpr std::size_t kBlock = 16 << 20;  // bytes between two looks for Escape
+
+/// Gives `bytes` to `work(block)` until that says no. Whether all were taken; false also when the
+/// operation was stopped.
+template <class Work>
+bool InBlocks(std::string_view bytes, const PictureOperation& operation, const Work& work) {
+  for (; !bytes.empty(); bytes.remove_prefix(std::min(kBlock, bytes.size())))
+    if (operation.Stopped || !work(bytes.substr(0, kBlock))) return false;
+  return true;
+}
+
+/// The bytes of an open file; nothing when it was stopped.
+std::optional<std::string> BytesOf(const Descriptor& file, std::uintmax_t size,
+                                   const PictureOperation& operation) {
+  std::string bytes, block;
+  bytes.reserve(size);
+  do {
+    if (operation.Stopped) return {};
+    block.resize(std::min<std::uintmax_t>(kBlock, size - bytes.size()));
+    ThrowSystemError(ReadAt(file.Get(), bytes.size(), block));
+    bytes += block;
+  } while (!block.empty() && bytes.size() < size);
+  return bytes;
+}
+
+std::optional<LoadedPicture> DecodeHere(const std::string& name, std::string_view bytes,
+                                        PictureOperation& operation, DecodeBy by) {
+  return Module().Decode(name, bytes, RasterOnHeap, operation, by);
 }
 
 std::optional<LoadedPicture> WithNumbersOf(const std::string& bytes,
-                                           std::optional<LoadedPicture> loaded) {
+                                           std::optional<LoadedPicture> loaded,
+                                           const PictureProgress& progress) {
   if (!loaded) return loaded;
   loaded->FileSize = bytes.size();
-  loaded->FileChecksum = Crc32(bytes);
-  return loaded;
+  const bool isDone = RunBeside(progress, [&](PictureOperation& operation) {
+    operation.Percent = 100;
+    return InBlocks(bytes, operation, [&](std::string_view block) {
+      loaded->FileChecksum = Crc32(loaded->FileChecksum, block);
+      return true;
+    });
+  });
+  return isDone ? std::move(loaded) : std::nullopt;
 }
 
-/// What came of it where the system allows a process for it.
-struct Apart {
-  bool WasPossible = false;
-  std::optional<LoadedPicture> Loaded;
-};
-Apart DecodeApart(const std::string& name, const Descriptor& file, std::uintmax_t size,
-                  const PictureProgress& progress) {
+/// By a process of its own, or, where the system allows none, within this one `otherwise`.
+template <class Otherwise>
+std::optional<LoadedPicture> DecodeApart(const std::string& name, const Descriptor& file,
+                                         std::uintmax_t size, const PictureProgress& progress,
+                                         const Otherwise& otherwise) {
   struct StartNextThen {
     ~StartNextThen() { AllDecoders().StartNext(); }
   };
-  auto worker = AllDecoders().Take();
-  if (!worker) return {};
+  auto taken = AllDecoders().Take(progress);
+  if (taken.WasStopped) return {};
+  if (!taken.Worker) return RunBeside(progress, otherwise);
   const StartNextThen then;
-  return {true, worker->Decode(name, file, size, progress)};
+  return taken.Worker->Decode(name, file, size, progress);
+}
+
+std::optional<LoadedPicture> DecodeOpened(const std::string& name, const Descriptor& file,
+                                          std::uintmax_t size, const PictureProgress& progress) {
+  FileChecksum checksum(file);
+  auto loaded = DecodeApart(
+      name, file, size, progress, [&](PictureOperation& operation) -> std::optional<LoadedPicture> {
+        const auto bytes = BytesOf(file, size, operation);
+        return bytes ? DecodeHere(name, *bytes, operation, DecodeBy::Fastest) : std::nullopt;
+      });
+  if (!loaded) return {};
+  const auto number = checksum.Get(progress);
+  if (!number) return {};
+  loaded->FileSize = size;
+  loaded->FileChecksum = *number;
+  return loaded;
 }
 
 }  // namespace
@@ -182,37 +159,60 @@ std::optional<LoadedPicture> LoadPicture(const std::filesystem::path& path,
     const Descriptor file = OpenToRead(path, size, failure);
     if (!failure && size > kLargestFile) failure = std::make_error_code(std::errc::file_too_large);
     ThrowSystemError(failure);
-    FileChecksum checksum(file);
-    Apart apart = DecodeApart(name, file, size, progress);
-    if (!apart.WasPossible) {
-      std::string bytes(size, '\0');
-      ThrowSystemError(ReadAt(file.Get(), 0, bytes));
-      apart.Loaded = DecodeHere(name, bytes, progress, DecodeBy::Fastest);
+    const FileState before = StateOf(file);
+    // Pixels and checksum would be of different bytes, and a sound file would be called damaged.
+    const auto throwIfChanged = [&] {
+      if (StateOf(file) != before)
+        throw RunTimeError(
+            "The file was changed while it was being opened. Please open it again when it is "
+            "complete.");
+    };
+    try {
+      auto loaded = DecodeOpened(name, file, before.Size, progress);
+      if (loaded) throwIfChanged();
+      return loaded;
+    } catch (const RunTimeError&) {
+      throwIfChanged();
+      throw;
     }
-    if (apart.Loaded) {
-      apart.Loaded->FileSize = size;
-      apart.Loaded->FileChecksum = checksum.Get();
-    }
-    return std::move(apart.Loaded);
   });
 }
 
 std::optional<LoadedPicture> DecodePicture(const std::string& name, const std::string& bytes,
                                            const PictureProgress& progress) {
   return NamingTheFile("Cannot open the picture \"%1\".", name, [&] {
+    const auto decode = [&](PictureOperation& operation) {
+      return DecodeHere(name, bytes, operation, DecodeBy::Fastest);
+    };
     const Descriptor file = NewMemoryFile();
-    Apart apart;
-    if (file.IsOpen() && FillMemoryFile(file, bytes))
-      apart = DecodeApart(name, file, bytes.size(), progress);
-    if (!apart.WasPossible) apart.Loaded = DecodeHere(name, bytes, progress, DecodeBy::Fastest);
-    return WithNumbersOf(bytes, std::move(apart.Loaded));
+    bool isStopped = false;
+    const bool isFilled = file.IsOpen() && RunBeside(progress, [&](PictureOperation& operation) {
+                            const bool isWhole =
+                                InBlocks(bytes, operation, [&](std::string_view block) {
+                                  return FillMemoryFile(file, block);
+                                });
+                            isStopped = operation.Stopped;
+                            return isWhole;
+                          });
+    if (isStopped) return std::optional<LoadedPicture>();
+    if (!isFilled) AllDecoders().NoteNone();
+    return WithNumbersOf(bytes,
+                         isFilled ? DecodeApart(name, file, bytes.size(), progress, decode)
+                                  : RunBeside(progress, decode),
+                         progress);
   });
 }
 
 std::optional<LoadedPicture> DecodePictureHere(const std::string& name, const std::string& bytes,
                                                const PictureProgress& progress, DecodeBy by) {
-  return NamingTheFile("Cannot open the picture \"%1\".", name,
-                       [&] { return WithNumbersOf(bytes, DecodeHere(name, bytes, progress, by)); });
+  return NamingTheFile("Cannot open the picture \"%1\".", name, [&] {
+    return WithNumbersOf(bytes,
+                         RunBeside(progress,
+                                   [&](PictureOperation& operation) {
+                                     return DecodeHere(name, bytes, operation, by);
+                                   }),
+                         progress);
+  });
 }
 
 void PrepareToDecode(std::size_t atOnce, std::size_t pictures) {

@@ -354,6 +354,20 @@ TEST(Picbuf, PagesEnlargedByHalfAreSavedAndComeBack) {
   }
 }
 
+TEST(Picbuf, AFileThatChangesMeanwhileIsNotCalledDamaged) {
+  const TemporaryFolder folder;
+  const fs::path file = folder / "large.tif";
+  SavePicture(file, kTifFormat, 1, Paint(4000, 3000, [](int x, int y) { return x * y; }));
+  for (const std::uintmax_t size : {fs::file_size(file) + 1, std::uintmax_t{100}}) {
+    try {
+      LoadPicture(file, [&](int) { return fs::resize_file(file, size), true; });
+      ADD_FAILURE() << "cut to " << size;
+    } catch (const RunTimeError& error) {
+      EXPECT_THAT(error.what(), HasSubstr("changed while it was being opened"));
+    }
+  }
+}
+
 TEST(Picbuf, StoppingIsNoErrorAndLeavesTheOldFile) {
   const TemporaryFolder folder;
   const Raster large =
