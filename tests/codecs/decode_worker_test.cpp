@@ -3,6 +3,18 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
+#include <linux/landlock.h>
+#include <linux/seccomp.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <functional>
 #include <random>
 #include <thread>
 
@@ -10,6 +22,7 @@
 #include "base/module.h"
 #include "base/run_time_error.h"
 #include "base/translation.h"
+#include "codecs/decoders.h"
 #include "codecs/file_format.h"
 #include "support/picture_bytes.h"
 #include "support/temporary_folder.h"
@@ -24,8 +37,22 @@ using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
 
-DecoderProgram Planted() {
-  return {.Program = PLANTED_DECODER, .Module = "", .Seconds = 1};
+/// What of the fence the kernel has.
+unsigned LayersOfTheKernel() {
+#ifdef GRAPHIZE_SANITIZED
+  return kApart;
+#else
+  const std::uint32_t kill = SECCOMP_RET_KILL_PROCESS;
+  unsigned layers = kApart | kLimits;
+  if (syscall(SYS_landlock_create_ruleset, nullptr, 0, LANDLOCK_CREATE_RULESET_VERSION) >= 1)
+    layers |= kNoFiles;
+  if (syscall(SYS_seccomp, SECCOMP_GET_ACTION_AVAIL, 0, &kill) == 0) layers |= kFewCalls;
+  return layers;
+#endif
+}
+
+DecoderProgram Planted(unsigned layers = kAllLayers) {
+  return {.Program = PLANTED_DECODER, .Module = std::to_string(layers), .Seconds = 1};
 }
 
 struct Came {
@@ -34,15 +61,16 @@ struct Came {
 };
 
 /// What comes of a decoder that does as it is told.
-Came Told(const std::string& word, const PictureProgress& progress = {}) {
-  auto worker = DecodeWorker::Start(Planted());
+Came Told(const std::string& word, const DecoderProgram& program = Planted(),
+          const PictureProgress& progress = {}) {
+  auto worker = DecodeWorker::Start(program);
   const Descriptor file = NewMemoryFile();
   if (!worker || !FillMemoryFile(file, word)) return {"no worker"};
-  Came came{.Layers = worker->Layers()};
+  Came came{.Layers = worker->Layers(program.LongestStart).value_or(0)};
   try {
     const auto loaded = worker->Decode("/tmp/name", file, word.size(), progress);
     came.Of = loaded ? "a picture " + loaded->Warning : "stopped";
-    EXPECT_TRUE(!loaded || loaded->Picture.Row(0)[1] == kBlackPixel);
+    EXPECT_TRUE(!loaded || (*(loaded->Picture.Row(loaded->Picture.Height()) - 1) << 8) == 0);
   } catch (const RunTimeError& error) {
     came.Of = error.what();
   } catch (const std::bad_alloc&) {
@@ -58,7 +86,7 @@ TEST(DecodeWorker, WhateverADecoderDoesIsOneMessage) {
   struct Case {
     const char* Word;
     const char* Expected;
-    unsigned Layer = kApart;  // by which it is stopped
+    unsigned Layer = kApart;  // which alone stops it
   };
   const Case cases[] = {{"nothing", "a picture "},
                         {"warn", "a picture The file is damaged."},
@@ -66,24 +94,135 @@ TEST(DecodeWorker, WhateverADecoderDoesIsOneMessage) {
                         {"abort", kBroke},
                         {"leave", kBroke},
                         {"small", kBroke},
+                        {"large", kBroke},
+                        {"sparse", "a picture "},
+                        {"too large", kBroke},
+                        {"wraps", kBroke},
+                        {"negative", kBroke},
+                        {"terminate", "from outside (signal 15)"},
+                        {"killed", "short of memory, or by somebody"},
                         {"loop", kTooLong, kLimits},
                         {"sleep", kTooLong},
                         {"memory", "no memory", kLimits},
                         {"exec", kBroke, kFewCalls},
                         {"socket", kBroke, kFewCalls},
                         {"fork", kBroke, kFewCalls},
+                        {"clone3", "not implemented", kFewCalls},
                         {"kill", kBroke, kFewCalls},
                         {"code", kDenied, kFewCalls},
+                        {"protect", kDenied, kFewCalls},
+                        {"open", kDenied, kFewCalls},
                         {"open", kDenied, kNoFiles},
                         {"opened", kDenied, kNoFiles}};
-  const unsigned layers = Told("nothing").Layers;
+  const unsigned layers = LayersOfTheKernel();
+  EXPECT_EQ(Told("nothing").Layers, layers);
   for (const Case& c : cases) {
-    if ((layers & c.Layer) == 0) continue;  // this system, or a sanitizer, refuses it
+    if ((layers & c.Layer) == 0) continue;
     EXPECT_THAT(Told(c.Word).Of, HasSubstr(c.Expected)) << c.Word;
+    const unsigned alone = c.Layer == kApart ? layers : c.Layer;
+    EXPECT_THAT(Told(c.Word, Planted(alone)).Of, HasSubstr(c.Expected)) << c.Word << " alone";
   }
   const std::string text = Told("text").Of;
   EXPECT_THAT(text, AllOf(HasSubstr("3 x [2Jaaa"), Not(HasSubstr("\x1b")), Not(HasSubstr("\n"))));
   EXPECT_LT(text.size(), 2001u);
+}
+
+/// A program of the shell's.
+DecoderProgram Script(const test::TemporaryFolder& folder, const std::string& lines) {
+  DecoderProgram program = Planted();
+  program.Program = folder / "decode";
+  test::WriteBytes(program.Program, "#!/bin/sh\n" + lines + "\n");
+  std::filesystem::permissions(program.Program, std::filesystem::perms::owner_all);
+  return program;
+}
+
+TEST(DecodeWorker, WhatItsParentLacksTakesNoLayerAway) {
+  const test::TemporaryFolder folder;
+  const DecoderProgram limited = Script(
+      folder, "ulimit -t 50; ulimit -n 7; ulimit -f 3000000; exec " PLANTED_DECODER " \"$@\"");
+  EXPECT_EQ(Told("nothing", limited).Layers, LayersOfTheKernel());
+
+  int kept[3];
+  for (int stream = 0; stream < 3; ++stream) {
+    kept[stream] = fcntl(stream, F_DUPFD_CLOEXEC, 100);
+    close(stream);
+  }
+  const Came came = Told("nothing");
+  for (int stream = 0; stream < 3; ++stream) {
+    dup2(kept[stream], stream);
+    close(kept[stream]);
+  }
+  EXPECT_EQ(came.Of, "a picture ");
+  EXPECT_EQ(came.Layers, LayersOfTheKernel());
+}
+
+TEST(DecodeWorker, AProgramThatDoesNotStartIsWaitedForOnceAndUntilEscape) {
+  const test::TemporaryFolder folder;
+  DecoderProgram program = Script(folder, "exec sleep 1000");
+  program.LongestStart = std::chrono::milliseconds(300);
+  Decoders decoders(program);
+  decoders.StartAhead(1, kManyPictures);
+  EXPECT_FALSE(decoders.Layers().has_value());
+  int looks = 0;
+  EXPECT_TRUE(decoders.Take([&](int) { return ++looks < 2; }).WasStopped);
+  const PictureProgress look = [&](int) { return ++looks > 0; };
+  for (int picture = 0; picture < 2; ++picture) {
+    const auto taken = decoders.Take(look);
+    EXPECT_FALSE(taken.Worker || taken.WasStopped);
+    EXPECT_EQ(looks > 0, picture == 0);
+    EXPECT_EQ(decoders.Layers(), 0u);
+    decoders.StartNext();
+    looks = 0;
+  }
+}
+
+TEST(DecodeWorker, EndsWithTheProgram) {
+  prctl(PR_SET_CHILD_SUBREAPER, 1);  // so that its end is told here
+  const pid_t program = fork();
+  if (program == 0) {
+    Told("loop", Planted(), [](int percent) { return percent == 0 || raise(SIGKILL) == 0; });
+    _exit(0);
+  }
+  int status = 0;
+  ASSERT_EQ(waitpid(program, &status, 0), program);
+  EXPECT_TRUE(WIFSIGNALED(status));
+  ASSERT_GT(waitpid(-1, &status, 0), 0);
+  EXPECT_TRUE(WIFEXITED(status)) << "not by the limit of time";
+  prctl(PR_SET_CHILD_SUBREAPER, 0);
+}
+
+/// Whether `work` is true in a process that is given neither threads nor processes.
+bool IsTrueWithoutThreads(const std::function<bool()>& work) {
+  const pid_t process = fork();
+  if (process == 0) {
+    const rlimit none = {};
+    static_cast<void>(setresuid(65534, 65534, 65534));  // the limit is none for root
+    setrlimit(RLIMIT_NPROC, &none);
+    try {
+      std::thread([] {}).join();
+      _exit(2);
+    } catch (const std::system_error&) {
+      _exit(work() ? 0 : 1);
+    }
+  }
+  int status = 0;
+  return waitpid(process, &status, 0) == process && status == 0;
+}
+
+TEST(DecodeWorker, WithoutThreadsOrMemoryFilesPicturesAreStillDecoded) {
+  const Raster picture = Raster::Filled(4000, 1000, kBlackPixel);
+  PrepareToDecode(0, 0);  // what others have started is not to be had after the fork
+  for (const int format : {kTifFormat, kBmpFormat}) {
+    const std::string bytes = *EncodePicture(format, 0, picture);
+    const auto isDecoded = [&] {
+      const auto loaded = DecodePicture("a", bytes, [](int) { return true; });
+      return loaded && PixelsOf(loaded->Picture) == PixelsOf(picture);
+    };
+    EXPECT_TRUE(IsTrueWithoutThreads(isDecoded)) << format;
+    const test::FullDisk none(0);
+    EXPECT_TRUE(isDecoded()) << format;
+    EXPECT_THAT(MissingDecodeProtection(), HasSubstr("within this program"));
+  }
 }
 
 TEST(DecodeWorker, EscapeEndsItWhateverItDoes) {
@@ -93,20 +232,21 @@ TEST(DecodeWorker, EscapeEndsItWhateverItDoes) {
       percents.push_back(percent);
       return percents.size() < 3;
     };
-    EXPECT_EQ(Told(word, stop).Of, "stopped") << word;
+    EXPECT_EQ(Told(word, Planted(), stop).Of, "stopped") << word;
     EXPECT_THAT(percents, testing::Each(AllOf(testing::Ge(0), testing::Le(100)))) << word;
   }
 }
 
 TEST(DecodeWorker, WithoutTheProgramPicturesAreStillDecoded) {
+  const auto kStart = DecoderProgram().LongestStart;
   EXPECT_FALSE(DecodeWorker::Start({.Program = "/nowhere/graphize-decode"}).has_value());
   auto other = DecodeWorker::Start({.Program = "/bin/true"});
   ASSERT_TRUE(other.has_value());
-  EXPECT_EQ(other->Layers(), 0u);
+  EXPECT_EQ(other->Layers(kStart), 0u);
   auto strange = DecodeWorker::Start({.Program = PathInProgram("libexec/graphize/graphize-decode"),
                                       .Module = "/nowhere/module.so"});
   ASSERT_TRUE(strange.has_value());
-  EXPECT_EQ(strange->Layers(), 0u);
+  EXPECT_EQ(strange->Layers(kStart), 0u);
 }
 
 TEST(DecodeWorker, WhatTheSystemRefusesIsToldInOneSentence) {
@@ -116,7 +256,7 @@ TEST(DecodeWorker, WhatTheSystemRefusesIsToldInOneSentence) {
               HasSubstr("does not limit its calls (seccomp)."));
   EXPECT_THAT(MissingProtection(kApart | kFewCalls), HasSubstr("its files (Landlock), its memory"));
   DecodePicture("a", *EncodePicture(kPngFormat, 0, Raster::Filled(4, 3, kBlackPixel)));
-  EXPECT_EQ(MissingDecodeProtection(), MissingProtection(Told("nothing").Layers));
+  EXPECT_EQ(MissingDecodeProtection(), MissingProtection(LayersOfTheKernel()));
 }
 
 /// The picture's pixels or the error, and the warning.
@@ -143,7 +283,9 @@ TEST(DecodeWorker, PixelsAndVerdictsAreThoseOfThisProcess) {
   files.insert(files.end(), {test::WebP(), test::AnimatedWebP(), test::GifOnScreen(),
                              test::CmykJpg(), test::MakeTif(2, 1, 2, 6, "\1\2\3\4\5\6")});
   std::mt19937 random(testing::UnitTest::GetInstance()->random_seed());
-  for (std::size_t i = 0; i < 60; ++i) {
+  const char* asked = std::getenv("GRAPHIZE_MUTATIONS");
+  const std::size_t count = asked == nullptr ? 60 : std::stoul(asked);
+  for (std::size_t i = 0; i < count; ++i) {
     std::string bytes = files[i % files.size()];
     const std::size_t reach = i % 2 == 0 ? std::min<std::size_t>(bytes.size(), 64) : bytes.size();
     if (i >= files.size()) bytes[random() % reach] ^= static_cast<char>(1 << random() % 8);

@@ -1,8 +1,10 @@
 // A decoder of pictures as a file might make one: it does what the file says in one word.
 
 #include <fcntl.h>
+#include <linux/sched.h>
 #include <sys/mman.h>
 #include <sys/socket.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -29,6 +31,17 @@ namespace {
   throw RunTimeError(std::strerror(errno));
 }
 
+constexpr int kPixels = kChannelOfChild + 2;  // the second file that came with the request
+
+/// Ends with a picture of this size.
+[[noreturn]] void Claim(PictureOperation& operation, int width, int height) {
+  auto& report = reinterpret_cast<DecodeReport&>(operation);  // its first member
+  report.Width = width;
+  report.Height = height;
+  report.Verdict = DecodeVerdict::Picture;
+  _exit(0);
+}
+
 std::optional<LoadedPicture> DoAsTold(const std::string& name, std::string_view word,
                                       const MakeRaster& make, PictureOperation& operation) {
   LoadedPicture picture{.Picture = make(2, 1)};
@@ -46,14 +59,26 @@ std::optional<LoadedPicture> DoAsTold(const std::string& name, std::string_view 
   if (word == "exec") execl("/bin/true", "true", nullptr);
   if (word == "socket") socket(AF_INET, SOCK_STREAM, 0);
   if (word == "fork") fork();
+  if (word == "clone3") {
+    clone_args process = {.exit_signal = SIGCHLD};
+    if (syscall(SYS_clone3, &process, sizeof process) < 0) ThrowLastError();
+  }
   if (word == "kill") kill(getppid(), SIGTERM);
   if (word == "open" && open("/etc/passwd", O_RDONLY) < 0) ThrowLastError();
   if (word == "opened" && open(name.c_str(), O_WRONLY | O_CREAT, 0600) < 0) ThrowLastError();
+  if (word == "protect" && mprotect(picture.Picture.Pixels(), 4096, PROT_READ | PROT_EXEC) != 0)
+    ThrowLastError();
   if (word == "code" && mmap(nullptr, 4096, PROT_READ | PROT_WRITE | PROT_EXEC,
                              MAP_PRIVATE | MAP_ANONYMOUS, -1, 0) == MAP_FAILED)
     ThrowLastError();
   if (word == "leave") _exit(0);
-  if (word == "small" && ftruncate(kChannelOfChild + 2, 4) != 0) ThrowLastError();
+  if (word == "small" && ftruncate(kPixels, 4) != 0) ThrowLastError();
+  if (word == "large" && ftruncate(kPixels, 1 << 20) != 0) ThrowLastError();
+  if (word == "sparse" && ftruncate(kPixels, 4 * 9000 * 9000) == 0) Claim(operation, 9000, 9000);
+  if (word == "too large") Claim(operation, 1 << 30, 4);
+  if (word == "wraps") Claim(operation, 1 << 16, 1 << 16);
+  if (word == "negative") Claim(operation, -2, -1);
+  if (word == "terminate" || word == "killed") raise(word == "killed" ? SIGKILL : SIGTERM);
   if (word == "text")
     throw RunTimeError(Tr("%1 x %2", 3, "\x1b[2J\r\n\x02" + std::string(9000, 'a')));
   if (word == "warn") picture.Warning = Tr("The file is damaged.");
@@ -66,6 +91,7 @@ std::optional<LoadedPicture> DoAsTold(const std::string& name, std::string_view 
 int main(int argc, char** argv) {
   using namespace graphize;
   SetTranslator(DeferText);
-  return argc != 4 ? 1
-                   : ServeOnePicture(Confine(IntegerText(argv[3], 1, 100).value_or(1)), DoAsTold);
+  if (argc != 4) return 1;
+  const auto layers = IntegerText(argv[2], 0, kAllLayers), seconds = IntegerText(argv[3], 1, 100);
+  return ServeOnePicture(Confine(*seconds, static_cast<unsigned>(*layers)), DoAsTold);
 }
