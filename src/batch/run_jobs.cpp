@@ -6,6 +6,7 @@
 #include <mutex>
 #include <new>
 #include <ostream>
+#include <system_error>
 #include <thread>
 
 #include "base/numbers.h"
@@ -89,10 +90,16 @@ class Run {
     PrepareToDecode(atOnce, jobs_.size());
     {
       std::vector<std::jthread> workers;
-      for (std::size_t i = 1; i < atOnce; ++i) workers.emplace_back([this] { TakeJobs(); });
+      try {
+        for (std::size_t i = 1; i < atOnce; ++i) workers.emplace_back([this] { TakeJobs(); });
+      } catch (const std::system_error&) {
+        // The threads that the system gives do it all.
+      }
       TakeJobs();
     }
     if (showsProgress_) streams_.Err << "\r\x1b[K" << std::flush;
+    if (const std::string missing = MissingDecodeProtection(); !options_.Quiet && !missing.empty())
+      Say(missing);
     if (!options_.Report.empty()) WriteReport();
     if (failed_ > 0 && jobs_.size() > 1)
       streams_.Err << "graphize: " << failed_ << " of " << jobs_.size()
