@@ -346,12 +346,10 @@ TEST(Picbuf, PagesEnlargedByHalfAreSavedAndComeBack) {
   const TemporaryFolder folder;
   Raster large = Raster::Filled(13050, 13050, kWhitePixel);  // of 9000 x 9000
   large.Row(13049)[13000] = kBlackPixel;
-  for (const int format : {kTifFormat, kPcxFormat}) {  // by a reader of its own, by the library
-    ASSERT_TRUE(SavePicture(folder / "large", format, 0, large));
-    const Raster loaded = Loaded(folder / "large");
-    ASSERT_EQ(loaded.PixelCount(), large.PixelCount());
-    EXPECT_TRUE(std::equal(large.Pixels(), large.Pixels() + large.PixelCount(), loaded.Pixels()));
-  }
+  ASSERT_TRUE(SavePicture(folder / "large", kTifFormat, 0, large));
+  const Raster loaded = Loaded(folder / "large");
+  ASSERT_EQ(loaded.PixelCount(), large.PixelCount());
+  EXPECT_TRUE(std::equal(large.Pixels(), large.Pixels() + large.PixelCount(), loaded.Pixels()));
 }
 
 TEST(Picbuf, AFileThatChangesMeanwhileIsNotCalledDamaged) {
