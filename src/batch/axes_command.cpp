@@ -164,8 +164,8 @@ bool PrintAxes(const CommandLine& line, const BatchStreams& streams) {
   } catch (const RunTimeError& error) {
     throw RunTimeError(OneLine(error.what()));
   }
-  if (const std::string missing = MissingDecodeProtection(); !missing.empty())
-    streams.Err << "graphize: " << missing << "\n";
+  if (const std::string unfenced = DecodedWithinProgram(); !unfenced.empty())
+    streams.Err << "graphize: " << unfenced << "\n";
   if (!picture->Warning.empty()) streams.Err << OneLine(picture->Warning) << "\n";
   const AxesProposal proposal = ProposeChosenAxes(picture->Picture, choice);
   streams.Out << (format != nullptr && format->Value == "json" ? ProposalJson(proposal)

@@ -98,8 +98,8 @@ class Run {
       TakeJobs();
     }
     if (showsProgress_) streams_.Err << "\r\x1b[K" << std::flush;
-    if (const std::string missing = MissingDecodeProtection(); !options_.Quiet && !missing.empty())
-      Say(missing);
+    if (const std::string unfenced = DecodedWithinProgram(); !options_.Quiet && !unfenced.empty())
+      Say(unfenced);
     if (!options_.Report.empty()) WriteReport();
     if (failed_ > 0 && jobs_.size() > 1)
       streams_.Err << "graphize: " << failed_ << " of " << jobs_.size()

@@ -52,6 +52,8 @@ void PrepareToDecode(std::size_t atOnce = 1, std::size_t pictures = kManyPicture
 /// sentences in plain words, none where everything holds. Known after the first picture, or
 /// PrepareToDecode.
 std::string MissingDecodeProtection();
+/// That sentence only where a picture was decoded within this program: nothing held it back.
+std::string DecodedWithinProgram();
 
 /// Writes a picture by format code and option (codecs/file_format.h); at most 256 colours are
 /// stored as a table of colours where the type knows one, but not in a PNG, more are reduced to 256

@@ -228,6 +228,11 @@ std::string MissingDecodeProtection() {
   return layers ? MissingProtection(*layers) : std::string();
 }
 
+std::string DecodedWithinProgram() {
+  const auto layers = AllDecoders().Layers();
+  return layers == 0u ? MissingProtection(0) : std::string();
+}
+
 bool SavePicture(const std::filesystem::path& path, int format, int option, const Raster& picture,
                  const PictureProgress& progress) {
   return Module().Save(path, format, option, picture, progress);

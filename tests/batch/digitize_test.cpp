@@ -38,7 +38,7 @@ class Batch : public ::testing::Test {
     err.str("");
     const int status = RunBatch(words, {out, err, false, &in});
     // What the kernel of this machine has not is no affair of these tests.
-    const std::string fence = "graphize: " + MissingDecodeProtection() + "\n";
+    const std::string fence = "graphize: " + DecodedWithinProgram() + "\n";
     if (const auto at = err.str().find(fence); at != std::string::npos)
       err.str(std::string(err.str()).erase(at, fence.size())), isFenceTold = true;
     return status;
