@@ -72,8 +72,8 @@ using OpenScanner = std::shared_ptr<ScannerHandle>;
 int ScannerIsAvailable(const PictureProgress& progress = {});
 
 /// Ends the scanner's thread before the program does, because the drivers must not be torn down
-/// under it; no scanner is to be asked for anything afterwards. Where a driver hangs, or has cancelled
-/// a thread of its own, only std::_Exit leaves the program safely.
+/// under it; no scanner is to be asked for anything afterwards. Where a driver hangs, or has
+/// cancelled a thread of its own, only std::_Exit leaves the program safely.
 void EndScanning();
 
 /// The sources to choose from. Devices in the network are looked for only when asked: that takes

@@ -168,7 +168,7 @@ TEST(Scanner, APictureThatIsTooLargeIsRefusedBeforeItIsScanned) {
       {"geometry_max 1000.0", "read-delay true", "read-status-code \"SANE_STATUS_IO_ERROR\""});
   for (const PageArea& area : {PageArea{0, 0, 700, 10}, PageArea{0, 0, 10, 700}})
     EXPECT_THROW(Acquire({.Resolution = 1200, .Area = area}), PictureTooLarge);
-  EXPECT_THROW(Acquire({.Mode = "Gray", .Depth = 8, .Resolution = 1200, .Area = {0, 0, 300, 300}}),
+  EXPECT_THROW(Acquire({.Mode = "Gray", .Depth = 8, .Resolution = 1200, .Area = {0, 0, 400, 400}}),
                PictureTooLarge);
 }
 
