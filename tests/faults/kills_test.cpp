@@ -55,9 +55,10 @@ struct Work {
     }
     journal.KeepPicture(ws, desktop);
     history.Commit(ws);
-    if (!ws.pen.Down) work.Being = DigestOf(ws);
+    work.Being = DigestOf(ws);
     journal.Append(ws, history.TakeDelta());
-    work.Done = work.Being.load();
+    // What is drawn is done when the pen goes up; what began with it may be noted before.
+    if (!ws.pen.Down) work.Done = work.Being.load();
     ++work.Events;
   });
   while (true) user.DoSomething();
