@@ -1,7 +1,6 @@
 #include "session/kept_records.h"
 
 #include <algorithm>
-#include <cmath>
 #include <limits>
 #include <utility>
 
@@ -9,12 +8,11 @@
 #include "base/json.h"
 #include "base/numbers.h"
 #include "base/run_time_error.h"
-#include "base/tokens.h"
 #include "base/translation.h"
 #include "base/version.h"
-#include "calibration/axis_fit.h"
-#include "calibration/axis_soundness.h"
 #include "raster/size_limits.h"
+#include "session/kept_axes.h"
+#include "session/kept_fields.h"
 #include "workspace/recipe_options.h"
 
 namespace graphize {
@@ -25,17 +23,6 @@ constexpr const char* kStepOptions = "options_of_steps";
 constexpr std::size_t kLargestRecords = 4u << 20;  // bytes of text
 constexpr int kMostPoints = 32767;
 constexpr int kMostIds = 1 << 24;  // of all curves: their places then take 128 MB
-constexpr std::int64_t kLeast16 = std::numeric_limits<std::int16_t>::min();
-constexpr std::int64_t kMost16 = std::numeric_limits<std::int16_t>::max();
-
-/// A row of the axis definition.
-struct AxisRow {
-  std::int16_t Column = 0, Row = 0;  // picture pixel; the row upward from the picture's bottom
-  float X = 0, Y = 0;
-  bool Defined = false, Armed = false;
-  AxisPanel::Row Boxes;
-  std::optional<ExactPlace> Exact;
-};
 
 /// The small records, as they are written.
 struct Small {
@@ -44,7 +31,6 @@ struct Small {
   std::int64_t FileSize = 0;
   int Version = kProjectVersion;
   std::string Mode;  // its key; empty for none
-  std::vector<AxisRow> AxisRows;
   std::vector<Blocker> Blockers;
   std::vector<CurveHead> Curves;
   int SavedPoints = -1;
@@ -52,58 +38,6 @@ struct Small {
 };
 
 // The fields of each record, for writing and reading alike.
-
-/// What older files do not have.
-template <class Io>
-bool IsThere(Io& io, const char* name) {
-  if constexpr (requires { io.Has(name); }) return io.Has(name);
-  return true;
-}
-
-template <class Io>
-void Fields(Io& io, AxisRow& row) {
-  io.Flag("defined", row.Defined);
-  io.Flag("waits_for_click", row.Armed);
-  io.Integer("column", row.Column, kLeast16, kMost16);
-  io.Integer("row_from_bottom", row.Row, kLeast16, kMost16);
-  io.Number("x", row.X);
-  io.Number("y", row.Y);
-  io.Text("x_typed", row.Boxes.XText);
-  io.Text("y_typed", row.Boxes.YText);
-  io.Text("column_shown", row.Boxes.XPixel);
-  io.Text("row_shown", row.Boxes.YPixel);
-  io.Flag("x_enabled", row.Boxes.XEnabled);
-  io.Flag("y_enabled", row.Boxes.YEnabled);
-  io.Flag("redefine_enabled", row.Boxes.ReDefineEnabled);
-  bool isExact = row.Exact.has_value();
-  if (IsThere(io, "exact")) io.Flag("exact", isExact);
-  if (!isExact) return;
-  if (!row.Exact) row.Exact.emplace();
-  io.Number("exact_column", row.Exact->Column);
-  io.Number("exact_row_from_bottom", row.Exact->RowUp);
-  if (IsThere(io, "exact_sigma")) io.Number("exact_sigma", row.Exact->Sigma);
-}
-
-/// A value that may be absent: an empty text.
-template <class Io>
-void OptionalNumber(Io& io, const char* name, std::optional<float>& value) {
-  std::string text = value ? ShortestText(*value) : "";
-  io.Text(name, text);
-  if constexpr (requires { io.Has(name); }) {
-    const auto read = WholeNumberText(text);
-    if (!text.empty() && !(read && std::isfinite(static_cast<float>(*read))))
-      io.Fail(name, "is no number");
-    value = text.empty() ? std::nullopt : std::optional(static_cast<float>(*read));
-  }
-}
-
-template <class Io>
-void Fields(Io& io, AxisReference& reference) {
-  io.Number("column", reference.At.Column);
-  io.Number("row_from_bottom", reference.At.RowUp);
-  OptionalNumber(io, "x", reference.X);
-  OptionalNumber(io, "y", reference.Y);
-}
 
 template <class Io>
 void Fields(Io& io, Blocker& blocker) {
@@ -144,28 +78,6 @@ void Options(Io& io, const char* name, KeptDocument::OptionValues& values) {
   });
 }
 
-/// Where pixels of the picture as it was opened are: "1 0 0 0 1 0", column by column and row.
-template <class Io>
-void MapField(Io& io, AffineMap& map) {
-  constexpr const char* kName = "from_opened";
-  const auto numbers = {&map.XX, &map.XY, &map.X, &map.YX, &map.YY, &map.Y};
-  std::string text;
-  for (const double* number : numbers) text += (text.empty() ? "" : " ") + ShortestText(*number);
-  io.Text(kName, text);
-  if constexpr (requires { io.Has(kName); }) {
-    const auto words = Tokenize(text);
-    if (!words || words->size() != numbers.size()) io.Fail(kName, "are no six numbers");
-    auto word = words->begin();
-    for (double* number : numbers) {
-      const auto read = WholeNumberText(*word++);
-      if (!read) io.Fail(kName, "are no six numbers");
-      *number = *read;
-    }
-    if (!(std::abs(Determinant(map)) > 1e-9 && std::isfinite(map.X) && std::isfinite(map.Y)))
-      io.Fail(kName, "cannot be");
-  }
-}
-
 template <class Io>
 void PictureFields(Io& io, Small& small) {
   KeptDocument& kept = small.Kept;
@@ -190,31 +102,6 @@ void PictureFields(Io& io, Small& small) {
 }
 
 template <class Io>
-void AxesFields(Io& io, Small& small) {
-  KeptDocument& kept = small.Kept;
-  AxisCalibration& axes = kept.Axes;
-  io.Flag("x_log", axes.XLog);
-  io.Flag("y_log", axes.YLog);
-  io.List("points", small.AxisRows, 3, [&](AxisRow& row) { Fields(io, row); });
-  io.List("pictures_of_points", kept.Map.OfAxisPoints, 3, [&](AffineMap& m) { MapField(io, m); });
-  io.Number("angle", axes.Angle);
-  io.Number("sin_angle", axes.SinAngle);
-  io.Number("cos_angle", axes.CosAngle);
-  io.Number("x_axis_length", axes.XAxisLength);
-  io.Number("y_axis_length", axes.YAxisLength);
-  io.Integer("current_point", axes.CurrentRow, 0, 2);
-  io.Flag("origin_focus_pending", axes.FocusOriginPending);
-  io.Flag("panel_shown", kept.AxisPanelShown);
-  io.Text("angle_shown", kept.AxisAngle);
-  io.Text("tip", kept.AxisTips);
-  io.Flag("have_been_complete", kept.GridBuster);
-  if (IsThere(io, "references"))
-    io.List("references", axes.Refined.References, kMostReferences,
-            [&](AxisReference& reference) { Fields(io, reference); });
-  if (IsThere(io, "refined")) io.Flag("refined", axes.Refined.On);
-}
-
-template <class Io>
 void HeadFields(Io& io, Small& small) {
   io.Text("format", small.Format);
   io.Integer("version", small.Version, 1, std::numeric_limits<int>::max());
@@ -225,7 +112,7 @@ template <class Io>
 void Fields(Io& io, Small& small) {
   KeptDocument& kept = small.Kept;
   io.Object("picture", [&] { PictureFields(io, small); });
-  io.Object("axes", [&] { AxesFields(io, small); });
+  io.Object("axes", [&] { AxesFields(io, kept); });
   io.Text("mode", small.Mode);
   io.List("curves", small.Curves, kMostCurves, [&](CurveHead& curve) { Fields(io, curve); });
   io.Integer("active_curve", kept.Active, 0, kMostCurves);
@@ -259,39 +146,15 @@ Small SmallOf(KeptDocument& kept) {
               .Checksum = HexText(kept.Picture.FileChecksum),
               .FileSize = static_cast<std::int64_t>(kept.Picture.FileSize),
               .Mode = std::string(ModeKey(kept.InMode)),
-              .AxisRows = {},
               .Blockers = {},
               .Curves = {},
               .SavedPoints = kept.Steps.SavedPoints.value_or(-1),
               .Options = kept.Options,
               .StepOptions = kept.Steps.Options};
-  for (std::size_t i = 0; i < 3; ++i)
-    small.AxisRows.push_back({kept.Axes.PixelX[i], kept.Axes.PixelY[i], kept.Axes.ValueX[i],
-                              kept.Axes.ValueY[i], kept.Axes.Defined[i], kept.Axes.Armed[i],
-                              kept.AxisRows[i], kept.Axes.Refined.Rows[i]});
   for (int i = 1; i <= kept.Blockers.Count; ++i)
     small.Blockers.push_back(kept.Blockers.Blockers[static_cast<std::size_t>(i)]);
   for (const Curve& curve : kept.Curves) small.Curves.push_back(HeadOf(curve));
   return small;
-}
-
-void TakeAxes(const Small& small, JsonReader& reader) {
-  KeptDocument& kept = small.Kept;
-  if (small.AxisRows.size() != 3) reader.Fail("axes.points", "is no list of three points");
-  for (std::size_t i = 0; i < 3; ++i) {
-    const AxisRow& row = small.AxisRows[i];
-    kept.Axes.PixelX[i] = row.Column;
-    kept.Axes.PixelY[i] = row.Row;
-    kept.Axes.ValueX[i] = row.X;
-    kept.Axes.ValueY[i] = row.Y;
-    kept.Axes.Defined[i] = row.Defined;
-    kept.Axes.Armed[i] = row.Armed;
-    kept.AxisRows[i] = row.Boxes;
-    kept.Axes.Refined.Rows[i] = row.Exact;
-  }
-  if (!FitsItsPoints(kept.Axes)) reader.Fail("axes", "cannot be");
-  if (kept.Axes.Refined.On && !SwitchRefined(kept.Axes, true))
-    reader.Fail("axes.refined", "cannot be");
 }
 
 void TakePicture(const Small& small, JsonReader& reader) {
@@ -324,7 +187,6 @@ void TakeSmall(Small& small, JsonReader& reader) {
   KeptDocument& kept = small.Kept;
   kept.InMode = ModeOfKey(small.Mode);
   TakePicture(small, reader);
-  TakeAxes(small, reader);
   kept.Blockers.Count = static_cast<std::int16_t>(small.Blockers.size());
   std::copy(small.Blockers.begin(), small.Blockers.end(), kept.Blockers.Blockers.begin() + 1);
   if (small.SavedPoints >= 0) kept.Steps.SavedPoints = small.SavedPoints;
@@ -376,7 +238,6 @@ KeptRecords ReadRecords(const std::string& text) {
               .Path = {},
               .Checksum = {},
               .Mode = {},
-              .AxisRows = {},
               .Blockers = {},
               .Curves = {},
               .Options = OptionValues(Workspace()),
