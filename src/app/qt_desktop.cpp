@@ -216,6 +216,7 @@ QtDesktop::QtDesktop(QWidget* window, PlotView* plot, std::function<void()> rend
 
 void QtDesktop::BeginCommand() {
   stopAsked_ = false;
+  stopKeyPressed_.reset();
   pumped_ = false;
   escape_.Forget();
   sinceBegin_.start();
@@ -245,25 +246,39 @@ void QtDesktop::Pump(bool always) {
 }
 
 bool QtDesktop::eventFilter(QObject* watched, QEvent* event) {
-  if (!pumping_ && !swallowEscape_) return false;
+  if (!pumping_ && !swallowEscape_ && !stopKeyReleased_) return false;
   const QEvent::Type type = event->type();
   const bool isKey =
       type == QEvent::KeyPress || type == QEvent::KeyRelease || type == QEvent::ShortcutOverride;
-  if (isKey && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
-    const bool repeat = static_cast<QKeyEvent*>(event)->isAutoRepeat();
-    if (pumping_) {
-      if (!repeat) escape_.Remember(type != QEvent::KeyRelease);
-      if (!repeat && type == QEvent::KeyRelease) swallowEscape_ = false;
-      return true;
-    }
-    // The key that stopped a command does not also close the box that opens next: its repeats and
-    // its release are dropped, and the next press counts again.
-    escape_.Forget();
-    if (repeat) return true;  // presses and, between them, releases
-    swallowEscape_ = false;
-    return type == QEvent::KeyRelease;
-  }
+  if (isKey && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape)
+    return DropsStopKey(*static_cast<QKeyEvent*>(event));
   return pumping_ && IsInput(type) && !IsForStopButton(watched, event);
+}
+
+bool QtDesktop::DropsStopKey(const QKeyEvent& key) {
+  if (!pumping_) escape_.Forget();
+  if (key.isAutoRepeat()) return pumping_ || swallowEscape_;  // presses and, between them, releases
+  const quint64 at = key.timestamp();
+  if (key.type() == QEvent::KeyRelease) {
+    if (pumping_) escape_.Remember(false);
+    stopKeyPressed_.reset();
+    if (swallowEscape_) stopKeyReleased_ = at;
+    return std::exchange(swallowEscape_, false) || pumping_;
+  }
+  if (pumping_) {
+    escape_.Remember(true);
+    stopKeyPressed_ = at;
+    return true;
+  }
+  // On a busy machine a repeat may not say that it is one, and the press that stopped the command
+  // may come after the command. A press is announced as a shortcut of the same time.
+  constexpr quint64 kSameTime = 5;  // ms
+  if (stopKeyReleased_ && at - *stopKeyReleased_ <= kSameTime) swallowEscape_ = true;
+  if (swallowEscape_ && !stopKeyPressed_) stopKeyPressed_ = at;
+  if (swallowEscape_ && stopKeyPressed_ == at) return true;
+  swallowEscape_ = false;
+  stopKeyReleased_.reset();
+  return false;
 }
 
 QWidget* QtDesktop::Owner() const {

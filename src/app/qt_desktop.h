@@ -4,11 +4,13 @@
 #include <QObject>
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <vector>
 
 #include "app/held_escape.h"
 #include "desktop/desktop.h"
 
+class QKeyEvent;
 class QWidget;
 
 namespace graphize {
@@ -33,6 +35,8 @@ class QtDesktop : public QObject {
 
  private:
   bool eventFilter(QObject* watched, QEvent* event) override;
+  /// Whether an event of the key Escape is the one's that stopped a command, and goes no further.
+  bool DropsStopKey(const QKeyEvent& key);
   void Pump(bool always);
   /// Drops the press of the Escape that stopped the command, when it has not come yet.
   void TakeStopKey();
@@ -55,6 +59,7 @@ class QtDesktop : public QObject {
   bool pumped_ = false;
   bool stopAsked_ = false;
   bool swallowEscape_ = false;  // until the key that stopped a command is up
+  std::optional<quint64> stopKeyPressed_, stopKeyReleased_;  // timestamps, where they were seen
 };
 
 }  // namespace graphize

@@ -2,6 +2,7 @@
 
 #include <QKeyEvent>
 #include <QTimer>
+#include <memory>
 
 #include "app/window_driver.h"
 #include "raster/plot_view.h"
@@ -57,6 +58,49 @@ TEST_F(StoppingKey, DoesNotCloseTheBoxThatOpensWhileItIsHeld) {
   EXPECT_TRUE(openWhileHeld);
   EXPECT_TRUE(openAfterwards) << "and its release";
   EXPECT_FALSE(isOpen()) << "a press of its own closes it";
+}
+
+TEST_F(StoppingKey, ItsPressesThatDoNotSayTheyAreRepeatsAreDroppedToo) {
+  QWidget window;
+  window.show();
+  Until([&] { return window.isActiveWindow(); }, "the window is active");
+  const PlotImage image;
+  const Viewport view;
+  PlotView plot(image, view, {}, &window);
+  QtDesktop desktop(&window, &plot, [] {});
+  const auto event = [](QEvent::Type type, quint64 at) {
+    auto* key = new QKeyEvent(type, Qt::Key_Escape, Qt::NoModifier);
+    key->setTimestamp(at);
+    return key;
+  };
+  const auto send = [&](QEvent::Type type, quint64 at) {
+    const std::unique_ptr<QKeyEvent> key(event(type, at));
+    if (QWidget* box = QApplication::activeModalWidget()) QApplication::sendEvent(box, key.get());
+  };
+  desktop.BeginCommand();
+  QApplication::postEvent(&window, event(QEvent::KeyPress, 1000));
+  desktop.Callbacks().ShowNow();
+  EXPECT_TRUE(desktop.Callbacks().EscapeHeld());
+
+  const auto isOpen = [] { return QApplication::activeModalWidget() != nullptr; };
+  QTimer timer;
+  timer.setSingleShot(true);
+  QObject::connect(&timer, &QTimer::timeout, &window, [&] {
+    for (const quint64 at : {1500, 1530}) {
+      send(QEvent::KeyRelease, at);
+      send(QEvent::ShortcutOverride, at);
+      send(QEvent::KeyPress, at);
+    }
+    EXPECT_TRUE(isOpen()) << "a key that repeats";
+    send(QEvent::KeyRelease, 1560);
+    EXPECT_TRUE(isOpen());
+    send(QEvent::ShortcutOverride, 1700);
+    send(QEvent::KeyPress, 1700);
+    EXPECT_FALSE(isOpen()) << "a press of its own";
+    if (isOpen()) QApplication::activeModalWidget()->close();
+  });
+  timer.start(50);
+  desktop.Callbacks().ShowMessage({.Text = "The store is full"});
 }
 
 }  // namespace
