@@ -141,30 +141,29 @@ class Crossings {
 
   HalfStroke Follow(PathPixel start, MapWalls& walls, std::vector<std::string>& doubts) {
     HalfStroke half;
-    half.Path = FindHalfPath(map_, start, step_, costs_, through_, operation_);
-    std::vector<StrokeSample> samples = SamplesOf(map_, half.Path, kind_);
+    SampledPath path(map_, FindHalfPath(map_, start, step_, costs_, through_, operation_), kind_);
     // The turns of a noisy record are no crossings.
-    if (ToleranceOf(samples, kind_).IsData) return half;
+    if (ToleranceOf(path.Samples(), kind_).IsData) return {path.Path(), {}};
     int from = 0;
     for (int round = 0; round < kMostCrossings && !operation_.Stopped; ++round) {
-      auto crossing = NextCrossing(map_, kind_, samples, from);
+      auto crossing = NextCrossing(map_, kind_, path.Samples(), from);
       if (!crossing) break;
-      const PathPixel at = half.Path[Index(samples[crossing->First - 1])];
-      Choice choice = Judge(half.Path, samples, *crossing);
+      const PathPixel at = path.Path()[PixelBefore(path, *crossing)];
+      Choice choice = Judge(path, *crossing);
       if (crossing->IsLong() && !choice.IsWhole) {
         crossing->End = crossing->NearEnd;
-        choice = Judge(half.Path, samples, *crossing);
+        choice = Judge(path, *crossing);
       }
       from = crossing->End;
       if (choice.IsOther) {
-        MapWalls wall = WallAcross(map_, samples, crossing->End + 1, 1);
-        const std::size_t back = Index(samples[crossing->First - 1]);
-        std::vector<PathPixel> other = Rerouted(half.Path, back, std::numeric_limits<int>::max());
+        MapWalls wall = WallAcross(map_, path.Samples(), crossing->End + 1, 1);
+        const std::size_t back = PixelBefore(path, *crossing);
+        const std::vector<PathPixel> other =
+            WayFrom(path.Path()[back], std::numeric_limits<int>::max());
         // A way that soon ends was walled off as well.
-        if (2 * (other.size() - back) > half.Path.size() - back) {
+        if (2 * other.size() > path.Path().size() - back) {
           walls.TakeOver(std::move(wall));
-          half.Path = std::move(other);
-          samples = SamplesOf(map_, half.Path, kind_);
+          path.Exchange(back, path.Path().size(), other);
         } else {
           wall.TakeDown(map_);
           choice.IsDoubtful = true;
@@ -173,12 +172,12 @@ class Crossings {
       if (choice.IsDoubtful)
         doubts.push_back(
             Tr("at %1,%2 the curve meets another of its colour, and either may go on", at.X, at.Y));
+      const std::vector<StrokeSample>& samples = path.Samples();
       if (crossing->End >= static_cast<int>(samples.size())) continue;
-      if (KeepToCourse(half.Path, samples, *crossing))
-        samples = SamplesOf(map_, half.Path, kind_);
-      else if (crossing->IsLong())
+      if (!KeepToCourse(path, *crossing) && crossing->IsLong())
         half.Merged.emplace_back(samples[crossing->First].Pixel, samples[crossing->End].Pixel);
     }
+    half.Path = path.Path();
     return half;
   }
 
@@ -188,23 +187,19 @@ class Crossings {
     bool IsWhole = false;  // the other stroke was seen before and behind
   };
 
-  static std::size_t Index(const StrokeSample& sample) {
-    return static_cast<std::size_t>(sample.Pixel);
+  /// Of the path, where it meets the crossing.
+  static std::size_t PixelBefore(const SampledPath& path, const Crossing& crossing) {
+    return static_cast<std::size_t>(path.Samples()[crossing.First - 1].Pixel);
   }
-  /// The path up to pixel `back`, and on from there as the map leads.
-  std::vector<PathPixel> Rerouted(const std::vector<PathPixel>& path, std::size_t back,
-                                  int mostColumns) const {
-    std::vector<PathPixel> other(path.begin(), path.begin() + static_cast<std::ptrdiff_t>(back));
-    const std::vector<PathPixel> rest =
-        FindHalfPath(map_, path[back], step_, costs_, through_, operation_, mostColumns);
-    other.insert(other.end(), rest.begin(), rest.end());
-    return other;
+  /// As the map leads from a pixel on.
+  std::vector<PathPixel> WayFrom(PathPixel from, int mostColumns) const {
+    return FindHalfPath(map_, from, step_, costs_, through_, operation_, mostColumns);
   }
 
   /// Leads the path where the arms lead: while two strokes are one, or nearly so, it may run on
   /// either. False where they do not tell where.
-  bool KeepToCourse(std::vector<PathPixel>& path, const std::vector<StrokeSample>& samples,
-                    const Crossing& crossing) const {
+  bool KeepToCourse(SampledPath& path, const Crossing& crossing) const {
+    const std::vector<StrokeSample>& samples = path.Samples();
     const Arm before = ArmOf(samples, crossing.First - kApart, -1);
     const Arm behind = ArmOf(samples, crossing.End + kApart, 1);
     constexpr std::size_t kLeast = 10;
@@ -229,23 +224,22 @@ class Crossings {
     at(course->Last);
     if (!isInside || 10 * paper > led.size()) return false;
     // Between the innermost pixels of both arms.
-    const auto nearest = [&](PathPixel pixel) {
-      return std::min_element(path.begin(), path.end(), [&](PathPixel a, PathPixel b) {
-        return std::hypot(a.X - pixel.X, a.Y - pixel.Y) < std::hypot(b.X - pixel.X, b.Y - pixel.Y);
-      });
+    const std::vector<PathPixel>& pixels = path.Path();
+    const auto nearest = [&](PathPixel to) {
+      const auto distance = [&](PathPixel from) {
+        return std::hypot(from.X - to.X, from.Y - to.Y);
+      };
+      return std::ranges::min_element(pixels, {}, distance) - pixels.begin();
     };
     const auto first = nearest(led.front()), last = nearest(led.back());
     if (first >= last) return false;
-    std::vector<PathPixel> joined(path.begin(), first);
-    joined.insert(joined.end(), led.begin(), led.end());
-    joined.insert(joined.end(), last + 1, path.end());
-    path = std::move(joined);
+    path.Exchange(static_cast<std::size_t>(first), static_cast<std::size_t>(last) + 1, led);
     return true;
   }
 
   /// Which arms belong together.
-  Choice Judge(const std::vector<PathPixel>& path, const std::vector<StrokeSample>& samples,
-               const Crossing& crossing) {
+  Choice Judge(const SampledPath& path, const Crossing& crossing) {
+    const std::vector<StrokeSample>& samples = path.Samples();
     const Arm before = ArmOf(samples, crossing.First - kApart, -1);
     const Arm behind = ArmOf(samples, crossing.End + kApart, 1);
     const double own = BendOf(before, behind);
@@ -253,10 +247,12 @@ class Crossings {
     const int reach = crossing.End - crossing.First + 2 * kArm;
 
     // The way that there is without the arm behind.
-    const std::size_t back = Index(samples[crossing.First - 1]);
+    const std::size_t back = PixelBefore(path, crossing);
     MapWalls wall = WallAcross(map_, samples, crossing.End + 1, 1);
-    const std::vector<StrokeSample> others = SamplesOf(map_, Rerouted(path, back, reach), kind_);
+    SampledPath walledOff = path;
+    walledOff.Exchange(back, path.Path().size(), WayFrom(path.Path()[back], reach));
     wall.TakeDown(map_);
+    const std::vector<StrokeSample>& others = walledOff.Samples();
     if (!IsInked(others, crossing.First, crossing.End + 12)) return {};
     int end = crossing.First;
     for (int i = crossing.First; i < std::min(crossing.End + kArm, static_cast<int>(others.size()));
@@ -268,7 +264,7 @@ class Crossings {
     if (other == kNoArm || EndsOn(otherBehind, samples, kind_)) return {};
 
     // The other stroke, where it comes from.
-    Arm otherBefore = OtherBefore(path, samples, crossing, reach);
+    Arm otherBefore = OtherBefore(path, crossing, reach);
     if (!otherBefore.empty() && EndsOn(otherBefore, samples, kind_)) otherBefore.clear();
     const Parting parting = PartingOf(before, otherBefore, behind, otherBehind);
     Choice choice{.IsWhole = parting.AsTheyAre != kNoArm};
@@ -285,11 +281,12 @@ class Crossings {
     return choice;
   }
 
-  Arm OtherBefore(const std::vector<PathPixel>& path, const std::vector<StrokeSample>& samples,
-                  const Crossing& crossing, int reach) {
+  Arm OtherBefore(const SampledPath& path, const Crossing& crossing, int reach) {
+    const std::vector<StrokeSample>& samples = path.Samples();
     MapWalls wall = WallAcross(map_, samples, crossing.First - kApart, -1);
-    const PathPixel from = path[Index(samples[std::min<std::size_t>(
-        static_cast<std::size_t>(crossing.End), samples.size() - 1)])];
+    const StrokeSample& first =
+        samples[std::min(static_cast<std::size_t>(crossing.End), samples.size() - 1)];
+    const PathPixel from = path.Path()[static_cast<std::size_t>(first.Pixel)];
     const std::vector<StrokeSample> back =
         SamplesOf(map_, FindHalfPath(map_, from, -step_, costs_, {}, operation_, reach), kind_);
     wall.TakeDown(map_);

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
+#include <span>
 #include <vector>
 
 #include "reading/ink_blend.h"
@@ -31,9 +34,56 @@ struct StrokeSample {
 
   double X() const { return AlongRow ? Middle : At; }
   double Y() const { return AlongRow ? At : Middle; }
+  bool operator==(const StrokeSample&) const = default;
 };
 
 StrokeKind KindOf(const InkMap& map, const std::vector<PathPixel>& path);
+
+/// First and last pixel of ink in a cut.
+struct InkRun {
+  int First = 0, Last = 0;
+};
+
+/// A path and the samples along it, as SamplesOf gives them.
+class SampledPath {
+ public:
+  /// The map and the blends must outlive it.
+  SampledPath(const InkMap& map, std::vector<PathPixel> path, const StrokeKind& kind,
+              const InkBlends* blends = nullptr);
+
+  const std::vector<PathPixel>& Path() const { return path_; }
+  const std::vector<StrokeSample>& Samples() const { return samples_; }
+
+  /// Pixels `first` to before `end` of the path become `pixels`. Only what they touch is looked at
+  /// again: a path may be long, and change at each of its crossings.
+  void Exchange(std::size_t first, std::size_t end, std::span<const PathPixel> pixels);
+
+ private:
+  struct Cut {
+    StrokeSample Sample;  // by this cut alone
+    InkRun Ink;
+    int First, Last;  // of the path's pixels
+  };
+
+  int Count() const { return static_cast<int>(path_.size()); }
+  /// The nearest to a number beyond the ends.
+  PathPixel Pixel(int i) const {
+    return path_[static_cast<std::size_t>(std::clamp(i, 0, Count() - 1))];
+  }
+  int NextPixel() const { return cuts_.empty() ? 0 : cuts_.back().Last + 1; }
+  Cut NextCut() const;
+  bool IsSteep(int i, bool before) const;
+  std::vector<InkRun> RunsBeyond(const StrokeSample& sample, int step) const;
+  void Finish();
+
+  const InkMap& map_;
+  StrokeKind kind_;
+  const InkBlends* blends_;
+  int reach_;  // pixels of the path to both sides that tell its slope
+  std::vector<PathPixel> path_;
+  std::vector<Cut> cuts_;
+  std::vector<StrokeSample> samples_;
+};
 
 /// One sample per column, or row, that the path goes through, in its order. Where a stroke ends or
 /// is interrupted, what is not its full width across is not seen. What other inks share with it is
