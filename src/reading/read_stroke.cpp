@@ -149,11 +149,12 @@ struct InkCount {
   double Taken = 0, Left = 0;
 };
 InkCount CountInk(const InkMap& map, const std::vector<StrokeSample>& samples,
-                  const StrokeKind& kind) {
+                  const StrokeKind& kind, const PictureOperation& operation) {
   InkCount count;
   PixelSet met(map.Width);
   std::vector<PathPixel> rim;
   for (const StrokeSample& sample : samples) {
+    if (operation.Stopped) return count;
     const double chord = kind.Width * std::sqrt(1 + sample.Slope * sample.Slope);
     const int half = static_cast<int>(std::ceil(0.5 * chord)) + 1;
     const int middle = static_cast<int>(std::lround(sample.Middle));
@@ -165,7 +166,7 @@ InkCount CountInk(const InkMap& map, const std::vector<StrokeSample>& samples,
       rim.push_back(at);
     }
   }
-  while (!rim.empty()) {
+  while (!rim.empty() && !operation.Stopped) {
     const PathPixel at = rim.back();
     rim.pop_back();
     for (int y = at.Y - 1; y <= at.Y + 1; ++y)
@@ -201,7 +202,7 @@ Followed FollowSomehow(InkMap& map, const InkBlends& blends, PathPixel start,
     }
   }
   FinishCourse(map, followed, start, request.Walls);
-  const InkCount ink = CountInk(map, followed.Samples, followed.Kind);
+  const InkCount ink = CountInk(map, followed.Samples, followed.Kind, operation);
   if (ink.Left < 0.25 * ink.Taken || operation.Stopped) return followed;
   followed.Walls.TakeDown(map);
   Followed free;
@@ -211,7 +212,7 @@ Followed FollowSomehow(InkMap& map, const InkBlends& blends, PathPixel start,
   if (path.Path.size() > 1 && TurnsBack(path.Path, free.Kind) && (path.IsClosed || !path.HasTip)) {
     free.Samples = SamplesOf(map, path.Path, free.Kind, &blends);
     FinishCourse(map, free, start, request.Walls);
-    if (CountInk(map, free.Samples, free.Kind).Taken > 1.12 * ink.Taken) return free;
+    if (CountInk(map, free.Samples, free.Kind, operation).Taken > 1.12 * ink.Taken) return free;
   }
   followed.Walls.PutUp(map);
   return followed;
@@ -227,6 +228,7 @@ CurveReading ReadOneStroke(InkMap& map, const InkBlends& blends, PathPixel start
                            const ReadingRequest& request, const PictureOperation& operation) {
   CurveReading reading;
   Followed followed = FollowSomehow(map, blends, start, request, operation);
+  if (!operation.Stopped) reading.Points = FitCourse(followed.Samples, followed.Kind, operation);
   if (operation.Stopped) {
     followed.Walls.TakeDown(map);
     reading.IsStopped = true;
@@ -234,7 +236,6 @@ CurveReading ReadOneStroke(InkMap& map, const InkBlends& blends, PathPixel start
   }
   reading.Kind = followed.Kind;
   reading.Doubts = followed.Doubts;
-  reading.Points = FitCourse(followed.Samples, followed.Kind);
   double left = 1e9, right = -1e9, top = 1e9, bottom = -1e9;
   for (const CurvePoint& point : reading.Points) {
     left = std::min(left, point.X);
@@ -259,7 +260,7 @@ CurveReading ReadOneStroke(InkMap& map, const InkBlends& blends, PathPixel start
       reading.Doubts.push_back(
           Tr("the curve was not found to go through %1", PlaceText(at.X, at.Y)));
     }
-  const InkCount found = CountInk(map, followed.Samples, followed.Kind);
+  const InkCount found = CountInk(map, followed.Samples, followed.Kind, operation);
   followed.Walls.TakeDown(map);
   if (found.Left > 0.2 * found.Taken)
     reading.Doubts.push_back(
@@ -354,6 +355,7 @@ CurveReading ReadStroke(InkMap& map, const InkBlends& blends, PathPixel start,
   if (reading.IsStopped || reading.Points.empty()) return reading;
   for (const bool isLast : {true, false})
     GoOnBehindFrame(reading, isLast, map, blends, request, operation);
+  reading.IsStopped = operation.Stopped;
   return reading;
 }
 

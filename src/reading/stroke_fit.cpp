@@ -15,18 +15,23 @@ namespace {
 
 class Course {
  public:
-  Course(const std::vector<StrokeSample>& samples, const StrokeKind& kind)
-      : samples_(samples), tolerance_(ToleranceOf(samples, kind)), kind_(kind) {}
+  Course(const std::vector<StrokeSample>& samples, const StrokeKind& kind,
+         const PictureOperation& operation)
+      : samples_(samples),
+        tolerance_(ToleranceOf(samples, kind)),
+        kind_(kind),
+        operation_(operation) {}
 
   std::vector<CurvePoint> Points() {
     const int count = static_cast<int>(samples_.size());
     std::vector<CurvePoint> points(samples_.size());
-    for (int i = 0; i < count; ++i)
+    for (int i = 0; i < count && !operation_.Stopped; ++i)
       if (samples_[i].IsSeen) points[i] = Smoothed(i);
     int first = 0, last = count - 1;
     while (first <= last && !samples_[first].IsSeen) ++first;
     while (last >= first && !samples_[last].IsSeen) --last;
     for (int i = first; i <= last; ++i) {
+      if (operation_.Stopped) return {};
       if (samples_[i].IsSeen) continue;
       int end = i;
       while (!samples_[end].IsSeen) ++end;
@@ -324,11 +329,8 @@ class Course {
   const std::vector<StrokeSample>& samples_;
   Tolerance tolerance_;
   StrokeKind kind_;
+  const PictureOperation& operation_;
 };
-
-}  // namespace
-
-namespace {
 
 /// Across the way from shortly before each point to shortly behind it.
 void SetAcross(std::vector<CurvePoint>& points) {
@@ -346,10 +348,10 @@ void SetAcross(std::vector<CurvePoint>& points) {
 
 }  // namespace
 
-std::vector<CurvePoint> FitCourse(const std::vector<StrokeSample>& samples,
-                                  const StrokeKind& kind) {
+std::vector<CurvePoint> FitCourse(const std::vector<StrokeSample>& samples, const StrokeKind& kind,
+                                  const PictureOperation& operation) {
   if (samples.empty()) return {};
-  std::vector<CurvePoint> points = Course(samples, kind).Points();
+  std::vector<CurvePoint> points = Course(samples, kind, operation).Points();
   SetAcross(points);
   return points;
 }

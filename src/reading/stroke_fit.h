@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "raster/picture_operation.h"
 #include "reading/stroke_samples.h"
 
 namespace graphize {
@@ -18,7 +19,8 @@ struct CurvePoint {
 /// whose residuals are no more than what the raster does to a smooth line (hard strokes: half a
 /// pixel), or than the scatter that third differences tell; a course that turns back again and
 /// again is data and stays as it is. Unseen samples get a cubic between the seen ends, and none
-/// beyond them.
-std::vector<CurvePoint> FitCourse(const std::vector<StrokeSample>& samples, const StrokeKind& kind);
+/// beyond them. Nothing when the operation was stopped.
+std::vector<CurvePoint> FitCourse(const std::vector<StrokeSample>& samples, const StrokeKind& kind,
+                                  const PictureOperation& operation);
 
 }  // namespace graphize
