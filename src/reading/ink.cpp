@@ -173,14 +173,18 @@ std::optional<Ink> InkAt(const Raster& picture, const Paper& paper,
            column <= std::min(cx + distance, picture.Width() - 1); ++column)
         visit(column, row, std::hypot(column - x, row - y));
   };
-  // The strongest pixel counts, and less the farther it is from the click.
+  const float same = CosineOf(14);
+  // The strongest pixel counts, and less the farther it is from the click; where two curves cross,
+  // one of their inks and no blend of both.
   const float least = std::max(kLeastDifference, 3.5f * paper.Grain);
   float best = 0;
   Rgb there;
   around(reach, [&](int column, int row, double distance) {
     const Rgb d = difference(column, row);
     const float length = Length(d);
-    const auto score = length / static_cast<float>(1 + 0.5 * distance);
+    const bool isKnown = std::ranges::any_of(
+        directions, [&](const Rgb& known) { return Dot(known, d) >= same * length; });
+    const auto score = (isKnown ? 2 : 1) * length / static_cast<float>(1 + 0.5 * distance);
     if (distance > reach || length < least || score <= best) return;
     best = score;
     there = d;
@@ -190,10 +194,8 @@ std::optional<Ink> InkAt(const Raster& picture, const Paper& paper,
   const auto nearest = std::max_element(directions.begin(), directions.end(), [&](Rgb a, Rgb b) {
     return Dot(a, ink.Direction) < Dot(b, ink.Direction);
   });
-  if (nearest != directions.end() && Dot(*nearest, ink.Direction) >= CosineOf(14))
-    ink.Direction = *nearest;
+  if (nearest != directions.end() && Dot(*nearest, ink.Direction) >= same) ink.Direction = *nearest;
   std::vector<float> strengths;
-  const float same = CosineOf(14);
   around(10, [&](int column, int row, double distance) {
     const Rgb d = difference(column, row);
     const float along = Dot(d, ink.Direction);

@@ -181,6 +181,23 @@ TEST(ReadCurve, SaysWhatWasClickedInsteadOfACurve) {
   EXPECT_THAT(letters.Read({102, 103}).Refusal, testing::HasSubstr("too little ink"));
 }
 
+TEST(ReadCurve, AClickWhereTwoColoursCrossReadsOneOfThem) {
+  Plot plot;
+  const auto wave = plot.Curve(Wave, {.Thickness = 1.2}, kBlue);
+  const auto rising = plot.Curve(Rising, {.Thickness = 1.2}, kRed);
+  int crossings = 0;
+  for (std::size_t i = 0; i < wave.size(); ++i) {
+    const auto near = std::ranges::min_element(rising, {}, [&](const PixelPosition& at) {
+      return std::hypot(at.X - wave[i].X, at.Y - wave[i].Y);
+    });
+    if (std::hypot(near->X - wave[i].X, near->Y - wave[i].Y) > 0.5) continue;
+    const CurveReading reading = plot.Read(wave[i]);
+    EXPECT_GT(reading.Points.size(), 200u) << reading.Refusal;
+    ++crossings;
+  }
+  EXPECT_GT(crossings, 0);
+}
+
 TEST(ReadCurve, TellsWhatItDoesNotSeeAndWhatItLeavesOut) {
   // A label over the curve is bridged.
   Plot plot;
