@@ -33,6 +33,13 @@ constexpr std::uint32_t kArchitecture = AUDIT_ARCH_AARCH64;
 constexpr std::uint32_t kArchitecture = 0;  // no filter
 #endif
 
+// A sanitizer's own memory, files and calls are not what a decoder needs.
+#ifdef GRAPHIZE_SANITIZED
+constexpr bool kIsSanitized = true;
+#else
+constexpr bool kIsSanitized = false;
+#endif
+
 /// What was inherited may be less: that cannot be raised.
 bool Limit(__rlimit_resource_t resource, rlim_t soft, rlim_t hard) {
   rlimit limit = {};
@@ -256,15 +263,13 @@ bool FilterCalls() {
 }  // namespace
 
 unsigned Confine(int seconds, unsigned wanted) {
+  if (kIsSanitized) return kApart;
   unsigned layers = kApart;
-  // A sanitizer's own memory, files and calls are not what a decoder needs.
-#ifndef GRAPHIZE_SANITIZED
   prctl(PR_SET_DUMPABLE, 0);
   const bool isModest = prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0;
   if ((wanted & kLimits) != 0 && LimitResources(seconds)) layers |= kLimits;
   if ((wanted & kNoFiles) != 0 && isModest && CloseFiles()) layers |= kNoFiles;
   if ((wanted & kFewCalls) != 0 && isModest && FilterCalls()) layers |= kFewCalls;
-#endif
   return layers;
 }
 
