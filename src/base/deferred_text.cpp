@@ -11,7 +11,7 @@ namespace {
 
 // BEGIN text VALUES value END value END ... CLOSE; in the text a place %n is PLACE n.
 constexpr char kBegin = '\x02', kValues = '\x03', kClose = '\x04', kPlace = '\x10', kEnd = '\x1f';
-constexpr std::size_t kLongest = 2000;
+constexpr std::size_t kLongest = 2000;  // bytes, taken and given
 constexpr int kDeepest = 4;
 
 bool IsPlace(std::string_view text, std::size_t at) {
@@ -34,6 +34,8 @@ std::string Take(std::string_view& rest, std::string_view ends, int depth) {
         values.push_back(Take(rest, {&kEnd, 1}, depth + 1));
       if (!rest.empty()) rest.remove_prefix(1);
       taken += Fill(Tr(english.c_str()), values);
+      // Places within values within places would grow to gigabytes.
+      if (taken.size() > kLongest) taken.resize(kLongest);
     } else if (static_cast<unsigned char>(c) >= ' ' && c != '\x7f') {
       taken += c;
     }

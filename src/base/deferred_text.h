@@ -10,8 +10,8 @@ namespace graphize {
 
 std::string DeferText(const char* english, long long count);
 
-/// Such a text, translated here. It may come from anywhere: at most 2,000 bytes of it are taken,
-/// and control characters are left out.
+/// Such a text, translated here. It may come from anywhere: about 2,000 bytes of it are taken, what
+/// it is filled with grows no longer, and control characters are left out.
 std::string TranslateDeferred(std::string_view text);
 
 }  // namespace graphize

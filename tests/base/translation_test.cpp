@@ -49,6 +49,14 @@ TEST(Translation, DeferredTextsAreTranslatedWhereTheyArrive) {
   for (std::size_t size = 0; size < deferred.size(); ++size)
     EXPECT_EQ(TranslateDeferred(deferred.substr(0, size)).find('\x02'), std::string::npos);
   EXPECT_EQ(TranslateDeferred(std::string(9, '\x02') + "a\x03\x04\n\x7f"), "a");
+  // Places in values of places would grow by hundreds at each level.
+  std::string grown(200, 'x');
+  for (int level = 0; level < 3; ++level) {
+    std::string places;
+    for (int i = 0; i < 200; ++i) places += {'\x10', '1'};
+    grown = '\x02' + places + '\x03' + grown + "\x1f\x04";
+  }
+  EXPECT_LE(TranslateDeferred(grown).size(), 2000u);
 }
 
 }  // namespace

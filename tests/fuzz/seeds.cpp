@@ -2,6 +2,8 @@
 
 #include <filesystem>
 
+#include "base/deferred_text.h"
+#include "base/translation.h"
 #include "batch/other_pictures_list.h"
 #include "codecs/file_format.h"
 #include "codecs/picbuf.h"
@@ -148,6 +150,10 @@ std::vector<std::string> SeedsOf(const FuzzTarget& target) {
                 "--errors=pixel\n-o\nout.csv\n-",
             std::string("\x02") + "--align\n--report\na.csv\nrecipe.txt\n--\na.png",
             std::string("\x04") + "a.png\n--format\njson"};
+  if (name == "decoder-text") {
+    const Translated later(DeferText);
+    return {Tr("%2 of %1, 5%", Tr("%1 rows", 3), "%2") + " (plain %1)"};
+  }
   if (name == "list")
     return {OtherPicturesText({{.File = "/pages/a.tif",
                                 .Is = OtherPicture::State::Doubtful,

@@ -12,6 +12,7 @@
 #include <map>
 #include <variant>
 
+#include "base/deferred_text.h"
 #include "base/number_pattern.h"
 #include "base/numbers.h"
 #include "base/run_time_error.h"
@@ -107,6 +108,11 @@ bool ReadsSettings(const FuzzTarget&, std::string_view input) {
   const std::vector<std::string> written = file.Lines;
   write(file);
   Promise(file.Lines == written, "settings that are written twice are written once");
+  return true;
+}
+
+bool ReadsDeferredText(const FuzzTarget&, std::string_view input) {
+  Promise(TranslateDeferred(input).size() <= 4000, "what a decoder says stays short");
   return true;
 }
 
@@ -273,11 +279,18 @@ bool ReadsCurve(const FuzzTarget&, std::string_view input) {
 
 const std::vector<FuzzTarget>& FuzzTargets() {
   static const std::vector<FuzzTarget> targets = [] {
-    std::vector<FuzzTarget> all = {
-        {"settings", ReadsSettings}, {"recipe", ReadsRecipe},   {"step", ReadsStep},
-        {"parts", ReadsParts},       {"project", ReadsProject}, {"journal", ReadsJournal},
-        {"number", ReadsNumber},     {"pattern", ReadsPattern}, {"command-line", ReadsCommandLine},
-        {"curve", ReadsCurve},       {"list", ReadsList}};
+    std::vector<FuzzTarget> all = {{"settings", ReadsSettings},
+                                   {"recipe", ReadsRecipe},
+                                   {"step", ReadsStep},
+                                   {"parts", ReadsParts},
+                                   {"project", ReadsProject},
+                                   {"journal", ReadsJournal},
+                                   {"number", ReadsNumber},
+                                   {"pattern", ReadsPattern},
+                                   {"command-line", ReadsCommandLine},
+                                   {"curve", ReadsCurve},
+                                   {"list", ReadsList},
+                                   {"decoder-text", ReadsDeferredText}};
     for (const char* type : {"tif", "tga", "bmp", "gif", "dib", "pcx", "jpg", "png", "webp"})
       all.push_back({std::string("picture-") + type, ReadsPicture});
     return all;
