@@ -61,8 +61,10 @@ std::optional<RecipeFile::Picture> ReadPicture(const std::vector<std::string>& w
     return std::nullopt;
   if (words[2] == "-") return words.size() == 4 ? std::optional(picture) : std::nullopt;
   if (words.size() != 8 || words[5] != "bytes" || words[6] != "crc32") return std::nullopt;
+  constexpr double kLargestFile = 1e15;  // bytes
   const auto bytes = WholeNumberText(words[4]);
-  if (!bytes || *bytes < 0 || words[7].size() != 8) return std::nullopt;
+  if (!bytes || !(*bytes >= 0 && *bytes <= kLargestFile) || words[7].size() != 8)
+    return std::nullopt;
   picture.Path = folder / words[2];
   picture.FileSize = static_cast<std::uintmax_t>(*bytes);
   picture.Checksum = words[7];

@@ -690,6 +690,7 @@ TEST_F(Batch, RecipesThatAreCutOffEditedOrNewerAreRefusedByTheirLine) {
       {good.substr(0, good.size() - 4), "line 9: the recipe was cut off"},
       {good.substr(0, good.find("76 58")), "line 9: the recipe was cut off"},
       {with("640x480", "640"), "line 2: this line does not describe picture 1"},
+      {with("38462 bytes", "1.5e32 bytes"), "line 2: this line does not describe picture 1"},
       {with("open 1", "open 2"), "line 3: \"open\" needs the number of one of the pictures"},
       {with("mode axisdef", "mode sleep"), "line 4: there is no mode \"sleep\""},
       {with("axis 0 70 430", "axis 0 seventy 430"), "line 5: \"seventy\" is no number"},

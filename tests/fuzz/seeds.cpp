@@ -151,8 +151,8 @@ std::vector<std::string> SeedsOf(const FuzzTarget& target) {
             std::string("\x02") + "--align\n--report\na.csv\nrecipe.txt\n--\na.png",
             std::string("\x04") + "a.png\n--format\njson"};
   if (name == "decoder-text") {
-    const Translated later(DeferText);
-    return {Tr("%2 of %1, 5%", Tr("%1 rows", 3), "%2") + " (plain %1)"};
+    const std::string rows = Fill(DeferText("%1 rows", -1), {"3"});
+    return {Fill(DeferText("%2 of %1, 5%", -1), {rows, "%2"}) + " (plain %1)"};
   }
   if (name == "list")
     return {OtherPicturesText({{.File = "/pages/a.tif",
