@@ -11,16 +11,6 @@ namespace graphize {
 
 namespace {
 
-template <typename Integer>
-Integer RoundedHalfToEven(double value) {
-  // The default rounding mode of nearbyint is half to even.
-  const double rounded = std::nearbyint(value);
-  const bool fits = rounded >= static_cast<double>(std::numeric_limits<Integer>::min()) &&
-                    rounded <= static_cast<double>(std::numeric_limits<Integer>::max());
-  if (!fits) throw RunTimeError("Overflow");
-  return static_cast<Integer>(rounded);
-}
-
 constexpr const char* kBlanks = " \t\r\n";
 
 template <typename Real>
@@ -91,12 +81,8 @@ std::optional<LeadingPart> FindLeadingPart(std::string_view all) {
 
 }  // namespace
 
-std::int16_t ToInt16(double value) {
-  return RoundedHalfToEven<std::int16_t>(value);
-}
-
-std::int32_t ToInt32(double value) {
-  return RoundedHalfToEven<std::int32_t>(value);
+void ThrowOverflow() {
+  throw RunTimeError("Overflow");
 }
 
 float ToSingle(double value) {

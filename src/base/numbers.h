@@ -1,16 +1,36 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
 
 namespace graphize {
 
+/// RunTimeError "Overflow".
+[[noreturn]] void ThrowOverflow();
+
+/// What ToInt16 and ToInt32 do, here because inner loops call them.
+template <typename Integer>
+Integer RoundedHalfToEven(double value) {
+  // From 2^52 on there are no fractions: the sum is rounded, in the default mode half to even.
+  constexpr double kNoFractions = 0x1.8p52;
+  const double rounded = value + kNoFractions - kNoFractions;
+  const bool fits = rounded >= static_cast<double>(std::numeric_limits<Integer>::min()) &&
+                    rounded <= static_cast<double>(std::numeric_limits<Integer>::max());
+  if (!fits) ThrowOverflow();
+  return static_cast<Integer>(rounded);
+}
+
 /// `value` rounded half to even. Throws RunTimeError "Overflow" when the result does not fit, which
 /// includes infinities and not-a-number.
-std::int16_t ToInt16(double value);
-std::int32_t ToInt32(double value);
+inline std::int16_t ToInt16(double value) {
+  return RoundedHalfToEven<std::int16_t>(value);
+}
+inline std::int32_t ToInt32(double value) {
+  return RoundedHalfToEven<std::int32_t>(value);
+}
 
 /// `value` in single precision; RunTimeError "Overflow" when it is too large for it.
 float ToSingle(double value);

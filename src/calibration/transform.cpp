@@ -86,6 +86,17 @@ RealPoint RefinedPointAt(const AxisCalibration& c, double x, double y) {
   Tell(desktop, fault, MessageIcon::Critical);
 }
 
+/// Whether log axes have no values: what is told, but for two log axes, whose refusal is silent.
+/// Beside Pixels2Real, too: linear axes have no such question.
+[[gnu::noinline]] bool IsRefused(const AxisCalibration& c, const Desktop& desktop) {
+  if (const char* fault = LogOriginFault(c)) {
+    if (!(c.XLog && c.YLog)) TellFault(desktop, fault);
+    return true;
+  }
+  if (const char* fault = LogPointFault(c)) throw RunTimeError(fault);
+  return false;
+}
+
 }  // namespace
 
 const char* LogOriginFault(const AxisCalibration& c) {
@@ -107,12 +118,7 @@ GraphValues ValuesAt(const AxisCalibration& c, float x, float y) {
 
 void Pixels2Real(const AxisCalibration& c, const Desktop& desktop, bool percent, float x, float y,
                  Reading& reading) {
-  if (const char* fault = LogOriginFault(c)) {
-    // With two log axes the refusal is silent.
-    if (!(c.XLog && c.YLog)) TellFault(desktop, fault);
-    return;
-  }
-  if (const char* fault = LogPointFault(c)) throw RunTimeError(fault);
+  if ((c.XLog || c.YLog) && IsRefused(c, desktop)) return;
   const GraphValues values = ValuesAt(c, x, y);
   Reading read{values.X, values.Y, reading.ErrorX, reading.ErrorY};
   SetError(XAxis(c), PerPixelOfX(c), read.X, percent, read.ErrorX);

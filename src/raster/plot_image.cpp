@@ -140,17 +140,6 @@ void FillDot(PlotImage& image, OverdrawnPixels& log, int x, int y, int width, Co
 
 }  // namespace
 
-void DirtyArea::Add(int left, int top, int right, int bottom) {
-  if (IsEmpty()) {
-    *this = {left, top, right, bottom};
-    return;
-  }
-  Left = std::min(Left, left);
-  Top = std::min(Top, top);
-  Right = std::max(Right, right);
-  Bottom = std::max(Bottom, bottom);
-}
-
 void SetPixel(PlotImage& image, int x, int y, Colour colour) {
   if (!image.Contains(x, y)) return;
   Overdraw(image, image.Marks, x, y, PixelOfColour(colour));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -18,7 +19,16 @@ struct DirtyArea {
   int Left = 1, Top = 1, Right = 0, Bottom = 0;  // inclusive
 
   bool IsEmpty() const { return Left > Right; }
-  void Add(int left, int top, int right, int bottom);
+  void Add(int left, int top, int right, int bottom) {
+    if (IsEmpty()) {
+      *this = {left, top, right, bottom};
+      return;
+    }
+    Left = std::min(Left, left);
+    Top = std::min(Top, top);
+    Right = std::max(Right, right);
+    Bottom = std::max(Bottom, bottom);
+  }
 };
 
 /// The picture the user works on. Base picture and working raster share `Pixels`: marks drawn on it

@@ -68,8 +68,7 @@ int ZoomedLength(double zoom, int pixels) {
   return pixels > 0 ? std::max(Ceil(pixels * zoom), 1) : 0;
 }
 
-int FirstPlaceOf(double zoom, int pixel) {
-  if (zoom == 1) return pixel;
+int FirstZoomedPlaceOf(double zoom, int pixel) {
   return Floor(pixel * zoom);
 }
 

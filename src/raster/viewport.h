@@ -37,7 +37,10 @@ void ScrollTo(Viewport& view, int x, int y);
 /// What a zoomed length of picture pixels takes, at least one.
 int ZoomedLength(double zoom, int pixels);
 /// The places of a picture pixel: below 1:1 it may share one with its neighbours.
-int FirstPlaceOf(double zoom, int pixel);
+int FirstZoomedPlaceOf(double zoom, int pixel);
+inline int FirstPlaceOf(double zoom, int pixel) {
+  return zoom == 1 ? pixel : FirstZoomedPlaceOf(zoom, pixel);
+}
 int LastPlaceOf(double zoom, int pixel);
 /// The place that a mark of a picture position stands on; whole positions are pixels' centres.
 int PlaceOfMark(double zoom, float position);
