@@ -29,7 +29,9 @@ CurvePanel::CurvePanel(const CurveList& curves, QWidget* parent)
   row->setContentsMargins(0, 0, 0, 0);
   row->setSpacing(3);
 
+  // It shows its first widget at once, which would be a window of its own without a parent.
   stack_ = new QStackedLayout;
+  row->addLayout(stack_, 1);
   box_ = Named(new QComboBox, "CMB_Curve", tr("Curve"));
   box_->setToolTip(tr("The curve that is worked on (Ctrl+Tab: the next one)"));
   box_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
@@ -41,7 +43,6 @@ CurvePanel::CurvePanel(const CurveList& curves, QWidget* parent)
   name_->installEventFilter(this);
   stack_->addWidget(box_);
   stack_->addWidget(name_);
-  row->addLayout(stack_, 1);
 
   shown_ = Named(new QCheckBox(tr("Shown")), "CHK_CurveShown");
   shown_->setToolTip(tr("Mark the curve's points on the picture, when there are several curves"));
