@@ -182,6 +182,12 @@ FileState StateOf(const Descriptor& file) {
           .Modified = status.st_mtim.tv_sec * kNanoseconds + status.st_mtim.tv_nsec};
 }
 
+std::optional<FileIdentity> IdentityOf(const fs::path& path) {
+  struct stat status = {};
+  if (stat(path.c_str(), &status) != 0) return {};
+  return FileIdentity{status.st_dev, status.st_ino};
+}
+
 std::error_code ReadAt(int file, std::uintmax_t offset, std::string& bytes) {
   std::size_t got = 0;
   while (got < bytes.size()) {

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -33,6 +35,14 @@ struct FileState {
   bool operator==(const FileState&) const = default;
 };
 FileState StateOf(const Descriptor& file);
+
+/// Which file a path leads to, also by links: of two paths the same where they lead to the same
+/// one. Nothing where there is none.
+struct FileIdentity {
+  std::uint64_t Device = 0, Number = 0;
+  auto operator<=>(const FileIdentity&) const = default;
+};
+std::optional<FileIdentity> IdentityOf(const std::filesystem::path& path);
 
 /// The bytes of an open file from `offset` on, as many as `bytes` holds; it is cut to what there
 /// is.

@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <atomic>
 #include <exception>
+#include <map>
 #include <mutex>
 #include <new>
 #include <ostream>
+#include <set>
 #include <system_error>
 #include <thread>
 
@@ -52,20 +54,22 @@ std::vector<fs::path> FilesFor(const std::string& option, const std::string& tar
   if (several && target == "-") throw UsageError(option + " -: several pictures need a folder");
   const bool folder =
       target != "-" && (several || target.ends_with('/') || fs::is_directory(target, ignored));
+  std::set<FileIdentity> read;
+  for (const auto* some : {&pictures, &inputs})
+    for (const fs::path& input : *some)
+      if (const auto identity = IdentityOf(input)) read.insert(*identity);
   std::vector<fs::path> files;
+  std::map<fs::path, fs::path> pictureOf;  // of each file
   for (const fs::path& picture : pictures) {
     const fs::path stem = picture == "-" ? "stdin" : picture.stem();
     const fs::path file =
         folder ? fs::path(target) / fs::path(stem).concat(extension) : fs::path(target);
-    const auto twin = std::find(files.begin(), files.end(), file);
-    if (twin != files.end())
+    const auto [twin, isNew] = pictureOf.emplace(file, picture);
+    if (!isNew)
       throw UsageError("two pictures would be written to \"" + file.string() + "\": \"" +
-                       pictures[twin - files.begin()].string() + "\" and \"" + picture.string() +
-                       "\"");
-    const auto isFile = [&](const fs::path& input) { return fs::equivalent(input, file, ignored); };
-    for (const auto* read : {&pictures, &inputs})
-      if (std::any_of(read->begin(), read->end(), isFile))
-        throw UsageError(option + " would replace the input \"" + file.string() + "\"");
+                       twin->second.string() + "\" and \"" + picture.string() + "\"");
+    if (const auto old = IdentityOf(file); old && read.contains(*old))
+      throw UsageError(option + " would replace the input \"" + file.string() + "\"");
     files.push_back(file);
   }
   return files;

@@ -112,6 +112,20 @@ TEST(WholeFile, LinksAndPermissionsSurvive) {
   EXPECT_EQ(ReplaceWholeFile(folder / "circle", "new"), std::errc::too_many_symbolic_link_levels);
 }
 
+TEST(WholeFile, TheSameFileIsKnownByAnyOfItsPaths) {
+  const TemporaryFolder folder;
+  for (const char* name : {"a", "b"}) ASSERT_FALSE(ReplaceWholeFile(folder / name, "same bytes"));
+  fs::create_symlink("a", folder / "link");
+  fs::create_hard_link(folder / "a", folder / "twin");
+  fs::create_symlink("none", folder / "broken");
+  const auto a = IdentityOf(folder / "a");
+  ASSERT_TRUE(a);
+  for (const char* path : {"link", "twin", "./a"}) EXPECT_EQ(IdentityOf(folder / path), a) << path;
+  EXPECT_NE(IdentityOf(folder / "b"), a);
+  for (const char* path : {"none", "broken", "a/b"})
+    EXPECT_FALSE(IdentityOf(folder / path)) << path;
+}
+
 TEST(WholeFile, OnlyWhatAKilledRunHasLeftIsRemoved) {
   const TemporaryFolder folder;
   for (const char* name : {"0", "1", "3", "5", "other"})
