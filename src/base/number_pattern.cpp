@@ -1,7 +1,6 @@
 #include "base/number_pattern.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <cmath>
 
@@ -47,12 +46,14 @@ Places TakeApart(std::string_view pattern) {
   return places;
 }
 
-/// |value| with `decimals` fraction digits in fixed notation; exact, halves to even.
-std::string FixedText(double value, int decimals) {
-  std::array<char, 512> buffer;
-  const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
-                                          std::chars_format::fixed, decimals);
-  return std::string(buffer.data(), end);
+/// With `decimals` digits behind the point, exact, halves to even. A pattern may have any number.
+std::string TextOf(double value, std::chars_format notation, int decimals) {
+  constexpr std::size_t kBefore = 330;  // the digits before the point, sign and exponent
+  std::string text(kBefore + static_cast<std::size_t>(decimals), '\0');
+  const auto [end, error] =
+      std::to_chars(text.data(), text.data() + text.size(), value, notation, decimals);
+  text.resize(static_cast<std::size_t>(end - text.data()));
+  return text;
 }
 
 /// Puts the digits of a fixed text ("12.50") into the places: pads or drops leading zeros, drops
@@ -76,10 +77,7 @@ std::string WithExponent(double magnitude, const Places& places) {
   std::string digits;
   const int wanted = integerDigits + places.Fraction;
   if (magnitude > 0) {
-    std::array<char, 512> buffer;
-    const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), magnitude,
-                                            std::chars_format::scientific, wanted - 1);
-    const std::string text(buffer.data(), end);
+    const std::string text = TextOf(magnitude, std::chars_format::scientific, wanted - 1);
     const std::size_t e = text.find('e');
     std::from_chars(text.data() + e + (text[e + 1] == '+' ? 2 : 1), text.data() + text.size(),
                     exponent);
@@ -106,8 +104,10 @@ std::string FormatNumber(float value, std::string_view pattern) {
   if (std::isinf(value)) return negative ? "-Inf" : "Inf";
   const Places places = TakeApart(pattern);
   const double magnitude = std::fabs(static_cast<double>(value));
-  std::string text = places.Exponent ? WithExponent(magnitude, places)
-                                     : IntoPlaces(FixedText(magnitude, places.Fraction), places);
+  std::string text =
+      places.Exponent
+          ? WithExponent(magnitude, places)
+          : IntoPlaces(TextOf(magnitude, std::chars_format::fixed, places.Fraction), places);
   return (negative && value != 0 ? "-" : "") + text;
 }
 

@@ -100,7 +100,7 @@ PlotSurroundings FindSurroundings(const Raster& picture, PictureOperation& opera
   turn = FrameOf({}, picture.Width(), picture.Height());
   InkImage ink = InkOf(picture, operation);
   if (operation.Stopped) return found;
-  const PageTurn page = FindTurn(ink);
+  const PageTurn page = FindTurn(ink, operation);
   // Less than a pixel over the whole picture is no turn.
   const bool isTurned = std::fabs(page.Angle) * std::max(ink.Width, ink.Height) > 1;
   if (isTurned) {

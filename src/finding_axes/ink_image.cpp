@@ -72,7 +72,8 @@ InkImage InkOf(const Raster& picture, PictureOperation& operation) {
   if (factor > 1) small = Reduced(picture, factor, operation);
   if (operation.Stopped) return {};
   const Raster& from = factor > 1 ? small : picture;
-  const Paper paper = PaperOf(from);
+  const Paper paper = PaperOf(from, &operation);
+  if (operation.Stopped) return {};
   InkImage ink;
   ink.Width = from.Width();
   ink.Height = from.Height();

@@ -120,7 +120,7 @@ InkImage Coarse(const InkImage& ink, int side) {
   return coarse;
 }
 
-double RoughAngle(const InkImage& ink) {
+double RoughAngle(const InkImage& ink, const PictureOperation& operation) {
   const InkImage coarse = Coarse(ink, 900);
   const Projection level(coarse), upright(Transposed(coarse));
   const auto score = [&](double degrees) {
@@ -130,7 +130,7 @@ double RoughAngle(const InkImage& ink) {
   const double straight = score(0);
   double best = 0, most = straight;
   const auto look = [&](double from, double to, double step) {
-    for (double degrees = from; degrees <= to; degrees += step)
+    for (double degrees = from; degrees <= to && !operation.Stopped; degrees += step)
       if (const double s = score(degrees); s > most) {
         most = s;
         best = degrees;
@@ -236,15 +236,15 @@ LineSet FindLongLines(const InkImage& upright) {
   return {LevelLines(upright), LevelLines(Transposed(upright))};
 }
 
-PageTurn FindTurn(const InkImage& ink) {
-  PageTurn turn{RoughAngle(ink), 0};
+PageTurn FindTurn(const InkImage& ink, const PictureOperation& operation) {
+  PageTurn turn{RoughAngle(ink, operation), 0};
   // Curves alone may look like lines that are turned: these must be longer than those there are.
   if (std::fabs(turn.Angle) > 0.15 * kDegree) {
     const double turned = LongestLines(Upright(ink, turn.Angle, 0));
     if (turned < 0.4 * std::min(ink.Width, ink.Height) || turned < 1.3 * LongestLines(ink))
       turn.Angle = 0;
   }
-  for (int round = 0; round < 2; ++round) {
+  for (int round = 0; round < 2 && !operation.Stopped; ++round) {
     const bool straight = turn.Angle == 0 && turn.Skew == 0;
     const InkImage upright = straight ? ink : Upright(ink, turn.Angle, turn.Skew);
     const InkImage across = Transposed(upright);

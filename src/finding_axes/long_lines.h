@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "finding_axes/ink_image.h"
+#include "raster/picture_operation.h"
 
 namespace graphize {
 
@@ -34,7 +35,8 @@ struct PageTurn {
 };
 
 /// From -8 to 8 degrees: shear and score projections (Postl 1986), then the longest lines followed
-/// to a part of a pixel. None where straight lines do not speak for it.
-PageTurn FindTurn(const InkImage& ink);
+/// to a part of a pixel. None where straight lines do not speak for it. A stopped operation gives
+/// what there is.
+PageTurn FindTurn(const InkImage& ink, const PictureOperation& operation);
 
 }  // namespace graphize

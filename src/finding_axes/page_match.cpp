@@ -104,7 +104,7 @@ UprightPage UprightPageOf(const Raster& picture, PictureOperation& operation) {
   UprightPage page;
   page.Ink = InkOf(picture, operation);
   if (operation.Stopped || page.Ink.Values.empty()) return {};
-  const PageTurn turn = FindTurn(page.Ink);
+  const PageTurn turn = FindTurn(page.Ink, operation);
   if (operation.Stopped) return {};
   if (turn.Angle != 0) {
     page.Upright = Upright(page.Ink, turn.Angle, 0);

@@ -248,7 +248,7 @@ AxesProposal ProposeAxes(const Raster& picture, PictureOperation& operation,
   operation.To = 0.2;
   InkImage ink = InkOf(picture, operation);
   if (operation.Stopped) return stopped();
-  const PageTurn turn = FindTurn(ink);
+  const PageTurn turn = FindTurn(ink, operation);
   operation.Advance(1);
   if (operation.Stopped) return stopped();
   if (turn.Angle != 0 || turn.Skew != 0) ink = Upright(ink, turn.Angle, turn.Skew);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <string>
 #include <tuple>
 
 namespace graphize {
@@ -54,6 +55,13 @@ TEST(NumberPattern, ValuesByPatterns) {
   };
   for (const auto& [value, pattern, expected] : cases)
     EXPECT_EQ(FormatNumber(value, pattern), expected) << value << " by " << pattern;
+  for (const std::size_t places : {400, 510, 511, 600, 5000}) {
+    const std::string zeros(places, '0');
+    EXPECT_EQ(FormatNumber(0.5f, "0." + zeros), "0.5" + zeros.substr(1));
+    EXPECT_EQ(FormatNumber(0.5f, "0." + zeros + "E+0"), "5." + zeros + "E-1");
+    EXPECT_EQ(FormatNumber(2, zeros + "E+0"),
+              "2" + zeros.substr(1) + "E-" + std::to_string(places - 1));
+  }
   EXPECT_EQ(FormatNumber(NAN, "0.0"), "NaN");
   EXPECT_EQ(FormatNumber(-INFINITY, "0.0E+00"), "-Inf");
 }
