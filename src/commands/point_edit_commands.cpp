@@ -146,8 +146,9 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const MovePointsStep& step) {
 
 Outcome Run(Workspace& ws, const Desktop& desktop, const DeletePointsStep& step) {
   std::vector<MarkedPixel> traced;
-  for (const PointId id : step.Points.Ids())
-    if (HasPlace(ws.store, id))
+  // Not the step's own ids: a recipe may name billions that there are not.
+  for (PointId id = 1; id < ws.store.Places.size(); ++id)
+    if (step.Points.Has(id) && HasPlace(ws.store, id))
       traced.push_back({ToInt32(ws.store.Places[id].Column), ToInt32(ws.store.Places[id].Row)});
   const std::string refusal = DeletePoints(ws.store, ws.commands, step.Points, ws.plot.Height());
   if (!refusal.empty()) return Refuse(desktop, refusal);
