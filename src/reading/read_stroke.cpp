@@ -47,12 +47,15 @@ void HideBesideCrowds(std::vector<StrokeSample>& samples) {
 Followed Follow(InkMap& map, const InkBlends& blends, PathPixel start, const PathCosts& costs,
                 const std::vector<PathPixel>& through, const PictureOperation& operation) {
   Followed followed;
-  followed.Kind = KindOf(map, FindPath(map, start, costs, through, operation));
+  const std::vector<PathPixel> roughly = FindPath(map, start, costs, through, operation);
+  if (operation.Stopped) return followed;
+  followed.Kind = KindOf(map, roughly);
   const auto half = [&](int step) {
     return FollowThroughCrossings(map, start, step, costs, through, followed.Kind, operation,
                                   followed.Walls, followed.Doubts);
   };
   const HalfStroke left = half(-1), right = half(1);
+  if (operation.Stopped) return followed;
   std::vector<PathPixel> path(left.Path.rbegin(), left.Path.rend());
   path.insert(path.end(), right.Path.begin() + 1, right.Path.end());
   followed.Samples = SamplesOf(map, path, followed.Kind, &blends);
@@ -191,9 +194,11 @@ Followed FollowSomehow(InkMap& map, const InkBlends& blends, PathPixel start,
                        const ReadingRequest& request, const PictureOperation& operation) {
   const std::vector<PathPixel>& through = request.Through;
   Followed followed = Follow(map, blends, start, kSolidStroke, through, operation);
+  if (operation.Stopped) return followed;
   if (2 * followed.Samples.size() < static_cast<std::size_t>(map.Width)) {
     followed.Walls.TakeDown(map);
     Followed broken = Follow(map, blends, start, kBrokenStroke, through, operation);
+    if (operation.Stopped) return broken;
     if (100 * broken.Seen() > 115 * followed.Seen()) {
       followed = std::move(broken);
     } else {
@@ -208,6 +213,7 @@ Followed FollowSomehow(InkMap& map, const InkBlends& blends, PathPixel start,
   Followed free;
   free.Kind = followed.Kind;
   const FreePath path = FollowFreely(map, start, free.Kind, operation);
+  if (operation.Stopped) return free;
   // Where two curves end at one place, the way from one to the other is a tip.
   if (path.Path.size() > 1 && TurnsBack(path.Path, free.Kind) && (path.IsClosed || !path.HasTip)) {
     free.Samples = SamplesOf(map, path.Path, free.Kind, &blends);

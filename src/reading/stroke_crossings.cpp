@@ -141,9 +141,11 @@ class Crossings {
 
   HalfStroke Follow(PathPixel start, MapWalls& walls, std::vector<std::string>& doubts) {
     HalfStroke half;
-    SampledPath path(map_, FindHalfPath(map_, start, step_, costs_, through_, operation_), kind_);
+    half.Path = WayFrom(start, std::numeric_limits<int>::max());
+    if (operation_.Stopped) return half;
+    SampledPath path(map_, half.Path, kind_);
     // The turns of a noisy record are no crossings.
-    if (ToleranceOf(path.Samples(), kind_).IsData) return {path.Path(), {}};
+    if (ToleranceOf(path.Samples(), kind_).IsData) return half;
     int from = 0;
     for (int round = 0; round < kMostCrossings && !operation_.Stopped; ++round) {
       auto crossing = NextCrossing(map_, kind_, path.Samples(), from);
