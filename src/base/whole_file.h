@@ -1,6 +1,5 @@
 #pragma once
 
-#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -40,7 +39,11 @@ FileState StateOf(const Descriptor& file);
 /// one. Nothing where there is none.
 struct FileIdentity {
   std::uint64_t Device = 0, Number = 0;
-  auto operator<=>(const FileIdentity&) const = default;
+
+  bool operator==(const FileIdentity&) const = default;
+  bool operator<(const FileIdentity& other) const {
+    return Device != other.Device ? Device < other.Device : Number < other.Number;
+  }
 };
 std::optional<FileIdentity> IdentityOf(const std::filesystem::path& path);
 
