@@ -154,6 +154,7 @@ RecipeFile ReadRecipe(std::string_view text, const fs::path& folder) {
     }
     const auto words = Tokenize(line);
     if (!words) throw LineError(number, "a quotation mark is missing");
+    if (words->empty()) continue;  // tabs
     if (words->front() == "points") {
       if (words->size() == 2) recipe.Points = IntegerText((*words)[1], 0, 32767);
       if (!recipe.Points) throw LineError(number, "this line does not tell the number of points");

@@ -714,6 +714,8 @@ TEST_F(Batch, RecipesThatAreCutOffEditedOrNewerAreRefusedByTheirLine) {
     EXPECT_TRUE(IsTold("a.recipe: " + told)) << told;
     EXPECT_FALSE(std::filesystem::exists(folder / "out.dat"));
   }
+  test::WriteBytes(folder / "a.recipe", with("open 1\n", "\t\t\n \t\nopen 1\n"));
+  EXPECT_EQ(Run({"replay", At("a.recipe"), Pendulum(), "-o", "-"}), 0) << err.str();
   test::WriteBytes(folder / "a.recipe", good);
   EXPECT_EQ(Run({"replay", At("a.recipe"), "-o", "-"}), 1);
   EXPECT_TRUE(IsTold("is not the one that the recipe was made on (38462 bytes"));
