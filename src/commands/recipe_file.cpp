@@ -133,7 +133,8 @@ std::string RecipeText(const Recipe& recipe, int rows, const fs::path& folder) {
 
 RecipeFile ReadRecipe(std::string_view text, const fs::path& folder) {
   RecipeFile recipe;
-  const bool whole = text.substr(0, text.find_last_not_of(" \r\n") + 1).ends_with("\nend");
+  constexpr const char* kBlanks = " \t\r\n";
+  const bool whole = text.substr(0, text.find_last_not_of(kBlanks) + 1).ends_with("\nend");
   bool ended = false;
   int number = 0;
   while (!text.empty()) {
@@ -146,7 +147,7 @@ RecipeFile ReadRecipe(std::string_view text, const fs::path& folder) {
       CheckFirstLine(line);
       continue;
     }
-    if (line.empty() || line[0] == '#') continue;
+    if (line.find_first_not_of(kBlanks) == line.npos || line[0] == '#') continue;
     if (ended) throw LineError(number, "there is more behind the line \"end\"");
     if (line == "end") {
       ended = true;
@@ -154,7 +155,6 @@ RecipeFile ReadRecipe(std::string_view text, const fs::path& folder) {
     }
     const auto words = Tokenize(line);
     if (!words) throw LineError(number, "a quotation mark is missing");
-    if (words->empty()) continue;  // tabs
     if (words->front() == "points") {
       if (words->size() == 2) recipe.Points = IntegerText((*words)[1], 0, 32767);
       if (!recipe.Points) throw LineError(number, "this line does not tell the number of points");

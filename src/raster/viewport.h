@@ -36,8 +36,9 @@ void ScrollTo(Viewport& view, int x, int y);
 
 /// What a zoomed length of picture pixels takes, at least one.
 int ZoomedLength(double zoom, int pixels);
-/// The places of a picture pixel: below 1:1 it may share one with its neighbours.
+/// What FirstPlaceOf does but at 1:1, where inner loops call it.
 int FirstZoomedPlaceOf(double zoom, int pixel);
+/// The places of a picture pixel: below 1:1 it may share one with its neighbours.
 inline int FirstPlaceOf(double zoom, int pixel) {
   return zoom == 1 ? pixel : FirstZoomedPlaceOf(zoom, pixel);
 }

@@ -25,49 +25,47 @@ class Repeats : public QObject {
   }
 };
 
-class StoppingKey : public WindowTest {};
+class StoppingKey : public WindowTest {
+ protected:
+  StoppingKey() {
+    window.show();
+    Until([&] { return window.isActiveWindow(); }, "the window is active");
+  }
+  static bool IsOpen() { return QApplication::activeModalWidget() != nullptr; }
 
-TEST_F(StoppingKey, DoesNotCloseTheBoxThatOpensWhileItIsHeld) {
   QWidget window;
-  window.show();
-  Until([&] { return window.isActiveWindow(); }, "the window is active");
   const PlotImage image;
   const Viewport view;
-  PlotView plot(image, view, {}, &window);
-  QtDesktop desktop(&window, &plot, [] {});
+  PlotView plot{image, view, {}, &window};
+  QtDesktop desktop{&window, &plot, [] {}};
+};
+
+TEST_F(StoppingKey, DoesNotCloseTheBoxThatOpensWhileItIsHeld) {
   const Repeats repeats;
   desktop.BeginCommand();
   Xdo({"keydown", "Escape"});
   EXPECT_TRUE(desktop.Callbacks().EscapeHeld());
 
   bool openWhileHeld = false, openAfterwards = false;
-  const auto isOpen = [] { return QApplication::activeModalWidget() != nullptr; };
   QTimer timer;
   QObject::connect(&timer, &QTimer::timeout, &window, [&] {
-    if (!isOpen() || !QApplication::activeModalWidget()->isActiveWindow()) return;
+    if (!IsOpen() || !QApplication::activeModalWidget()->isActiveWindow()) return;
     timer.stop();
     const int before = repeats.Count;
-    Until([&] { return !isOpen() || repeats.Count >= before + 10; }, "the key repeats");
-    openWhileHeld = isOpen();
+    Until([&] { return !IsOpen() || repeats.Count >= before + 10; }, "the key repeats");
+    openWhileHeld = IsOpen();
     Xdo({"keyup", "Escape"});
-    openAfterwards = isOpen();
+    openAfterwards = IsOpen();
     Xdo({"key", "Escape"});
   });
   timer.start(20);
   desktop.Callbacks().ShowMessage({.Text = "The store is full"});
   EXPECT_TRUE(openWhileHeld);
   EXPECT_TRUE(openAfterwards) << "and its release";
-  EXPECT_FALSE(isOpen()) << "a press of its own closes it";
+  EXPECT_FALSE(IsOpen()) << "a press of its own closes it";
 }
 
 TEST_F(StoppingKey, ItsPressesThatDoNotSayTheyAreRepeatsAreDroppedToo) {
-  QWidget window;
-  window.show();
-  Until([&] { return window.isActiveWindow(); }, "the window is active");
-  const PlotImage image;
-  const Viewport view;
-  PlotView plot(image, view, {}, &window);
-  QtDesktop desktop(&window, &plot, [] {});
   const auto event = [](QEvent::Type type, quint64 at) {
     auto* key = new QKeyEvent(type, Qt::Key_Escape, Qt::NoModifier);
     key->setTimestamp(at);
@@ -82,7 +80,6 @@ TEST_F(StoppingKey, ItsPressesThatDoNotSayTheyAreRepeatsAreDroppedToo) {
   desktop.Callbacks().ShowNow();
   EXPECT_TRUE(desktop.Callbacks().EscapeHeld());
 
-  const auto isOpen = [] { return QApplication::activeModalWidget() != nullptr; };
   QTimer timer;
   timer.setSingleShot(true);
   QObject::connect(&timer, &QTimer::timeout, &window, [&] {
@@ -91,13 +88,13 @@ TEST_F(StoppingKey, ItsPressesThatDoNotSayTheyAreRepeatsAreDroppedToo) {
       send(QEvent::ShortcutOverride, at);
       send(QEvent::KeyPress, at);
     }
-    EXPECT_TRUE(isOpen()) << "a key that repeats";
+    EXPECT_TRUE(IsOpen()) << "a key that repeats";
     send(QEvent::KeyRelease, 1560);
-    EXPECT_TRUE(isOpen());
+    EXPECT_TRUE(IsOpen());
     send(QEvent::ShortcutOverride, 1700);
     send(QEvent::KeyPress, 1700);
-    EXPECT_FALSE(isOpen()) << "a press of its own";
-    if (isOpen()) QApplication::activeModalWidget()->close();
+    EXPECT_FALSE(IsOpen()) << "a press of its own";
+    if (IsOpen()) QApplication::activeModalWidget()->close();
   });
   timer.start(50);
   desktop.Callbacks().ShowMessage({.Text = "The store is full"});

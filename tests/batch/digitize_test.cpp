@@ -714,7 +714,7 @@ TEST_F(Batch, RecipesThatAreCutOffEditedOrNewerAreRefusedByTheirLine) {
     EXPECT_TRUE(IsTold("a.recipe: " + told)) << told;
     EXPECT_FALSE(std::filesystem::exists(folder / "out.dat"));
   }
-  test::WriteBytes(folder / "a.recipe", with("open 1\n", "\t\t\n \t\nopen 1\n"));
+  test::WriteBytes(folder / "a.recipe", with("open 1\n", "\t\t\n \t\nopen 1\n") + "\t\n");
   EXPECT_EQ(Run({"replay", At("a.recipe"), Pendulum(), "-o", "-"}), 0) << err.str();
   test::WriteBytes(folder / "a.recipe", good);
   EXPECT_EQ(Run({"replay", At("a.recipe"), "-o", "-"}), 1);

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <functional>
 #include <limits>
@@ -183,19 +184,27 @@ TEST(ReadCurve, SaysWhatWasClickedInsteadOfACurve) {
 
 TEST(ReadCurve, AClickWhereTwoColoursCrossReadsOneOfThem) {
   Plot plot;
-  const auto wave = plot.Curve(Wave, {.Thickness = 1.2}, kBlue);
-  const auto rising = plot.Curve(Rising, {.Thickness = 1.2}, kRed);
-  int crossings = 0;
-  for (std::size_t i = 0; i < wave.size(); ++i) {
-    const auto near = std::ranges::min_element(rising, {}, [&](const PixelPosition& at) {
-      return std::hypot(at.X - wave[i].X, at.Y - wave[i].Y);
+  plot.Curve(Wave, {.Thickness = 2}, kBlue);
+  plot.Curve(Rising, {.Thickness = 2}, kRed);
+  // Where the red's edge lies on the blue, both in about equal parts.
+  const auto is_blend = [](std::uint32_t pixel) {
+    return std::ranges::all_of(std::array{0, 8, 16}, [&](int shift) {
+      const auto part = [&](std::uint32_t colour) {
+        return static_cast<int>(colour >> shift & 255);
+      };
+      const int blue = part(kBlue), red = part(kRed), value = part(pixel);
+      return std::abs(2 * value - blue - red) * 3 <= std::max(std::abs(blue - red), 60);
     });
-    if (std::hypot(near->X - wave[i].X, near->Y - wave[i].Y) > 0.5) continue;
-    const CurveReading reading = plot.Read(wave[i]);
-    EXPECT_GT(reading.Points.size(), 200u) << reading.Refusal;
-    ++crossings;
-  }
-  EXPECT_GT(crossings, 0);
+  };
+  int blends = 0;
+  for (int y = 0; y < plot.Picture.Height(); ++y)
+    for (int x = 0; x < plot.Picture.Width(); ++x) {
+      if (!is_blend(plot.Picture.Row(y)[x])) continue;
+      ++blends;
+      const CurveReading reading = plot.Read({1.0 * x, 1.0 * y});
+      EXPECT_GT(reading.Points.size(), 200u) << x << ", " << y << ": " << reading.Refusal;
+    }
+  EXPECT_GT(blends, 0);
 }
 
 TEST(ReadCurve, TellsWhatItDoesNotSeeAndWhatItLeavesOut) {
