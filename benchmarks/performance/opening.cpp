@@ -1,5 +1,6 @@
 // What is measured of opening pictures.
 
+#include "base/temporary_folder.h"
 #include "page_files.h"
 #include "performance/measure.h"
 
@@ -28,8 +29,9 @@ constexpr PageType kTypes[] = {{"tif", "TIFF, 1 bit, LZW", 0.25},
 double PeakInRasters(const std::filesystem::path& programs) {
   double peak = 0;
   for (const PageType& type : kTypes) {
-    const std::string said =
-        OutputOf({(programs / "whole_window").string(), Pages()[type.Name].string()});
+    const TemporaryFolder folder;
+    const std::string said = OutputOf({(programs / "whole_window").string(), folder.Path().string(),
+                                       Pages()[type.Name].string()});
     const std::size_t at = said.find("peak ");
     if (at != said.npos) peak = std::max(peak, std::stod(said.substr(at + 5)));
   }

@@ -1,6 +1,7 @@
-// whole_window               ends after the first paint of Graphize's window
-// whole_window PICTURE       opens the picture, prints the process's memory, and times moves of the
-//                            mouse and scrolling on it
+// whole_window FOLDER            ends after the first paint of Graphize's window; FOLDER is for its
+//                                settings and sessions
+// whole_window FOLDER PICTURE    opens the picture, prints the process's memory, and times moves of
+//                                the mouse and scrolling on it
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -8,13 +9,14 @@
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QScrollBar>
-#include <QTemporaryDir>
 #include <QTimer>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 
 #include "app/fonts.h"
 #include "app/main_window.h"
+#include "app/program_style.h"
 #include "process_memory.h"
 
 namespace {
@@ -73,21 +75,19 @@ void Measure(graphize::MainWindow& window, double before) {
 int main(int argc, char** argv) {
   const std::jthread fonts = graphize::ReadFonts();
   QApplication application(argc, argv);
-  QTemporaryDir folder;
-  graphize::MainWindow window(
-      {.Settings = folder.filePath(QStringLiteral("graphize.ini")).toStdString(),
-       .StartFolder = {},
-       .Help = {},
-       .Sessions = folder.filePath(QStringLiteral("sessions")).toStdString()});
+  graphize::SetLook();
+  if (argc < 2) return 2;
+  const std::filesystem::path folder = argv[1];
+  graphize::MainWindow window({.Settings = folder / "graphize.ini",
+                               .StartFolder = {},
+                               .Help = {},
+                               .Sessions = folder / "sessions"});
   AfterFirstPaint first;
   window.installEventFilter(&first);
   first.Then = [&] {
-    if (argc < 2) {
-      folder.remove();
-      EndAtOnce();
-    }
+    if (argc < 3) EndAtOnce();
     const double before = graphize::StatusBytes("VmRSS:");
-    window.OpenWhenShown({argv[1]});
+    window.OpenWhenShown({argv[2]});
     auto* poll = new QTimer(&window);
     QObject::connect(poll, &QTimer::timeout, &window, [&window, before, poll] {
       // A picture in colours stays so.

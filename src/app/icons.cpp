@@ -146,11 +146,14 @@ void BlockTest(const Pen& d) {
 }
 
 void DrawErase(const Pen& d) {
-  d.Stroke(d.ink);
-  d.p.setBrush(kAmber);
+  d.Fill(kAmber);
   d.p.drawPolygon(QPolygonF({{8, 12}, {17, 3}, {21, 7}, {12, 16}}));
-  d.p.setBrush(QColor(0xf0, 0xa0, 0xa8));
+  d.Fill(QColor(0xf0, 0xa0, 0xa8));
   d.p.drawPolygon(QPolygonF({{8, 12}, {12, 16}, {9, 19}, {6.5, 19}, {4.5, 17}, {4.5, 15.5}}));
+  d.Stroke(d.ink);
+  d.Lines({{8, 12, 17, 3}, {17, 3, 21, 7}, {21, 7, 12, 16}, {8, 12, 12, 16}});
+  d.Lines({{8, 12, 4.5, 15.5}, {4.5, 15.5, 4.5, 17}, {4.5, 17, 6.5, 19}});
+  d.Lines({{6.5, 19, 9, 19}, {9, 19, 12, 16}});
   d.Stroke(kGrey);
   d.Lines({{3, 21.5, 20, 21.5}});
 }
@@ -189,6 +192,11 @@ void CurveRename(const Pen& d) {
   d.p.drawPolygon(QPolygonF({{5, 15}, {16, 4}, {20, 8}, {9, 19}, {4, 20}}));
 }
 
+void More(const Pen& d) {
+  d.Stroke(d.ink, 2.4);
+  for (const qreal x : {5, 12}) d.p.drawPolyline(QPolygonF({{x, 5}, {x + 7, 12}, {x, 19}}));
+}
+
 void CurveDelete(const Pen& d) {
   d.Stroke(kRed, 3);
   d.Lines({{5, 5, 19, 19}, {19, 5, 5, 19}});
@@ -225,6 +233,7 @@ DrawIcon DrawingOf(std::string_view key) {
       {"newcurve", CurveNew},
       {"renamecurve", CurveRename},
       {"deletecurve", CurveDelete},
+      {"more", More},
   };
   for (const auto& [name, draw] : kDrawings)
     if (name == key) return draw;

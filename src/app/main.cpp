@@ -17,11 +17,11 @@
 #include "app/fonts.h"
 #include "app/language.h"
 #include "app/main_window.h"
+#include "app/program_style.h"
 #include "base/child_process.h"
 #include "batch/batch.h"
 #include "codecs/picbuf.h"
 #include "scanner/scanner.h"
-#include "widgets/clear_indicators.h"
 
 namespace {
 
@@ -74,7 +74,7 @@ int RunWindow(int argc, char** argv) {
   qInstallMessageHandler(TellOnlyTheEnd);
   QApplication application(argc, argv);
   qInstallMessageHandler(nullptr);
-  QApplication::setStyle(new graphize::ClearIndicators);
+  graphize::SetLook();
   QApplication::setApplicationName(QStringLiteral("Graphize"));
   QApplication::setDesktopFileName(QStringLiteral("graphize"));
 

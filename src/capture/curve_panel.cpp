@@ -1,7 +1,6 @@
 #include "capture/curve_panel.h"
 
 #include <QCheckBox>
-#include <QComboBox>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -11,6 +10,7 @@
 #include <QToolButton>
 #include <utility>
 
+#include "widgets/short_combo_box.h"
 #include "widgets/show.h"
 #include "widgets/swatch.h"
 
@@ -32,10 +32,8 @@ CurvePanel::CurvePanel(const CurveList& curves, QWidget* parent)
   // It shows its first widget at once, which would be a window of its own without a parent.
   stack_ = new QStackedLayout;
   row->addLayout(stack_, 1);
-  box_ = Named(new QComboBox, "CMB_Curve", tr("Curve"));
+  box_ = Named(new ShortComboBox(7), "CMB_Curve", tr("Curve"));
   box_->setToolTip(tr("The curve that is worked on (Ctrl+Tab: the next one)"));
-  box_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-  box_->setMinimumContentsLength(7);
   box_->setIconSize(QSize(kSwatch, kSwatch));
   box_->installEventFilter(this);
   name_ = Named(new QLineEdit, "TXT_CurveName", tr("Name of the curve"));

@@ -1,7 +1,6 @@
 #include "tracing/tracer_panel.h"
 
 #include <QCheckBox>
-#include <QComboBox>
 #include <QEvent>
 #include <QGridLayout>
 #include <QLabel>
@@ -11,6 +10,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "widgets/short_combo_box.h"
 #include "widgets/show.h"
 #include "widgets/up_down.h"
 
@@ -100,12 +100,9 @@ TracerPanel::TracerPanel(int largestBlock, QWidget* parent)
 void TracerPanel::MakeBoxes() {
   const auto box = [](const char* name, const QString& caption, const QString& tip,
                       const QStringList& choices) {
-    auto* made = Named(new QComboBox, name, caption);
+    auto* made = Named(new ShortComboBox(9), name, caption);
     made->setToolTip(tip);
     made->addItems(choices);
-    // The choices may be wider than the panel; the list that opens is not.
-    made->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    made->setMinimumContentsLength(9);
     made->setFocusPolicy(Qt::TabFocus);
     return made;
   };

@@ -12,6 +12,7 @@
 #include <QProgressBar>
 #include <QRadioButton>
 #include <QRegularExpression>
+#include <QScrollBar>
 #include <QStatusBar>
 #include <QTabBar>
 #include <QTabWidget>
@@ -21,6 +22,7 @@
 #include <fstream>
 
 #include "app/language.h"
+#include "app/program_style.h"
 #include "app/status_panels.h"
 #include "app/window_driver.h"
 #include "base/translation.h"
@@ -30,7 +32,6 @@
 #include "support/quiet_desktop.h"
 #include "support/random_user.h"
 #include "support/virtual_scanner.h"
-#include "widgets/clear_indicators.h"
 
 namespace graphize::test {
 namespace {
@@ -410,7 +411,7 @@ TEST_F(Controls, WhatALongOperationSaysIsReadableOnItsProgressBar) {
 }
 
 TEST_F(Controls, EmptyBoxesStandOutFromADarkWindow) {
-  ClearIndicators style;
+  ProgramStyle style;
   for (const QRgb window : {0xff2d2d30u, 0xff000000u, 0xffefefefu}) {
     const QPalette palette{QColor::fromRgb(window), QColor::fromRgb(window)};
     QCheckBox box;
@@ -426,6 +427,39 @@ TEST_F(Controls, EmptyBoxesStandOutFromADarkWindow) {
       EXPECT_GE(farthest, 50) << window << control->metaObject()->className();
     }
   }
+}
+
+TEST_F(Controls, ScrollBarsShowTheirSliderInLightAndDarkWindows) {
+  ProgramStyle style;
+  for (const QRgb window : {0xff2d2d30u, 0xff000000u, 0xffefefefu})
+    for (const Qt::Orientation orientation : {Qt::Horizontal, Qt::Vertical})
+      for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+        QScrollBar bar(orientation);
+        bar.setStyle(&style);
+        bar.setLayoutDirection(direction);
+        bar.setPalette({QColor::fromRgb(window), QColor::fromRgb(window)});
+        bar.resize(orientation == Qt::Horizontal ? QSize(300, 16) : QSize(16, 300));
+        // How far the lines across the bar, between its arrows, are from one another.
+        const auto contrast = [&] {
+          const QImage drawn = bar.grab().toImage();
+          int low = 255, high = 0;
+          for (int along = 20; along < 280; ++along) {
+            const int grey = qGray(orientation == Qt::Horizontal ? drawn.pixel(along, 8)
+                                                                 : drawn.pixel(8, along));
+            low = std::min(low, grey);
+            high = std::max(high, grey);
+          }
+          return high - low;
+        };
+        bar.setRange(0, 0);
+        EXPECT_EQ(contrast(), 0) << "nothing to scroll: no slider";
+        bar.setRange(0, 400);
+        bar.setPageStep(100);
+        EXPECT_GE(contrast(), 40) << window;
+        const QImage atStart = bar.grab().toImage();
+        bar.setValue(400);
+        EXPECT_FALSE(bar.grab().toImage() == atStart) << window;
+      }
 }
 
 TEST_F(Controls, MarksStandOutFromEveryGround) {
