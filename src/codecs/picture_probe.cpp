@@ -62,7 +62,8 @@ PictureType TypeOf(std::string_view fileName, std::string_view head) {
   if (head.starts_with("GIF87a") || head.starts_with("GIF89a")) return PictureType::Gif;
   for (std::string_view mark : {"II*\0"sv, "MM\0*"sv, "II+\0"sv, "MM\0+"sv})
     if (head.starts_with(mark)) return PictureType::Tif;
-  if (head.starts_with("RIFF") && head.substr(0, 12).ends_with("WEBP")) return PictureType::WebP;
+  if (head.starts_with("RIFF") && head.size() >= 12 && head.substr(8, 4) == "WEBP")
+    return PictureType::WebP;
   if (const auto bitmap = ReadBitmapHeader(head))
     return bitmap->InfoOffset == 0 ? PictureType::Dib : PictureType::Bmp;
   if (IsPcx(head)) return PictureType::Pcx;

@@ -83,6 +83,7 @@ TEST(PictureGate, WhatIsNoPictureIsRefusedByItsName) {
        "AVIF"},
       {"P6\n3 2\n255\n\xff\0\0"s, "PNM"},
       {"RIFF\x24\0\0\0WAVEfmt "s, "a sound"},
+      {"RIFF\0WEBP"s, "a sound"},
       {"\0\1\2\3\4\5"s, "It is not a picture of a type that can be opened (tif, tga, bmp"},
       {"\xff\xd8", "It is not a picture"},
       {"II*", "a text file"},
