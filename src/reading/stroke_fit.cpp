@@ -174,7 +174,9 @@ class Course {
         continue;
       const auto fit = FitPolynomial(nodes, 2);
       if (!fit) continue;
-      if (!IsTolerated(*fit, nodes)) {
+      // A loose sample has no say in its fit, which may lead past it.
+      const bool leadsPast = samples_[i].IsLoose && std::fabs(fit->C[0] - samples_[i].Middle) > 1;
+      if (leadsPast || !IsTolerated(*fit, nodes)) {
         if (samples_[i].IsLoose) loose = fit->C[0];
         continue;
       }
@@ -190,20 +192,26 @@ class Course {
   }
 
   /// The samples from `first` to before `end`, which are not seen while those beside them are: a
-  /// polynomial through the seen ones on both sides, across the line from end to end; straight
-  /// where there is none. A noisy record turns in a corner.
+  /// polynomial through the seen ones on both sides, across the line from end to end; where there
+  /// is none, straight or, between ways that meet, half as far as to where they do. A noisy record
+  /// turns in a corner, and so does a stroke that its own two sides hide.
   void Bridge(std::vector<CurvePoint>& points, int first, int end) const {
     const CurvePoint from = points[first - 1], to = points[end];
-    if (tolerance_.IsData)
-      if (const auto tip = CornerBetween(points, first - 1, end)) {
-        BridgeCorner(points, first, end, *tip);
-        return;
-      }
     const double gap = std::hypot(to.X - from.X, to.Y - from.Y);
     const double cx = gap > 0 ? (to.X - from.X) / gap : 1, cy = gap > 0 ? (to.Y - from.Y) / gap : 0;
+    const auto tip = CornerBetween(points, first - 1, end);
+    if (tip && tolerance_.IsData) return BridgeCorner(points, first, end, *tip, 0.25);
     const auto fit = FitOver(points, first - 1, end);
+    // How far across the way turns; at a right angle or more, a polynomial cuts the corner.
+    const double height = tip ? (tip->Y - from.Y) * cx - (tip->X - from.X) * cy : 0;
+    const bool isSharp = 2 * std::fabs(height) > gap;
+    if (tip && (!fit || isSharp) &&
+        std::any_of(samples_.begin() + first, samples_.begin() + end,
+                    [](const StrokeSample& sample) { return sample.IsCrowded; }))
+      return BridgeCorner(points, first, end, *tip, std::hypot(0.25, 0.2 * height));
     const auto at = [&](double t) {
-      const double n = fit ? fit->At(t) : 0;
+      const double part = gap > 0 ? t / gap : 0;
+      const double n = fit ? fit->At(t) : 2 * height * part * (1 - part);
       return CurvePoint{from.X + t * cx - n * cy, from.Y + t * cy + n * cx};
     };
     for (int i = first; i < end; ++i) {
@@ -221,8 +229,10 @@ class Course {
       points[i] = at(low);
       points[i].IsBridged = true;
       const double part = gap > 0 ? low / gap : 0;
-      points[i].Sigma = std::hypot(std::max(from.Sigma, to.Sigma), fit ? fit->Rms : 0.2,
-                                   (fit ? 0.012 : 0.06) * gap * 4 * part * (1 - part));
+      points[i].Sigma =
+          std::hypot(std::max(from.Sigma, to.Sigma), fit ? fit->Rms : 0.2,
+                     ((fit ? 0.012 : 0.06) * gap + (fit ? 0 : 0.5) * std::fabs(height)) * 4 * part *
+                         (1 - part));
     }
   }
 
@@ -303,9 +313,8 @@ class Course {
   }
 
   /// From `first` straight to the tip and straight on to before `end`.
-  void BridgeCorner(std::vector<CurvePoint>& points, int first, int end,
-                    const CurvePoint& tip) const {
-    constexpr double kSigma = 0.25;
+  void BridgeCorner(std::vector<CurvePoint>& points, int first, int end, const CurvePoint& tip,
+                    double sigma) const {
     const std::array<CurvePoint, 3> way = {points[first - 1], tip, points[end]};
     std::size_t leg = 0;
     for (int i = first; i < end; ++i) {
@@ -322,7 +331,7 @@ class Course {
       const CurvePoint &from = way[leg], &to = way[leg + 1];
       points[i] = {from.X + part * (to.X - from.X), from.Y + part * (to.Y - from.Y)};
       points[i].IsBridged = true;
-      points[i].Sigma = kSigma;
+      points[i].Sigma = sigma;
     }
   }
 

@@ -282,7 +282,7 @@ TEST(DecodeWorker, PixelsAndVerdictsAreThoseOfThisProcess) {
     files.push_back(*EncodePicture(format, 80, picture));
   files.insert(files.end(), {test::WebP(), test::AnimatedWebP(), test::GifOnScreen(),
                              test::CmykJpg(), test::MakeTif(2, 1, 2, 6, "\1\2\3\4\5\6")});
-  std::mt19937 random(testing::UnitTest::GetInstance()->random_seed());
+  std::mt19937 random(GTEST_FLAG_GET(random_seed));
   const char* asked = std::getenv("GRAPHIZE_MUTATIONS");
   const std::size_t count = asked == nullptr ? 60 : std::stoul(asked);
   for (std::size_t i = 0; i < count; ++i) {

@@ -327,7 +327,7 @@ TEST(DirectReaders, GiveThePixelsOfThePictureLibrary) {
 }
 
 TEST(DirectReaders, LeaveTheVerdictOnDamageToThePictureLibrary) {
-  std::mt19937 random(testing::UnitTest::GetInstance()->random_seed());
+  std::mt19937 random(GTEST_FLAG_GET(random_seed));
   for (const Kind& kind : AllKinds())
     for (int i = 0; i < 4; ++i) {
       std::string bytes = kind.Bytes;
