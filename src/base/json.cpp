@@ -15,6 +15,18 @@ using Json = nlohmann::json;
 
 constexpr int kDeepest = 16;
 
+/// Empties it from its leaves up: the library's destructor asks for memory for what has children,
+/// and the program would end where there is none.
+void Empty(Json& value) {
+  if (auto* members = value.get_ptr<Json::object_t*>()) {
+    for (auto& [name, member] : *members) Empty(member);
+    members->clear();
+  } else if (auto* elements = value.get_ptr<Json::array_t*>()) {
+    for (Json& element : *elements) Empty(element);
+    elements->clear();
+  }
+}
+
 }  // namespace
 
 std::string JsonString(const std::string& text) {
@@ -64,6 +76,11 @@ std::string JsonWriter::Take() {
 }
 
 struct JsonReader::Place {
+  Place() = default;
+  ~Place() { Empty(Document); }
+  Place(const Place&) = delete;
+  Place& operator=(const Place&) = delete;
+
   Json Document;
   std::vector<const Json*> Inside;
   std::vector<std::string> Names;

@@ -103,6 +103,15 @@ std::vector<MemoryCase> MemoryCases() {
   return cases;
 }
 
+/// Without the note that a file holds the points: that stays once the file is on the disk, whatever
+/// becomes of the rest of the command.
+std::string Unsaved(std::string text) {
+  constexpr std::string_view kSaved = R"("saved": true)";
+  for (std::size_t at; (at = text.find(kSaved)) != text.npos;)
+    text.replace(at, kSaved.size(), R"("saved": false)");
+  return text;
+}
+
 class Memory : public ::testing::TestWithParam<MemoryCase> {
  protected:
   /// As it is before the command.
@@ -150,7 +159,7 @@ TEST_P(Memory, NothingIsLostWithIt) {
       happened = fault.Happened();
     }
     const std::string text = doc->Text();
-    if (text == before && happened) {
+    if (happened && (text == before || Unsaved(text) == before)) {
       ++refused;
       EXPECT_TRUE(done == before || !doc->told.empty());
       // What a buffer may have grown by, and a quarter of a picture.
