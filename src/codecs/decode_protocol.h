@@ -8,9 +8,10 @@
 namespace graphize {
 
 // What the program and the process that decodes pictures for it say to each other. The process is
-// started with the program's ModuleStamp, the picture module's path and the seconds of processor
-// time that it may use; it fences itself in, says through its channel which layers hold (a byte),
-// and waits for one request. What becomes of that is in the request's memory files when it ends.
+// started with the program's ModuleStamp, the path of the module that reads pictures and the
+// seconds of processor time that it may use; it fences itself in, says through its channel which
+// layers hold (a byte), and waits for one request. What becomes of that is in the request's memory
+// files when it ends.
 
 /// The layers of the fence, as bits.
 enum DecodeLayer : std::uint8_t {
@@ -31,7 +32,8 @@ struct DecodeRequest {
   std::array<char, 256> Name{};  // ends with a 0; a type without a mark is known by its ending
 };
 
-enum class DecodeVerdict : int { None, Picture, Refused, NoMemory };
+/// Left: to the decoder with the picture library.
+enum class DecodeVerdict : int { None, Picture, Refused, NoMemory, Left };
 
 /// In memory that both share. Only `Operation` is read while the process runs.
 struct DecodeReport {

@@ -104,9 +104,8 @@ std::optional<unsigned> DecodeWorker::Layers(std::chrono::milliseconds atMost) {
   return 0;
 }
 
-std::optional<LoadedPicture> DecodeWorker::Decode(const std::string& name, const Descriptor& file,
-                                                  std::uintmax_t fileSize,
-                                                  const PictureProgress& progress) {
+Decoded DecodeWorker::Decode(const std::string& name, const Descriptor& file,
+                             std::uintmax_t fileSize, const PictureProgress& progress) {
   Descriptor pixels = NewMemoryFile();
   const Descriptor reportFile = NewMemoryFile();
   if (!pixels.IsOpen() || !reportFile.IsOpen() ||
@@ -131,7 +130,10 @@ std::optional<LoadedPicture> DecodeWorker::Decode(const std::string& name, const
   // Nobody but this process has the files from here on.
   const auto result = CopyOf(report);
   const bool isWhole = end->Signal == 0 && end->Code == 0;
-  if (!isWhole || result->Verdict == DecodeVerdict::None) ThrowEnd(*end, seconds_);
+  const bool isLeft = result->Verdict == DecodeVerdict::Left;
+  if (!isWhole || result->Verdict == DecodeVerdict::None || (isLeft && !leavesFiles_))
+    ThrowEnd(*end, seconds_);
+  if (isLeft) return {.WasLeft = true};
   if (result->Verdict == DecodeVerdict::NoMemory) throw std::bad_alloc();
   const std::string text = TranslateDeferred({result->Text.data(), result->TextSize});
   if (result->Verdict == DecodeVerdict::Refused) throw RunTimeError(text);
@@ -145,7 +147,7 @@ std::optional<LoadedPicture> DecodeWorker::Decode(const std::string& name, const
   loaded.Picture = MapRaster(pixels, result->Width, result->Height);
   if (loaded.Picture.IsEmpty()) throw std::bad_alloc();
   loaded.Warning = text;
-  return loaded;
+  return {.Picture = std::move(loaded)};
 }
 
 std::optional<ProcessEnd> DecodeWorker::WaitForEnd(const PictureOperation& operation,

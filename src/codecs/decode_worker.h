@@ -16,13 +16,19 @@ namespace graphize {
 /// The program that decodes pictures, and what it is given.
 struct DecoderProgram {
   std::filesystem::path Program, Module;
-  int Seconds = 120;  // of processor time for a picture, and twice as many on the clock
+  bool LeavesFiles = false;  // what its readers do not know, to another one
+  int Seconds = 120;         // of processor time for a picture, and twice as many on the clock
   std::chrono::milliseconds LongestStart{15'000};  // a disk that must wake up first
 };
 
 /// What a picture may do where only these layers (DecodeLayer, 0: no process) hold, in a sentence
 /// in plain words; empty where all do.
 std::string MissingProtection(unsigned layers);
+
+struct Decoded {
+  std::optional<LoadedPicture> Picture;  // nothing when it was stopped, or left
+  bool WasLeft = false;                  // to another decoder
+};
 
 /// A process that decodes one picture, waiting for it.
 class DecodeWorker {
@@ -41,14 +47,15 @@ class DecodeWorker {
 
   /// Decodes the open file of `fileSize` bytes; only once. Nothing when `progress` stopped it.
   /// RunTimeError with the reason alone: the decoder's, or how it ended.
-  std::optional<LoadedPicture> Decode(const std::string& name, const Descriptor& file,
-                                      std::uintmax_t fileSize, const PictureProgress& progress);
+  Decoded Decode(const std::string& name, const Descriptor& file, std::uintmax_t fileSize,
+                 const PictureProgress& progress);
 
  private:
   using Clock = std::chrono::steady_clock;
 
   DecodeWorker(ChildProcess process, const DecoderProgram& program)
       : process_(std::move(process)),
+        leavesFiles_(program.LeavesFiles),
         seconds_(program.Seconds),
         lastStart_(Clock::now() + program.LongestStart) {}
 
@@ -57,6 +64,7 @@ class DecodeWorker {
                                        const PictureProgress& progress);
 
   ChildProcess process_;
+  bool leavesFiles_;
   int seconds_;
   Clock::time_point lastStart_;
   std::optional<unsigned> layers_;

@@ -27,73 +27,95 @@ bool HasMemoryFiles() {
 
 }  // namespace
 
-Decoders::Taken Decoders::Take(const PictureProgress& progress) {
+void Decoders::CountPicture() {
+  const std::lock_guard lock(mutex_);
+  if (toCome_ > 0 && toCome_ != kManyPictures) --toCome_;
+}
+
+Decoders::Taken Decoders::Take(DecoderKind kind, const PictureProgress& progress) {
   constexpr auto kBetweenProgress = 15ms;
-  std::optional<Ahead> ahead = TakeAhead();
-  for (bool isLast = false; !isLast && !doesNotStart_ && HasMemoryFiles();) {
+  Kind& of = Of(kind);
+  std::optional<Ahead> ahead = TakeAhead(kind);
+  for (bool isLast = false; !isLast && !of.DoesNotStart && HasMemoryFiles();) {
     isLast = !ahead;  // one that was started ahead may have been ended since, for lack of memory
-    if (!ahead) ahead.emplace(program_);
+    if (!ahead) ahead.emplace(of.Program);
     std::optional<unsigned> layers;
     while (!(layers = ahead->Layers(kBetweenProgress)))
       if (progress && !progress(0)) {
-        PutBack(*std::move(ahead));
+        const std::lock_guard lock(mutex_);
+        of.Waiting.push_front(*std::move(ahead));
         return {.WasStopped = true};
       }
     std::optional<DecodeWorker>& worker = ahead->Worker();
     if (*layers != 0 && !worker->HasEnded()) {
-      layers_ = *layers;
+      of.Layers = *layers;
       return {.Worker = std::move(worker)};
     }
-    if (worker && worker->DoesNotStart()) doesNotStart_ = true;
+    if (worker && worker->DoesNotStart()) of.DoesNotStart = true;
     ahead.reset();
   }
-  NoteNone();
+  NoteNone(kind);
   return {};
 }
 
-void Decoders::StartNext() {
+void Decoders::StartNext(DecoderKind latest) {
   const std::lock_guard lock(mutex_);
+  latest_ = latest;
+  FillUp();
+}
+
+void Decoders::FillUp() {
   try {
-    while (!doesNotStart_ && ahead_.size() < std::min(atOnce_, toCome_))
-      ahead_.emplace_back(program_);
+    for (const DecoderKind kind : {DecoderKind::Direct, DecoderKind::Library})
+      while (!Of(kind).DoesNotStart && Of(kind).Waiting.size() < Wanted(kind))
+        Of(kind).Waiting.emplace_back(Of(kind).Program);
   } catch (const std::exception&) {
     // No memory for it: the next picture waits for its process.
   }
 }
 
 void Decoders::StartAhead(std::size_t atOnce, std::size_t toCome) {
-  {
-    const std::lock_guard lock(mutex_);
-    atOnce_ = atOnce;
-    toCome_ = toCome;
-    while (ahead_.size() > std::min(atOnce_, toCome_)) ahead_.pop_back();
-  }
-  StartNext();
+  const std::lock_guard lock(mutex_);
+  atOnce_ = atOnce;
+  toCome_ = toCome;
+  for (const DecoderKind kind : {DecoderKind::Direct, DecoderKind::Library})
+    while (Of(kind).Waiting.size() > Wanted(kind)) Of(kind).Waiting.pop_back();
+  FillUp();
+}
+
+std::size_t Decoders::CountAhead(DecoderKind kind) {
+  const std::lock_guard lock(mutex_);
+  return Of(kind).Waiting.size();
 }
 
 std::optional<unsigned> Decoders::Layers() {
   const std::lock_guard lock(mutex_);
-  try {
-    if (!ahead_.empty())
-      if (const auto layers = ahead_.front().Layers(0ms)) layers_ = *layers;
-  } catch (const RunTimeError&) {
-    // The next picture says so.
+  unsigned common = kUnknown | kAllLayers;
+  for (Kind& kind : kinds_) {
+    try {
+      if (!kind.Waiting.empty())
+        if (const auto layers = kind.Waiting.front().Layers(0ms)) kind.Layers = *layers;
+    } catch (const RunTimeError&) {
+      // The next picture says so.
+    }
+    if (kind.Layers != kUnknown) common &= kind.Layers;
   }
-  return layers_ == kUnknown ? std::nullopt : std::optional(layers_.load());
+  return common >= kUnknown ? std::nullopt : std::optional(common);
 }
 
-std::optional<Decoders::Ahead> Decoders::TakeAhead() {
+std::size_t Decoders::Wanted(DecoderKind kind) const {
+  const bool isNeeded =
+      kind == DecoderKind::Direct || latest_ == DecoderKind::Library || toCome_ == kManyPictures;
+  return isNeeded ? std::min(atOnce_, toCome_) : 0;
+}
+
+std::optional<Decoders::Ahead> Decoders::TakeAhead(DecoderKind kind) {
   const std::lock_guard lock(mutex_);
-  if (toCome_ > 0 && toCome_ != kManyPictures) --toCome_;
-  if (ahead_.empty()) return {};
-  std::optional<Ahead> first(std::move(ahead_.front()));
-  ahead_.pop_front();
+  auto& waiting = Of(kind).Waiting;
+  if (waiting.empty()) return {};
+  std::optional<Ahead> first(std::move(waiting.front()));
+  waiting.pop_front();
   return first;
-}
-
-void Decoders::PutBack(Ahead ahead) {
-  const std::lock_guard lock(mutex_);
-  ahead_.push_front(std::move(ahead));
 }
 
 Decoders::Ahead::Ahead(const DecoderProgram& program)

@@ -1,6 +1,6 @@
-// The functions of picbuf.h as the program sees them: pictures are decoded by a process of their
-// own, all else by a module, which the first call loads. The module's own functions of these names
-// are hidden in it.
+// The functions of picbuf.h as the program sees them: pictures are decoded by processes of their
+// own, all else by modules, each of which the first call loads. A module's own functions of these
+// names are hidden in it.
 
 #include <algorithm>
 #include <atomic>
@@ -17,23 +17,40 @@
 #include "base/whole_file.h"
 #include "codecs/decode_worker.h"
 #include "codecs/decoders.h"
-#include "codecs/picbuf_module.h"
+#include "codecs/picture_modules.h"
 
 namespace graphize {
 
 namespace {
 
-constexpr const char* kModule = "graphize_picbuf.so";
+constexpr const char* kDirectModule = "graphize_direct.so";
+constexpr const char* kLibraryModule = "graphize_picbuf.so";
 
-const PicbufModule& Module() {
+const ReaderModule& DirectReader() {
   static const auto* module =
-      static_cast<const PicbufModule*>(LoadModule(ModulePath(kModule), "GraphizePicbuf"));
+      static_cast<const ReaderModule*>(LoadModule(ModulePath(kDirectModule), "GraphizeReader"));
+  return *module;
+}
+
+const ReaderModule& LibraryReader() {
+  static const auto* module =
+      static_cast<const ReaderModule*>(LoadModule(ModulePath(kLibraryModule), "GraphizeReader"));
+  return *module;
+}
+
+const WriterModule& Writer() {
+  static const auto* module =
+      static_cast<const WriterModule*>(LoadModule(ModulePath(kLibraryModule), "GraphizeWriter"));
   return *module;
 }
 
 Decoders& AllDecoders() {
-  static Decoders decoders({.Program = PathInProgram("libexec/graphize/graphize-decode"),
-                            .Module = ModulePath(kModule)});
+  const auto program = [](const char* module, bool leavesFiles) {
+    return DecoderProgram{.Program = PathInProgram("libexec/graphize/graphize-decode"),
+                          .Module = ModulePath(module),
+                          .LeavesFiles = leavesFiles};
+  };
+  static Decoders decoders(program(kDirectModule, true), program(kLibraryModule, false));
   return decoders;
 }
 
@@ -98,7 +115,15 @@ std::optional<std::string> BytesOf(const Descriptor& file, std::uintmax_t size,
 
 std::optional<LoadedPicture> DecodeHere(const std::string& name, std::string_view bytes,
                                         PictureOperation& operation, DecodeBy by) {
-  return Module().Decode(name, bytes, RasterOnHeap, operation, by);
+  const auto read = [by](PictureFile& picture, const MakeRaster& make, std::string& warning,
+                         PictureOperation& reading) {
+    std::optional<StoredPicture> stored;
+    if (by == DecodeBy::Fastest && HasDirectReader(picture.Probe.Type))
+      stored = DirectReader().Read(picture, make, warning, reading);
+    if (!stored && !reading.Stopped) stored = LibraryReader().Read(picture, make, warning, reading);
+    return stored;
+  };
+  return DecodeFile(name, bytes, RasterOnHeap, operation, read);
 }
 
 std::optional<LoadedPicture> WithNumbersOf(const std::string& bytes,
@@ -116,19 +141,43 @@ std::optional<LoadedPicture> WithNumbersOf(const std::string& bytes,
   return isDone ? std::move(loaded) : std::nullopt;
 }
 
-/// By a process of its own, or, where the system allows none, within this one `otherwise`.
+DecoderKind FirstDecoder(const std::string& name, const Descriptor& file) {
+  std::string head(kProbeSize, '\0');
+  if (ReadAt(file.Get(), 0, head)) head.clear();
+  const PictureType type = ProbePicture(name, head).Type;
+  return type == PictureType::None || HasDirectReader(type) ? DecoderKind::Direct
+                                                            : DecoderKind::Library;
+}
+
+/// By processes of its own, or, where the system allows none, within this one `otherwise`.
 template <class Otherwise>
 std::optional<LoadedPicture> DecodeApart(const std::string& name, const Descriptor& file,
                                          std::uintmax_t size, const PictureProgress& progress,
                                          const Otherwise& otherwise) {
+  // A second decoder begins anew.
+  PictureProgress onwards;
+  if (progress)
+    onwards = [&progress, most = 0](int percent) mutable {
+      most = std::max(most, percent);
+      return progress(most);
+    };
   struct StartNextThen {
-    ~StartNextThen() { AllDecoders().StartNext(); }
+    DecoderKind Latest;
+    ~StartNextThen() { AllDecoders().StartNext(Latest); }
   };
-  auto taken = AllDecoders().Take(progress);
+  AllDecoders().CountPicture();
+  const DecoderKind first = FirstDecoder(name, file);
+  auto taken = AllDecoders().Take(first, onwards);
   if (taken.WasStopped) return {};
-  if (!taken.Worker) return RunBeside(progress, otherwise);
-  const StartNextThen then;
-  return taken.Worker->Decode(name, file, size, progress);
+  if (!taken.Worker) return RunBeside(onwards, otherwise);
+  StartNextThen then{first};
+  Decoded decoded = taken.Worker->Decode(name, file, size, onwards);
+  if (!decoded.WasLeft) return std::move(decoded.Picture);
+  then.Latest = DecoderKind::Library;
+  taken = AllDecoders().Take(DecoderKind::Library, onwards);
+  if (taken.WasStopped) return {};
+  if (!taken.Worker) return RunBeside(onwards, otherwise);
+  return std::move(taken.Worker->Decode(name, file, size, onwards).Picture);
 }
 
 std::optional<LoadedPicture> DecodeOpened(const std::string& name, const Descriptor& file,
@@ -195,7 +244,7 @@ std::optional<LoadedPicture> DecodePicture(const std::string& name, const std::s
                             return isWhole;
                           });
     if (isStopped) return std::optional<LoadedPicture>();
-    if (!isFilled) AllDecoders().NoteNone();
+    if (!isFilled) AllDecoders().NoteNone(DecoderKind::Direct);
     return WithNumbersOf(bytes,
                          isFilled ? DecodeApart(name, file, bytes.size(), progress, decode)
                                   : RunBeside(progress, decode),
@@ -235,12 +284,12 @@ std::string DecodedWithinProgram() {
 
 bool SavePicture(const std::filesystem::path& path, int format, int option, const Raster& picture,
                  const PictureProgress& progress) {
-  return Module().Save(path, format, option, picture, progress);
+  return Writer().Save(path, format, option, picture, progress);
 }
 
 std::optional<std::string> EncodePicture(int format, int option, const Raster& picture,
                                          const PictureProgress& progress) {
-  return Module().Encode(format, option, picture, progress);
+  return Writer().Encode(format, option, picture, progress);
 }
 
 }  // namespace graphize

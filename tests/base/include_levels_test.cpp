@@ -24,8 +24,9 @@ class MadeUpTree {
     fs::copy_file(fs::path(GRAPHIZE_SOURCE_DIR) / "src/README.md", folder_ / "src/README.md");
     for (const char* file :
          {"src/base/a.h", "src/desktop/a.h", "src/settings/a.h", "src/settings/a_dialog.h",
-          "src/raster/a.h", "src/raster/a_view.h", "src/codecs/picbuf/a.h", "src/data/a.h",
-          "src/workspace/a.h", "src/widgets/a.h", "src/app/a.h", "tests/support/a.h"})
+          "src/raster/a.h", "src/raster/a_view.h", "src/codecs/picbuf/a.h", "src/codecs/direct/a.h",
+          "src/data/a.h", "src/workspace/a.h", "src/widgets/a.h", "src/app/a.h",
+          "tests/support/a.h"})
       WriteBytes(folder_ / file, "#pragma once\n");
   }
   void Write(const std::string& file, const std::string& bytes) {
@@ -47,6 +48,7 @@ TEST(IncludeLevels, EachRuleIsKept) {
       {"src/raster/b.cpp", "\"settings/a.h\""},
       {"src/base/b.cpp", "<string_view>"},
       {"src/codecs/picbuf/b.cpp", "<Magick++.h>"},
+      {"src/codecs/direct/b.cpp", "<png.h>"},
       {"src/settings/b_dialog.cpp", "\"raster/a_view.h\""},
       {"src/app/b.cpp", "\"settings/a_dialog.h\""},
       {"tests/data/a_test.cpp", "\"support/a.h\""},
@@ -59,6 +61,8 @@ TEST(IncludeLevels, EachRuleIsKept) {
       {"src/base/b.cpp", "\"../raster/a.h\""},         // hides where it leads
       {"src/workspace/b.h", "<QtCore/QString>"},
       {"src/codecs/b.cpp", "\"codecs/picbuf/a.h\""},
+      {"src/codecs/direct/b.cpp", "<Magick++.h>"},
+      {"src/codecs/picbuf/b.cpp", "\"codecs/direct/a.h\""},
       {"src/app/b.cpp", "<Magick++/Image.h>"},
       {"src/base/b.cpp", "<unistd.h>"},
       {"tests/base/a_test.cpp", "\"raster/a.h\""},

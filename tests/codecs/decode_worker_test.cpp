@@ -68,8 +68,8 @@ Came Told(const std::string& word, const DecoderProgram& program = Planted(),
   if (!worker || !FillMemoryFile(file, word)) return {"no worker"};
   Came came{.Layers = worker->Layers(program.LongestStart).value_or(0)};
   try {
-    const auto loaded = worker->Decode("/tmp/name", file, word.size(), progress);
-    came.Of = loaded ? "a picture " + loaded->Warning : "stopped";
+    const auto [loaded, wasLeft] = worker->Decode("/tmp/name", file, word.size(), progress);
+    came.Of = wasLeft ? "left" : loaded ? "a picture " + loaded->Warning : "stopped";
     EXPECT_TRUE(!loaded || (*(loaded->Picture.Row(loaded->Picture.Height()) - 1) << 8) == 0);
   } catch (const RunTimeError& error) {
     came.Of = error.what();
@@ -99,6 +99,7 @@ TEST(DecodeWorker, WhateverADecoderDoesIsOneMessage) {
                         {"too large", kBroke},
                         {"wraps", kBroke},
                         {"negative", kBroke},
+                        {"left", kBroke},
                         {"terminate", "from outside (signal 15)"},
                         {"killed", "short of memory, or by somebody"},
                         {"loop", kTooLong, kLimits},
@@ -160,20 +161,44 @@ TEST(DecodeWorker, AProgramThatDoesNotStartIsWaitedForOnceAndUntilEscape) {
   const test::TemporaryFolder folder;
   DecoderProgram program = Script(folder, "exec sleep 1000");
   program.LongestStart = std::chrono::milliseconds(300);
-  Decoders decoders(program);
+  Decoders decoders(program, program);
   decoders.StartAhead(1, kManyPictures);
   EXPECT_FALSE(decoders.Layers().has_value());
   int looks = 0;
-  EXPECT_TRUE(decoders.Take([&](int) { return ++looks < 2; }).WasStopped);
+  EXPECT_TRUE(decoders.Take(DecoderKind::Direct, [&](int) { return ++looks < 2; }).WasStopped);
   const PictureProgress look = [&](int) { return ++looks > 0; };
   for (int picture = 0; picture < 2; ++picture) {
-    const auto taken = decoders.Take(look);
+    const auto taken = decoders.Take(DecoderKind::Direct, look);
     EXPECT_FALSE(taken.Worker || taken.WasStopped);
     EXPECT_EQ(looks > 0, picture == 0);
     EXPECT_EQ(decoders.Layers(), 0u);
-    decoders.StartNext();
+    decoders.StartNext(DecoderKind::Direct);
     looks = 0;
   }
+}
+
+TEST(DecodeWorker, TheLibraryIsStartedAheadWhereItIsNeeded) {
+  Decoders decoders(Planted(), Planted());
+  const auto ahead = [&] {
+    return std::pair(decoders.CountAhead(DecoderKind::Direct),
+                     decoders.CountAhead(DecoderKind::Library));
+  };
+  const auto decode = [&](DecoderKind kind) {
+    decoders.CountPicture();
+    EXPECT_TRUE(decoders.Take(kind, {}).Worker.has_value());
+    decoders.StartNext(kind);
+    return ahead();
+  };
+  using Ahead = std::pair<std::size_t, std::size_t>;
+  decoders.StartAhead(2, 5);
+  EXPECT_EQ(ahead(), Ahead(2, 0));
+  EXPECT_EQ(decode(DecoderKind::Direct), Ahead(2, 0));
+  EXPECT_EQ(decode(DecoderKind::Library), Ahead(2, 2));
+  EXPECT_EQ(decode(DecoderKind::Direct), Ahead(2, 2));
+  EXPECT_EQ(decode(DecoderKind::Direct), Ahead(1, 2)) << "as many as are to come";
+  decoders.StartAhead(1, kManyPictures);
+  EXPECT_EQ(ahead(), Ahead(1, 1));
+  EXPECT_EQ(decode(DecoderKind::Direct), Ahead(1, 1));
 }
 
 TEST(DecodeWorker, EndsWithTheProgram) {
@@ -259,6 +284,50 @@ TEST(DecodeWorker, WhatTheSystemRefusesIsToldInOneSentence) {
   EXPECT_EQ(MissingDecodeProtection(), MissingProtection(LayersOfTheKernel()));
 }
 
+DecoderProgram Direct() {
+  return {.Program = PathInProgram("libexec/graphize/graphize-decode"),
+          .Module = ModulePath("graphize_direct.so"),
+          .LeavesFiles = true};
+}
+
+/// A PNG whose last rows have been lost.
+std::string CutPng() {
+  const std::string png =
+      *EncodePicture(kPngFormat, 0, test::MakeRaster(3, 1, {kBlackPixel, kWhitePixel, 7}));
+  return png.substr(0, png.size() - 20);
+}
+
+TEST(DecodeWorker, OnlyUsualPicturesAreReadWithoutTheLibrary) {
+  DecoderProgram leaves = Planted();
+  leaves.LeavesFiles = true;
+  EXPECT_EQ(Told("left", leaves).Of, "left");
+  const Raster picture = Raster::Filled(9, 7, kBlackPixel);
+  for (int format = kTifFormat; format <= kPngFormat; ++format) {
+    const bool isLeft = format == kTgaFormat || format == kGifFormat || format == kPcxFormat;
+    EXPECT_EQ(Told(*EncodePicture(format, 80, picture), Direct()).Of,
+              isLeft ? "left" : "a picture ")
+        << format;
+  }
+  for (const std::string& file : {test::CmykJpg(), test::WebP(), CutPng()})
+    EXPECT_EQ(Told(file, Direct()).Of, "left");
+  EXPECT_THAT(Told("no picture", Direct()).Of, HasSubstr("not a picture"));
+}
+
+TEST(DecodeWorker, EscapeEndsItInEitherDecoder) {
+  PrepareToDecode(0, 0);  // so that the second one is waited for, too
+  bool isStopped = true;
+  for (int looks = 1; isStopped; ++looks) {
+    std::vector<int> percents;
+    const auto loaded = DecodePicture("a", test::CmykJpg(), [&](int percent) {
+      percents.push_back(percent);
+      return static_cast<int>(percents.size()) < looks;
+    });
+    isStopped = !loaded;
+    EXPECT_TRUE(std::ranges::is_sorted(percents));
+    EXPECT_TRUE(!loaded || loaded->Picture.Height() == 8);
+  }
+}
+
 /// The picture's pixels or the error, and the warning.
 template <class Decode>
 std::string VerdictOf(const Decode& decode) {
@@ -281,7 +350,7 @@ TEST(DecodeWorker, PixelsAndVerdictsAreThoseOfThisProcess) {
   for (int format = kTifFormat; format <= kPngFormat; ++format)
     files.push_back(*EncodePicture(format, 80, picture));
   files.insert(files.end(), {test::WebP(), test::AnimatedWebP(), test::GifOnScreen(),
-                             test::CmykJpg(), test::MakeTif(2, 1, 2, 6, "\1\2\3\4\5\6")});
+                             test::CmykJpg(), test::MakeTif(2, 1, 2, 6, "\1\2\3\4\5\6"), CutPng()});
   std::mt19937 random(GTEST_FLAG_GET(random_seed));
   const char* asked = std::getenv("GRAPHIZE_MUTATIONS");
   const std::size_t count = asked == nullptr ? 60 : std::stoul(asked);

@@ -56,16 +56,16 @@ bool IsStandard(std::string_view header) {
 /// The folder of a module that shuts a library in; empty for any other file.
 std::string ModuleOf(const fs::path& path) {
   const std::string folder = path.parent_path().generic_string();
-  constexpr std::string_view kModules[] = {"codecs/picbuf", "codecs/decoder", "scanner/sane",
-                                           "finding_axes/tesseract"};
+  constexpr std::string_view kModules[] = {"codecs/direct", "codecs/picbuf", "codecs/decoder",
+                                           "scanner/sane", "finding_axes/tesseract"};
   return std::ranges::count(kModules, folder) > 0 ? folder : "";
 }
 
 /// The one file or folder that sees a library, by how its headers start.
 constexpr std::pair<std::string_view, std::string_view> kLibraries[] = {
     {"Magick", "codecs/picbuf"},         {"magick/", "codecs/picbuf"},
-    {"tiffio.h", "codecs/picbuf"},       {"png.h", "codecs/picbuf"},
-    {"jpeglib.h", "codecs/picbuf"},      {"sane/", "scanner/sane"},
+    {"tiffio.h", "codecs/direct"},       {"png.h", "codecs/direct"},
+    {"jpeglib.h", "codecs/direct"},      {"sane/", "scanner/sane"},
     {"dlfcn.h", "base/module.cpp"},      {"zlib.h", "base/checksum.cpp"},
     {"zlib.h", "base/zip_file.cpp"},     {"tesseract/", "finding_axes/tesseract"},
     {"omp.h", "finding_axes/tesseract"}, {"nlohmann/", "base/json.cpp"},

@@ -11,6 +11,7 @@
 #include "codecs/decode_protocol.h"
 #include "codecs/decoder/confinement.h"
 #include "codecs/decoder/serve.h"
+#include "codecs/picture_modules.h"
 
 int main(int argc, char** argv) {
   using namespace graphize;
@@ -19,12 +20,12 @@ int main(int argc, char** argv) {
   if (!seconds) return 1;
   SetTranslator(DeferText);
   try {
-    const auto& module = *static_cast<const PicbufModule*>(LoadModule(argv[2], "GraphizePicbuf"));
-    module.Start();
+    const auto& reader = *static_cast<const ReaderModule*>(LoadModule(argv[2], "GraphizeReader"));
+    reader.Start();
     return ServeOnePicture(Confine(*seconds),
                            [&](const std::string& name, std::string_view file,
                                const MakeRaster& make, PictureOperation& operation) {
-                             return module.Decode(name, file, make, operation, DecodeBy::Fastest);
+                             return DecodeFile(name, file, make, operation, reader.Read);
                            });
   } catch (const std::exception&) {
     return 1;

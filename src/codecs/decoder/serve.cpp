@@ -115,7 +115,10 @@ void Decode(const DecodeRequest& request, const Descriptor& file, const Descript
   const auto loaded = decode(
       request.Name.data(), bytes.Get(),
       [&](int width, int height) { return pixels.Make(width, height); }, report.Operation);
-  if (!loaded) return;
+  if (!loaded) {
+    report.Verdict = DecodeVerdict::Left;
+    return;
+  }
   pixels.Keep(loaded->Picture);
   report.Width = loaded->Picture.Width();
   report.Height = loaded->Picture.Height();

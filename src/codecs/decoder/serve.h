@@ -5,11 +5,11 @@
 #include <string>
 #include <string_view>
 
-#include "codecs/picbuf_module.h"
+#include "codecs/decode_file.h"
 
 namespace graphize {
 
-/// DecodeFile, by whoever reads the picture.
+/// DecodeFile, by whoever reads the picture: nothing where it is left to another decoder.
 using Decoding = std::function<std::optional<LoadedPicture>(
     const std::string& name, std::string_view file, const MakeRaster& make,
     PictureOperation& operation)>;

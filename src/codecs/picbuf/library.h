@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-#include "codecs/picbuf_module.h"
+#include "codecs/decode_file.h"
 #include "raster/picture_operation.h"
 
 namespace graphize {
@@ -42,6 +42,12 @@ class Report {
 };
 
 // ---- Use ----------------------------------------------------------------------------------------
+
+/// Before the library is used; only the first call costs anything.
+void StartLibrary();
+
+/// ReadStored for all types: it leaves nothing to others.
+ReadStored ReadByLibrary;
 
 /// While it lives the library tells this thread's progress to `operation` and is stopped by it.
 class CurrentOperation {

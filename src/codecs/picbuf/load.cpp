@@ -9,15 +9,9 @@
 #include "base/run_time_error.h"
 #include "base/translation.h"
 #include "codecs/bitmap_header.h"
-#include "codecs/picbuf.h"
-#include "codecs/picbuf/direct_readers.h"
 #include "codecs/picbuf/library.h"
-#include "codecs/picbuf/samples.h"
-#include "codecs/picture_probe.h"
-#include "codecs/strip_metadata.h"
-#include "raster/orientation.h"
+#include "codecs/samples.h"
 #include "raster/size_limits.h"
-#include "raster/transparency.h"
 
 namespace graphize {
 
@@ -26,9 +20,6 @@ namespace {
 static_assert(sizeof(lib::PixelPacket) == 8 && offsetof(lib::PixelPacket, blue) == 0 &&
                   offsetof(lib::PixelPacket, green) == 2 && offsetof(lib::PixelPacket, red) == 4,
               "the hand-out reads the library's pixels as 16-bit blue, green, red, opacity");
-
-constexpr const char* kDamaged =
-    Marked("The file is damaged or incomplete. What could be read of it is shown.");
 
 const char* CoderOf(PictureType type) {
   static constexpr const char* kCoders[] = {"",    "TIFF", "TGA",  "BMP", "GIF",
@@ -97,7 +88,7 @@ ImagePtr Decode(const ProbeResult& verdict, std::string_view bytes, std::string&
   // What a PNG decoder merely warns of changes no pixel.
   const bool harmless = verdict.Type == PictureType::Png && report.Severity() == lib::CoderWarning;
   if (report.Severity() >= lib::WarningException && !harmless && warning.empty())
-    warning = Tr(kDamaged) + report.Detail();
+    warning = Tr(kDamagedPicture) + report.Detail();
   if (verdict.Opaque) image->matte = MagickFalse;
   if (verdict.Type == PictureType::Tif) SpreadColourMap(*image);
   if (image->colorspace == lib::CMYKColorspace)
@@ -195,114 +186,37 @@ Raster LoadBands(const ProbeResult& verdict, const BitmapHeader& bitmap, std::st
   return picture;
 }
 
-/// By the picture library; nothing when it was stopped.
-std::optional<StoredPicture> ReadByLibrary(const ProbeResult& verdict,
-                                           const std::optional<BitmapHeader>& bitmap,
-                                           std::string_view file, StrippedPicture& stripped,
-                                           const MakeRaster& make, std::string& warning,
-                                           PictureOperation& operation) {
+}  // namespace
+
+std::optional<StoredPicture> ReadByLibrary(PictureFile& file, const MakeRaster& make,
+                                           std::string& warning, PictureOperation& operation) {
   constexpr std::int64_t kBandPixels = 1 << 22;
   StartLibrary();
   const CurrentOperation current(operation);
-  if (stripped.ScreenWidth > 0)
-    CheckSize(stripped.ScreenWidth, stripped.ScreenHeight);
-  else if (verdict.Width == 0)
-    CheckSize(verdict.Type, file);
-  const std::int64_t bandRows = bitmap ? BitmapBandRows(*bitmap, file, kBandPixels) : 0;
+  if (file.Stripped.ScreenWidth > 0)
+    CheckSize(file.Stripped.ScreenWidth, file.Stripped.ScreenHeight);
+  else if (file.Probe.Width == 0)
+    CheckSize(file.Probe.Type, file.Bytes);
+  const auto& bitmap = file.Bitmap;
+  const std::int64_t bandRows = bitmap ? BitmapBandRows(*bitmap, file.Bytes, kBandPixels) : 0;
   if (bandRows > 0) {
-    Raster picture = LoadBands(verdict, *bitmap, file, bandRows, make, warning, operation);
-    return StoredPicture{std::move(picture), !verdict.Opaque};
+    Raster picture = LoadBands(file.Probe, *bitmap, file.Bytes, bandRows, make, warning, operation);
+    return StoredPicture{std::move(picture), !file.Probe.Opaque};
   }
   if (bitmap && (bitmap->Height < 0 || bitmap->InfoOffset == 0)) {
-    stripped.Bytes = file;
-    MakePlainBmp(*bitmap, stripped.Bytes);
-    file = stripped.Bytes;
+    file.Stripped.Bytes = file.Bytes;
+    MakePlainBmp(*bitmap, file.Stripped.Bytes);
+    file.Bytes = file.Stripped.Bytes;
   }
   operation.To = 0.7;
-  ImagePtr image = Decode(verdict, file, warning, operation);
-  std::string().swap(stripped.Bytes);
+  ImagePtr image = Decode(file.Probe, file.Bytes, warning, operation);
+  std::string().swap(file.Stripped.Bytes);
+  file.Bytes = {};
   if (image == nullptr) return {};
   const bool hasOpacity = image->matte != 0;
   operation.From = operation.To;
   operation.To = 1;
   return StoredPicture{ToRaster(std::move(image), make, operation), hasOpacity};
-}
-
-/// The first frame of an animation in its place on the screen, which is white.
-Raster OnScreen(Raster frame, const StrippedPicture& file, const MakeRaster& make) {
-  const auto width = static_cast<int>(file.ScreenWidth),
-             height = static_cast<int>(file.ScreenHeight);
-  if (width == 0 || (width == frame.Width() && height == frame.Height())) return frame;
-  Raster screen = make(width, height);
-  std::fill_n(screen.Pixels(), screen.PixelCount(), kWhitePixel);
-  const auto left = static_cast<int>(file.FrameLeft), top = static_cast<int>(file.FrameTop);
-  if (left + frame.Width() > width || top + frame.Height() > height)
-    throw RunTimeError("The file is damaged.");
-  for (int y = 0; y < frame.Height(); ++y)
-    std::copy_n(frame.Row(y), frame.Width(), screen.Row(top + y) + left);
-  return screen;
-}
-
-/// Nothing where the picture library must read it.
-std::optional<StoredPicture> ReadDirectly(PictureType type, std::string_view file,
-                                          const MakeRaster& make, PictureOperation& operation) {
-  switch (type) {
-    case PictureType::Tif:
-      return ReadTiff(file, make, operation);
-    case PictureType::Png:
-      return ReadPng(file, make, operation);
-    case PictureType::Jpg:
-      return ReadJpeg(file, make, operation);
-    case PictureType::Bmp:
-    case PictureType::Dib:
-      return ReadBitmap(file, make, operation);
-    default:
-      return {};
-  }
-}
-
-Raster Upright(const Raster& picture, int orientation, const MakeRaster& make) {
-  const bool onItsSide = orientation >= 5;
-  Raster upright = make(onItsSide ? picture.Height() : picture.Width(),
-                        onItsSide ? picture.Width() : picture.Height());
-  OrientRows(picture, orientation, upright, 0, upright.Height());
-  return upright;
-}
-
-}  // namespace
-
-std::optional<LoadedPicture> DecodeFile(const std::string& name, std::string_view file,
-                                        const MakeRaster& make, PictureOperation& operation,
-                                        DecodeBy by) {
-  const ProbeResult verdict = ProbePicture(name, file.substr(0, kProbeSize));
-  if (!verdict.Refusal.empty()) throw RunTimeError(verdict.Refusal);
-
-  StrippedPicture stripped = StripMetadata(verdict.Type, file);
-  auto bitmap = ReadBitmapHeader(file);
-  if (bitmap && IsPacked(*bitmap)) {
-    stripped.Bytes = UnpackBitmap(*bitmap, file);
-    bitmap = ReadBitmapHeader(stripped.Bytes);
-  }
-  if (!stripped.Bytes.empty()) file = stripped.Bytes;
-  LoadedPicture loaded;
-  if (stripped.IsDamaged) loaded.Warning = Tr(kDamaged);
-
-  const int orientation = bitmap && bitmap->Height < 0 ? 4
-                          : verdict.Mirrored           ? 2
-                                                       : stripped.Orientation;
-  const bool turned = orientation >= 2 && orientation <= 8;
-  const MakeRaster onHeap = RasterOnHeap;
-  const MakeRaster& makeFirst = turned || stripped.ScreenWidth > 0 ? onHeap : make;
-  std::optional<StoredPicture> stored;
-  if (by == DecodeBy::Fastest && !stripped.IsDamaged)
-    stored = ReadDirectly(verdict.Type, file, makeFirst, operation);
-  if (!stored && !operation.Stopped)
-    stored = ReadByLibrary(verdict, bitmap, file, stripped, makeFirst, loaded.Warning, operation);
-  if (!stored || operation.Stopped) return {};
-  if (stored->HasOpacity) Flatten(stored->Picture);
-  loaded.Picture = OnScreen(std::move(stored->Picture), stripped, turned ? onHeap : make);
-  if (turned) loaded.Picture = Upright(loaded.Picture, orientation, make);
-  return loaded;
 }
 
 }  // namespace graphize

@@ -1,6 +1,7 @@
 #include "base/translation.h"
 #include "base/version.h"
-#include "codecs/picbuf_module.h"
+#include "codecs/picbuf/library.h"
+#include "codecs/picture_modules.h"
 
 extern "C" __attribute__((visibility("default"))) const char* const GraphizeModuleStamp =
     graphize::ModuleStamp();
@@ -10,5 +11,8 @@ extern "C" __attribute__((visibility("default"))) void GraphizeSetTranslator(
   graphize::SetTranslator(translator);
 }
 
-extern "C" __attribute__((visibility("default"))) const graphize::PicbufModule GraphizePicbuf = {
-    graphize::StartLibrary, graphize::DecodeFile, graphize::SavePicture, graphize::EncodePicture};
+extern "C" __attribute__((visibility("default")))
+const graphize::ReaderModule GraphizeReader = {graphize::StartLibrary, graphize::ReadByLibrary};
+
+extern "C" __attribute__((visibility("default")))
+const graphize::WriterModule GraphizeWriter = {graphize::SavePicture, graphize::EncodePicture};

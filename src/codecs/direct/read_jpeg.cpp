@@ -4,7 +4,7 @@
 // The library's header needs <cstdio> before it.
 #include <jpeglib.h>
 
-#include "codecs/picbuf/direct_readers.h"
+#include "codecs/direct/direct_readers.h"
 #include "raster/size_limits.h"
 
 namespace graphize {

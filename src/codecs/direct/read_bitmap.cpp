@@ -4,8 +4,8 @@
 
 #include "codecs/bitmap_header.h"
 #include "codecs/byte_order.h"
-#include "codecs/picbuf/direct_readers.h"
-#include "codecs/picbuf/samples.h"
+#include "codecs/direct/direct_readers.h"
+#include "codecs/samples.h"
 #include "raster/parallel_rows.h"
 #include "raster/size_limits.h"
 

@@ -9,8 +9,8 @@
 #include <thread>
 #include <vector>
 
-#include "codecs/picbuf/direct_readers.h"
-#include "codecs/picbuf/samples.h"
+#include "codecs/direct/direct_readers.h"
+#include "codecs/samples.h"
 #include "raster/size_limits.h"
 
 namespace graphize {

@@ -3,16 +3,9 @@
 #include <optional>
 #include <string_view>
 
-#include "codecs/picbuf_module.h"
-#include "codecs/picture_probe.h"
+#include "codecs/decode_file.h"
 
 namespace graphize {
-
-/// A picture as it is stored, not turned upright yet.
-struct StoredPicture {
-  Raster Picture;
-  bool HasOpacity = false;  // in the fourth byte, which is 255 otherwise
-};
 
 // Each reads the usual kinds of one type straight into the raster, by the type's own library, and
 // gives the pixels that the picture library would give. Nothing where a file is of another kind, is

@@ -1,4 +1,4 @@
-#include "codecs/picbuf/direct_readers.h"
+#include "codecs/direct/direct_readers.h"
 
 #include <gtest/gtest.h>
 #include <png.h>
@@ -319,6 +319,7 @@ std::vector<Kind> AllKinds() {
 TEST(DirectReaders, GiveThePixelsOfThePictureLibrary) {
   for (const Kind& kind : AllKinds()) {
     EXPECT_EQ(IsDirect(kind.Bytes), kind.IsDirect) << kind.Name;
+    EXPECT_TRUE(HasDirectReader(ProbePicture("a", kind.Bytes).Type)) << kind.Name;
     ExpectSame(kind.Name, kind.Bytes);
   }
   for (const auto& file : fs::directory_iterator(fs::path(GRAPHIZE_SOURCE_DIR) / "tests/samples"))
