@@ -137,7 +137,7 @@ std::optional<ProcessEnd> ChildProcess::WaitForEnd(std::chrono::milliseconds atM
     // Its end closes the channel; between the two lie moments.
     pollfd channel = {.fd = channel_.Get(), .events = 0, .revents = 0};
     if (poll(&channel, 1, static_cast<int>(left.count())) > 0)
-      std::this_thread::sleep_for(std::chrono::microseconds(200));
+      std::this_thread::sleep_for(std::chrono::microseconds(20));
   }
   return end_;
 }

@@ -82,7 +82,10 @@ class SharedPixels {
     Raster raster = MapRaster(file_, width, height);
     if (raster.IsEmpty()) throw std::bad_alloc();
     place_ = raster.Pixels();
-    if (count < kLarge) return raster;
+    if (count < kLarge) {
+      madvise(place_, count * sizeof(std::uint32_t), MADV_POPULATE_WRITE);  // else page by page
+      return raster;
+    }
     try {
       ahead_.emplace(raster, operation_);
     } catch (const std::system_error&) {
@@ -99,7 +102,7 @@ class SharedPixels {
  private:
   const Descriptor& file_;
   const PictureOperation& operation_;
-  const std::uint32_t* place_ = nullptr;
+  std::uint32_t* place_ = nullptr;
   std::optional<MemoryAhead> ahead_;
 };
 
