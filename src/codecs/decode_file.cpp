@@ -40,12 +40,6 @@ Raster Upright(const Raster& picture, int orientation, const MakeRaster& make) {
 const char* const kDamagedPicture =
     Marked("The file is damaged or incomplete. What could be read of it is shown.");
 
-bool HasDirectReader(PictureType type) {
-  constexpr PictureType kTypes[] = {PictureType::Tif, PictureType::Png, PictureType::Jpg,
-                                    PictureType::Bmp, PictureType::Dib};
-  return std::ranges::count(kTypes, type) > 0;
-}
-
 std::optional<LoadedPicture> DecodeFile(const std::string& name, std::string_view file,
                                         const MakeRaster& make, PictureOperation& operation,
                                         const std::function<ReadStored>& read) {

@@ -42,10 +42,6 @@ using ReadStored = std::optional<StoredPicture>(PictureFile& file, const MakeRas
 /// The warning about a picture of which something is missing.
 extern const char* const kDamagedPicture;
 
-/// The types that the readers of codecs/direct/ know: of most files of them they leave nothing to
-/// the picture library, which knows all types.
-bool HasDirectReader(PictureType type);
-
 /// The first picture of a file that the probe admits. Only its last raster is `make`'s; a picture
 /// that is small, or lies on its side, may be no one's. Nothing where `read` gives nothing or
 /// `operation` was stopped; RunTimeError with the reason alone. File size and checksum are left to

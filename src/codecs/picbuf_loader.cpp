@@ -13,6 +13,7 @@
 #include "base/checksum.h"
 #include "base/memory_file.h"
 #include "base/module.h"
+#include "base/numbers.h"
 #include "base/start_beside.h"
 #include "base/whole_file.h"
 #include "codecs/decode_worker.h"
@@ -121,8 +122,7 @@ std::optional<LoadedPicture> DecodeHere(const std::string& name, std::string_vie
   const auto read = [by](PictureFile& picture, const MakeRaster& make, std::string& warning,
                          PictureOperation& reading) {
     std::optional<StoredPicture> stored;
-    if (by == DecodeBy::Fastest && HasDirectReader(picture.Probe.Type))
-      stored = DirectReader().Read(picture, make, warning, reading);
+    if (by == DecodeBy::Fastest) stored = DirectReader().Read(picture, make, warning, reading);
     if (!stored && !reading.Stopped) stored = LibraryReader().Read(picture, make, warning, reading);
     return stored;
   };
@@ -144,12 +144,12 @@ std::optional<LoadedPicture> WithNumbersOf(const std::string& bytes,
   return isDone ? std::move(loaded) : std::nullopt;
 }
 
-DecoderKind FirstDecoder(const std::string& name, const Descriptor& file) {
-  std::string head(kProbeSize, '\0');
-  if (ReadAt(file.Get(), 0, head)) head.clear();
-  const PictureType type = ProbePicture(name, head).Type;
-  return type == PictureType::None || HasDirectReader(type) ? DecoderKind::Direct
-                                                            : DecoderKind::Library;
+/// A guess by the name, for the time that it saves: either kind comes to the same picture.
+DecoderKind FirstDecoder(const std::string& name) {
+  constexpr std::string_view kOfLibrary[] = {".gif", ".pcx", ".tga", ".webp"};
+  const std::string small = LowerCase(name);
+  const auto ends = [&](std::string_view ending) { return small.ends_with(ending); };
+  return std::ranges::any_of(kOfLibrary, ends) ? DecoderKind::Library : DecoderKind::Direct;
 }
 
 /// By processes of its own, or, where the system allows none, within this one `otherwise`.
@@ -169,7 +169,7 @@ std::optional<LoadedPicture> DecodeApart(const std::string& name, const Descript
     ~StartNextThen() { AllDecoders().StartNext(Latest); }
   };
   AllDecoders().CountPicture();
-  const DecoderKind first = FirstDecoder(name, file);
+  const DecoderKind first = FirstDecoder(name);
   auto taken = AllDecoders().Take(first, onwards);
   if (taken.WasStopped) return {};
   if (!taken.Worker) return RunBeside(onwards, otherwise);

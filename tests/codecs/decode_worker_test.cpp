@@ -361,6 +361,9 @@ TEST(DecodeWorker, PixelsAndVerdictsAreThoseOfThisProcess) {
     const std::string name = i % files.size() == 1 ? "a.tga" : "a";
     const std::string here = VerdictOf([&] { return DecodePictureHere(name, bytes); });
     EXPECT_EQ(VerdictOf([&] { return DecodePicture(name, bytes); }), here) << i;
+    EXPECT_EQ(VerdictOf([&] { return DecodePicture("a.GIF", bytes); }),
+              VerdictOf([&] { return DecodePictureHere("a.GIF", bytes); }))
+        << i << " by the library alone";
   }
 }
 
