@@ -11,16 +11,21 @@ namespace graphize {
 /// RunTimeError "Overflow".
 [[noreturn]] void ThrowOverflow();
 
+/// Whether `value` rounded half to even is an `Integer`: of the halves at the ends of its range the
+/// lower one is.
+template <typename Integer>
+bool FitsRounded(double value) {
+  return value >= static_cast<double>(std::numeric_limits<Integer>::min()) - 0.5 &&
+         value < static_cast<double>(std::numeric_limits<Integer>::max()) + 0.5;
+}
+
 /// What ToInt16 and ToInt32 do, here because inner loops call them.
 template <typename Integer>
 Integer RoundedHalfToEven(double value) {
+  if (!FitsRounded<Integer>(value)) ThrowOverflow();
   // From 2^52 on there are no fractions: the sum is rounded, in the default mode half to even.
   constexpr double kNoFractions = 0x1.8p52;
-  const double rounded = value + kNoFractions - kNoFractions;
-  const bool fits = rounded >= static_cast<double>(std::numeric_limits<Integer>::min()) &&
-                    rounded <= static_cast<double>(std::numeric_limits<Integer>::max());
-  if (!fits) ThrowOverflow();
-  return static_cast<Integer>(rounded);
+  return static_cast<Integer>(value + kNoFractions - kNoFractions);
 }
 
 /// `value` rounded half to even. Throws RunTimeError "Overflow" when the result does not fit, which

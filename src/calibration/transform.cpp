@@ -30,9 +30,13 @@ Axis YAxis(const AxisCalibration& c) {
   return {c.YLog, c.ValueY[0], c.ValueY[2], c.YAxisLength};
 }
 
-float ValueAt(const Axis& axis, float pixels) {
-  if (!axis.Log) return pixels / axis.Length * (axis.End - axis.Origin) + axis.Origin;
-  return std::pow(10.0f, pixels / axis.Length * axis.Span() + std::log10(axis.Origin));
+/// Lengths along the axis, in pixels, become values.
+void ToValues(const Axis& axis, std::span<float> pixels) {
+  const float length = axis.Length, span = axis.Span();
+  const float origin = axis.Log ? std::log10(axis.Origin) : axis.Origin;
+  for (float& value : pixels) value = value / length * span + origin;
+  if (!axis.Log) return;
+  for (float& value : pixels) value = std::pow(10.0f, value);
 }
 
 float PixelsAt(const Axis& axis, float value) {
@@ -81,22 +85,6 @@ RealPoint RefinedPointAt(const AxisCalibration& c, double x, double y) {
   return {c.XLog ? std::pow(10.0, u) : u, c.YLog ? std::pow(10.0, v) : v};
 }
 
-/// Beside Pixels2Real: its texts would cost that, which inner loops call, a guarded stack frame.
-[[gnu::cold, gnu::noinline]] void TellFault(const Desktop& desktop, const char* fault) {
-  Tell(desktop, fault, MessageIcon::Critical);
-}
-
-/// Whether log axes have no values: what is told, but for two log axes, whose refusal is silent.
-/// Beside Pixels2Real, too: linear axes have no such question.
-[[gnu::noinline]] bool IsRefused(const AxisCalibration& c, const Desktop& desktop) {
-  if (const char* fault = LogOriginFault(c)) {
-    if (!(c.XLog && c.YLog)) TellFault(desktop, fault);
-    return true;
-  }
-  if (const char* fault = LogPointFault(c)) throw RunTimeError(fault);
-  return false;
-}
-
 }  // namespace
 
 const char* LogOriginFault(const AxisCalibration& c) {
@@ -105,28 +93,61 @@ const char* LogOriginFault(const AxisCalibration& c) {
   return nullptr;
 }
 
-GraphValues ValuesAt(const AxisCalibration& c, float x, float y) {
+void ToValues(const AxisCalibration& c, std::span<float> x, std::span<float> y) {
   if (c.Refined.On) {
-    const RealPoint at = RefinedPointAt(c, x, y);
-    return {static_cast<float>(at.X), static_cast<float>(at.Y)};
+    for (std::size_t i = 0; i < x.size(); ++i) {
+      const RealPoint at = RefinedPointAt(c, x[i], y[i]);
+      x[i] = static_cast<float>(at.X);
+      y[i] = static_cast<float>(at.Y);
+    }
+    return;
   }
-  const float dx = x - c.PixelX[0], dy = y - c.PixelY[0];
-  const float u = dx * c.CosAngle + dy * c.SinAngle;
-  const float v = dy * c.CosAngle - dx * c.SinAngle;
-  return {ValueAt(XAxis(c), u), ValueAt(YAxis(c), v)};
+  const float originX = c.PixelX[0], originY = c.PixelY[0], cosine = c.CosAngle, sine = c.SinAngle;
+  for (std::size_t i = 0; i < x.size(); ++i) {
+    const float dx = x[i] - originX, dy = y[i] - originY;
+    x[i] = dx * cosine + dy * sine;
+    y[i] = dy * cosine - dx * sine;
+  }
+  ToValues(XAxis(c), x);
+  ToValues(YAxis(c), y);
+}
+
+GraphValues ValuesAt(const AxisCalibration& c, float x, float y) {
+  ToValues(c, {&x, 1}, {&y, 1});
+  return {x, y};
+}
+
+std::size_t Pixels2Real(const AxisCalibration& c, bool percent, std::span<float> x,
+                        std::span<float> y, float& errorX, float& errorY) {
+  if (LogOriginFault(c) || LogPointFault(c)) return 0;
+  ToValues(c, x, y);
+  const Axis xAxis = XAxis(c), yAxis = YAxis(c);
+  const float perPixelOfX = PerPixelOfX(c), perPixelOfY = PerPixelOfY(c);
+  for (std::size_t i = 0; i < x.size(); ++i) {
+    float nextX = errorX, nextY = errorY;
+    SetError(xAxis, perPixelOfX, x[i], percent, nextX);
+    SetError(yAxis, perPixelOfY, y[i], percent, nextY);
+    if (!std::isfinite(x[i]) || !std::isfinite(y[i]) || !std::isfinite(nextX) ||
+        !std::isfinite(nextY))
+      return i;
+    errorX = nextX;
+    errorY = nextY;
+  }
+  return x.size();
 }
 
 void Pixels2Real(const AxisCalibration& c, const Desktop& desktop, bool percent, float x, float y,
                  Reading& reading) {
-  if ((c.XLog || c.YLog) && IsRefused(c, desktop)) return;
-  const GraphValues values = ValuesAt(c, x, y);
-  Reading read{values.X, values.Y, reading.ErrorX, reading.ErrorY};
-  SetError(XAxis(c), PerPixelOfX(c), read.X, percent, read.ErrorX);
-  SetError(YAxis(c), PerPixelOfY(c), read.Y, percent, read.ErrorY);
-  if (!std::isfinite(read.X) || !std::isfinite(read.Y) || !std::isfinite(read.ErrorX) ||
-      !std::isfinite(read.ErrorY))
+  Reading read{x, y, reading.ErrorX, reading.ErrorY};
+  if (Pixels2Real(c, percent, {&read.X, 1}, {&read.Y, 1}, read.ErrorX, read.ErrorY) == 1) {
+    reading = read;
+  } else if (const char* fault = LogOriginFault(c)) {
+    if (!(c.XLog && c.YLog)) Tell(desktop, fault, MessageIcon::Critical);
+  } else if (const char* pointFault = LogPointFault(c)) {
+    throw RunTimeError(pointFault);
+  } else {
     throw RunTimeError("Overflow: these axis values give no number here, please redefine the axes");
-  reading = read;
+  }
 }
 
 bool Reads(const AxisCalibration& c, float x, float y, float X, float Y) {

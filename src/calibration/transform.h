@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
+#include <span>
 
 #include "calibration/axis_calibration.h"
 #include "desktop/desktop.h"
@@ -28,12 +30,20 @@ struct Reading {
 void Pixels2Real(const AxisCalibration& calibration, const Desktop& desktop, bool percent, float x,
                  float y, Reading& reading);
 
+/// The same at many positions, one after the other: as many as there are before the first at which
+/// it would refuse or throw. The columns and rows of these become X and Y, the errors those of the
+/// last.
+std::size_t Pixels2Real(const AxisCalibration& calibration, bool percent, std::span<float> x,
+                        std::span<float> y, float& errorX, float& errorY);
+
 /// What Pixels2Real reads there: the values alone, without its refusals and their messages. Not
 /// finite where there is no value. Only for a complete calibration.
 struct GraphValues {
   float X = 0, Y = 0;
 };
 GraphValues ValuesAt(const AxisCalibration& calibration, float x, float y);
+/// The same at many positions: columns and rows become X and Y.
+void ToValues(const AxisCalibration& calibration, std::span<float> x, std::span<float> y);
 
 /// Whether Pixels2Real reads exactly these values there. Only for a complete calibration.
 bool Reads(const AxisCalibration& calibration, float x, float y, float X, float Y);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 #include "calibration/axis_calibration.h"
@@ -26,6 +27,10 @@ void ClearReadOut(ReadOut& readOut);
 /// positions than are ever shown.
 void MoveCursor(ReadOut& readOut, PointStore& store, const AxisCalibration& calibration,
                 const Desktop& desktop, int pictureHeight, float x, float y);
+/// The same along found points, which get their graph values when the calibration is complete: to
+/// the last one before the first at which it would refuse or throw. Says how many these are.
+std::size_t MoveCursor(ReadOut& readOut, PointStore& store, const AxisCalibration& calibration,
+                       int pictureHeight, FoundPoints& points);
 /// Writes the texts of the position where the cursor is: live pixel labels and read-out.
 void ShowCursor(ReadOut& readOut, AxisPanel& panel, const PointStore& store,
                 const AxisCalibration& calibration);

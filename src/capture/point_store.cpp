@@ -4,6 +4,7 @@
 #include <bit>
 #include <cstdint>
 #include <limits>
+#include <ranges>
 #include <span>
 
 #include "base/numbers.h"
@@ -28,8 +29,12 @@ template <typename... Arrays>
 void Grow(int points, Arrays&... arrays) {
   const auto size = static_cast<std::size_t>(points / kStep * kStep + kStep + 1);
   constexpr std::size_t kAll = kMostRows / kStep * kStep + kStep + 1;
-  (arrays.reserve(std::max(kAll, size)), ...);
-  ((arrays.size() < size ? arrays.resize(size) : void()), ...);
+  const auto grow = [&](auto& array) {
+    if (array.size() >= size) return;
+    array.reserve(std::max(kAll, size));
+    array.resize(size);
+  };
+  (grow(arrays), ...);
 }
 
 std::span<const float> Used(const std::vector<float>& array, int count) {
@@ -52,10 +57,10 @@ void Note(std::vector<T>& ofEachId, PointId id, const T& what) {
   ofEachId[id] = what;
 }
 
+/// Appends points that the cursor has just come along; all arrays are as long.
 bool Append(PointStore& store, CommandStates& commands, const Desktop& desktop, bool UpdateLabel,
-            float X, float Y) {
-  // A resampled list may be longer than the captured points: it can be full on its own.
-  if (store.CaptureCount >= store.MaxPoints || store.ListCount >= kMostRows) {
+            std::span<const Place> places, std::span<const float> X, std::span<const float> Y) {
+  if (places.size() > static_cast<std::size_t>(RoomFor(store))) {
     ShowNewest(store);
     Tell(desktop,
          "You reached the limit of data that can be stored.\n\r"
@@ -63,38 +68,52 @@ bool Append(PointStore& store, CommandStates& commands, const Desktop& desktop, 
          MessageIcon::Exclamation);
     return true;
   }
-  const int captured = store.CaptureCount + 1, listed = store.ListCount + 1;
-  if (captured % kStep == 0) Grow(captured, store.CaptureX, store.CaptureY, store.CaptureId);
-  if (listed % kStep == 0 || listed >= static_cast<int>(store.ListX.size()))
-    Grow(std::max(captured, listed), store.ListX, store.ListY, store.ListId);
-  const auto id = static_cast<PointId>(store.Places.size());
-  store.Places.push_back(store.CurrentPlace);
-  ++store.CaptureCount;
-  ++store.ListCount;
+  const auto count = static_cast<int>(places.size());
+  const int captured = store.CaptureCount + count, listed = store.ListCount + count;
+  if (captured >= kStep) store.Places.reserve(kMostRows + 1);
+  Grow(captured, store.CaptureX, store.CaptureY, store.CaptureId);
+  Grow(std::max(captured, listed), store.ListX, store.ListY, store.ListId);
+  const auto copy = [&](auto values, auto& captures, auto& list) {
+    std::copy_n(values, count, captures.begin() + store.CaptureCount + 1);
+    std::copy_n(values, count, list.begin() + store.ListCount + 1);
+  };
+  copy(X.begin(), store.CaptureX, store.ListX);
+  copy(Y.begin(), store.CaptureY, store.ListY);
+  copy(std::views::iota(static_cast<PointId>(store.Places.size())).begin(), store.CaptureId,
+       store.ListId);
+  store.Places.insert(store.Places.end(), places.begin(), places.end());
+  if (store.CaptureCount == 0) EnableDataCommands(commands, true);
+  store.CaptureCount = static_cast<std::int16_t>(captured);
+  store.ListCount = static_cast<std::int16_t>(listed);
   if (store.ListRows != PointStore::Rows::Places) store.ListRows = PointStore::Rows::Other;
-  store.CaptureX[store.CaptureCount] = X;
-  store.CaptureY[store.CaptureCount] = Y;
-  store.CaptureId[store.CaptureCount] = id;
-  store.ListX[store.ListCount] = X;
-  store.ListY[store.ListCount] = Y;
-  store.ListId[store.ListCount] = id;
   store.LastPixelX = store.CurrentPixelX;
   store.LastPixelY = store.CurrentPixelY;
   if (UpdateLabel) ShowNewest(store);
-  if (store.CaptureCount == 1) EnableDataCommands(commands, true);
   return false;
 }
 
 }  // namespace
 
+int RoomFor(const PointStore& store) {
+  // A resampled list may be longer than the captured points: it can be full on its own.
+  return std::max(std::min(store.MaxPoints - store.CaptureCount, kMostRows - store.ListCount), 0);
+}
+
 bool AddPoint(PointStore& store, CommandStates& commands, const Desktop& desktop,
               bool UpdateLabel) {
-  return Append(store, commands, desktop, UpdateLabel, store.CurrentX, store.CurrentY);
+  return AddValuePoint(store, commands, desktop, UpdateLabel, store.CurrentX, store.CurrentY);
 }
 
 bool AddValuePoint(PointStore& store, CommandStates& commands, const Desktop& desktop,
                    bool UpdateLabel, float X, float Y) {
-  return Append(store, commands, desktop, UpdateLabel, X, Y);
+  return Append(store, commands, desktop, UpdateLabel, {&store.CurrentPlace, 1}, {&X, 1}, {&Y, 1});
+}
+
+bool AddPoints(PointStore& store, CommandStates& commands, const Desktop& desktop, bool UpdateLabel,
+               const FoundPoints& points, std::size_t count) {
+  if (count == 0) return false;
+  return Append(store, commands, desktop, UpdateLabel, std::span(points.Places).first(count),
+                std::span(points.X).first(count), std::span(points.Y).first(count));
 }
 
 bool DeleteAllData(PointStore& store, CommandStates& commands, const Desktop& desktop, bool Ask,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <memory>
@@ -88,12 +89,25 @@ struct PointStore {
   int NPoints = 0;  // the number in the label npts
 };
 
+/// Points found one after the other, to be captured together.
+struct FoundPoints {
+  std::vector<Place> Places;
+  std::vector<float> X, Y;  // their graph values, as far as they have been read
+};
+
+/// How many points may still be appended.
+int RoomFor(const PointStore& store);
 /// Appends the current point. UpdateLabel shows the new list tail and the count at once. True when
 /// the store is full: nothing was stored and a message says so.
 bool AddPoint(PointStore& store, CommandStates& commands, const Desktop& desktop, bool UpdateLabel);
 /// The same for a pair of graph values.
 bool AddValuePoint(PointStore& store, CommandStates& commands, const Desktop& desktop,
                    bool UpdateLabel, float X, float Y);
+
+/// The same for the first `count` of found points, which the cursor has just come along; all or
+/// none.
+bool AddPoints(PointStore& store, CommandStates& commands, const Desktop& desktop, bool UpdateLabel,
+               const FoundPoints& points, std::size_t count);
 
 /// Empties the store; with Ask only after the user's Yes to a question, which ends with `note`.
 /// False when the user said no. The caller redraws the plot.

@@ -140,10 +140,20 @@ void FillDot(PlotImage& image, OverdrawnPixels& log, int x, int y, int width, Co
 
 }  // namespace
 
+void SetPixels(PlotImage& image, std::span<const MarkedPixel> at, Colour colour) {
+  const std::uint32_t pixel = PixelOfColour(colour);
+  DirtyArea dirty = image.Dirty;
+  for (const auto& [x, y] : at) {
+    if (!image.Contains(x, y)) continue;
+    Overdraw(image, image.Marks, x, y, pixel);
+    dirty.Add(x, y, x, y);
+  }
+  image.Dirty = dirty;
+}
+
 void SetPixel(PlotImage& image, int x, int y, Colour colour) {
-  if (!image.Contains(x, y)) return;
-  Overdraw(image, image.Marks, x, y, PixelOfColour(colour));
-  image.Dirty.Add(x, y, x, y);
+  const MarkedPixel at{x, y};
+  SetPixels(image, {&at, 1}, colour);
 }
 
 void DrawLine(PlotImage& image, int x1, int y1, int x2, int y2, Colour colour) {

@@ -71,8 +71,12 @@ inline bool IsBlack(const PlotImage& image, int x, int y) {
   return image.Contains(x, y) && IsBlackPixel(image.Pixels.Row(y)[x]);
 }
 
+struct MarkedPixel {
+  int X = 0, Y = 0;
+};
 /// Marks: what is outside the picture is not drawn.
 void SetPixel(PlotImage& image, int x, int y, Colour colour);
+void SetPixels(PlotImage& image, std::span<const MarkedPixel> at, Colour colour);
 /// From (x1, y1) to (x2, y2), both ends included.
 void DrawLine(PlotImage& image, int x1, int y1, int x2, int y2, Colour colour);
 /// A rectangle with the corners (x1, y1) and (x2, y2), both included.
@@ -83,9 +87,6 @@ void DrawDot(PlotImage& image, int x, int y, int width, Colour colour);
 /// Takes back the marks from number `first` on, oldest first, that lie in column `x` or right of
 /// it.
 void TakeBackMarks(PlotImage& image, std::size_t first, int x);
-struct MarkedPixel {
-  int X = 0, Y = 0;
-};
 /// Takes back all marks on those of these pixels that show this colour.
 void TakeBackMarks(PlotImage& image, std::span<const MarkedPixel> at, Colour colour);
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <limits>
 #include <string>
 
 #include "base/numbers.h"
@@ -18,22 +19,35 @@ constexpr int kColumnsPerPump = 256;
 
 void Scroll(RunningTrace& trace, int x, int y) {
   Viewport& view = trace.Context.View;
-  const int oldX = view.X, oldY = view.Y;
-  ScrollTo(view, x, y);
-  if (view.X != oldX || view.Y != oldY) PumpProgress(trace.Context);
+  Viewport scrolled = view;
+  ScrollTo(scrolled, x, y);
+  if (scrolled.X == view.X && scrolled.Y == view.Y) return;
+  CaptureFound(trace);
+  view = scrolled;
+  PumpProgress(trace.Context);
 }
 
-bool EmitPoint(RunningTrace& trace, int column, float row) {
-  const ExtractionContext& context = trace.Context;
-  SetPixel(context.Image, column, ToInt32(row), trace.MarkColour);
-  MoveCursor(context, static_cast<float>(column), row);
-  if (trace.Adds) {
-    if (AddPoint(context.Store, context.Commands, context.Callbacks, trace.RefreshList))
-      return false;
-    if (trace.RefreshList) PumpProgress(context);
-  }
-  ++trace.Points;
-  return true;
+/// As many as there is room for. When there is none, a point is refused as soon as it is found.
+std::size_t MostFound(const RunningTrace& trace) {
+  if (!trace.Adds) return std::numeric_limits<std::size_t>::max();
+  if (trace.RefreshList) return 1;
+  return static_cast<std::size_t>(std::max(RoomFor(trace.Context.Store), 1));
+}
+
+bool EmitPoint(RunningTrace& trace, float column, float row) {
+  trace.Found.Places.push_back({column, row});
+  return trace.Found.Places.size() < trace.MostFound || CaptureFound(trace);
+}
+
+/// Marks the first `count` of the points that wait.
+void MarkFound(const RunningTrace& trace, std::size_t count) {
+  std::vector<MarkedPixel> pixels(count);
+  std::transform(trace.Found.Places.begin(),
+                 trace.Found.Places.begin() + static_cast<std::ptrdiff_t>(count), pixels.begin(),
+                 [](const Place& place) {
+                   return MarkedPixel{static_cast<int>(place.Column), ToInt32(place.Row)};
+                 });
+  SetPixels(trace.Context.Image, pixels, trace.MarkColour);
 }
 
 /// Whether black in this column, in these rows, is or touches the curve.
@@ -102,13 +116,17 @@ RunningTrace::RunningTrace(const ExtractionContext& context, float x, float y)
       YJump(std::max<int>(context.Options.YJump, 1)),
       StartColumn(ToInt16(x)),
       StartRow(ToInt16(y)),
-      MarksBefore(context.Image.Marks.size()) {}
+      MarksBefore(context.Image.Marks.size()),
+      MostFound(graphize::MostFound(*this)) {}
 
 bool GoesOn(RunningTrace& trace, int column) {
   if (column >= trace.Context.Image.Width()) return false;
   trace.Stopped = trace.Context.Callbacks.EscapeHeld();
   if (trace.Stopped) return false;
-  if (++trace.Columns % kColumnsPerPump == 0) PumpProgress(trace.Context);
+  if (++trace.Columns % kColumnsPerPump == 0) {
+    CaptureFound(trace);
+    PumpProgress(trace.Context);
+  }
   return true;
 }
 
@@ -136,12 +154,34 @@ void ScrollToRows(RunningTrace& trace, int top, int bottom) {
 bool EmitPoints(RunningTrace& trace, const ColumnPoints& points) {
   ++trace.OnCurve;
   if (trace.MarksBefore > 0) trace.Seen.push_back(points);
-  return (!trace.Center || EmitPoint(trace, points.Column, points.Center)) &&
-         (!trace.Below || EmitPoint(trace, points.Column, static_cast<float>(points.Below))) &&
-         (!trace.Above || EmitPoint(trace, points.Column, static_cast<float>(points.Above)));
+  const auto column = static_cast<float>(points.Column);
+  return (!trace.Center || EmitPoint(trace, column, points.Center)) &&
+         (!trace.Below || EmitPoint(trace, column, static_cast<float>(points.Below))) &&
+         (!trace.Above || EmitPoint(trace, column, static_cast<float>(points.Above)));
 }
 
-TraceEnd EndTrace(const RunningTrace& trace) {
+bool CaptureFound(RunningTrace& trace) {
+  const ExtractionContext& context = trace.Context;
+  const std::vector<Place>& places = trace.Found.Places;
+  const std::size_t count = MoveCursor(context.Cursor, context.Store, context.Calibration,
+                                       context.Image.Height(), trace.Found);
+  MarkFound(trace, std::min(count + 1, places.size()));
+  if (trace.Adds && AddPoints(context.Store, context.Commands, context.Callbacks, trace.RefreshList,
+                              trace.Found, count)) {
+    trace.Found.Places.clear();
+    return false;
+  }
+  trace.Points += static_cast<int>(count);
+  if (count < places.size())
+    MoveCursor(context, places[count].Column, places[count].Row);  // tells why it cannot
+  trace.Found.Places.clear();
+  trace.MostFound = MostFound(trace);
+  if (trace.Adds && trace.RefreshList && count > 0) PumpProgress(context);
+  return true;
+}
+
+TraceEnd EndTrace(RunningTrace& trace) {
+  CaptureFound(trace);
   ShowResult(trace.Context);
   const TraceEnd end{.HiddenByMarks = MarksHideTheCurve(trace)};
   trace.Context.Status.Status = ResultText(trace, end.HiddenByMarks);

@@ -35,6 +35,8 @@ struct RunningTrace {
   int Columns = 0;                 // looked at
   int OnCurve = 0;                 // of them, those with points
   int Points = 0;                  // marked, and captured when it adds
+  FoundPoints Found;               // waiting for that
+  std::size_t MostFound;           // so many wait at most
   bool Stopped = false;            // by Escape
   std::vector<ColumnPoints> Seen;  // the columns on the curve, while there are marks to run into
 };
@@ -45,11 +47,16 @@ bool GoesOn(RunningTrace& trace, int column);
 /// Keep the trace in sight; the events pending after a scroll run.
 void ScrollToColumn(RunningTrace& trace, int column);
 void ScrollToRows(RunningTrace& trace, int top, int bottom);
-/// Marks and captures the checked points: centre, below, above. With `RefreshList` the window may
-/// show the list after each. False when the store is full.
+/// Takes the checked points to be marked and captured: centre, below, above. They wait to be done
+/// together, but not beyond the next look at the window: whatever is shown, also when there is an
+/// error at one of them, is as if each had been captured where it was found. With `RefreshList` the
+/// window may show the list after each. False when the store is full.
 bool EmitPoints(RunningTrace& trace, const ColumnPoints& points);
+/// Marks and captures the points that wait. Needed before pixels left of here are read again, which
+/// the marks change. False when the store is full.
+bool CaptureFound(RunningTrace& trace);
 /// Shows the newest point, and says in the status panel what has come out, and when marks of an
 /// earlier trace or scan hide ink where the trace started, went or ended.
-TraceEnd EndTrace(const RunningTrace& trace);
+TraceEnd EndTrace(RunningTrace& trace);
 
 }  // namespace graphize

@@ -227,7 +227,10 @@ TraceEnd TraceSmooth(const ExtractionContext& context, float x, float y) {
     curve.Adjacent = false;
     if (!found) continue;
     const Stroke& stroke = found->Ink;
-    if (begun && !found->Touches && IsAnothers(curve, stroke, column, limit)) continue;
+    if (begun && !found->Touches) {
+      CaptureFound(trace);  // marks are no ink where it looks back
+      if (IsAnothers(curve, stroke, column, limit)) continue;
+    }
     if (begun && IsUprightLine(curve, stroke, column)) break;
     ScrollToColumn(trace, column);
     ScrollToRows(trace, stroke.Top - 1, stroke.Bottom + 1);

@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <tuple>
+#include <vector>
 
+#include "base/run_time_error.h"
 #include "capture/snap.h"
 #include "support/ascii_picture.h"
 #include "support/calibrated.h"
@@ -38,6 +41,52 @@ TEST(Cursor, ReadsPixelsUpwardAndValuesOnceCalibrated) {
   EXPECT_EQ(store.CurrentPlace.Column, 100);
   EXPECT_EQ(store.CurrentPlace.Row, 179.5f);
   EXPECT_EQ(readOut.XPOS, ".5%") << "at X = 0 the last relative error stays";
+}
+
+TEST(Cursor, GoesAlongPointsAsFarAsTheyHavePixelsAndValues) {
+  const test::ScriptedDesktop desktop;
+  AxisCalibration c =
+      test::Calibrate({{{100, 100, "0", "0"}, {500, 100, "10", "0"}, {100, 500, "0", "100"}}});
+  struct Case {
+    std::vector<Place> Places;
+    std::size_t Reached;
+  };
+  const Case cases[] = {{{}, 0},
+                        {{{300, 180}, {100, 180.5f}, {7.3f, 12.7f}}, 3},
+                        {{{32767.4f, 0}, {32767.5f, 0}, {1, 1}}, 1},
+                        {{{1, 1}, {-32768.5f, 33000}, {2, 33248.5f}, {2, 33249}}, 3},
+                        {{{0, std::numeric_limits<float>::quiet_NaN()}}, 0}};
+  for (const bool percent : {false, true}) {
+    for (const auto& [places, reached] : cases) {
+      ReadOut together, each;
+      together.Percent = each.Percent = percent;
+      PointStore store, eachStore;
+      FoundPoints points{places, {}, {}};
+      ASSERT_EQ(MoveCursor(together, store, c, 480, points), reached);
+      for (std::size_t i = 0; i < reached; ++i) {
+        MoveCursor(each, eachStore, c, desktop, 480, places[i].Column, places[i].Row);
+        EXPECT_EQ(points.X[i], eachStore.CurrentX);
+        EXPECT_EQ(points.Y[i], eachStore.CurrentY);
+      }
+      EXPECT_EQ(store.CurrentY, eachStore.CurrentY);
+      EXPECT_EQ(store.CurrentPlace, eachStore.CurrentPlace);
+      EXPECT_EQ(store.CurrentPixelY, eachStore.CurrentPixelY);
+      EXPECT_EQ(together.ErrorX, each.ErrorX);
+      EXPECT_EQ(together.PlotY, each.PlotY);
+      if (reached < places.size()) {
+        EXPECT_THROW(MoveCursor(each, eachStore, c, desktop, 480, places[reached].Column,
+                                places[reached].Row),
+                     RunTimeError);
+      }
+    }
+  }
+  FoundPoints points{{{1, 1}, {2, 2}}, {}, {}};
+  ReadOut readOut;
+  PointStore store;
+  EXPECT_EQ(MoveCursor(readOut, store, AxisCalibration{}, 480, points), 2u) << "without values";
+  c.XLog = true;  // from 0
+  EXPECT_EQ(MoveCursor(readOut, store, c, 480, points), 0u);
+  EXPECT_EQ(store.CurrentPixelX, 2);
 }
 
 TEST(Snap, GoesToTheCentreOfTheInk) {

@@ -41,6 +41,28 @@ TEST(PointStore, GrowsInStepsAndKeepsWhatItHolds) {
   EXPECT_GE(store.ListX.size(), 1001u);
   EXPECT_EQ(store.ListX[500], 550);
 
+  // Many at once are like one after the other: over several steps, and all or none.
+  FoundPoints found;
+  for (int i = 1; i <= 1200; ++i) {
+    found.Places.push_back({static_cast<float>(i), 0.5f});
+    found.X.push_back(static_cast<float>(-i));
+    found.Y.push_back(static_cast<float>(2 * i));
+  }
+  EXPECT_EQ(store.CaptureCount, 550);
+  EXPECT_FALSE(AddPoints(store, commands, desktop, false, found, 1199));
+  EXPECT_EQ(store.CaptureCount, 1749);
+  EXPECT_EQ(store.ListCount, 1699);
+  EXPECT_EQ(store.CaptureX[551], -1);
+  EXPECT_EQ(store.CaptureY[1749], 2398);
+  EXPECT_EQ(store.ListX[501], -1);
+  EXPECT_EQ(store.Places[store.ListId[1699]].Column, 1199);
+  EXPECT_EQ(store.CaptureId[1749], store.ListId[1699]);
+  store.MaxPoints = 1750;
+  desktop.ExpectMessage("You reached the limit of data that can be stored.");
+  EXPECT_EQ(RoomFor(store), 1);
+  EXPECT_TRUE(AddPoints(store, commands, desktop, false, found, 2));
+  EXPECT_EQ(store.CaptureCount, 1749);
+
   // Added to exchanged rows, points make the list neither.
   EXPECT_EQ(store.ListRows, PointStore::Rows::Places);
   store.ListRows = PointStore::Rows::SwappedPlaces;
