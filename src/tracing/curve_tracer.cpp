@@ -1,6 +1,7 @@
 #include "tracing/curve_tracer.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/numbers.h"
 #include "tracing/ink_column.h"
@@ -29,40 +30,49 @@ int LowestContinuation(const InkColumn& here, const InkColumn& next, int top, in
   return -1;
 }
 
+/// The row below the ink from `row` on downward, over gaps of up to `yIncrement` rows; `row` itself
+/// where there is none.
+int RowBelow(const InkColumn& here, int row, int yIncrement) {
+  int end = row;
+  for (row = std::max(row, here.First()); row <= here.Last() && row - end <= yIncrement; ++row)
+    while (row <= here.Last() && here.IsBlack(row)) end = ++row;
+  return end;
+}
+
+/// The same upward, which never looks at the two uppermost rows unless it begins there.
+int RowAbove(const InkColumn& here, int row, int yIncrement) {
+  const int first = std::max(here.First(), std::min(row, 2));
+  int end = row;
+  for (row = std::min(row, here.Last()); row >= first && end - row <= yIncrement; --row)
+    while (row >= first && here.IsBlack(row)) end = --row;
+  return end;
+}
+
+/// The row of `next` that touches ink of `here` in the rows from `from` back to `to`, as far as may
+/// be in the direction of `step`, which is 1 or -1; -1 when there is none.
+int FarthestContinuation(const InkColumn& here, const InkColumn& next, int from, int to, int step) {
+  for (int row = from; (row - to) * step >= 0; row -= step) {
+    if (!here[row]) continue;
+    if (next[row + step]) return row + step;
+    if (next[row]) return row;
+  }
+  return -1;
+}
+
 /// Widens `stroke` to the ink of column `here` (its bounds then lie one row outside of it) and
 /// looks where it goes on in column `next`.
-Continuation FollowInto(const InkColumn& here, const InkColumn& next, int lastRow, int yIncrement,
+Continuation FollowInto(const InkColumn& here, const InkColumn& next, int yIncrement,
                         Rows& stroke) {
-  const int across =
-      LowestContinuation(here, next, std::max(stroke.Top, 0), std::min(stroke.Bottom, lastRow));
-  Continuation found{across, across};
+  const Rows within = std::exchange(
+      stroke, {RowAbove(here, stroke.Top, yIncrement), RowBelow(here, stroke.Bottom, yIncrement)});
+  Continuation found{FarthestContinuation(here, next, stroke.Top + 1, within.Top, -1),
+                     FarthestContinuation(here, next, stroke.Bottom - 1, within.Bottom, 1)};
+  if (found.Top >= 0 && found.Bottom >= 0) return found;
 
-  int row = stroke.Bottom, gap = 0;
-  do {
-    if (here[row]) {
-      if (next[row]) found.Bottom = row;
-      if (next[row + 1]) found.Bottom = row + 1;
-      gap = 0;
-    } else {
-      ++gap;
-    }
-    ++row;
-  } while (gap <= yIncrement && row <= lastRow);
-  stroke.Bottom = row - gap;
-
-  row = stroke.Top, gap = 0;
-  do {
-    if (here[row]) {
-      if (next[row]) found.Top = row;
-      if (next[row - 1]) found.Top = row - 1;
-      gap = 0;
-    } else {
-      ++gap;
-    }
-    --row;
-  } while (gap <= yIncrement && row >= 2);
-  stroke.Top = row + gap;
-
+  const int across = LowestContinuation(here, next, std::max(within.Top, 0),
+                                        std::min(within.Bottom, here.Rows() - 1));
+  if (found.Top < 0) found.Top = across;
+  if (found.Bottom < 0) found.Bottom = across;
   if (found.Top < 0) found.Top = found.Bottom;
   if (found.Bottom < 0) found.Bottom = found.Top;
   return found;
@@ -90,9 +100,8 @@ Continuation FollowInto(const InkColumn& here, const InkColumn& next, int lastRo
 bool FindContinuation(RunningTrace& trace, int& column, Rows& stroke, Continuation& next) {
   const int limit = column + trace.XIncrement;
   while (true) {
-    const InkColumn here(trace.Ink, column);
-    next = FollowInto(here, InkColumn(trace.Ink, column + 1), here.Rows() - 1, trace.YIncrement,
-                      stroke);
+    next = FollowInto(InkColumn(trace.Ink, column), InkColumn(trace.Ink, column + 1),
+                      trace.YIncrement, stroke);
     if (next.Top >= 0) return true;
     if (++column > limit || !GoesOn(trace, column)) return false;
   }

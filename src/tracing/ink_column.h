@@ -36,10 +36,14 @@ class InkColumn {
 
   /// Of the picture; 0 for a column outside of it.
   int Rows() const { return height_; }
-  /// Whether the pixel in this row is exactly black.
+  /// The rows that are traced; none when First > Last.
+  int First() const { return first_; }
+  int Last() const { return first_ + static_cast<int>(count_) - 1; }
+  /// Whether the pixel in this row, which is one of them, is exactly black.
+  bool IsBlack(int row) const { return IsBlackPixel(top_[static_cast<std::size_t>(row) * width_]); }
+  /// The same of any row.
   bool operator[](int row) const {
-    return static_cast<unsigned>(row - first_) < count_ &&
-           IsBlackPixel(top_[static_cast<std::size_t>(row) * width_]);
+    return static_cast<unsigned>(row - first_) < count_ && IsBlack(row);
   }
 
  private:
