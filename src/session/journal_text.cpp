@@ -14,27 +14,25 @@ namespace graphize {
 
 namespace {
 
-/// The words of one line.
+/// The words of one line, which ends after every one of them: a destructor that ends it would need
+/// memory.
 class Line {
  public:
-  explicit Line(std::string& text, const char* name) : text_(text) { text_ += name; }
-  ~Line() { text_ += '\n'; }
-  Line(const Line&) = delete;
-  Line& operator=(const Line&) = delete;
+  Line(std::string& text, const char* name) : text_(text) { (text_ += name) += '\n'; }
 
   template <class Number>
   requires std::is_integral_v<Number> Line& operator<<(Number number) {
-    text_ += ' ';
-    text_ += std::to_string(number);
-    return *this;
+    return Add(std::to_string(number));
   }
-  Line& operator<<(const std::string& word) {
-    text_ += ' ';
-    text_ += Quote(word);
+  Line& operator<<(const std::string& word) { return Add(Quote(word)); }
+
+ private:
+  Line& Add(const std::string& word) {
+    text_.back() = ' ';
+    (text_ += word) += '\n';
     return *this;
   }
 
- private:
   std::string& text_;
 };
 
