@@ -77,17 +77,17 @@ Compared Compare(int rounds, const std::function<double()>& ours,
 }
 
 void WriteRow(const std::string& what, const std::string& floor, const std::string& measured,
-              double figure, double target, const std::string& unit) {
+              double figure, std::optional<double> target, const std::string& unit) {
   const int places = unit.empty() ? 2 : 1;
+  const std::string wanted = target ? Rounded(*target, unit.empty() ? 2 : 0) + unit : "";
+  const char* verdict = !target ? "" : figure <= *target ? "met" : "**missed**";
   std::printf("| %s | %s | %s | %s | %s | %s |\n", what.c_str(), floor.c_str(), measured.c_str(),
-              (Rounded(figure, places) + unit).c_str(),
-              (Rounded(target, unit.empty() ? 2 : 0) + unit).c_str(),
-              figure <= target ? "met" : "**missed**");
+              (Rounded(figure, places) + unit).c_str(), wanted.c_str(), verdict);
   std::fflush(stdout);
 }
 
 void WriteRow(const std::string& what, const std::string& floor, const Compared& times,
-              double target) {
+              std::optional<double> target) {
   WriteRow(what, floor, Milliseconds(times.Ours) + " / " + Milliseconds(times.Floor), times.Ratio,
            target);
 }

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -23,12 +24,13 @@ struct Compared {
 Compared Compare(int rounds, const std::function<double()>& ours,
                  const std::function<double()>& floor);
 
-/// A line of the table. The verdict is made of `Figure` and `Target`.
+/// A line of the table. The verdict is made of `figure` and `target`; what has none is there to
+/// compare with.
 void WriteRow(const std::string& what, const std::string& floor, const std::string& measured,
-              double figure, double target, const std::string& unit = "");
+              double figure, std::optional<double> target, const std::string& unit = "");
 /// The same of two pieces of work.
 void WriteRow(const std::string& what, const std::string& floor, const Compared& times,
-              double target);
+              std::optional<double> target);
 std::string Milliseconds(double seconds);
 
 /// The longest that `work` goes on after Escape, in seconds, of so many moments spread over its

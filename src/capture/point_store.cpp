@@ -4,7 +4,7 @@
 #include <bit>
 #include <cstdint>
 #include <limits>
-#include <ranges>
+#include <numeric>
 #include <span>
 
 #include "base/numbers.h"
@@ -79,8 +79,12 @@ bool Append(PointStore& store, CommandStates& commands, const Desktop& desktop, 
   };
   copy(X.begin(), store.CaptureX, store.ListX);
   copy(Y.begin(), store.CaptureY, store.ListY);
-  copy(std::views::iota(static_cast<PointId>(store.Places.size())).begin(), store.CaptureId,
-       store.ListId);
+  const auto number = [&](std::vector<PointId>& ids, int before) {
+    const auto first = ids.begin() + before + 1;
+    std::iota(first, first + count, static_cast<PointId>(store.Places.size()));
+  };
+  number(store.CaptureId, store.CaptureCount);
+  number(store.ListId, store.ListCount);
   store.Places.insert(store.Places.end(), places.begin(), places.end());
   if (store.CaptureCount == 0) EnableDataCommands(commands, true);
   store.CaptureCount = static_cast<std::int16_t>(captured);
