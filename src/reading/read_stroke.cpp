@@ -10,7 +10,9 @@
 #include "reading/free_follower.h"
 #include "reading/pixel_set.h"
 #include "reading/stroke_crossings.h"
+#include "reading/stroke_crowds.h"
 #include "reading/stroke_ends.h"
+#include "reading/stroke_tips.h"
 #include "reading/stroke_tolerance.h"
 
 namespace graphize {
@@ -31,44 +33,6 @@ struct Followed {
                          [](const StrokeSample& sample) { return sample.IsSeen; });
   }
 };
-
-/// Whether what crowds a sample is the stroke's own ink, because the way turns there, back or from
-/// columns to rows: no clear ink is farther from the way than the stroke is wide.
-bool IsOwnTurn(const InkMap& map, const std::vector<PathPixel>& path, double width,
-               const std::vector<StrokeSample>& samples, std::ptrdiff_t i) {
-  constexpr std::ptrdiff_t kNear = 3;
-  const StrokeSample& sample = samples[i];
-  const StrokeSample& before = samples[std::max(i - kNear, std::ptrdiff_t{0})];
-  const StrokeSample& behind = samples[std::min(i + kNear, std::ssize(samples) - 1)];
-  const bool isEven = before.AlongRow == sample.AlongRow && behind.AlongRow == sample.AlongRow &&
-                      (sample.At - before.At) * (behind.At - sample.At) > 0;
-  if (isEven) return false;
-  const int reach = 6 + static_cast<int>(std::lround(2 * width));
-  const auto first = path.begin() + std::max(sample.Pixel - reach, 0);
-  const auto last = path.begin() + std::min(sample.Pixel + reach, static_cast<int>(path.size()));
-  const double most = 0.5 * width + 1;
-  for (const int step : {-1, 1})
-    for (PathPixel at = path[static_cast<std::size_t>(sample.Pixel)]; map.Share(at.X, at.Y) > 0;
-         (sample.AlongRow ? at.X : at.Y) += step)
-      if (map.IsClear(at.X, at.Y) && std::none_of(first, last, [&](PathPixel own) {
-            return std::hypot(own.X - at.X, own.Y - at.Y) <= most;
-          }))
-        return false;
-  return true;
-}
-
-/// Where a stroke leaves another one, the first samples of it may still have some of that.
-void HideBesideCrowds(const InkMap& map, const std::vector<PathPixel>& path, double width,
-                      std::vector<StrokeSample>& samples) {
-  constexpr std::ptrdiff_t kBeside = 2;
-  const auto count = static_cast<std::ptrdiff_t>(samples.size());
-  for (std::ptrdiff_t i = 0; i < count; ++i) {
-    if (!samples[i].IsCrowded || IsOwnTurn(map, path, width, samples, i)) continue;
-    for (std::ptrdiff_t k = std::max(i - kBeside, std::ptrdiff_t{0});
-         k <= std::min(i + kBeside, count - 1); ++k)
-      samples[k].IsSeen = false;
-  }
-}
 
 Followed Follow(InkMap& map, const InkBlends& blends, PathPixel start, const PathCosts& costs,
                 const std::vector<PathPixel>& through, const PictureOperation& operation) {
@@ -251,6 +215,24 @@ Followed FollowSomehow(InkMap& map, const InkBlends& blends, PathPixel start,
   return followed;
 }
 
+/// Says where the ink goes on beyond a turn, and makes the points there as uncertain.
+void TellInkBeyondTurns(const InkMap& map, CurveReading& reading) {
+  const auto turns = FindInkBeyondTurns(map, reading.Points, reading.Kind);
+  if (turns.empty()) return;
+  for (const InkBeyondTurn& turn : turns)
+    for (std::size_t i = turn.First; i <= turn.Last; ++i)
+      reading.Points[i].Sigma = std::hypot(reading.Points[i].Sigma, 0.5 * turn.Length);
+  const InkBeyondTurn& most = *std::ranges::max_element(turns, {}, &InkBeyondTurn::Length);
+  const std::string place = PlaceText(most.X, most.Y);
+  reading.Doubts.push_back(
+      turns.size() == 1 ? Tr("at %1 its ink goes %2 pixels farther than the curve that was read",
+                             place, std::lround(most.Length))
+                        : Tr("at %1, and at other turns, its ink goes up to %2 pixels farther than "
+                             "the curve that "
+                             "was read",
+                             place, std::lround(most.Length)));
+}
+
 bool LeadsThrough(const std::vector<CurvePoint>& points, PathPixel at) {
   return std::any_of(points.begin(), points.end(), [&](const CurvePoint& point) {
     return std::hypot(point.X - at.X, point.Y - at.Y) <= kClickReach;
@@ -287,6 +269,7 @@ CurveReading ReadOneStroke(InkMap& map, const InkBlends& blends, PathPixel start
     reading.Doubts.push_back(TrCount("at %2 the curve is not seen, and may be off by %1 pixel",
                                      "at %2 the curve is not seen, and may be off by %1 pixels",
                                      std::lround(2 * worst.Sigma), PlaceText(worst.X, worst.Y)));
+  TellInkBeyondTurns(map, reading);
   for (const PathPixel& at : request.Through)
     if (!LeadsThrough(reading.Points, at)) {
       reading.Missed.push_back(at);

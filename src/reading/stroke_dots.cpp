@@ -68,7 +68,7 @@ double WidthOf(const std::vector<StrokeDot>& dots) {
 
 void TakeCentres(std::vector<StrokeSample>& samples, const std::vector<StrokeDot>& dots,
                  double width) {
-  constexpr double kSteepest = 1.5;
+  constexpr double kSteepest = 1.5;  // pixels per pixel; a steeper way has its cuts across it
   if (dots.size() < 2) return;
   for (StrokeSample& sample : samples) sample.IsSeen = sample.IsPart = false;
   for (std::size_t i = 0; i < dots.size(); ++i) {
@@ -83,7 +83,6 @@ void TakeCentres(std::vector<StrokeSample>& samples, const std::vector<StrokeDot
         continue;
       const double on = sample.AlongRow ? dy : dx, across = sample.AlongRow ? dx : dy;
       if (on == 0 && across == 0) continue;
-      // Dots right beside each other tell no way that a cut could be taken across.
       const double slope = on == 0 ? 0 : std::clamp(across / on, -kSteepest, kSteepest);
       sample.Middle = (sample.AlongRow ? dots[i].X : dots[i].Y) + slope * (sample.At - along);
       sample.IsSeen = true;

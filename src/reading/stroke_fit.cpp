@@ -191,10 +191,10 @@ class Course {
     return point;
   }
 
-  /// The samples from `first` to before `end`, which are not seen while those beside them are: a
-  /// polynomial through the seen ones on both sides, across the line from end to end; where there
-  /// is none, straight or, between ways that meet, half as far as to where they do. A noisy record
-  /// turns in a corner, and so does a stroke that its own two sides hide.
+  /// The samples from `first` to before `end`, which are not seen while those beside them are.
+  /// A noisy record turns in a corner, and so does a stroke that is hidden by its own two sides.
+  /// Else it is a polynomial through what is seen on both sides, across the line from end to end;
+  /// where none fits, half-way to where both ways meet, and straight where they do not.
   void Bridge(std::vector<CurvePoint>& points, int first, int end) const {
     const CurvePoint from = points[first - 1], to = points[end];
     const double gap = std::hypot(to.X - from.X, to.Y - from.Y);
@@ -208,7 +208,8 @@ class Course {
     if (tip && (!fit || isSharp) &&
         std::any_of(samples_.begin() + first, samples_.begin() + end,
                     [](const StrokeSample& sample) { return sample.IsCrowded; }))
-      return BridgeCorner(points, first, end, *tip, std::hypot(0.25, 0.2 * height));
+      return BridgeCorner(points, first, end, *tip,
+                          std::hypot(0.25, 0.06 * gap + 0.5 * std::fabs(height)));
     const auto at = [&](double t) {
       const double part = gap > 0 ? t / gap : 0;
       const double n = fit ? fit->At(t) : 2 * height * part * (1 - part);
