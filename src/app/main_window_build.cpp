@@ -195,6 +195,8 @@ void MainWindow::BuildCentre() {
   overview_ = new OverviewView(ws_.plot, plot_->Levels(), centre);
   floating_ = std::make_unique<FloatingViews>(zoom_, overview_);
   horizontal_ = Named(new QScrollBar(Qt::Horizontal), "HPScroll", tr("Scroll the picture across"));
+  horizontal_->setLayoutDirection(
+      Qt::LeftToRight);  // as the picture, whatever is written beside it
   vertical_ = Named(new QScrollBar(Qt::Vertical), "VpScroll", tr("Scroll the picture down"));
   recoveryBar_ = new RecoveryBar;
   zoomPercent_ = new ZoomPercent;

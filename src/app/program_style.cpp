@@ -6,6 +6,7 @@
 #include <QStyleOptionButton>
 #include <QStyleOptionSlider>
 #include <algorithm>
+#include <cmath>
 
 #include "app/icons.h"
 
@@ -30,9 +31,16 @@ QColor Outline(const QPalette& palette) {
   return window.lightness() > kDark ? window.darker(140) : Between(window, Qt::white, 0.35);
 }
 
-void Frame(QPainter& painter, const QRect& rect, const QColor& outline, const QColor& inside) {
+/// As thick as a line is drawn: whole pixels of the screen, at every scale of the window.
+double LineWidth(const QPainter& painter) {
+  const double scale = painter.device()->devicePixelRatioF();
+  return std::max(std::floor(scale), 1.0) / scale;
+}
+
+void Frame(QPainter& painter, const QRectF& rect, const QColor& outline, const QColor& inside) {
+  const double line = LineWidth(painter);
   painter.fillRect(rect, outline);
-  painter.fillRect(rect.adjusted(1, 1, -1, -1), inside);
+  painter.fillRect(rect.adjusted(line, line, -line, -line), inside);
 }
 
 }  // namespace
@@ -53,7 +61,7 @@ void ProgramStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* o
   // The style darkens it by 1.4.
   const bool isEnabled = option->state.testFlag(State_Enabled);
   clear.palette.setColor(QPalette::Window, Between(window, option->palette.windowText().color(),
-                                                   isEnabled ? 0.75 : 0.4));
+                                                   isEnabled ? 0.75 : 0.55));
   QProxyStyle::drawPrimitive(element, &clear, painter, widget);
 }
 
@@ -65,21 +73,23 @@ void ProgramStyle::DrawGroupFrame(const QStyleOption& option, QPainter& painter,
   const int title =
       isUntitled ? 0
                  : std::max(pixelMetric(PM_ExclusiveIndicatorHeight), option.fontMetrics.height());
-  const QRect frame = option.rect.adjusted(0, title + kGap, 0, 0);
+  const QRectF frame = option.rect.adjusted(0, title + kGap, 0, 0);
   const QColor window = option.palette.window().color();
   const QColor towards = window.lightness() > kDark ? Qt::black : Qt::white;
-  const QColor line = Between(window, towards, 0.1);
-  painter.fillRect(frame.adjusted(1, 0, -1, 0), line);  // its corners are left out
-  painter.fillRect(frame.adjusted(0, 1, 0, -1), line);
-  painter.fillRect(frame.adjusted(1, 1, -1, -1), Between(window, towards, 0.012));
+  const double line = LineWidth(painter);
+  const QColor colour = Between(window, towards, 0.1);
+  painter.fillRect(frame.adjusted(line, 0, -line, 0), colour);  // its corners are left out
+  painter.fillRect(frame.adjusted(0, line, 0, -line), colour);
+  painter.fillRect(frame.adjusted(line, line, -line, -line), Between(window, towards, 0.012));
 }
 
 void ProgramStyle::drawControl(ControlElement element, const QStyleOption* option,
                                QPainter* painter, const QWidget* widget) const {
   if (element != CE_ToolBar || !IsToolkits(*this))
     return QProxyStyle::drawControl(element, option, painter, widget);
-  const QRect& bar = option->rect;
-  painter->fillRect(bar.left(), bar.bottom(), bar.width(), 1, Outline(option->palette));
+  QRectF line = option->rect;
+  line.setTop(line.bottom() - LineWidth(*painter));
+  painter->fillRect(line, Outline(option->palette));
 }
 
 void ProgramStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
@@ -102,7 +112,8 @@ void ProgramStyle::DrawScrollBar(const QStyleOptionSlider& bar, QPainter& painte
   };
   const auto colour = [&](SubControl which) {
     const bool isActive = bar.activeSubControls.testFlag(which) && bar.state & State_Enabled;
-    if (isActive && bar.state & State_Sunken) return button.darker(115);
+    if (isActive && bar.state & State_Sunken)
+      return isDark ? button.lighter(160) : button.darker(115);
     return isActive && bar.state & State_MouseOver ? button.lighter(isDark ? 130 : 108) : button;
   };
   const bool isAcross = bar.orientation == Qt::Horizontal;

@@ -142,13 +142,14 @@ void FillDot(PlotImage& image, OverdrawnPixels& log, int x, int y, int width, Co
 
 void SetPixels(PlotImage& image, std::span<const MarkedPixel> at, Colour colour) {
   const std::uint32_t pixel = PixelOfColour(colour);
+  // First, so that a lack of memory leaves no mark that nobody paints; and in a copy, which no
+  // store of a pixel could be for all that the compiler knows.
   DirtyArea dirty = image.Dirty;
-  for (const auto& [x, y] : at) {
-    if (!image.Contains(x, y)) continue;
-    Overdraw(image, image.Marks, x, y, pixel);
-    dirty.Add(x, y, x, y);
-  }
+  for (const auto& [x, y] : at)
+    if (image.Contains(x, y)) dirty.Add(x, y, x, y);
   image.Dirty = dirty;
+  for (const auto& [x, y] : at)
+    if (image.Contains(x, y)) Overdraw(image, image.Marks, x, y, pixel);
 }
 
 void SetPixel(PlotImage& image, int x, int y, Colour colour) {

@@ -27,8 +27,10 @@ void Scroll(RunningTrace& trace, int x, int y) {
   PumpProgress(trace.Context);
 }
 
-/// As many as there is room for. When there is none, a point is refused as soon as it is found.
-std::size_t MostFound(const RunningTrace& trace) {
+/// As many as there is room for: so it is only the point that fills the store which EmitPoint is
+/// told of, and whoever else captures what waits need not ask. When there is none, a point is
+/// refused as soon as it is found.
+std::size_t RoomForFound(const RunningTrace& trace) {
   if (!trace.Adds) return std::numeric_limits<std::size_t>::max();
   if (trace.RefreshList) return 1;
   return static_cast<std::size_t>(std::max(RoomFor(trace.Context.Store), 1));
@@ -117,7 +119,7 @@ RunningTrace::RunningTrace(const ExtractionContext& context, float x, float y)
       StartColumn(ToInt16(x)),
       StartRow(ToInt16(y)),
       MarksBefore(context.Image.Marks.size()),
-      MostFound(graphize::MostFound(*this)) {}
+      MostFound(RoomForFound(*this)) {}
 
 bool GoesOn(RunningTrace& trace, int column) {
   if (column >= trace.Context.Image.Width()) return false;
@@ -175,7 +177,7 @@ bool CaptureFound(RunningTrace& trace) {
   if (count < places.size())
     MoveCursor(context, places[count].Column, places[count].Row);  // tells why it cannot
   trace.Found.Places.clear();
-  trace.MostFound = MostFound(trace);
+  trace.MostFound = RoomForFound(trace);
   if (trace.Adds && trace.RefreshList && count > 0) PumpProgress(context);
   return true;
 }

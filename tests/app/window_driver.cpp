@@ -15,6 +15,7 @@
 #include <string_view>
 
 #include "app/journaled_work.h"
+#include "app/program_style.h"
 #include "app/storm.h"
 #include "support/virtual_scanner.h"
 #include "widgets/form_dialog.h"
@@ -279,6 +280,7 @@ void WindowTest::UntilFormIsClosed() {
 int main(int argc, char** argv) {
   graphize::test::HideRealScanners();
   QApplication application(argc, argv);
+  graphize::SetLook();
   if (argc == 4 && std::string_view(argv[1]) == graphize::test::kJournaledWork)
     return graphize::test::DoJournaledWork(argv[2], static_cast<unsigned>(std::atoi(argv[3])));
   if (argc == 5 && std::string_view(argv[1]) == graphize::test::kStorm)
