@@ -8,10 +8,10 @@
 namespace graphize {
 
 // What the program and the process that decodes pictures for it say to each other. The process is
-// started with the program's ModuleStamp, the path of the module that reads pictures and the
-// seconds of processor time that it may use; it fences itself in, says through its channel which
-// layers hold (a byte), and waits for one request. What becomes of that is in the request's memory
-// files when it ends.
+// started with the program's ModuleStamp, the path of the module that it reads pictures by (one of
+// two, codecs/picture_modules.h) and the seconds of processor time that it may use; it fences
+// itself in, says through its channel which layers hold (a byte), and waits for one request. What
+// becomes of that is in the request's memory files when it ends.
 
 /// The layers of the fence, as bits.
 enum DecodeLayer : std::uint8_t {
@@ -22,8 +22,9 @@ enum DecodeLayer : std::uint8_t {
   kAllLayers = 15,
 };
 
-/// The exit code of a process that is not of the program's build.
-inline constexpr int kOtherBuild = 3;
+/// The exit codes of a process that is not of the program's build, and of one whose module cannot
+/// be loaded.
+inline constexpr int kOtherBuild = 3, kNoModule = 4;
 
 /// Comes with three files: the picture to be read, an empty memory file for the pixels, and one
 /// that holds a DecodeReport.

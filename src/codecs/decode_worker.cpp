@@ -8,6 +8,7 @@
 #include "base/deferred_text.h"
 #include "base/free_beside.h"
 #include "base/memory_file.h"
+#include "base/module.h"
 #include "base/translation.h"
 #include "base/version.h"
 #include "raster/size_limits.h"
@@ -101,6 +102,8 @@ std::optional<unsigned> DecodeWorker::Layers(std::chrono::milliseconds atMost) {
   if (end && end->Signal == 0 && end->Code == kOtherBuild)
     throw RunTimeError(
         "The program was updated while it was open. Please save your points and start it again.");
+  // Loading it here, too, tells what is missing.
+  if (end && end->Signal == 0 && end->Code == kNoModule) LoadModule(module_, "GraphizeReader");
   return 0;
 }
 

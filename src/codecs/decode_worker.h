@@ -38,7 +38,7 @@ class DecodeWorker {
 
   /// The layers that hold (DecodeLayer) once it is ready, for which this waits at most so long;
   /// nothing until then. 0 when it ended before, or was ended because it did not get ready.
-  /// RunTimeError when it is not of this build.
+  /// RunTimeError, at the first call, when it is not of this build or its module cannot be loaded.
   std::optional<unsigned> Layers(std::chrono::milliseconds atMost);
   /// It was ended because it did not get ready.
   bool DoesNotStart() const { return doesNotStart_; }
@@ -55,6 +55,7 @@ class DecodeWorker {
 
   DecodeWorker(ChildProcess process, const DecoderProgram& program)
       : process_(std::move(process)),
+        module_(program.Module),
         leavesFiles_(program.LeavesFiles),
         seconds_(program.Seconds),
         lastStart_(Clock::now() + program.LongestStart) {}
@@ -64,6 +65,7 @@ class DecodeWorker {
                                        const PictureProgress& progress);
 
   ChildProcess process_;
+  std::filesystem::path module_;
   bool leavesFiles_;
   int seconds_;
   Clock::time_point lastStart_;

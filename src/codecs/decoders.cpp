@@ -59,28 +59,40 @@ Decoders::Taken Decoders::Take(DecoderKind kind, const PictureProgress& progress
 }
 
 void Decoders::StartNext(DecoderKind latest) {
+  constexpr int kRemembered = 16;  // types that take turns end and start no process each time
+  std::vector<Ahead> tooMany;
   const std::lock_guard lock(mutex_);
-  latest_ = latest;
-  FillUp();
+  libraryFor_ = latest == DecoderKind::Library ? kRemembered : std::max(libraryFor_ - 1, 0);
+  tooMany = FillUp();
 }
 
-void Decoders::FillUp() {
+std::vector<Decoders::Ahead> Decoders::FillUp() {
+  std::vector<Ahead> tooMany;
   try {
-    for (const DecoderKind kind : {DecoderKind::Direct, DecoderKind::Library})
-      while (!Of(kind).DoesNotStart && Of(kind).Waiting.size() < Wanted(kind))
-        Of(kind).Waiting.emplace_back(Of(kind).Program);
+    for (const DecoderKind kind : {DecoderKind::Direct, DecoderKind::Library}) {
+      Kind& of = Of(kind);
+      std::erase_if(of.Waiting, [&](Ahead& ahead) {
+        if (!ahead.HasEnded()) return false;
+        if (ahead.Worker() && ahead.Worker()->DoesNotStart()) of.DoesNotStart = true;
+        return true;
+      });
+      for (; of.Waiting.size() > Wanted(kind); of.Waiting.pop_back())
+        tooMany.push_back(std::move(of.Waiting.back()));
+      while (!of.DoesNotStart && of.Waiting.size() < Wanted(kind))
+        of.Waiting.emplace_back(of.Program);
+    }
   } catch (const std::exception&) {
     // No memory for it: the next picture waits for its process.
   }
+  return tooMany;
 }
 
 void Decoders::StartAhead(std::size_t atOnce, std::size_t toCome) {
+  std::vector<Ahead> tooMany;
   const std::lock_guard lock(mutex_);
   atOnce_ = atOnce;
   toCome_ = toCome;
-  for (const DecoderKind kind : {DecoderKind::Direct, DecoderKind::Library})
-    while (Of(kind).Waiting.size() > Wanted(kind)) Of(kind).Waiting.pop_back();
-  FillUp();
+  tooMany = FillUp();
 }
 
 std::size_t Decoders::CountAhead(DecoderKind kind) {
@@ -96,7 +108,7 @@ std::optional<unsigned> Decoders::Layers() {
       if (!kind.Waiting.empty())
         if (const auto layers = kind.Waiting.front().Layers(0ms)) kind.Layers = *layers;
     } catch (const RunTimeError&) {
-      // The next picture says so.
+      kind.Waiting.pop_front();  // the next picture says so
     }
     if (kind.Layers != kUnknown) common &= kind.Layers;
   }
@@ -104,8 +116,7 @@ std::optional<unsigned> Decoders::Layers() {
 }
 
 std::size_t Decoders::Wanted(DecoderKind kind) const {
-  const bool isNeeded =
-      kind == DecoderKind::Direct || latest_ == DecoderKind::Library || toCome_ == kManyPictures;
+  const bool isNeeded = kind == DecoderKind::Direct || libraryFor_ > 0 || toCome_ == kManyPictures;
   return isNeeded ? std::min(atOnce_, toCome_) : 0;
 }
 
@@ -127,6 +138,18 @@ std::optional<unsigned> Decoders::Ahead::Layers(std::chrono::milliseconds atMost
     worker_ = starting_.get();
   }
   return worker_ ? worker_->Layers(atMost) : 0;
+}
+
+bool Decoders::Ahead::HasEnded() {
+  if (starting_.valid()) {
+    if (starting_.wait_for(0ms) != std::future_status::ready) return false;
+    try {
+      worker_ = starting_.get();
+    } catch (const std::exception&) {
+      return true;  // no memory for it
+    }
+  }
+  return !worker_ || worker_->HasEnded();
 }
 
 }  // namespace graphize

@@ -49,10 +49,11 @@ inline constexpr std::size_t kManyPictures = std::numeric_limits<std::size_t>::m
 void PrepareToDecode(std::size_t atOnce = 1, std::size_t pictures = kManyPictures);
 
 /// Why a picture may do more than it could in a process of its own that is fenced in on all sides:
-/// sentences in plain words, none where everything holds. Known after the first picture, or
-/// PrepareToDecode.
+/// sentences in plain words, none where everything holds. Of the latest processes, also those that
+/// only wait; known after the first picture, or PrepareToDecode.
 std::string MissingDecodeProtection();
-/// That sentence only where a picture was decoded within this program: nothing held it back.
+/// The sentence that tells it, once a picture was decoded within this program for lack of a
+/// process: nothing held it back.
 std::string DecodedWithinProgram();
 
 /// Writes a picture by format code and option (codecs/file_format.h); at most 256 colours are

@@ -60,7 +60,7 @@ class FileChecksum {
  public:
   FileChecksum(const Descriptor& file, std::uintmax_t size) {
     const auto read = [this, &file] { return Read(file.Get()); };
-    result_ = size > kBlock ? StartBeside(read) : std::async(std::launch::deferred, read);
+    result_ = size > kAtOnce ? StartBeside(read) : std::async(std::launch::deferred, read);
   }
   ~FileChecksum() { stopped_ = true; }
   FileChecksum(const FileChecksum&) = delete;
@@ -78,7 +78,7 @@ class FileChecksum {
   std::uint32_t Read(int file) const {
     std::uint32_t checksum = 0;
     std::uintmax_t offset = 0;
-    for (std::string block(kBlock, '\0'); block.size() == kBlock && !stopped_;) {
+    for (std::string block(kAtOnce, '\0'); block.size() == kAtOnce && !stopped_;) {
       ThrowSystemError(ReadAt(file, offset, block));
       checksum = Crc32(checksum, block);
       offset += block.size();
@@ -86,20 +86,20 @@ class FileChecksum {
     return checksum;
   }
 
-  static constexpr std::size_t kBlock = 1 << 20;
+  static constexpr std::size_t kAtOnce = 1 << 20;  // bytes that stay in the processor's cache
 
   std::atomic<bool> stopped_ = false;
   std::future<std::uint32_t> result_;  // the last member: its thread ends before the rest goes
 };
 
-constexpr std::size_t kBlock = 16 << 20;  // bytes between two looks for Escape
+constexpr std::size_t kBetweenLooks = 16 << 20;  // bytes, for Escape
 
 /// Gives `bytes` to `work(block)` until that says no. Whether all were taken; false also when the
 /// operation was stopped.
 template <class Work>
 bool InBlocks(std::string_view bytes, const PictureOperation& operation, const Work& work) {
-  for (; !bytes.empty(); bytes.remove_prefix(std::min(kBlock, bytes.size())))
-    if (operation.Stopped || !work(bytes.substr(0, kBlock))) return false;
+  for (; !bytes.empty(); bytes.remove_prefix(std::min(kBetweenLooks, bytes.size())))
+    if (operation.Stopped || !work(bytes.substr(0, kBetweenLooks))) return false;
   return true;
 }
 
@@ -110,7 +110,7 @@ std::optional<std::string> BytesOf(const Descriptor& file, std::uintmax_t size,
   bytes.reserve(size);
   do {
     if (operation.Stopped) return {};
-    block.resize(std::min<std::uintmax_t>(kBlock, size - bytes.size()));
+    block.resize(std::min<std::uintmax_t>(kBetweenLooks, size - bytes.size()));
     ThrowSystemError(ReadAt(file.Get(), bytes.size(), block));
     bytes += block;
   } while (!block.empty() && bytes.size() < size);
@@ -129,6 +129,14 @@ std::optional<LoadedPicture> DecodeHere(const std::string& name, std::string_vie
   return DecodeFile(name, bytes, RasterOnHeap, operation, read);
 }
 
+/// For lack of a process. A program that is not complete says so, and has decoded nothing.
+std::optional<LoadedPicture> DecodeWithin(const std::string& name, std::string_view bytes,
+                                          PictureOperation& operation) {
+  DirectReader();
+  AllDecoders().NoteDecodedWithin();
+  return DecodeHere(name, bytes, operation, DecodeBy::Fastest);
+}
+
 std::optional<LoadedPicture> WithNumbersOf(const std::string& bytes,
                                            std::optional<LoadedPicture> loaded,
                                            const PictureProgress& progress) {
@@ -144,7 +152,8 @@ std::optional<LoadedPicture> WithNumbersOf(const std::string& bytes,
   return isDone ? std::move(loaded) : std::nullopt;
 }
 
-/// A guess by the name, for the time that it saves: either kind comes to the same picture.
+/// A guess by the name, for the time that it saves: either kind comes to the same picture, which
+/// decode_worker_test and direct_readers_test compare.
 DecoderKind FirstDecoder(const std::string& name) {
   constexpr std::string_view kOfLibrary[] = {".gif", ".pcx", ".tga", ".webp"};
   const std::string small = LowerCase(name);
@@ -186,11 +195,11 @@ std::optional<LoadedPicture> DecodeApart(const std::string& name, const Descript
 std::optional<LoadedPicture> DecodeOpened(const std::string& name, const Descriptor& file,
                                           std::uintmax_t size, const PictureProgress& progress) {
   FileChecksum checksum(file, size);
-  auto loaded = DecodeApart(
-      name, file, size, progress, [&](PictureOperation& operation) -> std::optional<LoadedPicture> {
-        const auto bytes = BytesOf(file, size, operation);
-        return bytes ? DecodeHere(name, *bytes, operation, DecodeBy::Fastest) : std::nullopt;
-      });
+  auto loaded = DecodeApart(name, file, size, progress,
+                            [&](PictureOperation& operation) -> std::optional<LoadedPicture> {
+                              const auto bytes = BytesOf(file, size, operation);
+                              return bytes ? DecodeWithin(name, *bytes, operation) : std::nullopt;
+                            });
   if (!loaded) return {};
   const auto number = checksum.Get(progress);
   if (!number) return {};
@@ -234,7 +243,7 @@ std::optional<LoadedPicture> DecodePicture(const std::string& name, const std::s
                                            const PictureProgress& progress) {
   return NamingTheFile("Cannot open the picture \"%1\".", name, [&] {
     const auto decode = [&](PictureOperation& operation) {
-      return DecodeHere(name, bytes, operation, DecodeBy::Fastest);
+      return DecodeWithin(name, bytes, operation);
     };
     const Descriptor file = NewMemoryFile();
     bool isStopped = false;
@@ -281,8 +290,7 @@ std::string MissingDecodeProtection() {
 }
 
 std::string DecodedWithinProgram() {
-  const auto layers = AllDecoders().Layers();
-  return layers == 0u ? MissingProtection(0) : std::string();
+  return AllDecoders().WasDecodedWithin() ? MissingProtection(0) : std::string();
 }
 
 bool SavePicture(const std::filesystem::path& path, int format, int option, const Raster& picture,

@@ -4,11 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
-#include <linux/landlock.h>
-#include <linux/seccomp.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
-#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -22,9 +19,9 @@
 #include "base/module.h"
 #include "base/run_time_error.h"
 #include "base/translation.h"
-#include "codecs/decoders.h"
 #include "codecs/file_format.h"
 #include "support/picture_bytes.h"
+#include "support/planted_decoder.h"
 #include "support/temporary_folder.h"
 
 // Pictures are decoded by a process that can do nothing else, and nothing in a file is seen.
@@ -32,28 +29,13 @@
 namespace graphize {
 namespace {
 
+using test::LayersOfTheKernel;
 using test::PixelsOf;
+using test::Planted;
+using test::Script;
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
-
-/// What of the fence the kernel has.
-unsigned LayersOfTheKernel() {
-#ifdef GRAPHIZE_SANITIZED
-  return kApart;
-#else
-  const std::uint32_t kill = SECCOMP_RET_KILL_PROCESS;
-  unsigned layers = kApart | kLimits;
-  if (syscall(SYS_landlock_create_ruleset, nullptr, 0, LANDLOCK_CREATE_RULESET_VERSION) >= 1)
-    layers |= kNoFiles;
-  if (syscall(SYS_seccomp, SECCOMP_GET_ACTION_AVAIL, 0, &kill) == 0) layers |= kFewCalls;
-  return layers;
-#endif
-}
-
-DecoderProgram Planted(unsigned layers = kAllLayers) {
-  return {.Program = PLANTED_DECODER, .Module = std::to_string(layers), .Seconds = 1};
-}
 
 struct Came {
   std::string Of;  // a message, "stopped" or "a picture" and its warning
@@ -128,15 +110,6 @@ TEST(DecodeWorker, WhateverADecoderDoesIsOneMessage) {
   EXPECT_LT(text.size(), 2001u);
 }
 
-/// A program of the shell's.
-DecoderProgram Script(const test::TemporaryFolder& folder, const std::string& lines) {
-  DecoderProgram program = Planted();
-  program.Program = folder / "decode";
-  test::WriteBytes(program.Program, "#!/bin/sh\n" + lines + "\n");
-  std::filesystem::permissions(program.Program, std::filesystem::perms::owner_all);
-  return program;
-}
-
 TEST(DecodeWorker, WhatItsParentLacksTakesNoLayerAway) {
   const test::TemporaryFolder folder;
   const DecoderProgram limited = Script(
@@ -155,50 +128,6 @@ TEST(DecodeWorker, WhatItsParentLacksTakesNoLayerAway) {
   }
   EXPECT_EQ(came.Of, "a picture ");
   EXPECT_EQ(came.Layers, LayersOfTheKernel());
-}
-
-TEST(DecodeWorker, AProgramThatDoesNotStartIsWaitedForOnceAndUntilEscape) {
-  const test::TemporaryFolder folder;
-  DecoderProgram program = Script(folder, "exec sleep 1000");
-  program.LongestStart = std::chrono::milliseconds(300);
-  Decoders decoders(program, program);
-  decoders.StartAhead(1, kManyPictures);
-  EXPECT_FALSE(decoders.Layers().has_value());
-  int looks = 0;
-  EXPECT_TRUE(decoders.Take(DecoderKind::Direct, [&](int) { return ++looks < 2; }).WasStopped);
-  const PictureProgress look = [&](int) { return ++looks > 0; };
-  for (int picture = 0; picture < 2; ++picture) {
-    const auto taken = decoders.Take(DecoderKind::Direct, look);
-    EXPECT_FALSE(taken.Worker || taken.WasStopped);
-    EXPECT_EQ(looks > 0, picture == 0);
-    EXPECT_EQ(decoders.Layers(), 0u);
-    decoders.StartNext(DecoderKind::Direct);
-    looks = 0;
-  }
-}
-
-TEST(DecodeWorker, TheLibraryIsStartedAheadWhereItIsNeeded) {
-  Decoders decoders(Planted(), Planted());
-  const auto ahead = [&] {
-    return std::pair(decoders.CountAhead(DecoderKind::Direct),
-                     decoders.CountAhead(DecoderKind::Library));
-  };
-  const auto decode = [&](DecoderKind kind) {
-    decoders.CountPicture();
-    EXPECT_TRUE(decoders.Take(kind, {}).Worker.has_value());
-    decoders.StartNext(kind);
-    return ahead();
-  };
-  using Ahead = std::pair<std::size_t, std::size_t>;
-  decoders.StartAhead(2, 5);
-  EXPECT_EQ(ahead(), Ahead(2, 0));
-  EXPECT_EQ(decode(DecoderKind::Direct), Ahead(2, 0));
-  EXPECT_EQ(decode(DecoderKind::Library), Ahead(2, 2));
-  EXPECT_EQ(decode(DecoderKind::Direct), Ahead(2, 2));
-  EXPECT_EQ(decode(DecoderKind::Direct), Ahead(1, 2)) << "as many as are to come";
-  decoders.StartAhead(1, kManyPictures);
-  EXPECT_EQ(ahead(), Ahead(1, 1));
-  EXPECT_EQ(decode(DecoderKind::Direct), Ahead(1, 1));
 }
 
 TEST(DecodeWorker, EndsWithTheProgram) {
@@ -248,6 +177,10 @@ TEST(DecodeWorker, WithoutThreadsOrMemoryFilesPicturesAreStillDecoded) {
     EXPECT_TRUE(isDecoded()) << format;
     EXPECT_THAT(MissingDecodeProtection(), HasSubstr("within this program"));
   }
+  const std::string bytes = *EncodePicture(kBmpFormat, 0, picture);
+  EXPECT_TRUE(DecodePicture("a", bytes));
+  EXPECT_EQ(MissingDecodeProtection(), MissingProtection(LayersOfTheKernel()));
+  EXPECT_THAT(DecodedWithinProgram(), HasSubstr("within this program")) << "what was is told";
 }
 
 TEST(DecodeWorker, EscapeEndsItWhateverItDoes) {
@@ -271,7 +204,7 @@ TEST(DecodeWorker, WithoutTheProgramPicturesAreStillDecoded) {
   auto strange = DecodeWorker::Start({.Program = PathInProgram("libexec/graphize/graphize-decode"),
                                       .Module = "/nowhere/module.so"});
   ASSERT_TRUE(strange.has_value());
-  EXPECT_EQ(strange->Layers(kStart), 0u);
+  EXPECT_THROW(strange->Layers(kStart), RunTimeError);
 }
 
 TEST(DecodeWorker, WhatTheSystemRefusesIsToldInOneSentence) {

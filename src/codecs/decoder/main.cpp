@@ -19,8 +19,14 @@ int main(int argc, char** argv) {
   const auto seconds = IntegerText(argv[3], 1, 1'000'000);
   if (!seconds) return 1;
   SetTranslator(DeferText);
+  const void* module = nullptr;
   try {
-    const auto& reader = *static_cast<const ReaderModule*>(LoadModule(argv[2], "GraphizeReader"));
+    module = LoadModule(argv[2], "GraphizeReader");
+  } catch (const std::exception&) {
+    return kNoModule;
+  }
+  try {
+    const auto& reader = *static_cast<const ReaderModule*>(module);
     reader.Start();
     return ServeOnePicture(Confine(*seconds),
                            [&](const std::string& name, std::string_view file,
