@@ -15,6 +15,7 @@
 #include "base/module.h"
 #include "base/numbers.h"
 #include "base/start_beside.h"
+#include "base/translation.h"
 #include "base/whole_file.h"
 #include "codecs/decode_worker.h"
 #include "codecs/decoders.h"
@@ -24,6 +25,7 @@ namespace graphize {
 
 namespace {
 
+constexpr const char* kDecoder = "libexec/graphize/graphize-decode";
 constexpr const char* kDirectModule = "graphize_direct.so";
 constexpr const char* kLibraryModule = "graphize_picbuf.so";
 
@@ -47,7 +49,7 @@ const WriterModule& Writer() {
 
 Decoders& AllDecoders() {
   const auto program = [](const char* module, bool leavesFiles) {
-    return DecoderProgram{.Program = PathInProgram("libexec/graphize/graphize-decode"),
+    return DecoderProgram{.Program = PathInProgram(kDecoder),
                           .Module = ModulePath(module),
                           .LeavesFiles = leavesFiles};
   };
@@ -208,6 +210,14 @@ std::optional<LoadedPicture> DecodeOpened(const std::string& name, const Descrip
   return loaded;
 }
 
+std::string WithinThisProgram() {
+  const std::filesystem::path decoder = PathInProgram(kDecoder);
+  std::error_code failure;
+  if (std::filesystem::exists(decoder, failure) || failure) return MissingProtection(0);
+  return Tr("Pictures are decoded within this program, which is not complete: it lacks %1.",
+            decoder.string());
+}
+
 }  // namespace
 
 std::optional<LoadedPicture> LoadPicture(const std::filesystem::path& path,
@@ -286,11 +296,12 @@ void PrepareToDecode(std::size_t atOnce, std::size_t pictures) {
 
 std::string MissingDecodeProtection() {
   const auto layers = AllDecoders().Layers();
-  return layers ? MissingProtection(*layers) : std::string();
+  if (!layers) return {};
+  return *layers == 0 ? WithinThisProgram() : MissingProtection(*layers);
 }
 
 std::string DecodedWithinProgram() {
-  return AllDecoders().WasDecodedWithin() ? MissingProtection(0) : std::string();
+  return AllDecoders().WasDecodedWithin() ? WithinThisProgram() : std::string();
 }
 
 bool SavePicture(const std::filesystem::path& path, int format, int option, const Raster& picture,
