@@ -48,31 +48,30 @@ void WriteStartRows(const std::filesystem::path& programs) {
 void WriteBatchRows(const std::filesystem::path& programs) {
   const TemporaryFolder folder;
   DrawSmallPages(folder.Path());
-  const auto run = [&](const char* cores, const char* jobs, int first, int end) {
+  const auto run = [&](const char* cores, int first, int end) {
     std::vector<std::string> words = {"taskset", "-c", cores,
                                       (programs.parent_path() / "graphize").string(), "digitize"};
     for (int i = first; i < end; ++i)
       words.push_back((folder / (std::to_string(i) + ".png")).string());
     words.insert(words.end(),
                  {"--origin=40,360:0,0", "--x-axis=540,360:10", "--y-axis=40,60:1",
-                  "--trace=61,201", "--force", "--quiet", std::string("--jobs=") + jobs, "-o",
-                  (folder / "results/").string()});
+                  "--trace=61,201", "--force", "--quiet", "-o", (folder / "results/").string()});
     return RunProgram(words);
   };
   double few = 0, all = 0;
-  few = run("0,1", "2", 0, kPages / 10).PeakMemory;
+  few = run("0,1", 0, kPages / 10).PeakMemory;
   const Compared speed = Compare(
       2,
       [&] {
-        const ProgramRun two = run("0,1", "2", 0, kPages);
+        const ProgramRun two = run("0,1", 0, kPages);
         all = std::max(all, two.PeakMemory);
         return two.Seconds;
       },
-      [&] { return run("0", "1", 0, kPages).Seconds; });
+      [&] { return run("0", 0, kPages).Seconds; });
   WriteRow("1,000 small pages on 2 cores", "the same on one core", speed, 1 / 1.9);
   WriteRow("memory of that", "100 of them", "", all / few, 1.1);
   const auto half = [&](const char* core, int part) {
-    return run(core, "1", part * kPages / 2, (part + 1) * kPages / 2).Seconds;
+    return run(core, part * kPages / 2, (part + 1) * kPages / 2).Seconds;
   };
   WriteRow("two runs of 500 at once, a core each", "one after the other",
            Compare(

@@ -89,7 +89,8 @@ class Run {
 
   bool Work() {
     const unsigned cores = std::max(std::thread::hardware_concurrency(), 1u);
-    const std::size_t wanted = options_.Workers > 0 ? options_.Workers : cores;
+    // One more than there are cores, while one waits for the disk or for a decoder.
+    const std::size_t wanted = options_.Workers > 0 ? options_.Workers : cores + 1;
     const std::size_t atOnce = std::min(wanted, jobs_.size());
     PrepareToDecode(atOnce, jobs_.size());
     {
