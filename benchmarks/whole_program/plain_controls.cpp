@@ -2,21 +2,11 @@
 // style and with nothing behind them. Ends after its first paint.
 
 #include <QtWidgets>
-#include <cstdlib>
 
 #include "app/fonts.h"
+#include "yardstick_window.h"
 
 namespace {
-
-class PlainWindow : public QMainWindow {
-  void paintEvent(QPaintEvent* event) override {
-    QMainWindow::paintEvent(event);
-    QTimer::singleShot(0, qApp, [] {
-      QGuiApplication::sync();
-      std::_Exit(0);
-    });
-  }
-};
 
 struct Controls {
   int Labels, Lines, Checks, Boxes, Buttons;
@@ -49,7 +39,7 @@ QGroupBox* MakeGroup(const QString& title, const Controls& controls) {
 int main(int argc, char** argv) {
   const std::jthread fonts = graphize::ReadFonts();
   QApplication application(argc, argv);
-  PlainWindow window;
+  graphize::YardstickWindow window;
   for (int i = 0; i < 9; ++i) {
     QMenu* menu = window.menuBar()->addMenu(QStringLiteral("Menu %1").arg(i));
     for (int entry = 0; entry < 8; ++entry) menu->addAction(QStringLiteral("Entry %1").arg(entry));

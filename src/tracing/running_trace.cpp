@@ -175,7 +175,8 @@ bool CaptureFound(RunningTrace& trace) {
   }
   trace.Points += static_cast<int>(count);
   if (count < places.size())
-    MoveCursor(context, places[count].Column, places[count].Row);  // tells why it cannot
+    // Tells why it cannot. A trace on axes that refuse without a word has not begun.
+    MoveCursor(context, places[count].Column, places[count].Row);
   trace.Found.Places.clear();
   trace.MostFound = RoomForFound(trace);
   if (trace.Adds && trace.RefreshList && count > 0) PumpProgress(context);

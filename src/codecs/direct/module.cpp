@@ -1,5 +1,3 @@
-#include "base/translation.h"
-#include "base/version.h"
 #include "codecs/direct/direct_readers.h"
 #include "codecs/picture_modules.h"
 
@@ -28,14 +26,6 @@ std::optional<StoredPicture> ReadDirectly(PictureFile& file, const MakeRaster& m
 }  // namespace
 
 }  // namespace graphize
-
-extern "C" __attribute__((visibility("default"))) const char* const GraphizeModuleStamp =
-    graphize::ModuleStamp();
-
-extern "C" __attribute__((visibility("default"))) void GraphizeSetTranslator(
-    graphize::Translator translator) {
-  graphize::SetTranslator(translator);
-}
 
 extern "C" __attribute__((visibility("default")))
 const graphize::ReaderModule GraphizeReader = {[] {}, graphize::ReadDirectly};

@@ -6,7 +6,6 @@
 #include <mutex>
 
 #include "base/run_time_error.h"
-#include "base/version.h"
 #include "finding_axes/text_reader.h"
 
 namespace graphize {
@@ -53,9 +52,6 @@ std::string ReadTextLine(const TextLine& line) {
 }
 
 }  // namespace graphize
-
-extern "C" __attribute__((visibility("default"))) const char* const GraphizeModuleStamp =
-    graphize::ModuleStamp();
 
 extern "C" __attribute__((visibility("default")))
 const graphize::TextReaderModule GraphizeText = {graphize::ReadTextLine};

@@ -1,14 +1,4 @@
-#include "base/translation.h"
-#include "base/version.h"
 #include "scanner/scanner_module.h"
-
-extern "C" __attribute__((visibility("default"))) const char* const GraphizeModuleStamp =
-    graphize::ModuleStamp();
-
-extern "C" __attribute__((visibility("default"))) void GraphizeSetTranslator(
-    graphize::Translator translator) {
-  graphize::SetTranslator(translator);
-}
 
 extern "C" __attribute__((visibility("default"))) const graphize::ScannerModule GraphizeScanner = {
     graphize::ScannerIsAvailable, graphize::ListScanners,
