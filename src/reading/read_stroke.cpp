@@ -8,11 +8,11 @@
 #include "base/translation.h"
 #include "reading/frame_ends.h"
 #include "reading/free_follower.h"
+#include "reading/narrow_peaks.h"
 #include "reading/pixel_set.h"
 #include "reading/stroke_crossings.h"
 #include "reading/stroke_crowds.h"
 #include "reading/stroke_ends.h"
-#include "reading/stroke_tips.h"
 #include "reading/stroke_tolerance.h"
 
 namespace graphize {
@@ -20,6 +20,7 @@ namespace graphize {
 namespace {
 
 constexpr double kMostGuessed = 1;  // standard uncertainty that is told, pixels
+constexpr double kLeastTold = 3;    // of the ink beyond a turn, pixels
 constexpr int kLeastExtent = 20;    // of a curve, pixels; less is a letter or a symbol
 
 struct Followed {
@@ -215,22 +216,21 @@ Followed FollowSomehow(InkMap& map, const InkBlends& blends, PathPixel start,
   return followed;
 }
 
-/// Says where the ink goes on beyond a turn, and makes the points there as uncertain.
-void TellInkBeyondTurns(const InkMap& map, CurveReading& reading) {
-  const auto turns = FindInkBeyondTurns(map, reading.Points, reading.Kind);
-  if (turns.empty()) return;
+/// Where the ink goes on beyond a turn that is told, and the points there become as uncertain.
+void TellInkBeyondTurns(const std::vector<InkBeyondTurn>& turns, CurveReading& reading) {
   for (const InkBeyondTurn& turn : turns)
     for (std::size_t i = turn.First; i <= turn.Last; ++i)
       reading.Points[i].Sigma = std::hypot(reading.Points[i].Sigma, 0.5 * turn.Length);
-  const InkBeyondTurn& most = *std::ranges::max_element(turns, {}, &InkBeyondTurn::Length);
-  const std::string place = PlaceText(most.X, most.Y);
+  const auto most = std::ranges::max_element(turns, {}, &InkBeyondTurn::Length);
+  if (most == turns.end() || most->Length < kLeastTold) return;
+  const std::string place = PlaceText(most->X, most->Y);
   reading.Doubts.push_back(
       turns.size() == 1 ? Tr("at %1 its ink goes %2 pixels farther than the curve that was read",
-                             place, std::lround(most.Length))
+                             place, std::lround(most->Length))
                         : Tr("at %1, and at other turns, its ink goes up to %2 pixels farther than "
                              "the curve that "
                              "was read",
-                             place, std::lround(most.Length)));
+                             place, std::lround(most->Length)));
 }
 
 bool LeadsThrough(const std::vector<CurvePoint>& points, PathPixel at) {
@@ -269,7 +269,8 @@ CurveReading ReadOneStroke(InkMap& map, const InkBlends& blends, PathPixel start
     reading.Doubts.push_back(TrCount("at %2 the curve is not seen, and may be off by %1 pixel",
                                      "at %2 the curve is not seen, and may be off by %1 pixels",
                                      std::lround(2 * worst.Sigma), PlaceText(worst.X, worst.Y)));
-  TellInkBeyondTurns(map, reading);
+  TellInkBeyondTurns(ClimbNarrowPeaks(map, reading.Kind, reading.Points, followed.Samples),
+                     reading);
   for (const PathPixel& at : request.Through)
     if (!LeadsThrough(reading.Points, at)) {
       reading.Missed.push_back(at);

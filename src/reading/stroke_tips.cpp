@@ -3,27 +3,57 @@
 #include <algorithm>
 #include <cmath>
 #include <optional>
+#include <span>
 
 namespace graphize {
 
 namespace {
 
-constexpr double kLeast = 3, kStep = 0.5;  // pixels
+constexpr double kLeast = 1, kStep = 0.5, kCrest = 1.5;  // pixels
 
 struct Way {
   double X = 0, Y = 0;
 };
 
-/// Out of a turn of more than a right angle at point `i`, of length 1; absent where there is none.
-std::optional<Way> OutOfTurn(const std::vector<CurvePoint>& points, std::size_t i,
-                             std::size_t reach) {
-  const CurvePoint &a = points[i - reach], &at = points[i], &b = points[i + reach];
-  const double ux = at.X - a.X, uy = at.Y - a.Y, vx = b.X - at.X, vy = b.Y - at.Y;
-  const double u = std::hypot(ux, uy), v = std::hypot(vx, vy);
-  if (u < 1 || v < 1 || ux * vx + uy * vy >= 0) return std::nullopt;
-  const double x = ux / u - vx / v, y = uy / u - vy / v, length = std::hypot(x, y);
-  return Way{x / length, y / length};
-}
+/// A course's points, and how far along it each of them lies.
+class Turns {
+ public:
+  /// `reach` pixels of it to both sides tell whether it turns.
+  Turns(const std::vector<CurvePoint>& points, double reach) : points_(points), reach_(reach) {
+    double length = 0;
+    for (std::size_t i = 0; i < points.size(); ++i) {
+      if (i > 0) length += std::hypot(points[i].X - points[i - 1].X, points[i].Y - points[i - 1].Y);
+      along_.push_back(length);
+    }
+  }
+
+  /// The point half-way from one to the other.
+  std::size_t Middle(std::size_t first, std::size_t last) const {
+    const auto middle = std::ranges::lower_bound(along_, 0.5 * (along_[first] + along_[last]));
+    return static_cast<std::size_t>(middle - along_.begin());
+  }
+
+  /// Out of a turn of more than a right angle at point `i`, of length 1; absent where there is
+  /// none.
+  std::optional<Way> Out(std::size_t i) const {
+    const auto before = std::ranges::upper_bound(along_, along_[i] - reach_);
+    const auto behind = std::ranges::lower_bound(along_, along_[i] + reach_);
+    if (before == along_.begin() || behind == along_.end()) return std::nullopt;
+    const CurvePoint &a = points_[static_cast<std::size_t>(before - along_.begin()) - 1],
+                     &at = points_[i],
+                     &b = points_[static_cast<std::size_t>(behind - along_.begin())];
+    const double ux = at.X - a.X, uy = at.Y - a.Y, vx = b.X - at.X, vy = b.Y - at.Y;
+    const double u = std::hypot(ux, uy), v = std::hypot(vx, vy);
+    if (u < 1 || v < 1 || ux * vx + uy * vy >= 0) return std::nullopt;
+    const double x = ux / u - vx / v, y = uy / u - vy / v, length = std::hypot(x, y);
+    return Way{x / length, y / length};
+  }
+
+ private:
+  const std::vector<CurvePoint>& points_;
+  double reach_;
+  std::vector<double> along_;
+};
 
 /// How far clear ink goes on from a point, in pixels; it may lead aside a little.
 double InkAlong(const InkMap& map, const CurvePoint& from, const Way& way) {
@@ -48,24 +78,27 @@ std::vector<InkBeyondTurn> FindInkBeyondTurns(const InkMap& map,
                                               const std::vector<CurvePoint>& points,
                                               const StrokeKind& kind) {
   std::vector<InkBeyondTurn> found;
-  const auto reach = static_cast<std::size_t>(std::max(6L, std::lround(2 * kind.Width)));
-  if (points.size() < 2 * reach + 1) return found;
-  const std::size_t end = points.size() - reach;
-  for (std::size_t i = reach; i < end; ++i) {
-    auto way = OutOfTurn(points, i, reach);
-    if (!way) continue;
+  const Turns turns(points, std::max(6.0, 2 * kind.Width));
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    if (!turns.Out(i)) continue;
     std::size_t last = i;
-    while (last + 1 < end && OutOfTurn(points, last + 1, reach)) ++last;
-    way = OutOfTurn(points, (i + last) / 2, reach);
-    const auto turn = points.begin() + static_cast<std::ptrdiff_t>(i);
-    const CurvePoint& tip =
-        *std::max_element(turn, turn + static_cast<std::ptrdiff_t>(last - i + 1),
-                          [&](const CurvePoint& a, const CurvePoint& b) {
-                            return a.X * way->X + a.Y * way->Y < b.X * way->X + b.Y * way->Y;
-                          });
-    const double ink = InkAlong(map, tip, *way), length = ink - 0.5 * kind.Width;
-    if (length >= kLeast)
-      found.push_back({i, last, tip.X + ink * way->X, tip.Y + ink * way->Y, length});
+    while (last + 1 < points.size() && turns.Out(last + 1)) ++last;
+    const auto way = turns.Out(turns.Middle(i, last));
+    const auto out = [&](const CurvePoint& at) { return at.X * way->X + at.Y * way->Y; };
+    const std::span<const CurvePoint> crest = std::span(points).subspan(i, last - i + 1);
+    const double farthest = out(*std::ranges::max_element(crest, {}, out));
+    // Between two sides a crest may lie on paper.
+    InkBeyondTurn beyond{.First = i, .Last = last};
+    for (const CurvePoint& at : crest) {
+      const double left = farthest - out(at);
+      if (left > kCrest) continue;
+      const double ink = InkAlong(map, at, *way), length = ink - left - 0.5 * kind.Width;
+      if (length <= beyond.Length) continue;
+      beyond.X = at.X + ink * way->X;
+      beyond.Y = at.Y + ink * way->Y;
+      beyond.Length = length;
+    }
+    if (beyond.Length >= kLeast) found.push_back(beyond);
     i = last;
   }
   return found;

@@ -14,7 +14,7 @@ struct InkBeyondTurn {
   double X = 0, Y = 0;              // where the ink ends
   double Length = 0;                // pixels from the edge that the course tells
 };
-/// Those of at least three pixels.
+/// Those of at least a pixel.
 std::vector<InkBeyondTurn> FindInkBeyondTurns(const InkMap& map,
                                               const std::vector<CurvePoint>& points,
                                               const StrokeKind& kind);
