@@ -136,8 +136,9 @@ constexpr Options kPointOptions = {
      "below, with commas"},
     {"read", 0, "COL,ROW[:HOW]...", kPoints,
      "the curve there, of any colour, on the picture in\n"
-     "colour: one point per column, or one every so many\n"
-     "PIXELS, where it \"bends\", or at \"x=X,X,...\";\n"
+     "colour: one point per column, and per row where it\n"
+     "is steep, or one every so many PIXELS, where it\n"
+     "\"bends\", or at \"x=X,X,...\";\n"
      "\"tolerance=T\" from 0.5 to 2 counts fewer or more\n"
      "pixels as its ink, \"through=COL,ROW\" names another\n"
      "place of it",

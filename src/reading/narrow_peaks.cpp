@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "base/median.h"
+#include "reading/stroke_tips.h"
 
 namespace graphize {
 
@@ -78,14 +79,12 @@ class Peak {
         stroke_(kind.Width),
         width_(kind.Width),
         isHard_(kind.IsHard),
-        turn_(turn) {
-    const CurvePoint& at = points[(turn.First + turn.Last) / 2];
-    out_ = turn.Y > at.Y ? 1 : -1;
-  }
+        turn_(turn),
+        out_(turn.OutY > 0 ? 1 : -1) {}
 
   std::optional<NarrowPeak> Climb() {
     if (!FindRows() || !IsOnlyPeak() || !FindSides()) return std::nullopt;
-    return Way();
+    return UpAndDown();
   }
 
  private:
@@ -95,11 +94,11 @@ class Peak {
 
   /// From where the sides have parted to the tip.
   bool FindRows() {
+    if (std::fabs(turn_.OutX) > std::fabs(turn_.OutY)) return false;
     const int most = static_cast<int>(std::ceil(2 * width_)) + 2 * Reach();
     const CurvePoint* crest = &points_[turn_.First];
     for (std::size_t i = turn_.First; i <= turn_.Last; ++i)
       if (IsBeyond(points_[i].Y, crest->Y)) crest = &points_[i];
-    if (std::fabs(turn_.X - crest->X) > std::fabs(turn_.Y - crest->Y)) return false;  // aside
     const int x = static_cast<int>(std::lround(crest->X));
     auto row = RowAt(map_, x, x, static_cast<int>(std::lround(crest->Y)), most);
     if (!row) return false;
@@ -126,6 +125,12 @@ class Peak {
 
   /// Nothing hangs below it, it tapers, and it ends on paper.
   bool IsOnlyPeak() const {
+    // Its sides are steep.
+    const std::ptrdiff_t below = std::min<std::ptrdiff_t>(joint_, Reach());
+    const Row &joint = rows_[static_cast<std::size_t>(joint_)],
+              &base = rows_[static_cast<std::size_t>(joint_ - below)];
+    const double most = 0.5 * static_cast<double>(below) + 1;
+    if (joint.Left - base.Left > most || base.Right - joint.Right > most) return false;
     const Row& tip = rows_.back();
     for (auto row = rows_.begin(); row != rows_.begin() + joint_; ++row) {
       const double side = 1.6 * width_ + 1;
@@ -148,47 +153,62 @@ class Peak {
     return !StandsOnCrest();
   }
 
-  /// A line that keeps its width all along until suddenly there is a crest.
+  /// Whether a line stands on a crest: thinner than the stroke, or as thin for a while, and then
+  /// the sides part faster than those of a peak, whose width grows with the way from its tip or
+  /// ever more slowly.
   bool StandsOnCrest() const {
-    constexpr std::ptrdiff_t kThin = 6, kBelow = 4;  // rows
-    const double wider = isHard_ ? 1.2 : 0.4, sudden = isHard_ ? 2.4 : 1.2;
-    const auto end = std::find_if(rows_.rbegin(), rows_.rend(),
-                                  [&](const Row& row) { return row.Width() > stroke_ + wider; });
-    if (end - rows_.rbegin() < kThin || rows_.rend() - end <= kBelow) return false;
-    return (end + kBelow - 1)->Width() > stroke_ + wider + sudden;
+    const auto widthAt = [&](std::ptrdiff_t below) {
+      return rows_[static_cast<std::size_t>(std::ssize(rows_) - 1 - below)].Width();
+    };
+    const std::ptrdiff_t count = std::ssize(rows_);
+    std::ptrdiff_t thinner = 0;
+    while (thinner < count && widthAt(thinner) < 0.75 * stroke_) ++thinner;
+    // A mitred tip tapers.
+    if (static_cast<double>(thinner) > 0.5 * stroke_ + 2 &&
+        widthAt(thinner / 3) > 0.7 * widthAt(2 * thinner / 3))
+      return true;
+    const double wider = isHard_ ? 0.6 : 0.4;
+    std::ptrdiff_t thin = thinner;
+    while (thin < count && widthAt(thin) <= stroke_ + wider) ++thin;
+    constexpr std::ptrdiff_t kLeast = 4;
+    if (thin - thinner < kLeast) return false;
+    const std::ptrdiff_t below = std::min(2 * thin, count - 1);
+    const double part = static_cast<double>(below) / static_cast<double>(thin);
+    return widthAt(below) > stroke_ + part * wider + (isHard_ ? 1 : 0.4);
   }
 
   /// The course's points right below those rows, on steep sides.
   bool FindSides() {
+    constexpr int kBeside = 2;  // rows in which they have hardly parted
     const auto isOn = [&](const CurvePoint& at, int side) {
       const auto row = (rows_.front().Y - std::lround(at.Y)) * -out_;
-      if (row < 0 || row >= joint_) return false;
+      if (row < 0 || row >= joint_ - kBeside) return false;
       const Row& here = rows_[static_cast<std::size_t>(row)];
       const double edge = side < 0 ? here.Left : here.Right;
       return here.IsSure && std::fabs(at.X - edge + side * 0.5 * width_) < 1;
     };
-    const auto find = [&](std::size_t i, int step, int side) {
-      for (; i > 0 && i + 1 < points_.size() && !IsBeyond(rows_.front().Y, points_[i].Y);
-           i += static_cast<std::size_t>(step)) {
-        // On its way to the tip a course may go back a little first.
-        const std::size_t next = i + static_cast<std::size_t>(step);
-        if (isOn(points_[i], side) && IsBeyond(points_[i].Y, points_[next].Y)) return i;
-      }
-      return std::size_t{0};
-    };
-    const auto isSteep = [&](std::size_t i, int step) {
-      const CurvePoint at = points_[i];
-      while (std::fabs(points_[i].Y - at.Y) < Reach() && i > 0 && i + 1 < points_.size()) {
+    // The last of them on the way to the turn: a course may change sides, or go back, before it.
+    const auto find = [&](std::size_t i, int step, int side) -> std::optional<std::size_t> {
+      const std::size_t beyond = i;
+      while (i > 0 && i + 1 < points_.size() && !IsBeyond(rows_.front().Y, points_[i].Y))
         i += static_cast<std::size_t>(step);
-        if (IsBeyond(points_[i].Y, at.Y) || std::fabs(points_[i].X - at.X) > 0.5 * Reach() + 1)
-          return false;
+      std::optional<std::size_t> found;
+      for (i -= static_cast<std::size_t>(step); i > 0 && i + 1 < points_.size();
+           i -= static_cast<std::size_t>(step)) {
+        const bool goesOn =
+            isOn(points_[i], side) && !(found && IsBeyond(points_[*found].Y, points_[i].Y));
+        if (found && !goesOn) break;
+        if (goesOn) found = i;
+        if (i == beyond) break;
       }
-      return true;
+      return found;
     };
     for (const int side : {-1, 1}) {  // a course begins at its left end, but may turn back
-      first_ = find(turn_.Last, -1, side);
-      last_ = find(turn_.First, 1, -side);
-      if (first_ > 0 && last_ > first_) return isSteep(first_, -1) && isSteep(last_, 1);
+      const auto first = find(turn_.Last, -1, side), last = find(turn_.First, 1, -side);
+      if (!first || !last || *first >= *last) continue;
+      first_ = *first;
+      last_ = *last;
+      return true;
     }
     return false;
   }
@@ -205,7 +225,7 @@ class Peak {
     return rows > 0.5 * stroke + 2 ? whole : whole + out_ * (beyond - 0.39 * stroke);
   }
 
-  NarrowPeak Way() const {
+  NarrowPeak UpAndDown() const {
     double stroke = 0;  // what the tip itself says, where it is thinner than the rest
     const auto near = std::min(std::ssize(rows_), static_cast<std::ptrdiff_t>(Reach()));
     for (auto row = rows_.end() - near; row != rows_.end(); ++row)
@@ -243,7 +263,7 @@ class Peak {
   double width_;   // pixels of its sides along a row
   bool isHard_;
   const InkBeyondTurn& turn_;
-  int out_ = -1;                      // rows towards the tip
+  int out_;                           // rows towards the tip
   std::vector<Row> rows_;             // towards the tip
   std::ptrdiff_t joint_ = 0;          // the first of them in which the sides are one
   std::size_t first_ = 0, last_ = 0;  // the course's points below it, on either side
@@ -251,24 +271,17 @@ class Peak {
 
 }  // namespace
 
-std::vector<InkBeyondTurn> ClimbNarrowPeaks(const InkMap& map, const StrokeKind& kind,
-                                            std::vector<CurvePoint>& points,
-                                            std::vector<StrokeSample>& samples) {
-  std::vector<InkBeyondTurn> turns = FindInkBeyondTurns(map, points, kind), left;
+void ClimbNarrowPeaks(const InkMap& map, const StrokeKind& kind, std::vector<CurvePoint>& points,
+                      std::vector<StrokeSample>& samples) {
+  const std::vector<InkBeyondTurn> turns = FindInkBeyondTurns(map, points, kind);
   // From the last on: the places of those before stay what they are.
-  for (std::size_t end = points.size(); !turns.empty();) {
-    const InkBeyondTurn turn = turns.back();
-    turns.pop_back();
-    const auto peak = Peak(map, points, kind, turn).Climb();
-    const std::size_t before = turns.empty() ? 0 : turns.back().Last;
+  std::size_t end = points.size();
+  for (std::size_t i = turns.size(); i-- > 0;) {
+    const auto peak = Peak(map, points, kind, turns[i]).Climb();
+    const std::size_t before = i > 0 ? turns[i - 1].Last : 0;
     if (!peak || peak->First <= before || peak->Last >= end) {
-      left.push_back(turn);
-      end = turn.First;
+      end = turns[i].First;
       continue;
-    }
-    for (InkBeyondTurn& behind : left) {
-      behind.First += peak->Points.size() - (peak->Last + 1 - peak->First);
-      behind.Last += peak->Points.size() - (peak->Last + 1 - peak->First);
     }
     for (const CurvePoint& at : peak->Points)
       samples.push_back(
@@ -278,7 +291,6 @@ std::vector<InkBeyondTurn> ClimbNarrowPeaks(const InkMap& map, const StrokeKind&
     points.insert(points.erase(first, last), peak->Points.begin(), peak->Points.end());
     end = peak->First;
   }
-  return left;
 }
 
 }  // namespace graphize

@@ -129,6 +129,57 @@ std::optional<int> SideOf(const std::vector<std::optional<LineBin>>& lines, int 
   return std::nullopt;
 }
 
+/// Whether what lies along a level line is a curve that leaves it and comes back, as a spectrum
+/// does its base: where the line is interrupted, ink leads away from both ends of the gap, to one
+/// side only. What crosses a line does so on both sides.
+bool IsLeft(const InkMap& map, const AxesFrame& frame, int offset) {
+  constexpr int kLeast = 5, kEnd = 3;  // pixels of a gap, and of what leads away from its ends
+  const auto share = [&](int u, int v) {
+    return map.Share(static_cast<int>(std::lround(frame.X(u, v))),
+                     static_cast<int>(std::lround(frame.Y(u, v))));
+  };
+  const auto isOn = [&](int u) {
+    return std::max({share(u, offset - 1), share(u, offset), share(u, offset + 1)}) > 0.3;
+  };
+  const auto leads = [&](int u, int side) {  // away, within the next pixels
+    for (int along = -kEnd; along <= kEnd; ++along)
+      for (int away = 3; away <= 6; ++away)
+        if (share(u + along, offset + side * away) > 0.3) return true;
+    return false;
+  };
+  const int left = static_cast<int>(std::ceil(frame.Left)) + 1,
+            right = static_cast<int>(frame.Right) - 1;
+  int last = right;  // on the line
+  for (int u = left; u <= right; ++u) {
+    if (!isOn(u)) continue;
+    const int first = last;
+    last = u;
+    if (u - first <= kLeast) continue;
+    for (const int side : {-1, 1})
+      if (leads(first, side) && leads(u, side) && !leads(first, -side) && !leads(u, -side))
+        return true;
+  }
+  return false;
+}
+
+/// Takes those back that are a curve's own, the bins of each together.
+void LeaveCurves(const InkMap& map, const AxesFrame& frame, int firstBin,
+                 std::vector<std::optional<LineBin>>& lines) {
+  const int count = static_cast<int>(lines.size());
+  for (int bin = 0; bin < count; ++bin) {
+    if (!lines[static_cast<std::size_t>(bin)]) continue;
+    int end = bin, fullest = bin;
+    for (; end < count && lines[static_cast<std::size_t>(end)]; ++end)
+      if (lines[static_cast<std::size_t>(end)]->Share >
+          lines[static_cast<std::size_t>(fullest)]->Share)
+        fullest = end;
+    if (lines[static_cast<std::size_t>(fullest)]->Share >= kSolid &&
+        IsLeft(map, frame, firstBin + fullest))
+      std::fill(lines.begin() + bin, lines.begin() + end, std::nullopt);
+    bin = end;
+  }
+}
+
 /// What is left of a pixel's ink without the line that it lies on.
 void TakeOut(const std::vector<std::optional<LineBin>>& lines, const Profile& profile,
              double across, std::uint8_t& value) {
@@ -150,7 +201,9 @@ std::vector<PlotLine> TakeOutLines(InkMap& map, const AxesFrame& frame, double x
   std::vector<PlotLine> found;
   if (frame.Right - frame.Left < kLeastSide || frame.Bottom - frame.Top < kLeastSide) return found;
   const Profiles profiles = ProfilesOf(map, frame, operation);
-  const auto level = LinesIn(profiles.Level), upright = LinesIn(profiles.Upright);
+  auto level = LinesIn(profiles.Level);
+  const auto upright = LinesIn(profiles.Upright);
+  LeaveCurves(map, frame, profiles.Level.First, level);
   const auto note = [&](const auto& lines, const Profile& profile, bool isLevel) {
     for (std::size_t i = 0; i < lines.size(); ++i)
       if (lines[i])

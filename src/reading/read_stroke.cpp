@@ -13,6 +13,7 @@
 #include "reading/stroke_crossings.h"
 #include "reading/stroke_crowds.h"
 #include "reading/stroke_ends.h"
+#include "reading/stroke_tips.h"
 #include "reading/stroke_tolerance.h"
 
 namespace graphize {
@@ -216,21 +217,34 @@ Followed FollowSomehow(InkMap& map, const InkBlends& blends, PathPixel start,
   return followed;
 }
 
-/// Where the ink goes on beyond a turn that is told, and the points there become as uncertain.
+/// Where the ink goes on beyond a turn that is told, and the points there become as uncertain along
+/// the way out of it.
 void TellInkBeyondTurns(const std::vector<InkBeyondTurn>& turns, CurveReading& reading) {
-  for (const InkBeyondTurn& turn : turns)
-    for (std::size_t i = turn.First; i <= turn.Last; ++i)
-      reading.Points[i].Sigma = std::hypot(reading.Points[i].Sigma, 0.5 * turn.Length);
-  const auto most = std::ranges::max_element(turns, {}, &InkBeyondTurn::Length);
-  if (most == turns.end() || most->Length < kLeastTold) return;
-  const std::string place = PlaceText(most->X, most->Y);
+  std::vector<InkBeyondTurn> told;
+  for (const InkBeyondTurn& turn : turns) {
+    for (std::size_t i = turn.First; i <= turn.Last; ++i) {
+      CurvePoint& point = reading.Points[i];
+      point.Sigma = std::hypot(point.Sigma, 0.5 * turn.Length);
+      point.AcrossX = turn.OutX;
+      point.AcrossY = turn.OutY;
+    }
+    if (turn.Length >= kLeastTold) told.push_back(turn);
+  }
+  if (told.empty()) return;
+  const long most = std::lround(std::ranges::max(told, {}, &InkBeyondTurn::Length).Length);
+  if (told.size() == 1) {
+    reading.Doubts.push_back(Tr("at %1 its ink goes %2 pixels farther than the curve that was read",
+                                PlaceText(told.front().X, told.front().Y), most));
+    return;
+  }
+  constexpr std::size_t kMostPlaces = 6;
+  std::string places;
+  for (std::size_t i = 0; i < std::min(told.size(), kMostPlaces); ++i)
+    places += (i > 0 ? "; " : "") + PlaceText(told[i].X, told[i].Y);
+  if (told.size() > kMostPlaces) places += "; ...";
   reading.Doubts.push_back(
-      turns.size() == 1 ? Tr("at %1 its ink goes %2 pixels farther than the curve that was read",
-                             place, std::lround(most->Length))
-                        : Tr("at %1, and at other turns, its ink goes up to %2 pixels farther than "
-                             "the curve that "
-                             "was read",
-                             place, std::lround(most->Length)));
+      Tr("at %1 turns its ink goes up to %2 pixels farther than the curve that was read: %3",
+         told.size(), most, places));
 }
 
 bool LeadsThrough(const std::vector<CurvePoint>& points, PathPixel at) {
@@ -269,8 +283,8 @@ CurveReading ReadOneStroke(InkMap& map, const InkBlends& blends, PathPixel start
     reading.Doubts.push_back(TrCount("at %2 the curve is not seen, and may be off by %1 pixel",
                                      "at %2 the curve is not seen, and may be off by %1 pixels",
                                      std::lround(2 * worst.Sigma), PlaceText(worst.X, worst.Y)));
-  TellInkBeyondTurns(ClimbNarrowPeaks(map, reading.Kind, reading.Points, followed.Samples),
-                     reading);
+  ClimbNarrowPeaks(map, reading.Kind, reading.Points, followed.Samples);
+  TellInkBeyondTurns(FindInkBeyondTurns(map, reading.Points, reading.Kind), reading);
   for (const PathPixel& at : request.Through)
     if (!LeadsThrough(reading.Points, at)) {
       reading.Missed.push_back(at);

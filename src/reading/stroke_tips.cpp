@@ -27,22 +27,20 @@ class Turns {
     }
   }
 
-  /// The point half-way from one to the other.
-  std::size_t Middle(std::size_t first, std::size_t last) const {
-    const auto middle = std::ranges::lower_bound(along_, 0.5 * (along_[first] + along_[last]));
-    return static_cast<std::size_t>(middle - along_.begin());
-  }
-
   /// Out of a turn of more than a right angle at point `i`, of length 1; absent where there is
   /// none.
-  std::optional<Way> Out(std::size_t i) const {
-    const auto before = std::ranges::upper_bound(along_, along_[i] - reach_);
-    const auto behind = std::ranges::lower_bound(along_, along_[i] + reach_);
+  std::optional<Way> Out(std::size_t i) const { return Out(i, i); }
+
+  /// Out of a turn from point `first` to `last`, by the ways that lead to it and away from it:
+  /// between them a course may lead across from one side of a peak to the other.
+  std::optional<Way> Out(std::size_t first, std::size_t last) const {
+    const auto before = std::ranges::upper_bound(along_, along_[first] - reach_);
+    const auto behind = std::ranges::lower_bound(along_, along_[last] + reach_);
     if (before == along_.begin() || behind == along_.end()) return std::nullopt;
     const CurvePoint &a = points_[static_cast<std::size_t>(before - along_.begin()) - 1],
-                     &at = points_[i],
                      &b = points_[static_cast<std::size_t>(behind - along_.begin())];
-    const double ux = at.X - a.X, uy = at.Y - a.Y, vx = b.X - at.X, vy = b.Y - at.Y;
+    const double ux = points_[first].X - a.X, uy = points_[first].Y - a.Y;
+    const double vx = b.X - points_[last].X, vy = b.Y - points_[last].Y;
     const double u = std::hypot(ux, uy), v = std::hypot(vx, vy);
     if (u < 1 || v < 1 || ux * vx + uy * vy >= 0) return std::nullopt;
     const double x = ux / u - vx / v, y = uy / u - vy / v, length = std::hypot(x, y);
@@ -83,12 +81,13 @@ std::vector<InkBeyondTurn> FindInkBeyondTurns(const InkMap& map,
     if (!turns.Out(i)) continue;
     std::size_t last = i;
     while (last + 1 < points.size() && turns.Out(last + 1)) ++last;
-    const auto way = turns.Out(turns.Middle(i, last));
+    const auto way = turns.Out(i, last);
+    if (!way) continue;
     const auto out = [&](const CurvePoint& at) { return at.X * way->X + at.Y * way->Y; };
     const std::span<const CurvePoint> crest = std::span(points).subspan(i, last - i + 1);
     const double farthest = out(*std::ranges::max_element(crest, {}, out));
     // Between two sides a crest may lie on paper.
-    InkBeyondTurn beyond{.First = i, .Last = last};
+    InkBeyondTurn beyond{.First = i, .Last = last, .OutX = way->X, .OutY = way->Y};
     for (const CurvePoint& at : crest) {
       const double left = farthest - out(at);
       if (left > kCrest) continue;

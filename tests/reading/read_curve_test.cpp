@@ -233,33 +233,90 @@ TEST(ReadCurve, ReachesTheTopsOfAThinCurveThatIsDrawnFromPointToPoint) {
   EXPECT_EQ(tops, 7);
 }
 
-double Peak(double u, double wide) {
-  return 1 / (1 + std::pow((u - 0.501) / wide, 2));
+double Peak(double u, double wide, double at = 0.501) {
+  return 1 / (1 + std::pow((u - at) / wide, 2));
+}
+
+/// As a program draws it that knows no soft edges.
+void Harden(Plot& plot) {
+  for (std::size_t i = 0; i < plot.Picture.PixelCount(); ++i) {
+    std::uint32_t& pixel = plot.Picture.Pixels()[i];
+    pixel = (pixel >> 16 & 0xff) < 140 ? kBlue : kWhitePixel;
+  }
 }
 
 TEST(ReadCurve, ClimbsAPeakWhoseSidesTouch) {
-  for (const bool isTrough : {false, true})
-    for (const double thickness : {1.2, 2.0, 3.0})
-      for (const double wide : {0.004, 0.012, 0.02}) {
-        Plot plot;
-        plot.Frame();
-        const auto course = plot.Curve(
-            [&](double u) {
-              return isTrough ? 0.9 - 0.75 * Peak(u, wide) : 0.1 + 0.75 * Peak(u, wide);
-            },
-            {.Thickness = thickness}, kBlue);
-        const CurveReading reading = plot.Read(course[60]);
-        const auto height = [&](const auto& at) { return isTrough ? -at.Y : at.Y; };
-        const PixelPosition drawn = *std::ranges::min_element(course, {}, height);
-        const CurvePoint& read = *std::ranges::min_element(reading.Points, {}, height);
-        EXPECT_NEAR(read.Y, drawn.Y, 0.5) << thickness << " " << wide;
-        EXPECT_NEAR(read.X, drawn.X, 0.5) << thickness << " " << wide;
-        for (const CurvePoint& point : reading.Points)
-          EXPECT_LT(Distance(point, course), 0.6) << point.X << ", " << point.Y;
+  struct Case {
+    double Thickness, Wide, Tip, Aside;  // how far off the tip, and any point across, may be
+    bool IsTrough = false, IsHard = false;
+  };
+  const Case cases[] = {
+      {1.2, 0.004, 0.5, 0.6},
+      {1.2, 0.02, 0.5, 0.6},
+      {2, 0.004, 0.5, 0.4},
+      {2, 0.012, 0.5, 0.4},
+      {2, 0.012, 0.5, 0.4, true},
+      {3, 0.004, 0.5, 0.4, true},
+      {3, 0.02, 0.5, 0.4},
+      {4, 0.03, 0.8, 0.9},
+      {2, 0.02, 1, 1.5, false, true},
+      {3, 0.03, 1, 1.5, false, true},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(testing::Message() << c.Thickness << " " << c.Wide << " " << c.IsHard);
+    Plot plot;
+    const double foot = c.IsTrough ? 0.9 : 0.1, height = c.IsTrough ? -0.75 : 0.75;
+    const auto course = plot.Curve([&](double u) { return foot + height * Peak(u, c.Wide); },
+                                   {.Thickness = c.Thickness}, kBlue);
+    if (c.IsHard) Harden(plot);
+    const CurveReading reading = plot.Read(course[60]);
+    const auto out = [&](const auto& at) { return c.IsTrough ? -at.Y : at.Y; };
+    const PixelPosition drawn = *std::ranges::min_element(course, {}, out);
+    const auto tip = std::ranges::min_element(reading.Points, {}, out);
+    EXPECT_NEAR(tip->Y, drawn.Y, c.Tip);
+    EXPECT_NEAR(tip->X, drawn.X, c.Tip);
+    for (const CurvePoint& point : reading.Points)
+      EXPECT_LT(Distance(point, course), c.Aside) << point.X << ", " << point.Y;
+    // Up one side and down the other, without a step back.
+    const auto isSteep = [&](const CurvePoint& at) { return std::fabs(at.X - drawn.X) < 5; };
+    for (auto at = reading.Points.begin() + 1; at != reading.Points.end(); ++at)
+      if (isSteep(*at) && isSteep(at[-1])) {
+        EXPECT_LE((out(*at) - out(at[-1])) * (at <= tip ? 1 : -1), 0.01) << at->X << ", " << at->Y;
       }
+  }
 }
 
-TEST(ReadCurve, LeavesWhatStandsOnACrestAndTellsOfIt) {
+/// A level base is the curve's own, not a line of the plot: it is interrupted below each peak.
+TEST(ReadCurve, ReadsASpectrumOverALevelBase) {
+  const std::array<double, 4> places = {0.2, 0.45, 0.49, 0.8}, heights = {0.6, 0.3, 0.7, 0.4};
+  const auto spectrum = [&](double u) {
+    double v = 0.12;
+    for (std::size_t i = 0; i < places.size(); ++i)
+      v += heights[i] * std::exp(-std::pow((u - places[i]) / 0.009, 2));
+    return v;
+  };
+  for (const std::uint32_t ink : {kBlue, kBlackPixel}) {
+    Plot plot;
+    plot.Frame();
+    PlotDrawing layer = plot.Layer();
+    const auto course = layer.Curve(spectrum, {.Thickness = 1.5}, 0.004, 0.996);
+    plot.Put(layer, ink);
+    for (const double u : {0.1, 0.2}) {
+      const CurveReading reading = plot.Read(layer.Place(u, spectrum(u)));
+      ASSERT_EQ(reading.Refusal, "");
+      EXPECT_NEAR(reading.Points.front().X, course.front().X, 3);
+      EXPECT_NEAR(reading.Points.back().X, course.back().X, 3);
+      for (const double place : places) {
+        const PixelPosition top = layer.Place(place, spectrum(place));
+        EXPECT_TRUE(std::ranges::any_of(reading.Points, [&](const CurvePoint& point) {
+          return std::hypot(point.X - top.X, point.Y - top.Y) < 0.8;
+        })) << place;
+      }
+    }
+  }
+}
+
+TEST(ReadCurve, LeavesWhatStandsOnACrest) {
   struct Case {
     const char* Name;
     bool IsTold;
@@ -298,6 +355,22 @@ TEST(ReadCurve, LeavesWhatStandsOnACrestAndTellsOfIt) {
     EXPECT_NEAR(highest.Y, top.Y, 1 + 2 * highest.Sigma) << c.Name << highest.Sigma;
     EXPECT_EQ(c.IsTold, !reading.Doubts.empty()) << c.Name;
   }
+  // The crest may be as narrow as a peak.
+  for (const double thickness : {1.0, 2.0}) {
+    Plot plot;
+    const auto course =
+        plot.Curve([](double u) { return 0.1 + 0.4 * Peak(u, 0.012); }, {.Thickness = 2}, kBlue);
+    PlotDrawing layer = plot.Layer();
+    const PixelPosition top = *std::ranges::min_element(course, {}, &PixelPosition::Y);
+    layer.Polyline({top, {top.X, top.Y - 40}}, {.Thickness = thickness});
+    plot.Put(layer, kBlue);
+    const CurveReading reading = plot.Read(course[60]);
+    const CurvePoint& highest = *std::ranges::min_element(reading.Points, {}, &CurvePoint::Y);
+    EXPECT_NEAR(highest.Y, top.Y, 1 + 2 * highest.Sigma);
+    EXPECT_GT(highest.Y, top.Y - 4) << thickness;
+    EXPECT_THAT(reading.Doubts, testing::Contains(testing::HasSubstr("pixels farther")));
+  }
+
   // A round crest goes as far as it is read, and so does a corner.
   Plot plain;
   const auto wave = plain.Curve(Wave, {.Thickness = 2}, kBlue);
