@@ -209,6 +209,8 @@ class TrackJudge {
         if (here < 2 * h || here > stroke_.Length() - 2 * h) break;
         const Vector a = stroke_.AtLength(here - 2 * h), b = stroke_.AtLength(here - h),
                      c = stroke_.AtLength(here + h), d = stroke_.AtLength(here + 2 * h);
+        // The sides of a narrow peak are no course across it.
+        if ((c - b).Length() < 0.7 * h) continue;
         // The cubic through the four at even intervals.
         const Vector course = (1 / 6.0) * (4 * (b + c) - (a + d));
         if (AsideOf(stroke_.At(i) - course, Unit(c - b)) < kAway) continue;

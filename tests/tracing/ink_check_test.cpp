@@ -196,6 +196,20 @@ TEST(InkCheck, SymbolsFramesEndsAndDarkPagesAreNotDoubted) {
             (std::vector{InkVerdict::NotOnInk, InkVerdict::NotOnInk}));
 }
 
+/// Near its tip a narrow peak has the ink of both its sides.
+TEST(InkCheck, TheSidesOfAPeakAreNoDetour) {
+  for (const double wide : {0.012, 0.02, 0.03}) {
+    PlotDrawing drawing = Paper();
+    Points points;
+    for (const PixelPosition& at :
+         drawing.Curve([&](double u) { return 0.2 + 0.7 / (1 + std::pow((u - 0.5) / wide, 2)); },
+                       {.Thickness = 3}, 0.1, 0.9))
+      points.push_back(At(at));
+    const Counts counts = Check(drawing.GreyPicture(), points, drawing.Calibration());
+    EXPECT_FALSE(counts.contains(InkVerdict::Leap)) << wide;
+  }
+}
+
 TEST(InkCheck, WhereACurveGoesOnIsToldByItsOwnInk) {
   constexpr std::uint32_t kBlue = 0xff1f77b4u, kRed = 0xffd62728u, kGrey = 0xffb0b0b0u;
   const auto wave = [](double u) { return 0.5 + 0.4 * std::sin(30 * u); };
