@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 #include <optional>
 #include <utility>
 
@@ -123,34 +124,52 @@ class Peak {
     return true;
   }
 
-  /// Nothing hangs below it, it tapers, and it ends on paper.
   bool IsOnlyPeak() const {
-    // Its sides are steep.
+    return IsSteep() && IsEmptyBetweenSides() && EndsOnPaper() && Tapers() && !StandsOnCrest();
+  }
+
+  /// Its sides, below the joint ink.
+  bool IsSteep() const {
     const std::ptrdiff_t below = std::min<std::ptrdiff_t>(joint_, Reach());
     const Row &joint = rows_[static_cast<std::size_t>(joint_)],
               &base = rows_[static_cast<std::size_t>(joint_ - below)];
     const double most = 0.5 * static_cast<double>(below) + 1;
-    if (joint.Left - base.Left > most || base.Right - joint.Right > most) return false;
+    return joint.Left - base.Left <= most && base.Right - joint.Right <= most;
+  }
+
+  bool IsEmptyBetweenSides() const {
+    const double side = 1.6 * width_ + 1;  // with its soft edge
+    return std::all_of(rows_.begin(), rows_.begin() + joint_, [&](const Row& row) {
+      for (double x = std::ceil(row.Left + side); x <= row.Right - side; ++x)
+        if (map_.IsClear(static_cast<int>(x), row.Y)) return false;
+      return true;
+    });
+  }
+
+  /// Nothing hides what lies around its tip.
+  bool EndsOnPaper() const {
     const Row& tip = rows_.back();
-    for (auto row = rows_.begin(); row != rows_.begin() + joint_; ++row) {
-      const double side = 1.6 * width_ + 1;
-      for (double x = std::ceil(row->Left + side); x <= row->Right - side; ++x)
-        if (map_.IsClear(static_cast<int>(x), row->Y)) return false;
-    }
     for (int k = 1; k <= 2; ++k)
       for (int x = tip.First - 1; x <= tip.Last + 1; ++x)
         if (map_.At(x, tip.Y + k * out_) > InkMap::kFull) return false;
-    const double step = isHard_ ? 1.2 : 0.8;  // by which a row may be wider than one farther in
+    return true;
+  }
+
+  /// No row of the joint ink is wider than those farther in, but for the pixels' own steps.
+  bool Tapers() const {
+    constexpr int kMostUnsure = 3;  // rows in a row, as a line across hides them
+    const double step = isHard_ ? 1.2 : 0.8;
     double least = 2 * width_ + 2;
     int unsure = 0;
     for (auto row = rows_.begin() + joint_; row != rows_.end(); ++row) {
       unsure = row->IsSure ? 0 : unsure + 1;
-      if (unsure > 3 || (unsure > 0 && rows_.end() - row <= 2)) return false;
+      const bool isTip = rows_.end() - row <= 2;
+      if (unsure > (isTip ? 0 : kMostUnsure)) return false;
       if (!row->IsSure) continue;
       if (row->Width() > least + step) return false;
       least = std::min(least, row->Width());
     }
-    return !StandsOnCrest();
+    return true;
   }
 
   /// Whether a line stands on a crest: thinner than the stroke, or as thin for a while, and then
@@ -213,8 +232,8 @@ class Peak {
     return false;
   }
 
-  /// How far out the tip is. A round end reaches half a stroke beyond it, of which the ink of its
-  /// rows tells three quarters; a mitred one tapers over several rows from where it is.
+  /// How far out the tip is. A round end is half a disc beyond it, with the ink of pi / 8 of a
+  /// stroke's length; a mitred one tapers over several rows from where it is.
   double Tip(double stroke) const {
     double beyond = 0;
     int rows = 0;
@@ -222,7 +241,8 @@ class Peak {
     for (; row + 1 != rows_.rend() && row->Width() < 0.9 * stroke; ++row, ++rows)
       beyond += row->Width() / stroke;
     const double whole = row->Y + out_ * 0.5;
-    return rows > 0.5 * stroke + 2 ? whole : whole + out_ * (beyond - 0.39 * stroke);
+    return rows > 0.5 * stroke + 2 ? whole
+                                   : whole + out_ * (beyond - std::numbers::pi / 8 * stroke);
   }
 
   NarrowPeak UpAndDown() const {
@@ -243,8 +263,11 @@ class Peak {
       if (a > b) a = b = row.Middle();
       tipX = row.Middle();
       const auto at = [&](double x) {
-        return CurvePoint{
-            .X = x, .Y = 1.0 * row.Y, .Sigma = isHard_ ? 0.35 : 0.25, .AcrossX = 1, .AcrossY = 0};
+        return CurvePoint{.X = x,
+                          .Y = static_cast<double>(row.Y),
+                          .Sigma = isHard_ ? 0.35 : 0.25,
+                          .AcrossX = 1,
+                          .AcrossY = 0};
       };
       const bool isLeftFirst = points_[first_].X <= points_[last_].X;
       if (IsBeyond(row.Y, points_[first_].Y)) up.push_back(at(isLeftFirst ? a : b));

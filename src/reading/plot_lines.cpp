@@ -132,7 +132,7 @@ std::optional<int> SideOf(const std::vector<std::optional<LineBin>>& lines, int 
 /// Whether what lies along a level line is a curve that leaves it and comes back, as a spectrum
 /// does its base: where the line is interrupted, ink leads away from both ends of the gap, to one
 /// side only. What crosses a line does so on both sides.
-bool IsLeft(const InkMap& map, const AxesFrame& frame, int offset) {
+bool IsBaseOfCurve(const InkMap& map, const AxesFrame& frame, int offset) {
   constexpr int kLeast = 5, kEnd = 3;  // pixels of a gap, and of what leads away from its ends
   const auto share = [&](int u, int v) {
     return map.Share(static_cast<int>(std::lround(frame.X(u, v))),
@@ -149,22 +149,21 @@ bool IsLeft(const InkMap& map, const AxesFrame& frame, int offset) {
   };
   const int left = static_cast<int>(std::ceil(frame.Left)) + 1,
             right = static_cast<int>(frame.Right) - 1;
-  int last = right;  // on the line
+  int before = right;  // the last place on the line; none yet
   for (int u = left; u <= right; ++u) {
     if (!isOn(u)) continue;
-    const int first = last;
-    last = u;
-    if (u - first <= kLeast) continue;
-    for (const int side : {-1, 1})
-      if (leads(first, side) && leads(u, side) && !leads(first, -side) && !leads(u, -side))
-        return true;
+    if (u - before > kLeast)
+      for (const int side : {-1, 1})
+        if (leads(before, side) && leads(u, side) && !leads(before, -side) && !leads(u, -side))
+          return true;
+    before = u;
   }
   return false;
 }
 
-/// Takes those back that are a curve's own, the bins of each together.
-void LeaveCurves(const InkMap& map, const AxesFrame& frame, int firstBin,
-                 std::vector<std::optional<LineBin>>& lines) {
+/// Drops the lines that are a curve's own, all bins of each.
+void DropBasesOfCurves(const InkMap& map, const AxesFrame& frame, int firstBin,
+                       std::vector<std::optional<LineBin>>& lines) {
   const int count = static_cast<int>(lines.size());
   for (int bin = 0; bin < count; ++bin) {
     if (!lines[static_cast<std::size_t>(bin)]) continue;
@@ -174,7 +173,7 @@ void LeaveCurves(const InkMap& map, const AxesFrame& frame, int firstBin,
           lines[static_cast<std::size_t>(fullest)]->Share)
         fullest = end;
     if (lines[static_cast<std::size_t>(fullest)]->Share >= kSolid &&
-        IsLeft(map, frame, firstBin + fullest))
+        IsBaseOfCurve(map, frame, firstBin + fullest))
       std::fill(lines.begin() + bin, lines.begin() + end, std::nullopt);
     bin = end;
   }
@@ -203,7 +202,7 @@ std::vector<PlotLine> TakeOutLines(InkMap& map, const AxesFrame& frame, double x
   const Profiles profiles = ProfilesOf(map, frame, operation);
   auto level = LinesIn(profiles.Level);
   const auto upright = LinesIn(profiles.Upright);
-  LeaveCurves(map, frame, profiles.Level.First, level);
+  DropBasesOfCurves(map, frame, profiles.Level.First, level);
   const auto note = [&](const auto& lines, const Profile& profile, bool isLevel) {
     for (std::size_t i = 0; i < lines.size(); ++i)
       if (lines[i])

@@ -77,12 +77,12 @@ std::vector<InkBeyondTurn> FindInkBeyondTurns(const InkMap& map,
                                               const StrokeKind& kind) {
   std::vector<InkBeyondTurn> found;
   const Turns turns(points, std::max(6.0, 2 * kind.Width));
-  for (std::size_t i = 0; i < points.size(); ++i) {
+  for (std::size_t i = 0, last = 0; i < points.size(); ++i) {
     if (!turns.Out(i)) continue;
-    std::size_t last = i;
+    last = std::max(last, i);
     while (last + 1 < points.size() && turns.Out(last + 1)) ++last;
     const auto way = turns.Out(i, last);
-    if (!way) continue;
+    if (!way) continue;  // it may hold shorter turns
     const auto out = [&](const CurvePoint& at) { return at.X * way->X + at.Y * way->Y; };
     const std::span<const CurvePoint> crest = std::span(points).subspan(i, last - i + 1);
     const double farthest = out(*std::ranges::max_element(crest, {}, out));
