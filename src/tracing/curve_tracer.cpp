@@ -79,21 +79,38 @@ Continuation FollowInto(const InkColumn& here, const InkColumn& next, int yIncre
 }
 
 /// Has the memory fetch what will be read some columns on: pixels of a column lie far apart, and a
-/// trace would wait for most of them. Each column asks for a share of the rows; all at once would
-/// have to wait, too. (Inlined, because GCC drops calls of what only prefetches.)
-[[gnu::always_inline]] inline void PrefetchAhead(const RunningTrace& trace, int column,
-                                                 const Rows& stroke) {
-  constexpr int kAhead = 12;      // columns
-  constexpr int kShare = 8;       // a row in so many at each column
-  constexpr int kMostRows = 128;  // of a tall stroke the upper end alone
-  const PlotImage& image = trace.Context.Image;
-  if (!image.Contains(column + kAhead, 0)) return;
-  const int reach = trace.YIncrement + kAhead;  // the stroke rises or falls meanwhile
-  const int first = std::max(stroke.Top - reach, 0);
-  const int last = std::min({stroke.Bottom + reach, first + kMostRows, image.Height() - 1});
-  for (int row = first + ((column - first) & (kShare - 1)); row <= last; row += kShare)
-    __builtin_prefetch(image.Pixels.Row(row) + column + kAhead);
-}
+/// trace would wait for most of them. It is the memory that sets the pace, so that only the rows
+/// are asked for to which the stroke's rise will have brought it.
+class FetchAhead {
+ public:
+  FetchAhead(const RunningTrace& trace, int row)
+      : image_(trace.Context.Image), margin_(trace.YIncrement + kError), row_(row) {}
+
+  /// Called for each column, which asks for a share of the rows; all at once would have to wait,
+  /// too. (Inlined, because GCC drops calls of what only prefetches.)
+  [[gnu::always_inline]] void From(int column, const Rows& stroke) {
+    rise_ += (static_cast<float>(stroke.Top - row_) - rise_) / kRemembered;
+    row_ = stroke.Top;
+    if (!image_.Contains(column + kAhead, 0)) return;
+    const int rise = static_cast<int>(std::clamp(rise_, -1.0f, 1.0f) * kAhead);
+    const int first = std::max(stroke.Top + rise - margin_, 0);
+    const int last =
+        std::min({stroke.Bottom + rise + margin_, first + kMostRows, image_.Height() - 1});
+    for (int row = first + ((column - first) & (kShare - 1)); row <= last; row += kShare)
+      __builtin_prefetch(image_.Pixels.Row(row) + column + kAhead);
+  }
+
+ private:
+  static constexpr int kAhead = 12;        // columns
+  static constexpr int kShare = 8;         // a row in so many at each column
+  static constexpr int kMostRows = 128;    // of a tall stroke the upper end alone
+  static constexpr int kError = 3;         // of the expected rows
+  static constexpr float kRemembered = 8;  // columns
+
+  const PlotImage& image_;
+  int margin_, row_;
+  float rise_ = 0;  // of the stroke, rows for each column
+};
 
 /// Moves `column` to the one from which the stroke goes on, across a break of up to X increment
 /// columns. False when the trace ends.
@@ -114,9 +131,10 @@ TraceEnd TraceNew(const ExtractionContext& context, float x, float y) {
   RunningTrace trace(context, x, y);
   int column = trace.StartColumn;
   Rows stroke{trace.StartRow, trace.StartRow};
+  FetchAhead ahead(trace, stroke.Top);
   for (; GoesOn(trace, column); ++column) {
     ScrollToColumn(trace, column);
-    PrefetchAhead(trace, column, stroke);
+    ahead.From(column, stroke);
     Continuation next;
     if (!FindContinuation(trace, column, stroke, next)) break;
     ScrollToRows(trace, stroke.Top, stroke.Bottom);

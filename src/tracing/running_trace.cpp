@@ -13,20 +13,6 @@ namespace graphize {
 
 namespace {
 
-/// Columns between two looks at the window: a small part of the time between two repaints, however
-/// tall the strokes are, and so many that looking costs nothing beside the work.
-constexpr int kColumnsPerPump = 256;
-
-void Scroll(RunningTrace& trace, int x, int y) {
-  Viewport& view = trace.Context.View;
-  Viewport scrolled = view;
-  ScrollTo(scrolled, x, y);
-  if (scrolled.X == view.X && scrolled.Y == view.Y) return;
-  CaptureFound(trace);
-  view = scrolled;
-  PumpProgress(trace.Context);
-}
-
 /// As many as there is room for: so it is only the point that fills the store which EmitPoint is
 /// told of, and whoever else captures what waits need not ask. When there is none, a point is
 /// refused as soon as it is found.
@@ -34,11 +20,6 @@ std::size_t RoomForFound(const RunningTrace& trace) {
   if (!trace.Adds) return std::numeric_limits<std::size_t>::max();
   if (trace.RefreshList) return 1;
   return static_cast<std::size_t>(std::max(RoomFor(trace.Context.Store), 1));
-}
-
-bool EmitPoint(RunningTrace& trace, float column, float row) {
-  trace.Found.Places.push_back({column, row});
-  return trace.Found.Places.size() < trace.MostFound || CaptureFound(trace);
 }
 
 /// Marks the first `count` of the points that wait.
@@ -121,47 +102,6 @@ RunningTrace::RunningTrace(const ExtractionContext& context, float x, float y)
       MarksBefore(context.Image.Marks.size()),
       MostFound(RoomForFound(*this)) {}
 
-bool GoesOn(RunningTrace& trace, int column) {
-  if (column >= trace.Context.Image.Width()) return false;
-  trace.Stopped = trace.Context.Callbacks.EscapeHeld();
-  if (trace.Stopped) return false;
-  if (++trace.Columns % kColumnsPerPump == 0) {
-    CaptureFound(trace);
-    PumpProgress(trace.Context);
-  }
-  return true;
-}
-
-void ScrollToColumn(RunningTrace& trace, int column) {
-  const Viewport& view = trace.Context.View;
-  const int place = FirstPlaceOf(view.Zoom, column);
-  const int distance = view.X + view.Width - place;
-  if (2 * distance < trace.XJump) Scroll(trace, place - view.Width + trace.XJump, view.Y);
-}
-
-void ScrollToRows(RunningTrace& trace, int top, int bottom) {
-  const Viewport& view = trace.Context.View;
-  top = FirstPlaceOf(view.Zoom, top);
-  bottom = FirstPlaceOf(view.Zoom, bottom);
-  const auto endsBelow = [&](int y) { return 2 * (y + view.Height - bottom) < trace.YJump; };
-  if (endsBelow(view.Y)) {
-    Scroll(trace, view.X, bottom - view.Height + trace.YJump);
-  } else if (2 * (top - view.Y) < trace.YJump) {
-    // A run taller than the view would otherwise scroll up and down at every column.
-    const int y = top - trace.YJump;
-    if (!endsBelow(y)) Scroll(trace, view.X, y);
-  }
-}
-
-bool EmitPoints(RunningTrace& trace, const ColumnPoints& points) {
-  ++trace.OnCurve;
-  if (trace.MarksBefore > 0) trace.Seen.push_back(points);
-  const auto column = static_cast<float>(points.Column);
-  return (!trace.Center || EmitPoint(trace, column, points.Center)) &&
-         (!trace.Below || EmitPoint(trace, column, static_cast<float>(points.Below))) &&
-         (!trace.Above || EmitPoint(trace, column, static_cast<float>(points.Above)));
-}
-
 bool CaptureFound(RunningTrace& trace) {
   const ExtractionContext& context = trace.Context;
   const std::vector<Place>& places = trace.Found.Places;
@@ -181,6 +121,21 @@ bool CaptureFound(RunningTrace& trace) {
   trace.MostFound = RoomForFound(trace);
   if (trace.Adds && trace.RefreshList && count > 0) PumpProgress(context);
   return true;
+}
+
+void LookAtWindow(RunningTrace& trace) {
+  CaptureFound(trace);
+  PumpProgress(trace.Context);
+}
+
+void Scroll(RunningTrace& trace, int x, int y) {
+  Viewport& view = trace.Context.View;
+  Viewport scrolled = view;
+  ScrollTo(scrolled, x, y);
+  if (scrolled.X == view.X && scrolled.Y == view.Y) return;
+  CaptureFound(trace);
+  view = scrolled;
+  PumpProgress(trace.Context);
 }
 
 TraceEnd EndTrace(RunningTrace& trace) {

@@ -99,8 +99,9 @@ void HideRealScanners() {
 }
 
 Raster ScanimagePage(const std::string& arguments) {
+  // It may wait forever at its end for what ScanningEnds tells of; the page is out by then.
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> pipe(
-      popen(("scanimage --format=pnm " + arguments).c_str(), "r"), pclose);
+      popen(("timeout --signal=KILL 30 scanimage --format=pnm " + arguments).c_str(), "r"), pclose);
   std::string bytes;
   std::array<char, 65536> piece;
   while (const std::size_t count = std::fread(piece.data(), 1, piece.size(), pipe.get()))
