@@ -103,14 +103,6 @@ QWidget* ReadingPanel::MakeEnding() {
                                    ReadingControl::kWidest);
   column->addWidget(tolerance_);
 
-  reading_ = Named(new WrappedLabel, "LBL_Reading", tr("What was read"));
-  reading_->setTextFormat(Qt::PlainText);
-  reading_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-  reading_->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  // Room for what is said most often: the buttons below seldom jump.
-  reading_->setMinimumHeight(3 * reading_->fontMetrics().lineSpacing());
-  column->addWidget(reading_);
-
   auto* buttons = new QHBoxLayout;
   accept_ = Named(new QPushButton(tr("&Accept")), "BTN_Accept");
   accept_->setToolTip(tr("Take the points over into the list (Return)"));
@@ -122,6 +114,15 @@ QWidget* ReadingPanel::MakeEnding() {
     buttons->addWidget(button);
   }
   column->addLayout(buttons);
+
+  // Below the buttons, which stay where they are however much there is to say.
+  reading_ = Named(new WrappedLabel, "LBL_Reading", tr("What was read"));
+  reading_->setTextFormat(Qt::PlainText);
+  reading_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+  reading_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  // Room for what is said most often: what lies below seldom jumps.
+  reading_->setMinimumHeight(3 * reading_->fontMetrics().lineSpacing());
+  column->addWidget(reading_);
 
   connect(tolerance_, &ToleranceSlider::Chosen, this, &ReadingPanel::ToleranceChosen);
   connect(accept_, &QPushButton::clicked, this, &ReadingPanel::AcceptPressed);

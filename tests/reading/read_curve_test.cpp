@@ -316,6 +316,28 @@ TEST(ReadCurve, ReadsASpectrumOverALevelBase) {
   }
 }
 
+/// A bend into a level base is seen, however steep the side is.
+TEST(ReadCurve, SeesTheFeetOfSteepPeaks) {
+  for (const double thickness : {1.5, 2.0, 3.0})
+    for (const double wide : {0.008, 0.015}) {
+      const auto peak = [&](double u) {
+        return 0.1 + 0.6 * std::exp(-std::pow((u - 0.5) / wide, 2));
+      };
+      Plot plot;
+      const auto course = plot.Curve(peak, {.Thickness = thickness}, kBlue);
+      const CurveReading reading = plot.Read(course[60]);
+      const double half = plot.Layer().Place(0.5, 0.4).Y;
+      EXPECT_THAT(reading.Doubts, testing::IsEmpty()) << thickness << ", " << wide;
+      int bridged = 0;
+      for (const CurvePoint& point : reading.Points) {
+        if (point.Y < half) continue;
+        EXPECT_LT(Distance(point, course), 0.6) << thickness << ", " << wide;
+        bridged += point.IsBridged ? 1 : 0;
+      }
+      EXPECT_LE(bridged, 1) << thickness << ", " << wide;
+    }
+}
+
 TEST(ReadCurve, LeavesWhatStandsOnACrest) {
   struct Case {
     const char* Name;
