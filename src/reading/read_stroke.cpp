@@ -10,6 +10,7 @@
 #include "reading/free_follower.h"
 #include "reading/narrow_peaks.h"
 #include "reading/pixel_set.h"
+#include "reading/sharp_corners.h"
 #include "reading/stroke_crossings.h"
 #include "reading/stroke_crowds.h"
 #include "reading/stroke_ends.h"
@@ -277,6 +278,8 @@ CurveReading ReadOneStroke(InkMap& map, const InkBlends& blends, PathPixel start
     reading.Points.clear();
     return reading;
   }
+  if (!ToleranceOf(followed.Samples, followed.Kind).IsData)
+    SharpenCorners(map, followed.Kind, reading.Points);
   const CurvePoint& worst = *std::ranges::max_element(
       reading.Points, {}, [](const CurvePoint& at) { return at.IsBridged ? at.Sigma : 0; });
   if (worst.IsBridged && worst.Sigma > kMostGuessed)
