@@ -8,6 +8,7 @@
 #include <cstring>
 #include <optional>
 #include <string>
+#include <typeinfo>
 #include <utility>
 
 #include "base/run_time_error.h"
@@ -20,12 +21,19 @@ namespace graphize {
 
 namespace {
 
+/// Whether it is this program's own: what comes from another one is of a class of the platform's.
+bool IsOwn(const QMimeData& data) {
+  return typeid(data) == typeid(QMimeData);
+}
+
 /// The picture in the clipboard as its owner offers it, decoded apart like a file; nothing where it
 /// is offered in no such type, or `progress` has stopped it.
 std::optional<LoadedPicture> OfferedPicture(const QMimeData& data,
                                             const PictureProgress& progress) {
   for (const char* type :
-       {"image/png", "image/bmp", "image/tiff", "image/gif", "image/webp", "image/jpeg"})
+       {"image/png", "image/bmp", "image/x-bmp", "image/x-MS-bmp", "image/tiff", "image/gif",
+        "image/webp", "image/jpeg", "image/x-portable-anymap", "image/x-portable-pixmap",
+        "image/x-portable-graymap", "image/x-portable-bitmap"})
     if (const QByteArray bytes = data.data(QLatin1String(type)); !bytes.isEmpty())
       return DecodePicture("clipboard", bytes.toStdString(), progress);
   return {};
@@ -67,7 +75,11 @@ Raster ClipboardRaster(const PictureProgress& progress) {
     throw damaged;
   }
   if (stopped) throw RunTimeError("The picture was not pasted.");
-  // This program's own, or in a type that only the toolkit knows.
+  // The toolkit would decode it within the program.
+  if (!IsOwn(*data))
+    throw RunTimeError(
+        "The picture in the clipboard is in no type that is pasted, such as PNG, TIFF, JPEG or "
+        "BMP. Please save it as a file, and open that.");
   QImage image = QGuiApplication::clipboard()->image();
   if (image.isNull()) throw damaged;
   const bool clear = image.hasAlphaChannel();

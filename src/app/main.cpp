@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QStandardPaths>
 #include <QUrl>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -104,6 +105,7 @@ int RunWindow(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow is told like a full disk
   graphize::FillStandardStreams();
   // What needs no window starts without any of its libraries' work.
   const std::vector<std::string> words(argv + 1, argv + argc);

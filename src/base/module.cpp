@@ -16,7 +16,9 @@ namespace graphize {
 std::filesystem::path PathInProgram(const std::filesystem::path& place) {
   std::error_code failure;
   const auto program = std::filesystem::read_symlink("/proc/self/exe", failure);
-  if (failure) throw RunTimeError(Tr("The program is not complete: %1", failure.message()));
+  if (failure)
+    throw RunTimeError(
+        Tr("The program cannot find its own files without /proc: %1", failure.message()));
   const std::filesystem::path folder = program.parent_path();
   if (std::filesystem::exists(folder / place, failure)) return folder / place;
   return folder.parent_path() / place;

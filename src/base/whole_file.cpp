@@ -10,6 +10,8 @@
 #include <cstdio>
 #include <utility>
 
+#include "base/translation.h"
+
 namespace graphize {
 
 namespace {
@@ -20,6 +22,16 @@ std::error_code LastError() {
   // Some failures of the stdio functions leave no number; "no error" must not come of it.
   return {errno != 0 ? errno : EIO, std::generic_category()};
 }
+
+/// What can be opened, but is no file.
+class NoFile : public std::error_category {
+ public:
+  const char* name() const noexcept override { return "no file"; }
+  std::string message(int) const override { return Tr("It is no file, but a pipe or a device"); }
+  std::error_condition default_error_condition(int) const noexcept override {
+    return std::errc::not_supported;
+  }
+};
 
 std::error_code OnlyRegular(const fs::file_status& status) {
   if (fs::is_regular_file(status)) return {};
@@ -167,9 +179,10 @@ Descriptor OpenToRead(const fs::path& path, std::uintmax_t& size, std::error_cod
   Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
   struct stat opened = {};
   failure = file.IsOpen() && fstat(file.Get(), &opened) == 0 ? std::error_code() : LastError();
+  static const NoFile noFile;
   if (!failure && !S_ISREG(opened.st_mode))
-    failure = std::make_error_code(S_ISDIR(opened.st_mode) ? std::errc::is_a_directory
-                                                           : std::errc::not_supported);
+    failure = S_ISDIR(opened.st_mode) ? std::make_error_code(std::errc::is_a_directory)
+                                      : std::error_code(1, noFile);
   size = static_cast<std::uintmax_t>(opened.st_size);
   return failure ? Descriptor() : std::move(file);
 }

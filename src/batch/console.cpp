@@ -5,8 +5,9 @@ namespace graphize {
 std::string OneLine(const std::string& text) {
   std::string line;
   for (const char c : text) {
+    const bool isControl = static_cast<unsigned char>(c) < ' ' || c == '\x7f';
     if (c != '\r' && c != '\n')
-      line += c;
+      line += isControl ? '?' : c;
     else if (!line.empty() && line.back() != ' ')
       line += ' ';
   }

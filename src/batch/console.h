@@ -24,7 +24,7 @@ class Console {
   Desktop callbacks_;
 };
 
-/// A message of several lines as one.
+/// A message of several lines as one, without other control characters.
 std::string OneLine(const std::string& text);
 
 }  // namespace graphize

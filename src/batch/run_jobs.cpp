@@ -198,7 +198,7 @@ class Run {
   }
 
   void Say(const std::string& text) {
-    streams_.Err << (showsProgress_ ? "\r\x1b[K" : "") << "graphize: " << text << "\n";
+    streams_.Err << (showsProgress_ ? "\r\x1b[K" : "") << "graphize: " << OneLine(text) << "\n";
   }
 
   void ShowProgress() {

@@ -63,7 +63,7 @@ std::string MissingProtection(unsigned layers) {
   if (layers == kAllLayers) return {};
   if (layers == 0)
     return Tr(
-        "Pictures are decoded within this program: the system allows no process of their own for "
+        "Pictures are decoded within this program: no process of their own could be started for "
         "it.");
   std::string missing;
   const auto name = [&](DecodeLayer layer, const char* words) {

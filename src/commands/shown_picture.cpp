@@ -5,6 +5,7 @@
 
 #include "base/numbers.h"
 #include "base/translation.h"
+#include "capture/cursor.h"
 #include "tracing/blockers.h"
 
 namespace graphize {
@@ -21,6 +22,7 @@ PictureBox LoadImage(Workspace& ws, const Desktop& desktop, PictureBox picture,
   desktop.ShowNow();
   PictureBox replaced = SetPicture(ws.plot, std::move(picture));
   ws.imageTools.UndoCopy.reset();  // it was of the picture before
+  ClearReadOut(ws.readOut);        // so was the pixel
   ws.colours.reset();
   ws.window.Caption = Tr("GRAPHIZE is Resizing ....");
   desktop.ShowNow();

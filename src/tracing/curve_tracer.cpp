@@ -79,8 +79,8 @@ Continuation FollowInto(const InkColumn& here, const InkColumn& next, int yIncre
 }
 
 /// Has the memory fetch what will be read some columns on: pixels of a column lie far apart, and a
-/// trace would wait for most of them. It is the memory that sets the pace, so that only the rows
-/// are asked for to which the stroke's rise will have brought it.
+/// trace would wait for most of them. The memory sets the pace: it is asked only for the rows that
+/// the stroke will have come to when it rises or falls as before.
 class FetchAhead {
  public:
   FetchAhead(const RunningTrace& trace, int row)
@@ -92,7 +92,7 @@ class FetchAhead {
     rise_ += (static_cast<float>(stroke.Top - row_) - rise_) / kRemembered;
     row_ = stroke.Top;
     if (!image_.Contains(column + kAhead, 0)) return;
-    const int rise = static_cast<int>(std::clamp(rise_, -1.0f, 1.0f) * kAhead);
+    const int rise = static_cast<int>(std::clamp(rise_, -kSteepest, kSteepest) * kAhead);
     const int first = std::max(stroke.Top + rise - margin_, 0);
     const int last =
         std::min({stroke.Bottom + rise + margin_, first + kMostRows, image_.Height() - 1});
@@ -106,6 +106,7 @@ class FetchAhead {
   static constexpr int kMostRows = 128;    // of a tall stroke the upper end alone
   static constexpr int kError = 3;         // of the expected rows
   static constexpr float kRemembered = 8;  // columns
+  static constexpr float kSteepest = 4;    // beyond, a stroke has jumped
 
   const PlotImage& image_;
   int margin_, row_;

@@ -49,7 +49,8 @@ void LookAtWindow(RunningTrace& trace);
 /// Moves the view; the events pending after that run.
 void Scroll(RunningTrace& trace, int x, int y);
 
-// What each column asks for is inline: a call takes as long as reading its ink.
+// What each column asks for is inline: a call takes as long as reading its ink. A tracer calls
+// GoesOn, ScrollToColumn, ScrollToRows and EmitPoints alone.
 
 /// Called for every column that is looked at: false at the right edge or when Escape is held. Lets
 /// the window live now and then.

@@ -44,6 +44,9 @@ const char* HintAt(Station station, const Workspace& ws) {
 NextStep NextStepOf(const Workspace& ws) {
   const Station station = StationOf(ws);
   const std::string& told = ws.status.Hint;
+  if (told.empty() && ws.proposedAxes.Shown)
+    return {station, Tr("Accept the proposed axes, or correct their values first; Cancel leaves "
+                        "them")};
   if (told.empty()) return {station, Tr(HintAt(station, ws))};
   if (station == kSave && told == Tr(ModeHint(ws.mode)))
     return {station, Tr("%1; when all is captured: Save", told)};

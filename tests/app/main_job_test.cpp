@@ -155,6 +155,15 @@ TEST_F(MainJob, WhatIsPastedCanDoNoHarm) {
     EXPECT_TRUE(PixelsOf(State().plot.Pixels) == pixels) << type;
     EXPECT_EQ(State().store.CaptureCount, 1);
   }
+  // Offered by another program in none of the types that are decoded apart.
+  class OfAnother : public QMimeData {};
+  auto* data = new OfAnother;
+  data->setImageData(QImage(10, 10, QImage::Format_RGB32));
+  QGuiApplication::clipboard()->setMimeData(data);
+  OnMessage("The picture in the clipboard is in no type that is pasted", QMessageBox::Ok);
+  ClickTool("paste");
+  EXPECT_TRUE(PixelsOf(State().plot.Pixels) == pixels);
+
   OnMessage("Reset Axis Definisions ?", QMessageBox::No);
   paste("image/png", sound);
   EXPECT_TRUE(PixelsOf(State().plot.Pixels) == PixelsOf(page));
