@@ -1,6 +1,7 @@
 #include "reading/sharp_corners.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 #include <numbers>
@@ -52,9 +53,10 @@ StraightArm ArmThrough(const CurvePoint* first, const CurvePoint* last) {
   return arm;
 }
 
-/// A place between two arms, which end and begin at points of the course.
+/// Where two arms meet, sharply or on a small arc.
 struct Corner {
   Place At;
+  std::array<Place, 5> Way;  // from the last point before it to the first one behind it
   StraightArm Before, Behind;
   std::size_t First = 0, Last = 0;  // the points that it takes the place of
   double Turn = 0;                  // from the one to the other, radians
@@ -199,23 +201,38 @@ class CornerFinder {
     last = BeyondBridge(last + 1, 1) - 1;
     corner.First = first;
     corner.Last = last;
-    // What is missing, a slightly rounded corner has farther in.
-    corner.At.X -= *missing * corner.Out().X;
-    corner.At.Y -= *missing * corner.Out().Y;
+    Round(corner, *missing);
     if (!IsOff(corner) || !IsAlone(corner)) return std::nullopt;
-    corner.Sigma = std::hypot(0.1, 0.5 * *missing,
+    corner.Sigma = std::hypot(0.1, 0.25 * *missing,
                               std::max({corner.Before.Rms, corner.Behind.Rms,
                                         points_[first - 1].Sigma, points_[last + 1].Sigma}));
     return corner;
   }
 
+  /// Puts the way on the arms and the arc that leaves so much of the corner out.
+  void Round(Corner& corner, double missing) const {
+    const Place &sharp = corner.At, &u = corner.Before.Way, &v = corner.Behind.Way;
+    const CurvePoint &from = points_[corner.First - 1], &to = points_[corner.Last + 1];
+    const double half = 0.5 * corner.Turn;
+    const double most = std::min(std::hypot(from.X - sharp.X, from.Y - sharp.Y),
+                                 std::hypot(to.X - sharp.X, to.Y - sharp.Y));
+    const double reach = std::min(missing * std::tan(half) / (1 / std::cos(half) - 1), most);
+    const Place out = corner.Out();
+    corner.Way = {{{from.X, from.Y},
+                   {sharp.X - reach * u.X, sharp.Y - reach * u.Y},
+                   {sharp.X - missing * out.X, sharp.Y - missing * out.Y},
+                   {sharp.X + reach * v.X, sharp.Y + reach * v.Y},
+                   {to.X, to.Y}}};
+  }
+
   /// How far a place is from the way over the corner, pixels.
-  double Away(const Corner& corner, double x, double y) const {
+  static double Away(const Corner& corner, double x, double y) {
     double least = std::numeric_limits<double>::infinity();
-    for (const CurvePoint& end : {points_[corner.First - 1], points_[corner.Last + 1]}) {
-      const double dx = end.X - corner.At.X, dy = end.Y - corner.At.Y;
-      const double u = x - corner.At.X, v = y - corner.At.Y;
-      const double part = std::clamp((u * dx + v * dy) / (dx * dx + dy * dy), 0.0, 1.0);
+    for (std::size_t i = 1; i < corner.Way.size(); ++i) {
+      const Place &from = corner.Way[i - 1], &to = corner.Way[i];
+      const double dx = to.X - from.X, dy = to.Y - from.Y, u = x - from.X, v = y - from.Y;
+      const double squared = dx * dx + dy * dy;
+      const double part = squared > 0 ? std::clamp((u * dx + v * dy) / squared, 0.0, 1.0) : 0;
       least = std::min(least, std::hypot(u - part * dx, v - part * dy));
     }
     return least;
@@ -259,8 +276,11 @@ class CornerFinder {
       if (!share) return std::nullopt;
       ink += *share * kStep;
     }
-    const double missing = half - ink, most = 0.3 + 0.05 * kind_.Width + (kind_.IsHard ? 0.4 : 0);
-    if (ink > mitred || missing > most) return std::nullopt;
+    const double missing = half - ink;
+    // Cuts through an arc whose inner edge is round, too, are as good as others.
+    const double slightly = 0.3 + 0.05 * kind_.Width + (kind_.IsHard ? 0.4 : 0);
+    const double tight = half * (1 / cosine - 1);
+    if (ink > mitred || missing > std::max(slightly, tight)) return std::nullopt;
     return std::max(missing, 0.0);
   }
 
@@ -283,19 +303,20 @@ class CornerFinder {
   std::vector<double> way_;  // to each point, pixels
 };
 
-/// From the one place to the other, at each whole column, or row where it is steep, between them.
-void AddStraight(const CurvePoint& from, const CurvePoint& to, std::vector<CurvePoint>& points) {
-  const double dx = to.X - from.X, dy = to.Y - from.Y;
+double Distance(const CurvePoint& a, const CurvePoint& b) {
+  return std::hypot(a.X - b.X, a.Y - b.Y);
+}
+
+/// At each whole column, or row where it is steep, from the one place up to the other.
+void AddStraight(const Place& from, const Place& to, CurvePoint point,
+                 std::vector<CurvePoint>& points) {
+  const double dx = to.X - from.X, dy = to.Y - from.Y, length = std::hypot(dx, dy);
   const bool steep = std::fabs(dy) > std::fabs(dx);
   const double begin = steep ? from.Y : from.X, end = steep ? to.Y : to.X;
-  if (begin == end) return;
-  const double length = std::hypot(dx, dy);
   const int step = end > begin ? 1 : -1;
   for (int at = static_cast<int>(step > 0 ? std::floor(begin) : std::ceil(begin)) + step;
-       (end - at) * step > 0.2; at += step) {
+       (end - at) * step >= 0; at += step) {
     const double part = (at - begin) / (end - begin);
-    if (part * length < 0.2) continue;
-    CurvePoint point = to;
     point.X = from.X + part * dx;
     point.Y = from.Y + part * dy;
     point.AcrossX = -dy / length;
@@ -304,31 +325,38 @@ void AddStraight(const CurvePoint& from, const CurvePoint& to, std::vector<Curve
   }
 }
 
+/// The points that take the place of a corner's.
+std::vector<CurvePoint> PointsOver(const Corner& corner) {
+  constexpr double kApart = 0.2;
+  std::vector<CurvePoint> all, apart;
+  for (std::size_t i = 1; i < corner.Way.size(); ++i) {
+    CurvePoint at{.X = corner.Way[i].X, .Y = corner.Way[i].Y, .Sigma = corner.Sigma};
+    AddStraight(corner.Way[i - 1], corner.Way[i], at, all);
+    if (i != 2) continue;  // on the corner
+    at.AcrossX = corner.Out().X;
+    at.AcrossY = corner.Out().Y;
+    all.push_back(at);
+  }
+  const CurvePoint end{.X = corner.Way.back().X, .Y = corner.Way.back().Y};
+  for (const CurvePoint& at : all)
+    if (Distance(at, end) >= kApart && (apart.empty() || Distance(at, apart.back()) >= kApart))
+      apart.push_back(at);
+  return apart;
+}
+
 }  // namespace
 
 void SharpenCorners(const InkMap& map, const StrokeKind& kind, std::vector<CurvePoint>& points) {
   constexpr double kThin = 1.2;  // whose corners are less than half a pixel off
   if (kind.Width < kThin || kind.IsDotted || points.size() < 2 * kFewest) return;
   const std::vector<Corner> corners = CornerFinder(map, kind, points).Find();
-  if (corners.empty()) return;
-  std::vector<CurvePoint> sharp;
-  std::size_t next = 0;
-  for (const Corner& corner : corners) {
-    sharp.insert(sharp.end(), points.begin() + static_cast<std::ptrdiff_t>(next),
-                 points.begin() + static_cast<std::ptrdiff_t>(corner.First));
-    CurvePoint at{.X = corner.At.X, .Y = corner.At.Y, .Sigma = corner.Sigma};
-    at.AcrossX = corner.Out().X;
-    at.AcrossY = corner.Out().Y;
-    AddStraight(points[corner.First - 1], at, sharp);
-    sharp.push_back(at);
-    CurvePoint end = points[corner.Last + 1];
-    end.Sigma = at.Sigma;
-    end.IsBridged = false;
-    AddStraight(at, end, sharp);
-    next = corner.Last + 1;
+  // From the last on: the places of those before stay what they are.
+  for (auto corner = corners.rbegin(); corner != corners.rend(); ++corner) {
+    const auto first = points.begin() + static_cast<std::ptrdiff_t>(corner->First);
+    const auto last = points.begin() + static_cast<std::ptrdiff_t>(corner->Last) + 1;
+    const std::vector<CurvePoint> over = PointsOver(*corner);
+    points.insert(points.erase(first, last), over.begin(), over.end());
   }
-  sharp.insert(sharp.end(), points.begin() + static_cast<std::ptrdiff_t>(next), points.end());
-  points = std::move(sharp);
 }
 
 }  // namespace graphize

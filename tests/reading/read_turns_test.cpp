@@ -229,18 +229,34 @@ TEST(ReadTurns, PutsACornerWhereTheArmsMeet) {
     }
 }
 
+/// A step whose bends are round.
+std::function<double(double)> RoundStep(double run, double radius) {
+  return [=](double u) {
+    const auto bend = [&](double z) {
+      return radius * std::log1p(std::exp(-std::fabs(z) / radius)) + std::max(z, 0.0);
+    };
+    const double z = (u - 0.5) / run;
+    return 0.1 + 0.7 * (bend(z) - bend(z - 1));
+  };
+}
+
 /// Nothing becomes a corner that is round.
 TEST(ReadTurns, LeavesARoundBendRound) {
   for (const double thickness : {1.5, 2.0, 4.0}) {
     CurvePlot plot;
-    const auto bend = [](double z) { return 0.15 * std::log1p(std::exp(z / 0.15)); };
-    const auto step = [&](double u) {
-      const double z = (u - 0.5) / 0.1;
-      return 0.1 + 0.7 * (bend(z) - bend(z - 1));
-    };
-    const auto course = plot.Curve(step, {.Thickness = thickness}, kBlue);
+    const auto course = plot.Curve(RoundStep(0.1, 0.15), {.Thickness = thickness}, kBlue);
     for (const CurvePoint& point : plot.Read(course[60]).Points)
       EXPECT_LT(Distance(point, course), 0.2) << thickness << ": " << point.X << ", " << point.Y;
+  }
+}
+
+/// An arc of less than half a stroke has no inner edge.
+TEST(ReadTurns, ReadsATightArcByItsOuterEdge) {
+  for (const double thickness : {6.0, 8.0}) {
+    CurvePlot plot;
+    const auto course = plot.Curve(RoundStep(0.05, 0.02), {.Thickness = thickness}, kBlue);
+    for (const CurvePoint& point : plot.Read(course[60]).Points)
+      EXPECT_LT(Distance(point, course), 0.4) << thickness << ": " << point.X << ", " << point.Y;
   }
 }
 
