@@ -23,7 +23,7 @@ bool IsOwnTurn(const InkMap& map, const std::vector<PathPixel>& path, double wid
   if (isEven) return false;
   const bool isBend = before.AlongRow != behind.AlongRow;
   // The way may go along the inner edge of a bend.
-  const double most = (isBend ? width : 0.5 * width) + 1;
+  const double most = (isBend ? 0.75 : 0.5) * width + 1;
   for (const int step : {-1, 1}) {
     int reach = 6 + static_cast<int>(std::lround(2 * width));
     for (PathPixel at = path[static_cast<std::size_t>(sample.Pixel)]; map.Share(at.X, at.Y) > 0;
