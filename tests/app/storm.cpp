@@ -22,6 +22,7 @@
 #include <map>
 #include <random>
 #include <set>
+#include <utility>
 
 #include "app/main_window.h"
 #include "base/whole_file.h"
@@ -63,23 +64,24 @@ class Storm {
 
   bool Run(int events) {
     Calibrate();
-    for (int i = 0; i < events && fault_.empty(); ++i) {
+    int done = 0;
+    for (; done < events && fault_.empty(); ++done) {
       QElapsedTimer timer;
       timer.start();
       servedInside_ = 0;
       last_.clear();
       Something(&window_);
       QApplication::processEvents();
-      slowest_ = std::max(slowest_, std::pair(timer.elapsed() - servedInside_, last_));
+      NoteAnswer(timer);
       if (!IsQuiet()) continue;
       CheckList();
-      if (i % 20 == 0) CheckJournal();
-      if (i % 300 == 299) CheckUndo();
-      if (!fault_.empty())
-        std::fprintf(stderr, "event %d (%s): %s\n", i, last_.c_str(), fault_.c_str());
+      if (done % 20 == 0) CheckJournal();
+      if (done % 300 == 299) CheckUndo();
     }
+    if (!fault_.empty())
+      std::fprintf(stderr, "event %d (%s): %s\n", done, last_.c_str(), fault_.c_str());
     for (const auto& [what, times] : done_) std::printf("%6d %s\n", times, what.c_str());
-    std::printf("%d events, slowest %lld ms: %s\n", events, static_cast<long long>(slowest_.first),
+    std::printf("%d events, slowest %lld ms: %s\n", done, static_cast<long long>(slowest_.first),
                 slowest_.second.c_str());
     return fault_.empty();
   }
@@ -99,6 +101,11 @@ class Storm {
   void Note(const char* what, const QObject* on) {
     ++done_[std::string(what) + " " + on->objectName().toStdString()];
     last_ += std::string(last_.empty() ? "" : ", ") + what + " " + on->objectName().toStdString();
+  }
+
+  /// `timer` began with the event; what was served within it has been noted by itself.
+  void NoteAnswer(const QElapsedTimer& timer) {
+    slowest_ = std::max(slowest_, std::pair(timer.elapsed() - servedInside_, last_));
   }
 
   void Calibrate() {
@@ -287,6 +294,7 @@ class Storm {
   void ServeModal() {
     QElapsedTimer timer;
     timer.start();
+    const qint64 servedBefore = std::exchange(servedInside_, 0);
     if (QWidget* popup = QApplication::activePopupWidget()) {
       popup->close();
     } else if (QWidget* modal = QApplication::activeModalWidget();
@@ -305,7 +313,8 @@ class Storm {
         if (auto* dialog = qobject_cast<QDialog*>(modal)) dialog->reject();
       }
     }
-    servedInside_ += timer.elapsed();
+    NoteAnswer(timer);
+    servedInside_ = servedBefore + timer.elapsed();
   }
   void AnswerFile(QFileDialog& dialog) {
     static const std::vector<QString> names = {
