@@ -56,9 +56,10 @@ struct Work {
     journal.KeepPicture(ws, desktop);
     history.Commit(ws);
     work.Being = DigestOf(ws);
-    journal.Append(ws, history.TakeDelta());
-    // What is drawn is done when the pen goes up; what began with it may be noted before.
-    if (!ws.pen.Down) work.Done = work.Being.load();
+    const DocumentDelta delta = history.TakeDelta();
+    journal.Append(ws, delta);
+    // What is drawn is noted when the pen goes up; what began with it may be noted before.
+    if (!ws.pen.Down || delta.Any) work.Done = work.Being.load();
     ++work.Events;
   });
   while (true) user.DoSomething();
