@@ -17,7 +17,6 @@
 #include "app/clipboard.h"
 #include "app/floating_views.h"
 #include "app/help_window.h"
-#include "app/icons.h"
 #include "app/next_line.h"
 #include "app/picture_area.h"
 #include "app/status_panels.h"
@@ -118,7 +117,7 @@ void MainWindow::OpenWhenShown(const std::vector<std::filesystem::path>& files) 
 void MainWindow::OpenWaiting() {
   // A picture waits for the command that runs, unlike an event: it was asked for once.
   if (IsBusy()) return QTimer::singleShot(20, this, &MainWindow::OpenWaiting);
-  setWindowIcon(ProgramIcon());  // what is told of it has the icon, too
+  ShowIcon();  // what is told of it has it, too
   const auto files = std::exchange(openWhenShown_, {});
   Do([&](Workspace& ws, const Desktop& desktop) { OpenFiles(ws, desktop, files); });
 }

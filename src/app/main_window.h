@@ -111,6 +111,8 @@ class MainWindow : public QMainWindow {
   void ConnectInkCheck();
   void FitSidePanel();
   void FinishStart();
+  /// The program's icon, which the first paint does not wait for.
+  void ShowIcon();
   void PlaceFloatingViews();
   /// In a mode, what floats over the picture leaves the place that the pointer has come to; not
   /// while Ctrl is held.

@@ -133,8 +133,12 @@ void MainWindow::NoteRecentFiles() {
     ws_.status.Status = Tr("The list of recent files cannot be written: %1", failure.message());
 }
 
+void MainWindow::ShowIcon() {
+  if (windowIcon().isNull()) setWindowIcon(ProgramIcon());
+}
+
 void MainWindow::FinishStart() {
-  setWindowIcon(ProgramIcon());
+  ShowIcon();
   AskForScanner();
   PrepareToDecode();
   // Ctrl+V works without the menu having been opened: the clipboard tells when it changes.

@@ -61,7 +61,7 @@ Followed Follow(InkMap& map, const InkBlends& blends, PathPixel start, const Pat
       }
   };
   if (!ToleranceOf(followed.Samples, followed.Kind).IsData)
-    HideBesideCrowds(map, path, followed.Kind.Width, followed.Samples);
+    SettleCrowds(map, path, followed.Kind.Width, followed.Samples);
   for (const auto& [first, last] : left.Merged) hide(middle - last, middle - first);
   for (const auto& [first, last] : right.Merged) hide(middle + first, middle + last);
   return followed;
@@ -301,10 +301,6 @@ CurveReading ReadOneStroke(InkMap& map, const InkBlends& blends, PathPixel start
         Tr("ink of its colour that joins the curve is left out: where a curve turns back or "
            "branches, one way is followed"));
   return reading;
-}
-
-double Distance(const CurvePoint& a, const CurvePoint& b) {
-  return std::hypot(a.X - b.X, a.Y - b.Y);
 }
 
 /// Whether most of the one are places of the other, too: a course that was followed twice.

@@ -8,45 +8,41 @@
 #include <optional>
 #include <utility>
 
+#include "base/vector.h"
+
 namespace graphize {
 
 namespace {
 
-constexpr double kLeastTurn = 20 * std::numbers::pi / 180;
-constexpr double kMostTurn = 150 * std::numbers::pi / 180;  // beyond, it is a narrow peak
-constexpr std::size_t kFewest = 4;                          // points of an arm
+constexpr double kDegree = std::numbers::pi / 180;
+constexpr double kLeastTurn = 20 * kDegree;
+constexpr double kMostTurn = 150 * kDegree;  // beyond, it is a narrow peak
+constexpr std::size_t kFewest = 4;           // points of an arm
 
-struct Place {
-  double X = 0, Y = 0;
-};
-
-double Angle(const Place& from, const Place& to) {
-  return std::fabs(std::atan2(from.X * to.Y - from.Y * to.X, from.X * to.X + from.Y * to.Y));
+Vector PlaceOf(const CurvePoint& point) {
+  return {point.X, point.Y};
 }
 
 /// A straight part of the course, the way that this goes.
 struct StraightArm {
-  Place Middle, Way;  // Way of length 1
-  double Rms = 0;     // across it, pixels
+  Vector Middle, Way;  // Way of length 1
+  double Rms = 0;      // across it, pixels
 };
 
 /// The least squares' line, which has no favourite direction.
 StraightArm ArmThrough(const CurvePoint* first, const CurvePoint* last) {
   const auto count = static_cast<double>(last - first + 1);
   StraightArm arm;
-  for (const CurvePoint* at = first; at <= last; ++at) {
-    arm.Middle.X += at->X / count;
-    arm.Middle.Y += at->Y / count;
-  }
+  for (const CurvePoint* at = first; at <= last; ++at)
+    arm.Middle = arm.Middle + 1 / count * PlaceOf(*at);
   double xx = 0, xy = 0, yy = 0;
   for (const CurvePoint* at = first; at <= last; ++at) {
-    const double x = at->X - arm.Middle.X, y = at->Y - arm.Middle.Y;
-    xx += x * x, xy += x * y, yy += y * y;
+    const Vector away = PlaceOf(*at) - arm.Middle;
+    xx += away.X * away.X, xy += away.X * away.Y, yy += away.Y * away.Y;
   }
   const double angle = 0.5 * std::atan2(2 * xy, xx - yy);
   arm.Way = {std::cos(angle), std::sin(angle)};
-  if (arm.Way.X * (last->X - first->X) + arm.Way.Y * (last->Y - first->Y) < 0)
-    arm.Way = {-arm.Way.X, -arm.Way.Y};
+  if (Dot(arm.Way, PlaceOf(*last) - PlaceOf(*first)) < 0) arm.Way = -1 * arm.Way;
   const double across =
       arm.Way.X * arm.Way.X * yy + arm.Way.Y * arm.Way.Y * xx - 2 * arm.Way.X * arm.Way.Y * xy;
   arm.Rms = std::sqrt(std::max(across, 0.0) / count);
@@ -55,19 +51,15 @@ StraightArm ArmThrough(const CurvePoint* first, const CurvePoint* last) {
 
 /// Where two arms meet, sharply or on a small arc.
 struct Corner {
-  Place At;
-  std::array<Place, 5> Way;  // from the last point before it to the first one behind it
+  Vector At;
+  std::array<Vector, 5> Way;  // from the last point before it to the first one behind it
   StraightArm Before, Behind;
   std::size_t First = 0, Last = 0;  // the points that it takes the place of
   double Turn = 0;                  // from the one to the other, radians
   double Sigma = 0;
 
   /// Of length 1, out of the bend.
-  Place Out() const {
-    const double x = Before.Way.X - Behind.Way.X, y = Before.Way.Y - Behind.Way.Y;
-    const double length = std::hypot(x, y);
-    return {x / length, y / length};
-  }
+  Vector Out() const { return Unit(Before.Way - Behind.Way); }
 };
 
 class CornerFinder {
@@ -75,8 +67,7 @@ class CornerFinder {
   CornerFinder(const InkMap& map, const StrokeKind& kind, const std::vector<CurvePoint>& points)
       : map_(map), kind_(kind), points_(points), way_(points.size()) {
     for (std::size_t i = 1; i < points.size(); ++i)
-      way_[i] =
-          way_[i - 1] + std::hypot(points[i].X - points[i - 1].X, points[i].Y - points[i - 1].Y);
+      way_[i] = way_[i - 1] + Distance(points[i], points[i - 1]);
   }
 
   std::vector<Corner> Find() const {
@@ -115,10 +106,9 @@ class CornerFinder {
     constexpr double kLength = 6;
     if (way_[i] < beside + kLength || way_.back() - way_[i] < beside + kLength) return 0;
     const auto way = [&](double from, double to) {
-      const CurvePoint &a = points_[PointAt(way_[i] + from)], &b = points_[PointAt(way_[i] + to)];
-      return Place{b.X - a.X, b.Y - a.Y};
+      return PlaceOf(points_[PointAt(way_[i] + to)]) - PlaceOf(points_[PointAt(way_[i] + from)]);
     };
-    return Angle(way(-beside - kLength, -beside), way(beside, beside + kLength));
+    return AngleOf(way(-beside - kLength, -beside), way(beside, beside + kLength)) * kDegree;
   }
 
   /// Whether it turns nowhere near by more; the middle of those that turn as much.
@@ -178,19 +168,15 @@ class CornerFinder {
       if (!before || !behind) return std::nullopt;
       corner.Before = *before;
       corner.Behind = *behind;
-      turn = Angle(before->Way, behind->Way);
+      turn = AngleOf(before->Way, behind->Way) * kDegree;
       if (turn < kLeastTurn || turn > kMostTurn) return std::nullopt;
     }
-    const Place &p = corner.Before.Middle, &u = corner.Before.Way;
-    const Place &q = corner.Behind.Middle, &v = corner.Behind.Way;
-    const double cross = u.X * v.Y - u.Y * v.X;
-    const double along = ((q.X - p.X) * v.Y - (q.Y - p.Y) * v.X) / cross;
-    const double back = ((q.X - p.X) * u.Y - (q.Y - p.Y) * u.X) / cross;
+    const Vector &u = corner.Before.Way, &v = corner.Behind.Way;
+    const Vector across = corner.Behind.Middle - corner.Before.Middle;
+    const double along = Cross(across, v) / Cross(u, v), back = Cross(across, u) / Cross(u, v);
     if (along <= 0 || back >= 0) return std::nullopt;
-    corner.At = {p.X + along * u.X, p.Y + along * u.Y};
-    const auto away = [&](std::size_t j) {
-      return std::hypot(points_[j].X - corner.At.X, points_[j].Y - corner.At.Y);
-    };
+    corner.At = corner.Before.Middle + along * u;
+    const auto away = [&](std::size_t j) { return (PlaceOf(points_[j]) - corner.At).Length(); };
     if (away(i) > kind_.Width + 2) return std::nullopt;
     const auto missing = MissingAt(corner);
     if (!missing) return std::nullopt;
@@ -211,29 +197,22 @@ class CornerFinder {
 
   /// Puts the way on the arms and the arc that leaves so much of the corner out.
   void Round(Corner& corner, double missing) const {
-    const Place &sharp = corner.At, &u = corner.Before.Way, &v = corner.Behind.Way;
-    const CurvePoint &from = points_[corner.First - 1], &to = points_[corner.Last + 1];
+    const Vector from = PlaceOf(points_[corner.First - 1]), to = PlaceOf(points_[corner.Last + 1]);
     const double half = 0.5 * corner.Turn;
-    const double most = std::min(std::hypot(from.X - sharp.X, from.Y - sharp.Y),
-                                 std::hypot(to.X - sharp.X, to.Y - sharp.Y));
-    const double reach = std::min(missing * std::tan(half) / (1 / std::cos(half) - 1), most);
-    const Place out = corner.Out();
-    corner.Way = {{{from.X, from.Y},
-                   {sharp.X - reach * u.X, sharp.Y - reach * u.Y},
-                   {sharp.X - missing * out.X, sharp.Y - missing * out.Y},
-                   {sharp.X + reach * v.X, sharp.Y + reach * v.Y},
-                   {to.X, to.Y}}};
+    const double reach = std::min({missing * std::tan(half) / (1 / std::cos(half) - 1),
+                                   (from - corner.At).Length(), (to - corner.At).Length()});
+    corner.Way = {from, corner.At - reach * corner.Before.Way, corner.At - missing * corner.Out(),
+                  corner.At + reach * corner.Behind.Way, to};
   }
 
   /// How far a place is from the way over the corner, pixels.
-  static double Away(const Corner& corner, double x, double y) {
+  static double Away(const Corner& corner, Vector place) {
     double least = std::numeric_limits<double>::infinity();
     for (std::size_t i = 1; i < corner.Way.size(); ++i) {
-      const Place &from = corner.Way[i - 1], &to = corner.Way[i];
-      const double dx = to.X - from.X, dy = to.Y - from.Y, u = x - from.X, v = y - from.Y;
-      const double squared = dx * dx + dy * dy;
-      const double part = squared > 0 ? std::clamp((u * dx + v * dy) / squared, 0.0, 1.0) : 0;
-      least = std::min(least, std::hypot(u - part * dx, v - part * dy));
+      const Vector way = corner.Way[i] - corner.Way[i - 1], there = place - corner.Way[i - 1];
+      const double squared = Dot(way, way);
+      const double part = squared > 0 ? std::clamp(Dot(there, way) / squared, 0.0, 1.0) : 0;
+      least = std::min(least, (there - part * way).Length());
     }
     return least;
   }
@@ -243,20 +222,21 @@ class CornerFinder {
     constexpr double kLeast = 0.25;
     return std::any_of(
         &points_[corner.First], &points_[corner.Last] + 1,
-        [&](const CurvePoint& at) { return at.IsBridged || Away(corner, at.X, at.Y) > kLeast; });
+        [&](const CurvePoint& at) { return at.IsBridged || Away(corner, PlaceOf(at)) > kLeast; });
   }
 
   /// Whether there is no other ink than the stroke's around it, such as a symbol's.
   bool IsAlone(const Corner& corner) const {
-    const CurvePoint &from = points_[corner.First - 1], &to = points_[corner.Last + 1];
+    const Vector &from = corner.Way.front(), &to = corner.Way.back();
     const double most = 0.5 * kind_.Width + 1;
     const auto [left, right] = std::minmax({from.X, to.X, corner.At.X});
     const auto [top, bottom] = std::minmax({from.Y, to.Y, corner.At.Y});
     for (int y = static_cast<int>(top - most); y <= bottom + most; ++y)
       for (int x = static_cast<int>(left - most); x <= right + most; ++x) {
-        if (!map_.IsClear(x, y) || Away(corner, x, y) <= most) continue;
-        const auto isBehind = [&](const CurvePoint& end) {  // where the arm goes on
-          return (x - end.X) * (end.X - corner.At.X) + (y - end.Y) * (end.Y - corner.At.Y) >= 0;
+        const Vector place{static_cast<double>(x), static_cast<double>(y)};
+        if (!map_.IsClear(x, y) || Away(corner, place) <= most) continue;
+        const auto isBehind = [&](Vector end) {  // where the arm goes on
+          return Dot(place - end, end - corner.At) >= 0;
         };
         if (!isBehind(from) && !isBehind(to)) return false;
       }
@@ -268,11 +248,11 @@ class CornerFinder {
   std::optional<double> MissingAt(const Corner& corner) const {
     constexpr double kStep = 0.125;
     const double half = 0.5 * kind_.Width, cosine = std::cos(0.5 * corner.Turn);
-    const Place out = corner.Out();
+    const Vector out = corner.Out();
     const double mitred = half / cosine + (kind_.IsHard ? 1 : 0.6);
     double ink = 0;
     for (double t = 0.5 * kStep; t < mitred + 1; t += kStep) {
-      const auto share = ShareAt(corner.At.X + t * out.X, corner.At.Y + t * out.Y);
+      const auto share = ShareAt(corner.At + t * out);
       if (!share) return std::nullopt;
       ink += *share * kStep;
     }
@@ -285,8 +265,9 @@ class CornerFinder {
   }
 
   /// Between four pixels; nothing where one is hidden.
-  std::optional<double> ShareAt(double x, double y) const {
-    const double left = std::floor(x), top = std::floor(y), u = x - left, v = y - top;
+  std::optional<double> ShareAt(Vector place) const {
+    const double left = std::floor(place.X), top = std::floor(place.Y);
+    const double u = place.X - left, v = place.Y - top;
     double share = 0;
     for (int j = 0; j < 2; ++j)
       for (int i = 0; i < 2; ++i) {
@@ -303,24 +284,19 @@ class CornerFinder {
   std::vector<double> way_;  // to each point, pixels
 };
 
-double Distance(const CurvePoint& a, const CurvePoint& b) {
-  return std::hypot(a.X - b.X, a.Y - b.Y);
-}
-
 /// At each whole column, or row where it is steep, from the one place up to the other.
-void AddStraight(const Place& from, const Place& to, CurvePoint point,
-                 std::vector<CurvePoint>& points) {
-  const double dx = to.X - from.X, dy = to.Y - from.Y, length = std::hypot(dx, dy);
-  const bool steep = std::fabs(dy) > std::fabs(dx);
+void AddStraight(Vector from, Vector to, CurvePoint point, std::vector<CurvePoint>& points) {
+  const Vector way = to - from, unit = Unit(way);
+  const bool steep = std::fabs(way.Y) > std::fabs(way.X);
   const double begin = steep ? from.Y : from.X, end = steep ? to.Y : to.X;
   const int step = end > begin ? 1 : -1;
   for (int at = static_cast<int>(step > 0 ? std::floor(begin) : std::ceil(begin)) + step;
        (end - at) * step >= 0; at += step) {
-    const double part = (at - begin) / (end - begin);
-    point.X = from.X + part * dx;
-    point.Y = from.Y + part * dy;
-    point.AcrossX = -dy / length;
-    point.AcrossY = dx / length;
+    const Vector place = from + (at - begin) / (end - begin) * way;
+    point.X = place.X;
+    point.Y = place.Y;
+    point.AcrossX = -unit.Y;
+    point.AcrossY = unit.X;
     points.push_back(point);
   }
 }
@@ -350,13 +326,17 @@ void SharpenCorners(const InkMap& map, const StrokeKind& kind, std::vector<Curve
   constexpr double kThin = 1.2;  // whose corners are less than half a pixel off
   if (kind.Width < kThin || kind.IsDotted || points.size() < 2 * kFewest) return;
   const std::vector<Corner> corners = CornerFinder(map, kind, points).Find();
-  // From the last on: the places of those before stay what they are.
-  for (auto corner = corners.rbegin(); corner != corners.rend(); ++corner) {
-    const auto first = points.begin() + static_cast<std::ptrdiff_t>(corner->First);
-    const auto last = points.begin() + static_cast<std::ptrdiff_t>(corner->Last) + 1;
-    const std::vector<CurvePoint> over = PointsOver(*corner);
-    points.insert(points.erase(first, last), over.begin(), over.end());
+  if (corners.empty()) return;
+  std::vector<CurvePoint> sharp;
+  auto next = points.begin();
+  for (const Corner& corner : corners) {
+    sharp.insert(sharp.end(), next, points.begin() + static_cast<std::ptrdiff_t>(corner.First));
+    const std::vector<CurvePoint> over = PointsOver(corner);
+    sharp.insert(sharp.end(), over.begin(), over.end());
+    next = points.begin() + static_cast<std::ptrdiff_t>(corner.Last) + 1;
   }
+  sharp.insert(sharp.end(), next, points.end());
+  points = std::move(sharp);
 }
 
 }  // namespace graphize

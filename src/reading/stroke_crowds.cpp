@@ -65,8 +65,8 @@ void LeaveOutBends(std::vector<StrokeSample>& samples, const std::vector<bool>& 
 
 }  // namespace
 
-void HideBesideCrowds(const InkMap& map, const std::vector<PathPixel>& path, double width,
-                      std::vector<StrokeSample>& samples) {
+void SettleCrowds(const InkMap& map, const std::vector<PathPixel>& path, double width,
+                  std::vector<StrokeSample>& samples) {
   constexpr std::ptrdiff_t kBeside = 2;
   const auto count = static_cast<std::ptrdiff_t>(samples.size());
   std::vector<bool> isOwn(samples.size());

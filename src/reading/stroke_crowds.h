@@ -8,9 +8,10 @@
 
 namespace graphize {
 
-/// Where a stroke leaves another one, the first samples of it may still have some of that: those
-/// beside crowded ones are no longer seen. What its own ink crowds in a bend goes.
-void HideBesideCrowds(const InkMap& map, const std::vector<PathPixel>& path, double width,
-                      std::vector<StrokeSample>& samples);
+/// What becomes of samples with more ink than the stroke's. Where it leaves another one, the first
+/// samples behind may still have some of that: those beside crowded ones are no longer seen. What
+/// only its own ink crowds, in a bend, is taken out.
+void SettleCrowds(const InkMap& map, const std::vector<PathPixel>& path, double width,
+                  std::vector<StrokeSample>& samples);
 
 }  // namespace graphize

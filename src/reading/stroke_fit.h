@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cmath>
 #include <vector>
 
 #include "raster/picture_operation.h"
@@ -14,6 +15,10 @@ struct CurvePoint {
   double AcrossX = 0, AcrossY = 1;  // the direction across it, of length 1
   bool IsBridged = false;           // the stroke is not seen here: it was drawn from both sides
 };
+
+inline double Distance(const CurvePoint& a, const CurvePoint& b) {
+  return std::hypot(a.X - b.X, a.Y - b.Y);
+}
 
 /// The stroke's course through its samples. Each is smoothed by the longest quadratic about it
 /// whose residuals are no more than what the raster does to a smooth line (hard strokes: half a

@@ -20,11 +20,6 @@ int Rounded(double value) {
 
 }  // namespace
 
-double AngleOf(Vector a, Vector b) {
-  const double turn = std::atan2(a.X * b.Y - a.Y * b.X, a.X * b.X + a.Y * b.Y);
-  return std::abs(turn) * 180 / std::numbers::pi;
-}
-
 TracedStroke::TracedStroke(InkSight& sight, std::vector<Vector> places,
                            const std::optional<PlotFrame>& frame)
     : sight_(sight), at_(std::move(places)), frame_(frame) {

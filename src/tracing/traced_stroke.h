@@ -6,37 +6,11 @@
 #include <optional>
 #include <vector>
 
+#include "base/vector.h"
 #include "tracing/ink_sight.h"
 #include "tracing/plot_box.h"
 
 namespace graphize {
-
-/// A way in picture pixels, row downward.
-struct Vector {
-  double X = 0, Y = 0;
-
-  double Length() const { return std::hypot(X, Y); }
-};
-inline Vector operator-(Vector a, Vector b) {
-  return {a.X - b.X, a.Y - b.Y};
-}
-inline Vector operator+(Vector a, Vector b) {
-  return {a.X + b.X, a.Y + b.Y};
-}
-inline Vector operator*(double k, Vector a) {
-  return {k * a.X, k * a.Y};
-}
-/// Nothing where the way is nothing.
-inline Vector Unit(Vector a) {
-  const double length = a.Length();
-  return length > 0 ? (1 / length) * a : Vector{};
-}
-/// How far a place lies aside of a direction.
-inline double AsideOf(Vector place, Vector unit) {
-  return std::abs(unit.X * place.Y - unit.Y * place.X);
-}
-/// Degrees between two directions, 0 to 180.
-double AngleOf(Vector a, Vector b);
 
 /// Points along one stroke: their places, and what the picture shows of the stroke there. Lengths
 /// are pixels along the points from the first on.

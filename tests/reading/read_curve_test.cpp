@@ -13,6 +13,7 @@
 #include "reading/density.h"
 #include "reading/find_symbols.h"
 #include "reading/read_all.h"
+#include "support/calibrated.h"
 #include "support/curve_plot.h"
 
 namespace graphize {
@@ -360,9 +361,10 @@ TEST(ReadCurve, ReadsNothingWhenItIsStopped) {
   const auto course = plot.Curve(Wave, {.Thickness = 2}, kBlackPixel);
   PictureOperation operation;
   operation.Stopped = true;
-  const CurveReading reading = ReadCurve(
-      plot.Picture, FrameOf(plot.Layer().Calibration(), CurvePlot::kWidth, CurvePlot::kHeight), {},
-      {course[100].X, course[100].Y}, operation);
+  const CurveReading reading =
+      ReadCurve(plot.Picture,
+                FrameOf(plot.Layer().Calibration(), plot.Picture.Width(), plot.Picture.Height()),
+                {}, {course[100].X, course[100].Y}, operation);
   EXPECT_TRUE(reading.IsStopped);
   EXPECT_TRUE(reading.Points.empty());
 }
