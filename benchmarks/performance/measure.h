@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
@@ -24,6 +25,11 @@ struct Compared {
 Compared Compare(int rounds, const std::function<double()>& ours,
                  const std::function<double()>& floor);
 
+/// Takes so much memory and gives it back, before what is timed: where a hypervisor lends a machine
+/// its memory, what has lain free for some seconds is found again ten times slower than the system
+/// clears it, which is no part of the work.
+void FindMemory(std::size_t bytes);
+
 /// A line of the table. The verdict is made of `figure` and `target`; what has none is there to
 /// compare with.
 void WriteRow(const std::string& what, const std::string& floor, const std::string& measured,
@@ -34,8 +40,9 @@ void WriteRow(const std::string& what, const std::string& floor, const Compared&
 std::string Milliseconds(double seconds);
 
 /// The longest that `work` goes on after Escape, in seconds, of so many moments spread over its
-/// time. It is given the question whether Escape is held.
-double LongestEscape(int moments, const std::function<void(const std::function<bool()>&)>& work);
+/// time, with so much memory found before each. It is given the question whether Escape is held.
+double LongestEscape(int moments, const std::function<void(const std::function<bool()>&)>& work,
+                     std::size_t memory = 0);
 
 /// A program run to its end, its output thrown away.
 struct ProgramRun {

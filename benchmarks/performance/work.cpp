@@ -88,7 +88,9 @@ Raster GreyPage() {
 
 void WriteTools() {
   const Raster page = GreyPage();
+  const std::size_t memory = 4 * sizeof(std::uint32_t) * page.PixelCount();
   const auto copy = [&] {
+    FindMemory(memory);
     return Seconds([&] {
       const auto pixels = std::make_unique_for_overwrite<std::uint32_t[]>(page.PixelCount());
       std::copy_n(page.Pixels(), page.PixelCount(), pixels.get());
@@ -116,14 +118,22 @@ void WriteTools() {
         Case{"rotate them by 3 degrees", PictureTool::Rotate, 3}}) {
     WriteRow(words, "a bare copy into new memory",
              Compare(
-                 5, [&] { return run(tool, amount, [] { return false; }); }, copy),
+                 5,
+                 [&] {
+                   FindMemory(memory);
+                   return run(tool, amount, [] { return false; });
+                 },
+                 copy),
              2.5);
   }
   for (int tool = 0; tool < kPictureTools; ++tool)
-    escape = std::max(escape, LongestEscape(6, [&](const std::function<bool()>& held) {
-                        constexpr int kAmounts[] = {5, 5, 0, 5, 5, 150, 150, 3};
-                        run(static_cast<PictureTool>(tool), kAmounts[tool], held);
-                      }));
+    escape = std::max(escape, LongestEscape(
+                                  6,
+                                  [&](const std::function<bool()>& held) {
+                                    constexpr int kAmounts[] = {5, 5, 0, 5, 5, 150, 150, 3};
+                                    run(static_cast<PictureTool>(tool), kAmounts[tool], held);
+                                  },
+                                  memory));
   WriteRow("Escape in any image tool", "", "", 1000 * escape, 50, " ms");
 }
 
