@@ -9,7 +9,8 @@ namespace graphize {
 struct Vector {
   double X = 0, Y = 0;
 
-  double Length() const { return std::hypot(X, Y); }
+  /// Without the care of hypot() for what no picture is large enough for, a tenth of its time.
+  double Length() const { return std::sqrt(X * X + Y * Y); }
 };
 inline Vector operator-(Vector a, Vector b) {
   return {a.X - b.X, a.Y - b.Y};

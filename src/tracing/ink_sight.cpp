@@ -54,7 +54,7 @@ bool AnyNear(double x, double y, double reach, const Holds& holds) {
 }  // namespace
 
 double InkShade::Strength() const {
-  return std::hypot(Red, Green, Blue);
+  return std::sqrt(Red * Red + Green * Green + Blue * Blue);
 }
 
 bool InkShade::IsAlike(const InkShade& other, double noise) const {

@@ -63,12 +63,19 @@ std::string ModuleOf(const fs::path& path) {
 
 /// The one file or folder that sees a library, by how its headers start.
 constexpr std::pair<std::string_view, std::string_view> kLibraries[] = {
-    {"Magick", "codecs/picbuf"},         {"magick/", "codecs/picbuf"},
-    {"tiffio.h", "codecs/direct"},       {"png.h", "codecs/direct"},
-    {"jpeglib.h", "codecs/direct"},      {"sane/", "scanner/sane"},
-    {"dlfcn.h", "base/module.cpp"},      {"zlib.h", "base/checksum.cpp"},
-    {"zlib.h", "base/zip_file.cpp"},     {"tesseract/", "finding_axes/tesseract"},
-    {"omp.h", "finding_axes/tesseract"}, {"nlohmann/", "base/json.cpp"},
+    {"Magick", "codecs/picbuf"},
+    {"magick/", "codecs/picbuf"},
+    {"tiffio.h", "codecs/direct"},
+    {"png.h", "codecs/direct"},
+    {"jpeglib.h", "codecs/direct"},
+    {"isa-l.h", "codecs/direct"},
+    {"sane/", "scanner/sane"},
+    {"dlfcn.h", "base/module.cpp"},
+    {"zlib.h", "base/checksum.cpp"},
+    {"zlib.h", "base/zip_file.cpp"},
+    {"tesseract/", "finding_axes/tesseract"},
+    {"omp.h", "finding_axes/tesseract"},
+    {"nlohmann/", "base/json.cpp"},
     {"CLI/", "batch/arguments.cpp"},
 };
 

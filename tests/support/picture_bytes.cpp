@@ -147,14 +147,17 @@ std::string Exif(int orientation) {
          std::string(6, '\0');
 }
 
-std::string WithChunk(const std::string& png, const std::string& name, const std::string& data) {
+std::string PngChunk(const std::string& name, const std::string& data) {
   const auto number = [](std::size_t n) {
     const std::string bytes = LowFirst(static_cast<std::uint32_t>(n), 4);
     return std::string(bytes.rbegin(), bytes.rend());
   };
+  return number(data.size()) + name + data + number(Crc32(name + data));
+}
+
+std::string WithChunk(const std::string& png, const std::string& name, const std::string& data) {
   constexpr std::size_t kHead = 33;
-  return png.substr(0, kHead) + number(data.size()) + name + data + number(Crc32(name + data)) +
-         png.substr(kHead);
+  return png.substr(0, kHead) + PngChunk(name, data) + png.substr(kHead);
 }
 
 std::string WebPChunk(const std::string& name, std::string data) {

@@ -39,7 +39,8 @@ std::string MakeTif(int width, int height, int photometric, int orientation,
 std::string BigTif();
 /// EXIF data that say how a picture lies.
 std::string Exif(int orientation);
-/// A PNG as it is with a chunk behind its head.
+/// A chunk of a PNG, and a PNG as it is with one behind its head.
+std::string PngChunk(const std::string& name, const std::string& data);
 std::string WithChunk(const std::string& png, const std::string& name, const std::string& data);
 /// A WebP's parts: a chunk; a file of chunks; and an animation on a screen of 20 x 10 whose first
 /// frame is WebP() at column 2, row 2.

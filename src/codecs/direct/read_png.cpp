@@ -1,10 +1,10 @@
 #include <png.h>
 
 #include <csetjmp>
-#include <cstring>
 #include <vector>
 
 #include "codecs/direct/direct_readers.h"
+#include "codecs/direct/stored_png.h"
 #include "codecs/samples.h"
 #include "raster/size_limits.h"
 
@@ -12,17 +12,19 @@ namespace graphize {
 
 namespace {
 
-/// A file in memory, as the library reads it, and whether the library complained.
+/// A file as the library reads it, and whether the library complained.
 struct Source {
-  std::string_view Rest;
+  StoredPng Bytes;
   bool IsOdd = false;
 };
 
 void ReadSource(png_structp png, png_bytep target, std::size_t size) {
   Source& source = *static_cast<Source*>(png_get_io_ptr(png));
-  if (source.Rest.size() < size) png_error(png, "end");
-  std::memcpy(target, source.Rest.data(), size);
-  source.Rest.remove_prefix(size);
+  const bool wasStored = source.Bytes.IsStored();
+  if (!source.Bytes.Read(target, size)) png_error(png, "end");
+  if (source.Bytes.IsStored() == wasStored) return;
+  png_set_crc_action(png, wasStored ? PNG_CRC_DEFAULT : PNG_CRC_QUIET_USE, PNG_CRC_NO_CHANGE);
+  png_set_option(png, PNG_IGNORE_ADLER32, wasStored ? PNG_OPTION_OFF : PNG_OPTION_ON);
 }
 
 [[noreturn]] void LeaveLibrary(png_structp png, png_const_charp) {
@@ -82,7 +84,7 @@ void ToPixels(const std::uint8_t* samples, int width, std::uint32_t* row) {
 
 std::optional<StoredPicture> ReadPng(std::string_view file, const MakeRaster& make,
                                      PictureOperation& operation) {
-  Source source{file};
+  Source source{StoredPng(file)};
   Reader reader(source);
   png_uint_32 width = 0, height = 0;
   int bits = 0, colours = 0, interlace = 0;

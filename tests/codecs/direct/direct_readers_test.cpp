@@ -159,7 +159,7 @@ std::vector<Kind> Tiffs() {
   return files;
 }
 
-std::string PngWith(int colours, int bits, int interlace, bool clearColour) {
+std::string PngWith(int colours, int bits, int interlace, bool clearColour, int height = kHeight) {
   png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
   png_infop info = png_create_info_struct(png);
   std::string bytes;
@@ -169,7 +169,7 @@ std::string PngWith(int colours, int bits, int interlace, bool clearColour) {
         static_cast<std::string*>(png_get_io_ptr(to))->append(reinterpret_cast<char*>(data), size);
       },
       nullptr);
-  png_set_IHDR(png, info, kWidth, kHeight, bits, colours, interlace, PNG_COMPRESSION_TYPE_DEFAULT,
+  png_set_IHDR(png, info, kWidth, height, bits, colours, interlace, PNG_COMPRESSION_TYPE_DEFAULT,
                PNG_FILTER_TYPE_DEFAULT);
   std::vector<png_color> palette;
   for (int i = 0; i < 1 << std::min(bits, 8); ++i)
@@ -181,9 +181,9 @@ std::string PngWith(int colours, int bits, int interlace, bool clearColour) {
   if (clearColour) png_set_tRNS(png, info, opacities, 2, &clear);
   png_write_info(png, info);
   const std::size_t rowBytes = png_get_rowbytes(png, info);
-  std::string samples = Samples(rowBytes * kHeight);
+  std::string samples = Samples(rowBytes * height);
   std::vector<png_bytep> rows;
-  for (std::size_t y = 0; y < kHeight; ++y)
+  for (int y = 0; y < height; ++y)
     rows.push_back(reinterpret_cast<png_bytep>(samples.data()) + y * rowBytes);
   png_write_image(png, rows.data());
   png_write_end(png, info);
@@ -209,6 +209,14 @@ std::vector<Kind> Pngs() {
                            (bits < 16 || interlace == PNG_INTERLACE_NONE) &&
                                !(clear && colours == PNG_COLOR_TYPE_RGB)});
         }
+  // With as much data as takes the largest window of the compression, and several blocks of it.
+  for (int interlace : {PNG_INTERLACE_NONE, PNG_INTERLACE_ADAM7}) {
+    const std::string name = " high " + std::to_string(interlace);
+    files.push_back({"png grey" + name, PngWith(PNG_COLOR_TYPE_GRAY, 1, interlace, false, 3000)});
+    files.push_back(
+        {"png palette" + name, PngWith(PNG_COLOR_TYPE_PALETTE, 8, interlace, true, 500)});
+    files.push_back({"png rgb" + name, PngWith(PNG_COLOR_TYPE_RGB, 8, interlace, false, 11'000)});
+  }
   return files;
 }
 

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <isa-l.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <future>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+namespace graphize {
+
+/// A PNG file whose data is handed on as though it were stored without compression. The PNG library
+/// then filters and converts it, while a library that inflates four times faster than the one
+/// behind it works ahead, where possible on a thread beside. What the PNG library would check of
+/// the compressed data (RFC 1950 and each chunk's checksum) is checked here.
+class StoredPng {
+ public:
+  /// `file` stays until the end. Data that is compressed in an unusual way is handed on as it is.
+  explicit StoredPng(std::string_view file);
+  StoredPng(const StoredPng&) = delete;
+  StoredPng& operator=(const StoredPng&) = delete;
+
+  /// The next bytes; false where the file ends before, or the data is damaged.
+  bool Read(std::uint8_t* target, std::size_t size);
+  /// The checksums of what is handed on now are not to be looked at.
+  bool IsStored() const { return part_ == Part::Data; }
+
+ private:
+  enum class Part { Head, Data, Tail };
+  struct Chunk {
+    std::string_view Type, Data, Checksum;
+    std::string_view TypeAndData;
+  };
+  struct Block {
+    std::unique_ptr<std::uint8_t[]> Bytes;
+    std::size_t Size = 0;
+    bool IsLast = false, IsDamaged = false;
+  };
+
+  /// Empty where the file does not hold all of it.
+  Chunk ChunkAt(std::size_t at) const;
+  /// Pieces of what comes next; false where nothing does.
+  bool Advance();
+  void Inflate(Block& block);
+  void StoreBlock();
+
+  std::string_view file_;
+  std::size_t at_ = 0;  // the first byte of the file that is not in pieces or being inflated
+  Part part_ = Part::Head;
+  bool isFirst_ = true;
+  Block block_, next_;
+  std::vector<std::uint8_t> heads_;
+  std::vector<std::string_view> pieces_;  // the next one last
+  inflate_state state_;
+  std::future<void> ahead_;  // `next_`; waits for its thread, so it goes first
+};
+
+}  // namespace graphize
