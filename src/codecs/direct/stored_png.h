@@ -14,7 +14,8 @@ namespace graphize {
 /// A PNG file whose data is handed on as though it were stored without compression. The PNG library
 /// then filters and converts it, while a library that inflates four times faster than the one
 /// behind it works ahead, where possible on a thread beside. What the PNG library would check of
-/// the compressed data (RFC 1950 and each chunk's checksum) is checked here.
+/// the compressed data (RFC 1950 and each chunk's checksum) is checked here, but for codes that
+/// leave something out: what they compress is right by its checksum.
 class StoredPng {
  public:
   /// `file` stays until the end. Data that is compressed in an unusual way is handed on as it is.
