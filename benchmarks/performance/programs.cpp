@@ -61,7 +61,7 @@ void WriteBatchRows(const std::filesystem::path& programs) {
   double few = 0, all = 0;
   few = run("0,1", 0, kPages / 10).PeakMemory;
   const Compared speed = Compare(
-      2,
+      5,
       [&] {
         const ProgramRun two = run("0,1", 0, kPages);
         all = std::max(all, two.PeakMemory);
@@ -75,7 +75,7 @@ void WriteBatchRows(const std::filesystem::path& programs) {
   };
   WriteRow("two runs of 500 at once, a core each", "one after the other",
            Compare(
-               2,
+               5,
                [&] {
                  const auto beside = StartBeside([&] { return half("1", 1); });
                  return Seconds([&] { half("0", 0), beside.wait(); });

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <atomic>
 #include <exception>
+#include <future>
 #include <map>
 #include <mutex>
 #include <new>
@@ -13,6 +14,7 @@
 
 #include "base/numbers.h"
 #include "base/run_time_error.h"
+#include "base/start_beside.h"
 #include "base/whole_file.h"
 #include "batch/arguments.h"
 #include "batch/console.h"
@@ -113,28 +115,50 @@ class Run {
   }
 
  private:
+  struct Page {
+    JobResult Result;
+    std::string Error;
+  };
+
+  /// While a page is flushed to the disk, the worker does the next one.
   void TakeJobs() {
-    for (std::size_t i = next_++; i < jobs_.size(); i = next_++) {
-      std::string error;
-      JobResult result;
-      try {
-        Do(jobs_[i], result);
-      } catch (const RunTimeError& e) {
-        error = e.what();
-      } catch (const std::bad_alloc&) {
-        error = "out of memory";
-      } catch (const std::exception& e) {
-        error = std::string("unexpected error: ") + e.what();
-      }
-      outcomes_[i] = OutcomeOf(jobs_[i], result, error);
-      const std::scoped_lock lock(mutex_);
-      ++done_;
-      if (!error.empty()) {
-        ++failed_;
-        Say(jobs_[i].Name + ": " + error);
-      }
-      ShowProgress();
+    Page pages[2];
+    std::future<void> writing;
+    for (std::size_t i = next_++, turn = 0; i < jobs_.size(); i = next_++, turn = 1 - turn) {
+      Page& page = pages[turn];
+      page = {};
+      page.Error = ErrorOf([&] { Make(jobs_[i], page.Result); });
+      if (writing.valid()) writing.get();
+      writing = StartBeside([this, i, &page] { Finish(i, page); });
     }
+    if (writing.valid()) writing.get();
+  }
+
+  template <class Work>
+  static std::string ErrorOf(const Work& work) {
+    try {
+      work();
+    } catch (const RunTimeError& error) {
+      return error.what();
+    } catch (const std::bad_alloc&) {
+      return "out of memory";
+    } catch (const std::exception& error) {
+      return std::string("unexpected error: ") + error.what();
+    }
+    return "";
+  }
+
+  void Finish(std::size_t i, Page& page) {
+    const Job& job = jobs_[i];
+    if (page.Error.empty()) page.Error = ErrorOf([&] { Deliver(job, page.Result); });
+    outcomes_[i] = OutcomeOf(job, page.Result, page.Error);
+    const std::scoped_lock lock(mutex_);
+    ++done_;
+    if (!page.Error.empty()) {
+      ++failed_;
+      Say(job.Name + ": " + page.Error);
+    }
+    ShowProgress();
   }
 
   static PageOutcome OutcomeOf(const Job& job, const JobResult& result, const std::string& error) {
@@ -145,7 +169,7 @@ class Run {
     return {job.Name, how, result.Points, lie, error.empty() ? result.Doubt : error};
   }
 
-  void Do(const Job& job, JobResult& result) {
+  void Make(const Job& job, JobResult& result) const {
     for (const fs::path& file : {job.Output, job.PictureOutput}) {
       std::error_code ignored;
       if (!options_.Force && !IsStandardOutput(file) && fs::exists(file, ignored))
@@ -153,6 +177,10 @@ class Run {
     }
     RunJob(steps_, job.Pictures, options_.Table, result);
     if (!job.PictureOutput.empty()) WritePicture(job.PictureOutput, result.Picture);
+    result.Picture = {};
+  }
+
+  void Deliver(const Job& job, const JobResult& result) {
     if (IsStandardOutput(job.Output)) {
       const std::scoped_lock lock(mutex_);
       streams_.Out << result.Table << std::flush;
