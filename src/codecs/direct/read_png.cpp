@@ -1,6 +1,7 @@
 #include <png.h>
 
 #include <csetjmp>
+#include <exception>
 #include <vector>
 
 #include "codecs/direct/direct_readers.h"
@@ -21,7 +22,13 @@ struct Source {
 void ReadSource(png_structp png, png_bytep target, std::size_t size) {
   Source& source = *static_cast<Source*>(png_get_io_ptr(png));
   const bool wasStored = source.Bytes.IsStored();
-  if (!source.Bytes.Read(target, size)) png_error(png, "end");
+  bool isRead = false;
+  try {
+    isRead = source.Bytes.Read(target, size);
+  } catch (const std::exception&) {
+    // No memory: nothing is thrown through the library.
+  }
+  if (!isRead) png_error(png, "end");
   if (source.Bytes.IsStored() == wasStored) return;
   png_set_crc_action(png, wasStored ? PNG_CRC_DEFAULT : PNG_CRC_QUIET_USE, PNG_CRC_NO_CHANGE);
   png_set_option(png, PNG_IGNORE_ADLER32, wasStored ? PNG_OPTION_OFF : PNG_OPTION_ON);

@@ -11,7 +11,8 @@ namespace {
 
 constexpr std::size_t kSignature = 8;
 constexpr std::size_t kBlock = std::size_t{2} << 20;  // bytes inflated at a time
-constexpr std::size_t kStored = 0xffff;               // bytes of a stored block, RFC 1951
+constexpr std::size_t kLongestChunk = 0x7fffffff;
+constexpr std::size_t kStored = 0xffff;  // bytes of a stored block, RFC 1951
 
 std::uint32_t BigEndian(std::string_view four) {
   std::uint32_t value = 0;
@@ -50,7 +51,7 @@ StoredPng::StoredPng(std::string_view file) : file_(file) {
 StoredPng::Chunk StoredPng::ChunkAt(std::size_t at) const {
   if (file_.size() < at + 12) return {};
   const std::size_t size = BigEndian(file_.substr(at, 4));
-  if (file_.size() - at - 12 < size) return {};
+  if (size > kLongestChunk || file_.size() - at - 12 < size) return {};
   return {file_.substr(at + 4, 4), file_.substr(at + 8, size), file_.substr(at + 8 + size, 4),
           file_.substr(at + 4, 4 + size)};
 }
@@ -114,9 +115,10 @@ void StoredPng::Inflate(Block& block) {
 
 void StoredPng::StoreBlock() {
   const std::size_t count = (block_.Size + kStored - 1) / kStored;
-  const std::size_t size = 2 * isFirst_ + 5 * count + block_.Size + 9 * block_.IsLast;
+  const std::size_t size =
+      (isFirst_ ? 2 : 0) + 5 * count + block_.Size + (block_.IsLast ? 5 + 4 : 0);
   heads_.clear();
-  heads_.reserve(8 + 2 + 5 * count + 9 + 4);
+  heads_.reserve(8 + size - block_.Size + 4);
   std::size_t from = 0;
   pieces_.clear();
   const auto piece = [&] {  // of the heads, up to here
