@@ -80,7 +80,10 @@ Compared Compare(int rounds, const std::function<double()>& ours,
 void FindMemory(std::size_t bytes) {
   constexpr std::size_t kPage = 4096;
   void* memory = mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-  if (memory == MAP_FAILED) return;
+  if (memory == MAP_FAILED) {
+    std::fprintf(stderr, "%zu bytes are not to be had\n", bytes);
+    std::exit(1);
+  }
   madvise(memory, bytes, MADV_HUGEPAGE);  // faster; small pages do as well
   for (std::size_t i = 0; i < bytes; i += kPage) static_cast<volatile char*>(memory)[i] = 1;
   munmap(memory, bytes);

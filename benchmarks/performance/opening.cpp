@@ -25,7 +25,7 @@ constexpr PageType kTypes[] = {{"tif", "TIFF, 1 bit, LZW", 0.25},
                                {"jpg", "JPEG", 0.5},
                                {"bmp", "BMP", 0.4}};
 
-/// More than the library takes for a page.
+/// About what a page takes, read either way.
 constexpr std::size_t kMemory = std::size_t{16} * kPageWidth * kPageHeight;
 
 /// The largest of what the window's process took more than without a picture, in rasters.

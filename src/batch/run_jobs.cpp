@@ -91,7 +91,7 @@ class Run {
 
   bool Work() {
     const unsigned cores = std::max(std::thread::hardware_concurrency(), 1u);
-    // One more than there are cores, while one waits for the disk or for a decoder.
+    // One more than there are cores, while one waits for a decoder.
     const std::size_t wanted = options_.Workers > 0 ? options_.Workers : cores + 1;
     const std::size_t atOnce = std::min(wanted, jobs_.size());
     PrepareToDecode(atOnce, jobs_.size());
@@ -120,7 +120,7 @@ class Run {
     std::string Error;
   };
 
-  /// While a page is flushed to the disk, the worker does the next one.
+  /// While a page's table is flushed to the disk, the worker does the next page.
   void TakeJobs() {
     Page pages[2];
     std::future<void> writing;
@@ -128,6 +128,7 @@ class Run {
       Page& page = pages[turn];
       page = {};
       page.Error = ErrorOf([&] { Make(jobs_[i], page.Result); });
+      page.Result.Picture = {};
       if (writing.valid()) writing.get();
       writing = StartBeside([this, i, &page] { Finish(i, page); });
     }
@@ -152,6 +153,7 @@ class Run {
     const Job& job = jobs_[i];
     if (page.Error.empty()) page.Error = ErrorOf([&] { Deliver(job, page.Result); });
     outcomes_[i] = OutcomeOf(job, page.Result, page.Error);
+    page.Result = {};
     const std::scoped_lock lock(mutex_);
     ++done_;
     if (!page.Error.empty()) {
@@ -177,7 +179,6 @@ class Run {
     }
     RunJob(steps_, job.Pictures, options_.Table, result);
     if (!job.PictureOutput.empty()) WritePicture(job.PictureOutput, result.Picture);
-    result.Picture = {};
   }
 
   void Deliver(const Job& job, const JobResult& result) {

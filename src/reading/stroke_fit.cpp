@@ -197,7 +197,7 @@ class Course {
   /// where none fits, half-way to where both ways meet, and straight where they do not.
   void Bridge(std::vector<CurvePoint>& points, int first, int end) const {
     const CurvePoint from = points[first - 1], to = points[end];
-    const double gap = std::hypot(to.X - from.X, to.Y - from.Y);
+    const double gap = Distance(from, to);
     const double cx = gap > 0 ? (to.X - from.X) / gap : 1, cy = gap > 0 ? (to.Y - from.Y) / gap : 0;
     const auto tip = CornerBetween(points, first - 1, end);
     if (tip && tolerance_.IsData) return BridgeCorner(points, first, end, *tip, 0.25);
@@ -248,7 +248,7 @@ class Course {
   /// to the other; of the longest seen stretches that one fits.
   std::optional<Polynomial> FitOver(const std::vector<CurvePoint>& points, int a, int b) const {
     const CurvePoint &from = points[a], &to = points[b];
-    const double gap = std::hypot(to.X - from.X, to.Y - from.Y);
+    const double gap = Distance(from, to);
     if (gap <= 0) return std::nullopt;
     const double cx = (to.X - from.X) / gap, cy = (to.Y - from.Y) / gap;
     const int count = static_cast<int>(samples_.size());

@@ -42,6 +42,11 @@ StoredPng::StoredPng(std::string_view file) : file_(file) {
   }
   const bool isUsual = IsUsual(chunk.Data);
   at_ = isUsual ? at : file.size();
+  if (file.size() >= kSignature + 16) {
+    const std::size_t width = BigEndian(file.substr(kSignature + 8, 4));
+    const std::size_t height = BigEndian(file.substr(kSignature + 12, 4));
+    most_ = (8 * width + 16) * height;  // four samples of 16 bits, and the filters of each pass
+  }
   part_ = isUsual ? Part::Head : Part::Tail;
   pieces_ = {file.substr(0, at_)};
   isal_inflate_init(&state_);
@@ -95,7 +100,9 @@ void StoredPng::Inflate(Block& block) {
   state_.next_out = block.Bytes.get();
   state_.avail_out = kBlock;
   while (state_.avail_out > 0 && state_.block_state != ISAL_BLOCK_FINISH) {
-    if (state_.avail_in == 0) {
+    // All is read, but a full block has left some of it for the next one.
+    const bool isRead = state_.block_state == ISAL_BLOCK_INPUT_DONE;
+    if (state_.avail_in == 0 && !isRead) {
       const Chunk chunk = ChunkAt(at_);
       if (chunk.Type != "IDAT") return;
       const auto* type = reinterpret_cast<const unsigned char*>(chunk.TypeAndData.data());
@@ -106,8 +113,11 @@ void StoredPng::Inflate(Block& block) {
     }
     const int verdict = isal_inflate(&state_);
     if (verdict != ISAL_DECOMP_OK && verdict != ISAL_END_INPUT) return;
+    if (isRead && state_.avail_out > 0 && state_.block_state == ISAL_BLOCK_INPUT_DONE) return;
   }
   block.Size = kBlock - state_.avail_out;
+  if (block.Size > most_) return;
+  most_ -= block.Size;
   block.IsLast = state_.block_state == ISAL_BLOCK_FINISH;
   const bool isMore = state_.avail_in > 0 || state_.read_in_length >= 8;  // bits already taken in
   block.IsDamaged = block.IsLast && (isMore || ChunkAt(at_).Type == "IDAT");

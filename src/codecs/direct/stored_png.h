@@ -23,7 +23,8 @@ class StoredPng {
   StoredPng(const StoredPng&) = delete;
   StoredPng& operator=(const StoredPng&) = delete;
 
-  /// The next bytes; false where the file ends before, or the data is damaged.
+  /// The next bytes; false where the file ends before, or the data is damaged or more than any
+  /// picture of its size has. Nothing is to be read after that.
   bool Read(std::uint8_t* target, std::size_t size);
   /// The checksums of what is handed on now are not to be looked at.
   bool IsStored() const { return part_ == Part::Data; }
@@ -51,8 +52,9 @@ class StoredPng {
   std::size_t at_ = 0;  // the first byte of the file that is not in pieces or being inflated
   Part part_ = Part::Head;
   bool isFirst_ = true;
+  std::size_t most_ = 0;  // bytes that may still come
   Block block_, next_;
-  std::vector<std::uint8_t> heads_;
+  std::vector<std::uint8_t> heads_;       // never grows while pieces lie in it
   std::vector<std::string_view> pieces_;  // the next one last
   inflate_state state_;
   std::future<void> ahead_;  // `next_`; waits for its thread, so it goes first

@@ -50,11 +50,12 @@ const std::string& Tail() {
   return tail;
 }
 
-/// In chunks of the sizes in turn, the rest in the last.
+/// In chunks of the sizes in turn, as far as they go, the rest in the last.
 std::string InChunks(const std::string& data, const std::vector<std::size_t>& sizes) {
   std::string chunks;
   std::size_t at = 0;
   for (const std::size_t size : sizes) {
+    if (at + size >= data.size()) break;
     chunks += PngChunk("IDAT", data.substr(at, size));
     at += size;
   }
@@ -129,6 +130,17 @@ TEST(StoredPng, HandsOnTheDataWithoutCompression) {
   }
 }
 
+TEST(StoredPng, HandsOnWhatIsLeftBehindAFullBlock) {
+  const std::string rows = Rows();
+  const std::vector<std::size_t> sizes(1000, 8192);
+  for (std::size_t more = 1; more < 12'000; more += 997) {
+    const std::string few = rows.substr(0, (std::size_t{2} << 20) + more), data = Deflated(few);
+    const HandedOn all = AllOf(Head() + InChunks(data, sizes) + Tail());
+    EXPECT_TRUE(all.IsWhole) << more;
+    EXPECT_TRUE(Inflated(all.Stored) == few) << more;
+  }
+}
+
 TEST(StoredPng, HandsOnUnusualDataAsItIs) {
   const std::string data = Deflated(Rows(), 14);
   std::string odd = Deflated("rows");
@@ -157,11 +169,13 @@ TEST(StoredPng, EndsWhereTheDataIsDamaged) {
       Head() + InChunks(flipped(data, data.size() - 1), {}) + Tail(),
       Head() + InChunks(data.substr(0, data.size() - 1), {}) + Tail(),
       Head() + InChunks(data + '\0', {}) + Tail(),
-      Head() + InChunks(data, {data.size()}) + Tail(),  // an empty chunk behind its end
+      Head() + InChunks(data, {}) + PngChunk("IDAT", "") + Tail(),
       Head() + PngChunk("IDAT", data.substr(0, 3000)) + PngChunk("tEXt", "a") +
           PngChunk("IDAT", data.substr(3000)) + Tail(),
       whole.substr(0, whole.size() / 2),
       Head() + InChunks(data, {}),
+      Head().substr(0, 8) + PngChunk("IHDR", std::string("\0\0\2\0\0\0\2\0\x8\2\0\0\0", 13)) +
+          InChunks(data, {}) + Tail(),  // more than a picture of this size has
   };
   for (const std::string& file : damaged) EXPECT_FALSE(AllOf(file).IsWhole) << &file - damaged;
 }
