@@ -12,7 +12,6 @@
 #include <map>
 #include <variant>
 
-#include "base/checksum.h"
 #include "base/deferred_text.h"
 #include "base/number_pattern.h"
 #include "base/numbers.h"
@@ -35,6 +34,7 @@
 #include "settings/settings_file.h"
 #include "settings/settings_store.h"
 #include "settings/window_placement.h"
+#include "support/picture_bytes.h"
 #include "workspace/step_text.h"
 
 namespace graphize::test {
@@ -63,20 +63,6 @@ PictureType TypeOfSeeds(const FuzzTarget& target, const std::string& file) {
   const auto [known, isNew] = types.try_emplace(target.Name);
   if (isNew) known->second = ProbePicture(file, SeedsOf(target).front().substr(0, kProbeSize)).Type;
   return known->second;
-}
-
-/// A PNG with each chunk's checksum as it must be, so that what is in them is looked at.
-std::string WithChecksums(std::string png) {
-  const auto byte = [&](std::size_t i) { return static_cast<std::uint8_t>(png[i]); };
-  for (std::size_t at = 8; at + 12 <= png.size();) {
-    const std::size_t size =
-        std::size_t{byte(at)} << 24 | byte(at + 1) << 16 | byte(at + 2) << 8 | byte(at + 3);
-    if (png.size() - at - 12 < size) break;
-    const std::uint32_t sum = Crc32(std::string_view(png).substr(at + 4, size + 4));
-    at += size + 12;
-    for (int i = 0; i < 4; ++i) png[at - 4 + i] = static_cast<char>(sum >> (24 - 8 * i));
-  }
-  return png;
 }
 
 /// "picture-tif" reads TIFF files only, and so on.

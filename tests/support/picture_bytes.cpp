@@ -4,6 +4,7 @@
 #include <cctype>
 
 #include "base/checksum.h"
+#include "codecs/byte_order.h"
 
 namespace graphize::test {
 
@@ -158,6 +159,18 @@ std::string PngChunk(const std::string& name, const std::string& data) {
 std::string WithChunk(const std::string& png, const std::string& name, const std::string& data) {
   constexpr std::size_t kHead = 33;
   return png.substr(0, kHead) + PngChunk(name, data) + png.substr(kHead);
+}
+
+std::string WithChecksums(const std::string& png) {
+  std::size_t at = std::min<std::size_t>(png.size(), 8);
+  std::string sound = png.substr(0, at);
+  while (png.size() - at >= 12) {
+    const std::size_t size = DoubleWordHighFirst(png, at);
+    if (png.size() - at - 12 < size) break;
+    sound += PngChunk(png.substr(at + 4, 4), png.substr(at + 8, size));
+    at += 12 + size;
+  }
+  return sound + png.substr(at);
 }
 
 std::string WebPChunk(const std::string& name, std::string data) {

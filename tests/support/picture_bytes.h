@@ -42,6 +42,8 @@ std::string Exif(int orientation);
 /// A chunk of a PNG, and a PNG as it is with one behind its head.
 std::string PngChunk(const std::string& name, const std::string& data);
 std::string WithChunk(const std::string& png, const std::string& name, const std::string& data);
+/// A PNG with each chunk's checksum as it must be, so that what is in them is looked at.
+std::string WithChecksums(const std::string& png);
 /// A WebP's parts: a chunk; a file of chunks; and an animation on a screen of 20 x 10 whose first
 /// frame is WebP() at column 2, row 2.
 std::string WebPChunk(const std::string& name, std::string data);

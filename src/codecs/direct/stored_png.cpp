@@ -4,31 +4,23 @@
 #include <cstring>
 
 #include "base/start_beside.h"
+#include "codecs/byte_order.h"
 
 namespace graphize {
 
 namespace {
 
 constexpr std::size_t kSignature = 8;
+constexpr std::size_t kFrame = 12;                    // of a chunk: length, type and checksum
 constexpr std::size_t kBlock = std::size_t{2} << 20;  // bytes inflated at a time
 constexpr std::size_t kLongestChunk = 0x7fffffff;
 constexpr std::size_t kStored = 0xffff;  // bytes of a stored block, RFC 1951
-
-std::uint32_t BigEndian(std::string_view four) {
-  std::uint32_t value = 0;
-  for (const char c : four) value = value << 8 | static_cast<std::uint8_t>(c);
-  return value;
-}
-
-void PutBigEndian(std::vector<std::uint8_t>& bytes, std::uint32_t value) {
-  for (const int shift : {24, 16, 8, 0}) bytes.push_back(static_cast<std::uint8_t>(value >> shift));
-}
 
 /// Deflated with the largest window and no dictionary. (The PNG library holds a stream that tells a
 /// smaller window to it.)
 bool IsUsual(std::string_view data) {
   return data.size() >= 2 && data[0] == 0x78 && (data[1] & 0x20) == 0 &&
-         BigEndian(data.substr(0, 2)) % 31 == 0;
+         WordHighFirst(data, 0) % 31 == 0;
 }
 
 }  // namespace
@@ -36,15 +28,15 @@ bool IsUsual(std::string_view data) {
 StoredPng::StoredPng(std::string_view file) : file_(file) {
   std::size_t at = kSignature;
   Chunk chunk = ChunkAt(at);
-  while (!chunk.Type.empty() && chunk.Type != "IDAT") {
-    at += chunk.TypeAndData.size() + 8;
+  while (!chunk.Body.empty() && !chunk.IsData()) {
+    at += chunk.Size();
     chunk = ChunkAt(at);
   }
-  const bool isUsual = IsUsual(chunk.Data);
+  const bool isUsual = chunk.IsData() && IsUsual(chunk.Body.substr(4));
   at_ = isUsual ? at : file.size();
   if (file.size() >= kSignature + 16) {
-    const std::size_t width = BigEndian(file.substr(kSignature + 8, 4));
-    const std::size_t height = BigEndian(file.substr(kSignature + 12, 4));
+    const std::size_t width = DoubleWordHighFirst(file, kSignature + 8);
+    const std::size_t height = DoubleWordHighFirst(file, kSignature + 12);
     most_ = (8 * width + 16) * height;  // four samples of 16 bits, and the filters of each pass
   }
   part_ = isUsual ? Part::Head : Part::Tail;
@@ -54,11 +46,10 @@ StoredPng::StoredPng(std::string_view file) : file_(file) {
 }
 
 StoredPng::Chunk StoredPng::ChunkAt(std::size_t at) const {
-  if (file_.size() < at + 12) return {};
-  const std::size_t size = BigEndian(file_.substr(at, 4));
-  if (size > kLongestChunk || file_.size() - at - 12 < size) return {};
-  return {file_.substr(at + 4, 4), file_.substr(at + 8, size), file_.substr(at + 8 + size, 4),
-          file_.substr(at + 4, 4 + size)};
+  if (file_.size() < at + kFrame) return {};
+  const std::size_t size = DoubleWordHighFirst(file_, at);
+  if (size > kLongestChunk || file_.size() - at - kFrame < size) return {};
+  return {file_.substr(at + 4, 4 + size), DoubleWordHighFirst(file_, at + 8 + size)};
 }
 
 bool StoredPng::Read(std::uint8_t* target, std::size_t size) {
@@ -104,12 +95,11 @@ void StoredPng::Inflate(Block& block) {
     const bool isRead = state_.block_state == ISAL_BLOCK_INPUT_DONE;
     if (state_.avail_in == 0 && !isRead) {
       const Chunk chunk = ChunkAt(at_);
-      if (chunk.Type != "IDAT") return;
-      const auto* type = reinterpret_cast<const unsigned char*>(chunk.TypeAndData.data());
-      if (crc32_gzip_refl(0, type, chunk.TypeAndData.size()) != BigEndian(chunk.Checksum)) return;
-      at_ += chunk.TypeAndData.size() + 8;
-      state_.next_in = const_cast<unsigned char*>(type) + 4;
-      state_.avail_in = static_cast<std::uint32_t>(chunk.Data.size());
+      const auto* body = reinterpret_cast<const std::uint8_t*>(chunk.Body.data());
+      if (!chunk.IsData() || crc32_gzip_refl(0, body, chunk.Body.size()) != chunk.Checksum) return;
+      at_ += chunk.Size();
+      state_.next_in = const_cast<std::uint8_t*>(body) + 4;
+      state_.avail_in = static_cast<std::uint32_t>(chunk.Body.size() - 4);
     }
     const int verdict = isal_inflate(&state_);
     if (verdict != ISAL_DECOMP_OK && verdict != ISAL_END_INPUT) return;
@@ -120,7 +110,7 @@ void StoredPng::Inflate(Block& block) {
   most_ -= block.Size;
   block.IsLast = state_.block_state == ISAL_BLOCK_FINISH;
   const bool isMore = state_.avail_in > 0 || state_.read_in_length >= 8;  // bits already taken in
-  block.IsDamaged = block.IsLast && (isMore || ChunkAt(at_).Type == "IDAT");
+  block.IsDamaged = block.IsLast && (isMore || ChunkAt(at_).IsData());
 }
 
 void StoredPng::StoreBlock() {
@@ -135,8 +125,8 @@ void StoredPng::StoreBlock() {
     pieces_.push_back({reinterpret_cast<const char*>(heads_.data()) + from, heads_.size() - from});
     from = heads_.size();
   };
-  PutBigEndian(heads_, static_cast<std::uint32_t>(size));
-  for (const char c : {'I', 'D', 'A', 'T'}) heads_.push_back(static_cast<std::uint8_t>(c));
+  for (const int shift : {24, 16, 8, 0}) heads_.push_back(static_cast<std::uint8_t>(size >> shift));
+  heads_.insert(heads_.end(), {'I', 'D', 'A', 'T'});
   if (isFirst_) heads_.insert(heads_.end(), {0x78, 0x01});
   for (std::size_t at = 0; at < block_.Size; at += kStored) {
     const std::size_t length = std::min(kStored, block_.Size - at);

@@ -32,8 +32,11 @@ class StoredPng {
  private:
   enum class Part { Head, Data, Tail };
   struct Chunk {
-    std::string_view Type, Data, Checksum;
-    std::string_view TypeAndData;
+    std::string_view Body;  // type and data; empty where the file does not hold all of it
+    std::uint32_t Checksum = 0;
+
+    bool IsData() const { return Body.starts_with("IDAT"); }
+    std::size_t Size() const { return 4 + Body.size() + 4; }
   };
   struct Block {
     std::unique_ptr<std::uint8_t[]> Bytes;
@@ -41,7 +44,6 @@ class StoredPng {
     bool IsLast = false, IsDamaged = false;
   };
 
-  /// Empty where the file does not hold all of it.
   Chunk ChunkAt(std::size_t at) const;
   /// Pieces of what comes next; false where nothing does.
   bool Advance();

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "codecs/byte_order.h"
 #include "support/picture_bytes.h"
 
 namespace graphize {
@@ -99,8 +100,7 @@ HandedOn AllOf(const std::string& file) {
   while (!all.IsWhole) {
     std::string head, data, checksum;
     if (!read(head, 8)) break;
-    std::size_t size = 0;
-    for (int i = 0; i < 4; ++i) size = size << 8 | static_cast<std::uint8_t>(head[i]);
+    const std::size_t size = DoubleWordHighFirst(head, 0);
     const bool isStored = png.IsStored();
     if (!read(data, size) || !read(checksum, 4)) break;
     if (isStored) {
