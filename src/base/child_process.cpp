@@ -88,13 +88,17 @@ Descriptor Nowhere() {
 
 }  // namespace
 
-std::optional<ChildProcess> ChildProcess::Start(const std::filesystem::path& program,
-                                                const std::vector<std::string>& arguments) {
+ChannelEnds NewChannel() {
   int ends[2];
   if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) != 0) return {};
-  Descriptor ours = AboveTheChilds(Descriptor(ends[0]));
-  const Descriptor theirs = AboveTheChilds(Descriptor(ends[1])), nowhere = Nowhere();
-  if (!ours.IsOpen() || !theirs.IsOpen() || !nowhere.IsOpen()) return {};
+  return {Descriptor(ends[0]), Descriptor(ends[1])};
+}
+
+std::optional<ChildProcess> ChildProcess::Start(const std::filesystem::path& program,
+                                                const std::vector<std::string>& arguments) {
+  ChannelEnds channel = NewChannel();
+  const Descriptor theirs = AboveTheChilds(std::move(channel.Theirs)), nowhere = Nowhere();
+  if (!theirs.IsOpen() || !nowhere.IsOpen()) return {};
   std::vector<std::string> words = arguments, environment = EnvironmentOfChild();
   words.insert(words.begin(), program.string());
   const SpawnSettings settings(theirs.Get(), nowhere.Get());
@@ -102,7 +106,7 @@ std::optional<ChildProcess> ChildProcess::Start(const std::filesystem::path& pro
   if (posix_spawn(&id, program.c_str(), &settings.Files, &settings.Attributes,
                   Pointers(words).data(), Pointers(environment).data()) != 0)
     return {};
-  return ChildProcess(id, std::move(ours));
+  return ChildProcess(id, std::move(channel.Ours));
 }
 
 ChildProcess::ChildProcess(ChildProcess&& other) noexcept

@@ -22,14 +22,23 @@ struct ProcessEnd {
   int Signal = 0;  // 0: by itself
 };
 
-/// A process that was started here and ends with this record at the latest. Its channel is a
-/// socket, through which bytes and open files go; it has nothing else of this process, its standard
-/// streams lead nowhere, and a Ctrl+C in the terminal is not for it.
+/// The ends of a socket through which bytes and open files go, message by message; closed where the
+/// system has none to give.
+struct ChannelEnds {
+  Descriptor Ours, Theirs;
+};
+ChannelEnds NewChannel();
+
+/// A child of this process, with which it has a channel, and which ends with this record at the
+/// latest.
 class ChildProcess {
  public:
-  /// Nothing where the system refuses or there is no such program.
+  /// It has nothing else of this process, its standard streams lead nowhere, and a Ctrl+C in the
+  /// terminal is not for it. Nothing where the system refuses or there is no such program.
   static std::optional<ChildProcess> Start(const std::filesystem::path& program,
                                            const std::vector<std::string>& arguments);
+  /// One that another child has made, of this process (CLONE_PARENT).
+  ChildProcess(int id, Descriptor channel) : id_(id), channel_(std::move(channel)) {}
   ChildProcess(ChildProcess&& other) noexcept;
   ChildProcess& operator=(ChildProcess&& other) noexcept;
   ~ChildProcess();
@@ -41,8 +50,6 @@ class ChildProcess {
   void Kill();
 
  private:
-  ChildProcess(int id, Descriptor channel) : id_(id), channel_(std::move(channel)) {}
-
   int id_ = 0;      // 0: it has ended
   ProcessEnd end_;  // how
   Descriptor channel_;

@@ -5,7 +5,8 @@ namespace graphize {
 /// A file or folder that the system has open; closed with this.
 class Descriptor {
  public:
-  explicit Descriptor(int descriptor = -1) : descriptor_(descriptor) {}
+  Descriptor() = default;
+  explicit Descriptor(int descriptor) : descriptor_(descriptor) {}
   Descriptor(Descriptor&& other) noexcept : descriptor_(other.descriptor_) {
     other.descriptor_ = -1;
   }
@@ -16,7 +17,7 @@ class Descriptor {
   int Get() const { return descriptor_; }
 
  private:
-  int descriptor_;
+  int descriptor_ = -1;
 };
 
 }  // namespace graphize

@@ -94,7 +94,7 @@ class Run {
     // One more than there are cores, while one waits for a decoder.
     const std::size_t wanted = options_.Workers > 0 ? options_.Workers : cores + 1;
     const std::size_t atOnce = std::min(wanted, jobs_.size());
-    PrepareToDecode(atOnce, jobs_.size());
+    PrepareToDecode(DecodersReady::Usual);
     {
       std::vector<std::jthread> workers;
       try {

@@ -7,11 +7,14 @@
 
 namespace graphize {
 
-// What the program and the process that decodes pictures for it say to each other. The process is
-// started with the program's ModuleStamp, the path of the module that it reads pictures by (one of
-// two, codecs/picture_modules.h) and the seconds of processor time that it may use; it fences
-// itself in, says through its channel which layers hold (a byte), and waits for one request. What
-// becomes of that is in the request's memory files when it ends.
+// What the program and the processes that decode pictures for it say to each other. One of them,
+// the server, is started with the program's ModuleStamp, the path of the module that pictures are
+// read by (one of two, codecs/picture_modules.h) and the seconds of processor time that one may
+// take. It loads the module, says through its channel which layers hold (a byte), and reads
+// requests. For each it forks a decoder, whose parent is the program, and says its id (DecoderId)
+// through the channel that came with the request. The decoder fences itself in; what becomes of the
+// picture is in the request's memory files when it ends. It ends at once when the program's end of
+// that channel is closed.
 
 /// The layers of the fence, as bits.
 enum DecodeLayer : std::uint8_t {
@@ -22,16 +25,27 @@ enum DecodeLayer : std::uint8_t {
   kAllLayers = 15,
 };
 
-/// The exit codes of a process that is not of the program's build, and of one whose module cannot
-/// be loaded.
+/// The exit codes of a server that is not of the program's build, and of one whose module cannot be
+/// loaded.
 inline constexpr int kOtherBuild = 3, kNoModule = 4;
 
-/// Comes with three files: the picture to be read, an empty memory file for the pixels, and one
-/// that holds a DecodeReport.
+/// The files that come with a request: the decoder's end of its channel, the picture to be read, an
+/// empty memory file for the pixels, and one that holds a DecodeReport.
+enum RequestFile : std::uint8_t {
+  kChannelFile,
+  kPictureFile,
+  kPixelFile,
+  kReportFile,
+  kRequestFiles
+};
+
 struct DecodeRequest {
   std::uint64_t FileSize = 0;
   std::array<char, 256> Name{};  // ends with a 0; a type without a mark is known by its ending
 };
+
+/// Of a process; 0: the system gives none.
+using DecoderId = std::int32_t;
 
 /// Left: to the decoder with the picture library.
 enum class DecodeVerdict : int { None, Picture, Refused, NoMemory, Left };
@@ -40,6 +54,7 @@ enum class DecodeVerdict : int { None, Picture, Refused, NoMemory, Left };
 struct DecodeReport {
   PictureOperation Operation;
   DecodeVerdict Verdict = DecodeVerdict::None;
+  unsigned Layers = 0;        // that hold
   int Width = 0, Height = 0;  // of the picture, whose pixels then fill the memory file
   std::uint32_t TextSize = 0;
   std::array<char, 4096> Text{};  // the reason, or the warning: a deferred text

@@ -1,13 +1,7 @@
 #include "codecs/decoders.h"
 
-#include <algorithm>
-#include <cstdint>
-#include <exception>
-#include <utility>
-
 #include "base/memory_file.h"
-#include "base/start_beside.h"
-#include "codecs/picbuf.h"
+#include "base/run_time_error.h"
 #include "raster/size_limits.h"
 
 namespace graphize {
@@ -27,129 +21,71 @@ bool HasMemoryFiles() {
 
 }  // namespace
 
-void Decoders::CountPicture() {
-  const std::lock_guard lock(mutex_);
-  if (toCome_ > 0 && toCome_ != kManyPictures) --toCome_;
+void Decoders::StartAhead(DecoderKind kind) {
+  ServerOf(Of(kind));
 }
 
-Decoders::Taken Decoders::Take(DecoderKind kind, const PictureProgress& progress) {
-  constexpr auto kBetweenProgress = 15ms;
+void Decoders::EndAll() {
+  std::array<std::shared_ptr<DecodeServer>, 2> ended;
+  const std::lock_guard lock(mutex_);
+  for (std::size_t i = 0; i < kinds_.size(); ++i) ended[i].swap(kinds_[i].Server);
+}
+
+Decoded Decoders::Decode(DecoderKind kind, const std::string& name, const Descriptor& file,
+                         std::uintmax_t fileSize, const PictureProgress& progress) {
   Kind& of = Of(kind);
-  std::optional<Ahead> ahead = TakeAhead(kind);
   for (bool isLast = false; !isLast && !of.DoesNotStart && HasMemoryFiles();) {
-    isLast = !ahead;  // one that was started ahead may have been ended since, for lack of memory
-    if (!ahead) ahead.emplace(of.Program);
+    const auto [server, isNew] = ServerOf(of);
+    isLast = isNew;  // else it may have been ended since, for lack of memory
     std::optional<unsigned> layers;
-    while (!(layers = ahead->Layers(kBetweenProgress)))
-      if (progress && !progress(0)) {
-        const std::lock_guard lock(mutex_);
-        of.Waiting.push_front(*std::move(ahead));
-        return {.WasStopped = true};
-      }
-    std::optional<DecodeWorker>& worker = ahead->Worker();
-    if (*layers != 0 && !worker->HasEnded()) {
-      of.Layers = *layers;
-      return {.Worker = std::move(worker)};
+    try {
+      while (!(layers = server->Layers(15ms)))
+        if (progress && !progress(0)) return {.End = DecodeEnd::Stopped};
+    } catch (const RunTimeError&) {
+      Drop(of, server);
+      throw;
     }
-    if (worker && worker->DoesNotStart()) of.DoesNotStart = true;
-    ahead.reset();
+    if (*layers != 0) {
+      Decoded decoded = server->Decode(name, file, fileSize, progress);
+      of.Layers = server->Layers(0ms).value_or(0);
+      if (decoded.End != DecodeEnd::NoProcess) return decoded;
+    }
+    if (server->DoesNotStart()) of.DoesNotStart = true;
+    Drop(of, server);
   }
   NoteNone(kind);
   return {};
 }
 
-void Decoders::StartNext(DecoderKind latest) {
-  constexpr int kRemembered = 16;  // types that take turns end and start no process each time
-  std::vector<Ahead> tooMany;
-  const std::lock_guard lock(mutex_);
-  libraryFor_ = latest == DecoderKind::Library ? kRemembered : std::max(libraryFor_ - 1, 0);
-  tooMany = FillUp();
-}
-
-std::vector<Decoders::Ahead> Decoders::FillUp() {
-  std::vector<Ahead> tooMany;
-  try {
-    for (const DecoderKind kind : {DecoderKind::Direct, DecoderKind::Library}) {
-      Kind& of = Of(kind);
-      std::erase_if(of.Waiting, [&](Ahead& ahead) {
-        if (!ahead.HasEnded()) return false;
-        if (ahead.Worker() && ahead.Worker()->DoesNotStart()) of.DoesNotStart = true;
-        return true;
-      });
-      for (; of.Waiting.size() > Wanted(kind); of.Waiting.pop_back())
-        tooMany.push_back(std::move(of.Waiting.back()));
-      while (!of.DoesNotStart && of.Waiting.size() < Wanted(kind))
-        of.Waiting.emplace_back(of.Program);
-    }
-  } catch (const std::exception&) {
-    // No memory for it: the next picture waits for its process.
-  }
-  return tooMany;
-}
-
-void Decoders::StartAhead(std::size_t atOnce, std::size_t toCome) {
-  std::vector<Ahead> tooMany;
-  const std::lock_guard lock(mutex_);
-  atOnce_ = atOnce;
-  toCome_ = toCome;
-  tooMany = FillUp();
-}
-
-std::size_t Decoders::CountAhead(DecoderKind kind) {
-  const std::lock_guard lock(mutex_);
-  return Of(kind).Waiting.size();
-}
-
 std::optional<unsigned> Decoders::Layers() {
-  const std::lock_guard lock(mutex_);
   unsigned common = kUnknown | kAllLayers;
   for (Kind& kind : kinds_) {
+    std::shared_ptr<DecodeServer> server;
+    {
+      const std::lock_guard lock(mutex_);
+      server = kind.Server;
+    }
     try {
-      if (!kind.Waiting.empty())
-        if (const auto layers = kind.Waiting.front().Layers(0ms)) kind.Layers = *layers;
+      if (kind.Layers == kUnknown && server)
+        if (const auto layers = server->Layers(0ms)) kind.Layers = *layers;
     } catch (const RunTimeError&) {
-      kind.Waiting.pop_front();  // the next picture says so
+      Drop(kind, server);  // the next picture says so
     }
     if (kind.Layers != kUnknown) common &= kind.Layers;
   }
   return common >= kUnknown ? std::nullopt : std::optional(common);
 }
 
-std::size_t Decoders::Wanted(DecoderKind kind) const {
-  const bool isNeeded = kind == DecoderKind::Direct || libraryFor_ > 0 || toCome_ == kManyPictures;
-  return isNeeded ? std::min(atOnce_, toCome_) : 0;
-}
-
-std::optional<Decoders::Ahead> Decoders::TakeAhead(DecoderKind kind) {
+Decoders::Server Decoders::ServerOf(Kind& kind) {
   const std::lock_guard lock(mutex_);
-  auto& waiting = Of(kind).Waiting;
-  if (waiting.empty()) return {};
-  std::optional<Ahead> first(std::move(waiting.front()));
-  waiting.pop_front();
-  return first;
+  const bool isNew = !kind.Server;
+  if (isNew) kind.Server = std::make_shared<DecodeServer>(kind.Program);
+  return {kind.Server, isNew};
 }
 
-Decoders::Ahead::Ahead(const DecoderProgram& program)
-    : starting_(StartBeside([&program] { return DecodeWorker::Start(program); })) {}
-
-std::optional<unsigned> Decoders::Ahead::Layers(std::chrono::milliseconds atMost) {
-  if (starting_.valid()) {
-    if (starting_.wait_for(atMost) == std::future_status::timeout) return {};
-    worker_ = starting_.get();
-  }
-  return worker_ ? worker_->Layers(atMost) : 0;
-}
-
-bool Decoders::Ahead::HasEnded() {
-  if (starting_.valid()) {
-    if (starting_.wait_for(0ms) != std::future_status::ready) return false;
-    try {
-      worker_ = starting_.get();
-    } catch (const std::exception&) {
-      return true;  // no memory for it
-    }
-  }
-  return !worker_ || worker_->HasEnded();
+void Decoders::Drop(Kind& kind, const std::shared_ptr<DecodeServer>& server) {
+  const std::lock_guard lock(mutex_);
+  if (kind.Server == server) kind.Server.reset();  // the caller has it still
 }
 
 }  // namespace graphize

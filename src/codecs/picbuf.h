@@ -1,9 +1,7 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <filesystem>
-#include <limits>
 #include <optional>
 #include <string>
 
@@ -43,14 +41,15 @@ std::optional<LoadedPicture> DecodePictureHere(const std::string& name, const st
                                                const PictureProgress& progress = {},
                                                DecodeBy by = DecodeBy::Fastest);
 
-/// Has the processes for the next `atOnce` pictures started ahead, from here on always, or until
-/// `pictures` have been decoded: starting one takes longer than to decode a small picture.
-inline constexpr std::size_t kManyPictures = std::numeric_limits<std::size_t>::max();
-void PrepareToDecode(std::size_t atOnce = 1, std::size_t pictures = kManyPictures);
+/// The processes by which pictures are decoded, as they wait from here on: starting one takes as
+/// long as decoding a small picture. One that a picture has started waits, too. Usual: for the
+/// types that have readers of their own.
+enum class DecodersReady { None, Usual, All };
+void PrepareToDecode(DecodersReady which = DecodersReady::All);
 
 /// Why a picture may do more than it could in a process of its own that is fenced in on all sides:
-/// sentences in plain words, none where everything holds. Of the latest processes, also those that
-/// only wait; known after the first picture, or PrepareToDecode.
+/// sentences in plain words, none where everything holds. Of the latest pictures, or of the first
+/// ones to come; known after the first picture, or PrepareToDecode.
 std::string MissingDecodeProtection();
 /// The sentence that tells it, once a picture was decoded within this program for lack of a
 /// process: nothing held it back.

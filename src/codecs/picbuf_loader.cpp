@@ -17,7 +17,7 @@
 #include "base/start_beside.h"
 #include "base/translation.h"
 #include "base/whole_file.h"
-#include "codecs/decode_worker.h"
+#include "codecs/decode_server.h"
 #include "codecs/decoders.h"
 #include "codecs/picture_modules.h"
 
@@ -155,7 +155,7 @@ std::optional<LoadedPicture> WithNumbersOf(const std::string& bytes,
 }
 
 /// A guess by the name, for the time that it saves: either kind comes to the same picture, which
-/// decode_worker_test and direct_readers_test compare.
+/// decode_server_test and direct_readers_test compare.
 DecoderKind FirstDecoder(const std::string& name) {
   constexpr std::string_view kOfLibrary[] = {".gif", ".pcx", ".tga", ".webp"};
   const std::string small = LowerCase(name);
@@ -175,23 +175,20 @@ std::optional<LoadedPicture> DecodeApart(const std::string& name, const Descript
       most = std::max(most, percent);
       return progress(most);
     };
-  struct StartNextThen {
-    DecoderKind Latest;
-    ~StartNextThen() { AllDecoders().StartNext(Latest); }
-  };
-  AllDecoders().CountPicture();
   const DecoderKind first = FirstDecoder(name);
-  auto taken = AllDecoders().Take(first, onwards);
-  if (taken.WasStopped) return {};
-  if (!taken.Worker) return RunBeside(onwards, otherwise);
-  StartNextThen then{first};
-  Decoded decoded = taken.Worker->Decode(name, file, size, onwards);
-  if (!decoded.WasLeft) return std::move(decoded.Picture);
-  then.Latest = DecoderKind::Library;
-  taken = AllDecoders().Take(DecoderKind::Library, onwards);
-  if (taken.WasStopped) return {};
-  if (!taken.Worker) return RunBeside(onwards, otherwise);
-  return std::move(taken.Worker->Decode(name, file, size, onwards).Picture);
+  Decoded decoded = AllDecoders().Decode(first, name, file, size, onwards);
+  if (decoded.End == DecodeEnd::Left)
+    decoded = AllDecoders().Decode(DecoderKind::Library, name, file, size, onwards);
+  switch (decoded.End) {
+    case DecodeEnd::Picture:
+      return std::move(decoded.Picture);
+    case DecodeEnd::NoProcess:
+      return RunBeside(onwards, otherwise);
+    case DecodeEnd::Left:
+    case DecodeEnd::Stopped:
+      break;
+  }
+  return {};
 }
 
 std::optional<LoadedPicture> DecodeOpened(const std::string& name, const Descriptor& file,
@@ -286,10 +283,13 @@ std::optional<LoadedPicture> DecodePictureHere(const std::string& name, const st
   });
 }
 
-void PrepareToDecode(std::size_t atOnce, std::size_t pictures) {
+void PrepareToDecode(DecodersReady which) {
   try {
-    AllDecoders().StartAhead(atOnce, pictures);
-  } catch (const RunTimeError&) {
+    Decoders& decoders = AllDecoders();
+    if (which == DecodersReady::None) decoders.EndAll();
+    if (which != DecodersReady::None) decoders.StartAhead(DecoderKind::Direct);
+    if (which == DecodersReady::All) decoders.StartAhead(DecoderKind::Library);
+  } catch (const std::exception&) {
     // A program that is not complete says so when there is a picture.
   }
 }

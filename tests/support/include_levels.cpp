@@ -89,9 +89,8 @@ constexpr std::pair<std::string_view, std::string_view> kSystemPlaces[] = {
     {"base/memory_file.cpp", " fcntl.h sys/mman.h sys/stat.h unistd.h "},
     {"base/whole_file.cpp", " fcntl.h sys/file.h sys/stat.h unistd.h "},
     {"codecs/decoder",
-     " linux/audit.h linux/filter.h linux/landlock.h linux/sched.h linux/seccomp.h sys/mman.h "
-     "sys/prctl.h"
-     " sys/resource.h sys/syscall.h unistd.h "},
+     " fcntl.h linux/audit.h linux/filter.h linux/landlock.h linux/sched.h linux/seccomp.h poll.h "
+     "sys/mman.h sys/prctl.h sys/resource.h sys/syscall.h sys/wait.h unistd.h "},
 };
 
 bool SeesSystem(const fs::path& path, std::string_view header) {

@@ -9,7 +9,7 @@
 #include <filesystem>
 #include <string>
 
-#include "codecs/decode_worker.h"
+#include "codecs/decode_server.h"
 #include "support/temporary_folder.h"
 
 // Decoders of pictures that do as they are told. Who includes this is told PLANTED_DECODER.

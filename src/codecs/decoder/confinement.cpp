@@ -116,8 +116,7 @@ constexpr long kAllowed[] = {
     SYS_getrusage,
     SYS_times,
     SYS_restart_syscall,
-    SYS_ftruncate,  // the only file it may write is the memory for the pixels
-    SYS_recvmsg};
+    SYS_ftruncate};  // the only file it may write is the memory for the pixels
 
 /// What nothing but a foreign will would do: it ends the process.
 constexpr long kDeadly[] = {

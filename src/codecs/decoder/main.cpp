@@ -1,4 +1,4 @@
-// The program that decodes a picture for Graphize; codecs/decode_protocol.h says how it is started.
+// The program that decodes pictures for Graphize; codecs/decode_protocol.h says how it is started.
 
 #include <cstring>
 #include <exception>
@@ -28,11 +28,11 @@ int main(int argc, char** argv) {
   try {
     const auto& reader = *static_cast<const ReaderModule*>(module);
     reader.Start();
-    return ServeOnePicture(Confine(*seconds),
-                           [&](const std::string& name, std::string_view file,
-                               const MakeRaster& make, PictureOperation& operation) {
-                             return DecodeFile(name, file, make, operation, reader.Read);
-                           });
+    return ServeDecoders([&] { return Confine(*seconds); },
+                         [&](const std::string& name, std::string_view file, const MakeRaster& make,
+                             PictureOperation& operation) {
+                           return DecodeFile(name, file, make, operation, reader.Read);
+                         });
   } catch (const std::exception&) {
     return 1;
   }

@@ -1,16 +1,24 @@
 #include "codecs/decoder/serve.h"
 
+#include <fcntl.h>
+#include <linux/sched.h>
+#include <poll.h>
 #include <sys/mman.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <chrono>
+#include <csignal>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <new>
 #include <optional>
+#include <span>
 #include <stop_token>
 #include <system_error>
 #include <thread>
@@ -129,39 +137,73 @@ void Decode(const DecodeRequest& request, const Descriptor& file, const Descript
   report.Verdict = DecodeVerdict::Picture;
 }
 
-}  // namespace
+/// Has the system end this process when nobody has the other end of the channel any more, by the
+/// signal (SIGIO) that something has happened to it: nothing is sent there.
+void EndWith(const Descriptor& channel) {
+  fcntl(channel.Get(), F_SETOWN, getpid());
+  fcntl(channel.Get(), F_SETFL, O_ASYNC);
+  pollfd closed = {.fd = channel.Get(), .events = 0, .revents = 0};
+  if (poll(&closed, 1, 0) != 0) _exit(0);
+}
 
-int ServeOnePicture(unsigned layers, const Decoding& decode) {
-  const Descriptor channel(kChannelOfChild);
-  const char ready = static_cast<char>(layers);
-  if (write(channel.Get(), &ready, 1) != 1) return 0;
-  DecodeRequest request;
-  std::array<Descriptor, 3> files;
-  if (!Receive(channel, {reinterpret_cast<char*>(&request), sizeof request}, files)) return 0;
-  request.Name.back() = '\0';
-  const Mapping shared(files[2], sizeof(DecodeReport), Mapping::Access::Write);
-  if (shared.Data() == nullptr) return 1;
+[[noreturn]] void ServeOnePicture(const DecodeRequest& request, std::span<const Descriptor> files,
+                                  const std::function<unsigned()>& confine,
+                                  const Decoding& decode) {
+  EndWith(files[kChannelFile]);
+  const unsigned layers = confine();
+  const Mapping shared(files[kReportFile], sizeof(DecodeReport), Mapping::Access::Write);
+  if (shared.Data() == nullptr) _exit(1);
   auto& report = *static_cast<DecodeReport*>(shared.Data());
+  report.Layers = layers;
   try {
-    // Nothing more comes: what wakes this is that the parent has gone.
-    std::thread([&channel] {
-      char nothing = 0;
-      while (read(channel.Get(), &nothing, 1) > 0) continue;
-      _exit(0);
-    }).detach();
-  } catch (const std::system_error&) {
-    // No thread: without the parent it works to its end.
-  }
-  try {
-    Decode(request, files[0], files[1], decode, report);
+    Decode(request, files[kPictureFile], files[kPixelFile], decode, report);
   } catch (const RunTimeError& error) {
     Put(error.what(), report);
     report.Verdict = DecodeVerdict::Refused;
   } catch (const std::bad_alloc&) {
     report.Verdict = DecodeVerdict::NoMemory;
+  } catch (const std::exception&) {
+    _exit(1);
   }
   // Without the libraries' work at the end of a process.
   _exit(0);
+}
+
+/// As fork(), but the new process is the parent's child, as this one is: the parent waits for it
+/// and ends it. What fork() does beside is for processes of several threads.
+pid_t ForkForParent() {
+  return static_cast<pid_t>(syscall(SYS_clone, CLONE_PARENT | SIGCHLD, 0, 0, 0, 0));
+}
+
+/// What a decoder will be confined by; 0 where the system gives no process.
+unsigned TryToConfine(const std::function<unsigned()>& confine) {
+  const pid_t id = fork();
+  if (id == 0) _exit(static_cast<int>(confine()));
+  int status = 0;
+  while (id > 0 && waitpid(id, &status, 0) < 0)
+    if (errno != EINTR) return 0;
+  return id > 0 && WIFEXITED(status) ? static_cast<unsigned>(WEXITSTATUS(status)) : 0;
+}
+
+}  // namespace
+
+int ServeDecoders(const std::function<unsigned()>& confine, const Decoding& decode) {
+  Descriptor channel(kChannelOfChild);
+  const char ready = static_cast<char>(TryToConfine(confine));
+  if (!Send(channel, {&ready, 1}, {})) return 0;
+  while (true) {
+    DecodeRequest request;
+    std::array<Descriptor, kRequestFiles> files;
+    if (!Receive(channel, {reinterpret_cast<char*>(&request), sizeof request}, files)) return 0;
+    request.Name.back() = '\0';
+    DecoderId id = ForkForParent();
+    if (id == 0) {
+      channel = {};
+      ServeOnePicture(request, files, confine, decode);
+    }
+    id = std::max(id, 0);
+    Send(files[kChannelFile], {reinterpret_cast<const char*>(&id), sizeof id}, {});
+  }
 }
 
 }  // namespace graphize

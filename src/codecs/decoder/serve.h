@@ -14,9 +14,9 @@ using Decoding = std::function<std::optional<LoadedPicture>(
     const std::string& name, std::string_view file, const MakeRaster& make,
     PictureOperation& operation)>;
 
-/// Decodes one picture for the parent process as decode_protocol.h says: tells it that `layers`
-/// hold, waits for its request, and gives the exit code. The process ends at once when the parent
-/// does.
-int ServeOnePicture(unsigned layers, const Decoding& decode);
+/// Forks a decoder for every request that comes from the parent process, as decode_protocol.h says,
+/// until there is no parent. They are confined by `confine`, which gives the layers that hold. This
+/// process must have one thread alone. Gives the exit code.
+int ServeDecoders(const std::function<unsigned()>& confine, const Decoding& decode);
 
 }  // namespace graphize

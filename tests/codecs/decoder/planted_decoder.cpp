@@ -31,7 +31,7 @@ namespace {
   throw RunTimeError(std::strerror(errno));
 }
 
-constexpr int kPixels = kChannelOfChild + 2;  // the second file that came with the request
+constexpr int kPixels = kChannelOfChild + 1 + kPixelFile;
 
 /// Ends with a picture of this size.
 [[noreturn]] void Claim(PictureOperation& operation, int width, int height) {
@@ -71,6 +71,7 @@ std::optional<LoadedPicture> DoAsTold(const std::string& name, std::string_view 
   if (word == "code" && mmap(nullptr, 4096, PROT_READ | PROT_WRITE | PROT_EXEC,
                              MAP_PRIVATE | MAP_ANONYMOUS, -1, 0) == MAP_FAILED)
     ThrowLastError();
+  if (word == "speak" && write(kChannelOfChild, "", 1) < 0) ThrowLastError();
   if (word == "leave") _exit(0);
   if (word == "left") return {};
   if (word == "small" && ftruncate(kPixels, 4) != 0) ThrowLastError();
@@ -94,5 +95,5 @@ int main(int argc, char** argv) {
   SetTranslator(DeferText);
   if (argc != 4) return 1;
   const auto layers = IntegerText(argv[2], 0, kAllLayers), seconds = IntegerText(argv[3], 1, 100);
-  return ServeOnePicture(Confine(*seconds, static_cast<unsigned>(*layers)), DoAsTold);
+  return ServeDecoders([&] { return Confine(*seconds, static_cast<unsigned>(*layers)); }, DoAsTold);
 }

@@ -1,4 +1,4 @@
-#include "codecs/decode_worker.h"
+#include "codecs/decode_server.h"
 
 #include <algorithm>
 #include <csignal>
@@ -9,6 +9,7 @@
 #include "base/free_beside.h"
 #include "base/memory_file.h"
 #include "base/module.h"
+#include "base/start_beside.h"
 #include "base/translation.h"
 #include "base/version.h"
 #include "raster/size_limits.h"
@@ -18,6 +19,9 @@ namespace graphize {
 namespace {
 
 using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+
+constexpr auto kBetweenProgress = 15ms;
 
 std::string_view BytesOf(const DecodeRequest& request) {
   return {reinterpret_cast<const char*>(&request), sizeof request};
@@ -46,10 +50,26 @@ std::string_view BytesOf(const DecodeRequest& request) {
       "program and its files. Nothing else was touched.");
 }
 
+/// Nothing when `progress` is to end it.
+std::optional<ProcessEnd> WaitForEnd(ChildProcess& decoder, int seconds,
+                                     const PictureOperation& operation,
+                                     const PictureProgress& progress) {
+  const auto last = Clock::now() + std::chrono::seconds(2 * seconds);
+  while (true) {
+    if (const auto end = decoder.WaitForEnd(kBetweenProgress)) return end;
+    const int percent = operation.Percent;
+    if (progress && !progress(std::clamp(percent, 0, 100))) return {};
+    if (Clock::now() < last) continue;
+    decoder.Kill();
+    ThrowTooLong(2 * seconds);
+  }
+}
+
 /// Where the program waits for an answer, what it was left with.
 std::unique_ptr<DecodeReport> CopyOf(const DecodeReport& shared) {
   auto copy = std::make_unique<DecodeReport>();
   copy->Verdict = shared.Verdict;
+  copy->Layers = shared.Layers;
   copy->Width = shared.Width;
   copy->Height = shared.Height;
   copy->TextSize = std::min<std::uint32_t>(shared.TextSize, sizeof shared.Text);
@@ -76,38 +96,46 @@ std::string MissingProtection(unsigned layers) {
             missing);
 }
 
-std::optional<DecodeWorker> DecodeWorker::Start(const DecoderProgram& program) {
-  auto process = ChildProcess::Start(
-      program.Program, {ModuleStamp(), program.Module.string(), std::to_string(program.Seconds)});
-  if (!process) return {};
-  return DecodeWorker(*std::move(process), program);
-}
+DecodeServer::DecodeServer(DecoderProgram program)
+    : program_(std::move(program)),
+      lastStart_(Clock::now() + program_.LongestStart),
+      started_(StartBeside([this] {
+        return ChildProcess::Start(program_.Program, {ModuleStamp(), program_.Module.string(),
+                                                      std::to_string(program_.Seconds)});
+      })) {}
 
-std::optional<unsigned> DecodeWorker::Layers(std::chrono::milliseconds atMost) {
-  if (layers_) return layers_;
-  if (!IsReadable(process_.Channel(), atMost)) {
+std::optional<unsigned> DecodeServer::Layers(std::chrono::milliseconds atMost) {
+  if (layers_ != kUnknown) return layers_;
+  const std::lock_guard lock(starting_);
+  if (layers_ != kUnknown) return layers_;
+  if (started_.valid()) {
+    if (started_.wait_for(atMost) == std::future_status::timeout) return {};
+    process_ = started_.get();
+  }
+  if (process_ && !IsReadable(process_->Channel(), atMost)) {
     if (Clock::now() < lastStart_) return {};
     doesNotStart_ = true;
-    process_.Kill();
+    process_->Kill();
     layers_ = 0;
     return 0;
   }
   char said = 0;
-  if (Receive(process_.Channel(), {&said, 1}, {})) {
+  if (process_ && Receive(process_->Channel(), {&said, 1}, {})) {
     layers_ = static_cast<unsigned char>(said) & kAllLayers;
     return layers_;
   }
-  layers_ = 0;
-  const auto end = process_.WaitForEnd(100ms);
+  const auto end = process_ ? process_->WaitForEnd(100ms) : ProcessEnd();
   if (end && end->Signal == 0 && end->Code == kOtherBuild)
     throw RunTimeError(
         "The program was updated while it was open. Please save your points and start it again.");
   // Loading it here, too, tells what is missing.
-  if (end && end->Signal == 0 && end->Code == kNoModule) LoadModule(module_, "GraphizeReader");
+  if (end && end->Signal == 0 && end->Code == kNoModule)
+    LoadModule(program_.Module, "GraphizeReader");
+  layers_ = 0;
   return 0;
 }
 
-Decoded DecodeWorker::Decode(const std::string& name, const Descriptor& file,
+Decoded DecodeServer::Decode(const std::string& name, const Descriptor& file,
                              std::uintmax_t fileSize, const PictureProgress& progress) {
   Descriptor pixels = NewMemoryFile();
   const Descriptor reportFile = NewMemoryFile();
@@ -123,20 +151,34 @@ Decoded DecodeWorker::Decode(const std::string& name, const Descriptor& file,
   // Its end tells the type.
   const std::size_t size = std::min(name.size(), request.Name.size() - 1);
   std::copy(name.end() - static_cast<std::ptrdiff_t>(size), name.end(), request.Name.begin());
-  Send(process_.Channel(), BytesOf(request), {&file, &pixels, &reportFile});
-  const auto end = WaitForEnd(report.Operation, progress);
-  if (!end) {
-    FreeBeside(std::move(process_), std::move(pixels));
+  ChannelEnds channel = NewChannel();
+  if (!Send(process_->Channel(), BytesOf(request), {&channel.Theirs, &file, &pixels, &reportFile}))
     return {};
+  channel.Theirs = {};
+  DecoderId id = 0;
+  for (const auto last = Clock::now() + program_.LongestStart;
+       !IsReadable(channel.Ours, kBetweenProgress);) {
+    if (progress && !progress(0)) return {.End = DecodeEnd::Stopped};
+    if (Clock::now() < last) continue;
+    doesNotStart_ = true;
+    return {};
+  }
+  if (!Receive(channel.Ours, {reinterpret_cast<char*>(&id), sizeof id}, {}) || id <= 0) return {};
+  ChildProcess decoder(id, std::move(channel.Ours));
+  const auto end = WaitForEnd(decoder, program_.Seconds, report.Operation, progress);
+  if (!end) {
+    FreeBeside(std::move(decoder), std::move(pixels));
+    return {.End = DecodeEnd::Stopped};
   }
 
   // Nobody but this process has the files from here on.
   const auto result = CopyOf(report);
   const bool isWhole = end->Signal == 0 && end->Code == 0;
   const bool isLeft = result->Verdict == DecodeVerdict::Left;
-  if (!isWhole || result->Verdict == DecodeVerdict::None || (isLeft && !leavesFiles_))
-    ThrowEnd(*end, seconds_);
-  if (isLeft) return {.WasLeft = true};
+  if (!isWhole || result->Verdict == DecodeVerdict::None || (isLeft && !program_.LeavesFiles))
+    ThrowEnd(*end, program_.Seconds);
+  layers_ = (layers_ & result->Layers) | kApart;
+  if (isLeft) return {.End = DecodeEnd::Left};
   if (result->Verdict == DecodeVerdict::NoMemory) throw std::bad_alloc();
   const std::string text = TranslateDeferred({result->Text.data(), result->TextSize});
   if (result->Verdict == DecodeVerdict::Refused) throw RunTimeError(text);
@@ -146,25 +188,11 @@ Decoded DecodeWorker::Decode(const std::string& name, const Descriptor& file,
       SizeOfMemoryFile(pixels) != sizeof(std::uint32_t) * static_cast<std::size_t>(result->Width) *
                                       static_cast<std::size_t>(result->Height) ||
       !FixSize(pixels))
-    ThrowEnd(*end, seconds_);
+    ThrowEnd(*end, program_.Seconds);
   loaded.Picture = MapRaster(pixels, result->Width, result->Height);
   if (loaded.Picture.IsEmpty()) throw std::bad_alloc();
   loaded.Warning = text;
-  return {.Picture = std::move(loaded)};
-}
-
-std::optional<ProcessEnd> DecodeWorker::WaitForEnd(const PictureOperation& operation,
-                                                   const PictureProgress& progress) {
-  constexpr auto kBetweenProgress = 15ms;
-  const auto last = Clock::now() + std::chrono::seconds(2 * seconds_);
-  while (true) {
-    if (const auto end = process_.WaitForEnd(kBetweenProgress)) return end;
-    const int percent = operation.Percent;
-    if (progress && !progress(std::clamp(percent, 0, 100))) return {};
-    if (Clock::now() < last) continue;
-    process_.Kill();
-    ThrowTooLong(2 * seconds_);
-  }
+  return {.End = DecodeEnd::Picture, .Picture = std::move(loaded)};
 }
 
 }  // namespace graphize

@@ -1,4 +1,4 @@
-#include "codecs/decode_worker.h"
+#include "codecs/decode_server.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -45,14 +45,28 @@ struct Came {
 /// What comes of a decoder that does as it is told.
 Came Told(const std::string& word, const DecoderProgram& program = Planted(),
           const PictureProgress& progress = {}) {
-  auto worker = DecodeWorker::Start(program);
+  DecodeServer server(program);
   const Descriptor file = NewMemoryFile();
-  if (!worker || !FillMemoryFile(file, word)) return {"no worker"};
-  Came came{.Layers = worker->Layers(program.LongestStart).value_or(0)};
+  Came came{.Layers = server.Layers(program.LongestStart).value_or(0)};
+  if (came.Layers == 0 || !FillMemoryFile(file, word)) return {"no server"};
   try {
-    const auto [loaded, wasLeft] = worker->Decode("/tmp/name", file, word.size(), progress);
-    came.Of = wasLeft ? "left" : loaded ? "a picture " + loaded->Warning : "stopped";
-    EXPECT_TRUE(!loaded || (*(loaded->Picture.Row(loaded->Picture.Height()) - 1) << 8) == 0);
+    const Decoded decoded = server.Decode("/tmp/name", file, word.size(), progress);
+    const Raster& picture = decoded.Picture.Picture;
+    switch (decoded.End) {
+      case DecodeEnd::Picture:
+        came.Of = "a picture " + decoded.Picture.Warning;
+        EXPECT_EQ(*(picture.Row(picture.Height()) - 1) << 8, 0u);
+        break;
+      case DecodeEnd::Left:
+        came.Of = "left";
+        break;
+      case DecodeEnd::Stopped:
+        came.Of = "stopped";
+        break;
+      case DecodeEnd::NoProcess:
+        came.Of = "no process";
+    }
+    EXPECT_EQ(server.Layers({}), came.Layers) << "what a try was confined by";
   } catch (const RunTimeError& error) {
     came.Of = error.what();
   } catch (const std::bad_alloc&) {
@@ -61,7 +75,7 @@ Came Told(const std::string& word, const DecoderProgram& program = Planted(),
   return came;
 }
 
-TEST(DecodeWorker, WhateverADecoderDoesIsOneMessage) {
+TEST(DecodeServer, WhateverADecoderDoesIsOneMessage) {
   constexpr const char* kBroke = "broke the decoder";
   constexpr const char* kTooLong = "was ended after";
   constexpr const char* kDenied = "Permission denied";
@@ -82,6 +96,7 @@ TEST(DecodeWorker, WhateverADecoderDoesIsOneMessage) {
                         {"wraps", kBroke},
                         {"negative", kBroke},
                         {"left", kBroke},
+                        {"speak", "Bad file descriptor"},
                         {"terminate", "from outside (signal 15)"},
                         {"killed", "short of memory, or by somebody"},
                         {"loop", kTooLong, kLimits},
@@ -110,10 +125,10 @@ TEST(DecodeWorker, WhateverADecoderDoesIsOneMessage) {
   EXPECT_LT(text.size(), 2001u);
 }
 
-TEST(DecodeWorker, WhatItsParentLacksTakesNoLayerAway) {
+TEST(DecodeServer, WhatItsParentLacksTakesNoLayerAway) {
   const test::TemporaryFolder folder;
   const DecoderProgram limited = Script(
-      folder, "ulimit -t 50; ulimit -n 7; ulimit -f 3000000; exec " PLANTED_DECODER " \"$@\"");
+      folder, "ulimit -t 50; ulimit -n 8; ulimit -f 3000000; exec " PLANTED_DECODER " \"$@\"");
   EXPECT_EQ(Told("nothing", limited).Layers, LayersOfTheKernel());
 
   int kept[3];
@@ -130,8 +145,9 @@ TEST(DecodeWorker, WhatItsParentLacksTakesNoLayerAway) {
   EXPECT_EQ(came.Layers, LayersOfTheKernel());
 }
 
-TEST(DecodeWorker, EndsWithTheProgram) {
-  prctl(PR_SET_CHILD_SUBREAPER, 1);  // so that its end is told here
+TEST(DecodeServer, EndsWithTheProgram) {
+  PrepareToDecode(DecodersReady::None);  // of others, no process ends here
+  prctl(PR_SET_CHILD_SUBREAPER, 1);      // so that their ends are told here
   const pid_t program = fork();
   if (program == 0) {
     Told("loop", Planted(), [](int percent) { return percent == 0 || raise(SIGKILL) == 0; });
@@ -140,8 +156,10 @@ TEST(DecodeWorker, EndsWithTheProgram) {
   int status = 0;
   ASSERT_EQ(waitpid(program, &status, 0), program);
   EXPECT_TRUE(WIFSIGNALED(status));
-  ASSERT_GT(waitpid(-1, &status, 0), 0);
-  EXPECT_TRUE(WIFEXITED(status)) << "not by the limit of time";
+  for (int process = 0; process < 2; ++process) {
+    ASSERT_GT(waitpid(-1, &status, 0), 0) << "the server and its decoder";
+    EXPECT_TRUE(WIFEXITED(status) || WTERMSIG(status) == SIGIO) << "not by the limit of time";
+  }
   prctl(PR_SET_CHILD_SUBREAPER, 0);
 }
 
@@ -163,9 +181,9 @@ bool IsTrueWithoutThreads(const std::function<bool()>& work) {
   return waitpid(process, &status, 0) == process && status == 0;
 }
 
-TEST(DecodeWorker, WithoutThreadsOrMemoryFilesPicturesAreStillDecoded) {
+TEST(DecodeServer, WithoutThreadsOrMemoryFilesPicturesAreStillDecoded) {
   const Raster picture = Raster::Filled(4000, 1000, kBlackPixel);
-  PrepareToDecode(0, 0);  // what others have started is not to be had after the fork
+  PrepareToDecode(DecodersReady::None);  // what others have started is not to be had after the fork
   for (const int format : {kTifFormat, kBmpFormat}) {
     const std::string bytes = *EncodePicture(format, 0, picture);
     const auto isDecoded = [&] {
@@ -183,7 +201,7 @@ TEST(DecodeWorker, WithoutThreadsOrMemoryFilesPicturesAreStillDecoded) {
   EXPECT_THAT(DecodedWithinProgram(), HasSubstr("within this program")) << "what was is told";
 }
 
-TEST(DecodeWorker, EscapeEndsItWhateverItDoes) {
+TEST(DecodeServer, EscapeEndsItWhateverItDoes) {
   for (const char* word : {"loop", "sleep"}) {
     std::vector<int> percents;
     const PictureProgress stop = [&](int percent) {
@@ -195,19 +213,18 @@ TEST(DecodeWorker, EscapeEndsItWhateverItDoes) {
   }
 }
 
-TEST(DecodeWorker, WithoutTheProgramPicturesAreStillDecoded) {
-  const auto kStart = DecoderProgram().LongestStart;
-  EXPECT_FALSE(DecodeWorker::Start({.Program = "/nowhere/graphize-decode"}).has_value());
-  auto other = DecodeWorker::Start({.Program = "/bin/true"});
-  ASSERT_TRUE(other.has_value());
-  EXPECT_EQ(other->Layers(kStart), 0u);
-  auto strange = DecodeWorker::Start({.Program = PathInProgram("libexec/graphize/graphize-decode"),
-                                      .Module = "/nowhere/module.so"});
-  ASSERT_TRUE(strange.has_value());
-  EXPECT_THROW(strange->Layers(kStart), RunTimeError);
+TEST(DecodeServer, WithoutTheProgramPicturesAreStillDecoded) {
+  const auto layers = [](const DecoderProgram& program) {
+    return DecodeServer(program).Layers(program.LongestStart);
+  };
+  EXPECT_EQ(layers({.Program = "/nowhere/graphize-decode"}), 0u);
+  EXPECT_EQ(layers({.Program = "/bin/true"}), 0u);
+  EXPECT_THROW(layers({.Program = PathInProgram("libexec/graphize/graphize-decode"),
+                       .Module = "/nowhere/module.so"}),
+               RunTimeError);
 }
 
-TEST(DecodeWorker, WhatTheSystemRefusesIsToldInOneSentence) {
+TEST(DecodeServer, WhatTheSystemRefusesIsToldInOneSentence) {
   EXPECT_EQ(MissingProtection(kAllLayers), "");
   EXPECT_THAT(MissingProtection(0), HasSubstr("within this program"));
   EXPECT_THAT(MissingProtection(kApart | kNoFiles | kLimits),
@@ -230,7 +247,7 @@ std::string CutPng() {
   return png.substr(0, png.size() - 20);
 }
 
-TEST(DecodeWorker, OnlyUsualPicturesAreReadWithoutTheLibrary) {
+TEST(DecodeServer, OnlyUsualPicturesAreReadWithoutTheLibrary) {
   DecoderProgram leaves = Planted();
   leaves.LeavesFiles = true;
   EXPECT_EQ(Told("left", leaves).Of, "left");
@@ -246,8 +263,8 @@ TEST(DecodeWorker, OnlyUsualPicturesAreReadWithoutTheLibrary) {
   EXPECT_THAT(Told("no picture", Direct()).Of, HasSubstr("not a picture"));
 }
 
-TEST(DecodeWorker, EscapeEndsItInEitherDecoder) {
-  PrepareToDecode(0, 0);  // so that the second one is waited for, too
+TEST(DecodeServer, EscapeEndsItInEitherDecoder) {
+  PrepareToDecode(DecodersReady::None);  // so that the second one is waited for, too
   bool isStopped = true;
   for (int looks = 1; isStopped; ++looks) {
     std::vector<int> percents;
@@ -274,7 +291,7 @@ std::string VerdictOf(const Decode& decode) {
   }
 }
 
-TEST(DecodeWorker, PixelsAndVerdictsAreThoseOfThisProcess) {
+TEST(DecodeServer, PixelsAndVerdictsAreThoseOfThisProcess) {
   const test::TemporaryFolder folder;
   std::vector<std::string> files;
   Raster picture(90, 70);
@@ -300,7 +317,7 @@ TEST(DecodeWorker, PixelsAndVerdictsAreThoseOfThisProcess) {
   }
 }
 
-TEST(DecodeWorker, ErrorsAreInTheUsersLanguage) {
+TEST(DecodeServer, ErrorsAreInTheUsersLanguage) {
   SetTranslator([](const char* text, long long) -> std::string {
     return std::string_view(text).starts_with("The picture is too large: it is %1 x %2 pixels, and")
                ? "Zu gross: %3 < %1"
@@ -313,17 +330,20 @@ TEST(DecodeWorker, ErrorsAreInTheUsersLanguage) {
   SetTranslator(nullptr);
 }
 
-TEST(DecodeWorker, ThreadsShareThoseStartedAhead) {
-  PrepareToDecode(3, 17);  // fewer than there are in the end
+TEST(DecodeServer, ThreadsShareIt) {
   const std::string bytes = *EncodePicture(kPngFormat, 0, Raster::Filled(40, 30, kBlackPixel));
-  std::vector<std::thread> threads;
-  std::atomic<int> opened = 0;
-  for (int i = 0; i < 4; ++i)
-    threads.emplace_back([&] {
-      for (int j = 0; j < 5; ++j) opened += DecodePicture("a", bytes)->Picture.Height() == 30;
-    });
-  for (std::thread& thread : threads) thread.join();
-  EXPECT_EQ(opened, 20);
+  PrepareToDecode(DecodersReady::None);
+  for (const DecodersReady ready : {DecodersReady::Usual, DecodersReady::None}) {
+    std::vector<std::thread> threads;
+    std::atomic<int> opened = 0;
+    for (int i = 0; i < 4; ++i)
+      threads.emplace_back([&] {
+        for (int j = 0; j < 5; ++j) opened += DecodePicture("a", bytes)->Picture.Height() == 30;
+      });
+    PrepareToDecode(ready);
+    for (std::thread& thread : threads) thread.join();
+    EXPECT_EQ(opened, 20);
+  }
 }
 
 }  // namespace
