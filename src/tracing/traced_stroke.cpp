@@ -28,6 +28,11 @@ TracedStroke::TracedStroke(InkSight& sight, std::vector<Vector> places,
     thickness_.push_back(LookThrough(at_[i]));
   }
   usual_ = Median(thickness_);
+  const double part = Length() / static_cast<double>(Size());
+  for (std::size_t k = 0, i = 0; k < Size(); ++k) {
+    while (i + 1 < Size() && along_[i] <= static_cast<double>(k) * part) ++i;
+    beyond_.push_back(i);
+  }
 }
 
 bool TracedStroke::IsOnFrame(Vector at) const {
@@ -40,8 +45,13 @@ bool TracedStroke::IsOnFrame(Vector at) const {
 
 Vector TracedStroke::AtLength(double length) const {
   if (length <= 0) return at_.front();
-  const auto next = std::upper_bound(along_.begin(), along_.end(), length);
-  if (next == along_.end()) return at_.back();
+  if (!(length < Length())) return at_.back();
+  const auto k = static_cast<std::size_t>(length / Length() * static_cast<double>(Size()));
+  const auto between = [this](std::size_t at) {
+    return along_.begin() + static_cast<std::ptrdiff_t>(beyond_[at]);
+  };
+  const auto next = std::upper_bound(between(k > 1 ? k - 2 : 0),
+                                     k + 2 < Size() ? between(k + 2) : along_.end(), length);
   const auto i = static_cast<std::size_t>(next - along_.begin());
   const double part = (length - along_[i - 1]) / (along_[i] - along_[i - 1]);
   return at_[i - 1] + part * (at_[i] - at_[i - 1]);
@@ -93,7 +103,7 @@ double TracedStroke::GoesOn(Vector from, Vector way, double here, int side, doub
     const Vector at = from + k * unit;
     bool isAway = true;
     for (std::size_t i = first; isAway && i < std::min(last + 1, at_.size()); ++i)
-      isAway = (at_[i] - at).Length() > away;
+      isAway = Dot(at_[i] - at, at_[i] - at) > away * away;
     if (!isAway) continue;
     ++all;
     const bool isInk = !IsOnFrame(at) && sight_.HasInkNear(at.X, at.Y, 1 + k / 16, shade);
@@ -105,19 +115,21 @@ double TracedStroke::GoesOn(Vector from, Vector way, double here, int side, doub
 }
 
 double TracedStroke::LookThrough(Vector at) {
-  std::optional<Vector> ink;
-  for (const auto& [dx, dy] : {Vector{0, 0}, {0, 1}, {0, -1}, {1, 0}, {-1, 0}})
-    if (!ink && sight_.IsInk(Rounded(at.X + dx), Rounded(at.Y + dy)))
-      ink = Vector{at.X + dx, at.Y + dy};
+  struct Pixel {
+    int X, Y;
+  };
+  const Pixel here{Rounded(at.X), Rounded(at.Y)};
+  std::optional<Pixel> ink;
+  for (const auto& [dx, dy] : {Pixel{0, 0}, {0, 1}, {0, -1}, {1, 0}, {-1, 0}})
+    if (!ink && sight_.IsInk(here.X + dx, here.Y + dy)) ink = {here.X + dx, here.Y + dy};
   if (!ink) return 0;
   double least = kThickest;
-  for (const auto& [dx, dy] : {Vector{1, 0}, {0, 1}, {1, 1}, {1, -1}}) {
-    const double unit = Vector{dx, dy}.Length();
+  for (const auto& [dx, dy] : {Pixel{1, 0}, {0, 1}, {1, 1}, {1, -1}}) {
+    const double unit = dy == 0 || dx == 0 ? 1 : std::numbers::sqrt2;
     int count = 1;
     for (const int sign : {-1, 1})
-      for (int i = 1; i * unit < least && sight_.IsInk(Rounded(ink->X + sign * i * dx),
-                                                       Rounded(ink->Y + sign * i * dy));
-           ++i)
+      for (int i = 1;
+           i * unit < least && sight_.IsInk(ink->X + sign * i * dx, ink->Y + sign * i * dy); ++i)
         ++count;
     least = std::min(least, count * unit);
   }

@@ -59,6 +59,7 @@ class TracedStroke {
   std::vector<Vector> at_;
   std::optional<PlotFrame> frame_;
   std::vector<double> along_;
+  std::vector<std::size_t> beyond_;  // [k]: the first point beyond k / Size() of the length
   std::vector<double> thickness_;
   double usual_ = 0;
 };

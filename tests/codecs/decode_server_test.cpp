@@ -183,7 +183,7 @@ bool IsTrueWithoutThreads(const std::function<bool()>& work) {
 
 TEST(DecodeServer, WithoutThreadsOrMemoryFilesPicturesAreStillDecoded) {
   const Raster picture = Raster::Filled(4000, 1000, kBlackPixel);
-  PrepareToDecode(DecodersReady::None);  // what others have started is not to be had after the fork
+  PrepareToDecode(DecodersReady::None);  // they decode for this process alone
   for (const int format : {kTifFormat, kBmpFormat}) {
     const std::string bytes = *EncodePicture(format, 0, picture);
     const auto isDecoded = [&] {

@@ -82,6 +82,7 @@ TEST(Kills, LoseAtMostTheEventThatWasBeingDone) {
     const auto microseconds = static_cast<useconds_t>(random() % 3000);
     SCOPED_TRACE("kill " + std::to_string(i) + ", seed " + std::to_string(seed));
     new (work) Work;
+    PrepareToDecode(DecodersReady::None);  // they decode for this process alone
     const pid_t child = fork();
     if (child == 0) WorkUntilKilled(*work, folder.Path(), seed, byCall ? events : 0);
     while (!byCall && work->Events < events && waitpid(child, nullptr, WNOHANG) == 0) usleep(50);
