@@ -3,8 +3,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <malloc.h>
+
 #include <algorithm>
 #include <cstdlib>
+#include <random>
 
 #include "base/run_time_error.h"
 #include "codecs/bitmap_header.h"
@@ -97,6 +100,23 @@ TEST(Picbuf, LosslessTypesGiveBackEveryPixel) {
       EXPECT_EQ(loaded->Picture.Width(), p.Picture.Width());
       EXPECT_EQ(PixelsOf(loaded->Picture), PixelsOf(p.Picture)) << p.Name << ", format " << format;
     }
+}
+
+TEST(Picbuf, NothingThatWasInMemoryGetsIntoAFile) {
+  Raster picture = Raster::Filled(720, 520, kWhitePixel);
+  std::mt19937 random(7);
+  for (int dot = 0; dot < 3000; ++dot)
+    picture.Pixels()[random() % picture.PixelCount()] =
+        static_cast<std::uint32_t>(random()) | 0xff000000u;
+  for (int format = kTifFormat; format <= kPngFormat; ++format) {
+    std::vector<std::string> files;
+    for (const int filling : {0x11, 0xee}) {
+      mallopt(M_PERTURB, filling);
+      files.push_back(*EncodePicture(format, format == kTifFormat ? 1 : 80, picture));
+    }
+    mallopt(M_PERTURB, 0);
+    EXPECT_EQ(files.front(), files.back()) << format;
+  }
 }
 
 TEST(Picbuf, LossyTypesStayClose) {

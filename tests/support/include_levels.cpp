@@ -88,6 +88,7 @@ constexpr std::pair<std::string_view, std::string_view> kSystemPlaces[] = {
     {"base/lock_file.cpp", " fcntl.h sys/file.h sys/stat.h unistd.h "},
     {"base/memory_file.cpp", " fcntl.h sys/mman.h sys/stat.h unistd.h "},
     {"base/whole_file.cpp", " fcntl.h sys/file.h sys/stat.h unistd.h "},
+    {"codecs/picbuf", " malloc.h "},
     {"codecs/decoder",
      " fcntl.h linux/audit.h linux/filter.h linux/landlock.h linux/sched.h linux/seccomp.h poll.h "
      "sys/mman.h sys/prctl.h sys/resource.h sys/syscall.h sys/wait.h unistd.h "},

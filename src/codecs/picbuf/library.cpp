@@ -1,7 +1,11 @@
 #include "codecs/picbuf/library.h"
 
+#include <malloc.h>
+
 #include <algorithm>
 #include <cerrno>
+#include <cstdlib>
+#include <cstring>
 #include <mutex>
 #include <string_view>
 #include <system_error>
@@ -43,6 +47,23 @@ void KeepPictureTypesOnly() {
   for (const std::string& name : unwanted) lib::UnregisterMagickInfo(name.c_str());
 }
 
+// What the library leaves unwritten, such as the byte before a directory of TIFF, is 0 and not what
+// was in memory before.
+void* CleanMemory(std::size_t size) {
+  return std::calloc(1, size);
+}
+void* MoreCleanMemory(void* memory, std::size_t size) {
+  const std::size_t before = memory != nullptr ? malloc_usable_size(memory) : 0;
+  void* more = std::realloc(memory, size);
+  if (more == nullptr) return nullptr;
+  // There may be more than was asked for, of which the next call takes all as clean.
+  const std::size_t whole = malloc_usable_size(more);
+  if (whole <= before) return more;
+  more = std::realloc(more, whole);
+  if (more != nullptr) std::memset(static_cast<char*>(more) + before, 0, whole - before);
+  return more;
+}
+
 /// The library's own threads end the process where the system gives none.
 bool HasThreads() {
   try {
@@ -68,6 +89,7 @@ CurrentOperation::~CurrentOperation() {
 void StartLibrary() {
   static std::once_flag started;
   std::call_once(started, [] {
+    lib::MagickAllocFunctions(std::free, CleanMemory, MoreCleanMemory);
     Report report;
     lib::InitializeMagickEx(nullptr, MAGICK_OPT_NO_SIGNAL_HANDER, report);
     KeepPictureTypesOnly();
