@@ -104,6 +104,8 @@ class Run {
       }
       TakeJobs();
     }
+    for (std::size_t i = 0; i < jobs_.size(); ++i)
+      if (outcomes_[i].Picture.empty()) NoteLost(i);
     if (showsProgress_) streams_.Err << "\r\x1b[K" << std::flush;
     if (const std::string unfenced = DecodedWithinProgram(); !options_.Quiet && !unfenced.empty())
       Say(unfenced);
@@ -122,17 +124,27 @@ class Run {
 
   /// While a page's table is flushed to the disk, the worker does the next page.
   void TakeJobs() {
-    Page pages[2];
-    std::future<void> writing;
-    for (std::size_t i = next_++, turn = 0; i < jobs_.size(); i = next_++, turn = 1 - turn) {
-      Page& page = pages[turn];
-      page = {};
-      page.Error = ErrorOf([&] { Make(jobs_[i], page.Result); });
-      page.Result.Picture = {};
+    static_cast<void>(ErrorOf([this] {
+      Page pages[2];
+      std::future<void> writing;
+      for (std::size_t i = next_++, turn = 0; i < jobs_.size(); i = next_++, turn = 1 - turn) {
+        Page& page = pages[turn];
+        page = {};
+        page.Error = ErrorOf([&] { Make(jobs_[i], page.Result); });
+        page.Result.Picture = {};
+        if (writing.valid()) writing.get();
+        writing = StartBeside([this, i, &page] { Finish(i, page); });
+      }
       if (writing.valid()) writing.get();
-      writing = StartBeside([this, i, &page] { Finish(i, page); });
-    }
-    if (writing.valid()) writing.get();
+    }));
+  }
+
+  /// A worker has ended for lack of memory, and this job with it.
+  void NoteLost(std::size_t i) {
+    const JobResult none;
+    outcomes_[i] = OutcomeOf(jobs_[i], none, "out of memory");
+    ++failed_;
+    Say(jobs_[i].Name + ": out of memory");
   }
 
   template <class Work>
