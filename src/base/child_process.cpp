@@ -125,7 +125,7 @@ ChildProcess::~ChildProcess() {
 
 std::optional<ProcessEnd> ChildProcess::WaitForEnd(std::chrono::milliseconds atMost) {
   const auto last = std::chrono::steady_clock::now() + atMost;
-  while (id_ != 0) {
+  for (auto pause = 20us; id_ != 0; pause = std::min<std::chrono::microseconds>(2 * pause, 1ms)) {
     int status = 0;
     const pid_t ended = waitpid(id_, &status, WNOHANG);
     if (ended != 0 && !(ended < 0 && errno == EINTR)) {
@@ -140,8 +140,7 @@ std::optional<ProcessEnd> ChildProcess::WaitForEnd(std::chrono::milliseconds atM
     if (left <= 0ms) return {};
     // Its end closes the channel; between the two lie moments.
     pollfd channel = {.fd = channel_.Get(), .events = 0, .revents = 0};
-    if (poll(&channel, 1, static_cast<int>(left.count())) > 0)
-      std::this_thread::sleep_for(std::chrono::microseconds(20));
+    if (poll(&channel, 1, static_cast<int>(left.count())) > 0) std::this_thread::sleep_for(pause);
   }
   return end_;
 }

@@ -37,7 +37,8 @@ class ChildProcess {
   /// terminal is not for it. Nothing where the system refuses or there is no such program.
   static std::optional<ChildProcess> Start(const std::filesystem::path& program,
                                            const std::vector<std::string>& arguments);
-  /// One that another child has made, of this process (CLONE_PARENT).
+  /// One that another child has made, of this process (CLONE_PARENT). Only such an `id` will do: it
+  /// is waited for, and killed.
   ChildProcess(int id, Descriptor channel) : id_(id), channel_(std::move(channel)) {}
   ChildProcess(ChildProcess&& other) noexcept;
   ChildProcess& operator=(ChildProcess&& other) noexcept;

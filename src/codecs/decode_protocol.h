@@ -10,11 +10,11 @@ namespace graphize {
 // What the program and the processes that decode pictures for it say to each other. One of them,
 // the server, is started with the program's ModuleStamp, the path of the module that pictures are
 // read by (one of two, codecs/picture_modules.h) and the seconds of processor time that one may
-// take. It loads the module, says through its channel which layers hold (a byte), and reads
-// requests. For each it forks a decoder, whose parent is the program, and says its id (DecoderId)
-// through the channel that came with the request. The decoder fences itself in; what becomes of the
-// picture is in the request's memory files when it ends. It ends at once when the program's end of
-// that channel is closed.
+// take. It loads the module, says through its channel which layers will hold (a byte), and reads
+// requests. For each it forks a decoder, whose parent is the program. The decoder fences itself in,
+// says what it is (DecoderStart) through the channel that came with the request, and only then
+// looks into the picture. What becomes of that is in the request's memory files when it ends. It is
+// killed when the program's end of its channel is closed.
 
 /// The layers of the fence, as bits.
 enum DecodeLayer : std::uint8_t {
@@ -44,8 +44,12 @@ struct DecodeRequest {
   std::array<char, 256> Name{};  // ends with a 0; a type without a mark is known by its ending
 };
 
-/// Of a process; 0: the system gives none.
-using DecoderId = std::int32_t;
+/// The first message of a decoder, before a file could make it say anything; of the server, with an
+/// Id of 0, where the system gives no process.
+struct DecoderStart {
+  std::int32_t Id = 0;  // of the process
+  unsigned Layers = 0;  // that hold
+};
 
 /// Left: to the decoder with the picture library.
 enum class DecodeVerdict : int { None, Picture, Refused, NoMemory, Left };
@@ -54,7 +58,6 @@ enum class DecodeVerdict : int { None, Picture, Refused, NoMemory, Left };
 struct DecodeReport {
   PictureOperation Operation;
   DecodeVerdict Verdict = DecodeVerdict::None;
-  unsigned Layers = 0;        // that hold
   int Width = 0, Height = 0;  // of the picture, whose pixels then fill the memory file
   std::uint32_t TextSize = 0;
   std::array<char, 4096> Text{};  // the reason, or the warning: a deferred text

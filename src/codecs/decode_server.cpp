@@ -69,7 +69,6 @@ std::optional<ProcessEnd> WaitForEnd(ChildProcess& decoder, int seconds,
 std::unique_ptr<DecodeReport> CopyOf(const DecodeReport& shared) {
   auto copy = std::make_unique<DecodeReport>();
   copy->Verdict = shared.Verdict;
-  copy->Layers = shared.Layers;
   copy->Width = shared.Width;
   copy->Height = shared.Height;
   copy->TextSize = std::min<std::uint32_t>(shared.TextSize, sizeof shared.Text);
@@ -77,7 +76,37 @@ std::unique_ptr<DecodeReport> CopyOf(const DecodeReport& shared) {
   return copy;
 }
 
+DecoderStart Started(const Descriptor& channel) {
+  DecoderStart start;
+  const bool isWhole = Receive(channel, {reinterpret_cast<char*>(&start), sizeof start}, {});
+  return isWhole ? start : DecoderStart();
+}
+
+/// A decoder that has not said yet who it is, and is wanted no more. It is ended when it does.
+class DecoderToCome {
+ public:
+  DecoderToCome(Descriptor channel, std::chrono::milliseconds atMost)
+      : channel_(std::move(channel)), atMost_(atMost) {}
+  DecoderToCome(DecoderToCome&&) = default;
+  DecoderToCome& operator=(DecoderToCome&&) = delete;
+  ~DecoderToCome() {
+    if (!channel_.IsOpen() || !IsReadable(channel_, atMost_)) return;
+    if (const DecoderStart start = Started(channel_); start.Id > 0)
+      ChildProcess(start.Id, std::move(channel_)).Kill();
+  }
+
+ private:
+  Descriptor channel_;
+  std::chrono::milliseconds atMost_;
+};
+
 }  // namespace
+
+void ThrowShortage() {
+  throw RunTimeError(
+      "The system has no process, no memory or no more open files to decode it with. Please close "
+      "something and open it again.");
+}
 
 std::string MissingProtection(unsigned layers) {
   if (layers == kAllLayers) return {};
@@ -97,9 +126,7 @@ std::string MissingProtection(unsigned layers) {
 }
 
 DecodeServer::DecodeServer(DecoderProgram program)
-    : program_(std::move(program)),
-      lastStart_(Clock::now() + program_.LongestStart),
-      started_(StartBeside([this] {
+    : program_(std::move(program)), started_(StartBeside([this] {
         return ChildProcess::Start(program_.Program, {ModuleStamp(), program_.Module.string(),
                                                       std::to_string(program_.Seconds)});
       })) {}
@@ -111,6 +138,7 @@ std::optional<unsigned> DecodeServer::Layers(std::chrono::milliseconds atMost) {
   if (started_.valid()) {
     if (started_.wait_for(atMost) == std::future_status::timeout) return {};
     process_ = started_.get();
+    lastStart_ = Clock::now() + program_.LongestStart;
   }
   if (process_ && !IsReadable(process_->Channel(), atMost)) {
     if (Clock::now() < lastStart_) return {};
@@ -139,9 +167,10 @@ Decoded DecodeServer::Decode(const std::string& name, const Descriptor& file,
                              std::uintmax_t fileSize, const PictureProgress& progress) {
   Descriptor pixels = NewMemoryFile();
   const Descriptor reportFile = NewMemoryFile();
-  if (!pixels.IsOpen() || !reportFile.IsOpen() ||
+  ChannelEnds channel = NewChannel();
+  if (!pixels.IsOpen() || !reportFile.IsOpen() || !channel.Ours.IsOpen() ||
       !ResizeMemoryFile(reportFile, sizeof(DecodeReport)) || !FixSize(reportFile))
-    throw std::bad_alloc();
+    ThrowShortage();
   const Mapping shared(reportFile, sizeof(DecodeReport), Mapping::Access::Write);
   if (shared.Data() == nullptr) throw std::bad_alloc();
   const auto& report = *new (shared.Data()) DecodeReport;
@@ -151,20 +180,24 @@ Decoded DecodeServer::Decode(const std::string& name, const Descriptor& file,
   // Its end tells the type.
   const std::size_t size = std::min(name.size(), request.Name.size() - 1);
   std::copy(name.end() - static_cast<std::ptrdiff_t>(size), name.end(), request.Name.begin());
-  ChannelEnds channel = NewChannel();
   if (!Send(process_->Channel(), BytesOf(request), {&channel.Theirs, &file, &pixels, &reportFile}))
     return {};
   channel.Theirs = {};
-  DecoderId id = 0;
   for (const auto last = Clock::now() + program_.LongestStart;
        !IsReadable(channel.Ours, kBetweenProgress);) {
-    if (progress && !progress(0)) return {.End = DecodeEnd::Stopped};
+    if (progress && !progress(0)) {
+      FreeBeside(DecoderToCome(std::move(channel.Ours), program_.LongestStart));
+      return {.End = DecodeEnd::Stopped};
+    }
     if (Clock::now() < last) continue;
-    doesNotStart_ = true;
+    if (!hasForked_) doesNotStart_ = true;
     return {};
   }
-  if (!Receive(channel.Ours, {reinterpret_cast<char*>(&id), sizeof id}, {}) || id <= 0) return {};
-  ChildProcess decoder(id, std::move(channel.Ours));
+  const DecoderStart start = Started(channel.Ours);
+  if (start.Id <= 0) return {};
+  hasForked_ = true;
+  layers_ = (start.Layers & kAllLayers) | kApart;
+  ChildProcess decoder(start.Id, std::move(channel.Ours));
   const auto end = WaitForEnd(decoder, program_.Seconds, report.Operation, progress);
   if (!end) {
     FreeBeside(std::move(decoder), std::move(pixels));
@@ -175,9 +208,10 @@ Decoded DecodeServer::Decode(const std::string& name, const Descriptor& file,
   const auto result = CopyOf(report);
   const bool isWhole = end->Signal == 0 && end->Code == 0;
   const bool isLeft = result->Verdict == DecodeVerdict::Left;
-  if (!isWhole || result->Verdict == DecodeVerdict::None || (isLeft && !program_.LeavesFiles))
+  if (!isWhole || result->Verdict == DecodeVerdict::None || (isLeft && !program_.LeavesFiles)) {
+    isSpent_ = true;
     ThrowEnd(*end, program_.Seconds);
-  layers_ = (layers_ & result->Layers) | kApart;
+  }
   if (isLeft) return {.End = DecodeEnd::Left};
   if (result->Verdict == DecodeVerdict::NoMemory) throw std::bad_alloc();
   const std::string text = TranslateDeferred({result->Text.data(), result->TextSize});

@@ -23,6 +23,9 @@ struct DecoderProgram {
   std::chrono::milliseconds LongestStart{15'000};  // a disk that must wake up first
 };
 
+/// RunTimeError: for now, the system lacks what a picture is decoded with.
+[[noreturn]] void ThrowShortage();
+
 /// What a picture may do where only these layers (DecodeLayer, 0: no process) hold, in a sentence
 /// in plain words; empty where all do.
 std::string MissingProtection(unsigned layers);
@@ -42,13 +45,18 @@ class DecodeServer {
   /// Starts it, on a thread beside.
   explicit DecodeServer(DecoderProgram program);
 
-  /// The layers that hold in its decoders (DecodeLayer), by the latest one, once it is ready, for
-  /// which this waits at most so long; nothing until then. 0 where there is no process, and when it
-  /// ended before or was ended because it did not get ready. RunTimeError when it is not of this
-  /// build or its module cannot be loaded.
+  /// The layers that hold in its decoders (DecodeLayer), or in the latest one, once it is ready,
+  /// for which this waits at most so long; nothing until then. 0 where there is no process, and
+  /// when it ended before or was ended because it did not get ready. RunTimeError when it is not of
+  /// this build or its module cannot be loaded.
   std::optional<unsigned> Layers(std::chrono::milliseconds atMost);
-  /// It did not get ready, or forked nothing, in all the time it has for that.
+  /// It did not get ready, or gave the first picture no decoder, in all the time it has for that.
   bool DoesNotStart() const { return doesNotStart_; }
+  /// A file has broken one of its decoders. All of them have the same addresses and stack guards,
+  /// which the next attempt is not to know.
+  bool IsSpent() const { return isSpent_; }
+  /// It has given a picture its decoder.
+  bool HasForked() const { return hasForked_; }
 
   /// Decodes the open file of `fileSize` bytes, in a process of its own, until `progress` stops it;
   /// only where layers hold. RunTimeError with the reason alone: the decoder's, or how it ended.
@@ -60,12 +68,12 @@ class DecodeServer {
   static constexpr unsigned kUnknown = kAllLayers + 1;
 
   const DecoderProgram program_;
-  const Clock::time_point lastStart_;
   std::mutex starting_;
   std::future<std::optional<ChildProcess>> started_;
   std::optional<ChildProcess> process_;  // unchanged once the layers are known
+  Clock::time_point lastStart_;
   std::atomic<unsigned> layers_ = kUnknown;
-  std::atomic<bool> doesNotStart_ = false;
+  std::atomic<bool> doesNotStart_ = false, hasForked_ = false, isSpent_ = false;
 };
 
 }  // namespace graphize

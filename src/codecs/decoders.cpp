@@ -1,5 +1,7 @@
 #include "codecs/decoders.h"
 
+#include <exception>
+
 #include "base/memory_file.h"
 #include "base/run_time_error.h"
 #include "raster/size_limits.h"
@@ -28,33 +30,49 @@ void Decoders::StartAhead(DecoderKind kind) {
 void Decoders::EndAll() {
   std::array<std::shared_ptr<DecodeServer>, 2> ended;
   const std::lock_guard lock(mutex_);
-  for (std::size_t i = 0; i < kinds_.size(); ++i) ended[i].swap(kinds_[i].Server);
+  for (std::size_t i = 0; i < kinds_.size(); ++i) {
+    ended[i].swap(kinds_[i].Server);
+    kinds_[i].Layers = kUnknown;
+    kinds_[i].DoesNotStart = false;
+  }
+  hadProcess_ = false;
 }
 
 Decoded Decoders::Decode(DecoderKind kind, const std::string& name, const Descriptor& file,
                          std::uintmax_t fileSize, const PictureProgress& progress) {
+  constexpr auto kBetweenProgress = 15ms;
   Kind& of = Of(kind);
   for (bool isLast = false; !isLast && !of.DoesNotStart && HasMemoryFiles();) {
     const auto [server, isNew] = ServerOf(of);
     isLast = isNew;  // else it may have been ended since, for lack of memory
     std::optional<unsigned> layers;
     try {
-      while (!(layers = server->Layers(15ms)))
+      while (!(layers = server->Layers(kBetweenProgress)))
         if (progress && !progress(0)) return {.End = DecodeEnd::Stopped};
-    } catch (const RunTimeError&) {
-      Drop(of, server);
+      if (*layers != 0) {
+        of.Layers = *layers;
+        Decoded decoded = server->Decode(name, file, fileSize, progress);
+        if (decoded.End != DecodeEnd::NoProcess) {
+          of.Layers = server->Layers({}).value_or(0);
+          if (server->HasForked()) hadProcess_ = true;
+          return decoded;
+        }
+      }
+    } catch (const std::exception&) {
+      if (server->HasForked()) hadProcess_ = true;
+      if (!server->HasForked() || server->IsSpent()) Drop(of, server);
       throw;
-    }
-    if (*layers != 0) {
-      Decoded decoded = server->Decode(name, file, fileSize, progress);
-      of.Layers = server->Layers(0ms).value_or(0);
-      if (decoded.End != DecodeEnd::NoProcess) return decoded;
     }
     if (server->DoesNotStart()) of.DoesNotStart = true;
     Drop(of, server);
   }
   NoteNone(kind);
   return {};
+}
+
+void Decoders::NoteNone(DecoderKind kind) {
+  if (hadProcess_) ThrowShortage();
+  Of(kind).Layers = 0;
 }
 
 std::optional<unsigned> Decoders::Layers() {
@@ -76,7 +94,7 @@ std::optional<unsigned> Decoders::Layers() {
   return common >= kUnknown ? std::nullopt : std::optional(common);
 }
 
-Decoders::Server Decoders::ServerOf(Kind& kind) {
+std::pair<std::shared_ptr<DecodeServer>, bool> Decoders::ServerOf(Kind& kind) {
   const std::lock_guard lock(mutex_);
   const bool isNew = !kind.Server;
   if (isNew) kind.Server = std::make_shared<DecodeServer>(kind.Program);

@@ -27,16 +27,17 @@ class Decoders {
 
   /// Starts the server of this kind, which stays; does not wait for it.
   void StartAhead(DecoderKind kind);
-  /// Ends all servers. The next picture starts its own.
+  /// Ends all servers, and all is as it was at first.
   void EndAll();
 
   /// As DecodeServer::Decode and Layers. It starts what is not there, and again, once, what has
-  /// ended; a program that does not get ready is not started again.
+  /// ended; a program that does not get ready is not started again. NoProcess as by NoteNone.
   Decoded Decode(DecoderKind kind, const std::string& name, const Descriptor& file,
                  std::uintmax_t fileSize, const PictureProgress& progress);
 
-  /// There is none for a picture.
-  void NoteNone(DecoderKind kind) { Of(kind).Layers = 0; }
+  /// There is no process for a picture. RunTimeError where there has been one: it is a shortage,
+  /// which a file may have brought about to have the next one decoded within the program.
+  void NoteNone(DecoderKind kind);
   /// A picture is decoded within this program for lack of one.
   void NoteDecodedWithin() { wasDecodedWithin_ = true; }
   bool WasDecodedWithin() const { return wasDecodedWithin_; }
@@ -54,18 +55,15 @@ class Decoders {
     std::atomic<unsigned> Layers = kUnknown;
     std::atomic<bool> DoesNotStart = false;
   };
-  struct Server {
-    std::shared_ptr<DecodeServer> Process;
-    bool IsNew = false;
-  };
-
   Kind& Of(DecoderKind kind) { return kinds_[static_cast<std::size_t>(kind)]; }
-  Server ServerOf(Kind& kind);
+  /// And whether it has just been started.
+  std::pair<std::shared_ptr<DecodeServer>, bool> ServerOf(Kind& kind);
   /// The next picture has another one.
   void Drop(Kind& kind, const std::shared_ptr<DecodeServer>& server);
 
   std::mutex mutex_;  // of the servers' pointers; none ends under it
   std::array<Kind, 2> kinds_;
+  std::atomic<bool> hadProcess_ = false;
   std::atomic<bool> wasDecodedWithin_ = false;
 };
 

@@ -41,9 +41,9 @@ std::optional<LoadedPicture> DecodePictureHere(const std::string& name, const st
                                                const PictureProgress& progress = {},
                                                DecodeBy by = DecodeBy::Fastest);
 
-/// The processes by which pictures are decoded, as they wait from here on: starting one takes as
-/// long as decoding a small picture. One that a picture has started waits, too. Usual: for the
-/// types that have readers of their own.
+/// Starts what decodes pictures before there is one, which takes as long as decoding a small one;
+/// what is not started here, the first picture starts that needs it. Usual: for the types that have
+/// readers of their own. None ends it all: a process that is forked of this one cannot use it.
 enum class DecodersReady { None, Usual, All };
 void PrepareToDecode(DecodersReady which = DecodersReady::All);
 

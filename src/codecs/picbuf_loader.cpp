@@ -285,10 +285,16 @@ std::optional<LoadedPicture> DecodePictureHere(const std::string& name, const st
 
 void PrepareToDecode(DecodersReady which) {
   try {
-    Decoders& decoders = AllDecoders();
-    if (which == DecodersReady::None) decoders.EndAll();
-    if (which != DecodersReady::None) decoders.StartAhead(DecoderKind::Direct);
-    if (which == DecodersReady::All) decoders.StartAhead(DecoderKind::Library);
+    switch (which) {
+      case DecodersReady::None:
+        AllDecoders().EndAll();
+        break;
+      case DecodersReady::All:
+        AllDecoders().StartAhead(DecoderKind::Library);
+        [[fallthrough]];
+      case DecodersReady::Usual:
+        AllDecoders().StartAhead(DecoderKind::Direct);
+    }
   } catch (const std::exception&) {
     // A program that is not complete says so when there is a picture.
   }

@@ -64,7 +64,8 @@ class Batch : public ::testing::Test {
 };
 
 TEST_F(Batch, TellThatPicturesAreDecodedWithoutAProcess) {
-  const test::FullDisk none(0);  // nor a file in memory, which a process needs
+  PrepareToDecode(DecodersReady::None);  // nor has there been any
+  const test::FullDisk none(0);          // nor a file in memory, which a process needs
   for (const Words& words : {Words{"axes", Pendulum()}, OnPendulum({"--trace=76,58", "-o", "-"})}) {
     isFenceTold = false;
     EXPECT_EQ(Run(words), 0) << err.str();

@@ -97,6 +97,7 @@ TEST(DecodeServer, WhateverADecoderDoesIsOneMessage) {
                         {"negative", kBroke},
                         {"left", kBroke},
                         {"speak", "Bad file descriptor"},
+                        {"lie", "a picture "},
                         {"terminate", "from outside (signal 15)"},
                         {"killed", "short of memory, or by somebody"},
                         {"loop", kTooLong, kLimits},
@@ -148,17 +149,19 @@ TEST(DecodeServer, WhatItsParentLacksTakesNoLayerAway) {
 TEST(DecodeServer, EndsWithTheProgram) {
   PrepareToDecode(DecodersReady::None);  // of others, no process ends here
   prctl(PR_SET_CHILD_SUBREAPER, 1);      // so that their ends are told here
-  const pid_t program = fork();
-  if (program == 0) {
-    Told("loop", Planted(), [](int percent) { return percent == 0 || raise(SIGKILL) == 0; });
-    _exit(0);
-  }
-  int status = 0;
-  ASSERT_EQ(waitpid(program, &status, 0), program);
-  EXPECT_TRUE(WIFSIGNALED(status));
-  for (int process = 0; process < 2; ++process) {
-    ASSERT_GT(waitpid(-1, &status, 0), 0) << "the server and its decoder";
-    EXPECT_TRUE(WIFEXITED(status) || WTERMSIG(status) == SIGIO) << "not by the limit of time";
+  for (const char* word : {"loop", "ignore"}) {
+    const pid_t program = fork();
+    if (program == 0) {
+      Told(word, Planted(), [](int percent) { return percent == 0 || raise(SIGKILL) == 0; });
+      _exit(0);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(program, &status, 0), program);
+    EXPECT_TRUE(WIFSIGNALED(status));
+    for (int process = 0; process < 2; ++process) {
+      ASSERT_GT(waitpid(-1, &status, 0), 0) << "the server and its decoder";
+      EXPECT_TRUE(WIFEXITED(status) || WTERMSIG(status) == SIGKILL) << "not by the limit of time";
+    }
   }
   prctl(PR_SET_CHILD_SUBREAPER, 0);
 }
@@ -183,8 +186,8 @@ bool IsTrueWithoutThreads(const std::function<bool()>& work) {
 
 TEST(DecodeServer, WithoutThreadsOrMemoryFilesPicturesAreStillDecoded) {
   const Raster picture = Raster::Filled(4000, 1000, kBlackPixel);
-  PrepareToDecode(DecodersReady::None);  // they decode for this process alone
   for (const int format : {kTifFormat, kBmpFormat}) {
+    PrepareToDecode(DecodersReady::None);  // they decode for this process alone
     const std::string bytes = *EncodePicture(format, 0, picture);
     const auto isDecoded = [&] {
       const auto loaded = DecodePicture("a", bytes, [](int) { return true; });
@@ -199,6 +202,8 @@ TEST(DecodeServer, WithoutThreadsOrMemoryFilesPicturesAreStillDecoded) {
   EXPECT_TRUE(DecodePicture("a", bytes));
   EXPECT_EQ(MissingDecodeProtection(), MissingProtection(LayersOfTheKernel()));
   EXPECT_THAT(DecodedWithinProgram(), HasSubstr("within this program")) << "what was is told";
+  const test::FullDisk none(0);
+  EXPECT_THROW(DecodePicture("a", bytes), RunTimeError) << "a file may have brought it about";
 }
 
 TEST(DecodeServer, EscapeEndsItWhateverItDoes) {

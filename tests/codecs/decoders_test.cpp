@@ -12,7 +12,7 @@
 #include "support/planted_decoder.h"
 #include "support/temporary_folder.h"
 
-// The processes that decode wait for pictures, and others take the place of those that have ended.
+// Servers are started once, and again where one has ended.
 
 namespace graphize {
 namespace {
@@ -24,8 +24,7 @@ using testing::AllOf;
 using testing::HasSubstr;
 
 Decoded Decode(Decoders& decoders, DecoderKind kind = DecoderKind::Direct,
-               const PictureProgress& progress = {}) {
-  const std::string word = "nothing";
+               const PictureProgress& progress = {}, const std::string& word = "nothing") {
   const Descriptor file = NewMemoryFile();
   FillMemoryFile(file, word);
   return decoders.Decode(kind, "a", file, word.size(), progress);
@@ -73,9 +72,9 @@ TEST(Decoders, AServerStaysForAllPicturesUntilItIsEnded) {
 
 TEST(Decoders, AServerThatHasDiedIsReplaced) {
   const test::TemporaryFolder folder;
-  DecoderProgram program =
-      Script(folder, "if mkdir '" + (folder / "died").string() +
-                         "'; then printf '\\017' >&3; exit; fi; exec " PLANTED_DECODER " \"$@\"");
+  DecoderProgram program = Script(
+      folder, "if mkdir '" + (folder / "died").string() +
+                  "' 2>&-; then printf '\\017' >&3; exit; fi; exec " PLANTED_DECODER " \"$@\"");
   program.Module = std::to_string(kApart | kLimits);
   Decoders decoders(program, Planted());
   decoders.StartAhead(DecoderKind::Direct);
@@ -83,6 +82,27 @@ TEST(Decoders, AServerThatHasDiedIsReplaced) {
   EXPECT_EQ(decoders.Layers(), kAllLayers);
   EXPECT_EQ(Decode(decoders).End, DecodeEnd::Picture);
   EXPECT_EQ(decoders.Layers(), LayersOfTheKernel() & (kApart | kLimits));
+}
+
+TEST(Decoders, AFileThatBreaksItsDecoderGetsNoneWithinTheProgram) {
+  const test::TemporaryFolder folder;
+  const DecoderProgram program =
+      Script(folder, "if mkdir '" + (folder / "started").string() +
+                         "' 2>&-; then exec " PLANTED_DECODER " \"$@\"; fi");
+  Decoders decoders(program, Planted());
+  const auto reason = [&](const std::string& word) -> std::string {
+    try {
+      Decode(decoders, DecoderKind::Direct, {}, word);
+    } catch (const RunTimeError& error) {
+      return error.what();
+    }
+    return "none";
+  };
+  EXPECT_EQ(reason("nothing"), "none");
+  EXPECT_THAT(reason("text"), HasSubstr("3 x"));
+  EXPECT_EQ(reason("nothing"), "none") << "a file that is refused breaks nothing";
+  EXPECT_THAT(reason("abort"), HasSubstr("broke the decoder"));
+  EXPECT_THAT(reason("nothing"), HasSubstr("no process")) << "the server has gone, too";
 }
 
 TEST(Decoders, AProgramThatIsNotCompleteIsNotToldAsASystemThatAllowsNoProcess) {

@@ -137,24 +137,27 @@ void Decode(const DecodeRequest& request, const Descriptor& file, const Descript
   report.Verdict = DecodeVerdict::Picture;
 }
 
-/// Has the system end this process when nobody has the other end of the channel any more, by the
-/// signal (SIGIO) that something has happened to it: nothing is sent there.
+/// Has the system kill this process when nobody has the other end of the channel any more: by the
+/// signal that something has happened to it, because nothing is sent there.
 void EndWith(const Descriptor& channel) {
-  fcntl(channel.Get(), F_SETOWN, getpid());
-  fcntl(channel.Get(), F_SETFL, O_ASYNC);
-  pollfd closed = {.fd = channel.Get(), .events = 0, .revents = 0};
-  if (poll(&closed, 1, 0) != 0) _exit(0);
+  const int file = channel.Get();
+  if (fcntl(file, F_SETOWN, getpid()) != 0 || fcntl(file, F_SETSIG, SIGKILL) != 0 ||
+      fcntl(file, F_SETFL, O_ASYNC) != 0)
+    _exit(1);
+  pollfd closed = {.fd = file, .events = 0, .revents = 0};
+  if (poll(&closed, 1, 0) > 0) _exit(0);
 }
 
 [[noreturn]] void ServeOnePicture(const DecodeRequest& request, std::span<const Descriptor> files,
                                   const std::function<unsigned()>& confine,
                                   const Decoding& decode) {
+  setpgid(0, 0);  // whatever it does to its group, it does not do to the server
   EndWith(files[kChannelFile]);
-  const unsigned layers = confine();
+  const DecoderStart start{.Id = getpid(), .Layers = confine()};
+  if (write(files[kChannelFile].Get(), &start, sizeof start) != sizeof start) _exit(1);
   const Mapping shared(files[kReportFile], sizeof(DecodeReport), Mapping::Access::Write);
   if (shared.Data() == nullptr) _exit(1);
   auto& report = *static_cast<DecodeReport*>(shared.Data());
-  report.Layers = layers;
   try {
     Decode(request, files[kPictureFile], files[kPixelFile], decode, report);
   } catch (const RunTimeError& error) {
@@ -170,7 +173,8 @@ void EndWith(const Descriptor& channel) {
 }
 
 /// As fork(), but the new process is the parent's child, as this one is: the parent waits for it
-/// and ends it. What fork() does beside is for processes of several threads.
+/// and ends it. The C library is not told, which is for those who have threads or handlers of
+/// fork().
 pid_t ForkForParent() {
   return static_cast<pid_t>(syscall(SYS_clone, CLONE_PARENT | SIGCHLD, 0, 0, 0, 0));
 }
@@ -196,13 +200,13 @@ int ServeDecoders(const std::function<unsigned()>& confine, const Decoding& deco
     std::array<Descriptor, kRequestFiles> files;
     if (!Receive(channel, {reinterpret_cast<char*>(&request), sizeof request}, files)) return 0;
     request.Name.back() = '\0';
-    DecoderId id = ForkForParent();
+    const pid_t id = ForkForParent();
     if (id == 0) {
       channel = {};
       ServeOnePicture(request, files, confine, decode);
     }
-    id = std::max(id, 0);
-    Send(files[kChannelFile], {reinterpret_cast<const char*>(&id), sizeof id}, {});
+    const DecoderStart none;
+    if (id < 0) Send(files[kChannelFile], {reinterpret_cast<const char*>(&none), sizeof none}, {});
   }
 }
 

@@ -72,6 +72,15 @@ std::optional<LoadedPicture> DoAsTold(const std::string& name, std::string_view 
                              MAP_PRIVATE | MAP_ANONYMOUS, -1, 0) == MAP_FAILED)
     ThrowLastError();
   if (word == "speak" && write(kChannelOfChild, "", 1) < 0) ThrowLastError();
+  if (word == "lie") {
+    const DecoderStart other{.Id = 1};
+    if (write(kChannelOfChild + 1, &other, sizeof other) < 0) ThrowLastError();
+  }
+  if (word == "ignore") {
+    std::signal(SIGIO, SIG_IGN);
+    operation.Percent = 50;
+    while (true) pause();
+  }
   if (word == "leave") _exit(0);
   if (word == "left") return {};
   if (word == "small" && ftruncate(kPixels, 4) != 0) ThrowLastError();
