@@ -78,7 +78,8 @@ void WriteOpenRows(const std::filesystem::path& programs) {
   WriteRow("peak memory of that, the window's process, largest of them", "one raster", "",
            PeakInRasters(programs), 1.1);
   const Compared small = SmallPicture();
-  WriteRow("a small picture, the server of decoders started ahead", "the picture library within the program",
+  WriteRow("a small picture, the server of decoders started ahead",
+           "the picture library within the program",
            Milliseconds(small.Ours) + " / " + Milliseconds(small.Floor),
            1000 * (small.Ours - small.Floor), 5, " ms");
   double escape = 0;
