@@ -21,8 +21,6 @@ namespace {
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
-constexpr auto kBetweenProgress = 15ms;
-
 std::string_view BytesOf(const DecodeRequest& request) {
   return {reinterpret_cast<const char*>(&request), sizeof request};
 }
@@ -185,11 +183,10 @@ Decoded DecodeServer::Decode(const std::string& name, const Descriptor& file,
   channel.Theirs = {};
   for (const auto last = Clock::now() + program_.LongestStart;
        !IsReadable(channel.Ours, kBetweenProgress);) {
-    if (progress && !progress(0)) {
-      FreeBeside(DecoderToCome(std::move(channel.Ours), program_.LongestStart));
-      return {.End = DecodeEnd::Stopped};
-    }
-    if (Clock::now() < last) continue;
+    const bool isStopped = progress && !progress(0);
+    if (!isStopped && Clock::now() < last) continue;
+    FreeBeside(DecoderToCome(std::move(channel.Ours), program_.LongestStart));
+    if (isStopped) return {.End = DecodeEnd::Stopped};
     if (!hasForked_) doesNotStart_ = true;
     return {};
   }
@@ -208,10 +205,12 @@ Decoded DecodeServer::Decode(const std::string& name, const Descriptor& file,
   const auto result = CopyOf(report);
   const bool isWhole = end->Signal == 0 && end->Code == 0;
   const bool isLeft = result->Verdict == DecodeVerdict::Left;
-  if (!isWhole || result->Verdict == DecodeVerdict::None || (isLeft && !program_.LeavesFiles)) {
+  const auto throwBroken = [&] {
     isSpent_ = true;
     ThrowEnd(*end, program_.Seconds);
-  }
+  };
+  if (!isWhole || result->Verdict == DecodeVerdict::None || (isLeft && !program_.LeavesFiles))
+    throwBroken();
   if (isLeft) return {.End = DecodeEnd::Left};
   if (result->Verdict == DecodeVerdict::NoMemory) throw std::bad_alloc();
   const std::string text = TranslateDeferred({result->Text.data(), result->TextSize});
@@ -222,7 +221,7 @@ Decoded DecodeServer::Decode(const std::string& name, const Descriptor& file,
       SizeOfMemoryFile(pixels) != sizeof(std::uint32_t) * static_cast<std::size_t>(result->Width) *
                                       static_cast<std::size_t>(result->Height) ||
       !FixSize(pixels))
-    ThrowEnd(*end, program_.Seconds);
+    throwBroken();
   loaded.Picture = MapRaster(pixels, result->Width, result->Height);
   if (loaded.Picture.IsEmpty()) throw std::bad_alloc();
   loaded.Warning = text;

@@ -40,13 +40,12 @@ void Decoders::EndAll() {
 
 Decoded Decoders::Decode(DecoderKind kind, const std::string& name, const Descriptor& file,
                          std::uintmax_t fileSize, const PictureProgress& progress) {
-  constexpr auto kBetweenProgress = 15ms;
   Kind& of = Of(kind);
   for (bool isLast = false; !isLast && !of.DoesNotStart && HasMemoryFiles();) {
     const auto [server, isNew] = ServerOf(of);
     isLast = isNew;  // else it may have been ended since, for lack of memory
-    std::optional<unsigned> layers;
     try {
+      std::optional<unsigned> layers;
       while (!(layers = server->Layers(kBetweenProgress)))
         if (progress && !progress(0)) return {.End = DecodeEnd::Stopped};
       if (*layers != 0) {

@@ -70,8 +70,7 @@ class FileChecksum {
 
   /// Nothing when `progress` stopped it.
   std::optional<std::uint32_t> Get(const PictureProgress& progress) {
-    while (progress &&
-           result_.wait_for(std::chrono::milliseconds(15)) == std::future_status::timeout)
+    while (progress && result_.wait_for(kBetweenProgress) == std::future_status::timeout)
       if (!progress(100)) return {};
     return result_.get();
   }

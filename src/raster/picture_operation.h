@@ -19,6 +19,8 @@ namespace graphize {
 /// Told how far the work is, 0 to 100 percent, every few hundredths of a second on the caller's own
 /// thread, where it may pump; returns false to stop the work.
 using PictureProgress = std::function<bool(int percent)>;
+/// How long whoever waits for work beside waits at a time.
+inline constexpr std::chrono::milliseconds kBetweenProgress{15};
 
 /// Whether a piece of work is to stop. Counts how often the work looks, because how much is done
 /// between two looks is how long Escape waits.
@@ -67,7 +69,7 @@ auto RunBeside(const PictureProgress& progress, const Work& work) {
     PictureOperation& Running;
     ~StopOnThrow() { Running.Stopped = true; }
   } stop{operation};
-  while (result.wait_for(std::chrono::milliseconds(15)) == std::future_status::timeout)
+  while (result.wait_for(kBetweenProgress) == std::future_status::timeout)
     if (!progress(operation.Percent)) operation.Stopped = true;
   return result.get();
 }

@@ -58,7 +58,7 @@ auto RunOn(WorkerThread& thread, const PictureProgress& progress,
     ~StopOnThrow() { Running.Stopped = true; }
   } stop{*operation};
   Clock::time_point stoppedAt;
-  while (progress && result.wait_for(std::chrono::milliseconds(15)) != std::future_status::ready) {
+  while (progress && result.wait_for(kBetweenProgress) != std::future_status::ready) {
     if (operation->Stopped && Clock::now() - stoppedAt > patience) return std::nullopt;
     if (progress(operation->Percent) || operation->Stopped) continue;
     operation->Stopped = true;

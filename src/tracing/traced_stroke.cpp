@@ -47,11 +47,12 @@ Vector TracedStroke::AtLength(double length) const {
   if (length <= 0) return at_.front();
   if (!(length < Length())) return at_.back();
   const auto k = static_cast<std::size_t>(length / Length() * static_cast<double>(Size()));
-  const auto between = [this](std::size_t at) {
+  const auto beyond = [this](std::size_t at) {
     return along_.begin() + static_cast<std::ptrdiff_t>(beyond_[at]);
   };
-  const auto next = std::upper_bound(between(k > 1 ? k - 2 : 0),
-                                     k + 2 < Size() ? between(k + 2) : along_.end(), length);
+  // A part more on either side, for `k` is rounded.
+  const auto next = std::upper_bound(beyond(k > 1 ? k - 2 : 0),
+                                     k + 2 < Size() ? beyond(k + 2) : along_.end(), length);
   const auto i = static_cast<std::size_t>(next - along_.begin());
   const double part = (length - along_[i - 1]) / (along_[i] - along_[i - 1]);
   return at_[i - 1] + part * (at_[i] - at_[i - 1]);

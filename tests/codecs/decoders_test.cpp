@@ -85,24 +85,26 @@ TEST(Decoders, AServerThatHasDiedIsReplaced) {
 }
 
 TEST(Decoders, AFileThatBreaksItsDecoderGetsNoneWithinTheProgram) {
-  const test::TemporaryFolder folder;
-  const DecoderProgram program =
-      Script(folder, "if mkdir '" + (folder / "started").string() +
-                         "' 2>&-; then exec " PLANTED_DECODER " \"$@\"; fi");
-  Decoders decoders(program, Planted());
-  const auto reason = [&](const std::string& word) -> std::string {
-    try {
-      Decode(decoders, DecoderKind::Direct, {}, word);
-    } catch (const RunTimeError& error) {
-      return error.what();
-    }
-    return "none";
-  };
-  EXPECT_EQ(reason("nothing"), "none");
-  EXPECT_THAT(reason("text"), HasSubstr("3 x"));
-  EXPECT_EQ(reason("nothing"), "none") << "a file that is refused breaks nothing";
-  EXPECT_THAT(reason("abort"), HasSubstr("broke the decoder"));
-  EXPECT_THAT(reason("nothing"), HasSubstr("no process")) << "the server has gone, too";
+  for (const char* breaks : {"abort", "negative"}) {
+    const test::TemporaryFolder folder;
+    const DecoderProgram program =
+        Script(folder, "if mkdir '" + (folder / "started").string() +
+                           "' 2>&-; then exec " PLANTED_DECODER " \"$@\"; fi");
+    Decoders decoders(program, Planted());
+    const auto reason = [&](const std::string& word) -> std::string {
+      try {
+        Decode(decoders, DecoderKind::Direct, {}, word);
+      } catch (const RunTimeError& error) {
+        return error.what();
+      }
+      return "none";
+    };
+    EXPECT_EQ(reason("nothing"), "none");
+    EXPECT_THAT(reason("text"), HasSubstr("3 x"));
+    EXPECT_EQ(reason("nothing"), "none") << "a file that is refused breaks nothing";
+    EXPECT_THAT(reason(breaks), HasSubstr("broke the decoder"));
+    EXPECT_THAT(reason("nothing"), HasSubstr("no process")) << "the server has gone, too";
+  }
 }
 
 TEST(Decoders, AProgramThatIsNotCompleteIsNotToldAsASystemThatAllowsNoProcess) {
