@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sched.h>
 #include <signal.h>
 #include <spawn.h>
 #include <sys/socket.h>
@@ -151,6 +152,16 @@ void ChildProcess::Kill() {
   while (waitpid(id_, nullptr, 0) < 0 && errno == EINTR) continue;
   id_ = 0;
   end_ = {.Signal = SIGKILL};
+}
+
+void ChildProcess::CallToThisCore() const {
+  cpu_set_t cores;
+  const int core = sched_getcpu();
+  // Not where there are more than a set can tell: the child would not find out which it may use.
+  if (id_ == 0 || core < 0 || sched_getaffinity(id_, sizeof cores, &cores) != 0) return;
+  CPU_ZERO(&cores);
+  CPU_SET(core, &cores);
+  sched_setaffinity(id_, sizeof cores, &cores);
 }
 
 void FillStandardStreams() {

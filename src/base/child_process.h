@@ -49,6 +49,10 @@ class ChildProcess {
   std::optional<ProcessEnd> WaitForEnd(std::chrono::milliseconds atMost);
   /// At once, whatever it does.
   void Kill();
+  /// Has it go on on the core that this thread is on, and on no other until it chooses so itself.
+  /// For a thread that waits for it then: it goes on at once, with what the cache holds, and does
+  /// not wait for a core that is busy while this one is free.
+  void CallToThisCore() const;
 
  private:
   int id_ = 0;      // 0: it has ended

@@ -1,6 +1,7 @@
 #include "batch/run_jobs.h"
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <exception>
 #include <future>
@@ -11,6 +12,7 @@
 #include <set>
 #include <system_error>
 #include <thread>
+#include <utility>
 
 #include "base/numbers.h"
 #include "base/run_time_error.h"
@@ -122,20 +124,26 @@ class Run {
     std::string Error;
   };
 
-  /// While a page's table is flushed to the disk, the worker does the next page.
+  /// While the tables of pages are flushed to the disk, the worker does the next ones.
   void TakeJobs() {
     static_cast<void>(ErrorOf([this] {
-      Page pages[2];
-      std::future<void> writing;
-      for (std::size_t i = next_++, turn = 0; i < jobs_.size(); i = next_++, turn = 1 - turn) {
-        Page& page = pages[turn];
-        page = {};
+      struct Flush {
+        Page Of;
+        std::future<void> End;
+      };
+      std::array<Flush, 4> flushes;  // the disk takes several in the time of one
+      std::size_t turn = 0;
+      for (std::size_t i = next_++; i < jobs_.size(); i = next_++) {
+        Page page;
         page.Error = ErrorOf([&] { Make(jobs_[i], page.Result); });
         page.Result.Picture = {};
-        if (writing.valid()) writing.get();
-        writing = StartBeside([this, i, &page] { Finish(i, page); });
+        Flush& flush = flushes[turn++ % flushes.size()];
+        if (flush.End.valid()) flush.End.get();
+        flush.Of = std::move(page);
+        flush.End = StartBeside([this, i, &flush] { Finish(i, flush.Of); });
       }
-      if (writing.valid()) writing.get();
+      for (Flush& flush : flushes)
+        if (flush.End.valid()) flush.End.get();
     }));
   }
 

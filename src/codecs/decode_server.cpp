@@ -178,6 +178,7 @@ Decoded DecodeServer::Decode(const std::string& name, const Descriptor& file,
   // Its end tells the type.
   const std::size_t size = std::min(name.size(), request.Name.size() - 1);
   std::copy(name.end() - static_cast<std::ptrdiff_t>(size), name.end(), request.Name.begin());
+  process_->CallToThisCore();
   if (!Send(process_->Channel(), BytesOf(request), {&channel.Theirs, &file, &pixels, &reportFile}))
     return {};
   channel.Theirs = {};

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
+#include <sched.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -124,6 +125,12 @@ TEST(DecodeServer, WhateverADecoderDoesIsOneMessage) {
   const std::string text = Told("text").Of;
   EXPECT_THAT(text, AllOf(HasSubstr("3 x [2Jaaa"), Not(HasSubstr("\x1b")), Not(HasSubstr("\n"))));
   EXPECT_LT(text.size(), 2001u);
+}
+
+TEST(DecodeServer, ADecoderHasAllCoresOfTheProgram) {
+  cpu_set_t cores;
+  ASSERT_EQ(sched_getaffinity(0, sizeof cores, &cores), 0);
+  EXPECT_EQ(Told("cores").Of, std::to_string(CPU_COUNT(&cores)) + " cores");
 }
 
 TEST(DecodeServer, WhatItsParentLacksTakesNoLayerAway) {

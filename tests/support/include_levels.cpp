@@ -83,7 +83,7 @@ constexpr std::pair<std::string_view, std::string_view> kLibraries[] = {
 constexpr std::pair<std::string_view, std::string_view> kSystemPlaces[] = {
     {"base/append_file.cpp", " fcntl.h sys/file.h sys/stat.h unistd.h "},
     {"base/child_process.cpp",
-     " fcntl.h poll.h signal.h spawn.h sys/socket.h sys/wait.h unistd.h "},
+     " fcntl.h poll.h sched.h signal.h spawn.h sys/socket.h sys/wait.h unistd.h "},
     {"base/descriptor.cpp", " unistd.h "},
     {"base/lock_file.cpp", " fcntl.h sys/file.h sys/stat.h unistd.h "},
     {"base/memory_file.cpp", " fcntl.h sys/mman.h sys/stat.h unistd.h "},
@@ -91,7 +91,7 @@ constexpr std::pair<std::string_view, std::string_view> kSystemPlaces[] = {
     {"codecs/picbuf", " malloc.h "},
     {"codecs/decoder",
      " fcntl.h linux/audit.h linux/filter.h linux/landlock.h linux/sched.h linux/seccomp.h poll.h "
-     "sys/mman.h sys/prctl.h sys/resource.h sys/syscall.h sys/wait.h unistd.h "},
+     "sched.h sys/mman.h sys/prctl.h sys/resource.h sys/syscall.h sys/wait.h unistd.h "},
 };
 
 bool SeesSystem(const fs::path& path, std::string_view header) {

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <linux/sched.h>
 #include <poll.h>
+#include <sched.h>
 #include <sys/mman.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
@@ -148,9 +149,17 @@ void EndWith(const Descriptor& channel) {
   if (poll(&closed, 1, 0) > 0) _exit(0);
 }
 
+/// On all cores that the program may use: the server has been called to one of them.
+void RunOnAllCores() {
+  cpu_set_t cores;
+  if (sched_getaffinity(getppid(), sizeof cores, &cores) == 0)
+    sched_setaffinity(0, sizeof cores, &cores);
+}
+
 [[noreturn]] void ServeOnePicture(const DecodeRequest& request, std::span<const Descriptor> files,
                                   const std::function<unsigned()>& confine,
                                   const Decoding& decode) {
+  RunOnAllCores();
   setpgid(0, 0);  // whatever it does to its group, it does not do to the server
   EndWith(files[kChannelFile]);
   const DecoderStart start{.Id = getpid(), .Layers = confine()};

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <linux/sched.h>
+#include <sched.h>
 #include <sys/mman.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
@@ -80,6 +81,11 @@ std::optional<LoadedPicture> DoAsTold(const std::string& name, std::string_view 
     std::signal(SIGIO, SIG_IGN);
     operation.Percent = 50;
     while (true) pause();
+  }
+  if (word == "cores") {
+    cpu_set_t cores;
+    if (sched_getaffinity(0, sizeof cores, &cores) != 0) ThrowLastError();
+    throw RunTimeError(Tr("%1 cores", CPU_COUNT(&cores)));
   }
   if (word == "leave") _exit(0);
   if (word == "left") return {};
