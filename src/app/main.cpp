@@ -106,6 +106,7 @@ int RunWindow(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow is told like a full disk
+  std::signal(SIGCHLD, SIG_DFL);  // whoever ignores it learns nothing of how a decoder has ended
   graphize::FillStandardStreams();
   // What needs no window starts without any of its libraries' work.
   const std::vector<std::string> words(argv + 1, argv + argc);

@@ -1,6 +1,7 @@
 #include "batch/batch.h"
 
 #include <algorithm>
+#include <new>
 #include <ostream>
 
 #include "base/checksum.h"
@@ -316,6 +317,9 @@ int RunBatch(const std::vector<std::string>& words, const BatchStreams& streams)
     return 2;
   } catch (const RunTimeError& error) {
     streams.Err << "graphize " << command << ": " << error.what() << "\n";
+    return 1;
+  } catch (const std::bad_alloc&) {
+    streams.Err << "graphize " << command << ": out of memory\n";
     return 1;
   }
   streams.Err << "graphize: there is no command, option or picture \"" << command

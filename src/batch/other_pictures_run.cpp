@@ -11,6 +11,7 @@
 #include <thread>
 #include <utility>
 
+#include "base/cores.h"
 #include "base/run_time_error.h"
 #include "base/temporary_folder.h"
 #include "base/translation.h"
@@ -91,10 +92,9 @@ class Workers {
   Workers(std::vector<OtherPicture> waiting, const std::vector<BatchStep>& steps,
           const JobOptions& options)
       : waiting_(std::move(waiting)), steps_(steps), options_(options) {
-    const unsigned cores = std::max(std::thread::hardware_concurrency(), 1u);
-    const auto count = static_cast<unsigned>(std::min<std::size_t>(cores, waiting_.size()));
+    const std::size_t count = std::min<std::size_t>(CoreCount(), waiting_.size());
     running_ = count;
-    for (unsigned i = 0; i < count; ++i) {
+    for (std::size_t i = 0; i < count; ++i) {
       try {
         threads_.emplace_back([this] { TakePictures(); });
       } catch (const std::system_error&) {
@@ -131,7 +131,7 @@ class Workers {
   std::vector<OtherPicture> done_;
   std::atomic<std::size_t> next_ = 0;
   std::atomic<bool> stopped_ = false;
-  std::atomic<unsigned> running_ = 0;
+  std::atomic<std::size_t> running_ = 0;
   std::vector<std::jthread> threads_;  // the last member: they end before the rest goes
 };
 

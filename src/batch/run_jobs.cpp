@@ -14,6 +14,7 @@
 #include <thread>
 #include <utility>
 
+#include "base/cores.h"
 #include "base/numbers.h"
 #include "base/run_time_error.h"
 #include "base/start_beside.h"
@@ -92,18 +93,16 @@ class Run {
         showsProgress_(streams.ErrIsTerminal && !options.Quiet && jobs.size() > 1) {}
 
   bool Work() {
-    const unsigned cores = std::max(std::thread::hardware_concurrency(), 1u);
     // One more than there are cores, while one waits for a decoder.
-    const std::size_t wanted = options_.Workers > 0 ? options_.Workers : cores + 1;
+    const std::size_t wanted = options_.Workers > 0 ? options_.Workers : CoreCount() + 1;
     const std::size_t atOnce = std::min(wanted, jobs_.size());
     PrepareToDecode(DecodersReady::Usual);
     {
       std::vector<std::jthread> workers;
-      try {
+      // The threads that the system gives do it all.
+      static_cast<void>(ErrorOf([&] {
         for (std::size_t i = 1; i < atOnce; ++i) workers.emplace_back([this] { TakeJobs(); });
-      } catch (const std::system_error&) {
-        // The threads that the system gives do it all.
-      }
+      }));
       TakeJobs();
     }
     for (std::size_t i = 0; i < jobs_.size(); ++i)

@@ -4,10 +4,10 @@
 #include <atomic>
 #include <future>
 #include <optional>
-#include <thread>
 #include <utility>
 #include <vector>
 
+#include "base/cores.h"
 #include "base/free_beside.h"
 #include "base/raster.h"
 #include "base/start_beside.h"
@@ -33,7 +33,7 @@ bool ParallelRows(int width, int rows, PictureOperation& operation, const Work& 
     }
   };
   std::vector<std::future<void>> helpers;
-  const int threads = std::min(static_cast<int>(std::thread::hardware_concurrency()), bands);
+  const int threads = std::min(CoreCount(), bands);
   for (int i = 1; i < threads; ++i) helpers.push_back(StartBeside([&run] { run(false); }));
   run(true);
   for (std::future<void>& helper : helpers) helper.get();

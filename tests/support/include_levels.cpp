@@ -84,6 +84,7 @@ constexpr std::pair<std::string_view, std::string_view> kSystemPlaces[] = {
     {"base/append_file.cpp", " fcntl.h sys/file.h sys/stat.h unistd.h "},
     {"base/child_process.cpp",
      " fcntl.h poll.h sched.h signal.h spawn.h sys/socket.h sys/wait.h unistd.h "},
+    {"base/cores.cpp", " sched.h "},
     {"base/descriptor.cpp", " unistd.h "},
     {"base/lock_file.cpp", " fcntl.h sys/file.h sys/stat.h unistd.h "},
     {"base/memory_file.cpp", " fcntl.h sys/mman.h sys/stat.h unistd.h "},

@@ -6,9 +6,9 @@
 #include <cstring>
 #include <future>
 #include <memory>
-#include <thread>
 #include <vector>
 
+#include "base/cores.h"
 #include "codecs/direct/direct_readers.h"
 #include "codecs/samples.h"
 #include "raster/size_limits.h"
@@ -341,7 +341,7 @@ std::optional<StoredPicture> ReadTiff(std::string_view file, const MakeRaster& m
   };
   std::vector<std::future<void>> helpers;
   const std::uint32_t threads =
-      std::min(std::thread::hardware_concurrency(), (bands - 1) / bandsAtOnce + 1);
+      std::min(static_cast<std::uint32_t>(CoreCount()), (bands - 1) / bandsAtOnce + 1);
   for (std::uint32_t i = 1; i < threads; ++i)
     helpers.push_back(StartBeside([&] {
       Source own{file};
