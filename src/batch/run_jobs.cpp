@@ -1,10 +1,8 @@
 #include "batch/run_jobs.h"
 
 #include <algorithm>
-#include <array>
 #include <atomic>
 #include <exception>
-#include <future>
 #include <map>
 #include <mutex>
 #include <new>
@@ -17,11 +15,11 @@
 #include "base/cores.h"
 #include "base/numbers.h"
 #include "base/run_time_error.h"
-#include "base/start_beside.h"
 #include "base/whole_file.h"
 #include "batch/arguments.h"
 #include "batch/console.h"
 #include "batch/page_report.h"
+#include "batch/pages_to_finish.h"
 #include "codecs/file_format.h"
 #include "codecs/picbuf.h"
 
@@ -98,12 +96,16 @@ class Run {
     const std::size_t atOnce = std::min(wanted, jobs_.size());
     PrepareToDecode(DecodersReady::Usual);
     {
+      constexpr std::size_t kWritesAtOnce = 8;
+      PagesToFinish toFinish(
+          std::min(std::max(atOnce, kWritesAtOnce), jobs_.size()),
+          [this](DonePage& page) { static_cast<void>(ErrorOf([&] { Finish(page); })); });
       std::vector<std::jthread> workers;
       // The threads that the system gives do it all.
       static_cast<void>(ErrorOf([&] {
-        for (std::size_t i = 1; i < atOnce; ++i) workers.emplace_back([this] { TakeJobs(); });
+        for (std::size_t i = 1; i < atOnce; ++i) workers.emplace_back([&] { TakeJobs(toFinish); });
       }));
-      TakeJobs();
+      TakeJobs(toFinish);
     }
     for (std::size_t i = 0; i < jobs_.size(); ++i)
       if (outcomes_[i].Picture.empty()) NoteLost(i);
@@ -118,31 +120,15 @@ class Run {
   }
 
  private:
-  struct Page {
-    JobResult Result;
-    std::string Error;
-  };
-
-  /// While the tables of pages are flushed to the disk, the worker does the next ones.
-  void TakeJobs() {
-    static_cast<void>(ErrorOf([this] {
-      struct Flush {
-        Page Of;
-        std::future<void> End;
-      };
-      std::array<Flush, 4> flushes;  // the disk takes several in the time of one
-      std::size_t turn = 0;
+  /// While the tables of pages are written to the disk, the worker does the next ones.
+  void TakeJobs(PagesToFinish& toFinish) {
+    static_cast<void>(ErrorOf([&] {
       for (std::size_t i = next_++; i < jobs_.size(); i = next_++) {
-        Page page;
+        DonePage page{i};
         page.Error = ErrorOf([&] { Make(jobs_[i], page.Result); });
         page.Result.Picture = {};
-        Flush& flush = flushes[turn++ % flushes.size()];
-        if (flush.End.valid()) flush.End.get();
-        flush.Of = std::move(page);
-        flush.End = StartBeside([this, i, &flush] { Finish(i, flush.Of); });
+        toFinish.Add(std::move(page));
       }
-      for (Flush& flush : flushes)
-        if (flush.End.valid()) flush.End.get();
     }));
   }
 
@@ -168,10 +154,10 @@ class Run {
     return "";
   }
 
-  void Finish(std::size_t i, Page& page) {
-    const Job& job = jobs_[i];
+  void Finish(DonePage& page) {
+    const Job& job = jobs_[page.Job];
     if (page.Error.empty()) page.Error = ErrorOf([&] { Deliver(job, page.Result); });
-    outcomes_[i] = OutcomeOf(job, page.Result, page.Error);
+    outcomes_[page.Job] = OutcomeOf(job, page.Result, page.Error);
     page.Result = {};
     const std::scoped_lock lock(mutex_);
     ++done_;
