@@ -131,7 +131,7 @@ std::optional<ProcessEnd> ChildProcess::WaitForEnd(std::chrono::milliseconds atM
     const pid_t ended = waitpid(id_, &status, WNOHANG);
     if (ended != 0 && !(ended < 0 && errno == EINTR)) {
       id_ = 0;
-      // Where whoever started this process has the ends ignored, there is no status.
+      // Where the ends of children are ignored, or another waited for it, there is no status.
       if (ended > 0 && WIFSIGNALED(status)) end_.Signal = WTERMSIG(status);
       if (ended > 0 && WIFEXITED(status)) end_.Code = WEXITSTATUS(status);
       break;

@@ -26,7 +26,7 @@ constexpr Options kOutputOptions = {
      false, "pixel"},
     {"strict", 0, nullptr, kOutput, "status 1 when points lie on no ink, or are doubtful else"},
     {"force", 'f', nullptr, kOutput, "replace files that exist"},
-    {"jobs", 'j', "N", kOutput, "pictures in work at a time; one more than there are cores"},
+    {"jobs", 'j', "N", kOutput, "pictures in work at a time; one more than the cores it may use"},
     {"quiet", 'q', nullptr, kOutput, "no progress and no notes, errors only"},
     {"help", 'h', nullptr, kOutput, "this text"},
 };

@@ -17,6 +17,8 @@ struct PageOutcome {
   int Points = 0;
   std::optional<PageRegistration> Registration;
   std::string Reason;  // for all but Done
+
+  bool IsDone() const { return Is == How::Done || Is == How::Doubtful; }
 };
 /// "done", "doubtful", "refused", "failed"
 const char* NameOf(PageOutcome::How how);

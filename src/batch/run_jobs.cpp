@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <atomic>
 #include <exception>
+#include <future>
+#include <list>
 #include <map>
 #include <mutex>
 #include <new>
@@ -15,11 +17,11 @@
 #include "base/cores.h"
 #include "base/numbers.h"
 #include "base/run_time_error.h"
+#include "base/start_beside.h"
 #include "base/whole_file.h"
 #include "batch/arguments.h"
 #include "batch/console.h"
 #include "batch/page_report.h"
-#include "batch/pages_to_finish.h"
 #include "codecs/file_format.h"
 #include "codecs/picbuf.h"
 
@@ -91,52 +93,69 @@ class Run {
         showsProgress_(streams.ErrIsTerminal && !options.Quiet && jobs.size() > 1) {}
 
   bool Work() {
-    // One more than there are cores, while one waits for a decoder.
+    // One more than the cores it may use, while one waits for a decoder.
     const std::size_t wanted = options_.Workers > 0 ? options_.Workers : CoreCount() + 1;
     const std::size_t atOnce = std::min(wanted, jobs_.size());
     PrepareToDecode(DecodersReady::Usual);
     {
-      constexpr std::size_t kWritesAtOnce = 8;
-      PagesToFinish toFinish(
-          std::min(std::max(atOnce, kWritesAtOnce), jobs_.size()),
-          [this](DonePage& page) { static_cast<void>(ErrorOf([&] { Finish(page); })); });
       std::vector<std::jthread> workers;
-      // The threads that the system gives do it all.
-      static_cast<void>(ErrorOf([&] {
-        for (std::size_t i = 1; i < atOnce; ++i) workers.emplace_back([&] { TakeJobs(toFinish); });
-      }));
-      TakeJobs(toFinish);
+      try {
+        for (std::size_t i = 1; i < atOnce; ++i)
+          workers.emplace_back([=, this] { TakeJobs(atOnce); });
+      } catch (const std::system_error&) {
+        // The threads that the system gives do it all.
+      } catch (const std::bad_alloc&) {
+      }
+      TakeJobs(atOnce);
     }
     for (std::size_t i = 0; i < jobs_.size(); ++i)
       if (outcomes_[i].Picture.empty()) NoteLost(i);
+    const auto failed = std::ranges::count(outcomes_, false, &PageOutcome::IsDone);
     if (showsProgress_) streams_.Err << "\r\x1b[K" << std::flush;
     if (const std::string unfenced = DecodedWithinProgram(); !options_.Quiet && !unfenced.empty())
       Say(unfenced);
-    if (!options_.Report.empty()) WriteReport();
-    if (failed_ > 0 && jobs_.size() > 1)
-      streams_.Err << "graphize: " << failed_ << " of " << jobs_.size()
+    const bool isReported = options_.Report.empty() || WriteReport();
+    if (failed > 0 && jobs_.size() > 1)
+      streams_.Err << "graphize: " << failed << " of " << jobs_.size()
                    << " pictures could not be done\n";
-    return failed_ == 0;
+    return failed == 0 && isReported;
   }
 
  private:
-  /// While the tables of pages are written to the disk, the worker does the next ones.
-  void TakeJobs(PagesToFinish& toFinish) {
-    static_cast<void>(ErrorOf([&] {
-      for (std::size_t i = next_++; i < jobs_.size(); i = next_++) {
-        DonePage page{i};
+  /// A page that is done but for its files.
+  struct Page {
+    JobResult Result;
+    std::string Error;
+    std::future<void> Finished = {};  // the first to go: it waits for the thread
+  };
+
+  /// While the tables of pages are flushed to the disk, which takes several in the time of one, the
+  /// worker does the next ones. A worker alone keeps their order, and large ones do not gather.
+  void TakeJobs(std::size_t workers) {
+    constexpr std::size_t kFlushesOfAll = 12, kFlushes = 4, kLargeTable = 1 << 20;
+    const std::size_t most =
+        workers == 1 ? 1 : std::clamp<std::size_t>(kFlushesOfAll / workers, 1, kFlushes);
+    std::list<Page> pages;
+    const auto keep = [&](std::size_t count) {
+      for (; pages.size() > count; pages.pop_front())
+        if (pages.front().Finished.valid()) pages.front().Finished.get();
+    };
+    for (std::size_t i = next_++; i < jobs_.size(); i = next_++)
+      static_cast<void>(ErrorOf([&] {
+        Page& page = pages.emplace_back();
         page.Error = ErrorOf([&] { Make(jobs_[i], page.Result); });
         page.Result.Picture = {};
-        toFinish.Add(std::move(page));
-      }
-    }));
+        keep(page.Result.Table.size() > kLargeTable ? 1 : most);
+        page.Finished =
+            StartBeside([this, i, &page] { static_cast<void>(ErrorOf([&] { Finish(i, page); })); });
+      }));
+    keep(0);
   }
 
-  /// A worker has ended for lack of memory, and this job with it.
+  /// There was no memory to finish it, or to tell of it.
   void NoteLost(std::size_t i) {
     const JobResult none;
     outcomes_[i] = OutcomeOf(jobs_[i], none, "out of memory");
-    ++failed_;
     Say(jobs_[i].Name + ": out of memory");
   }
 
@@ -154,17 +173,15 @@ class Run {
     return "";
   }
 
-  void Finish(DonePage& page) {
-    const Job& job = jobs_[page.Job];
+  void Finish(std::size_t i, Page& page) {
+    const Job& job = jobs_[i];
     if (page.Error.empty()) page.Error = ErrorOf([&] { Deliver(job, page.Result); });
-    outcomes_[page.Job] = OutcomeOf(job, page.Result, page.Error);
+    PageOutcome outcome = OutcomeOf(job, page.Result, page.Error);
     page.Result = {};
     const std::scoped_lock lock(mutex_);
     ++done_;
-    if (!page.Error.empty()) {
-      ++failed_;
-      Say(job.Name + ": " + page.Error);
-    }
+    if (!page.Error.empty()) Say(job.Name + ": " + page.Error);
+    outcomes_[i] = std::move(outcome);  // the last thing: without memory, it is told as lost
     ShowProgress();
   }
 
@@ -203,14 +220,13 @@ class Run {
     if (!result.Doubt.empty()) Say(job.Name + ": " + result.Doubt);
   }
 
-  void WriteReport() {
+  bool WriteReport() {
     const std::string text = LowerCase(options_.Report.extension().string()) == ".json"
                                  ? ReportJson(outcomes_)
                                  : ReportCsv(outcomes_);
     const std::error_code error = Write(options_.Report, text);
-    if (!error) return;
-    ++failed_;
-    Say("\"" + options_.Report.string() + "\" cannot be written: " + error.message());
+    if (error) Say("\"" + options_.Report.string() + "\" cannot be written: " + error.message());
+    return !error;
   }
 
   static void WritePicture(const fs::path& path, const Raster& picture) {
@@ -251,7 +267,7 @@ class Run {
   const bool showsProgress_;
   std::mutex mutex_;
   std::atomic<std::size_t> next_ = 0;
-  std::size_t done_ = 0, failed_ = 0;
+  std::size_t done_ = 0;
 };
 
 }  // namespace

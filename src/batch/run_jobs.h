@@ -30,7 +30,7 @@ struct RunOptions {
   JobOptions Table;
   bool Force = false;            // replace files that exist
   bool Quiet = false;            // no notes and no progress
-  int Workers = 0;               // 0: one more than there are cores
+  int Workers = 0;               // 0: one more than the cores it may use
   std::filesystem::path Report;  // of each picture (batch/page_report.h); empty: none is written
 };
 

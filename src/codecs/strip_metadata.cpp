@@ -35,8 +35,7 @@ StrippedPicture StripPng(std::string_view file) {
   return stripped;
 }
 
-// ---- JPEG: segments of mark and length, and coded data without
-// -----------------------------------
+// ---- JPEG: segments of mark and length, and coded data without ----------------------------------
 
 /// The end of coded data that start at `at`: the next mark that is no part of them.
 std::size_t EndOfScan(std::string_view file, std::size_t at) {
@@ -85,8 +84,7 @@ StrippedPicture StripJpg(std::string_view file) {
   return stripped;
 }
 
-// ---- GIF: blocks, each of pieces that are led by their length
-// -------------------------------------
+// ---- GIF: blocks, each of pieces that are led by their length -----------------------------------
 
 /// The end of the pieces that start at `at`.
 std::size_t EndOfPieces(std::string_view file, std::size_t at) {
@@ -128,8 +126,7 @@ StrippedPicture StripGif(std::string_view file) {
   return stripped;
 }
 
-// ---- WebP: chunks of name, length and data, filled up to an even length
-// --------------------------
+// ---- WebP: chunks of name, length and data, filled up to an even length -------------------------
 
 struct WebPChunk {
   std::string_view Name, Data, Whole;
@@ -185,8 +182,7 @@ StrippedPicture StripWebP(std::string_view file) {
   return stripped;
 }
 
-// ---- TIFF: tags that point anywhere in the file
-// --------------------------------------------------
+// ---- TIFF: tags that point anywhere in the file -------------------------------------------------
 
 bool MakesPixels(const TiffTag& tag) {
   constexpr std::uint32_t kTags[] = {254, 256, 257, 258, 259, 262, 266, 273, 274, 277, 278,

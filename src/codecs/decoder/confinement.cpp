@@ -79,8 +79,7 @@ bool CloseFiles() {
   return closed;
 }
 
-// ---- The filter of system calls
-// ------------------------------------------------------------------
+// ---- The filter of system calls -----------------------------------------------------------------
 
 constexpr long kAllowed[] = {
     SYS_read,

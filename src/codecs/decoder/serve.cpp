@@ -149,7 +149,8 @@ void EndWith(const Descriptor& channel) {
   if (poll(&closed, 1, 0) > 0) _exit(0);
 }
 
-/// On all cores that the program may use: the server has been called to one of them.
+/// On all cores that the program may use (its main thread, which others are made like): the server
+/// has been called to one of them.
 void RunOnAllCores() {
   cpu_set_t cores;
   if (sched_getaffinity(getppid(), sizeof cores, &cores) == 0)
