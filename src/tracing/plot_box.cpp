@@ -5,6 +5,8 @@
 #include <cstdlib>
 #include <optional>
 
+#include "base/numbers.h"
+
 namespace graphize {
 
 namespace {
@@ -67,8 +69,7 @@ class Direction {
   };
   Pixel At(double along, double offset) const {
     const double u = isLevel_ ? along : offset, v = isLevel_ ? offset : along;
-    return {static_cast<int>(std::lround(frame_.X(u, v))),
-            static_cast<int>(std::lround(frame_.Y(u, v)))};
+    return {ToInt32(frame_.X(u, v)), ToInt32(frame_.Y(u, v))};
   }
   bool IsInk(double along, double offset) const {
     const auto [x, y] = At(along, offset);

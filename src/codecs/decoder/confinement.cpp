@@ -17,6 +17,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
+#include <map>
+#include <utility>
 #include <vector>
 
 #include "raster/size_limits.h"
@@ -172,72 +174,92 @@ constexpr long kOpening[] = {
 #endif
 };
 
+/// A program for the kernel that looks at each system call. Where it is set up, the kernel runs it
+/// once for each call that there is: it finds a call by halves.
 class Filter {
  public:
-  Filter() {
-    Load(offsetof(seccomp_data, arch));
-    Add(BPF_JMP | BPF_JEQ | BPF_K, kArchitecture, 1, 0);
-    Return(SECCOMP_RET_KILL_PROCESS);
-    Load(offsetof(seccomp_data, nr));
-#ifdef __x86_64__
-    constexpr std::uint32_t kOtherNumbers = 0x40000000;  // of calls with 32-bit addresses
-    Add(BPF_JMP | BPF_JGE | BPF_K, kOtherNumbers, 0, 1);
-    Return(SECCOMP_RET_KILL_PROCESS);
-#endif
-  }
-
-  void On(long call, std::uint32_t verdict) {
-    Add(BPF_JMP | BPF_JEQ | BPF_K, static_cast<std::uint32_t>(call), 0, 1);
-    Return(verdict);
-  }
+  void On(long call, std::uint32_t verdict) { Add(call, {Return(verdict)}); }
   /// Allowed when none of `bits` is in the argument, else the verdict.
   void OnWithout(long call, unsigned argument, std::uint32_t bits, std::uint32_t verdict) {
-    Add(BPF_JMP | BPF_JEQ | BPF_K, static_cast<std::uint32_t>(call), 0, 4);
-    Load(LowHalf(argument));
-    Add(BPF_JMP | BPF_JSET | BPF_K, bits, 0, 1);
-    Return(verdict);
-    Return(SECCOMP_RET_ALLOW);
+    Add(call, {LoadLowHalf(argument), Step(BPF_JMP | BPF_JSET | BPF_K, bits, 0, 1), Return(verdict),
+               Return(SECCOMP_RET_ALLOW)});
   }
   /// Allowed when all of `bits` are in the argument.
   void OnWith(long call, unsigned argument, std::uint32_t bits) {
-    Add(BPF_JMP | BPF_JEQ | BPF_K, static_cast<std::uint32_t>(call), 0, 5);
-    Load(LowHalf(argument));
-    Add(BPF_ALU | BPF_AND | BPF_K, bits);
-    Add(BPF_JMP | BPF_JEQ | BPF_K, bits, 1, 0);
-    Return(SECCOMP_RET_KILL_PROCESS);
-    Return(SECCOMP_RET_ALLOW);
+    Add(call, {LoadLowHalf(argument), Step(BPF_ALU | BPF_AND | BPF_K, bits),
+               Step(BPF_JMP | BPF_JEQ | BPF_K, bits, 1, 0), Return(SECCOMP_RET_KILL_PROCESS),
+               Return(SECCOMP_RET_ALLOW)});
   }
   /// Allowed when the argument is `value`.
   void OnEqual(long call, unsigned argument, std::uint32_t value) {
-    Add(BPF_JMP | BPF_JEQ | BPF_K, static_cast<std::uint32_t>(call), 0, 4);
-    Load(LowHalf(argument));
-    Add(BPF_JMP | BPF_JEQ | BPF_K, value, 1, 0);
-    Return(SECCOMP_RET_KILL_PROCESS);
-    Return(SECCOMP_RET_ALLOW);
-  }
-  void Return(std::uint32_t verdict) {
-    Add(BPF_RET | BPF_K, verdict);
+    Add(call, {LoadLowHalf(argument), Step(BPF_JMP | BPF_JEQ | BPF_K, value, 1, 0),
+               Return(SECCOMP_RET_KILL_PROCESS), Return(SECCOMP_RET_ALLOW)});
   }
 
-  bool Install() {
-    sock_fprog program = {.len = static_cast<unsigned short>(steps_.size()),
-                          .filter = steps_.data()};
+  /// Sets it up, with the verdict of every other call. False where the system refuses.
+  bool Install(std::uint32_t ofOthers) const {
+    std::vector<sock_filter> steps = {
+        Load(offsetof(seccomp_data, arch)), Step(BPF_JMP | BPF_JEQ | BPF_K, kArchitecture, 1, 0),
+        Return(SECCOMP_RET_KILL_PROCESS), Load(offsetof(seccomp_data, nr))};
+#ifdef __x86_64__
+    constexpr std::uint32_t kOtherNumbers = 0x40000000;  // of calls with 32-bit addresses
+    Append(steps, {Step(BPF_JMP | BPF_JGE | BPF_K, kOtherNumbers, 0, 1),
+                   Return(SECCOMP_RET_KILL_PROCESS)});
+#endif
+    Append(steps, StepsFor(rules_.begin(), rules_.end(), ofOthers));
+    sock_fprog program = {.len = static_cast<unsigned short>(steps.size()), .filter = steps.data()};
     return syscall(SYS_seccomp, SECCOMP_SET_MODE_FILTER, SECCOMP_FILTER_FLAG_TSYNC, &program) == 0;
   }
 
  private:
-  static std::uint32_t LowHalf(unsigned argument) {
-    return static_cast<std::uint32_t>(offsetof(seccomp_data, args) +
-                                      8 * argument);  // low half first
+  using Steps = std::vector<sock_filter>;
+  using Rules = std::map<std::uint32_t, Steps>;  // by the call's number
+
+  static sock_filter Step(int code, std::uint32_t value, std::size_t whenTrue = 0,
+                          std::size_t whenFalse = 0) {
+    return {static_cast<std::uint16_t>(code), static_cast<std::uint8_t>(whenTrue),
+            static_cast<std::uint8_t>(whenFalse), value};
   }
-  void Load(std::size_t offset) {
-    Add(BPF_LD | BPF_W | BPF_ABS, static_cast<std::uint32_t>(offset));
+  static sock_filter Load(std::size_t offset) {
+    return Step(BPF_LD | BPF_W | BPF_ABS, static_cast<std::uint32_t>(offset));
   }
-  void Add(int code, std::uint32_t value, std::uint8_t whenTrue = 0, std::uint8_t whenFalse = 0) {
-    steps_.push_back({static_cast<std::uint16_t>(code), whenTrue, whenFalse, value});
+  static sock_filter LoadLowHalf(unsigned argument) {
+    return Load(offsetof(seccomp_data, args) + 8 * argument);  // low half first
+  }
+  static sock_filter Return(std::uint32_t verdict) {
+    return Step(BPF_RET | BPF_K, verdict);
   }
 
-  std::vector<sock_filter> steps_;
+  static void Append(Steps& steps, const Steps& more) {
+    steps.insert(steps.end(), more.begin(), more.end());
+  }
+  void Add(long call, Steps steps) {
+    rules_.emplace(static_cast<std::uint32_t>(call), std::move(steps));
+  }
+  /// What decides for a call, its number loaded, that is none outside these rules.
+  static Steps StepsFor(Rules::const_iterator first, Rules::const_iterator last,
+                        std::uint32_t ofOthers) {
+    constexpr auto kFew = 4;
+    Steps steps;
+    if (const auto count = std::distance(first, last); count > kFew) {
+      const auto middle = std::next(first, count / 2);
+      const Steps below = StepsFor(first, middle, ofOthers);
+      // A step with a condition cannot go that far.
+      steps = {Step(BPF_JMP | BPF_JGE | BPF_K, middle->first, 0, 1),
+               Step(BPF_JMP | BPF_JA, static_cast<std::uint32_t>(below.size()))};
+      Append(steps, below);
+      Append(steps, StepsFor(middle, last, ofOthers));
+      return steps;
+    }
+    for (; first != last; ++first) {
+      steps.push_back(Step(BPF_JMP | BPF_JEQ | BPF_K, first->first, 0, first->second.size()));
+      Append(steps, first->second);
+    }
+    steps.push_back(Return(ofOthers));
+    return steps;
+  }
+
+  Rules rules_;
 };
 
 bool FilterCalls() {
@@ -254,8 +276,7 @@ bool FilterCalls() {
   filter.OnEqual(SYS_tgkill, 0, static_cast<std::uint32_t>(getpid()));
   for (const long call : kDeadly) filter.On(call, SECCOMP_RET_KILL_PROCESS);
   for (const long call : kOpening) filter.On(call, error(EACCES));
-  filter.Return(error(EPERM));
-  return filter.Install();
+  return filter.Install(error(EPERM));
 }
 
 }  // namespace
