@@ -45,20 +45,18 @@ class StatusPanels::Progress : public QProgressBar {
 };
 
 StatusPanels::StatusPanels(QStatusBar* bar)
-    : status_(Panel(bar, "status", QObject::tr("Status"), 1, {})),
+    : status_(Panel<ElidedLabel>(bar, "status", QObject::tr("Status"), 1, {})),
       hint_(Panel<ElidedLabel>(bar, "hint", QObject::tr("Hint"), 1, {})),
       points_(Panel(bar, "points", QObject::tr("Number of points"), 0, QStringLiteral("32767"))),
       sizeX_(Panel(bar, "sizex", QObject::tr("Picture width"), 0, QStringLiteral("W=32767"))),
       sizeY_(Panel(bar, "sizey", QObject::tr("Picture height"), 0, QStringLiteral("H=32767"))),
       progress_(Named(new Progress(bar), "ProgressBar1", QObject::tr("Progress"))) {
-  // A long text must not widen the window.
-  status_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   progress_->setRange(0, 100);
   progress_->hide();
 }
 
 void StatusPanels::Render(const StatusBar& status, int points, bool hintElsewhere) {
-  Show(status_, status.Status);
+  status_->ShowText(status.Status);
   hint_->ShowText(status.Hint);
   hint_->setVisible(!hintElsewhere);
   Show(points_, std::to_string(points));

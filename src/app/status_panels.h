@@ -20,7 +20,7 @@ class StatusPanels {
  private:
   class Progress;
 
-  QLabel* status_;
+  ElidedLabel* status_;
   ElidedLabel* hint_;
   QLabel* points_;
   QLabel* sizeX_;

@@ -15,7 +15,7 @@ ElidedLabel::ElidedLabel(QWidget* parent) : QLabel(parent) {
 
 void ElidedLabel::ShowText(const std::string& text) {
   Show(this, text);
-  setToolTip(this->text());
+  setToolTip(this->text().trimmed());
 }
 
 void ElidedLabel::paintEvent(QPaintEvent* event) {
