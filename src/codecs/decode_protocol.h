@@ -25,9 +25,9 @@ enum DecodeLayer : std::uint8_t {
   kAllLayers = 15,
 };
 
-/// The exit codes of a server that is not of the program's build, and of one whose module cannot be
-/// loaded.
-inline constexpr int kOtherBuild = 3, kNoModule = 4;
+/// The exit codes of a server that is not of the program's build, of one whose module cannot be
+/// loaded, and of a decoder that has no memory for its report.
+inline constexpr int kOtherBuild = 3, kNoModule = 4, kNoReport = 5;
 
 /// The files that come with a request: the decoder's end of its channel, the picture to be read, an
 /// empty memory file for the pixels, and one that holds a DecodeReport.

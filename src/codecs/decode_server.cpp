@@ -32,9 +32,13 @@ std::string_view BytesOf(const DecodeRequest& request) {
          seconds));
 }
 
+/// The code of one that was killed for that, which no process ends with.
+constexpr int kTooLate = -1;
+
 /// How the process ended other than by its own will.
 [[noreturn]] void ThrowEnd(const ProcessEnd& end, int seconds) {
   if (end.Signal == SIGXCPU) ThrowTooLong(seconds);
+  if (end.Code == kTooLate) ThrowTooLong(2 * seconds);
   constexpr int kOwnFaults[] = {0, SIGSEGV, SIGBUS, SIGILL, SIGFPE, SIGABRT, SIGTRAP, SIGSYS};
   if (end.Signal == SIGKILL)
     throw RunTimeError(
@@ -48,7 +52,7 @@ std::string_view BytesOf(const DecodeRequest& request) {
       "program and its files. Nothing else was touched.");
 }
 
-/// Nothing when `progress` is to end it.
+/// Nothing when `progress` is to end it. What takes too long by the clock is killed.
 std::optional<ProcessEnd> WaitForEnd(ChildProcess& decoder, int seconds,
                                      const PictureOperation& operation,
                                      const PictureProgress& progress) {
@@ -59,7 +63,7 @@ std::optional<ProcessEnd> WaitForEnd(ChildProcess& decoder, int seconds,
     if (progress && !progress(std::clamp(percent, 0, 100))) return {};
     if (Clock::now() < last) continue;
     decoder.Kill();
-    ThrowTooLong(2 * seconds);
+    return ProcessEnd{.Code = kTooLate};
   }
 }
 
@@ -210,6 +214,7 @@ Decoded DecodeServer::Decode(const std::string& name, const Descriptor& file,
     isSpent_ = true;
     ThrowEnd(*end, program_.Seconds);
   };
+  if (end->Signal == 0 && end->Code == kNoReport) throw std::bad_alloc();
   if (!isWhole || result->Verdict == DecodeVerdict::None || (isLeft && !program_.LeavesFiles))
     throwBroken();
   if (isLeft) return {.End = DecodeEnd::Left};

@@ -27,7 +27,7 @@ class Decoders {
 
   /// Starts the server of this kind, which stays; does not wait for it.
   void StartAhead(DecoderKind kind);
-  /// Ends all servers, and all is as it was at first.
+  /// Ends all servers; what comes next is decoded as at first. WasDecodedWithin stays.
   void EndAll();
 
   /// As DecodeServer::Decode and Layers. It starts what is not there, and again, once, what has

@@ -41,6 +41,7 @@ using testing::Not;
 struct Came {
   std::string Of;  // a message, "stopped" or "a picture" and its warning
   unsigned Layers = 0;
+  bool IsSpent = false;  // the server
 };
 
 /// What comes of a decoder that does as it is told.
@@ -73,6 +74,7 @@ Came Told(const std::string& word, const DecoderProgram& program = Planted(),
   } catch (const std::bad_alloc&) {
     came.Of = "no memory";
   }
+  came.IsSpent = server.IsSpent();
   return came;
 }
 
@@ -118,7 +120,11 @@ TEST(DecodeServer, WhateverADecoderDoesIsOneMessage) {
   EXPECT_EQ(Told("nothing").Layers, layers);
   for (const Case& c : cases) {
     if ((layers & c.Layer) == 0) continue;
-    EXPECT_THAT(Told(c.Word).Of, HasSubstr(c.Expected)) << c.Word;
+    const Came came = Told(c.Word);
+    EXPECT_THAT(came.Of, HasSubstr(c.Expected)) << c.Word;
+    EXPECT_EQ(came.IsSpent, came.Of.starts_with("Decoding it was ended") ||
+                                came.Of.find(kBroke) != std::string::npos)
+        << c.Word << ": the next attempt is not to know what this one has learnt";
     const unsigned alone = c.Layer == kApart ? layers : c.Layer;
     EXPECT_THAT(Told(c.Word, Planted(alone)).Of, HasSubstr(c.Expected)) << c.Word << " alone";
   }

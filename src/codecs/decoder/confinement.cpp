@@ -117,7 +117,7 @@ constexpr long kAllowed[] = {
     SYS_getrusage,
     SYS_times,
     SYS_restart_syscall,
-    SYS_ftruncate};  // the only file it may write is the memory for the pixels
+    SYS_ftruncate};  // the files that it may write are memory, and its channel
 
 /// What nothing but a foreign will would do: it ends the process.
 constexpr long kDeadly[] = {
@@ -236,7 +236,8 @@ class Filter {
   void Add(long call, Steps steps) {
     rules_.emplace(static_cast<std::uint32_t>(call), std::move(steps));
   }
-  /// What decides for a call, its number loaded, that is none outside these rules.
+  /// The steps that decide for a call by the rules from `first` to `last`, or for one of none of
+  /// them; its number is loaded.
   static Steps StepsFor(Rules::const_iterator first, Rules::const_iterator last,
                         std::uint32_t ofOthers) {
     constexpr auto kFew = 4;
@@ -244,7 +245,7 @@ class Filter {
     if (const auto count = std::distance(first, last); count > kFew) {
       const auto middle = std::next(first, count / 2);
       const Steps below = StepsFor(first, middle, ofOthers);
-      // A step with a condition cannot go that far.
+      // A step with a condition goes 255 steps at most.
       steps = {Step(BPF_JMP | BPF_JGE | BPF_K, middle->first, 0, 1),
                Step(BPF_JMP | BPF_JA, static_cast<std::uint32_t>(below.size()))};
       Append(steps, below);

@@ -166,7 +166,7 @@ void RunOnAllCores() {
   const DecoderStart start{.Id = getpid(), .Layers = confine()};
   if (write(files[kChannelFile].Get(), &start, sizeof start) != sizeof start) _exit(1);
   const Mapping shared(files[kReportFile], sizeof(DecodeReport), Mapping::Access::Write);
-  if (shared.Data() == nullptr) _exit(1);
+  if (shared.Data() == nullptr) _exit(kNoReport);
   auto& report = *static_cast<DecodeReport*>(shared.Data());
   try {
     Decode(request, files[kPictureFile], files[kPixelFile], decode, report);
