@@ -19,6 +19,7 @@
 #include "app/icons.h"
 #include "app/main_window.h"
 #include "widgets/show.h"
+#include "widgets/tool_tip.h"
 
 namespace graphize {
 
@@ -193,7 +194,7 @@ void HelpWindow::FillContents() {
                                                  : new QTreeWidgetItem(contents_);
     if (level == 1) parent = item;
     item->setText(0, block.text());
-    item->setToolTip(0, block.text());
+    item->setToolTip(0, ToolTipOf(block.text()));
     item->setSizeHint(0, QSize(0, fontMetrics().height() + 8));
     item->setData(0, kAnchorRole, AnchorOf(block));
     chapters_.push_back({block.position(), item});

@@ -40,6 +40,7 @@
 #include "tracing/ink_check_panel.h"
 #include "tracing/tracer_panel.h"
 #include "widgets/show.h"
+#include "widgets/tool_tip.h"
 #include "workspace/propose_axes_panel.h"
 #include "workspace/reading_panel.h"
 
@@ -114,7 +115,7 @@ void MainWindow::ShowRecentFiles() {
     name.replace(QLatin1Char('&'), QLatin1String("&&"));
     QAction* action = recentMenu_->addAction(QStringLiteral("&%1 %2").arg(number).arg(name));
     action->setObjectName(QStringLiteral("MNU_FILE_Recent_%1").arg(number++));
-    action->setToolTip(ToQString(file.string()));
+    action->setToolTip(ToolTipOf(ToQString(file.string())));
     std::error_code ignored;
     action->setEnabled(std::filesystem::exists(file, ignored));
     connect(action, &QAction::triggered, this, [this, file] { OpenWhenShown({file}); });

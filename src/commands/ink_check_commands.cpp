@@ -5,6 +5,7 @@
 
 #include "base/translation.h"
 #include "commands/do.h"
+#include "data/list_edit.h"
 #include "data/point_edit.h"
 #include "tracing/extraction_context.h"
 #include "workspace/picture_map.h"
@@ -18,7 +19,7 @@ void FindPoints(const PointStore& store, std::vector<PointId>& ids,
                 std::vector<PlotPosition>& places) {
   std::vector<bool> listed(store.Places.size());
   for (int i = 1; i <= store.ListCount; ++i) listed[store.ListId[i]] = true;
-  for (int i = 1; i <= store.CaptureCount; ++i) {
+  for (int i = 1; i <= CountWithoutRepeats(store); ++i) {
     const PointId id = store.CaptureId[i];
     if (!HasPlace(store, id) || !listed[id]) continue;
     ids.push_back(id);

@@ -15,6 +15,7 @@
 #include "codecs/picture_probe.h"
 #include "commands/capture_commands.h"
 #include "commands/do.h"
+#include "commands/ink_check_commands.h"
 #include "commands/plot_mouse.h"
 #include "commands/shown_picture.h"
 #include "commands/toolbar.h"
@@ -381,6 +382,7 @@ Outcome Run(Workspace& ws, const Desktop& desktop, const ResetStep&) {
   ClearReadOut(ws.readOut);
   ws.picture.FromFile = true;
   ws.picture.WithoutFile = false;
+  RenewInkCheck(ws);  // questions may follow, over what is shown
   ShowFrame(ws, "Graphize");
   return {};
 }

@@ -61,6 +61,17 @@ void ClearSelected(PointStore& store) {
   ShowPage(store);
 }
 
+int CountWithoutRepeats(const PointStore& store) {
+  std::vector<bool> seen(store.Places.size());
+  int count = 0;
+  for (int i = 1; i <= store.CaptureCount; ++i) {
+    const PointId id = store.CaptureId[i];
+    if (!seen[id]) count = i;
+    seen[id] = true;
+  }
+  return count;
+}
+
 void SwapXY(PointStore& store) {
   std::swap_ranges(store.ListX.begin() + 1, store.ListX.begin() + 1 + store.ListCount,
                    store.ListY.begin() + 1);

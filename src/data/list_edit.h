@@ -11,6 +11,8 @@ bool CanClearSelected(const PointStore& store);
 /// a sort; the number of captured points stays, their last ones repeat. An empty selection removes
 /// nothing.
 void ClearSelected(PointStore& store);
+/// The number of captured points without those at the end that this has left there twice.
+int CountWithoutRepeats(const PointStore& store);
 
 /// Exchanges X and Y in every row of the list.
 void SwapXY(PointStore& store);

@@ -25,10 +25,10 @@ double Unscaled(double value, bool log) {
   return log ? std::pow(10.0, value) : value;
 }
 
-/// The captured points, on the scales of the plan.
+/// The captured points, each once, on the scales of the plan.
 Interpolation CapturedCurve(const PointStore& store, const SamplePlan& plan) {
   std::vector<double> xs, ys;
-  for (int i = 1; i <= store.CaptureCount; ++i) {
+  for (int i = 1; i <= CountWithoutRepeats(store); ++i) {
     xs.push_back(Scaled(store.CaptureX[i], plan.XLog));
     ys.push_back(Scaled(store.CaptureY[i], plan.YLog));
   }

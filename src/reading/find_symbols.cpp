@@ -249,7 +249,7 @@ SymbolFinding FindSymbols(const Raster& picture, const AxesFrame& frame,
   const double x = request.X, y = request.Y;
   SymbolFinding finding;
   const auto refused = [&](const std::string& found) {
-    finding.Refusal = Tr("at %1,%2 there is %3", std::lround(x), std::lround(y), found);
+    finding.Refusal = Tr("near %1,%2 there is %3", std::lround(x), std::lround(y), found);
     return finding;
   };
   const auto stopped = [] {

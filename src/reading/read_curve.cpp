@@ -73,7 +73,7 @@ CurveReading ReadCurve(const Raster& picture, const AxesFrame& frame,
   const double x = request.X, y = request.Y;
   CurveReading reading;
   const auto refused = [&](const std::string& found) {
-    reading.Refusal = Tr("at %1 there is %2", PlaceText(x, y), found);
+    reading.Refusal = Tr("near %1 there is %2", PlaceText(x, y), found);
     return std::move(reading);
   };
   const auto stopped = [] {

@@ -17,20 +17,26 @@ InkCheckPanel::InkCheckPanel(QWidget* parent) : QWidget(parent) {
   text_ = Named(new WrappedLabel, "LBL_InkCheck", tr("Points held against the picture"));
   text_->setTextFormat(Qt::PlainText);
   column->addWidget(text_);
-  auto* row = new QHBoxLayout;
   show_ = Named(new QPushButton(tr("Sho&w")), "BTN_ShowDoubtful", tr("Show doubtful points"));
   show_->setToolTip(tr("Frame the doubtful points on the picture, and select them in the list"));
   show_->setCheckable(true);
   remove_ =
-      Named(new QPushButton(tr("Remo&ve")), "BTN_RemoveDoubtful", tr("Remove doubtful points"));
+      Named(new QPushButton(tr("Remove")), "BTN_RemoveDoubtful", tr("Remove doubtful points"));
   remove_->setToolTip(tr("Delete the doubtful points; Undo brings them back"));
   undo_ = Named(new QPushButton(tr("Undo")), "BTN_UndoRemove", tr("Undo the removal"));
   undo_->setToolTip(tr("Bring the removed points back"));
+  buttons_ = new QWidget;
+  auto* row = new QHBoxLayout(buttons_);
+  row->setContentsMargins(0, 0, 0, 0);
   for (QPushButton* button : {show_, remove_, undo_}) {
     button->setAutoDefault(false);
+    // Each keeps its place: the second press of a double click does not undo the first.
+    QSizePolicy policy = button->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    button->setSizePolicy(policy);
     row->addWidget(button);
   }
-  column->addLayout(row);
+  column->addWidget(buttons_);
   connect(show_, &QPushButton::clicked, this, &InkCheckPanel::ShowPressed);
   connect(remove_, &QPushButton::clicked, this, &InkCheckPanel::RemovePressed);
   connect(undo_, &QPushButton::clicked, this, &InkCheckPanel::UndoPressed);
@@ -44,6 +50,7 @@ void InkCheckPanel::Render(const std::string& text, bool isDoubtful, bool areSho
   show_->setVisible(isDoubtful);
   remove_->setVisible(isDoubtful);
   undo_->setVisible(areRemoved);
+  buttons_->setVisible(isDoubtful || areRemoved);
   setVisible(!text.empty());
 }
 

@@ -23,6 +23,7 @@ class InkCheckPanel : public QWidget {
 
  private:
   QLabel* text_;
+  QWidget* buttons_;
   QPushButton* show_;
   QPushButton* remove_;
   QPushButton* undo_;

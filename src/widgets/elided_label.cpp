@@ -1,9 +1,11 @@
 #include "widgets/elided_label.h"
 
+#include <QEvent>
 #include <QPainter>
 #include <QStyle>
 
 #include "widgets/show.h"
+#include "widgets/tool_tip.h"
 
 namespace graphize {
 
@@ -15,16 +17,30 @@ ElidedLabel::ElidedLabel(QWidget* parent) : QLabel(parent) {
 
 void ElidedLabel::ShowText(const std::string& text) {
   Show(this, text);
-  setToolTip(this->text().trimmed());
+  setToolTip(ToolTipOf(this->text().trimmed()));
+}
+
+QRect ElidedLabel::Room() const {
+  return contentsRect().adjusted(2, 0, -2, 0);
+}
+
+QString ElidedLabel::Shown() const {
+  return fontMetrics().elidedText(text(), Qt::ElideRight, Room().width());
+}
+
+bool ElidedLabel::event(QEvent* event) {
+  if (event->type() == QEvent::ToolTip && Shown() == text()) {
+    event->ignore();
+    return true;
+  }
+  return QLabel::event(event);
 }
 
 void ElidedLabel::paintEvent(QPaintEvent* event) {
   QFrame::paintEvent(event);  // NOLINT(bugprone-parent-virtual-call): not the label's whole text
   QPainter painter(this);
-  const QRect room = contentsRect().adjusted(2, 0, -2, 0);
-  style()->drawItemText(&painter, room, Qt::AlignLeft | Qt::AlignVCenter, palette(), isEnabled(),
-                        fontMetrics().elidedText(text(), Qt::ElideRight, room.width()),
-                        foregroundRole());
+  style()->drawItemText(&painter, Room(), Qt::AlignLeft | Qt::AlignVCenter, palette(), isEnabled(),
+                        Shown(), foregroundRole());
 }
 
 }  // namespace graphize

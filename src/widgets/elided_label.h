@@ -4,7 +4,7 @@
 
 namespace graphize {
 
-/// A text that ends in dots where there is no room for it; its tool tip is the whole text.
+/// A text that ends in dots where there is no room for it; then its tool tip is the whole text.
 class ElidedLabel : public QLabel {
   Q_OBJECT
  public:
@@ -12,7 +12,12 @@ class ElidedLabel : public QLabel {
   void ShowText(const std::string& text);
 
  protected:
+  bool event(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
+
+ private:
+  QRect Room() const;
+  QString Shown() const;
 };
 
 }  // namespace graphize

@@ -39,6 +39,12 @@ const char* HintAt(Station station, const Workspace& ws) {
                                                     : Marked("Save the points to a data file");
 }
 
+/// The curve that must be chosen before its points can be saved: the one that is chosen has none.
+const Curve* CurveToChoose(const Workspace& ws) {
+  const std::vector<int> unsaved = UnsavedCurves(ws.curves, ws.store);
+  return unsaved.empty() || ws.commands.Data ? nullptr : &ws.curves.Curves[unsaved.front()];
+}
+
 }  // namespace
 
 NextStep NextStepOf(const Workspace& ws) {
@@ -47,7 +53,12 @@ NextStep NextStepOf(const Workspace& ws) {
   if (told.empty() && ws.proposedAxes.Shown)
     return {station, Tr("Accept the proposed axes, or correct their values first; Cancel leaves "
                         "them")};
+  const Curve* other = station == kSave ? CurveToChoose(ws) : nullptr;
+  if (told.empty() && other != nullptr)
+    return {station, Tr("Choose the curve \"%1\" to save its points", other->Name)};
   if (told.empty()) return {station, Tr(HintAt(station, ws))};
+  if (other != nullptr && told == Tr(ModeHint(ws.mode)))
+    return {station, Tr("%1; to save \"%2\": choose it", told, other->Name)};
   if (station == kSave && told == Tr(ModeHint(ws.mode)))
     return {station, Tr("%1; when all is captured: Save", told)};
   return {station, told};

@@ -16,6 +16,7 @@
 
 #include "base/translation.h"
 #include "widgets/show.h"
+#include "widgets/tool_tip.h"
 
 namespace graphize {
 
@@ -182,8 +183,8 @@ void OtherPicturesDialog::RenderList(const OtherPicturesForm& form) {
     show(kPoints, waits ? QString() : QString::number(picture.Points));
     show(kWorst, picture.Worst ? QString::number(*picture.Worst, 'f', 2) : QString());
     show(kReason, ToQString(picture.Reason));
-    item->setToolTip(kReason, ToQString(picture.Reason));
-    item->setToolTip(kPicture, ToQString(picture.File.string()));
+    item->setToolTip(kReason, ToolTipOf(ToQString(picture.Reason)));
+    item->setToolTip(kPicture, ToolTipOf(ToQString(picture.File.string())));
     const void* shown = item->data(kPicture, Qt::UserRole).value<void*>();
     if (shown == picture.Thumbnail.get()) continue;
     item->setData(

@@ -44,7 +44,8 @@ QGroupBox* ReadingPanel::MakeReadCurve() {
   auto* column = new QVBoxLayout(frame);
   auto* row = new QHBoxLayout;
   density_ = Named(new QComboBox, "CMB_Density", tr("Points"));
-  density_->setToolTip(tr("How dense the points are"));
+  density_->setToolTip(tr(
+      "How dense the points are; \"each column\" takes each row as well where the curve is steep"));
   for (const auto& [kind, caption] : kDensities)
     density_->addItem(tr(caption), static_cast<int>(kind));
   densityText_ = Named(new QLineEdit, "TXT_Density");

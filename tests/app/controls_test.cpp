@@ -7,6 +7,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
+#include <QHelpEvent>
 #include <QMenu>
 #include <QMenuBar>
 #include <QProgressBar>
@@ -16,8 +17,10 @@
 #include <QStatusBar>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QTextDocument>
 #include <QToolBar>
 #include <QToolButton>
+#include <QToolTip>
 #include <QTranslator>
 #include <fstream>
 
@@ -32,6 +35,8 @@
 #include "support/quiet_desktop.h"
 #include "support/random_user.h"
 #include "support/virtual_scanner.h"
+#include "widgets/elided_label.h"
+#include "widgets/tool_tip.h"
 
 namespace graphize::test {
 namespace {
@@ -134,6 +139,8 @@ class Controls : public WindowTest {
       EXPECT_FALSE(control->objectName().isEmpty())
           << what << " " << control->metaObject()->className();
     }
+    if (window == &Window())
+      for (QAction* menu : Window().menuBar()->actions()) captions << menu->text();
     // Its two letters C are given.
     if (window->objectName() != QLatin1String("Sample"))
       ExpectNoClash(captions, window->objectName());
@@ -175,6 +182,7 @@ class Speaking : public Controls {
   void WalkAllWindows(const std::function<void(QWidget*)>& look) {
     Window().OpenWhenShown({Project()});
     Until([this] { return State().store.ListCount == 9 && IsEnabled("aquire"); }, "all is there");
+    Find<QAction>("MNU_DATA_CheckInk")->trigger();
     for (const char* mode : {"axisdef", "graphize", "blocktest", "drawerase", "gridbuster",
                              "MNU_MODE_readcurve", "MNU_MODE_findsymbols"}) {
       Find<QAction>(mode)->trigger();
@@ -282,6 +290,27 @@ struct Look {
   int Points;
 };
 class EveryLook : public Speaking, public ::testing::WithParamInterface<Look> {};
+
+TEST_F(Controls, AToolTipSaysATextAsItStandsAndOnlyWhatIsCutOff) {
+  for (const QString text : {"a plain name.bmp", "a<b>c.bmp", "<img src='/etc/x.png'>\n  &amp;"}) {
+    QTextDocument shown;
+    const QString tip = ToolTipOf(text);
+    Qt::mightBeRichText(tip) ? shown.setHtml(tip) : shown.setPlainText(tip);
+    EXPECT_EQ(shown.toPlainText(), text);
+    EXPECT_FALSE(shown.toHtml().contains("<img"));
+
+    ElidedLabel label;
+    label.ShowText(text.toStdString());
+    EXPECT_EQ(label.toolTip(), tip);
+    for (const int width : {1000, 30}) {
+      label.resize(width, 20);
+      QHelpEvent asked(QEvent::ToolTip, {}, {});
+      QApplication::sendEvent(&label, &asked);
+      EXPECT_EQ(asked.isAccepted(), width == 30);
+    }
+  }
+  QToolTip::hideText();
+}
 
 TEST_P(EveryLook, ShowsEveryControlOfEveryWindowWholeAndNamed) {
   const VirtualScanner scanner({"number_of_devices 2"});

@@ -104,7 +104,7 @@ TEST_F(Batch, BadInvocationsAreToldInOneLineAndWriteNothing) {
       {traced({"--read=76,58:bends:7"}), 2, "one choice of points is expected, not two"},
       {traced({"--symbols=76,58:mass:box"}), 2, "one of mass and box is expected, not two"},
       {digitize({p, "-o", o, "--read", "3,3"}), 1,
-       "--read 3,3: at 3,3 there is only paper, no curve"},
+       "--read 3,3: near 3,3 there is only paper, no curve"},
       {{"digitize", (kSamples / "temperature_colour.jpg").string(), "-o", o, "--origin=70,470:0,-6",
         "--x-axis=720,470:24", "--y-axis=70,40:24", "--read=60,300"},
        1,

@@ -653,7 +653,11 @@ TEST_F(WorkspaceTest, WhatComesNextIsSaidFromThePictureToTheFile) {
   Click(30, 30);
   EXPECT_EQ(next().Present, 3);
   EXPECT_TRUE(next().Hint.starts_with(ModeHint(Mode::Graphize)) && next().Hint.ends_with("Save"));
+  Do(ws, desktop, NewCurveStep{});
+  EXPECT_TRUE(next().Hint.ends_with("to save \"curve 1\": choose it")) << "the new one is empty";
   ReleaseButtons(ws, desktop);
+  EXPECT_EQ(next().Hint, "Choose the curve \"curve 1\" to save its points");
+  Do(ws, desktop, SelectCurveStep{"curve 1"});
   EXPECT_EQ(next().Present, 3);
   EXPECT_TRUE(next().Hint.starts_with("Save"));
   NoteSaved(ws.store);
@@ -709,6 +713,11 @@ TEST_F(WorkspaceTest, DoubtfulPointsAreToldShownAndRemoved) {
   RenewInkCheck(ws);
   EXPECT_TRUE(CanRemoveDoubtful(ws)) << "the picture has changed: " << ws.inkCheck.Text;
   EXPECT_FALSE(IsRemovedLast(ws));
+  ShowDoubtful(ws);
+  Do(ws, desktop, SelectedRows(ws.store));
+  RenewInkCheck(ws);
+  EXPECT_TRUE(ws.inkCheck.Text.starts_with(std::to_string(ws.store.ListCount) + " points"))
+      << "each once: " << ws.inkCheck.Text;
   const PointStore checked = ws.store;
   const std::string before = ws.inkCheck.Text;
   Do(ws, desktop, ClearDataStep{});

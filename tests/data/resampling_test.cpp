@@ -61,6 +61,19 @@ TEST(ReSampleList, InterpolatesAtEvenSteps) {
   }
 }
 
+TEST(ReSampleList, AfterRowsAreClearedTheCurveEndsAtItsLastPoint) {
+  for (const int last : {2, 3}) {
+    PointStore store = MakeStore({{0, 0}, {1, 7}, {2, 9}, {3, 3}, {4, 4}});
+    store.Page.SelectionActive = true;
+    store.Page.SelectionStart = 2;
+    store.Page.SelectionEnd = static_cast<std::int16_t>(last);
+    ClearSelected(store);
+    ASSERT_EQ(store.CaptureCount, 5);
+    EXPECT_EQ(ReSampleList(store, {2, 3, 6}, false, ScriptedDesktop()), SampleEnd::Done);
+    ExpectNear(ListRows(store), {{3, 3}, {6, 6}});
+  }
+}
+
 TEST(ReSampleList, FindsTheSegmentThatAPlainSearchFinds) {
   std::mt19937 random(6);
   for (int round = 0; round < 300; ++round) {
