@@ -29,6 +29,13 @@ std::string Rounded(double value, int places) {
   return text;
 }
 
+/// A ratio, to three digits.
+std::string RatioText(double ratio) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%#.3g", ratio);
+  return text;
+}
+
 /// Its standard output goes to the open file `output`.
 ProgramRun Run(const std::vector<std::string>& words, int output) {
   std::vector<char*> arguments;
@@ -91,11 +98,12 @@ void FindMemory(std::size_t bytes) {
 
 void WriteRow(const std::string& what, const std::string& floor, const std::string& measured,
               double figure, std::optional<double> target, const std::string& unit) {
-  const int places = unit.empty() ? 2 : 1;
-  const std::string wanted = target ? Rounded(*target, unit.empty() ? 2 : 0) + unit : "";
+  const auto text = [&](double value, int places) {
+    return unit.empty() ? RatioText(value) : Rounded(value, places) + unit;
+  };
   const char* verdict = !target ? "" : figure <= *target ? "met" : "**missed**";
   std::printf("| %s | %s | %s | %s | %s | %s |\n", what.c_str(), floor.c_str(), measured.c_str(),
-              (Rounded(figure, places) + unit).c_str(), wanted.c_str(), verdict);
+              text(figure, 1).c_str(), target ? text(*target, 0).c_str() : "", verdict);
   std::fflush(stdout);
 }
 
