@@ -88,7 +88,6 @@ constexpr long kAllowed[] = {
     SYS_write,
     SYS_pread64,
     SYS_lseek,
-    SYS_close,
     SYS_fstat,
     SYS_munmap,
     SYS_mremap,
@@ -190,6 +189,11 @@ class Filter {
                Step(BPF_JMP | BPF_JEQ | BPF_K, bits, 1, 0), Return(SECCOMP_RET_KILL_PROCESS),
                Return(SECCOMP_RET_ALLOW)});
   }
+  /// Allowed unless the argument is `value`.
+  void OnUnequal(long call, unsigned argument, std::uint32_t value, std::uint32_t verdict) {
+    Add(call, {LoadLowHalf(argument), Step(BPF_JMP | BPF_JEQ | BPF_K, value, 0, 1), Return(verdict),
+               Return(SECCOMP_RET_ALLOW)});
+  }
   /// Allowed when the argument is `value`.
   void OnEqual(long call, unsigned argument, std::uint32_t value) {
     Add(call, {LoadLowHalf(argument), Step(BPF_JMP | BPF_JEQ | BPF_K, value, 1, 0),
@@ -263,7 +267,7 @@ class Filter {
   Rules rules_;
 };
 
-bool FilterCalls() {
+bool FilterCalls(int channel) {
   if (kArchitecture == 0) return false;
   const auto error = [](int number) {
     return SECCOMP_RET_ERRNO | static_cast<std::uint32_t>(number);
@@ -272,6 +276,7 @@ bool FilterCalls() {
   for (const long call : kAllowed) filter.On(call, SECCOMP_RET_ALLOW);
   filter.OnWithout(SYS_mmap, 2, PROT_EXEC, error(EACCES));
   filter.OnWithout(SYS_mprotect, 2, PROT_EXEC, error(EACCES));
+  filter.OnUnequal(SYS_close, 0, static_cast<std::uint32_t>(channel), error(EPERM));
   filter.OnWith(SYS_clone, 0, CLONE_THREAD);
   filter.On(SYS_clone3, error(ENOSYS));  // its flags cannot be looked at; then clone is asked
   filter.OnEqual(SYS_tgkill, 0, static_cast<std::uint32_t>(getpid()));
@@ -282,14 +287,14 @@ bool FilterCalls() {
 
 }  // namespace
 
-unsigned Confine(int seconds, unsigned wanted) {
+unsigned Confine(int channel, int seconds, unsigned wanted) {
   if (kIsSanitized) return kApart;
   unsigned layers = kApart;
   prctl(PR_SET_DUMPABLE, 0);
   const bool isModest = prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0;
   if ((wanted & kLimits) != 0 && LimitResources(seconds)) layers |= kLimits;
   if ((wanted & kNoFiles) != 0 && isModest && CloseFiles()) layers |= kNoFiles;
-  if ((wanted & kFewCalls) != 0 && isModest && FilterCalls()) layers |= kFewCalls;
+  if ((wanted & kFewCalls) != 0 && isModest && FilterCalls(channel)) layers |= kFewCalls;
   return layers;
 }
 

@@ -28,7 +28,7 @@ int main(int argc, char** argv) {
   try {
     const auto& reader = *static_cast<const ReaderModule*>(module);
     reader.Start();
-    return ServeDecoders([&] { return Confine(*seconds); },
+    return ServeDecoders([&](int channel) { return Confine(channel, *seconds); },
                          [&](const std::string& name, std::string_view file, const MakeRaster& make,
                              PictureOperation& operation) {
                            return DecodeFile(name, file, make, operation, reader.Read);

@@ -158,12 +158,11 @@ void RunOnAllCores() {
 }
 
 [[noreturn]] void ServeOnePicture(const DecodeRequest& request, std::span<const Descriptor> files,
-                                  const std::function<unsigned()>& confine,
-                                  const Decoding& decode) {
+                                  const Confining& confine, const Decoding& decode) {
   RunOnAllCores();
   setpgid(0, 0);  // whatever it does to its group, it does not do to the server
   EndWith(files[kChannelFile]);
-  const DecoderStart start{.Id = getpid(), .Layers = confine()};
+  const DecoderStart start{.Id = getpid(), .Layers = confine(files[kChannelFile].Get())};
   if (write(files[kChannelFile].Get(), &start, sizeof start) != sizeof start) _exit(1);
   const Mapping shared(files[kReportFile], sizeof(DecodeReport), Mapping::Access::Write);
   if (shared.Data() == nullptr) _exit(kNoReport);
@@ -190,9 +189,9 @@ pid_t ForkForParent() {
 }
 
 /// What a decoder will be confined by; 0 where the system gives no process.
-unsigned TryToConfine(const std::function<unsigned()>& confine) {
+unsigned TryToConfine(const Confining& confine) {
   const pid_t id = fork();
-  if (id == 0) _exit(static_cast<int>(confine()));
+  if (id == 0) _exit(static_cast<int>(confine(kChannelOfChild)));
   int status = 0;
   while (id > 0 && waitpid(id, &status, 0) < 0)
     if (errno != EINTR) return 0;
@@ -201,7 +200,7 @@ unsigned TryToConfine(const std::function<unsigned()>& confine) {
 
 }  // namespace
 
-int ServeDecoders(const std::function<unsigned()>& confine, const Decoding& decode) {
+int ServeDecoders(const Confining& confine, const Decoding& decode) {
   Descriptor channel(kChannelOfChild);
   const char ready = static_cast<char>(TryToConfine(confine));
   if (!Send(channel, {&ready, 1}, {})) return 0;

@@ -77,8 +77,11 @@ std::optional<LoadedPicture> DoAsTold(const std::string& name, std::string_view 
     const DecoderStart other{.Id = 1};
     if (write(kChannelOfChild + 1, &other, sizeof other) < 0) ThrowLastError();
   }
-  if (word == "ignore") {
-    std::signal(SIGIO, SIG_IGN);
+  if (word == "ignore" || word == "close") {
+    if (word == "ignore")
+      std::signal(SIGIO, SIG_IGN);
+    else
+      close(kChannelOfChild + 1);
     operation.Percent = 50;
     while (true) pause();
   }
@@ -110,5 +113,8 @@ int main(int argc, char** argv) {
   SetTranslator(DeferText);
   if (argc != 4) return 1;
   const auto layers = IntegerText(argv[2], 0, kAllLayers), seconds = IntegerText(argv[3], 1, 100);
-  return ServeDecoders([&] { return Confine(*seconds, static_cast<unsigned>(*layers)); }, DoAsTold);
+  const auto confine = [&](int channel) {
+    return Confine(channel, *seconds, static_cast<unsigned>(*layers));
+  };
+  return ServeDecoders(confine, DoAsTold);
 }
