@@ -52,7 +52,7 @@ class DecodeServer {
   std::optional<unsigned> Layers(std::chrono::milliseconds atMost);
   /// It did not get ready, or gave the first picture no decoder, in all the time it has for that.
   bool DoesNotStart() const { return doesNotStart_; }
-  /// One of its decoders did not end by itself: a file may have broken it. All of them have the
+  /// One of its decoders did not end as it should: a file may have broken it. All of them have the
   /// same addresses and stack guards, which the next attempt is not to know.
   bool IsSpent() const { return isSpent_; }
   /// It has given a picture its decoder.

@@ -19,7 +19,7 @@ void FindPoints(const PointStore& store, std::vector<PointId>& ids,
                 std::vector<PlotPosition>& places) {
   std::vector<bool> listed(store.Places.size());
   for (int i = 1; i <= store.ListCount; ++i) listed[store.ListId[i]] = true;
-  for (int i = 1; i <= CountWithoutRepeats(store); ++i) {
+  for (int i = 1, count = CountWithoutRepeats(store); i <= count; ++i) {
     const PointId id = store.CaptureId[i];
     if (!HasPlace(store, id) || !listed[id]) continue;
     ids.push_back(id);

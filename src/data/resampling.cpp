@@ -28,7 +28,7 @@ double Unscaled(double value, bool log) {
 /// The captured points, each once, on the scales of the plan.
 Interpolation CapturedCurve(const PointStore& store, const SamplePlan& plan) {
   std::vector<double> xs, ys;
-  for (int i = 1; i <= CountWithoutRepeats(store); ++i) {
+  for (int i = 1, count = CountWithoutRepeats(store); i <= count; ++i) {
     xs.push_back(Scaled(store.CaptureX[i], plan.XLog));
     ys.push_back(Scaled(store.CaptureY[i], plan.YLog));
   }

@@ -92,7 +92,7 @@ int FirstWithoutLog(const std::vector<float>& values, int count) {
 std::string HintOnCourse(const PointStore& store) {
   const std::vector<float>& xs = store.CaptureX;
   const bool falls = store.CaptureCount >= 2 && xs[2] < xs[1];
-  for (int i = 2; i <= CountWithoutRepeats(store); ++i) {
+  for (int i = 2, count = CountWithoutRepeats(store); i <= count; ++i) {
     if (falls ? xs[i] < xs[i - 1] : xs[i] > xs[i - 1]) continue;
     const bool turns = falls ? xs[i] > xs[i - 1] : xs[i] < xs[i - 1];
     return turns ? Tr("X turns back at captured point %1: one of several Y is taken.", i)

@@ -16,6 +16,7 @@ ElidedLabel::ElidedLabel(QWidget* parent) : QLabel(parent) {
 }
 
 void ElidedLabel::ShowText(const std::string& text) {
+  if (this->text() == ToQString(text)) return;
   Show(this, text);
   setToolTip(ToolTipOf(this->text().trimmed()));
 }

@@ -57,10 +57,9 @@ NextStep NextStepOf(const Workspace& ws) {
   if (told.empty() && other != nullptr)
     return {station, Tr("Choose the curve \"%1\" to save its points", other->Name)};
   if (told.empty()) return {station, Tr(HintAt(station, ws))};
-  if (other != nullptr && told == Tr(ModeHint(ws.mode)))
-    return {station, Tr("%1; to save \"%2\": choose it", told, other->Name)};
   if (station == kSave && told == Tr(ModeHint(ws.mode)))
-    return {station, Tr("%1; when all is captured: Save", told)};
+    return {station, other != nullptr ? Tr("%1; to save \"%2\": choose it", told, other->Name)
+                                      : Tr("%1; when all is captured: Save", told)};
   return {station, told};
 }
 

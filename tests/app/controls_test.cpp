@@ -285,12 +285,6 @@ TEST_F(Speaking, NoTextOfAWindowIsLeftOut) {
   });
 }
 
-struct Look {
-  const char* Language;
-  int Points;
-};
-class EveryLook : public Speaking, public ::testing::WithParamInterface<Look> {};
-
 TEST_F(Controls, AToolTipSaysATextAsItStandsAndOnlyWhatIsCutOff) {
   for (const QString text : {"a plain name.bmp", "a<b>c.bmp", "<img src='/etc/x.png'>\n  &amp;"}) {
     QTextDocument shown;
@@ -311,6 +305,12 @@ TEST_F(Controls, AToolTipSaysATextAsItStandsAndOnlyWhatIsCutOff) {
   }
   QToolTip::hideText();
 }
+
+struct Look {
+  const char* Language;
+  int Points;
+};
+class EveryLook : public Speaking, public ::testing::WithParamInterface<Look> {};
 
 TEST_P(EveryLook, ShowsEveryControlOfEveryWindowWholeAndNamed) {
   const VirtualScanner scanner({"number_of_devices 2"});

@@ -77,11 +77,9 @@ std::optional<LoadedPicture> DoAsTold(const std::string& name, std::string_view 
     const DecoderStart other{.Id = 1};
     if (write(kChannelOfChild + 1, &other, sizeof other) < 0) ThrowLastError();
   }
+  if (word == "ignore") std::signal(SIGIO, SIG_IGN);
+  if (word == "close") close(kChannelOfChild + 1);
   if (word == "ignore" || word == "close") {
-    if (word == "ignore")
-      std::signal(SIGIO, SIG_IGN);
-    else
-      close(kChannelOfChild + 1);
     operation.Percent = 50;
     while (true) pause();
   }
